@@ -1,0 +1,35 @@
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# One target carries the language level, the warnings and Qt's strictness for every library of the tree.
+add_library(duskbeacon_options INTERFACE)
+target_compile_features(duskbeacon_options INTERFACE cxx_std_20)
+target_compile_options(duskbeacon_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Woverloaded-virtual -Werror
+  -fPIC -fvisibility=hidden)
+target_compile_definitions(duskbeacon_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CONTEXTLESS_CONNECT
+  QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(DUSKBEACON_SANITIZE)
+  target_compile_options(duskbeacon_options INTERFACE
+    -fsanitize=${DUSKBEACON_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  target_link_options(duskbeacon_options INTERFACE -fsanitize=${DUSKBEACON_SANITIZE})
+endif()
+if(DUSKBEACON_COVERAGE)
+  target_compile_options(duskbeacon_options INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(duskbeacon_options INTERFACE --coverage)
+endif()
+
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+# What the program needs at run time lies together, so that it starts from the build tree as it stands.
+set(DUSKBEACON_BIN_DIR ${PROJECT_BINARY_DIR}/bin)
+
+# A library of the program, named after its folder under src/.
+function(duskbeacon_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_options ${ARG_PRIVATE})
+endfunction()
