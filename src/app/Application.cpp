@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Application.h"
+
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "controls/LinkLabel.h"
+#include "engine/CalculationLibrary.h"
+#include "forms/Forms.h"
+#include "platform/Dom.h"
+#include "platform/Guard.h"
+#include "platform/Platform.h"
+#include "platform/Process.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+
+void SetUpApplication(QApplication& application)
+{
+    // Set explicitly: the default family changes with what happens to be installed.
+    QFont font(QStringLiteral("Liberation Sans"));
+    font.setPixelSize(12);
+    QApplication::setFont(font);
+    application.setQuitOnLastWindowClosed(false);
+    InstallLinkAccessibility();
+}
+
+void EnterSettingsFolder(const Platform& platform)
+{
+    const QString own = platform.process.ApplicationFolder();
+    const bool isPortable = QFileInfo::exists(own + u'/' + kSettingsFile);
+    QDir::setCurrent(isPortable ? own : platform.process.UserDataFolder());
+}
+
+int RunProgram(const Platform& platform)
+{
+    const DomDocuments documents(platform.files, platform.http);
+    CalculationLibrary calculation(platform.process.ApplicationFolder());
+    Forms forms(platform);
+    forms.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(forms); });
+    forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
+
+    bool isOver = false;
+    forms.SetLastUnloadedHandler([&isOver] {
+        isOver = true;
+        QCoreApplication::exit(0);
+    });
+    RunGuarded(platform, [&] { forms.Touch<FrmMain>().Show(); });
+    // An end that comes while the first window still loads finds no event loop to leave.
+    return isOver ? 0 : QCoreApplication::exec();
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/DlgStart.h"
+
+#include "controls/Layout.h"
+#include "forms/Forms.h"
+#include "platform/Platform.h"
+
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QWindow>
+
+DlgStart::DlgStart(Forms& forms)
+    : Form(forms, kName, Qt::SplashScreen | Qt::FramelessWindowHint)
+    , m_timer1(Outside().timers.CreateTimer())
+{
+    setFixedSize(Pixels(3600), Pixels(1500));
+    setWindowTitle(QStringLiteral("Dusk Beacon"));
+    auto* const label1 = new QLabel(QStringLiteral("Build 5"), this);
+    label1->setObjectName(QStringLiteral("Label1"));
+    label1->setAlignment(Qt::AlignCenter);
+    label1->setGeometry(TwipsRect(120, 300, 3360, 360));
+    m_label2 = new QLabel(QStringLiteral("Loading...."), this);
+    m_label2->setObjectName(QStringLiteral("Label2"));
+    m_label2->setGeometry(TwipsRect(1200, 840, 2280, 360));
+    if (const QScreen* const screen = QGuiApplication::primaryScreen(); screen != nullptr) {
+        move(screen->availableGeometry().center() - rect().center());
+    }
+    m_timer1->SetInterval(1000);
+    m_timer1->SetHandler([this] { Handle([this] { Tick(); }); });
+    m_timer1->SetEnabled(true);
+}
+
+void DlgStart::PaintNow()
+{
+    constexpr int kLongestWait = 500;
+    const QDeadlineTimer deadline(kLongestWait);
+    while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
+        QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents, 20);
+    }
+    repaint();
+    QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+void DlgStart::Tick()
+{
+    if (DotCount > 10) {
+        DotCount = 1;
+    } else {
+        ++DotCount;
+    }
+    m_label2->setText(QStringLiteral("Loading") + QString(DotCount, u'.'));
+}

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "forms/Form.h"
+#include "platform/Timers.h"
+
+#include <memory>
+
+class QLabel;
+
+/// The splash window.
+class DlgStart final : public Form
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String kName{"DlgStart"};
+
+    explicit DlgStart(Forms& forms);
+
+    /// Returns when the window is really on the screen, or after half a second if no screen shows it.
+    void PaintNow();
+
+private:
+    void Tick();
+
+    QLabel* m_label2 = nullptr;
+    std::unique_ptr<Timer> m_timer1;
+    int DotCount = 0;
+};

@@ -1,0 +1,155 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/FrmMain.h"
+
+#include "app/DlgStart.h"
+#include "controls/Layout.h"
+#include "forms/Forms.h"
+#include "platform/Guard.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "platform/Process.h"
+#include "store/SimpleXML.h"
+#include "support/Conversions.h"
+#include "support/RuntimeError.h"
+
+namespace
+{
+
+constexpr int kSplashMilliseconds = 2000;
+constexpr float kFirstAdTimer = 600.0F;
+constexpr float kTicksPerSkyRefresh = 300.0F;
+
+// Degrees as the scheduler takes them: hundredths, rounded down.
+std::int16_t Hundredths(double degrees)
+{
+    return ToInteger16(Int(degrees * 100.0));
+}
+
+std::int16_t Integer16(bool value)
+{
+    return value ? std::int16_t{-1} : std::int16_t{0};
+}
+
+} // namespace
+
+FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calculation)
+    : Form(forms, kName, Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                             Qt::WindowCloseButtonHint)
+    , m_documents(documents)
+    , m_controls(*this)
+    , PrayerTimer(Outside(), calculation)
+    , m_display(Outside(), Settings, PrayerTimer, m_controls)
+{
+    setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
+    setFixedSize(Pixels(9030), Pixels(6345));
+    PrayerTimer.events.Tick = [this] { OnTick(); };
+    PrayerTimer.events.Midnight = [this] { UpdateEverything(); };
+    forms.SetMain(*this);
+}
+
+void FrmMain::OnLoad()
+{
+    try {
+        RunLoadSequence();
+    } catch (const RuntimeError& error) {
+        FailLoad(error.Description(), error.Number());
+    }
+}
+
+void FrmMain::RunLoadSequence()
+{
+    DebugMode = false;
+    auto& splash = Siblings().Touch<DlgStart>();
+    splash.Show();
+    splash.PaintNow();
+    AdTimer = kFirstAdTimer;
+    // Nothing happens in these two seconds; people are to see the splash.
+    Outside().process.Sleep(kSplashMilliseconds);
+
+    SkySeconds = 0.0F;
+    Connected = false;
+    SimpleXML settings(m_documents);
+    if (!settings.Load(kSettingsFile)) {
+        throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
+    }
+    UpdateEverything();
+    ActiveForm = Name();
+    Siblings().Unload(DlgStart::kName);
+}
+
+void FrmMain::FailLoad(const QString& description, int number)
+{
+    if (DebugMode) {
+        Outside().boxes.Show(QStringLiteral("%1 %2 on %3").arg(description, QString::number(number), ActiveForm));
+    }
+    Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
+                         QStringLiteral("Error - 5"));
+    Siblings().Unload(DlgStart::kName);
+    Outside().process.End();
+}
+
+int FrmMain::UpdateEverything()
+{
+    if (!IsLoaded()) {
+        return 0;
+    }
+    try {
+        LoadConfiguration(Settings, m_documents, Outside().region);
+        FeedFromConfiguration();
+        return 1;
+    } catch (const RuntimeError& error) {
+        // A file without a usable configuration leaves everything as it was, without a word.
+        if (error.Number() != ErrorNumber::kConfiguration) {
+            EndWithFatalBox(Outside(), 6);
+        }
+        return 0;
+    }
+}
+
+void FrmMain::FeedFromConfiguration()
+{
+    PopLocation();
+    PrayerTimer.SetupPTimer(Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal),
+                            Settings.ZoneHours, Integer16(Settings.UseDayLight),
+                            MultiplyInteger16(Settings.FajrAngle, 100), MultiplyInteger16(Settings.IshaAngle, 100),
+                            Integer16(Settings.UseAdvAlert), Settings.AdvAlertMinutes, Integer16(true));
+    PrayerTimer.StartTimer();
+    PopPrayerFrame();
+}
+
+void FrmMain::PopLocation()
+{
+    m_display.PopLocation();
+}
+
+void FrmMain::PopPrayerFrame()
+{
+    m_display.PopPrayerFrame();
+}
+
+void FrmMain::Enable(bool enabled)
+{
+    setEnabled(enabled);
+}
+
+void FrmMain::TakeFocus()
+{
+    if (IsLoaded()) {
+        SetFocus();
+    }
+}
+
+void FrmMain::OnTick()
+{
+    SkySeconds += 1.0F;
+    AdSeconds += 1.0F;
+    m_display.UpdateCountDown();
+    if (SkySeconds >= kTicksPerSkyRefresh) {
+        SkySeconds = 0.0F;
+    }
+    // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it again.
+    if (AdSeconds == AdTimer) {
+        AdSeconds = 0.0F;
+    }
+}

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/MainControls.h"
+#include "app/PrayerDisplay.h"
+#include "engine/PTimer.h"
+#include "forms/Form.h"
+#include "forms/MainForm.h"
+
+class DomDocuments;
+
+/// The main window and the centre of the program.
+class FrmMain final : public Form, public MainForm
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String kName{"FrmMain"};
+
+    FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calculation);
+
+    int UpdateEverything() override;
+    void PopLocation() override;
+    void PopPrayerFrame() override;
+    void Enable(bool enabled) override;
+    void TakeFocus() override;
+
+protected:
+    void OnLoad() override;
+
+private:
+    void RunLoadSequence();
+    void FailLoad(const QString& description, int number);
+    void FeedFromConfiguration();
+    void OnTick();
+
+    const DomDocuments& m_documents;
+    MainControls m_controls;
+    PTimer PrayerTimer;
+    PrayerDisplay m_display;
+
+    /// Ticks since the sky picture and the ad were last refreshed.
+    float SkySeconds = 0.0F;
+    float AdSeconds = 0.0F;
+};

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Application.h"
+#include "platform/QtPlatform.h"
+
+#include <QApplication>
+
+int main(int argc, char* argv[])
+{
+    QApplication application(argc, argv);
+    SetUpApplication(application);
+    const QtPlatform platform;
+    EnterSettingsFolder(platform.Doors());
+    return RunProgram(platform.Doors());
+}

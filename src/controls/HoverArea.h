@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class QWidget;
+
+/// Calls a handler whenever the mouse moves over a widget itself, not over its children.
+class HoverArea final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param widget also the parent of this object
+    /// @param handler must not let an exception out
+    HoverArea(QWidget* widget, std::function<void()> handler);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<void()> m_handler;
+};

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QLabel>
+
+#include <functional>
+
+/// A text that acts as a link: Click by mouse or keyboard, MouseMove without a button. While disabled it takes no click, and
+/// the mouse moves over whatever lies behind it.
+class LinkLabel final : public QLabel
+{
+    Q_OBJECT
+
+public:
+    LinkLabel(const QString& caption, QWidget* parent);
+
+    /// @param handler must not let an exception out
+    void OnClick(std::function<void()> handler) { m_click = std::move(handler); }
+    /// @param handler must not let an exception out
+    void OnMouseMove(std::function<void()> handler) { m_move = std::move(handler); }
+    /// Runs the Click handler if the label is enabled.
+    void Click();
+
+protected:
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void ApplyColour();
+
+    std::function<void()> m_click;
+    std::function<void()> m_move;
+    bool m_pressed = false;
+};
+
+/// Makes link labels known as links to screen readers; once, before the first window.
+void InstallLinkAccessibility();

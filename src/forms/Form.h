@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+#include <functional>
+
+class Forms;
+struct Platform;
+
+/// A window of the program, known by its name. Created on first touch by Forms, gone when unloaded.
+class Form : public QWidget
+{
+    Q_OBJECT
+
+public:
+    Form(Forms& forms, const QString& name, Qt::WindowFlags flags);
+
+    [[nodiscard]] QString Name() const { return objectName(); }
+    [[nodiscard]] bool IsLoaded() const { return m_loaded; }
+    /// True once the window has been on the screen; from then on it keeps the process alive until it is unloaded.
+    [[nodiscard]] bool WasShown() const { return m_wasShown; }
+
+    /// Shows the window without waiting for it.
+    void Show();
+    /// Paints the window now.
+    void Refresh() { repaint(); }
+    void Unload();
+    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled.
+    void SetFocus();
+
+    /// The hand over links, and the default pointer behind them.
+    void SetHandPointer();
+    void SetDefaultPointer();
+
+    /// Runs a handler that the window system calls: the window stays in memory while it runs even if it unloads the
+    /// window, and what the handler lets through is shown and ends the program.
+    void Handle(const std::function<void()>& handler);
+    [[nodiscard]] bool IsHandling() const { return m_handling > 0; }
+
+protected:
+    /// The window has been created and is about to be used. May unload it again.
+    virtual void OnLoad() {}
+    /// The window is about to go.
+    virtual void OnUnload() {}
+    /// The window has become the active one.
+    virtual void OnGotFocus() {}
+
+    [[nodiscard]] Forms& Siblings() const { return m_forms; }
+    [[nodiscard]] const Platform& Outside() const;
+
+    bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    friend class Forms;
+
+    Forms& m_forms;
+    bool m_loaded = false;
+    bool m_wasShown = false;
+    int m_handling = 0;
+};

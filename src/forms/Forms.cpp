@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "forms/Forms.h"
+
+#include "forms/MainForm.h"
+#include "support/RuntimeError.h"
+
+#include <QTimer>
+
+#include <algorithm>
+
+Forms::Forms(const Platform& platform)
+    : m_platform(platform)
+{
+}
+
+Forms::~Forms() = default;
+
+void Forms::Register(const QString& name, Factory factory)
+{
+    m_factories[name] = std::move(factory);
+}
+
+Form& Forms::Touch(const QString& name)
+{
+    if (Form* const form = Loaded(name); form != nullptr) {
+        return *form;
+    }
+    Form& form = *(m_loaded[name] = m_factories.at(name)());
+    form.m_loaded = true;
+    form.OnLoad();
+    if (!form.IsLoaded()) {
+        throw RuntimeError(ErrorNumber::kFormUnloaded, QStringLiteral("The window has been unloaded"));
+    }
+    return form;
+}
+
+Form* Forms::Loaded(const QString& name) const
+{
+    const auto found = m_loaded.find(name);
+    return found == m_loaded.end() ? nullptr : found->second.get();
+}
+
+void Forms::Unload(const QString& name)
+{
+    Form* const form = Loaded(name);
+    if (form == nullptr || !form->m_loaded) {
+        return;
+    }
+    form->m_loaded = false;
+    form->OnUnload();
+    form->hide();
+    m_unloaded.push_back(std::move(m_loaded.at(name)));
+    m_loaded.erase(name);
+    DisposeOfUnloaded();
+    if (!KeepsProcess() && m_lastUnloaded) {
+        m_lastUnloaded();
+    }
+}
+
+MainForm& Forms::Main()
+{
+    if (m_main == nullptr) {
+        throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("There is no main window"));
+    }
+    return *m_main;
+}
+
+bool Forms::KeepsProcess() const
+{
+    // A popup that is loaded again only because its last tick wrote to it can't be seen or closed by anyone.
+    return std::any_of(m_loaded.begin(), m_loaded.end(), [](const auto& entry) { return entry.second->WasShown(); });
+}
+
+void Forms::DisposeOfUnloaded()
+{
+    if (!m_unloaded.empty()) {
+        QTimer::singleShot(0, this, &Forms::Dispose);
+    }
+}
+
+void Forms::Dispose()
+{
+    std::erase_if(m_unloaded, [this](const std::unique_ptr<Form>& form) {
+        return !form->IsHandling() && dynamic_cast<MainForm*>(form.get()) != m_main;
+    });
+}

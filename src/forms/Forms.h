@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "forms/Form.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+class MainForm;
+struct Platform;
+
+/// The windows of the program, one of each name. A window is created and loaded on first touch and stays until it is unloaded.
+class Forms final : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Factory = std::function<std::unique_ptr<Form>()>;
+
+    explicit Forms(const Platform& platform);
+    ~Forms() override;
+
+    void Register(const QString& name, Factory factory);
+
+    /// The window of that name, created and loaded if need be. Throws kFormUnloaded if it unloaded itself while loading.
+    Form& Touch(const QString& name);
+    template <typename Window>
+    Window& Touch()
+    {
+        return static_cast<Window&>(Touch(QString(Window::kName)));
+    }
+    /// The window of that name if it is loaded.
+    [[nodiscard]] Form* Loaded(const QString& name) const;
+    /// Does nothing if the window is not loaded.
+    void Unload(const QString& name);
+
+    /// The main window, also after it has been unloaded.
+    [[nodiscard]] MainForm& Main();
+    void SetMain(MainForm& main) { m_main = &main; }
+
+    [[nodiscard]] const Platform& Outside() const { return m_platform; }
+    /// Called when a window has been unloaded and none is left that was ever shown.
+    void SetLastUnloadedHandler(std::function<void()> handler) { m_lastUnloaded = std::move(handler); }
+
+    /// Destroys, as soon as the event loop is free, the unloaded windows in which no handler runs.
+    void DisposeOfUnloaded();
+
+private:
+    [[nodiscard]] bool KeepsProcess() const;
+    void Dispose();
+
+    const Platform& m_platform;
+    MainForm* m_main = nullptr;
+    std::map<QString, Factory> m_factories;
+    std::map<QString, std::unique_ptr<Form>> m_loaded;
+    std::vector<std::unique_ptr<Form>> m_unloaded;
+    std::function<void()> m_lastUnloaded;
+};

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/Configuration.h"
+
+#include <QString>
+
+/// The main window as the other windows see it: its public variables and what they may ask of it. Once the main window is
+/// gone the calls do nothing, so that a window that closes after it can't bring it back.
+class MainForm
+{
+public:
+    MainForm() = default;
+    MainForm(const MainForm&) = delete;
+    MainForm& operator=(const MainForm&) = delete;
+    virtual ~MainForm() = default;
+
+    /// What the last load of settings.xml brought; PID and Dstr are among it.
+    Configuration Settings;
+    /// Name of the window that has the user's attention; while it is not "FrmMain" alerts are dropped.
+    QString ActiveForm;
+    /// A developers' switch; never set by the program.
+    bool DebugMode = false;
+    /// Whether the outside world could be reached when somebody last looked.
+    bool Connected = false;
+    /// Seconds between two refreshes of the ad.
+    float AdTimer = 0.0F;
+    /// The last step that a routine which traces itself reached. Written, never shown.
+    QString TraceLoc;
+
+    /// Rereads settings.xml and feeds everything from it: 1, or 0 if the file holds no usable configuration.
+    virtual int UpdateEverything() = 0;
+    /// Rewrites the settings block from what is held.
+    virtual void PopLocation() = 0;
+    /// Rewrites date and times from what is held.
+    virtual void PopPrayerFrame() = 0;
+    virtual void Enable(bool enabled) = 0;
+    /// Takes the focus.
+    virtual void TakeFocus() = 0;
+};

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace pugi
+{
+class xml_document;
+struct xml_node_struct;
+} // namespace pugi
+
+class FileStore;
+class Http;
+
+/// A node of a DomDocument. A handle: copying it copies no node, and it lives no longer than its document.
+/// Every member but operator bool throws kObjectNotSet on the empty handle.
+class DomNode
+{
+public:
+    DomNode() = default;
+    explicit DomNode(pugi::xml_node_struct* node)
+        : m_node(node)
+    {
+    }
+    explicit operator bool() const { return m_node != nullptr; }
+
+    /// The name without a prefix; "#text" and "#comment" for what has no name of its own.
+    [[nodiscard]] QString BaseName() const;
+    [[nodiscard]] QString NodeName() const;
+    /// The value of a text or a comment; nothing for an element.
+    [[nodiscard]] std::optional<QString> NodeValue() const;
+    /// The text of the node and of all below it.
+    [[nodiscard]] QString Text() const;
+    /// Puts one text in place of all children.
+    void SetText(const QString& text) const;
+    /// The node written as XML, without line breaks of our own.
+    [[nodiscard]] QString Xml() const;
+
+    /// Texts and comments count as children.
+    [[nodiscard]] bool HasChildNodes() const;
+    [[nodiscard]] int ChildCount() const;
+    /// The empty handle if there is no such child.
+    [[nodiscard]] DomNode Child(int index) const;
+    [[nodiscard]] DomNode ParentNode() const;
+
+    /// Throws kObjectNotSet if there is no such attribute.
+    [[nodiscard]] QString Attribute(const QString& name) const;
+    /// Replaces the attribute in its place or adds it behind the others; throws kInvalidCall if @p name is no XML name.
+    void SetAttribute(const QString& name, const QString& value) const;
+    void RemoveAttribute(const QString& name) const;
+
+    /// Throws kInvalidCall if @p name is no XML name.
+    DomNode AppendElement(const QString& name) const;
+    /// Moves @p node, which may belong to another document, behind the last child; its old handles are void then.
+    DomNode AppendChild(DomNode node) const;
+    void RemoveChild(DomNode child) const;
+
+private:
+    friend class DomDocument;
+    [[nodiscard]] pugi::xml_node_struct* Node() const;
+
+    pugi::xml_node_struct* m_node = nullptr;
+};
+
+/// The document object model of one XML document.
+class DomDocument final
+{
+public:
+    /// Beyond these a document is not loaded: no honest settings file or reply comes near them.
+    static constexpr qint64 kLargestDocument = 16LL * 1024 * 1024;
+    static constexpr int kDeepestNesting = 256;
+
+    DomDocument(FileStore& files, Http& http);
+    ~DomDocument();
+    DomDocument(const DomDocument&) = delete;
+    DomDocument& operator=(const DomDocument&) = delete;
+
+    /// Replaces the content by the document at a file name or an http or https URL; a URL is waited for with events
+    /// served. False, and an empty document, if it can't be read or is not well-formed.
+    bool Load(const QString& path);
+    /// Writes UTF-8, indented. False if the document is not well-formed or the file can't be written.
+    [[nodiscard]] bool Save(const QString& path) const;
+
+    /// The empty handle while the document is empty.
+    [[nodiscard]] DomNode DocumentElement() const;
+    /// Makes a new element the root; a root that was there goes with everything under it.
+    DomNode SetDocumentElement(const QString& name);
+    /// Makes a deep copy of @p node the root.
+    void SetDocumentElement(DomNode node);
+    /// The first node in document order that matches the XPath pattern, or the empty handle.
+    /// Throws kInvalidCall for a pattern that can't be read.
+    [[nodiscard]] DomNode SelectSingleNode(const QString& pattern) const;
+
+private:
+    bool Parse(const QByteArray& bytes);
+
+    FileStore& m_files;
+    Http& m_http;
+    std::unique_ptr<pugi::xml_document> m_document;
+};
+
+/// Makes documents that read through the given doors.
+class DomDocuments final
+{
+public:
+    DomDocuments(FileStore& files, Http& http)
+        : m_files(files)
+        , m_http(http)
+    {
+    }
+    [[nodiscard]] std::shared_ptr<DomDocument> Create() const
+    {
+        return std::make_shared<DomDocument>(m_files, m_http);
+    }
+
+private:
+    FileStore& m_files;
+    Http& m_http;
+};

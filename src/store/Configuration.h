@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+class DomDocuments;
+class RegionalSettings;
+
+/// What the program holds of settings.xml between two loads of it.
+struct Configuration
+{
+    QString DistText;
+    QString AtlasID;
+    QString CurrentKey;
+    QString CityName;
+    QString StateName;
+    QString LatitudeText;
+    double LatitudeFinal = 0.0; ///< degrees, north positive
+    QString LongitudeText;
+    double LongitudeFinal = 0.0; ///< degrees, east positive
+    std::int16_t ZoneHours = 0;
+    QString ProdID;
+    std::int16_t FajrAngle = 0; ///< whole degrees, negative below the horizon
+    std::int16_t IshaAngle = 0; ///< whole degrees, negative below the horizon
+    QString CalcMethod;
+    QString AsrMethod;
+    bool UseAdvAlert = false;
+    std::int16_t AdvAlertMinutes = 0;
+    bool UseDayLight = false;
+    QString HourMode;
+    QString DefaultAdText;
+
+    /// Public copies of ProdID and DistText.
+    QString PID;
+    QString Dstr;
+};
+
+/// The name by which settings.xml is opened, everywhere.
+inline const QString kSettingsFile = QStringLiteral("settings.xml");
+
+/// Reads settings.xml into @p configuration. There are no defaults: a number that does not convert ends the load with the
+/// RuntimeError kConfiguration, and the fields read before it keep their new values.
+void LoadConfiguration(Configuration& configuration, const DomDocuments& documents, const RegionalSettings& region);

@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/SimpleXML.h"
+
+#include "store/EnumerationObject.h"
+#include "support/RuntimeError.h"
+
+#include <limits>
+
+namespace
+{
+
+// The one recovery that the members share: any failure becomes the member's plain failure value.
+template <typename Result, typename Step>
+Result Answer(Result failure, Step step)
+{
+    try {
+        return step();
+    } catch (const RuntimeError&) {
+        return failure;
+    }
+}
+
+} // namespace
+
+SimpleXML::SimpleXML(const DomDocuments& documents)
+    : xmldoc(documents.Create())
+    , m_documents(&documents)
+{
+}
+
+void SimpleXML::SetDocument(const std::shared_ptr<DomDocument>& document, const QString& Path)
+{
+    xmldoc = document;
+    CurrPath = Path;
+}
+
+const QString& SimpleXML::Resolved(const QString& Path) const
+{
+    return Path == u"current" ? CurrPath : Path;
+}
+
+DomNode SimpleXML::NodeAt(const QString& Path) const
+{
+    return xmldoc->SelectSingleNode(Resolved(Path));
+}
+
+void SimpleXML::AppendNode(DomNode node, const QString& Path) const
+{
+    const DomNode parent = NodeAt(Path);
+    parent.AppendChild(node);
+}
+
+QString SimpleXML::ElementName() const
+{
+    return Answer(QString(), [this] {
+        return (CurrPath.isEmpty() ? xmldoc->DocumentElement() : xmldoc->SelectSingleNode(CurrPath)).BaseName();
+    });
+}
+
+QString SimpleXML::GetRootName() const
+{
+    return Answer(QString(), [this] { return QStringLiteral("//") + xmldoc->DocumentElement().BaseName(); });
+}
+
+bool SimpleXML::SetCurrentPath(const QString& Path)
+{
+    if (Path.size() < 2) {
+        return false;
+    }
+    CurrPath = Path;
+    return true;
+}
+
+bool SimpleXML::Reset()
+{
+    xmldoc = m_documents->Create();
+    return true;
+}
+
+bool SimpleXML::Load(const QString& Path)
+{
+    return Answer(false, [&] {
+        // Events may run while a URL is waited for, and with them whoever drops this object's document.
+        const std::shared_ptr<DomDocument> document = xmldoc;
+        if (!document->Load(Path)) {
+            return false;
+        }
+        CurrPath = GetRootName();
+        return true;
+    });
+}
+
+bool SimpleXML::Save(const QString& Path) const
+{
+    return Answer(false, [&] { return xmldoc->Save(Path); });
+}
+
+QString SimpleXML::XML() const
+{
+    return Answer(QString(), [this] { return xmldoc->SelectSingleNode(CurrPath).Xml(); });
+}
+
+bool SimpleXML::hasChildren(const QString& Path) const
+{
+    return Answer(false, [&] { return NodeAt(Path).HasChildNodes(); });
+}
+
+std::int16_t SimpleXML::ChildCount(const QString& Path) const
+{
+    return Answer(std::int16_t{0}, [&] {
+        const int count = NodeAt(Path).ChildCount();
+        return count > std::numeric_limits<std::int16_t>::max() ? std::int16_t{0} : static_cast<std::int16_t>(count);
+    });
+}
+
+bool SimpleXML::AddElementByName(const QString& Name, const QString& Path)
+{
+    return Answer(false, [&] {
+        const QString path = Resolved(Path);
+        // A pattern that can't be read means the root; one that leads nowhere makes a new root.
+        const DomNode found = Answer(xmldoc->DocumentElement(), [&] { return xmldoc->SelectSingleNode(path); });
+        if (!found || path.isEmpty()) {
+            xmldoc->SetDocumentElement(Name);
+            return true;
+        }
+        NodeAt(path).AppendElement(Name);
+        return true;
+    });
+}
+
+bool SimpleXML::AddSimpleXML(SimpleXML& newXML, const QString& Path)
+{
+    return Answer(false, [&] {
+        const DomNode node = newXML.xmldoc->SelectSingleNode(newXML.GetCurrPath());
+        AppendNode(node, Path);
+        return true;
+    });
+}
+
+bool SimpleXML::AddAttributeByName(const QString& AttribName, const QString& attribValue, const QString& Path)
+{
+    return Answer(false, [&] {
+        NodeAt(Path).SetAttribute(AttribName, attribValue);
+        return true;
+    });
+}
+
+bool SimpleXML::SetValue(const QString& newValue, const QString& Path)
+{
+    NodeAt(Path).SetText(newValue);
+    return true;
+}
+
+bool SimpleXML::RemoveAttrib(const QString& AttribName, const QString& Path)
+{
+    return Answer(false, [&] {
+        NodeAt(Path).RemoveAttribute(AttribName);
+        return true;
+    });
+}
+
+bool SimpleXML::RemoveElement(bool ignoreChild, const QString& Path)
+{
+    return Answer(false, [&] {
+        const DomNode node = NodeAt(Path);
+        if (!ignoreChild && node.HasChildNodes()) {
+            return false;
+        }
+        node.ParentNode().RemoveChild(node);
+        return true;
+    });
+}
+
+std::unique_ptr<EnumerationObject> SimpleXML::getEnumeration(const QString& Path) const
+{
+    return std::make_unique<EnumerationObject>(*m_documents, xmldoc, Resolved(Path));
+}
+
+QString SimpleXML::GetAttribute(const QString& AttribName, const QString& Path) const
+{
+    return Answer(QString(), [&] { return NodeAt(Path).Attribute(AttribName); });
+}
+
+QString SimpleXML::GetValue(const QString& Path) const
+{
+    return Answer(QString(), [&] { return NodeAt(Path).NodeValue().value_or(QString()); });
+}
+
+QString SimpleXML::GetNodeText(const QString& Path) const
+{
+    return Answer(QString(), [&] { return NodeAt(Path).Text(); });
+}
+
+std::unique_ptr<SimpleXML> SimpleXML::GetElement(const QString& Path) const
+{
+    return Answer<std::unique_ptr<SimpleXML>>(nullptr, [&] {
+        auto element = std::make_unique<SimpleXML>(*m_documents);
+        element->xmldoc->SetDocumentElement(NodeAt(Path));
+        return element;
+    });
+}

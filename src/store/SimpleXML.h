@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Dom.h"
+
+#include <memory>
+
+class EnumerationObject;
+
+/// One XML document and one remembered path; the only way the program reads and writes XML.
+///
+/// A path is an XPath pattern such as "//root//alerts"; the first node in document order that matches is meant. The exact
+/// word "current" as a path stands for the remembered path. Members answer their plain failure value (false, the empty
+/// text, 0, no object) when something is not there; only SetValue throws.
+class SimpleXML final
+{
+public:
+    explicit SimpleXML(const DomDocuments& documents);
+
+    /// The document. Shared with the objects that an enumeration hands out, which look at the same live tree.
+    std::shared_ptr<DomDocument> xmldoc;
+
+    /// Of the node at the remembered path, or of the root while that path is empty.
+    [[nodiscard]] QString ElementName() const;
+    /// "//" and the name of the root.
+    [[nodiscard]] QString GetRootName() const;
+    /// False, and nothing changed, for a path of fewer than 2 characters. Whether it leads anywhere is not checked.
+    bool SetCurrentPath(const QString& Path);
+    /// Starts over with an empty document; the remembered path stays.
+    bool Reset();
+    /// Reads a file or a URL; on success the root becomes the remembered path.
+    bool Load(const QString& Path);
+    bool Save(const QString& Path) const;
+    /// The node at the remembered path as XML.
+    [[nodiscard]] QString XML() const;
+    [[nodiscard]] bool hasChildren(const QString& Path) const;
+    /// A count above 32767 is a failure.
+    [[nodiscard]] std::int16_t ChildCount(const QString& Path) const;
+    /// Appends an element; if @p Path is empty or leads nowhere it becomes the root, in place of the old one.
+    bool AddElementByName(const QString& Name, const QString& Path);
+    /// Moves the node at the remembered path of @p newXML under the node at @p Path.
+    bool AddSimpleXML(SimpleXML& newXML, const QString& Path);
+    /// False, and nothing written, if no element is at @p Path.
+    bool AddAttributeByName(const QString& AttribName, const QString& attribValue, const QString& Path);
+    /// Throws kObjectNotSet if no node is at @p Path.
+    bool SetValue(const QString& newValue, const QString& Path);
+    /// True also when the attribute was not there.
+    bool RemoveAttrib(const QString& AttribName, const QString& Path);
+    /// With @p ignoreChild false a node that has children stays, and the answer is false.
+    bool RemoveElement(bool ignoreChild, const QString& Path);
+    /// Walks the children of the node at @p Path.
+    [[nodiscard]] std::unique_ptr<EnumerationObject> getEnumeration(const QString& Path) const;
+    /// Empty for a missing element and a missing attribute alike.
+    [[nodiscard]] QString GetAttribute(const QString& AttribName, const QString& Path) const;
+    /// Empty for an element, which has no value of its own.
+    [[nodiscard]] QString GetValue(const QString& Path) const;
+    [[nodiscard]] QString GetNodeText(const QString& Path) const;
+    /// A document of its own whose root is a deep copy of the node; its remembered path is empty.
+    [[nodiscard]] std::unique_ptr<SimpleXML> GetElement(const QString& Path) const;
+    [[nodiscard]] const QString& GetCurrPath() const { return CurrPath; }
+
+private:
+    friend class EnumerationObject;
+    /// Looks at a document that is somebody else's, without copying it.
+    void SetDocument(const std::shared_ptr<DomDocument>& document, const QString& Path);
+    [[nodiscard]] DomNode NodeAt(const QString& Path) const;
+    [[nodiscard]] const QString& Resolved(const QString& Path) const;
+    void AppendNode(DomNode node, const QString& Path) const;
+
+    const DomDocuments* m_documents = nullptr;
+    QString CurrPath;
+};
