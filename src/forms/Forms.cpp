@@ -69,7 +69,8 @@ MainForm& Forms::Main()
 bool Forms::KeepsProcess() const
 {
     // A popup that is loaded again only because its last tick wrote to it can't be seen or closed by anyone.
-    return std::any_of(m_loaded.begin(), m_loaded.end(), [](const auto& entry) { return entry.second->WasShown(); });
+    return std::any_of(m_loaded.begin(), m_loaded.end(),
+                       [](const auto& entry) { return entry.second->WasShown(); });
 }
 
 void Forms::DisposeOfUnloaded()

@@ -12,7 +12,8 @@
 class MainForm;
 struct Platform;
 
-/// The windows of the program, one of each name. A window is created and loaded on first touch and stays until it is unloaded.
+/// The windows of the program, one of each name. A window is created and loaded on first touch and stays
+/// until it is unloaded.
 class Forms final : public QObject
 {
     Q_OBJECT
@@ -25,7 +26,8 @@ public:
 
     void Register(const QString& name, Factory factory);
 
-    /// The window of that name, created and loaded if need be. Throws kFormUnloaded if it unloaded itself while loading.
+    /// The window of that name, created and loaded if need be. Throws kFormUnloaded if it unloaded itself
+    /// while loading.
     Form& Touch(const QString& name);
     template <typename Window>
     Window& Touch()
