@@ -101,4 +101,29 @@ INSTANTIATE_TEST_SUITE_P(All, ShippedVectorIcon, testing::Values("duskbeacon", "
                              return std::string(row.param) == "duskbeacon" ? "full" : "simplified";
                          });
 
+class ShippedBanner : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(ShippedBanner, name_isReadableOnTheSky)
+{
+    constexpr QRgb kLettering = 0xfffff4dc;
+    const int scale = GetParam();
+    const QString suffix = scale == 1 ? QString() : QStringLiteral("@%1x").arg(scale);
+    const QImage banner = QImage(QStringLiteral(":/pictures/Picture2%1.png").arg(suffix));
+    ASSERT_FALSE(banner.isNull());
+    int lettering = 0;
+    for (int y = 16 * scale; y < 60 * scale; ++y) {
+        // The third column lies beside the name, so that it shows the sky of its rows.
+        EXPECT_GE(Contrast(banner.pixel(3 * scale, y), kLettering), 4.5) << y;
+        for (int x = 0; x < banner.width(); ++x) {
+            lettering += banner.pixel(x, y) == kLettering ? 1 : 0;
+        }
+    }
+    EXPECT_GT(lettering, banner.width() * banner.height() / 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ShippedBanner, testing::Values(1, 2, 3),
+                         [](const auto& row) { return "at" + std::to_string(row.param); });
+
 } // namespace
