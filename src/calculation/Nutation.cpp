@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "calculation/Nutation.h"
+
+#include "calculation/Angle.h"
+#include "calculation/Series.h"
+
+#include <array>
+#include <cstddef>
+
+namespace calculation {
+
+namespace {
+
+constexpr double kDaysPerCentury = 36525.0;
+
+// Multiples of the moon's mean elongation, the sun's and the moon's mean anomaly, the moon's argument of
+// latitude and the longitude of its node; then the coefficients, in units of 0.0001".
+struct NutationTerm
+{
+    int elongation;
+    int sunAnomaly;
+    int moonAnomaly;
+    int latitudeArgument;
+    int node;
+    double longitude;
+    double obliquity;
+};
+
+constexpr std::array<NutationTerm, 23> kTerms{{
+    {0, 0, 0, 0, 1, -171996, 92025}, {-2, 0, 0, 2, 2, -13187, 5736}, {0, 0, 0, 2, 2, -2274, 977},
+    {0, 0, 0, 0, 2, 2062, -895},     {0, 1, 0, 0, 0, 1426, 54},      {0, 0, 1, 0, 0, 712, -7},
+    {-2, 1, 0, 2, 2, -517, 224},     {0, 0, 0, 2, 1, -386, 200},     {0, 0, 1, 2, 2, -301, 129},
+    {-2, -1, 0, 2, 2, 217, -95},     {-2, 0, 1, 0, 0, -158, 0},      {-2, 0, 0, 2, 1, 129, -70},
+    {0, 0, -1, 2, 2, 123, -53},      {2, 0, 0, 0, 0, 63, 0},         {0, 0, 1, 0, 1, 63, -33},
+    {2, 0, -1, 2, 2, -59, 26},       {0, 0, -1, 0, 1, -58, 32},      {0, 0, 1, 2, 1, -51, 27},
+    {-2, 0, 2, 0, 0, 48, 0},         {0, 0, -2, 2, 1, 46, -24},      {2, 0, 0, 2, 2, -38, 16},
+    {0, 0, 2, 2, 2, -31, 13},        {0, 0, 2, 0, 0, 29, 0},
+}};
+
+// The fundamental arguments in degrees at the epoch and per century (Meeus, chapter 22). Their slow curvature
+// moves no term by 0.001" within two centuries.
+constexpr double kElongation[2] = {297.85036, 445267.111480};
+constexpr double kSunAnomaly[2] = {357.52772, 35999.050340};
+constexpr double kMoonAnomaly[2] = {134.96298, 477198.867398};
+constexpr double kLatitudeArgument[2] = {93.27191, 483202.017538};
+constexpr double kNode[2] = {125.04452, -1934.136261};
+
+constexpr double Combine(const NutationTerm& term, int power)
+{
+    return term.elongation * kElongation[power] + term.sunAnomaly * kSunAnomaly[power] +
+           term.moonAnomaly * kMoonAnomaly[power] + term.latitudeArgument * kLatitudeArgument[power] +
+           term.node * kNode[power];
+}
+
+// The publication has sines for the longitude; a quarter of a turn makes them the cosines of a Series.
+constexpr auto TermsOf(double NutationTerm::*coefficient, double quarter)
+{
+    std::array<PublishedTerm, kTerms.size()> terms{};
+    for (std::size_t i = 0; i < kTerms.size(); ++i) {
+        terms[i] = {kTerms[i].*coefficient, Combine(kTerms[i], 0) - quarter, Combine(kTerms[i], 1)};
+    }
+    return terms;
+}
+
+constexpr Series<kTerms.size()> kLongitude{TermsOf(&NutationTerm::longitude, 90.0), 360.0, kDaysPerCentury};
+constexpr Series<kTerms.size()> kObliquity{TermsOf(&NutationTerm::obliquity, 0.0), 360.0, kDaysPerCentury};
+
+} // namespace
+
+Nutation NutationAround(double daysSince2000)
+{
+    constexpr double kUnit = 0.0001 * kRadiansPerArcsecond;
+    const ThreeDays longitude = kLongitude.Evaluate(daysSince2000);
+    const ThreeDays obliquity = kObliquity.Evaluate(daysSince2000);
+    Nutation nutation;
+    for (std::size_t i = 0; i < 3; ++i) {
+        nutation.inLongitude[i] = longitude[i] * kUnit;
+        nutation.inObliquity[i] = obliquity[i] * kUnit;
+    }
+    return nutation;
+}
+
+double MeanObliquity(double daysSince2000)
+{
+    const double centuries = daysSince2000 / kDaysPerCentury;
+    const double arcseconds =
+        84381.448 + centuries * (-46.8150 + centuries * (-0.00059 + centuries * 0.001813));
+    return arcseconds * kRadiansPerArcsecond;
+}
+
+} // namespace calculation

@@ -1,0 +1,211 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "calculation/PrayerDay.h"
+
+#include "calculation/Angle.h"
+#include "calculation/Crossing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+namespace calculation {
+
+namespace {
+
+constexpr double kHalfDay = 0.5;
+// The sun's upper edge on the horizon: 34' of refraction and 16' of radius.
+constexpr double kHorizonDegrees = -0.8333;
+// Where a day has no sunrise or no sunset, it is that of this latitude.
+constexpr double kLatitudeOfOrdinaryDays = 45.0;
+// The angle whose portion of the night is the whole night.
+constexpr double kDegreesOfNight = 60.0;
+
+// Hour angle in days at which a sun of the given sine of declination has the given sine of altitude; 0 to
+// 0.5.
+double HourAngle(double sineOfAltitude, double sineOfDeclination, const Latitude& latitude)
+{
+    const double cosineOfDeclination = std::sqrt(1.0 - sineOfDeclination * sineOfDeclination);
+    const double cosine = (sineOfAltitude - latitude.Sine() * sineOfDeclination) /
+                          std::max(latitude.Cosine() * cosineOfDeclination, 1e-9);
+    return std::acos(std::clamp(cosine, -1.0, 1.0)) / kTurn;
+}
+
+double DistanceFromDate(double time)
+{
+    return std::max(-kHalfDay - time, time - kHalfDay);
+}
+
+bool IsWithinDate(double time)
+{
+    return time >= -kHalfDay && time < kHalfDay;
+}
+
+} // namespace
+
+void PrayerDay::SetPlaceAndDate(const Place& place, double utNoon)
+{
+    m_track = SunTrack(utNoon, place.LongitudeTurns());
+    m_latitude = Latitude::FromDegrees(place.LatitudeDegrees());
+    m_latitude45 =
+        Latitude::FromDegrees(m_latitude.IsNorthern() ? kLatitudeOfOrdinaryDays : -kLatitudeOfOrdinaryDays);
+    m_horizonSine = m_track.GeocentricSine(SineCosineOfTurns(kHorizonDegrees / 360.0).sine);
+    m_days = {};
+}
+
+void PrayerDay::SetTwilightAngles(double fajrDegrees, double ishaDegrees)
+{
+    m_fajr = TwilightOf(fajrDegrees);
+    m_isha = TwilightOf(ishaDegrees);
+}
+
+PrayerDay::Twilight PrayerDay::TwilightOf(double degrees)
+{
+    const double altitude = std::clamp(degrees, -90.0, kHorizonDegrees);
+    return {SineCosineOfTurns(altitude / 360.0).sine, std::min(-altitude / kDegreesOfNight, 0.5)};
+}
+
+double PrayerDay::WithinDate(Event event)
+{
+    const double own = OfSolarDay(event, 0);
+    if (IsWithinDate(own)) {
+        return own;
+    }
+    const double neighbour = OfSolarDay(event, own < 0.0 ? 1 : -1);
+    const double nearest = DistanceFromDate(neighbour) < DistanceFromDate(own) ? neighbour : own;
+    // Events lie within a day and a half of noon, so that one turn of the clock brings each in.
+    const double shown = nearest - std::floor(nearest + kHalfDay);
+    return IsWithinDate(shown) ? shown : -kHalfDay;
+}
+
+double PrayerDay::OfSolarDay(Event event, int index)
+{
+    switch (event) {
+    case Event::Fajr:
+        return Fajr(index);
+    case Event::Sunrise:
+        return DayOf(index).sunrise;
+    case Event::Transit:
+        return DayOf(index).transit;
+    case Event::AsrOneLength:
+        return Asr(index, 1.0);
+    case Event::AsrTwoLengths:
+        return Asr(index, 2.0);
+    case Event::Sunset:
+        return DayOf(index).sunset;
+    case Event::Isha:
+        return Isha(index);
+    }
+    return 0.0;
+}
+
+const PrayerDay::SolarDay& PrayerDay::DayOf(int index)
+{
+    SolarDay& day = m_days[static_cast<std::size_t>(index - kFirstIndex)];
+    if (!day.isKnown) {
+        day = Solve(index);
+    }
+    return day;
+}
+
+PrayerDay::SolarDay PrayerDay::Solve(int index) const
+{
+    SolarDay day;
+    day.isKnown = true;
+    day.transit = m_track.Transit(index);
+    day.isOfLatitude45 = !HasSunriseAndSunset(day.transit);
+    const Latitude& latitude = LatitudeOf(day);
+    day.sunrise = SunriseAt(day.transit, latitude);
+    day.sunset = SunsetAt(day.transit, latitude);
+    return day;
+}
+
+const Latitude& PrayerDay::LatitudeOf(const SolarDay& day) const
+{
+    return day.isOfLatitude45 ? m_latitude45 : m_latitude;
+}
+
+bool PrayerDay::HasSunriseAndSunset(double transit) const
+{
+    return m_track.UpperSine(transit, m_latitude) > m_horizonSine &&
+           m_track.LowerSine(transit - kHalfDay, m_latitude) < m_horizonSine &&
+           m_track.LowerSine(transit + kHalfDay, m_latitude) < m_horizonSine;
+}
+
+double PrayerDay::SunriseAt(double transit, const Latitude& latitude) const
+{
+    const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(transit), latitude);
+    return TimeOf({transit - kHalfDay, transit, m_horizonSine, transit - hourAngle}, m_track, latitude);
+}
+
+double PrayerDay::SunsetAt(double transit, const Latitude& latitude) const
+{
+    const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(transit), latitude);
+    return TimeOf({transit + kHalfDay, transit, m_horizonSine, transit + hourAngle}, m_track, latitude);
+}
+
+// The angle-based rule for nights without true darkness: the event keeps to a portion of the night next to
+// sunrise or sunset, the angle divided by 60 degrees. Where the sun reaches the angle within that portion the
+// true event stands, so that the times pass without a jump from the one to the other.
+double PrayerDay::Fajr(int index)
+{
+    const SolarDay day = DayOf(index);
+    const SolarDay& before = DayOf(index - 1);
+    // Between a day of its own latitude and one of latitude 45 there is no night to measure: twice the half
+    // of it that belongs to this day.
+    const double night = before.isOfLatitude45 == day.isOfLatitude45
+                             ? day.sunrise - before.sunset
+                             : 2.0 * (day.sunrise - (day.transit - kHalfDay));
+    const double bound = day.sunrise - m_fajr.portionOfNight * night;
+    const Latitude& latitude = LatitudeOf(day);
+    const double sine = m_track.GeocentricSine(m_fajr.sine);
+    const double midnight = day.transit - kHalfDay;
+    if (m_track.LowerSine(midnight, latitude) >= sine) {
+        return bound;
+    }
+    const double guess = day.transit - HourAngle(sine, m_track.SineOfDeclination(day.transit), latitude);
+    return std::max(bound, TimeOf({midnight, day.sunrise, sine, guess}, m_track, latitude));
+}
+
+double PrayerDay::Isha(int index)
+{
+    const SolarDay day = DayOf(index);
+    const SolarDay& after = DayOf(index + 1);
+    const double night = after.isOfLatitude45 == day.isOfLatitude45
+                             ? after.sunrise - day.sunset
+                             : 2.0 * (day.transit + kHalfDay - day.sunset);
+    const double bound = day.sunset + m_isha.portionOfNight * night;
+    const Latitude& latitude = LatitudeOf(day);
+    const double sine = m_track.GeocentricSine(m_isha.sine);
+    const double midnight = day.transit + kHalfDay;
+    if (m_track.LowerSine(midnight, latitude) >= sine) {
+        return bound;
+    }
+    const double guess = day.transit + HourAngle(sine, m_track.SineOfDeclination(day.transit), latitude);
+    return std::min(bound, TimeOf({midnight, day.sunset, sine, guess}, m_track, latitude));
+}
+
+double PrayerDay::Asr(int index, double lengths)
+{
+    const SolarDay& day = DayOf(index);
+    const Latitude& latitude = LatitudeOf(day);
+    if (m_track.TopocentricSine(m_track.UpperSine(day.transit, latitude)) > 0.0) {
+        return AsrAfter(day.transit, day.sunset, lengths, latitude);
+    }
+    // The noon sun shows its edge but its centre casts no shadow. The afternoon of latitude 45 would end long
+    // after this one, so its Asr is taken at the same part of the afternoon, which keeps it before Maghrib.
+    const double sunset45 = SunsetAt(day.transit, m_latitude45);
+    const double asr45 = AsrAfter(day.transit, sunset45, lengths, m_latitude45);
+    return day.transit + (asr45 - day.transit) / (sunset45 - day.transit) * (day.sunset - day.transit);
+}
+
+double PrayerDay::AsrAfter(double transit, double sunset, double lengths, const Latitude& latitude) const
+{
+    const double noon = m_track.TopocentricSine(m_track.UpperSine(transit, latitude));
+    const double shadow = std::sqrt(1.0 - noon * noon) / noon + lengths;
+    const double sine = m_track.GeocentricSine(1.0 / std::sqrt(1.0 + shadow * shadow));
+    const double guess = transit + HourAngle(sine, m_track.SineOfDeclination(transit), latitude);
+    return TimeOf({sunset, transit, sine, guess}, m_track, latitude);
+}
+
+} // namespace calculation

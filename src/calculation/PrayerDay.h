@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "calculation/Place.h"
+#include "calculation/SunTrack.h"
+
+#include <array>
+
+namespace calculation {
+
+enum class Event { Fajr, Sunrise, Transit, AsrOneLength, AsrTwoLengths, Sunset, Isha };
+
+// The events of a civil date. Times are days from the date's noon (see SunTrack). An event belongs to a solar
+// day, numbered by its meridian passage: 0 is the date's own, -1 and 1 its neighbours.
+class PrayerDay final
+{
+public:
+    // utNoon and longitude as for SunTrack.
+    void SetPlaceAndDate(const Place& place, double utNoon);
+    // Hundredths of a degree, negative below the horizon. What is not below the horizon of sunrise counts as
+    // that, what is below the nadir as the nadir.
+    void SetTwilightAngles(double fajrDegrees, double ishaDegrees);
+
+    // The event as the date's clock shows it, -0.5 <= time < 0.5: the one that falls within the date; of two
+    // the date's own; of none the nearest, moved by a day.
+    [[nodiscard]] double WithinDate(Event event);
+    // The event of one solar day, -1 to 1, wherever it falls.
+    [[nodiscard]] double OfSolarDay(Event event, int index);
+
+    [[nodiscard]] const SunTrack& Track() const { return m_track; }
+    [[nodiscard]] const Latitude& OwnLatitude() const { return m_latitude; }
+
+private:
+    struct SolarDay
+    {
+        bool isKnown = false;
+        bool isOfLatitude45 = false;
+        double transit = 0.0;
+        double sunrise = 0.0;
+        double sunset = 0.0;
+    };
+
+    struct Twilight
+    {
+        double sine = 0.0;           // of the altitude
+        double portionOfNight = 0.0; // 0 to 0.5
+    };
+
+    static constexpr int kFirstIndex = -2;
+
+    [[nodiscard]] static Twilight TwilightOf(double degrees);
+    const SolarDay& DayOf(int index);
+    [[nodiscard]] SolarDay Solve(int index) const;
+    [[nodiscard]] bool HasSunriseAndSunset(double transit) const;
+    [[nodiscard]] double SunriseAt(double transit, const Latitude& latitude) const;
+    [[nodiscard]] double SunsetAt(double transit, const Latitude& latitude) const;
+    [[nodiscard]] double Fajr(int index);
+    [[nodiscard]] double Isha(int index);
+    [[nodiscard]] double Asr(int index, double lengths);
+    [[nodiscard]] double AsrAfter(double transit, double sunset, double lengths,
+                                  const Latitude& latitude) const;
+    [[nodiscard]] const Latitude& LatitudeOf(const SolarDay& day) const;
+
+    SunTrack m_track;
+    Latitude m_latitude;
+    Latitude m_latitude45;
+    double m_horizonSine = 0.0;
+    Twilight m_fajr;
+    Twilight m_isha;
+    std::array<SolarDay, 5> m_days;
+};
+
+} // namespace calculation

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "calculation/Qibla.h"
+
+#include "calculation/Angle.h"
+
+#include <cmath>
+
+namespace calculation {
+
+double QiblaBearing(const Place& place)
+{
+    constexpr double kLatitude = 21.4225 * kRadiansPerDegree;
+    constexpr double kLongitude = 39.8262;
+    // Half the step of the places that the boundary can name, so that the nearest of them counts as the
+    // Kaaba.
+    constexpr double kSamePlace = 0.005 * kRadiansPerDegree;
+
+    const double latitude = place.LatitudeDegrees() * kRadiansPerDegree;
+    const double eastward = (kLongitude - place.LongitudeDegrees()) * kRadiansPerDegree;
+    const double east = std::sin(eastward) * std::cos(kLatitude);
+    const double north = std::cos(latitude) * std::sin(kLatitude) -
+                         std::sin(latitude) * std::cos(kLatitude) * std::cos(eastward);
+    if (std::hypot(east, north) < kSamePlace) {
+        return 0.0;
+    }
+    const double bearing = std::atan2(east, north) / kRadiansPerDegree;
+    return bearing < 0.0 ? bearing + 360.0 : bearing;
+}
+
+} // namespace calculation

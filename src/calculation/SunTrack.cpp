@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "calculation/SunTrack.h"
+
+#include "calculation/Angle.h"
+#include "calculation/DeltaT.h"
+#include "calculation/SiderealTime.h"
+#include "calculation/Sun.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace calculation {
+
+namespace {
+
+constexpr double kSecondsPerDay = 86400.0;
+
+double DistanceFromDate(double time)
+{
+    return std::abs(time) - 0.5;
+}
+
+} // namespace
+
+SunTrack::Parabola SunTrack::Parabola::Through(double before, double at, double after)
+{
+    return {at, 0.5 * (after - before), 0.5 * (after + before) - at};
+}
+
+SunTrack::SunTrack(double utNoon, double longitudeTurns)
+{
+    const SunAround sun = ApparentSunAround(utNoon + DeltaT(utNoon) / kSecondsPerDay);
+    m_parallax = sun.HorizontalParallax();
+
+    const Direction& noon = sun.directions[1];
+    const double rightAscension = std::atan2(noon.y, noon.x) / kTurn;
+    m_hourAngleAtNoon = WithinHalfTurn(GreenwichMeanSiderealTime(utNoon) + longitudeTurns +
+                                       sun.equationOfEquinoxes[1] / kTurn - rightAscension);
+
+    std::array<double, 3> x{};
+    std::array<double, 3> y{};
+    for (std::size_t i = 0; i < 3; ++i) {
+        // The frame gains on the equinox what the sidereal day lacks of the solar one; the nutation of the
+        // two other days enters here because the hour angle is counted with that of the noon.
+        const double turned = rightAscension + kSiderealGainPerDay * (static_cast<double>(i) - 1.0) +
+                              (sun.equationOfEquinoxes[i] - sun.equationOfEquinoxes[1]) / kTurn;
+        const SineCosine frame = SineCosineOfTurns(turned);
+        x[i] = sun.directions[i].x * frame.cosine + sun.directions[i].y * frame.sine;
+        y[i] = sun.directions[i].y * frame.cosine - sun.directions[i].x * frame.sine;
+    }
+    m_x = Parabola::Through(x[0], x[1], x[2]);
+    m_y = Parabola::Through(y[0], y[1], y[2]);
+    m_z = Parabola::Through(sun.directions[0].z, noon.z, sun.directions[2].z);
+
+    const double first = TransitNear(-m_hourAngleAtNoon);
+    const double other = TransitNear(first < 0.0 ? first + 1.0 : first - 1.0);
+    m_ownTransit = DistanceFromDate(other) < DistanceFromDate(first) ? other : first;
+}
+
+// The frame turns once a day, so that its x axis is in the meridian a whole number of days from now; the sun
+// stands a little off that axis.
+double SunTrack::TransitNear(double time) const
+{
+    const double axis = -m_hourAngleAtNoon + NearestWhole(time + m_hourAngleAtNoon);
+    double transit = axis;
+    for (int pass = 0; pass < 2; ++pass) {
+        const double slope = m_y.At(transit) / m_x.At(transit);
+        transit = axis + slope * (1.0 - slope * slope / 3.0) / kTurn;
+    }
+    return transit;
+}
+
+double SunTrack::Transit(int index) const
+{
+    return index == 0 ? m_ownTransit : TransitNear(m_ownTransit + index);
+}
+
+SunTrack::Sample SunTrack::Altitude(double time, const Latitude& latitude) const
+{
+    const SineCosine hourAngle = SineCosineOfTurns(time + m_hourAngleAtNoon);
+    const double x = m_x.At(time);
+    const double y = m_y.At(time);
+    Sample sample;
+    sample.sine =
+        latitude.Sine() * m_z.At(time) + latitude.Cosine() * (x * hourAngle.cosine + y * hourAngle.sine);
+    sample.rate =
+        latitude.Sine() * m_z.RateAt(time) +
+        latitude.Cosine() * (m_x.RateAt(time) * hourAngle.cosine + m_y.RateAt(time) * hourAngle.sine +
+                             kTurn * (y * hourAngle.cosine - x * hourAngle.sine));
+    return sample;
+}
+
+double SunTrack::UpperSine(double transit, const Latitude& latitude) const
+{
+    const double sine = m_z.At(transit);
+    return latitude.Sine() * sine + latitude.Cosine() * std::sqrt(1.0 - sine * sine);
+}
+
+double SunTrack::LowerSine(double transit, const Latitude& latitude) const
+{
+    const double sine = m_z.At(transit);
+    return latitude.Sine() * sine - latitude.Cosine() * std::sqrt(1.0 - sine * sine);
+}
+
+} // namespace calculation
