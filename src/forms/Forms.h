@@ -44,13 +44,15 @@ public:
     void SetMain(MainForm& main) { m_main = &main; }
 
     [[nodiscard]] const Platform& Outside() const { return m_platform; }
-    /// Called when a window has been unloaded and none is left that was ever shown.
+    /// Called when a window has been unloaded and neither the main window nor one that was ever shown is
+    /// left.
     void SetLastUnloadedHandler(std::function<void()> handler) { m_lastUnloaded = std::move(handler); }
 
     /// Destroys, as soon as the event loop is free, the unloaded windows in which no handler runs.
     void DisposeOfUnloaded();
 
 private:
+    [[nodiscard]] bool IsMain(const Form& form) const;
     [[nodiscard]] bool KeepsProcess() const;
     void Dispose();
 
