@@ -3,6 +3,7 @@
 #include "app/Application.h"
 
 #include "alerts/FrmPopup.h"
+#include "app/Appearance.h"
 #include "app/DlgStart.h"
 #include "app/FrmMain.h"
 #include "app/FrmWait.h"
@@ -19,14 +20,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QFont>
 
 void SetUpApplication(QApplication& application)
 {
-    // Set explicitly: the default family changes with what happens to be installed.
-    QFont font(QStringLiteral("Liberation Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
+    SetAppearance();
     application.setQuitOnLastWindowClosed(false);
     InstallLinkAccessibility();
 }

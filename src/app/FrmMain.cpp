@@ -40,6 +40,7 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Settings, PrayerTimer, m_controls)
+    , m_instruments(Outside(), PrayerTimer, m_controls)
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
@@ -118,6 +119,8 @@ void FrmMain::FeedFromConfiguration()
                             Settings.AdvAlertMinutes, Integer16(true));
     PrayerTimer.StartTimer();
     PopPrayerFrame();
+    m_instruments.ShowQibla();
+    m_instruments.RefreshSkyPicture();
 }
 
 void FrmMain::PopLocation()
@@ -148,6 +151,7 @@ void FrmMain::OnTick()
     AdSeconds += 1.0F;
     m_display.UpdateCountDown();
     if (SkySeconds >= kTicksPerSkyRefresh) {
+        m_instruments.RefreshSkyPicture();
         SkySeconds = 0.0F;
     }
     // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it

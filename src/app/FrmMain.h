@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/Instruments.h"
 #include "app/MainControls.h"
 #include "app/PrayerDisplay.h"
 #include "engine/PTimer.h"
@@ -39,6 +40,7 @@ private:
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    Instruments m_instruments;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
