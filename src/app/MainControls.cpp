@@ -89,6 +89,9 @@ void MainControls::BuildLeftColumn(QWidget& window)
     narrow.setStretch(QFont::SemiCondensed);
     Label3->setFont(narrow);
     LblCountDown = Text(window, "LblCountDown", QString(), TwipsRect(1560, 1560, 1485, 240));
+    QFont bold = LblCountDown->font();
+    bold.setBold(true);
+    LblCountDown->setFont(bold);
 
     FrmOptions = Frame(window, "FrmOptions", QStringLiteral("Options"), TwipsRect(120, 1920, 1935, 1275));
     LblLocLink = Link(*FrmOptions, "LblLocLink", QStringLiteral("Locations"), TwipsRect(120, 270, 1695, 240));

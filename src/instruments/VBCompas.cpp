@@ -110,6 +110,6 @@ void VBCompas::paintEvent(QPaintEvent* /*event*/)
     painter.setBrush(QColor(kCardColour));
     painter.drawEllipse(centre, radius, radius);
 
-    painter.setPen(QPen(QColor(kPointerColour), kPointerWidth, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(QColor(kPointerColour), kPointerWidth, Qt::SolidLine, Qt::FlatCap));
     painter.drawLine(QPointF(LPointer.X1, LPointer.Y1), QPointF(LPointer.X2, LPointer.Y2));
 }
