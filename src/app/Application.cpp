@@ -28,6 +28,8 @@ void SetUpApplication(QApplication& application)
     font.setPixelSize(12);
     QApplication::setFont(font);
     application.setQuitOnLastWindowClosed(false);
+    // Panels find icon and name through the desktop file.
+    QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
 }
 
