@@ -25,6 +25,8 @@ void SetUpApplication(QApplication& application)
 {
     SetAppearance();
     application.setQuitOnLastWindowClosed(false);
+    // Panels find icon and name through the desktop file.
+    QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
 }
 
