@@ -2,19 +2,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 
+#include "alerts/FrmPopup.h"
 #include "app/DlgStart.h"
 #include "app/FrmMain.h"
+#include "app/FrmWait.h"
 #include "controls/LinkLabel.h"
 #include "engine/CalculationLibrary.h"
 #include "forms/Forms.h"
+#include "locations/FrmLocation.h"
 #include "platform/Dom.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "settings_dialog/FrmAlerts.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QFont>
 
 void SetUpApplication(QApplication& application)
 {
@@ -40,6 +45,10 @@ int RunProgram(const Platform& platform)
     Forms forms(platform);
     forms.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(forms); });
     forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
+    forms.Register(FrmAlerts::kName, [&] { return std::make_unique<FrmAlerts>(forms, documents); });
+    forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms, documents); });
+    forms.Register(FrmPopup::kName, [&] { return std::make_unique<FrmPopup>(forms); });
+    forms.Register(FrmWait::kName, [&] { return std::make_unique<FrmWait>(forms); });
 
     bool isOver = false;
     forms.SetLastUnloadedHandler([&isOver] {

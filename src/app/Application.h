@@ -8,8 +8,8 @@ struct Platform;
 /// Font and behaviour that all windows share.
 void SetUpApplication(QApplication& application);
 
-/// Makes the folder of settings.xml the working directory: the program's own folder if the file lies there (a build tree, a
-/// portable copy), otherwise the user's data folder.
+/// Makes the folder of settings.xml the working directory: the program's own folder if the file lies there (a
+/// build tree, a portable copy), otherwise the user's data folder.
 void EnterSettingsFolder(const Platform& platform);
 
 /// Runs the program from the first window to the last; answers the exit code.

@@ -38,7 +38,8 @@ void DlgStart::PaintNow()
     constexpr int kLongestWait = 500;
     const QDeadlineTimer deadline(kLongestWait);
     while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
-        QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents, 20);
+        QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
+                                       20);
     }
     repaint();
     QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

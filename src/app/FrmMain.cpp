@@ -13,8 +13,7 @@
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
 
-namespace
-{
+namespace {
 
 constexpr int kSplashMilliseconds = 2000;
 constexpr float kFirstAdTimer = 600.0F;
@@ -34,8 +33,9 @@ std::int16_t Integer16(bool value)
 } // namespace
 
 FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calculation)
-    : Form(forms, kName, Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
-                             Qt::WindowCloseButtonHint)
+    : Form(forms, kName,
+           Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+               Qt::WindowCloseButtonHint)
     , m_documents(documents)
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
@@ -81,7 +81,8 @@ void FrmMain::RunLoadSequence()
 void FrmMain::FailLoad(const QString& description, int number)
 {
     if (DebugMode) {
-        Outside().boxes.Show(QStringLiteral("%1 %2 on %3").arg(description, QString::number(number), ActiveForm));
+        Outside().boxes.Show(
+            QStringLiteral("%1 %2 on %3").arg(description, QString::number(number), ActiveForm));
     }
     Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
                          QStringLiteral("Error - 5"));
@@ -112,8 +113,9 @@ void FrmMain::FeedFromConfiguration()
     PopLocation();
     PrayerTimer.SetupPTimer(Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal),
                             Settings.ZoneHours, Integer16(Settings.UseDayLight),
-                            MultiplyInteger16(Settings.FajrAngle, 100), MultiplyInteger16(Settings.IshaAngle, 100),
-                            Integer16(Settings.UseAdvAlert), Settings.AdvAlertMinutes, Integer16(true));
+                            MultiplyInteger16(Settings.FajrAngle, 100),
+                            MultiplyInteger16(Settings.IshaAngle, 100), Integer16(Settings.UseAdvAlert),
+                            Settings.AdvAlertMinutes, Integer16(true));
     PrayerTimer.StartTimer();
     PopPrayerFrame();
 }
@@ -148,7 +150,8 @@ void FrmMain::OnTick()
     if (SkySeconds >= kTicksPerSkyRefresh) {
         SkySeconds = 0.0F;
     }
-    // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it again.
+    // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
+    // again.
     if (AdSeconds == AdTimer) {
         AdSeconds = 0.0F;
     }

@@ -9,8 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 
-namespace
-{
+namespace {
 
 template <typename Control>
 Control* Place(Control* control, const char* name, const QRect& place)
@@ -58,18 +57,20 @@ void MainControls::BuildSettingsBlock(QWidget& window)
     Frame2 = Frame(window, "Frame2", QStringLiteral("Location and Setting Information"),
                    TwipsRect(2160, 0, 6735, 1335));
     LblLocation = Text(*Frame2, "LblLocation", QString(), TwipsRect(120, 270, 6495, 240));
-    LblCaclMeth = Text(*Frame2, "LblCaclMeth", QStringLiteral("Calculation Method:"), TwipsRect(120, 525, 6495, 240));
+    LblCaclMeth =
+        Text(*Frame2, "LblCaclMeth", QStringLiteral("Calculation Method:"), TwipsRect(120, 525, 6495, 240));
     LblAsrMeth = Text(*Frame2, "LblAsrMeth", QStringLiteral("Asr Method:"), TwipsRect(120, 780, 3195, 240));
     LblDLSavings = Text(*Frame2, "LblDLSavings", QStringLiteral("Day Light Savings is:"),
                         TwipsRect(3420, 780, 3195, 240));
     LblTimeZ = Text(*Frame2, "LblTimeZ", QStringLiteral("Time Zone:"), TwipsRect(120, 1035, 3195, 240));
-    LblAdvWarning = Text(*Frame2, "LblAdvWarning", QStringLiteral("Advanced Warning:"),
-                         TwipsRect(3420, 1035, 3195, 240));
+    LblAdvWarning =
+        Text(*Frame2, "LblAdvWarning", QStringLiteral("Advanced Warning:"), TwipsRect(3420, 1035, 3195, 240));
     QFont bold = LblLocation->font();
     bold.setBold(true);
     LblLocation->setFont(bold);
 
-    Frame6 = Frame(window, "Frame6", QStringLiteral("Sun && Moon position"), TwipsRect(3120, 1440, 4335, 2535));
+    Frame6 =
+        Frame(window, "Frame6", QStringLiteral("Sun && Moon position"), TwipsRect(3120, 1440, 4335, 2535));
     Label2 = Text(*Frame6, "Label2", QStringLiteral("Progression of the sun and moon in the sky"),
                   TwipsRect(120, 2235, 4095, 240));
     Label2->setAlignment(Qt::AlignCenter);
@@ -77,12 +78,14 @@ void MainControls::BuildSettingsBlock(QWidget& window)
 
 void MainControls::BuildLeftColumn(QWidget& window)
 {
-    Label3 = Text(window, "Label3", QStringLiteral("Time till next prayer:"), TwipsRect(120, 1560, 1860, 240));
+    Label3 =
+        Text(window, "Label3", QStringLiteral("Time till next prayer:"), TwipsRect(120, 1560, 1860, 240));
     LblCountDown = Text(window, "LblCountDown", QString(), TwipsRect(1980, 1560, 1110, 240));
 
     FrmOptions = Frame(window, "FrmOptions", QStringLiteral("Options"), TwipsRect(120, 1920, 1935, 1275));
     LblLocLink = Link(*FrmOptions, "LblLocLink", QStringLiteral("Locations"), TwipsRect(120, 270, 1695, 240));
-    LblAlertsLink = Link(*FrmOptions, "LblAlertsLink", QStringLiteral("Alerts"), TwipsRect(120, 510, 1695, 240));
+    LblAlertsLink =
+        Link(*FrmOptions, "LblAlertsLink", QStringLiteral("Alerts"), TwipsRect(120, 510, 1695, 240));
     LblHelp = Link(*FrmOptions, "LblHelp", QStringLiteral("Help"), TwipsRect(120, 750, 1695, 240));
     LblGetMoreLink = Link(*FrmOptions, "LblGetMoreLink", QStringLiteral("More Sound Files"),
                           TwipsRect(120, 990, 1695, 240));
@@ -115,11 +118,13 @@ void MainControls::BuildPrayerFrame(QWidget& window)
         {&LblShuruqLink, &LblShuruqTime, "LblShuruqLink", "LblShuruqTime", QStringLiteral("Shuruq:"), 1560},
         {&LblDuhrLink, &LblDuhrTime, "LblDuhrLink", "LblDuhrTime", QStringLiteral("Duhr:"), 2640},
         {&LblAsrLink, &LblAsrTime, "LblAsrLink", "LblAsrTime", QStringLiteral("Asr:"), 3720},
-        {&LblMaghribLink, &LblMaghribTime, "LblMaghribLink", "LblMaghribTime", QStringLiteral("Maghrib:"), 4800},
+        {&LblMaghribLink, &LblMaghribTime, "LblMaghribLink", "LblMaghribTime", QStringLiteral("Maghrib:"),
+         4800},
         {&LblIshaLink, &LblIshaTime, "LblIshaLink", "LblIshaTime", QStringLiteral("Isha:"), 5880},
     };
     for (const auto& column : columns) {
-        *column.link = Link(*PrayerFrame, column.linkName, column.caption, TwipsRect(column.left, 600, 1050, 240));
+        *column.link =
+            Link(*PrayerFrame, column.linkName, column.caption, TwipsRect(column.left, 600, 1050, 240));
         *column.time = Text(*PrayerFrame, column.timeName, QString(), TwipsRect(column.left, 840, 1050, 255));
     }
 }

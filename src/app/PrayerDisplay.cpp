@@ -16,8 +16,7 @@
 
 #include <array>
 
-namespace
-{
+namespace {
 
 QString MonthName(int month)
 {
@@ -32,8 +31,8 @@ QString MonthName(int month)
 
 } // namespace
 
-PrayerDisplay::PrayerDisplay(const Platform& platform, const Configuration& configuration, const PTimer& prayerTimer,
-                             MainControls& controls)
+PrayerDisplay::PrayerDisplay(const Platform& platform, const Configuration& configuration,
+                             const PTimer& prayerTimer, MainControls& controls)
     : m_platform(platform)
     , m_configuration(configuration)
     , m_prayerTimer(prayerTimer)
@@ -59,9 +58,9 @@ void PrayerDisplay::PopLocation() const
 void PrayerDisplay::PopPrayerFrame() const
 {
     const QDate today = m_platform.clock.Now().date();
-    m_controls.PrayerFrame->setTitle(QStringLiteral("Date: %1 %2, %3")
-                                         .arg(QString::number(today.day()), MonthName(today.month()),
-                                              QString::number(today.year())));
+    m_controls.PrayerFrame->setTitle(
+        QStringLiteral("Date: %1 %2, %3")
+            .arg(QString::number(today.day()), MonthName(today.month()), QString::number(today.year())));
     m_controls.LblHajri->setText(m_prayerTimer.GetHDate());
 
     const bool is24Hour = m_configuration.HourMode == u"24";
@@ -85,8 +84,9 @@ void PrayerDisplay::UpdateCountDown() const
         m_controls.LblCountDown->setText(QStringLiteral("Done"));
         return;
     }
-    // From last to first, so that the earliest that is still ahead stands in the end. In Isha's own minute none is,
-    // and the label counts down from nothing: a negative clock for that minute, as it has always been.
+    // From last to first, so that the earliest that is still ahead stands in the end. In Isha's own minute
+    // none is, and the label counts down from nothing: a negative clock for that minute, as it has always
+    // been.
     int next = 0;
     const auto consider = [&](std::int16_t slot, bool counts) {
         if (counts && isAhead(slot)) {

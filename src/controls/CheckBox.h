@@ -6,7 +6,8 @@
 
 #include <functional>
 
-/// A check box that raises Click when its value changes, by hand or by code, inside the setter, and not otherwise.
+/// A check box that raises Click when its value changes, by hand or by code, inside the setter, and not
+/// otherwise.
 class CheckBox final : public QCheckBox
 {
     Q_OBJECT

@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// A horizontal scroll bar that raises Change when the thumb is released or a step is made, not while it is dragged, and
-/// inside the setter.
+/// A horizontal scroll bar that raises Change when the thumb is released or a step is made, not while it is
+/// dragged, and inside the setter.
 class LevelBar final : public QScrollBar
 {
     Q_OBJECT

@@ -10,8 +10,7 @@
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
-namespace
-{
+namespace {
 
 class LinkInterface final : public QAccessibleWidget
 {

@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// A text that acts as a link: Click by mouse or keyboard, MouseMove without a button. While disabled it takes no click, and
-/// the mouse moves over whatever lies behind it.
+/// A text that acts as a link: Click by mouse or keyboard, MouseMove without a button. While disabled it
+/// takes no click, and the mouse moves over whatever lies behind it.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT

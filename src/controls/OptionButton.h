@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// One of several choices in the same container. Raises Click when it becomes selected, by hand or by code, inside the
-/// setter; selecting the one that is selected already raises nothing.
+/// One of several choices in the same container. Raises Click when it becomes selected, by hand or by code,
+/// inside the setter; selecting the one that is selected already raises nothing.
 class OptionButton final : public QRadioButton
 {
     Q_OBJECT

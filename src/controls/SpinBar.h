@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// A small vertical bar with two arrows: the top one raises the value by a step, the bottom one lowers it. Raises Change
-/// inside the setter when the value really changes.
+/// A small vertical bar with two arrows: the top one raises the value by a step, the bottom one lowers it.
+/// Raises Change inside the setter when the value really changes.
 class SpinBar final : public QScrollBar
 {
     Q_OBJECT

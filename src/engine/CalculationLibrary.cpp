@@ -26,7 +26,8 @@ template <typename Signature>
 Signature* CalculationLibrary::Function(const char* name)
 {
     if (m_module == nullptr) {
-        // Bound at once, so that a module with a hole in it fails here and not in the middle of a calculation.
+        // Bound at once, so that a module with a hole in it fails here and not in the middle of a
+        // calculation.
         m_module = ::dlopen(QFile::encodeName(m_path).constData(), RTLD_NOW | RTLD_LOCAL);
         if (m_module == nullptr) {
             throw RuntimeError(ErrorNumber::kLibraryNotFound, QString::fromLocal8Bit(::dlerror()));
@@ -40,17 +41,18 @@ Signature* CalculationLibrary::Function(const char* name)
     return reinterpret_cast<Signature*>(function);
 }
 
-void CalculationLibrary::SetHorParams(Short latitude, Short longitude, Short offset, Short day, Short month, Short year)
+void CalculationLibrary::SetHorParams(Short latitude, Short longitude, Short offset, Short day, Short month,
+                                      Short year)
 {
-    Function<void(Short, Short, Short, Short, Short, Short)>("SetHorParams")(latitude, longitude, offset, day, month,
-                                                                             year);
+    Function<void(Short, Short, Short, Short, Short, Short)>("SetHorParams")(latitude, longitude, offset, day,
+                                                                             month, year);
 }
 
 void CalculationLibrary::SetHorTemkin(const std::array<Short, 10>& margins)
 {
     using Setter = void(Short, Short, Short, Short, Short, Short, Short, Short, Short, Short);
-    Function<Setter>("SetHorTemkin")(margins[0], margins[1], margins[2], margins[3], margins[4], margins[5], margins[6],
-                                     margins[7], margins[8], margins[9]);
+    Function<Setter>("SetHorTemkin")(margins[0], margins[1], margins[2], margins[3], margins[4], margins[5],
+                                     margins[6], margins[7], margins[8], margins[9]);
 }
 
 void CalculationLibrary::SetHorAngle(Short angle1, Short angle2, Short angle3, Short angle4)

@@ -7,8 +7,9 @@
 #include <array>
 #include <cstdint>
 
-/// The boundary of the calculation library: all numbers are signed 16-bit integers, degrees in hundredths, north and east
-/// positive, angles below the horizon negative. The setters store, the readings answer for what was stored last.
+/// The boundary of the calculation library: all numbers are signed 16-bit integers, degrees in hundredths,
+/// north and east positive, angles below the horizon negative. The setters store, the readings answer for
+/// what was stored last.
 class Calculation
 {
 public:
@@ -18,11 +19,12 @@ public:
     virtual ~Calculation() = default;
 
     /// @param offset minutes that the local clock is ahead of universal time, daylight saving included
-    virtual void SetHorParams(std::int16_t latitude, std::int16_t longitude, std::int16_t offset, std::int16_t day,
-                              std::int16_t month, std::int16_t year) = 0;
+    virtual void SetHorParams(std::int16_t latitude, std::int16_t longitude, std::int16_t offset,
+                              std::int16_t day, std::int16_t month, std::int16_t year) = 0;
     /// @param margins minutes, one for each slot
     virtual void SetHorTemkin(const std::array<std::int16_t, 10>& margins) = 0;
-    virtual void SetHorAngle(std::int16_t angle1, std::int16_t angle2, std::int16_t angle3, std::int16_t angle4) = 0;
+    virtual void SetHorAngle(std::int16_t angle1, std::int16_t angle2, std::int16_t angle3,
+                             std::int16_t angle4) = 0;
     /// Minutes since local midnight of slot 1 to 10.
     [[nodiscard]] virtual std::int16_t Horarium(std::int16_t slot) = 0;
     /// Tenths of a degree, clockwise from north.
@@ -35,8 +37,8 @@ public:
     [[nodiscard]] virtual std::int16_t Hyear() = 0;
 };
 
-/// DuskBeacon.DBN beside the program, opened on the first call of a function and not before. A missing file throws
-/// kLibraryNotFound, a missing function kFunctionNotFound, at each call that meets it.
+/// DuskBeacon.DBN beside the program, opened on the first call of a function and not before. A missing file
+/// throws kLibraryNotFound, a missing function kFunctionNotFound, at each call that meets it.
 class CalculationLibrary final : public Calculation
 {
 public:
@@ -47,7 +49,8 @@ public:
     void SetHorParams(std::int16_t latitude, std::int16_t longitude, std::int16_t offset, std::int16_t day,
                       std::int16_t month, std::int16_t year) override;
     void SetHorTemkin(const std::array<std::int16_t, 10>& margins) override;
-    void SetHorAngle(std::int16_t angle1, std::int16_t angle2, std::int16_t angle3, std::int16_t angle4) override;
+    void SetHorAngle(std::int16_t angle1, std::int16_t angle2, std::int16_t angle3,
+                     std::int16_t angle4) override;
     [[nodiscard]] std::int16_t Horarium(std::int16_t slot) override;
     [[nodiscard]] std::int16_t QiblaDir() override;
     [[nodiscard]] std::int16_t SunElev(std::int16_t minute) override;

@@ -9,8 +9,7 @@
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
 
-namespace
-{
+namespace {
 
 // The one value that counts as true; any other, zero or not, counts as false.
 constexpr std::int16_t kTrue = -1;
@@ -65,9 +64,9 @@ PTimer::PTimer(const Platform& platform, Calculation& calculation)
     Timer1->SetHandler([this] { OnTimer(); });
 }
 
-void PTimer::SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone, std::int16_t dayLightSaving,
-                         std::int16_t angle1, std::int16_t angle2, std::int16_t useAdvWarn, std::int16_t advWarnInMin,
-                         std::int16_t reCalc)
+void PTimer::SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone,
+                         std::int16_t dayLightSaving, std::int16_t angle1, std::int16_t angle2,
+                         std::int16_t useAdvWarn, std::int16_t advWarnInMin, std::int16_t reCalc)
 {
     Lat = latitude;
     Lng = longitude;
@@ -117,7 +116,8 @@ void PTimer::RecalculateDay()
 
 std::int16_t PTimer::GetPrayerTime(std::int16_t PrayerID) const
 {
-    return PrayerID >= 1 && PrayerID <= 10 ? PrayerMinutes.at(static_cast<std::size_t>(PrayerID - 1)) : std::int16_t{0};
+    return PrayerID >= 1 && PrayerID <= 10 ? PrayerMinutes.at(static_cast<std::size_t>(PrayerID - 1))
+                                           : std::int16_t{0};
 }
 
 double PTimer::QDir() const
@@ -143,8 +143,8 @@ std::int16_t PTimer::GetMoonElev() const
 
 QString PTimer::GetHDate() const
 {
-    return QString::number(m_calculation.Hday()) + u' ' + HijriMonthName(m_calculation.Hmon()) + QStringLiteral(", ") +
-           QString::number(m_calculation.Hyear());
+    return QString::number(m_calculation.Hday()) + u' ' + HijriMonthName(m_calculation.Hmon()) +
+           QStringLiteral(", ") + QString::number(m_calculation.Hyear());
 }
 
 void PTimer::OnTimer()
@@ -166,7 +166,8 @@ void PTimer::RunTick()
     }
     const int minute = time.hour() * 60 + time.minute();
     if (minute == 0) {
-        // No alarm at midnight. The day is computed here and once more with freshly read settings by whoever listens.
+        // No alarm at midnight. The day is computed here and once more with freshly read settings by whoever
+        // listens.
         RecalculateDay();
         Raise(events.Midnight);
         return;

@@ -14,7 +14,8 @@
 class Calculation;
 struct Platform;
 
-/// The scheduler: holds one day's ten prayer minutes for one place, watches the clock, and raises events as it reaches them.
+/// The scheduler: holds one day's ten prayer minutes for one place, watches the clock, and raises events as
+/// it reaches them.
 class PTimer final
 {
 public:
@@ -41,12 +42,13 @@ public:
 
     /// @param latitude,longitude hundredths of a degree, north and east positive
     /// @param zone whole hours ahead of universal time
-    /// @param angle1,angle2 twilight angles of Fajr and Isha in hundredths of a degree, negative below the horizon
+    /// @param angle1,angle2 twilight angles of Fajr and Isha in hundredths of a degree, negative below the
+    /// horizon
     /// @param useAdvWarn -1 asks for advance warnings, any other value does not; likewise @p dayLightSaving
     /// @param reCalc -1 computes the day at once
-    void SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone, std::int16_t dayLightSaving,
-                     std::int16_t angle1, std::int16_t angle2, std::int16_t useAdvWarn, std::int16_t advWarnInMin,
-                     std::int16_t reCalc);
+    void SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone,
+                     std::int16_t dayLightSaving, std::int16_t angle1, std::int16_t angle2,
+                     std::int16_t useAdvWarn, std::int16_t advWarnInMin, std::int16_t reCalc);
     void StartTimer();
     void StopTimer();
 

@@ -19,7 +19,8 @@ public:
 
     [[nodiscard]] QString Name() const { return objectName(); }
     [[nodiscard]] bool IsLoaded() const { return m_loaded; }
-    /// True once the window has been on the screen; from then on it keeps the process alive until it is unloaded.
+    /// True once the window has been on the screen; from then on it keeps the process alive until it is
+    /// unloaded.
     [[nodiscard]] bool WasShown() const { return m_wasShown; }
 
     /// Shows the window without waiting for it.
@@ -34,8 +35,8 @@ public:
     void SetHandPointer();
     void SetDefaultPointer();
 
-    /// Runs a handler that the window system calls: the window stays in memory while it runs even if it unloads the
-    /// window, and what the handler lets through is shown and ends the program.
+    /// Runs a handler that the window system calls: the window stays in memory while it runs even if it
+    /// unloads the window, and what the handler lets through is shown and ends the program.
     void Handle(const std::function<void()>& handler);
     [[nodiscard]] bool IsHandling() const { return m_handling > 0; }
 

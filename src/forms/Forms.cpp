@@ -66,10 +66,18 @@ MainForm& Forms::Main()
     return *m_main;
 }
 
+bool Forms::IsMain(const Form& form) const
+{
+    return m_main != nullptr && dynamic_cast<const MainForm*>(&form) == m_main;
+}
+
 bool Forms::KeepsProcess() const
 {
     // A popup that is loaded again only because its last tick wrote to it can't be seen or closed by anyone.
-    return std::any_of(m_loaded.begin(), m_loaded.end(), [](const auto& entry) { return entry.second->WasShown(); });
+    // The main window counts from the start: others come and go while it loads.
+    return std::any_of(m_loaded.begin(), m_loaded.end(), [this](const auto& entry) {
+        return entry.second->WasShown() || IsMain(*entry.second);
+    });
 }
 
 void Forms::DisposeOfUnloaded()
@@ -82,6 +90,6 @@ void Forms::DisposeOfUnloaded()
 void Forms::Dispose()
 {
     std::erase_if(m_unloaded, [this](const std::unique_ptr<Form>& form) {
-        return !form->IsHandling() && dynamic_cast<MainForm*>(form.get()) != m_main;
+        return !form->IsHandling() && !IsMain(*form);
     });
 }

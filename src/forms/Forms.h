@@ -12,7 +12,8 @@
 class MainForm;
 struct Platform;
 
-/// The windows of the program, one of each name. A window is created and loaded on first touch and stays until it is unloaded.
+/// The windows of the program, one of each name. A window is created and loaded on first touch and stays
+/// until it is unloaded.
 class Forms final : public QObject
 {
     Q_OBJECT
@@ -25,7 +26,8 @@ public:
 
     void Register(const QString& name, Factory factory);
 
-    /// The window of that name, created and loaded if need be. Throws kFormUnloaded if it unloaded itself while loading.
+    /// The window of that name, created and loaded if need be. Throws kFormUnloaded if it unloaded itself
+    /// while loading.
     Form& Touch(const QString& name);
     template <typename Window>
     Window& Touch()
@@ -42,13 +44,15 @@ public:
     void SetMain(MainForm& main) { m_main = &main; }
 
     [[nodiscard]] const Platform& Outside() const { return m_platform; }
-    /// Called when a window has been unloaded and none is left that was ever shown.
+    /// Called when a window has been unloaded and neither the main window nor one that was ever shown is
+    /// left.
     void SetLastUnloadedHandler(std::function<void()> handler) { m_lastUnloaded = std::move(handler); }
 
     /// Destroys, as soon as the event loop is free, the unloaded windows in which no handler runs.
     void DisposeOfUnloaded();
 
 private:
+    [[nodiscard]] bool IsMain(const Form& form) const;
     [[nodiscard]] bool KeepsProcess() const;
     void Dispose();
 

@@ -6,8 +6,8 @@
 
 #include <QString>
 
-/// The main window as the other windows see it: its public variables and what they may ask of it. Once the main window is
-/// gone the calls do nothing, so that a window that closes after it can't bring it back.
+/// The main window as the other windows see it: its public variables and what they may ask of it. Once the
+/// main window is gone the calls do nothing, so that a window that closes after it can't bring it back.
 class MainForm
 {
 public:

@@ -11,12 +11,12 @@
 
 #include <sstream>
 
-namespace
-{
+namespace {
 
 bool IsUrl(const QString& path)
 {
-    return path.startsWith(u"http://", Qt::CaseInsensitive) || path.startsWith(u"https://", Qt::CaseInsensitive);
+    return path.startsWith(u"http://", Qt::CaseInsensitive) ||
+           path.startsWith(u"https://", Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -40,7 +40,8 @@ bool DomDocument::Load(const QString& path)
 
 bool DomDocument::Parse(const QByteArray& bytes)
 {
-    // pugixml alone takes two roots, undeclared entities and invalid UTF-8, and leaves half a tree after an error.
+    // pugixml alone takes two roots, undeclared entities and invalid UTF-8, and leaves half a tree after an
+    // error.
     const std::optional<QByteArray> utf8 = DecodeXml(bytes);
     if (!utf8 || !IsWellFormedXml(*utf8, kDeepestNesting)) {
         return false;
@@ -84,7 +85,8 @@ void DomDocument::SetDocumentElement(DomNode node)
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("Only an element can be a root"));
     }
     const pugi::xml_node copy = m_document->append_copy(source);
-    m_document->remove_child(m_document->document_element() == copy ? pugi::xml_node() : m_document->document_element());
+    m_document->remove_child(m_document->document_element() == copy ? pugi::xml_node()
+                                                                    : m_document->document_element());
 }
 
 DomNode DomDocument::SelectSingleNode(const QString& pattern) const

@@ -7,8 +7,7 @@
 #include <memory>
 #include <optional>
 
-namespace pugi
-{
+namespace pugi {
 class xml_document;
 struct xml_node_struct;
 } // namespace pugi
@@ -49,13 +48,15 @@ public:
 
     /// Throws kObjectNotSet if there is no such attribute.
     [[nodiscard]] QString Attribute(const QString& name) const;
-    /// Replaces the attribute in its place or adds it behind the others; throws kInvalidCall if @p name is no XML name.
+    /// Replaces the attribute in its place or adds it behind the others; throws kInvalidCall if @p name is no
+    /// XML name.
     void SetAttribute(const QString& name, const QString& value) const;
     void RemoveAttribute(const QString& name) const;
 
     /// Throws kInvalidCall if @p name is no XML name.
     DomNode AppendElement(const QString& name) const;
-    /// Moves @p node, which may belong to another document, behind the last child; its old handles are void then.
+    /// Moves @p node, which may belong to another document, behind the last child; its old handles are void
+    /// then.
     DomNode AppendChild(DomNode node) const;
     void RemoveChild(DomNode child) const;
 
@@ -79,8 +80,8 @@ public:
     DomDocument(const DomDocument&) = delete;
     DomDocument& operator=(const DomDocument&) = delete;
 
-    /// Replaces the content by the document at a file name or an http or https URL; a URL is waited for with events
-    /// served. False, and an empty document, if it can't be read or is not well-formed.
+    /// Replaces the content by the document at a file name or an http or https URL; a URL is waited for with
+    /// events served. False, and an empty document, if it can't be read or is not well-formed.
     bool Load(const QString& path);
     /// Writes UTF-8, indented. False if the document is not well-formed or the file can't be written.
     [[nodiscard]] bool Save(const QString& path) const;

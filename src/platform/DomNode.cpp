@@ -9,8 +9,7 @@
 #include <iterator>
 #include <sstream>
 
-namespace
-{
+namespace {
 
 void CollectText(pugi::xml_node node, QString& text)
 {

@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// Files by name. Relative names are taken against the working directory. Two spellings of a name that differ only
-/// in case mean one file, on every file system.
+/// Files by name. Relative names are taken against the working directory. Two spellings of a name that differ
+/// only in case mean one file, on every file system.
 class FileStore
 {
 public:
@@ -20,7 +20,8 @@ public:
     /// The whole content of a regular file; nothing if it can't be read or holds more than @p limit bytes.
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path, qint64 limit) const = 0;
     /// Replaces the content so that after a crash at any instant the old or the new content is there, whole.
-    /// Owner, mode and symbolic links on the way survive. False if the file can't be written; it is then as before.
+    /// Owner, mode and symbolic links on the way survive. False if the file can't be written; it is then as
+    /// before.
     virtual bool Replace(const QString& path, const QByteArray& content) = 0;
     /// Overwrites the file, or creates it. For content that may be lost.
     virtual bool Write(const QString& path, const QByteArray& content) = 0;

@@ -7,8 +7,7 @@
 #include "platform/Process.h"
 #include "support/RuntimeError.h"
 
-namespace
-{
+namespace {
 
 void EndWithUntrappedError(const Platform& platform, const QString& number, const QString& description)
 {

@@ -6,7 +6,8 @@
 
 #include <functional>
 
-/// A player without a face. Failures are its own matter: a path that can't be played brings no sound and no event.
+/// A player without a face. Failures are its own matter: a path that can't be played brings no sound and no
+/// event.
 class MediaPlayer
 {
 public:
@@ -25,7 +26,8 @@ public:
     /// 0 to 100, kept across runs by the player.
     [[nodiscard]] virtual int Volume() const = 0;
     virtual void SetVolume(int volume) = 0;
-    /// @param handler called on the user-interface thread with the new state, kStopped at the end of the media and at a stop
+    /// @param handler called on the user-interface thread with the new state, kStopped at the end of the
+    /// media and at a stop
     void SetPlayStateHandler(std::function<void(int)> handler) { m_handler = std::move(handler); }
 
 protected:

@@ -6,14 +6,14 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <cerrno>
-#include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace
-{
+#include <cerrno>
+#include <cstdlib>
+
+namespace {
 
 class FileDescriptor final
 {
@@ -140,7 +140,8 @@ bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
     struct stat old = {};
     const bool exists = ::stat(target.constData(), &old) == 0;
     // Renaming over it would write a file that says that it is not to be written.
-    if (exists && (!S_ISREG(old.st_mode) || ::faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)) {
+    if (exists &&
+        (!S_ISREG(old.st_mode) || ::faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)) {
         return false;
     }
     QByteArray beside = target + ".XXXXXX";
@@ -158,8 +159,8 @@ bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
         ::umask(mask);
         ::fchmod(descriptor.Number(), 0666 & ~mask);
     }
-    const bool replaced = descriptor.WriteAll(content) && ::fsync(descriptor.Number()) == 0 && descriptor.Close() &&
-                          ::rename(beside.constData(), target.constData()) == 0;
+    const bool replaced = descriptor.WriteAll(content) && ::fsync(descriptor.Number()) == 0 &&
+                          descriptor.Close() && ::rename(beside.constData(), target.constData()) == 0;
     if (!replaced) {
         ::unlink(beside.constData());
         return false;
@@ -170,7 +171,7 @@ bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
 
 bool PosixFileStore::Write(const QString& path, const QByteArray& content)
 {
-    FileDescriptor descriptor(
-        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666));
+    FileDescriptor descriptor(::open(QFile::encodeName(path).constData(),
+                                     O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666));
     return descriptor.IsOpen() && descriptor.WriteAll(content) && descriptor.Close();
 }

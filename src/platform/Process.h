@@ -13,8 +13,8 @@ public:
     Process& operator=(const Process&) = delete;
     virtual ~Process() = default;
 
-    /// Ends the process at once: nothing is unloaded, nothing is tidied up. Returns in tests only, so that callers
-    /// return right behind it.
+    /// Ends the process at once: nothing is unloaded, nothing is tidied up. Returns in tests only, so that
+    /// callers return right behind it.
     virtual void End() = 0;
     /// Blocks the thread; no event is served.
     virtual void Sleep(int milliseconds) = 0;

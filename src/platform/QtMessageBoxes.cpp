@@ -5,8 +5,7 @@
 #include <QApplication>
 #include <QMessageBox>
 
-namespace
-{
+namespace {
 
 int Execute(const QString& text, const QString& title, QMessageBox::StandardButtons buttons)
 {

@@ -26,5 +26,6 @@ QString QtProcess::ApplicationFolder() const
 
 QString QtProcess::UserDataFolder() const
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/dusk-beacon");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/dusk-beacon");
 }

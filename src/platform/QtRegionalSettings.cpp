@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/QtRegionalSettings.h"
 
-namespace
-{
+namespace {
 
 // One locale is known here: the user's own.
 constexpr std::uint32_t kUserLocale = 0x400;
@@ -15,7 +14,8 @@ std::uint32_t QtRegionalSettings::GetUserDefaultLCID() const
     return kUserLocale;
 }
 
-int QtRegionalSettings::GetLocaleInfo(std::uint32_t lcid, std::uint32_t lctype, QChar* buffer, int length) const
+int QtRegionalSettings::GetLocaleInfo(std::uint32_t lcid, std::uint32_t lctype, QChar* buffer,
+                                      int length) const
 {
     if (lcid != kUserLocale || lctype != LOCALE_SDECIMAL) {
         return 0;

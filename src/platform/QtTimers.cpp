@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/QtTimers.h"
 
-#include "platform/SecondPhase.h"
 #include "platform/Clock.h"
+#include "platform/SecondPhase.h"
 
 #include <QTimer>
 
-namespace
-{
+namespace {
 
 class IntervalTimer final : public Timer
 {
@@ -62,7 +61,8 @@ private:
     void Fire()
     {
         const QDateTime now = m_clock.Now();
-        // Armed again before the handler: it may serve events for a long time, and the clock goes on meanwhile.
+        // Armed again before the handler: it may serve events for a long time, and the clock goes on
+        // meanwhile.
         m_timer.start(m_phase.MillisecondsToNext(now));
         if (m_phase.Enter(now)) {
             CallHandler();

@@ -4,9 +4,9 @@
 
 #include <QDateTime>
 
-/// Keeps a ticker in phase with the wall clock: says how long to wait for the next second, and whether the second that
-/// has been reached is a new one. A timer that fires a little early meets its second a second time and is sent back to
-/// wait; a clock that is set, forward or back, is followed from the next call on.
+/// Keeps a ticker in phase with the wall clock: says how long to wait for the next second, and whether the
+/// second that has been reached is a new one. A timer that fires a little early meets its second a second
+/// time and is sent back to wait; a clock that is set, forward or back, is followed from the next call on.
 class SecondPhase final
 {
 public:

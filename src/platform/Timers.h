@@ -5,8 +5,8 @@
 #include <functional>
 #include <memory>
 
-/// A timer that calls its handler again and again while it is enabled. Handlers run on the user-interface thread,
-/// never inside SetEnabled, and must not let an exception out.
+/// A timer that calls its handler again and again while it is enabled. Handlers run on the user-interface
+/// thread, never inside SetEnabled, and must not let an exception out.
 class Timer
 {
 public:
@@ -44,7 +44,8 @@ public:
 
     /// A plain timer; disabled, 1000 ms.
     [[nodiscard]] virtual std::unique_ptr<Timer> CreateTimer() = 0;
-    /// A timer that fires once in each second of the wall clock, just after the second begins, also when the clock
-    /// is set; its interval is fixed. Only seconds that pass while the event loop is blocked are left out.
+    /// A timer that fires once in each second of the wall clock, just after the second begins, also when the
+    /// clock is set; its interval is fixed. Only seconds that pass while the event loop is blocked are left
+    /// out.
     [[nodiscard]] virtual std::unique_ptr<Timer> CreateSecondTicker() = 0;
 };

@@ -7,7 +7,8 @@
 class QIcon;
 class QMenu;
 
-/// The entry in the notification area. Nothing reports a failure: without a notification area there is no icon.
+/// The entry in the notification area. Nothing reports a failure: without a notification area there is no
+/// icon.
 class TrayIcon
 {
 public:

@@ -4,13 +4,12 @@
 
 #include <QXmlStreamReader>
 
-#include <unicode/ucnv.h>
 #include <unicode/uchar.h>
+#include <unicode/ucnv.h>
 
 #include <memory>
 
-namespace
-{
+namespace {
 
 // The encoding that <?xml … encoding="…"?> names; empty if the text has no such declaration.
 QByteArray DeclaredEncoding(const QByteArray& bytes)
@@ -28,7 +27,8 @@ QByteArray DeclaredEncoding(const QByteArray& bytes)
     while (quote < declaration.size() && declaration[quote] != '"' && declaration[quote] != '\'') {
         ++quote;
     }
-    const qsizetype end = quote < declaration.size() ? declaration.indexOf(declaration[quote], quote + 1) : -1;
+    const qsizetype end =
+        quote < declaration.size() ? declaration.indexOf(declaration[quote], quote + 1) : -1;
     return end < 0 ? QByteArray() : declaration.mid(quote + 1, end - quote - 1);
 }
 
@@ -67,12 +67,14 @@ struct ConverterCloser
 
 bool IsNameStart(char32_t c)
 {
-    return c == U'_' || u_isalpha(static_cast<UChar32>(c)) != 0 || u_charType(static_cast<UChar32>(c)) == U_LETTER_NUMBER;
+    return c == U'_' || u_isalpha(static_cast<UChar32>(c)) != 0 ||
+           u_charType(static_cast<UChar32>(c)) == U_LETTER_NUMBER;
 }
 
 bool IsNameCharacter(char32_t c)
 {
-    return IsNameStart(c) || c == U'-' || c == U'.' || c == U'\u00B7' || u_isdigit(static_cast<UChar32>(c)) != 0 ||
+    return IsNameStart(c) || c == U'-' || c == U'.' || c == U'\u00B7' ||
+           u_isdigit(static_cast<UChar32>(c)) != 0 ||
            (U_GET_GC_MASK(static_cast<UChar32>(c)) & (U_GC_MN_MASK | U_GC_MC_MASK | U_GC_ME_MASK)) != 0;
 }
 
@@ -86,7 +88,8 @@ std::optional<QByteArray> DecodeXml(const QByteArray& bytes)
         return std::nullopt;
     }
     UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<UConverter, ConverterCloser> converter(ucnv_open(encoding.name.constData(), &status));
+    const std::unique_ptr<UConverter, ConverterCloser> converter(
+        ucnv_open(encoding.name.constData(), &status));
     if (U_FAILURE(status) != 0) {
         return std::nullopt;
     }

@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// The document in UTF-8, without a byte order mark, from the encoding that its mark or its declaration names (UTF-8 if
-/// neither does). Nothing if the encoding is unknown or the bytes are not valid in it.
+/// The document in UTF-8, without a byte order mark, from the encoding that its mark or its declaration names
+/// (UTF-8 if neither does). Nothing if the encoding is unknown or the bytes are not valid in it.
 [[nodiscard]] std::optional<QByteArray> DecodeXml(const QByteArray& bytes);
 
 /// True for exactly one well-formed document in UTF-8 whose elements nest no deeper than @p deepest.

@@ -7,8 +7,7 @@
 #include "support/ModRegion.h"
 #include "support/RuntimeError.h"
 
-namespace
-{
+namespace {
 
 const QString kApp = QStringLiteral("//root//app");
 const QString kAlerts = QStringLiteral("//root//alerts");
@@ -17,7 +16,9 @@ void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QS
                const QLocale& locale)
 {
     const QString place = QStringLiteral("//root//locations//") + configuration.CurrentKey;
-    const auto read = [&](const char16_t* name) { return settings.GetAttribute(QString::fromUtf16(name), place); };
+    const auto read = [&](const char16_t* name) {
+        return settings.GetAttribute(QString::fromUtf16(name), place);
+    };
 
     configuration.AtlasID = read(u"atlas_id");
     configuration.CityName = read(u"city");
@@ -32,7 +33,9 @@ void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QS
 void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const QString& decimalSign,
                 const QLocale& locale)
 {
-    const auto read = [&](const char16_t* name) { return settings.GetAttribute(QString::fromUtf16(name), kAlerts); };
+    const auto read = [&](const char16_t* name) {
+        return settings.GetAttribute(QString::fromUtf16(name), kAlerts);
+    };
 
     // The fraction of an angle is lost here although the dialog stores it: the scheduler takes whole degrees.
     configuration.FajrAngle = ToInteger16(read(u"angle1").replace(u'.', decimalSign), locale);
@@ -67,7 +70,8 @@ void Read(Configuration& configuration, const DomDocuments& documents, const Reg
 
 } // namespace
 
-void LoadConfiguration(Configuration& configuration, const DomDocuments& documents, const RegionalSettings& region)
+void LoadConfiguration(Configuration& configuration, const DomDocuments& documents,
+                       const RegionalSettings& region)
 {
     try {
         Read(configuration, documents, region);

@@ -41,6 +41,7 @@ struct Configuration
 /// The name by which settings.xml is opened, everywhere.
 inline const QString kSettingsFile = QStringLiteral("settings.xml");
 
-/// Reads settings.xml into @p configuration. There are no defaults: a number that does not convert ends the load with the
-/// RuntimeError kConfiguration, and the fields read before it keep their new values.
-void LoadConfiguration(Configuration& configuration, const DomDocuments& documents, const RegionalSettings& region);
+/// Reads settings.xml into @p configuration. There are no defaults: a number that does not convert ends the
+/// load with the RuntimeError kConfiguration, and the fields read before it keep their new values.
+void LoadConfiguration(Configuration& configuration, const DomDocuments& documents,
+                       const RegionalSettings& region);

@@ -4,8 +4,8 @@
 
 #include "support/RuntimeError.h"
 
-EnumerationObject::EnumerationObject(const DomDocuments& documents, const std::shared_ptr<DomDocument>& document,
-                                     const QString& Path)
+EnumerationObject::EnumerationObject(const DomDocuments& documents,
+                                     const std::shared_ptr<DomDocument>& document, const QString& Path)
     : m_documents(documents)
     , xmldoc(document)
     , BasePath(Path)

@@ -4,8 +4,9 @@
 
 #include "store/SimpleXML.h"
 
-/// Walks the child nodes of one element. Children are handed out by name, not by place: of several children with one name
-/// each reads as the first. The walk is live, it counts on by index whatever happens to the list meanwhile.
+/// Walks the child nodes of one element. Children are handed out by name, not by place: of several children
+/// with one name each reads as the first. The walk is live, it counts on by index whatever happens to the
+/// list meanwhile.
 class EnumerationObject final
 {
 public:

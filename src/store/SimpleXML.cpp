@@ -7,8 +7,7 @@
 
 #include <limits>
 
-namespace
-{
+namespace {
 
 // The one recovery that the members share: any failure becomes the member's plain failure value.
 template <typename Result, typename Step>
@@ -54,7 +53,8 @@ void SimpleXML::AppendNode(DomNode node, const QString& Path) const
 QString SimpleXML::ElementName() const
 {
     return Answer(QString(), [this] {
-        return (CurrPath.isEmpty() ? xmldoc->DocumentElement() : xmldoc->SelectSingleNode(CurrPath)).BaseName();
+        return (CurrPath.isEmpty() ? xmldoc->DocumentElement() : xmldoc->SelectSingleNode(CurrPath))
+            .BaseName();
     });
 }
 
@@ -110,7 +110,8 @@ std::int16_t SimpleXML::ChildCount(const QString& Path) const
 {
     return Answer(std::int16_t{0}, [&] {
         const int count = NodeAt(Path).ChildCount();
-        return count > std::numeric_limits<std::int16_t>::max() ? std::int16_t{0} : static_cast<std::int16_t>(count);
+        return count > std::numeric_limits<std::int16_t>::max() ? std::int16_t{0}
+                                                                : static_cast<std::int16_t>(count);
     });
 }
 
@@ -119,7 +120,8 @@ bool SimpleXML::AddElementByName(const QString& Name, const QString& Path)
     return Answer(false, [&] {
         const QString path = Resolved(Path);
         // A pattern that can't be read means the root; one that leads nowhere makes a new root.
-        const DomNode found = Answer(xmldoc->DocumentElement(), [&] { return xmldoc->SelectSingleNode(path); });
+        const DomNode found =
+            Answer(xmldoc->DocumentElement(), [&] { return xmldoc->SelectSingleNode(path); });
         if (!found || path.isEmpty()) {
             xmldoc->SetDocumentElement(Name);
             return true;

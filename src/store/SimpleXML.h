@@ -10,9 +10,9 @@ class EnumerationObject;
 
 /// One XML document and one remembered path; the only way the program reads and writes XML.
 ///
-/// A path is an XPath pattern such as "//root//alerts"; the first node in document order that matches is meant. The exact
-/// word "current" as a path stands for the remembered path. Members answer their plain failure value (false, the empty
-/// text, 0, no object) when something is not there; only SetValue throws.
+/// A path is an XPath pattern such as "//root//alerts"; the first node in document order that matches is
+/// meant. The exact word "current" as a path stands for the remembered path. Members answer their plain
+/// failure value (false, the empty text, 0, no object) when something is not there; only SetValue throws.
 class SimpleXML final
 {
 public:
@@ -25,7 +25,8 @@ public:
     [[nodiscard]] QString ElementName() const;
     /// "//" and the name of the root.
     [[nodiscard]] QString GetRootName() const;
-    /// False, and nothing changed, for a path of fewer than 2 characters. Whether it leads anywhere is not checked.
+    /// False, and nothing changed, for a path of fewer than 2 characters. Whether it leads anywhere is not
+    /// checked.
     bool SetCurrentPath(const QString& Path);
     /// Starts over with an empty document; the remembered path stays.
     bool Reset();

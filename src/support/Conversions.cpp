@@ -8,8 +8,7 @@
 #include <limits>
 #include <optional>
 
-namespace
-{
+namespace {
 
 // Files carry Latin digits on every locale, and Qt reads only the digits of the locale that it is given.
 QString WithLatinDigits(const QString& text)

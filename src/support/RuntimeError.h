@@ -7,8 +7,7 @@
 #include <exception>
 
 /// Numbers of run-time errors on which the program's failure paths decide.
-namespace ErrorNumber
-{
+namespace ErrorNumber {
 constexpr int kInvalidCall = 5;
 constexpr int kOverflow = 6;
 constexpr int kSubscript = 9;

@@ -1,0 +1,8 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/FrmWait.h"
+
+FrmWait::FrmWait(Forms& forms)
+    : Form(forms, kName, Qt::Dialog)
+{
+}

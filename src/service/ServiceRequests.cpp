@@ -1,0 +1,124 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/ServiceRequests.h"
+
+#include "store/Configuration.h"
+
+#include <QUrl>
+
+namespace {
+
+QString Base()
+{
+    return QStringLiteral(DUSKBEACON_SERVICE_URL);
+}
+
+QString Script(const char16_t* name)
+{
+    return Base() + QStringLiteral("/cgi-bin/dbeacon/") + QString::fromUtf16(name);
+}
+
+QString ProgramVersion()
+{
+    return QStringLiteral("&curr_v=1&curr_s=5");
+}
+
+} // namespace
+
+namespace ServiceRequests {
+
+QString RequestProdID(const QString& dist)
+{
+    return Script(u"requestProdID.pl?dist=") + dist;
+}
+
+QString Startup(const Configuration& configuration)
+{
+    return Script(u"startup.pl?prod_string=") + configuration.PID + QStringLiteral("&city=") +
+           configuration.CityName + QStringLiteral("&country=") + configuration.StateName +
+           QStringLiteral("&dist_string=") + configuration.Dstr + QStringLiteral("&aid=") +
+           configuration.AtlasID;
+}
+
+QString GetAd(const Configuration& configuration)
+{
+    return Script(u"getAd.pl?dist_string=") + configuration.Dstr + QStringLiteral("&prod_string=") +
+           configuration.PID + QStringLiteral("&aid=") + configuration.AtlasID + ProgramVersion();
+}
+
+QString Version(const Configuration& configuration)
+{
+    return Script(u"version.pl?dist_string=") + configuration.Dstr + QStringLiteral("&prod_string=") +
+           configuration.PID + ProgramVersion();
+}
+
+QString PrayerCall(const Configuration& configuration, int pno, const QString& alertType, const QString& ma,
+                   const QString& time)
+{
+    // aid stands twice, first and last; the service has always been asked so.
+    return Script(u"prayerCall.pl?prod_string=") + configuration.PID + QStringLiteral("&aid=") +
+           configuration.AtlasID + QStringLiteral("&pno=") + QString::number(pno) +
+           QStringLiteral("&alert_type=") + alertType + QStringLiteral("&ma=") + ma +
+           QStringLiteral("&dist_string=") + configuration.Dstr + QStringLiteral("&time=") + time +
+           QStringLiteral("&aid=") + configuration.AtlasID;
+}
+
+QString GetStates(const Configuration& configuration)
+{
+    return Script(u"getStates.pl?prod_string=") + configuration.PID + QStringLiteral("&dist_string=") +
+           configuration.Dstr;
+}
+
+QString GetUsCanCity(const Configuration& configuration, const QString& zipCode)
+{
+    return Script(u"getUsCanCity.pl?zipcode=") + zipCode + QStringLiteral("&prod_string=") +
+           configuration.PID + QStringLiteral("&dist_string=") + configuration.Dstr;
+}
+
+QString GetNumMatchingCities(const Configuration& configuration, const QString& stateId, const QString& city)
+{
+    return Script(u"getNumMatchingCities.pl?state_id=") + stateId + QStringLiteral("&city_string=") + city +
+           QStringLiteral("&prod_string=") + configuration.PID + QStringLiteral("&dist_string=") +
+           configuration.Dstr;
+}
+
+QString GetMatchingCities(const Configuration& configuration, const QString& stateId, const QString& city)
+{
+    return Script(u"getMatchingCities.pl?prod_string=") + configuration.PID + QStringLiteral("&state_id=") +
+           stateId + QStringLiteral("&city_string=") + city + QStringLiteral("&dist_string=") +
+           configuration.Dstr;
+}
+
+QString GetCityInfo(const Configuration& configuration, const QString& atlasId)
+{
+    return Script(u"getCityInfo.pl?prod_string=") + configuration.PID + QStringLiteral("&aid=") + atlasId +
+           QStringLiteral("&dist_string=") + configuration.Dstr;
+}
+
+QString ConfirmSignup(const Configuration& configuration, const QString& personalCode)
+{
+    return Script(u"ma/confirmSignup.pl?prod_string=") + configuration.PID + QStringLiteral("&vCode=") +
+           personalCode + QStringLiteral("&dist_string=") + configuration.Dstr;
+}
+
+QString SoundFilesPage(const Configuration& configuration)
+{
+    return Script(u"sound/sound.pl?prod_string=") + configuration.PID;
+}
+
+QString HelpPage()
+{
+    return Base() + QStringLiteral("/dbeacon/help.html");
+}
+
+QString HomePage()
+{
+    return Base();
+}
+
+QString SignupAddress()
+{
+    return QStringLiteral("signup@") + QUrl(Base()).host();
+}
+
+} // namespace ServiceRequests

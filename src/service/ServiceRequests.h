@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+struct Configuration;
+
+/// The requests to the remote service, each as the exact text that is asked for. Values go in as they stand,
+/// nothing is encoded. One place holds them all, so that this is where to look for what leaves the computer.
+namespace ServiceRequests {
+[[nodiscard]] QString RequestProdID(const QString& dist);
+[[nodiscard]] QString Startup(const Configuration& configuration);
+[[nodiscard]] QString GetAd(const Configuration& configuration);
+[[nodiscard]] QString Version(const Configuration& configuration);
+/// @param pno 1 Fajr, 2 Shuruq, 3 Duhr, 4 Asr, 5 Maghrib, 6 Isha
+/// @param alertType "Normal" or "Quite"
+/// @param ma "1" asks for a text message, "0" does not
+/// @param time hours and minutes in 24-hour form
+[[nodiscard]] QString PrayerCall(const Configuration& configuration, int pno, const QString& alertType,
+                                 const QString& ma, const QString& time);
+[[nodiscard]] QString GetStates(const Configuration& configuration);
+[[nodiscard]] QString GetUsCanCity(const Configuration& configuration, const QString& zipCode);
+[[nodiscard]] QString GetNumMatchingCities(const Configuration& configuration, const QString& stateId,
+                                           const QString& city);
+[[nodiscard]] QString GetMatchingCities(const Configuration& configuration, const QString& stateId,
+                                        const QString& city);
+[[nodiscard]] QString GetCityInfo(const Configuration& configuration, const QString& atlasId);
+[[nodiscard]] QString ConfirmSignup(const Configuration& configuration, const QString& personalCode);
+
+/// Pages for the user's browser.
+[[nodiscard]] QString SoundFilesPage(const Configuration& configuration);
+[[nodiscard]] QString HelpPage();
+[[nodiscard]] QString HomePage();
+/// Where a user sends the first text message of a mobile sign-up: an address under the service's host.
+[[nodiscard]] QString SignupAddress();
+} // namespace ServiceRequests

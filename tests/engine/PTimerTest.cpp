@@ -1,0 +1,282 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/PTimer.h"
+
+#include "fakes/FakeCalculation.h"
+#include "fakes/FakePlatform.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class PTimerTest : public testing::Test
+{
+protected:
+    PTimerTest()
+    {
+        timer.events.Tick = [this] { events << QStringLiteral("Tick"); };
+        timer.events.Alarm = [this](std::int16_t id) { events << QStringLiteral("Alarm %1").arg(id); };
+        timer.events.AdvAlarm = [this](std::int16_t id) { events << QStringLiteral("AdvAlarm %1").arg(id); };
+        timer.events.Midnight = [this] { events << QStringLiteral("Midnight"); };
+        timer.events.Started = [this] { events << QStringLiteral("Started"); };
+        timer.events.Stopped = [this] { events << QStringLiteral("Stopped"); };
+    }
+
+    void Start(std::int16_t useAdvWarn = 0, std::int16_t advWarn = 10)
+    {
+        timer.SetupPTimer(4112, -8763, -6, 0, -1500, -1800, useAdvWarn, advWarn, -1);
+        timer.StartTimer();
+        events.clear();
+    }
+
+    QStringList TickAt(int hour, int minute, int second = 0)
+    {
+        events.clear();
+        platform.clock.SetTime(hour, minute, second);
+        platform.timers.Ticker()->Fire();
+        return events;
+    }
+
+    FakePlatform platform;
+    FakeCalculation calculation;
+    PTimer timer{platform.doors, calculation};
+    QStringList events;
+};
+
+TEST_F(PTimerTest, creation_leavesEverythingAtRest)
+{
+    EXPECT_EQ(timer.GetStatus(), -1);
+    EXPECT_EQ(timer.GetLat(), 0);
+    EXPECT_EQ(timer.GetPrayerTime(1), 0);
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_EQ(platform.timers.Ticker()->interval, 1000);
+}
+
+TEST_F(PTimerTest, setup_handsEverythingToTheCalculationInOrder)
+{
+    timer.SetupPTimer(4112, -8763, -6, -1, -1500, -1800, 0, 10, -1);
+    QStringList expected{QStringLiteral("SetHorParams 4112 -8763 -300 20 3 2026"),
+                         QStringLiteral("SetHorTemkin 0 0 0 0 0 0 0 0 0 0"),
+                         QStringLiteral("SetHorAngle -1500 500 500 -1800")};
+    for (int slot = 1; slot <= 10; ++slot) {
+        expected << QStringLiteral("Horarium %1").arg(slot);
+    }
+    EXPECT_EQ(calculation.calls, expected);
+    EXPECT_EQ(timer.GetStatus(), 0);
+}
+
+TEST_F(PTimerTest, setup_zeroPlace_passesZeros)
+{
+    timer.SetupPTimer(0, 0, 0, 0, -1500, -1800, 0, 0, -1);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 0 20 3 2026"));
+}
+
+TEST_F(PTimerTest, setup_onlyMinusOneIsTrue)
+{
+    timer.SetupPTimer(1, 2, 3, 1, 4, 5, 1, 0, 1);
+    EXPECT_TRUE(calculation.calls.isEmpty()) << "1 must not ask for a recalculation";
+    timer.SetupPTimer(1, 2, 3, 1, 4, 5, 1, 0, -1);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 1 2 180 20 3 2026")) << "no hour for 1";
+    timer.StartTimer();
+    EXPECT_EQ(TickAt(5, 0), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 1")}))
+        << "no warning for 1";
+}
+
+TEST_F(PTimerTest, startAndStop_setStatusAndRaiseEvents)
+{
+    timer.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, 0);
+    EXPECT_EQ(timer.GetStatus(), 0);
+    timer.StartTimer();
+    timer.StartTimer();
+    EXPECT_EQ(timer.GetStatus(), 1);
+    timer.StopTimer();
+    EXPECT_EQ(timer.GetStatus(), 0);
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_EQ(events,
+              (QStringList{QStringLiteral("Started"), QStringLiteral("Started"), QStringLiteral("Stopped")}));
+}
+
+TEST_F(PTimerTest, readers_answerWhatWasStored)
+{
+    timer.SetupPTimer(4112, -8763, -6, -1, -1500, -1800, 0, 10, 0);
+    EXPECT_EQ(timer.GetLat(), 4112);
+    EXPECT_EQ(timer.GetLng(), -8763);
+    EXPECT_EQ(timer.GetTimeZone(), -6);
+    EXPECT_EQ(timer.GetTwighlightAngle1(), -1500);
+    EXPECT_EQ(timer.GetTwighlightAngle2(), -1800);
+}
+
+TEST_F(PTimerTest, getPrayerTime_outsideOneToTen_answersZero)
+{
+    Start();
+    EXPECT_EQ(timer.GetPrayerTime(0), 0);
+    EXPECT_EQ(timer.GetPrayerTime(11), 0);
+    EXPECT_EQ(timer.GetPrayerTime(-1), 0);
+    EXPECT_EQ(timer.GetPrayerTime(10), 1215);
+}
+
+TEST_F(PTimerTest, readings_goThroughToTheCalculation)
+{
+    platform.clock.SetTime(9, 30, 59);
+    EXPECT_DOUBLE_EQ(timer.QDir(), 58.4);
+    EXPECT_EQ(timer.GetSunElev(), 450);
+    EXPECT_EQ(timer.GetMoonElev(), -100);
+    EXPECT_EQ(calculation.calls,
+              (QStringList{QStringLiteral("SunElev 570"), QStringLiteral("MoonElevation 570")}));
+}
+
+TEST_F(PTimerTest, getHDate_everyMonth_hasItsName)
+{
+    const QStringList names{QStringLiteral("Muharram ul Haram"),
+                            QStringLiteral("Safar"),
+                            QStringLiteral("Rabi-ul-Awwal"),
+                            QStringLiteral("Rab-ul-Akhir"),
+                            QStringLiteral("Jamadi-ul-Awwal"),
+                            QStringLiteral("Jamadi-ul-Akhir"),
+                            QStringLiteral("Rajab"),
+                            QStringLiteral("Sha'aban"),
+                            QStringLiteral("Ramadhan"),
+                            QStringLiteral("Shawwal"),
+                            QStringLiteral("Dhul Qadah"),
+                            QStringLiteral("Dhul Hijja")};
+    for (std::int16_t month = 1; month <= 12; ++month) {
+        calculation.hijriMonth = month;
+        EXPECT_EQ(timer.GetHDate(), QStringLiteral("12 %1, 1429").arg(names.at(month - 1)));
+    }
+}
+
+TEST_F(PTimerTest, getHDate_unknownMonth_leavesTheNameEmpty)
+{
+    for (const std::int16_t month : {std::int16_t{0}, std::int16_t{13}}) {
+        calculation.hijriMonth = month;
+        EXPECT_EQ(timer.GetHDate(), QStringLiteral("12 , 1429"));
+    }
+}
+
+TEST_F(PTimerTest, tick_secondAboveZero_raisesTickOnly)
+{
+    Start(-1, 0);
+    EXPECT_EQ(TickAt(5, 0, 1), QStringList{QStringLiteral("Tick")});
+    EXPECT_EQ(TickAt(5, 0, 59), QStringList{QStringLiteral("Tick")});
+}
+
+TEST_F(PTimerTest, tick_atASlot_raisesItsAlarm)
+{
+    Start();
+    EXPECT_EQ(TickAt(18, 42), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 9")}));
+    EXPECT_EQ(TickAt(18, 43), QStringList{QStringLiteral("Tick")});
+}
+
+TEST_F(PTimerTest, tick_sameMinuteTwice_raisesTheAlarmAgain)
+{
+    Start();
+    EXPECT_EQ(TickAt(18, 42).size(), 2);
+    EXPECT_EQ(TickAt(18, 42).size(), 2) << "nothing remembers what has fired";
+}
+
+TEST_F(PTimerTest, tick_twoSlotsInOneMinute_lowerNumberWins)
+{
+    calculation.slots_[5] = 1000;
+    calculation.slots_[6] = 1000;
+    Start();
+    EXPECT_EQ(TickAt(16, 40), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 6")}));
+}
+
+TEST_F(PTimerTest, midnight_recalculatesAndRaisesNoAlarm)
+{
+    calculation.slots_[0] = 0;
+    Start(-1, 0);
+    calculation.calls.clear();
+    EXPECT_EQ(TickAt(0, 0), (QStringList{QStringLiteral("Tick"), QStringLiteral("Midnight")}));
+    EXPECT_EQ(calculation.calls.size(), 13);
+}
+
+TEST_F(PTimerTest, midnight_missed_keepsYesterday)
+{
+    Start();
+    calculation.calls.clear();
+    EXPECT_EQ(TickAt(0, 0, 30), QStringList{QStringLiteral("Tick")});
+    EXPECT_EQ(TickAt(0, 1), QStringList{QStringLiteral("Tick")});
+    EXPECT_TRUE(calculation.calls.isEmpty());
+}
+
+TEST_F(PTimerTest, advanceWarning_comesItsMinutesAhead)
+{
+    calculation.slots_[9] = 1435;
+    Start(-1, 10);
+    EXPECT_EQ(TickAt(23, 45), (QStringList{QStringLiteral("Tick"), QStringLiteral("AdvAlarm 10")}));
+}
+
+TEST_F(PTimerTest, advanceWarning_doesNotReachAcrossMidnight)
+{
+    calculation.slots_[0] = 5;
+    Start(-1, 10);
+    EXPECT_EQ(TickAt(23, 55), QStringList{QStringLiteral("Tick")});
+    EXPECT_EQ(TickAt(0, 5), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 1")}));
+}
+
+TEST_F(PTimerTest, advanceWarning_dueAtMidnight_isNeverGiven)
+{
+    calculation.slots_[0] = 10;
+    Start(-1, 10);
+    EXPECT_EQ(TickAt(0, 0), (QStringList{QStringLiteral("Tick"), QStringLiteral("Midnight")}));
+}
+
+TEST_F(PTimerTest, advanceWarning_ofZeroMinutes_followsTheAlarm)
+{
+    Start(-1, 0);
+    EXPECT_EQ(TickAt(18, 42),
+              (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 9"), QStringLiteral("AdvAlarm 9")}));
+}
+
+TEST_F(PTimerTest, advanceWarning_negative_comesAfterTheTime)
+{
+    Start(-1, -5);
+    EXPECT_EQ(TickAt(18, 47), (QStringList{QStringLiteral("Tick"), QStringLiteral("AdvAlarm 9")}));
+}
+
+TEST_F(PTimerTest, alarmAndWarningOfDifferentSlots_comeInOneTick_alarmFirst)
+{
+    calculation.slots_[9] = 1132;
+    Start(-1, 10);
+    EXPECT_EQ(TickAt(18, 42), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 9"),
+                                           QStringLiteral("AdvAlarm 10")}));
+}
+
+TEST_F(PTimerTest, errorInATick_stopsTheClockAndSaysSo)
+{
+    Start();
+    calculation.fails = true;
+    TickAt(0, 0);
+    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
+    EXPECT_EQ(platform.boxes.boxes.front(),
+              (FakeMessageBoxes::Box{QStringLiteral("There has been an error. Please restart Dusk Beacon"),
+                                     QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
+    EXPECT_EQ(TickAt(0, 1), QStringList()) << "no tick without a clock";
+    timer.StartTimer();
+    EXPECT_EQ(TickAt(0, 2), QStringList{QStringLiteral("Tick")});
+}
+
+TEST_F(PTimerTest, errorInAHandler_isAnErrorOfTheTick)
+{
+    Start();
+    timer.events.Alarm = [](std::int16_t) {
+        throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow"));
+    };
+    TickAt(18, 42);
+    EXPECT_EQ(platform.boxes.boxes.size(), 1U);
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+}
+
+TEST_F(PTimerTest, daylightSaving_isTheUsersAlone)
+{
+    timer.SetupPTimer(0, 0, 1, 0, -1500, -1500, 0, 0, -1);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 60 20 3 2026"));
+    platform.clock.Set(QDate(2026, 7, 1), QTime(0, 0));
+    calculation.calls.clear();
+    timer.StartTimer();
+    platform.timers.Ticker()->Fire();
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 60 1 7 2026"));
+}
+
+} // namespace
