@@ -56,7 +56,7 @@ void MainControls::BuildSettingsBlock(QWidget& window)
     Picture2->resize(Pixels(1935), Pixels(1455));
     Picture2->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     Picture2->setPixmap(ShippedPicture(QStringLiteral("Picture2"), window.devicePixelRatioF()));
-    Picture2->setAccessibleName(QStringLiteral("Dusk Beacon"));
+    Picture2->setAccessibleName(QStringLiteral("Dusk Beacon home page"));
 
     Frame2 = Frame(window, "Frame2", QStringLiteral("Location and Setting Information"),
                    TwipsRect(2160, 0, 6735, 1335));
