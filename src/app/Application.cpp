@@ -14,12 +14,15 @@
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "platform/SessionEnd.h"
+#include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QFont>
+#include <QIcon>
 
 void SetUpApplication(QApplication& application)
 {
@@ -27,6 +30,11 @@ void SetUpApplication(QApplication& application)
     QFont font(QStringLiteral("Liberation Sans"));
     font.setPixelSize(12);
     QApplication::setFont(font);
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size), QSize(size, size));
+    }
+    QApplication::setWindowIcon(icon);
     application.setQuitOnLastWindowClosed(false);
     InstallLinkAccessibility();
 }
@@ -38,7 +46,7 @@ void EnterSettingsFolder(const Platform& platform)
     QDir::setCurrent(isPortable ? own : platform.process.UserDataFolder());
 }
 
-int RunProgram(const Platform& platform)
+int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
 {
     const DomDocuments documents(platform.files, platform.http);
     CalculationLibrary calculation(platform.process.ApplicationFolder());
@@ -56,6 +64,7 @@ int RunProgram(const Platform& platform)
         QCoreApplication::exit(0);
     });
     RunGuarded(platform, [&] { forms.Touch<FrmMain>().Show(); });
+    sessionEnd.EnterMainLoop([&platform] { platform.tray.Remove(); });
     // An end that comes while the first window still loads finds no event loop to leave.
     return isOver ? 0 : QCoreApplication::exec();
 }

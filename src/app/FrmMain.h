@@ -3,7 +3,10 @@
 #pragma once
 
 #include "app/MainControls.h"
+#include "app/MainLinks.h"
+#include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
+#include "app/WindowLife.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
@@ -28,6 +31,8 @@ public:
 
 protected:
     void OnLoad() override;
+    void OnUnload() override;
+    void OnGotFocus() override;
 
 private:
     void RunLoadSequence();
@@ -39,6 +44,9 @@ private:
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    MainLinks m_links;
+    MainTray m_tray;
+    WindowLife m_life;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;

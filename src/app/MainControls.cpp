@@ -53,6 +53,9 @@ void MainControls::BuildSettingsBlock(QWidget& window)
 {
     Picture2 = Text(window, "Picture2", QString(), TwipsRect(120, 0, 1935, 1335));
     Picture2->resize(Pixels(1935), Pixels(1455));
+    Picture2->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    Picture2->setPixmap(QPixmap(QStringLiteral(":/pictures/Picture2.png")));
+    Picture2->setAccessibleName(QStringLiteral("Dusk Beacon home page"));
 
     Frame2 = Frame(window, "Frame2", QStringLiteral("Location and Setting Information"),
                    TwipsRect(2160, 0, 6735, 1335));
@@ -92,6 +95,7 @@ void MainControls::BuildLeftColumn(QWidget& window)
 
     LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 255));
     VolControl = Place(new LevelBar(0, 100, &window), "VolControl", TwipsRect(120, 3480, 1815, 255));
+    VolControl->setAttribute(Qt::WA_NoMousePropagation);
     VolControl->setAccessibleName(QStringLiteral("Volume"));
     LblStopLink = Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 975, 255));
     LblStopLink->setEnabled(false);
