@@ -15,6 +15,8 @@
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "platform/SessionEnd.h"
+#include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
 
 #include <QApplication>
@@ -37,7 +39,7 @@ void EnterSettingsFolder(const Platform& platform)
     QDir::setCurrent(isPortable ? own : platform.process.UserDataFolder());
 }
 
-int RunProgram(const Platform& platform)
+int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
 {
     const DomDocuments documents(platform.files, platform.http);
     CalculationLibrary calculation(platform.process.ApplicationFolder());
@@ -55,6 +57,7 @@ int RunProgram(const Platform& platform)
         QCoreApplication::exit(0);
     });
     RunGuarded(platform, [&] { forms.Touch<FrmMain>().Show(); });
+    sessionEnd.EnterMainLoop([&platform] { platform.tray.Remove(); });
     // An end that comes while the first window still loads finds no event loop to leave.
     return isOver ? 0 : QCoreApplication::exec();
 }

@@ -6,6 +6,7 @@
 #include "controls/Layout.h"
 #include "forms/Forms.h"
 #include "platform/Guard.h"
+#include "platform/MediaPlayer.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
@@ -41,6 +42,9 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Settings, PrayerTimer, m_controls)
     , m_instruments(Outside(), PrayerTimer, m_controls)
+    , m_links(*this, *this, m_controls, MainLinks::DialogsAmong(forms))
+    , m_tray(*this)
+    , m_life(*this, *this, forms)
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
@@ -56,6 +60,22 @@ void FrmMain::OnLoad()
     } catch (const RuntimeError& error) {
         FailLoad(error.Description(), error.Number());
     }
+}
+
+void FrmMain::OnUnload()
+{
+    // The scheduler and the player go with this window, also where a dialog that is still open keeps the
+    // program running.
+    PrayerTimer.StopTimer();
+    Outside().player.Stop();
+    if (!DebugMode) {
+        m_tray.RemoveMeFromSysTray();
+    }
+}
+
+void FrmMain::OnGotFocus()
+{
+    Refresh();
 }
 
 void FrmMain::RunLoadSequence()
@@ -76,6 +96,9 @@ void FrmMain::RunLoadSequence()
     }
     UpdateEverything();
     ActiveForm = Name();
+    if (!DebugMode) {
+        m_tray.PutMeInSysTray();
+    }
     Siblings().Unload(DlgStart::kName);
 }
 

@@ -4,7 +4,10 @@
 
 #include "app/Instruments.h"
 #include "app/MainControls.h"
+#include "app/MainLinks.h"
+#include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
+#include "app/WindowLife.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
@@ -29,6 +32,8 @@ public:
 
 protected:
     void OnLoad() override;
+    void OnUnload() override;
+    void OnGotFocus() override;
 
 private:
     void RunLoadSequence();
@@ -41,6 +46,9 @@ private:
     PTimer PrayerTimer;
     PrayerDisplay m_display;
     Instruments m_instruments;
+    MainLinks m_links;
+    MainTray m_tray;
+    WindowLife m_life;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;

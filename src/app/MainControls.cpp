@@ -103,6 +103,7 @@ void MainControls::BuildLeftColumn(QWidget& window)
 
     LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 240));
     VolControl = Place(new LevelBar(0, 100, &window), "VolControl", TwipsRect(120, 3480, 1815, 255));
+    VolControl->setAttribute(Qt::WA_NoMousePropagation);
     VolControl->setAccessibleName(QStringLiteral("Volume"));
     LblStopLink =
         Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 1455, 255));

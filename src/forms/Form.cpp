@@ -23,7 +23,14 @@ const Platform& Form::Outside() const
 void Form::Show()
 {
     m_wasShown = true;
+    const bool wasUp = isVisible();
     show();
+    // Where a new window appears is the desktop's affair. One that is asked for again is to be seen.
+    if (wasUp) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+    }
 }
 
 void Form::Unload()
@@ -36,8 +43,10 @@ void Form::SetFocus()
     if (!isVisible() || !isEnabled()) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("The window can't take the focus"));
     }
-    raise();
-    activateWindow();
+    if (!isMinimized()) {
+        raise();
+        activateWindow();
+    }
 }
 
 void Form::SetHandPointer()

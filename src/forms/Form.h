@@ -23,12 +23,13 @@ public:
     /// unloaded.
     [[nodiscard]] bool WasShown() const { return m_wasShown; }
 
-    /// Shows the window without waiting for it.
+    /// Shows the window without waiting for it; one that is up already comes to the front.
     void Show();
     /// Paints the window now.
     void Refresh() { repaint(); }
     void Unload();
-    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled.
+    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled. A minimised window keeps
+    /// its place on the taskbar.
     void SetFocus();
 
     /// The hand over links, and the default pointer behind them.
@@ -40,6 +41,8 @@ public:
     void Handle(const std::function<void()>& handler);
     [[nodiscard]] bool IsHandling() const { return m_handling > 0; }
 
+    [[nodiscard]] const Platform& Outside() const;
+
 protected:
     /// The window has been created and is about to be used. May unload it again.
     virtual void OnLoad() {}
@@ -49,7 +52,6 @@ protected:
     virtual void OnGotFocus() {}
 
     [[nodiscard]] Forms& Siblings() const { return m_forms; }
-    [[nodiscard]] const Platform& Outside() const;
 
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -5,6 +5,7 @@
 #include "forms/MainForm.h"
 #include "support/RuntimeError.h"
 
+#include <QScopeGuard>
 #include <QTimer>
 
 #include <algorithm>
@@ -28,6 +29,13 @@ Form& Forms::Touch(const QString& name)
     }
     Form& form = *(m_loaded[name] = m_factories.at(name)());
     form.m_loaded = true;
+    // Loading may serve events, under a box or for a reply, and a window that unloads itself in there must
+    // stay in memory until its load is over.
+    ++form.m_handling;
+    const auto loadIsOver = qScopeGuard([this, &form] {
+        --form.m_handling;
+        DisposeOfUnloaded();
+    });
     form.OnLoad();
     if (!form.IsLoaded()) {
         throw RuntimeError(ErrorNumber::kFormUnloaded, QStringLiteral("The window has been unloaded"));
