@@ -29,6 +29,7 @@ void SetUpApplication(QApplication& application)
     QApplication::setFont(font);
     application.setQuitOnLastWindowClosed(false);
     InstallLinkAccessibility();
+    InstallPopupAccessibility();
 }
 
 void EnterSettingsFolder(const Platform& platform)

@@ -4,11 +4,13 @@
 
 #include "app/DlgStart.h"
 #include "controls/Layout.h"
+#include "controls/LinkLabel.h"
 #include "forms/Forms.h"
 #include "platform/Guard.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "service/ServiceRequests.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
@@ -40,11 +42,15 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Settings, PrayerTimer, m_controls)
+    , m_sound(*this, Outside().player, m_controls)
+    , m_alerts(forms, documents, PrayerTimer, HooksOfAlerts())
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
     PrayerTimer.events.Tick = [this] { OnTick(); };
     PrayerTimer.events.Midnight = [this] { UpdateEverything(); };
+    PrayerTimer.events.Alarm = [this](std::int16_t PrayerID) { m_alerts.Alarm(PrayerID); };
+    PrayerTimer.events.AdvAlarm = [this](std::int16_t PrayerID) { m_alerts.AdvAlarm(PrayerID); };
     forms.SetMain(*this);
 }
 
@@ -110,6 +116,7 @@ int FrmMain::UpdateEverything()
 
 void FrmMain::FeedFromConfiguration()
 {
+    m_sound.ShowVolume();
     PopLocation();
     PrayerTimer.SetupPTimer(Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal),
                             Settings.ZoneHours, Integer16(Settings.UseDayLight),
@@ -155,4 +162,15 @@ void FrmMain::OnTick()
     if (AdSeconds == AdTimer) {
         AdSeconds = 0.0F;
     }
+}
+
+AlertHooks FrmMain::HooksOfAlerts()
+{
+    AlertHooks hooks;
+    hooks.PrayerCall = [this](int pno, const QString& alertType, const QString& ma, const QString& time) {
+        return ServiceRequests::PrayerCall(Settings, pno, alertType, ma, time);
+    };
+    hooks.EnableStopLink = [this](bool enabled) { m_controls.LblStopLink->setEnabled(enabled); };
+    // The ad panel joins here: hooks.RefreshAd.
+    return hooks;
 }

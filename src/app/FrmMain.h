@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "alerts/AlertDispatch.h"
 #include "app/MainControls.h"
 #include "app/PrayerDisplay.h"
+#include "app/SoundControls.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
@@ -34,11 +36,14 @@ private:
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
+    [[nodiscard]] AlertHooks HooksOfAlerts();
 
     const DomDocuments& m_documents;
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    SoundControls m_sound;
+    AlertDispatch m_alerts;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
