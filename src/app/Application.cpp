@@ -30,6 +30,7 @@ void SetUpApplication(QApplication& application)
     // Panels find icon and name through the desktop file.
     QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
+    InstallPopupAccessibility();
 }
 
 void EnterSettingsFolder(const Platform& platform)
