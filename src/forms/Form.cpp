@@ -7,6 +7,10 @@
 #include "support/RuntimeError.h"
 
 #include <QCloseEvent>
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QScopeGuard>
+#include <QWindow>
 
 Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
     : QWidget(nullptr, flags)
@@ -24,6 +28,20 @@ void Form::Show()
 {
     m_wasShown = true;
     show();
+}
+
+void Form::PaintNow()
+{
+    KeepWhile([this] {
+        constexpr int kLongestWait = 500;
+        const QDeadlineTimer deadline(kLongestWait);
+        while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
+            QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
+                                           20);
+        }
+        repaint();
+        QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
 }
 
 void Form::Unload()
@@ -52,10 +70,17 @@ void Form::SetDefaultPointer()
 
 void Form::Handle(const std::function<void()>& handler)
 {
+    KeepWhile([&] { RunGuarded(Outside(), handler); });
+}
+
+void Form::KeepWhile(const std::function<void()>& work)
+{
     ++m_handling;
-    RunGuarded(Outside(), handler);
-    --m_handling;
-    m_forms.DisposeOfUnloaded();
+    const auto leave = qScopeGuard([this] {
+        --m_handling;
+        m_forms.DisposeOfUnloaded();
+    });
+    work();
 }
 
 bool Form::event(QEvent* event)
