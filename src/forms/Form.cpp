@@ -10,6 +10,7 @@
 #include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QScopeGuard>
+#include <QScreen>
 #include <QWindow>
 
 Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
@@ -22,6 +23,22 @@ Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
 const Platform& Form::Outside() const
 {
     return m_forms.Outside();
+}
+
+void Form::CentreOver(const QWidget* window)
+{
+    const QScreen* const screen = window == nullptr ? QGuiApplication::primaryScreen() : window->screen();
+    if (screen == nullptr) {
+        return;
+    }
+    const QRect around = screen->availableGeometry();
+    QRect place(QPoint(), size());
+    place.moveCenter(window == nullptr ? around.center() : window->frameGeometry().center());
+    place.moveRight(qMin(place.right(), around.right()));
+    place.moveBottom(qMin(place.bottom(), around.bottom()));
+    place.moveLeft(qMax(place.left(), around.left()));
+    place.moveTop(qMax(place.top(), around.top()));
+    move(place.topLeft());
 }
 
 void Form::Show()

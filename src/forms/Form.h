@@ -56,6 +56,9 @@ protected:
 
     [[nodiscard]] Forms& Siblings() const { return m_forms; }
     [[nodiscard]] const Platform& Outside() const;
+    /// Stands the window over the middle of @p window, or of the screen if there is none, wholly on the
+    /// screen if it fits. The window must have its size.
+    void CentreOver(const QWidget* window);
 
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
