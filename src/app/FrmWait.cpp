@@ -3,8 +3,9 @@
 #include "app/FrmWait.h"
 
 #include "controls/Layout.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
 
-#include <QApplication>
 #include <QLabel>
 
 // Without a close button: there is nothing that closing it could stop.
@@ -18,5 +19,5 @@ FrmWait::FrmWait(Forms& forms)
     label1->setTextFormat(Qt::PlainText);
     label1->setAlignment(Qt::AlignCenter);
     label1->setGeometry(rect());
-    CentreOver(QApplication::activeWindow());
+    CentreOver(forms.Loaded(forms.Main().ActiveForm));
 }

@@ -54,9 +54,18 @@ QString ListBox::List(int row) const
     return line == nullptr ? QString() : line->text();
 }
 
+void ListBox::mousePressEvent(QMouseEvent* event)
+{
+    if (indexAt(event->position().toPoint()).isValid()) {
+        QListWidget::mousePressEvent(event);
+    }
+}
+
 void ListBox::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    QListWidget::mouseDoubleClickEvent(event);
+    if (indexAt(event->position().toPoint()).isValid()) {
+        QListWidget::mouseDoubleClickEvent(event);
+    }
     if (event->button() == Qt::LeftButton && m_doubleClick) {
         m_doubleClick();
     }

@@ -6,7 +6,8 @@
 
 #include <functional>
 
-/// A list of lines of text of which at most one is selected. A line too long for the list ends in dots.
+/// A list of lines of text of which at most one is selected; a click below the lines leaves it
+/// selected. A line too long for the list ends in dots.
 class ListBox final : public QListWidget
 {
     Q_OBJECT
@@ -25,6 +26,7 @@ public:
     void OnDoubleClick(std::function<void()> handler) { m_doubleClick = std::move(handler); }
 
 protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void showEvent(QShowEvent* event) override;
 

@@ -7,11 +7,10 @@
 #include "controls/ListBox.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
+#include "locations/Children.h"
 #include "locations/ReturnToMain.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
-#include "store/EnumerationObject.h"
-#include "store/SimpleXML.h"
 #include "support/RuntimeError.h"
 
 #include <QGridLayout>
@@ -152,16 +151,12 @@ void FrmLocation::ReadPlaces()
     const QString current = settings.GetAttribute(kCurrent, kLocations);
     const QString here = QStringLiteral("current");
     QStringList lines;
-    const std::unique_ptr<EnumerationObject> places = settings.getEnumeration(kLocations);
-    while (places->hasMoreElements()) {
-        const std::unique_ptr<SimpleXML> location = places->nextElement();
-        if (!location) {
-            break;
-        }
-        lines << location->GetAttribute(QStringLiteral("city"), here) + QStringLiteral(", ") +
-                     location->GetAttribute(QStringLiteral("state"), here);
-        LstLocHidden << location->ElementName();
-    }
+    WalkChildren(settings, kLocations, [&](const SimpleXML& location) {
+        lines << location.GetAttribute(QStringLiteral("city"), here) + QStringLiteral(", ") +
+                     location.GetAttribute(QStringLiteral("state"), here);
+        LstLocHidden << location.ElementName();
+        return true;
+    });
     LstLocations->addItems(lines);
     // A Current that names no place leaves no row selected.
     LstLocations->SetListIndex(static_cast<int>(LstLocHidden.lastIndexOf(current)));

@@ -8,14 +8,14 @@
 #include "controls/TextBox.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
+#include "locations/AddPlaces.h"
+#include "locations/Children.h"
 #include "locations/FrmLocation.h"
 #include "locations/ReturnToMain.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
 #include "service/ServiceRequests.h"
-#include "store/EnumerationObject.h"
-#include "store/SimpleXML.h"
 
 #include <QComboBox>
 #include <QGroupBox>
@@ -28,7 +28,6 @@ namespace {
 
 const QString kRoot = QStringLiteral("//root");
 const QString kHere = QStringLiteral("current");
-const QString kLocations = QStringLiteral("//root//locations");
 
 // Counts are read like the numbers of the file, not by the user's locale, and a text without a number counts
 // as 0: what a service sends must not end the program.
@@ -36,21 +35,6 @@ double WholeNumberPart(const QString& text)
 {
     static const QRegularExpression leadingDigits(QStringLiteral("^\\s*([+-]?[0-9]+)"));
     return leadingDigits.match(text).captured(1).toDouble();
-}
-
-bool HoldsPlace(const SimpleXML& settings, const QString& key)
-{
-    const std::unique_ptr<EnumerationObject> places = settings.getEnumeration(kLocations);
-    while (places->hasMoreElements()) {
-        const std::unique_ptr<SimpleXML> location = places->nextElement();
-        if (!location) {
-            return false;
-        }
-        if (location->ElementName() == key) {
-            return true;
-        }
-    }
-    return false;
 }
 
 } // namespace
@@ -104,16 +88,8 @@ void FrmNewLoc::OnLoad()
         SayAndUnload(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."));
         return;
     }
-    QStringList names;
-    const std::unique_ptr<EnumerationObject> children = states->getEnumeration(kRoot);
-    while (children->hasMoreElements()) {
-        const std::unique_ptr<SimpleXML> state = children->nextElement();
-        if (!state) {
-            break;
-        }
-        names << state->GetAttribute(QStringLiteral("state"), kHere);
-        CombStateID << state->GetAttribute(QStringLiteral("state_id"), kHere);
-    }
+    const auto [names, keys] = ReadPairs(*states, kRoot, QStringLiteral("state"), QStringLiteral("state_id"));
+    CombStateID = keys;
     m_controls.CombState->addItems(names);
     m_controls.CombState->setCurrentIndex(-1);
 }
@@ -273,19 +249,10 @@ bool FrmNewLoc::WantsMatches(const SimpleXML& count)
 
 void FrmNewLoc::FillResults(const SimpleXML& cities)
 {
+    const auto [names, keys] = ReadPairs(cities, kHere, QStringLiteral("city"), QStringLiteral("atlas_id"));
     m_controls.LstSearchResults->clear();
-    LstSearchResultsHid.clear();
-    QStringList names;
-    const std::unique_ptr<EnumerationObject> children = cities.getEnumeration(kHere);
-    while (children->hasMoreElements()) {
-        const std::unique_ptr<SimpleXML> city = children->nextElement();
-        if (!city) {
-            break;
-        }
-        names << city->GetAttribute(QStringLiteral("city"), kHere);
-        LstSearchResultsHid << city->GetAttribute(QStringLiteral("atlas_id"), kHere);
-    }
     m_controls.LstSearchResults->addItems(names);
+    LstSearchResultsHid = keys;
 }
 
 void FrmNewLoc::AddLocation()
@@ -311,7 +278,7 @@ void FrmNewLoc::FetchAndStore(const QString& atlasId)
         Say(QStringLiteral("Failed to get city info. Please verify internet connection."));
         return;
     }
-    if (!StorePlaces(*places)) {
+    if (!AddPlaces(m_documents, *places)) {
         Say(QStringLiteral("This location has already been added to location list."));
         return;
     }
@@ -319,26 +286,4 @@ void FrmNewLoc::FetchAndStore(const QString& atlasId)
         static_cast<FrmLocation*>(location)->RefreshList();
     }
     Unload();
-}
-
-bool FrmNewLoc::StorePlaces(const SimpleXML& places)
-{
-    SimpleXML settings(m_documents);
-    settings.Load(kSettingsFile);
-    // Each place is moved out of the reply, so that the walk passes over every second one. The service sends
-    // one.
-    const std::unique_ptr<EnumerationObject> children = places.getEnumeration(kHere);
-    while (children->hasMoreElements()) {
-        const std::unique_ptr<SimpleXML> location = children->nextElement();
-        if (!location) {
-            break;
-        }
-        if (HoldsPlace(settings, location->ElementName())) {
-            return false;
-        }
-        settings.AddSimpleXML(*location, kLocations);
-        // At once and unchecked: a file that can't be written loses the place, and the list shows so.
-        settings.Save(kSettingsFile);
-    }
-    return true;
 }

@@ -47,8 +47,6 @@ private:
     void FillResults(const SimpleXML& cities);
     void AddLocation();
     void FetchAndStore(const QString& atlasId);
-    /// Whether all is stored; false after a duplicate.
-    [[nodiscard]] bool StorePlaces(const SimpleXML& places);
 
     /// The root of a reply on an object of its own, or nothing if the request failed. A document with another
     /// root reads as an empty one. Serves events: the window may have been unloaded meanwhile.
