@@ -11,6 +11,7 @@
 #include "engine/CalculationLibrary.h"
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
 #include "platform/Dom.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
@@ -49,6 +50,7 @@ int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
     forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
     forms.Register(FrmAlerts::kName, [&] { return std::make_unique<FrmAlerts>(forms, documents); });
     forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms, documents); });
+    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FrmNewLoc>(forms, documents); });
     forms.Register(FrmPopup::kName, [&] { return std::make_unique<FrmPopup>(forms); });
     forms.Register(FrmWait::kName, [&] { return std::make_unique<FrmWait>(forms); });
 
