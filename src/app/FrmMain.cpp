@@ -3,12 +3,17 @@
 #include "app/FrmMain.h"
 
 #include "app/DlgStart.h"
+#include "app/FirstStart.h"
 #include "controls/Layout.h"
+#include "controls/LinkLabel.h"
 #include "forms/Forms.h"
 #include "platform/Guard.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "service/InternetClass.h"
+#include "service/ServiceRequests.h"
+#include "service/VersionCheck.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
@@ -40,6 +45,7 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Settings, PrayerTimer, m_controls)
+    , m_adPanel(Outside(), documents, *this, *this)
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
@@ -73,9 +79,33 @@ void FrmMain::RunLoadSequence()
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
     }
+    Connected = InternetClass(Outside()).VerifyConnectivity();
+    const bool OpenLocationList = FirstStart::IsDue(settings, Connected);
+    if (OpenLocationList) {
+        FirstStart(m_documents).Run(settings);
+    }
     UpdateEverything();
     ActiveForm = Name();
+    AskService();
     Siblings().Unload(DlgStart::kName);
+    if (OpenLocationList && IsLoaded()) {
+        OpenLocationListNow();
+    }
+}
+
+void FrmMain::AskService()
+{
+    if (Connected) {
+        SimpleXML notification(m_documents);
+        notification.Load(ServiceRequests::Startup(Settings));
+    }
+    m_adPanel.RefreshAd(Connected);
+    VersionCheck(Outside(), m_documents, *this, *this).CheckNewVersion(Connected);
+}
+
+void FrmMain::OpenLocationListNow()
+{
+    m_controls.LblLocLink->Click();
 }
 
 void FrmMain::FailLoad(const QString& description, int number)
@@ -153,6 +183,7 @@ void FrmMain::OnTick()
     // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
     // again.
     if (AdSeconds == AdTimer) {
+        m_adPanel.RefreshAd(true);
         AdSeconds = 0.0F;
     }
 }

@@ -7,6 +7,7 @@
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
+#include "service/AdPanel.h"
 
 class DomDocuments;
 
@@ -31,6 +32,8 @@ protected:
 
 private:
     void RunLoadSequence();
+    void AskService();
+    void OpenLocationListNow();
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
@@ -39,6 +42,7 @@ private:
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    AdPanel m_adPanel;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
