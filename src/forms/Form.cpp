@@ -23,7 +23,13 @@ const Platform& Form::Outside() const
 void Form::Show()
 {
     m_wasShown = true;
-    show();
+    if (!isVisible()) {
+        show();
+        return;
+    }
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
 }
 
 void Form::Unload()

@@ -23,7 +23,7 @@ public:
     /// unloaded.
     [[nodiscard]] bool WasShown() const { return m_wasShown; }
 
-    /// Shows the window without waiting for it.
+    /// Shows the window without waiting for it; one that is shown already comes to the front.
     void Show();
     /// Paints the window now.
     void Refresh() { repaint(); }
