@@ -3,6 +3,7 @@
 #include "app/Application.h"
 
 #include "alerts/FrmPopup.h"
+#include "app/Appearance.h"
 #include "app/DlgStart.h"
 #include "app/FrmMain.h"
 #include "app/FrmWait.h"
@@ -10,6 +11,7 @@
 #include "engine/CalculationLibrary.h"
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
 #include "platform/Dom.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
@@ -21,22 +23,15 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QFont>
-#include <QIcon>
 
 void SetUpApplication(QApplication& application)
 {
-    // Set explicitly: the default family changes with what happens to be installed.
-    QFont font(QStringLiteral("Liberation Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
-    QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
-        icon.addFile(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size), QSize(size, size));
-    }
-    QApplication::setWindowIcon(icon);
+    SetAppearance();
     application.setQuitOnLastWindowClosed(false);
+    // Panels find icon and name through the desktop file.
+    QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
+    InstallPopupAccessibility();
 }
 
 void EnterSettingsFolder(const Platform& platform)
@@ -55,6 +50,7 @@ int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
     forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
     forms.Register(FrmAlerts::kName, [&] { return std::make_unique<FrmAlerts>(forms, documents); });
     forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms, documents); });
+    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FrmNewLoc>(forms, documents); });
     forms.Register(FrmPopup::kName, [&] { return std::make_unique<FrmPopup>(forms); });
     forms.Register(FrmWait::kName, [&] { return std::make_unique<FrmWait>(forms); });
 

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "alerts/AlertDispatch.h"
+#include "app/Instruments.h"
 #include "app/MainControls.h"
 #include "app/MainLinks.h"
 #include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
+#include "app/SoundControls.h"
 #include "app/WindowLife.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"
@@ -39,14 +42,18 @@ private:
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
+    [[nodiscard]] AlertHooks HooksOfAlerts();
 
     const DomDocuments& m_documents;
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    Instruments m_instruments;
     MainLinks m_links;
     MainTray m_tray;
     WindowLife m_life;
+    SoundControls m_sound;
+    AlertDispatch m_alerts;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
