@@ -148,9 +148,9 @@ void FrmMain::FeedFromConfiguration()
                             MultiplyInteger16(Settings.IshaAngle, 100), Integer16(Settings.UseAdvAlert),
                             Settings.AdvAlertMinutes, Integer16(true));
     PrayerTimer.StartTimer();
-    PopPrayerFrame();
     m_instruments.ShowQibla();
     m_instruments.RefreshSkyPicture();
+    PopPrayerFrame();
 }
 
 void FrmMain::PopLocation()
