@@ -2,9 +2,150 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "alerts/FrmPopup.h"
 
-FrmPopup::FrmPopup(Forms& forms)
-    : Form(forms, kName, Qt::Dialog)
+#include "controls/Layout.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "platform/Clock.h"
+#include "platform/Platform.h"
+#include "platform/Timers.h"
+#include "support/Conversions.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QScreen>
+
+namespace {
+
+const QString kMainWindow = QStringLiteral("FrmMain");
+
+// Always in 12-hour form, without padding; the hour from 12:00 on reads AM, as it does in the prayer times.
+QString ClockText(const QTime& time)
 {
+    const auto text = [&](int hour, QLatin1String half) {
+        return QString::number(hour) + u':' + QString::number(time.minute()) + u':' +
+               QString::number(time.second()) + half;
+    };
+    if (time.hour() > 12) {
+        return text(time.hour() - 12, QLatin1String(" PM"));
+    }
+    return text(time.hour() == 0 ? 12 : time.hour(), QLatin1String(" AM"));
 }
 
-void FrmPopup::ShowPopup(const QString& /*Message*/, std::int16_t /*SecLifeSpan*/) {}
+QAccessibleInterface* CreatePopupInterface(const QString& /*className*/, QObject* object)
+{
+    auto* const popup = qobject_cast<FrmPopup*>(object);
+    return popup != nullptr ? new QAccessibleWidget(popup, QAccessible::AlertMessage) : nullptr;
+}
+
+} // namespace
+
+FrmPopup::FrmPopup(Forms& forms)
+    : Form(forms, kName,
+           Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+               Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint)
+    , Timer1(Outside().timers.CreateTimer())
+{
+    setWindowTitle(QStringLiteral("Dusk Beacon Alert"));
+    setFixedSize(Pixels(3105), Pixels(1440));
+    // Whoever is typing goes on typing.
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    BuildControls();
+    Timer1->SetHandler([this] { Handle([this] { OnTick(); }); });
+}
+
+FrmPopup::~FrmPopup() = default;
+
+void FrmPopup::BuildControls()
+{
+    Label1 = new QLabel(this);
+    Label1->setObjectName(QStringLiteral("Label1"));
+    Label1->setGeometry(TwipsRect(120, 120, 2775, 495));
+    Label1->setTextFormat(Qt::PlainText);
+    Label1->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+
+    Command1 = new QPushButton(QStringLiteral("OK"), this);
+    Command1->setObjectName(QStringLiteral("Command1"));
+    Command1->setGeometry(TwipsRect(1200, 1080, 735, 255));
+    connect(Command1, &QPushButton::clicked, this, [this] {
+        Handle([this] {
+            Timer1->SetEnabled(false);
+            Unload();
+        });
+    });
+
+    LblCurrTime = new QLabel(this);
+    LblCurrTime->setObjectName(QStringLiteral("LblCurrTime"));
+    LblCurrTime->setGeometry(TwipsRect(1080, 720, 975, 255));
+    LblCurrTime->setTextFormat(Qt::PlainText);
+    LblCurrTime->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+}
+
+void FrmPopup::OnLoad()
+{
+    m_limit = 0;
+    Timer1->SetInterval(1000);
+    Timer1->SetEnabled(false);
+}
+
+void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
+{
+    MainForm& main = Siblings().Main();
+    main.Enable(false);
+    setEnabled(true);
+    MoveToCentre();
+    Show();
+    main.ActiveForm = Name();
+    m_counter = 0;
+    Label1->setText(Message);
+    m_limit = SecLifeSpan;
+    Timer1->SetEnabled(true);
+    Announce(Message);
+}
+
+void FrmPopup::MoveToCentre()
+{
+    // A main window that is hidden in the tray keeps its place.
+    const Form* const main = Siblings().Loaded(kMainWindow);
+    const QScreen* screen =
+        main != nullptr ? QGuiApplication::screenAt(main->frameGeometry().center()) : nullptr;
+    if (screen == nullptr) {
+        screen = main != nullptr ? main->screen() : QGuiApplication::primaryScreen();
+    }
+    QRect place(QPoint(), size());
+    place.moveCenter(screen->availableGeometry().center());
+    move(place.topLeft());
+}
+
+void FrmPopup::Announce(const QString& message)
+{
+    setAccessibleName(message.simplified());
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void FrmPopup::OnTick()
+{
+    m_counter = AddInteger16(m_counter, 1);
+    if (m_counter >= m_limit) {
+        Unload();
+    }
+    // Also in the tick that unloads: the window of this name then comes back, loaded and hidden, and the
+    // next alert finds it so.
+    Siblings().Touch<FrmPopup>().LblCurrTime->setText(ClockText(Outside().clock.Now().time()));
+}
+
+void FrmPopup::OnUnload()
+{
+    Timer1->SetEnabled(false);
+    MainForm& main = Siblings().Main();
+    main.Enable(true);
+    main.ActiveForm = kMainWindow;
+}
+
+void InstallPopupAccessibility()
+{
+    QAccessible::installFactory(CreatePopupInterface);
+}

@@ -5,8 +5,15 @@
 #include "forms/Form.h"
 
 #include <cstdint>
+#include <memory>
 
-/// The small window that carries an alert.
+class QLabel;
+class QPushButton;
+class QTime;
+class Timer;
+
+/// The small window that carries an alert. While it is up the main window takes no input and no further alert
+/// comes through. Goes when its time is up or by "OK".
 class FrmPopup final : public Form
 {
     Q_OBJECT
@@ -15,7 +22,31 @@ public:
     static constexpr QLatin1String kName{"FrmPopup"};
 
     explicit FrmPopup(Forms& forms);
+    ~FrmPopup() override;
 
-    /// @param SecLifeSpan seconds after which the window goes by itself
+    /// Comes up above the other windows, in the middle of the screen where the main window is or last was,
+    /// and leaves the keyboard with whoever has it.
+    /// @param Message two lines
+    /// @param SecLifeSpan seconds after which the window goes by itself; with 1 or less at the first tick
     void ShowPopup(const QString& Message, std::int16_t SecLifeSpan);
+
+protected:
+    void OnLoad() override;
+    void OnUnload() override;
+
+private:
+    void BuildControls();
+    void MoveToCentre();
+    void Announce(const QString& message);
+    void OnTick();
+
+    QLabel* Label1 = nullptr;
+    QLabel* LblCurrTime = nullptr;
+    QPushButton* Command1 = nullptr;
+    std::unique_ptr<Timer> Timer1;
+    std::int16_t m_limit = 0;
+    std::int16_t m_counter = 0;
 };
+
+/// Makes the popup known as an alert to screen readers; once, before the first window.
+void InstallPopupAccessibility();

@@ -4,11 +4,14 @@
 
 #include "app/DlgStart.h"
 #include "controls/Layout.h"
+#include "controls/LinkLabel.h"
 #include "forms/Forms.h"
 #include "platform/Guard.h"
+#include "platform/MediaPlayer.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "service/ServiceRequests.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
@@ -40,11 +43,19 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Settings, PrayerTimer, m_controls)
+    , m_instruments(Outside(), PrayerTimer, m_controls)
+    , m_links(*this, *this, m_controls, MainLinks::DialogsAmong(forms))
+    , m_tray(*this)
+    , m_life(*this, *this, forms)
+    , m_sound(*this, Outside().player, m_controls)
+    , m_alerts(forms, documents, PrayerTimer, HooksOfAlerts())
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
     PrayerTimer.events.Tick = [this] { OnTick(); };
     PrayerTimer.events.Midnight = [this] { UpdateEverything(); };
+    PrayerTimer.events.Alarm = [this](std::int16_t PrayerID) { m_alerts.Alarm(PrayerID); };
+    PrayerTimer.events.AdvAlarm = [this](std::int16_t PrayerID) { m_alerts.AdvAlarm(PrayerID); };
     forms.SetMain(*this);
 }
 
@@ -55,6 +66,22 @@ void FrmMain::OnLoad()
     } catch (const RuntimeError& error) {
         FailLoad(error.Description(), error.Number());
     }
+}
+
+void FrmMain::OnUnload()
+{
+    // The scheduler and the player go with this window, also where a dialog that is still open keeps the
+    // program running.
+    PrayerTimer.StopTimer();
+    Outside().player.Stop();
+    if (!DebugMode) {
+        m_tray.RemoveMeFromSysTray();
+    }
+}
+
+void FrmMain::OnGotFocus()
+{
+    Refresh();
 }
 
 void FrmMain::RunLoadSequence()
@@ -75,6 +102,9 @@ void FrmMain::RunLoadSequence()
     }
     UpdateEverything();
     ActiveForm = Name();
+    if (!DebugMode) {
+        m_tray.PutMeInSysTray();
+    }
     Siblings().Unload(DlgStart::kName);
 }
 
@@ -110,6 +140,7 @@ int FrmMain::UpdateEverything()
 
 void FrmMain::FeedFromConfiguration()
 {
+    m_sound.ShowVolume();
     PopLocation();
     PrayerTimer.SetupPTimer(Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal),
                             Settings.ZoneHours, Integer16(Settings.UseDayLight),
@@ -118,6 +149,8 @@ void FrmMain::FeedFromConfiguration()
                             Settings.AdvAlertMinutes, Integer16(true));
     PrayerTimer.StartTimer();
     PopPrayerFrame();
+    m_instruments.ShowQibla();
+    m_instruments.RefreshSkyPicture();
 }
 
 void FrmMain::PopLocation()
@@ -148,6 +181,7 @@ void FrmMain::OnTick()
     AdSeconds += 1.0F;
     m_display.UpdateCountDown();
     if (SkySeconds >= kTicksPerSkyRefresh) {
+        m_instruments.RefreshSkyPicture();
         SkySeconds = 0.0F;
     }
     // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
@@ -155,4 +189,15 @@ void FrmMain::OnTick()
     if (AdSeconds == AdTimer) {
         AdSeconds = 0.0F;
     }
+}
+
+AlertHooks FrmMain::HooksOfAlerts()
+{
+    AlertHooks hooks;
+    hooks.PrayerCall = [this](int pno, const QString& alertType, const QString& ma, const QString& time) {
+        return ServiceRequests::PrayerCall(Settings, pno, alertType, ma, time);
+    };
+    hooks.EnableStopLink = [this](bool enabled) { m_controls.LblStopLink->setEnabled(enabled); };
+    // The ad panel joins here: hooks.RefreshAd.
+    return hooks;
 }

@@ -2,8 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "alerts/AlertDispatch.h"
+#include "app/Instruments.h"
 #include "app/MainControls.h"
+#include "app/MainLinks.h"
+#include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
+#include "app/SoundControls.h"
+#include "app/WindowLife.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
@@ -28,17 +34,26 @@ public:
 
 protected:
     void OnLoad() override;
+    void OnUnload() override;
+    void OnGotFocus() override;
 
 private:
     void RunLoadSequence();
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
+    [[nodiscard]] AlertHooks HooksOfAlerts();
 
     const DomDocuments& m_documents;
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    Instruments m_instruments;
+    MainLinks m_links;
+    MainTray m_tray;
+    WindowLife m_life;
+    SoundControls m_sound;
+    AlertDispatch m_alerts;
 
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;

@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "alerts/AlertDispatch.h"
+
+#include "alerts/FrmPopup.h"
+#include "engine/PTimer.h"
+#include "engine/PrayerTime.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "platform/MediaPlayer.h"
+#include "platform/Platform.h"
+#include "store/SimpleXML.h"
+#include "support/Conversions.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+const QString kMainWindow = QStringLiteral("FrmMain");
+const QString kAlerts = QStringLiteral("//root//alerts");
+const QString kTrue = QStringLiteral("true");
+constexpr std::int16_t kAlarmSeconds = 600;
+
+QString PathOf(QLatin1String element)
+{
+    return kAlerts + QStringLiteral("//") + element;
+}
+
+} // namespace
+
+struct AlertDispatch::Slot
+{
+    std::int16_t prayerId;
+    QLatin1String element;
+    /// The asrMethode under which the slot counts; empty for a slot that always does.
+    QLatin1String asrMethode;
+    int pno;
+    QLatin1String name;
+};
+
+const AlertDispatch::Slot* AlertDispatch::Find(std::int16_t PrayerID)
+{
+    // Slots 3, 4 and 8 are computed and announced by nobody.
+    static constexpr Slot kSlots[] = {
+        {1, QLatin1String("fajr"), QLatin1String(""), 1, QLatin1String("Fajr")},
+        {2, QLatin1String("shuruq"), QLatin1String(""), 2, QLatin1String("Shuruq")},
+        {5, QLatin1String("duhr"), QLatin1String(""), 3, QLatin1String("Duhr")},
+        {6, QLatin1String("asr"), QLatin1String("shafi"), 4, QLatin1String("Asr (Shafi)")},
+        {7, QLatin1String("asr"), QLatin1String("hanafi"), 4, QLatin1String("Asr (Hanafi)")},
+        {9, QLatin1String("maghrib"), QLatin1String(""), 5, QLatin1String("Maghrib")},
+        {10, QLatin1String("isha"), QLatin1String(""), 6, QLatin1String("Isha")},
+    };
+    const auto* const found = std::find_if(std::begin(kSlots), std::end(kSlots),
+                                           [&](const Slot& slot) { return slot.prayerId == PrayerID; });
+    return found == std::end(kSlots) ? nullptr : found;
+}
+
+AlertDispatch::AlertDispatch(Forms& forms, const DomDocuments& documents, const PTimer& prayerTimer,
+                             AlertHooks hooks)
+    : m_forms(forms)
+    , m_documents(documents)
+    , m_prayerTimer(prayerTimer)
+    , m_hooks(std::move(hooks))
+{
+}
+
+void AlertDispatch::Alarm(std::int16_t PrayerID)
+{
+    if (!MainWindowHasAttention()) {
+        return;
+    }
+    SimpleXML settings(m_documents);
+    settings.Load(kSettingsFile);
+    const Slot* const slot = Find(PrayerID);
+    if (slot == nullptr) {
+        return;
+    }
+    const QString path = PathOf(slot->element);
+    // By the copy in memory; the advance warning asks the file. Of the two Asr slots one can pass, or none.
+    if (settings.GetAttribute(QStringLiteral("enabled"), path) != kTrue ||
+        (!slot->asrMethode.isEmpty() && Main().Settings.AsrMethod != slot->asrMethode)) {
+        return;
+    }
+    const bool wantsPopup = settings.GetAttribute(QStringLiteral("popup"), path) == kTrue;
+    const bool wantsMobile = settings.GetAttribute(QStringLiteral("mobil"), path) == kTrue;
+    const bool wantsSound = settings.GetAttribute(QStringLiteral("play"), path) == kTrue;
+    const QString audioFile = settings.GetAttribute(QStringLiteral("audioFile"), path);
+
+    if (wantsPopup) {
+        auto& popup = m_forms.Touch<FrmPopup>();
+        // The warning asks for "24" instead; with a third value the two differ, and are meant to.
+        const QString time =
+            FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), Main().Settings.HourMode != u"12");
+        popup.ShowPopup(QStringLiteral("Prayer Time:\r\n") + slot->name + QStringLiteral(": ") + time,
+                        kAlarmSeconds);
+    }
+    TellService(*slot, settings, wantsMobile, wantsSound);
+    if (!IsMainWindowThere()) {
+        // Closed while the reply was waited for: whoever leaves the program wants no call any more.
+        return;
+    }
+    if (wantsSound) {
+        m_forms.Outside().player.SetUrl(audioFile);
+        // Also for a path that can't be played, the empty one among them: nobody checks.
+        if (m_hooks.EnableStopLink) {
+            m_hooks.EnableStopLink(true);
+        }
+    }
+    if (m_hooks.RefreshAd) {
+        m_hooks.RefreshAd(true);
+    }
+}
+
+void AlertDispatch::TellService(const Slot& slot, const SimpleXML& settings, bool wantsMobile,
+                                bool wantsSound) const
+{
+    if (!m_hooks.PrayerCall) {
+        return;
+    }
+    const bool isConfirmed =
+        settings.GetAttribute(QStringLiteral("mobileConfirm"), kAlerts) == QStringLiteral("1");
+    const QString ma = wantsMobile && isConfirmed ? QStringLiteral("1") : QStringLiteral("0");
+    const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
+    const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot.prayerId), true);
+    // Told at every alarm, whether a text message is wanted or not and whether the network is there or not;
+    // the reply is waited for and never looked at.
+    SimpleXML call(m_documents);
+    call.Load(m_hooks.PrayerCall(slot.pno, alertType, ma, time));
+    [[maybe_unused]] const auto reply = call.GetElement(QStringLiteral("//root"));
+}
+
+void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
+{
+    if (!MainWindowHasAttention()) {
+        return;
+    }
+    SimpleXML settings(m_documents);
+    settings.Load(kSettingsFile);
+    const bool is24Hour = Main().Settings.HourMode == u"24";
+    const Slot* const slot = Find(PrayerID);
+    if (slot == nullptr) {
+        return;
+    }
+    if (settings.GetAttribute(QStringLiteral("enabled"), PathOf(slot->element)) != kTrue ||
+        (!slot->asrMethode.isEmpty() &&
+         settings.GetAttribute(QStringLiteral("asrMethode"), kAlerts) != slot->asrMethode)) {
+        return;
+    }
+    const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), is24Hour);
+    auto& popup = m_forms.Touch<FrmPopup>();
+    // A minute and a second short of the prayer's own alarm, which would find the popup in its way. More
+    // than 547 minutes leave the 16-bit range.
+    const std::int16_t seconds =
+        AddInteger16(MultiplyInteger16(AddInteger16(Main().Settings.AdvAlertMinutes, -1), 60), 1);
+    popup.ShowPopup(QStringLiteral("Advanced Alert\r\n") + slot->name + u' ' + time, seconds);
+}
+
+bool AlertDispatch::MainWindowHasAttention() const
+{
+    // What is due while another window has the attention is lost; nothing is kept for later.
+    return IsMainWindowThere() && Main().ActiveForm == kMainWindow;
+}
+
+bool AlertDispatch::IsMainWindowThere() const
+{
+    return m_forms.Loaded(kMainWindow) != nullptr;
+}
+
+const MainForm& AlertDispatch::Main() const
+{
+    return m_forms.Main();
+}

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/SoundControls.h"
+
+#include "app/MainControls.h"
+#include "controls/LevelBar.h"
+#include "controls/LinkLabel.h"
+#include "forms/Form.h"
+#include "platform/MediaPlayer.h"
+
+SoundControls::SoundControls(Form& form, MediaPlayer& player, MainControls& controls)
+    : m_player(player)
+    , m_controls(controls)
+{
+    m_controls.LblStopLink->OnClick([this, &form] {
+        form.Handle([this] {
+            // Greyed before the player has reported anything, and also if it never does.
+            m_controls.LblStopLink->setEnabled(false);
+            m_player.Stop();
+        });
+    });
+    m_controls.LblStopLink->OnMouseMove([&form] { form.SetHandPointer(); });
+    m_controls.VolControl->OnChange(
+        [this, &form] { form.Handle([this] { m_player.SetVolume(m_controls.VolControl->Value()); }); });
+    m_player.SetPlayStateHandler(
+        [this, &form](int newState) { form.Handle([this, newState] { OnPlayStateChange(newState); }); });
+}
+
+SoundControls::~SoundControls()
+{
+    m_player.SetPlayStateHandler(nullptr);
+}
+
+void SoundControls::ShowVolume()
+{
+    m_controls.VolControl->SetValue(m_player.Volume());
+}
+
+void SoundControls::OnPlayStateChange(int newState)
+{
+    if (newState == MediaPlayer::kStopped) {
+        m_player.ClearPlaylist();
+        m_controls.LblStopLink->setEnabled(false);
+    }
+}

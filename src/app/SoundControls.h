@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+class Form;
+class MediaPlayer;
+struct MainControls;
+
+/// The stop link and the volume bar of the main window, and what the player reports to them.
+class SoundControls final
+{
+public:
+    /// @param form the window that the controls stand in
+    SoundControls(Form& form, MediaPlayer& player, MainControls& controls);
+    ~SoundControls();
+    SoundControls(const SoundControls&) = delete;
+    SoundControls& operator=(const SoundControls&) = delete;
+
+    /// Brings the bar to what the player holds. Throws kInvalidPropertyValue for a volume outside 0 to 100.
+    void ShowVolume();
+
+private:
+    void OnPlayStateChange(int newState);
+
+    MediaPlayer& m_player;
+    MainControls& m_controls;
+};
