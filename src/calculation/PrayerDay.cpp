@@ -18,6 +18,9 @@ constexpr double kHalfDay = 0.5;
 constexpr double kHorizonDegrees = -0.8333;
 // Where a day has no sunrise or no sunset, it is that of this latitude.
 constexpr double kLatitudeOfOrdinaryDays = 45.0;
+// A noon sun lower than this has a shadow of hundreds of lengths, to which one more adds a minute or less:
+// Asr would fall on Duhr, and of two slots with one minute only the first is announced.
+constexpr double kLeastNoonDegrees = 0.2;
 // The angle whose portion of the night is the whole night.
 constexpr double kDegreesOfNight = 60.0;
 
@@ -191,13 +194,14 @@ double PrayerDay::Isha(int index)
 
 double PrayerDay::Asr(int index, double lengths)
 {
+    constexpr double kLeastNoonSine = SineCosineOfTurns(kLeastNoonDegrees / 360.0).sine;
     const SolarDay& day = DayOf(index);
     const Latitude& latitude = LatitudeOf(day);
     const double sunset = Sunset(index);
-    if (m_track.TopocentricSine(m_track.UpperSine(day.transit, latitude)) > 0.0) {
+    if (m_track.TopocentricSine(m_track.UpperSine(day.transit, latitude)) > kLeastNoonSine) {
         return AsrAfter(day.transit, sunset, lengths, latitude);
     }
-    // The noon sun shows its edge but its centre casts no shadow. The afternoon of latitude 45 ends long
+    // The noon sun shows itself but casts no shadow to measure. The afternoon of latitude 45 ends long
     // after this one, so its Asr is taken at the same part of the afternoon, which keeps it before Maghrib.
     const double sunset45 = SunsetAfter(day.transit, m_latitude45);
     const double asr45 = AsrAfter(day.transit, sunset45, lengths, m_latitude45);

@@ -46,8 +46,10 @@ QAccessibleInterface* CreateLinkInterface(const QString& /*className*/, QObject*
 } // namespace
 
 LinkLabel::LinkLabel(const QString& caption, QWidget* parent)
-    : QLabel(caption, parent)
+    : QLabel(parent)
 {
+    // The first text makes the screen reader ask what this is, which inside the base class would be a label.
+    setText(caption);
     setTextFormat(Qt::PlainText);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);

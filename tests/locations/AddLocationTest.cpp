@@ -75,7 +75,7 @@ TEST_F(AddLocationTest, add_movesTheElementUnchangedBehindThePlaces)
                            QStringLiteral("Cairo, Egypt")}));
     EXPECT_EQ(Places().ListIndex(), 0) << "still the current place";
     EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_TRUE(ReadSettings().contains(QByteArray(kCairo).mid(6).chopped(7))) << ReadSettings().constData();
+    EXPECT_TRUE(ReadSettings().contains(QByteArray(kCairo).mid(6).chopped(9))) << ReadSettings().constData();
     EXPECT_FALSE(main->calls.contains(QStringLiteral("UpdateEverything")));
     ExpectBackInList();
     ExpectBoxes({});
