@@ -74,7 +74,10 @@ class Program:
         if prepare:
             prepare(self)
         self._environment = dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", QT_QPA_PLATFORM="xcb",
-                                 QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=self.folder, XDG_DATA_HOME=self.folder)
+                                 QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=self.folder, XDG_DATA_HOME=self.folder,
+                                 # Nothing is behind this proxy: the program finds no network.
+                                 http_proxy="http://127.0.0.1:9", https_proxy="http://127.0.0.1:9",
+                                 no_proxy="localhost,127.0.0.1")
         if instant:
             library = glob.glob("/usr/lib/*/faketime/libfaketime.so.1")
             self._environment.update(LD_PRELOAD=library[0], FAKETIME="@" + instant, FAKETIME_DONT_FAKE_MONOTONIC="1",
