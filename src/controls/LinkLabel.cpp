@@ -21,8 +21,9 @@ public:
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
-        const QString own = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && own.isEmpty() ? Label()->text() : own;
+        // Left to the toolkit, a link inside a frame would be called by the frame's caption.
+        const bool isUnnamed = kind == QAccessible::Name && Label()->accessibleName().isEmpty();
+        return isUnnamed ? Label()->text() : QAccessibleWidget::text(kind);
     }
     [[nodiscard]] QStringList actionNames() const override { return {pressAction()}; }
     void doAction(const QString& name) override

@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MainWindowTest.h"
+#include "controls/LinkLabel.h"
 
+#include <QAccessible>
 #include <QFontMetrics>
 
 namespace {
@@ -228,6 +230,18 @@ TEST_F(PrayerDisplayTest, longestTexts_fitTheirLabels)
         EXPECT_LE(text.height(), label->height()) << label->objectName().toStdString();
     }
     EXPECT_GE(labels, 20);
+}
+
+TEST_F(PrayerDisplayTest, links_areReadByTheirOwnText_notByTheFrames)
+{
+    InstallLinkAccessibility();
+    const std::pair<const char*, QString> rows[] = {{"LblFarjLink", QStringLiteral("Fajr:")},
+                                                    {"LblIshaLink", QStringLiteral("Isha:")},
+                                                    {"LblAlertsLink", QStringLiteral("Alerts")}};
+    for (const auto& [name, text] : rows) {
+        auto* const link = Window().findChild<QWidget*>(QLatin1String(name));
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(link)->text(QAccessible::Name), text) << name;
+    }
 }
 
 } // namespace
