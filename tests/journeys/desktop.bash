@@ -67,6 +67,8 @@ start_program() {
     program=$last
     wait_until "no main window" is_on_screen "$title"
     window=$(xdotool search --onlyvisible --name "$title")
+    # The window manager moves a new window to its place before it makes it the active one.
+    wait_until "the main window isn't active" is_active 'Dusk Beacon v1.0.5'
 }
 is_on_screen() { xdotool search --onlyvisible --name "$1"; }
 is_on_taskbar() { wmctrl -l | grep -q 'Dusk Beacon v1.0.5'; }

@@ -45,7 +45,7 @@ wmctrl -i -c "$list"
 wait_until "the list stays" not is_on_screen 'Dusk Beacon: Location'
 
 # A prayer link; then the main window goes first, the process with the dialog.
-click_at 140 382
+click_at 170 384
 wait_until "no settings dialog" is_on_screen '^Alerts$'
 wmctrl -i -c "$window"
 wait_until "the main window stays" not is_on_screen "$title"

@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The icon in a notification area that embeds windows: minimise, menu, Open, a tray that restarts, Exit.
 . "$(dirname "$0")/desktop.bash"
-need trayer
+need trayer xwininfo
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 start_desktop
 
@@ -17,7 +17,18 @@ icon_place() {
 }
 has_icon() { [ -n "$(icon_place)" ]; }
 menu_is_open() { xwininfo -root -children | grep '"DuskBeacon"' | grep -qE ' 1[0-9][0-9]x[3-9][0-9]\+'; }
-over_icon() { read -r x y < <(icon_place); xdotool mousemove $((x + 8)) $((y + 8)); }
+# The panel grows, and the icon moves with it, for a while after it has come.
+rests() {
+    local place
+    place=$(icon_place)
+    sleep 0.2
+    [ -n "$place" ] && [ "$place" = "$(icon_place)" ]
+}
+over_icon() {
+    wait_until "the icon doesn't come to rest" rests
+    read -r x y < <(icon_place)
+    xdotool mousemove $((x + 8)) $((y + 8))
+}
 open_menu() {
     over_icon
     xdotool click 3

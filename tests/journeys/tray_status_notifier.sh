@@ -4,12 +4,12 @@
 # The icon in a notification area of the StatusNotifier kind: tip, exported menu, minimise, Open, Exit.
 if [ -z "${JOURNEY_BUS:-}" ]; then
     command -v dbus-run-session >/dev/null || exit 77
-    python3 -c 'import dbus, gi' 2>/dev/null || exit 77
+    /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null || exit 77
     JOURNEY_BUS=1 exec dbus-run-session -- "$0" "$@"
 fi
 . "$(dirname "$0")/desktop.bash"
 start_desktop
-start python3 "$(dirname "$0")/status_notifier_host.py" "$folder/host"
+start /usr/bin/python3 "$(dirname "$0")/status_notifier_host.py" "$folder/host"
 wait_until "no notification area" test -e "$folder/host.ready"
 
 # ask WHAT: the host does it and writes the answer.
