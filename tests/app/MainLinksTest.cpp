@@ -72,7 +72,10 @@ protected:
             }
         };
         return {[=, this] { record(QStringLiteral("ShowAlerts"), failsAt); },
-                [=, this](std::int16_t tab) { record(QStringLiteral("SelectTab %1").arg(tab), failsAt); },
+                [=, this](std::int16_t tab) {
+                    record(QStringLiteral("SelectTab %1").arg(tab), failsAt);
+                    return !closesItself;
+                },
                 [=, this] { record(QStringLiteral("ShowLocation"), failsAt); }};
     }
 
@@ -87,6 +90,8 @@ protected:
     StandInMain window{forms};
     MainLinks links{window, window, window.controls, Recorded()};
     QString failsAt;
+    /// As the dialog does over settings that it can't show.
+    bool closesItself = false;
     QStringList log;
     QStringList traces;
     QStringList disabledMeanwhile;
@@ -177,6 +182,17 @@ TEST_F(MainLinksTest, alertsLink_failures_leaveTheLastStepAndEnd)
         EXPECT_EQ(platform.process.ended, 1);
         EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
     }
+}
+
+TEST_F(MainLinksTest, prayerLink_dialogThatClosesItself_leavesTheAttentionToTheMainWindow)
+{
+    closesItself = true;
+    Desk::Click(Link("LblAsrLink"));
+    EXPECT_EQ(log, (QStringList{QStringLiteral("ShowAlerts"), QStringLiteral("SelectTab 1")}))
+        << "the closed dialog must not be brought back for its tab";
+    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain")) << "or every alert would be dropped";
+    EXPECT_TRUE(Link("LblAsrLink").isEnabled());
+    EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
 }
 
 TEST_F(MainLinksTest, locationLink_disablesTheWindowAndOpensTheList)
