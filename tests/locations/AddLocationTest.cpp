@@ -224,6 +224,11 @@ struct OddPlace
     QString city;
 };
 
+void PrintTo(const OddPlace& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
 class OddPlaceTest : public AddLocationTest, public testing::WithParamInterface<OddPlace>
 {
 };
