@@ -2,13 +2,15 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 include(GoogleTest)
 
-# A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds]). GUI brings the application object and the fakes.
+# A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds]).
 function(duskbeacon_test name)
   cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
   add_executable(${name} ${ARG_SOURCES})
+  # A test's own code runs for milliseconds; its optimisation costs minutes of every build.
+  target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} test_main)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   # Locale, zone, display and home are pinned here so that a test means the same on every machine.
