@@ -3,6 +3,7 @@
 #include "app/Application.h"
 
 #include "alerts/FrmPopup.h"
+#include "app/Appearance.h"
 #include "app/DlgStart.h"
 #include "app/FrmMain.h"
 #include "app/FrmWait.h"
@@ -10,24 +11,25 @@
 #include "engine/CalculationLibrary.h"
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
 #include "platform/Dom.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "platform/SessionEnd.h"
+#include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QFont>
 
 void SetUpApplication(QApplication& application)
 {
-    // Set explicitly: the default family changes with what happens to be installed.
-    QFont font(QStringLiteral("Liberation Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
+    SetAppearance();
     application.setQuitOnLastWindowClosed(false);
+    // Panels find icon and name through the desktop file.
+    QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
     InstallPopupAccessibility();
 }
@@ -36,10 +38,14 @@ void EnterSettingsFolder(const Platform& platform)
 {
     const QString own = platform.process.ApplicationFolder();
     const bool isPortable = QFileInfo::exists(own + u'/' + kSettingsFile);
-    QDir::setCurrent(isPortable ? own : platform.process.UserDataFolder());
+    // Without a user's folder the program stays beside itself: a file that happens to lie where it was
+    // started is not its own.
+    if (isPortable || !QDir::setCurrent(platform.process.UserDataFolder())) {
+        QDir::setCurrent(own);
+    }
 }
 
-int RunProgram(const Platform& platform)
+int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
 {
     const DomDocuments documents(platform.files, platform.http);
     CalculationLibrary calculation(platform.process.ApplicationFolder());
@@ -48,6 +54,7 @@ int RunProgram(const Platform& platform)
     forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
     forms.Register(FrmAlerts::kName, [&] { return std::make_unique<FrmAlerts>(forms, documents); });
     forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms, documents); });
+    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FrmNewLoc>(forms, documents); });
     forms.Register(FrmPopup::kName, [&] { return std::make_unique<FrmPopup>(forms); });
     forms.Register(FrmWait::kName, [&] { return std::make_unique<FrmWait>(forms); });
 
@@ -57,6 +64,7 @@ int RunProgram(const Platform& platform)
         QCoreApplication::exit(0);
     });
     RunGuarded(platform, [&] { forms.Touch<FrmMain>().Show(); });
+    sessionEnd.EnterMainLoop([&platform] { platform.tray.Remove(); });
     // An end that comes while the first window still loads finds no event loop to leave.
     return isOver ? 0 : QCoreApplication::exec();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 class QApplication;
+class SessionEnd;
 struct Platform;
 
 /// Font and behaviour that all windows share.
@@ -13,4 +14,4 @@ void SetUpApplication(QApplication& application);
 void EnterSettingsFolder(const Platform& platform);
 
 /// Runs the program from the first window to the last; answers the exit code.
-int RunProgram(const Platform& platform);
+int RunProgram(const Platform& platform, SessionEnd& sessionEnd);

@@ -6,11 +6,9 @@
 #include "forms/Forms.h"
 #include "platform/Platform.h"
 
-#include <QDeadlineTimer>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QScreen>
-#include <QWindow>
 
 DlgStart::DlgStart(Forms& forms)
     : Form(forms, kName, Qt::SplashScreen | Qt::FramelessWindowHint)
@@ -31,18 +29,6 @@ DlgStart::DlgStart(Forms& forms)
     m_timer1->SetInterval(1000);
     m_timer1->SetHandler([this] { Handle([this] { Tick(); }); });
     m_timer1->SetEnabled(true);
-}
-
-void DlgStart::PaintNow()
-{
-    constexpr int kLongestWait = 500;
-    const QDeadlineTimer deadline(kLongestWait);
-    while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
-        QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
-                                       20);
-    }
-    repaint();
-    QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void DlgStart::Tick()

@@ -19,9 +19,6 @@ public:
 
     explicit DlgStart(Forms& forms);
 
-    /// Returns when the window is really on the screen, or after half a second if no screen shows it.
-    void PaintNow();
-
 private:
     void Tick();
 

@@ -3,12 +3,17 @@
 #pragma once
 
 #include "alerts/AlertDispatch.h"
+#include "app/Instruments.h"
 #include "app/MainControls.h"
+#include "app/MainLinks.h"
+#include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
 #include "app/SoundControls.h"
+#include "app/WindowLife.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
+#include "service/AdPanel.h"
 
 class DomDocuments;
 
@@ -30,9 +35,13 @@ public:
 
 protected:
     void OnLoad() override;
+    void OnUnload() override;
+    void OnGotFocus() override;
 
 private:
     void RunLoadSequence();
+    void AskService();
+    void OpenLocationListNow();
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
@@ -42,7 +51,12 @@ private:
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
+    Instruments m_instruments;
+    MainLinks m_links;
+    MainTray m_tray;
+    WindowLife m_life;
     SoundControls m_sound;
+    AdPanel m_adPanel;
     AlertDispatch m_alerts;
 
     /// Ticks since the sky picture and the ad were last refreshed.

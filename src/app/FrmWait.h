@@ -4,7 +4,7 @@
 
 #include "forms/Form.h"
 
-/// Asks for patience while a request runs.
+/// Asks for patience while a request runs; stands over the window that is in front when it is made.
 class FrmWait final : public Form
 {
     Q_OBJECT
@@ -13,4 +13,7 @@ public:
     static constexpr QLatin1String kName{"FrmWait"};
 
     explicit FrmWait(Forms& forms);
+
+protected:
+    void OnGotFocus() override { Refresh(); }
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainControls.h"
 
+#include "app/Appearance.h"
 #include "controls/Layout.h"
 #include "controls/LevelBar.h"
 #include "controls/LinkLabel.h"
@@ -53,6 +54,9 @@ void MainControls::BuildSettingsBlock(QWidget& window)
 {
     Picture2 = Text(window, "Picture2", QString(), TwipsRect(120, 0, 1935, 1335));
     Picture2->resize(Pixels(1935), Pixels(1455));
+    Picture2->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    Picture2->setPixmap(ShippedPicture(QStringLiteral("Picture2"), window.devicePixelRatioF()));
+    Picture2->setAccessibleName(QStringLiteral("Dusk Beacon home page"));
 
     Frame2 = Frame(window, "Frame2", QStringLiteral("Location and Setting Information"),
                    TwipsRect(2160, 0, 6735, 1335));
@@ -79,8 +83,15 @@ void MainControls::BuildSettingsBlock(QWidget& window)
 void MainControls::BuildLeftColumn(QWidget& window)
 {
     Label3 =
-        Text(window, "Label3", QStringLiteral("Time till next prayer:"), TwipsRect(120, 1560, 1860, 240));
-    LblCountDown = Text(window, "LblCountDown", QString(), TwipsRect(1980, 1560, 1110, 240));
+        Text(window, "Label3", QStringLiteral("Time till next prayer:"), TwipsRect(120, 1560, 1440, 240));
+    // The countdown stands close behind; the letters step together rather than shrink.
+    QFont narrow = Label3->font();
+    narrow.setStretch(QFont::SemiCondensed);
+    Label3->setFont(narrow);
+    LblCountDown = Text(window, "LblCountDown", QString(), TwipsRect(1560, 1560, 1485, 240));
+    QFont bold = LblCountDown->font();
+    bold.setBold(true);
+    LblCountDown->setFont(bold);
 
     FrmOptions = Frame(window, "FrmOptions", QStringLiteral("Options"), TwipsRect(120, 1920, 1935, 1275));
     LblLocLink = Link(*FrmOptions, "LblLocLink", QStringLiteral("Locations"), TwipsRect(120, 270, 1695, 240));
@@ -90,10 +101,12 @@ void MainControls::BuildLeftColumn(QWidget& window)
     LblGetMoreLink = Link(*FrmOptions, "LblGetMoreLink", QStringLiteral("More Sound Files"),
                           TwipsRect(120, 990, 1695, 240));
 
-    LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 255));
+    LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 240));
     VolControl = Place(new LevelBar(0, 100, &window), "VolControl", TwipsRect(120, 3480, 1815, 255));
+    VolControl->setAttribute(Qt::WA_NoMousePropagation);
     VolControl->setAccessibleName(QStringLiteral("Volume"));
-    LblStopLink = Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 975, 255));
+    LblStopLink =
+        Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 1455, 255));
     LblStopLink->setEnabled(false);
 
     Frame3 = Frame(window, "Frame3", QStringLiteral("Qibla Direction"), TwipsRect(120, 4200, 1695, 2055));

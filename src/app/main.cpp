@@ -2,14 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
 #include "platform/QtPlatform.h"
+#include "platform/SessionEnd.h"
 
 #include <QApplication>
 
 int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
+    SessionEnd sessionEnd;
     SetUpApplication(application);
     const QtPlatform platform;
     EnterSettingsFolder(platform.Doors());
-    return RunProgram(platform.Doors());
+    return RunProgram(platform.Doors(), sessionEnd);
 }

@@ -30,7 +30,7 @@ constexpr double WithinHalfTurn(double turns)
     return turns - NearestWhole(turns);
 }
 
-// Sine and cosine of an angle in turns, within 2e-11, for |turns| below 2^51. Whole turns go exactly and
+// Sine and cosine of an angle in turns, within 3e-11, for |turns| below 2^51. Whole turns go exactly and
 // without a table, because an angle kept in turns needs no pi to be reduced; what is left is halved, so that
 // Maclaurin's series of 8 terms serve for the sine and the cosine, and doubled back.
 constexpr SineCosine SineCosineOfTurns(double turns)

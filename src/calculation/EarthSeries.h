@@ -91,7 +91,7 @@ inline constexpr Series<63> kLongitude0 = VsopSeries<63>({{
 inline constexpr double kMeanLongitude = 175347046.0;
 inline constexpr double kMeanMotion = 628331966747.0;
 
-inline constexpr Series<16> kLongitude1 = VsopSeries<16>({{
+inline constexpr Series<11> kLongitude1 = VsopSeries<11>({{
     {206059, 2.678235, 6283.075850},
     {4303, 2.6351, 12566.1517},
     {425, 1.590, 3.523},
@@ -103,11 +103,6 @@ inline constexpr Series<16> kLongitude1 = VsopSeries<16>({{
     {67, 4.41, 5507.55},
     {59, 2.89, 5223.69},
     {56, 2.17, 155.42},
-    {45, 0.40, 796.30},
-    {36, 0.47, 775.52},
-    {29, 2.65, 7.11},
-    {21, 5.34, 0.98},
-    {19, 1.85, 5486.78},
 }});
 
 inline constexpr Series<3> kLongitude2 = VsopSeries<3>({{
@@ -127,13 +122,9 @@ inline constexpr Series<5> kLatitude0 = VsopSeries<5>({{
     {32, 4.00, 1577.34},
 }});
 
-inline constexpr Series<6> kDistance0 = VsopSeries<6>({{
+inline constexpr Series<2> kDistance0 = VsopSeries<2>({{
     {1670700, 3.0984635, 6283.0758500},
     {13956, 3.05525, 12566.15170},
-    {3084, 5.1985, 77713.7715},
-    {1628, 1.1739, 5753.3849},
-    {1576, 2.8469, 7860.4194},
-    {925, 5.453, 11506.770},
 }});
 inline constexpr double kMeanDistance = 100013989.0;
 

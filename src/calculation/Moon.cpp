@@ -30,7 +30,8 @@ struct Phasor
     }
 };
 
-// The phasors of -4 to 4 times an angle; the tables ask for no more.
+// The phasors of the multiples of an angle from -Most to Most.
+template <int Most>
 class MultiplesOfAngle final
 {
 public:
@@ -38,21 +39,20 @@ public:
     {
         const SineCosine angle = SineCosineOfTurns(turns);
         const Phasor one{angle.cosine, angle.sine};
-        for (int multiple = 1; multiple <= kMost; ++multiple) {
+        for (int multiple = 1; multiple <= Most; ++multiple) {
             const Phasor next = (*this)[multiple - 1] * one;
-            m_phasors[static_cast<std::size_t>(kMost + multiple)] = next;
-            m_phasors[static_cast<std::size_t>(kMost - multiple)] = {next.real, -next.imaginary};
+            m_phasors[static_cast<std::size_t>(Most + multiple)] = next;
+            m_phasors[static_cast<std::size_t>(Most - multiple)] = {next.real, -next.imaginary};
         }
     }
 
     const Phasor& operator[](int multiple) const
     {
-        return m_phasors[static_cast<std::size_t>(kMost + multiple)];
+        return m_phasors[static_cast<std::size_t>(Most + multiple)];
     }
 
 private:
-    static constexpr int kMost = 4;
-    std::array<Phasor, 2 * kMost + 1> m_phasors;
+    std::array<Phasor, 2 * Most + 1> m_phasors;
 };
 
 // The polynomials of Meeus, formulas 47.1 to 47.6, in degrees, and the three arguments of the planets.
@@ -101,31 +101,36 @@ struct Sums
 
 Sums SumTables(const Arguments& arguments)
 {
-    const MultiplesOfAngle elongation(arguments.elongation / 360.0);
-    const MultiplesOfAngle sunAnomaly(arguments.sunAnomaly / 360.0);
-    const MultiplesOfAngle moonAnomaly(arguments.moonAnomaly / 360.0);
-    const MultiplesOfAngle latitudeArgument(arguments.latitudeArgument / 360.0);
+    const MultiplesOfAngle<6> elongation(arguments.elongation / 360.0);
+    const MultiplesOfAngle<3> sunAnomaly(arguments.sunAnomaly / 360.0);
+    const MultiplesOfAngle<4> moonAnomaly(arguments.moonAnomaly / 360.0);
+    const MultiplesOfAngle<4> latitudeArgument(arguments.latitudeArgument / 360.0);
     const double e = arguments.eccentricity;
-    const std::array<double, 3> eccentricity{1.0, e, e * e};
+    const std::array<double, 4> eccentricity{1.0, e, e * e, e * e * e};
 
-    const auto factor = [&](const moon::Multiples& multiples) {
-        return eccentricity[static_cast<std::size_t>(std::abs(multiples.sunAnomaly))];
-    };
     const auto phasor = [&](const moon::Multiples& multiples) {
         return elongation[multiples.elongation] * sunAnomaly[multiples.sunAnomaly] *
                (moonAnomaly[multiples.moonAnomaly] * latitudeArgument[multiples.latitudeArgument]);
+    };
+    const auto weight = [&](const moon::Multiples& multiples) {
+        return eccentricity[static_cast<std::size_t>(std::abs(multiples.sunAnomaly))];
+    };
+    const auto sumOfSines = [&](const auto& terms) {
+        double sum = 0.0;
+        for (const moon::SineTerm& term : terms) {
+            sum += weight(term.multiples) * term.amplitude * phasor(term.multiples).imaginary;
+        }
+        return sum;
     };
 
     Sums sums;
     for (const moon::LongitudeTerm& term : moon::kLongitudeTerms) {
         const Phasor argument = phasor(term.multiples);
-        const double weight = factor(term.multiples);
-        sums.longitude += weight * term.longitude * argument.imaginary;
-        sums.distance += weight * term.distance * argument.real;
+        sums.longitude += weight(term.multiples) * term.longitude * argument.imaginary;
+        sums.distance += weight(term.multiples) * term.distance * argument.real;
     }
-    for (const moon::LatitudeTerm& term : moon::kLatitudeTerms) {
-        sums.latitude += factor(term.multiples) * term.latitude * phasor(term.multiples).imaginary;
-    }
+    sums.longitude += sumOfSines(moon::kFurtherLongitudeTerms);
+    sums.latitude += sumOfSines(moon::kLatitudeTerms) + sumOfSines(moon::kFurtherLatitudeTerms);
     sums.longitude += 3958.0 * SineOfDegrees(arguments.venus) +
                       1962.0 * SineOfDegrees(arguments.longitude - arguments.latitudeArgument) +
                       318.0 * SineOfDegrees(arguments.jupiter);
@@ -145,8 +150,9 @@ MoonPosition ApparentMoon(double daysSince2000)
     const Sums sums = SumTables(arguments);
     const Nutation nutation = NutationAround(daysSince2000);
 
-    const SineCosine longitude =
-        SineCosineOfTurns((arguments.longitude + sums.longitude) / 360.0 + nutation.inLongitude[1] / kTurn);
+    const double meanLongitude = (arguments.longitude + sums.longitude) / 360.0;
+    const double correction = PrecessionCorrection(daysSince2000) + nutation.inLongitude[1];
+    const SineCosine longitude = SineCosineOfTurns(meanLongitude + correction / kTurn);
     const SineCosine latitude = SineCosineOfTurns(sums.latitude / 360.0);
     const SineCosine obliquity =
         SineCosineOfTurns((MeanObliquity(daysSince2000) + nutation.inObliquity[1]) / kTurn);

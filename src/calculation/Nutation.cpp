@@ -53,28 +53,40 @@ constexpr double Combine(const NutationTerm& term, int power)
            term.node * kNode[power];
 }
 
-// The publication has sines for the longitude; a quarter of a turn makes them the cosines of a Series.
-constexpr auto TermsOf(double NutationTerm::*coefficient, double quarter)
+constexpr std::size_t kCount = kTerms.size();
+
+constexpr std::array<PublishedTerm, kCount> PublishedTerms()
 {
-    std::array<PublishedTerm, kTerms.size()> terms{};
-    for (std::size_t i = 0; i < kTerms.size(); ++i) {
-        terms[i] = {kTerms[i].*coefficient, Combine(kTerms[i], 0) - quarter, Combine(kTerms[i], 1)};
+    std::array<PublishedTerm, kCount> terms{};
+    for (std::size_t i = 0; i < kCount; ++i) {
+        terms[i] = {kTerms[i].longitude, Combine(kTerms[i], 0), Combine(kTerms[i], 1)};
     }
     return terms;
 }
 
-constexpr Series<kTerms.size()> kLongitude{TermsOf(&NutationTerm::longitude, 90.0), 360.0, kDaysPerCentury};
-constexpr Series<kTerms.size()> kObliquity{TermsOf(&NutationTerm::obliquity, 0.0), 360.0, kDaysPerCentury};
+constexpr std::array<double, kCount> Column(double NutationTerm::*coefficient)
+{
+    std::array<double, kCount> column{};
+    for (std::size_t i = 0; i < kCount; ++i) {
+        column[i] = kTerms[i].*coefficient;
+    }
+    return column;
+}
+
+constexpr Series<kCount> kSeries{PublishedTerms(), 360.0, kDaysPerCentury};
+constexpr std::array<double, kCount> kLongitude = Column(&NutationTerm::longitude);
+constexpr std::array<double, kCount> kObliquity = Column(&NutationTerm::obliquity);
 
 } // namespace
 
 Nutation NutationAround(double daysSince2000)
 {
     constexpr double kUnit = 0.0001 * kRadiansPerArcsecond;
-    const ThreeDays longitude = kLongitude.Evaluate(daysSince2000);
-    const ThreeDays obliquity = kObliquity.Evaluate(daysSince2000);
+    const auto arguments = kSeries.ArgumentsAt(daysSince2000);
+    const ThreeDays longitude = kSeries.Sines(kLongitude, arguments);
+    const ThreeDays obliquity = kSeries.Cosines(kObliquity, arguments);
     Nutation nutation;
-    for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t i = 0; i < longitude.size(); ++i) {
         nutation.inLongitude[i] = longitude[i] * kUnit;
         nutation.inObliquity[i] = obliquity[i] * kUnit;
     }
@@ -85,8 +97,14 @@ double MeanObliquity(double daysSince2000)
 {
     const double centuries = daysSince2000 / kDaysPerCentury;
     const double arcseconds =
-        84381.448 + centuries * (-46.8150 + centuries * (-0.00059 + centuries * 0.001813));
+        84381.406 + centuries * (-46.836769 + centuries * (-0.0001831 + centuries * 0.00200340));
     return arcseconds * kRadiansPerArcsecond;
+}
+
+double PrecessionCorrection(double daysSince2000)
+{
+    constexpr double kArcsecondsPerCentury = 5028.796195 - 5029.0966;
+    return kArcsecondsPerCentury * kRadiansPerArcsecond * daysSince2000 / kDaysPerCentury;
 }
 
 } // namespace calculation

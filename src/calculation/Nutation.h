@@ -16,7 +16,14 @@ struct Nutation
 // daysSince2000: days of TT from 2000 January 1, 12h.
 [[nodiscard]] Nutation NutationAround(double daysSince2000);
 
-// Mean obliquity of the ecliptic in radians, IAU 1976 (Meeus, formula 22.2).
+// Mean obliquity of the ecliptic in radians, IAU 2006 (Hilton et al., Celestial Mechanics and Dynamical
+// Astronomy 94, 2006, 351).
 [[nodiscard]] double MeanObliquity(double daysSince2000);
+
+// What a longitude counted from the mean equinox of date in VSOP87 or ELP-2000/82 lacks, in radians: both
+// carry the precession of IAU 1976, the sidereal time that of IAU 2006 (Capitaine, Wallace, Chapront,
+// Astronomy and Astrophysics 412, 2003, 567), slower by 0.3" a century. The equinoxes agree at 2000 within
+// 0.05", so that nothing is left of the correction to the FK5 that Meeus applies.
+[[nodiscard]] double PrecessionCorrection(double daysSince2000);
 
 } // namespace calculation

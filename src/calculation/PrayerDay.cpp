@@ -18,6 +18,9 @@ constexpr double kHalfDay = 0.5;
 constexpr double kHorizonDegrees = -0.8333;
 // Where a day has no sunrise or no sunset, it is that of this latitude.
 constexpr double kLatitudeOfOrdinaryDays = 45.0;
+// A noon sun lower than this has a shadow of hundreds of lengths, to which one more adds a minute or less:
+// Asr would fall on Duhr, and of two slots with one minute only the first is announced.
+constexpr double kLeastNoonDegrees = 0.2;
 // The angle whose portion of the night is the whole night.
 constexpr double kDegreesOfNight = 60.0;
 
@@ -84,7 +87,7 @@ double PrayerDay::OfSolarDay(Event event, int index)
     case Event::Fajr:
         return Fajr(index);
     case Event::Sunrise:
-        return DayOf(index).sunrise;
+        return Sunrise(index);
     case Event::Transit:
         return DayOf(index).transit;
     case Event::AsrOneLength:
@@ -92,32 +95,21 @@ double PrayerDay::OfSolarDay(Event event, int index)
     case Event::AsrTwoLengths:
         return Asr(index, 2.0);
     case Event::Sunset:
-        return DayOf(index).sunset;
+        return Sunset(index);
     case Event::Isha:
         return Isha(index);
     }
     return 0.0;
 }
 
-const PrayerDay::SolarDay& PrayerDay::DayOf(int index)
+PrayerDay::SolarDay& PrayerDay::DayOf(int index)
 {
-    SolarDay& day = m_days[static_cast<std::size_t>(index - kFirstIndex)];
-    if (!day.isKnown) {
-        day = Solve(index);
+    std::optional<SolarDay>& day = m_days[static_cast<std::size_t>(index - kFirstIndex)];
+    if (!day) {
+        const double transit = m_track.Transit(index);
+        day = SolarDay{transit, !HasSunriseAndSunset(transit), std::nullopt, std::nullopt};
     }
-    return day;
-}
-
-PrayerDay::SolarDay PrayerDay::Solve(int index) const
-{
-    SolarDay day;
-    day.isKnown = true;
-    day.transit = m_track.Transit(index);
-    day.isOfLatitude45 = !HasSunriseAndSunset(day.transit);
-    const Latitude& latitude = LatitudeOf(day);
-    day.sunrise = SunriseAt(day.transit, latitude);
-    day.sunset = SunsetAt(day.transit, latitude);
-    return day;
+    return *day;
 }
 
 const Latitude& PrayerDay::LatitudeOf(const SolarDay& day) const
@@ -132,13 +124,28 @@ bool PrayerDay::HasSunriseAndSunset(double transit) const
            m_track.LowerSine(transit + kHalfDay, m_latitude) < m_horizonSine;
 }
 
-double PrayerDay::SunriseAt(double transit, const Latitude& latitude) const
+double PrayerDay::Sunrise(int index)
 {
-    const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(transit), latitude);
-    return TimeOf({transit - kHalfDay, transit, m_horizonSine, transit - hourAngle}, m_track, latitude);
+    SolarDay& day = DayOf(index);
+    if (!day.sunrise) {
+        const Latitude& latitude = LatitudeOf(day);
+        const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(day.transit), latitude);
+        day.sunrise = TimeOf({day.transit - kHalfDay, day.transit, m_horizonSine, day.transit - hourAngle},
+                             m_track, latitude);
+    }
+    return *day.sunrise;
 }
 
-double PrayerDay::SunsetAt(double transit, const Latitude& latitude) const
+double PrayerDay::Sunset(int index)
+{
+    SolarDay& day = DayOf(index);
+    if (!day.sunset) {
+        day.sunset = SunsetAfter(day.transit, LatitudeOf(day));
+    }
+    return *day.sunset;
+}
+
+double PrayerDay::SunsetAfter(double transit, const Latitude& latitude) const
 {
     const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(transit), latitude);
     return TimeOf({transit + kHalfDay, transit, m_horizonSine, transit + hourAngle}, m_track, latitude);
@@ -149,54 +156,56 @@ double PrayerDay::SunsetAt(double transit, const Latitude& latitude) const
 // true event stands, so that the times pass without a jump from the one to the other.
 double PrayerDay::Fajr(int index)
 {
-    const SolarDay day = DayOf(index);
-    const SolarDay& before = DayOf(index - 1);
+    const SolarDay& day = DayOf(index);
+    const double midnight = day.transit - kHalfDay;
+    const double sunrise = Sunrise(index);
     // Between a day of its own latitude and one of latitude 45 there is no night to measure: twice the half
     // of it that belongs to this day.
-    const double night = before.isOfLatitude45 == day.isOfLatitude45
-                             ? day.sunrise - before.sunset
-                             : 2.0 * (day.sunrise - (day.transit - kHalfDay));
-    const double bound = day.sunrise - m_fajr.portionOfNight * night;
+    const bool isSameLatitudeBefore = DayOf(index - 1).isOfLatitude45 == day.isOfLatitude45;
+    const double night = isSameLatitudeBefore ? sunrise - Sunset(index - 1) : 2.0 * (sunrise - midnight);
+    const double bound = sunrise - m_fajr.portionOfNight * night;
+
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_fajr.sine);
-    const double midnight = day.transit - kHalfDay;
     if (m_track.LowerSine(midnight, latitude) >= sine) {
         return bound;
     }
     const double guess = day.transit - HourAngle(sine, m_track.SineOfDeclination(day.transit), latitude);
-    return std::max(bound, TimeOf({midnight, day.sunrise, sine, guess}, m_track, latitude));
+    return std::max(bound, TimeOf({midnight, sunrise, sine, guess}, m_track, latitude));
 }
 
 double PrayerDay::Isha(int index)
 {
-    const SolarDay day = DayOf(index);
-    const SolarDay& after = DayOf(index + 1);
-    const double night = after.isOfLatitude45 == day.isOfLatitude45
-                             ? after.sunrise - day.sunset
-                             : 2.0 * (day.transit + kHalfDay - day.sunset);
-    const double bound = day.sunset + m_isha.portionOfNight * night;
+    const SolarDay& day = DayOf(index);
+    const double midnight = day.transit + kHalfDay;
+    const double sunset = Sunset(index);
+    const bool isSameLatitudeAfter = DayOf(index + 1).isOfLatitude45 == day.isOfLatitude45;
+    const double night = isSameLatitudeAfter ? Sunrise(index + 1) - sunset : 2.0 * (midnight - sunset);
+    const double bound = sunset + m_isha.portionOfNight * night;
+
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_isha.sine);
-    const double midnight = day.transit + kHalfDay;
     if (m_track.LowerSine(midnight, latitude) >= sine) {
         return bound;
     }
     const double guess = day.transit + HourAngle(sine, m_track.SineOfDeclination(day.transit), latitude);
-    return std::min(bound, TimeOf({midnight, day.sunset, sine, guess}, m_track, latitude));
+    return std::min(bound, TimeOf({midnight, sunset, sine, guess}, m_track, latitude));
 }
 
 double PrayerDay::Asr(int index, double lengths)
 {
+    constexpr double kLeastNoonSine = SineCosineOfTurns(kLeastNoonDegrees / 360.0).sine;
     const SolarDay& day = DayOf(index);
     const Latitude& latitude = LatitudeOf(day);
-    if (m_track.TopocentricSine(m_track.UpperSine(day.transit, latitude)) > 0.0) {
-        return AsrAfter(day.transit, day.sunset, lengths, latitude);
+    const double sunset = Sunset(index);
+    if (m_track.TopocentricSine(m_track.UpperSine(day.transit, latitude)) > kLeastNoonSine) {
+        return AsrAfter(day.transit, sunset, lengths, latitude);
     }
-    // The noon sun shows its edge but its centre casts no shadow. The afternoon of latitude 45 would end long
+    // The noon sun shows itself but casts no shadow to measure. The afternoon of latitude 45 ends long
     // after this one, so its Asr is taken at the same part of the afternoon, which keeps it before Maghrib.
-    const double sunset45 = SunsetAt(day.transit, m_latitude45);
+    const double sunset45 = SunsetAfter(day.transit, m_latitude45);
     const double asr45 = AsrAfter(day.transit, sunset45, lengths, m_latitude45);
-    return day.transit + (asr45 - day.transit) / (sunset45 - day.transit) * (day.sunset - day.transit);
+    return day.transit + (asr45 - day.transit) / (sunset45 - day.transit) * (sunset - day.transit);
 }
 
 double PrayerDay::AsrAfter(double transit, double sunset, double lengths, const Latitude& latitude) const

@@ -6,6 +6,7 @@
 #include "calculation/SunTrack.h"
 
 #include <array>
+#include <optional>
 
 namespace calculation {
 
@@ -34,11 +35,10 @@ public:
 private:
     struct SolarDay
     {
-        bool isKnown = false;
-        bool isOfLatitude45 = false;
         double transit = 0.0;
-        double sunrise = 0.0;
-        double sunset = 0.0;
+        bool isOfLatitude45 = false;
+        std::optional<double> sunrise;
+        std::optional<double> sunset;
     };
 
     struct Twilight
@@ -50,11 +50,11 @@ private:
     static constexpr int kFirstIndex = -2;
 
     [[nodiscard]] static Twilight TwilightOf(double degrees);
-    const SolarDay& DayOf(int index);
-    [[nodiscard]] SolarDay Solve(int index) const;
+    SolarDay& DayOf(int index);
     [[nodiscard]] bool HasSunriseAndSunset(double transit) const;
-    [[nodiscard]] double SunriseAt(double transit, const Latitude& latitude) const;
-    [[nodiscard]] double SunsetAt(double transit, const Latitude& latitude) const;
+    [[nodiscard]] double Sunrise(int index);
+    [[nodiscard]] double Sunset(int index);
+    [[nodiscard]] double SunsetAfter(double transit, const Latitude& latitude) const;
     [[nodiscard]] double Fajr(int index);
     [[nodiscard]] double Isha(int index);
     [[nodiscard]] double Asr(int index, double lengths);
@@ -68,7 +68,7 @@ private:
     double m_horizonSine = 0.0;
     Twilight m_fajr;
     Twilight m_isha;
-    std::array<SolarDay, 5> m_days;
+    std::array<std::optional<SolarDay>, 5> m_days;
 };
 
 } // namespace calculation

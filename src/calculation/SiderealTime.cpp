@@ -8,10 +8,12 @@ namespace calculation {
 
 double GreenwichMeanSiderealTime(double daysSince2000)
 {
+    constexpr double kArcsecondsPerTurn = 1296000.0;
     const double centuries = daysSince2000 / 36525.0;
-    const double slow = centuries * centuries * (0.000387933 - centuries / 38710000.0) / 360.0;
+    const double slow = centuries * centuries * 1.3915817;
     // The whole days turn the earth by whole turns, which are best dropped before they cost digits.
-    return 280.46061837 / 360.0 + WithinHalfTurn(daysSince2000) + kSiderealGainPerDay * daysSince2000 + slow;
+    return 0.7790572732640 + WithinHalfTurn(daysSince2000) + kSiderealGainPerDay * daysSince2000 +
+           (0.014506 + slow) / kArcsecondsPerTurn;
 }
 
 } // namespace calculation

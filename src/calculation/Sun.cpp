@@ -15,10 +15,7 @@ namespace {
 
 constexpr double kUnit = 1e-8;
 
-// Meeus, "Astronomical Algorithms", 2nd ed., chapter 25: the sun's geometric longitude less the correction to
-// the FK5 (formula 32.3, whose other part is below 0.04").
-constexpr double kFk5Correction = -0.09033 * kRadiansPerArcsecond;
-// Constant of aberration, formula 25.10.
+// Constant of aberration (Meeus, "Astronomical Algorithms", 2nd ed., formula 25.10).
 constexpr double kAberration = 20.4898 * kRadiansPerArcsecond;
 // Parallax at the mean distance (IAU 1976).
 constexpr double kParallax = 8.794 * kRadiansPerArcsecond;
@@ -61,21 +58,22 @@ SunAround ApparentSunAround(double daysSince2000)
     const ThreeDays longitudes = EarthLongitude(daysSince2000);
     const ThreeDays latitudes = earth::kLatitude0.Evaluate(daysSince2000);
     const Nutation nutation = NutationAround(daysSince2000);
-    const double meanObliquity = MeanObliquity(daysSince2000);
+    const SineCosine meanObliquity = SineCosineOfTurns(MeanObliquity(daysSince2000) / kTurn);
 
     SunAround sun;
     sun.distance = EarthDistance(daysSince2000);
-    const double correction = kFk5Correction - kAberration / sun.distance;
+    const double correction = PrecessionCorrection(daysSince2000) - kAberration / sun.distance;
     for (std::size_t i = 0; i < sun.directions.size(); ++i) {
-        // Seen from the earth: half a turn on, and the latitude turned round.
+        // Seen from the earth: half a turn on, and the latitude turned round. The latitude, below 1.2", and
+        // the nutation, below 20", are their own sines.
         const double longitude = longitudes[i] + correction + nutation.inLongitude[i];
         const double latitude = -kUnit * latitudes[i];
         const SineCosine ecliptic = SineCosineOfTurns(longitude / kTurn + 0.5);
-        const SineCosine obliquity = SineCosineOfTurns((meanObliquity + nutation.inObliquity[i]) / kTurn);
-        // The latitude, below 1.2", is its own sine.
-        sun.directions[i] = {ecliptic.cosine, ecliptic.sine * obliquity.cosine - latitude * obliquity.sine,
-                             ecliptic.sine * obliquity.sine + latitude * obliquity.cosine};
-        sun.equationOfEquinoxes[i] = nutation.inLongitude[i] * obliquity.cosine;
+        const double sineOfObliquity = meanObliquity.sine + nutation.inObliquity[i] * meanObliquity.cosine;
+        const double cosineOfObliquity = meanObliquity.cosine - nutation.inObliquity[i] * meanObliquity.sine;
+        sun.directions[i] = {ecliptic.cosine, ecliptic.sine * cosineOfObliquity - latitude * sineOfObliquity,
+                             ecliptic.sine * sineOfObliquity + latitude * cosineOfObliquity};
+        sun.equationOfEquinoxes[i] = nutation.inLongitude[i] * cosineOfObliquity;
     }
     return sun;
 }

@@ -7,7 +7,6 @@
 #include "calculation/SiderealTime.h"
 #include "calculation/Sun.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
@@ -17,11 +16,6 @@ namespace calculation {
 namespace {
 
 constexpr double kSecondsPerDay = 86400.0;
-
-double DistanceFromDate(double time)
-{
-    return std::abs(time) - 0.5;
-}
 
 } // namespace
 
@@ -55,9 +49,14 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
     m_y = Parabola::Through(y[0], y[1], y[2]);
     m_z = Parabola::Through(sun.directions[0].z, noon.z, sun.directions[2].z);
 
-    const double first = TransitNear(-m_hourAngleAtNoon);
-    const double other = TransitNear(first < 0.0 ? first + 1.0 : first - 1.0);
-    m_ownTransit = DistanceFromDate(other) < DistanceFromDate(first) ? other : first;
+    m_ownTransit = TransitNear(-m_hourAngleAtNoon);
+    // At the edge of the date the passage a day off may be nearer to noon: solar days differ from 24 hours by
+    // up to half a minute, and this one was sought with the hour angle of noon.
+    constexpr double kNearEdge = 0.49;
+    if (std::abs(m_ownTransit) > kNearEdge) {
+        const double other = TransitNear(m_ownTransit < 0.0 ? m_ownTransit + 1.0 : m_ownTransit - 1.0);
+        m_ownTransit = std::abs(other) < std::abs(m_ownTransit) ? other : m_ownTransit;
+    }
 }
 
 // The frame turns once a day, so that its x axis is in the meridian a whole number of days from now; the sun
@@ -83,13 +82,14 @@ SunTrack::Sample SunTrack::Altitude(double time, const Latitude& latitude) const
     const SineCosine hourAngle = SineCosineOfTurns(time + m_hourAngleAtNoon);
     const double x = m_x.At(time);
     const double y = m_y.At(time);
+    const double turning = latitude.Cosine() * (x * hourAngle.cosine + y * hourAngle.sine);
     Sample sample;
-    sample.sine =
-        latitude.Sine() * m_z.At(time) + latitude.Cosine() * (x * hourAngle.cosine + y * hourAngle.sine);
+    sample.sine = latitude.Sine() * m_z.At(time) + turning;
     sample.rate =
         latitude.Sine() * m_z.RateAt(time) +
         latitude.Cosine() * (m_x.RateAt(time) * hourAngle.cosine + m_y.RateAt(time) * hourAngle.sine +
                              kTurn * (y * hourAngle.cosine - x * hourAngle.sine));
+    sample.curvature = -kTurn * kTurn * turning;
     return sample;
 }
 

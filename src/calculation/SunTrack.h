@@ -16,7 +16,7 @@ class SunTrack final
 {
 public:
     SunTrack() = default;
-    // utcNoon: the date's local noon in days of UT from 2000 January 1, 12h. longitudeTurns: east positive.
+    // utNoon: the date's local noon in days of UT from 2000 January 1, 12h. longitudeTurns: east positive.
     SunTrack(double utNoon, double longitudeTurns);
 
     // The time of the meridian passage that belongs to the date: the one within it; of two, the one nearer
@@ -25,15 +25,15 @@ public:
 
     struct Sample
     {
-        double sine = 0.0; // of the altitude
-        double rate = 0.0; // of that sine, per day
+        double sine = 0.0;      // of the altitude
+        double rate = 0.0;      // of that sine, per day
+        double curvature = 0.0; // of that sine, per day squared, as far as it comes from the earth's turning
     };
     // Geocentric altitude of the sun's centre.
     [[nodiscard]] Sample Altitude(double time, const Latitude& latitude) const;
     // The same at a meridian passage, upper or lower, whose time is known.
     [[nodiscard]] double UpperSine(double transit, const Latitude& latitude) const;
     [[nodiscard]] double LowerSine(double transit, const Latitude& latitude) const;
-    // Sine and cosine of the declination.
     [[nodiscard]] double SineOfDeclination(double time) const { return m_z.At(time); }
 
     // Radians.

@@ -15,7 +15,7 @@ HoverArea::HoverArea(QWidget* widget, std::function<void()> handler)
 
 bool HoverArea::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::MouseMove) {
+    if (event->type() == QEvent::MouseMove && static_cast<QWidget*>(watched)->isEnabled()) {
         m_handler();
     }
     return QObject::eventFilter(watched, event);

@@ -8,7 +8,8 @@
 
 class QWidget;
 
-/// Calls a handler whenever the mouse moves over a widget itself, not over its children.
+/// Calls a handler whenever the mouse moves over an enabled widget itself, or over a disabled link on it, but
+/// not over its other children.
 class HoverArea final : public QObject
 {
     Q_OBJECT

@@ -45,8 +45,10 @@ QAccessibleInterface* CreateLinkInterface(const QString& /*className*/, QObject*
 } // namespace
 
 LinkLabel::LinkLabel(const QString& caption, QWidget* parent)
-    : QLabel(caption, parent)
+    : QLabel(parent)
 {
+    // The first text makes the screen reader ask what this is, which inside the base class would be a label.
+    setText(caption);
     setTextFormat(Qt::PlainText);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);
@@ -59,7 +61,7 @@ void LinkLabel::ApplyColour()
     // Dark enough to read on a light window, light enough to tell from it when greyed.
     colours.setColor(QPalette::Active, QPalette::WindowText, QColor(0x00, 0x3c, 0xb4));
     colours.setColor(QPalette::Inactive, QPalette::WindowText, QColor(0x00, 0x3c, 0xb4));
-    colours.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x80, 0x80, 0x80));
+    colours.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x62, 0x62, 0x68));
     setPalette(colours);
 }
 

@@ -4,18 +4,29 @@
 
 #include "support/RuntimeError.h"
 
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyleOption>
+#include <QStyleOptionButton>
+#include <QWheelEvent>
+
+namespace {
+
+constexpr int kRepeatDelay = 400;   // milliseconds before a held arrow repeats
+constexpr int kRepeatInterval = 60; // milliseconds between two repeats
+
+} // namespace
+
 SpinBar::SpinBar(int lowest, int highest, int value, QWidget* parent)
-    : QScrollBar(Qt::Vertical, parent)
+    : QAbstractSlider(parent)
 {
+    setOrientation(Qt::Vertical);
     setRange(lowest, highest);
     setSingleStep(1);
     setPageStep(1);
     setFocusPolicy(Qt::StrongFocus);
-    // A vertical scroll bar counts downwards; here the high end is up.
-    setInvertedAppearance(true);
-    setInvertedControls(true);
     setValue(value);
-    connect(this, &QScrollBar::valueChanged, this, [this] {
+    connect(this, &QAbstractSlider::valueChanged, this, [this] {
         if (m_change) {
             m_change();
         }
@@ -28,4 +39,108 @@ void SpinBar::SetValue(int value)
         throw RuntimeError(ErrorNumber::kInvalidPropertyValue, QStringLiteral("Invalid property value"));
     }
     setValue(value);
+}
+
+QSize SpinBar::sizeHint() const
+{
+    return {17, 22};
+}
+
+QRect SpinBar::ArrowRect(SliderAction action) const
+{
+    const int half = height() / 2;
+    return action == SliderSingleStepAdd ? QRect(0, 0, width(), half)
+                                         : QRect(0, half, width(), height() - half);
+}
+
+void SpinBar::DrawArrow(QPainter& painter, SliderAction action) const
+{
+    QStyleOptionButton button;
+    button.initFrom(this);
+    button.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
+    button.state |= m_pressed == action ? QStyle::State_Sunken : QStyle::State_Raised;
+    button.rect = ArrowRect(action);
+    style()->drawPrimitive(QStyle::PE_PanelButtonBevel, &button, &painter, this);
+
+    // The style's own arrows are made for taller buttons.
+    const QPoint centre = button.rect.center();
+    const int direction = action == SliderSingleStepAdd ? 1 : -1;
+    const QColor colour = palette().color(QPalette::ButtonText);
+    for (int row = 0; row < 3; ++row) {
+        const int y = centre.y() + direction * (row - 1);
+        painter.fillRect(centre.x() - row, y, 2 * row + 1, 1, colour);
+    }
+}
+
+void SpinBar::paintEvent(QPaintEvent* /*event*/)
+{
+    QPainter painter(this);
+    DrawArrow(painter, SliderSingleStepAdd);
+    DrawArrow(painter, SliderSingleStepSub);
+    if (hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = rect().adjusted(1, 1, -1, -1);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    }
+}
+
+void SpinBar::Press(SliderAction action)
+{
+    m_pressed = action;
+    update();
+    setRepeatAction(action, kRepeatDelay, kRepeatInterval);
+    triggerAction(action);
+}
+
+void SpinBar::LetGo()
+{
+    m_pressed = SliderNoAction;
+    setRepeatAction(SliderNoAction);
+    update();
+}
+
+void SpinBar::mousePressEvent(QMouseEvent* event)
+{
+    event->accept();
+    if (event->button() == Qt::LeftButton) {
+        const QPoint place = event->position().toPoint();
+        Press(ArrowRect(SliderSingleStepAdd).contains(place) ? SliderSingleStepAdd : SliderSingleStepSub);
+    }
+}
+
+void SpinBar::mouseMoveEvent(QMouseEvent* event)
+{
+    event->accept();
+    if (m_pressed != SliderNoAction && !ArrowRect(m_pressed).contains(event->position().toPoint())) {
+        LetGo();
+    }
+}
+
+void SpinBar::mouseReleaseEvent(QMouseEvent* event)
+{
+    event->accept();
+    if (event->button() == Qt::LeftButton) {
+        LetGo();
+    }
+}
+
+void SpinBar::wheelEvent(QWheelEvent* event)
+{
+    // Each change is stored at once; a wheel that merely passes over the bar must not store anything.
+    event->ignore();
+}
+
+void SpinBar::changeEvent(QEvent* event)
+{
+    QAbstractSlider::changeEvent(event);
+    if (event->type() == QEvent::EnabledChange) {
+        LetGo();
+    }
+}
+
+void SpinBar::hideEvent(QHideEvent* event)
+{
+    LetGo();
+    QAbstractSlider::hideEvent(event);
 }

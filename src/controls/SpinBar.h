@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QScrollBar>
+#include <QAbstractSlider>
 
 #include <functional>
 
-/// A small vertical bar with two arrows: the top one raises the value by a step, the bottom one lowers it.
+/// A small vertical bar of two arrows: the top one raises the value by a step, the bottom one lowers it, and
+/// so do the arrow keys; an arrow that is held repeats. The mouse wheel does nothing.
 /// Raises Change inside the setter when the value really changes.
-class SpinBar final : public QScrollBar
+class SpinBar final : public QAbstractSlider
 {
     Q_OBJECT
 
@@ -22,6 +23,23 @@ public:
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
 
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
+    [[nodiscard]] QRect ArrowRect(SliderAction action) const;
+    void DrawArrow(QPainter& painter, SliderAction action) const;
+    void Press(SliderAction action);
+    void LetGo();
+
     std::function<void()> m_change;
+    SliderAction m_pressed = SliderNoAction;
 };

@@ -7,6 +7,11 @@
 #include "support/RuntimeError.h"
 
 #include <QCloseEvent>
+#include <QDeadlineTimer>
+#include <QGuiApplication>
+#include <QScopeGuard>
+#include <QScreen>
+#include <QWindow>
 
 Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
     : QWidget(nullptr, flags)
@@ -20,10 +25,47 @@ const Platform& Form::Outside() const
     return m_forms.Outside();
 }
 
+void Form::CentreOver(const QWidget* window)
+{
+    const QScreen* const screen = window == nullptr ? QGuiApplication::primaryScreen() : window->screen();
+    if (screen == nullptr) {
+        return;
+    }
+    const QRect around = screen->availableGeometry();
+    QRect place(QPoint(), size());
+    place.moveCenter(window == nullptr ? around.center() : window->frameGeometry().center());
+    place.moveRight(qMin(place.right(), around.right()));
+    place.moveBottom(qMin(place.bottom(), around.bottom()));
+    place.moveLeft(qMax(place.left(), around.left()));
+    place.moveTop(qMax(place.top(), around.top()));
+    move(place.topLeft());
+}
+
 void Form::Show()
 {
     m_wasShown = true;
+    const bool wasUp = isVisible();
     show();
+    // Where a new window appears is the desktop's affair. One that is asked for again is to be seen.
+    if (wasUp) {
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+        raise();
+        activateWindow();
+    }
+}
+
+void Form::PaintNow()
+{
+    KeepWhile([this] {
+        constexpr int kLongestWait = 500;
+        const QDeadlineTimer deadline(kLongestWait);
+        while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
+            QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
+                                           20);
+        }
+        repaint();
+        QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    });
 }
 
 void Form::Unload()
@@ -36,8 +78,10 @@ void Form::SetFocus()
     if (!isVisible() || !isEnabled()) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("The window can't take the focus"));
     }
-    raise();
-    activateWindow();
+    if (!isMinimized()) {
+        raise();
+        activateWindow();
+    }
 }
 
 void Form::SetHandPointer()
@@ -52,10 +96,17 @@ void Form::SetDefaultPointer()
 
 void Form::Handle(const std::function<void()>& handler)
 {
+    KeepWhile([&] { RunGuarded(Outside(), handler); });
+}
+
+void Form::KeepWhile(const std::function<void()>& work)
+{
     ++m_handling;
-    RunGuarded(Outside(), handler);
-    --m_handling;
-    m_forms.DisposeOfUnloaded();
+    const auto leave = qScopeGuard([this] {
+        --m_handling;
+        m_forms.DisposeOfUnloaded();
+    });
+    work();
 }
 
 bool Form::event(QEvent* event)

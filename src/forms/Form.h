@@ -23,13 +23,17 @@ public:
     /// unloaded.
     [[nodiscard]] bool WasShown() const { return m_wasShown; }
 
-    /// Shows the window without waiting for it.
+    /// Shows the window without waiting for it; one that is up already comes to the front.
     void Show();
     /// Paints the window now.
     void Refresh() { repaint(); }
+    /// Returns when the window is really on the screen and painted, or after half a second if no screen shows
+    /// it. Serves events meanwhile, but none of the user's.
+    void PaintNow();
     void Unload();
-    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled.
-    void SetFocus();
+    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled. A minimised window keeps
+    /// its place on the taskbar.
+    virtual void SetFocus();
 
     /// The hand over links, and the default pointer behind them.
     void SetHandPointer();
@@ -39,6 +43,11 @@ public:
     /// unloads the window, and what the handler lets through is shown and ends the program.
     void Handle(const std::function<void()>& handler);
     [[nodiscard]] bool IsHandling() const { return m_handling > 0; }
+    /// Keeps the window in memory while @p work runs, even if the window is unloaded meanwhile. What @p work
+    /// throws goes on to the caller.
+    void KeepWhile(const std::function<void()>& work);
+
+    [[nodiscard]] const Platform& Outside() const;
 
 protected:
     /// The window has been created and is about to be used. May unload it again.
@@ -49,7 +58,9 @@ protected:
     virtual void OnGotFocus() {}
 
     [[nodiscard]] Forms& Siblings() const { return m_forms; }
-    [[nodiscard]] const Platform& Outside() const;
+    /// Stands the window over the middle of @p window, or of the screen if there is none, wholly on the
+    /// screen if it fits. The window must have its size.
+    void CentreOver(const QWidget* window);
 
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -28,7 +28,13 @@ Form& Forms::Touch(const QString& name)
     }
     Form& form = *(m_loaded[name] = m_factories.at(name)());
     form.m_loaded = true;
-    form.OnLoad();
+    try {
+        form.KeepWhile([&form] { form.OnLoad(); });
+    } catch (...) {
+        // A window that is half loaded must not be taken for the window by the next touch.
+        Drop(form);
+        throw;
+    }
     if (!form.IsLoaded()) {
         throw RuntimeError(ErrorNumber::kFormUnloaded, QStringLiteral("The window has been unloaded"));
     }
@@ -48,14 +54,30 @@ void Forms::Unload(const QString& name)
         return;
     }
     form->m_loaded = false;
-    form->OnUnload();
-    form->hide();
-    m_unloaded.push_back(std::move(m_loaded.at(name)));
-    m_loaded.erase(name);
-    DisposeOfUnloaded();
+    try {
+        form->OnUnload();
+    } catch (...) {
+        // The window stays what it was, so that it can be closed again.
+        form->m_loaded = true;
+        throw;
+    }
+    Drop(*form);
     if (!KeepsProcess() && m_lastUnloaded) {
         m_lastUnloaded();
     }
+}
+
+void Forms::Drop(Form& form)
+{
+    const auto found = m_loaded.find(form.Name());
+    if (found == m_loaded.end() || found->second.get() != &form) {
+        return;
+    }
+    form.m_loaded = false;
+    form.hide();
+    m_unloaded.push_back(std::move(found->second));
+    m_loaded.erase(found);
+    DisposeOfUnloaded();
 }
 
 MainForm& Forms::Main()

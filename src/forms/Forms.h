@@ -52,6 +52,8 @@ public:
     void DisposeOfUnloaded();
 
 private:
+    /// Takes the window out of the loaded ones, without a word to it.
+    void Drop(Form& form);
     [[nodiscard]] bool IsMain(const Form& form) const;
     [[nodiscard]] bool KeepsProcess() const;
     void Dispose();

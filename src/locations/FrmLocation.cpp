@@ -2,7 +2,260 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/FrmLocation.h"
 
-FrmLocation::FrmLocation(Forms& forms, const DomDocuments& /*documents*/)
-    : Form(forms, kName, Qt::Window)
+#include "controls/HoverArea.h"
+#include "controls/LinkLabel.h"
+#include "controls/ListBox.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "locations/Children.h"
+#include "locations/ReturnToMain.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "support/RuntimeError.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <array>
+#include <functional>
+
+namespace {
+
+const QString kLocations = QStringLiteral("//root//locations");
+const QString kCurrent = QStringLiteral("Current");
+const QString kListProblem = QStringLiteral("There was a problem retrieving list of locations.");
+const QString kFrmMain = QStringLiteral("FrmMain");
+const QString kFrmNewLoc = QStringLiteral("FrmNewLoc");
+const QString kFrmWait = QStringLiteral("FrmWait");
+
+QString ListAt(const QStringList& list, int row)
 {
+    return row >= 0 && row < list.size() ? list.at(row) : QString();
+}
+
+} // namespace
+
+FrmLocation::FrmLocation(Forms& forms, const DomDocuments& documents)
+    : Form(forms, kName, Qt::Window)
+    , m_documents(documents)
+{
+    setWindowTitle(QStringLiteral("Dusk Beacon: Location"));
+    BuildControls();
+    ConnectControls();
+    CentreOver(forms.Loaded(kFrmMain));
+}
+
+void FrmLocation::BuildControls()
+{
+    constexpr int kMargin = 12;
+    const auto named = [](auto* control, const char* name) {
+        control->setObjectName(QLatin1String(name));
+        return control;
+    };
+    const auto label = [&](const char* name, const QString& text) {
+        auto* const control = named(new QLabel(text, this), name);
+        control->setTextFormat(Qt::PlainText);
+        return control;
+    };
+    auto* const label7 = label("Label7", QStringLiteral("1. Select Loaction:"));
+    LstLocations = named(new ListBox(this), "LstLocations");
+    LstLocations->setAccessibleName(QStringLiteral("Locations"));
+    auto* const label8 = label("Label8", QStringLiteral("2. Select an action to take:"));
+    CmdSet = named(new QPushButton(QStringLiteral("Set Current"), this), "CmdSet");
+    CmdDel = named(new QPushButton(QStringLiteral("Delete"), this), "CmdDel");
+    LblNewLocLink = named(new LinkLabel(QStringLiteral("Get New Location"), this), "LblNewLocLink");
+
+    auto* const grid = new QGridLayout(this);
+    grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+    grid->setSpacing(kMargin / 2);
+    grid->addWidget(label7, 0, 0, 1, 4);
+    grid->addWidget(LstLocations, 1, 0, 1, 4);
+    grid->setRowMinimumHeight(2, kMargin / 2);
+    grid->addWidget(label8, 3, 0, 1, 4);
+    grid->addWidget(CmdSet, 4, 0);
+    grid->addWidget(CmdDel, 4, 1);
+    grid->addWidget(LblNewLocLink, 4, 3);
+    grid->setColumnStretch(2, 1);
+    grid->setRowStretch(1, 1);
+    constexpr QSize kSize(380, 400);
+    setMinimumSize(kSize * 3 / 4);
+    resize(kSize);
+}
+
+void FrmLocation::ConnectControls()
+{
+    LstLocations->OnDoubleClick([this] { Act(&FrmLocation::SetCurrent); });
+    connect(CmdSet, &QPushButton::clicked, this, [this] { Act(&FrmLocation::SetCurrent); });
+    connect(CmdDel, &QPushButton::clicked, this, [this] { Act(&FrmLocation::Delete); });
+    LblNewLocLink->OnClick([this] { Handle([this] { OpenNewLocation(); }); });
+    LblNewLocLink->OnMouseMove([this] { SetHandPointer(); });
+    new HoverArea(this, [this] { SetDefaultPointer(); });
+}
+
+void FrmLocation::OnLoad()
+{
+    try {
+        RefreshList();
+    } catch (const RuntimeError&) {
+        FailAndUnload(QStringLiteral("There was a problem encountered while loading this form."));
+    }
+}
+
+void FrmLocation::OnUnload()
+{
+    MainForm& main = Siblings().Main();
+    // The main window shows what it holds: after a deletion that is still the place that was deleted.
+    main.PopLocation();
+    main.PopPrayerFrame();
+    ReturnToMain(main);
+}
+
+void FrmLocation::FailAndUnload(const QString& message)
+{
+    Outside().boxes.Show(message);
+    Unload();
+}
+
+void FrmLocation::Act(void (FrmLocation::*action)())
+{
+    Handle([this, action] {
+        try {
+            (this->*action)();
+        } catch (const RuntimeError&) {
+            FailAndUnload(kListProblem);
+        }
+    });
+}
+
+void FrmLocation::RefreshList()
+{
+    KeepWhile([this] {
+        try {
+            ReadPlaces();
+        } catch (const RuntimeError&) {
+            FailAndUnload(kListProblem);
+        }
+    });
+}
+
+void FrmLocation::ReadPlaces()
+{
+    SimpleXML settings(m_documents);
+    if (!settings.Load(kSettingsFile)) {
+        FailAndUnload(kListProblem);
+        return;
+    }
+    LstLocations->clear();
+    LstLocHidden.clear();
+    const QString current = settings.GetAttribute(kCurrent, kLocations);
+    const QString here = QStringLiteral("current");
+    QStringList lines;
+    WalkChildren(settings, kLocations, [&](const SimpleXML& location) {
+        lines << location.GetAttribute(QStringLiteral("city"), here) + QStringLiteral(", ") +
+                     location.GetAttribute(QStringLiteral("state"), here);
+        LstLocHidden << location.ElementName();
+        return true;
+    });
+    LstLocations->addItems(lines);
+    // A Current that names no place leaves no row selected.
+    LstLocations->SetListIndex(static_cast<int>(LstLocHidden.lastIndexOf(current)));
+}
+
+void FrmLocation::SetCurrent()
+{
+    QString key = ListAt(LstLocHidden, LstLocations->ListIndex());
+    SimpleXML settings(m_documents);
+    settings.Load(kSettingsFile);
+    const QString before = settings.GetAttribute(kCurrent, kLocations);
+    for (;;) {
+        settings.AddAttributeByName(kCurrent, key, kLocations);
+        settings.Save(kSettingsFile);
+        if (Siblings().Main().UpdateEverything() != 0) {
+            Unload();
+            return;
+        }
+        // Without a main window nothing could ever succeed; the program is about to end.
+        if (Siblings().Loaded(kFrmMain) == nullptr) {
+            Unload();
+            return;
+        }
+        // No count: on a file on which the old place fails too, the message comes for as long as it is
+        // answered. The place is tried live, and nothing else may be left as the current one.
+        Outside().boxes.Show(
+            QStringLiteral("Can not load setting for this area, location will not be changed."));
+        if (!IsLoaded()) {
+            return;
+        }
+        key = before;
+    }
+}
+
+void FrmLocation::Delete()
+{
+    const int row = LstLocations->ListIndex();
+    // The question comes first, also when the answer can only be that the last place stays.
+    if (!Outside().boxes.Ask(QStringLiteral("Are you sure you want to remove: ") + LstLocations->List(row)) ||
+        !IsLoaded()) {
+        return;
+    }
+    const QString key = ListAt(LstLocHidden, row);
+    if (LstLocHidden.size() == 1) {
+        Outside().boxes.Show(QStringLiteral("Can not remove last location from list."));
+        return;
+    }
+    SimpleXML settings(m_documents);
+    if (!settings.Load(kSettingsFile)) {
+        Outside().boxes.Show(QStringLiteral("Could not change default location."));
+        return;
+    }
+    settings.RemoveElement(true, kLocations + QStringLiteral("//") + key);
+    if (settings.GetAttribute(kCurrent, kLocations) == key) {
+        const QString first = settings.xmldoc->SelectSingleNode(kLocations).Child(0).NodeName();
+        settings.AddAttributeByName(kCurrent, first, kLocations);
+    }
+    // The main window goes on with the deleted place until something else makes it read the file.
+    settings.Save(kSettingsFile);
+    RefreshList();
+}
+
+void FrmLocation::OpenNewLocation()
+{
+    MainForm& main = Siblings().Main();
+    const std::array<std::function<void()>, 7> steps{
+        [this] { setEnabled(false); },
+        [this] { Siblings().Touch(kFrmWait).Show(); },
+        [this, &main] {
+            main.ActiveForm = kFrmWait;
+            Siblings().Touch(kFrmWait).PaintNow();
+        },
+        // Its Load makes a request, and may unload it again.
+        [this] { Siblings().Touch(kFrmNewLoc).Show(); },
+        [&main] { main.ActiveForm = kFrmNewLoc; },
+        [this] { Siblings().Unload(kFrmWait); },
+        [this] { LblNewLocLink->setEnabled(true); },
+    };
+    constexpr std::size_t kUnloadWait = 5;
+
+    LblNewLocLink->setEnabled(false);
+    for (std::size_t step = 0; step < steps.size();) {
+        if (!IsLoaded()) {
+            // Gone while something was waited for: nothing may stand in front of nothing.
+            Siblings().Unload(kFrmNewLoc);
+            Siblings().Unload(kFrmWait);
+            return;
+        }
+        try {
+            steps.at(step)();
+            ++step;
+        } catch (const RuntimeError& error) {
+            if (error.Number() == ErrorNumber::kFormUnloaded) {
+                step = kUnloadWait;
+                continue;
+            }
+            // In spite of its words the program goes on: the step that failed is tried again.
+            Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
+                                 QStringLiteral("Error - 7"));
+        }
+    }
 }

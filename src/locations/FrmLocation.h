@@ -4,9 +4,15 @@
 
 #include "forms/Form.h"
 
-class DomDocuments;
+#include <QStringList>
 
-/// The list of places.
+class DomDocuments;
+class LinkLabel;
+class ListBox;
+class QPushButton;
+
+/// The list of places: makes one current, deletes one, leads to the search for a new one. While it is open
+/// the main window is disabled.
 class FrmLocation final : public Form
 {
     Q_OBJECT
@@ -15,4 +21,33 @@ public:
     static constexpr QLatin1String kName{"FrmLocation"};
 
     FrmLocation(Forms& forms, const DomDocuments& documents);
+
+    /// Fills the list anew from settings.xml. After a failure it says so and unloads the window.
+    void RefreshList();
+
+protected:
+    void OnLoad() override;
+    void OnUnload() override;
+    // There is no repaint on paint: a whole window is painted anyway, and painting from there would never
+    // end.
+    void OnGotFocus() override { Refresh(); }
+
+private:
+    void BuildControls();
+    void ConnectControls();
+    void ReadPlaces();
+    void SetCurrent();
+    void Delete();
+    void OpenNewLocation();
+    void FailAndUnload(const QString& message);
+    /// Runs an action of the user; its one catch-all.
+    void Act(void (FrmLocation::*action)());
+
+    const DomDocuments& m_documents;
+    ListBox* LstLocations = nullptr;
+    /// Element names of the places, row by row of LstLocations.
+    QStringList LstLocHidden;
+    QPushButton* CmdSet = nullptr;
+    QPushButton* CmdDel = nullptr;
+    LinkLabel* LblNewLocLink = nullptr;
 };

@@ -47,7 +47,7 @@ bool DomDocument::Parse(const QByteArray& bytes)
         return false;
     }
     const auto length = static_cast<std::size_t>(utf8->size());
-    constexpr unsigned int kOptions = pugi::parse_default | pugi::parse_comments;
+    constexpr unsigned int kOptions = pugi::parse_default | pugi::parse_comments | pugi::parse_pi;
     if (!m_document->load_buffer(utf8->constData(), length, kOptions, pugi::encoding_utf8)) {
         m_document->reset();
         return false;

@@ -21,6 +21,14 @@ void CollectText(pugi::xml_node node, QString& text)
     }
 }
 
+// Texts and comments have neither attributes nor children, and a document has one element.
+void RequireElement(pugi::xml_node node)
+{
+    if (node.type() != pugi::node_element) {
+        throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("Only an element can hold that"));
+    }
+}
+
 void RequireName(const QString& name)
 {
     if (!IsXmlName(name)) {
@@ -71,14 +79,23 @@ std::optional<QString> DomNode::NodeValue() const
 
 QString DomNode::Text() const
 {
+    const pugi::xml_node node(Node());
+    if (node.type() == pugi::node_comment || node.type() == pugi::node_pi) {
+        return QString::fromUtf8(node.value());
+    }
     QString text;
-    CollectText(pugi::xml_node(Node()), text);
+    CollectText(node, text);
     return text;
 }
 
 void DomNode::SetText(const QString& text) const
 {
     pugi::xml_node node(Node());
+    if (node.type() != pugi::node_element && node.type() != pugi::node_document) {
+        node.set_value(text.toUtf8().constData());
+        return;
+    }
+    RequireElement(node);
     node.remove_children();
     if (!text.isEmpty()) {
         node.append_child(pugi::node_pcdata).set_value(text.toUtf8().constData());
@@ -129,6 +146,7 @@ QString DomNode::Attribute(const QString& name) const
 void DomNode::SetAttribute(const QString& name, const QString& value) const
 {
     pugi::xml_node node(Node());
+    RequireElement(node);
     RequireName(name);
     const QByteArray utf8Name = name.toUtf8();
     pugi::xml_attribute attribute = node.attribute(utf8Name.constData());
@@ -140,12 +158,15 @@ void DomNode::SetAttribute(const QString& name, const QString& value) const
 
 void DomNode::RemoveAttribute(const QString& name) const
 {
-    pugi::xml_node(Node()).remove_attribute(name.toUtf8().constData());
+    pugi::xml_node node(Node());
+    RequireElement(node);
+    node.remove_attribute(name.toUtf8().constData());
 }
 
 DomNode DomNode::AppendElement(const QString& name) const
 {
     pugi::xml_node node(Node());
+    RequireElement(node);
     RequireName(name);
     return DomNode(node.append_child(name.toUtf8().constData()).internal_object());
 }
@@ -154,6 +175,7 @@ DomNode DomNode::AppendChild(DomNode node) const
 {
     pugi::xml_node parent(Node());
     pugi::xml_node child(node.Node());
+    RequireElement(parent);
     if (parent.root() == child.root()) {
         const pugi::xml_node moved = parent.append_move(child);
         if (!moved) {

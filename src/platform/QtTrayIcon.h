@@ -4,11 +4,35 @@
 
 #include "platform/TrayIcon.h"
 
-/// The tray icon of Qt, for both protocols in use.
-class QtTrayIcon final : public TrayIcon
+#include <QObject>
+#include <QPointer>
+
+#include <memory>
+
+class QMenu;
+class QSystemTrayIcon;
+
+/// The tray icon of Qt, for both protocols in use: StatusNotifier over D-Bus, where the host draws the
+/// exported menu, and the older one that embeds a window of ours into the host's.
+class QtTrayIcon final : public QObject, public TrayIcon
 {
+    Q_OBJECT
+
 public:
+    QtTrayIcon();
+    ~QtTrayIcon() override;
+
     void Add(const QIcon& icon, const QString& tip, QMenu& menu) override;
     void Remove() override;
     [[nodiscard]] bool IsShown() const override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void PopUpMenu(const QPoint& position);
+
+    std::unique_ptr<QSystemTrayIcon> m_icon;
+    QPointer<QMenu> m_menu;
+    /// Qt chooses the protocol once in a process and keeps to it.
+    bool m_usesStatusNotifier = false;
 };

@@ -4,7 +4,6 @@
 
 #include <QXmlStreamReader>
 
-#include <unicode/uchar.h>
 #include <unicode/ucnv.h>
 
 #include <memory>
@@ -65,17 +64,30 @@ struct ConverterCloser
     void operator()(UConverter* converter) const { ucnv_close(converter); }
 };
 
-bool IsNameStart(char32_t c)
+// Where the markup that starts at @p at ends: behind @p end, or nowhere.
+qsizetype Behind(const QByteArray& text, qsizetype at, const char* end)
 {
-    return c == U'_' || u_isalpha(static_cast<UChar32>(c)) != 0 ||
-           u_charType(static_cast<UChar32>(c)) == U_LETTER_NUMBER;
+    const qsizetype found = text.indexOf(end, at);
+    return found < 0 ? text.size() : found + static_cast<qsizetype>(qstrlen(end));
 }
 
-bool IsNameCharacter(char32_t c)
+// Goes over a start tag that begins at @p at and counts its attributes.
+qsizetype BehindTag(const QByteArray& text, qsizetype at, int& attributes)
 {
-    return IsNameStart(c) || c == U'-' || c == U'.' || c == U'\u00B7' ||
-           u_isdigit(static_cast<UChar32>(c)) != 0 ||
-           (U_GET_GC_MASK(static_cast<UChar32>(c)) & (U_GC_MN_MASK | U_GC_MC_MASK | U_GC_ME_MASK)) != 0;
+    char quote = '\0';
+    for (; at < text.size(); ++at) {
+        const char c = text[at];
+        if (quote != '\0') {
+            quote = c == quote ? '\0' : quote;
+        } else if (c == '"' || c == '\'') {
+            quote = c;
+        } else if (c == '=') {
+            ++attributes;
+        } else if (c == '>') {
+            return at + 1;
+        }
+    }
+    return at;
 }
 
 } // namespace
@@ -109,8 +121,38 @@ std::optional<QByteArray> DecodeXml(const QByteArray& bytes)
     return text.toUtf8();
 }
 
+bool HasModestMarkup(const QByteArray& utf8)
+{
+    constexpr int kMostElements = 65'536;
+    constexpr int kMostAttributes = 256;
+    int elements = 0;
+    for (qsizetype at = utf8.indexOf('<'); at >= 0; at = utf8.indexOf('<', at)) {
+        const QByteArrayView rest = QByteArrayView(utf8).sliced(at);
+        if (rest.startsWith("<!--")) {
+            at = Behind(utf8, at, "-->");
+        } else if (rest.startsWith("<![CDATA[")) {
+            at = Behind(utf8, at, "]]>");
+        } else if (rest.startsWith("<?")) {
+            at = Behind(utf8, at, "?>");
+        } else if (rest.startsWith("</") || rest.startsWith("<!")) {
+            at = Behind(utf8, at, ">");
+        } else {
+            int attributes = 0;
+            at = BehindTag(utf8, at + 1, attributes);
+            if (++elements > kMostElements || attributes > kMostAttributes) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 bool IsWellFormedXml(const QByteArray& utf8, int deepest)
 {
+    // The reader compares each attribute of a tag with every other one.
+    if (!HasModestMarkup(utf8)) {
+        return false;
+    }
     // Given text, the reader leaves the encoding declaration alone; it has been obeyed already.
     QXmlStreamReader reader(QString::fromUtf8(utf8));
     int depth = 0;
@@ -124,6 +166,15 @@ bool IsWellFormedXml(const QByteArray& utf8, int deepest)
         case QXmlStreamReader::EndElement:
             --depth;
             break;
+        case QXmlStreamReader::DTD:
+            // Entities and default attributes, declared inside or elsewhere: nothing here resolves them, and
+            // they are what bombs are made of.
+            if (reader.text().contains(u'[') || !reader.dtdSystemId().isEmpty()) {
+                return false;
+            }
+            break;
+        case QXmlStreamReader::EntityReference:
+            return false;
         default:
             break;
         }
@@ -133,14 +184,8 @@ bool IsWellFormedXml(const QByteArray& utf8, int deepest)
 
 bool IsXmlName(const QString& name)
 {
-    const QList<uint> points = name.toUcs4();
-    if (points.isEmpty() || !IsNameStart(points.front())) {
-        return false;
-    }
-    for (const uint point : points) {
-        if (!IsNameCharacter(point)) {
-            return false;
-        }
-    }
-    return true;
+    // The reader decides, so that no name can be given that makes a saved document unreadable.
+    QXmlStreamReader reader(u'<' + name + QStringLiteral("/>"));
+    return reader.readNextStartElement() && reader.name() == name && !reader.readNextStartElement() &&
+           !reader.hasError();
 }

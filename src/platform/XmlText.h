@@ -11,8 +11,14 @@
 /// (UTF-8 if neither does). Nothing if the encoding is unknown or the bytes are not valid in it.
 [[nodiscard]] std::optional<QByteArray> DecodeXml(const QByteArray& bytes);
 
-/// True for exactly one well-formed document in UTF-8 whose elements nest no deeper than @p deepest.
+/// True for markup of a size that every reader gets through in good time: up to 65,536 elements, with up to
+/// 256 attributes each.
+[[nodiscard]] bool HasModestMarkup(const QByteArray& utf8);
+
+/// True for exactly one well-formed document in UTF-8 of modest markup whose elements nest no deeper than
+/// @p deepest, and whose type, if it names one, is declared nowhere.
 [[nodiscard]] bool IsWellFormedXml(const QByteArray& utf8, int deepest);
 
-/// True for a name that an element or attribute can have.
+/// True for a name without a prefix that an element or attribute can have: XML 1.0, fourth edition, which
+/// is what the readers take.
 [[nodiscard]] bool IsXmlName(const QString& name);

@@ -2,9 +2,89 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/FrmAlerts.h"
 
-FrmAlerts::FrmAlerts(Forms& forms, const DomDocuments& /*documents*/)
+#include "controls/HoverArea.h"
+#include "controls/Layout.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+
+#include <QFrame>
+
+namespace {
+
+constexpr QRect kPage = TwipsRect(60, 420, 7530, 4020);
+
+constexpr std::int16_t kGeneralTab = 1;
+constexpr std::int16_t kMobileTab = 2;
+constexpr std::int16_t kFirstPrayerTab = 3;
+constexpr std::int16_t kLastPrayerTab = 8;
+
+} // namespace
+
+FrmAlerts::FrmAlerts(Forms& forms, const DomDocuments& documents)
     : Form(forms, kName, Qt::Window)
+    , m_context(*this, forms, documents)
+    , m_tabs(m_context, [this](std::int16_t tab) { SelectTab(tab); })
+    , m_general(m_context, kPage)
+    , m_mobile(m_context, kPage)
+    , m_prayer(m_context, kPage)
 {
+    setWindowTitle(QStringLiteral("Alerts"));
+    resize(Pixels(7650), Pixels(4500));
+    // The general and the mobile page have no such area: the hand stays on when the mouse goes from a tab
+    // straight onto them.
+    new HoverArea(this, [this] { Handle([this] { SetDefaultPointer(); }); });
 }
 
-void FrmAlerts::SelectTab(std::int16_t /*tab*/) {}
+void FrmAlerts::OnLoad()
+{
+    m_context.loading = false;
+}
+
+void FrmAlerts::OnUnload()
+{
+    // A step that fails skips those behind it, and nobody is told: a main window that can't take the focus
+    // leaves ActiveForm as it is.
+    m_context.Armed([this] {
+        MainForm& main = Siblings().Main();
+        main.Enable(true);
+        main.UpdateEverything();
+        main.TakeFocus();
+        main.ActiveForm = QStringLiteral("FrmMain");
+    });
+}
+
+void FrmAlerts::OnGotFocus()
+{
+    Refresh();
+}
+
+void FrmAlerts::HideFrames()
+{
+    m_general.FrmGeneral->hide();
+    m_mobile.FrmMobilAlert->hide();
+    m_prayer.FrmPrayer->hide();
+}
+
+void FrmAlerts::SelectTab(std::int16_t tab)
+{
+    m_context.Armed([this, tab] {
+        HideFrames();
+        m_context.currentTab = tab;
+        if (tab >= kFirstPrayerTab && tab <= kLastPrayerTab) {
+            m_prayer.LoadPrayerPage();
+        } else if (tab == kMobileTab) {
+            m_mobile.LoadMobilePage();
+        } else {
+            m_context.currentTab = kGeneralTab;
+            LoadGeneralPage();
+        }
+    });
+}
+
+void FrmAlerts::LoadGeneralPage()
+{
+    m_context.Armed([this] {
+        HideFrames();
+        m_general.Load();
+    });
+}

@@ -3,12 +3,17 @@
 #pragma once
 
 #include "forms/Form.h"
+#include "settings_dialog/DialogContext.h"
+#include "settings_dialog/GeneralPage.h"
+#include "settings_dialog/MobilePage.h"
+#include "settings_dialog/PrayerPage.h"
+#include "settings_dialog/TabRow.h"
 
 #include <cstdint>
 
-class DomDocuments;
-
-/// The settings dialog.
+/// The settings dialog: one window with eight pages behind a row of link labels. Every control writes
+/// settings.xml the moment it changes, there is no Cancel; what closing does is to tell the main window to
+/// reread the file.
 class FrmAlerts final : public Form
 {
     Q_OBJECT
@@ -18,6 +23,22 @@ public:
 
     FrmAlerts(Forms& forms, const DomDocuments& documents);
 
-    /// Shows page 1 to 8; any other number shows page 1.
+    /// Shows page 1 General, 2 Mobile Alert, 3 Fajr, 4 Shuruq, 5 Duhr, 6 Asr, 7 Maghrib or 8 Isha; any other
+    /// number shows page 1. An error on the way closes the dialog, silently.
     void SelectTab(std::int16_t tab);
+
+protected:
+    void OnLoad() override;
+    void OnUnload() override;
+    void OnGotFocus() override;
+
+private:
+    void HideFrames();
+    void LoadGeneralPage();
+
+    DialogContext m_context;
+    TabRow m_tabs;
+    GeneralPage m_general;
+    MobilePage m_mobile;
+    PrayerPage m_prayer;
 };

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Appearance.h"
+
+#include "app/WindowStyle.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QIcon>
+#include <QImage>
+#include <QPalette>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int kLargestScale = 3;
+
+// One set of colours for every desktop: texts and links are chosen for this ground, and a desktop's dark one
+// would leave the links unreadable on it.
+QPalette Colours()
+{
+    const QColor ground(0xf5, 0xf2, 0xec);
+    const QColor ink(0x22, 0x24, 0x3c);
+    const QColor greyed(0x62, 0x62, 0x68);
+    const QColor accent(0x3b, 0x34, 0x78);
+    QPalette colours(QColor(0xea, 0xe5, 0xdb), ground);
+    colours.setColor(QPalette::Mid, QColor(0xc4, 0xbb, 0xaa));
+    colours.setColor(QPalette::WindowText, ink);
+    colours.setColor(QPalette::Text, ink);
+    colours.setColor(QPalette::ButtonText, ink);
+    colours.setColor(QPalette::Base, QColor(0xff, 0xfe, 0xfb));
+    colours.setColor(QPalette::AlternateBase, QColor(0xf8, 0xf5, 0xef));
+    colours.setColor(QPalette::PlaceholderText, greyed);
+    colours.setColor(QPalette::Highlight, accent);
+    colours.setColor(QPalette::HighlightedText, Qt::white);
+    colours.setColor(QPalette::Link, QColor(0x00, 0x3c, 0xb4));
+    colours.setColor(QPalette::ToolTipBase, QColor(0xff, 0xfd, 0xf0));
+    colours.setColor(QPalette::ToolTipText, ink);
+    for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        colours.setColor(QPalette::Disabled, role, greyed);
+    }
+    return colours;
+}
+
+QIcon WindowIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size), QSize(size, size));
+    }
+    return icon;
+}
+
+} // namespace
+
+void SetAppearance()
+{
+    // Layout is fixed to the pixel, so the style is fixed too: Fusion is the one that Qt brings everywhere.
+    QApplication::setStyle(new WindowStyle); // the application owns it
+    QApplication::setPalette(Colours());
+    // Set explicitly: the default family changes with what happens to be installed.
+    QFont font(QStringLiteral("Liberation Sans"));
+    font.setPixelSize(12);
+    QApplication::setFont(font);
+    QApplication::setWindowIcon(WindowIcon());
+}
+
+QPixmap ShippedPicture(const QString& name, double devicePixelRatio)
+{
+    const QString plain = QStringLiteral(":/pictures/") + name;
+    const QSize size = QImage(plain + QStringLiteral(".png")).size();
+    QImage picture;
+    for (int scale = std::min(static_cast<int>(std::ceil(devicePixelRatio)), kLargestScale);
+         picture.isNull() && scale > 1; --scale) {
+        picture.load(plain + QStringLiteral("@%1x.png").arg(scale));
+    }
+    if (picture.isNull()) {
+        picture.load(plain + QStringLiteral(".png"));
+    }
+    if (picture.isNull()) {
+        return {};
+    }
+    // Resized here, where it is done well: a label would do it by leaving out rows.
+    picture.setDevicePixelRatio(1.0);
+    picture = picture.scaled(size * devicePixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    picture.setDevicePixelRatio(devicePixelRatio);
+    return QPixmap::fromImage(picture);
+}

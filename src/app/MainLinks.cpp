@@ -1,0 +1,168 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainLinks.h"
+
+#include "app/MainControls.h"
+#include "controls/ClickArea.h"
+#include "controls/HoverArea.h"
+#include "controls/LinkLabel.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "locations/FrmLocation.h"
+#include "platform/Browser.h"
+#include "platform/Guard.h"
+#include "platform/Platform.h"
+#include "service/ServiceRequests.h"
+#include "settings_dialog/FrmAlerts.h"
+#include "support/RuntimeError.h"
+
+#include <QGroupBox>
+#include <QLabel>
+
+namespace {
+
+// A link is disabled while it acts, so that it can't be clicked twice. Whoever works by keyboard finds it
+// under the fingers again afterwards.
+class Disabled final
+{
+public:
+    explicit Disabled(LinkLabel& link)
+        : m_link(link)
+        , m_hadFocus(link.hasFocus())
+    {
+        m_link.setEnabled(false);
+    }
+    void Enable() const
+    {
+        m_link.setEnabled(true);
+        if (m_hadFocus) {
+            m_link.setFocus();
+        }
+    }
+
+private:
+    LinkLabel& m_link;
+    bool m_hadFocus = false;
+};
+
+} // namespace
+
+MainLinks::Dialogs MainLinks::DialogsAmong(Forms& forms)
+{
+    return {[&forms] { forms.Touch<FrmAlerts>().Show(); },
+            [&forms](std::int16_t tab) { forms.Touch<FrmAlerts>().SelectTab(tab); },
+            [&forms] {
+                auto& location = forms.Touch<FrmLocation>();
+                location.setEnabled(true);
+                location.Show();
+            }};
+}
+
+MainLinks::MainLinks(Form& window, MainForm& main, MainControls& controls, Dialogs dialogs)
+    : m_window(window)
+    , m_main(main)
+    , m_controls(controls)
+    , m_dialogs(std::move(dialogs))
+{
+    ConnectClicks();
+    ConnectPointer();
+}
+
+void MainLinks::ConnectClicks()
+{
+    const auto onClick = [this](LinkLabel* link, const std::function<void()>& act) {
+        link->OnClick([this, act] { m_window.Handle(act); });
+    };
+    onClick(m_controls.LblAlertsLink, [this] { ClickLblAlertsLink(); });
+    onClick(m_controls.LblLocLink, [this] { ClickLblLocLink(); });
+    const struct
+    {
+        LinkLabel* link;
+        std::int16_t tab;
+    } prayers[] = {
+        {m_controls.LblFarjLink, 3}, {m_controls.LblShuruqLink, 4},  {m_controls.LblDuhrLink, 5},
+        {m_controls.LblAsrLink, 6},  {m_controls.LblMaghribLink, 7}, {m_controls.LblIshaLink, 8},
+    };
+    for (const auto& [link, tab] : prayers) {
+        onClick(link, [this, link = link, tab = tab] { ClickPrayerLink(*link, tab); });
+    }
+    onClick(m_controls.LblGetMoreLink, [this] {
+        OpenPage(*m_controls.LblGetMoreLink, ServiceRequests::SoundFilesPage(m_main.Settings));
+    });
+    onClick(m_controls.LblHelp, [this] { OpenPage(*m_controls.LblHelp, ServiceRequests::HelpPage()); });
+    new ClickArea(m_controls.Picture2, [this] {
+        m_window.Handle([this] { m_window.Outside().browser.Open(ServiceRequests::HomePage()); });
+    });
+}
+
+void MainLinks::ConnectPointer()
+{
+    for (LinkLabel* const link :
+         {m_controls.LblAlertsLink, m_controls.LblFarjLink, m_controls.LblShuruqLink, m_controls.LblDuhrLink,
+          m_controls.LblAsrLink, m_controls.LblMaghribLink, m_controls.LblIshaLink, m_controls.LblLocLink,
+          m_controls.LblStopLink, m_controls.LblGetMoreLink, m_controls.LblHelp}) {
+        link->OnMouseMove([this] { m_window.Handle([this] { m_window.SetHandPointer(); }); });
+    }
+    // Over all other places the pointer stays as it is, so that the hand may outlive the link. That is
+    // wanted.
+    for (QWidget* const place :
+         {static_cast<QWidget*>(&m_window), static_cast<QWidget*>(m_controls.FrmOptions),
+          static_cast<QWidget*>(m_controls.PrayerFrame)}) {
+        new HoverArea(place, [this] { m_window.Handle([this] { m_window.SetDefaultPointer(); }); });
+    }
+}
+
+bool MainLinks::ClickLblAlertsLink()
+{
+    const auto trace = [this](int step) {
+        m_main.TraceLoc = QStringLiteral("FrmMain - LblAlertsLink_Click %1").arg(step);
+    };
+    trace(0);
+    const Disabled link(*m_controls.LblAlertsLink);
+    trace(1);
+    try {
+        trace(2);
+        m_dialogs.ShowAlerts();
+        trace(3);
+        m_dialogs.SelectTab(1);
+        trace(4);
+        m_main.ActiveForm = FrmAlerts::kName;
+        trace(5);
+        link.Enable();
+    } catch (const RuntimeError&) {
+        EndWithFatalBox(m_window.Outside(), 4);
+        return false;
+    }
+    return true;
+}
+
+void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
+{
+    const Disabled disabled(link);
+    // Each opening goes through the first page: it loads the settings that the other pages show.
+    if (!ClickLblAlertsLink()) {
+        return;
+    }
+    m_dialogs.SelectTab(tab);
+    disabled.Enable();
+}
+
+void MainLinks::ClickLblLocLink()
+{
+    const Disabled link(*m_controls.LblLocLink);
+    try {
+        m_main.Enable(false);
+        m_dialogs.ShowLocation();
+        m_main.ActiveForm = FrmLocation::kName;
+        link.Enable();
+    } catch (const RuntimeError&) {
+        EndWithFatalBox(m_window.Outside(), 3);
+    }
+}
+
+void MainLinks::OpenPage(LinkLabel& link, const QString& url)
+{
+    const Disabled disabled(link);
+    m_window.Outside().browser.Open(url);
+    disabled.Enable();
+}

@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/WindowLife.h"
+
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "platform/Guard.h"
+#include "platform/Platform.h"
+#include "platform/TrayIcon.h"
+#include "support/RuntimeError.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QTimer>
+
+#include <array>
+
+WindowLife::WindowLife(Form& window, MainForm& main, Forms& forms)
+    : m_window(window)
+    , m_main(main)
+    , m_forms(forms)
+{
+    window.installEventFilter(this);
+}
+
+bool WindowLife::eventFilter(QObject* /*watched*/, QEvent* event)
+{
+    // Both wait for the event to be over. Hiding inside a change of state is undone by the window system, and
+    // one window can't be painted from inside the painting of another.
+    if (event->type() == QEvent::WindowStateChange) {
+        QTimer::singleShot(0, this, [this] { m_window.Handle([this] { Resize(); }); });
+    } else if (event->type() == QEvent::Paint && !m_paintIsPending) {
+        m_paintIsPending = true;
+        QTimer::singleShot(0, this, [this] {
+            m_paintIsPending = false;
+            m_window.Handle([this] { Paint(); });
+        });
+    }
+    return false;
+}
+
+void WindowLife::Resize()
+{
+    if (!m_window.IsLoaded() || m_main.DebugMode) {
+        return;
+    }
+    try {
+        FollowState();
+    } catch (const RuntimeError&) {
+        EndWithFatalBox(m_window.Outside(), 2);
+    }
+}
+
+void WindowLife::FollowState()
+{
+    if (!m_window.isMinimized()) {
+        // A maximised state doesn't last.
+        m_window.setWindowState(Qt::WindowNoState);
+        return;
+    }
+    // Without an icon nothing could bring a hidden window back: it stays on the taskbar.
+    if (m_window.isVisible() && m_window.Outside().tray.IsShown()) {
+        m_window.hide();
+    }
+}
+
+void WindowLife::Paint()
+{
+    if (!m_window.IsLoaded() || m_main.ActiveForm == m_window.Name()) {
+        return;
+    }
+    try {
+        HandOnFocus();
+    } catch (const RuntimeError& error) {
+        // A dialog that can't take the focus is left alone.
+        if (error.Number() != ErrorNumber::kInvalidCall) {
+            EndWithFatalBox(m_window.Outside(), 1);
+        }
+    }
+}
+
+void WindowLife::HandOnFocus()
+{
+    // Only the focus that this window itself holds is handed on. Taking it from another program, or from a
+    // box that waits for an answer, whenever the countdown repaints a label would let nobody work.
+    if (QApplication::activeWindow() != &m_window || QApplication::activeModalWidget() != nullptr) {
+        return;
+    }
+    static const std::array<QString, 4> kDialogs = {QStringLiteral("FrmAlerts"),
+                                                    QStringLiteral("FrmLocation"),
+                                                    QStringLiteral("FrmNewLoc"), QStringLiteral("FrmPopup")};
+    if (std::find(kDialogs.begin(), kDialogs.end(), m_main.ActiveForm) == kDialogs.end()) {
+        return;
+    }
+    if (Form* const dialog = m_forms.Loaded(m_main.ActiveForm); dialog != nullptr && dialog->IsLoaded()) {
+        dialog->SetFocus();
+        dialog->Refresh();
+    }
+}

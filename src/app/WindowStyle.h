@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QProxyStyle>
+
+/// The style of all windows: Fusion, with frames whose line runs through the middle of their caption. Windows
+/// are laid out to the pixel for such frames; Fusion's own caption stands above the line and pushes it into
+/// what the frame holds.
+class WindowStyle final : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    WindowStyle();
+
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                            const QWidget* widget) const override;
+};

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class QWidget;
+
+/// Calls a handler when the left button goes down and up again over an enabled widget: Click for a picture.
+class ClickArea final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param widget also the parent of this object
+    /// @param handler must not let an exception out
+    ClickArea(QWidget* widget, std::function<void()> handler);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<void()> m_handler;
+    bool m_pressed = false;
+};

@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/ListBox.h"
+
+#include <QMouseEvent>
+#include <QStyledItemDelegate>
+
+namespace {
+
+// Without a width of its own a line takes that of the list, and the list measures one line instead of all.
+class LineDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& /*index*/) const override
+    {
+        constexpr int kAboveAndBelow = 5;
+        return {0, option.fontMetrics.height() + kAboveAndBelow};
+    }
+};
+
+} // namespace
+
+ListBox::ListBox(QWidget* parent)
+    : QListWidget(parent)
+{
+    setItemDelegate(new LineDelegate(this));
+    setUniformItemSizes(true);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideRight);
+    setTabKeyNavigation(false);
+}
+
+int ListBox::ListIndex() const
+{
+    // Not the current row: a list that takes the focus makes its first row current without selecting it.
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? -1 : selected.front().row();
+}
+
+void ListBox::SetListIndex(int row)
+{
+    setCurrentRow(row);
+    scrollToItem(item(row));
+}
+
+QString ListBox::List(int row) const
+{
+    const QListWidgetItem* const line = item(row);
+    return line == nullptr ? QString() : line->text();
+}
+
+void ListBox::mousePressEvent(QMouseEvent* event)
+{
+    if (indexAt(event->position().toPoint()).isValid()) {
+        QListWidget::mousePressEvent(event);
+    }
+}
+
+void ListBox::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (indexAt(event->position().toPoint()).isValid()) {
+        QListWidget::mouseDoubleClickEvent(event);
+    }
+    if (event->button() == Qt::LeftButton && m_doubleClick) {
+        m_doubleClick();
+    }
+}
+
+void ListBox::showEvent(QShowEvent* event)
+{
+    QListWidget::showEvent(event);
+    // A list that was filled before it had its height has scrolled by another one.
+    if (const int row = ListIndex(); row >= 0) {
+        scrollToItem(item(row));
+    }
+}

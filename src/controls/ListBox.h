@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QListWidget>
+
+#include <functional>
+
+/// A list of lines of text of which at most one is selected; a click below the lines leaves it
+/// selected. A line too long for the list ends in dots.
+class ListBox final : public QListWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ListBox(QWidget* parent);
+
+    /// Row of the selected line, or -1.
+    [[nodiscard]] int ListIndex() const;
+    /// Selects the line and brings it into view.
+    void SetListIndex(int row);
+    /// The text of a line; empty for a row that is not there, -1 included.
+    [[nodiscard]] QString List(int row) const;
+    /// A double click with the left button, on a line or on the empty part below the lines.
+    /// @param handler must not let an exception out
+    void OnDoubleClick(std::function<void()> handler) { m_doubleClick = std::move(handler); }
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    std::function<void()> m_doubleClick;
+};

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "instruments/BitBlt.h"
+#include "instruments/PictureBoxes.h"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <vector>
+
+class FileStore;
+
+/// A small scene of the sky: sun and moon between a sky and a landscape, by day or by night. It knows no
+/// astronomy. What was composed last is kept and shown until the next update, however often the window is
+/// painted; nothing is composed in between. Every routine that fails ends quietly and leaves what it leaves.
+class VBSunAndMoon final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Shows the day without sun and moon.
+    /// @param files where SaveImage writes; outlives the control
+    /// @param pictures folder of the ten stored pictures
+    VBSunAndMoon(FileStore& files, const QString& pictures, QWidget* parent);
+
+    /// @param TodaysSunRise,TodaysSunSet minutes since midnight; day is between them, both ends included
+    void Setup(std::int16_t TodaysSunRise, std::int16_t TodaysSunSet);
+    /// Composes the scene anew.
+    /// @param SunElevation,MoonElevation tenths of a degree above the horizon, 900 at the top of the picture
+    /// @param MTime minutes since midnight
+    void Update(std::int16_t SunElevation, std::int16_t MoonElevation, std::int16_t MTime);
+    /// Puts the sun into the picture: from left to right between sunrise and sunset.
+    void DrawSun(std::int16_t elevation, std::int16_t Currtime);
+    /// Puts the moon into the picture, always in the same column.
+    /// @param Currtime of no use
+    void DrawMoon(std::int16_t elevation, std::int16_t Currtime);
+    /// Writes the scene at scale 1 as a bitmap file. Without a word if it can't be written.
+    void SaveImage(const QString& fileName);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void DrawBackground(std::int16_t MTime);
+    void DrawForeground(std::int16_t MTime);
+    void DrawFirstPicture();
+    void ClearPicBox();
+    void MatchScreen();
+    [[nodiscard]] bool IsDay(std::int16_t MTime) const;
+    void Describe(std::int16_t SunElevation, std::int16_t MoonElevation, std::int16_t MTime);
+    void Transfer(QImage PictureBoxes::*source, int left, int top, RasterOperation operation);
+
+    FileStore& m_files;
+    QString m_folder;
+    /// At scale 1 first: it alone decides about places. Another one follows where the screen shows more.
+    std::vector<PictureBoxes> m_boxes;
+    int m_screenScale = 1;
+    std::int16_t m_sunrise = 0;
+    std::int16_t m_sunset = 0;
+};

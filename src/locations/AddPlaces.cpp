@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "locations/AddPlaces.h"
+
+#include "locations/Children.h"
+#include "store/Configuration.h"
+
+namespace {
+
+const QString kLocations = QStringLiteral("//root//locations");
+
+// The name alone tells places apart, whatever their identifiers.
+bool HoldsPlace(const SimpleXML& settings, const QString& key)
+{
+    bool holds = false;
+    WalkChildren(settings, kLocations, [&](const SimpleXML& location) {
+        holds = location.ElementName() == key;
+        return !holds;
+    });
+    return holds;
+}
+
+} // namespace
+
+bool AddPlaces(const DomDocuments& documents, const SimpleXML& places)
+{
+    SimpleXML settings(documents);
+    settings.Load(kSettingsFile);
+    bool areNew = true;
+    // Each place leaves the reply as it is stored, so that of several the walk passes over every second one.
+    // The service sends one.
+    WalkChildren(places, QStringLiteral("current"), [&](SimpleXML& location) {
+        areNew = !HoldsPlace(settings, location.ElementName());
+        if (areNew) {
+            settings.AddSimpleXML(location, kLocations);
+            // At once, and unchecked: a file that can't be written loses the place, and the list shows so.
+            settings.Save(kSettingsFile);
+        }
+        return areNew;
+    });
+    return areNew;
+}

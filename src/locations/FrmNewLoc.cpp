@@ -1,0 +1,289 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "locations/FrmNewLoc.h"
+
+#include "controls/HoverArea.h"
+#include "controls/LinkLabel.h"
+#include "controls/ListBox.h"
+#include "controls/TextBox.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "locations/AddPlaces.h"
+#include "locations/Children.h"
+#include "locations/FrmLocation.h"
+#include "locations/ReturnToMain.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "service/InternetClass.h"
+#include "service/ServiceRequests.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+
+namespace {
+
+const QString kRoot = QStringLiteral("//root");
+const QString kHere = QStringLiteral("current");
+
+// Counts are read like the numbers of the file, not by the user's locale, and a text without a number counts
+// as 0: what a service sends must not end the program.
+double WholeNumberPart(const QString& text)
+{
+    static const QRegularExpression leadingDigits(QStringLiteral("^\\s*([+-]?[0-9]+)"));
+    return leadingDigits.match(text).captured(1).toDouble();
+}
+
+} // namespace
+
+FrmNewLoc::FrmNewLoc(Forms& forms, const DomDocuments& documents)
+    : Form(forms, kName, Qt::Window)
+    , m_documents(documents)
+    , m_controls(*this)
+    , Timer1(Outside().timers.CreateTimer())
+{
+    constexpr QSize kSize(440, 480);
+    setWindowTitle(QStringLiteral("Dusk Beacon: New Location"));
+    setMinimumSize(kSize * 4 / 5);
+    resize(kSize);
+    ConnectControls();
+    CentreOver(forms.Loaded(FrmLocation::kName));
+}
+
+void FrmNewLoc::ConnectControls()
+{
+    const auto setHand = [this] { SetHandPointer(); };
+    const auto setDefault = [this] { SetDefaultPointer(); };
+    m_controls.LblGetLink->OnClick([this] { Handle([this] { LookUpZipCode(); }); });
+    m_controls.LblGetLink->OnMouseMove(setHand);
+    m_controls.LblGet2Link->OnClick([this] { Handle([this] { LookUpCity(); }); });
+    m_controls.LblGet2Link->OnMouseMove(setHand);
+    new HoverArea(m_controls.FrmSearch, setDefault);
+    new HoverArea(m_controls.Frame1, setDefault);
+    // The Click of a link or button that is disabled does nothing: its work is under way already.
+    m_controls.TxtZipCode->OnEnter([this] { m_controls.LblGetLink->Click(); });
+    m_controls.TxtCity->OnEnter([this] { m_controls.LblGet2Link->Click(); });
+    m_controls.LstSearchResults->OnDoubleClick([this] { m_controls.CmdAdd->click(); });
+    connect(m_controls.CmdAdd, &QPushButton::clicked, this, [this] { Handle([this] { AddLocation(); }); });
+    connect(m_controls.CmdCancel, &QPushButton::clicked, this, [this] { Handle([this] { Unload(); }); });
+    Timer1->SetHandler([this] { Handle([this] { Tick(); }); });
+}
+
+void FrmNewLoc::OnLoad()
+{
+    Refresh();
+    if (!InternetClass(Outside()).VerifyConnectivity()) {
+        SayAndUnload(QStringLiteral(
+            "You must be connected to the Internet to add locations.  Please check your connection."));
+        return;
+    }
+    const std::unique_ptr<SimpleXML> states = Request(ServiceRequests::GetStates(Siblings().Main().Settings));
+    if (!IsLoaded()) {
+        return;
+    }
+    if (!states || !states->hasChildren(kHere)) {
+        SayAndUnload(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."));
+        return;
+    }
+    const auto [names, keys] = ReadPairs(*states, kRoot, QStringLiteral("state"), QStringLiteral("state_id"));
+    CombStateID = keys;
+    m_controls.CombState->addItems(names);
+    m_controls.CombState->setCurrentIndex(-1);
+}
+
+void FrmNewLoc::OnUnload()
+{
+    Timer1->SetEnabled(false);
+    MainForm& main = Siblings().Main();
+    Form* const location = Siblings().Loaded(FrmLocation::kName);
+    if (location == nullptr) {
+        // Touching the list would bring it back.
+        ReturnToMain(main);
+        return;
+    }
+    location->setEnabled(true);
+    main.ActiveForm = location->Name();
+    if (location->isVisible()) {
+        location->SetFocus();
+    }
+}
+
+void FrmNewLoc::Say(const QString& message) const
+{
+    Outside().boxes.Show(message);
+}
+
+void FrmNewLoc::SayAndUnload(const QString& message)
+{
+    Say(message);
+    Unload();
+}
+
+std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url) const
+{
+    SimpleXML reply(m_documents);
+    if (!reply.Load(url)) {
+        return nullptr;
+    }
+    std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
+    if (!root) {
+        root = std::make_unique<SimpleXML>(m_documents);
+    }
+    root->SetCurrentPath(kRoot);
+    return root;
+}
+
+void FrmNewLoc::ShowProgress()
+{
+    Timer1->SetInterval(1000);
+    m_controls.ProgressBar1->show();
+    m_controls.LblStatus->setEnabled(true);
+    m_controls.ProgressBar1->setValue(0);
+    m_controls.LblStatus->setText(QStringLiteral("Retrieving Information"));
+    m_controls.LblStatus->show();
+    Timer1->SetEnabled(true);
+}
+
+void FrmNewLoc::HideProgress()
+{
+    Timer1->SetEnabled(false);
+    m_controls.ProgressBar1->hide();
+    m_controls.LblStatus->hide();
+}
+
+void FrmNewLoc::Tick()
+{
+    // The bar shows that time goes by, nothing more; a search that outlasts it leaves it at its end.
+    QProgressBar& bar = *m_controls.ProgressBar1;
+    bar.setValue(qMin(bar.value() + 1, bar.maximum()));
+}
+
+void FrmNewLoc::LookUpZipCode()
+{
+    m_controls.LblGetLink->setEnabled(false);
+    if (m_controls.TxtZipCode->Text().isEmpty()) {
+        Say(QStringLiteral("You must enter a zipcode to search for."));
+        m_controls.LblGetLink->setEnabled(true);
+        // It goes on with the empty zip code; what to make of that is the service's matter.
+    }
+    if (IsLoaded()) {
+        SearchZipCode();
+    }
+    m_controls.LblGetLink->setEnabled(true);
+}
+
+void FrmNewLoc::SearchZipCode()
+{
+    const std::unique_ptr<SimpleXML> cities =
+        Request(ServiceRequests::GetUsCanCity(Siblings().Main().Settings, m_controls.TxtZipCode->Text()));
+    if (!IsLoaded()) {
+        return;
+    }
+    if (!cities) {
+        Say(QStringLiteral("Failed to retrieve list"));
+        return;
+    }
+    if (!cities->hasChildren(kHere)) {
+        Say(QStringLiteral("No city found matching this Zip Code"));
+        return;
+    }
+    FillResults(*cities);
+}
+
+void FrmNewLoc::LookUpCity()
+{
+    m_controls.LblGet2Link->setEnabled(false);
+    ShowProgress();
+    SearchCity();
+    HideProgress();
+    m_controls.LblGet2Link->setEnabled(true);
+}
+
+void FrmNewLoc::SearchCity()
+{
+    const int row = m_controls.CombState->currentIndex();
+    if (row < 0) {
+        Say(QStringLiteral("You must first select a Country/Region."));
+        return;
+    }
+    if (m_controls.TxtCity->Text().size() < 2) {
+        Say(QStringLiteral("You must supply at least the first\r\n 2 characters of the city name."));
+        return;
+    }
+    const QString stateId = CombStateID.at(row);
+    const std::unique_ptr<SimpleXML> count = Request(ServiceRequests::GetNumMatchingCities(
+        Siblings().Main().Settings, stateId, m_controls.TxtCity->Text()));
+    // Without a count the list is asked for all the same.
+    if (!IsLoaded() || (count && !WantsMatches(*count)) || !IsLoaded()) {
+        return;
+    }
+    const std::unique_ptr<SimpleXML> cities = Request(
+        ServiceRequests::GetMatchingCities(Siblings().Main().Settings, stateId, m_controls.TxtCity->Text()));
+    if (IsLoaded() && cities) {
+        FillResults(*cities);
+    }
+}
+
+bool FrmNewLoc::WantsMatches(const SimpleXML& count)
+{
+    const QString matches = count.GetAttribute(QStringLiteral("num_matches"), kHere);
+    if (matches.isEmpty() || matches == u"0") {
+        Say(QStringLiteral("There are no matches for this search criteria.\r\nPlease try again."));
+        return false;
+    }
+    const QString limit = count.GetAttribute(QStringLiteral("max_matches"), kHere);
+    if (WholeNumberPart(matches) <= WholeNumberPart(limit)) {
+        return true;
+    }
+    // The limit, not the count, stands in the question.
+    if (Outside().boxes.Ask(QStringLiteral("There are over ") + limit +
+                            QStringLiteral(" matches.\r\nWould you like to display all?"))) {
+        return true;
+    }
+    Say(QStringLiteral("Please refine your search and try again."));
+    return false;
+}
+
+void FrmNewLoc::FillResults(const SimpleXML& cities)
+{
+    const auto [names, keys] = ReadPairs(cities, kHere, QStringLiteral("city"), QStringLiteral("atlas_id"));
+    m_controls.LstSearchResults->clear();
+    m_controls.LstSearchResults->addItems(names);
+    LstSearchResultsHid = keys;
+}
+
+void FrmNewLoc::AddLocation()
+{
+    m_controls.CmdAdd->setEnabled(false);
+    const int row = m_controls.LstSearchResults->ListIndex();
+    if (row < 0) {
+        Say(QStringLiteral("You must first select a city to add."));
+    } else {
+        FetchAndStore(LstSearchResultsHid.at(row));
+    }
+    m_controls.CmdAdd->setEnabled(true);
+}
+
+void FrmNewLoc::FetchAndStore(const QString& atlasId)
+{
+    const std::unique_ptr<SimpleXML> places =
+        Request(ServiceRequests::GetCityInfo(Siblings().Main().Settings, atlasId));
+    if (!IsLoaded()) {
+        return;
+    }
+    if (!places) {
+        Say(QStringLiteral("Failed to get city info. Please verify internet connection."));
+        return;
+    }
+    if (!AddPlaces(m_documents, *places)) {
+        Say(QStringLiteral("This location has already been added to location list."));
+        return;
+    }
+    if (Form* const location = Siblings().Loaded(FrmLocation::kName); location != nullptr) {
+        static_cast<FrmLocation*>(location)->RefreshList();
+    }
+    Unload();
+}

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "forms/Form.h"
+#include "locations/NewLocControls.h"
+#include "platform/Timers.h"
+
+#include <QStringList>
+
+#include <memory>
+
+class DomDocuments;
+class SimpleXML;
+
+/// Finds a place through the service, by zip code or by country and name, and adds it to settings.xml. Its
+/// Load asks for the countries and unloads the window again if there are none. While it is open the list of
+/// places is disabled.
+class FrmNewLoc final : public Form
+{
+    Q_OBJECT
+
+public:
+    static constexpr QLatin1String kName{"FrmNewLoc"};
+
+    FrmNewLoc(Forms& forms, const DomDocuments& documents);
+
+protected:
+    void OnLoad() override;
+    void OnUnload() override;
+    // There is no repaint on paint: a whole window is painted anyway, and painting from there would never
+    // end.
+    void OnGotFocus() override { Refresh(); }
+
+private:
+    void ConnectControls();
+    void ShowProgress();
+    void HideProgress();
+    void Tick();
+
+    void LookUpZipCode();
+    void SearchZipCode();
+    void LookUpCity();
+    void SearchCity();
+    /// False if there is nothing to list: no match, or more than the user wants to see.
+    [[nodiscard]] bool WantsMatches(const SimpleXML& count);
+    void FillResults(const SimpleXML& cities);
+    void AddLocation();
+    void FetchAndStore(const QString& atlasId);
+
+    /// The root of a reply on an object of its own, or nothing if the request failed. A document with another
+    /// root reads as an empty one. Serves events: the window may have been unloaded meanwhile.
+    [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url) const;
+    void Say(const QString& message) const;
+    void SayAndUnload(const QString& message);
+
+    const DomDocuments& m_documents;
+    NewLocControls m_controls;
+    /// Keys behind the shown lists, row by row.
+    QStringList CombStateID;
+    QStringList LstSearchResultsHid;
+    std::unique_ptr<Timer> Timer1;
+};

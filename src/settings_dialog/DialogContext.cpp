@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/DialogContext.h"
+
+#include "forms/Forms.h"
+
+DialogContext::DialogContext(Form& dialog, Forms& forms, const DomDocuments& documents)
+    : m_dialog(dialog)
+    , m_forms(forms)
+    , m_documents(documents)
+{
+}
+
+SimpleXML& DialogContext::settingsDoc()
+{
+    if (!m_settingsDoc) {
+        m_settingsDoc.emplace(m_documents);
+    }
+    return *m_settingsDoc;
+}
+
+void DialogContext::Load()
+{
+    settingsDoc().Load(kSettingsFile);
+}
+
+void DialogContext::Save()
+{
+    settingsDoc().Save(kSettingsFile);
+}
+
+QString DialogContext::Read(const QString& attribute, const QString& path)
+{
+    return settingsDoc().GetAttribute(attribute, path);
+}
+
+void DialogContext::Write(const QString& attribute, const QString& value, const QString& path)
+{
+    settingsDoc().AddAttributeByName(attribute, value, path);
+}
+
+void DialogContext::Armed(const std::function<void()>& routine)
+{
+    m_dialog.Handle([&] {
+        try {
+            routine();
+        } catch (const std::exception&) {
+            m_dialog.Unload();
+        }
+    });
+}
+
+std::function<void()> DialogContext::ArmedHandler(std::function<void()> routine)
+{
+    return [this, routine = std::move(routine)] { Armed(routine); };
+}
+
+bool DialogContext::IsMobileConfirmed()
+{
+    return Read(QStringLiteral("mobileConfirm"), kAlertsPath) == u"1" &&
+           IsTrue(Read(QStringLiteral("mobileEnabled"), kAlertsPath));
+}
+
+MainForm& DialogContext::Main() const
+{
+    return m_forms.Main();
+}
+
+const Platform& DialogContext::Outside() const
+{
+    return m_forms.Outside();
+}

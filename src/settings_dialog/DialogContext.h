@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/Configuration.h"
+#include "store/SimpleXML.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+class DomDocuments;
+class Form;
+class Forms;
+class MainForm;
+struct Platform;
+
+/// What the pages of the settings dialog share: its document, its flags and its failure rule.
+class DialogContext final
+{
+public:
+    DialogContext(Form& dialog, Forms& forms, const DomDocuments& documents);
+
+    /// Set while code is setting controls, so that the handlers which those sets raise write nothing.
+    bool loading = false;
+    /// The page showing, 1 to 8.
+    std::int16_t currentTab = 0;
+
+    /// The dialog's own document over settings.xml, made on first use.
+    [[nodiscard]] SimpleXML& settingsDoc();
+
+    // Results of these are never looked at: with a file that can't be read or written the handlers go on with
+    // what there is, and a change is lost without a word.
+    void Load();
+    void Save();
+    [[nodiscard]] QString Read(const QString& attribute, const QString& path);
+    void Write(const QString& attribute, const QString& value, const QString& path);
+
+    /// The failure rule: any error inside @p routine closes the dialog through its normal unload, silently,
+    /// and this returns as if nothing had happened. Handlers that the routine raises have their own rule.
+    void Armed(const std::function<void()>& routine);
+    /// A handler for a control, under the failure rule.
+    [[nodiscard]] std::function<void()> ArmedHandler(std::function<void()> routine);
+
+    /// Whether mobile alerts are enabled and the device is confirmed, in settingsDoc as it stands.
+    [[nodiscard]] bool IsMobileConfirmed();
+
+    [[nodiscard]] Form& Dialog() const { return m_dialog; }
+    [[nodiscard]] MainForm& Main() const;
+    [[nodiscard]] const Platform& Outside() const;
+    [[nodiscard]] const DomDocuments& Documents() const { return m_documents; }
+
+private:
+    Form& m_dialog;
+    Forms& m_forms;
+    const DomDocuments& m_documents;
+    std::optional<SimpleXML> m_settingsDoc;
+};
+
+/// The element that holds the calculation, clock, advance alert and mobile options.
+inline const QString kAlertsPath = QStringLiteral("//root//alerts");
+
+/// Exactly "true"; anything else counts as not set.
+[[nodiscard]] inline bool IsTrue(const QString& value)
+{
+    return value == u"true";
+}
+
+[[nodiscard]] inline QString TrueOrFalse(bool value)
+{
+    return value ? QStringLiteral("true") : QStringLiteral("false");
+}

@@ -1,0 +1,348 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Appearance.h"
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "fakes/FakeCalculation.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "instruments/VBCompas.h"
+#include "instruments/VBSunAndMoon.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QGroupBox>
+#include <QIcon>
+#include <QLabel>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace {
+
+constexpr double kReadable = 4.5;
+
+/// Counts how often a widget is painted.
+class PaintCounter final : public QObject
+{
+public:
+    explicit PaintCounter(QWidget* widget)
+        : QObject(widget)
+    {
+        widget->installEventFilter(this);
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return QObject::eventFilter(watched, event);
+    }
+
+    int paints = 0;
+};
+
+class MainWindowFace : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { SetAppearance(); }
+
+    MainWindowFace()
+    {
+        WriteSettings();
+        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
+        forms.Register(FrmMain::kName,
+                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+    }
+
+    template <typename Widget>
+    Widget* Find(const char* name)
+    {
+        auto* const widget = Window().findChild<Widget*>(QLatin1String(name));
+        if (widget == nullptr) {
+            qFatal("no %s", name);
+        }
+        return widget;
+    }
+    FrmMain& Window() { return forms.Touch<FrmMain>(); }
+    int SkyRequests() const
+    {
+        return static_cast<int>(calculation.calls.filter(QStringLiteral("SunElev")).size());
+    }
+    void Tick(int times)
+    {
+        platform.clock.SetTime(9, 31, 15);
+        for (int i = 0; i < times; ++i) {
+            platform.timers.Ticker()->Fire();
+        }
+    }
+
+    FakePlatform platform;
+    FakeCalculation calculation;
+    Forms forms{platform.doors};
+};
+
+// Relative luminance and contrast after WCAG 2.1.
+double Luminance(const QColor& colour)
+{
+    const auto linear = [](double channel) {
+        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QColor& left, const QColor& right)
+{
+    const double a = Luminance(left) + 0.05;
+    const double b = Luminance(right) + 0.05;
+    return a > b ? a / b : b / a;
+}
+
+/// Where a label's text lies in its parent.
+QRect TextPlace(const QLabel& label)
+{
+    const QRect text = label.fontMetrics().boundingRect(label.contentsRect(),
+                                                        static_cast<int>(label.alignment()), label.text());
+    return text.translated(label.pos());
+}
+
+TEST_F(MainWindowFace, updateEverything_turnsTheCompassToTheQibla)
+{
+    EXPECT_EQ(Find<VBCompas>("VBCompas1")->findChild<QLabel*>(QStringLiteral("LblAngle"))->text(),
+              QStringLiteral("Angle: 58.4"));
+    calculation.qibla = 900;
+    Window().UpdateEverything();
+    EXPECT_EQ(Find<VBCompas>("VBCompas1")->accessibleName(), QStringLiteral("Angle: East"));
+}
+
+TEST_F(MainWindowFace, updateEverything_composesTheSkyOfTheMinute)
+{
+    EXPECT_EQ(Find<VBSunAndMoon>("VBSunAndMoon1")->accessibleName(),
+              QStringLiteral("Sky: day, sun 45 degrees, moon -10 degrees"));
+    EXPECT_EQ(SkyRequests(), 1);
+    EXPECT_TRUE(calculation.calls.contains(QStringLiteral("SunElev 570")));
+    EXPECT_TRUE(calculation.calls.contains(QStringLiteral("MoonElevation 570")));
+    calculation.sun = -20;
+    platform.clock.SetTime(18, 43, 0);
+    Window().UpdateEverything();
+    EXPECT_EQ(Find<VBSunAndMoon>("VBSunAndMoon1")->accessibleName(),
+              QStringLiteral("Sky: night, sun -2 degrees, moon -10 degrees"));
+}
+
+TEST_F(MainWindowFace, updateEverything_withoutAPlaceLeavesTheInstruments)
+{
+    Window();
+    QString text = SettingsText();
+    text.replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"\""));
+    WriteSettings(text);
+    calculation.qibla = 900;
+    EXPECT_EQ(Window().UpdateEverything(), 0);
+    EXPECT_EQ(Find<VBCompas>("VBCompas1")->accessibleName(), QStringLiteral("Angle: 58.4"));
+    EXPECT_EQ(SkyRequests(), 1);
+}
+
+TEST_F(MainWindowFace, threeHundredTicks_refreshTheSkyOnce)
+{
+    Window();
+    ASSERT_EQ(SkyRequests(), 1);
+    Tick(299);
+    EXPECT_EQ(SkyRequests(), 1);
+    Tick(1);
+    EXPECT_EQ(SkyRequests(), 2);
+    EXPECT_TRUE(calculation.calls.contains(QStringLiteral("SunElev 571")));
+    Tick(299);
+    EXPECT_EQ(SkyRequests(), 2);
+    Tick(1);
+    EXPECT_EQ(SkyRequests(), 3);
+}
+
+TEST_F(MainWindowFace, betweenUpdates_nothingIsDrawn)
+{
+    Window().Show();
+    PaintCounter sky(Find<VBSunAndMoon>("VBSunAndMoon1"));
+    PaintCounter compass(Find<VBCompas>("VBCompas1"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sky.paints > 0 && compass.paints > 0; }));
+    // Whatever the showing left to be painted is done when the countdown has been painted.
+    PaintCounter countdown(Find<QLabel>("LblCountDown"));
+    Find<QLabel>("LblCountDown")->update();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return countdown.paints > 0; }));
+
+    sky.paints = 0;
+    compass.paints = 0;
+    countdown.paints = 0;
+    Tick(299);
+    Find<QLabel>("LblCountDown")->update();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return countdown.paints > 0; }));
+    EXPECT_EQ(sky.paints, 0);
+    EXPECT_EQ(compass.paints, 0);
+    Tick(1);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return sky.paints > 0; }));
+    EXPECT_EQ(compass.paints, 0);
+}
+
+TEST_F(MainWindowFace, instruments_standInTheirFrames)
+{
+    auto* const compass = Find<VBCompas>("VBCompas1");
+    EXPECT_EQ(compass->parentWidget(), Find<QGroupBox>("Frame3"));
+    EXPECT_TRUE(compass->parentWidget()->rect().contains(compass->geometry()));
+    EXPECT_EQ(Find<QGroupBox>("Frame3")->title(), QStringLiteral("Qibla Direction"));
+    EXPECT_EQ(Find<QGroupBox>("Frame3")->geometry(), QRect(8, 280, 113, 137));
+
+    auto* const sky = Find<VBSunAndMoon>("VBSunAndMoon1");
+    EXPECT_EQ(sky->parentWidget(), Find<QGroupBox>("Frame6"));
+    EXPECT_EQ(sky->geometry(), QRect(8, 16, 273, 129));
+    EXPECT_EQ(Find<QGroupBox>("Frame6")->title(), QStringLiteral("Sun && Moon position"));
+    EXPECT_EQ(Find<QGroupBox>("Frame6")->geometry(), QRect(208, 96, 289, 169));
+}
+
+TEST_F(MainWindowFace, countdownLine_standsInItsPlace)
+{
+    EXPECT_EQ(Find<QLabel>("Label3")->pos(), QPoint(8, 104));
+    EXPECT_EQ(Find<QLabel>("LblCountDown")->pos(), QPoint(104, 104));
+}
+
+TEST_F(MainWindowFace, banner_fillsItsPicture)
+{
+    const QPixmap banner = Find<QLabel>("Picture2")->pixmap(Qt::ReturnByValue);
+    EXPECT_EQ(banner.deviceIndependentSize(), QSizeF(129, 89));
+}
+
+TEST_F(MainWindowFace, shippedPicture_hasThePixelsOfTheScreen)
+{
+    for (const double ratio : {1.0, 1.5, 2.0, 3.0, 4.0}) {
+        const QPixmap banner = ShippedPicture(QStringLiteral("Picture2"), ratio);
+        EXPECT_EQ(banner.size(), (QSizeF(129, 89) * ratio).toSize()) << ratio;
+        EXPECT_EQ(banner.deviceIndependentSize().toSize(), QSize(129, 89)) << ratio;
+    }
+    EXPECT_TRUE(ShippedPicture(QStringLiteral("NoSuchPicture"), 1.0).isNull());
+}
+
+TEST_F(MainWindowFace, windowIcon_hasSmallAndLargePictures)
+{
+    const QList<QSize> sizes = QApplication::windowIcon().availableSizes();
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+        EXPECT_TRUE(sizes.contains(QSize(size, size))) << size;
+    }
+    EXPECT_FALSE(QApplication::windowIcon().pixmap(16, 16).isNull());
+}
+
+TEST_F(MainWindowFace, texts_fitTheirLabels)
+{
+    int checked = 0;
+    for (const QLabel* const label : Window().findChildren<QLabel*>()) {
+        if (label->isHidden() || label->text().isEmpty()) {
+            continue;
+        }
+        const QSize text = label->fontMetrics().size(Qt::TextSingleLine, label->text());
+        EXPECT_LE(text.width(), label->width()) << qPrintable(label->objectName());
+        EXPECT_LE(text.height(), label->height()) << qPrintable(label->objectName());
+        EXPECT_TRUE(label->parentWidget()->rect().contains(TextPlace(*label)))
+            << qPrintable(label->objectName());
+        ++checked;
+    }
+    EXPECT_GT(checked, 30);
+}
+
+TEST_F(MainWindowFace, longestTexts_fitTheirLabels)
+{
+    const std::pair<const char*, const char*> longest[] = {
+        {"LblCountDown", "-21:45 AM"},
+        {"LblAngle", "Angle: 358.8"},
+        {"LblCaclMeth", "Calculation Method: University Of Islamic Sciences, Karachi"},
+        {"LblAdvWarning", "Advanced Warning: On, 120 Minutes"},
+        {"LblTimeZ", "Time Zone: -12"},
+        {"LblHajri", "30 Muharram ul Haram, 1448"},
+        {"LblMaghribTime", "12:58 PM"},
+    };
+    for (const auto& [name, text] : longest) {
+        const auto* const label = Find<QLabel>(name);
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(QLatin1String(text)), label->width()) << name;
+    }
+}
+
+TEST_F(MainWindowFace, texts_doNotOverlap)
+{
+    const QList<QLabel*> labels = Window().findChildren<QLabel*>();
+    for (const QLabel* const left : labels) {
+        for (const QLabel* const right : labels) {
+            if (left >= right || left->parentWidget() != right->parentWidget() || left->text().isEmpty() ||
+                right->text().isEmpty()) {
+                continue;
+            }
+            EXPECT_FALSE(TextPlace(*left).intersects(TextPlace(*right)))
+                << qPrintable(left->objectName()) << " and " << qPrintable(right->objectName());
+        }
+    }
+}
+
+TEST_F(MainWindowFace, texts_areReadableOnTheirGround)
+{
+    for (const QLabel* const label : Window().findChildren<QLabel*>()) {
+        for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            const QPalette colours = label->palette();
+            EXPECT_GE(
+                Contrast(colours.color(group, QPalette::WindowText), colours.color(group, QPalette::Window)),
+                kReadable)
+                << qPrintable(label->objectName()) << ' ' << group;
+        }
+    }
+}
+
+TEST_F(MainWindowFace, colours_areReadableInAllControls)
+{
+    const QPalette colours = QApplication::palette();
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        const auto contrast = [&](QPalette::ColorRole text, QPalette::ColorRole ground) {
+            return Contrast(colours.color(group, text), colours.color(group, ground));
+        };
+        EXPECT_GE(contrast(QPalette::WindowText, QPalette::Window), kReadable) << group;
+        EXPECT_GE(contrast(QPalette::Text, QPalette::Base), kReadable) << group;
+        EXPECT_GE(contrast(QPalette::ButtonText, QPalette::Button), kReadable) << group;
+        EXPECT_GE(contrast(QPalette::HighlightedText, QPalette::Highlight), kReadable) << group;
+        EXPECT_GE(contrast(QPalette::ToolTipText, QPalette::ToolTipBase), kReadable) << group;
+    }
+}
+
+TEST_F(MainWindowFace, links_areBlue)
+{
+    const QColor colour = Find<QLabel>("LblLocLink")->palette().color(QPalette::Active, QPalette::WindowText);
+    EXPECT_GT(colour.blue(), 2 * colour.green());
+    EXPECT_GT(colour.blue(), 2 * colour.red());
+}
+
+TEST_F(MainWindowFace, whatPeopleUse_hasAnAccessibleName)
+{
+    int checked = 0;
+    for (QWidget* const widget : Window().findChildren<QWidget*>()) {
+        const bool isInstrument = qobject_cast<VBCompas*>(widget) || qobject_cast<VBSunAndMoon*>(widget);
+        if (widget->focusPolicy() == Qt::NoFocus && !isInstrument) {
+            continue;
+        }
+        QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(widget);
+        ASSERT_NE(interface, nullptr);
+        EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty()) << qPrintable(widget->objectName());
+        ++checked;
+    }
+    EXPECT_GT(checked, 10);
+}
+
+// The frame's line runs behind its caption, which stands in a gap.
+TEST_F(MainWindowFace, frame_drawsItsLineThroughTheMiddleOfTheCaption)
+{
+    QGroupBox frame(QStringLiteral("A && B"));
+    frame.resize(120, 60);
+    const QImage picture = frame.grab().toImage();
+    const QRgb line = QApplication::palette().color(QPalette::Mid).rgb();
+    const int row = frame.fontMetrics().height() / 2;
+    EXPECT_EQ(picture.pixel(100, row), line);
+    EXPECT_EQ(picture.pixel(60, 59), line);
+    const int width = frame.fontMetrics().horizontalAdvance(QStringLiteral("A & B"));
+    for (int x = 6; x < 8 + width + 2; ++x) {
+        EXPECT_NE(picture.pixel(x, row), line) << x;
+    }
+    EXPECT_EQ(picture.pixel(8 + width + 8, row), line) << "one ampersand is shown, not two";
+}
+
+} // namespace

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/CheckBox.h"
+#include "controls/OptionButton.h"
+
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+TEST(CheckBox, setValue_raisesClickInsideTheSetterOnlyOnAChange)
+{
+    CheckBox box(QStringLiteral("Box"), nullptr);
+    std::vector<int> clicks;
+    box.OnClick([&] { clicks.push_back(box.Value()); });
+    box.SetValue(0);
+    EXPECT_TRUE(clicks.empty());
+    box.SetValue(1);
+    box.SetValue(1);
+    EXPECT_EQ(clicks, std::vector<int>({1}));
+    box.SetValue(0);
+    EXPECT_EQ(clicks, std::vector<int>({1, 0}));
+}
+
+TEST(CheckBox, mouseAndSpaceBar_raiseClickWithTheNewValue)
+{
+    CheckBox box(QStringLiteral("Box"), nullptr);
+    std::vector<int> clicks;
+    box.OnClick([&] { clicks.push_back(box.Value()); });
+    box.show();
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(8, box.height() / 2));
+    QTest::keyClick(&box, Qt::Key_Space);
+    EXPECT_EQ(clicks, std::vector<int>({1, 0}));
+}
+
+TEST(CheckBox, disabled_takesNoClickByHandButOneByCode)
+{
+    CheckBox box(QStringLiteral("Box"), nullptr);
+    int clicks = 0;
+    box.OnClick([&] { ++clicks; });
+    box.setEnabled(false);
+    box.show();
+    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(8, box.height() / 2));
+    EXPECT_EQ(clicks, 0);
+    box.SetValue(1);
+    EXPECT_EQ(clicks, 1);
+}
+
+namespace {
+
+class OptionGroup : public testing::Test
+{
+protected:
+    OptionGroup()
+    {
+        first.setGeometry(0, 0, 100, 20);
+        second.setGeometry(0, 30, 100, 20);
+        first.OnClick([this] { Note(1); });
+        second.OnClick([this] { Note(2); });
+        group.resize(100, 60);
+        group.show();
+    }
+    void Note(int number)
+    {
+        clicks.push_back(number);
+        // Whoever becomes selected finds the other one clear already.
+        EXPECT_EQ(first.Value(), number == 1);
+        EXPECT_EQ(second.Value(), number == 2);
+    }
+
+    QWidget group;
+    OptionButton first{QStringLiteral("First"), &group};
+    OptionButton second{QStringLiteral("Second"), &group};
+    std::vector<int> clicks;
+};
+
+} // namespace
+
+TEST_F(OptionGroup, built_noneIsSelected)
+{
+    EXPECT_FALSE(first.Value());
+    EXPECT_FALSE(second.Value());
+}
+
+TEST_F(OptionGroup, select_raisesClickOfTheOneThatBecomesSelected)
+{
+    first.Select();
+    EXPECT_EQ(clicks, std::vector<int>({1}));
+    first.Select();
+    EXPECT_EQ(clicks.size(), 1U);
+    second.Select();
+    EXPECT_EQ(clicks, std::vector<int>({1, 2}));
+}
+
+TEST_F(OptionGroup, mouse_raisesClickOnlyOnAChange)
+{
+    QTest::mouseClick(&second, Qt::LeftButton, {}, QPoint(8, 10));
+    QTest::mouseClick(&second, Qt::LeftButton, {}, QPoint(8, 10));
+    EXPECT_EQ(clicks, std::vector<int>({2}));
+}
+
+TEST_F(OptionGroup, arrowKeys_select)
+{
+    group.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&group));
+    first.Select();
+    first.setFocus();
+    QTest::keyClick(&first, Qt::Key_Down);
+    EXPECT_EQ(clicks, std::vector<int>({1, 2}));
+}
+
+TEST_F(OptionGroup, optionsOfAnotherContainer_areAnotherGroup)
+{
+    QWidget elsewhere;
+    OptionButton third(QStringLiteral("Third"), &elsewhere);
+    first.Select();
+    third.Select();
+    EXPECT_TRUE(first.Value());
+    EXPECT_TRUE(third.Value());
+}

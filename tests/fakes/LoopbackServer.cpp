@@ -1,0 +1,202 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/LoopbackServer.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr qsizetype kLongestHead = 1024 * 1024;
+constexpr std::size_t kMostConnections = 2000;
+
+// Whether the socket is ready before the test ends or the time (-1 for none) is over.
+bool IsReady(int socket, short events, int stop, int milliseconds)
+{
+    pollfd watched[] = {{socket, events, 0}, {stop, POLLIN, 0}};
+    return ::poll(watched, 2, milliseconds) > 0 && watched[1].revents == 0 && watched[0].revents != 0;
+}
+
+} // namespace
+
+LoopbackServer::Connection::Connection(LoopbackServer& server, int socket, QByteArray request)
+    : m_server(server)
+    , m_socket(socket)
+    , m_request(std::move(request))
+{
+}
+
+QByteArray LoopbackServer::Connection::Target() const
+{
+    const qsizetype start = m_request.indexOf(' ') + 1;
+    return m_request.mid(start, m_request.indexOf(" HTTP/") - start);
+}
+
+bool LoopbackServer::Connection::Send(const QByteArray& bytes)
+{
+    qsizetype sent = 0;
+    while (sent < bytes.size()) {
+        if (!IsReady(m_socket, POLLOUT, m_server.m_stop[0], -1)) {
+            return false;
+        }
+        const ssize_t count =
+            ::send(m_socket, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent),
+                   MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count < 0 && errno != EAGAIN) {
+            return false;
+        }
+        sent += count > 0 ? count : 0;
+    }
+    return true;
+}
+
+bool LoopbackServer::Connection::Reply(const QByteArray& body, const QByteArray& status,
+                                       const QByteArray& headers)
+{
+    return Send("HTTP/1.1 " + status + "\r\nContent-Type: text/xml\r\nContent-Length: " +
+                QByteArray::number(body.size()) + "\r\nConnection: close\r\n" + headers + "\r\n" + body);
+}
+
+bool LoopbackServer::Connection::Wait(int milliseconds)
+{
+    pollfd watched[] = {{m_socket, POLLIN, 0}, {m_server.m_stop[0], POLLIN, 0}};
+    return ::poll(watched, 2, milliseconds) == 0;
+}
+
+LoopbackServer::LoopbackServer(Handler handler, quint16 port)
+    : m_handler(std::move(handler))
+{
+    m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int on = 1;
+    ::setsockopt(m_listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    socklen_t length = sizeof address;
+    auto* const generic = reinterpret_cast<sockaddr*>(&address);
+    if (::bind(m_listener, generic, length) != 0 || ::listen(m_listener, 64) != 0 || ::pipe(m_stop) != 0 ||
+        ::getsockname(m_listener, generic, &length) != 0) {
+        qFatal("no server on the loopback");
+    }
+    m_port = ntohs(address.sin_port);
+    m_accepting = std::thread([this] { Accept(); });
+}
+
+LoopbackServer::~LoopbackServer()
+{
+    m_stopping = true;
+    const char byte = 0;
+    // Nobody reads it, so that every thread that waits sees it.
+    if (::write(m_stop[1], &byte, 1) != 1) {
+        qFatal("the server can't be stopped");
+    }
+    m_accepting.join();
+    for (std::thread& connection : m_connections) {
+        connection.join();
+    }
+    for (const int descriptor : {m_listener, m_stop[0], m_stop[1]}) {
+        ::close(descriptor);
+    }
+}
+
+QString LoopbackServer::Url(const QString& target) const
+{
+    return QStringLiteral("http://127.0.0.1:%1").arg(m_port) + target;
+}
+
+std::vector<QByteArray> LoopbackServer::Requests() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_requests;
+}
+
+std::vector<QByteArray> LoopbackServer::RequestLines() const
+{
+    std::vector<QByteArray> lines;
+    for (const QByteArray& request : Requests()) {
+        lines.push_back(request.left(request.indexOf("\r\n")));
+    }
+    return lines;
+}
+
+void LoopbackServer::Accept()
+{
+    while (!m_stopping && m_connections.size() < kMostConnections &&
+           IsReady(m_listener, POLLIN, m_stop[0], -1)) {
+        const int socket = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (socket >= 0) {
+            ++m_open;
+            m_connections.emplace_back([this, socket] { Serve(socket); });
+        }
+    }
+}
+
+void LoopbackServer::Serve(int socket)
+{
+    QByteArray request;
+    while (!request.contains("\r\n\r\n") && request.size() < kLongestHead &&
+           IsReady(socket, POLLIN, m_stop[0], -1)) {
+        char buffer[4096];
+        const ssize_t count = ::recv(socket, buffer, sizeof buffer, 0);
+        if (count <= 0) {
+            break;
+        }
+        request.append(buffer, count);
+    }
+    if (request.contains("\r\n\r\n")) {
+        {
+            const std::lock_guard lock(m_mutex);
+            m_requests.push_back(request);
+        }
+        Connection connection(*this, socket, request);
+        m_handler(connection);
+    }
+    ::shutdown(socket, SHUT_WR);
+    ::close(socket);
+    --m_open;
+}
+
+LoopbackServer::Handler LoopbackServer::Answer(const QByteArray& body)
+{
+    return [body](Connection& connection) { connection.Reply(body); };
+}
+
+LoopbackServer::Handler LoopbackServer::Raw(const QByteArray& bytes)
+{
+    return [bytes](Connection& connection) { connection.Send(bytes); };
+}
+
+LoopbackServer::Handler LoopbackServer::Hang()
+{
+    return [](Connection& connection) { connection.Wait(-1); };
+}
+
+LoopbackServer::Handler LoopbackServer::Drip(int milliseconds)
+{
+    return [milliseconds](Connection& connection) {
+        connection.Send("HTTP/1.1 200 OK\r\n\r\n");
+        while (connection.Wait(milliseconds) && connection.Send("x")) {
+        }
+    };
+}
+
+LoopbackServer::Handler LoopbackServer::Flood()
+{
+    return [](Connection& connection) {
+        connection.Send("HTTP/1.1 200 OK\r\n\r\n");
+        const QByteArray block(65536, 'x');
+        while (connection.Send(block)) {
+        }
+    };
+}
+
+LoopbackServer::Handler LoopbackServer::RedirectTo(const QByteArray& location)
+{
+    return [location](Connection& connection) {
+        connection.Reply("moved", "302 Found", "Location: " + location + "\r\n");
+    };
+}

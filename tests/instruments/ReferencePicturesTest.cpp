@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/FakePlatform.h"
+#include "instruments/VBCompas.h"
+#include "instruments/VBSunAndMoon.h"
+
+#include <QPainter>
+#include <QPalette>
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+// The stored pictures are under reference/. After a change that is wanted, renew them with the environment
+// variable DUSKBEACON_RENEW_REFERENCES set to 1, look at the contact sheet, and keep what is right.
+
+namespace {
+
+struct SkyRow
+{
+    const char* name;
+    std::int16_t sun;
+    std::int16_t moon;
+    std::int16_t minute;
+};
+
+constexpr std::int16_t kSunrise = 390;
+constexpr std::int16_t kSunset = 1122;
+constexpr std::array kSkies{
+    SkyRow{"sunrise", 0, -300, kSunrise},
+    SkyRow{"noon", 620, -300, 756},
+    SkyRow{"sunset", 0, -200, kSunset},
+    SkyRow{"a_minute_after", -3, -200, kSunset + 1},
+    SkyRow{"midnight", -600, 520, 0},
+    SkyRow{"moon_by_day", 350, 600, 600},
+    SkyRow{"moon_below_the_horizon", -400, -100, 1300},
+};
+constexpr std::array kAngles{0, 30, 60, 90, 120, 150, 180, 210, 240, 270, 300, 330};
+
+QImage Sky(const SkyRow& row)
+{
+    FakePlatform platform;
+    VBSunAndMoon sky(platform.files, QStringLiteral(":/pictures"), nullptr);
+    sky.Setup(kSunrise, kSunset);
+    sky.Update(row.sun, row.moon, row.minute);
+    return sky.grab(QRect(0, 0, 273, 125)).toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+QImage Compass(int angle)
+{
+    const FakeRegion region;
+    VBCompas compass(region, nullptr);
+    QPalette colours(QColor(0xf5, 0xf2, 0xec));
+    colours.setColor(QPalette::WindowText, Qt::black);
+    compass.setPalette(colours);
+    compass.SetNewAngle(angle);
+    return compass.grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+QString Path(const QString& name)
+{
+    return QStringLiteral(REFERENCE_FOLDER "/") + name + QStringLiteral(".png");
+}
+
+/// The stored picture; renewed first if that was asked for.
+QImage Stored(const QString& name, const QImage& drawn)
+{
+    if (qEnvironmentVariableIntValue("DUSKBEACON_RENEW_REFERENCES") != 0) {
+        drawn.save(Path(name));
+    }
+    return QImage(Path(name)).convertToFormat(QImage::Format_RGB32);
+}
+
+/// How many pixels differ by more than what another version of the font renderer may do to an edge.
+int DifferentPixels(const QImage& left, const QImage& right)
+{
+    constexpr int kSoftEdge = 48;
+    const auto differs = [](QRgb a, QRgb b) {
+        return qAbs(qRed(a) - qRed(b)) > kSoftEdge || qAbs(qGreen(a) - qGreen(b)) > kSoftEdge ||
+               qAbs(qBlue(a) - qBlue(b)) > kSoftEdge;
+    };
+    int count = 0;
+    for (int y = 0; y < left.height(); ++y) {
+        for (int x = 0; x < left.width(); ++x) {
+            count += differs(left.pixel(x, y), right.pixel(x, y)) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+constexpr int kTolerance = 12;
+
+class ReferenceSky : public testing::TestWithParam<SkyRow>
+{
+};
+
+TEST_P(ReferenceSky, scene_equalsTheStoredOne)
+{
+    const QImage drawn = Sky(GetParam());
+    // No line is drawn and no text is written here, so each pixel is the same everywhere.
+    EXPECT_EQ(drawn, Stored(QStringLiteral("sky_") + QLatin1String(GetParam().name), drawn));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ReferenceSky, testing::ValuesIn(kSkies),
+                         [](const auto& row) { return row.param.name; });
+
+class ReferenceCompass : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(ReferenceCompass, card_equalsTheStoredOne)
+{
+    const QImage drawn = Compass(GetParam());
+    const QImage stored = Stored(QStringLiteral("compass_%1").arg(GetParam()), drawn);
+    ASSERT_EQ(drawn.size(), stored.size());
+    EXPECT_LE(DifferentPixels(drawn, stored), kTolerance);
+}
+
+TEST_P(ReferenceCompass, pointerFiveDegreesOff_isBeyondTheTolerance)
+{
+    EXPECT_GT(DifferentPixels(Compass(GetParam()), Compass(GetParam() + 5)), kTolerance);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ReferenceCompass, testing::ValuesIn(kAngles));
+
+TEST(ReferencePictures, contactSheet_showsThemAll)
+{
+    QImage sheet(3 * 290 + 10, 3 * 150 + 2 * 135 + 10, QImage::Format_RGB32);
+    sheet.fill(0xfff5f2ec);
+    QPainter painter(&sheet);
+    int index = 0;
+    for (const SkyRow& row : kSkies) {
+        const QPoint corner(10 + index % 3 * 290, 10 + index / 3 * 150);
+        painter.drawImage(corner, Sky(row));
+        painter.drawText(corner + QPoint(0, 138), QLatin1String(row.name));
+        ++index;
+    }
+    index = 0;
+    for (const int angle : kAngles) {
+        painter.drawImage(QPoint(10 + index % 6 * 130, 470 + index / 6 * 125), Compass(angle));
+        ++index;
+    }
+    painter.end();
+    EXPECT_TRUE(sheet.save(QStringLiteral(CONTACT_SHEET)));
+}
+
+} // namespace

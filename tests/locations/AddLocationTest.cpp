@@ -1,0 +1,265 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "locations/LocationsFixture.h"
+#include "service/ServiceRequests.h"
+
+namespace {
+
+const QString kAdded = QStringLiteral("This location has already been added to location list.");
+const QString kNoInfo = QStringLiteral("Failed to get city info. Please verify internet connection.");
+constexpr const char* kCairo =
+    R"(<root><Cairo atlas_id="EG-1" city="Cairo" state="Egypt" longitude="31.25 E" longitude_final="31.25" latitude="30.05 N" latitude_final="30.05" time_zone2="2" note="&quot;mother&quot; &amp; more &lt;"/></root>)";
+
+class AddLocationTest : public LocationsFixture
+{
+protected:
+    AddLocationTest()
+    {
+        platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
+            "<root><a city=\"Cairo\" atlas_id=\"EG-1\"/><b city=\"Cairo\" atlas_id=\"EG-2\"/></root>";
+        Info(kCairo);
+    }
+    void Info(const QByteArray& reply) { platform.http.replies[QStringLiteral("getCityInfo.pl")] = reply; }
+
+    /// The search window with two results, none selected.
+    FrmNewLoc& OpenResults()
+    {
+        FrmNewLoc& window = OpenSearch();
+        Type(window, "TxtZipCode", QStringLiteral("1"));
+        ClickOn(window, "LblGetLink");
+        platform.http.requests.clear();
+        return window;
+    }
+    static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
+    void AddRow(const Form& window, int row)
+    {
+        ClickRow(Results(window), row);
+        ClickOn(window, "CmdAdd");
+    }
+    ListBox& Places() const { return Find<ListBox>(*forms.Loaded(FrmLocation::kName), "LstLocations"); }
+    void ExpectStillOpen(const Form& window) const
+    {
+        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), &window);
+        EXPECT_TRUE(window.isVisible() && Find<QWidget>(window, "CmdAdd").isEnabled());
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    }
+};
+
+TEST_F(AddLocationTest, add_nothingSelected_saysSoAndSendsNothing)
+{
+    const FrmNewLoc& window = OpenResults();
+    ClickOn(window, "CmdAdd");
+    ExpectBoxes({Plain(QStringLiteral("You must first select a city to add."))});
+    EXPECT_TRUE(platform.http.requests.isEmpty());
+    ExpectStillOpen(window);
+}
+
+TEST_F(AddLocationTest, add_listTookTheFocus_stillCountsAsNothingSelected)
+{
+    const FrmNewLoc& window = OpenResults();
+    Results(window).setFocus();
+    ClickOn(window, "CmdAdd");
+    ExpectBoxes({Plain(QStringLiteral("You must first select a city to add."))});
+}
+
+TEST_F(AddLocationTest, add_movesTheElementUnchangedBehindThePlaces)
+{
+    const FrmNewLoc& window = OpenResults();
+    platform.http.whileWaiting = [&] { EXPECT_FALSE(Find<QWidget>(window, "CmdAdd").isEnabled()); };
+    AddRow(window, 1);
+    EXPECT_EQ(platform.http.requests,
+              QStringList{ServiceRequests::GetCityInfo(main->Settings, QStringLiteral("EG-2"))})
+        << "the identifier of the row, not of the name";
+    EXPECT_EQ(Lines(Places()),
+              (QStringList{QStringLiteral("Chicago, Illinois"), QStringLiteral("Makkah, Saudi Arabia"),
+                           QStringLiteral("Cairo, Egypt")}));
+    EXPECT_EQ(Places().ListIndex(), 0) << "still the current place";
+    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
+    EXPECT_TRUE(ReadSettings().contains(QByteArray(kCairo).mid(6).chopped(9))) << ReadSettings().constData();
+    EXPECT_FALSE(main->calls.contains(QStringLiteral("UpdateEverything")));
+    ExpectBackInList();
+    ExpectBoxes({});
+}
+
+TEST_F(AddLocationTest, add_thenSet_makesItCurrent)
+{
+    AddRow(OpenResults(), 0);
+    ClickRow(Places(), 2);
+    ClickOn(*forms.Loaded(FrmLocation::kName), "CmdSet");
+    EXPECT_EQ(main->Settings.CityName, QStringLiteral("Cairo"));
+    EXPECT_DOUBLE_EQ(main->Settings.LatitudeFinal, 30.05);
+    ExpectBackInMain();
+}
+
+TEST_F(AddLocationTest, doubleClick_adds)
+{
+    const FrmNewLoc& window = OpenResults();
+    DoubleClick(Results(window), Results(window).visualItemRect(Results(window).item(1)).center());
+    EXPECT_EQ(platform.http.requests,
+              QStringList{ServiceRequests::GetCityInfo(main->Settings, QStringLiteral("EG-2"))});
+    ExpectBackInList();
+}
+
+TEST_F(AddLocationTest, doubleClickWhileAdding_asksNoSecondTime)
+{
+    const FrmNewLoc& window = OpenResults();
+    platform.http.whileWaiting = [&] {
+        DoubleClick(Results(window), Results(window).visualItemRect(Results(window).item(0)).center());
+    };
+    AddRow(window, 0);
+    EXPECT_EQ(platform.http.requests.size(), 1);
+    EXPECT_EQ(Places().count(), 3);
+}
+
+TEST_F(AddLocationTest, add_storedName_saysSoAndStaysOpen)
+{
+    // Another place, but the name alone counts.
+    Info("<root><Makkah atlas_id=\"XX-9\" city=\"Elsewhere\" state=\"Nowhere\"/></root>");
+    const QByteArray before = ReadSettings();
+    const FrmNewLoc& window = OpenResults();
+    AddRow(window, 0);
+    ExpectBoxes({Plain(kAdded)});
+    EXPECT_EQ(ReadSettings(), before);
+    ExpectStillOpen(window);
+}
+
+TEST_F(AddLocationTest, add_nameInAnotherCase_isAnotherPlace)
+{
+    Info("<root><makkah atlas_id=\"XX-9\" city=\"Elsewhere\" state=\"Nowhere\"/></root>");
+    AddRow(OpenResults(), 0);
+    EXPECT_EQ(Places().count(), 3);
+    ExpectBoxes({});
+}
+
+TEST_F(AddLocationTest, add_failedRequest_saysSoAndStaysOpen)
+{
+    const FrmNewLoc& window = OpenResults();
+    for (const auto* reply : {"", "<root><Cairo", "Service Unavailable"}) {
+        Info(reply);
+        AddRow(window, 0);
+        ExpectBoxes({Plain(kNoInfo)});
+        ExpectStillOpen(window);
+    }
+    platform.http.replies.erase(QStringLiteral("getCityInfo.pl"));
+    AddRow(window, 0);
+    ExpectBoxes({Plain(kNoInfo)});
+    ExpectStillOpen(window);
+}
+
+TEST_F(AddLocationTest, add_replyWithoutAPlace_closesWithNothingNew)
+{
+    for (const auto* reply : {"<root/>", "<other><Cairo city=\"Cairo\"/></other>"}) {
+        Info(reply);
+        AddRow(OpenResults(), 0);
+        EXPECT_EQ(Places().count(), 2) << reply;
+        ExpectBackInList();
+        ExpectBoxes({});
+        forms.Unload(FrmLocation::kName);
+    }
+}
+
+TEST_F(AddLocationTest, add_replyWithThreePlaces_storesEverySecond)
+{
+    Info("<root><A city=\"A\" state=\"s\"/><B city=\"B\" state=\"s\"/><C city=\"C\" state=\"s\"/></root>");
+    AddRow(OpenResults(), 0);
+    EXPECT_EQ(Lines(Places()).mid(2), (QStringList{QStringLiteral("A, s"), QStringLiteral("C, s")}));
+}
+
+TEST_F(AddLocationTest, add_duplicateBehindANewPlace_keepsWhatWasStored)
+{
+    // The first one leaves the reply, so that the walk goes on with the third.
+    Info("<root><A city=\"A\" state=\"s\"/><B/><Makkah/></root>");
+    const FrmNewLoc& window = OpenResults();
+    AddRow(window, 0);
+    ExpectBoxes({Plain(kAdded)});
+    ExpectStillOpen(window);
+    EXPECT_EQ(Setting(QStringLiteral("city"), QStringLiteral("//root//locations//A")), QStringLiteral("A"));
+}
+
+TEST_F(AddLocationTest, add_fileThatCanNotBeWritten_losesThePlaceQuietly)
+{
+    const FrmNewLoc& window = OpenResults();
+    files.isLocked = true;
+    AddRow(window, 0);
+    EXPECT_EQ(Places().count(), 2);
+    ExpectBackInList();
+    ExpectBoxes({});
+}
+
+TEST_F(AddLocationTest, add_damagedFile_staysAsItIs_bothWindowsClose)
+{
+    const FrmNewLoc& window = OpenResults();
+    WriteSettings(QStringLiteral("<root><app"));
+    AddRow(window, 0);
+    ExpectBoxes({Plain(QStringLiteral("There was a problem retrieving list of locations."))});
+    EXPECT_EQ(ReadSettings(), QByteArray("<root><app"));
+    ExpectBackInMain();
+}
+
+TEST_F(AddLocationTest, closedDuringTheRequest_addsNothing)
+{
+    FrmNewLoc& window = OpenResults();
+    const QByteArray before = ReadSettings();
+    platform.http.whileWaiting = [&] { window.close(); };
+    AddRow(window, 0);
+    EXPECT_EQ(ReadSettings(), before);
+    ExpectBackInList();
+    ExpectBoxes({});
+}
+
+TEST_F(AddLocationTest, add_listGone_storesAndGoesBackToTheMainWindow)
+{
+    const FrmNewLoc& window = OpenResults();
+    platform.http.whileWaiting = [&] { forms.Unload(FrmLocation::kName); };
+    AddRow(window, 0);
+    EXPECT_EQ(Setting(QStringLiteral("city"), QStringLiteral("//root//locations//Cairo")),
+              QStringLiteral("Cairo"));
+    ExpectBackInMain();
+}
+
+struct OddPlace
+{
+    const char* name;
+    QString key;
+    QString city;
+};
+
+class OddPlaceTest : public AddLocationTest, public testing::WithParamInterface<OddPlace>
+{
+};
+
+TEST_P(OddPlaceTest, add_isListedSetAndDeletedAgain)
+{
+    const OddPlace place = GetParam();
+    Info(QStringLiteral("<root><%1 city=\"%2\" state=\"s\" longitude_final=\"1\" latitude_final=\"2\" "
+                        "time_zone2=\"3\"/></root>")
+             .arg(place.key, place.city.toHtmlEscaped())
+             .toUtf8());
+    AddRow(OpenResults(), 0);
+    const Form& list = *forms.Loaded(FrmLocation::kName);
+    EXPECT_EQ(Places().List(2), place.city + QStringLiteral(", s"));
+    ClickRow(Places(), 2);
+    ClickOn(list, "CmdSet");
+    EXPECT_EQ(Current(), place.key);
+    EXPECT_EQ(main->Settings.CityName, place.city);
+    const FrmLocation& again = OpenList();
+    EXPECT_EQ(Places().ListIndex(), 2);
+    platform.boxes.answers = {true};
+    ClickOn(again, "CmdDel");
+    EXPECT_EQ(Places().count(), 2);
+    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Names, OddPlaceTest,
+    testing::Values(OddPlace{"arabicName", QStringLiteral("القاهرة"), QStringLiteral("القاهرة")},
+                    OddPlace{"accents", QStringLiteral("São_Paulo"), QStringLiteral("São Paulo")},
+                    OddPlace{"digitsHyphenPoint", QStringLiteral("_1.a-b"), QStringLiteral("x")},
+                    OddPlace{"wordOfThePatternLanguage", QStringLiteral("text"), QStringLiteral("div")},
+                    OddPlace{"quotesAndMarkup", QStringLiteral("Q"),
+                             QStringLiteral("\"O'Fallon\" & <b>Sons</b>")},
+                    OddPlace{"tenThousandCharacters", QStringLiteral("L"), QString(10000, u'w')},
+                    OddPlace{"emptyCity", QStringLiteral("E"), QString()}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+} // namespace

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "locations/LocationsFixture.h"
+
+#include <QComboBox>
+
+namespace {
+
+QByteArray ManyChildren(int count)
+{
+    QByteArray reply = "<root num_matches=\"5000\" max_matches=\"6000\">";
+    for (int i = 0; i < count; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        reply += "<c" + number + " city=\"City " + number + "\" state=\"State " + number + "\" atlas_id=\"" +
+                 number + "\" state_id=\"" + number + "\"/>";
+    }
+    return reply + "</root>";
+}
+
+struct BadReply
+{
+    const char* name;
+    QByteArray reply;
+};
+
+const std::vector<BadReply>& BadReplies()
+{
+    static const std::vector<BadReply> replies{
+        {"empty", QByteArray()},
+        {"page", "<!DOCTYPE html><html><head><title>500</title></head><body><br></body></html>"},
+        {"wellFormedPage", "<html><body><p>500</p></body></html>"},
+        {"cut", "<root><a city=\"Cai"},
+        {"rootAlone", "<root/>"},
+        {"textOnly", "<root>sorry</root>"},
+        {"commentOnly", "<root><!-- sorry --></root>"},
+        {"noAttributes", "<root><a/><b/></root>"},
+        {"twoOfOneName", "<root num_matches=\"x\"><a city=\"1\" atlas_id=\"2\"/><a city=\"3\"/></root>"},
+        {"rootInRoot", "<root><root city=\"1\"/></root>"},
+        {"namespaces", "<root xmlns:p=\"urn:p\"><p:a city=\"1\" atlas_id=\"2\"/></root>"},
+        {"noText", QByteArray("\0\1\2\3\xff\xfe", 6)},
+        {"longValue", "<root><a city=\"" + QByteArray(10000, 'w') + "\" state=\"" + QByteArray(10000, 'w') +
+                          "\" atlas_id=\"" + QByteArray(10000, '9') + "\"/></root>"},
+        {"entityBomb", "<!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]><root><c "
+                       "city=\"&b;\"/></root>"},
+        {"deep", QByteArray("<a>").repeated(100000)},
+    };
+    return replies;
+}
+
+class HostileServiceTest : public LocationsFixture, public testing::WithParamInterface<BadReply>
+{
+protected:
+    void Answer(const char* script) { platform.http.replies[QLatin1String(script)] = GetParam().reply; }
+    void ExpectSettingsWhole() const
+    {
+        EXPECT_EQ(Current(), QStringLiteral("Chicago"));
+        EXPECT_EQ(Setting(QStringLiteral("pid"), QStringLiteral("//root//app")), QStringLiteral("P-77"));
+        EXPECT_EQ(Setting(QStringLiteral("city"), QStringLiteral("//root//locations//Makkah")),
+                  QStringLiteral("Makkah"));
+        EXPECT_EQ(Setting(QStringLiteral("method"), QStringLiteral("//root//alerts")),
+                  QStringLiteral("ISNA"));
+    }
+    void ExpectSearchUsable(const Form& window) const
+    {
+        ASSERT_EQ(forms.Loaded(FrmNewLoc::kName), &window);
+        EXPECT_TRUE(window.isVisible() && window.isEnabled());
+        for (const auto* name : {"LblGetLink", "LblGet2Link", "CmdAdd", "CmdCancel"}) {
+            EXPECT_TRUE(Find<QWidget>(window, name).isEnabled()) << name;
+        }
+        EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    }
+};
+
+TEST_P(HostileServiceTest, everyRequest_leavesFileAndWindowsUsable)
+{
+    for (const auto* script : {"getStates.pl", "getUsCanCity.pl", "getNumMatchingCities.pl",
+                               "getMatchingCities.pl", "getCityInfo.pl"}) {
+        SCOPED_TRACE(script);
+        platform.http.replies = {
+            {QStringLiteral("getStates.pl"), "<root><a state=\"Egypt\" state_id=\"EG\"/></root>"},
+            {QStringLiteral("getUsCanCity.pl"), "<root><a city=\"Cairo\" atlas_id=\"1\"/></root>"},
+            {QStringLiteral("getNumMatchingCities.pl"), "<root num_matches=\"1\" max_matches=\"9\"/>"},
+            {QStringLiteral("getMatchingCities.pl"), "<root><a city=\"Cairo\" atlas_id=\"1\"/></root>"}};
+        Answer(script);
+        FrmLocation& list = OpenList();
+        ClickOn(list, "LblNewLocLink");
+        if (Form* const search = forms.Loaded(FrmNewLoc::kName); search != nullptr) {
+            ExpectSearchUsable(*search);
+            Type(*search, "TxtZipCode", QStringLiteral("1"));
+            ClickOn(*search, "LblGetLink");
+            Find<QComboBox>(*search, "CombState").setCurrentIndex(0);
+            Type(*search, "TxtCity", QStringLiteral("Ca"));
+            ClickOn(*search, "LblGet2Link");
+            ExpectSearchUsable(*search);
+            if (auto& results = Find<ListBox>(*search, "LstSearchResults"); results.count() > 0) {
+                ClickRow(results, 0);
+            }
+            ClickOn(*search, "CmdAdd");
+            forms.Unload(FrmNewLoc::kName);
+        }
+        ExpectBackInList();
+        ExpectSettingsWhole();
+        forms.Unload(FrmLocation::kName);
+        ExpectBackInMain();
+        EXPECT_EQ(platform.process.ended, 0);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Replies, HostileServiceTest, testing::ValuesIn(BadReplies()),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+using LargeReplyTest = LocationsFixture;
+
+TEST_F(LargeReplyTest, fiveThousandChildren_areAllListed)
+{
+    platform.http.replies[QStringLiteral("getStates.pl")] = ManyChildren(5000);
+    platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] = ManyChildren(1);
+    platform.http.replies[QStringLiteral("getMatchingCities.pl")] = ManyChildren(5000);
+    const FrmNewLoc& window = OpenSearch();
+    auto& countries = Find<QComboBox>(window, "CombState");
+    EXPECT_EQ(countries.count(), 5000);
+    EXPECT_EQ(countries.itemText(4999), QStringLiteral("State 4999"));
+    countries.setCurrentIndex(4999);
+    Type(window, "TxtCity", QStringLiteral("Ci"));
+    ClickOn(window, "LblGet2Link");
+    EXPECT_TRUE(platform.http.requests.last().contains(QStringLiteral("state_id=4999&")));
+    const auto& results = Find<ListBox>(window, "LstSearchResults");
+    EXPECT_EQ(results.count(), 5000);
+    EXPECT_EQ(results.List(4999), QStringLiteral("City 4999"));
+}
+
+TEST_F(LargeReplyTest, longLines_endInDotsWithinTheList)
+{
+    platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
+        "<root><a city=\"" + QByteArray(10000, 'w') + "\" atlas_id=\"1\"/></root>";
+    const FrmNewLoc& window = OpenSearch();
+    const int width = window.width();
+    Type(window, "TxtZipCode", QStringLiteral("1"));
+    ClickOn(window, "LblGetLink");
+    const auto& results = Find<ListBox>(window, "LstSearchResults");
+    EXPECT_LE(results.visualItemRect(results.item(0)).width(), results.viewport()->width());
+    EXPECT_EQ(window.width(), width);
+}
+
+} // namespace

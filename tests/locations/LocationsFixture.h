@@ -1,0 +1,245 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/FrmWait.h"
+#include "controls/LinkLabel.h"
+#include "controls/ListBox.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
+#include "store/SimpleXML.h"
+#include "support/RuntimeError.h"
+
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+/// A main window that reads settings.xml as the real one does and remembers what it was asked.
+class FakeMain final : public Form, public MainForm
+{
+public:
+    FakeMain(Forms& forms, const DomDocuments& documents)
+        : Form(forms, QStringLiteral("FrmMain"), Qt::Window)
+        , m_documents(documents)
+    {
+        forms.SetMain(*this);
+        ActiveForm = QStringLiteral("FrmMain");
+    }
+    int UpdateEverything() override
+    {
+        calls << QStringLiteral("UpdateEverything");
+        if (!IsLoaded()) {
+            return 0;
+        }
+        try {
+            LoadConfiguration(Settings, m_documents, Outside().region);
+            return 1;
+        } catch (const RuntimeError&) {
+            return 0;
+        }
+    }
+    void PopLocation() override
+    {
+        calls << QStringLiteral("PopLocation");
+        if (paintsFail > 0) {
+            --paintsFail;
+            throw RuntimeError(ErrorNumber::kLibraryNotFound, QStringLiteral("no library"));
+        }
+    }
+    void PopPrayerFrame() override { calls << QStringLiteral("PopPrayerFrame"); }
+    void Enable(bool enabled) override
+    {
+        calls << (enabled ? QStringLiteral("Enable") : QStringLiteral("Disable"));
+        setEnabled(enabled);
+    }
+    void TakeFocus() override
+    {
+        calls << QStringLiteral("TakeFocus while ") + ActiveForm;
+        if (IsLoaded()) {
+            SetFocus();
+        }
+    }
+
+    QStringList calls;
+    /// So many of the next PopLocation throw.
+    int paintsFail = 0;
+
+private:
+    const DomDocuments& m_documents;
+};
+
+/// Real files that can be made unwritable, for root too.
+class LockableFiles final : public FileStore
+{
+public:
+    [[nodiscard]] std::optional<QByteArray> Read(const QString& path, qint64 limit) const override
+    {
+        return m_files.Read(path, limit);
+    }
+    bool Replace(const QString& path, const QByteArray& content) override
+    {
+        return !isLocked && m_files.Replace(path, content);
+    }
+    bool Write(const QString& path, const QByteArray& content) override
+    {
+        return !isLocked && m_files.Write(path, content);
+    }
+
+    bool isLocked = false;
+
+private:
+    PosixFileStore m_files;
+};
+
+/// The windows of the places over a fake main window, acted on as a user does.
+class LocationsFixture : public testing::Test
+{
+protected:
+    using Box = FakeMessageBoxes::Box;
+
+    LocationsFixture()
+    {
+        WriteSettings();
+        forms.Register(QStringLiteral("FrmMain"), [this] {
+            auto form = std::make_unique<FakeMain>(forms, documents);
+            main = form.get();
+            return form;
+        });
+        forms.Register(FrmLocation::kName,
+                       [this] { return std::make_unique<FrmLocation>(forms, documents); });
+        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms, documents); });
+        forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
+        forms.Touch(QStringLiteral("FrmMain")).Show();
+        main->UpdateEverything();
+        main->calls.clear();
+        platform.http.reachable = true;
+        platform.http.replies[QStringLiteral("getStates.pl")] =
+            "<root><a state=\"Illinois\" state_id=\"17\"/><b state=\"Egypt\" state_id=\"EG\"/></root>";
+    }
+
+    /// As the main window's link does it.
+    FrmLocation& OpenList()
+    {
+        main->Enable(false);
+        auto& list = forms.Touch<FrmLocation>();
+        list.setEnabled(true);
+        list.Show();
+        main->ActiveForm = list.Name();
+        main->calls.clear();
+        return list;
+    }
+    FrmNewLoc& OpenSearch()
+    {
+        ClickOn(OpenList(), "LblNewLocLink");
+        Form* const search = forms.Loaded(FrmNewLoc::kName);
+        if (search == nullptr) {
+            throw std::runtime_error("the search window did not open");
+        }
+        platform.http.requests.clear();
+        return static_cast<FrmNewLoc&>(*search);
+    }
+
+    template <typename Control>
+    static Control& Find(const Form& form, const char* name)
+    {
+        auto* const control = form.findChild<Control*>(QLatin1String(name));
+        if (control == nullptr) {
+            throw std::runtime_error(std::string("no control named ") + name);
+        }
+        return *control;
+    }
+    static void ClickOn(const Form& form, const char* name)
+    {
+        auto& control = Find<QWidget>(form, name);
+        ASSERT_TRUE(control.isVisible() && control.isEnabled()) << name;
+        QTest::mouseClick(&control, Qt::LeftButton);
+    }
+    static void Type(const Form& form, const char* name, const QString& text)
+    {
+        auto& field = Find<QLineEdit>(form, name);
+        ASSERT_TRUE(field.isVisible() && field.isEnabled()) << name;
+        field.clear();
+        QTest::keyClicks(&field, text);
+    }
+    static void ClickRow(ListBox& list, int row)
+    {
+        list.scrollToItem(list.item(row));
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(row)).center());
+    }
+    /// A whole double click, as the window system sends it.
+    static void DoubleClick(ListBox& list, const QPoint& place)
+    {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+    }
+    static void MoveOver(QWidget& widget, const QPoint& place)
+    {
+        QMouseEvent move(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &move);
+    }
+    static QStringList Lines(const ListBox& list)
+    {
+        QStringList lines;
+        for (int row = 0; row < list.count(); ++row) {
+            lines << list.List(row);
+        }
+        return lines;
+    }
+    QString Current() const
+    {
+        return Setting(QStringLiteral("Current"), QStringLiteral("//root//locations"));
+    }
+    QString Setting(const QString& name, const QString& path) const
+    {
+        SimpleXML settings(documents);
+        EXPECT_TRUE(settings.Load(kSettingsFile));
+        return settings.GetAttribute(name, path);
+    }
+    static Box Plain(const QString& text)
+    {
+        return {text, QStringLiteral("Dusk Beacon"), QStringLiteral("OK")};
+    }
+    static Box Question(const QString& text)
+    {
+        return {text, QStringLiteral("Dusk Beacon"), QStringLiteral("Yes No")};
+    }
+    void ExpectBoxes(const std::vector<Box>& expected)
+    {
+        EXPECT_EQ(platform.boxes.boxes, expected);
+        platform.boxes.boxes.clear();
+    }
+    /// The main window alone, in charge.
+    void ExpectBackInMain()
+    {
+        EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
+        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), nullptr);
+        EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
+        EXPECT_TRUE(main->isEnabled());
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+    }
+    /// The list of places in front, usable.
+    void ExpectBackInList()
+    {
+        Form* const list = forms.Loaded(FrmLocation::kName);
+        ASSERT_NE(list, nullptr);
+        EXPECT_TRUE(list->isEnabled() && list->isVisible());
+        EXPECT_TRUE(Find<QWidget>(*list, "LblNewLocLink").isEnabled());
+        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), nullptr);
+        EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmLocation"));
+    }
+
+    FakePlatform platform;
+    LockableFiles files;
+    DomDocuments documents{files, platform.http};
+    Forms forms{platform.doors};
+    FakeMain* main = nullptr;
+};

@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "locations/LocationsFixture.h"
+
+#include <QLabel>
+
+namespace {
+
+const FakeMessageBoxes::Box kError7{
+    QStringLiteral("An error has occured, The application will be terminated."), QStringLiteral("Error - 7"),
+    QStringLiteral("OK")};
+
+// Stands for the search window where a test wants an opening that fails.
+class FailingForm final : public Form
+{
+public:
+    FailingForm(Forms& forms, int& failures)
+        : Form(forms, QStringLiteral("FrmNewLoc"), Qt::Window)
+        , m_failures(failures)
+    {
+    }
+
+protected:
+    void OnLoad() override
+    {
+        if (m_failures > 0) {
+            --m_failures;
+            throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow"));
+        }
+    }
+
+private:
+    int& m_failures;
+};
+
+using OpenNewLocationTest = LocationsFixture;
+
+TEST_F(OpenNewLocationTest, click_opensTheSearch_overTheDisabledList)
+{
+    FrmLocation& list = OpenList();
+    ClickOn(list, "LblNewLocLink");
+    Form* const search = forms.Loaded(FrmNewLoc::kName);
+    ASSERT_NE(search, nullptr);
+    EXPECT_TRUE(search->isVisible() && search->isEnabled());
+    EXPECT_FALSE(list.isEnabled());
+    EXPECT_FALSE(main->isEnabled());
+    EXPECT_FALSE(Find<QWidget>(list, "LblNewLocLink").testAttribute(Qt::WA_ForceDisabled))
+        << "enabled itself, though its window is not";
+    EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
+    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    ExpectBoxes({});
+}
+
+TEST_F(OpenNewLocationTest, click_showsTheWaitWindowWhileTheRequestRuns)
+{
+    FrmLocation& list = OpenList();
+    bool hasLooked = false;
+    platform.http.whileWaiting = [&] {
+        hasLooked = true;
+        const Form* const wait = forms.Loaded(FrmWait::kName);
+        ASSERT_NE(wait, nullptr);
+        EXPECT_TRUE(wait->isVisible());
+        EXPECT_EQ(Find<QLabel>(*wait, "Label1").text(), QStringLiteral("Please Wait..."));
+        EXPECT_FALSE(list.isEnabled());
+        EXPECT_FALSE(Find<QWidget>(list, "LblNewLocLink").isEnabled());
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmWait"));
+        EXPECT_LT((wait->frameGeometry().center() - list.frameGeometry().center()).manhattanLength(), 8)
+            << "over the window in front";
+    };
+    ClickOn(list, "LblNewLocLink");
+    EXPECT_TRUE(hasLooked);
+}
+
+TEST_F(OpenNewLocationTest, waitWindow_isPaintedBeforeTheRequest)
+{
+    class PaintWatch final : public QObject
+    {
+    public:
+        bool eventFilter(QObject* watched, QEvent* event) override
+        {
+            hasPainted = hasPainted || (event->type() == QEvent::Paint &&
+                                        watched->objectName() == QStringLiteral("FrmWait"));
+            return false;
+        }
+        bool hasPainted = false;
+    };
+    PaintWatch watch;
+    qApp->installEventFilter(&watch);
+    bool wasPainted = false;
+    platform.http.whileWaiting = [&] { wasPainted = watch.hasPainted; };
+    ClickOn(OpenList(), "LblNewLocLink");
+    EXPECT_TRUE(wasPainted);
+}
+
+TEST_F(OpenNewLocationTest, searchThatClosesItself_leavesTheListInCharge)
+{
+    platform.http.reachable = false;
+    ClickOn(OpenList(), "LblNewLocLink");
+    EXPECT_EQ(platform.boxes.boxes.size(), 1U) << "the search's own message only";
+    ExpectBackInList();
+}
+
+TEST_F(OpenNewLocationTest, otherFailure_saysErrorSevenAndTriesTheStepAgain)
+{
+    int failures = 2;
+    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FailingForm>(forms, failures); });
+    ClickOn(OpenList(), "LblNewLocLink");
+    ExpectBoxes({kError7, kError7});
+    EXPECT_EQ(platform.process.ended, 0) << "in spite of the words";
+    ASSERT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
+    EXPECT_TRUE(forms.Loaded(FrmNewLoc::kName)->isVisible());
+    EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
+    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    forms.Unload(FrmNewLoc::kName);
+}
+
+TEST_F(OpenNewLocationTest, listGoneWhileFailing_endsTheTries)
+{
+    int failures = 1000;
+    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FailingForm>(forms, failures); });
+    FrmLocation& list = OpenList();
+    platform.boxes.whileOpen = [&] { list.Unload(); };
+    ClickOn(list, "LblNewLocLink");
+    ExpectBoxes({kError7});
+    ExpectBackInMain();
+}
+
+TEST_F(OpenNewLocationTest, listGoneDuringTheRequest_leavesTheMainWindowInCharge)
+{
+    FrmLocation& list = OpenList();
+    platform.http.whileWaiting = [&] { list.Unload(); };
+    ClickOn(list, "LblNewLocLink");
+    ExpectBackInMain();
+    ExpectBoxes({});
+}
+
+TEST_F(OpenNewLocationTest, searchGoneDuringItsRequest_leavesTheListInCharge)
+{
+    platform.http.whileWaiting = [&] { forms.Unload(FrmNewLoc::kName); };
+    ClickOn(OpenList(), "LblNewLocLink");
+    ExpectBackInList();
+    ExpectBoxes({});
+}
+
+TEST_F(OpenNewLocationTest, waitWindowGoneDuringTheRequest_isNoMatter)
+{
+    platform.http.whileWaiting = [&] { forms.Unload(FrmWait::kName); };
+    ClickOn(OpenList(), "LblNewLocLink");
+    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    EXPECT_TRUE(forms.Loaded(FrmNewLoc::kName)->isVisible());
+    ExpectBoxes({});
+}
+
+TEST_F(OpenNewLocationTest, mainWindowGoneDuringTheRequest_searchStillOpensAndCloses)
+{
+    platform.http.whileWaiting = [&] { main->Unload(); };
+    ClickOn(OpenList(), "LblNewLocLink");
+    ClickOn(*forms.Loaded(FrmNewLoc::kName), "CmdCancel");
+    ExpectBackInList();
+    forms.Loaded(FrmLocation::kName)->close();
+    EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
+    ExpectBoxes({});
+}
+
+} // namespace

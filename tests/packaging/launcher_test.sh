@@ -1,0 +1,117 @@
+#!/bin/sh
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
+# launcher_test LAUNCHER BIN LIBRARY DATA: the launcher's cases, with a program in place of the real one that says where it
+# was started. The three folders are those of the installation, relative to its prefix.
+set -u
+launcher=$1
+work=$(mktemp -d)
+chmod 755 "$work"
+trap 'chmod -R u+w "$work"; umount "$work/full" 2>/dev/null; rm -rf "$work"' EXIT
+passed=0
+failed=0
+check() { # check NAME COMMAND…
+  name=$1
+  shift
+  if "$@"; then
+    passed=$((passed + 1))
+  else
+    failed=$((failed + 1))
+    echo "failed: $name" >&2
+  fi
+}
+contains() { case "$1" in *"$2"*) true ;; *) echo "got: $1" >&2; false ;; esac; }
+
+prefix=$work/prefix
+mkdir -p "$prefix/$2" "$prefix/$3" "$prefix/$4"
+cp "$launcher" "$prefix/$2/dusk-beacon"
+printf '#!/bin/sh\necho "started in $(pwd) with $# arguments"\n' >"$prefix/$3/DuskBeacon"
+chmod 755 "$prefix/$2/dusk-beacon" "$prefix/$3/DuskBeacon"
+shipped=$prefix/$4/settings.xml
+echo '<root shipped="1"/>' >"$shipped"
+program=$prefix/$2/dusk-beacon
+run() { env -i PATH="$PATH" "$@" "$program" 2>&1; }
+# Root may write anywhere, so that a refusal is seen only by somebody else.
+as_somebody() {
+  if [ "$(id -u)" -eq 0 ]; then
+    setpriv --reuid=65534 --regid=65534 --clear-groups env -i PATH="$PATH" "$@" "$program" 2>&1
+  else
+    run "$@"
+  fi
+}
+
+home=$work/home
+folder=$home/.local/share/dusk-beacon
+mkdir "$home"
+out=$(run HOME="$home")
+check firstStart_startsInTheDataFolder contains "$out" "started in $folder with 0 arguments"
+check firstStart_putsTheShippedFileThere cmp -s "$shipped" "$folder/settings.xml"
+check firstStart_leavesNothingElse test "$(ls -A "$folder")" = settings.xml
+
+echo '<root mine="1"/>' >"$folder/settings.xml"
+run HOME="$home" >/dev/null
+check secondStart_leavesTheUsersFile grep -q mine "$folder/settings.xml"
+echo '<root shipped="2"/>' >"$shipped"
+run HOME="$home" >/dev/null
+check upgrade_leavesTheUsersFile grep -q mine "$folder/settings.xml"
+printf '<root' >"$folder/settings.xml"
+out=$(run HOME="$home")
+check damagedFile_isLeftToTheProgram contains "$out" "started in $folder"
+check damagedFile_staysAsItIs test "$(cat "$folder/settings.xml")" = "<root"
+rm "$folder/settings.xml"
+ln -s "$work/elsewhere" "$folder/settings.xml"
+run HOME="$home" >/dev/null
+check danglingLink_isTheUsersOwn test ! -e "$work/elsewhere"
+
+out=$(run XDG_DATA_HOME="$work/data")
+check dataHome_isObeyedWithoutHome contains "$out" "started in $work/data/dusk-beacon"
+out=$(run HOME="$home" XDG_DATA_HOME=relative)
+check relativeDataHome_isIgnored contains "$out" "started in $folder"
+
+out=$(run)
+check noHome_isAFailure test $? -eq 1
+check noHome_saysSo contains "$out" "HOME is not set"
+
+mkdir "$work/readonly"
+chmod 555 "$work/readonly"
+out=$(as_somebody HOME="$work/readonly")
+check readOnlyHome_isAFailure test $? -eq 1
+check readOnlyHome_saysSo contains "$out" "can't be made"
+check readOnlyHome_leavesNothing test -z "$(ls -A "$work/readonly")"
+mkdir -p "$work/closed/.local/share/dusk-beacon"
+chmod 555 "$work/closed/.local/share/dusk-beacon"
+out=$(as_somebody HOME="$work/closed")
+check readOnlyFolder_isAFailure test $? -eq 1
+check readOnlyFolder_saysSo contains "$out" "can't be written to"
+
+mkdir "$work/full"
+if mount -t tmpfs -o size=4k,nr_inodes=16 tmpfs "$work/full" 2>/dev/null; then
+  # A shipped file larger than the disk that it is to go to.
+  head -c 20000 /dev/zero >"$shipped"
+  out=$(run HOME="$work/full")
+  check fullDisk_isAFailure test $? -eq 1
+  check fullDisk_saysSo contains "$out" "Is the disk full?"
+  check fullDisk_leavesNoSettings test -z "$(find "$work/full" -name '*settings*')"
+  umount "$work/full"
+else
+  echo "skipped: fullDisk (no right to mount)"
+fi
+
+echo '<root shipped="3"/>' >"$shipped"
+mkdir "$work/one" "$work/two"
+run HOME="$work/one" >/dev/null &
+first=$!
+run HOME="$work/two" >/dev/null
+wait "$first"
+check twoUsers_haveAFileEach cmp -s "$work/one/.local/share/dusk-beacon/settings.xml" \
+  "$work/two/.local/share/dusk-beacon/settings.xml"
+mkdir "$work/both"
+run HOME="$work/both" >/dev/null &
+first=$!
+run HOME="$work/both" >/dev/null
+wait "$first"
+check twoStartsAtOnce_leaveOneFile test "$(ls -A "$work/both/.local/share/dusk-beacon")" = settings.xml
+
+echo "$passed passed, $failed failed"
+[ "$failed" -eq 0 ]

@@ -1,0 +1,505 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/CurlHttp.h"
+
+#include "fakes/LoopbackServer.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Connection = LoopbackServer::Connection;
+
+constexpr HttpLimits kShort{1024 * 1024, 300, 600};
+
+qsizetype Threads()
+{
+    return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+QByteArray Text(const Http::Reply& reply)
+{
+    return reply ? *reply : QByteArray("(nothing)");
+}
+
+// A zlib stream as HTTP's "deflate" means it.
+QByteArray Deflated(const QByteArray& bytes)
+{
+    return qCompress(bytes, 9).mid(4);
+}
+
+struct WireRow
+{
+    const char* name;
+    const char16_t* text;
+    const char* wire;
+};
+
+void PrintTo(const WireRow& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
+class CurlHttpWire : public testing::TestWithParam<WireRow>
+{
+};
+
+TEST_P(CurlHttpWire, target_goesOutByteForByte)
+{
+    const LoopbackServer server(LoopbackServer::Answer("<root/>"));
+    CurlHttp http;
+    const auto reply = http.Fetch(server.Url(QString::fromUtf16(GetParam().text)), kShort);
+    EXPECT_EQ(Text(reply), "<root/>");
+    ASSERT_EQ(server.RequestLines().size(), 1U);
+    EXPECT_EQ(server.RequestLines().front(), QByteArray("GET ") + GetParam().wire + " HTTP/1.1");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, CurlHttpWire,
+    testing::Values(WireRow{"plain", u"/cgi-bin/x.pl?a=1&b=2", "/cgi-bin/x.pl?a=1&b=2"},
+                    WireRow{"blank", u"/x?c=New York", "/x?c=New%20York"},
+                    WireRow{"blank_at_the_end", u"/x?c=York ", "/x?c=York%20"},
+                    WireRow{"umlaut", u"/x?c=S\u00e3o", "/x?c=S%C3%A3o"},
+                    WireRow{"arabic", u"/x?c=\u0645", "/x?c=%D9%85"},
+                    WireRow{"beyond_the_plane", u"/x?c=\U0001F54C", "/x?c=%F0%9F%95%8C"},
+                    WireRow{"ampersand_plus_equals", u"/x?c=a&b+c=d", "/x?c=a&b+c=d"},
+                    WireRow{"percent_alone", u"/x?c=100%", "/x?c=100%"},
+                    WireRow{"percent_without_digits", u"/x?c=%zz", "/x?c=%zz"},
+                    WireRow{"existing_escapes", u"/x?c=%41%20%26", "/x?c=%41%20%26"},
+                    WireRow{"brackets", u"/x?c=[1]{2}", "/x?c=[1]{2}"},
+                    WireRow{"quotes_and_angles", u"/x?c=\"<a>'|^`\\", "/x?c=\"<a>'|^`\\"},
+                    WireRow{"rest_of_punctuation", u"/x?c=;,!()*~@:/?$_.-", "/x?c=;,!()*~@:/?$_.-"},
+                    WireRow{"hash_is_no_fragment", u"/x?c=a#b&d=e", "/x?c=a#b&d=e"},
+                    WireRow{"hash_twice", u"/x?c=#a#b", "/x?c=#a#b"},
+                    WireRow{"hash_without_query", u"/x#y", "/x#y"},
+                    WireRow{"line_ends_can_add_no_header", u"/x?c=\r\nX-Y: 1", "/x?c=%0D%0AX-Y:%201"},
+                    WireRow{"control_characters", u"/x?c=\t\u0001\u007f", "/x?c=%09%01%7F"},
+                    WireRow{"dots_in_the_path", u"/a/../b/./c", "/a/../b/./c"},
+                    WireRow{"empty_values", u"/x?a=&b=", "/x?a=&b="}, WireRow{"empty_query", u"/x?", "/x?"},
+                    WireRow{"no_path", u"", "/"}, WireRow{"query_without_path", u"?a=b", "/?a=b"},
+                    WireRow{"hash_without_path", u"#a", "/#a"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(CurlHttp, fetch_sendsThisAndNothingElse)
+{
+    const LoopbackServer server([](Connection& connection) {
+        connection.Reply("<root/>", "200 OK",
+                         "Set-Cookie: a=b\r\nETag: \"1\"\r\nCache-Control: max-age=999\r\n");
+    });
+    CurlHttp http;
+    ASSERT_TRUE(http.Fetch(server.Url(QStringLiteral("/x")), kShort));
+    ASSERT_TRUE(http.Fetch(server.Url(QStringLiteral("/x")), kShort));
+    const QByteArray expected = "GET /x HTTP/1.1\r\nHost: 127.0.0.1:" + QByteArray::number(server.Port()) +
+                                "\r\nUser-Agent: DuskBeacon/1.0.5\r\nAccept: */*\r\n"
+                                "Accept-Encoding: gzip, deflate\r\n\r\n";
+    EXPECT_EQ(server.Requests(), (std::vector{expected, expected})) << "no cookie, no cache";
+}
+
+TEST(CurlHttp, fetch_anyStatusWithABody_isAReply)
+{
+    for (const QByteArray status : {"200 OK", "404 Not Found", "500 Oops", "201 Created", "302 Found"}) {
+        const LoopbackServer server(
+            [status](Connection& connection) { connection.Reply("<root a='1'/>", status); });
+        EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "<root a='1'/>") << status.constData();
+    }
+}
+
+TEST(CurlHttp, fetch_bodyOfAnyBytes_comesThroughWhole)
+{
+    QByteArray bytes;
+    for (int i = 0; i < 70'000; ++i) {
+        bytes += static_cast<char>(i % 256);
+    }
+    const LoopbackServer server(LoopbackServer::Answer(bytes));
+    EXPECT_EQ(CurlHttp().Fetch(server.Url(), kShort), Http::Reply(bytes));
+}
+
+TEST(CurlHttp, fetch_emptyBody_isAnEmptyReply)
+{
+    const LoopbackServer server(LoopbackServer::Answer(QByteArray()));
+    EXPECT_EQ(CurlHttp().Fetch(server.Url(), kShort), Http::Reply(QByteArray()));
+}
+
+TEST(CurlHttp, fetch_noLengthThenClose_isAReply)
+{
+    const LoopbackServer server(LoopbackServer::Raw("HTTP/1.0 200 OK\r\n\r\n<root/>"));
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "<root/>");
+}
+
+struct BadRow
+{
+    const char* name;
+    LoopbackServer::Handler handler;
+};
+
+void PrintTo(const BadRow& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
+class CurlHttpBadServer : public testing::TestWithParam<BadRow>
+{
+};
+
+TEST_P(CurlHttpBadServer, fetch_failsWithinTheLimits)
+{
+    const qsizetype before = Threads();
+    {
+        const LoopbackServer server(GetParam().handler);
+        QElapsedTimer time;
+        time.start();
+        EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "(nothing)");
+        EXPECT_LT(time.elapsed(), 2 * kShort.totalMilliseconds);
+        EXPECT_GE(server.Requests().size(), 1U);
+    }
+    EXPECT_EQ(Threads(), before) << "a thread was left behind";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, CurlHttpBadServer,
+    testing::Values(
+        BadRow{"hangs", LoopbackServer::Hang()},
+        BadRow{"hangs_after_the_head",
+               [](Connection& c) { c.Send("HTTP/1.1 200 OK\r\n\r\n") && c.Wait(-1); }},
+        BadRow{"drips", LoopbackServer::Drip(20)}, BadRow{"floods", LoopbackServer::Flood()},
+        BadRow{"drips_its_head",
+               [](Connection& c) {
+                   while (c.Wait(20) && c.Send("H")) {
+                   }
+               }},
+        BadRow{"floods_its_head",
+               [](Connection& c) {
+                   c.Send("HTTP/1.1 200 OK\r\n");
+                   while (c.Send("X-A: " + QByteArray(1000, 'x') + "\r\n")) {
+                   }
+               }},
+        BadRow{"endless_head_line",
+               [](Connection& c) {
+                   c.Send("HTTP/1.1 200 OK\r\nX: ");
+                   while (c.Send(QByteArray(65536, 'x'))) {
+                   }
+               }},
+        BadRow{"lies_about_its_length",
+               LoopbackServer::Raw("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n<ro")},
+        BadRow{"announces_too_much", [](Connection& c) { c.Reply(QByteArray(1024 * 1024 + 1, 'x')); }},
+        BadRow{"cut_chunk",
+               LoopbackServer::Raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n9\r\n<ro")},
+        BadRow{"bad_chunk",
+               LoopbackServer::Raw("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n<ro")},
+        BadRow{"closes_at_once", LoopbackServer::Raw("")},
+        BadRow{"talks_rubbish", LoopbackServer::Raw("<root/>")},
+        BadRow{"bomb",
+               [](Connection& c) {
+                   c.Reply(Deflated(QByteArray(64 * 1024 * 1024, 'x')), "200 OK",
+                           "Content-Encoding: deflate\r\n");
+               }},
+        BadRow{"not_what_it_says_it_is",
+               [](Connection& c) { c.Reply("<root/>", "200 OK", "Content-Encoding: gzip\r\n"); }},
+        BadRow{"redirect_loop", LoopbackServer::RedirectTo("/again")},
+        BadRow{"redirect_to_a_file", LoopbackServer::RedirectTo("file:///etc/hostname")},
+        BadRow{"redirect_to_ftp", LoopbackServer::RedirectTo("ftp://127.0.0.1/x")},
+        BadRow{"redirect_to_nowhere", LoopbackServer::RedirectTo("http://")}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(CurlHttp, fetch_noServer_fails)
+{
+    quint16 port = 0;
+    {
+        const LoopbackServer server(LoopbackServer::Hang());
+        port = server.Port();
+    }
+    EXPECT_FALSE(CurlHttp().Fetch(QStringLiteral("http://127.0.0.1:%1/").arg(port), kShort));
+}
+
+TEST(CurlHttp, fetch_whatIsNoAddress_fails)
+{
+    for (const char16_t* const url :
+         {u"", u"http://", u"http:///x", u"file:///etc/hostname", u"ftp://127.0.0.1/", u"data:,x",
+          u"http://127.0.0.1:99999/", u"http://no.such.host.invalid/", u"settings.xml", u"http://#", u"#"}) {
+        EXPECT_FALSE(CurlHttp().Fetch(QString::fromUtf16(url), kShort))
+            << QString::fromUtf16(url).toStdString();
+    }
+}
+
+TEST(CurlHttp, fetch_compressedBody_comesUncompressed)
+{
+    const LoopbackServer server([](Connection& connection) {
+        connection.Reply(Deflated("<root/>"), "200 OK", "Content-Encoding: deflate\r\n");
+    });
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "<root/>");
+}
+
+TEST(CurlHttp, fetch_exactlyTheLimit_isAReply)
+{
+    const LoopbackServer server(LoopbackServer::Answer(QByteArray(1024 * 1024, 'x')));
+    EXPECT_TRUE(CurlHttp().Fetch(server.Url(), kShort));
+}
+
+TEST(CurlHttp, fetch_slowButSteady_isAReply)
+{
+    const LoopbackServer server([](Connection& connection) {
+        connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\n");
+        while (connection.Wait(40) && connection.Send("x")) {
+        }
+    });
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), {1024, 200, 5000})), "xxxxx");
+}
+
+// Redirects as many times as the number at the end of the target says.
+LoopbackServer::Handler CountDown()
+{
+    return [](Connection& connection) {
+        const int left = connection.Target().mid(1).toInt();
+        if (left == 0) {
+            connection.Reply("there");
+        } else {
+            LoopbackServer::RedirectTo('/' + QByteArray::number(left - 1))(connection);
+        }
+    };
+}
+
+TEST(CurlHttp, fetch_tenRedirects_areFollowedAndElevenAreNot)
+{
+    const LoopbackServer server(CountDown());
+    CurlHttp http;
+    EXPECT_EQ(Text(http.Fetch(server.Url(QStringLiteral("/10")), kShort)), "there");
+    EXPECT_EQ(Text(http.Fetch(server.Url(QStringLiteral("/11")), kShort)), "(nothing)");
+    EXPECT_EQ(server.Requests().size(), 22U);
+}
+
+TEST(CurlHttp, fetch_redirect_keepsTheBytesOfItsTarget)
+{
+    const LoopbackServer server([](Connection& connection) {
+        if (connection.Target() == "/a/b?c=#d") {
+            LoopbackServer::RedirectTo("../e f?g=%41[\xC3\xA3#h")(connection);
+        } else {
+            connection.Reply("there");
+        }
+    });
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(QStringLiteral("/a/b?c=#d")), kShort)), "there");
+    ASSERT_EQ(server.RequestLines().size(), 2U);
+    EXPECT_EQ(server.RequestLines().back(), "GET /e%20f?g=%41[%C3%A3 HTTP/1.1");
+}
+
+TEST(CurlHttp, fetch_redirect_isNotHeldUpByItsBody)
+{
+    const LoopbackServer server([](Connection& connection) {
+        if (connection.Target() == "/") {
+            connection.Send("HTTP/1.1 302 Found\r\nLocation: /there\r\nContent-Length: 9\r\n\r\n");
+            connection.Wait(-1);
+        } else {
+            connection.Reply("there");
+        }
+    });
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "there");
+}
+
+TEST(CurlHttp, fetch_servesEventsWhileItWaits)
+{
+    const LoopbackServer server([](Connection& connection) {
+        if (connection.Wait(250)) {
+            connection.Reply("<root/>");
+        }
+    });
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++ticks; });
+    timer.start(10);
+    EXPECT_TRUE(CurlHttp().Fetch(server.Url(), {1024, 5000, 5000}));
+    EXPECT_GT(ticks, 5);
+}
+
+TEST(CurlHttp, fetch_loopToldToEnd_failsAtOnceAndLeavesNoThread)
+{
+    const qsizetype before = Threads();
+    LoopbackServer server(LoopbackServer::Hang());
+    const qsizetype withServer = Threads();
+    QElapsedTimer time;
+    time.start();
+    Http::Reply reply(QByteArray("x"));
+    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
+        CurlHttp http;
+        QTimer::singleShot(50, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
+        reply = http.Fetch(server.Url(), HttpLimits{});
+    });
+    QCoreApplication::exec();
+    EXPECT_FALSE(reply);
+    EXPECT_LT(time.elapsed(), 5000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; })) << "the transfer goes on";
+    EXPECT_LE(Threads(), withServer + 1) << "the connection's own thread is the server's";
+    EXPECT_LT(before, withServer);
+}
+
+// Twenty fetches, each begun while the one before waits; their servers answer or never do.
+class Nest
+{
+public:
+    Nest(CurlHttp& http, QString url)
+        : m_http(http)
+        , m_url(std::move(url))
+    {
+    }
+    void Go(int depth)
+    {
+        if (depth == 20) {
+            deepest();
+            return;
+        }
+        QTimer::singleShot(1, QCoreApplication::instance(), [this, depth] { Go(depth + 1); });
+        replies.push_back(m_http.Fetch(m_url, HttpLimits{}));
+    }
+
+    std::vector<Http::Reply> replies;
+    std::function<void()> deepest = [] {};
+
+private:
+    CurlHttp& m_http;
+    QString m_url;
+};
+
+TEST(CurlHttp, fetch_twentyDeep_unwindsWithEveryReply)
+{
+    std::atomic<bool> isDeep = false;
+    LoopbackServer server([&](Connection& connection) {
+        while (!isDeep && connection.Wait(5)) {
+        }
+        connection.Reply("<root/>");
+    });
+    CurlHttp http;
+    Nest nest(http, server.Url());
+    nest.deepest = [&] { isDeep = true; };
+    nest.Go(0);
+    ASSERT_EQ(nest.replies.size(), 20U);
+    for (const Http::Reply& reply : nest.replies) {
+        EXPECT_EQ(Text(reply), "<root/>");
+    }
+}
+
+TEST(CurlHttp, fetch_twentyDeep_programEnds_unwindsWithFailures)
+{
+    LoopbackServer server(LoopbackServer::Hang());
+    CurlHttp http;
+    Nest nest(http, server.Url());
+    nest.deepest = [] { QCoreApplication::exit(0); };
+    QTimer::singleShot(0, QCoreApplication::instance(), [&] { nest.Go(0); });
+    QCoreApplication::exec();
+    ASSERT_EQ(nest.replies.size(), 20U);
+    for (const Http::Reply& reply : nest.replies) {
+        EXPECT_FALSE(reply);
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
+}
+
+TEST(CurlHttp, fetchInBackground_answersOnThisThread)
+{
+    const LoopbackServer server(LoopbackServer::Answer("<root/>"));
+    CurlHttp http;
+    QObject context;
+    std::vector<QByteArray> replies;
+    http.FetchInBackground(server.Url(), kShort, &context, [&](const Http::Reply& reply) {
+        EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+        replies.push_back(Text(reply));
+    });
+    EXPECT_TRUE(replies.empty()) << "never inside the call";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !replies.empty(); }));
+    EXPECT_EQ(replies, std::vector{QByteArray("<root/>")});
+}
+
+TEST(CurlHttp, fetchInBackground_failure_isToldToo)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    CurlHttp http;
+    QObject context;
+    int failures = 0;
+    http.FetchInBackground(server.Url(), kShort, &context,
+                           [&](const Http::Reply& reply) { failures += reply ? 0 : 1; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 1; }));
+}
+
+TEST(CurlHttp, fetchInBackground_contextGone_endsTheTransferWithoutAWord)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    CurlHttp http;
+    auto context = std::make_unique<QObject>();
+    http.FetchInBackground(server.Url(), HttpLimits{}, context.get(),
+                           [](const Http::Reply&) { ADD_FAILURE() << "called without its context"; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server.Requests().size() == 1; }));
+    context.reset();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
+    QCoreApplication::processEvents();
+}
+
+TEST(CurlHttp, fetchInBackground_destruction_endsEverythingAtOnce)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    QObject context;
+    QElapsedTimer time;
+    {
+        CurlHttp http;
+        for (int i = 0; i < 30; ++i) {
+            http.FetchInBackground(server.Url(), HttpLimits{}, &context,
+                                   [](const Http::Reply&) { ADD_FAILURE() << "called after the end"; });
+        }
+        ASSERT_TRUE(QTest::qWaitFor([&] { return server.Requests().size() == 4; }));
+        time.start();
+    }
+    EXPECT_LT(time.elapsed(), 5000);
+    EXPECT_EQ(server.Requests().size(), 4U) << "four at a time";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
+    QCoreApplication::processEvents();
+}
+
+TEST(CurlHttp, reach_anyAnswer_isReached)
+{
+    for (const QByteArray status : {"200 OK", "302 Found", "404 Not Found", "503 Busy"}) {
+        const LoopbackServer server([status](Connection& connection) {
+            connection.Send("HTTP/1.1 " + status + "\r\nLocation: http://127.0.0.1:1/\r\n");
+            connection.Wait(-1);
+        });
+        EXPECT_TRUE(CurlHttp().Reach(server.Url(QStringLiteral("/")))) << status.constData();
+        EXPECT_EQ(server.Requests().size(), 1U);
+    }
+}
+
+TEST(CurlHttp, reach_asksPastEveryCache)
+{
+    const LoopbackServer server(LoopbackServer::Answer("x"));
+    ASSERT_TRUE(CurlHttp().Reach(server.Url(QStringLiteral("/"))));
+    EXPECT_TRUE(server.Requests().front().contains("\r\nCache-Control: no-cache\r\n"));
+    EXPECT_TRUE(server.Requests().front().contains("\r\nUser-Agent: DuskBeacon/1.0.5\r\n"));
+}
+
+TEST(CurlHttp, reach_noHttp_isNotReached)
+{
+    const LoopbackServer rubbish(LoopbackServer::Raw("hello"));
+    EXPECT_FALSE(CurlHttp().Reach(rubbish.Url()));
+    const LoopbackServer closes(LoopbackServer::Raw(""));
+    EXPECT_FALSE(CurlHttp().Reach(closes.Url()));
+    EXPECT_FALSE(CurlHttp().Reach(QStringLiteral("http://127.0.0.1:1/")));
+    EXPECT_FALSE(CurlHttp().Reach(QStringLiteral("http://no.such.host.invalid/")));
+    EXPECT_FALSE(CurlHttp().Reach(QStringLiteral("file:///etc/hostname")));
+}
+
+TEST(CurlHttp, reach_silentServer_blocksFiveSecondsWithoutEvents)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++ticks; });
+    timer.start(10);
+    QElapsedTimer time;
+    time.start();
+    EXPECT_FALSE(CurlHttp().Reach(server.Url()));
+    EXPECT_GE(time.elapsed(), 4900);
+    EXPECT_LT(time.elapsed(), 6000);
+    EXPECT_EQ(ticks, 0);
+}
+
+} // namespace

@@ -1,0 +1,322 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Dom.h"
+
+#include "fakes/FakePlatform.h"
+#include "support/RuntimeError.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString kFile = QStringLiteral("document.xml");
+
+void WriteFile(const QByteArray& bytes)
+{
+    QFile file(kFile);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_EQ(file.write(bytes), bytes.size());
+}
+
+QByteArray FileContent()
+{
+    QFile file(kFile);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray Nested(int depth)
+{
+    return QByteArray("<a>").repeated(depth) + QByteArray("</a>").repeated(depth);
+}
+
+// "Billion laughs": nine levels of ten each.
+QByteArray Laughs()
+{
+    QByteArray text = "<!DOCTYPE a [<!ENTITY l0 \"lol\">";
+    for (int i = 1; i <= 9; ++i) {
+        const QByteArray inner = "&l" + QByteArray::number(i - 1) + ";";
+        text += "<!ENTITY l" + QByteArray::number(i) + " \"" + inner.repeated(10) + "\">";
+    }
+    return text + "]><a>&l9;</a>";
+}
+
+QByteArray ManyDefaultAttributes()
+{
+    QByteArray text = "<!DOCTYPE a [<!ATTLIST a";
+    for (int i = 0; i < 50'000; ++i) {
+        text += " n" + QByteArray::number(i) + " CDATA \"\"";
+    }
+    return text + ">]><a/>";
+}
+
+QByteArray ManyAttributes()
+{
+    QByteArray text = "<a";
+    for (int i = 0; i < 1'000'000; ++i) {
+        text += " n" + QByteArray::number(i) + "=''";
+    }
+    return text + "/>";
+}
+
+struct LoadRow
+{
+    const char* name;
+    QByteArray bytes;
+    bool loads;
+};
+
+class LoadRows : public testing::TestWithParam<LoadRow>
+{
+protected:
+    FakePlatform platform;
+};
+
+TEST_P(LoadRows, document_loadsOrLeavesNothing)
+{
+    WriteFile(GetParam().bytes);
+    const auto document = platform.documents.Create();
+    document->SetDocumentElement(QStringLiteral("before"));
+    QElapsedTimer watch;
+    watch.start();
+    EXPECT_EQ(document->Load(kFile), GetParam().loads);
+    EXPECT_LT(watch.elapsed(), 20'000) << "a document must never hang the program";
+    EXPECT_EQ(static_cast<bool>(document->DocumentElement()), GetParam().loads)
+        << "half a tree is as bad as a failure untold";
+    EXPECT_TRUE(platform.http.requests.isEmpty()) << "a document must not fetch anything";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Dom, LoadRows,
+    testing::Values(
+        LoadRow{"plain", "<a/>", true}, LoadRow{"declaration", "<?xml version=\"1.0\"?><a/>", true},
+        LoadRow{"documentType", "<!DOCTYPE a><a/>", true},
+        LoadRow{"documentTypeElsewhere", "<!DOCTYPE a SYSTEM \"http://127.0.0.1:9/a.dtd\"><a/>", false},
+        LoadRow{"empty", "", false}, LoadRow{"blanks", " \n\t ", false},
+        LoadRow{"declarationOnly", "<?xml version=\"1.0\"?>", false},
+        LoadRow{"commentOnly", "<!-- a -->", false}, LoadRow{"text", "settings", false},
+        LoadRow{"truncatedInATag", "<a><b x=\"1", false}, LoadRow{"truncatedBehindATag", "<a><b/>", false},
+        LoadRow{"wrongEndTag", "<a><b></a>", false}, LoadRow{"twoRoots", "<a/><b/>", false},
+        LoadRow{"textBehindTheRoot", "<a/>x", false}, LoadRow{"textBeforeTheRoot", "x<a/>", false},
+        LoadRow{"duplicateAttribute", "<a b='1' b='2'/>", false},
+        LoadRow{"attributeWithoutQuotes", "<a b=1/>", false},
+        LoadRow{"undeclaredEntity", "<a>&nbsp;</a>", false},
+        LoadRow{"undeclaredEntityInAnAttribute", "<a b='&nbsp;'/>", false},
+        LoadRow{"entityOfADocumentTypeElsewhere", "<!DOCTYPE a SYSTEM \"a.dtd\"><a>&e;</a>", false},
+        LoadRow{"entityOfADocumentTypeElsewhereInAnAttribute", "<!DOCTYPE a SYSTEM \"a.dtd\"><a b='&e;'/>",
+                false},
+        LoadRow{"declaredEntity", "<!DOCTYPE a [<!ENTITY e \"x\">]><a>&e;</a>", false},
+        LoadRow{"externalEntity", "<!DOCTYPE a [<!ENTITY e SYSTEM \"file:///etc/passwd\">]><a>&e;</a>",
+                false},
+        LoadRow{"billionLaughs", Laughs(), false},
+        LoadRow{"quadraticEntity",
+                "<!DOCTYPE a [<!ENTITY e \"" + QByteArray(100'000, 'x') + "\">]><a>" +
+                    QByteArray("&e;").repeated(100'000) + "</a>",
+                false},
+        LoadRow{"manyDefaultAttributes", ManyDefaultAttributes(), false},
+        LoadRow{"manyAttributes", ManyAttributes(), false},
+        LoadRow{"manyElements", "<a>" + QByteArray("<b/>").repeated(4'000'000) + "</a>", false},
+        LoadRow{"depth256", Nested(256), true}, LoadRow{"depth257", Nested(257), false},
+        LoadRow{"depthOneMillion", Nested(1'000'000), false},
+        LoadRow{"size16MiB", "<a>" + QByteArray(16 * 1024 * 1024 - 7, 'x') + "</a>", true},
+        LoadRow{"size16MiBAndOneByte", "<a>" + QByteArray(16 * 1024 * 1024 - 6, 'x') + "</a>", false},
+        LoadRow{"invalidUtf8", "<a b='\xFF'/>", false},
+        LoadRow{"latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xE9'/>", true},
+        LoadRow{"windows1252", "<?xml version='1.0' encoding='windows-1252'?><a b='\x93'/>", true},
+        LoadRow{"unknownEncoding", "<?xml version='1.0' encoding='no-such'?><a/>", false},
+        LoadRow{"nullInTheMiddle", QByteArray("<a>x\0y</a>", 10), false},
+        LoadRow{"nullAtTheEnd", QByteArray("<a/>\0", 5), false},
+        LoadRow{"controlCharacter", "<a b='\x01'/>", false},
+        LoadRow{"controlCharacterByNumber", "<a b='&#1;'/>", false},
+        LoadRow{"surrogateByNumber", "<a b='&#xD800;'/>", false},
+        LoadRow{"undeclaredPrefix", "<p:a/>", false}),
+    [](const testing::TestParamInfo<LoadRow>& row) { return std::string(row.param.name); });
+
+class DomTest : public testing::Test
+{
+protected:
+    DomNode Loaded(const QByteArray& bytes)
+    {
+        WriteFile(bytes);
+        EXPECT_TRUE(document->Load(kFile));
+        return document->DocumentElement();
+    }
+    static int ErrorOf(const std::function<void()>& step)
+    {
+        try {
+            step();
+        } catch (const RuntimeError& error) {
+            return error.Number();
+        }
+        return 0;
+    }
+
+    FakePlatform platform;
+    std::shared_ptr<DomDocument> document = platform.documents.Create();
+};
+
+TEST_F(DomTest, load_declaredEncodings_readTheSameText)
+{
+    EXPECT_EQ(
+        Loaded("<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xE9'/>").Attribute(QStringLiteral("b")),
+        QStringLiteral("\u00E9"));
+    EXPECT_EQ(
+        Loaded("<?xml version='1.0' encoding='windows-1252'?><a b='\x80'/>").Attribute(QStringLiteral("b")),
+        QStringLiteral("\u20AC"));
+}
+
+TEST_F(DomTest, load_missingFolderOrPipe_isFalse)
+{
+    EXPECT_FALSE(document->Load(QStringLiteral("missing.xml")));
+    EXPECT_FALSE(document->Load(platform.folder.path()));
+    EXPECT_FALSE(document->Load(QString()));
+}
+
+TEST_F(DomTest, load_url_goesThroughHttp_inAnyCaseOfTheScheme)
+{
+    platform.http.replies[QStringLiteral("127.0.0.1")] = "<root x='1'/>";
+    EXPECT_TRUE(document->Load(QStringLiteral("HTTP://127.0.0.1/a")));
+    EXPECT_EQ(document->DocumentElement().Attribute(QStringLiteral("x")), QStringLiteral("1"));
+    EXPECT_FALSE(document->Load(QStringLiteral("https://localhost/b")));
+    EXPECT_EQ(platform.http.requests,
+              (QStringList{QStringLiteral("HTTP://127.0.0.1/a"), QStringLiteral("https://localhost/b")}));
+}
+
+TEST_F(DomTest, nodes_areCountedAndNamedAsTheyAre)
+{
+    const DomNode root = Loaded("<r>\n  <!--note--><?go on?><a/>\n text <b>x<![CDATA[y]]></b></r>");
+    ASSERT_EQ(root.ChildCount(), 5) << "text of white space alone is no child";
+    EXPECT_EQ(root.Child(0).NodeName(), QStringLiteral("#comment"));
+    EXPECT_EQ(root.Child(0).NodeValue(), QStringLiteral("note"));
+    EXPECT_EQ(root.Child(0).Text(), QStringLiteral("note"));
+    EXPECT_EQ(root.Child(1).NodeName(), QStringLiteral("go"));
+    EXPECT_EQ(root.Child(2).NodeName(), QStringLiteral("a"));
+    EXPECT_EQ(root.Child(2).NodeValue(), std::nullopt);
+    EXPECT_EQ(root.Child(3).NodeName(), QStringLiteral("#text"));
+    EXPECT_EQ(root.Child(4).Child(1).NodeName(), QStringLiteral("#cdata-section"));
+    EXPECT_EQ(root.Child(4).Text(), QStringLiteral("xy"));
+    EXPECT_FALSE(root.Child(5));
+    EXPECT_FALSE(root.Text().contains(QStringLiteral("note")));
+}
+
+TEST_F(DomTest, prefixedName_baseNameIsWithoutPrefix)
+{
+    const DomNode root = Loaded("<p:r xmlns:p='urn:x'/>");
+    EXPECT_EQ(root.NodeName(), QStringLiteral("p:r"));
+    EXPECT_EQ(root.BaseName(), QStringLiteral("r"));
+}
+
+TEST_F(DomTest, emptyHandle_everyMemberThrows)
+{
+    const DomNode none;
+    EXPECT_FALSE(none);
+    EXPECT_EQ(ErrorOf([&] { static_cast<void>(none.NodeName()); }), ErrorNumber::kObjectNotSet);
+    EXPECT_EQ(ErrorOf([&] { static_cast<void>(none.ChildCount()); }), ErrorNumber::kObjectNotSet);
+    EXPECT_EQ(ErrorOf([&] { none.SetText(QStringLiteral("x")); }), ErrorNumber::kObjectNotSet);
+}
+
+TEST_F(DomTest, textNode_holdsNeitherAttributesNorChildren)
+{
+    const DomNode text = Loaded("<r>text</r>").Child(0);
+    EXPECT_EQ(ErrorOf([&] { text.SetAttribute(QStringLiteral("a"), QString()); }), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(ErrorOf([&] { text.RemoveAttribute(QStringLiteral("a")); }), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(ErrorOf([&] { text.AppendElement(QStringLiteral("a")); }), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(ErrorOf([&] { text.AppendChild(document->DocumentElement()); }), ErrorNumber::kInvalidCall);
+    text.SetText(QStringLiteral("other"));
+    EXPECT_EQ(document->DocumentElement().Xml(), QStringLiteral("<r>other</r>"));
+}
+
+TEST_F(DomTest, documentNode_takesNoSecondRoot)
+{
+    Loaded("<r/>");
+    const DomNode all = document->SelectSingleNode(QStringLiteral("/"));
+    EXPECT_EQ(ErrorOf([&] { all.AppendElement(QStringLiteral("a")); }), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(ErrorOf([&] { all.SetText(QStringLiteral("a")); }), ErrorNumber::kInvalidCall);
+}
+
+TEST_F(DomTest, nodeUnderItself_isRefused)
+{
+    const DomNode root = Loaded("<r><a><b/></a></r>");
+    const DomNode a = root.Child(0);
+    EXPECT_EQ(ErrorOf([&] { a.Child(0).AppendChild(a); }), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(root.Xml(), QStringLiteral("<r><a><b/></a></r>"));
+}
+
+TEST_F(DomTest, patterns_firstInDocumentOrder_orNothing_orAnError)
+{
+    Loaded("<root><x><alerts n='1'/></x><alerts n='2'/></root>");
+    EXPECT_EQ(document->SelectSingleNode(QStringLiteral("//root//alerts")).Attribute(QStringLiteral("n")),
+              QStringLiteral("1"));
+    EXPECT_TRUE(document->SelectSingleNode(QStringLiteral("root")));
+    EXPECT_FALSE(document->SelectSingleNode(QStringLiteral("//Root")));
+    for (const QString& refused :
+         {QString(), QStringLiteral("//root//"), QStringLiteral("//root//New York"), QStringLiteral("//a["),
+          QStringLiteral("1+1"), QStringLiteral("//root//#comment")}) {
+        EXPECT_EQ(ErrorOf([&] { static_cast<void>(document->SelectSingleNode(refused)); }),
+                  ErrorNumber::kInvalidCall)
+            << refused.toStdString();
+    }
+}
+
+TEST_F(DomTest, save_whatWasLoaded_comesBackTheSame)
+{
+    const QByteArray text = "<?xml version=\"1.0\"?>\n"
+                            "<!--before-->\n"
+                            "<root z=\"1\" a=\"2\" m=\"&lt;&amp;&quot;&#09;&#10;'\">\n"
+                            "  <!--inside-->\n"
+                            "  <?go on?>\n"
+                            "  <caf\xC3\xA9 b=\"\xD9\x85\" />\n"
+                            "  <mixed>one<b />two &amp; three</mixed>\n"
+                            "</root>\n";
+    Loaded(text);
+    ASSERT_TRUE(document->Save(kFile));
+    EXPECT_EQ(FileContent().toStdString(), text.toStdString());
+    ASSERT_TRUE(document->Load(kFile));
+    ASSERT_TRUE(document->Save(kFile));
+    EXPECT_EQ(FileContent().toStdString(), text.toStdString());
+}
+
+TEST_F(DomTest, save_documentThatCouldNotBeLoaded_isFalse_fileAsBefore)
+{
+    const struct
+    {
+        const char* name;
+        std::function<void()> spoil;
+    } rows[] = {
+        {"control character in an attribute",
+         [&] { document->DocumentElement().SetAttribute(QStringLiteral("a"), QString(QChar(1))); }},
+        {"control character in a text", [&] { document->DocumentElement().SetText(QString(QChar(2))); }},
+        {"no character at all", [&] { document->DocumentElement().SetText(QString(QChar(0xFFFE))); }},
+        {"too deep",
+         [&] {
+             DomNode node = document->DocumentElement();
+             for (int i = 0; i < 256; ++i) {
+                 node = node.AppendElement(QStringLiteral("a"));
+             }
+         }},
+        {"empty document", [&] { document = platform.documents.Create(); }},
+    };
+    for (const auto& row : rows) {
+        Loaded("<r/>");
+        row.spoil();
+        EXPECT_FALSE(document->Save(kFile)) << row.name;
+        EXPECT_EQ(FileContent(), "<r/>") << row.name;
+    }
+}
+
+TEST_F(DomTest, save_loneHalfOfACharacter_isReplaced_andLoads)
+{
+    Loaded("<r/>").SetAttribute(QStringLiteral("a"), QString(QChar(0xD83D)));
+    EXPECT_TRUE(document->Save(kFile));
+    EXPECT_TRUE(document->Load(kFile));
+}
+
+TEST_F(DomTest, save_toAUrl_isFalse)
+{
+    Loaded("<r/>");
+    EXPECT_FALSE(document->Save(QStringLiteral("http://127.0.0.1/r.xml")));
+}
+
+} // namespace

@@ -1,0 +1,250 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "controls/CheckBox.h"
+#include "controls/LinkLabel.h"
+#include "controls/OptionButton.h"
+#include "controls/SpinBar.h"
+#include "controls/TextBox.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "settings_dialog/FrmAlerts.h"
+#include "support/RuntimeError.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QPushButton>
+#include <QTest>
+
+#include <gtest/gtest.h>
+#include <pugixml.hpp>
+
+/// The files of a test, with every load and save counted and every saved text kept.
+class CountingFiles final : public FileStore
+{
+public:
+    explicit CountingFiles(FileStore& files)
+        : m_files(files)
+    {
+    }
+    [[nodiscard]] std::optional<QByteArray> Read(const QString& path, qint64 limit) const override
+    {
+        ++loads;
+        return m_files.Read(path, limit);
+    }
+    bool Replace(const QString& path, const QByteArray& content) override
+    {
+        if (refuses) {
+            return false;
+        }
+        saved.push_back(content);
+        savedNames << path;
+        return m_files.Replace(path, content);
+    }
+    bool Write(const QString& path, const QByteArray& content) override
+    {
+        return m_files.Write(path, content);
+    }
+
+    mutable int loads = 0;
+    std::vector<QByteArray> saved;
+    QStringList savedNames;
+    /// As a file that can't be written does.
+    bool refuses = false;
+
+private:
+    FileStore& m_files;
+};
+
+/// A main window that records what the dialog asks of it.
+class RecordingMain final : public MainForm
+{
+public:
+    int UpdateEverything() override
+    {
+        calls << QStringLiteral("UpdateEverything");
+        activeFormAtUpdate = ActiveForm;
+        if (updateFails) {
+            throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow"));
+        }
+        return 0;
+    }
+    void PopLocation() override { calls << QStringLiteral("PopLocation"); }
+    void PopPrayerFrame() override { calls << QStringLiteral("PopPrayerFrame"); }
+    void Enable(bool enabled) override
+    {
+        calls << (enabled ? QStringLiteral("Enable") : QStringLiteral("Disable"));
+    }
+    void TakeFocus() override
+    {
+        calls << QStringLiteral("TakeFocus");
+        if (focusFails) {
+            throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("hidden"));
+        }
+    }
+
+    QStringList calls;
+    QString activeFormAtUpdate;
+    bool updateFails = false;
+    bool focusFails = false;
+};
+
+/// The settings dialog over a real settings.xml in a temporary folder.
+class DialogTest : public testing::Test
+{
+protected:
+    DialogTest()
+    {
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, documents); });
+        forms.SetMain(main);
+        main.ActiveForm = QStringLiteral("FrmMain");
+        main.Settings.PID = QStringLiteral("P-77");
+        main.Settings.Dstr = QStringLiteral("dbeacon");
+        WriteSettings();
+    }
+
+    /// settings.xml with one text put in place of another that must be there.
+    static void WriteChanged(const QString& before, const QString& after) { WriteChanged({{before, after}}); }
+    static void WriteChanged(const std::vector<std::pair<QString, QString>>& changes)
+    {
+        QString text = SettingsText();
+        for (const auto& [before, after] : changes) {
+            ASSERT_TRUE(text.contains(before)) << before.toStdString();
+            text.replace(before, after);
+        }
+        WriteSettings(text);
+    }
+
+    /// As the links of the main window do: through the first page.
+    void Open(std::int16_t tab = 1)
+    {
+        dialog = &forms.Touch<FrmAlerts>();
+        dialog->Show();
+        dialog->SelectTab(1);
+        main.ActiveForm = QStringLiteral("FrmAlerts");
+        if (tab != 1) {
+            dialog->SelectTab(tab);
+        }
+        Forget();
+    }
+    /// Counts loads and saves from here on.
+    void Forget()
+    {
+        files.loads = 0;
+        files.saved.clear();
+        files.savedNames.clear();
+    }
+    [[nodiscard]] bool IsOpen() const { return forms.Loaded(FrmAlerts::kName) != nullptr; }
+
+    template <typename Control>
+    [[nodiscard]] Control& Find(const char* name) const
+    {
+        auto* const control = dialog->findChild<Control*>(QLatin1String(name));
+        if (control == nullptr) {
+            qFatal("There is no control %s", name);
+        }
+        return *control;
+    }
+    [[nodiscard]] QWidget& Widget(const char* name) const { return Find<QWidget>(name); }
+    [[nodiscard]] TextBox& Box(const char* name) const { return Find<TextBox>(name); }
+    [[nodiscard]] SpinBar& Bar(const char* name) const { return Find<SpinBar>(name); }
+    [[nodiscard]] QString TextOf(const char* name) const { return Box(name).Text(); }
+    [[nodiscard]] bool IsTicked(const char* name) const { return Find<QAbstractButton>(name).isChecked(); }
+    [[nodiscard]] bool IsLive(const char* name) const { return Widget(name).isEnabled(); }
+
+    /// A click of the mouse on a control that the user can reach.
+    void Click(const char* name) const
+    {
+        QWidget& control = Widget(name);
+        ASSERT_TRUE(control.isVisible()) << name;
+        ASSERT_TRUE(control.isEnabled()) << name;
+        QTest::mouseClick(&control, Qt::LeftButton, {}, QPoint(8, control.height() / 2));
+    }
+    void ClickArrow(const char* name, bool up) const
+    {
+        QWidget& bar = Widget(name);
+        ASSERT_TRUE(bar.isVisible() && bar.isEnabled()) << name;
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, up ? 3 : bar.height() - 3));
+    }
+    /// Puts @p text in place of all that is in the box, in one stroke: pasted over the selection.
+    void Paste(const char* name, const QString& text) const
+    {
+        QWidget& box = Widget(name);
+        ASSERT_TRUE(box.isVisible() && box.isEnabled()) << name;
+        QGuiApplication::clipboard()->setText(text);
+        QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
+    }
+
+    /// An attribute in the file, "(absent)" if there is none.
+    [[nodiscard]] static QString Stored(const QString& attribute, const char* element = "")
+    {
+        return AttributeIn(ReadSettings(), attribute, element);
+    }
+    /// The attribute in each of the texts that have been saved, in order.
+    [[nodiscard]] QStringList SavedValues(const QString& attribute, const char* element = "") const
+    {
+        QStringList values;
+        for (const QByteArray& text : files.saved) {
+            values << AttributeIn(text, attribute, element);
+        }
+        return values;
+    }
+    [[nodiscard]] std::size_t Saves() const { return files.saved.size(); }
+
+    /// What closing asks of the main window.
+    [[nodiscard]] static QStringList HandOver()
+    {
+        return {QStringLiteral("Enable"), QStringLiteral("UpdateEverything"), QStringLiteral("TakeFocus")};
+    }
+    void ExpectOnlyFrame(const char* shown) const
+    {
+        for (const char* const frame : {"FrmGeneral", "FrmMobilAlert", "FrmPrayer"}) {
+            EXPECT_EQ(Widget(frame).isVisible(), qstrcmp(frame, shown) == 0) << frame;
+        }
+    }
+    void ExpectHandedOver() const
+    {
+        EXPECT_FALSE(IsOpen());
+        EXPECT_EQ(main.calls, HandOver());
+        EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_TRUE(platform.boxes.boxes.empty());
+    }
+
+    FakePlatform platform;
+    CountingFiles files{platform.files};
+    Platform doors{platform.clock,  platform.timers, files,          platform.http,
+                   platform.player, platform.tray,   platform.boxes, platform.browser,
+                   platform.region, platform.process};
+    DomDocuments documents{files, platform.http};
+    Forms forms{doors};
+    RecordingMain main;
+    FrmAlerts* dialog = nullptr;
+
+private:
+    [[nodiscard]] static QString AttributeIn(const QByteArray& text, const QString& attribute,
+                                             const char* element)
+    {
+        pugi::xml_document document;
+        document.load_buffer(text.constData(), static_cast<std::size_t>(text.size()));
+        pugi::xml_node node = document.child("root").child("alerts");
+        if (*element != '\0') {
+            node = node.child(element);
+        }
+        const pugi::xml_attribute found = node.attribute(attribute.toUtf8().constData());
+        return found ? QString::fromUtf8(found.value()) : QStringLiteral("(absent)");
+    }
+};
+
+inline void PrintTo(const QString& text, std::ostream* stream)
+{
+    *stream << '"' << text.toStdString() << '"';
+}
+
+inline void PrintTo(const QStringList& texts, std::ostream* stream)
+{
+    *stream << '[' << texts.join(QStringLiteral(", ")).toStdString() << ']';
+}

@@ -1,0 +1,266 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/DialogTest.h"
+
+#include <QGroupBox>
+#include <QLabel>
+
+namespace {
+
+struct Tab
+{
+    std::int16_t number;
+    const char* label;
+    const char* caption;
+    const char* frame;
+};
+
+constexpr Tab kTabs[] = {
+    {1, "LblGeneral", "General", "FrmGeneral"}, {2, "LblMobilAlert", "Mobile Alert", "FrmMobilAlert"},
+    {3, "LblFajr", "Fajr", "FrmPrayer"},        {4, "LblShuruq", "Shuruq", "FrmPrayer"},
+    {5, "LblDuhr", "Duhr", "FrmPrayer"},        {6, "LblAsr", "Asr", "FrmPrayer"},
+    {7, "Maghrib", "Maghrib", "FrmPrayer"},     {8, "LblIsha", "Isha", "FrmPrayer"},
+};
+
+void PrintTo(const Tab& tab, std::ostream* stream)
+{
+    *stream << tab.label;
+}
+
+class FrmAlertsFrame : public DialogTest
+{
+};
+
+class FrmAlertsTab : public FrmAlertsFrame, public testing::WithParamInterface<Tab>
+{
+};
+
+} // namespace
+
+TEST_F(FrmAlertsFrame, built_hasItsSizeCaptionAndGeneralFrame)
+{
+    FrmAlerts& built = forms.Touch<FrmAlerts>();
+    dialog = &built;
+    EXPECT_EQ(built.size(), QSize(510, 300));
+    EXPECT_LT(built.minimumWidth(), 510);
+    EXPECT_GT(built.maximumWidth(), 510);
+    EXPECT_EQ(built.windowTitle(), QStringLiteral("Alerts"));
+    EXPECT_FALSE(built.isModal());
+    built.Show();
+    ExpectOnlyFrame("FrmGeneral");
+    EXPECT_EQ(Find<QLabel>("Label9").text(), QStringLiteral("Prayers:"));
+    EXPECT_EQ(files.loads, 0);
+}
+
+TEST_F(FrmAlertsFrame, framesShareOnePlace)
+{
+    Open();
+    EXPECT_EQ(Widget("FrmGeneral").geometry(), Widget("FrmMobilAlert").geometry());
+    EXPECT_EQ(Widget("FrmGeneral").geometry(), Widget("FrmPrayer").geometry());
+}
+
+TEST_F(FrmAlertsFrame, tabRow_readsFromLeftToRight)
+{
+    Open();
+    int right = 0;
+    for (const char* const name : {"LblGeneral", "LblMobilAlert", "Label9", "LblFajr", "LblShuruq", "LblDuhr",
+                                   "LblAsr", "Maghrib", "LblIsha"}) {
+        EXPECT_GT(Widget(name).x(), right) << name;
+        right = Widget(name).geometry().right();
+    }
+}
+
+TEST_P(FrmAlertsTab, click_showsItsPage)
+{
+    // From another page, so that there is something to switch.
+    Open(GetParam().number == 1 ? 5 : 1);
+    EXPECT_EQ(Find<LinkLabel>(GetParam().label).text(), QLatin1String(GetParam().caption));
+    Click(GetParam().label);
+    ExpectOnlyFrame(GetParam().frame);
+    for (const Tab& tab : kTabs) {
+        EXPECT_TRUE(Widget(tab.label).isVisible()) << tab.label;
+    }
+    EXPECT_EQ(Widget("CmdClose").isVisible(), GetParam().number == 1);
+    EXPECT_EQ(Saves(), 0U);
+}
+
+TEST_P(FrmAlertsTab, enterKey_showsItsPage)
+{
+    Open(GetParam().number == 1 ? 5 : 1);
+    QTest::keyClick(&Widget(GetParam().label), Qt::Key_Return);
+    ExpectOnlyFrame(GetParam().frame);
+}
+
+TEST_P(FrmAlertsTab, selection_loadsTheFileOnlyForTheGeneralPage)
+{
+    Open();
+    dialog->SelectTab(GetParam().number == 1 ? 2 : 1);
+    Forget();
+    // Every prayer of this file but Shuruq is on, and a tick that changes loads once more.
+    const int ticks = GetParam().number >= 3 && GetParam().number != 4 ? 1 : 0;
+    dialog->SelectTab(GetParam().number);
+    EXPECT_EQ(files.loads, GetParam().number == 1 ? 1 : ticks);
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, FrmAlertsTab, testing::ValuesIn(kTabs),
+                         [](const auto& row) { return std::string(row.param.label); });
+
+TEST_F(FrmAlertsFrame, selectTab_unknownNumbers_showTheGeneralPageAsNumberOne)
+{
+    for (const int number : {0, 9, -1, 32767, -32768}) {
+        Open(5);
+        dialog->SelectTab(static_cast<std::int16_t>(number));
+        ExpectOnlyFrame("FrmGeneral");
+        // A prayer's control that is set by code writes nothing now, for the page is number 1.
+        Forget();
+        Find<CheckBox>("ChkSilAlert").SetValue(Find<CheckBox>("ChkSilAlert").Value() == 1 ? 0 : 1);
+        EXPECT_EQ(Saves(), 0U) << number;
+        dialog->Unload();
+    }
+}
+
+TEST_F(FrmAlertsFrame, everyPageOpened_writesNothing)
+{
+    const QByteArray before = ReadSettings();
+    dialog = &forms.Touch<FrmAlerts>();
+    dialog->Show();
+    for (std::int16_t tab = 0; tab <= 9; ++tab) {
+        dialog->SelectTab(tab);
+    }
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(Saves(), 0U);
+    EXPECT_EQ(ReadSettings(), before);
+    EXPECT_TRUE(main.calls.isEmpty());
+}
+
+TEST_F(FrmAlertsFrame, cmdClose_handsOverToTheMainWindow)
+{
+    Open();
+    Click("CmdClose");
+    ExpectHandedOver();
+    // The main window still belongs to the dialog while it rereads the file.
+    EXPECT_EQ(main.activeFormAtUpdate, QStringLiteral("FrmAlerts"));
+    EXPECT_EQ(Saves(), 0U);
+}
+
+TEST_F(FrmAlertsFrame, closeBoxOnAPrayerPage_handsOverAsCmdCloseDoes)
+{
+    Open(6);
+    dialog->close();
+    ExpectHandedOver();
+}
+
+TEST_F(FrmAlertsFrame, changes_reachTheMainWindowOnlyOnClosing)
+{
+    Open();
+    Click("OptEGAS");
+    Click("OptHanafi");
+    Click("ChkDLS");
+    EXPECT_TRUE(main.calls.isEmpty());
+    Click("CmdClose");
+    EXPECT_EQ(main.calls.count(QStringLiteral("UpdateEverything")), 1);
+}
+
+TEST_F(FrmAlertsFrame, closing_updateFails_skipsFocusAndActiveForm)
+{
+    Open();
+    main.updateFails = true;
+    Click("CmdClose");
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(main.calls, QStringList({QStringLiteral("Enable"), QStringLiteral("UpdateEverything")}));
+    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmAlerts"));
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(platform.process.ended, 0);
+}
+
+TEST_F(FrmAlertsFrame, closing_focusFails_skipsActiveForm)
+{
+    Open();
+    main.focusFails = true;
+    Click("CmdClose");
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(main.calls, HandOver());
+    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmAlerts"));
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(FrmAlertsFrame, shownAgain_isBuiltAnew)
+{
+    Open();
+    Click("ChkAdvWarn");
+    ASSERT_TRUE(IsLive("VScroll1"));
+    dialog->SelectTab(5);
+    dialog->close();
+    WriteSettings();
+    Open();
+    ExpectOnlyFrame("FrmGeneral");
+    EXPECT_FALSE(IsTicked("ChkAdvWarn"));
+    EXPECT_FALSE(IsLive("VScroll1"));
+}
+
+TEST_F(FrmAlertsFrame, openedWhileOpen_reloadsTheNamedPage)
+{
+    Open(3);
+    const FrmAlerts* const first = dialog;
+    Open(8);
+    EXPECT_EQ(dialog, first);
+    EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QStringLiteral("Isha"));
+    EXPECT_TRUE(main.calls.isEmpty());
+}
+
+TEST_F(FrmAlertsFrame, openedWhileOpen_comesToTheFront)
+{
+    Open(3);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    Open(8);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+    dialog->showMinimized();
+    Open(8);
+    EXPECT_FALSE(dialog->isMinimized());
+}
+
+TEST_F(FrmAlertsFrame, gainedFocus_repaintsTheDialog)
+{
+    // Counts the paintings of the window itself.
+    class PaintCounter final : public QObject
+    {
+    public:
+        bool eventFilter(QObject* watched, QEvent* event) override
+        {
+            paintings += event->type() == QEvent::Paint ? 1 : 0;
+            return QObject::eventFilter(watched, event);
+        }
+        int paintings = 0;
+    };
+    Open();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
+    QCoreApplication::processEvents();
+    PaintCounter counter;
+    dialog->installEventFilter(&counter);
+    QEvent activation(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(dialog, &activation);
+    EXPECT_GE(counter.paintings, 1);
+}
+
+TEST_F(FrmAlertsFrame, openedForIsha_savesATickToIsha)
+{
+    Open(8);
+    Click("ChkSilAlert");
+    EXPECT_EQ(Stored(QStringLiteral("popup"), "isha"), QStringLiteral("false"));
+    EXPECT_EQ(Stored(QStringLiteral("popup"), "maghrib"), QStringLiteral("true"));
+    EXPECT_EQ(files.savedNames, QStringList(QStringLiteral("settings.xml")));
+}
+
+TEST_F(FrmAlertsFrame, pageSelectedOnANewDialog_readsAnEmptyDocument)
+{
+    // The document is filled by the General page alone.
+    dialog = &forms.Touch<FrmAlerts>();
+    dialog->Show();
+    dialog->SelectTab(3);
+    EXPECT_TRUE(IsOpen());
+    EXPECT_FALSE(IsTicked("ChkAlertMain"));
+    EXPECT_EQ(files.loads, 0);
+}
