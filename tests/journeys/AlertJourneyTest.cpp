@@ -51,7 +51,7 @@ protected:
         for (const auto& file : {QStringLiteral("DuskBeacon"), QStringLiteral("DuskBeacon.DBN")}) {
             ASSERT_TRUE(QFile::copy(bin + u'/' + file, folder.filePath(file)));
         }
-        ASSERT_TRUE(WriteTone(folder.filePath(QStringLiteral("call.wav")), kTone, 30.0));
+        ASSERT_TRUE(WriteTone(folder.filePath(QStringLiteral("call.wav")), kTone, 120.0));
     }
     ~AlertJourney() override
     {
@@ -208,6 +208,16 @@ protected:
                window.toULongLong();
     }
 
+    /// What the window manager is asked for; some show the boxes all the same.
+    [[nodiscard]] bool OffersBoxesToMinimiseOrMaximise(const QString& window) const
+    {
+        constexpr uint kMinimiseAndMaximise = 0x20 | 0x40;
+        const QString hints = Output(QStringLiteral("xprop"),
+                                     {QStringLiteral("-id"), window, QStringLiteral("_MOTIF_WM_HINTS")});
+        const QString decorations = hints.section(QLatin1Char(','), 2, 2).trimmed();
+        return (decorations.toUInt(nullptr, 0) & kMinimiseAndMaximise) != 0;
+    }
+
     QTemporaryDir folder;
     SoundServer sound;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -234,19 +244,20 @@ TEST_F(AlertJourney, prayerComes_popupOnTopSoundAndStopLink)
     const QString popup = Window(kPopup);
     EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWait));
     EXPECT_EQ(ActiveWindow(), Window(kMain)) << "the keyboard stays where it was";
+    EXPECT_FALSE(OffersBoxesToMinimiseOrMaximise(popup));
+    EXPECT_TRUE(OffersBoxesToMinimiseOrMaximise(Window(kMain))) << "or the look at the hints is wrong";
     EXPECT_TRUE(sound.WaitForTone(kTone));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return StopLinkIsBlue(); }, kWait));
     static_cast<void>(Picture("popup_over_main_window"));
 
-    // The main window takes no click now.
+    // The main window takes no click now, or the sound would not be there any more behind the popup.
     Click(Window(kMain), 60, 264);
-    EXPECT_TRUE(StopLinkIsBlue());
 
     static_cast<void>(Xdotool({QStringLiteral("windowraise"), Window(kMain)}));
     EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWait)) << "it stays on top";
     Click(popup, 104, 80);
     EXPECT_TRUE(WaitForPopupToGo());
-    EXPECT_TRUE(sound.WaitForTone(kTone)) << "the sound goes on";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return StopLinkIsBlue(); }, kWait)) << "the sound goes on";
+    EXPECT_TRUE(sound.WaitForTone(kTone));
 
     Click(Window(kMain), 60, 264);
     EXPECT_TRUE(sound.WaitForSilence());
