@@ -289,8 +289,10 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
         settings->AddAttributeByName(QStringLiteral("FirstRun"), QString(), QStringLiteral("//root//app"));
     }
     EXPECT_EQ(after.XML(), before.XML());
+    // A document with another root ends the refresh before there is anything to show.
+    const bool isOtherRoot = QByteArray(GetParam().name) == "well_formed_page";
     EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(),
-              QStringLiteral("Dusk Beacon"));
+              isOtherRoot ? QString() : QStringLiteral("Dusk Beacon"));
 }
 
 QByteArray Utf16(const QString& text)
