@@ -13,11 +13,12 @@ namespace {
 // Laying out is linear in the text and doubles with each table around it. The limits are measured: what just
 // passes them takes less than 50 ms on a slow machine.
 constexpr qsizetype kLongestHtml = 16 * 1024;
-constexpr qsizetype kLargestCost = 48 * 1024;
+constexpr qsizetype kLargestCost = 24 * 1024;
+constexpr qsizetype kLongestSource = 64 * 1024;
 constexpr qsizetype kDeepestTables = 6;
 constexpr qsizetype kDeepestNesting = 60;
 constexpr qsizetype kMostImages = 16;
-constexpr int kMostSpannedCells = 20;
+constexpr int kMostSpannedCells = 10;
 constexpr qsizetype kLongestAttribute = 400;
 constexpr qsizetype kLongestAddress = 2000;
 
@@ -131,6 +132,15 @@ QString KeptAttribute(const QString& tag, const QString& name, const QString& va
         return HasHugeNumber(value) ? QString() : Attribute(name, value);
     }
     return TextAttributes().contains(name) ? Attribute(name, value) : QString();
+}
+
+qsizetype LengthOfDataAddress(const HtmlToken& token)
+{
+    const auto found =
+        std::find_if(token.attributes.begin(), token.attributes.end(), [](const auto& attribute) {
+            return attribute.first == u"src" && HasScheme(attribute.second, {QLatin1String("data:")});
+        });
+    return found == token.attributes.end() ? 0 : found->second.size();
 }
 
 // Builds the clean page tag by tag and keeps count of what it costs.
@@ -319,19 +329,21 @@ std::optional<Banner> CleanBanner(const QString& page)
 {
     BannerBuilder builder;
     HtmlTokens tokens(page);
+    qsizetype dataAddresses = 0;
     while (const std::optional<HtmlToken> token = tokens.Next()) {
         switch (token->kind) {
         case HtmlToken::Kind::Text:
             builder.Text(token->text);
             break;
         case HtmlToken::Kind::Open:
+            dataAddresses += LengthOfDataAddress(*token);
             builder.Open(*token);
             break;
         case HtmlToken::Kind::Close:
             builder.Close(token->name);
             break;
         }
-        if (builder.IsTooMuch()) {
+        if (builder.IsTooMuch() || tokens.Position() - dataAddresses > kLongestSource) {
             return std::nullopt;
         }
     }

@@ -10,6 +10,8 @@ namespace {
 // Texts longer than this come in pieces, so that a page that is too long is given up early.
 constexpr qsizetype kLongestPiece = 4096;
 constexpr qsizetype kLongestNumber = 10;
+constexpr std::size_t kMostAttributes = 32;
+constexpr int kMostStepsInTag = 4096;
 
 bool IsNameCharacter(QChar character)
 {
@@ -135,19 +137,27 @@ HtmlToken HtmlTokens::Tag()
     m_at += isClosing ? 1 : 0;
     token.kind = isClosing ? HtmlToken::Kind::Close : HtmlToken::Kind::Open;
     token.name = Name();
-    while (m_at < m_page.size() && m_page[m_at] != u'>') {
+    for (int steps = 0; m_at < m_page.size() && m_page[m_at] != u'>'; ++steps) {
+        // No tag of an honest page comes near this; nothing behind such a one is looked at.
+        if (steps > kMostStepsInTag) {
+            m_at = m_page.size();
+            break;
+        }
         const QString name = Name();
-        SkipBlanks();
         if (name.isEmpty()) {
-            m_at += m_at < m_page.size() && m_page[m_at] != u'>' ? 1 : 0;
+            ++m_at;
             continue;
         }
+        SkipBlanks();
         QString value;
         if (m_at < m_page.size() && m_page[m_at] == u'=') {
             ++m_at;
             value = Value();
         }
-        if (!isClosing && token.attributes.size() < 32) {
+        // Of two attributes of one name the first counts.
+        const bool isKnown = std::any_of(token.attributes.begin(), token.attributes.end(),
+                                         [&](const auto& known) { return known.first == name; });
+        if (!isClosing && !isKnown && token.attributes.size() < kMostAttributes) {
             token.attributes.emplace_back(name, value);
         }
     }

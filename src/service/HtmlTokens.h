@@ -33,6 +33,8 @@ public:
 
     /// Nothing at the end of the page.
     [[nodiscard]] std::optional<HtmlToken> Next();
+    /// How much of the page has been taken.
+    [[nodiscard]] qsizetype Position() const { return m_at; }
 
 private:
     [[nodiscard]] bool StartsTag() const;

@@ -16,11 +16,14 @@
 namespace {
 
 constexpr qint64 kLargestPage = 16LL * 1024 * 1024;
+constexpr qsizetype kEncodingNamedWithin = 1024;
 
 QString PageText(const QByteArray& bytes)
 {
+    // Qt takes a page that names nothing for UTF-8.
+    const QByteArray head = bytes.left(kEncodingNamedWithin).toLower();
     const std::optional<QStringConverter::Encoding> named = QStringConverter::encodingForHtml(bytes);
-    if (!named || *named == QStringConverter::Latin1) {
+    if (!named || *named == QStringConverter::Latin1 || !head.contains("charset")) {
         return FromCodePage(bytes);
     }
     return QStringDecoder(*named).decode(bytes);
