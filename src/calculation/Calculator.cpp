@@ -101,7 +101,7 @@ std::int32_t Calculator::MinuteOfEvent(Event event)
 {
     const double minutes = (Day().WithinDate(event) + 0.5) * kMinutesPerDay;
     // The last half minute of the date would round to the midnight at its other end, when no alert comes.
-    return std::min(static_cast<std::int32_t>(minutes + 0.5), kMinutesPerDay - 1);
+    return std::min(static_cast<std::int32_t>(std::lround(minutes)), kMinutesPerDay - 1);
 }
 
 std::int16_t Calculator::Horarium(std::int16_t slot)

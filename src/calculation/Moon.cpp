@@ -41,17 +41,20 @@ public:
         const Phasor one{angle.cosine, angle.sine};
         for (int multiple = 1; multiple <= Most; ++multiple) {
             const Phasor next = (*this)[multiple - 1] * one;
-            m_phasors[static_cast<std::size_t>(Most + multiple)] = next;
-            m_phasors[static_cast<std::size_t>(Most - multiple)] = {next.real, -next.imaginary};
+            m_phasors[Index(multiple)] = next;
+            m_phasors[Index(-multiple)] = {next.real, -next.imaginary};
         }
     }
 
-    const Phasor& operator[](int multiple) const
-    {
-        return m_phasors[static_cast<std::size_t>(Most + multiple)];
-    }
+    const Phasor& operator[](int multiple) const { return m_phasors[Index(multiple)]; }
 
 private:
+    static constexpr std::size_t Index(int multiple)
+    {
+        const int index = Most + multiple;
+        return static_cast<std::size_t>(index);
+    }
+
     std::array<Phasor, 2 * Most + 1> m_phasors;
 };
 

@@ -52,7 +52,8 @@ public:
 
     [[nodiscard]] Arguments ArgumentsAt(double days) const
     {
-        Arguments arguments;
+        // The loop fills it, and zeros before that would cost time.
+        Arguments arguments; // NOLINT(cppcoreguidelines-pro-type-member-init)
         for (std::size_t i = 0; i < Count; ++i) {
             const SineCosine argument = SineCosineOfTurns(m_phase[i] + m_frequency[i] * days);
             arguments.sine[i] = argument.sine;

@@ -61,7 +61,7 @@ TEST(RandomArguments, anySixteenBits_everyAnswerInItsRange)
     const CalculationModule module;
     RandomShorts random;
     // Each round is nineteen calls or more.
-    constexpr int kRounds = 300000;
+    constexpr int kRounds = 500000;
     for (int round = 0; round < kRounds; ++round) {
         const std::array<Short, 8> arguments{random(), random(),           random(), random(),
                                              random(), RandomYear(random), random(), random()};

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "calculation/SunTrack.h"
+
+#include "calculation/ErrorStatistics.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+
+namespace {
+
+using calculation::Latitude;
+using calculation::SunTrack;
+
+// The largest difference in arcseconds, over two centuries, between what is interpolated at so many days from
+// noon and the theory itself at that instant.
+double LargestInterpolationError(double least, double most)
+{
+    std::mt19937 generator(11);
+    std::uniform_int_distribution<int> days(-36525, 36525);
+    std::uniform_real_distribution<double> times(least, most);
+    std::uniform_real_distribution<double> latitudes(-90.0, 90.0);
+    ErrorStatistics errors;
+    for (int i = 0; i < 20000; ++i) {
+        const double noon = days(generator);
+        const double time = times(generator);
+        const Latitude latitude = Latitude::FromDegrees(latitudes(generator));
+        const double interpolated = SunTrack(noon, 0.1).Altitude(time, latitude).sine;
+        const double direct = SunTrack(noon + time, 0.1).Altitude(0.0, latitude).sine;
+        errors.Add((interpolated - direct) * 206264.8, std::to_string(noon));
+    }
+    errors.Print("interpolation from " + std::to_string(least) + " to " + std::to_string(most), "arcseconds");
+    return errors.Largest();
+}
+
+TEST(SunTrack, withinTheDate_asTheTheory)
+{
+    EXPECT_LT(LargestInterpolationError(-0.5, 0.5), 0.05);
+}
+
+TEST(SunTrack, dayBeforeAndAfter_asTheTheory)
+{
+    EXPECT_LT(LargestInterpolationError(-1.5, 1.5), 0.3);
+}
+
+TEST(SunTrack, nightsOfTheNeighbours_nearTheTheory)
+{
+    EXPECT_LT(LargestInterpolationError(-2.5, 2.5), 2.0);
+}
+
+TEST(SunTrack, upperAndLowerTransit_asTheAltitudeThere)
+{
+    const SunTrack track(9822.0, 0.3);
+    const Latitude latitude = Latitude::FromDegrees(52.0);
+    for (int index = -2; index <= 2; ++index) {
+        const double transit = track.Transit(index);
+        EXPECT_NEAR(track.UpperSine(transit, latitude), track.Altitude(transit, latitude).sine, 1e-9)
+            << index;
+        EXPECT_NEAR(track.LowerSine(transit + 0.5, latitude), track.Altitude(transit + 0.5, latitude).sine,
+                    1e-6)
+            << index;
+    }
+}
+
+TEST(SunTrack, rateAndCurvature_asTheDifferences)
+{
+    const SunTrack track(9822.0, 0.3);
+    const Latitude latitude = Latitude::FromDegrees(52.0);
+    constexpr double kStep = 1e-4;
+    for (double time = -0.5; time < 0.5; time += 0.05) {
+        const double before = track.Altitude(time - kStep, latitude).sine;
+        const SunTrack::Sample sample = track.Altitude(time, latitude);
+        const double after = track.Altitude(time + kStep, latitude).sine;
+        EXPECT_NEAR(sample.rate, (after - before) / (2.0 * kStep), 1e-5) << time;
+        EXPECT_NEAR(sample.curvature, (after - 2.0 * sample.sine + before) / (kStep * kStep), 0.1) << time;
+    }
+}
+
+} // namespace
