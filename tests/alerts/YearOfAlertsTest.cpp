@@ -165,9 +165,13 @@ protected:
     }
     void OnAdvAlarm(std::int16_t slot)
     {
-        const bool wasUp = PopupIsUp();
+        // A popup that is up already shows by its text whether a warning has come through to it.
+        auto* const label = PopupIsUp() ? Popup()->findChild<QLabel*>(QStringLiteral("Label1")) : nullptr;
+        if (label != nullptr) {
+            label->clear();
+        }
         realDispatch.AdvAlarm(slot);
-        if (!wasUp && PopupIsUp()) {
+        if (PopupIsUp() && !TextOf("Label1").isEmpty()) {
             happened << QStringLiteral("%1 warning %2").arg(now).arg(slot);
         }
     }
