@@ -10,15 +10,6 @@ target_compile_options(duskbeacon_options INTERFACE
 target_compile_definitions(duskbeacon_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CONTEXTLESS_CONNECT
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
-# A program that reads what strangers send is built to be hard to abuse; paths of the build stay out of the binaries.
-target_compile_options(duskbeacon_options INTERFACE
-  -fstack-protector-strong -fstack-clash-protection -fcf-protection
-  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-target_link_options(duskbeacon_options INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
-if(NOT DUSKBEACON_SANITIZE)
-  target_compile_options(duskbeacon_options INTERFACE
-    "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
-endif()
 if(DUSKBEACON_SANITIZE)
   target_compile_options(duskbeacon_options INTERFACE
     -fsanitize=${DUSKBEACON_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
@@ -27,6 +18,19 @@ endif()
 if(DUSKBEACON_COVERAGE)
   target_compile_options(duskbeacon_options INTERFACE --coverage -fprofile-update=atomic)
   target_link_options(duskbeacon_options INTERFACE --coverage)
+endif()
+
+# For what is shipped. A program that reads what strangers send is built to be hard to abuse, and paths of the build stay out
+# of it.
+add_library(duskbeacon_shipped INTERFACE)
+target_link_libraries(duskbeacon_shipped INTERFACE duskbeacon_options)
+target_compile_options(duskbeacon_shipped INTERFACE
+  -fstack-protector-strong -fstack-clash-protection -fcf-protection
+  -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
+target_link_options(duskbeacon_shipped INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
+if(NOT DUSKBEACON_SANITIZE)
+  target_compile_options(duskbeacon_shipped INTERFACE
+    "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
 endif()
 
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
@@ -40,5 +44,5 @@ function(duskbeacon_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_options ${ARG_PRIVATE})
+  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_shipped ${ARG_PRIVATE})
 endfunction()

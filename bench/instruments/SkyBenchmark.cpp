@@ -16,7 +16,7 @@ void UpdateSky(benchmark::State& state)
     VBSunAndMoon sky(platform.files, QStringLiteral(":/pictures"), nullptr);
     sky.Setup(390, 1122);
     std::int16_t minute = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         sky.Update(450, 300, minute);
         minute = static_cast<std::int16_t>((minute + 5) % 1440);
     }
@@ -29,7 +29,7 @@ void RepaintSky(benchmark::State& state)
     FakePlatform platform;
     VBSunAndMoon sky(platform.files, QStringLiteral(":/pictures"), nullptr);
     QImage window(sky.size(), QImage::Format_RGB32);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         sky.render(&window, QPoint(), QRegion(), QWidget::RenderFlags());
     }
 }

@@ -95,6 +95,8 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
     MainForm& main = Siblings().Main();
     main.Enable(false);
     setEnabled(true);
+    // Ahead of showing, so that a screen reader that hears of the window meets its text.
+    setAccessibleName(Message.simplified());
     MoveToCentre();
     Show();
     main.ActiveForm = Name();
@@ -102,7 +104,8 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
     Label1->setText(Message);
     m_limit = SecLifeSpan;
     Timer1->SetEnabled(true);
-    Announce(Message);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void FrmPopup::MoveToCentre()
@@ -117,13 +120,6 @@ void FrmPopup::MoveToCentre()
     QRect place(QPoint(), size());
     place.moveCenter(screen->availableGeometry().center());
     move(place.topLeft());
-}
-
-void FrmPopup::Announce(const QString& message)
-{
-    setAccessibleName(message.simplified());
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
 }
 
 void FrmPopup::OnTick()

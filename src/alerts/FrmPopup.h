@@ -37,7 +37,6 @@ protected:
 private:
     void BuildControls();
     void MoveToCentre();
-    void Announce(const QString& message);
     void OnTick();
 
     QLabel* Label1 = nullptr;

@@ -38,7 +38,11 @@ void EnterSettingsFolder(const Platform& platform)
 {
     const QString own = platform.process.ApplicationFolder();
     const bool isPortable = QFileInfo::exists(own + u'/' + kSettingsFile);
-    QDir::setCurrent(isPortable ? own : platform.process.UserDataFolder());
+    // Without a user's folder the program stays beside itself: a file that happens to lie where it was
+    // started is not its own.
+    if (isPortable || !QDir::setCurrent(platform.process.UserDataFolder())) {
+        QDir::setCurrent(own);
+    }
 }
 
 int RunProgram(const Platform& platform, SessionEnd& sessionEnd)

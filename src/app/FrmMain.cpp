@@ -3,6 +3,7 @@
 #include "app/FrmMain.h"
 
 #include "app/DlgStart.h"
+#include "app/FirstStart.h"
 #include "controls/Layout.h"
 #include "controls/LinkLabel.h"
 #include "forms/Forms.h"
@@ -11,7 +12,9 @@
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
+#include "service/InternetClass.h"
 #include "service/ServiceRequests.h"
+#include "service/VersionCheck.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
@@ -48,6 +51,7 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , m_tray(*this)
     , m_life(*this, *this, forms)
     , m_sound(*this, Outside().player, m_controls)
+    , m_adPanel(Outside(), documents, *this, *this)
     , m_alerts(forms, documents, PrayerTimer, HooksOfAlerts())
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
@@ -100,12 +104,36 @@ void FrmMain::RunLoadSequence()
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
     }
+    Connected = InternetClass(Outside()).VerifyConnectivity();
+    const bool OpenLocationList = FirstStart::IsDue(settings, Connected);
+    if (OpenLocationList) {
+        FirstStart(m_documents).Run(settings);
+    }
     UpdateEverything();
     ActiveForm = Name();
+    AskService();
     if (!DebugMode) {
         m_tray.PutMeInSysTray();
     }
     Siblings().Unload(DlgStart::kName);
+    if (OpenLocationList && IsLoaded()) {
+        OpenLocationListNow();
+    }
+}
+
+void FrmMain::AskService()
+{
+    if (Connected) {
+        SimpleXML notification(m_documents);
+        notification.Load(ServiceRequests::Startup(Settings));
+    }
+    m_adPanel.RefreshAd(Connected);
+    VersionCheck(Outside(), m_documents, *this, *this).CheckNewVersion(Connected);
+}
+
+void FrmMain::OpenLocationListNow()
+{
+    m_controls.LblLocLink->Click();
 }
 
 void FrmMain::FailLoad(const QString& description, int number)
@@ -148,9 +176,9 @@ void FrmMain::FeedFromConfiguration()
                             MultiplyInteger16(Settings.IshaAngle, 100), Integer16(Settings.UseAdvAlert),
                             Settings.AdvAlertMinutes, Integer16(true));
     PrayerTimer.StartTimer();
-    PopPrayerFrame();
     m_instruments.ShowQibla();
     m_instruments.RefreshSkyPicture();
+    PopPrayerFrame();
 }
 
 void FrmMain::PopLocation()
@@ -170,7 +198,9 @@ void FrmMain::Enable(bool enabled)
 
 void FrmMain::TakeFocus()
 {
-    if (IsLoaded()) {
+    // Hidden in the tray it takes the focus when it comes back. That is no failure: whoever closes a dialog
+    // meanwhile must still get to the step behind this one, without which every alert is dropped.
+    if (IsLoaded() && isVisible() && isEnabled()) {
         SetFocus();
     }
 }
@@ -187,6 +217,7 @@ void FrmMain::OnTick()
     // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
     // again.
     if (AdSeconds == AdTimer) {
+        m_adPanel.RefreshAd(true);
         AdSeconds = 0.0F;
     }
 }
@@ -198,6 +229,6 @@ AlertHooks FrmMain::HooksOfAlerts()
         return ServiceRequests::PrayerCall(Settings, pno, alertType, ma, time);
     };
     hooks.EnableStopLink = [this](bool enabled) { m_controls.LblStopLink->setEnabled(enabled); };
-    // The ad panel joins here: hooks.RefreshAd.
+    hooks.RefreshAd = [this](bool fetch) { m_adPanel.RefreshAd(fetch); };
     return hooks;
 }

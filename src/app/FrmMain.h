@@ -13,6 +13,7 @@
 #include "engine/PTimer.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
+#include "service/AdPanel.h"
 
 class DomDocuments;
 
@@ -39,6 +40,8 @@ protected:
 
 private:
     void RunLoadSequence();
+    void AskService();
+    void OpenLocationListNow();
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
@@ -53,6 +56,7 @@ private:
     MainTray m_tray;
     WindowLife m_life;
     SoundControls m_sound;
+    AdPanel m_adPanel;
     AlertDispatch m_alerts;
 
     /// Ticks since the sky picture and the ad were last refreshed.

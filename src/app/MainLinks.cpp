@@ -50,7 +50,10 @@ private:
 MainLinks::Dialogs MainLinks::DialogsAmong(Forms& forms)
 {
     return {[&forms] { forms.Touch<FrmAlerts>().Show(); },
-            [&forms](std::int16_t tab) { forms.Touch<FrmAlerts>().SelectTab(tab); },
+            [&forms](std::int16_t tab) {
+                forms.Touch<FrmAlerts>().SelectTab(tab);
+                return forms.Loaded(FrmAlerts::kName) != nullptr;
+            },
             [&forms] {
                 auto& location = forms.Touch<FrmLocation>();
                 location.setEnabled(true);
@@ -124,26 +127,28 @@ bool MainLinks::ClickLblAlertsLink()
         trace(2);
         m_dialogs.ShowAlerts();
         trace(3);
-        m_dialogs.SelectTab(1);
+        const bool isOpen = m_dialogs.SelectTab(1);
         trace(4);
-        m_main.ActiveForm = FrmAlerts::kName;
+        // Settings that can't be shown close the dialog at once. To name it then would drop every alert.
+        if (isOpen) {
+            m_main.ActiveForm = FrmAlerts::kName;
+        }
         trace(5);
         link.Enable();
+        return isOpen;
     } catch (const RuntimeError&) {
         EndWithFatalBox(m_window.Outside(), 4);
         return false;
     }
-    return true;
 }
 
 void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
 {
     const Disabled disabled(link);
     // Each opening goes through the first page: it loads the settings that the other pages show.
-    if (!ClickLblAlertsLink()) {
-        return;
+    if (ClickLblAlertsLink()) {
+        m_dialogs.SelectTab(tab);
     }
-    m_dialogs.SelectTab(tab);
     disabled.Enable();
 }
 

@@ -22,8 +22,8 @@ public:
     struct Dialogs
     {
         std::function<void()> ShowAlerts;
-        /// Shows page 1 to 8 of the settings dialog.
-        std::function<void(std::int16_t)> SelectTab;
+        /// Shows page 1 to 8 of the settings dialog; false if the dialog has closed itself over it.
+        std::function<bool(std::int16_t)> SelectTab;
         std::function<void()> ShowLocation;
     };
     [[nodiscard]] static Dialogs DialogsAmong(Forms& forms);
@@ -31,8 +31,8 @@ public:
     /// @param window the main window as a window, @p main the same one with its public variables
     MainLinks(Form& window, MainForm& main, MainControls& controls, Dialogs dialogs);
 
-    /// Opens the settings dialog at its first page. False after a failure that has ended the program, which
-    /// comes back in tests only.
+    /// Opens the settings dialog at its first page. False if it is not open afterwards: it has closed itself
+    /// over settings that it can't show, or the failure has ended the program.
     bool ClickLblAlertsLink();
     /// Opens the list of places over the disabled main window.
     void ClickLblLocLink();

@@ -26,7 +26,8 @@ void DrawFrame(const QStyleOptionGroupBox& option, QPainter& painter, const QSty
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(option.palette.color(QPalette::Mid));
     // Through the middles of the pixels, or the line would be spread over two rows.
-    const QRectF line = QRectF(option.rect).adjusted(0.5, captionHeight / 2 + 0.5, -0.5, -0.5);
+    const int middle = captionHeight / 2;
+    const QRectF line = QRectF(option.rect).adjusted(0.5, middle + 0.5, -0.5, -0.5);
     painter.drawRoundedRect(line, kCornerRadius, kCornerRadius);
     painter.restore();
 

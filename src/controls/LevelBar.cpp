@@ -9,6 +9,8 @@ LevelBar::LevelBar(int lowest, int highest, QWidget* parent)
 {
     setRange(lowest, highest);
     setTracking(false);
+    // A scroll bar of its own takes its keys upside down: right would lower the level.
+    setInvertedControls(false);
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QScrollBar::valueChanged, this, [this] {
         if (m_change) {

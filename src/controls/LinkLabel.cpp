@@ -21,8 +21,9 @@ public:
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
-        const QString own = QAccessibleWidget::text(kind);
-        return kind == QAccessible::Name && own.isEmpty() ? Label()->text() : own;
+        // Left to the toolkit, a link inside a frame would be called by the frame's caption.
+        const bool isUnnamed = kind == QAccessible::Name && Label()->accessibleName().isEmpty();
+        return isUnnamed ? Label()->text() : QAccessibleWidget::text(kind);
     }
     [[nodiscard]] QStringList actionNames() const override { return {pressAction()}; }
     void doAction(const QString& name) override
@@ -45,8 +46,10 @@ QAccessibleInterface* CreateLinkInterface(const QString& /*className*/, QObject*
 } // namespace
 
 LinkLabel::LinkLabel(const QString& caption, QWidget* parent)
-    : QLabel(caption, parent)
+    : QLabel(parent)
 {
+    // The first text makes the screen reader ask what this is, which inside the base class would be a label.
+    setText(caption);
     setTextFormat(Qt::PlainText);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);

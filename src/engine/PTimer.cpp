@@ -181,6 +181,12 @@ void PTimer::RunTick()
 
 void PTimer::RaiseFirstMatch(int minute, const std::function<void(std::int16_t)>& event) const
 {
+    // What is no minute of the day stands for an event that does not happen; a warning's sum may be such a
+    // number too.
+    constexpr int kMinutesOfDay = 1440;
+    if (minute < 0 || minute >= kMinutesOfDay) {
+        return;
+    }
     for (std::int16_t slot = 1; slot <= 10; ++slot) {
         if (GetPrayerTime(slot) == minute) {
             if (event) {

@@ -33,7 +33,7 @@ public:
     void Unload();
     /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled. A minimised window keeps
     /// its place on the taskbar.
-    void SetFocus();
+    virtual void SetFocus();
 
     /// The hand over links, and the default pointer behind them.
     void SetHandPointer();

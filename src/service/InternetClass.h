@@ -7,6 +7,9 @@
 struct Platform;
 
 /// The connectivity probe and four text codecs.
+///
+/// The codecs work on the bytes of the single-byte code page and not by the rules of URLs or HTML of today;
+/// each oddity is wanted. None checks its input. A text of nothing but blanks comes back as it is.
 class InternetClass final
 {
 public:
@@ -18,6 +21,18 @@ public:
     /// Whether a public web site could be reached. Blocks for as long as the request takes, at most 5
     /// seconds.
     [[nodiscard]] bool VerifyConnectivity() const;
+
+    [[nodiscard]] QString URLDecodeEx(const QString& Text) const;
+    /// Escapes everything but letters, digits and the blank, which becomes "+".
+    [[nodiscard]] QString URLEncodeEx(const QString& Text) const;
+    /// Throws kTypeMismatch, kOverflow or kInvalidCall for a "#" entity whose number is none or is no byte.
+    /// @param vfHREFDecode has no effect
+    /// @param vstrAmpChar what introduces an entity, in any case
+    [[nodiscard]] QString HTMLDecodeEx(const QString& Text, bool vfHREFDecode,
+                                       const QString& vstrAmpChar) const;
+    /// @param vfHREFEncode whether a blank becomes "%20" instead of an entity
+    [[nodiscard]] QString HTMLEncodeEx(const QString& Text, bool vfHREFEncode,
+                                       const QString& vstrAmpChar) const;
 
 private:
     const Platform& m_platform;

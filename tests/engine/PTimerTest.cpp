@@ -279,4 +279,41 @@ TEST_F(PTimerTest, daylightSaving_isTheUsersAlone)
     EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 60 1 7 2026"));
 }
 
+TEST_F(PTimerTest, tickAtSecondZero_readsTheClockOnce)
+{
+    Start();
+    // A Tick handler that takes long must not move the minute that is compared.
+    timer.events.Tick = [this] { platform.clock.SetTime(18, 43, 20); };
+    platform.clock.SetTime(18, 42, 0);
+    platform.timers.Ticker()->Fire();
+    EXPECT_EQ(events, QStringList{QStringLiteral("Alarm 9")});
+}
+
+TEST_F(PTimerTest, slotsOutsideTheDay_neverMatch)
+{
+    calculation.slots_ = {-1, -1, -1, -1, -1, -1, -1, -1, 1440, 2000};
+    for (const int advance : {10, -10, 600}) {
+        Start(-1, static_cast<std::int16_t>(advance));
+        for (int minute = 1; minute < 1440; ++minute) {
+            ASSERT_EQ(TickAt(minute / 60, minute % 60), QStringList{QStringLiteral("Tick")})
+                << minute << " and " << advance;
+        }
+    }
+}
+
+TEST_F(PTimerTest, statusAfterTheFailureBox_isAsItWas)
+{
+    Start();
+    calculation.fails = true;
+    TickAt(0, 0);
+    EXPECT_EQ(timer.GetStatus(), 1) << "only StopTimer says that it has been stopped";
+}
+
+TEST_F(PTimerTest, offsetOutOfRange_isAnOverflowOfTheCaller)
+{
+    EXPECT_THROW(timer.SetupPTimer(0, 0, 547, 0, 0, 0, 0, 0, -1), RuntimeError);
+    EXPECT_THROW(timer.SetupPTimer(0, 0, 546, -1, 0, 0, 0, 0, -1), RuntimeError);
+    EXPECT_EQ(timer.GetTimeZone(), 546) << "stored as it came";
+}
+
 } // namespace

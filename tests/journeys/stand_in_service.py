@@ -6,7 +6,8 @@
 Speaks the whole protocol with a small table of cities. Prints the port it listens on, then one line per request, so that a
 test can wait for what was asked. `--set NAME=VALUE` changes a reply, `--fault SCRIPT=HOW` makes one script misbehave; both
 can be changed while it runs by a request for /control?set=NAME=VALUE or /control?fault=SCRIPT=HOW. It ends by itself
-after --seconds.
+after --seconds. As a proxy (http_proxy=http://127.0.0.1:PORT) it answers for every other host, so that the program finds a
+network; the fault probe=refuse takes the network away.
 
 HOW is one of: ok, refuse (closes at once), hang, drip (a byte a second), flood (endless), error (500 with the reply),
 html, truncated, empty, gzip (a bomb), loop (redirects to itself), entities (an expansion bomb), utf16, windows1252.
@@ -112,6 +113,17 @@ class Handler(BaseHTTPRequestHandler):
         self.end_headers()
         self.wfile.write(body)
 
+    def do_CONNECT(self):
+        """Stands in for a proxy too, and for all that lies behind it: the probe of the network ends here."""
+        print("CONNECT " + self.path, flush=True)
+        if self.service.faults.get("probe", "ok") != "ok":
+            self.send_error(502)
+            self.close_connection = True
+            return
+        self.send_response(200)
+        self.end_headers()
+        self.close_connection = False
+
     def do_GET(self):
         parts = urlsplit(self.path)
         query = parse_qs(parts.query, keep_blank_values=True)
@@ -120,6 +132,9 @@ class Handler(BaseHTTPRequestHandler):
             self.send(b"ok")
             return
         print(unquote(self.path), flush=True)
+        if self.path.startswith("http") and self.service.faults.get("probe", "ok") != "ok":
+            self.close_connection = True
+            return
         script = parts.path.rsplit("/", 1)[-1]
         self.close_connection = True
         try:

@@ -324,6 +324,11 @@ struct CountRow
     bool asks;
 };
 
+void PrintTo(const CountRow& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
 class CityCountTest : public FrmNewLocTest, public testing::WithParamInterface<CountRow>
 {
 };

@@ -23,6 +23,11 @@ struct BadReply
     QByteArray reply;
 };
 
+void PrintTo(const BadReply& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
 const std::vector<BadReply>& BadReplies()
 {
     static const std::vector<BadReply> replies{

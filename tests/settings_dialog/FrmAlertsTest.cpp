@@ -208,6 +208,43 @@ TEST_F(FrmAlertsFrame, openedWhileOpen_reloadsTheNamedPage)
     EXPECT_TRUE(main.calls.isEmpty());
 }
 
+TEST_F(FrmAlertsFrame, openedWhileOpen_comesToTheFront)
+{
+    Open(3);
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+    Open(8);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+    dialog->showMinimized();
+    Open(8);
+    EXPECT_FALSE(dialog->isMinimized());
+}
+
+TEST_F(FrmAlertsFrame, gainedFocus_repaintsTheDialog)
+{
+    // Counts the paintings of the window itself.
+    class PaintCounter final : public QObject
+    {
+    public:
+        bool eventFilter(QObject* watched, QEvent* event) override
+        {
+            paintings += event->type() == QEvent::Paint ? 1 : 0;
+            return QObject::eventFilter(watched, event);
+        }
+        int paintings = 0;
+    };
+    Open();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
+    QCoreApplication::processEvents();
+    PaintCounter counter;
+    dialog->installEventFilter(&counter);
+    QEvent activation(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(dialog, &activation);
+    EXPECT_GE(counter.paintings, 1);
+}
+
 TEST_F(FrmAlertsFrame, openedForIsha_savesATickToIsha)
 {
     Open(8);

@@ -82,7 +82,7 @@ TEST_F(Layout, eachPage_fitsWithoutOverlap)
     }
 }
 
-TEST_F(Layout, presetAndLockedStates_pictures)
+TEST_F(Layout, presetAndLockedStates_fitWithoutOverlap)
 {
     WriteChanged({{QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")},
                   {QStringLiteral("mobilePC=\"\""), QStringLiteral("mobilePC=\"5521\"")},

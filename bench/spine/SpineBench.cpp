@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Application.h"
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "engine/CalculationLibrary.h"
+#include "engine/PTimer.h"
+#include "fakes/FakePlatform.h"
+#include "forms/Forms.h"
+#include "store/SimpleXML.h"
+
+#include <QApplication>
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+// The shipped file as settings.xml in a folder of its own, and the real module.
+struct Ground
+{
+    Ground()
+    {
+        if (!QFile::copy(QStringLiteral(DUSKBEACON_SHIPPED_SETTINGS), QStringLiteral("settings.xml"))) {
+            qFatal("no settings");
+        }
+        QFile::setPermissions(QStringLiteral("settings.xml"), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
+        forms.Register(FrmMain::kName,
+                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+    }
+
+    FakePlatform platform;
+    CalculationLibrary calculation{QStringLiteral(DUSKBEACON_MODULE_FOLDER)};
+    Forms forms{platform.doors};
+};
+
+void RecalculationOfTenSlots(benchmark::State& state)
+{
+    Ground ground;
+    PTimer timer(ground.platform.doors, ground.calculation);
+    for (auto _ : state) {
+        timer.SetupPTimer(4185, -8765, -6, 0, -1500, -1500, 0, 10, -1);
+        benchmark::DoNotOptimize(timer.GetPrayerTime(10));
+    }
+}
+BENCHMARK(RecalculationOfTenSlots)->Unit(benchmark::kMicrosecond);
+
+void UpdateEverything(benchmark::State& state)
+{
+    Ground ground;
+    auto& window = ground.forms.Touch<FrmMain>();
+    for (auto _ : state) {
+        if (window.UpdateEverything() != 1) {
+            state.SkipWithError("the shipped file must do");
+        }
+    }
+}
+BENCHMARK(UpdateEverything)->Unit(benchmark::kMicrosecond);
+
+void OneTick(benchmark::State& state)
+{
+    Ground ground;
+    ground.forms.Touch<FrmMain>();
+    ground.platform.clock.SetTime(9, 30, 15);
+    const FakeTimer* const ticker = ground.platform.timers.Ticker();
+    for (auto _ : state) {
+        ticker->Fire();
+    }
+}
+BENCHMARK(OneTick)->Unit(benchmark::kMicrosecond);
+
+void LoadOfTheShippedFile(benchmark::State& state)
+{
+    Ground ground;
+    SimpleXML settings(ground.platform.documents);
+    for (auto _ : state) {
+        if (!settings.Load(QStringLiteral("settings.xml"))) {
+            state.SkipWithError("can't load");
+        }
+    }
+}
+BENCHMARK(LoadOfTheShippedFile)->Unit(benchmark::kMicrosecond);
+
+void SaveOfTheShippedFile(benchmark::State& state)
+{
+    Ground ground;
+    SimpleXML settings(ground.platform.documents);
+    if (!settings.Load(QStringLiteral("settings.xml"))) {
+        state.SkipWithError("can't load");
+    }
+    for (auto _ : state) {
+        if (!settings.Save(QStringLiteral("settings.xml"))) {
+            state.SkipWithError("can't save");
+        }
+    }
+}
+BENCHMARK(SaveOfTheShippedFile)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    QApplication application(argc, argv);
+    SetUpApplication(application);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,200 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Playback.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QMetaObject>
+
+#include <gst/gst.h>
+
+#include <chrono>
+#include <thread>
+
+namespace {
+
+constexpr auto kPatience = std::chrono::seconds(1);
+// Sound only, no pictures that a file may carry, and a volume of our own where the sink has none.
+constexpr unsigned kAudioAndSoftVolume = 0x12;
+
+template <auto Release>
+struct Releaser
+{
+    template <typename Object>
+    void operator()(Object* object) const
+    {
+        Release(object);
+    }
+};
+
+// A path that names anything but a file with content is not touched further: opening a pipe waits for its
+// other end.
+bool CanHoldSound(const QFileInfo& file)
+{
+    return file.isFile() && file.size() > 0;
+}
+
+} // namespace
+
+/// A playbin, which lives for one sound: after an error none can be trusted to play again.
+class Playback::Pipeline final
+{
+public:
+    explicit Pipeline(const QByteArray& path)
+        : m_playbin(gst_element_factory_make("playbin", nullptr))
+    {
+        if (m_playbin == nullptr) {
+            return;
+        }
+        gst_object_ref_sink(m_playbin);
+        m_bus.reset(gst_element_get_bus(m_playbin));
+        const std::unique_ptr<char, Releaser<g_free>> uri(
+            g_filename_to_uri(path.constData(), nullptr, nullptr));
+        g_object_set(m_playbin, "uri", uri.get(), "flags", kAudioAndSoftVolume, nullptr);
+    }
+    ~Pipeline()
+    {
+        if (m_playbin != nullptr) {
+            gst_element_set_state(m_playbin, GST_STATE_NULL);
+            gst_object_unref(m_playbin);
+        }
+    }
+    Pipeline(const Pipeline&) = delete;
+    Pipeline& operator=(const Pipeline&) = delete;
+
+    /// False where the plugins are not installed.
+    explicit operator bool() const { return m_playbin != nullptr; }
+    void SetVolume(int volume) { g_object_set(m_playbin, "volume", volume / 100.0, nullptr); }
+    [[nodiscard]] bool Play()
+    {
+        return gst_element_set_state(m_playbin, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
+    }
+    /// Ends a wait for a message, from any thread.
+    void Wake()
+    {
+        gst_bus_post(m_bus.get(), gst_message_new_application(nullptr, gst_structure_new_empty("wake")));
+    }
+    [[nodiscard]] GstMessageType WaitForMessage()
+    {
+        const auto kinds =
+            static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR | GST_MESSAGE_APPLICATION);
+        const std::unique_ptr<GstMessage, Releaser<gst_message_unref>> message(
+            gst_bus_timed_pop_filtered(m_bus.get(), GST_CLOCK_TIME_NONE, kinds));
+        return message ? GST_MESSAGE_TYPE(message.get()) : GST_MESSAGE_ERROR;
+    }
+
+private:
+    GstElement* m_playbin = nullptr;
+    std::unique_ptr<GstBus, Releaser<gst_object_unref>> m_bus;
+};
+
+Playback::Playback(QObject* receiver, std::function<void()> atEnd)
+    : m_receiver(receiver)
+    , m_atEnd(std::move(atEnd))
+{
+}
+
+Playback::~Playback() = default;
+
+void Playback::Start(const QString& path, int volume, std::shared_ptr<Playback> before)
+{
+    m_volume = volume;
+    std::thread([self = shared_from_this(), path, before = std::move(before)]() mutable {
+        if (before) {
+            before->WaitForEnd();
+            before.reset();
+        }
+        self->Run(path);
+    }).detach();
+}
+
+void Playback::Run(const QString& path)
+{
+    const QFileInfo file(path);
+    if (!path.isEmpty() && CanHoldSound(file)) {
+        PlayFile(QFile::encodeName(file.absoluteFilePath()));
+    }
+    const std::lock_guard lock(m_mutex);
+    m_isDone = true;
+    m_done.notify_all();
+}
+
+void Playback::PlayFile(const QByteArray& path)
+{
+    if (gst_init_check(nullptr, nullptr, nullptr) == FALSE) {
+        return;
+    }
+    Pipeline pipeline(path);
+    if (!pipeline) {
+        return;
+    }
+    {
+        const std::lock_guard lock(m_mutex);
+        m_pipeline = &pipeline;
+    }
+    int volume = -1;
+    bool isPlaying = false;
+    bool hasEnded = false;
+    for (;;) {
+        int wanted = 0;
+        {
+            const std::lock_guard lock(m_mutex);
+            if (m_ending || hasEnded) {
+                m_pipeline = nullptr;
+                break;
+            }
+            wanted = m_volume;
+        }
+        if (wanted != volume) {
+            volume = wanted;
+            pipeline.SetVolume(volume);
+        }
+        if (!isPlaying) {
+            isPlaying = true;
+            if (!pipeline.Play()) {
+                hasEnded = true;
+                continue;
+            }
+        }
+        const GstMessageType message = pipeline.WaitForMessage();
+        hasEnded = message != GST_MESSAGE_APPLICATION;
+        if (message == GST_MESSAGE_EOS) {
+            ReportEnd();
+        }
+    }
+}
+
+void Playback::ReportEnd()
+{
+    const std::lock_guard lock(m_mutex);
+    if (!m_ending) {
+        QMetaObject::invokeMethod(m_receiver, m_atEnd, Qt::QueuedConnection);
+    }
+}
+
+void Playback::SetVolume(int volume)
+{
+    const std::lock_guard lock(m_mutex);
+    m_volume = volume;
+    Wake();
+}
+
+void Playback::End()
+{
+    const std::lock_guard lock(m_mutex);
+    m_ending = true;
+    Wake();
+}
+
+void Playback::Wake()
+{
+    if (m_pipeline != nullptr) {
+        m_pipeline->Wake();
+    }
+}
+
+void Playback::WaitForEnd()
+{
+    std::unique_lock lock(m_mutex);
+    m_done.wait_for(lock, kPatience, [this] { return m_isDone; });
+}

@@ -1,0 +1,122 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/AdPanel.h"
+
+#include "controls/Layout.h"
+#include "forms/Form.h"
+#include "forms/MainForm.h"
+#include "platform/Browser.h"
+#include "platform/FileStore.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "platform/Process.h"
+#include "service/InternetClass.h"
+#include "service/NumberWithPoint.h"
+#include "service/ServiceRequests.h"
+#include "service/WebAd.h"
+#include "store/SimpleXML.h"
+#include "support/Base64Class.h"
+#include "support/CodePage.h"
+#include "support/Conversions.h"
+#include "support/RuntimeError.h"
+
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr float kUsualAdTimer = 600.0F;
+constexpr double kSecondsPerMinute = 60.0;
+
+const QString kRoot = QStringLiteral("//root");
+
+// The codec refuses the empty text; an empty ad is an empty page all the same.
+QString Decoded(const QString& ad)
+{
+    return ad.isEmpty() ? QString() : Base64Class().DecodeToString(ad);
+}
+
+} // namespace
+
+AdPanel::AdPanel(const Platform& platform, const DomDocuments& documents, Form& window, MainForm& main)
+    : m_platform(platform)
+    , m_documents(documents)
+    , m_window(window)
+    , m_main(main)
+    , m_webAd(new WebAd(platform.http, &window))
+{
+    m_webAd->setGeometry(TwipsRect(1920, 4080, 7020, 900));
+    m_webAd->OnLink(
+        [this](const QString& address) { m_window.Handle([&] { m_platform.browser.Open(address); }); });
+}
+
+void AdPanel::RefreshAd(const bool& fetch)
+{
+    try {
+        Refresh(fetch);
+    } catch (const RuntimeError& error) {
+        if (m_main.DebugMode) {
+            m_platform.boxes.Show(
+                QStringLiteral("%1 %2 on %3")
+                    .arg(error.Description(), QString::number(error.Number()), m_main.ActiveForm));
+        }
+    }
+}
+
+void AdPanel::Refresh(bool fetch)
+{
+    // Also when nothing is to be fetched: the probe comes first, whatever it is good for.
+    const bool isReached = InternetClass(m_platform).VerifyConnectivity();
+    QString ad = fetch && isReached ? FetchedAd() : QString();
+    if (!m_window.IsLoaded()) {
+        return;
+    }
+    if (ad.isEmpty()) {
+        ad = m_main.Settings.DefaultAdText;
+    }
+    const QString html = QStringLiteral("<html>") + Decoded(ad) + QStringLiteral("</html>");
+    m_webAd->Navigate(m_platform.files, WritePage(html));
+}
+
+QString AdPanel::FetchedAd()
+{
+    SimpleXML document(m_documents);
+    m_main.Connected = document.Load(ServiceRequests::GetAd(m_main.Settings));
+    if (!m_main.Connected) {
+        return {};
+    }
+    const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
+    if (reply == nullptr) {
+        throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("The reply has no root"));
+    }
+    reply->SetCurrentPath(reply->GetRootName());
+    QString ad = reply->GetAttribute(QStringLiteral("ad_url"), kRoot);
+    m_main.AdTimer = SecondsOf(reply->GetAttribute(QStringLiteral("wait_time"), kRoot));
+    return ad;
+}
+
+float AdPanel::SecondsOf(const QString& waitTime) const
+{
+    if (waitTime.isEmpty()) {
+        return kUsualAdTimer;
+    }
+    const double seconds = Int(NumberWithPoint(waitTime, m_platform.region)) * kSecondsPerMinute;
+    if (!(std::abs(seconds) <= static_cast<double>(std::numeric_limits<float>::max()))) {
+        throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow"));
+    }
+    return static_cast<float>(seconds);
+}
+
+QString AdPanel::WritePage(const QString& html) const
+{
+    // The bytes of the page are those that the ad was encoded from.
+    const QByteArray bytes = ToCodePage(html);
+    for (const QString& folder :
+         {m_platform.process.ApplicationFolder(), m_platform.process.UserDataFolder()}) {
+        QString path = folder + QStringLiteral("/temp.html");
+        if (m_platform.files.Write(path, bytes)) {
+            return path;
+        }
+    }
+    throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("temp.html can't be written"));
+}

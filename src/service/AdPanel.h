@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QString>
+
+class DomDocuments;
+class Form;
+class MainForm;
+class WebAd;
+struct Platform;
+
+/// The strip at the bottom of the main window: asks the service for an ad, writes it as a page and shows the
+/// page.
+class AdPanel final
+{
+public:
+    /// Puts the strip into @p window, which is the main window.
+    AdPanel(const Platform& platform, const DomDocuments& documents, Form& window, MainForm& main);
+
+    /// Shows an ad of the service if @p fetch is true and the network is there, otherwise the default one.
+    /// Sets Connected and AdTimer of the main window from the service's reply. Any failure ends it without a
+    /// word, and the strip keeps what it had. May run inside itself, while it waits for the reply.
+    /// @param fetch may be the main window's own Connected
+    void RefreshAd(const bool& fetch);
+
+private:
+    void Refresh(bool fetch);
+    /// The ad in Base64; empty if the service has none.
+    [[nodiscard]] QString FetchedAd();
+    [[nodiscard]] float SecondsOf(const QString& waitTime) const;
+    /// The page's file.
+    [[nodiscard]] QString WritePage(const QString& html) const;
+
+    const Platform& m_platform;
+    const DomDocuments& m_documents;
+    Form& m_window;
+    MainForm& m_main;
+    WebAd* m_webAd = nullptr;
+};

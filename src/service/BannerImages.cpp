@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/BannerImages.h"
+
+#include "platform/Http.h"
+
+#include <QUrl>
+
+#include <algorithm>
+
+namespace {
+
+constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10'000, 10'000};
+// Faster than this nobody sees it, and a clock has better things to do.
+constexpr int kShortestFrameMilliseconds = 50;
+
+// The bytes of a data address (RFC 2397); nothing if it is none or too long.
+QByteArray BytesOf(const QString& address)
+{
+    const qsizetype comma = address.indexOf(u',');
+    if (comma < 0 || address.size() > 2 * kImageLimits.bytes) {
+        return {};
+    }
+    const QByteArray bytes = QByteArray::fromPercentEncoding(address.mid(comma + 1).toLatin1());
+    return address.left(comma).endsWith(u";base64", Qt::CaseInsensitive) ? QByteArray::fromBase64(bytes)
+                                                                         : bytes;
+}
+
+} // namespace
+
+BannerImages::BannerImages(Http& http, const QStringList& addresses)
+{
+    for (const QString& address : addresses) {
+        const auto number = static_cast<qsizetype>(m_images.size());
+        m_images.push_back(std::make_unique<Image>());
+        m_images.back()->shown = Dot();
+        if (address.startsWith(u"data:", Qt::CaseInsensitive)) {
+            Start(number, BytesOf(address));
+            continue;
+        }
+        http.FetchInBackground(address, kImageLimits, this, [this, number](const Http::Reply& reply) {
+            Start(number, reply.value_or(QByteArray()));
+        });
+    }
+}
+
+QPixmap BannerImages::Dot()
+{
+    QPixmap dot(1, 1);
+    dot.fill(Qt::transparent);
+    return dot;
+}
+
+QPixmap BannerImages::Picture(qsizetype number) const
+{
+    const bool isThere = number >= 0 && number < static_cast<qsizetype>(m_images.size());
+    return isThere ? m_images[static_cast<std::size_t>(number)]->shown : Dot();
+}
+
+void BannerImages::SetRunning(bool running)
+{
+    m_running = running;
+    for (const std::unique_ptr<Image>& image : m_images) {
+        if (!running) {
+            image->timer.stop();
+        } else if (image->isMoving) {
+            image->timer.start();
+        }
+    }
+}
+
+bool BannerImages::Rewind(Image& image)
+{
+    image.buffer.close();
+    image.buffer.setBuffer(&image.bytes);
+    image.buffer.open(QIODevice::ReadOnly);
+    image.reader = std::make_unique<QImageReader>(&image.buffer);
+    image.reader->setDecideFormatFromContent(true);
+    const QSize size = image.reader->size();
+    const QByteArray format = image.reader->format();
+    return (format == "gif" || format == "png" || format == "jpeg" || format == "bmp") && size.isValid() &&
+           static_cast<qint64>(size.width()) * size.height() <= kMostPixels;
+}
+
+void BannerImages::Start(qsizetype number, const QByteArray& bytes)
+{
+    Image& image = *m_images[static_cast<std::size_t>(number)];
+    image.bytes = bytes;
+    if (bytes.isEmpty() || !Rewind(image)) {
+        return;
+    }
+    image.loopsLeft = image.reader->loopCount();
+    image.timer.setSingleShot(true);
+    connect(&image.timer, &QTimer::timeout, this, [this, number] { ShowNextFrame(number); });
+    ShowNextFrame(number);
+}
+
+void BannerImages::ShowNextFrame(qsizetype number)
+{
+    Image& image = *m_images[static_cast<std::size_t>(number)];
+    QImage frame = image.reader->read();
+    const bool mayRepeat = image.loopsLeft != 0 && image.reader->supportsAnimation();
+    if (frame.isNull() && mayRepeat && Rewind(image)) {
+        image.loopsLeft -= image.loopsLeft > 0 ? 1 : 0;
+        frame = image.reader->read();
+    }
+    image.isMoving = !frame.isNull() && image.reader->supportsAnimation();
+    if (frame.isNull()) {
+        return;
+    }
+    const QSize before = image.shown.size();
+    image.shown = QPixmap::fromImage(frame);
+    image.timer.setInterval(std::max(image.reader->nextImageDelay(), kShortestFrameMilliseconds));
+    if (image.isMoving && m_running) {
+        image.timer.start();
+    }
+    emit Changed(number, before != image.shown.size());
+}

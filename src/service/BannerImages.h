@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QBuffer>
+#include <QImageReader>
+#include <QObject>
+#include <QPixmap>
+#include <QStringList>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+class Http;
+
+/// The pictures of one banner: loaded in the background, animated ones running. A picture that is not there
+/// yet, is too large or is none is a transparent dot.
+class BannerImages final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A picture of 1000 by 1000 pixels is the largest that is shown.
+    static constexpr qint64 kMostPixels = 1'000'000;
+
+    /// @param addresses http, https or data
+    BannerImages(Http& http, const QStringList& addresses);
+
+    [[nodiscard]] static QPixmap Dot();
+    /// The picture as it is to be shown now; the dot for a number that no picture has.
+    [[nodiscard]] QPixmap Picture(qsizetype number) const;
+    /// Animations stand still while @p running is false.
+    void SetRunning(bool running);
+
+signals:
+    /// @p resized tells whether the place that the picture needs has changed.
+    void Changed(qsizetype number, bool resized);
+
+private:
+    struct Image
+    {
+        QByteArray bytes;
+        QBuffer buffer;
+        std::unique_ptr<QImageReader> reader;
+        QPixmap shown;
+        QTimer timer;
+        int loopsLeft = 0;
+        bool isMoving = false;
+    };
+
+    void Start(qsizetype number, const QByteArray& bytes);
+    [[nodiscard]] static bool Rewind(Image& image);
+    void ShowNextFrame(qsizetype number);
+
+    std::vector<std::unique_ptr<Image>> m_images;
+    bool m_running = true;
+};

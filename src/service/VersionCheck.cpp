@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/VersionCheck.h"
+
+#include "forms/Form.h"
+#include "forms/MainForm.h"
+#include "platform/Browser.h"
+#include "platform/Clock.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "platform/Process.h"
+#include "service/InternetClass.h"
+#include "service/NumberWithPoint.h"
+#include "service/ServiceRequests.h"
+#include "store/SimpleXML.h"
+#include "support/Conversions.h"
+#include "support/RuntimeError.h"
+
+namespace {
+
+// What this program is, in the numbers of the service.
+constexpr double kOwnName = 1.0;
+constexpr double kOwnSequence = 5.0;
+constexpr int kSilentDays = 14;
+
+const QString kRoot = QStringLiteral("//root");
+const QString kVersion = QStringLiteral("//root//app//version");
+
+} // namespace
+
+VersionCheck::VersionCheck(const Platform& platform, const DomDocuments& documents, const Form& window,
+                           const MainForm& main)
+    : m_platform(platform)
+    , m_documents(documents)
+    , m_window(window)
+    , m_main(main)
+{
+}
+
+void VersionCheck::CheckNewVersion(const bool& check)
+{
+    try {
+        if (check && InternetClass(m_platform).VerifyConnectivity()) {
+            Check();
+        }
+    } catch (const RuntimeError&) {
+        // Nobody asked for the check, so nobody hears of its failure.
+    }
+}
+
+void VersionCheck::Check()
+{
+    SimpleXML settings(m_documents);
+    // The same file under another spelling; whether it loads shows when something is written to it.
+    settings.Load(QStringLiteral("settings.XML"));
+    SimpleXML document(m_documents);
+    document.Load(ServiceRequests::Version(m_main.Settings));
+    const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
+    if (!m_window.IsLoaded() || reply == nullptr) {
+        return;
+    }
+    reply->SetCurrentPath(kRoot);
+    if (IsOther(*reply) && !IsSilenced(settings)) {
+        Offer(settings, *reply);
+    }
+}
+
+bool VersionCheck::IsOther(const SimpleXML& reply) const
+{
+    const QString name = reply.GetAttribute(QStringLiteral("version_name"), kRoot);
+    const QString sequence = reply.GetAttribute(QStringLiteral("version_sequence"), kRoot);
+    if (name.isEmpty()) {
+        return false;
+    }
+    // Both are converted before either is compared: one that is no number ends the check. An older version is
+    // another version too.
+    const double nameNumber = NumberWithPoint(name, m_platform.region);
+    const double sequenceNumber = NumberWithPoint(sequence, m_platform.region);
+    return nameNumber != kOwnName || sequenceNumber != kOwnSequence;
+}
+
+bool VersionCheck::IsSilenced(const SimpleXML& settings) const
+{
+    // A day without a year, on purpose: one of the last two weeks' silences the question for good.
+    const QString remind = settings.GetAttribute(QStringLiteral("remind"), kVersion);
+    return !remind.isEmpty() &&
+           m_platform.clock.Now().date().dayOfYear() < Int(NumberWithPoint(remind, m_platform.region));
+}
+
+void VersionCheck::Offer(SimpleXML& settings, const SimpleXML& reply)
+{
+    const bool wanted =
+        m_platform.boxes.Ask(QStringLiteral("Would you like to Download\r\nthe new version of DuskBeacon?"));
+    if (!wanted) {
+        const int day = m_platform.clock.Now().date().dayOfYear() + kSilentDays;
+        settings.AddAttributeByName(QStringLiteral("remind"), QString::number(day), kVersion);
+        settings.Save(kSettingsFile);
+        return;
+    }
+    m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kRoot));
+    m_platform.process.End();
+}

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+class DomDocuments;
+class Form;
+class MainForm;
+class SimpleXML;
+struct Platform;
+
+/// Offers another version of the program, once at each start.
+class VersionCheck final
+{
+public:
+    /// @param window the main window; nothing more happens once it is unloaded
+    VersionCheck(const Platform& platform, const DomDocuments& documents, const Form& window,
+                 const MainForm& main);
+
+    /// Asks the service if @p check is true and the network is there, and asks the user if the service has
+    /// another version. Yes opens the download and ends the program; No silences the question for fourteen
+    /// days. Any failure ends it without a word.
+    void CheckNewVersion(const bool& check);
+
+private:
+    void Check();
+    [[nodiscard]] bool IsOther(const SimpleXML& reply) const;
+    [[nodiscard]] bool IsSilenced(const SimpleXML& settings) const;
+    void Offer(SimpleXML& settings, const SimpleXML& reply);
+
+    const Platform& m_platform;
+    const DomDocuments& m_documents;
+    const Form& m_window;
+    const MainForm& m_main;
+};

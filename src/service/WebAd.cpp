@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/WebAd.h"
+
+#include "platform/FileStore.h"
+#include "service/BannerHtml.h"
+#include "service/BannerImages.h"
+#include "support/CodePage.h"
+#include "support/RuntimeError.h"
+
+#include <QContextMenuEvent>
+#include <QStringConverter>
+#include <QTextDocument>
+#include <QWheelEvent>
+
+namespace {
+
+constexpr qint64 kLargestPage = 16LL * 1024 * 1024;
+constexpr qsizetype kEncodingNamedWithin = 1024;
+
+QString PageText(const QByteArray& bytes)
+{
+    // Qt takes a page that names nothing for UTF-8.
+    const QByteArray head = bytes.left(kEncodingNamedWithin).toLower();
+    const std::optional<QStringConverter::Encoding> named = QStringConverter::encodingForHtml(bytes);
+    if (!named || *named == QStringConverter::Latin1 || !head.contains("charset")) {
+        return FromCodePage(bytes);
+    }
+    return QStringDecoder(*named).decode(bytes);
+}
+
+QUrl PictureName(qsizetype number)
+{
+    return QUrl(QStringLiteral("image:%1").arg(number));
+}
+
+} // namespace
+
+WebAd::WebAd(Http& http, QWidget* parent)
+    : QTextBrowser(parent)
+    , m_http(http)
+{
+    setObjectName(QStringLiteral("WebAd"));
+    setAccessibleName(QStringLiteral("Advertisement"));
+    setOpenLinks(false);
+    setAcceptDrops(false);
+    setUndoRedoEnabled(false);
+    setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // A banner of 468 by 60 pixels just fits.
+    setFrameShape(QFrame::NoFrame);
+    document()->setDocumentMargin(0);
+    setAttribute(Qt::WA_NoMousePropagation);
+    connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& address) {
+        if (m_link) {
+            m_link(address.toString(QUrl::FullyEncoded));
+        }
+    });
+}
+
+WebAd::~WebAd() = default;
+
+void WebAd::Navigate(const FileStore& files, const QString& path)
+{
+    const std::optional<QByteArray> bytes = files.Read(path, kLargestPage);
+    if (!bytes) {
+        throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("The page can't be read"));
+    }
+    const std::optional<Banner> banner = CleanBanner(PageText(*bytes));
+    if (!banner) {
+        return;
+    }
+    // The pictures of the page before are of no use any more, nor are those still on their way.
+    m_images = std::make_unique<BannerImages>(m_http, banner->images);
+    m_images->SetRunning(isVisible());
+    connect(m_images.get(), &BannerImages::Changed, this, &WebAd::TakePicture);
+    setHtml(banner->html);
+}
+
+void WebAd::TakePicture(qsizetype number, bool resized)
+{
+    document()->addResource(QTextDocument::ImageResource, PictureName(number), m_images->Picture(number));
+    if (resized) {
+        document()->markContentsDirty(0, document()->characterCount());
+    }
+    viewport()->update();
+}
+
+QVariant WebAd::loadResource(int type, const QUrl& name)
+{
+    // Everything is answered here, so that nothing is ever looked for in a file.
+    if (type != QTextDocument::ImageResource) {
+        return {};
+    }
+    bool isNumber = false;
+    const int number = name.path().toInt(&isNumber);
+    const bool isOurs = m_images != nullptr && isNumber && name.scheme() == u"image";
+    return isOurs ? m_images->Picture(number) : BannerImages::Dot();
+}
+
+void WebAd::wheelEvent(QWheelEvent* event)
+{
+    event->accept();
+}
+
+void WebAd::contextMenuEvent(QContextMenuEvent* event)
+{
+    event->accept();
+}
+
+void WebAd::showEvent(QShowEvent* event)
+{
+    QTextBrowser::showEvent(event);
+    if (m_images != nullptr) {
+        m_images->SetRunning(true);
+    }
+}
+
+void WebAd::hideEvent(QHideEvent* event)
+{
+    QTextBrowser::hideEvent(event);
+    if (m_images != nullptr) {
+        m_images->SetRunning(false);
+    }
+}

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QTextBrowser>
+
+#include <functional>
+#include <memory>
+
+class BannerImages;
+class FileStore;
+class Http;
+
+/// Shows the page of the ad: a rich-text view without scripts, frames or access to files, that loads nothing
+/// but pictures and never leaves its page.
+class WebAd final : public QTextBrowser
+{
+    Q_OBJECT
+
+public:
+    WebAd(Http& http, QWidget* parent);
+    ~WebAd() override;
+
+    /// Shows the page in a file, read as windows-1252 unless it names its encoding. A page that would take
+    /// too long to lay out is not shown, and the view keeps what it had. Throws kInvalidCall if there is no
+    /// such file.
+    void Navigate(const FileStore& files, const QString& path);
+    /// @param handler takes the address of a link that is followed, and must not let an exception out
+    void OnLink(std::function<void(const QString&)> handler) { m_link = std::move(handler); }
+
+protected:
+    QVariant loadResource(int type, const QUrl& name) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
+private:
+    void TakePicture(qsizetype number, bool resized);
+
+    Http& m_http;
+    std::unique_ptr<BannerImages> m_images;
+    std::function<void(const QString&)> m_link;
+};

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <array>
+
+/// The Base64 encoding of RFC 2045, in lines of 76 characters. Decoding validates nothing: a byte outside the
+/// alphabet counts as 0, so that a blank or a lone line feed shifts what follows. Each operation throws
+/// kSubscript where no byte would come out, as it does for the empty text.
+class Base64Class final
+{
+public:
+    Base64Class();
+
+    /// Of the text in the single-byte code page.
+    [[nodiscard]] QString EncodeString(const QString& Text) const;
+    [[nodiscard]] QString EncodeByteArray(const QByteArray& Data) const;
+    /// The bytes as text of the single-byte code page.
+    [[nodiscard]] QString DecodeToString(const QString& EncodedText) const;
+    [[nodiscard]] QByteArray DecodeToByteArray(const QString& EncodedText) const;
+
+private:
+    std::array<char, 64> m_encode{};
+    std::array<unsigned char, 256> m_decode{};
+};

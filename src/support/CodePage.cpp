@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/CodePage.h"
+
+#include "support/RuntimeError.h"
+
+#include <unicode/ucnv.h>
+
+#include <memory>
+
+namespace {
+
+using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
+
+void Check(UErrorCode status)
+{
+    if (U_FAILURE(status)) {
+        throw RuntimeError(ErrorNumber::kInvalidCall, QString::fromLatin1(u_errorName(status)));
+    }
+}
+
+Converter OpenCodePage()
+{
+    UErrorCode status = U_ZERO_ERROR;
+    Converter converter(ucnv_open("windows-1252", &status), &ucnv_close);
+    Check(status);
+    ucnv_setFallback(converter.get(), false);
+    ucnv_setSubstChars(converter.get(), "?", 1, &status);
+    Check(status);
+    return converter;
+}
+
+} // namespace
+
+QByteArray ToCodePage(const QString& text)
+{
+    const Converter converter = OpenCodePage();
+    QByteArray bytes(text.size(), '\0');
+    UErrorCode status = U_ZERO_ERROR;
+    const std::int32_t length = ucnv_fromUChars(
+        converter.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()),
+        reinterpret_cast<const UChar*>(text.utf16()), static_cast<std::int32_t>(text.size()), &status);
+    Check(status);
+    bytes.truncate(length);
+    return bytes;
+}
+
+QString FromCodePage(const QByteArray& bytes)
+{
+    const Converter converter = OpenCodePage();
+    QString text(bytes.size(), u'\0');
+    UErrorCode status = U_ZERO_ERROR;
+    const std::int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar*>(text.data()),
+                                              static_cast<std::int32_t>(text.size()), bytes.constData(),
+                                              static_cast<std::int32_t>(bytes.size()), &status);
+    Check(status);
+    text.truncate(length);
+    return text;
+}

@@ -1,0 +1,153 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "AlertsFixture.h"
+#include "support/RuntimeError.h"
+
+namespace {
+
+const QString kOn = QStringLiteral(R"(enabled="true" popup="true" mobil="false" play="false" audioFile="")");
+const QString kBare =
+    QStringLiteral(R"(enabled="true" popup="false" mobil="false" play="false" audioFile="")");
+
+class AlertSecondsTest : public AlertsFixture
+{
+protected:
+    AlertSecondsTest() { SetAllPrayers(kOn); }
+};
+
+struct AdvanceRow
+{
+    const char* title;
+    std::int16_t minutes;
+    int ticks;
+};
+
+class AlertSecondsAdvance : public AlertSecondsTest, public testing::WithParamInterface<AdvanceRow>
+{
+};
+
+TEST_P(AlertSecondsAdvance, popup_goesAtItsTick)
+{
+    main->Settings.AdvAlertMinutes = GetParam().minutes;
+    dispatch.AdvAlarm(9);
+    ASSERT_TRUE(PassSeconds(GetParam().ticks - 1));
+    EXPECT_TRUE(PopupIsUp());
+    ASSERT_TRUE(PassSeconds(1));
+    EXPECT_FALSE(PopupIsUp());
+    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+}
+
+const AdvanceRow kAdvanceRows[] = {
+    {"one", 1, 1},    {"zero", 0, 1},       {"negative", -5, 1},         {"two", 2, 61},
+    {"ten", 10, 541}, {"thirty", 30, 1741}, {"largest_547", 547, 32761},
+};
+INSTANTIATE_TEST_SUITE_P(Minutes, AlertSecondsAdvance, testing::ValuesIn(kAdvanceRows),
+                         [](const auto& row) { return std::string(row.param.title); });
+
+TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverflow)
+{
+    for (const int minutes : {548, 600, 32767, -546, -32768}) {
+        main->Settings.AdvAlertMinutes = static_cast<std::int16_t>(minutes);
+        try {
+            dispatch.AdvAlarm(9);
+            ADD_FAILURE() << minutes;
+        } catch (const RuntimeError& error) {
+            EXPECT_EQ(error.Number(), ErrorNumber::kOverflow);
+        }
+        EXPECT_FALSE(PopupIsUp());
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_TRUE(main->isEnabled());
+    }
+}
+
+TEST_F(AlertSecondsTest, overflow_isAnErrorOfTheTick)
+{
+    main->Settings.AdvAlertMinutes = 548;
+    SetUpTimer(-1);
+    TickAt(9, 34); // 548 minutes before 18:42
+    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
+    EXPECT_EQ(platform.boxes.boxes.front(),
+              (FakeMessageBoxes::Box{QStringLiteral("There has been an error. Please restart Dusk Beacon"),
+                                     QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_FALSE(PopupIsUp());
+}
+
+TEST_F(AlertSecondsTest, advanceOfTen_closesBeforeThePrayersOwnAlarm)
+{
+    SetUpTimer(-1);
+    TickAt(18, 32);
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Advanced Alert\r\nMaghrib 18:42"));
+    ASSERT_TRUE(PassSeconds(541));
+    TickAt(18, 42);
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
+    EXPECT_TRUE(PopupIsUp());
+}
+
+TEST_F(AlertSecondsTest, alarmPopup_blocksEveryAlertForItsSixHundredSeconds)
+{
+    calculation.slots_ = {300, 305, -1, -1, 310, 945, 1000, -1, 1122, 1215};
+    SetUpTimer(0);
+    TickAt(5, 0);
+    ASSERT_TRUE(PassSeconds(300));
+    TickAt(5, 5);
+    ASSERT_TRUE(PassSeconds(299));
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nFajr: 5:00"));
+    ASSERT_TRUE(PassSeconds(1));
+    TickAt(5, 10);
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nDuhr: 5:10"));
+    EXPECT_EQ(log.filter(QStringLiteral("request")), (QStringList{QStringLiteral("request 1 Quite 0 5:00"),
+                                                                  QStringLiteral("request 3 Quite 0 5:10")}));
+}
+
+TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_alarmsPopupDropsTheWarning)
+{
+    calculation.slots_[9] = 1132;
+    SetUpTimer(-1);
+    TickAt(18, 42);
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
+    EXPECT_EQ(log.filter(QStringLiteral("request")).size(), 1);
+}
+
+TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_withoutAPopupBothRun)
+{
+    calculation.slots_[9] = 1132;
+    SetPrayer(QStringLiteral("maghrib"), kBare);
+    SetUpTimer(-1);
+    TickAt(18, 42);
+    EXPECT_EQ(log.filter(QStringLiteral("request")), QStringList{QStringLiteral("request 5 Quite 0 18:42")});
+    ASSERT_TRUE(PopupIsUp());
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Advanced Alert\r\nIsha 18:52"));
+}
+
+TEST_F(AlertSecondsTest, warningOfZeroMinutes_isDroppedByTheAlarmsPopup)
+{
+    main->Settings.AdvAlertMinutes = 0;
+    SetUpTimer(-1);
+    TickAt(18, 42);
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
+}
+
+TEST_F(AlertSecondsTest, ignoredSlot_hidesThePrayerThatSharesItsMinute)
+{
+    calculation.slots_[3] = 750;
+    SetUpTimer(0);
+    TickAt(12, 30);
+    EXPECT_FALSE(PopupIsUp());
+    EXPECT_EQ(log, QStringList());
+}
+
+TEST_F(AlertSecondsTest, equalAsrMinutes_underHanafiFireNothing)
+{
+    calculation.slots_[5] = 1000;
+    main->Settings.AsrMethod = QStringLiteral("hanafi");
+    SetAlertsAttribute(QStringLiteral("asrMethode"), QStringLiteral("hanafi"));
+    SetUpTimer(0);
+    TickAt(16, 40);
+    EXPECT_FALSE(PopupIsUp());
+    main->Settings.AsrMethod = QStringLiteral("shafi");
+    TickAt(16, 40);
+    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nAsr (Shafi): 16:40"));
+}
+
+} // namespace

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "alerts/AlertDispatch.h"
+#include "alerts/FrmPopup.h"
+#include "engine/PTimer.h"
+#include "fakes/FakeCalculation.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+
+#include <QLabel>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+/// A main window of which alerts see no more than they may.
+class StubMain final : public Form, public MainForm
+{
+    Q_OBJECT
+
+public:
+    explicit StubMain(Forms& forms)
+        : Form(forms, QStringLiteral("FrmMain"), Qt::Window)
+    {
+        resize(602, 423);
+        forms.SetMain(*this);
+        ActiveForm = Name();
+    }
+    int UpdateEverything() override { return 1; }
+    void PopLocation() override {}
+    void PopPrayerFrame() override {}
+    void Enable(bool enabled) override { setEnabled(enabled); }
+    void TakeFocus() override { ++focusTaken; }
+
+    int focusTaken = 0;
+};
+
+/// The alert handlers under a scheduler whose slots and clock a test sets.
+class AlertsFixture : public testing::Test
+{
+protected:
+    AlertsFixture()
+    {
+        forms.Register(QStringLiteral("FrmMain"), [this] { return std::make_unique<StubMain>(forms); });
+        forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
+        main = static_cast<StubMain*>(&forms.Touch(QStringLiteral("FrmMain")));
+        main->Settings.AsrMethod = QStringLiteral("shafi");
+        main->Settings.HourMode = QStringLiteral("24");
+        main->Settings.AdvAlertMinutes = 10;
+        timer.events.Alarm = [this](std::int16_t id) { dispatch.Alarm(id); };
+        timer.events.AdvAlarm = [this](std::int16_t id) { dispatch.AdvAlarm(id); };
+        SetUpTimer(0);
+        WriteSettings(settings);
+    }
+
+    void SetUpTimer(std::int16_t useAdvWarn)
+    {
+        timer.SetupPTimer(4185, -8765, -6, 0, -1500, -1500, useAdvWarn, main->Settings.AdvAlertMinutes, -1);
+        timer.StartTimer();
+    }
+
+    void TickAt(int hour, int minute, int second = 0)
+    {
+        platform.clock.SetTime(hour, minute, second);
+        platform.timers.Ticker()->Fire();
+    }
+
+    /// Replaces all attributes of one prayer's element and writes the file.
+    void SetPrayer(const QString& element, const QString& attributes)
+    {
+        settings.replace(QRegularExpression(u'<' + element + QStringLiteral(" [^>]*/>")),
+                         u'<' + element + u' ' + attributes + QStringLiteral("/>"));
+        WriteSettings(settings);
+    }
+    void SetAlertsAttribute(const QString& name, const QString& value)
+    {
+        settings.replace(QRegularExpression(name + QStringLiteral("=\"[^\"]*\"")),
+                         name + QStringLiteral("=\"") + value + u'"');
+        WriteSettings(settings);
+    }
+    void SetAllPrayers(const QString& attributes)
+    {
+        for (const char* const element : {"fajr", "shuruq", "duhr", "asr", "maghrib", "isha"}) {
+            SetPrayer(QString::fromLatin1(element), attributes);
+        }
+    }
+
+    [[nodiscard]] FrmPopup* Popup() const { return static_cast<FrmPopup*>(forms.Loaded(FrmPopup::kName)); }
+    [[nodiscard]] bool PopupIsUp() const { return Popup() != nullptr && Popup()->isVisible(); }
+    [[nodiscard]] QString TextOf(const char* label) const
+    {
+        return Popup()->findChild<QLabel*>(QString::fromLatin1(label))->text();
+    }
+    /// The popup's timer: the last one made that is not the scheduler's.
+    [[nodiscard]] FakeTimer* PopupTimer() const
+    {
+        for (auto each = platform.timers.all.rbegin(); each != platform.timers.all.rend(); ++each) {
+            if (!(*each)->isSecondTicker && (*each)->enabled) {
+                return *each;
+            }
+        }
+        return nullptr;
+    }
+    /// Fires the popup's timer, once for each second that passes; false when it stops before.
+    [[nodiscard]] bool PassSeconds(int seconds) const
+    {
+        for (int i = 0; i < seconds; ++i) {
+            FakeTimer* const each = PopupTimer();
+            if (each == nullptr) {
+                return false;
+            }
+            each->Fire();
+        }
+        return true;
+    }
+    /// What has happened since the last look, in its order.
+    [[nodiscard]] QStringList TakeLog() { return std::exchange(log, {}); }
+
+    FakePlatform platform;
+    FakeCalculation calculation;
+    Forms forms{platform.doors};
+    PTimer timer{platform.doors, calculation};
+    QStringList log;
+    StubMain* main = nullptr;
+    QString settings = SettingsText();
+    AlertDispatch dispatch{forms, platform.documents, timer, Hooks()};
+
+private:
+    [[nodiscard]] AlertHooks Hooks()
+    {
+        AlertHooks hooks;
+        hooks.PrayerCall = [this](int pno, const QString& alertType, const QString& ma, const QString& time) {
+            log << (PopupIsUp() ? QStringLiteral("popup ") + TextOf("Label1") : QStringLiteral("no popup"))
+                << QStringLiteral("request %1 %2 %3 %4").arg(QString::number(pno), alertType, ma, time);
+            platform.player.log.clear();
+            return QStringLiteral("http://service/prayerCall.pl");
+        };
+        hooks.EnableStopLink = [this](bool enabled) {
+            log << platform.player.log << QStringLiteral("link %1").arg(enabled);
+            platform.player.log.clear();
+        };
+        hooks.RefreshAd = [this](bool fetch) {
+            log << platform.player.log << QStringLiteral("ad %1").arg(fetch);
+            platform.player.log.clear();
+        };
+        return hooks;
+    }
+};

@@ -1,0 +1,348 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/MainWindowFixture.h"
+
+#include <QFile>
+
+namespace {
+
+class MainWindowTest : public MainWindowFixture
+{
+};
+
+/// A notification area that fails when asked.
+class BrokenTray final : public TrayIcon
+{
+public:
+    void Add(const QIcon& /*icon*/, const QString& /*tip*/, QMenu& /*menu*/) override {}
+    void Remove() override {}
+    [[nodiscard]] bool IsShown() const override
+    {
+        throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("no tray"));
+    }
+};
+
+FakeMessageBoxes::Box FatalBox(int number)
+{
+    return {QStringLiteral("An error has occured, The application will be terminated."),
+            QStringLiteral("Error - %1").arg(number), QStringLiteral("OK")};
+}
+
+long ResidentPages()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLong() : -1;
+}
+
+TEST_F(MainWindowTest, minimise_hidesTheWindow_andOpenBringsItBackNormal)
+{
+    FrmMain& main = Start();
+    main.showMinimized();
+    Desk::Settle();
+    EXPECT_FALSE(main.isVisible());
+    ClickMenu("mnuOpen");
+    EXPECT_TRUE(main.isVisible());
+    EXPECT_EQ(main.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), Qt::WindowNoState);
+    EXPECT_EQ(ended, 0);
+}
+
+TEST_F(MainWindowTest, open_onAVisibleWindow_leavesItThere)
+{
+    const FrmMain& main = Start();
+    ClickMenu("mnuOpen");
+    EXPECT_TRUE(main.isVisible());
+}
+
+TEST_F(MainWindowTest, minimise_withoutAnIcon_staysOnTheTaskbar)
+{
+    platform.tray.available = false;
+    FrmMain& main = Start();
+    main.showMinimized();
+    Desk::Settle();
+    EXPECT_TRUE(main.isVisible());
+    EXPECT_TRUE(main.isMinimized());
+    main.showNormal();
+    Desk::Settle();
+    EXPECT_FALSE(main.isMinimized());
+}
+
+TEST_F(MainWindowTest, minimise_inDebugMode_doesNothing)
+{
+    FrmMain& main = Start();
+    main.DebugMode = true;
+    main.showMinimized();
+    Desk::Settle();
+    EXPECT_TRUE(main.isVisible());
+    main.showMaximized();
+    Desk::Settle();
+    EXPECT_TRUE(main.isMaximized());
+}
+
+TEST_F(MainWindowTest, maximised_doesNotLast)
+{
+    FrmMain& main = Start();
+    main.showMaximized();
+    Desk::Settle();
+    EXPECT_TRUE(main.isVisible());
+    EXPECT_FALSE(main.isMaximized());
+    EXPECT_EQ(main.size(), QSize(602, 423));
+}
+
+TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
+{
+    BrokenTray broken;
+    const Platform doors{platform.clock,  platform.timers, platform.files, platform.http,
+                         platform.player, broken,          platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    Forms others{doors};
+    others.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(others); });
+    others.Register(FrmMain::kName,
+                    [&] { return std::make_unique<FrmMain>(others, platform.documents, calculation); });
+    auto& main = others.Touch<FrmMain>();
+    main.Show();
+    main.showMinimized();
+    Desk::Settle();
+    EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(2)});
+    EXPECT_EQ(platform.process.ended, 1);
+}
+
+class DialogInFrontTest : public MainWindowFixture, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(DialogInFrontTest, paintOfTheMainWindow_givesTheDialogTheFocus)
+{
+    FrmMain& main = Start();
+    PlainWindow& dialog = OpenDialog(GetParam());
+    dialog.paints = 0;
+    Activate(main);
+    EXPECT_GE(dialog.focusRequests, 1);
+    EXPECT_GE(dialog.paints, 1);
+    EXPECT_EQ(QApplication::activeWindow(), &dialog);
+
+    const int requests = dialog.focusRequests;
+    const int paints = dialog.paints;
+    main.Refresh();
+    Desk::Settle();
+    EXPECT_EQ(dialog.focusRequests, requests) << "a window without the focus has none to hand on";
+    EXPECT_EQ(dialog.paints, paints) << "the two must not keep each other painting";
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_P(DialogInFrontTest, focusInAnotherProgram_isLeftThere)
+{
+    FrmMain& main = Start();
+    const PlainWindow& dialog = OpenDialog(GetParam());
+    QApplication::setActiveWindow(nullptr);
+    main.Refresh();
+    Desk::Settle();
+    EXPECT_EQ(dialog.focusRequests, 0);
+    EXPECT_EQ(QApplication::activeWindow(), nullptr);
+}
+
+TEST_P(DialogInFrontTest, dialogThatCannotTakeTheFocus_isLeftAlone)
+{
+    FrmMain& main = Start();
+    const struct
+    {
+        const char* name;
+        void (*prepare)(PlainWindow& dialog);
+    } rows[] = {{"hidden", [](PlainWindow& dialog) { dialog.hide(); }},
+                {"disabled", [](PlainWindow& dialog) { dialog.setEnabled(false); }}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        PlainWindow& dialog = OpenDialog(GetParam());
+        row.prepare(dialog);
+        dialog.focusRequests = 0;
+        Activate(main);
+        EXPECT_GE(dialog.focusRequests, 1);
+        EXPECT_TRUE(platform.boxes.boxes.empty());
+        EXPECT_EQ(platform.process.ended, 0);
+        dialog.Unload();
+        main.ActiveForm = FrmMain::kName;
+        Desk::Settle();
+    }
+}
+
+TEST_P(DialogInFrontTest, otherFailure_endsWithItsBox)
+{
+    FrmMain& main = Start();
+    OpenDialog(GetParam()).focusError = ErrorNumber::kObjectNotSet;
+    Activate(main);
+    ASSERT_FALSE(platform.boxes.boxes.empty());
+    EXPECT_EQ(platform.boxes.boxes.front(), FatalBox(1));
+    EXPECT_GE(platform.process.ended, 1);
+}
+
+TEST_P(DialogInFrontTest, closedDialog_isNotBroughtBack)
+{
+    FrmMain& main = Start();
+    main.ActiveForm = QLatin1String(GetParam());
+    Activate(main);
+    main.Refresh();
+    Desk::Settle();
+    EXPECT_EQ(forms.Loaded(QLatin1String(GetParam())), nullptr);
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_P(DialogInFrontTest, everyOrderOfClosing_endsWithTheLastWindow)
+{
+    const struct
+    {
+        const char* name;
+        bool byMenu;
+        bool minimised;
+        bool dialogFirst;
+    } rows[] = {
+        {"close, dialog last", false, false, false},
+        {"exit, dialog last", true, false, false},
+        {"minimise, exit, dialog last", true, true, false},
+        {"dialog, close", false, false, true},
+        {"dialog, exit", true, false, true},
+        {"minimise, dialog, exit", true, true, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        ended = 0;
+        FrmMain& main = Start();
+        OpenDialog(GetParam());
+        if (row.minimised) {
+            main.showMinimized();
+            Desk::Settle();
+            ASSERT_FALSE(main.isVisible());
+        }
+        const auto closeDialog = [&] {
+            forms.Loaded(QLatin1String(GetParam()))->close();
+            Desk::Settle();
+        };
+        if (row.dialogFirst) {
+            closeDialog();
+            EXPECT_EQ(ended, 0) << "the main window is loaded, hidden or not";
+        }
+        if (row.byMenu) {
+            ClickMenu("mnuExit");
+        } else {
+            main.close();
+            Desk::Settle();
+        }
+        if (!row.dialogFirst) {
+            EXPECT_EQ(ended, 0) << "the dialog is still there";
+            closeDialog();
+        }
+        EXPECT_EQ(ended, 1);
+        EXPECT_FALSE(platform.tray.shown);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, DialogInFrontTest,
+                         testing::Values("FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup"),
+                         [](const auto& row) { return std::string(row.param); });
+
+TEST_F(MainWindowTest, paint_whileAnyOtherNameHasTheAttention_doesNothing)
+{
+    FrmMain& main = Start();
+    const PlainWindow& wait = OpenDialog("FrmWait");
+    Activate(main);
+    EXPECT_EQ(wait.focusRequests, 0);
+    EXPECT_EQ(QApplication::activeWindow(), &main);
+}
+
+TEST_F(MainWindowTest, paint_ofAMinimisedDialog_leavesItOnTheTaskbar)
+{
+    FrmMain& main = Start();
+    PlainWindow& dialog = OpenDialog("FrmAlerts");
+    dialog.showMinimized();
+    Desk::Settle();
+    Activate(main);
+    EXPECT_TRUE(dialog.isMinimized());
+    EXPECT_EQ(QApplication::activeWindow(), &main);
+}
+
+TEST_F(MainWindowTest, gotFocus_repaints)
+{
+    class PaintCount final : public QObject
+    {
+    public:
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override
+        {
+            paints += event->type() == QEvent::Paint ? 1 : 0;
+            return false;
+        }
+        int paints = 0;
+    } count;
+    FrmMain& main = Start();
+    QApplication::setActiveWindow(nullptr);
+    Desk::Settle();
+    main.installEventFilter(&count);
+    QEvent activated(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&main, &activated);
+    EXPECT_EQ(count.paints, 1) << "at once, inside the event";
+    main.removeEventFilter(&count);
+}
+
+TEST_F(MainWindowTest, closeButton_endsWithoutAQuestion)
+{
+    Start().close();
+    Desk::Settle();
+    EXPECT_EQ(ended, 1);
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(platform.process.ended, 0) << "no forced end";
+}
+
+TEST_F(MainWindowTest, closeButton_ofADisabledWindow_doesNothing)
+{
+    FrmMain& main = Start();
+    main.Enable(false);
+    main.close();
+    Desk::Settle();
+    EXPECT_TRUE(main.isVisible());
+    EXPECT_EQ(forms.Loaded(FrmMain::kName), &main);
+    EXPECT_EQ(ended, 0);
+}
+
+TEST_F(MainWindowTest, windowThatWasNeverShown_keepsNoProcess)
+{
+    FrmMain& main = Start();
+    Dialog("FrmPopup");
+    main.close();
+    Desk::Settle();
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(MainWindowTest, unload_takesSchedulerAndPlayerAlong)
+{
+    FrmMain& main = Start();
+    OpenDialog("FrmAlerts");
+    ASSERT_TRUE(platform.timers.Ticker()->IsEnabled());
+    main.close();
+    Desk::Settle();
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_TRUE(platform.player.log.contains(QStringLiteral("stop")));
+}
+
+TEST_F(MainWindowTest, thousandTimesMinimiseAndOpen_losesAndGrowsNothing)
+{
+    FrmMain& main = Start();
+    const auto cycle = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            main.showMinimized();
+            Desk::Settle();
+            ASSERT_FALSE(main.isVisible()) << "round " << i;
+            ClickMenu("mnuOpen");
+            ASSERT_TRUE(main.isVisible() && !main.isMinimized()) << "round " << i;
+        }
+    };
+    cycle(200);
+    const auto objects = main.findChildren<QObject*>().size();
+    const long before = ResidentPages();
+    cycle(1000);
+    EXPECT_EQ(main.findChildren<QObject*>().size(), objects);
+    EXPECT_EQ(platform.tray.added, 1);
+    EXPECT_TRUE(platform.tray.shown);
+    constexpr long kAllowedPages = 256;
+    const long grown = ResidentPages() - before;
+    RecordProperty("grown_pages", static_cast<int>(grown));
+    EXPECT_LT(grown, kAllowedPages) << "1 MiB in a thousand rounds";
+}
+
+} // namespace

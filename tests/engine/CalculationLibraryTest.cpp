@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/CalculationLibrary.h"
+
+#include "support/RuntimeError.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace {
+
+class CalculationLibraryTest : public testing::Test
+{
+protected:
+    void Place(const char* module) const
+    {
+        ASSERT_TRUE(QFile::copy(QString::fromLocal8Bit(module), m_name)) << module;
+    }
+    void PlaceText(const QByteArray& text) const
+    {
+        QFile file(m_name);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    static int ErrorOf(const std::function<void()>& step)
+    {
+        try {
+            step();
+        } catch (const RuntimeError& error) {
+            EXPECT_FALSE(error.Description().isEmpty());
+            return error.Number();
+        }
+        return 0;
+    }
+    void ExpectEachCallFails()
+    {
+        const std::pair<const char*, std::function<void()>> calls[] = {
+            {"SetHorParams", [this] { library.SetHorParams(1, 2, 3, 4, 5, 6); }},
+            {"SetHorTemkin", [this] { library.SetHorTemkin({}); }},
+            {"SetHorAngle", [this] { library.SetHorAngle(1, 2, 3, 4); }},
+            {"Horarium", [this] { static_cast<void>(library.Horarium(1)); }},
+            {"QiblaDir", [this] { static_cast<void>(library.QiblaDir()); }},
+            {"SunElev", [this] { static_cast<void>(library.SunElev(1)); }},
+            {"MoonElevation", [this] { static_cast<void>(library.MoonElevation(1)); }},
+            {"Hday", [this] { static_cast<void>(library.Hday()); }},
+            {"Hmon", [this] { static_cast<void>(library.Hmon()); }},
+            {"Hyear", [this] { static_cast<void>(library.Hyear()); }},
+        };
+        for (const auto& [name, call] : calls) {
+            EXPECT_EQ(ErrorOf(call), ErrorNumber::kLibraryNotFound) << name;
+        }
+    }
+
+private:
+    QTemporaryDir m_folder;
+    QString m_name = m_folder.filePath(QStringLiteral("DuskBeacon.DBN"));
+
+protected:
+    CalculationLibrary library{m_folder.path()};
+};
+
+TEST_F(CalculationLibraryTest, missingFile_isAnErrorOfEachCall)
+{
+    ExpectEachCallFails();
+}
+
+TEST_F(CalculationLibraryTest, fileThatIsNoLibrary_isAnErrorOfEachCall)
+{
+    PlaceText("no library");
+    ExpectEachCallFails();
+}
+
+TEST_F(CalculationLibraryTest, emptyFile_isAnErrorOfEachCall)
+{
+    PlaceText("");
+    ExpectEachCallFails();
+}
+
+TEST_F(CalculationLibraryTest, file_isOpenedOnTheFirstCall_andNotBefore)
+{
+    EXPECT_EQ(ErrorOf([this] { static_cast<void>(library.Hday()); }), ErrorNumber::kLibraryNotFound);
+    Place(DUSKBEACON_ECHO_MODULE);
+    EXPECT_EQ(library.Hday(), 12) << "it is there now, and a failure is not remembered";
+}
+
+TEST_F(CalculationLibraryTest, missingFunction_isAnErrorOfItsCallOnly)
+{
+    Place(DUSKBEACON_HOLEY_MODULE);
+    EXPECT_EQ(library.Hday(), 12);
+    EXPECT_EQ(ErrorOf([this] { static_cast<void>(library.Hyear()); }), ErrorNumber::kFunctionNotFound);
+    EXPECT_EQ(library.Hmon(), 7);
+}
+
+TEST_F(CalculationLibraryTest, arguments_arriveInTheirPlaces_signsAndAll)
+{
+    Place(DUSKBEACON_ECHO_MODULE);
+    library.SetHorParams(4112, -8763, -300, 20, 3, 2026);
+    library.SetHorTemkin({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+    library.SetHorAngle(-1500, 500, 501, -1800);
+    std::array<std::int16_t, 10> told{};
+    for (std::int16_t slot = 1; slot <= 10; ++slot) {
+        told.at(static_cast<std::size_t>(slot - 1)) = library.Horarium(static_cast<std::int16_t>(slot));
+    }
+    EXPECT_EQ(told, (std::array<std::int16_t, 10>{4112, -8763, -300, 20, 3, 2026, -1500, 500, 501, -1800}));
+    EXPECT_EQ(library.QiblaDir(), 385) << "each margin times its place";
+    EXPECT_EQ(library.SunElev(600), -600);
+    EXPECT_EQ(library.MoonElevation(600), 601);
+    EXPECT_EQ(library.Hyear(), 1429);
+    library.SetHorParams(-9000, 18000, -720, 31, 12, 9999);
+    EXPECT_EQ(library.Horarium(1), -9000);
+    EXPECT_EQ(library.Horarium(2), 18000);
+}
+
+TEST_F(CalculationLibraryTest, realModule_answersForADay)
+{
+    Place(DUSKBEACON_MODULE);
+    library.SetHorParams(2142, 3983, 180, 20, 3, 2026);
+    library.SetHorTemkin({});
+    library.SetHorAngle(-1500, 500, 500, -1500);
+    std::int16_t before = 0;
+    for (const int slot : {1, 2, 5, 6, 7, 9, 10}) {
+        const std::int16_t minute = library.Horarium(static_cast<std::int16_t>(slot));
+        EXPECT_GT(minute, before) << slot;
+        EXPECT_LT(minute, 1440) << slot;
+        before = minute;
+    }
+    EXPECT_EQ(library.Horarium(3), -1);
+    EXPECT_EQ(library.Hmon(), 10) << "the first of Shawwal 1447";
+    EXPECT_EQ(library.Hyear(), 1447);
+}
+
+} // namespace

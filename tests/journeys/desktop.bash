@@ -1,0 +1,85 @@
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+# A desktop of its own for one journey: a display, a window manager, a folder with a copy of the program. To be
+# sourced; takes the folder with the built program as first argument. Everything that is started here ends with the
+# script, by its process id.
+set -u
+
+bin=$1
+title='^Dusk Beacon v1.0.5$'
+folder=$(mktemp -d)
+started=()
+
+fail() {
+    echo "FAILED: $*" >&2
+    [ -z "${DISPLAY:-}" ] || import -window root "${JOURNEY_PICTURES:-$folder}/failure.png" 2>/dev/null
+    exit 1
+}
+tidy_up() {
+    for process in "${started[@]}"; do
+        kill "$process" 2>/dev/null
+    done
+    wait 2>/dev/null
+    rm -rf "$folder"
+}
+trap tidy_up EXIT
+
+# wait_until WHAT COMMAND...: until the command succeeds, at most 20 seconds.
+wait_until() {
+    local what=$1 deadline=$((SECONDS + 20))
+    shift
+    until "$@" >/dev/null 2>&1; do
+        [ "$SECONDS" -lt "$deadline" ] || fail "$what"
+        sleep 0.05
+    done
+}
+need() {
+    for tool in "$@"; do
+        command -v "$tool" >/dev/null || { echo "no $tool here"; exit 77; }
+    done
+}
+start() {
+    "$@" >>"$folder/log" 2>&1 &
+    started+=($!)
+    last=$!
+}
+not() { ! "$@"; }
+is_running() { kill -0 "$1" 2>/dev/null; }
+
+start_desktop() {
+    need Xvfb openbox xdotool wmctrl xprop
+    Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$folder/display" >/dev/null 2>&1 &
+    started+=($!)
+    wait_until "no display" test -s "$folder/display"
+    export DISPLAY=":$(cat "$folder/display")"
+    export QT_QPA_PLATFORM=xcb NO_AT_BRIDGE=1 HOME=$folder XDG_RUNTIME_DIR=$folder LC_ALL=C.UTF-8 TZ=UTC
+    # Nothing of a journey leaves the computer.
+    export http_proxy=http://127.0.0.1:9 https_proxy=http://127.0.0.1:9 no_proxy=localhost,127.0.0.1
+    start openbox
+    wait_until "no window manager" wmctrl -m
+}
+start_program() {
+    mkdir -p "$folder/program"
+    cp "$bin/DuskBeacon" "$bin/DuskBeacon.DBN" "$folder/program/"
+    [ -e "$folder/program/settings.xml" ] ||
+        sed 's/FirstRun="true"/FirstRun="false"/' "$(dirname "$0")/../../data/settings.xml" >"$folder/program/settings.xml"
+    start "$folder/program/DuskBeacon"
+    program=$last
+    wait_until "no main window" is_on_screen "$title"
+    window=$(xdotool search --onlyvisible --name "$title")
+    # The window manager moves a new window to its place before it makes it the active one.
+    wait_until "the main window isn't active" is_active 'Dusk Beacon v1.0.5'
+}
+is_on_screen() { xdotool search --onlyvisible --name "$1"; }
+is_on_taskbar() { wmctrl -l | grep -q 'Dusk Beacon v1.0.5'; }
+is_minimised() { xprop -id "$window" _NET_WM_STATE | grep -q HIDDEN; }
+is_active() { xdotool getactivewindow getwindowname | grep -qx "$1"; }
+# click_at X Y: a place in the main window.
+click_at() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
+# ended_with CODE: the program has ended and answers that code.
+ended_with() {
+    wait_until "the program goes on" not is_running "$program"
+    wait "$program"
+    local code=$?
+    [ "$code" -eq "$1" ] || fail "the program ended with $code, not $1"
+}

@@ -1,0 +1,39 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The session ends: by each signal, while loading, while running, and with a dialog over the disabled window. The
+# program ends normally, quickly, and writes nothing.
+. "$(dirname "$0")/desktop.bash"
+export DBUS_SESSION_BUS_ADDRESS=disabled:
+start_desktop
+
+end_by() {
+    local before
+    before=$(sha256sum "$folder/program/settings.xml"; stat -c %Y "$folder/program/settings.xml")
+    local began=$SECONDS
+    kill -s "$1" "$program"
+    ended_with 0
+    [ $((SECONDS - began)) -le 8 ] || fail "$1 took too long"
+    [ "$before" = "$(sha256sum "$folder/program/settings.xml"; stat -c %Y "$folder/program/settings.xml")" ] ||
+        fail "$1: settings.xml was written"
+    [ "$(cd "$folder/program" && ls)" = $'DuskBeacon\nDuskBeacon.DBN\nsettings.xml' ] || fail "$1 left files"
+}
+
+for signal in TERM INT HUP; do
+    start_program
+    end_by "$signal"
+done
+
+# While it still loads.
+start "$folder/program/DuskBeacon"
+program=$last
+wait_until "no window yet" xdotool search --onlyvisible --class DuskBeacon
+end_by TERM
+
+# Under the list of places, where the main window is disabled and refuses to close.
+start_program
+click_at 30 155
+wait_until "no list of places" is_on_screen 'Dusk Beacon: Location'
+wmctrl -i -c "$window"
+end_by TERM
+exit 0

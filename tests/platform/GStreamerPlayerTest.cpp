@@ -1,0 +1,362 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/GStreamerPlayer.h"
+
+#include "SoundServer.h"
+#include "TestSounds.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <ctime>
+
+namespace {
+
+constexpr int kWait = 20'000;
+constexpr double kTone = 440.0;
+constexpr double kOtherTone = 1000.0;
+constexpr qint64 kAtOnce = 20;
+
+class GStreamerPlayerTest : public testing::Test
+{
+protected:
+    GStreamerPlayerTest()
+    {
+        qputenv("XDG_STATE_HOME", Path("state").toUtf8());
+        player = std::make_unique<GStreamerPlayer>();
+        player->SetPlayStateHandler([this](int state) {
+            EXPECT_EQ(QThread::currentThread(), qApp->thread());
+            EXPECT_EQ(state, MediaPlayer::kStopped);
+            ++stopped;
+        });
+    }
+
+    [[nodiscard]] QString Path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
+    [[nodiscard]] QString Write(const char* name, const QByteArray& content) const
+    {
+        QFile file(Path(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        return Path(name);
+    }
+    [[nodiscard]] QString Tone(const char* name, double seconds, double hertz = kTone) const
+    {
+        EXPECT_TRUE(WriteTone(Path(name), hertz, seconds)) << name;
+        return Path(name);
+    }
+    [[nodiscard]] bool WaitForStops(int count) const
+    {
+        return QTest::qWaitFor([&] { return stopped >= count; }, kWait);
+    }
+    // That a bad path does nothing shows in the good one after it: it sounds, and its stop is the only one.
+    void ExpectNextPlays()
+    {
+        player->SetUrl(Tone("next.wav", 0.6));
+        EXPECT_TRUE(sound.WaitForTone(kTone));
+        EXPECT_TRUE(WaitForStops(1));
+        EXPECT_EQ(stopped, 1);
+    }
+
+    QTemporaryDir folder;
+    SoundServer sound;
+    std::unique_ptr<GStreamerPlayer> player;
+    int stopped = 0;
+};
+
+class GStreamerPlayerFormat : public GStreamerPlayerTest, public testing::WithParamInterface<const char*>
+{
+};
+
+TEST_P(GStreamerPlayerFormat, play_soundsAndReportsItsEnd)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = Tone((std::string("tone.") + GetParam()).c_str(), 1.0);
+    player->SetUrl(path);
+    EXPECT_TRUE(sound.WaitForTone(kTone));
+    EXPECT_EQ(stopped, 0) << "still playing";
+    EXPECT_TRUE(WaitForStops(1));
+    EXPECT_TRUE(sound.WaitForSilence());
+    EXPECT_EQ(stopped, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, GStreamerPlayerFormat, testing::Values("wav", "mp3", "ogg", "flac"),
+                         [](const auto& row) { return std::string(row.param); });
+
+struct BadPath
+{
+    const char* name;
+    QString (*make)(const QTemporaryDir& folder);
+};
+
+QString InFolder(const QTemporaryDir& folder, const char* name, const QByteArray& content)
+{
+    QFile file(folder.filePath(QString::fromLatin1(name)));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(content);
+    return file.fileName();
+}
+
+const BadPath kBadPaths[] = {
+    {"missing", [](const QTemporaryDir& folder) { return folder.filePath(QStringLiteral("no.mp3")); }},
+    {"emptyPath", [](const QTemporaryDir& /*folder*/) { return QString(); }},
+    {"textCalledMp3",
+     [](const QTemporaryDir& folder) {
+         return InFolder(folder, "text.mp3", QByteArray("Call to prayer\n").repeated(500));
+     }},
+    {"emptyFile", [](const QTemporaryDir& folder) { return InFolder(folder, "empty.mp3", {}); }},
+    {"noise",
+     [](const QTemporaryDir& folder) {
+         QByteArray noise;
+         for (unsigned i = 0, state = 1; i < 20'000; ++i) {
+             state = state * 1664525U + 1013904223U;
+             noise.append(static_cast<char>(state >> 24U));
+         }
+         return InFolder(folder, "noise.ogg", noise);
+     }},
+    {"folder", [](const QTemporaryDir& folder) { return folder.path(); }},
+    {"pipe",
+     [](const QTemporaryDir& folder) {
+         const QString path = folder.filePath(QStringLiteral("pipe.mp3"));
+         EXPECT_EQ(::mkfifo(path.toUtf8().constData(), 0600), 0);
+         return path;
+     }},
+    {"sparse4GB",
+     [](const QTemporaryDir& folder) {
+         const QString path = InFolder(folder, "sparse.mp3", {});
+         EXPECT_EQ(::truncate(path.toUtf8().constData(), 4LL << 30), 0);
+         return path;
+     }},
+    {"danglingLink",
+     [](const QTemporaryDir& folder) {
+         const QString path = folder.filePath(QStringLiteral("link.mp3"));
+         EXPECT_TRUE(QFile::link(QStringLiteral("/nowhere/at/all"), path));
+         return path;
+     }},
+    {"windowsPath", [](const QTemporaryDir& /*folder*/) { return QStringLiteral("C:\\Sounds\\Azan.mp3"); }},
+    {"webAddress",
+     [](const QTemporaryDir& /*folder*/) { return QStringLiteral("http://127.0.0.1:1/azan.mp3"); }},
+};
+
+class GStreamerPlayerBadPath : public GStreamerPlayerTest, public testing::WithParamInterface<BadPath>
+{
+};
+
+TEST_P(GStreamerPlayerBadPath, setUrl_returnsAtOnce_andTheNextSoundPlays)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = GetParam().make(folder);
+    // The quickest of three: a machine that is busy elsewhere is not what is measured.
+    qint64 quickest = kAtOnce;
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        QElapsedTimer timer;
+        timer.start();
+        player->SetUrl(path);
+        quickest = std::min(quickest, timer.elapsed());
+    }
+    EXPECT_LT(quickest, kAtOnce);
+    ExpectNextPlays();
+}
+
+TEST_P(GStreamerPlayerBadPath, stop_afterIt_isReported)
+{
+    player->SetUrl(GetParam().make(folder));
+    player->Stop();
+    EXPECT_TRUE(WaitForStops(1));
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, GStreamerPlayerBadPath, testing::ValuesIn(kBadPaths),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(GStreamerPlayerTest, setUrl_first_leavesTheCostToItsThread)
+{
+    timespec before{};
+    timespec after{};
+    const QString path = Write("text.mp3", "text");
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &before);
+    player->SetUrl(path);
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &after);
+    const double milliseconds = static_cast<double>(after.tv_sec - before.tv_sec) * 1e3 +
+                                static_cast<double>(after.tv_nsec - before.tv_nsec) / 1e6;
+    RecordProperty("milliseconds", std::to_string(milliseconds));
+    // GStreamer's own start costs several milliseconds.
+    EXPECT_LT(milliseconds, 3.0);
+}
+
+TEST_F(GStreamerPlayerTest, pipe_isNeverOpened)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = Path("pipe.mp3");
+    ASSERT_EQ(::mkfifo(path.toUtf8().constData(), 0600), 0);
+    player->SetUrl(path);
+    ExpectNextPlays();
+    const int writer = ::open(path.toUtf8().constData(), O_WRONLY | O_NONBLOCK);
+    EXPECT_EQ(writer, -1) << "somebody reads the pipe";
+    EXPECT_EQ(errno, ENXIO);
+}
+
+TEST_F(GStreamerPlayerTest, nameWithOddCharacters_plays)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = folder.filePath(QStringLiteral("a #1 100% ü?.wav"));
+    ASSERT_TRUE(QFile::rename(Tone("plain.wav", 1.0), path));
+    player->SetUrl(path);
+    EXPECT_TRUE(sound.WaitForTone(kTone));
+}
+
+TEST_F(GStreamerPlayerTest, relativePath_isTakenAgainstTheWorkingDirectory)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString before = QDir::currentPath();
+    static_cast<void>(Tone("near.wav", 1.0));
+    ASSERT_TRUE(QDir::setCurrent(folder.path()));
+    player->SetUrl(QStringLiteral("near.wav"));
+    EXPECT_TRUE(sound.WaitForTone(kTone));
+    QDir::setCurrent(before);
+}
+
+TEST_F(GStreamerPlayerTest, fileRemovedWhileItPlays_playsToItsEnd)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = Tone("gone.wav", 2.0);
+    player->SetUrl(path);
+    EXPECT_TRUE(sound.WaitForTone(kTone));
+    ASSERT_TRUE(QFile::remove(path));
+    EXPECT_TRUE(WaitForStops(1));
+    stopped = 0;
+    player->SetUrl(path);
+    ExpectNextPlays();
+}
+
+TEST_F(GStreamerPlayerTest, noSoundDevice_endsSilentlyAtItsTime)
+{
+    player->SetUrl(Tone("tone.wav", 0.5));
+    EXPECT_TRUE(WaitForStops(1));
+    ASSERT_TRUE(sound.Start()) << "the device comes back";
+    stopped = 0;
+    ExpectNextPlays();
+}
+
+TEST_F(GStreamerPlayerTest, soundServerVanishes_stopWorksAndTheNextPlays)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    sound.Kill();
+    player->Stop();
+    EXPECT_TRUE(WaitForStops(1));
+    ASSERT_TRUE(sound.Start());
+    stopped = 0;
+    ExpectNextPlays();
+}
+
+TEST_F(GStreamerPlayerTest, soundServerVanishes_nextPlaysWithoutAStop)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    sound.Kill();
+    ASSERT_TRUE(sound.Start());
+    ExpectNextPlays();
+}
+
+TEST_F(GStreamerPlayerTest, stop_fallsSilentAndIsReportedLater)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    player->Stop();
+    EXPECT_EQ(stopped, 0) << "never inside the call";
+    EXPECT_TRUE(WaitForStops(1));
+    EXPECT_TRUE(sound.WaitForSilence());
+    EXPECT_EQ(stopped, 1);
+}
+
+TEST_F(GStreamerPlayerTest, clearPlaylist_leavesNothingQueued)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    player->ClearPlaylist();
+    EXPECT_TRUE(sound.WaitForSilence());
+}
+
+TEST_F(GStreamerPlayerTest, newPath_replacesWhatPlays)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    player->SetUrl(Tone("other.wav", 1.0, kOtherTone));
+    EXPECT_TRUE(sound.WaitForTone(kOtherTone));
+    EXPECT_TRUE(WaitForStops(1));
+    EXPECT_TRUE(sound.WaitForSilence());
+    EXPECT_EQ(stopped, 1) << "the sound that was replaced must not grey the link of the new one";
+}
+
+TEST_F(GStreamerPlayerTest, stopThenNewPathAtOnce_reportsTheNewOneOnly)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    player->Stop();
+    player->SetUrl(Tone("other.wav", 1.0, kOtherTone));
+    EXPECT_TRUE(sound.WaitForTone(kOtherTone));
+    EXPECT_EQ(stopped, 0);
+    EXPECT_TRUE(WaitForStops(1));
+}
+
+TEST_F(GStreamerPlayerTest, destroyedWhilePlaying_reportsNothing)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    player.reset();
+    EXPECT_TRUE(sound.WaitForSilence());
+    EXPECT_EQ(stopped, 0);
+}
+
+TEST_F(GStreamerPlayerTest, volume_isLinearAndFollowsWhilePlaying)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetVolume(100);
+    player->SetUrl(Tone("long.wav", 60.0));
+    ASSERT_TRUE(sound.WaitForTone(kTone));
+    const auto isAt = [&](double expected) {
+        return QTest::qWaitFor([&] { return std::abs(sound.LatestAmplitude(kTone) - expected) < 0.02; },
+                               kWait);
+    };
+    // The tone itself has half the full amplitude.
+    EXPECT_TRUE(isAt(0.5)) << sound.LatestAmplitude(kTone);
+    player->SetVolume(50);
+    EXPECT_TRUE(isAt(0.25)) << sound.LatestAmplitude(kTone);
+    player->SetVolume(10);
+    EXPECT_TRUE(isAt(0.05)) << sound.LatestAmplitude(kTone);
+    player->SetVolume(0);
+    EXPECT_TRUE(sound.WaitForSilence());
+    EXPECT_EQ(stopped, 0) << "silent, not stopped";
+    player->Stop();
+    EXPECT_TRUE(WaitForStops(1));
+}
+
+TEST_F(GStreamerPlayerTest, volumeZero_playsSilentlyToTheEnd)
+{
+    ASSERT_TRUE(sound.Start());
+    player->SetVolume(0);
+    player->SetUrl(Tone("tone.wav", 0.5));
+    EXPECT_TRUE(WaitForStops(1));
+    EXPECT_LT(sound.LatestAmplitude(kTone), 1e-4);
+}
+
+} // namespace

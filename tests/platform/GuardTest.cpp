@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/Guard.h"
+
+#include "fakes/FakePlatform.h"
+#include "support/RuntimeError.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace {
+
+using Box = FakeMessageBoxes::Box;
+
+TEST(Guard, fatalBox_exactWords_thenTheEnd)
+{
+    FakePlatform platform;
+    for (int number = 1; number <= 7; ++number) {
+        platform.boxes.boxes.clear();
+        platform.boxes.whileOpen = [&] { EXPECT_EQ(platform.process.ended, number - 1) << "first the box"; };
+        EndWithFatalBox(platform.doors, number);
+        ASSERT_EQ(platform.boxes.boxes.size(), 1U);
+        EXPECT_EQ(platform.boxes.boxes.front(),
+                  (Box{QStringLiteral("An error has occured, The application will be terminated."),
+                       QStringLiteral("Error - %1").arg(number), QStringLiteral("OK")}));
+        EXPECT_EQ(platform.process.ended, number);
+    }
+}
+
+TEST(Guard, handlerThatEndsWell_isLeftAlone)
+{
+    FakePlatform platform;
+    int calls = 0;
+    RunGuarded(platform.doors, [&calls] { ++calls; });
+    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(platform.process.ended, 0);
+}
+
+TEST(Guard, errorThatNobodyCaught_isShown_andEndsTheProgram)
+{
+    FakePlatform platform;
+    RunGuarded(platform.doors,
+               [] { throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow")); });
+    RunGuarded(platform.doors, [] { throw std::runtime_error("broken"); });
+    ASSERT_EQ(platform.boxes.boxes.size(), 2U);
+    EXPECT_EQ(platform.boxes.boxes[0], (Box{QStringLiteral("Run-time error '6':\r\n\r\nOverflow"),
+                                            QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
+    EXPECT_EQ(platform.boxes.boxes[1], (Box{QStringLiteral("Run-time error '51':\r\n\r\nbroken"),
+                                            QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
+    EXPECT_EQ(platform.process.ended, 2);
+}
+
+} // namespace

@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/SessionEnd.h"
+
+#include "fakes/Desk.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QTimer>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+/// Refuses to close, as a disabled window does.
+class StubbornWindow final : public QWidget
+{
+protected:
+    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+};
+
+// Ends a loop that nothing else ends, so that a fault is seen as a fault and not as a test that hangs.
+constexpr int kTooLong = 10000;
+constexpr int kNotEnded = 99;
+
+int RunUntilEnd()
+{
+    QTimer::singleShot(kTooLong, qApp, [] { QCoreApplication::exit(kNotEnded); });
+    return QCoreApplication::exec();
+}
+
+class SessionSignalTest : public testing::TestWithParam<int>
+{
+protected:
+    // Qt has threads of its own by now, which a mere fork would lose.
+    static void SetUpTestSuite() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+};
+
+TEST_P(SessionSignalTest, signal_endsTheMainLoopNormally)
+{
+    SessionEnd sessionEnd;
+    int tidied = 0;
+    StubbornWindow window;
+    window.show();
+    sessionEnd.EnterMainLoop([&] { ++tidied; });
+    QTimer::singleShot(0, qApp, [] { raise(GetParam()); });
+    EXPECT_EQ(RunUntilEnd(), 0);
+    EXPECT_EQ(tidied, 1);
+}
+
+TEST_P(SessionSignalTest, signal_beforeTheMainLoop_endsAtOnce)
+{
+    EXPECT_EXIT(
+        {
+            const SessionEnd sessionEnd;
+            raise(GetParam());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_P(SessionSignalTest, secondSignal_doesNotWaitForTheFirst)
+{
+    EXPECT_EXIT(
+        {
+            SessionEnd sessionEnd;
+            sessionEnd.EnterMainLoop([] {});
+            raise(GetParam());
+            raise(GetParam());
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+TEST_P(SessionSignalTest, signal_insideAWaitOfAHandler_endsWithoutAnAnswer)
+{
+    EXPECT_EXIT(
+        {
+            SessionEnd sessionEnd;
+            sessionEnd.EnterMainLoop([] {});
+            QTimer::singleShot(0, qApp, [] {
+                raise(GetParam());
+                QEventLoop box;
+                QTimer::singleShot(kTooLong, &box, &QEventLoop::quit);
+                box.exec();
+                std::_Exit(kNotEnded);
+            });
+            QCoreApplication::exec();
+            std::_Exit(kNotEnded);
+        },
+        testing::ExitedWithCode(0), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Each, SessionSignalTest, testing::Values(SIGTERM, SIGINT, SIGHUP), [](const auto& row) {
+        return std::string(row.param == SIGTERM ? "TERM" : row.param == SIGINT ? "INT" : "HUP");
+    });
+
+TEST(SessionEnd, quitOfTheSession_asksNoWindow)
+{
+    SessionEnd sessionEnd;
+    StubbornWindow window;
+    window.show();
+    int tidied = 0;
+    sessionEnd.EnterMainLoop([&] { ++tidied; });
+    QTimer::singleShot(0, qApp, [] {
+        QEvent quit(QEvent::Quit);
+        QCoreApplication::sendEvent(qApp, &quit);
+    });
+    EXPECT_EQ(RunUntilEnd(), 0);
+    EXPECT_EQ(tidied, 1);
+}
+
+TEST(SessionEnd, gone_leavesTheSignalsToTheSystem)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            {
+                const SessionEnd sessionEnd;
+            }
+            raise(SIGTERM);
+        },
+        testing::KilledBySignal(SIGTERM), "");
+}
+
+} // namespace

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SoundServer.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <numbers>
+#include <vector>
+
+namespace {
+
+constexpr int kWait = 20'000;
+constexpr qsizetype kWindow = SoundServer::kRate / 4;
+
+std::vector<double> Newest(const QByteArray& bytes)
+{
+    const auto count = static_cast<qsizetype>(bytes.size() / 2);
+    if (count < kWindow) {
+        return {};
+    }
+    const auto* const samples = reinterpret_cast<const std::int16_t*>(bytes.constData());
+    std::vector<double> window;
+    window.reserve(static_cast<std::size_t>(kWindow));
+    for (qsizetype i = count - kWindow; i < count; ++i) {
+        window.push_back(samples[i] / 32768.0);
+    }
+    return window;
+}
+
+// One term of the Fourier transform.
+double Amplitude(const std::vector<double>& window, double hertz)
+{
+    double sine = 0.0;
+    double cosine = 0.0;
+    for (std::size_t i = 0; i < window.size(); ++i) {
+        const double angle = 2.0 * std::numbers::pi * hertz * static_cast<double>(i) / SoundServer::kRate;
+        sine += window[i] * std::sin(angle);
+        cosine += window[i] * std::cos(angle);
+    }
+    return window.empty() ? 0.0 : 2.0 * std::hypot(sine, cosine) / static_cast<double>(window.size());
+}
+
+double Power(const std::vector<double>& window)
+{
+    double sum = 0.0;
+    for (const double sample : window) {
+        sum += sample * sample;
+    }
+    return window.empty() ? 0.0 : sum / static_cast<double>(window.size());
+}
+
+} // namespace
+
+SoundServer::SoundServer()
+{
+    qputenv("XDG_RUNTIME_DIR", m_folder.path().toUtf8());
+    // libpulse must neither look elsewhere nor start a server by itself.
+    qputenv("PULSE_SERVER", "unix:" + m_folder.path().toUtf8() + "/pulse/native");
+}
+
+SoundServer::~SoundServer()
+{
+    Kill();
+}
+
+bool SoundServer::Start()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("HOME"), m_folder.path());
+    environment.remove(QStringLiteral("PULSE_SERVER"));
+    m_server = std::make_unique<QProcess>();
+    m_server->setProcessEnvironment(environment);
+    m_server->setStandardErrorFile(QProcess::nullDevice());
+    m_server->start(QStringLiteral("pulseaudio"),
+                    {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
+                     QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
+                     QStringLiteral("-L"), QStringLiteral("module-native-protocol-unix auth-anonymous=1"),
+                     QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=nul")});
+    // The recorder is refused until the server listens.
+    return QTest::qWaitFor(
+        [this] {
+            if (m_recorder && m_recorder->state() != QProcess::NotRunning) {
+                Collect();
+                return !m_samples.isEmpty();
+            }
+            m_recorder = std::make_unique<QProcess>();
+            m_recorder->setStandardErrorFile(QProcess::nullDevice());
+            m_recorder->start(QStringLiteral("parec"),
+                              {QStringLiteral("--device=nul.monitor"), QStringLiteral("--format=s16le"),
+                               QStringLiteral("--rate=%1").arg(kRate), QStringLiteral("--channels=1"),
+                               QStringLiteral("--latency-msec=20"), QStringLiteral("--raw")});
+            return false;
+        },
+        kWait);
+}
+
+void SoundServer::Kill()
+{
+    for (auto* process : {&m_recorder, &m_server}) {
+        if (*process) {
+            (*process)->kill();
+            (*process)->waitForFinished();
+            process->reset();
+        }
+    }
+    m_samples.clear();
+}
+
+void SoundServer::Collect()
+{
+    if (m_recorder) {
+        m_samples += m_recorder->readAllStandardOutput();
+    }
+}
+
+bool SoundServer::WaitForTone(double hertz)
+{
+    return QTest::qWaitFor(
+        [this, hertz] {
+            Collect();
+            const std::vector<double> window = Newest(m_samples);
+            const double amplitude = Amplitude(window, hertz);
+            return amplitude > 0.01 && amplitude * amplitude / 2.0 > 0.9 * Power(window);
+        },
+        kWait);
+}
+
+bool SoundServer::WaitForSilence()
+{
+    return QTest::qWaitFor(
+        [this] {
+            Collect();
+            const std::vector<double> window = Newest(m_samples);
+            return !window.empty() && Power(window) < 1e-9;
+        },
+        kWait);
+}
+
+double SoundServer::LatestAmplitude(double hertz)
+{
+    Collect();
+    return Amplitude(Newest(m_samples), hertz);
+}

@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/GStreamerPlayer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace {
+
+class VolumeFileTest : public testing::Test
+{
+protected:
+    VolumeFileTest()
+    {
+        qputenv("HOME", folder.path().toUtf8());
+        qputenv("XDG_STATE_HOME", folder.filePath(QStringLiteral("state")).toUtf8());
+    }
+    void Write(const QByteArray& content) const
+    {
+        ASSERT_TRUE(QDir().mkpath(folder.filePath(QStringLiteral("state/dusk-beacon"))));
+        QFile file(Path());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+    }
+    [[nodiscard]] QString Path() const { return folder.filePath(QStringLiteral("state/dusk-beacon/volume")); }
+    [[nodiscard]] static QByteArray Content(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    QTemporaryDir folder;
+};
+
+struct Row
+{
+    const char* name;
+    QByteArray content;
+    int expected;
+};
+
+class VolumeFileContent : public VolumeFileTest, public testing::WithParamInterface<Row>
+{
+};
+
+TEST_P(VolumeFileContent, construction_readsItOrTakesFifty)
+{
+    Write(GetParam().content);
+    EXPECT_EQ(GStreamerPlayer().Volume(), GetParam().expected);
+}
+
+const Row kRows[] = {
+    {"lowest", "0\n", 0},
+    {"highest", "100\n", 100},
+    {"between", "37\n", 37},
+    {"withoutLineEnd", "37", 37},
+    {"empty", "", 50},
+    {"words", "loud\n", 50},
+    {"below", "-1\n", 50},
+    {"above", "101\n", 50},
+    {"fraction", "50.5\n", 50},
+    {"twoNumbers", "10 20\n", 50},
+    {"hugeNumber", "99999999999\n", 50},
+    {"zeroBytes", QByteArray(8, '\0'), 50},
+    {"long", QByteArray(1'000'000, '1'), 50},
+};
+
+INSTANTIATE_TEST_SUITE_P(Contents, VolumeFileContent, testing::ValuesIn(kRows),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(VolumeFileTest, missing_isFifty_andNothingIsWritten)
+{
+    EXPECT_EQ(GStreamerPlayer().Volume(), 50);
+    EXPECT_FALSE(QFile::exists(Path()));
+}
+
+TEST_F(VolumeFileTest, folderOrPipeInItsPlace_isFifty)
+{
+    ASSERT_TRUE(QDir().mkpath(Path()));
+    EXPECT_EQ(GStreamerPlayer().Volume(), 50);
+    ASSERT_TRUE(QDir().rmdir(Path()));
+    ASSERT_EQ(::mkfifo(Path().toUtf8().constData(), 0600), 0);
+    EXPECT_EQ(GStreamerPlayer().Volume(), 50);
+}
+
+TEST_F(VolumeFileTest, setVolume_isKeptForTheNextRun)
+{
+    {
+        GStreamerPlayer player;
+        player.SetVolume(73);
+        EXPECT_EQ(player.Volume(), 73);
+    }
+    EXPECT_EQ(GStreamerPlayer().Volume(), 73);
+    EXPECT_EQ(Content(Path()), "73\n");
+    EXPECT_EQ(QDir(folder.filePath(QStringLiteral("state/dusk-beacon"))).entryList(QDir::Files).size(), 1)
+        << "nothing else is left beside it";
+}
+
+TEST_F(VolumeFileTest, setVolume_outsideTheScale_isBroughtToItsEnd)
+{
+    GStreamerPlayer player;
+    player.SetVolume(101);
+    EXPECT_EQ(player.Volume(), 100);
+    player.SetVolume(-1);
+    EXPECT_EQ(player.Volume(), 0);
+}
+
+TEST_F(VolumeFileTest, setVolume_thatCannotBeKept_stillHolds)
+{
+    Write("20\n");
+    ASSERT_TRUE(QFile::remove(Path()));
+    ASSERT_TRUE(QDir().mkpath(Path())) << "a folder can't be replaced by a file";
+    GStreamerPlayer player;
+    player.SetVolume(80);
+    EXPECT_EQ(player.Volume(), 80);
+}
+
+TEST_F(VolumeFileTest, stateFolderUnsetOrRelative_isTheOneUnderHome)
+{
+    for (const char* const named : {"", "relative/state"}) {
+        qputenv("XDG_STATE_HOME", named);
+        GStreamerPlayer player;
+        const int volume = player.Volume() == 61 ? 62 : 61;
+        player.SetVolume(volume);
+        EXPECT_EQ(Content(folder.filePath(QStringLiteral(".local/state/dusk-beacon/volume"))),
+                  QByteArray::number(volume) + '\n');
+    }
+}
+
+} // namespace

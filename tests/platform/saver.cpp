@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/PosixFileStore.h"
+
+#include <QString>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int kPlaces = 80;
+
+// A document of the size of a real one, another one for each number.
+QByteArray Document(int number)
+{
+    const QByteArray text = QByteArray::number(number);
+    QByteArray document = "<root number=\"" + text + "\">\n";
+    for (int i = 0; i < kPlaces; ++i) {
+        document += "  <place city=\"" + text + "\" latitude_final=\"41.85\" longitude_final=\"-87.65\"/>\n";
+    }
+    return document + "</root>\n";
+}
+
+} // namespace
+
+// Saves one document after the other over the file that its argument names, until it is killed.
+int main(int argc, char* argv[])
+{
+    if (argc != 2) {
+        return 2;
+    }
+    PosixFileStore files;
+    const QString path = QString::fromLocal8Bit(argv[1]);
+    for (int number = 1;; ++number) {
+        if (!files.Replace(path, Document(number))) {
+            return 1;
+        }
+        if (number == 1) {
+            std::puts("saving");
+            std::fflush(stdout);
+        }
+    }
+}

@@ -1,0 +1,435 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "controls/LinkLabel.h"
+#include "fakes/FakeCalculation.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/LoopbackServer.h"
+#include "fakes/RebasedHttp.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "service/WebAd.h"
+#include "store/SimpleXML.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString kBase = QStringLiteral(DUSKBEACON_SERVICE_URL) + QStringLiteral("/cgi-bin/dbeacon/");
+const QByteArray kIdentifier = "<root prod_string='P-1'/>";
+
+// The main window as the program starts it, with the outside world of a test.
+class Program
+{
+public:
+    explicit Program(const Platform& doors)
+        : m_documents(doors.files, doors.http)
+        , forms(doors)
+    {
+        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
+        forms.Register(FrmMain::kName,
+                       [this] { return std::make_unique<FrmMain>(forms, m_documents, calculation); });
+    }
+    FrmMain& Start() { return forms.Touch<FrmMain>(); }
+
+private:
+    DomDocuments m_documents;
+
+public:
+    Forms forms;
+    FakeCalculation calculation;
+};
+
+class StartUpTest : public testing::Test
+{
+protected:
+    void Settle(const QString& firstRun, const QString& pid)
+    {
+        WriteSettings(SettingsText()
+                          .replace(QStringLiteral("FirstRun=\"false\""),
+                                   QStringLiteral("FirstRun=\"%1\"").arg(firstRun))
+                          .replace(QStringLiteral("pid=\"P-77\""), QStringLiteral("pid=\"%1\"").arg(pid)));
+    }
+    FrmMain& Start()
+    {
+        auto& window = program.Start();
+        window.Show();
+        return window;
+    }
+    [[nodiscard]] QString App(const QString& attribute) const
+    {
+        SimpleXML settings(platform.documents);
+        settings.Load(kSettingsFile);
+        return settings.GetAttribute(attribute, QStringLiteral("//root//app"));
+    }
+    [[nodiscard]] QStringList Scripts() const
+    {
+        QStringList scripts;
+        for (const QString& request : platform.http.requests) {
+            scripts << request.mid(kBase.size()).section(u'?', 0, 0);
+        }
+        return scripts;
+    }
+
+    FakePlatform platform;
+    Program program{platform.doors};
+};
+
+TEST_F(StartUpTest, usualStart_asksInThisOrder)
+{
+    WriteSettings();
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("getAd.pl")] = "<root ad_url='PGI+YWQ8L2I+' wait_time='2'/>";
+    const FrmMain& window = Start();
+    EXPECT_EQ(platform.http.requests,
+              (QStringList{kBase + QStringLiteral("startup.pl?prod_string=P-77&city=Chicago&country=Illinois"
+                                                  "&dist_string=dbeacon&aid=US-1"),
+                           kBase + QStringLiteral("getAd.pl?dist_string=dbeacon&prod_string=P-77&aid=US-1"
+                                                  "&curr_v=1&curr_s=5"),
+                           kBase + QStringLiteral("version.pl?dist_string=dbeacon&prod_string=P-77"
+                                                  "&curr_v=1&curr_s=5")}));
+    EXPECT_EQ(platform.http.probes.size(), 3) << "at the start, for the ad and for the version";
+    EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"));
+    EXPECT_EQ(window.AdTimer, 120.0F);
+    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(program.forms.Loaded(DlgStart::kName), nullptr);
+}
+
+TEST_F(StartUpTest, firstStart_savesTheIdentifierAndUsesIt)
+{
+    Settle(QStringLiteral("true"), QString());
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
+    platform.http.replies[QStringLiteral("getAd.pl")] = "<root/>";
+    const FrmMain& window = Start();
+    EXPECT_EQ(platform.http.requests.front(), kBase + QStringLiteral("requestProdID.pl?dist=dbeacon"));
+    EXPECT_EQ(Scripts(), (QStringList{QStringLiteral("requestProdID.pl"), QStringLiteral("startup.pl"),
+                                      QStringLiteral("getAd.pl"), QStringLiteral("version.pl")}));
+    EXPECT_TRUE(platform.http.requests[1].contains(QStringLiteral("prod_string=P-1&")));
+    EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
+    EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
+    EXPECT_EQ(window.Settings.PID, QStringLiteral("P-1"));
+}
+
+TEST_F(StartUpTest, firstStartWithoutNetwork_asksAllTheSameAndKeepsAsking)
+{
+    Settle(QStringLiteral("true"), QString());
+    const QByteArray before = ReadSettings();
+    const FrmMain& window = Start();
+    EXPECT_EQ(Scripts(), QStringList(QStringLiteral("requestProdID.pl")))
+        << "goes out whatever the probe said, and nothing else does";
+    EXPECT_EQ(ReadSettings(), before);
+    EXPECT_FALSE(window.Connected);
+    EXPECT_TRUE(window.IsLoaded());
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(StartUpTest, noIdentifierButANetwork_asksForOne)
+{
+    Settle(QStringLiteral("false"), QString());
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
+    Start();
+    EXPECT_EQ(Scripts().front(), QStringLiteral("requestProdID.pl"));
+    EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
+    EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
+}
+
+TEST_F(StartUpTest, noIdentifierAndNoNetwork_asksNobody)
+{
+    Settle(QStringLiteral("false"), QString());
+    Start();
+    EXPECT_TRUE(platform.http.requests.isEmpty());
+}
+
+TEST_F(StartUpTest, adRequestThatFails_leavesNoVersionCheck)
+{
+    WriteSettings();
+    platform.http.reachable = true;
+    const FrmMain& window = Start();
+    EXPECT_EQ(Scripts(), (QStringList{QStringLiteral("startup.pl"), QStringLiteral("getAd.pl")}))
+        << "the refresh overwrites Connected, which the check is given";
+    EXPECT_FALSE(window.Connected);
+}
+
+TEST_F(StartUpTest, firstRunInOtherLetters_isNoFirstRun)
+{
+    Settle(QStringLiteral("True"), QStringLiteral("P-77"));
+    platform.http.reachable = true;
+    Start();
+    EXPECT_EQ(Scripts().front(), QStringLiteral("startup.pl"));
+}
+
+TEST_F(StartUpTest, replyWithoutIdentifier_isSavedAsItIs)
+{
+    Settle(QStringLiteral("true"), QStringLiteral("old"));
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = "<root/>";
+    Start();
+    EXPECT_EQ(App(QStringLiteral("pid")), QString());
+    EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
+}
+
+TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal)
+{
+    Settle(QStringLiteral("true"), QString());
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
+    // There is no element to write the identifier to.
+    WriteSettings(QStringLiteral("<root><nothing/></root>"));
+    platform.http.reachable = true;
+    EXPECT_NO_THROW(Start());
+    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
+    EXPECT_EQ(
+        platform.boxes.boxes.front(),
+        (FakeMessageBoxes::Box{QStringLiteral("An error has occured, The application will be terminated."),
+                               QStringLiteral("Error - 5"), QStringLiteral("OK")}));
+    EXPECT_EQ(platform.process.ended, 1);
+}
+
+TEST_F(StartUpTest, tick_whenTheCountEqualsAdTimer_refreshesAndBeginsAnew)
+{
+    WriteSettings();
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("getAd.pl")] = "<root wait_time='1'/>";
+    Start();
+    const auto ads = [this] { return Scripts().count(QStringLiteral("getAd.pl")); };
+    ASSERT_EQ(ads(), 1);
+    const auto tick = [this](int times) {
+        for (int i = 0; i < times; ++i) {
+            platform.timers.Ticker()->Fire();
+        }
+    };
+    tick(59);
+    EXPECT_EQ(ads(), 1);
+    tick(1);
+    EXPECT_EQ(ads(), 2);
+    tick(59);
+    EXPECT_EQ(ads(), 2);
+    tick(1);
+    EXPECT_EQ(ads(), 3);
+}
+
+TEST_F(StartUpTest, tick_adTimerBelowTheCount_refreshesNoMore)
+{
+    WriteSettings();
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("getAd.pl")] = "<root wait_time='0'/>";
+    Start();
+    for (int i = 0; i < 2000; ++i) {
+        platform.timers.Ticker()->Fire();
+    }
+    EXPECT_EQ(Scripts().count(QStringLiteral("getAd.pl")), 1);
+}
+
+TEST_F(StartUpTest, noNetwork_showsTheDefaultAd)
+{
+    WriteSettings();
+    const FrmMain& window = Start();
+    EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(),
+              QStringLiteral("Dusk Beacon"));
+    EXPECT_EQ(window.AdTimer, 600.0F);
+}
+
+struct WorstRow
+{
+    const char* name;
+    LoopbackServer::Handler handler;
+};
+
+void PrintTo(const WorstRow& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
+// The whole start against a real server that behaves badly at every request.
+class StartUpAtWorst : public testing::TestWithParam<WorstRow>
+{
+};
+
+TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
+{
+    const LoopbackServer server(GetParam().handler);
+    FakePlatform platform;
+    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 200, 400});
+    const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                         platform.player, platform.tray,   platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    WriteSettings(SettingsText()
+                      .replace(QStringLiteral("FirstRun=\"false\""), QStringLiteral("FirstRun=\"true\""))
+                      .replace(QStringLiteral("P-77"), QString()));
+    SimpleXML before(platform.documents);
+    ASSERT_TRUE(before.Load(kSettingsFile));
+    Program program(doors);
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++ticks; });
+    timer.start(5);
+    QElapsedTimer time;
+    time.start();
+    FrmMain& window = program.Start();
+    EXPECT_LT(time.elapsed(), 4 * 400 + 2000) << "each request has its limit";
+    EXPECT_TRUE(window.IsLoaded());
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(platform.process.ended, 0);
+    if (time.elapsed() > 200) {
+        EXPECT_GT(ticks, 0) << "events were served";
+    }
+    EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_GE(server.Requests().size(), 3U);
+    // Nothing but the identifier may have changed.
+    SimpleXML after(platform.documents);
+    ASSERT_TRUE(after.Load(kSettingsFile));
+    for (SimpleXML* const settings : {&before, &after}) {
+        settings->AddAttributeByName(QStringLiteral("pid"), QString(), QStringLiteral("//root//app"));
+        settings->AddAttributeByName(QStringLiteral("FirstRun"), QString(), QStringLiteral("//root//app"));
+    }
+    EXPECT_EQ(after.XML(), before.XML());
+    // A document with another root ends the refresh before there is anything to show.
+    const bool isOtherRoot = QByteArray(GetParam().name) == "well_formed_page";
+    EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(),
+              isOtherRoot ? QString() : QStringLiteral("Dusk Beacon"));
+}
+
+QByteArray Utf16(const QString& text)
+{
+    return QByteArray("\xFF\xFE") + QByteArray(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);
+}
+
+QByteArray LaughingEntities()
+{
+    QByteArray document = "<!DOCTYPE root [<!ENTITY a 'ha'>";
+    for (char name = 'b'; name < 'z'; ++name) {
+        const QByteArray before = QByteArray("&") + static_cast<char>(name - 1) + ';';
+        document += QByteArray("<!ENTITY ") + name + " '" + before.repeated(10) + "'>";
+    }
+    return document + "]><root ad_url='&y;' version_name='&y;'/>";
+}
+
+LoopbackServer::Handler Status(const QByteArray& status, const QByteArray& body)
+{
+    return [=](LoopbackServer::Connection& connection) { connection.Reply(body, status); };
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, StartUpAtWorst,
+    testing::Values(WorstRow{"hangs", LoopbackServer::Hang()}, WorstRow{"drips", LoopbackServer::Drip(20)},
+                    WorstRow{"floods", LoopbackServer::Flood()},
+                    WorstRow{"error_with_xml", Status("500 Oops", "<root/>")},
+                    WorstRow{"page_of_a_hotel", Status("200 OK", "<html><body>Log in<br></body></html>")},
+                    WorstRow{"well_formed_page", Status("200 OK", "<html><body>Log in</body></html>")},
+                    WorstRow{"empty", Status("200 OK", "")},
+                    WorstRow{"truncated",
+                             LoopbackServer::Raw("HTTP/1.1 200 OK\r\nContent-Length: 99\r\n\r\n<root")},
+                    WorstRow{"cut_document", Status("200 OK", "<root ad_url='eA==' wait_time='1'")},
+                    WorstRow{"closes", LoopbackServer::Raw("")},
+                    WorstRow{"rubbish", LoopbackServer::Raw("\x01\x02\x03")},
+                    WorstRow{"redirect_loop", LoopbackServer::RedirectTo("/x")},
+                    WorstRow{"redirect_to_a_file", LoopbackServer::RedirectTo("file:///etc/passwd")},
+                    WorstRow{"entities", Status("200 OK", LaughingEntities())},
+                    WorstRow{"bomb",
+                             [](LoopbackServer::Connection& connection) {
+                                 connection.Reply(qCompress(QByteArray(32 * 1024 * 1024, ' '), 9).mid(4),
+                                                  "200 OK", "Content-Encoding: deflate\r\n");
+                             }},
+                    WorstRow{"deep", Status("200 OK", QByteArray("<root>").repeated(100'000))},
+                    WorstRow{"other_names", Status("200 OK", "<root AD_URL='eA==' Version_Name='2'/>")},
+                    WorstRow{"utf16_without_content", Status("200 OK", Utf16(QStringLiteral("<root/>")))},
+                    WorstRow{"wrong_base64_and_numbers",
+                             Status("200 OK", "<root version_name='x' version_sequence='' wait_time=''/>")}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+// An encoding declared in the reply is the one it is read in.
+TEST(StartUpEncodings, ad_isReadFromWindows1252AndUtf16)
+{
+    const QString document = QStringLiteral(
+        "<?xml version=\"1.0\" encoding=\"%1\"?><root prod_string=\"P-\u00e4\" ad_url=\"PGI+YWQ8L2I+\"/>");
+    const std::pair<const char*, QByteArray> bodies[] = {
+        {"windows-1252", document.arg(QStringLiteral("windows-1252")).toLatin1()},
+        {"utf-16", Utf16(document.arg(QStringLiteral("UTF-16")))},
+        {"utf-8", document.arg(QStringLiteral("UTF-8")).toUtf8()}};
+    for (const auto& [name, body] : bodies) {
+        const LoopbackServer server(LoopbackServer::Answer(body));
+        FakePlatform platform;
+        RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 2000, 4000});
+        const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                             platform.player, platform.tray,   platform.boxes, platform.browser,
+                             platform.region, platform.process};
+        WriteSettings(SettingsText().replace(QStringLiteral("P-77"), QString()));
+        Program program(doors);
+        const FrmMain& window = program.Start();
+        EXPECT_EQ(window.Settings.PID, QStringLiteral("P-\u00e4")) << name;
+        EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"))
+            << name;
+    }
+}
+
+// The program is told to end while the start waits for the service.
+TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    FakePlatform platform;
+    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{});
+    const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                         platform.player, platform.tray,   platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    WriteSettings();
+    const QByteArray before = ReadSettings();
+    QElapsedTimer time;
+    time.start();
+    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
+        Program program(doors);
+        QTimer::singleShot(700, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
+        program.Start();
+    });
+    QCoreApplication::exec();
+    EXPECT_LT(time.elapsed(), 10'000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
+    EXPECT_EQ(ReadSettings(), before);
+}
+
+// Twenty refreshes, each begun by a tick while the one before waits.
+TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
+{
+    std::atomic<bool> isDeep = false;
+    const LoopbackServer server([&](LoopbackServer::Connection& connection) {
+        const bool isAd = connection.Target().contains("getAd.pl");
+        while (isAd && !isDeep && connection.Wait(5)) {
+        }
+        connection.Reply("<root ad_url='PGI+YWQ8L2I+' wait_time='1'/>");
+    });
+    FakePlatform platform;
+    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 20'000, 20'000});
+    const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                         platform.player, platform.tray,   platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    WriteSettings();
+    Program program(doors);
+    isDeep = true;
+    FrmMain& window = program.Start();
+    isDeep = false;
+    int depth = 0;
+    std::function<void()> goDeeper = [&] {
+        if (++depth == 20) {
+            isDeep = true;
+            return;
+        }
+        // The next tick but one equals the count again and starts a refresh inside the one that waits.
+        window.AdTimer = static_cast<float>(depth);
+        QTimer::singleShot(1, QCoreApplication::instance(), goDeeper);
+        platform.timers.Ticker()->Fire();
+    };
+    goDeeper();
+    EXPECT_EQ(depth, 20);
+    EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"));
+    const auto lines = server.RequestLines();
+    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
+                            [](const QByteArray& line) { return line.contains("getAd.pl"); }),
+              20);
+}
+
+} // namespace

@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/VersionCheck.h"
+
+#include "service/ServiceWindow.h"
+#include "store/SimpleXML.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class VersionCheckTest : public testing::Test, protected ServiceWorld
+{
+protected:
+    void Answer(const QByteArray& attributes)
+    {
+        platform.http.replies[QStringLiteral("version.pl")] = "<root " + attributes + "/>";
+    }
+    void Check(bool check = true)
+    {
+        VersionCheck(platform.doors, platform.documents, *window, *window).CheckNewVersion(check);
+    }
+    void SetRemind(const QString& remind)
+    {
+        WriteSettings(SettingsText().replace(QStringLiteral("remind=\"\""),
+                                             QStringLiteral("remind=\"%1\"").arg(remind)));
+    }
+    [[nodiscard]] QString Remind() const
+    {
+        SimpleXML settings(platform.documents);
+        settings.Load(kSettingsFile);
+        return settings.GetAttribute(QStringLiteral("remind"), QStringLiteral("//root//app//version"));
+    }
+    void SetDay(int dayOfYear) { platform.clock.Set(QDate(2026, 1, 1).addDays(dayOfYear - 1), QTime(9, 0)); }
+    [[nodiscard]] std::size_t Offers() const { return platform.boxes.boxes.size(); }
+};
+
+TEST_F(VersionCheckTest, checkFalse_doesNothing)
+{
+    Check(false);
+    EXPECT_TRUE(platform.http.probes.isEmpty());
+    EXPECT_TRUE(platform.http.requests.isEmpty());
+}
+
+TEST_F(VersionCheckTest, noNetwork_asksNobody)
+{
+    platform.http.reachable = false;
+    Check();
+    EXPECT_EQ(platform.http.probes.size(), 1);
+    EXPECT_TRUE(platform.http.requests.isEmpty());
+}
+
+TEST_F(VersionCheckTest, check_asksWithTheExactRequest)
+{
+    Check();
+    EXPECT_EQ(platform.http.requests,
+              QStringList(QStringLiteral(DUSKBEACON_SERVICE_URL) +
+                          QStringLiteral("/cgi-bin/dbeacon/version.pl?dist_string=dbeacon&prod_string=P-77"
+                                         "&curr_v=1&curr_s=5")));
+    EXPECT_EQ(Offers(), 0U);
+}
+
+TEST_F(VersionCheckTest, offer_hasTheseWords)
+{
+    Answer("version_name='2' version_sequence='0'");
+    Check();
+    ASSERT_EQ(Offers(), 1U);
+    EXPECT_EQ(
+        platform.boxes.boxes.front(),
+        (FakeMessageBoxes::Box{QStringLiteral("Would you like to Download\r\nthe new version of DuskBeacon?"),
+                               QStringLiteral("Dusk Beacon"), QStringLiteral("Yes No")}));
+}
+
+struct OfferRow
+{
+    const char* name;
+    const char* reply;
+    bool offered;
+};
+
+class VersionCheckOffer : public VersionCheckTest, public testing::WithParamInterface<OfferRow>
+{
+};
+
+TEST_P(VersionCheckOffer, reply_decides)
+{
+    platform.http.replies[QStringLiteral("version.pl")] = GetParam().reply;
+    Check();
+    EXPECT_EQ(Offers(), GetParam().offered ? 1U : 0U);
+    EXPECT_EQ(platform.process.ended, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, VersionCheckOffer,
+    testing::Values(
+        OfferRow{"this_one", "<root version_name='1' version_sequence='5'/>", false},
+        OfferRow{"this_one_otherwise_written", "<root version_name='1.0' version_sequence=' 5 '/>", false},
+        OfferRow{"newer_sequence", "<root version_name='1' version_sequence='6'/>", true},
+        OfferRow{"newer_name", "<root version_name='2' version_sequence='5'/>", true},
+        OfferRow{"older_name", "<root version_name='0' version_sequence='5'/>", true},
+        OfferRow{"a_little_newer", "<root version_name='1' version_sequence='5.1'/>", true},
+        OfferRow{"no_name", "<root version_sequence='6'/>", false},
+        OfferRow{"empty_name", "<root version_name='' version_sequence='6'/>", false},
+        OfferRow{"no_sequence", "<root version_name='2'/>", false},
+        OfferRow{"name_is_no_number", "<root version_name='two' version_sequence='5'/>", false},
+        OfferRow{"sequence_is_no_number", "<root version_name='2' version_sequence='b'/>", false},
+        OfferRow{"another_root", "<html><root version_name='2' version_sequence='5'/></html>", false},
+        OfferRow{"no_document", "oops", false}, OfferRow{"empty_document", "", false}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(VersionCheckTest, yes_opensTheDownloadAndEndsTheProgram)
+{
+    const QByteArray before = ReadSettings();
+    Answer("version_name='2' version_sequence='0' download_url='http://x.example/d?a=1&amp;b= c'");
+    platform.boxes.answers = {true};
+    Check();
+    EXPECT_EQ(platform.browser.opened, QStringList(QStringLiteral("http://x.example/d?a=1&b= c")));
+    EXPECT_EQ(platform.process.ended, 1);
+    EXPECT_EQ(ReadSettings(), before) << "remind stays as it was";
+}
+
+TEST_F(VersionCheckTest, yesWithoutAnAddress_endsTheProgramAllTheSame)
+{
+    Answer("version_name='2' version_sequence='0'");
+    platform.boxes.answers = {true};
+    Check();
+    EXPECT_EQ(platform.browser.opened, QStringList(QString()));
+    EXPECT_EQ(platform.process.ended, 1);
+}
+
+TEST_F(VersionCheckTest, no_silencesFourteenDays)
+{
+    Answer("version_name='2' version_sequence='0'");
+    SetDay(100);
+    Check();
+    EXPECT_EQ(Remind(), QStringLiteral("114"));
+    EXPECT_EQ(platform.process.ended, 0);
+    EXPECT_TRUE(platform.browser.opened.isEmpty());
+    for (int day = 100; day <= 113; ++day) {
+        SetDay(day);
+        Check();
+        EXPECT_EQ(Offers(), 1U) << day;
+    }
+    SetDay(114);
+    Check();
+    EXPECT_EQ(Offers(), 2U);
+    EXPECT_EQ(Remind(), QStringLiteral("128"));
+}
+
+TEST_F(VersionCheckTest, noLateInTheYear_silencesForGood)
+{
+    Answer("version_name='2' version_sequence='0'");
+    SetDay(360);
+    Check();
+    EXPECT_EQ(Remind(), QStringLiteral("374"));
+    for (const int day : {1, 14, 100, 361, 365}) {
+        SetDay(day);
+        Check();
+        EXPECT_EQ(Offers(), 1U) << day;
+    }
+}
+
+TEST_F(VersionCheckTest, no_keepsEverythingElseOfTheSettings)
+{
+    Answer("version_name='2' version_sequence='0'");
+    SimpleXML before(platform.documents);
+    before.Load(kSettingsFile);
+    Check();
+    SimpleXML after(platform.documents);
+    ASSERT_TRUE(after.Load(kSettingsFile));
+    after.AddAttributeByName(QStringLiteral("remind"), QString(), QStringLiteral("//root//app//version"));
+    EXPECT_EQ(after.XML(), before.XML());
+}
+
+struct RemindRow
+{
+    const char* name;
+    const char16_t* remind;
+    int day;
+    bool offered;
+};
+
+class VersionCheckRemind : public VersionCheckTest, public testing::WithParamInterface<RemindRow>
+{
+};
+
+TEST_P(VersionCheckRemind, remind_decides)
+{
+    Answer("version_name='2' version_sequence='0'");
+    SetRemind(QString::fromUtf16(GetParam().remind));
+    SetDay(GetParam().day);
+    Check();
+    EXPECT_EQ(Offers(), GetParam().offered ? 1U : 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, VersionCheckRemind,
+                         testing::Values(RemindRow{"empty", u"", 1, true},
+                                         RemindRow{"day_before", u"114", 113, false},
+                                         RemindRow{"the_day", u"114", 114, true},
+                                         RemindRow{"fraction_is_cut", u"114.7", 114, true},
+                                         RemindRow{"fraction_day_before", u"114.7", 113, false},
+                                         RemindRow{"left_from_last_year", u"350", 10, false},
+                                         RemindRow{"negative", u"-5", 1, true},
+                                         RemindRow{"no_number", u"soon", 200, false}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(VersionCheckTest, leapYear_hasADay366)
+{
+    Answer("version_name='2' version_sequence='0'");
+    platform.clock.Set(QDate(2028, 12, 31), QTime(9, 0));
+    SetRemind(QStringLiteral("366"));
+    Check();
+    EXPECT_EQ(Offers(), 1U);
+    EXPECT_EQ(Remind(), QStringLiteral("380"));
+}
+
+TEST_F(VersionCheckTest, noElementToRemember_offersAgainNextTime)
+{
+    WriteSettings(SettingsText().remove(QStringLiteral("<version remind=\"\"/>")));
+    Answer("version_name='2' version_sequence='0'");
+    Check();
+    Check();
+    EXPECT_EQ(Offers(), 2U);
+    EXPECT_EQ(Remind(), QString());
+}
+
+TEST_F(VersionCheckTest, windowClosedDuringTheRequest_nothingIsOffered)
+{
+    Answer("version_name='2' version_sequence='0'");
+    platform.http.whileWaiting = [this] { window->Unload(); };
+    window->Handle([this] { Check(); });
+    EXPECT_EQ(Offers(), 0U);
+}
+
+} // namespace

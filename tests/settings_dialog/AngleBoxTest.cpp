@@ -1,0 +1,206 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/DialogTest.h"
+
+namespace {
+
+struct AngleBox
+{
+    const char* box;
+    const char* bar;
+    const char* attribute;
+};
+
+struct Entry
+{
+    const char* name;
+    const char* locale;
+    const char* typed;
+    const char* shown;
+    int bar;
+    const char* saved; // the attribute in each save, in order
+};
+
+QStringList Values(const char* values)
+{
+    const QString text = QString::fromUtf8(values);
+    return text.isEmpty() ? QStringList() : text.split(u' ');
+}
+
+constexpr AngleBox kBoxes[] = {{"TxtSetFarjAngle", "VScroll2", "angle1"},
+                               {"TxtSetIshaAngle", "VScroll3", "angle2"}};
+
+// The stored angle before each entry is -16.5.
+constexpr Entry kEntries[] = {
+    {"whole", "en_US", "-17", "-17", -17, "-17"},
+    {"fraction", "en_US", "-17.5", "-17.5", -18, "-17.5"},
+    {"positive", "en_US", "10", "10", 10, "10"},
+    {"zero", "en_US", "0", "0", 0, "0"},
+    {"blanksAround", "en_US", " -17 ", " -17 ", -17, nullptr},
+    {"exponent", "en_US", "1e1", "1e1", 10, "1e1"},
+    {"highest", "en_US", "30", "30", 30, "30"},
+    {"justAboveHighest", "en_US", "30.5", "30.5", 30, "30.5"},
+    {"lastThatPasses", "en_US", "30.9", "30.9", 30, "30.9"},
+    {"firstTooHigh", "en_US", "31", "30", 30, "30 30"},
+    {"tooHigh", "en_US", "99", "30", 30, "30 30"},
+    {"farTooHigh", "en_US", "1e300", "30", 30, "30 30"},
+    {"lowest", "en_US", "-30", "-30", -30, "-30"},
+    {"justBelowLowest", "en_US", "-30.1", "-30", -30, "-30 -30"},
+    {"tooLow", "en_US", "-99", "-30", -30, "-30 -30"},
+    {"empty", "en_US", "", "-16.5", -17, "-16.5"},
+    {"loneMinus", "en_US", "-", "-16.5", -17, "-16.5"},
+    {"letters", "en_US", "abc", "-16.5", -17, "-16.5"},
+    {"notANumber", "en_US", "nan", "-16.5", -17, "-16.5"},
+    {"infinite", "en_US", "inf", "-16.5", -17, "-16.5"},
+    {"commaWherePointIs", "en_US", "-17,5", "-16.5", -17, "-16.5"},
+    {"comma", "de_DE", "-17,5", "-17,5", -18, "-17.5"},
+    {"pointWhereCommaIs", "de_DE", "-17.5", "-16,5", -17, "-16.5"},
+    {"lettersUnderComma", "de_DE", "abc", "-16,5", -17, "-16.5"},
+    {"tooHighUnderComma", "de_DE", "30,9", "30,9", 30, "30.9"},
+    {"ownSign", "ar_EG", "-17\u066b5", "-17\u066b5", -18, "-17.5"},
+    {"ownDigits", "ar_EG", "-\u0661\u0667\u066b\u0665", "-\u0661\u0667\u066b\u0665", -18, "-17.5"},
+    {"tooHighInOwnDigits", "ar_EG", "\u0669\u0669", "30", 30, "30 30"},
+    {"lettersUnderOwnSign", "ar_EG", "abc", "-16\u066b5", -17, "-16.5"},
+};
+
+void PrintTo(const AngleBox& angle, std::ostream* stream)
+{
+    *stream << angle.box;
+}
+
+class AngleBoxTest : public DialogTest, public testing::WithParamInterface<AngleBox>
+{
+protected:
+    void OpenUserDefined(const char* locale = "en_US", const char* angle = "-16.5")
+    {
+        platform.region.locale = QLocale(QLatin1String(locale));
+        WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
+                      {QStringLiteral("angle1=\"-15\" angle2=\"-15\""),
+                       QStringLiteral("angle1=\"%1\" angle2=\"%1\"").arg(QString::fromUtf8(angle))}});
+        Open();
+        ASSERT_TRUE(IsOpen());
+    }
+    [[nodiscard]] QString Attribute() const { return QString::fromUtf8(GetParam().attribute); }
+};
+
+} // namespace
+
+TEST_P(AngleBoxTest, entries_areStoredCutOrTakenBack)
+{
+    for (const Entry& entry : kEntries) {
+        SCOPED_TRACE(entry.name);
+        OpenUserDefined(entry.locale);
+        Paste(GetParam().box, QString::fromUtf8(entry.typed));
+        EXPECT_TRUE(IsOpen());
+        EXPECT_EQ(TextOf(GetParam().box), QString::fromUtf8(entry.shown));
+        EXPECT_EQ(Bar(GetParam().bar).Value(), entry.bar);
+        // Blanks can't stand in a list that is split at them.
+        EXPECT_EQ(SavedValues(Attribute()),
+                  entry.saved == nullptr ? QStringList(QString::fromUtf8(entry.typed)) : Values(entry.saved));
+        EXPECT_TRUE(platform.boxes.boxes.empty());
+        dialog->Unload();
+    }
+}
+
+TEST_P(AngleBoxTest, typing_savesEachKeystroke)
+{
+    OpenUserDefined();
+    QTest::keyClick(&Widget(GetParam().box), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&Widget(GetParam().box), QStringLiteral("99"));
+    EXPECT_EQ(TextOf(GetParam().box), QStringLiteral("30"));
+    // "9", then "99", whose cut text saves inside the run that cut it.
+    EXPECT_EQ(SavedValues(Attribute()), Values("9 30 30"));
+}
+
+TEST_P(AngleBoxTest, minusTypedOverEverything_snapsBackAtThatKeystroke)
+{
+    OpenUserDefined();
+    QTest::keyClick(&Widget(GetParam().box), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(&Widget(GetParam().box), QStringLiteral("-"));
+    EXPECT_EQ(TextOf(GetParam().box), QStringLiteral("-16.5"));
+}
+
+TEST_P(AngleBoxTest, digitsEditedInPlace_makeANewNegativeValue)
+{
+    OpenUserDefined();
+    QWidget& box = Widget(GetParam().box);
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Right, Qt::Key_Right, Qt::Key_Delete, Qt::Key_8}) {
+        QTest::keyClick(&box, key);
+    }
+    EXPECT_EQ(SavedValues(Attribute()), Values("-1.5 -18.5"));
+}
+
+TEST_P(AngleBoxTest, entry_touchesNothingButItsAngle)
+{
+    OpenUserDefined();
+    const QString other = QLatin1String(GetParam().attribute) == u"angle1" ? QStringLiteral("angle2")
+                                                                           : QStringLiteral("angle1");
+    Paste(GetParam().box, QStringLiteral("-18"));
+    EXPECT_EQ(Stored(other), QStringLiteral("-16.5"));
+    EXPECT_EQ(Stored(QStringLiteral("method")), QStringLiteral("User Defined"));
+    EXPECT_EQ(files.loads, 1);
+}
+
+TEST_P(AngleBoxTest, bar_movesFromItsRestingPointByWholeDegrees)
+{
+    const struct
+    {
+        const char* locale;
+        bool up;
+        const char* value;
+    } rows[] = {
+        {"en_US", true, "-19"}, {"en_US", false, "-21"}, {"de_DE", true, "-19"}, {"ar_EG", false, "-21"}};
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.locale);
+        OpenUserDefined(row.locale, "-19.5");
+        EXPECT_EQ(Bar(GetParam().bar).Value(), -20);
+        ClickArrow(GetParam().bar, row.up);
+        EXPECT_EQ(TextOf(GetParam().box), QString::fromUtf8(row.value));
+        EXPECT_EQ(SavedValues(Attribute()), Values(row.value));
+        dialog->Unload();
+    }
+}
+
+TEST_P(AngleBoxTest, barByKey_movesAsByMouse)
+{
+    OpenUserDefined();
+    QTest::keyClick(&Widget(GetParam().bar), Qt::Key_Up);
+    QTest::keyClick(&Widget(GetParam().bar), Qt::Key_Down);
+    EXPECT_EQ(SavedValues(Attribute()), Values("-16 -17"));
+}
+
+TEST_P(AngleBoxTest, heldArrow_losesNothingAndLeavesTheLastValue)
+{
+    OpenUserDefined();
+    QWidget& bar = Widget(GetParam().bar);
+    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 3));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return Saves() >= 8; }, 10'000));
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 3));
+    const QStringList saved = SavedValues(Attribute());
+    for (qsizetype i = 0; i < saved.size(); ++i) {
+        EXPECT_EQ(saved[i], QString::number(-16 + i));
+    }
+    EXPECT_EQ(Stored(Attribute()), QString::number(Bar(GetParam().bar).Value()));
+    EXPECT_EQ(TextOf(GetParam().box), Stored(Attribute()));
+}
+
+TEST_P(AngleBoxTest, decimalSign_isFetchedAfresh)
+{
+    OpenUserDefined("en_US");
+    platform.region.locale = QLocale(QStringLiteral("de_DE"));
+    Paste(GetParam().box, QStringLiteral("-17,5"));
+    EXPECT_EQ(Stored(Attribute()), QStringLiteral("-17.5"));
+}
+
+TEST_P(AngleBoxTest, takenBackWithoutAStoredAngle_endsEmpty)
+{
+    OpenUserDefined();
+    WriteChanged({{Attribute() + QStringLiteral("=\"-15\""), QString()}});
+    Paste(GetParam().box, QStringLiteral("abc"));
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(TextOf(GetParam().box), QString());
+    EXPECT_EQ(Saves(), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(Angles, AngleBoxTest, testing::ValuesIn(kBoxes),
+                         [](const auto& row) { return std::string(row.param.box); });

@@ -1,0 +1,283 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/DialogTest.h"
+
+#include <QGroupBox>
+#include <QLabel>
+
+namespace {
+
+class GeneralPageTest : public DialogTest
+{
+protected:
+    static void WriteAdvance(const char* minutes)
+    {
+        WriteChanged({{QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
+                      {QStringLiteral("advWarn=\"10\""),
+                       QStringLiteral("advWarn=\"%1\"").arg(QString::fromUtf8(minutes))}});
+    }
+};
+
+} // namespace
+
+TEST_F(GeneralPageTest, built_hasItsCaptionsAndStartState)
+{
+    dialog = &forms.Touch<FrmAlerts>();
+    EXPECT_EQ(Find<QGroupBox>("Frame3").title(), QStringLiteral("Asr Calculation Method"));
+    EXPECT_EQ(Find<QGroupBox>("FrmFormat").title(), QStringLiteral("Clock Format"));
+    EXPECT_EQ(Find<QGroupBox>("Frame4").title(), QStringLiteral("General"));
+    const std::pair<const char*, QString> buttons[] = {
+        {"OptShafi", QStringLiteral("Shafi")},
+        {"OptHanafi", QStringLiteral("Hanafi")},
+        {"Opt12Hour", QStringLiteral("12 Hour")},
+        {"Opt24Hour", QStringLiteral("24 Hour")},
+        {"ChkDLS", QStringLiteral("Use Day Light Savings")},
+        {"ChkAdvWarn", QStringLiteral("Give Advanced Alert")},
+        {"CmdClose", QStringLiteral("Close")},
+    };
+    for (const auto& [name, caption] : buttons) {
+        EXPECT_EQ(Find<QAbstractButton>(name).text(), caption);
+        EXPECT_EQ(IsTicked(name), qstrcmp(name, "OptShafi") == 0) << name;
+    }
+    EXPECT_EQ(Find<QLabel>("Label1").text(), QStringLiteral("Current Location:"));
+    EXPECT_EQ(Find<QLabel>("Label2").text(), QStringLiteral("Minutes"));
+    EXPECT_EQ(Widget("CmdClose").parentWidget(), &Widget("FrmGeneral"));
+    EXPECT_EQ(Widget("Label1").parentWidget(), &Widget("FrmGeneral"));
+    EXPECT_FALSE(IsLive("TxtAdvWarn"));
+    EXPECT_FALSE(IsLive("VScroll1"));
+    EXPECT_EQ(Bar("VScroll1").minimum(), 1);
+    EXPECT_EQ(Bar("VScroll1").maximum(), 30);
+    EXPECT_EQ(Bar("VScroll1").Value(), 30);
+}
+
+TEST_F(GeneralPageTest, absentAttributes_readAsNotSet)
+{
+    WriteChanged({{QStringLiteral("method=\"ISNA\" useAdvWarn=\"false\" advWarn=\"10\" asrMethode=\"shafi\" "
+                                  "useDLS=\"false\" hourmode=\"24\" "),
+                   QString()}});
+    const QByteArray before = ReadSettings();
+    Open();
+    EXPECT_FALSE(IsTicked("ChkAdvWarn"));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), QString());
+    EXPECT_FALSE(IsLive("TxtAdvWarn"));
+    EXPECT_FALSE(IsLive("VScroll1"));
+    EXPECT_EQ(Bar("VScroll1").Value(), 30);
+    EXPECT_FALSE(IsTicked("ChkDLS"));
+    EXPECT_TRUE(IsTicked("OptHanafi"));
+    EXPECT_FALSE(IsTicked("OptShafi"));
+    EXPECT_TRUE(IsTicked("Opt12Hour"));
+    EXPECT_TRUE(IsTicked("OptISNA"));
+    EXPECT_EQ(ReadSettings(), before);
+}
+
+TEST_F(GeneralPageTest, storedValues_areComparedExactly)
+{
+    const struct
+    {
+        const char* attribute;
+        const char* value;
+        const char* ticked;
+        const char* clear;
+    } rows[] = {
+        {"useDLS=\"false\"", "useDLS=\"true\"", "ChkDLS", "ChkAdvWarn"},
+        {"useDLS=\"false\"", "useDLS=\"True\"", "OptISNA", "ChkDLS"},
+        {"useDLS=\"false\"", "useDLS=\"1\"", "OptISNA", "ChkDLS"},
+        {"useAdvWarn=\"false\"", "useAdvWarn=\"TRUE\"", "OptISNA", "ChkAdvWarn"},
+        {"asrMethode=\"shafi\"", "asrMethode=\"shafi\"", "OptShafi", "OptHanafi"},
+        {"asrMethode=\"shafi\"", "asrMethode=\"hanafi\"", "OptHanafi", "OptShafi"},
+        {"asrMethode=\"shafi\"", "asrMethode=\"Shafi\"", "OptHanafi", "OptShafi"},
+        {"hourmode=\"24\"", "hourmode=\"24\"", "Opt24Hour", "Opt12Hour"},
+        {"hourmode=\"24\"", "hourmode=\"12\"", "Opt12Hour", "Opt24Hour"},
+        {"hourmode=\"24\"", "hourmode=\"24 \"", "Opt12Hour", "Opt24Hour"},
+    };
+    for (const auto& row : rows) {
+        WriteChanged(QString::fromUtf8(row.attribute), QString::fromUtf8(row.value));
+        Open();
+        EXPECT_TRUE(IsTicked(row.ticked)) << row.value;
+        EXPECT_FALSE(IsTicked(row.clear)) << row.value;
+        dialog->Unload();
+    }
+}
+
+TEST_F(GeneralPageTest, clicks_storeTheirAttributeInOneSave)
+{
+    const struct
+    {
+        const char* before;
+        const char* after;
+        const char* control;
+        const char* attribute;
+        const char* value;
+    } rows[] = {
+        {"asrMethode=\"shafi\"", "asrMethode=\"hanafi\"", "OptShafi", "asrMethode", "shafi"},
+        {"asrMethode=\"shafi\"", "asrMethode=\"shafi\"", "OptHanafi", "asrMethode", "hanafi"},
+        {"hourmode=\"24\"", "hourmode=\"24\"", "Opt12Hour", "hourmode", "12"},
+        {"hourmode=\"24\"", "hourmode=\"12\"", "Opt24Hour", "hourmode", "24"},
+        {"useDLS=\"false\"", "useDLS=\"false\"", "ChkDLS", "useDLS", "true"},
+        {"useDLS=\"false\"", "useDLS=\"true\"", "ChkDLS", "useDLS", "false"},
+        {"useAdvWarn=\"false\"", "useAdvWarn=\"false\"", "ChkAdvWarn", "useAdvWarn", "true"},
+        {"useAdvWarn=\"false\"", "useAdvWarn=\"true\"", "ChkAdvWarn", "useAdvWarn", "false"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.control << " to " << row.value);
+        WriteChanged(QString::fromUtf8(row.before), QString::fromUtf8(row.after));
+        Open();
+        Click(row.control);
+        EXPECT_EQ(SavedValues(QString::fromUtf8(row.attribute)), QStringList(QString::fromUtf8(row.value)));
+        EXPECT_EQ(files.loads, 1);
+        EXPECT_EQ(files.savedNames, QStringList(QStringLiteral("settings.xml")));
+        EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("10"));
+        EXPECT_EQ(Stored(QStringLiteral("method")), QStringLiteral("ISNA"));
+        EXPECT_TRUE(main.calls.isEmpty());
+        if (qstrncmp(row.control, "Opt", 3) == 0) {
+            Click(row.control);
+            EXPECT_EQ(Saves(), 1U);
+        }
+        dialog->Unload();
+        main.calls.clear();
+    }
+}
+
+TEST_F(GeneralPageTest, change_keepsWhatSomebodyElseHasWrittenMeanwhile)
+{
+    Open();
+    WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""));
+    Click("ChkDLS");
+    EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\""));
+    EXPECT_EQ(Stored(QStringLiteral("useDLS")), QStringLiteral("true"));
+}
+
+TEST_F(GeneralPageTest, reload_leavesBoxesThatTheFileNoLongerTicks)
+{
+    Open();
+    Click("ChkDLS");
+    Click("ChkAdvWarn");
+    WriteSettings();
+    Click("LblGeneral");
+    EXPECT_TRUE(IsTicked("ChkDLS"));
+    EXPECT_TRUE(IsTicked("ChkAdvWarn"));
+    EXPECT_TRUE(IsLive("VScroll1"));
+}
+
+TEST_F(GeneralPageTest, advanceAlert_opensLiveWithItsMinutes)
+{
+    const struct
+    {
+        const char* stored;
+        int bar;
+    } rows[] = {{"1", 1}, {"10", 10}, {"30", 30}, {"10.5", 10}, {"30.9", 30}};
+    for (const auto& row : rows) {
+        WriteAdvance(row.stored);
+        const QByteArray before = ReadSettings();
+        Open();
+        ASSERT_TRUE(IsOpen()) << row.stored;
+        EXPECT_TRUE(IsTicked("ChkAdvWarn"));
+        EXPECT_TRUE(IsLive("TxtAdvWarn"));
+        EXPECT_TRUE(IsLive("VScroll1"));
+        EXPECT_EQ(TextOf("TxtAdvWarn"), QString::fromUtf8(row.stored));
+        EXPECT_EQ(Bar("VScroll1").Value(), row.bar);
+        EXPECT_EQ(ReadSettings(), before);
+        dialog->Unload();
+    }
+}
+
+TEST_F(GeneralPageTest, advanceAlertThatTheBarRefuses_closesTheDialogOnOpening)
+{
+    for (const char* const minutes : {"", "abc", "45", "31", "0", "0.9", "-1", "99999", "1e300"}) {
+        SCOPED_TRACE(minutes);
+        WriteAdvance(minutes);
+        const QByteArray before = ReadSettings();
+        main.calls.clear();
+        dialog = &forms.Touch<FrmAlerts>();
+        dialog->Show();
+        dialog->SelectTab(1);
+        ExpectHandedOver();
+        EXPECT_EQ(ReadSettings(), before);
+    }
+}
+
+TEST_F(GeneralPageTest, advanceAlertWithoutMinutes_closesTheDialogOnOpening)
+{
+    WriteChanged(QStringLiteral("useAdvWarn=\"false\" advWarn=\"10\""),
+                 QStringLiteral("useAdvWarn=\"true\""));
+    dialog = &forms.Touch<FrmAlerts>();
+    dialog->Show();
+    dialog->SelectTab(1);
+    ExpectHandedOver();
+}
+
+TEST_F(GeneralPageTest, refusedMinutesWithoutTheAdvanceAlert_areNotRead)
+{
+    WriteChanged(QStringLiteral("advWarn=\"10\""), QStringLiteral("advWarn=\"abc\""));
+    Open();
+    EXPECT_TRUE(IsOpen());
+    EXPECT_EQ(TextOf("TxtAdvWarn"), QString());
+}
+
+TEST_F(GeneralPageTest, advanceAlertTickedAndUnticked_keepsItsMinutes)
+{
+    WriteAdvance("12");
+    Open();
+    Click("ChkAdvWarn");
+    EXPECT_FALSE(IsLive("TxtAdvWarn"));
+    EXPECT_FALSE(IsLive("VScroll1"));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("12"));
+    EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("12"));
+    Click("ChkAdvWarn");
+    EXPECT_TRUE(IsLive("TxtAdvWarn"));
+    EXPECT_TRUE(IsLive("VScroll1"));
+    EXPECT_EQ(Stored(QStringLiteral("useAdvWarn")), QStringLiteral("true"));
+}
+
+TEST_F(GeneralPageTest, advanceAlertBar_storesMinutesThatEveryoneCanRead)
+{
+    for (const char* const locale : {"en_US", "de_DE", "ar_EG"}) {
+        platform.region.locale = QLocale(QLatin1String(locale));
+        WriteAdvance("12");
+        Open();
+        ClickArrow("VScroll1", true);
+        ClickArrow("VScroll1", true);
+        QTest::keyClick(&Widget("VScroll1"), Qt::Key_Down);
+        EXPECT_EQ(SavedValues(QStringLiteral("advWarn")),
+                  QStringList({QStringLiteral("13"), QStringLiteral("14"), QStringLiteral("13")}))
+            << locale;
+        EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("13"));
+        dialog->Unload();
+    }
+}
+
+TEST_F(GeneralPageTest, advanceAlertBar_firstUse_startsFromItsHighEnd)
+{
+    Open();
+    Click("ChkAdvWarn");
+    ClickArrow("VScroll1", true);
+    EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("10"));
+    ClickArrow("VScroll1", false);
+    EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("29"));
+}
+
+TEST_F(GeneralPageTest, advanceAlertBox_refusesTyping)
+{
+    WriteAdvance("12");
+    Open();
+    EXPECT_TRUE(Box("TxtAdvWarn").isReadOnly());
+    QTest::keyClicks(&Widget("TxtAdvWarn"), QStringLiteral("5"));
+    Paste("TxtAdvWarn", QStringLiteral("7"));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("12"));
+    EXPECT_EQ(Saves(), 0U);
+}
+
+TEST_F(GeneralPageTest, advanceAlertBox_filledByCode_storesTheWholePart)
+{
+    WriteAdvance("12");
+    Open();
+    // No range test here, for the bar is the only way in.
+    Box("TxtAdvWarn").SetText(QStringLiteral("45.7"));
+    EXPECT_EQ(SavedValues(QStringLiteral("advWarn")), QStringList(QStringLiteral("45")));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("45.7"));
+    EXPECT_EQ(Bar("VScroll1").Value(), 12);
+    Forget();
+    Box("TxtAdvWarn").SetText(QStringLiteral("x"));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("45"));
+    EXPECT_EQ(SavedValues(QStringLiteral("advWarn")), QStringList(QStringLiteral("45")));
+}

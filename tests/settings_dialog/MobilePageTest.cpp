@@ -1,0 +1,411 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "service/ServiceRequests.h"
+#include "settings_dialog/DialogTest.h"
+
+#include <QLabel>
+
+namespace {
+
+const QString kIncomplete =
+    QStringLiteral("You must first enter your Mobile Device number and personal Code");
+const QString kOffline = QStringLiteral(
+    "You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.");
+const QString kUnverified = QStringLiteral("Could not verify Mobil Alert Settings.");
+const QString kQuestion =
+    QStringLiteral("This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?");
+
+constexpr const char* kEntry[] = {"TxtMDID", "TxtPC", "CmdMobilReg"};
+constexpr const char* kForm[] = {"FrmMobilSub", "LblReset"};
+
+class MobilePageTest : public DialogTest
+{
+protected:
+    MobilePageTest() { platform.http.reachable = true; }
+
+    static void WriteMobile(const char* enabled, const char* confirm, const char* did = "",
+                            const char* pc = "")
+    {
+        WriteChanged(QStringLiteral(R"(mobileEnabled="false" mobileDID="" mobilePC="" mobileConfirm="0")"),
+                     QStringLiteral(R"(mobileEnabled="%1" mobileDID="%3" mobilePC="%4" mobileConfirm="%2")")
+                         .arg(QString::fromUtf8(enabled), QString::fromUtf8(confirm), QString::fromUtf8(did),
+                              QString::fromUtf8(pc)));
+    }
+    void Reply(const char* text)
+    {
+        platform.http.replies[QStringLiteral("confirmSignup.pl")] = QByteArray(text);
+    }
+    /// The page with both boxes filled, as by typing.
+    void OpenFilled()
+    {
+        Open(2);
+        QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("15551234"));
+        QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("55 21&"));
+        Forget();
+    }
+    void ExpectLive(bool form, bool entry) const
+    {
+        for (const char* const control : kForm) {
+            EXPECT_EQ(IsLive(control), form) << control;
+        }
+        for (const char* const control : kEntry) {
+            EXPECT_EQ(IsLive(control), entry) << control;
+        }
+    }
+    void ExpectBox(const QString& text, const QString& buttons = QStringLiteral("OK")) const
+    {
+        const std::vector<FakeMessageBoxes::Box> wanted{{text, QStringLiteral("Dusk Beacon"), buttons}};
+        EXPECT_EQ(platform.boxes.boxes, wanted);
+    }
+    static void ExpectStored(const char* did, const char* pc, const char* confirm)
+    {
+        EXPECT_EQ(Stored(QStringLiteral("mobileDID")), QString::fromUtf8(did));
+        EXPECT_EQ(Stored(QStringLiteral("mobilePC")), QString::fromUtf8(pc));
+        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QString::fromUtf8(confirm));
+    }
+};
+
+} // namespace
+
+TEST_F(MobilePageTest, built_hasItsCaptionsAndStartState)
+{
+    dialog = &forms.Touch<FrmAlerts>();
+    const std::pair<const char*, QString> labels[] = {
+        {"LblMobilH1",
+         QStringLiteral("Mobile Alert sends an alert to your mobile device at time of prayer.")},
+        {"LblMobilH2", QStringLiteral("Your mobile device must be able to send / receive text messages")},
+        {"LblMobil1", QStringLiteral("1. From your mobile device, send a text message to ") +
+                          ServiceRequests::SignupAddress() + QStringLiteral(" with the word \"test\".")},
+        {"LblMobil2",
+         QStringLiteral("2: You\u2019ll momentarily receive a text message showing your mobile device "
+                        "ID and personal code.")},
+        {"LblMobil3",
+         QStringLiteral("3: Enter your mobile device ID and personal code in appropriate boxes below.")},
+        {"LblMobilDID", QStringLiteral("Mobile Device ID:")},
+        {"LblMobilPC", QStringLiteral("Personal Code:")},
+        {"LblMobil4", QStringLiteral("4. Click register.")},
+        {"LblReset", QStringLiteral("Reset")},
+    };
+    for (const auto& [name, caption] : labels) {
+        EXPECT_EQ(Find<QLabel>(name).text(), caption);
+        EXPECT_EQ(Widget(name).parentWidget(),
+                  &Widget(QByteArray(name).startsWith("LblMobilH") ? "FrmMobilAlert" : "FrmMobilSub"));
+    }
+    EXPECT_EQ(Find<CheckBox>("ChkMobilEnable").text(), QStringLiteral("Enable Mobile Alerts"));
+    EXPECT_EQ(Widget("ChkMobilEnable").parentWidget(), &Widget("FrmMobilAlert"));
+    EXPECT_EQ(Find<QPushButton>("CmdMobilReg").text(), QStringLiteral("Register"));
+    EXPECT_FALSE(IsTicked("ChkMobilEnable"));
+    ExpectLive(true, true);
+    EXPECT_TRUE(Widget("FrmMobilAlert").isHidden());
+}
+
+TEST_F(MobilePageTest, load_showsTheStatesOfTheFile)
+{
+    const struct
+    {
+        const char* enabled;
+        const char* confirm;
+        bool ticked;
+        bool boxes;
+        bool button;
+    } rows[] = {
+        {"false", "0", false, true, true}, {"false", "1", false, true, false},
+        {"true", "0", true, true, true},   {"true", "1", true, false, false},
+        {"True", "0", false, true, true},  {"true", "", true, true, true},
+        {"true", "2", true, true, true},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(testing::Message() << row.enabled << ' ' << row.confirm);
+        WriteMobile(row.enabled, row.confirm, "D1", "P1");
+        const QByteArray before = ReadSettings();
+        Open(2);
+        EXPECT_EQ(IsTicked("ChkMobilEnable"), row.ticked);
+        EXPECT_EQ(TextOf("TxtMDID"), QStringLiteral("D1"));
+        EXPECT_EQ(TextOf("TxtPC"), QStringLiteral("P1"));
+        EXPECT_TRUE(IsLive("FrmMobilSub"));
+        EXPECT_TRUE(IsLive("LblReset"));
+        EXPECT_EQ(IsLive("TxtMDID"), row.boxes);
+        EXPECT_EQ(IsLive("TxtPC"), row.boxes);
+        EXPECT_EQ(IsLive("CmdMobilReg"), row.button);
+        EXPECT_EQ(ReadSettings(), before);
+        dialog->Unload();
+    }
+}
+
+TEST_F(MobilePageTest, enableClick_movesBetweenTheStatesInOneSave)
+{
+    for (const bool confirmed : {false, true}) {
+        WriteMobile("false", confirmed ? "1" : "0", "D1", "P1");
+        Open(2);
+        for (const bool ticked : {true, false, true}) {
+            Forget();
+            Click("ChkMobilEnable");
+            EXPECT_EQ(SavedValues(QStringLiteral("mobileEnabled")),
+                      QStringList(ticked ? QStringLiteral("true") : QStringLiteral("false")));
+            ExpectLive(ticked, ticked && !confirmed);
+            ExpectStored("D1", "P1", confirmed ? "1" : "0");
+        }
+        dialog->Unload();
+    }
+}
+
+TEST_F(MobilePageTest, untick_leavesThePrayersAndGreysTheirMobileBoxAtTheNextLoad)
+{
+    WriteMobile("true", "1");
+    Open(3);
+    Click("ChkIndMobAlert");
+    Click("LblMobilAlert");
+    Click("ChkMobilEnable");
+    EXPECT_EQ(Stored(QStringLiteral("mobil"), "fajr"), QStringLiteral("true"));
+    Click("LblFajr");
+    EXPECT_FALSE(IsLive("ChkIndMobAlert"));
+    EXPECT_TRUE(IsTicked("ChkIndMobAlert"));
+}
+
+TEST_F(MobilePageTest, typing_isStoredAtEachKeystroke)
+{
+    Open(2);
+    QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("12"));
+    EXPECT_EQ(SavedValues(QStringLiteral("mobileDID")),
+              QStringList({QStringLiteral("1"), QStringLiteral("12")}));
+    Forget();
+    QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("ab"));
+    EXPECT_EQ(SavedValues(QStringLiteral("mobilePC")),
+              QStringList({QStringLiteral("a"), QStringLiteral("ab")}));
+    ExpectStored("12", "ab", "0");
+    EXPECT_EQ(files.loads, 2);
+}
+
+// "Register"
+
+TEST_F(MobilePageTest, register_withAnEmptyBox_asksForBothWithoutTryingTheNetwork)
+{
+    for (const char* const filled : {"", "TxtMDID", "TxtPC"}) {
+        WriteSettings();
+        Open(2);
+        if (*filled != '\0') {
+            QTest::keyClicks(&Widget(filled), QStringLiteral("1"));
+        }
+        Forget();
+        platform.boxes.boxes.clear();
+        Click("CmdMobilReg");
+        ExpectBox(kIncomplete);
+        EXPECT_TRUE(platform.http.probes.isEmpty());
+        EXPECT_EQ(Saves(), 0U);
+        EXPECT_EQ(files.loads, 0);
+        dialog->Unload();
+    }
+}
+
+TEST_F(MobilePageTest, register_offline_saysSoWithoutARequest)
+{
+    platform.http.reachable = false;
+    OpenFilled();
+    Click("CmdMobilReg");
+    ExpectBox(kOffline);
+    EXPECT_EQ(platform.http.probes.size(), 1);
+    EXPECT_TRUE(platform.http.requests.isEmpty());
+    EXPECT_EQ(Saves(), 0U);
+}
+
+TEST_F(MobilePageTest, register_withoutAReply_saysTheSame)
+{
+    OpenFilled();
+    for (const char* const reply : {"", "<root result=", "no document"}) {
+        platform.boxes.boxes.clear();
+        Reply(reply);
+        Click("CmdMobilReg");
+        ExpectBox(kOffline);
+    }
+    EXPECT_EQ(Saves(), 0U);
+    ExpectLive(true, true);
+}
+
+TEST_F(MobilePageTest, register_asksWithTheCodeAsTyped)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    Click("CmdMobilReg");
+    ASSERT_EQ(platform.http.requests.size(), 1);
+    EXPECT_TRUE(platform.http.requests.front().endsWith(QStringLiteral(
+        "/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-77&vCode=55 21&&dist_string=dbeacon")));
+}
+
+TEST_F(MobilePageTest, register_replies_areStoredAndShown)
+{
+    const struct
+    {
+        const char* name;
+        const char* reply;
+        const char* confirm;
+        QString shown;
+        bool locks;
+    } rows[] = {
+        {"confirmed", "<root result='1' message='Welcome'/>", "1", QStringLiteral("Welcome"), true},
+        {"refused", "<root result='0' message='Wrong code'/>", "0", QStringLiteral("Wrong code"), false},
+        {"confirmed without message", "<root result='1'/>", "1", kUnverified, true},
+        {"confirmed with empty message", "<root result='1' message=''/>", "1", kUnverified, true},
+        {"refused without message", "<root result='0'/>", "0", kUnverified, false},
+        {"no result", "<root message='Later'/>", "", QStringLiteral("Later"), false},
+        {"nothing", "<root/>", "", kUnverified, false},
+        {"another root", "<reply result='1' message='Welcome'/>", "", kUnverified, false},
+        {"odd result", "<root result=' 1' message='?'/>", " 1", QStringLiteral("?"), false},
+        {"markup", "<root result='0' message='&lt;b&gt;no&lt;/b&gt;'/>", "0", QStringLiteral("<b>no</b>"),
+         false},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        WriteSettings();
+        OpenFilled();
+        platform.boxes.boxes.clear();
+        Reply(row.reply);
+        Click("CmdMobilReg");
+        ExpectBox(row.shown);
+        EXPECT_EQ(Saves(), 1U);
+        ExpectStored("15551234", "55 21&", row.confirm);
+        ExpectLive(true, !row.locks);
+        EXPECT_FALSE(IsTicked("ChkMobilEnable"));
+        EXPECT_EQ(Stored(QStringLiteral("mobileEnabled")), QStringLiteral("false"));
+        dialog->Unload();
+    }
+}
+
+TEST_F(MobilePageTest, register_storesBeforeItSpeaks)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    platform.boxes.whileOpen = [this] {
+        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QStringLiteral("1"));
+        EXPECT_FALSE(IsLive("CmdMobilReg"));
+    };
+    Click("CmdMobilReg");
+    EXPECT_EQ(platform.boxes.boxes.size(), 1U);
+}
+
+TEST_F(MobilePageTest, register_keepsWhatWasWrittenWhileTheReplyWasUnderWay)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    platform.http.whileWaiting = [] {
+        WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""));
+    };
+    Click("CmdMobilReg");
+    EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\""));
+    ExpectStored("15551234", "55 21&", "1");
+}
+
+TEST_F(MobilePageTest, register_dialogClosedWhileTheReplyIsUnderWay_stopsQuietly)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    platform.http.whileWaiting = [this] { dialog->close(); };
+    Click("CmdMobilReg");
+    ExpectHandedOver();
+    EXPECT_EQ(Saves(), 0U);
+    EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QStringLiteral("0"));
+}
+
+TEST_F(MobilePageTest, register_dialogClosedAndOpenedAgainMeanwhile_leavesTheNewOneAlone)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    platform.http.whileWaiting = [this] {
+        dialog->close();
+        Open(2);
+    };
+    Click("CmdMobilReg");
+    EXPECT_TRUE(IsOpen());
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(Saves(), 0U);
+    ExpectLive(true, true);
+}
+
+TEST_F(MobilePageTest, register_anotherPageMeanwhile_goesOn)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    platform.http.whileWaiting = [this] { dialog->SelectTab(3); };
+    Click("CmdMobilReg");
+    ExpectBox(QStringLiteral("Welcome"));
+    ExpectStored("15551234", "55 21&", "1");
+}
+
+TEST_F(MobilePageTest, register_byEnter_worksAsByMouse)
+{
+    Open(2);
+    QTest::keyClick(&Widget("CmdMobilReg"), Qt::Key_Return);
+    ExpectBox(kIncomplete);
+}
+
+// "Reset"
+
+TEST_F(MobilePageTest, reset_answeredNo_changesNothing)
+{
+    WriteMobile("true", "1", "D1", "P1");
+    const QByteArray before = ReadSettings();
+    Open(2);
+    platform.boxes.whileOpen = [this] { EXPECT_FALSE(IsLive("LblReset")); };
+    Click("LblReset");
+    ExpectBox(kQuestion, QStringLiteral("Yes No"));
+    EXPECT_TRUE(IsLive("LblReset"));
+    EXPECT_EQ(ReadSettings(), before);
+    EXPECT_EQ(Saves(), 0U);
+    ExpectLive(true, false);
+}
+
+TEST_F(MobilePageTest, reset_answeredYes_clearsAndOpensTheForm)
+{
+    WriteMobile("true", "1", "D1", "P1");
+    Open(2);
+    platform.boxes.answers = {true};
+    Click("LblReset");
+    ExpectStored("", "", "0");
+    ExpectLive(true, true);
+    EXPECT_EQ(TextOf("TxtMDID"), QString());
+    EXPECT_EQ(TextOf("TxtPC"), QString());
+    // Each box stores its clearing, then all three together.
+    EXPECT_EQ(SavedValues(QStringLiteral("mobileDID")), QStringList({QString(), QString(), QString()}));
+    EXPECT_EQ(SavedValues(QStringLiteral("mobilePC")),
+              QStringList({QStringLiteral("P1"), QString(), QString()}));
+    EXPECT_EQ(SavedValues(QStringLiteral("mobileConfirm")),
+              QStringList({QStringLiteral("1"), QStringLiteral("1"), QStringLiteral("0")}));
+    EXPECT_TRUE(platform.http.probes.isEmpty());
+    EXPECT_TRUE(platform.http.requests.isEmpty());
+    EXPECT_EQ(Stored(QStringLiteral("mobileEnabled")), QStringLiteral("true"));
+    Click("LblFajr");
+    EXPECT_FALSE(IsLive("ChkIndMobAlert"));
+}
+
+TEST_F(MobilePageTest, reset_withEmptyBoxes_savesOnce)
+{
+    Open(2);
+    platform.boxes.answers = {true};
+    Click("LblReset");
+    EXPECT_EQ(Saves(), 1U);
+}
+
+TEST_F(MobilePageTest, reset_dialogClosedUnderTheQuestion_stopsQuietly)
+{
+    WriteMobile("true", "1", "D1", "P1");
+    Open(2);
+    platform.boxes.answers = {true};
+    platform.boxes.whileOpen = [this] { dialog->Unload(); };
+    Click("LblReset");
+    EXPECT_FALSE(IsOpen());
+    ExpectStored("D1", "P1", "1");
+}
+
+TEST_F(MobilePageTest, afterReset_aSignUpGoesThroughAgain)
+{
+    WriteMobile("true", "1", "D1", "P1");
+    Open(2);
+    platform.boxes.answers = {true};
+    Click("LblReset");
+    QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("D2"));
+    QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("P2"));
+    Reply("<root result='1' message='Welcome'/>");
+    Click("CmdMobilReg");
+    ExpectStored("D2", "P2", "1");
+    Click("LblFajr");
+    EXPECT_TRUE(IsLive("ChkIndMobAlert"));
+}

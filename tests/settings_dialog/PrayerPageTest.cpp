@@ -1,0 +1,347 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/DialogTest.h"
+
+#include <QGroupBox>
+#include <QLabel>
+
+namespace {
+
+struct Prayer
+{
+    std::int16_t tab;
+    const char* element;
+    const char* text;
+};
+
+constexpr Prayer kPrayers[] = {{3, "fajr", "Fajr"}, {4, "shuruq", "Shuruq"},   {5, "duhr", "Duhr"},
+                               {6, "asr", "Asr"},   {7, "maghrib", "Maghrib"}, {8, "isha", "Isha"}};
+
+void PrintTo(const Prayer& prayer, std::ostream* stream)
+{
+    *stream << prayer.text;
+}
+
+const QString kMobileOff = QStringLiteral("mobileEnabled=\"false\"");
+const QString kMobileOn = QStringLiteral("mobileEnabled=\"true\"");
+const QString kUnconfirmed = QStringLiteral("mobileConfirm=\"0\"");
+const QString kConfirmed = QStringLiteral("mobileConfirm=\"1\"");
+
+QString Element(const char* name, const char* attributes)
+{
+    return QStringLiteral("<%1 %2/>").arg(QString::fromUtf8(name), QString::fromUtf8(attributes));
+}
+
+constexpr const char* kOn = R"(enabled="true" popup="true" mobil="false" play="false" audioFile="")";
+constexpr const char* kOff = R"(enabled="false" popup="true" mobil="false" play="false" audioFile="")";
+constexpr const char* kSubOptions[] = {"ChkSilAlert", "ChkAudioAlert", "FrmFileSelect"};
+
+class PrayerPageTest : public DialogTest
+{
+protected:
+    /// The attributes of shuruq, which is off in the file that the tests start from, and of isha, which is
+    /// on.
+    static void WriteShuruqAndIsha(const char* shuruq, const char* isha, bool confirmed = false)
+    {
+        std::vector<std::pair<QString, QString>> changes{{Element("shuruq", kOff), Element("shuruq", shuruq)},
+                                                         {Element("isha", kOn), Element("isha", isha)}};
+        if (confirmed) {
+            changes.emplace_back(kMobileOff, kMobileOn);
+            changes.emplace_back(kUnconfirmed, kConfirmed);
+        }
+        WriteChanged(changes);
+    }
+    void ExpectSubOptionsLive(bool live) const
+    {
+        for (const char* const control : kSubOptions) {
+            EXPECT_EQ(IsLive(control), live) << control;
+        }
+    }
+};
+
+class PrayerPageEach : public PrayerPageTest, public testing::WithParamInterface<Prayer>
+{
+};
+
+} // namespace
+
+TEST_F(PrayerPageTest, built_hasItsCaptionsAndStartState)
+{
+    dialog = &forms.Touch<FrmAlerts>();
+    const struct
+    {
+        const char* name;
+        QString caption;
+        bool live;
+    } boxes[] = {
+        {"ChkAlertMain", QStringLiteral("Alert on"), true},
+        {"ChkSilAlert", QStringLiteral("Silent alert (Pop up message)"), false},
+        {"ChkAudioAlert", QStringLiteral("Audio alert"), false},
+        {"ChkIndMobAlert", QStringLiteral("Mobile Alert"), false},
+    };
+    for (const auto& box : boxes) {
+        EXPECT_EQ(Find<CheckBox>(box.name).text(), box.caption);
+        EXPECT_FALSE(IsTicked(box.name));
+        EXPECT_EQ(IsLive(box.name), box.live) << box.name;
+        EXPECT_EQ(Widget(box.name).parentWidget(), &Widget("FrmPrayer"));
+    }
+    EXPECT_EQ(Find<QGroupBox>("FrmFileSelect").title(), QStringLiteral("File to play at prayer time:"));
+    EXPECT_FALSE(IsLive("FrmFileSelect"));
+    // Enabled in itself; its frame is what greys it.
+    EXPECT_TRUE(Widget("TxtPath").isEnabledTo(&Widget("FrmFileSelect")));
+    EXPECT_TRUE(Widget("LblBrowseLink").isEnabledTo(&Widget("FrmFileSelect")));
+    EXPECT_EQ(TextOf("TxtPath"), QString());
+    EXPECT_EQ(Find<LinkLabel>("LblBrowseLink").text(), QStringLiteral("Browse"));
+    EXPECT_TRUE(Find<QLabel>("LblPrayerName").font().bold());
+    EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QString());
+    for (const char* const line : {"Line1", "Line2", "Line3", "Line4"}) {
+        EXPECT_EQ(Widget(line).parentWidget(), &Widget("FrmPrayer"));
+    }
+    EXPECT_TRUE(Widget("FrmPrayer").isHidden());
+}
+
+TEST_P(PrayerPageEach, page_namesItsPrayerAndReadsItsElement)
+{
+    WriteChanged(
+        Element(GetParam().element, qstrcmp(GetParam().element, "shuruq") == 0 ? kOff : kOn),
+        Element(GetParam().element,
+                R"(enabled="true" popup="false" mobil="true" play="true" audioFile="C:\no such.mp3")"));
+    const QByteArray before = ReadSettings();
+    Open(GetParam().tab);
+    EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QString::fromUtf8(GetParam().text));
+    EXPECT_TRUE(IsTicked("ChkAlertMain"));
+    EXPECT_FALSE(IsTicked("ChkSilAlert"));
+    EXPECT_TRUE(IsTicked("ChkAudioAlert"));
+    // Grey, for mobile alerts are not confirmed, and still showing the stored tick.
+    EXPECT_TRUE(IsTicked("ChkIndMobAlert"));
+    EXPECT_FALSE(IsLive("ChkIndMobAlert"));
+    EXPECT_EQ(TextOf("TxtPath"), QStringLiteral("C:\\no such.mp3"));
+    EXPECT_EQ(ReadSettings(), before);
+}
+
+TEST_P(PrayerPageEach, clicks_storeTheirAttributeOnThisPrayerOnly)
+{
+    const struct
+    {
+        const char* control;
+        QString attribute;
+    } rows[] = {{"ChkAlertMain", QStringLiteral("enabled")},
+                {"ChkSilAlert", QStringLiteral("popup")},
+                {"ChkAudioAlert", QStringLiteral("play")},
+                {"ChkIndMobAlert", QStringLiteral("mobil")}};
+    WriteChanged({{kMobileOff, kMobileOn},
+                  {kUnconfirmed, kConfirmed},
+                  {QString::fromUtf8(kOff), QString::fromUtf8(kOn)}});
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.control);
+        Open(GetParam().tab);
+        for (const bool ticked : {!IsTicked(row.control), IsTicked(row.control)}) {
+            Forget();
+            const QString was = Stored(row.attribute, GetParam().element);
+            Click(row.control);
+            const QString value = ticked ? QStringLiteral("true") : QStringLiteral("false");
+            EXPECT_EQ(SavedValues(row.attribute, GetParam().element), QStringList(value));
+            EXPECT_EQ(files.loads, 1);
+            EXPECT_NE(was, value);
+            for (const Prayer& other : kPrayers) {
+                if (other.tab != GetParam().tab) {
+                    EXPECT_NE(Stored(row.attribute, other.element), QStringLiteral("(absent)"));
+                    EXPECT_EQ(Stored(row.attribute, other.element),
+                              row.attribute == u"enabled" || row.attribute == u"popup"
+                                  ? QStringLiteral("true")
+                                  : QStringLiteral("false"))
+                        << other.element;
+                }
+            }
+        }
+        dialog->Unload();
+    }
+}
+
+TEST_P(PrayerPageEach, path_isStoredAtEachKeystroke)
+{
+    WriteChanged(QString::fromUtf8(kOff), QString::fromUtf8(kOn));
+    Open(GetParam().tab);
+    QTest::keyClicks(&Widget("TxtPath"), QStringLiteral("a.w"));
+    EXPECT_EQ(SavedValues(QStringLiteral("audioFile"), GetParam().element),
+              QStringList({QStringLiteral("a"), QStringLiteral("a."), QStringLiteral("a.w")}));
+    for (const Prayer& other : kPrayers) {
+        EXPECT_EQ(Stored(QStringLiteral("audioFile"), other.element),
+                  other.tab == GetParam().tab ? QStringLiteral("a.w") : QString());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Prayers, PrayerPageEach, testing::ValuesIn(kPrayers),
+                         [](const auto& row) { return std::string(row.param.text); });
+
+TEST_F(PrayerPageTest, storedBooleans_areComparedExactly)
+{
+    WriteShuruqAndIsha(kOff, R"(enabled="True" popup="TRUE" mobil="1" play=" true")");
+    Open(8);
+    for (const char* const box : {"ChkAlertMain", "ChkSilAlert", "ChkAudioAlert", "ChkIndMobAlert"}) {
+        EXPECT_FALSE(IsTicked(box)) << box;
+    }
+    EXPECT_EQ(TextOf("TxtPath"), QString());
+}
+
+TEST_F(PrayerPageTest, greyStates_afterAPageLoad)
+{
+    for (const bool confirmed : {true, false}) {
+        WriteShuruqAndIsha(kOff, kOn, confirmed);
+        Open(8);
+        ExpectSubOptionsLive(true);
+        EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
+        dialog->SelectTab(4);
+        ExpectSubOptionsLive(false);
+        // Offered although this prayer's alert is off.
+        EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
+        dialog->Unload();
+    }
+}
+
+TEST_F(PrayerPageTest, greyStates_afterAClick)
+{
+    for (const bool confirmed : {true, false}) {
+        WriteShuruqAndIsha(kOff, kOn, confirmed);
+        Open(4);
+        Click("ChkAlertMain");
+        ExpectSubOptionsLive(true);
+        EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
+        Click("ChkAlertMain");
+        ExpectSubOptionsLive(false);
+        EXPECT_FALSE(IsLive("ChkIndMobAlert"));
+        dialog->Unload();
+    }
+}
+
+TEST_F(PrayerPageTest, mobileAlert_needsEnabledAndConfirmed)
+{
+    const struct
+    {
+        const char* enabled;
+        const char* confirm;
+        bool live;
+    } rows[] = {{"true", "1", true},  {"true", "0", false}, {"false", "1", false},  {"True", "1", false},
+                {"true", "2", false}, {"true", "", false},  {"true", "true", false}};
+    for (const auto& row : rows) {
+        WriteChanged(
+            {{kMobileOff, QStringLiteral("mobileEnabled=\"%1\"").arg(QString::fromUtf8(row.enabled))},
+             {kUnconfirmed, QStringLiteral("mobileConfirm=\"%1\"").arg(QString::fromUtf8(row.confirm))}});
+        Open(3);
+        EXPECT_EQ(IsLive("ChkIndMobAlert"), row.live) << row.enabled << ' ' << row.confirm;
+        dialog->Unload();
+    }
+}
+
+TEST_F(PrayerPageTest, sameEnabledOnTheNextPrayer_leavesTheGreyStateAsItWas)
+{
+    // As built, everything is grey, and a prayer whose alert is off raises no Click that would say so.
+    Open(4);
+    ExpectSubOptionsLive(false);
+    dialog->SelectTab(3);
+    ExpectSubOptionsLive(true);
+    Forget();
+    dialog->SelectTab(5);
+    ExpectSubOptionsLive(true);
+    EXPECT_EQ(files.loads, 0);
+    dialog->SelectTab(4);
+    ExpectSubOptionsLive(false);
+}
+
+TEST_F(PrayerPageTest, untickedAlert_keepsItsSubOptions)
+{
+    WriteShuruqAndIsha(kOff, R"(enabled="true" popup="true" mobil="true" play="true" audioFile="a.wav")");
+    Open(8);
+    Click("ChkAlertMain");
+    EXPECT_EQ(Stored(QStringLiteral("enabled"), "isha"), QStringLiteral("false"));
+    for (const char* const attribute : {"popup", "mobil", "play"}) {
+        EXPECT_EQ(Stored(QLatin1String(attribute), "isha"), QStringLiteral("true")) << attribute;
+    }
+    EXPECT_EQ(Stored(QStringLiteral("audioFile"), "isha"), QStringLiteral("a.wav"));
+    Click("ChkAlertMain");
+    EXPECT_TRUE(IsTicked("ChkSilAlert"));
+    EXPECT_TRUE(IsTicked("ChkAudioAlert"));
+    EXPECT_EQ(TextOf("TxtPath"), QStringLiteral("a.wav"));
+}
+
+TEST_F(PrayerPageTest, anotherPrayer_takesNothingFromTheOneBefore)
+{
+    WriteChanged(QString::fromUtf8(kOff), QString::fromUtf8(kOn));
+    Open(3);
+    QTest::keyClicks(&Widget("TxtPath"), QStringLiteral("fajr.wav"));
+    Forget();
+    Click("LblShuruq");
+    EXPECT_EQ(TextOf("TxtPath"), QString());
+    EXPECT_EQ(Saves(), 0U);
+    EXPECT_EQ(Stored(QStringLiteral("audioFile"), "shuruq"), QString());
+    Click("LblFajr");
+    EXPECT_EQ(TextOf("TxtPath"), QStringLiteral("fajr.wav"));
+}
+
+TEST_F(PrayerPageTest, missingElement_readsClearAndTakesNothing)
+{
+    WriteChanged(Element("asr", kOn), QString());
+    Open(6);
+    EXPECT_FALSE(IsTicked("ChkAlertMain"));
+    EXPECT_FALSE(IsTicked("ChkSilAlert"));
+    Click("ChkAlertMain");
+    EXPECT_TRUE(IsOpen());
+    Click("ChkSilAlert");
+    QTest::keyClicks(&Widget("TxtPath"), QStringLiteral("x"));
+    EXPECT_TRUE(IsOpen());
+    EXPECT_FALSE(ReadSettings().contains("<asr"));
+}
+
+TEST_F(PrayerPageTest, controlsSetByCodeOnAnotherPage_writeNothing)
+{
+    Open(3);
+    dialog->SelectTab(1);
+    Forget();
+    Find<CheckBox>("ChkAlertMain").SetValue(0);
+    Find<CheckBox>("ChkAudioAlert").SetValue(1);
+    Box("TxtPath").SetText(QStringLiteral("x"));
+    EXPECT_EQ(Saves(), 0U);
+    // The box greys its sub-options whatever the page.
+    ExpectSubOptionsLive(false);
+    EXPECT_EQ(files.loads, 1);
+}
+
+TEST_F(PrayerPageTest, pathWithMarkupAndOtherScripts_comesBackAsTyped)
+{
+    const QString path = QStringLiteral("C:\\a & b\\<\"\u0641\u062c\u0631\">.mp3");
+    Open(3);
+    Paste("TxtPath", path);
+    EXPECT_EQ(Stored(QStringLiteral("audioFile"), "fajr"), path);
+    dialog->SelectTab(5);
+    dialog->SelectTab(3);
+    EXPECT_EQ(TextOf("TxtPath"), path);
+}
+
+TEST_F(PrayerPageTest, browse_closesTheDialogSilently)
+{
+    Open(3);
+    const QByteArray before = ReadSettings();
+    const LinkLabel& browse = Find<LinkLabel>("LblBrowseLink");
+    Click("LblBrowseLink");
+    ExpectHandedOver();
+    // The window stays in memory until the event loop is free.
+    EXPECT_FALSE(browse.isEnabled());
+    EXPECT_EQ(Saves(), 0U);
+    EXPECT_EQ(ReadSettings(), before);
+    Open(3);
+    EXPECT_TRUE(IsLive("LblBrowseLink"));
+}
+
+TEST_F(PrayerPageTest, browseByKey_closesTheDialogToo)
+{
+    Open(3);
+    QTest::keyClick(&Widget("LblBrowseLink"), Qt::Key_Return);
+    ExpectHandedOver();
+}
+
+TEST_F(PrayerPageTest, greyBrowse_takesNoClick)
+{
+    Open(4);
+    QTest::mouseClick(&Widget("LblBrowseLink"), Qt::LeftButton);
+    EXPECT_TRUE(IsOpen());
+}

@@ -1,0 +1,204 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/Configuration.h"
+
+#include "fakes/FakePlatform.h"
+#include "fakes/SettingsFile.h"
+#include "support/RuntimeError.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Q(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+class ConfigurationTest : public testing::Test
+{
+protected:
+    // The number of the error that ended the load, 0 for none.
+    int Load(const QString& text = SettingsText())
+    {
+        WriteSettings(text);
+        return Reload();
+    }
+    int Reload()
+    {
+        try {
+            LoadConfiguration(held, platform.documents, platform.region);
+        } catch (const RuntimeError& error) {
+            return error.Number();
+        }
+        return 0;
+    }
+
+    FakePlatform platform;
+    Configuration held;
+};
+
+TEST_F(ConfigurationTest, wholeFile_fillsEveryField)
+{
+    ASSERT_EQ(Load(SettingsText().replace(Q("angle2=\"-15\""), Q("angle2=\"-18\""))), 0);
+    EXPECT_EQ(held.DistText, Q("dbeacon"));
+    EXPECT_EQ(held.Dstr, Q("dbeacon"));
+    EXPECT_EQ(held.ProdID, Q("P-77"));
+    EXPECT_EQ(held.PID, Q("P-77"));
+    EXPECT_EQ(held.CurrentKey, Q("Chicago"));
+    EXPECT_EQ(held.AtlasID, Q("US-1"));
+    EXPECT_EQ(held.CityName, Q("Chicago"));
+    EXPECT_EQ(held.StateName, Q("Illinois"));
+    EXPECT_EQ(held.LatitudeText, Q("41.85 N"));
+    EXPECT_EQ(held.LatitudeFinal, 41.85);
+    EXPECT_EQ(held.LongitudeText, Q("87.65 W"));
+    EXPECT_EQ(held.LongitudeFinal, -87.65);
+    EXPECT_EQ(held.ZoneHours, -6);
+    EXPECT_EQ(held.FajrAngle, -15);
+    EXPECT_EQ(held.IshaAngle, -18);
+    EXPECT_EQ(held.CalcMethod, Q("ISNA"));
+    EXPECT_EQ(held.AsrMethod, Q("shafi"));
+    EXPECT_FALSE(held.UseAdvAlert);
+    EXPECT_EQ(held.AdvAlertMinutes, 10);
+    EXPECT_FALSE(held.UseDayLight);
+    EXPECT_EQ(held.HourMode, Q("24"));
+    EXPECT_EQ(held.DefaultAdText, Q("PGI+RHVzayBCZWFjb248L2I+"));
+}
+
+TEST_F(ConfigurationTest, textsThatAreMissing_becomeEmpty)
+{
+    ASSERT_EQ(Load(), 0);
+    ASSERT_EQ(Load(SettingsText()
+                       .remove(Q(" dist=\"dbeacon\""))
+                       .remove(Q(" method=\"ISNA\""))
+                       .remove(Q(" hourmode=\"24\""))
+                       .remove(Q("<DefaultAd Ad=\"PGI+RHVzayBCZWFjb248L2I+\"/>"))),
+              0);
+    EXPECT_EQ(held.DistText + held.Dstr + held.CalcMethod + held.HourMode + held.DefaultAdText, QString());
+}
+
+struct FailureRow
+{
+    const char* name;
+    const char* before;
+    const char* after;
+};
+
+class ConfigurationFailures : public ConfigurationTest, public testing::WithParamInterface<FailureRow>
+{
+};
+
+TEST_P(ConfigurationFailures, valueThatDoesNotConvert_endsTheLoadWith2002)
+{
+    const FailureRow& row = GetParam();
+    ASSERT_TRUE(SettingsText().contains(Q(row.before)));
+    EXPECT_EQ(Load(SettingsText().replace(Q(row.before), Q(row.after))), ErrorNumber::kConfiguration);
+    EXPECT_EQ(ErrorNumber::kConfiguration, 2002);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Configuration, ConfigurationFailures,
+    testing::Values(FailureRow{"emptyCurrent", "Current=\"Chicago\"", "Current=\"\""},
+                    FailureRow{"noCurrent", " Current=\"Chicago\"", ""},
+                    FailureRow{"currentThatNamesNoPlace", "Current=\"Chicago\"", "Current=\"Atlantis\""},
+                    FailureRow{"currentThatIsNoName", "Current=\"Chicago\"", "Current=\"New York\""},
+                    FailureRow{"currentThatIsAPattern", "Current=\"Chicago\"", "Current=\"Chicago[\""},
+                    FailureRow{"latitudeEmpty", "latitude_final=\"41.85\"", "latitude_final=\"\""},
+                    FailureRow{"latitudeWord", "latitude_final=\"41.85\"", "latitude_final=\"north\""},
+                    FailureRow{"longitudeMissing", " longitude_final=\"-87.65\"", ""},
+                    FailureRow{"zoneEmpty", "time_zone2=\"-6\"", "time_zone2=\"\""},
+                    FailureRow{"zoneOutOfRange", "time_zone2=\"-6\"", "time_zone2=\"40000\""},
+                    FailureRow{"angle1Empty", "angle1=\"-15\"", "angle1=\"\""},
+                    FailureRow{"angle2Word", "angle2=\"-15\"", "angle2=\"steep\""},
+                    FailureRow{"useAdvWarnMaybe", "useAdvWarn=\"false\"", "useAdvWarn=\"maybe\""},
+                    FailureRow{"useAdvWarnEmpty", "useAdvWarn=\"false\"", "useAdvWarn=\"\""},
+                    FailureRow{"advWarnEmpty", "advWarn=\"10\"", "advWarn=\"\""},
+                    FailureRow{"useDLSMissing", " useDLS=\"false\"", ""}),
+    [](const testing::TestParamInfo<FailureRow>& row) { return std::string(row.param.name); });
+
+TEST_F(ConfigurationTest, fileThatIsNotThere_is2002_andChangesNothing)
+{
+    ASSERT_EQ(Load(), 0);
+    QFile::remove(kSettingsFile);
+    EXPECT_EQ(Reload(), 2002);
+    EXPECT_EQ(held.CityName, Q("Chicago"));
+}
+
+TEST_F(ConfigurationTest, failure_keepsWhatWasReadBefore_andTheRestStaysOld)
+{
+    ASSERT_EQ(Load(), 0);
+    EXPECT_EQ(Load(SettingsText()
+                       .replace(Q("pid=\"P-77\""), Q("pid=\"P-78\""))
+                       .replace(Q("dist=\"dbeacon\""), Q("dist=\"other\""))
+                       .replace(Q("city=\"Chicago\""), Q("city=\"Cicero\""))
+                       .replace(Q("longitude_final=\"-87.65\""), Q("longitude_final=\"-87.75\""))
+                       .replace(Q("latitude=\"41.85 N\""), Q("latitude=\"41.84 N\""))
+                       .replace(Q("latitude_final=\"41.85\""), Q("latitude_final=\"x\""))
+                       .replace(Q("time_zone2=\"-6\""), Q("time_zone2=\"-5\""))
+                       .replace(Q("angle1=\"-15\""), Q("angle1=\"-18\""))),
+              2002);
+    EXPECT_EQ(held.PID, Q("P-78"));
+    EXPECT_EQ(held.CityName, Q("Cicero"));
+    EXPECT_EQ(held.LongitudeFinal, -87.75);
+    EXPECT_EQ(held.LatitudeText, Q("41.84 N"));
+    EXPECT_EQ(held.LatitudeFinal, 41.85) << "from here on nothing has been read";
+    EXPECT_EQ(held.ZoneHours, -6);
+    EXPECT_EQ(held.Dstr, Q("dbeacon"));
+    EXPECT_EQ(held.FajrAngle, -15);
+}
+
+TEST_F(ConfigurationTest, failureInTheAlerts_comesBehindPlaceAndDistribution)
+{
+    ASSERT_EQ(Load(), 0);
+    EXPECT_EQ(Load(SettingsText()
+                       .replace(Q("dist=\"dbeacon\""), Q("dist=\"other\""))
+                       .replace(Q("method=\"ISNA\""), Q("method=\"User Defined\""))
+                       .replace(Q("useAdvWarn=\"false\""), Q("useAdvWarn=\"maybe\""))
+                       .replace(Q("hourmode=\"24\""), Q("hourmode=\"12\""))),
+              2002);
+    EXPECT_EQ(held.Dstr, Q("other"));
+    EXPECT_EQ(held.CalcMethod, Q("User Defined"));
+    EXPECT_EQ(held.HourMode, Q("24"));
+}
+
+TEST_F(ConfigurationTest, fractions_roundToTheEvenNeighbour)
+{
+    ASSERT_EQ(Load(SettingsText()
+                       .replace(Q("angle1=\"-15\""), Q("angle1=\"-17.5\""))
+                       .replace(Q("angle2=\"-15\""), Q("angle2=\"-19.5\""))
+                       .replace(Q("time_zone2=\"-6\""), Q("time_zone2=\"5.5\""))),
+              0);
+    EXPECT_EQ(held.FajrAngle, -18);
+    EXPECT_EQ(held.IshaAngle, -20);
+    EXPECT_EQ(held.ZoneHours, 6);
+}
+
+TEST_F(ConfigurationTest, booleans_anyCaseAndNumbers)
+{
+    ASSERT_EQ(Load(SettingsText()
+                       .replace(Q("useAdvWarn=\"false\""), Q("useAdvWarn=\"TRUE\""))
+                       .replace(Q("useDLS=\"false\""), Q("useDLS=\"1\""))),
+              0);
+    EXPECT_TRUE(held.UseAdvAlert);
+    EXPECT_TRUE(held.UseDayLight);
+}
+
+TEST_F(ConfigurationTest, commaAndArabicSystems_readPointedNumbers)
+{
+    for (const QLocale& locale :
+         {QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::Arabic, QLocale::Egypt)}) {
+        platform.region.locale = locale;
+        held = Configuration{};
+        ASSERT_EQ(Load(SettingsText()
+                           .replace(Q("latitude_final=\"41.85\""), Q("latitude_final=\"41.12\""))
+                           .replace(Q("angle1=\"-15\""), Q("angle1=\"-17.5\""))),
+                  0)
+            << locale.name().toStdString();
+        EXPECT_EQ(held.LatitudeFinal, 41.12);
+        EXPECT_EQ(held.LongitudeFinal, -87.65);
+        EXPECT_EQ(held.ZoneHours, -6);
+        EXPECT_EQ(held.FajrAngle, -18);
+    }
+}
+
+} // namespace
