@@ -24,13 +24,11 @@ constexpr double kLeastNoonDegrees = 0.2;
 // The angle whose portion of the night is the whole night.
 constexpr double kDegreesOfNight = 60.0;
 
-// Hour angle in days at which a sun of the given sine of declination has the given sine of altitude; 0 to
-// 0.5.
-double HourAngle(double sineOfAltitude, double sineOfDeclination, const Latitude& latitude)
+// Hour angle in days, 0 to 0.5, at which a sun of the given declination has the given sine of altitude.
+double HourAngle(double sineOfAltitude, const SineCosine& declination, const Latitude& latitude)
 {
-    const double cosineOfDeclination = std::sqrt(1.0 - sineOfDeclination * sineOfDeclination);
-    const double cosine = (sineOfAltitude - latitude.Sine() * sineOfDeclination) /
-                          std::max(latitude.Cosine() * cosineOfDeclination, 1e-9);
+    const double cosine = (sineOfAltitude - latitude.Sine() * declination.sine) /
+                          std::max(latitude.Cosine() * declination.cosine, 1e-9);
     return std::acos(std::clamp(cosine, -1.0, 1.0)) / kTurn;
 }
 
@@ -107,7 +105,8 @@ PrayerDay::SolarDay& PrayerDay::DayOf(int index)
     std::optional<SolarDay>& day = m_days[static_cast<std::size_t>(index - kFirstIndex)];
     if (!day) {
         const double transit = m_track.Transit(index);
-        day = SolarDay{transit, !HasSunriseAndSunset(transit), std::nullopt, std::nullopt};
+        day = SolarDay{transit, m_track.Declination(transit), false, std::nullopt, std::nullopt};
+        day->isOfLatitude45 = !HasSunriseAndSunset(*day);
     }
     return *day;
 }
@@ -117,11 +116,16 @@ const Latitude& PrayerDay::LatitudeOf(const SolarDay& day) const
     return day.isOfLatitude45 ? m_latitude45 : m_latitude;
 }
 
-bool PrayerDay::HasSunriseAndSunset(double transit) const
+bool PrayerDay::HasSunriseAndSunset(const SolarDay& day) const
 {
-    return m_track.UpperSine(transit, m_latitude) > m_horizonSine &&
-           m_track.LowerSine(transit - kHalfDay, m_latitude) < m_horizonSine &&
-           m_track.LowerSine(transit + kHalfDay, m_latitude) < m_horizonSine;
+    return SunTrack::UpperSine(day.declination, m_latitude) > m_horizonSine &&
+           LowestSine(day.transit - kHalfDay, m_latitude) < m_horizonSine &&
+           LowestSine(day.transit + kHalfDay, m_latitude) < m_horizonSine;
+}
+
+double PrayerDay::LowestSine(double midnight, const Latitude& latitude) const
+{
+    return SunTrack::LowerSine(m_track.Declination(midnight), latitude);
 }
 
 double PrayerDay::Sunrise(int index)
@@ -129,7 +133,7 @@ double PrayerDay::Sunrise(int index)
     SolarDay& day = DayOf(index);
     if (!day.sunrise) {
         const Latitude& latitude = LatitudeOf(day);
-        const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(day.transit), latitude);
+        const double hourAngle = HourAngle(m_horizonSine, day.declination, latitude);
         day.sunrise = TimeOf({day.transit - kHalfDay, day.transit, m_horizonSine, day.transit - hourAngle},
                              m_track, latitude);
     }
@@ -140,15 +144,16 @@ double PrayerDay::Sunset(int index)
 {
     SolarDay& day = DayOf(index);
     if (!day.sunset) {
-        day.sunset = SunsetAfter(day.transit, LatitudeOf(day));
+        day.sunset = SunsetOf(day, LatitudeOf(day));
     }
     return *day.sunset;
 }
 
-double PrayerDay::SunsetAfter(double transit, const Latitude& latitude) const
+double PrayerDay::SunsetOf(const SolarDay& day, const Latitude& latitude) const
 {
-    const double hourAngle = HourAngle(m_horizonSine, m_track.SineOfDeclination(transit), latitude);
-    return TimeOf({transit + kHalfDay, transit, m_horizonSine, transit + hourAngle}, m_track, latitude);
+    const double hourAngle = HourAngle(m_horizonSine, day.declination, latitude);
+    return TimeOf({day.transit + kHalfDay, day.transit, m_horizonSine, day.transit + hourAngle}, m_track,
+                  latitude);
 }
 
 // The angle-based rule for nights without true darkness: the event keeps to a portion of the night next to
@@ -167,10 +172,10 @@ double PrayerDay::Fajr(int index)
 
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_fajr.sine);
-    if (m_track.LowerSine(midnight, latitude) >= sine) {
+    if (LowestSine(midnight, latitude) >= sine) {
         return bound;
     }
-    const double guess = day.transit - HourAngle(sine, m_track.SineOfDeclination(day.transit), latitude);
+    const double guess = day.transit - HourAngle(sine, day.declination, latitude);
     return std::max(bound, TimeOf({midnight, sunrise, sine, guess}, m_track, latitude));
 }
 
@@ -185,10 +190,10 @@ double PrayerDay::Isha(int index)
 
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_isha.sine);
-    if (m_track.LowerSine(midnight, latitude) >= sine) {
+    if (LowestSine(midnight, latitude) >= sine) {
         return bound;
     }
-    const double guess = day.transit + HourAngle(sine, m_track.SineOfDeclination(day.transit), latitude);
+    const double guess = day.transit + HourAngle(sine, day.declination, latitude);
     return std::min(bound, TimeOf({midnight, sunset, sine, guess}, m_track, latitude));
 }
 
@@ -198,23 +203,28 @@ double PrayerDay::Asr(int index, double lengths)
     const SolarDay& day = DayOf(index);
     const Latitude& latitude = LatitudeOf(day);
     const double sunset = Sunset(index);
-    if (m_track.TopocentricSine(m_track.UpperSine(day.transit, latitude)) > kLeastNoonSine) {
-        return AsrAfter(day.transit, sunset, lengths, latitude);
+    if (NoonSine(day, latitude) > kLeastNoonSine) {
+        return AsrOf(day, sunset, lengths, latitude);
     }
-    // The noon sun shows itself but casts no shadow to measure. The afternoon of latitude 45 ends long
-    // after this one, so its Asr is taken at the same part of the afternoon, which keeps it before Maghrib.
-    const double sunset45 = SunsetAfter(day.transit, m_latitude45);
-    const double asr45 = AsrAfter(day.transit, sunset45, lengths, m_latitude45);
+    // The noon sun shows itself but casts no shadow to measure. The afternoon of latitude 45 ends long after
+    // this one, so its Asr is taken at the same part of the afternoon, which keeps it before Maghrib.
+    const double sunset45 = SunsetOf(day, m_latitude45);
+    const double asr45 = AsrOf(day, sunset45, lengths, m_latitude45);
     return day.transit + (asr45 - day.transit) / (sunset45 - day.transit) * (sunset - day.transit);
 }
 
-double PrayerDay::AsrAfter(double transit, double sunset, double lengths, const Latitude& latitude) const
+double PrayerDay::NoonSine(const SolarDay& day, const Latitude& latitude) const
 {
-    const double noon = m_track.TopocentricSine(m_track.UpperSine(transit, latitude));
+    return m_track.TopocentricSine(SunTrack::UpperSine(day.declination, latitude));
+}
+
+double PrayerDay::AsrOf(const SolarDay& day, double sunset, double lengths, const Latitude& latitude) const
+{
+    const double noon = NoonSine(day, latitude);
     const double shadow = std::sqrt(1.0 - noon * noon) / noon + lengths;
     const double sine = m_track.GeocentricSine(1.0 / std::sqrt(1.0 + shadow * shadow));
-    const double guess = transit + HourAngle(sine, m_track.SineOfDeclination(transit), latitude);
-    return TimeOf({sunset, transit, sine, guess}, m_track, latitude);
+    const double guess = day.transit + HourAngle(sine, day.declination, latitude);
+    return TimeOf({sunset, day.transit, sine, guess}, m_track, latitude);
 }
 
 } // namespace calculation

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "calculation/Angle.h"
 #include "calculation/Place.h"
 #include "calculation/SunTrack.h"
 
@@ -36,6 +37,7 @@ private:
     struct SolarDay
     {
         double transit = 0.0;
+        SineCosine declination; // at the transit
         bool isOfLatitude45 = false;
         std::optional<double> sunrise;
         std::optional<double> sunset;
@@ -51,15 +53,18 @@ private:
 
     [[nodiscard]] static Twilight TwilightOf(double degrees);
     SolarDay& DayOf(int index);
-    [[nodiscard]] bool HasSunriseAndSunset(double transit) const;
+    [[nodiscard]] bool HasSunriseAndSunset(const SolarDay& day) const;
+    // Of the sun at the lower meridian passage.
+    [[nodiscard]] double LowestSine(double midnight, const Latitude& latitude) const;
     [[nodiscard]] double Sunrise(int index);
     [[nodiscard]] double Sunset(int index);
-    [[nodiscard]] double SunsetAfter(double transit, const Latitude& latitude) const;
+    [[nodiscard]] double SunsetOf(const SolarDay& day, const Latitude& latitude) const;
     [[nodiscard]] double Fajr(int index);
     [[nodiscard]] double Isha(int index);
     [[nodiscard]] double Asr(int index, double lengths);
-    [[nodiscard]] double AsrAfter(double transit, double sunset, double lengths,
-                                  const Latitude& latitude) const;
+    [[nodiscard]] double NoonSine(const SolarDay& day, const Latitude& latitude) const;
+    [[nodiscard]] double AsrOf(const SolarDay& day, double sunset, double lengths,
+                               const Latitude& latitude) const;
     [[nodiscard]] const Latitude& LatitudeOf(const SolarDay& day) const;
 
     SunTrack m_track;

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/SunTrack.h"
 
-#include "calculation/Angle.h"
 #include "calculation/DeltaT.h"
 #include "calculation/SiderealTime.h"
 #include "calculation/Sun.h"
@@ -93,16 +92,10 @@ SunTrack::Sample SunTrack::Altitude(double time, const Latitude& latitude) const
     return sample;
 }
 
-double SunTrack::UpperSine(double transit, const Latitude& latitude) const
+SineCosine SunTrack::Declination(double time) const
 {
-    const double sine = m_z.At(transit);
-    return latitude.Sine() * sine + latitude.Cosine() * std::sqrt(1.0 - sine * sine);
-}
-
-double SunTrack::LowerSine(double transit, const Latitude& latitude) const
-{
-    const double sine = m_z.At(transit);
-    return latitude.Sine() * sine - latitude.Cosine() * std::sqrt(1.0 - sine * sine);
+    const double sine = m_z.At(time);
+    return {sine, std::sqrt(1.0 - sine * sine)};
 }
 
 } // namespace calculation
