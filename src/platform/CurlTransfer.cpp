@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int kMostRedirects = 10;
-constexpr qint64 kLongestHead = 256 * 1024;
+constexpr qint64 kLongestHead = 256LL * 1024;
 constexpr int kLongestPollMilliseconds = 1000;
 
 using EasyHandle = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
@@ -44,7 +44,7 @@ QByteArray UrlPart(const QByteArray& url, CURLUPart part, const QByteArray& redi
         curl_url_get(handle.get(), part, &text, 0) != CURLUE_OK) {
         return {};
     }
-    const QByteArray result(text);
+    QByteArray result(text);
     curl_free(text);
     return result;
 }
@@ -253,10 +253,11 @@ std::size_t CurlTransfer::OnBody(char* bytes, std::size_t size, std::size_t coun
 {
     auto& transfer = *static_cast<CurlTransfer*>(self);
     transfer.m_silence.setRemainingTime(transfer.m_limits.silenceMilliseconds);
-    const auto length = static_cast<qsizetype>(size * count);
+    const std::size_t taken = size * count;
+    const auto length = static_cast<qsizetype>(taken);
     if (transfer.m_body.size() + length > transfer.m_limits.bytes) {
         return 0;
     }
     transfer.m_body.append(bytes, length);
-    return size * count;
+    return taken;
 }

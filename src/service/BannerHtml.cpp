@@ -12,9 +12,9 @@ namespace {
 
 // Laying out is linear in the text and doubles with each table around it. The limits are measured: what just
 // passes them takes less than 50 ms on a slow machine.
-constexpr qsizetype kLongestHtml = 16 * 1024;
-constexpr qsizetype kLargestCost = 24 * 1024;
-constexpr qsizetype kLongestSource = 64 * 1024;
+constexpr qsizetype kLongestHtml = 16LL * 1024;
+constexpr qsizetype kLargestCost = 24LL * 1024;
+constexpr qsizetype kLongestSource = 64LL * 1024;
 constexpr qsizetype kDeepestTables = 6;
 constexpr qsizetype kDeepestNesting = 60;
 constexpr qsizetype kMostImages = 16;
