@@ -13,7 +13,7 @@ namespace {
 TEST(CurlHttp, reach_anyAnswer_isReached)
 {
     for (const QByteArray status : {"200 OK", "302 Found", "404 Not Found", "503 Busy"}) {
-        const LoopbackServer server([status](Connection& connection) {
+        const LoopbackServer server([status](LoopbackServer::Connection& connection) {
             connection.Send("HTTP/1.1 " + status + "\r\nLocation: http://127.0.0.1:1/\r\n");
             connection.Wait(-1);
         });
