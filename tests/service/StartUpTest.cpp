@@ -5,6 +5,7 @@
 #include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/PlainWindow.h"
 #include "fakes/LoopbackServer.h"
 #include "fakes/RebasedHttp.h"
 #include "fakes/SettingsFile.h"
@@ -35,6 +36,8 @@ public:
         forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
         forms.Register(FrmMain::kName,
                        [this] { return std::make_unique<FrmMain>(forms, m_documents, calculation); });
+        // Stands in for the list of places, which a first start opens.
+        PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
     }
     FrmMain& Start() { return forms.Touch<FrmMain>(); }
 
