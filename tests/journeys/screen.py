@@ -33,6 +33,9 @@ def wait_for(what, condition):
     """Waits until the condition gives something, and answers that."""
     deadline = time.monotonic() + PATIENCE
     while time.monotonic() < deadline:
+        # What the accessibility bus has told meanwhile: without it the tree stays as it was first read.
+        while GLib.MainContext.default().iteration(False):
+            pass
         found = condition()
         if found:
             return found
@@ -49,6 +52,8 @@ class Display:
         os.close(write)
         with os.fdopen(read) as pipe:
             os.environ["DISPLAY"] = ":" + pipe.readline().strip()
+        # An application that has gone must not hold up the search for the one that has come.
+        Atspi.set_timeout(500, 500)
         # The registry has to be there before the program looks for it.
         Atspi.get_desktop(0)
         return self
@@ -99,10 +104,12 @@ class Program:
         if self.process.poll() is not None:
             raise AssertionError(f"the program has ended with {self.process.returncode}")
         desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
         for i in range(desktop.get_child_count()):
-            child = desktop.get_child_at_index(i)
             try:
+                child = desktop.get_child_at_index(i)
                 if child is not None and child.get_process_id() == self.process.pid:
+                    child.clear_cache()
                     return child
             except GLib.Error:  # An application that is just coming or going.
                 continue

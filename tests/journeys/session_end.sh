@@ -16,7 +16,7 @@ end_by() {
     [ $((SECONDS - began)) -le 8 ] || fail "$1 took too long"
     [ "$before" = "$(sha256sum "$folder/program/settings.xml"; stat -c %Y "$folder/program/settings.xml")" ] ||
         fail "$1: settings.xml was written"
-    [ "$(cd "$folder/program" && ls)" = $'DuskBeacon\nDuskBeacon.DBN\nsettings.xml' ] || fail "$1 left files"
+    [ "$(cd "$folder/program" && ls)" = $'DuskBeacon\nDuskBeacon.DBN\nsettings.xml\ntemp.html' ] || fail "$1 left files"
 }
 
 for signal in TERM INT HUP; do
