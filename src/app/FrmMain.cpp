@@ -133,7 +133,8 @@ void FrmMain::AskService()
 
 void FrmMain::OpenLocationListNow()
 {
-    m_controls.LblLocLink->Click();
+    // The routine, not the label: an alert that has come meanwhile disables the window and its links.
+    m_links.ClickLblLocLink();
 }
 
 void FrmMain::FailLoad(const QString& description, int number)

@@ -52,8 +52,7 @@ MainControls::MainControls(QWidget& window)
 
 void MainControls::BuildSettingsBlock(QWidget& window)
 {
-    Picture2 = Text(window, "Picture2", QString(), TwipsRect(120, 0, 1935, 1335));
-    Picture2->resize(Pixels(1935), Pixels(1455));
+    Picture2 = Text(window, "Picture2", QString(), TwipsRect(120, 0, 1935, 1455));
     Picture2->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     Picture2->setPixmap(ShippedPicture(QStringLiteral("Picture2"), window.devicePixelRatioF()));
     Picture2->setAccessibleName(QStringLiteral("Dusk Beacon home page"));

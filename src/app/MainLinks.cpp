@@ -14,7 +14,6 @@
 #include "platform/Platform.h"
 #include "service/ServiceRequests.h"
 #include "settings_dialog/FrmAlerts.h"
-#include "support/RuntimeError.h"
 
 #include <QGroupBox>
 #include <QLabel>
@@ -136,7 +135,7 @@ bool MainLinks::ClickLblAlertsLink()
         trace(5);
         link.Enable();
         return isOpen;
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         EndWithFatalBox(m_window.Outside(), 4);
         return false;
     }
@@ -160,7 +159,7 @@ void MainLinks::ClickLblLocLink()
         m_dialogs.ShowLocation();
         m_main.ActiveForm = FrmLocation::kName;
         link.Enable();
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         EndWithFatalBox(m_window.Outside(), 3);
     }
 }

@@ -151,7 +151,7 @@ void PTimer::OnTimer()
 {
     try {
         RunTick();
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         Timer1->SetEnabled(false);
         m_platform.boxes.Show(QStringLiteral("There has been an error. Please restart Dusk Beacon"));
     }
@@ -175,7 +175,7 @@ void PTimer::RunTick()
     RaiseFirstMatch(minute, events.Alarm);
     if (UseAdvWarn == kTrue) {
         // Today's slots only: there is no warning across midnight.
-        RaiseFirstMatch(AddInteger16(minute, AdvWarnInMin), events.AdvAlarm);
+        RaiseFirstMatch(minute + AdvWarnInMin, events.AdvAlarm);
     }
 }
 

@@ -70,7 +70,10 @@ void Form::PaintNow()
 
 void Form::Unload()
 {
-    m_forms.Unload(Name());
+    // Once gone, the name may stand for another window of the kind.
+    if (m_loaded) {
+        m_forms.Unload(Name());
+    }
 }
 
 void Form::SetFocus()

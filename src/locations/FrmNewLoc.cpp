@@ -124,6 +124,9 @@ void FrmNewLoc::SayAndUnload(const QString& message)
 
 std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url) const
 {
+    // Each child is looked up by its name among all of them: a list much longer than any country's cities
+    // would hold up the clock, and counts as a reply that did not come.
+    constexpr int kMostChildren = 6000;
     SimpleXML reply(m_documents);
     if (!reply.Load(url)) {
         return nullptr;
@@ -131,6 +134,8 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url) const
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
         root = std::make_unique<SimpleXML>(m_documents);
+    } else if (root->xmldoc->DocumentElement().ChildCount() > kMostChildren) {
+        return nullptr;
     }
     root->SetCurrentPath(kRoot);
     return root;

@@ -60,8 +60,9 @@ bool DomDocument::Save(const QString& path) const
     std::ostringstream stream;
     m_document->save(stream, "  ", pugi::format_indent, pugi::encoding_utf8);
     const QByteArray bytes = QByteArray::fromStdString(stream.str());
-    // A control character in a value would make a file that can never be loaded again.
-    return IsWellFormedXml(bytes, kDeepestNesting) && m_files.Replace(path, bytes);
+    // A control character in a value, or too much of it, would make a file that can never be loaded again.
+    return bytes.size() <= kLargestDocument && IsWellFormedXml(bytes, kDeepestNesting) &&
+           m_files.Replace(path, bytes);
 }
 
 DomNode DomDocument::DocumentElement() const

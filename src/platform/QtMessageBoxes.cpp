@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QWindow>
 
 namespace {
 
@@ -11,7 +12,14 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
 {
     // A text that a service sends may be of any length; what no screen can hold is left out.
     constexpr int kLongestText = 1024;
-    QMessageBox box(QApplication::activeWindow());
+    // In front of the window in front, but not its child: that window may go by itself while the box waits,
+    // as a popup does, and would take its children with it.
+    QMessageBox box;
+    if (const QWidget* const active = QApplication::activeWindow();
+        active != nullptr && active->windowHandle() != nullptr) {
+        box.winId();
+        box.windowHandle()->setTransientParent(active->windowHandle());
+    }
     box.setTextFormat(Qt::PlainText);
     box.setWindowTitle(title);
     box.setText(text.left(kLongestText));

@@ -75,6 +75,8 @@ void WebAd::Navigate(const FileStore& files, const QString& path)
     m_images = std::make_unique<BannerImages>(m_http, banner->images);
     m_images->SetRunning(isVisible());
     connect(m_images.get(), &BannerImages::Changed, this, &WebAd::TakePicture);
+    // A new text alone would keep the pictures of the page before under the same names.
+    document()->clear();
     setHtml(banner->html);
 }
 

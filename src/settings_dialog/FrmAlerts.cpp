@@ -42,8 +42,8 @@ void FrmAlerts::OnLoad()
 
 void FrmAlerts::OnUnload()
 {
-    // A step that fails skips those behind it, and nobody is told: a main window that can't take the focus
-    // leaves ActiveForm as it is.
+    // A step that fails skips those behind it, and nobody is told; ActiveForm then stays as it is. A main
+    // window that is hidden is no such failure.
     m_context.Armed([this] {
         MainForm& main = Siblings().Main();
         main.Enable(true);
