@@ -14,7 +14,11 @@ function(duskbeacon_test name)
   target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} test_main)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   # Locale, zone, display and home are pinned here so that a test means the same on every machine.
-  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}"
-      ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;LANG=C.UTF-8;HOME=${PROJECT_BINARY_DIR}/tests/home;XDG_CONFIG_HOME=;XDG_DATA_HOME=;XDG_STATE_HOME=;DBUS_SESSION_BUS_ADDRESS=disabled:;NO_AT_BRIDGE=1")
+  set(properties TIMEOUT ${ARG_TIMEOUT}
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=UTC;LC_ALL=C.UTF-8;LANG=C.UTF-8;HOME=${PROJECT_BINARY_DIR}/tests/home;XDG_CONFIG_HOME=;XDG_DATA_HOME=;XDG_STATE_HOME=;DBUS_SESSION_BUS_ADDRESS=disabled:;NO_AT_BRIDGE=1")
+  # An empty value would swallow the property behind it.
+  if(ARG_LABELS)
+    list(APPEND properties LABELS ${ARG_LABELS})
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES ${properties})
 endfunction()

@@ -31,7 +31,7 @@ double Luminance(QRgb colour)
 
 double Contrast(QRgb one, QRgb other)
 {
-    const auto [dark, bright] = std::minmax(Luminance(one), Luminance(other));
+    const auto [dark, bright] = std::minmax({Luminance(one), Luminance(other)});
     return (bright + 0.05) / (dark + 0.05);
 }
 
