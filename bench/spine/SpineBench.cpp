@@ -23,7 +23,8 @@ struct Ground
         if (!QFile::copy(QStringLiteral(DUSKBEACON_SHIPPED_SETTINGS), QStringLiteral("settings.xml"))) {
             qFatal("no settings");
         }
-        QFile::setPermissions(QStringLiteral("settings.xml"), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+        QFile::setPermissions(QStringLiteral("settings.xml"),
+                              QFileDevice::ReadOwner | QFileDevice::WriteOwner);
         forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
         forms.Register(FrmMain::kName,
                        [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });

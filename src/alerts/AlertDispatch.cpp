@@ -31,11 +31,11 @@ QString PathOf(QLatin1String element)
 
 struct AlertDispatch::Slot
 {
-    std::int16_t prayerId;
+    std::int16_t prayerId = 0;
+    int pno = 0;
     QLatin1String element;
     /// The asrMethode under which the slot counts; empty for a slot that always does.
     QLatin1String asrMethode;
-    int pno;
     QLatin1String name;
 };
 
@@ -43,13 +43,13 @@ const AlertDispatch::Slot* AlertDispatch::Find(std::int16_t PrayerID)
 {
     // Slots 3, 4 and 8 are computed and announced by nobody.
     static constexpr Slot kSlots[] = {
-        {1, QLatin1String("fajr"), QLatin1String(""), 1, QLatin1String("Fajr")},
-        {2, QLatin1String("shuruq"), QLatin1String(""), 2, QLatin1String("Shuruq")},
-        {5, QLatin1String("duhr"), QLatin1String(""), 3, QLatin1String("Duhr")},
-        {6, QLatin1String("asr"), QLatin1String("shafi"), 4, QLatin1String("Asr (Shafi)")},
-        {7, QLatin1String("asr"), QLatin1String("hanafi"), 4, QLatin1String("Asr (Hanafi)")},
-        {9, QLatin1String("maghrib"), QLatin1String(""), 5, QLatin1String("Maghrib")},
-        {10, QLatin1String("isha"), QLatin1String(""), 6, QLatin1String("Isha")},
+        {1, 1, QLatin1String("fajr"), QLatin1String(""), QLatin1String("Fajr")},
+        {2, 2, QLatin1String("shuruq"), QLatin1String(""), QLatin1String("Shuruq")},
+        {5, 3, QLatin1String("duhr"), QLatin1String(""), QLatin1String("Duhr")},
+        {6, 4, QLatin1String("asr"), QLatin1String("shafi"), QLatin1String("Asr (Shafi)")},
+        {7, 4, QLatin1String("asr"), QLatin1String("hanafi"), QLatin1String("Asr (Hanafi)")},
+        {9, 5, QLatin1String("maghrib"), QLatin1String(""), QLatin1String("Maghrib")},
+        {10, 6, QLatin1String("isha"), QLatin1String(""), QLatin1String("Isha")},
     };
     const auto* const found = std::find_if(std::begin(kSlots), std::end(kSlots),
                                            [&](const Slot& slot) { return slot.prayerId == PrayerID; });

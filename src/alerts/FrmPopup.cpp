@@ -117,6 +117,9 @@ void FrmPopup::MoveToCentre()
     if (screen == nullptr) {
         screen = main != nullptr ? main->screen() : QGuiApplication::primaryScreen();
     }
+    if (screen == nullptr) {
+        return;
+    }
     QRect place(QPoint(), size());
     place.moveCenter(screen->availableGeometry().center());
     move(place.topLeft());

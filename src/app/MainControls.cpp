@@ -100,7 +100,7 @@ void MainControls::BuildLeftColumn(QWidget& window)
     LblGetMoreLink = Link(*FrmOptions, "LblGetMoreLink", QStringLiteral("More Sound Files"),
                           TwipsRect(120, 990, 1695, 240));
 
-    LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 240));
+    LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 255));
     VolControl = Place(new LevelBar(0, 100, &window), "VolControl", TwipsRect(120, 3480, 1815, 255));
     VolControl->setAttribute(Qt::WA_NoMousePropagation);
     VolControl->setAccessibleName(QStringLiteral("Volume"));

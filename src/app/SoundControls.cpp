@@ -19,7 +19,6 @@ SoundControls::SoundControls(Form& form, MediaPlayer& player, MainControls& cont
             m_player.Stop();
         });
     });
-    m_controls.LblStopLink->OnMouseMove([&form] { form.SetHandPointer(); });
     m_controls.VolControl->OnChange(
         [this, &form] { form.Handle([this] { m_player.SetVolume(m_controls.VolControl->Value()); }); });
     m_player.SetPlayStateHandler(

@@ -99,7 +99,10 @@ void LinkLabel::mouseReleaseEvent(QMouseEvent* event)
 void LinkLabel::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space) {
-        Click();
+        // A key held down would open page after page.
+        if (!event->isAutoRepeat()) {
+            Click();
+        }
         return;
     }
     QLabel::keyPressEvent(event);

@@ -9,6 +9,7 @@
 #include <gst/gst.h>
 
 #include <chrono>
+#include <system_error>
 #include <thread>
 
 namespace {
@@ -99,13 +100,20 @@ Playback::~Playback() = default;
 void Playback::Start(const QString& path, int volume, std::shared_ptr<Playback> before)
 {
     m_volume = volume;
-    std::thread([self = shared_from_this(), path, before = std::move(before)]() mutable {
-        if (before) {
-            before->WaitForEnd();
-            before.reset();
-        }
-        self->Run(path);
-    }).detach();
+    try {
+        std::thread([self = shared_from_this(), path, before = std::move(before)]() mutable {
+            if (before) {
+                before->WaitForEnd();
+                before.reset();
+            }
+            self->Run(path);
+        }).detach();
+    } catch (const std::system_error&) {
+        // No thread is to be had, so there is no sound, as with a file that can't be played.
+        const std::lock_guard lock(m_mutex);
+        m_isDone = true;
+        m_done.notify_all();
+    }
 }
 
 void Playback::Run(const QString& path)
