@@ -98,6 +98,35 @@ TEST_F(SoundControlsTest, updateEverything_withoutAConfiguration_leavesTheBar)
     EXPECT_EQ(Volume()->Value(), 37);
 }
 
+TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsShown)
+{
+    const auto block = [this] {
+        QStringList texts;
+        for (const char* label :
+             {"LblLocation", "LblTimeZ", "LblCaclMeth", "LblAsrMeth", "LblDLSavings", "LblAdvWarning"}) {
+            texts << Find<QLabel>(label)->text();
+        }
+        return texts;
+    };
+    const QStringList before = block();
+    WriteSettings(
+        SettingsText()
+            .replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""))
+            .replace(QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"Makkah\""))
+            .replace(QStringLiteral("\"shafi\""), QStringLiteral("\"hanafi\""))
+            .replace(QStringLiteral("useDLS=\"false\""), QStringLiteral("useDLS=\"true\""))
+            .replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")));
+    platform.player.volume = 101;
+    EXPECT_EQ(main->UpdateEverything(), 0);
+    EXPECT_EQ(platform.boxes.boxes,
+              std::vector{(FakeMessageBoxes::Box{
+                  QStringLiteral("An error has occured, The application will be terminated."),
+                  QStringLiteral("Error - 6"), QStringLiteral("OK")})});
+    EXPECT_EQ(platform.process.ended, 1);
+    EXPECT_EQ(block(), before) << "the volume comes before the labels";
+    EXPECT_EQ(Volume()->Value(), 37);
+}
+
 TEST_F(SoundControlsTest, volumeStep_setsThePlayerAtOnce)
 {
     Volume()->setFocus();

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "MainWindowTest.h"
 #include "app/Application.h"
+#include "fakes/LockableFiles.h"
 #include "support/RuntimeError.h"
 
 #include <sys/stat.h>
@@ -164,7 +165,7 @@ TEST_F(StartUpTest, settingsThatCannotBeRead_saysError5_andEnds)
     ExpectFatalEnd();
 }
 
-TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_afterDebugDetailOnlyForDevelopers)
+TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
 {
     // A tray that fails stands for any step that throws.
     class BrokenTray final : public TrayIcon
@@ -189,6 +190,26 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_afterDebugDetailOnlyForD
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(5)});
     EXPECT_EQ(platform.process.ended, 1);
     EXPECT_EQ(windows.Loaded(QStringLiteral("DlgStart")), nullptr);
+}
+
+TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
+{
+    WriteSettings(Changed("FirstRun=\"false\"", "FirstRun=\"true\""));
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = "<root prod_string='P-1'/>";
+    platform.http.whileWaiting = [this] {
+        forms.Main().DebugMode = true;
+        forms.Main().ActiveForm = QStringLiteral("FrmPopup");
+    };
+    LockableFiles files;
+    files.isLocked = true;
+    const DomDocuments documents(files, platform.http);
+    forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
+    Window();
+    EXPECT_EQ(platform.boxes.boxes, (std::vector<FakeMessageBoxes::Box>{
+                                        {QStringLiteral("settings.xml can't be written 5 on FrmPopup"),
+                                         QStringLiteral("Dusk Beacon"), QStringLiteral("OK")},
+                                        FatalBox(5)}));
+    EXPECT_EQ(platform.process.ended, 1);
 }
 
 TEST_F(StartUpTest, designTexts_standUntilAConfigurationIsRead)

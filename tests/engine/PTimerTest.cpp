@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
+
 namespace {
 
 class PTimerTest : public testing::Test
@@ -222,6 +224,14 @@ TEST_F(PTimerTest, advanceWarning_dueAtMidnight_isNeverGiven)
     EXPECT_EQ(TickAt(0, 0), (QStringList{QStringLiteral("Tick"), QStringLiteral("Midnight")}));
 }
 
+TEST_F(PTimerTest, advanceWarning_asLongAsCanBe_isNoOverflow)
+{
+    Start(-1, 32767);
+    EXPECT_EQ(TickAt(23, 59), QStringList{QStringLiteral("Tick")});
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
+}
+
 TEST_F(PTimerTest, advanceWarning_ofZeroMinutes_followsTheAlarm)
 {
     Start(-1, 0);
@@ -265,6 +275,17 @@ TEST_F(PTimerTest, errorInAHandler_isAnErrorOfTheTick)
     };
     TickAt(18, 42);
     EXPECT_EQ(platform.boxes.boxes.size(), 1U);
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+}
+
+TEST_F(PTimerTest, anyExceptionInAHandler_isAnErrorOfTheTick)
+{
+    Start();
+    timer.events.Alarm = [](std::int16_t) { throw std::bad_alloc(); };
+    TickAt(18, 42);
+    EXPECT_EQ(platform.boxes.boxes, std::vector{(FakeMessageBoxes::Box{
+                                        QStringLiteral("There has been an error. Please restart Dusk Beacon"),
+                                        QStringLiteral("Dusk Beacon"), QStringLiteral("OK")})});
     EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
 }
 

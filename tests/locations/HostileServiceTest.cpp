@@ -3,6 +3,7 @@
 #include "locations/LocationsFixture.h"
 
 #include <QComboBox>
+#include <QElapsedTimer>
 
 namespace {
 
@@ -133,6 +134,52 @@ TEST_F(LargeReplyTest, fiveThousandChildren_areAllListed)
     const auto& results = Find<ListBox>(window, "LstSearchResults");
     EXPECT_EQ(results.count(), 5000);
     EXPECT_EQ(results.List(4999), QStringLiteral("City 4999"));
+}
+
+// More than the window lists, and more than a document holds.
+constexpr int kTooMany[] = {7000, 100'000};
+constexpr int kLongestMilliseconds = 2000;
+
+TEST_F(LargeReplyTest, endlessCountries_countAsNoReply_inGoodTime)
+{
+    for (const int count : kTooMany) {
+        SCOPED_TRACE(count);
+        platform.http.replies[QStringLiteral("getStates.pl")] = ManyChildren(count);
+        FrmLocation& list = OpenList();
+        QElapsedTimer watch;
+        watch.start();
+        ClickOn(list, "LblNewLocLink");
+        EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
+        ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
+        ExpectBackInList();
+        forms.Unload(FrmLocation::kName);
+    }
+}
+
+TEST_F(LargeReplyTest, endlessCities_leaveTheEarlierResults_inGoodTime)
+{
+    platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] = ManyChildren(1);
+    platform.http.replies[QStringLiteral("getMatchingCities.pl")] = ManyChildren(1);
+    const FrmNewLoc& window = OpenSearch();
+    Find<QComboBox>(window, "CombState").setCurrentIndex(0);
+    Type(window, "TxtCity", QStringLiteral("Ci"));
+    ClickOn(window, "LblGet2Link");
+    const auto& results = Find<ListBox>(window, "LstSearchResults");
+    ASSERT_EQ(Lines(results), QStringList{QStringLiteral("City 0")});
+    for (const int count : kTooMany) {
+        SCOPED_TRACE(count);
+        platform.http.replies[QStringLiteral("getMatchingCities.pl")] = ManyChildren(count);
+        platform.http.requests.clear();
+        QElapsedTimer watch;
+        watch.start();
+        ClickOn(window, "LblGet2Link");
+        EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
+        EXPECT_EQ(platform.http.requests.size(), 2);
+        EXPECT_EQ(Lines(results), QStringList{QStringLiteral("City 0")});
+        EXPECT_TRUE(Find<QWidget>(window, "LblGet2Link").isEnabled());
+        EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
+        ExpectBoxes({});
+    }
 }
 
 TEST_F(LargeReplyTest, longLines_endInDotsWithinTheList)

@@ -6,6 +6,7 @@
 #include "controls/LinkLabel.h"
 #include "controls/ListBox.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/LockableFiles.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
@@ -73,29 +74,6 @@ public:
 
 private:
     const DomDocuments& m_documents;
-};
-
-/// Real files that can be made unwritable, for root too.
-class LockableFiles final : public FileStore
-{
-public:
-    [[nodiscard]] std::optional<QByteArray> Read(const QString& path, qint64 limit) const override
-    {
-        return m_files.Read(path, limit);
-    }
-    bool Replace(const QString& path, const QByteArray& content) override
-    {
-        return !isLocked && m_files.Replace(path, content);
-    }
-    bool Write(const QString& path, const QByteArray& content) override
-    {
-        return !isLocked && m_files.Write(path, content);
-    }
-
-    bool isLocked = false;
-
-private:
-    PosixFileStore m_files;
 };
 
 /// The windows of the places over a fake main window, acted on as a user does.

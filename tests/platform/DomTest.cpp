@@ -306,6 +306,17 @@ TEST_F(DomTest, save_documentThatCouldNotBeLoaded_isFalse_fileAsBefore)
     }
 }
 
+TEST_F(DomTest, save_documentThatGrowsTooLargeInWriting_isFalse_fileAsBefore)
+{
+    // A quotation mark takes six bytes in a file.
+    constexpr int kQuotes = 3'000'000;
+    ASSERT_LT(kQuotes, DomDocument::kLargestDocument);
+    ASSERT_GT(6 * kQuotes, DomDocument::kLargestDocument);
+    Loaded("<r/>").SetAttribute(QStringLiteral("a"), QString(kQuotes, u'"'));
+    EXPECT_FALSE(document->Save(kFile));
+    EXPECT_EQ(FileContent(), "<r/>");
+}
+
 TEST_F(DomTest, save_loneHalfOfACharacter_isReplaced_andLoads)
 {
     Loaded("<r/>").SetAttribute(QStringLiteral("a"), QString(QChar(0xD83D)));

@@ -8,10 +8,12 @@
 #include <QMessageBox>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -130,6 +132,25 @@ TEST(QtMessageBoxes, show_endlessText_isCutAt1024)
     Onlooker whole([](QMessageBox& box) { Click(box, QMessageBox::Ok); });
     Boxes().Show(QString(1024, u'y'));
     EXPECT_EQ(whole.text, QString(1024, u'y'));
+}
+
+TEST(QtMessageBoxes, show_windowBelowGoes_boxStays)
+{
+    // As a popup does when its time is up.
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    QApplication::setActiveWindow(window.get());
+    ASSERT_EQ(QApplication::activeWindow(), window.get());
+    Onlooker onlooker([&window](QMessageBox& box) {
+        EXPECT_EQ(box.windowHandle()->transientParent(), window->windowHandle()) << "in front of it";
+        window.reset();
+        QCoreApplication::processEvents();
+        ASSERT_TRUE(box.isVisible());
+        Click(box, QMessageBox::Ok);
+    });
+    Boxes().Show(QStringLiteral("text"));
+    EXPECT_TRUE(onlooker.seen);
+    EXPECT_EQ(window, nullptr);
 }
 
 TEST(QtMessageBoxes, show_eventsGoOnUnderTheBox)

@@ -7,6 +7,8 @@
 #include "platform/CurlHttp.h"
 #include "store/Configuration.h"
 
+#include <QUrl>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -117,6 +119,15 @@ TEST(ServiceRequests, pages_areThese)
               kBase + QStringLiteral("/cgi-bin/dbeacon/sound/sound.pl?prod_string=P-77"));
     EXPECT_EQ(ServiceRequests::HelpPage(), kBase + QStringLiteral("/dbeacon/help.html"));
     EXPECT_EQ(ServiceRequests::HomePage(), kBase);
+}
+
+TEST(ServiceRequests, signupAddress_isAtTheHostOfTheService)
+{
+    const QString host = QUrl(kBase).host();
+    EXPECT_FALSE(host.isEmpty());
+    const QString address = ServiceRequests::SignupAddress();
+    EXPECT_TRUE(address.endsWith(u'@' + host)) << address.toStdString();
+    EXPECT_GT(address.size(), host.size() + 1) << "there is somebody to write to";
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/LockableFiles.h"
 #include "fakes/LoopbackServer.h"
 #include "fakes/PlainWindow.h"
 #include "fakes/RebasedHttp.h"
@@ -24,6 +25,9 @@ namespace {
 
 const QString kBase = QStringLiteral(DUSKBEACON_SERVICE_URL) + QStringLiteral("/cgi-bin/dbeacon/");
 const QByteArray kIdentifier = "<root prod_string='P-1'/>";
+const FakeMessageBoxes::Box kFatalBox{
+    QStringLiteral("An error has occured, The application will be terminated."), QStringLiteral("Error - 5"),
+    QStringLiteral("OK")};
 
 // The main window as the program starts it, with the outside world of a test.
 class Program
@@ -80,6 +84,14 @@ protected:
         return scripts;
     }
 
+    /// The list of places as a first start leaves it: in charge, over a main window that takes no input.
+    void ExpectListOpen(const FrmMain& window) const
+    {
+        EXPECT_NE(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);
+        EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmLocation"));
+        EXPECT_FALSE(window.isEnabled());
+    }
+
     FakePlatform platform;
     Program program{platform.doors};
 };
@@ -102,6 +114,8 @@ TEST_F(StartUpTest, usualStart_asksInThisOrder)
     EXPECT_EQ(window.AdTimer, 120.0F);
     EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
     EXPECT_EQ(program.forms.Loaded(DlgStart::kName), nullptr);
+    EXPECT_EQ(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);
+    EXPECT_TRUE(window.isEnabled());
 }
 
 TEST_F(StartUpTest, firstStart_savesTheIdentifierAndUsesIt)
@@ -118,6 +132,7 @@ TEST_F(StartUpTest, firstStart_savesTheIdentifierAndUsesIt)
     EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
     EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
     EXPECT_EQ(window.Settings.PID, QStringLiteral("P-1"));
+    ExpectListOpen(window);
 }
 
 TEST_F(StartUpTest, firstStartWithoutNetwork_asksAllTheSameAndKeepsAsking)
@@ -131,6 +146,7 @@ TEST_F(StartUpTest, firstStartWithoutNetwork_asksAllTheSameAndKeepsAsking)
     EXPECT_FALSE(window.Connected);
     EXPECT_TRUE(window.IsLoaded());
     EXPECT_TRUE(platform.boxes.boxes.empty());
+    ExpectListOpen(window);
 }
 
 TEST_F(StartUpTest, noIdentifierButANetwork_asksForOne)
@@ -138,17 +154,40 @@ TEST_F(StartUpTest, noIdentifierButANetwork_asksForOne)
     Settle(QStringLiteral("false"), QString());
     platform.http.reachable = true;
     platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
-    Start();
+    const FrmMain& window = Start();
     EXPECT_EQ(Scripts().front(), QStringLiteral("requestProdID.pl"));
     EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
     EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
+    ExpectListOpen(window);
+}
+
+TEST_F(StartUpTest, alertUpWhileTheStartWaits_opensTheListAllTheSame)
+{
+    Settle(QStringLiteral("true"), QString());
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
+    bool isUp = false;
+    platform.http.whileWaiting = [&] {
+        // The request behind the one for the identifier.
+        platform.http.whileWaiting = [&] {
+            isUp = Scripts().back() == u"startup.pl";
+            program.forms.Main().Enable(false);
+            program.forms.Main().ActiveForm = QStringLiteral("FrmPopup");
+        };
+    };
+    const FrmMain& window = Start();
+    EXPECT_TRUE(isUp);
+    ExpectListOpen(window);
 }
 
 TEST_F(StartUpTest, noIdentifierAndNoNetwork_asksNobody)
 {
     Settle(QStringLiteral("false"), QString());
-    Start();
+    const FrmMain& window = Start();
     EXPECT_TRUE(platform.http.requests.isEmpty());
+    EXPECT_EQ(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);
+    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_TRUE(window.isEnabled());
 }
 
 TEST_F(StartUpTest, adRequestThatFails_leavesNoVersionCheck)
@@ -178,20 +217,34 @@ TEST_F(StartUpTest, replyWithoutIdentifier_isSavedAsItIs)
     EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
 }
 
-TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal)
+TEST_F(StartUpTest, identifierWithoutAPlaceInTheFile_isFatal)
 {
-    Settle(QStringLiteral("true"), QString());
     platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
     // There is no element to write the identifier to.
     WriteSettings(QStringLiteral("<root><nothing/></root>"));
     platform.http.reachable = true;
     EXPECT_NO_THROW(Start());
-    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
-    EXPECT_EQ(
-        platform.boxes.boxes.front(),
-        (FakeMessageBoxes::Box{QStringLiteral("An error has occured, The application will be terminated."),
-                               QStringLiteral("Error - 5"), QStringLiteral("OK")}));
+    EXPECT_EQ(platform.boxes.boxes, std::vector{kFatalBox});
     EXPECT_EQ(platform.process.ended, 1);
+}
+
+TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal_fileAsItWas)
+{
+    Settle(QStringLiteral("true"), QString());
+    const QByteArray before = ReadSettings();
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
+    LockableFiles files;
+    files.isLocked = true;
+    const Platform doors{platform.clock,  platform.timers, files,          platform.http,
+                         platform.player, platform.tray,   platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    Program locked(doors);
+    EXPECT_NO_THROW(locked.Start());
+    EXPECT_EQ(Scripts(), QStringList(QStringLiteral("requestProdID.pl")));
+    EXPECT_EQ(platform.boxes.boxes, std::vector{kFatalBox});
+    EXPECT_EQ(platform.process.ended, 1);
+    EXPECT_EQ(ReadSettings(), before);
 }
 
 TEST_F(StartUpTest, tick_whenTheCountEqualsAdTimer_refreshesAndBeginsAnew)

@@ -149,6 +149,24 @@ TEST_F(WebAdTest, newPage_dropsThePicturesOfTheOldOne)
     EXPECT_EQ(strip.toPlainText(), QStringLiteral("new"));
 }
 
+TEST_F(WebAdTest, nextPage_showsItsOwnPictures)
+{
+    // The pictures of every page are numbered anew, so that those of two pages share their names.
+    const LoopbackServer server(LoopbackServer::Answer(Png(4, 4, Qt::red)));
+    const LoopbackServer silent(LoopbackServer::Hang());
+    const QString page = QStringLiteral("<img width=50 height=50 src=\"%1\">");
+    Navigate(page.arg(server.Url()));
+    ASSERT_TRUE(Becomes(Qt::red, 25, 25));
+    Navigate(page.arg(QStringLiteral("data:image/png;base64,") +
+                      QString::fromLatin1(Png(4, 4, Qt::blue).toBase64())));
+    EXPECT_EQ(At(25, 25), QColor(Qt::blue));
+    Navigate(page.arg(server.Url()));
+    ASSERT_TRUE(Becomes(Qt::red, 25, 25));
+    Navigate(page.arg(silent.Url()));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return silent.Requests().size() == 1; }));
+    EXPECT_NE(At(25, 25), QColor(Qt::red));
+}
+
 TEST_F(WebAdTest, linkUnderTheMouse_isFollowed)
 {
     Navigate(QStringLiteral("<a href=\"https://x.example/?a=1&amp;b=%20c\"><font size=7>HERE</font></a>"));

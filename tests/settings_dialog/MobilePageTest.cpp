@@ -282,6 +282,31 @@ TEST_F(MobilePageTest, register_storesBeforeItSpeaks)
     EXPECT_EQ(platform.boxes.boxes.size(), 1U);
 }
 
+TEST_F(MobilePageTest, register_missingAttributes_areAddedInThisOrder)
+{
+    OpenFilled();
+    WriteChanged(QStringLiteral(R"( mobileDID="" mobilePC="" mobileConfirm="0")"), QString());
+    Reply("<root result='1' message='Welcome'/>");
+    Click("CmdMobilReg");
+    ExpectStored("15551234", "55 21&", "1");
+    const QByteArray text = ReadSettings();
+    EXPECT_LT(text.indexOf("mobileConfirm="), text.indexOf("mobileDID="));
+    EXPECT_LT(text.indexOf("mobileDID="), text.indexOf("mobilePC="));
+}
+
+TEST_F(MobilePageTest, register_pressedAgainWhileTheReplyIsUnderWay_goesThroughTwice)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    platform.http.whileWaiting = [this] { Click("CmdMobilReg"); };
+    Click("CmdMobilReg");
+    EXPECT_EQ(platform.http.requests.size(), 2);
+    EXPECT_EQ(Saves(), 2U);
+    EXPECT_EQ(platform.boxes.boxes.size(), 2U);
+    EXPECT_TRUE(IsOpen());
+    ExpectStored("15551234", "55 21&", "1");
+}
+
 TEST_F(MobilePageTest, register_keepsWhatWasWrittenWhileTheReplyWasUnderWay)
 {
     OpenFilled();
