@@ -12,6 +12,8 @@ import screen  # noqa: E402
 import spine_journey as spine  # noqa: E402
 from hands import BOX, BUTTON, LINK  # noqa: E402
 
+PID = "P-mobile"
+SETTINGS = spine.SETTINGS.replace("P-77", PID)
 DIALOG, BOXES = "Alerts", "Dusk Beacon"
 DEVICE, CODE = "Mobile Device ID", "Personal Code"
 INCOMPLETE = "You must first enter your Mobile Device number and personal Code"
@@ -37,12 +39,12 @@ def is_open_for_entry(dialog):
 
 
 def register(program, service, dialog, result, message, shown):
-    before = len(service.requests("confirmSignup.pl"))
+    before = len(service.requests("confirmSignup.pl", PID))
     service.reply(result=result, message=message)
     dialog.click(BUTTON, "Register")
     answer(program, shown, "OK", ["OK"])
-    sent = service.requests("confirmSignup.pl")[before:]
-    assert sent == ["/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-77&vCode=4711&dist_string=dbeacon"], sent
+    sent = service.requests("confirmSignup.pl", PID)[before:]
+    assert sent == ["/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-mobile&vCode=4711&dist_string=dbeacon"], sent
     settings = hands.Settings(program)
     found = [settings.alerts(name) for name in ("mobileConfirm", "mobileDID", "mobilePC")]
     assert found == [result, "D-815", "4711"], found
@@ -57,7 +59,7 @@ def sign_up(program, service):
     settings.wait("mobileDID", "D-815")
     dialog.click(BUTTON, "Register")
     answer(program, INCOMPLETE, "OK", ["OK"])
-    assert not service.requests("confirmSignup.pl") and settings.alerts("mobileConfirm") == "0"
+    assert not service.requests("confirmSignup.pl", PID) and settings.alerts("mobileConfirm") == "0"
     dialog.enter(CODE, ["End"], "4711")
     settings.wait("mobilePC", "4711")
 
@@ -122,11 +124,11 @@ def offline(program, settings):
 
 
 def at_the_prayer(folder, settings, service, slot, time, ma, pno):
-    before = len(service.requests("prayerCall.pl"))
+    before = len(service.requests("prayerCall.pl", PID))
     with hands.Program(folder, settings, f"2026-03-20 {spine.clock(slot - 1)}:48", hands.Service.environment()) as program:
         spine.Main(program)
-        sent = screen.wait_for("the request of the prayer", lambda: service.requests("prayerCall.pl")[before:])
-        assert sent == [f"/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-77&aid=US-1&pno={pno}&alert_type=Quite&ma={ma}"
+        sent = screen.wait_for("the request of the prayer", lambda: service.requests("prayerCall.pl", PID)[before:])
+        assert sent == [f"/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-mobile&aid=US-1&pno={pno}&alert_type=Quite&ma={ma}"
                         f"&dist_string=dbeacon&time={time}&aid=US-1"], sent
         print("  request", sent[0], flush=True)
 
@@ -135,7 +137,7 @@ def main():
     folder = os.path.abspath(sys.argv[1])
     with hands.Desktop():
         with hands.Service(ad="", version_name="") as service:
-            with hands.Program(folder, spine.SETTINGS, "2026-03-20 09:30:10", hands.Service.environment()) as program:
+            with hands.Program(folder, SETTINGS, "2026-03-20 09:30:10", hands.Service.environment()) as program:
                 times = spine.Main(program).times()
                 print("sign-up", flush=True)
                 dialog, settings = sign_up(program, service)
