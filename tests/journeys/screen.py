@@ -5,6 +5,7 @@ windows say, which looks through the accessibility interface as a screen reader 
 
 Needs Xvfb, dbus-run-session, at-spi2-core, gir1.2-atspi-2.0, python3-gi and libfaketime.
 """
+import atexit
 import glob
 import os
 import shutil
@@ -26,7 +27,10 @@ def under_own_session():
     if os.environ.get("DUSKBEACON_JOURNEY") != "1":
         environment = dict(os.environ, DUSKBEACON_JOURNEY="1", GTK_A11Y="none")
         environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
+        # The accessibility bus has its socket there under a fixed name: of two journeys the later would take it away.
+        environment["XDG_RUNTIME_DIR"] = tempfile.mkdtemp(prefix="duskbeacon-session-")
         os.execvpe("dbus-run-session", ["dbus-run-session", "--", sys.executable, *sys.argv], environment)
+    atexit.register(shutil.rmtree, os.environ["XDG_RUNTIME_DIR"], ignore_errors=True)
 
 
 def wait_for(what, condition):

@@ -36,11 +36,11 @@ SETTINGS = """<?xml version="1.0"?>
 """
 
 
-def expected_times(date):
+def expected_times(date, angles=(-15, -15), shadow_length=1, zone=ZONE):
     """Six times to a minute, by the low-precision sun of the Astronomical Almanac, page C5; not by the program's code."""
     def sun(hours):
         days = (datetime.datetime(date.year, date.month, date.day) - datetime.datetime(2000, 1, 1, 12)).total_seconds() / 86400
-        n = days + (hours - ZONE) / 24
+        n = days + (hours - zone) / 24
         mean = (280.460 + 0.9856474 * n) % 360
         anomaly = math.radians((357.528 + 0.9856003 * n) % 360)
         longitude = math.radians(mean + 1.915 * math.sin(anomaly) + 0.020 * math.sin(2 * anomaly))
@@ -52,7 +52,7 @@ def expected_times(date):
         latitude = math.radians(LATITUDE)
         for _ in range(5):
             declination, equation = sun(hours)
-            noon = 12 + ZONE - LONGITUDE / 15 - equation / 60
+            noon = 12 + zone - LONGITUDE / 15 - equation / 60
             height = altitude(declination)
             angle = math.degrees(math.acos((math.sin(height) - math.sin(latitude) * math.sin(declination)) /
                                            (math.cos(latitude) * math.cos(declination))))
@@ -63,11 +63,11 @@ def expected_times(date):
         return lambda declination: math.radians(degrees)
 
     def shadow(declination):
-        return math.atan(1 / (1 + math.tan(abs(math.radians(LATITUDE) - declination))))
+        return math.atan(1 / (shadow_length + math.tan(abs(math.radians(LATITUDE) - declination))))
 
-    noon = (12 + ZONE - LONGITUDE / 15 - sun(12)[1] / 60) * 60
-    return [at_altitude(fixed(-15), -1, 6), at_altitude(fixed(-0.833), -1, 6), noon, at_altitude(shadow, 1, 15),
-            at_altitude(fixed(-0.833), 1, 18), at_altitude(fixed(-15), 1, 19)]
+    noon = (12 + zone - LONGITUDE / 15 - sun(12)[1] / 60) * 60
+    return [at_altitude(fixed(angles[0]), -1, 6), at_altitude(fixed(-0.833), -1, 6), noon, at_altitude(shadow, 1, 15),
+            at_altitude(fixed(-0.833), 1, 18), at_altitude(fixed(angles[1]), 1, 19)]
 
 
 def minutes(text):

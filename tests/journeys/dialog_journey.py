@@ -1,0 +1,212 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""dialog_journey.py FOLDER: the settings dialog by mouse and keys. The main window shows nothing of a choice before the
+dialog closes and all of it afterwards, and the next alert does what was chosen."""
+import datetime
+import os
+import re
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import hands  # noqa: E402
+import screen  # noqa: E402
+import spine_journey as spine  # noqa: E402
+from hands import BAR, BOX, BUTTON, LINK, OPTION  # noqa: E402
+
+DIALOG, ALERT = "Alerts", "Dusk Beacon Alert"
+DATE = datetime.date(2026, 3, 20)
+INSTANT = "2026-03-20 09:30:10"
+UPPER, LOWER = (0.5, 0.25), (0.5, 0.75)  # the two arrows of a spin bar
+METHODS = [
+    ("University Of Islamic Sciences", ("-18", "-18")),
+    ("Muslim World League", ("-18", "-17")),
+    ("ISNA", ("-15", "-15")),
+    ("Egyptian General Authority of Survey", ("-19.5", "-17.5")),
+]
+PAGES = ["General", "Mobile Alert", "Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", "Isha"]
+
+
+class Opened:
+    """The dialog, opened by a link of the main window. The main window says the same until it closes."""
+
+    def __init__(self, program, link):
+        self._program = program
+        self.main = hands.Window(program, spine.MAIN)
+        self.main.click(LINK, link)
+        self.dialog = hands.Window(program, DIALOG).wait()
+        self.settings = hands.Settings(program)
+        self._before = self._labels()
+
+    def _labels(self):
+        # The countdown goes with the clock.
+        return [text for text in self._program.texts(spine.MAIN) if not re.fullmatch(r"-?\d+:\d\d( [AP]M)?", text)
+                ] + spine.Main(self._program).times()
+
+    def close(self, by_button=True):
+        assert self._labels() == self._before, "the main window changed before the dialog closed"
+        if by_button:
+            self.dialog.click(BUTTON, "Close")
+        else:
+            self.dialog.close()
+        screen.wait_for("the dialog to close", lambda: not self.dialog.is_open())
+
+
+def in_minutes(text):
+    """Minutes of the day from a shown time; the hour from 12:00 on reads AM in the 12-hour form."""
+    clock, _, half = text.partition(" ")
+    found = spine.minutes(clock)
+    return found + 720 if half == "PM" else found
+
+
+def check_times(main, angles, shadow_length=1, zone=spine.ZONE):
+    # The scheduler takes whole degrees, a half to the even neighbour.
+    whole = [round(angle) for angle in angles]
+    shown = main.times()
+    for name, text, expected in zip(spine.PRAYERS, shown, spine.expected_times(DATE, whole, shadow_length, zone)):
+        assert abs(in_minutes(text) - expected) <= 1.5, f"{name} {text}, expected about {spine.clock(round(expected))}"
+    print("  times", *shown, flush=True)
+    return shown
+
+
+def methods(program):
+    main = spine.Main(program)
+    for name, (fajr, isha) in METHODS:
+        opened = Opened(program, "Alerts")
+        opened.dialog.choose(name + ":")
+        opened.settings.wait("angle2", isha)
+        assert (opened.settings.alerts("method"), opened.settings.alerts("angle1")) == (name, fajr)
+        opened.close()
+        main.wait(name, lambda m: m.has("Calculation Method: " + name))
+        check_times(main, (float(fajr), float(isha)))
+
+
+def angles_of_the_user(program):
+    """From the preset before: by the bar, which rests on whole numbers, and by the keys, which keep the fraction."""
+    opened = Opened(program, "Alerts")
+    dialog = opened.dialog
+    fajr, isha = "Fajr angle in degrees", "Isha angle in degrees"
+    dialog.choose("Set Twighlight Angles:")
+    opened.settings.wait("method", "User Defined")
+    assert (dialog.text(fajr), dialog.text(isha)) == ("-19.5", "-17.5")
+    dialog.click(BAR, "Fajr angle in whole degrees", UPPER)
+    opened.settings.wait("angle1", "-19")
+    for value in ("-20", "-21"):
+        dialog.click(BAR, "Fajr angle in whole degrees", LOWER)
+        opened.settings.wait("angle1", value)
+    for value in ("-20", "-19", "-18", "-17", "-16"):
+        dialog.click(BAR, "Fajr angle in whole degrees", UPPER)
+        opened.settings.wait("angle1", value)
+    dialog.enter(isha, ["End", "BackSpace", "2"], "")
+    opened.settings.wait("angle2", "-17.2")
+    # What isn't a number goes back at the very keystroke.
+    hands.mouse("key", "x")
+    hands.mouse("key", "Home", "Right", "Delete", "Delete", "1", "4")
+    opened.settings.wait("angle2", "-14.2")
+    hands.picture("dialog_user_angles", dialog)
+    opened.close()
+    main = spine.Main(program)
+    main.wait("User Defined", lambda m: m.has("Calculation Method: User Defined"))
+    check_times(main, (-16, -14.2))
+
+
+def rest_of_the_general_page(program):
+    opened = Opened(program, "Alerts")
+    dialog, settings = opened.dialog, opened.settings
+    dialog.choose("Hanafi")
+    settings.wait("asrMethode", "hanafi")
+    dialog.choose("12 Hour")
+    settings.wait("hourmode", "12")
+    dialog.tick("Use Day Light Savings")
+    settings.wait("useDLS", "true")
+    assert not dialog.is_live(BAR, "Minutes of advanced alert")
+    dialog.tick("Give Advanced Alert")
+    settings.wait("useAdvWarn", "true")
+    for value in ("29", "28", "27"):
+        dialog.click(BAR, "Minutes of advanced alert", LOWER)
+        settings.wait("advWarn", value)
+    opened.close()
+    main = spine.Main(program)
+    main.wait("hanafi", lambda m: m.has("Asr Method: hanafi"))
+    texts = program.texts(spine.MAIN)
+    for text in ("Day Light Savings is: On", "Advanced Warning: On, 27 Minutes", "Time Zone: -6"):
+        assert text in texts, (text, texts)
+    shown = check_times(main, (-16, -14.2), 2, spine.ZONE + 1)
+    assert all(re.fullmatch(r"\d{1,2}:\d\d [AP]M", text) for text in shown), shown
+
+
+def prayers(program):
+    """A choice of its own for each prayer, opened by the prayer's link and closed by the window's close box."""
+    for number, prayer in enumerate(PAGES[2:]):
+        popup, play = number % 2 == 0, number % 3 == 0
+        opened = Opened(program, prayer + ":")
+        dialog = opened.dialog
+        assert not dialog.is_live(BOX, "Audio alert")
+        dialog.tick("Alert on")
+        dialog.tick("Silent alert (Pop up message)", popup)
+        dialog.tick("Audio alert", play)
+        assert not dialog.is_live(BOX, "Mobile Alert"), prayer
+        path = f"/sound/{prayer.lower()}.mp3" if play else ""
+        if path:
+            dialog.enter("File to play at prayer time", ["End"], path)
+        opened.settings.wait_prayer(prayer.lower(), enabled="true", popup=str(popup).lower(), play=str(play).lower(),
+                                    mobil="false", audioFile=path)
+        opened.close(by_button=False)
+
+
+def pages(program):
+    """Each page in its state after all those choices, kept as pictures; looking at them writes nothing."""
+    opened = Opened(program, "Alerts")
+    before = opened.settings.read()
+    for page in PAGES:
+        opened.dialog.click(LINK, page)
+        mark = {"General": "Clock Format", "Mobile Alert": "Register"}.get(page, "Alert on")
+        screen.wait_for(page, lambda: opened.dialog.has(mark))
+        if page in PAGES[2:]:
+            screen.wait_for(page, lambda: opened.dialog.is_on(BOX, "Audio alert") == (PAGES.index(page) in (2, 5)))
+        hands.picture("dialog_" + page.lower().replace(" ", "_"), opened.dialog)
+    assert opened.settings.read() == before
+    opened.dialog.click(LINK, "General")
+    opened.dialog.control(OPTION, "Hanafi")
+    opened.close()
+
+
+def alerts(folder, settings, shown):
+    """A few seconds before: Duhr was chosen to pop up, Shuruq not, though its warning does."""
+    for slot, name, before, text in ((2, "Duhr", 0, "Prayer Time: Duhr: "), (1, "Shuruq", 27, "Advanced Alert Shuruq "),
+                                     (1, "Shuruq", 0, None)):
+        minute = in_minutes(shown[slot])
+        with hands.Program(folder, settings, f"{DATE} {spine.clock(minute - before - 1)}:48") as program:
+            main = spine.Main(program)
+            if text:
+                # A screen reader is told the message in place of the title.
+                popup = hands.Window(program, text + shown[slot]).wait()
+                said = [" ".join(name.split()) for name in program.texts(popup.title)]
+                assert said.count(popup.title) == 2 and hands.is_titled(ALERT), said
+                print("  alert", popup.title, flush=True)
+                hands.picture(f"alert_{name.lower()}_{before}", popup)
+                popup.click(BUTTON, "OK")
+                screen.wait_for("the popup to close", lambda: not popup.is_open())
+            else:
+                # In the prayer's own minute the countdown runs to the next. Here it goes through the clock's form.
+                left = in_minutes(shown[slot + 1]) - minute
+                main.wait("the minute of the prayer", lambda m: m.countdown() == spine.clock(left) + " AM")
+                assert not hands.is_titled(ALERT)
+
+
+def main():
+    folder = os.path.abspath(sys.argv[1])
+    with hands.Desktop():
+        with hands.Program(folder, spine.SETTINGS, INSTANT) as program:
+            for step in (methods, angles_of_the_user, rest_of_the_general_page, prayers, pages):
+                print(step.__name__, flush=True)
+                step(program)
+            settings, shown = hands.Settings(program).read(), spine.Main(program).times()
+        print("alerts", flush=True)
+        alerts(folder, settings, shown)
+    print("all as it should be")
+
+
+if __name__ == "__main__":
+    screen.under_own_session()
+    main()

@@ -1,0 +1,161 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""mobile_journey.py FOLDER: a mobile device signed up, refused, reset, and asked for at a prayer. The service is the
+stand-in at its usual port."""
+import os
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import hands  # noqa: E402
+import screen  # noqa: E402
+import spine_journey as spine  # noqa: E402
+from hands import BOX, BUTTON, LINK  # noqa: E402
+
+PID = "P-mobile"
+SETTINGS = spine.SETTINGS.replace("P-77", PID)
+DIALOG, BOXES = "Alerts", "Dusk Beacon"
+DEVICE, CODE = "Mobile Device ID", "Personal Code"
+INCOMPLETE = "You must first enter your Mobile Device number and personal Code"
+UNVERIFIED = "Could not verify Mobil Alert Settings."
+OFFLINE = ("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.")
+QUESTION = "This will clear your Mobile Device ID and Personal code?|Do you want to continue?"
+
+
+def answer(program, text, button, buttons):
+    """The one box that is up says exactly this and has exactly these buttons."""
+    box = hands.Window(program, BOXES).wait()
+    said = [name.replace("&", "").replace("\r", "").replace("\n", "|") for name in program.texts(BOXES)]
+    assert text in said, (text, said)
+    assert [name for name in said if name in ("OK", "Cancel", "Yes", "No")] == buttons, said
+    box.click(BUTTON, button)
+    screen.wait_for("the box to close", lambda: not box.is_open())
+
+
+def is_open_for_entry(dialog):
+    live = [dialog.is_live(hands.FIELD, DEVICE), dialog.is_live(hands.FIELD, CODE), dialog.is_live(BUTTON, "Register")]
+    assert len(set(live)) == 1, live
+    return live[0]
+
+
+def register(program, service, dialog, result, message, shown):
+    before = len(service.requests("confirmSignup.pl", PID))
+    service.reply(result=result, message=message)
+    dialog.click(BUTTON, "Register")
+    answer(program, shown, "OK", ["OK"])
+    sent = service.requests("confirmSignup.pl", PID)[before:]
+    assert sent == ["/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-mobile&vCode=4711&dist_string=dbeacon"], sent
+    settings = hands.Settings(program)
+    found = [settings.alerts(name) for name in ("mobileConfirm", "mobileDID", "mobilePC")]
+    assert found == [result, "D-815", "4711"], found
+
+
+def sign_up(program, service):
+    hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+    dialog, settings = hands.Window(program, DIALOG).wait(), hands.Settings(program)
+    dialog.click(LINK, "Mobile Alert")
+    assert is_open_for_entry(dialog) and not dialog.is_on(BOX, "Enable Mobile Alerts")
+    dialog.enter(DEVICE, ["End"], "D-815")
+    settings.wait("mobileDID", "D-815")
+    dialog.click(BUTTON, "Register")
+    answer(program, INCOMPLETE, "OK", ["OK"])
+    assert not service.requests("confirmSignup.pl", PID) and settings.alerts("mobileConfirm") == "0"
+    dialog.enter(CODE, ["End"], "4711")
+    settings.wait("mobilePC", "4711")
+
+    register(program, service, dialog, "0", "Wrong code, try again.", "Wrong code, try again.")
+    assert is_open_for_entry(dialog)
+    register(program, service, dialog, "1", "Welcome, your device is registered.", "Welcome, your device is registered.")
+    assert not is_open_for_entry(dialog)
+    hands.picture("mobile_registered", dialog)
+    return dialog, settings
+
+
+def reset(program, service, dialog, settings):
+    before = settings.read()
+    dialog.click(LINK, "Reset")
+    answer(program, QUESTION, "No", ["Yes", "No"])
+    assert settings.read() == before and not is_open_for_entry(dialog) and dialog.is_live(LINK, "Reset")
+    dialog.click(LINK, "Reset")
+    answer(program, QUESTION, "Yes", ["Yes", "No"])
+    settings.wait("mobileConfirm", "0")
+    assert [settings.alerts(name) for name in ("mobileDID", "mobilePC")] == ["", ""]
+    screen.wait_for("the open boxes", lambda: dialog.is_live(BUTTON, "Register"))
+    assert is_open_for_entry(dialog) and (dialog.text(DEVICE), dialog.text(CODE)) == ("", "")
+
+    dialog.enter(DEVICE, ["End"], "D-815")
+    dialog.enter(CODE, ["End"], "4711")
+    settings.wait("mobilePC", "4711")
+    # Confirmed without a word: the boxes lock, and it says that nothing could be verified.
+    register(program, service, dialog, "1", "", UNVERIFIED)
+    assert not is_open_for_entry(dialog)
+
+
+def choose_prayers(dialog, settings):
+    # A sign-up doesn't enable; until then the prayers don't offer it.
+    dialog.click(LINK, "Duhr")
+    assert not dialog.is_live(BOX, "Mobile Alert")
+    dialog.click(LINK, "Mobile Alert")
+    dialog.tick("Enable Mobile Alerts")
+    settings.wait("mobileEnabled", "true")
+    assert not is_open_for_entry(dialog)
+    dialog.click(LINK, "Duhr")
+    screen.wait_for("the mobile alert", lambda: dialog.is_live(BOX, "Mobile Alert"))
+    assert not dialog.is_live(BOX, "Audio alert"), "an alert that is off offers the mobile alert alone"
+    dialog.tick("Alert on")
+    dialog.tick("Mobile Alert")
+    settings.wait_prayer("duhr", enabled="true", mobil="true", popup="false", play="false")
+    hands.picture("mobile_prayer", dialog)
+    dialog.click(LINK, "Asr")
+    dialog.tick("Alert on")
+    settings.wait_prayer("asr", enabled="true", mobil="false")
+    dialog.close()
+    screen.wait_for("the dialog to close", lambda: not dialog.is_open())
+
+
+def offline(program, settings):
+    """The network has gone: the box says so, and nothing is stored."""
+    hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+    dialog = hands.Window(program, DIALOG).wait()
+    dialog.click(LINK, "Mobile Alert")
+    dialog.click(BUTTON, "Register")
+    answer(program, OFFLINE, "OK", ["OK"])
+    assert hands.Settings(program).read() == settings
+
+
+def at_the_prayer(folder, settings, service, slot, time, ma, pno):
+    before = len(service.requests("prayerCall.pl", PID))
+    with hands.Program(folder, settings, f"2026-03-20 {spine.clock(slot - 1)}:48", hands.Service.environment()) as program:
+        spine.Main(program)
+        sent = screen.wait_for("the request of the prayer", lambda: service.requests("prayerCall.pl", PID)[before:])
+        assert sent == [f"/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-mobile&aid=US-1&pno={pno}&alert_type=Quite&ma={ma}"
+                        f"&dist_string=dbeacon&time={time}&aid=US-1"], sent
+        print("  request", sent[0], flush=True)
+
+
+def main():
+    folder = os.path.abspath(sys.argv[1])
+    with hands.Desktop():
+        with hands.Service(ad="", version_name="") as service:
+            with hands.Program(folder, SETTINGS, "2026-03-20 09:30:10", hands.Service.environment()) as program:
+                times = spine.Main(program).times()
+                print("sign-up", flush=True)
+                dialog, settings = sign_up(program, service)
+                print("reset", flush=True)
+                reset(program, service, dialog, settings)
+                print("prayers", flush=True)
+                choose_prayers(dialog, settings)
+                confirmed = settings.read()
+            for prayer, ma, pno in ((2, 1, 3), (3, 0, 4)):
+                at_the_prayer(folder, confirmed, service, spine.minutes(times[prayer]), times[prayer], ma, pno)
+        print("offline", flush=True)
+        typed = confirmed.replace(b'mobileConfirm="1"', b'mobileConfirm="0"')
+        with hands.Program(folder, typed, "2026-03-20 09:30:10") as program:
+            spine.Main(program)
+            offline(program, typed)
+    print("all as it should be")
+
+
+if __name__ == "__main__":
+    screen.under_own_session()
+    main()
