@@ -40,6 +40,16 @@ def wait_for(what, condition):
     raise AssertionError(f"waited in vain for {what}")
 
 
+def settles(condition, seconds=2.0):
+    """Whether the condition comes to hold within a moment; for what may have to be done again."""
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        if condition():
+            return True
+        time.sleep(0.05)
+    return False
+
+
 class Display:
     def __enter__(self):
         read, write = os.pipe()
@@ -103,6 +113,8 @@ class Program:
             child = desktop.get_child_at_index(i)
             try:
                 if child is not None and child.get_process_id() == self.process.pid:
+                    # What is remembered grows stale: nobody here serves the events that would renew it.
+                    child.set_cache_mask(Atspi.Cache.NONE)
                     return child
             except GLib.Error:  # An application that is just coming or going.
                 continue
