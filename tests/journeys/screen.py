@@ -108,6 +108,10 @@ class Program:
     def application(self):
         if self.process.poll() is not None:
             raise AssertionError(f"the program has ended with {self.process.returncode}")
+        # The news that a program came or went waits until somebody takes it in.
+        context = GLib.MainContext.default()
+        while context.pending():
+            context.iteration(False)
         desktop = Atspi.get_desktop(0)
         for i in range(desktop.get_child_count()):
             child = desktop.get_child_at_index(i)

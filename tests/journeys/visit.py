@@ -81,16 +81,15 @@ class Window(hands.Window):
 
     def pick(self, name):
         self.click("list item", name)
-        screen.wait_for(f"{name} to be selected", lambda: self.selected() == name)
+        screen.wait_for(f"{name} to be selected", lambda: name in self.selected())
 
     def selected(self):
+        """The selected lines of all lists of the window, a combo box's among them."""
         try:
-            for node in screen._nodes(self._program.window(self.title)):
-                if node.get_role_name() == "list item" and node.get_state_set().contains(Atspi.StateType.SELECTED):
-                    return node.get_name()
+            return [node.get_name() for node in screen._nodes(self._program.window(self.title))
+                    if node.get_role_name() == "list item" and node.get_state_set().contains(Atspi.StateType.SELECTED)]
         except (GLib.Error, AttributeError):
-            pass
-        return None
+            return []
 
     def click_described(self, role, description):
         """With the mouse on the control of that description, where names don't tell controls apart."""
@@ -162,12 +161,13 @@ def answer(program, text, button="OK", others=()):
     assert shown[0].replace("\r\n", "\n") == text, f"{shown[0]!r}, not {text!r}"
     assert set(shown[1]) == {button, *others}, f"{text!r} has the buttons {sorted(shown[1])}"
 
+    def is_gone():
+        return program.process.poll() is not None or (box(program) or ("",))[0] != shown[0]
+
     def press():
-        now = box(program)
-        if now is None or now[0] != shown[0]:
-            return True
-        _click(now[1][button])
-        return screen.settles(lambda: (box(program) or ("",))[0] != shown[0])
+        if not is_gone():
+            _click(shown[1][button])
+        return screen.settles(is_gone)
     screen.wait_for(f"the box {text!r} to go", press)
 
 
