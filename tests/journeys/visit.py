@@ -102,6 +102,20 @@ class Window(hands.Window):
     def double_click(self, role, name):
         _click(self.control(role, name), "--repeat", 2)
 
+    def is_idle(self):
+        """Whether both links of the search window are live and its progress is hidden."""
+        try:
+            nodes = list(screen._nodes(self._program.window(self.title)))
+            links = [node for node in nodes if node.get_role_name() == "link"]
+            return all(node.get_state_set().contains(Atspi.StateType.ENABLED) for node in links) and not any(
+                node.get_role_name() == "progress bar" and node.get_state_set().contains(Atspi.StateType.SHOWING)
+                for node in nodes)
+        except (GLib.Error, AttributeError):
+            return False
+
+    def progress(self):
+        return Atspi.Value.get_current_value(self.control("progress bar", "Search Progress"))
+
     def open_combo(self):
         _click(self._combo())
 
