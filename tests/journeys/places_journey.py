@@ -40,7 +40,7 @@ def open_list(program):
 def open_search(program, places):
     places.click(hands.LINK, "Get New Location")
     search = visit.Window(program, visit.SEARCH).wait()
-    screen.wait_for("the wait window to be gone", lambda: not program.window("Please Wait..."))
+    screen.wait_for("the wait window to be gone", lambda: not visit.is_waiting(program))
     assert not places.is_usable()
     return search
 
@@ -174,7 +174,7 @@ def no_network(folder):
                      "You must be connected to the Internet to add locations.  Please check your connection.")
         screen.wait_for("the list to be usable", places.is_usable)
         assert not visit.Window(program, visit.SEARCH).is_open()
-        assert not program.window("Please Wait...")
+        assert not visit.is_waiting(program)
 
 
 def main():

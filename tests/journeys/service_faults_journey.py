@@ -26,7 +26,6 @@ IDENTIFIER = "P-\u00e9"
 DEFAULT_AD, SERVICE_AD = "<b>Dusk Beacon</b>", "<b>An advertisement</b>"
 AT_START = ["requestProdID.pl", "startup.pl", "getAd.pl", "version.pl"]
 STATES_FAILED = "Unable to retrieve state list.\nVerify internet connection."
-WAIT = "Please Wait..."
 
 
 def advertisement(program):
@@ -113,10 +112,10 @@ def open_with(program, service, places, how):
     if how in UNREADABLE:
         visit.answer(program, STATES_FAILED)
         screen.wait_for("the list to be usable", places.is_usable)
-        assert not program.window(WAIT) and not visit.Window(program, visit.SEARCH).is_open()
+        assert not visit.is_waiting(program) and not visit.Window(program, visit.SEARCH).is_open()
         return None
     search = visit.Window(program, visit.SEARCH).wait()
-    screen.wait_for("the wait window to be gone", lambda: not program.window(WAIT))
+    screen.wait_for("the wait window to be gone", lambda: not visit.is_waiting(program))
     return search
 
 
@@ -184,7 +183,7 @@ def endless_searches(program, service, places):
     countdown = main.countdown()
     service.fault("hang", "getStates.pl")
     places.click(hands.LINK, "Get New Location")
-    screen.wait_for("the wait window", lambda: program.window(WAIT))
+    screen.wait_for("the wait window", lambda: visit.is_waiting(program))
     screen.wait_for("the countdown to go on", lambda: main.countdown() not in ("", countdown))
     hands.picture("service_faults_wait")
     service.fault("ok", "getStates.pl")

@@ -150,6 +150,17 @@ def _click(node, *options):
     hands.mouse("mousemove", place.x + place.width // 2, place.y + place.height // 2, "click", *options, 1)
 
 
+def is_waiting(program):
+    """Whether the window is shown that asks to wait."""
+    try:
+        application = program.application()
+        windows = [application.get_child_at_index(i) for i in range(application.get_child_count())]
+        return any("Please Wait..." in screen._names(window) and window.get_state_set().contains(Atspi.StateType.SHOWING)
+                   for window in windows if window is not None)
+    except (GLib.Error, AttributeError):
+        return False
+
+
 def box(program):
     """The text of the message box that is shown, and what its buttons say; None without one."""
     try:
