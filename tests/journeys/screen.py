@@ -113,6 +113,7 @@ class Program:
         while context.pending():
             context.iteration(False)
         desktop = Atspi.get_desktop(0)
+        desktop.set_cache_mask(Atspi.Cache.NONE)
         for i in range(desktop.get_child_count()):
             child = desktop.get_child_at_index(i)
             try:
