@@ -47,6 +47,16 @@ def wait_for(what, condition):
     raise AssertionError(f"waited in vain for {what}")
 
 
+def settles(condition, seconds=2.0):
+    """Whether the condition comes to hold within a moment; for what may have to be done again."""
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        if condition():
+            return True
+        time.sleep(0.05)
+    return False
+
+
 class Display:
     def __enter__(self):
         read, write = os.pipe()
@@ -107,13 +117,18 @@ class Program:
     def application(self):
         if self.process.poll() is not None:
             raise AssertionError(f"the program has ended with {self.process.returncode}")
+        # The news that a program came or went waits until somebody takes it in.
+        context = GLib.MainContext.default()
+        while context.pending():
+            context.iteration(False)
         desktop = Atspi.get_desktop(0)
-        desktop.clear_cache()
+        desktop.set_cache_mask(Atspi.Cache.NONE)
         for i in range(desktop.get_child_count()):
             try:
                 child = desktop.get_child_at_index(i)
                 if child is not None and child.get_process_id() == self.process.pid:
-                    child.clear_cache()
+                    # What is remembered grows stale: nobody here serves the events that would renew it.
+                    child.set_cache_mask(Atspi.Cache.NONE)
                     return child
             except GLib.Error:  # An application that is just coming or going.
                 continue

@@ -9,7 +9,8 @@ can be changed while it runs by a request for /control?set=NAME=VALUE or /contro
 after --seconds. As a proxy (http_proxy=http://127.0.0.1:PORT) it answers for every other host, so that the program finds a
 network; the fault probe=refuse takes the network away.
 
-HOW is one of: ok, refuse (closes at once), hang, drip (a byte a second), flood (endless), error (500 with the reply),
+HOW is one of: ok, refuse (closes at once), hang (until the script is to behave otherwise, then the reply), drip (a byte a
+second, until the same, then the end in the middle of it), flood (endless), error (500 with the reply),
 html, truncated, empty, gzip (a bomb), loop (redirects to itself), entities (an expansion bomb), utf16, windows1252.
 """
 import argparse
@@ -139,23 +140,34 @@ class Handler(BaseHTTPRequestHandler):
         self.close_connection = True
         try:
             body = self.service.reply(script, query)
-            self.misbehave(self.service.faults.get(script, "ok"), body)
+            self.misbehave(script, self.service.faults.get(script, "ok"), body)
         except (BrokenPipeError, ConnectionResetError):
             pass
 
-    def misbehave(self, how, body):
+    def wait_for_mercy(self, script, how, seconds=300):
+        """Waits until the script is to behave otherwise, and answers whether it came to that."""
+        deadline = time.monotonic() + seconds
+        while time.monotonic() < deadline:
+            if self.service.faults.get(script) != how:
+                return True
+            time.sleep(0.05)
+        return False
+
+    def misbehave(self, script, how, body):
         data = body.encode("utf-8")
         if how == "refuse":
             self.connection.close()
         elif how == "hang":
-            time.sleep(300)
+            self.wait_for_mercy(script, how)
+            self.send(data)
         elif how == "drip":
             self.send_response(200)
             self.end_headers()
             for byte in data * 100:
                 self.wfile.write(bytes([byte]))
                 self.wfile.flush()
-                time.sleep(1)
+                if self.wait_for_mercy(script, how, 1):
+                    break
         elif how == "flood":
             self.send_response(200)
             self.end_headers()

@@ -1,0 +1,127 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The first start of the program as it is shipped, without and with a network, and the second start."""
+import os
+import sys
+import xml.etree.ElementTree
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import visit  # noqa: E402
+import hands  # noqa: E402
+import screen  # noqa: E402
+
+SHIPPED = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "data", "settings.xml")
+START = "/cgi-bin/dbeacon/"
+
+
+def expected_requests(settings, identifier):
+    root = xml.etree.ElementTree.fromstring(settings)
+    place = root.find("locations").find(root.find("locations").get("Current"))
+    aid = place.get("atlas_id")
+    return [
+        f"{START}startup.pl?prod_string={identifier}&city={place.get('city')}&country={place.get('state')}"
+        f"&dist_string=dbeacon&aid={aid}",
+        f"{START}getAd.pl?dist_string=dbeacon&prod_string={identifier}&aid={aid}&curr_v=1&curr_s=5",
+        f"{START}version.pl?dist_string=dbeacon&prod_string={identifier}&curr_v=1&curr_s=5",
+    ]
+
+
+def as_before_but(settings, now, **changed):
+    """The file says what it said, but for the named attributes of the program's own element."""
+    before = xml.etree.ElementTree.fromstring(settings)
+    for name, value in changed.items():
+        before.find("app").set(name, value)
+    canonical = [xml.etree.ElementTree.canonicalize(xml.etree.ElementTree.tostring(tree), strip_text=True)
+                 for tree in (before, xml.etree.ElementTree.fromstring(now))]
+    assert canonical[0] == canonical[1], now.decode()
+
+
+def opens_the_list(program):
+    """The list in front of a main window that takes nothing until it is closed."""
+    places, main = visit.Window(program, visit.LIST).wait(), visit.Window(program, visit.MAIN).wait()
+    assert not main.is_usable()
+    places.close()
+    places.wait_gone()
+    screen.wait_for("the main window to be usable", main.is_usable)
+
+
+def opens_no_list(program):
+    # The list would have come before the main window.
+    main = visit.Window(program, visit.MAIN).wait()
+    assert main.is_usable() and not program.window(visit.LIST)
+
+
+def without_network(folder, shipped):
+    with hands.Program(folder, shipped) as program:
+        opens_the_list(program)
+        hands.picture("first_start_without_network")
+        assert hands.Settings(program).read() == shipped
+        assert visit.app(program.settings)[0] == {"FirstRun": "true", "pid": "", "dist": "dbeacon"}
+
+
+def service_without_network(folder, shipped):
+    """At the first start the identifier is asked for whatever the probe says; nothing else is."""
+    with visit.Service() as service:
+        service.fault("refuse", "probe")
+        with hands.Program(folder, shipped, environment=service.environment()) as program:
+            opens_the_list(program)
+            service.check_asked([f"{START}requestProdID.pl?dist=dbeacon"])
+            as_before_but(shipped, hands.Settings(program).read(), pid="P-1001", FirstRun="false")
+
+
+def with_network(folder, shipped):
+    with visit.Service() as service:
+        with hands.Program(folder, shipped, environment=service.environment()) as program:
+            visit.Window(program, visit.LIST).wait()
+            hands.picture("first_start_with_network")
+            service.check_asked([f"{START}requestProdID.pl?dist=dbeacon", *expected_requests(shipped, "P-1001")])
+            # Before the first request, the advertisement and the question for a new version.
+            assert service.probes() == 3, service.probes()
+            opens_the_list(program)
+            settings = hands.Settings(program).read()
+            as_before_but(shipped, settings, pid="P-1001", FirstRun="false")
+        service.forget()
+        with hands.Program(folder, settings, environment=service.environment()) as program:
+            opens_no_list(program)
+            hands.picture("second_start")
+            service.check_asked(expected_requests(shipped, "P-1001"))
+            assert hands.Settings(program).read() == settings
+        return settings
+
+
+def without_identifier(folder, known):
+    """Started before but with no identifier: it is asked for where there is a network, and only there."""
+    lost = known.replace(b'pid="P-1001"', b'pid=""')
+    assert lost != known
+    with visit.Service(prod_string="P-2002") as service:
+        with hands.Program(folder, lost, environment=service.environment()) as program:
+            opens_the_list(program)
+            service.check_asked([f"{START}requestProdID.pl?dist=dbeacon", *expected_requests(lost, "P-2002")])
+            as_before_but(lost, hands.Settings(program).read(), pid="P-2002")
+        service.forget()
+        with hands.Program(folder, lost) as program:
+            opens_no_list(program)
+            service.check_asked([])
+            assert hands.Settings(program).read() == lost
+
+
+def main():
+    folder = os.path.abspath(sys.argv[1])
+    with open(SHIPPED, "rb") as file:
+        shipped = file.read()
+    with hands.Desktop():
+        for step in (without_network, service_without_network):
+            print(step.__name__, flush=True)
+            step(folder, shipped)
+        print("with network", flush=True)
+        known = with_network(folder, shipped)
+        print("without identifier", flush=True)
+        without_identifier(folder, known)
+    print("all as it should be")
+
+
+if __name__ == "__main__":
+    visit.under_own_network()
+    screen.under_own_session()
+    main()

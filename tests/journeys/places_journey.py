@@ -1,0 +1,200 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""Places as a user meets them: looking for them in both ways, adding, choosing and deleting them."""
+import datetime
+import os
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import visit  # noqa: E402
+import hands  # noqa: E402
+import screen  # noqa: E402
+import spine_journey as spine  # noqa: E402
+
+DEARBORN = """<Dearborn atlas_id="US-48126" city="Dearborn" state="Michigan" longitude="83.18 W" longitude_final="-83.18"
+      latitude="42.32 N" latitude_final="42.32" time_zone2="-5"/>"""
+JAKARTA = """<Jakarta atlas_id="ID-10110" city="Jakarta" state="Indonesia" longitude="106.85 E" longitude_final="106.85"
+      latitude="6.21 S" latitude_final="-6.21" time_zone2="7"/>"""
+# The links of the two searches are called alike.
+BY_ZIP_CODE, BY_COUNTRY = "Search by zip code", "Search by country and city name"
+INSTANT = "2026-03-20 09:30:10"
+# The count of matches is above the limit when the reply says 0 for the limit.
+ASK = "There are over 0 matches.\nWould you like to display all?"
+
+
+def settings_of(current, *places):
+    """The settings of the day's journey with these places."""
+    start, end = spine.SETTINGS.index("<locations"), spine.SETTINGS.index("</locations>")
+    return f'{spine.SETTINGS[:start]}<locations Current="{current}">\n    {"".join(places)}\n  {spine.SETTINGS[end:]}'
+
+
+def open_list(program):
+    spine.Main(program)
+    visit.Window(program, visit.MAIN).wait().click(hands.LINK, "Locations")
+    places = visit.Window(program, visit.LIST).wait()
+    assert not visit.Window(program, visit.MAIN).is_usable()
+    return places
+
+
+def open_search(program, places):
+    places.click(hands.LINK, "Get New Location")
+    search = visit.Window(program, visit.SEARCH).wait()
+    screen.wait_for("the wait window to be gone", lambda: not visit.is_waiting(program))
+    assert not places.is_usable()
+    return search
+
+
+def choose_country(search, name):
+    search.open_combo()
+    search.click("list item", name)
+    screen.wait_for(f"{name} to be chosen", lambda: search.chosen() == name)
+
+
+def by_zip_code(program, service, places):
+    search = open_search(program, places)
+    search.click_described(hands.LINK, BY_ZIP_CODE)
+    visit.answer(program, "You must enter a zipcode to search for.")
+    # It asks for the empty zip code all the same.
+    visit.answer(program, "No city found matching this Zip Code")
+    search.enter("Zip Code", ["ctrl+a"], "60601")
+    hands.mouse("key", "Return")
+    screen.wait_for("Chicago among the results", lambda: search.results() == ["Chicago"])
+    search.click(hands.BUTTON, "Add")
+    visit.answer(program, "You must first select a city to add.")
+    hands.picture("places_found_by_zip_code")
+    search.pick("Chicago")
+    search.click(hands.BUTTON, "Add")
+    search.wait_gone()
+    screen.wait_for("the list to be usable", places.is_usable)
+    assert places.lines() == ["Dearborn, Michigan", "Jakarta, Indonesia", "Chicago, Illinois"], places.lines()
+    assert places.selected() == ["Dearborn, Michigan"], places.selected()
+    assert visit.places(program.settings) == (["Dearborn", "Jakarta", "Chicago"], "Dearborn")
+    start = "/cgi-bin/dbeacon/"
+    service.check_asked([f"{start}getStates.pl?prod_string=P-77&dist_string=dbeacon",
+                         f"{start}getUsCanCity.pl?zipcode=&prod_string=P-77&dist_string=dbeacon",
+                         f"{start}getUsCanCity.pl?zipcode=60601&prod_string=P-77&dist_string=dbeacon",
+                         f"{start}getCityInfo.pl?prod_string=P-77&aid=US-60601&dist_string=dbeacon"])
+
+
+def by_country(program, service, places):
+    service.reply(max_matches="0")
+    search = open_search(program, places)
+    search.click_described(hands.LINK, BY_COUNTRY)
+    visit.answer(program, "You must first select a Country/Region.")
+    choose_country(search, "Norway")
+    search.enter("City Name", ["ctrl+a"], "T")
+    search.click_described(hands.LINK, BY_COUNTRY)
+    visit.answer(program, "You must supply at least the first\n 2 characters of the city name.")
+    search.enter("City Name", ["End"], "x")
+    search.click_described(hands.LINK, BY_COUNTRY)
+    visit.answer(program, "There are no matches for this search criteria.\nPlease try again.")
+    search.enter("City Name", ["ctrl+a"], "Tr")
+    hands.mouse("key", "Return")
+    visit.answer(program, ASK, "No", ("Yes",))
+    visit.answer(program, "Please refine your search and try again.")
+    assert search.results() == [], search.results()
+    search.click_described(hands.LINK, BY_COUNTRY)
+    visit.answer(program, ASK, "Yes", ("No",))
+    name = "Troms\u00f8"
+    screen.wait_for(f"{name} among the results", lambda: search.results() == [name])
+    hands.picture("places_found_by_country")
+    search.double_click("list item", name)
+    search.wait_gone()
+    assert places.lines()[-1] == f"{name}, Norway", places.lines()
+    # Once more: it is there already.
+    service.reply(max_matches="3")
+    search = open_search(program, places)
+    choose_country(search, "Norway")
+    search.enter("City Name", ["ctrl+a"], "Tr")
+    hands.mouse("key", "Return")
+    screen.wait_for(f"{name} among the results", lambda: search.results() == [name])
+    search.pick(name)
+    search.click(hands.BUTTON, "Add")
+    visit.answer(program, "This location has already been added to location list.")
+    assert search.is_usable()
+    search.click(hands.BUTTON, "Cancel")
+    search.wait_gone()
+    assert visit.places(program.settings) == (["Dearborn", "Jakarta", "Chicago", "Tromso"], "Dearborn")
+
+
+def choosing(program, places):
+    main = spine.Main(program)
+    before = main.times()
+    places.pick("Chicago, Illinois")
+    places.click(hands.BUTTON, "Set Current")
+    places.wait_gone()
+    main.wait("the new place", lambda m: m.has("Chicago, Illinois") and m.has("Time Zone: -6"))
+    slots = spine.check_times(main, datetime.date(2026, 3, 20))
+    main.wait("the countdown of the new place", lambda m: m.countdown() == spine.clock(slots[2] - 570))
+    assert main.times() != before
+    screen.wait_for("the main window to be usable", visit.Window(program, visit.MAIN).is_usable)
+    hands.picture("places_chosen")
+    print("  times", main.times(), "before", before)
+    assert visit.places(program.settings)[1] == "Chicago"
+
+
+def deleting(program):
+    places = open_list(program)
+    assert places.selected() == ["Chicago, Illinois"], places.selected()
+    question = "Are you sure you want to remove: Chicago, Illinois"
+    places.click(hands.BUTTON, "Delete")
+    visit.answer(program, question, "No", ("Yes",))
+    assert len(places.lines()) == 4
+    places.click(hands.BUTTON, "Delete")
+    visit.answer(program, question, "Yes", ("No",))
+    screen.wait_for("Chicago to be gone", lambda: len(places.lines()) == 3)
+    # The first place that is left becomes the current one; the main window still shows the one that was deleted.
+    assert visit.places(program.settings) == (["Dearborn", "Jakarta", "Tromso"], "Dearborn")
+    assert places.selected() == ["Dearborn, Michigan"], places.selected()
+    for name in ("Troms\u00f8, Norway", "Jakarta, Indonesia"):
+        places.pick(name)
+        places.click(hands.BUTTON, "Delete")
+        visit.answer(program, f"Are you sure you want to remove: {name}", "Yes", ("No",))
+        screen.wait_for(f"{name} to be gone", lambda: name not in places.lines())
+    places.pick("Dearborn, Michigan")
+    places.click(hands.BUTTON, "Delete")
+    visit.answer(program, "Are you sure you want to remove: Dearborn, Michigan", "Yes", ("No",))
+    visit.answer(program, "Can not remove last location from list.")
+    hands.picture("places_one_left")
+    assert visit.places(program.settings) == (["Dearborn"], "Dearborn")
+    places.close()
+    places.wait_gone()
+    main = spine.Main(program)
+    assert main.has("Chicago, Illinois"), program.texts(visit.MAIN)
+    screen.wait_for("the main window to be usable", visit.Window(program, visit.MAIN).is_usable)
+
+
+def no_network(folder):
+    """The search doesn't open; the list is in charge again."""
+    with hands.Program(folder, settings_of("Jakarta", JAKARTA), INSTANT) as program:
+        places = open_list(program)
+        places.click(hands.LINK, "Get New Location")
+        visit.answer(program,
+                     "You must be connected to the Internet to add locations.  Please check your connection.")
+        screen.wait_for("the list to be usable", places.is_usable)
+        assert not visit.Window(program, visit.SEARCH).is_open()
+        assert not visit.is_waiting(program)
+
+
+def main():
+    folder = os.path.abspath(sys.argv[1])
+    with hands.Desktop():
+        print("no network", flush=True)
+        no_network(folder)
+        with visit.Service() as service, hands.Program(folder, settings_of("Dearborn", DEARBORN, JAKARTA), INSTANT,
+                                                       environment=service.environment()) as program:
+            places = open_list(program)
+            service.forget()
+            for name, step in (("by zip code", lambda: by_zip_code(program, service, places)),
+                               ("by country", lambda: by_country(program, service, places)),
+                               ("choosing", lambda: choosing(program, places)), ("deleting", lambda: deleting(program))):
+                print(name, flush=True)
+                step()
+    print("all as it should be")
+
+
+if __name__ == "__main__":
+    visit.under_own_network()
+    screen.under_own_session()
+    main()

@@ -1,0 +1,92 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""The offer of another version at the start: No silences it for two weeks, Yes ends the program and opens the download."""
+import os
+import sys
+import tempfile
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import visit  # noqa: E402
+import hands  # noqa: E402
+import screen  # noqa: E402
+import spine_journey as spine  # noqa: E402
+
+OFFER = "Would you like to Download\nthe new version of DuskBeacon?"
+DOWNLOAD = "http://localhost:8750/download/dusk-beacon-6.tar.gz?from=1&to=6"
+SETTINGS = spine.SETTINGS.replace('<version remind="366"/>', '<version remind=""/>')
+DAY_100, DAY_113, DAY_114 = "2026-04-10 09:30:45", "2026-04-23 09:30:45", "2026-04-24 09:30:45"
+
+
+class Browser:
+    """Stands where the toolkit looks for the user's browser and writes down what it is to open."""
+
+    def __init__(self, folder):
+        self._folder = folder
+        self._opened = os.path.join(folder, "opened")
+        opener = os.path.join(folder, "xdg-open")
+        with open(opener, "w", encoding="utf-8") as file:
+            file.write(f'#!/bin/sh\nprintf "%s\\n" "$@" >"{self._opened}.new"\nmv "{self._opened}.new" "{self._opened}"\n')
+        os.chmod(opener, 0o755)
+
+    def environment(self):
+        return {"PATH": f"{self._folder}:{os.environ['PATH']}"}
+
+    def opened(self):
+        if not os.path.exists(self._opened):
+            return []
+        with open(self._opened, encoding="utf-8") as file:
+            return file.read().splitlines()
+
+
+def goes_on(program):
+    main = visit.Window(program, visit.MAIN).wait()
+    assert main.is_usable() and visit.box(program) is None
+    before = spine.Main(program).countdown()
+    screen.wait_for("the countdown to go on", lambda: spine.Main(program).countdown() != before)
+
+
+def start(folder, settings, instant, service, browser):
+    return hands.Program(folder, settings, instant, environment={**service.environment(), **browser.environment()})
+
+
+def journey(folder, service, browser):
+    print("the same version", flush=True)
+    with start(folder, SETTINGS, DAY_100, service, browser) as program:
+        visit.Window(program, visit.MAIN).wait()
+        assert visit.box(program) is None
+        assert visit.app(program.settings)[1] == {"remind": ""}
+    service.reply(version_name="1", version_sequence="6", download_url=DOWNLOAD)
+    print("No", flush=True)
+    with start(folder, SETTINGS, DAY_100, service, browser) as program:
+        screen.wait_for("the offer", lambda: visit.box(program))
+        hands.picture("version_offer")
+        visit.answer(program, OFFER, "No", ("Yes",))
+        goes_on(program)
+        assert visit.app(program.settings)[1] == {"remind": "114"}
+        silenced = hands.Settings(program).read()
+    print("silent to the end of the two weeks", flush=True)
+    with start(folder, silenced, DAY_113, service, browser) as program:
+        goes_on(program)
+        assert hands.Settings(program).read() == silenced
+    assert browser.opened() == []
+    print("Yes", flush=True)
+    with start(folder, silenced, DAY_114, service, browser) as program:
+        visit.answer(program, OFFER, "Yes", ("No",))
+        program.process.wait(timeout=screen.PATIENCE)
+        screen.wait_for("the browser", browser.opened)
+        assert browser.opened() == [DOWNLOAD], browser.opened()
+        assert hands.Settings(program).read() == silenced
+
+
+def main():
+    folder = os.path.abspath(sys.argv[1])
+    with hands.Desktop(), visit.Service() as service, tempfile.TemporaryDirectory() as place:
+        journey(folder, service, Browser(place))
+    print("all as it should be")
+
+
+if __name__ == "__main__":
+    visit.under_own_network()
+    screen.under_own_session()
+    main()
