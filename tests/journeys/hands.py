@@ -198,10 +198,11 @@ class Service:
         direct = urllib.request.build_opener(urllib.request.ProxyHandler({}))
         direct.open(f"http://127.0.0.1:{SERVICE_PORT}/control?{query}", timeout=screen.PATIENCE).close()
 
-    def requests(self, script, pid=""):
-        """Those of one installation; another test's program may come to the usual port as well."""
+    def requests(self, script, pid=None):
+        """Those of one installation if one is named; another test's program may come to the usual port as well."""
+        of_installation = "" if pid is None else f"prod_string={pid}"
         with self._lock:
-            return [request for request in self._requests if f"/{script}?" in request and f"prod_string={pid}" in request]
+            return [request for request in self._requests if f"/{script}?" in request and of_installation in request]
 
     @staticmethod
     def environment():
