@@ -48,7 +48,7 @@ is_running() { kill -0 "$1" 2>/dev/null; }
 
 start_desktop() {
     need Xvfb openbox xdotool wmctrl xprop
-    Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp 3>"$folder/display" >/dev/null 2>&1 &
+    Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$folder/display" >/dev/null 2>&1 &
     started+=($!)
     wait_until "no display" test -s "$folder/display"
     export DISPLAY=":$(cat "$folder/display")"
