@@ -7,7 +7,11 @@
 
 int main(int argc, char* argv[])
 {
-    // Test discovery runs the program too, where nobody has pinned a display.
+    // Locale and zone are pinned here, and the display where nobody names one, so that a test means the same
+    // on every machine.
+    qputenv("TZ", "UTC");
+    qputenv("LC_ALL", "C.UTF-8");
+    qputenv("LANG", "C.UTF-8");
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
