@@ -104,8 +104,8 @@ void MainControls::BuildLeftColumn(QWidget& window)
     VolControl = Place(new LevelBar(0, 100, &window), "VolControl", TwipsRect(120, 3480, 1815, 255));
     VolControl->setAttribute(Qt::WA_NoMousePropagation);
     VolControl->setAccessibleName(QStringLiteral("Volume"));
-    LblStopLink =
-        Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 1455, 255));
+    LblStopLink = Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 975, 255));
+    LblStopLink->setFont(narrow);
     LblStopLink->setEnabled(false);
 
     Frame3 = Frame(window, "Frame3", QStringLiteral("Qibla Direction"), TwipsRect(120, 4200, 1695, 2055));
