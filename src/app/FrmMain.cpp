@@ -56,6 +56,8 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
+    // A place that is known before the desktop maps the window: the list of the first start opens over it.
+    CentreOver(nullptr);
     PrayerTimer.events.Tick = [this] { OnTick(); };
     PrayerTimer.events.Midnight = [this] { UpdateEverything(); };
     PrayerTimer.events.Alarm = [this](std::int16_t PrayerID) { m_alerts.Alarm(PrayerID); };

@@ -15,6 +15,7 @@
 #include <QGroupBox>
 #include <QIcon>
 #include <QLabel>
+#include <QScreen>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -180,6 +181,15 @@ TEST_F(MainWindowFace, betweenUpdates_nothingIsDrawn)
     Tick(1);
     EXPECT_TRUE(QTest::qWaitFor([&] { return sky.paints > 0; }));
     EXPECT_EQ(compass.paints, 0);
+}
+
+// The list of the first start comes up over it before the desktop has placed it.
+TEST_F(MainWindowFace, placeOnTheScreen_isTheMiddle_knownBeforeTheWindowIsShown)
+{
+    const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
+    const QPoint distance = Window().frameGeometry().center() - middle;
+    EXPECT_FALSE(Window().isVisible());
+    EXPECT_LE(distance.manhattanLength(), 2);
 }
 
 TEST_F(MainWindowFace, instruments_standInTheirFrames)
