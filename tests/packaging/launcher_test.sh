@@ -49,6 +49,12 @@ check firstStart_startsInTheDataFolder contains "$out" "started in $folder with 
 check firstStart_putsTheShippedFileThere cmp -s "$shipped" "$folder/settings.xml"
 check firstStart_leavesNothingElse test "$(ls -A "$folder")" = settings.xml
 
+ln -s "$program" "$work/link"
+out=$(env -i PATH="$PATH" HOME="$home" "$work/link" 2>&1)
+check linkToTheLauncher_startsTheProgram contains "$out" "started in $folder"
+out=$(cd "$prefix/$2" && env -i PATH="$PATH" HOME="$home" sh dusk-beacon 2>&1)
+check nameWithoutFolder_startsTheProgram contains "$out" "started in $folder"
+
 echo '<root mine="1"/>' >"$folder/settings.xml"
 run HOME="$home" >/dev/null
 check secondStart_leavesTheUsersFile grep -q mine "$folder/settings.xml"
