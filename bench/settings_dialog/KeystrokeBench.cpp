@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "LimitReporter.h"
 #include "fakes/FakePlatform.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
@@ -132,7 +133,5 @@ int main(int argc, char* argv[])
     }
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return LimitReporter({{"BM_KeystrokeFlushedToDisk", 5.0}}).RunAll();
 }

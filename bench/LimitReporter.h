@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// Prints the runs as usual and holds their wall-clock time per iteration against a limit in milliseconds.
+class LimitReporter final : public benchmark::ConsoleReporter
+{
+public:
+    explicit LimitReporter(std::map<std::string, double> limits)
+        : m_limits(std::move(limits))
+    {
+    }
+
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        ConsoleReporter::ReportRuns(runs);
+        for (const Run& run : runs) {
+            if (run.run_type == Run::RT_Iteration && run.iterations > 0) {
+                m_milliseconds[run.run_name.function_name] =
+                    run.real_accumulated_time * 1000.0 / static_cast<double>(run.iterations);
+            }
+        }
+    }
+
+    /// Runs the benchmarks of this program. Answers the process's exit code: 1 if one with a limit took
+    /// longer, or did not run though all were to.
+    [[nodiscard]] int RunAll()
+    {
+        const bool areAll = benchmark::GetBenchmarkFilter().empty();
+        benchmark::RunSpecifiedBenchmarks(this);
+        int result = 0;
+        for (const auto& [name, limit] : m_limits) {
+            const auto time = m_milliseconds.find(name);
+            if (time == m_milliseconds.end()) {
+                result = areAll ? 1 : result;
+                continue;
+            }
+            std::printf("%-28s %8.3f ms, at most %.0f ms\n", name.c_str(), time->second, limit);
+            result = time->second > limit ? 1 : result;
+        }
+        return result;
+    }
+
+private:
+    std::map<std::string, double> m_limits;
+    std::map<std::string, double> m_milliseconds;
+};
