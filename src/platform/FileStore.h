@@ -21,7 +21,8 @@ public:
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path, qint64 limit) const = 0;
     /// Replaces the content so that after a crash at any instant the old or the new content is there, whole.
     /// Owner, mode and symbolic links on the way survive. False if the file can't be written; it is then as
-    /// before.
+    /// before. In a folder that takes no new file, or gives it another owner, the old one is overwritten: an
+    /// error is taken back there too, a crash in the middle is not.
     virtual bool Replace(const QString& path, const QByteArray& content) = 0;
     /// Overwrites the file, or creates it. For content that may be lost.
     virtual bool Write(const QString& path, const QByteArray& content) = 0;
