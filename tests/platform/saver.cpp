@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -23,19 +24,21 @@ QByteArray Document(int number)
 
 } // namespace
 
-// Saves one document after the other over the file that its argument names, until it is killed.
+// Saves one document after the other over the file that its first argument names, until it is killed. The
+// second argument is the number of the first document.
 int main(int argc, char* argv[])
 {
-    if (argc != 2) {
+    if (argc != 3) {
         return 2;
     }
+    const int first = std::atoi(argv[2]);
     PosixFileStore files;
     const QString path = QString::fromLocal8Bit(argv[1]);
-    for (int number = 1;; ++number) {
+    for (int number = first;; ++number) {
         if (!files.Replace(path, Document(number))) {
             return 1;
         }
-        if (number == 1) {
+        if (number == first) {
             std::puts("saving");
             std::fflush(stdout);
         }
