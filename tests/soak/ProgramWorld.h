@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "alerts/FrmPopup.h"
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "app/FrmWait.h"
+#include "controls/LinkLabel.h"
+#include "engine/CalculationLibrary.h"
+#include "fakes/Desk.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
+#include "settings_dialog/FrmAlerts.h"
+
+#include <QLabel>
+
+#include <stdexcept>
+
+/// The whole program, with all its windows and the true calculation, on fakes for the outside world.
+class ProgramWorld
+{
+public:
+    explicit ProgramWorld(FileStore& files, const QString& settings = SettingsText())
+        : doors{platform.clock,  platform.timers, files,          platform.http,
+                platform.player, platform.tray,   platform.boxes, platform.browser,
+                platform.region, platform.process}
+        , documents{files, platform.http}
+        , forms{doors}
+    {
+        WriteSettings(settings);
+        platform.http.reachable = true;
+        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
+        forms.Register(FrmMain::kName,
+                       [this] { return std::make_unique<FrmMain>(forms, documents, calculation); });
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, documents); });
+        forms.Register(FrmLocation::kName,
+                       [this] { return std::make_unique<FrmLocation>(forms, documents); });
+        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms, documents); });
+        forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
+        forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
+    }
+
+    FrmMain& Start()
+    {
+        m_main = &forms.Touch<FrmMain>();
+        m_main->Show();
+        Desk::Settle();
+        return *m_main;
+    }
+    [[nodiscard]] FrmMain& Main() const { return *m_main; }
+    [[nodiscard]] Form* Loaded(const QString& name) const { return forms.Loaded(name); }
+    [[nodiscard]] bool IsUp(const QString& name) const
+    {
+        const Form* const form = Loaded(name);
+        return form != nullptr && form->isVisible();
+    }
+
+    /// A control in a window that is loaded.
+    template <typename Control = QWidget>
+    [[nodiscard]] Control& Find(const QString& window, const char* name) const
+    {
+        Form* const form = Loaded(window);
+        auto* const control = form == nullptr ? nullptr : form->findChild<Control*>(QLatin1String(name));
+        if (control == nullptr) {
+            throw std::runtime_error(window.toStdString() + " has no " + name);
+        }
+        return *control;
+    }
+    void Click(const QString& window, const char* name) const
+    {
+        auto& control = Find(window, name);
+        if (!control.isVisible() || !control.isEnabled()) {
+            throw std::runtime_error(std::string("nobody can click ") + name);
+        }
+        // Beside the middle, where a check box has its text.
+        QTest::mouseClick(&control, Qt::LeftButton, {}, QPoint(8, control.height() / 2));
+        Desk::Settle();
+    }
+    [[nodiscard]] QString Text(const char* label) const { return Find<QLabel>(FrmMain::kName, label).text(); }
+
+    FakePlatform platform;
+    Platform doors;
+    DomDocuments documents;
+    CalculationLibrary calculation{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
+    Forms forms;
+
+private:
+    FrmMain* m_main = nullptr;
+};
