@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fuzz/FuzzWorld.h"
+#include "fuzz/InputParts.h"
+#include "service/BannerHtml.h"
+#include "service/HtmlTokens.h"
+#include "service/WebAd.h"
+#include "support/CodePage.h"
+
+#include <QTextBlock>
+#include <QTextDocument>
+
+#include <algorithm>
+
+namespace {
+
+const QString kPage = QStringLiteral("temp.html");
+
+bool IsWebAddress(const QString& address)
+{
+    return address.startsWith(u"http://", Qt::CaseInsensitive) ||
+           address.startsWith(u"https://", Qt::CaseInsensitive);
+}
+
+void CheckTokens(const QString& page)
+{
+    HtmlTokens tokens(page);
+    qsizetype before = 0;
+    while (const std::optional<HtmlToken> token = tokens.Next()) {
+        Demand(tokens.Position() > before, "each token takes something of the page");
+        before = tokens.Position();
+        if (token->kind == HtmlToken::Kind::Text) {
+            Demand(!token->text.contains(u'<') && !token->text.contains(u'>'), "a text holds no markup");
+        } else {
+            Demand(!token->name.isEmpty() && token->name == token->name.toLower(), "a tag has a name");
+        }
+    }
+}
+
+void CheckTag(const HtmlToken& tag, QStringList& open)
+{
+    constexpr std::array kDangerous{"script", "iframe", "object", "embed", "form",  "input",
+                                    "link",   "base",   "meta",   "style", "frame", "applet"};
+    Demand(std::none_of(kDangerous.begin(), kDangerous.end(),
+                        [&](const char* name) { return tag.name == QLatin1String(name); }),
+           "a clean page holds nothing but what can be shown");
+    for (const auto& [name, value] : tag.attributes) {
+        Demand(!name.startsWith(u"on") && name != u"background", "a clean page runs and loads nothing");
+        Demand(name != u"src" || value.startsWith(u"image:"), "pictures are named by number");
+        Demand(name != u"href" || IsWebAddress(value), "a link leads to the web");
+        Demand(name != u"style" || !value.contains(u"url", Qt::CaseInsensitive), "a style loads nothing");
+    }
+    if (tag.kind == HtmlToken::Kind::Close) {
+        Demand(!open.isEmpty() && open.takeLast() == tag.name, "tags end in the order of their beginning");
+    } else if (tag.name != u"br" && tag.name != u"hr" && tag.name != u"img") {
+        open << tag.name;
+    }
+}
+
+void CheckBanner(const Banner& banner)
+{
+    HtmlTokens tokens(banner.html);
+    QStringList open;
+    while (const std::optional<HtmlToken> token = tokens.Next()) {
+        if (token->kind != HtmlToken::Kind::Text) {
+            CheckTag(*token, open);
+        }
+    }
+    Demand(open.isEmpty(), "every tag ends");
+    Demand(banner.images.size() <= 16, "a strip has few pictures");
+    for (const QString& address : banner.images) {
+        Demand(IsWebAddress(address) || address.startsWith(u"data:", Qt::CaseInsensitive),
+               "a picture comes from the web or lies in the page");
+    }
+    if (banner.images.isEmpty()) {
+        // The first time blanks may go that were controls.
+        const std::optional<Banner> second = CleanBanner(banner.html);
+        const std::optional<Banner> third = second ? CleanBanner(second->html) : std::nullopt;
+        Demand(third && third->html == second->html, "a clean page stays as it is");
+    }
+}
+
+void CheckRequests(const FakeHttp& http)
+{
+    Demand(http.requests.isEmpty() && http.probes.isEmpty(), "nobody waits for an ad");
+    for (const QString& address : http.backgroundRequests) {
+        Demand(IsWebAddress(address), "nothing but the web is asked for a picture");
+    }
+}
+
+void CheckLinks(const QTextDocument& document)
+{
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QString address = part.fragment().charFormat().anchorHref();
+            Demand(address.isEmpty() || IsWebAddress(address),
+                   "a link that can be followed leads to the web");
+        }
+    }
+}
+
+// The page in the strip, its pictures coming in one by one.
+void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& picture)
+{
+    WebAd strip(world.platform.http, nullptr);
+    strip.resize(468, 60);
+    strip.show();
+    world.files.Write(kPage, page);
+    strip.Navigate(world.files, kPage);
+    static_cast<void>(strip.grab());
+    CheckRequests(world.platform.http);
+    CheckLinks(*strip.document());
+    for (const auto& done : world.platform.http.backgroundDone) {
+        done(picture.isEmpty() ? std::nullopt : Http::Reply(picture));
+    }
+    static_cast<void>(strip.grab());
+    CheckRequests(world.platform.http);
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    InputParts parts(data, size);
+    const QByteArray page = parts.Next();
+    const QByteArray picture = parts.Next();
+    const QString text = FromCodePage(page);
+    CheckTokens(text);
+    if (const std::optional<Banner> banner = CleanBanner(text)) {
+        CheckBanner(*banner);
+    }
+    FuzzWorld world;
+    CheckStrip(world, page, picture);
+    world.DemandAlive();
+    return 0;
+}

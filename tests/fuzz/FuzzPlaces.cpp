@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/LinkLabel.h"
+#include "controls/ListBox.h"
+#include "controls/TextBox.h"
+#include "fakes/PlainWindow.h"
+#include "fuzz/FuzzWorld.h"
+#include "fuzz/InputParts.h"
+#include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
+
+#include <QComboBox>
+#include <QPushButton>
+
+#include <pugixml.hpp>
+
+#include <algorithm>
+
+namespace {
+
+const QString kWait = QStringLiteral("FrmWait");
+
+/// Names of the stored places, in order, without prefixes.
+QStringList StoredPlaces(const FuzzWorld& world)
+{
+    pugi::xml_document document;
+    const QByteArray bytes = world.Settings();
+    document.load_buffer(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+    QStringList names;
+    for (const pugi::xml_node place : document.child("root").child("locations").children()) {
+        names << QString::fromUtf8(place.name()).section(u':', -1);
+    }
+    return names;
+}
+
+// Whatever was added stands behind what was there, under names of its own.
+void CheckAdded(const QStringList& before, const FuzzWorld& world)
+{
+    Demand(world.IsSettingsWhole(), "the service leaves a whole file");
+    const QStringList after = StoredPlaces(world);
+    Demand(after.mid(0, before.size()) == before, "no place is lost");
+    for (const QString& name : after.mid(before.size())) {
+        Demand(after.count(name) == 1, "a place has a name of its own");
+    }
+}
+
+void CheckRequests(const FakeHttp& http)
+{
+    for (const QString& url : http.requests) {
+        Demand(url.startsWith(QStringLiteral(DUSKBEACON_SERVICE_URL)), "the service alone is asked");
+    }
+}
+
+void CheckList(const FuzzWorld& world, const FrmLocation& list)
+{
+    Demand(list.isEnabled() && FuzzWorld::Find<QWidget>(list, "LblNewLocLink").isEnabled(),
+           "the list of places is usable");
+    Demand(world.forms.Loaded(FrmNewLoc::kName) == nullptr && world.forms.Loaded(kWait) == nullptr,
+           "nothing stands in front of the list of places");
+    Demand(world.main->ActiveForm == list.Name(), "the list of places has the attention");
+    // A reply that ends at a place which is there already leaves those before it unshown.
+    Demand(FuzzWorld::Find<ListBox>(list, "LstLocations").count() <= StoredPlaces(world).size(),
+           "the list shows what is stored");
+}
+
+void CheckSearch(const Form& search)
+{
+    for (const char* const name : {"LblGetLink", "LblGet2Link", "CmdAdd", "CmdCancel"}) {
+        Demand(FuzzWorld::Find<QWidget>(search, name).isEnabled(), "the search stays usable");
+    }
+    Demand(!FuzzWorld::Find<QWidget>(search, "ProgressBar1").isVisible(), "nothing is under way");
+}
+
+void AddOne(FuzzWorld& world, const Form& search, Choices& choices)
+{
+    auto& results = FuzzWorld::Find<ListBox>(search, "LstSearchResults");
+    if (results.count() > 0) {
+        results.SetListIndex(choices.Among(results.count()));
+    }
+    const QStringList before = StoredPlaces(world);
+    FuzzWorld::Find<QPushButton>(search, "CmdAdd").click();
+    CheckAdded(before, world);
+}
+
+void UseSearch(FuzzWorld& world, const Form& search, Choices& choices)
+{
+    FuzzWorld::Find<TextBox>(search, "TxtZipCode").SetText(QStringLiteral("60601"));
+    FuzzWorld::Find<LinkLabel>(search, "LblGetLink").Click();
+    CheckSearch(search);
+    AddOne(world, search, choices);
+    if (!search.IsLoaded()) {
+        return;
+    }
+    auto& countries = FuzzWorld::Find<QComboBox>(search, "CombState");
+    Demand(countries.currentIndex() == -1, "no country is chosen yet");
+    countries.setCurrentIndex(choices.Among(countries.count()));
+    FuzzWorld::Find<TextBox>(search, "TxtCity").SetText(QStringLiteral("Ca"));
+    FuzzWorld::Find<LinkLabel>(search, "LblGet2Link").Click();
+    CheckSearch(search);
+    AddOne(world, search, choices);
+    if (search.IsLoaded()) {
+        CheckSearch(search);
+        FuzzWorld::Find<QPushButton>(search, "CmdCancel").click();
+    }
+}
+
+bool IsUsable(Configuration& held, const FuzzWorld& world)
+{
+    try {
+        LoadConfiguration(held, world.documents, world.platform.region);
+        return true;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
+
+// The place that is tried is taken, or the one before stays.
+void SetCurrent(FuzzWorld& world, const FrmLocation& list, Choices& choices)
+{
+    auto& rows = FuzzWorld::Find<ListBox>(list, "LstLocations");
+    rows.SetListIndex(choices.Among(rows.count()));
+    // A place can hide the options of the whole file: then every place fails, and the message comes for as
+    // long as it is answered. Here somebody has had enough.
+    int refusals = 0;
+    world.platform.boxes.whileOpen = [&] {
+        constexpr int kEnough = 4;
+        if (++refusals == kEnough) {
+            world.forms.Unload(FrmLocation::kName);
+        }
+    };
+    FuzzWorld::Find<QPushButton>(list, "CmdSet").click();
+    world.platform.boxes.whileOpen = nullptr;
+    Demand(!list.IsLoaded(), "the list closes in the end");
+    Configuration held;
+    const bool isUsable = IsUsable(held, world);
+    Demand(isUsable || refusals > 0, "a place that can't be computed is refused");
+    Demand(!isUsable || held.CurrentKey == world.main->Settings.CurrentKey,
+           "what is shown is what is stored");
+}
+
+void UseList(FuzzWorld& world, FrmLocation& list, Choices& choices)
+{
+    FuzzWorld::Find<LinkLabel>(list, "LblNewLocLink").Click();
+    if (const Form* const search = world.forms.Loaded(FrmNewLoc::kName); search != nullptr) {
+        Demand(search->IsLoaded() && world.main->ActiveForm == search->Name(),
+               "the search has the attention");
+        UseSearch(world, *search, choices);
+    }
+    CheckList(world, list);
+    CheckRequests(world.platform.http);
+    SetCurrent(world, list, choices);
+    Demand(world.main->isEnabled() && world.main->ActiveForm == world.main->Name(),
+           "the main window has the attention again");
+}
+
+} // namespace
+
+// Replies to the search for countries, by zip code, for the number of cities, for cities, and for one place;
+// an empty one did not come. Then what the user chooses.
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    InputParts parts(data, size);
+    FuzzWorld world;
+    world.forms.Register(FrmLocation::kName,
+                         [&world] { return std::make_unique<FrmLocation>(world.forms, world.documents); });
+    world.forms.Register(FrmNewLoc::kName,
+                         [&world] { return std::make_unique<FrmNewLoc>(world.forms, world.documents); });
+    PlainWindow::Register(world.forms, kWait);
+    for (const char* const script : {"getStates.pl", "getUsCanCity.pl", "getNumMatchingCities.pl",
+                                     "getMatchingCities.pl", "getCityInfo.pl"}) {
+        if (const QByteArray reply = parts.Next(); !reply.isEmpty()) {
+            world.platform.http.replies[QLatin1String(script)] = reply;
+        }
+    }
+    Choices choices(parts.Next());
+    world.platform.boxes.answers = {choices.Among(2) == 1};
+    world.main->Enable(false);
+    auto& list = world.forms.Touch<FrmLocation>();
+    list.Show();
+    world.main->ActiveForm = list.Name();
+    UseList(world, list, choices);
+    world.DemandAlive();
+    return 0;
+}

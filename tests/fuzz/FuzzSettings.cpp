@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "controls/LinkLabel.h"
+#include "controls/SpinBar.h"
+#include "controls/TextBox.h"
+#include "fuzz/FuzzWorld.h"
+#include "fuzz/InputParts.h"
+#include "settings_dialog/FrmAlerts.h"
+
+#include <QAbstractButton>
+
+#include <pugixml.hpp>
+
+#include <cmath>
+#include <sstream>
+
+namespace {
+
+// The document as XML, without the attributes that the dialog is there to change.
+std::string WithoutOptions(const SimpleXML& settings)
+{
+    pugi::xml_document document;
+    constexpr unsigned int kAll = pugi::parse_full | pugi::parse_ws_pcdata;
+    document.load_string(settings.xmldoc->DocumentElement().Xml().toUtf8().constData(), kAll);
+    for (const char* path :
+         {"//root//alerts", "//root//alerts//fajr", "//root//alerts//shuruq", "//root//alerts//duhr",
+          "//root//alerts//asr", "//root//alerts//maghrib", "//root//alerts//isha"}) {
+        document.select_node(path).node().remove_attributes();
+    }
+    std::ostringstream stream;
+    document.save(stream, "", pugi::format_raw);
+    return stream.str();
+}
+
+// What is loaded can be saved, and loads again as the same document.
+void CheckStore(FuzzWorld& world)
+{
+    SimpleXML settings(world.documents);
+    if (!settings.Load(kSettingsFile)) {
+        Demand(settings.GetRootName().isEmpty(), "a document that does not load is empty");
+        return;
+    }
+    const QString name = QStringLiteral("copy.xml");
+    Demand(settings.Save(name), "what is loaded can be saved");
+    SimpleXML copy(world.documents);
+    Demand(copy.Load(name), "what is saved can be loaded");
+    Demand(copy.XML() == settings.XML(), "nothing changes on the way through the file");
+}
+
+QString Text(const Configuration& held)
+{
+    return QStringList{held.DistText,
+                       held.AtlasID,
+                       held.CurrentKey,
+                       held.CityName,
+                       held.StateName,
+                       held.LatitudeText,
+                       QString::number(held.LatitudeFinal),
+                       held.LongitudeText,
+                       QString::number(held.LongitudeFinal),
+                       QString::number(held.ZoneHours),
+                       held.ProdID,
+                       QString::number(held.FajrAngle),
+                       QString::number(held.IshaAngle),
+                       held.CalcMethod,
+                       held.AsrMethod,
+                       QString::number(held.UseAdvAlert ? 1 : 0),
+                       QString::number(held.AdvAlertMinutes),
+                       QString::number(held.UseDayLight ? 1 : 0),
+                       held.HourMode,
+                       held.DefaultAdText}
+        .join(u'\n');
+}
+
+bool IsLoaded(Configuration& held, const FuzzWorld& world)
+{
+    try {
+        LoadConfiguration(held, world.documents, world.platform.region);
+    } catch (const RuntimeError& error) {
+        Demand(error.Number() == ErrorNumber::kConfiguration, "a bad file has one error");
+        return false;
+    }
+    return true;
+}
+
+void CheckConfiguration(FuzzWorld& world)
+{
+    Configuration held;
+    if (!IsLoaded(held, world)) {
+        return;
+    }
+    Demand(std::isfinite(held.LatitudeFinal) && std::isfinite(held.LongitudeFinal), "a place has numbers");
+    Demand(held.PID == held.ProdID && held.Dstr == held.DistText, "the public copies are copies");
+    SimpleXML settings(world.documents);
+    Demand(settings.Load(kSettingsFile) && settings.Save(kSettingsFile), "a configuration can be saved");
+    Configuration again;
+    Demand(IsLoaded(again, world) && Text(again) == Text(held), "a saved configuration is the same one");
+}
+
+// Something that the user does to a control within reach.
+void Act(const FrmAlerts& dialog, Choices& choices, const QByteArray& typed)
+{
+    QList<QWidget*> controls;
+    for (QWidget* const control : dialog.findChildren<QWidget*>()) {
+        const bool isLive = control->isVisible() && control->isEnabled();
+        if (isLive &&
+            (qobject_cast<QAbstractButton*>(control) != nullptr ||
+             qobject_cast<SpinBar*>(control) != nullptr || qobject_cast<TextBox*>(control) != nullptr ||
+             qobject_cast<LinkLabel*>(control) != nullptr)) {
+            controls << control;
+        }
+    }
+    QWidget* const control = controls.at(choices.Among(controls.size()));
+    if (auto* const button = qobject_cast<QAbstractButton*>(control); button != nullptr) {
+        button->click();
+    } else if (auto* const bar = qobject_cast<SpinBar*>(control); bar != nullptr) {
+        bar->triggerAction(choices.Next() % 2 == 0 ? SpinBar::SliderSingleStepAdd
+                                                   : SpinBar::SliderSingleStepSub);
+    } else if (auto* const link = qobject_cast<LinkLabel*>(control); link != nullptr) {
+        link->Click();
+    } else {
+        auto& box = static_cast<TextBox&>(*control);
+        if (!box.isReadOnly()) {
+            box.selectAll();
+            box.insert(QString::fromUtf8(typed));
+        }
+    }
+}
+
+void CheckDialog(FuzzWorld& world, Choices& choices, const QByteArray& typed)
+{
+    SimpleXML before(world.documents);
+    const bool wasWhole = before.Load(kSettingsFile);
+    const QByteArray bytes = world.Settings();
+    world.files.saves = 0;
+    auto& dialog = world.forms.Touch<FrmAlerts>();
+    dialog.Show();
+    for (std::int16_t tab = 0; tab <= 9 && dialog.IsLoaded(); ++tab) {
+        dialog.SelectTab(tab);
+    }
+    Demand(world.files.saves == 0, "looking at the pages writes nothing");
+    constexpr int kMostActions = 32;
+    for (int i = 0; i < kMostActions && choices.AreLeft() && dialog.IsLoaded(); ++i) {
+        Act(dialog, choices, typed);
+    }
+    world.forms.Unload(FrmAlerts::kName);
+    Demand(world.main->ActiveForm == world.main->Name(), "the main window has the attention again");
+    if (!wasWhole) {
+        Demand(world.Settings() == bytes, "a file that does not load is left alone");
+        return;
+    }
+    SimpleXML after(world.documents);
+    Demand(after.Load(kSettingsFile), "the dialog leaves a whole file");
+    Demand(WithoutOptions(after) == WithoutOptions(before), "the dialog changes nothing but its options");
+}
+
+} // namespace
+
+// The file; then the locale and what the user does in the dialog; then what the user types.
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    InputParts parts(data, size);
+    FuzzWorld world;
+    world.forms.Register(FrmAlerts::kName,
+                         [&world] { return std::make_unique<FrmAlerts>(world.forms, world.documents); });
+    world.files.Write(kSettingsFile, parts.Next());
+    Choices choices(parts.Next());
+    const QLocale locales[] = {world.platform.region.locale, QLocale(QLocale::German, QLocale::Germany),
+                               QLocale(QLocale::Arabic, QLocale::Egypt)};
+    world.platform.region.locale = locales[choices.Among(std::size(locales))];
+    CheckStore(world);
+    CheckDialog(world, choices, parts.Next());
+    CheckConfiguration(world);
+    world.DemandAlive();
+    return 0;
+}

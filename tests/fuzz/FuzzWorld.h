@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "fakes/SettingsFile.h"
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "fuzz/FuzzPlatform.h"
+#include "fuzz/FuzzTarget.h"
+#include "store/SimpleXML.h"
+#include "support/RuntimeError.h"
+
+#include <QCoreApplication>
+
+/// A main window that reads settings.xml as the real one does.
+class FuzzMain final : public Form, public MainForm
+{
+public:
+    static constexpr QLatin1String kName{"FrmMain"};
+
+    FuzzMain(Forms& forms, const DomDocuments& documents)
+        : Form(forms, kName, Qt::Window)
+        , m_documents(documents)
+    {
+        forms.SetMain(*this);
+        resize(602, 423);
+    }
+    int UpdateEverything() override
+    {
+        try {
+            LoadConfiguration(Settings, m_documents, Outside().region);
+            return 1;
+        } catch (const RuntimeError&) {
+            return 0;
+        }
+    }
+    void PopLocation() override {}
+    void PopPrayerFrame() override {}
+    void Enable(bool enabled) override { setEnabled(enabled); }
+    void TakeFocus() override {}
+
+private:
+    const DomDocuments& m_documents;
+};
+
+/// All that one input can touch: the doors, and a main window that has read a whole settings.xml.
+class FuzzWorld final
+{
+public:
+    FuzzWorld()
+    {
+        forms.Register(FuzzMain::kName, [this] { return std::make_unique<FuzzMain>(forms, documents); });
+        files.Write(kSettingsFile, SettingsText().toUtf8());
+        main = &forms.Touch<FuzzMain>();
+        main->Show();
+        main->UpdateEverything();
+        main->ActiveForm = main->Name();
+        main->AdTimer = 600.0F;
+        platform.http.reachable = true;
+    }
+    ~FuzzWorld()
+    {
+        // What has been put off must not run in the next input.
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    FuzzWorld(const FuzzWorld&) = delete;
+    FuzzWorld& operator=(const FuzzWorld&) = delete;
+
+    [[nodiscard]] QByteArray Settings() const
+    {
+        return files.Read(kSettingsFile, DomDocument::kLargestDocument).value_or(QByteArray());
+    }
+    [[nodiscard]] bool IsSettingsWhole() const { return SimpleXML(documents).Load(kSettingsFile); }
+    [[nodiscard]] QString Setting(const QString& name, const QString& path) const
+    {
+        SimpleXML settings(documents);
+        settings.Load(kSettingsFile);
+        return settings.GetAttribute(name, path);
+    }
+    /// The control of that name, which must be there.
+    template <typename Control>
+    [[nodiscard]] static Control& Find(const Form& form, const char* name)
+    {
+        auto* const control = form.findChild<Control*>(QLatin1String(name));
+        Demand(control != nullptr, name);
+        return *control;
+    }
+    /// Nothing that came from outside may end the program or reach its last resort.
+    void DemandAlive() const
+    {
+        Demand(platform.process.ended == 0, "the program goes on");
+        for (const FakeMessageBoxes::Box& box : platform.boxes.boxes) {
+            Demand(box.title == MessageBoxes::kDefaultTitle, "no box tells of an error of the program");
+            Demand(!box.text.startsWith(u"Run-time error"), "no error is left to the last resort");
+        }
+    }
+
+    FuzzPlatform platform;
+    MemoryFiles& files = platform.files;
+    DomDocuments& documents = platform.documents;
+    Forms forms{platform.doors};
+    FuzzMain* main = nullptr;
+};
