@@ -6,7 +6,7 @@
 #include <QFont>
 
 // The font library hides its pointers, and what they lead to looks lost while the application lives.
-extern "C" const char* __lsan_default_suppressions();
+extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions();
 const char* __lsan_default_suppressions()
 {
     return "leak:libfontconfig";
