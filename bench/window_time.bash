@@ -1,0 +1,44 @@
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+#
+# To be sourced: a virtual display without a network, and the time from a program's start to its window on the screen.
+folder=$(mktemp -d)
+server=""
+started=""
+end() {
+  [ -z "$started" ] || kill "$started" 2>/dev/null || true
+  [ -z "$server" ] || kill "$server" 2>/dev/null || true
+  rm -rf "$folder"
+}
+trap end EXIT
+trap 'exit 1' INT TERM
+
+Xvfb -displayfd 3 -screen 0 1280x960x24 -nolisten tcp -noreset 3>"$folder/display" 2>/dev/null &
+server=$!
+until [ -s "$folder/display" ]; do sleep 0.05; done
+DISPLAY=:$(cat "$folder/display")
+export DISPLAY QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled: LC_ALL=C.UTF-8
+# Nothing is behind this proxy: no time is lost on the network.
+export http_proxy=http://127.0.0.1:9 https_proxy=http://127.0.0.1:9
+
+# settings_of FILE: the file as it is after the first start, so that the program neither asks the service for anything nor
+# opens another window.
+settings_of() { sed -e 's/FirstRun="true"/FirstRun="false"/' -e 's/pid=""/pid="bench"/' "$1"; }
+# shown PROGRAM TITLE: starts it and sets the tenths of milliseconds until its window is on the screen.
+shown() {
+  local begin
+  begin=$(date +%s%N)
+  "$1" 2>/dev/null &
+  started=$!
+  # Asked again and again: its own waiting looks only twice a second.
+  until xdotool search --onlyvisible --name "$2" >/dev/null 2>&1; do
+    kill -0 "$started" || { echo "$0: $1 has ended" >&2; exit 1; }
+  done
+  result=$((($(date +%s%N) - begin) / 100000))
+}
+stop() {
+  kill "$started"
+  wait "$started" 2>/dev/null || true
+  started=""
+}
+median() { sort -n | awk '{v[NR]=$1} END {print v[int((NR+1)/2)]}'; }
