@@ -43,6 +43,14 @@ QAccessibleInterface* CreateLinkInterface(const QString& /*className*/, QObject*
     return label != nullptr ? new LinkInterface(label) : nullptr;
 }
 
+// Disabled itself or in a frame that is; a window that takes no input is no reason to be grey.
+bool IsDisabledInItsWindow(const QWidget& widget)
+{
+    return !widget.isWindow() &&
+           (widget.testAttribute(Qt::WA_ForceDisabled) ||
+            (widget.parentWidget() != nullptr && IsDisabledInItsWindow(*widget.parentWidget())));
+}
+
 } // namespace
 
 LinkLabel::LinkLabel(const QString& caption, QWidget* parent)
@@ -58,12 +66,8 @@ LinkLabel::LinkLabel(const QString& caption, QWidget* parent)
 
 void LinkLabel::ApplyColour()
 {
-    QPalette colours = palette();
-    // Dark enough to read on a light window, light enough to tell from it when greyed.
-    colours.setColor(QPalette::Active, QPalette::WindowText, QColor(0x00, 0x3c, 0xb4));
-    colours.setColor(QPalette::Inactive, QPalette::WindowText, QColor(0x00, 0x3c, 0xb4));
-    colours.setColor(QPalette::Disabled, QPalette::WindowText, QColor(0x62, 0x62, 0x68));
-    setPalette(colours);
+    // Roles that are the same in each state of the window, so that only the label's own state counts.
+    setForegroundRole(IsDisabledInItsWindow(*this) ? QPalette::PlaceholderText : QPalette::Link);
 }
 
 void LinkLabel::Click()
@@ -71,6 +75,12 @@ void LinkLabel::Click()
     if (isEnabled() && m_click) {
         m_click();
     }
+}
+
+void LinkLabel::setEnabled(bool enabled)
+{
+    QLabel::setEnabled(enabled);
+    ApplyColour();
 }
 
 void LinkLabel::mouseMoveEvent(QMouseEvent* event)
@@ -108,13 +118,19 @@ void LinkLabel::keyPressEvent(QKeyEvent* event)
     QLabel::keyPressEvent(event);
 }
 
-void LinkLabel::paintEvent(QPaintEvent* event)
+void LinkLabel::paintEvent(QPaintEvent* /*event*/)
 {
-    QLabel::paintEvent(event);
+    QStylePainter painter(this);
+    // The base class draws a label in a disabled window as disabled.
+    QPalette colours = palette();
+    colours.setCurrentColorGroup(QPalette::Active);
+    constexpr bool kIsEnabled = true;
+    painter.drawItemText(contentsRect(), static_cast<int>(alignment()), colours, kIsEnabled, text(),
+                         foregroundRole());
     if (hasFocus()) {
         QStyleOptionFocusRect option;
         option.initFrom(this);
-        QStylePainter(this).drawPrimitive(QStyle::PE_FrameFocusRect, option);
+        painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
     }
 }
 
@@ -123,6 +139,7 @@ void LinkLabel::changeEvent(QEvent* event)
     QLabel::changeEvent(event);
     if (event->type() == QEvent::EnabledChange) {
         m_pressed = false;
+        ApplyColour();
     }
 }
 

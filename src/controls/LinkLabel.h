@@ -7,7 +7,8 @@
 #include <functional>
 
 /// A text that acts as a link: Click by mouse or keyboard, MouseMove without a button. While disabled it
-/// takes no click, and the mouse moves over whatever lies behind it.
+/// takes no click, and the mouse moves over whatever lies behind it. It is grey while it or its frame is
+/// disabled, not while its window is.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT
@@ -21,6 +22,8 @@ public:
     void OnMouseMove(std::function<void()> handler) { m_move = std::move(handler); }
     /// Runs the Click handler if the label is enabled.
     void Click();
+    /// In place of the widget's own, which tells nobody of a change inside a disabled window.
+    void setEnabled(bool enabled);
 
 protected:
     void mouseMoveEvent(QMouseEvent* event) override;

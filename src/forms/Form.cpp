@@ -9,9 +9,24 @@
 #include <QCloseEvent>
 #include <QDeadlineTimer>
 #include <QGuiApplication>
+#include <QPalette>
 #include <QScopeGuard>
 #include <QScreen>
 #include <QWindow>
+
+namespace {
+
+// A disabled window takes no input, and looks as before: grey is only what is disabled itself.
+QPalette UngreyedColours(QPalette colours)
+{
+    for (int role = 0; role < QPalette::NColorRoles; ++role) {
+        const auto colourRole = static_cast<QPalette::ColorRole>(role);
+        colours.setBrush(QPalette::Disabled, colourRole, colours.brush(QPalette::Active, colourRole));
+    }
+    return colours;
+}
+
+} // namespace
 
 Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
     : QWidget(nullptr, flags)
@@ -118,6 +133,14 @@ bool Form::event(QEvent* event)
         Handle([this] { OnGotFocus(); });
     }
     return QWidget::event(event);
+}
+
+void Form::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::EnabledChange) {
+        setPalette(isEnabled() ? QPalette() : UngreyedColours(QGuiApplication::palette()));
+    }
+    QWidget::changeEvent(event);
 }
 
 void Form::showEvent(QShowEvent* event)

@@ -63,6 +63,7 @@ protected:
     void CentreOver(const QWidget* window);
 
     bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 

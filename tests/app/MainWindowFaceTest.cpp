@@ -3,6 +3,7 @@
 #include "app/Appearance.h"
 #include "app/DlgStart.h"
 #include "app/FrmMain.h"
+#include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
@@ -317,9 +318,40 @@ TEST_F(MainWindowFace, colours_areReadableInAllControls)
 
 TEST_F(MainWindowFace, links_areBlue)
 {
-    const QColor colour = Find<QLabel>("LblLocLink")->palette().color(QPalette::Active, QPalette::WindowText);
+    const auto* const link = Find<QLabel>("LblLocLink");
+    const QColor colour = link->palette().color(link->foregroundRole());
     EXPECT_GT(colour.blue(), 2 * colour.green());
     EXPECT_GT(colour.blue(), 2 * colour.red());
+}
+
+// An alert or a dialog in front of the window is no reason to grey what it shows.
+TEST_F(MainWindowFace, windowThatTakesNoInput_looksAsBefore)
+{
+    Window().show();
+    const QImage before = Window().grab().toImage();
+    Window().Enable(false);
+    EXPECT_FALSE(Window().isEnabled());
+    EXPECT_TRUE(Window().grab().toImage() == before);
+    Window().hide();
+    Window().show();
+    EXPECT_TRUE(Window().grab().toImage() == before)
+        << "the list of the first start disables it before it is shown";
+    Window().Enable(true);
+    EXPECT_TRUE(Window().grab().toImage() == before);
+}
+
+TEST_F(MainWindowFace, stopLinkBehindAnAlert_isBlueWhileASoundPlaysOnly)
+{
+    auto* const link = Find<LinkLabel>("LblStopLink");
+    const auto colour = [&] { return link->palette().color(link->foregroundRole()); };
+    const QColor greyed = colour();
+    EXPECT_LT(greyed.blue() - greyed.red(), 20);
+    Window().Enable(false);
+    EXPECT_EQ(colour(), greyed);
+    link->setEnabled(true);
+    EXPECT_GT(colour().blue(), 2 * colour().red());
+    link->setEnabled(false);
+    EXPECT_EQ(colour(), greyed);
 }
 
 TEST_F(MainWindowFace, whatPeopleUse_hasAnAccessibleName)

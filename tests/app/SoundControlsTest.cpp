@@ -11,6 +11,7 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
+#include "store/SimpleXML.h"
 
 #include <QTest>
 
@@ -161,10 +162,23 @@ TEST_F(SoundControlsTest, alarmWithPopup_disablesTheWindowUntilItGoes)
     TickAt(20, 15);
     EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmPopup"));
     EXPECT_FALSE(main->isEnabled());
-    EXPECT_FALSE(StopLink()->isEnabled()) << "no sound is wanted";
+    EXPECT_FALSE(StopLink()->isEnabledTo(main)) << "no sound is wanted";
     forms.Unload(FrmPopup::kName);
     EXPECT_TRUE(main->isEnabled());
     EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+}
+
+TEST_F(SoundControlsTest, alarmWithPopupAndSound_leavesTheLinkAndTheBarEnabledInTheDisabledWindow)
+{
+    SimpleXML settings(platform.documents);
+    ASSERT_TRUE(settings.Load(QStringLiteral("settings.xml")));
+    settings.AddAttributeByName(QStringLiteral("popup"), QStringLiteral("true"),
+                                QStringLiteral("//root//alerts//maghrib"));
+    ASSERT_TRUE(settings.Save(QStringLiteral("settings.xml")));
+    TickAt(18, 42);
+    EXPECT_FALSE(main->isEnabled());
+    EXPECT_TRUE(StopLink()->isEnabledTo(main));
+    EXPECT_TRUE(main->findChild<QWidget*>(QStringLiteral("VolControl"))->isEnabledTo(main));
 }
 
 TEST_F(SoundControlsTest, stopLink_clicked_greysBeforeThePlayerHasReported)

@@ -56,6 +56,22 @@ TEST_F(LinkLabelTest, releaseElsewhere_isNoClick)
     EXPECT_EQ(clicks, 0) << "nor is a press elsewhere";
 }
 
+TEST_F(LinkLabelTest, colour_isGreyInADisabledFrame_blueInADisabledWindow)
+{
+    QWidget frame(&window);
+    LinkLabel inside(QStringLiteral("Browse"), &frame);
+    const auto shown = [&] { return inside.palette().color(inside.foregroundRole()); };
+    const QColor blue = shown();
+    window.setEnabled(false);
+    EXPECT_EQ(shown(), blue);
+    window.setEnabled(true);
+    frame.setEnabled(false);
+    EXPECT_NE(shown(), blue);
+    frame.setEnabled(true);
+    inside.setEnabled(false);
+    EXPECT_NE(shown(), blue);
+}
+
 TEST_F(LinkLabelTest, disabled_takesNoClickOfAnyKind)
 {
     link.setEnabled(false);
