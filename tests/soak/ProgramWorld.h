@@ -24,11 +24,16 @@
 class ProgramWorld
 {
 public:
-    explicit ProgramWorld(FileStore& files, const QString& settings = SettingsText())
-        : doors{platform.clock,  platform.timers, files,          platform.http,
+    explicit ProgramWorld(FileStore& files)
+        : ProgramWorld(files, nullptr, SettingsText())
+    {
+    }
+    /// @param http null for the table of replies of the fakes
+    ProgramWorld(FileStore& files, Http* http, const QString& settings)
+        : doors{platform.clock,  platform.timers, files,          http != nullptr ? *http : platform.http,
                 platform.player, platform.tray,   platform.boxes, platform.browser,
                 platform.region, platform.process}
-        , documents{files, platform.http}
+        , documents{files, doors.http}
         , forms{doors}
     {
         WriteSettings(settings);

@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "soak/SoakWorld.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr int kDays = 400;
+constexpr unsigned kSeed = 20270101;
+
+// Another run than the usual one: DUSKBEACON_SOAK_SEED and DUSKBEACON_SOAK_DAYS.
+unsigned FromEnvironment(const char* name, unsigned usual)
+{
+    return qEnvironmentVariableIsSet(name) ? static_cast<unsigned>(qEnvironmentVariableIntValue(name))
+                                           : usual;
+}
+
+TEST(Soak, fourHundredDaysInBadCompany_eachAlertThatIsDueIsGiven)
+{
+    const unsigned seed = FromEnvironment("DUSKBEACON_SOAK_SEED", kSeed);
+    const int days = static_cast<int>(FromEnvironment("DUSKBEACON_SOAK_DAYS", kDays));
+    SoakWorld world(seed);
+    world.PassDays(days);
+    const int due = world.model.alarms + world.model.warnings;
+    std::printf(
+        "figure: soak of %d days, seed %u: alerts due %d, given %d; ticks %lld, deeds %d, clock changes %d, "
+        "service faults %d, requests that hung %d, slots dropped %d\n",
+        days, seed, due, world.given, static_cast<long long>(world.ticks), world.deeds, world.clockChanges,
+        world.faults, world.hangs, world.model.dropped);
+    EXPECT_EQ(world.Difference().toStdString(), "");
+    EXPECT_EQ(world.given, due);
+    EXPECT_GT(world.model.alarms, days);
+    EXPECT_GT(world.model.warnings, days / 2);
+}
+
+} // namespace
