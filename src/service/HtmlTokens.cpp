@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace {
 
@@ -52,13 +53,75 @@ QString Escaped(QChar character)
     }
 }
 
+// The number that stands for a character, as in "&#38;" and "&#x26;".
+class NumberedEntity final
+{
+public:
+    /// @param at where its "&" stands in @p text
+    NumberedEntity(const QString& text, qsizetype at)
+    {
+        const QStringView mark = QStringView(text).mid(at, 3);
+        if (!mark.startsWith(u"&#")) {
+            return;
+        }
+        const bool isHexadecimal = mark.size() > 2 && mark[2].toLower() == u'x';
+        const qsizetype start = at + (isHexadecimal ? 3 : 2);
+        m_end = start;
+        while (m_end < text.size() && m_end - start < kLongestNumber && text[m_end].unicode() < 128 &&
+               text[m_end].isLetterOrNumber()) {
+            ++m_end;
+        }
+        bool ok = false;
+        const uint code = text.mid(start, m_end - start).toUInt(&ok, isHexadecimal ? 16 : 10);
+        m_code = ok && IsShowable(code) ? code : u' ';
+        m_end += m_end < text.size() && text[m_end] == u';' ? 1 : 0;
+    }
+    [[nodiscard]] bool IsOne() const { return m_end > 0; }
+    /// A blank for what is no text.
+    [[nodiscard]] char32_t Code() const { return m_code; }
+    [[nodiscard]] qsizetype End() const { return m_end; }
+
+private:
+    char32_t m_code = u' ';
+    qsizetype m_end = 0;
+};
+
+// What an attribute says. Of the names only those of the marks are known here: an address needs no other.
+QString Decoded(const QString& value)
+{
+    constexpr std::pair<const char16_t*, QChar> kNames[] = {
+        {u"&amp;", u'&'}, {u"&lt;", u'<'}, {u"&gt;", u'>'}, {u"&quot;", u'"'}, {u"&apos;", u'\''}};
+    QString text;
+    qsizetype at = 0;
+    for (qsizetype mark = value.indexOf(u'&'); mark >= 0; mark = value.indexOf(u'&', at)) {
+        text += QStringView(value).mid(at, mark - at);
+        const QStringView rest = QStringView(value).mid(mark);
+        const auto* const name = std::find_if(std::begin(kNames), std::end(kNames), [&](const auto& known) {
+            return rest.startsWith(QStringView(known.first));
+        });
+        const NumberedEntity number(value, mark);
+        if (number.IsOne()) {
+            text += QString::fromUcs4(std::array{number.Code()}.data(), 1);
+            at = number.End();
+        } else if (name != std::end(kNames)) {
+            text += name->second;
+            at = mark + QStringView(name->first).size();
+        } else {
+            text += u'&';
+            at = mark + 1;
+        }
+    }
+    text += QStringView(value).mid(at);
+    return text;
+}
+
 } // namespace
 
 QString EscapedHtml(const QString& value)
 {
     QString escaped;
     for (const QChar character : value) {
-        escaped += Escaped(character);
+        escaped += character == u'&' ? QStringLiteral("&amp;") : Escaped(character);
     }
     return escaped;
 }
@@ -104,29 +167,14 @@ HtmlToken HtmlTokens::Text()
 // Only a number can stand for what is no text; names stay as they are.
 QString HtmlTokens::Entity()
 {
-    ++m_at;
-    const bool isNumber = m_at < m_page.size() && m_page[m_at] == u'#';
-    if (!isNumber) {
+    const NumberedEntity number(m_page, m_at);
+    if (!number.IsOne()) {
+        ++m_at;
         return QStringLiteral("&");
     }
-    ++m_at;
-    const bool isHexadecimal = m_at < m_page.size() && m_page[m_at].toLower() == u'x';
-    m_at += isHexadecimal ? 1 : 0;
-    const qsizetype start = m_at;
-    while (m_at < m_page.size() && m_at - start < kLongestNumber && m_page[m_at].unicode() < 128 &&
-           m_page[m_at].isLetterOrNumber()) {
-        ++m_at;
-    }
-    bool ok = false;
-    const uint code = m_page.mid(start, m_at - start).toUInt(&ok, isHexadecimal ? 16 : 10);
-    if (m_at < m_page.size() && m_page[m_at] == u';') {
-        ++m_at;
-    }
-    if (!ok || !IsShowable(code)) {
-        return QStringLiteral(" ");
-    }
+    m_at = number.End();
     // "&" and "<" must not come out as markup, and a blank that holds is no blank.
-    return QStringLiteral("&#%1;").arg(code);
+    return number.Code() == u' ' ? QStringLiteral(" ") : QStringLiteral("&#%1;").arg(number.Code());
 }
 
 HtmlToken HtmlTokens::Tag()
@@ -197,7 +245,7 @@ QString HtmlTokens::Value()
         }
         m_at = end;
     }
-    return m_page.mid(start, end - start).trimmed();
+    return Decoded(m_page.mid(start, end - start)).trimmed();
 }
 
 void HtmlTokens::SkipBlanks()

@@ -17,7 +17,7 @@ struct HtmlToken
     QString text;
     /// Of a tag: in lower case.
     QString name;
-    /// Of an opening tag: names in lower case, values as they stand.
+    /// Of an opening tag: names in lower case, values as they are meant, their entities decoded.
     std::vector<std::pair<QString, QString>> attributes;
 };
 

@@ -66,6 +66,15 @@ INSTANTIATE_TEST_SUITE_P(
         CleanRow{"link_without_scheme", "<a href=\"x.html\">a</a>", "<a>a</a>"},
         CleanRow{"picture", "<img src=http://x.example/a.gif width=468 height=60 border=0>",
                  "<img src=\"image:0\" width=\"468\" height=\"60\" border=\"0\">"},
+        CleanRow{"entities_in_a_link", "<a href='http://x.example/?a=1&amp;b=2&#38;c=3&copy=4'>a</a>",
+                 "<a href=\"http://x.example/?a=1&amp;b=2&amp;c=3&amp;copy=4\">a</a>"},
+        CleanRow{"entity_of_an_entity", "<font face='&amp;lt;&#x3C;'>a</font>",
+                 "<font face=\"&amp;lt;&lt;\">a</font>"},
+        CleanRow{"link_to_a_file_in_numbers", "<a href='&#102;ile:///x'>a</a>", "<a>a</a>"},
+        CleanRow{"huge_size_in_numbers", "<hr width='&#57;&#57;&#57;&#57;&#57;'>", "<hr>"},
+        CleanRow{"style_that_loads_in_numbers", "<p style='background:u&#114;l(file:///x)'>a</p>",
+                 "<p>a</p>"},
+        CleanRow{"picture_of_a_file_in_numbers", "a<img src=&#102;ile:///x.png>", "a"},
         CleanRow{"picture_of_a_file", "a<img src=file:///x.png>", "a"},
         CleanRow{"picture_without_scheme", "a<img src=/x.png><img src=qrc:/x><img>", "a"},
         CleanRow{"huge_size", "<img src=https://x.example/a width=1000000>", "<img src=\"image:0\">"},
@@ -98,6 +107,17 @@ TEST(BannerHtml, images_areNumberedAndKept)
     EXPECT_EQ(banner->images,
               (QStringList{QStringLiteral("http://a.example/ x"),
                            QStringLiteral("data:image/gif;base64,AAAA"), QStringLiteral("HTTPS://b")}));
+}
+
+TEST(BannerHtml, images_entitiesInTheirAddresses_areDecoded)
+{
+    const std::optional<Banner> banner = CleanBanner(QStringLiteral(
+        "<img src='http://a.example/?a=1&amp;b=2&#38;c=3&#x26;d=4&#X26;e=&quot;&apos;&lt;&gt;&copy;&'>"
+        "<img src='&#104;ttp://b.example/&#233;'><img src='data:image/gif;base64,AA&#65;A'>"));
+    ASSERT_TRUE(banner);
+    EXPECT_EQ(banner->images, (QStringList{QStringLiteral("http://a.example/?a=1&b=2&c=3&d=4&e=\"'<>&copy;&"),
+                                           QStringLiteral("http://b.example/\u00E9"),
+                                           QStringLiteral("data:image/gif;base64,AAAA")}));
 }
 
 TEST(BannerHtml, images_sixteenAreEnough)
