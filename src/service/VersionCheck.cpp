@@ -51,8 +51,9 @@ void VersionCheck::CheckNewVersion(const bool& check)
 void VersionCheck::Check()
 {
     SimpleXML settings(m_documents);
-    // The same file under another spelling; whether it loads shows when something is written to it.
-    settings.Load(QStringLiteral("settings.XML"));
+    // Elsewhere spelt "settings.XML", which is this file and never one beside it. Whether it loads shows when
+    // something is written to it.
+    settings.Load(kSettingsFile);
     SimpleXML document(m_documents);
     document.Load(ServiceRequests::Version(m_main.Settings));
     const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
@@ -97,6 +98,8 @@ void VersionCheck::Offer(SimpleXML& settings, const SimpleXML& reply)
         settings.Save(kSettingsFile);
         return;
     }
+    // As sent. The browser takes http and https with a host and passes over all else: a stranger's word must
+    // not start a program. This one ends all the same.
     m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kRoot));
     m_platform.process.End();
 }

@@ -172,6 +172,42 @@ TEST_F(VersionCheckTest, no_keepsEverythingElseOfTheSettings)
     EXPECT_EQ(after.XML(), before.XML());
 }
 
+// A copy from a system that takes both names for one file can leave a second one behind.
+TEST_F(VersionCheckTest, fileOfTheOtherSpelling_isNeitherReadNorCopied)
+{
+    QFile other(QStringLiteral("settings.XML"));
+    ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+    const QByteArray stray = SettingsText()
+                                 .replace(QStringLiteral("remind=\"\""), QStringLiteral("remind=\"366\""))
+                                 .replace(QStringLiteral("P-77"), QStringLiteral("P-stray"))
+                                 .toUtf8();
+    other.write(stray);
+    other.close();
+    Answer("version_name='2' version_sequence='0'");
+    SetDay(100);
+    Check();
+    EXPECT_EQ(Offers(), 1U) << "the file itself has no reminder";
+    EXPECT_EQ(Remind(), QStringLiteral("114"));
+    EXPECT_TRUE(ReadSettings().contains("P-77"));
+    ASSERT_TRUE(other.open(QIODevice::ReadOnly));
+    EXPECT_EQ(other.readAll(), stray);
+}
+
+TEST_F(VersionCheckTest, noSettings_offersAllTheSame_noWritesNothing)
+{
+    Answer("version_name='2' version_sequence='0' download_url='http://x.example/'");
+    QFile::remove(kSettingsFile);
+    Check();
+    EXPECT_EQ(Offers(), 1U);
+    EXPECT_FALSE(QFile::exists(kSettingsFile));
+    EXPECT_EQ(platform.process.ended, 0);
+    platform.boxes.answers = {true};
+    Check();
+    EXPECT_EQ(Offers(), 2U);
+    EXPECT_EQ(platform.browser.opened, QStringList(QStringLiteral("http://x.example/")));
+    EXPECT_EQ(platform.process.ended, 1);
+}
+
 struct RemindRow
 {
     const char* name;
