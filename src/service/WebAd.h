@@ -21,9 +21,9 @@ public:
     WebAd(Http& http, QWidget* parent);
     ~WebAd() override;
 
-    /// Shows the page in a file, read as windows-1252 unless it names its encoding. A page that would take
-    /// too long to lay out is not shown, and the view keeps what it had. Throws kInvalidCall if there is no
-    /// such file.
+    /// Shows the page in a file, read as windows-1252 unless it names an encoding that is known. A page that
+    /// would take too long to lay out is not shown, and the view keeps what it had. Throws kInvalidCall if
+    /// there is no such file.
     void Navigate(const FileStore& files, const QString& path);
     /// @param handler takes the address of a link that is followed, and must not let an exception out
     void OnLink(std::function<void(const QString&)> handler) { m_link = std::move(handler); }

@@ -19,6 +19,17 @@ void Check(UErrorCode status)
     }
 }
 
+QString Decode(const Converter& converter, const QByteArray& bytes, UErrorCode& status)
+{
+    // No encoding makes more than two units of a byte.
+    QString text(2 * bytes.size(), u'\0');
+    const std::int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar*>(text.data()),
+                                              static_cast<std::int32_t>(text.size()), bytes.constData(),
+                                              static_cast<std::int32_t>(bytes.size()), &status);
+    text.truncate(U_FAILURE(status) ? 0 : length);
+    return text;
+}
+
 Converter OpenCodePage()
 {
     UErrorCode status = U_ZERO_ERROR;
@@ -47,13 +58,20 @@ QByteArray ToCodePage(const QString& text)
 
 QString FromCodePage(const QByteArray& bytes)
 {
-    const Converter converter = OpenCodePage();
-    QString text(bytes.size(), u'\0');
     UErrorCode status = U_ZERO_ERROR;
-    const std::int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar*>(text.data()),
-                                              static_cast<std::int32_t>(text.size()), bytes.constData(),
-                                              static_cast<std::int32_t>(bytes.size()), &status);
+    QString text = Decode(OpenCodePage(), bytes, status);
     Check(status);
-    text.truncate(length);
     return text;
+}
+
+std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& name)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const Converter converter(ucnv_open(name.constData(), &status), &ucnv_close);
+    // The library takes the empty name for the system's own encoding.
+    if (name.isEmpty() || U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    QString text = Decode(converter, bytes, status);
+    return U_FAILURE(status) ? std::nullopt : std::optional(text);
 }

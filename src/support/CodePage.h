@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 // The single-byte code page of the program's byte-oriented codecs: windows-1252, on every system, so that
 // what one computer encodes another decodes. Its five bytes without a character (81, 8D, 8F, 90, 9D) stand
 // for the C1 control of their value, so that all 256 bytes go there and back.
@@ -12,3 +14,7 @@
 /// One byte a character; "?" for what has no place in the code page.
 [[nodiscard]] QByteArray ToCodePage(const QString& text);
 [[nodiscard]] QString FromCodePage(const QByteArray& bytes);
+
+/// The text of @p bytes in the encoding of that name, with U+FFFD for what is none in it; nothing if there is
+/// no such encoding.
+[[nodiscard]] std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& name);

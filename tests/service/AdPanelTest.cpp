@@ -6,6 +6,9 @@
 #include "service/ServiceWindow.h"
 #include "service/WebAd.h"
 
+#include <QElapsedTimer>
+#include <QRandomGenerator>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -78,6 +81,47 @@ TEST_F(AdPanelTest, adThatNamesItsEncoding_isReadInIt)
     Refresh();
     EXPECT_EQ(Shown(), QStringLiteral("\u0633\u0644\u0627\u0645"));
 }
+
+struct EncodingRow
+{
+    const char* name;
+    const char* page;
+    const char16_t* shown;
+};
+
+class AdPanelEncoding : public AdPanelTest, public testing::WithParamInterface<EncodingRow>
+{
+};
+
+TEST_P(AdPanelEncoding, page_isReadInWhatItNames)
+{
+    AnswerAd(GetParam().page);
+    Refresh();
+    EXPECT_EQ(Shown(), QString::fromUtf16(GetParam().shown));
+    EXPECT_EQ(Page(), QByteArray("<html>") + GetParam().page + "</html>") << "and stays the bytes it was";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, AdPanelEncoding,
+    testing::Values(
+        EncodingRow{"none", "\xD3\x80", u"\u00D3\u20AC"},
+        EncodingRow{"unknown", "<meta charset=klingon>\xD3", u"\u00D3"},
+        EncodingRow{"empty", "<meta charset=''>\xD3", u"\u00D3"},
+        EncodingRow{"arabic", "<meta charset=windows-1256>\xD3\xE1\xC7\xE3", u"\u0633\u0644\u0627\u0645"},
+        EncodingRow{"arabic_of_unix", "<meta charset='ISO-8859-6'>\xD3\xE4\xC7\xE5",
+                    u"\u0633\u0644\u0627\u0645"},
+        EncodingRow{"turkish",
+                    "<meta http-equiv=Content-Type content=\"text/html; charset = windows-1254\">\xDE\x80",
+                    u"\u015E\u20AC"},
+        EncodingRow{"turkish_of_unix", "<META CHARSET=\"iso-8859-9\">\xDE\x80", u"\u015E\u20AC"},
+        EncodingRow{"latin", "<meta charset=iso-8859-1>\x80", u"\u20AC"},
+        EncodingRow{"sixteen_bits_that_are_eight", "<meta charset=utf-16>\xC3\xA4", u"\u00E4"},
+        EncodingRow{"wrong_bytes",
+                    "<meta charset=utf-8>a\xFF"
+                    "b",
+                    u"a\uFFFDb"},
+        EncodingRow{"not_in_a_tag_of_its_own", "charset=utf-8 \xC3\xA4", u"charset=utf-8 \u00C3\u00A4"}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 struct WaitRow
 {
@@ -243,6 +287,59 @@ TEST_F(AdPanelTest, pageTooCostlyToLayOut_isWrittenButNotShown)
     Refresh();
     EXPECT_EQ(Page(), "<html>" + nested + "</html>");
     EXPECT_EQ(Shown(), QStringLiteral("old"));
+}
+
+// Whatever stands in the attribute: well-formed Base64 or none, of a page or of rubbish.
+TEST_F(AdPanelTest, anyAdAtAll_isShownOrNotButNeverHarms)
+{
+    QRandomGenerator random(20260320);
+    const QByteArray pieces[] = {"<table><tr><td>",
+                                 "<img src='http://x.example/a'>",
+                                 "<img src=file:///etc/passwd>",
+                                 "<iframe src=http://x.example/frame>",
+                                 "<script>",
+                                 "</b>",
+                                 "&#",
+                                 "text ",
+                                 "<a href=",
+                                 "<meta charset=utf-16>"};
+    for (int round = 0; round < 300; ++round) {
+        QByteArray ad;
+        for (int i = random.bounded(200); i > 0; --i) {
+            ad += random.bounded(3) == 0 ? pieces[random.bounded(static_cast<int>(std::size(pieces)))]
+                                         : QByteArray(1, static_cast<char>(random.bounded(256)));
+        }
+        QByteArray text = round % 3 == 0 ? ad.toPercentEncoding() : ad.toBase64();
+        if (round % 3 == 1 && !text.isEmpty()) {
+            text[random.bounded(static_cast<int>(text.size()))] = static_cast<char>(random.bounded(33, 38));
+        }
+        Answer("wait_time='3' ad_url=\"" + text + "\"");
+        Refresh();
+        ASSERT_TRUE(Page().startsWith("<html>") && Page().endsWith("</html>")) << text.constData();
+    }
+    for (const QString& address : platform.http.backgroundRequests) {
+        EXPECT_TRUE(address.startsWith(u"http://")) << address.toStdString();
+        EXPECT_FALSE(address.contains(u"frame")) << address.toStdString();
+    }
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(AdPanelTest, largestAdThatAReplyCanHold_isWrittenButNotShown)
+{
+    AnswerAd("<b>old</b>");
+    Refresh();
+    // 8 MiB is what a reply may have; Base64 takes four bytes for three.
+    const QByteArray units[] = {"<table><tr><td>", "x"};
+    for (const QByteArray& unit : units) {
+        const QByteArray ad = unit.repeated(6 * 1024 * 1024 / unit.size());
+        AnswerAd(ad);
+        QElapsedTimer time;
+        time.start();
+        Refresh();
+        EXPECT_LT(time.elapsed(), 5000) << unit.constData();
+        EXPECT_EQ(Page().size(), ad.size() + 13);
+        EXPECT_EQ(Shown(), QStringLiteral("old"));
+    }
 }
 
 TEST_F(AdPanelTest, secondRefreshInsideTheFirst_isServed)
