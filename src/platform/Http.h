@@ -16,6 +16,8 @@ struct HttpLimits
     qint64 bytes = 8LL * 1024 * 1024;
     int silenceMilliseconds = 30'000;
     int totalMilliseconds = 120'000;
+
+    bool operator==(const HttpLimits&) const = default;
 };
 
 /// HTTP GET over http and https. A URL is sent as it stands; only what HTTP cannot carry (blanks, control and

@@ -13,6 +13,8 @@ namespace {
 constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10'000, 10'000};
 // Faster than this nobody sees it, and a clock has better things to do.
 constexpr int kShortestFrameMilliseconds = 50;
+// All pictures that move, together: about two hundredths of a slow core.
+constexpr qint64 kMostCostPerSecond = 5'000'000;
 
 // The bytes of a data address (RFC 2397); nothing if it is none or too long.
 QByteArray BytesOf(const QString& address)
@@ -38,9 +40,10 @@ BannerImages::BannerImages(Http& http, const QStringList& addresses)
             Start(number, BytesOf(address));
             continue;
         }
-        http.FetchInBackground(address, kImageLimits, this, [this, number](const Http::Reply& reply) {
-            Start(number, reply.value_or(QByteArray()));
-        });
+        // A picture has no fragments to show; unlike in a request of ours, a "#" is none of the server's.
+        http.FetchInBackground(
+            address.section(u'#', 0, 0), kImageLimits, this,
+            [this, number](const Http::Reply& reply) { Start(number, reply.value_or(QByteArray())); });
     }
 }
 
@@ -82,6 +85,15 @@ bool BannerImages::Rewind(Image& image)
            static_cast<qint64>(size.width()) * size.height() <= kMostPixels;
 }
 
+int BannerImages::ShortestFrameMilliseconds() const
+{
+    qint64 cost = 0;
+    for (const std::unique_ptr<Image>& image : m_images) {
+        cost += image->isMoving ? image->cost : 0;
+    }
+    return std::max(kShortestFrameMilliseconds, static_cast<int>(cost * 1000 / kMostCostPerSecond));
+}
+
 void BannerImages::Start(qsizetype number, const QByteArray& bytes)
 {
     Image& image = *m_images[static_cast<std::size_t>(number)];
@@ -89,6 +101,14 @@ void BannerImages::Start(qsizetype number, const QByteArray& bytes)
     if (bytes.isEmpty() || !Rewind(image)) {
         return;
     }
+    const QSize size = image.reader->size();
+    image.cost = static_cast<qint64>(size.width()) * size.height() + bytes.size();
+    if (m_cost + image.cost > kMostCost) {
+        image.reader.reset();
+        image.bytes.clear();
+        return;
+    }
+    m_cost += image.cost;
     image.loopsLeft = image.reader->loopCount();
     image.timer.setSingleShot(true);
     connect(&image.timer, &QTimer::timeout, this, [this, number] { ShowNextFrame(number); });
@@ -105,12 +125,18 @@ void BannerImages::ShowNextFrame(qsizetype number)
         frame = image.reader->read();
     }
     image.isMoving = !frame.isNull() && image.reader->supportsAnimation();
+    if (!image.isMoving) {
+        image.reader.reset();
+        image.bytes.clear();
+    }
     if (frame.isNull()) {
         return;
     }
     const QSize before = image.shown.size();
     image.shown = QPixmap::fromImage(frame);
-    image.timer.setInterval(std::max(image.reader->nextImageDelay(), kShortestFrameMilliseconds));
+    if (image.isMoving) {
+        image.timer.setInterval(std::max(image.reader->nextImageDelay(), ShortestFrameMilliseconds()));
+    }
     if (image.isMoving && m_running) {
         image.timer.start();
     }

@@ -23,6 +23,9 @@ class BannerImages final : public QObject
 public:
     /// A picture of 1000 by 1000 pixels is the largest that is shown.
     static constexpr qint64 kMostPixels = 1'000'000;
+    /// What the pictures of a banner may cost together, a picture its pixels and its bytes. Those that come
+    /// when it is spent are not shown.
+    static constexpr qint64 kMostCost = 4'000'000;
 
     /// @param addresses http, https or data
     BannerImages(Http& http, const QStringList& addresses);
@@ -45,14 +48,17 @@ private:
         std::unique_ptr<QImageReader> reader;
         QPixmap shown;
         QTimer timer;
+        qint64 cost = 0;
         int loopsLeft = 0;
         bool isMoving = false;
     };
 
     void Start(qsizetype number, const QByteArray& bytes);
     [[nodiscard]] static bool Rewind(Image& image);
+    [[nodiscard]] int ShortestFrameMilliseconds() const;
     void ShowNextFrame(qsizetype number);
 
     std::vector<std::unique_ptr<Image>> m_images;
+    qint64 m_cost = 0;
     bool m_running = true;
 };

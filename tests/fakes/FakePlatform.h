@@ -101,11 +101,17 @@ public:
     [[nodiscard]] bool Reach(const QString& url) override
     {
         probes << url;
-        return reachable;
+        if (probeAnswers.empty()) {
+            return reachable;
+        }
+        const bool answer = probeAnswers.front();
+        probeAnswers.pop_front();
+        return answer;
     }
-    [[nodiscard]] Reply Fetch(const QString& url, const HttpLimits& /*limits*/) override
+    [[nodiscard]] Reply Fetch(const QString& url, const HttpLimits& asked) override
     {
         requests << url;
+        limits = asked;
         if (whileWaiting) {
             // Once: a handler that asks again is not asked about again.
             const auto act = std::exchange(whileWaiting, nullptr);
@@ -118,19 +124,25 @@ public:
         }
         return std::nullopt;
     }
-    void FetchInBackground(const QString& url, const HttpLimits& /*limits*/, QObject* /*context*/,
+    void FetchInBackground(const QString& url, const HttpLimits& asked, QObject* /*context*/,
                            std::function<void(Reply)> done) override
     {
         backgroundRequests << url;
+        backgroundLimits = asked;
         backgroundDone.push_back(std::move(done));
     }
 
     bool reachable = false;
+    /// Of the next probes; `reachable` when there are none left.
+    std::deque<bool> probeAnswers;
     /// Reply by a part of the URL; nothing for a URL that fits none.
     std::map<QString, QByteArray> replies;
     QStringList probes;
     QStringList requests;
     QStringList backgroundRequests;
+    /// Those of the last request of either kind.
+    HttpLimits limits{};
+    HttpLimits backgroundLimits{};
     std::vector<std::function<void(Reply)>> backgroundDone;
     /// Runs inside the next Fetch, as events do in the real one.
     std::function<void()> whileWaiting;

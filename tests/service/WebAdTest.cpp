@@ -5,16 +5,27 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/LoopbackServer.h"
 #include "platform/CurlHttp.h"
+#include "service/BannerImages.h"
 #include "support/RuntimeError.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
+#include <QScrollBar>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <gtest/gtest.h>
+#include <time.h>
 
 namespace {
+
+// A build with sanitizers takes several times as long.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double kMostShare = 16.0;
+#else
+constexpr double kMostShare = 4.0;
+#endif
 
 // Two frames of 2 by 2 pixels, red and blue, 100 ms each, for ever.
 const QByteArray kGif = QByteArray::fromHex("47494638396102000200f00000ff00000000ff21ff0b4e45545343415045322e"
@@ -103,6 +114,53 @@ TEST_F(WebAdTest, animatedPicture_moves)
     EXPECT_TRUE(Becomes(still == Qt::red ? Qt::blue : Qt::red, 25, 25));
 }
 
+TEST_F(WebAdTest, pictures_areAskedForWithinTheirLimits)
+{
+    FakeHttp fake;
+    const BannerImages images(fake, {QStringLiteral("http://x.example/a.png")});
+    EXPECT_EQ(fake.backgroundRequests, QStringList(QStringLiteral("http://x.example/a.png")));
+    EXPECT_EQ(fake.backgroundLimits, (HttpLimits{2'097'152, 10'000, 10'000}));
+}
+
+TEST_F(WebAdTest, pictureWithAFragment_isAskedForWithout)
+{
+    const LoopbackServer server(LoopbackServer::Answer(Png(4, 4, Qt::green)));
+    Navigate(QStringLiteral("<img width=50 height=50 src=\"%1\">")
+                 .arg(server.Url(QStringLiteral("/a.png?b=1&amp;c=2#d#e"))));
+    EXPECT_TRUE(Becomes(Qt::green, 25, 25));
+    EXPECT_EQ(server.RequestLines(), std::vector{QByteArray("GET /a.png?b=1&c=2 HTTP/1.1")});
+}
+
+// As many pixels as a picture may have, on which two small frames move as fast as they may.
+QByteArray HugeGif()
+{
+    QByteArray gif = kGif;
+    gif[6] = gif[8] = static_cast<char>(0xE8);
+    gif[7] = gif[9] = 3;
+    return gif;
+}
+
+double ProcessorMilliseconds()
+{
+    timespec now = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+TEST_F(WebAdTest, sixteenHugePicturesThatMove_takeLittleTime)
+{
+    const QString picture = QStringLiteral("<img width=20 height=20 src=\"data:image/gif;base64,%1\">")
+                                .arg(QString::fromLatin1(HugeGif().toBase64()));
+    Navigate(picture.repeated(16));
+    ASSERT_TRUE(Becomes(Qt::red, 0, 0)) << "the first ones are shown";
+    constexpr int kWait = 2000;
+    const double before = ProcessorMilliseconds();
+    QTest::qWait(kWait);
+    const double share = (ProcessorMilliseconds() - before) / kWait * 100.0;
+    std::cout << "figure: sixteen huge moving pictures take " << share << " % of a core\n";
+    EXPECT_LT(share, kMostShare);
+}
+
 TEST_F(WebAdTest, pictureThatIsNone_leavesTheTextAlone)
 {
     const QByteArray bodies[] = {"",
@@ -185,10 +243,14 @@ TEST_F(WebAdTest, linkByKeyboard_isFollowed)
     EXPECT_EQ(followed, QStringList(QStringLiteral("http://x.example/")));
 }
 
-TEST_F(WebAdTest, noBarsAndNoScrolling)
+TEST_F(WebAdTest, noBars_andTheWheelMovesNothing)
 {
     Navigate(QStringLiteral("line<br>").repeated(30));
-    QTest::keyClick(&strip, Qt::Key_PageDown);
+    ASSERT_GT(strip.verticalScrollBar()->maximum(), 0);
+    QWheelEvent wheel(QPointF(5, 5), strip.viewport()->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -240),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QCoreApplication::sendEvent(strip.viewport(), &wheel);
+    EXPECT_EQ(strip.verticalScrollBar()->value(), 0);
     EXPECT_EQ(strip.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     EXPECT_EQ(strip.verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     EXPECT_EQ(strip.toolTip(), QString());
