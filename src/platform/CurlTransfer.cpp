@@ -57,7 +57,10 @@ QByteArray WithoutFragment(const QByteArray& url)
 
 bool IsLoopback(const QByteArray& host)
 {
-    return host.compare("localhost", Qt::CaseInsensitive) == 0 || host.startsWith("127.") || host == "[::1]";
+    const bool isNumber = std::all_of(host.begin(), host.end(),
+                                      [](char byte) { return byte == '.' || (byte >= '0' && byte <= '9'); });
+    return host.compare("localhost", Qt::CaseInsensitive) == 0 || (isNumber && host.startsWith("127.")) ||
+           host == "[::1]";
 }
 
 } // namespace
@@ -130,6 +133,8 @@ bool CurlTransfer::Request(bool asksAnew)
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "DuskBeacon/1.0.5");
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    // What a proxy says of the way to a server is no answer of the server.
+    curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     // A look-up of a name can't be interrupted; given up, it ends by itself and holds up nobody.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &CurlTransfer::OnHeader);

@@ -274,6 +274,22 @@ TEST(CurlHttp, fetch_tenRedirects_areFollowedAndElevenAreNot)
     EXPECT_EQ(server.Requests().size(), 22U);
 }
 
+TEST(CurlHttp, fetch_redirectOfEveryKind_isFollowed)
+{
+    for (const QByteArray status :
+         {"301 Moved Permanently", "302 Found", "303 See Other", "307 Temporary", "308 Permanent"}) {
+        const LoopbackServer server([status](Connection& connection) {
+            connection.Target() == "/" ? connection.Reply("moved", status, "Location: /there\r\n")
+                                       : connection.Reply("there");
+        });
+        EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "there") << status.constData();
+    }
+    const LoopbackServer server([](Connection& connection) {
+        connection.Reply("here", "300 Multiple Choices", "Location: /there\r\n");
+    });
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), kShort)), "here");
+}
+
 TEST(CurlHttp, fetch_redirect_keepsTheBytesOfItsTarget)
 {
     const LoopbackServer server([](Connection& connection) {

@@ -41,6 +41,50 @@ TEST(CurlHttp, reach_noHttp_isNotReached)
     EXPECT_FALSE(CurlHttp().Reach(QStringLiteral("file:///etc/hostname")));
 }
 
+// The proxy that the environment names, while a test runs.
+class NamedProxy
+{
+public:
+    NamedProxy(const char* name, const QString& url)
+        : m_name(name)
+    {
+        qputenv(name, url.toUtf8());
+    }
+    ~NamedProxy() { qunsetenv(m_name); }
+    NamedProxy(const NamedProxy&) = delete;
+    NamedProxy& operator=(const NamedProxy&) = delete;
+
+private:
+    const char* m_name;
+};
+
+TEST(CurlHttp, reach_proxyThatLeadsNowhere_isNotReached)
+{
+    const LoopbackServer server(
+        [](LoopbackServer::Connection& connection) { connection.Reply("no way there", "502 Bad Gateway"); });
+    const NamedProxy proxy("https_proxy", server.Url());
+    EXPECT_FALSE(CurlHttp().Reach(QStringLiteral("https://elsewhere.invalid/")));
+    ASSERT_EQ(server.RequestLines().size(), 1U);
+    EXPECT_EQ(server.RequestLines().front(), "CONNECT elsewhere.invalid:443 HTTP/1.1");
+}
+
+TEST(CurlHttp, proxy_isAskedForAllButThisComputer)
+{
+    const LoopbackServer server(LoopbackServer::Answer("by proxy"));
+    const NamedProxy proxy("http_proxy", server.Url());
+    const auto isAsked = [&](const char* host) {
+        const std::size_t before = server.Requests().size();
+        static_cast<void>(
+            CurlHttp().Fetch(QStringLiteral("http://%1:1/").arg(QLatin1String(host)), {1024, 2000, 2000}));
+        return server.Requests().size() > before;
+    };
+    EXPECT_TRUE(isAsked("elsewhere.invalid"));
+    EXPECT_TRUE(isAsked("127.elsewhere.invalid")) << "a name like any other";
+    for (const char* const host : {"127.0.0.1", "127.1.2.3", "localhost", "LocalHost", "[::1]"}) {
+        EXPECT_FALSE(isAsked(host)) << host;
+    }
+}
+
 TEST(CurlHttp, reach_silentServer_blocksFiveSecondsWithoutEvents)
 {
     const LoopbackServer server(LoopbackServer::Hang());
