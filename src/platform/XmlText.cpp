@@ -134,7 +134,14 @@ bool HasModestMarkup(const QByteArray& utf8)
             at = Behind(utf8, at, "]]>");
         } else if (rest.startsWith("<?")) {
             at = Behind(utf8, at, "?>");
-        } else if (rest.startsWith("</") || rest.startsWith("<!")) {
+        } else if (rest.startsWith("<!")) {
+            const qsizetype end = Behind(utf8, at, ">");
+            // A reader takes a second for a few thousand declarations, and none of them is wanted.
+            if (utf8.mid(at, end - at).contains('[')) {
+                return false;
+            }
+            at = end;
+        } else if (rest.startsWith("</")) {
             at = Behind(utf8, at, ">");
         } else {
             int attributes = 0;

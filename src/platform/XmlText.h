@@ -12,7 +12,7 @@
 [[nodiscard]] std::optional<QByteArray> DecodeXml(const QByteArray& bytes);
 
 /// True for markup of a size that every reader gets through in good time: up to 65,536 elements, with up to
-/// 256 attributes each.
+/// 256 attributes each, and nothing declared.
 [[nodiscard]] bool HasModestMarkup(const QByteArray& utf8);
 
 /// True for exactly one well-formed document in UTF-8 of modest markup whose elements nest no deeper than

@@ -3,16 +3,19 @@
 #include "platform/Dom.h"
 
 #include "fakes/FakePlatform.h"
+#include "fakes/Memory.h"
 #include "support/RuntimeError.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
 const QString kFile = QStringLiteral("document.xml");
+constexpr qint64 kMostTimesTheFile = 12;
 
 void WriteFile(const QByteArray& bytes)
 {
@@ -81,8 +84,13 @@ TEST_P(LoadRows, document_loadsOrLeavesNothing)
     document->SetDocumentElement(QStringLiteral("before"));
     QElapsedTimer watch;
     watch.start();
+    const qint64 before = Memory::ForgetPeak();
     EXPECT_EQ(document->Load(kFile), GetParam().loads);
-    EXPECT_LT(watch.elapsed(), 20'000) << "a document must never hang the program";
+    const qint64 eaten = Memory::Peak() - before;
+    if (Memory::kIsTrue) {
+        EXPECT_LT(eaten, kMostTimesTheFile * GetParam().bytes.size() + 4 * 1024 * 1024);
+    }
+    EXPECT_LT(watch.elapsed(), 5'000) << "a document must never hang the program";
     EXPECT_EQ(static_cast<bool>(document->DocumentElement()), GetParam().loads)
         << "half a tree is as bad as a failure untold";
     EXPECT_TRUE(platform.http.requests.isEmpty()) << "a document must not fetch anything";
@@ -169,6 +177,8 @@ TEST_F(DomTest, load_declaredEncodings_readTheSameText)
 
 TEST_F(DomTest, load_missingFolderOrPipe_isFalse)
 {
+    ASSERT_EQ(::mkfifo("pipe.xml", 0600), 0);
+    EXPECT_FALSE(document->Load(QStringLiteral("pipe.xml"))) << "and doesn't wait for a writer";
     EXPECT_FALSE(document->Load(QStringLiteral("missing.xml")));
     EXPECT_FALSE(document->Load(platform.folder.path()));
     EXPECT_FALSE(document->Load(QString()));
@@ -182,6 +192,7 @@ TEST_F(DomTest, load_url_goesThroughHttp_inAnyCaseOfTheScheme)
     EXPECT_FALSE(document->Load(QStringLiteral("https://localhost/b")));
     EXPECT_EQ(platform.http.requests,
               (QStringList{QStringLiteral("HTTP://127.0.0.1/a"), QStringLiteral("https://localhost/b")}));
+    EXPECT_EQ(platform.http.limits, (HttpLimits{8'388'608, 30'000, 120'000}));
 }
 
 TEST_F(DomTest, nodes_areCountedAndNamedAsTheyAre)

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+
+#include <malloc.h>
+
+/// What this process takes of the computer's memory, in bytes.
+namespace Memory {
+
+/// A sanitizer keeps what is freed.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr bool kIsTrue = false;
+#else
+inline constexpr bool kIsTrue = true;
+#endif
+
+[[nodiscard]] inline qint64 Line(const QByteArray& name)
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        qFatal("no /proc/self/status");
+    }
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':')) {
+            return line.mid(name.size() + 1).trimmed().split(' ').first().toLongLong() * 1024;
+        }
+    }
+    qFatal("no such line");
+}
+
+[[nodiscard]] inline qint64 Resident()
+{
+    return Line("VmRSS");
+}
+
+/// The most since the last ForgetPeak.
+[[nodiscard]] inline qint64 Peak()
+{
+    return Line("VmHWM");
+}
+
+/// Gives back what is free and begins to look for the most anew; answers what is taken now.
+inline qint64 ForgetPeak()
+{
+    ::malloc_trim(0);
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1) {
+        qFatal("the peak can't be forgotten");
+    }
+    file.close();
+    return Resident();
+}
+
+} // namespace Memory
