@@ -29,6 +29,12 @@ void RequireElement(pugi::xml_node node)
     }
 }
 
+bool IsDocumentWithoutRoot(pugi::xml_node node)
+{
+    return node.type() == pugi::node_document &&
+           !node.find_child([](pugi::xml_node child) { return child.type() == pugi::node_element; });
+}
+
 void RequireName(const QString& name)
 {
     if (!IsXmlName(name)) {
@@ -166,7 +172,9 @@ void DomNode::RemoveAttribute(const QString& name) const
 DomNode DomNode::AppendElement(const QString& name) const
 {
     pugi::xml_node node(Node());
-    RequireElement(node);
+    if (!IsDocumentWithoutRoot(node)) {
+        RequireElement(node);
+    }
     RequireName(name);
     return DomNode(node.append_child(name.toUtf8().constData()).internal_object());
 }

@@ -116,6 +116,16 @@ INSTANTIATE_TEST_SUITE_P(
                     FailureRow{"useDLSMissing", " useDLS=\"false\"", ""}),
     [](const testing::TestParamInfo<FailureRow>& row) { return std::string(row.param.name); });
 
+TEST_F(ConfigurationTest, currentThatNamesNoPlace_emptiesThePlace)
+{
+    ASSERT_EQ(Load(), 0);
+    EXPECT_EQ(Load(SettingsText().replace(Q("Current=\"Chicago\""), Q("Current=\"Atlantis\""))), 2002);
+    EXPECT_EQ(held.CurrentKey, Q("Atlantis"));
+    EXPECT_EQ(held.AtlasID + held.CityName + held.StateName + held.LongitudeText, QString())
+        << "the requests name this place";
+    EXPECT_EQ(held.LongitudeFinal, -87.65);
+}
+
 TEST_F(ConfigurationTest, fileThatIsNotThere_is2002_andChangesNothing)
 {
     ASSERT_EQ(Load(), 0);

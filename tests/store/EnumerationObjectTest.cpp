@@ -86,6 +86,14 @@ TEST_F(EnumerationObjectTest, commentsAndTexts_areChildrenThatReadAsNothing)
     EXPECT_EQ(walk->nextElement()->GetCurrPath(), Q("//root//a"));
 }
 
+TEST_F(EnumerationObjectTest, prefixedName_staysInThePath)
+{
+    const auto walk = Walk("<root xmlns:p='urn:x'><p:a n='1'/></root>", Q("//root"));
+    const auto child = walk->nextElement();
+    EXPECT_EQ(child->GetCurrPath(), Q("//root//p:a"));
+    EXPECT_EQ(child->ElementName(), Q("a"));
+}
+
 TEST_F(EnumerationObjectTest, noChildrenOrNoParent_endsAtOnce)
 {
     EXPECT_FALSE(Walk("<root/>", Q("//root"))->hasMoreElements());

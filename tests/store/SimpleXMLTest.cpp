@@ -137,6 +137,44 @@ TEST_F(SimpleXMLTest, current_isAKeywordInThatSpellingOnly)
     EXPECT_EQ(xml.GetElement(Q("//root//Current"))->ElementName(), Q("Current"));
 }
 
+TEST_F(SimpleXMLTest, current_isKnownToEveryMember)
+{
+    Load("<root><a n='1' m='2'>text</a></root>");
+    xml.SetCurrentPath(Q("//root//a"));
+    EXPECT_EQ(xml.GetNodeText(kCurrent), Q("text"));
+    EXPECT_TRUE(xml.RemoveAttrib(Q("m"), kCurrent));
+    SimpleXML other(platform.documents);
+    other.AddElementByName(Q("b"), QString());
+    other.SetCurrentPath(Q("//b"));
+    EXPECT_TRUE(xml.AddSimpleXML(other, kCurrent));
+    EXPECT_EQ(Whole(), Q("<root><a n=\"1\">text<b/></a></root>"));
+    xml.SetCurrentPath(Q("//root//a/text()"));
+    EXPECT_EQ(xml.GetValue(kCurrent), Q("text"));
+    xml.SetCurrentPath(Q("//root//a"));
+    EXPECT_TRUE(xml.SetValue(Q("new"), kCurrent));
+    EXPECT_EQ(Whole(), Q("<root><a n=\"1\">new</a></root>"));
+}
+
+TEST_F(SimpleXMLTest, prefixedName_isLeftOutOfNames)
+{
+    Load("<p:root xmlns:p='urn:x'><p:a/></p:root>");
+    EXPECT_EQ(xml.GetRootName(), kRoot);
+    xml.SetCurrentPath(QString(Q("//p:root//p:a")));
+    EXPECT_EQ(xml.ElementName(), Q("a"));
+}
+
+TEST_F(SimpleXMLTest, reset_leavesTheOldDocumentToThoseWhoHoldIt)
+{
+    Load("<root><a n='1'/><b/></root>");
+    const auto walk = xml.getEnumeration(kRoot);
+    const auto child = walk->nextElement();
+    xml.Reset();
+    EXPECT_EQ(child->GetAttribute(Q("n"), kCurrent), Q("1"));
+    ASSERT_TRUE(walk->hasMoreElements());
+    EXPECT_EQ(walk->nextElement()->ElementName(), Q("b"));
+    EXPECT_EQ(Whole(), QString());
+}
+
 TEST_F(SimpleXMLTest, elementName_ofThePathOrTheRoot)
 {
     Load("<root><a/></root>");
@@ -198,6 +236,7 @@ INSTANTIATE_TEST_SUITE_P(
         AddRow{"underCurrent", "<root/>", "a", "current", true, "<root><a/></root>"},
         AddRow{"emptyDocument", "", "a", "", true, "<a/>"},
         AddRow{"emptyDocument_anyPath", "", "a", "//root", true, "<a/>"},
+        AddRow{"emptyDocument_theDocumentItself", "", "a", "/", true, "<a/>"},
         AddRow{"emptyPath_replacesTheRoot", "<root><b/></root>", "a", "", true, "<a/>"},
         AddRow{"pathToNowhere_replacesTheRoot", "<root><b/></root>", "a", "//root//missing", true, "<a/>"},
         AddRow{"pathThatCannotBeRead_changesNothing", "<root><b/></root>", "a", "//root//New York", false,

@@ -84,6 +84,13 @@ TEST(Base64Class, decode_paddingIsRemovedWhereverItStands)
     }
 }
 
+TEST(Base64Class, decode_lineEndsGoBeforePadding)
+{
+    // What the padding brings together is no line end any more: two bytes that count as 0.
+    EXPECT_EQ(Base64Class().DecodeToByteArray(QStringLiteral("TWF\r=\nu")),
+              Base64Class().DecodeToByteArray(QStringLiteral("TWFAAu")));
+}
+
 TEST(Base64Class, decode_rests_giveWhatTheyHold)
 {
     EXPECT_EQ(Base64Class().DecodeToByteArray(QStringLiteral("TWFuT")), "Man") << "a rest of 1 gives nothing";
