@@ -1,16 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "controls/LinkLabel.h"
-#include "fakes/FakeCalculation.h"
-#include "fakes/FakePlatform.h"
 #include "fakes/LockableFiles.h"
 #include "fakes/LoopbackServer.h"
-#include "fakes/PlainWindow.h"
 #include "fakes/RebasedHttp.h"
 #include "fakes/SettingsFile.h"
-#include "forms/Forms.h"
+#include "service/StartUpProgram.h"
 #include "service/WebAd.h"
 #include "store/SimpleXML.h"
 
@@ -28,30 +23,6 @@ const QByteArray kIdentifier = "<root prod_string='P-1'/>";
 const FakeMessageBoxes::Box kFatalBox{
     QStringLiteral("An error has occured, The application will be terminated."), QStringLiteral("Error - 5"),
     QStringLiteral("OK")};
-
-// The main window as the program starts it, with the outside world of a test.
-class Program
-{
-public:
-    explicit Program(const Platform& doors)
-        : m_documents(doors.files, doors.http)
-        , forms(doors)
-    {
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, m_documents, calculation); });
-        // Stands in for the list of places, which a first start opens.
-        PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
-    }
-    FrmMain& Start() { return forms.Touch<FrmMain>(); }
-
-private:
-    DomDocuments m_documents;
-
-public:
-    Forms forms;
-    FakeCalculation calculation;
-};
 
 class StartUpTest : public testing::Test
 {
@@ -245,41 +216,6 @@ TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal_fileAsItWas)
     EXPECT_EQ(platform.boxes.boxes, std::vector{kFatalBox});
     EXPECT_EQ(platform.process.ended, 1);
     EXPECT_EQ(ReadSettings(), before);
-}
-
-TEST_F(StartUpTest, tick_whenTheCountEqualsAdTimer_refreshesAndBeginsAnew)
-{
-    WriteSettings();
-    platform.http.reachable = true;
-    platform.http.replies[QStringLiteral("getAd.pl")] = "<root wait_time='1'/>";
-    Start();
-    const auto ads = [this] { return Scripts().count(QStringLiteral("getAd.pl")); };
-    ASSERT_EQ(ads(), 1);
-    const auto tick = [this](int times) {
-        for (int i = 0; i < times; ++i) {
-            platform.timers.Ticker()->Fire();
-        }
-    };
-    tick(59);
-    EXPECT_EQ(ads(), 1);
-    tick(1);
-    EXPECT_EQ(ads(), 2);
-    tick(59);
-    EXPECT_EQ(ads(), 2);
-    tick(1);
-    EXPECT_EQ(ads(), 3);
-}
-
-TEST_F(StartUpTest, tick_adTimerBelowTheCount_refreshesNoMore)
-{
-    WriteSettings();
-    platform.http.reachable = true;
-    platform.http.replies[QStringLiteral("getAd.pl")] = "<root wait_time='0'/>";
-    Start();
-    for (int i = 0; i < 2000; ++i) {
-        platform.timers.Ticker()->Fire();
-    }
-    EXPECT_EQ(Scripts().count(QStringLiteral("getAd.pl")), 1);
 }
 
 TEST_F(StartUpTest, noNetwork_showsTheDefaultAd)

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "fakes/FakeCalculation.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/PlainWindow.h"
+#include "forms/Forms.h"
+
+/// The main window as the program starts it, with the outside world of a test.
+class Program final
+{
+public:
+    explicit Program(const Platform& doors)
+        : m_documents(doors.files, doors.http)
+        , forms(doors)
+    {
+        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
+        forms.Register(FrmMain::kName,
+                       [this] { return std::make_unique<FrmMain>(forms, m_documents, calculation); });
+        // Stands in for the list of places, which a first start opens.
+        PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
+    }
+    FrmMain& Start() { return forms.Touch<FrmMain>(); }
+
+private:
+    DomDocuments m_documents;
+
+public:
+    Forms forms;
+    FakeCalculation calculation;
+};
