@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "soak/ProgramWorld.h"
+#include "store/SimpleXML.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+QString Confirmable()
+{
+    return SettingsText()
+        .replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\""))
+        .replace(QStringLiteral(R"(mobileEnabled="false" mobileDID="" mobilePC="")"),
+                 QStringLiteral(R"(mobileEnabled="true" mobileDID="D-1" mobilePC="4711")"));
+}
+
+// Twenty requests, each begun while the one before is waited for, by what ticks and users do meanwhile: an
+// alarm, a search in windows of its own, an ad under them, a sign-up in another window, an ad under that.
+class NestedWaitsTest : public testing::Test
+{
+protected:
+    NestedWaitsTest()
+    {
+        auto& replies = m_http.replies;
+        replies[QStringLiteral("getAd.pl")] = "<root ad_url='PGI+YWQ8L2I+' wait_time='1'/>";
+        replies[QStringLiteral("getStates.pl")] = "<root><s1 state='Illinois' state_id='1'/></root>";
+        replies[QStringLiteral("getUsCanCity.pl")] = "<root><c0 city='Chicago' atlas_id='US-1'/></root>";
+        replies[QStringLiteral("confirmSignup.pl")] = "<root result='1' message='Welcome'/>";
+        world.Start();
+        m_before = ReadSettings();
+        const QStringList duhr = world.Text("LblDuhrTime").split(u':');
+        m_duhr = QTime(duhr.value(0).toInt(), duhr.value(1).toInt());
+        m_http.requests.clear();
+    }
+
+    /// Begins with the alarm; @p deepest runs inside the twentieth wait.
+    void Go(const std::function<void()>& deepest)
+    {
+        m_deepest = deepest;
+        GoDeeper();
+    }
+    [[nodiscard]] QStringList Scripts() const
+    {
+        QStringList scripts;
+        for (const QString& request : m_http.requests) {
+            scripts << request.section(u'/', -1).section(u'?', 0, 0);
+        }
+        // Asked for by the way, without anything inside.
+        scripts.removeAll(QStringLiteral("getStates.pl"));
+        return scripts;
+    }
+    [[nodiscard]] static QStringList TwentyScripts()
+    {
+        QStringList scripts;
+        for (int round = 0; round < 4; ++round) {
+            scripts << QStringLiteral("prayerCall.pl") << QStringLiteral("getUsCanCity.pl")
+                    << QStringLiteral("getAd.pl") << QStringLiteral("confirmSignup.pl")
+                    << QStringLiteral("getAd.pl");
+        }
+        return scripts;
+    }
+    [[nodiscard]] const QByteArray& Before() const { return m_before; }
+
+    void Close(const QString& window) const
+    {
+        if (Form* const form = world.Loaded(window); form != nullptr) {
+            form->close();
+            Desk::Settle();
+        }
+        EXPECT_EQ(world.Loaded(window), nullptr);
+    }
+
+    PosixFileStore files;
+    ProgramWorld world{files, nullptr, Confirmable()};
+
+private:
+    void GoDeeper()
+    {
+        if (m_depth == 20) {
+            m_deepest();
+            return;
+        }
+        switch (m_depth++ % 5) {
+        case 0:
+            Close(FrmAlerts::kName);
+            world.platform.clock.now.setTime(m_duhr);
+            m_http.whileWaiting = [this] { GoDeeper(); };
+            Tick();
+            break;
+        case 1:
+            world.Click(FrmMain::kName, "LblLocLink");
+            world.Click(FrmLocation::kName, "LblNewLocLink");
+            QTest::keyClicks(&world.Find(FrmNewLoc::kName, "TxtZipCode"), QStringLiteral("60601"));
+            m_http.whileWaiting = [this] { GoDeeper(); };
+            world.Click(FrmNewLoc::kName, "LblGetLink");
+            break;
+        case 3:
+            Close(FrmNewLoc::kName);
+            Close(FrmLocation::kName);
+            world.Click(FrmMain::kName, "LblAlertsLink");
+            world.Click(FrmAlerts::kName, "LblMobilAlert");
+            m_http.whileWaiting = [this] { GoDeeper(); };
+            world.Click(FrmAlerts::kName, "CmdMobilReg");
+            break;
+        default:
+            world.platform.clock.SetTime(3, 0, 15);
+            world.Main().AdTimer = static_cast<float>(m_ticks + 1);
+            m_http.whileWaiting = [this] { GoDeeper(); };
+            Tick();
+            break;
+        }
+    }
+    void Tick()
+    {
+        ++m_ticks;
+        world.platform.timers.Ticker()->Fire();
+    }
+
+    FakeHttp& m_http = world.platform.http;
+    QByteArray m_before;
+    QTime m_duhr;
+    int m_depth = 0;
+    int m_ticks = 0;
+    std::function<void()> m_deepest;
+};
+
+TEST_F(NestedWaitsTest, twentyOfAllKinds_unwind)
+{
+    bool isDeep = false;
+    Go([&] {
+        isDeep = true;
+        EXPECT_EQ(Scripts(), TwentyScripts());
+        EXPECT_TRUE(world.IsUp(FrmAlerts::kName));
+        Close(FrmAlerts::kName);
+    });
+    Desk::Settle();
+    EXPECT_TRUE(isDeep);
+    // Each alarm ends with an ad of its own once its reply is there.
+    EXPECT_EQ(Scripts().size(), 24);
+    for (const QLatin1String window : {FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName}) {
+        EXPECT_EQ(world.Loaded(window), nullptr) << window.data();
+    }
+    EXPECT_TRUE(world.Main().isEnabled());
+    EXPECT_EQ(world.Main().ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_TRUE(world.platform.boxes.boxes.empty()) << "no window was there to hear of its reply";
+    EXPECT_EQ(ReadSettings(), Before());
+    EXPECT_EQ(world.platform.process.ended, 0);
+    world.Click(FrmMain::kName, "LblLocLink");
+    EXPECT_TRUE(world.IsUp(FrmLocation::kName));
+}
+
+TEST_F(NestedWaitsTest, mainWindowClosedInTheTwentieth_unwinds)
+{
+    bool isDeep = false;
+    Go([&] {
+        isDeep = true;
+        world.Main().close();
+        Desk::Settle();
+    });
+    Desk::Settle();
+    EXPECT_TRUE(isDeep);
+    EXPECT_EQ(Scripts(), TwentyScripts()) << "nobody asks for anything behind the end";
+    EXPECT_EQ(world.Loaded(FrmMain::kName), nullptr);
+    // The last dialog is still there, and with it the user who hears of the reply.
+    EXPECT_TRUE(world.IsUp(FrmAlerts::kName));
+    ASSERT_EQ(world.platform.boxes.boxes.size(), 1U);
+    EXPECT_EQ(world.platform.boxes.boxes.front().text, QStringLiteral("Welcome"));
+    SimpleXML settings(world.documents);
+    ASSERT_TRUE(settings.Load(kSettingsFile));
+    settings.AddAttributeByName(QStringLiteral("mobileConfirm"), QStringLiteral("0"),
+                                QStringLiteral("//root//alerts"));
+    ASSERT_TRUE(settings.Save(kSettingsFile));
+    const QByteArray after = ReadSettings();
+    WriteSettings(QString::fromUtf8(Before()));
+    ASSERT_TRUE(settings.Load(kSettingsFile));
+    ASSERT_TRUE(settings.Save(kSettingsFile));
+    EXPECT_EQ(after, ReadSettings()) << "nothing but the confirmation has changed";
+}
+
+} // namespace
