@@ -132,12 +132,16 @@ double PrayerDay::Sunrise(int index)
 {
     SolarDay& day = DayOf(index);
     if (!day.sunrise) {
-        const Latitude& latitude = LatitudeOf(day);
-        const double hourAngle = HourAngle(m_horizonSine, day.declination, latitude);
-        day.sunrise = TimeOf({day.transit - kHalfDay, day.transit, m_horizonSine, day.transit - hourAngle},
-                             m_track, latitude);
+        day.sunrise = SunriseOf(day, LatitudeOf(day));
     }
     return *day.sunrise;
+}
+
+double PrayerDay::SunriseOf(const SolarDay& day, const Latitude& latitude) const
+{
+    const double hourAngle = HourAngle(m_horizonSine, day.declination, latitude);
+    return TimeOf({day.transit - kHalfDay, day.transit, m_horizonSine, day.transit - hourAngle}, m_track,
+                  latitude);
 }
 
 double PrayerDay::Sunset(int index)
@@ -156,6 +160,31 @@ double PrayerDay::SunsetOf(const SolarDay& day, const Latitude& latitude) const
                   latitude);
 }
 
+// Between a day of its own latitude and one of latitude 45 there is no night to measure. A day of latitude 45
+// is so wholly: its night is that of latitude 45, whatever its neighbour is. For one of its own latitude it
+// is twice the half that belongs to this day.
+double PrayerDay::NightBefore(int index)
+{
+    const SolarDay& day = DayOf(index);
+    const SolarDay& before = DayOf(index - 1);
+    if (day.isOfLatitude45 == before.isOfLatitude45) {
+        return Sunrise(index) - Sunset(index - 1);
+    }
+    return day.isOfLatitude45 ? Sunrise(index) - SunsetOf(before, m_latitude45)
+                              : 2.0 * (Sunrise(index) - (day.transit - kHalfDay));
+}
+
+double PrayerDay::NightAfter(int index)
+{
+    const SolarDay& day = DayOf(index);
+    const SolarDay& after = DayOf(index + 1);
+    if (day.isOfLatitude45 == after.isOfLatitude45) {
+        return Sunrise(index + 1) - Sunset(index);
+    }
+    return day.isOfLatitude45 ? SunriseOf(after, m_latitude45) - Sunset(index)
+                              : 2.0 * (day.transit + kHalfDay - Sunset(index));
+}
+
 // The angle-based rule for nights without true darkness: the event keeps to a portion of the night next to
 // sunrise or sunset, the angle divided by 60 degrees. Where the sun reaches the angle within that portion the
 // true event stands, so that the times pass without a jump from the one to the other.
@@ -164,11 +193,7 @@ double PrayerDay::Fajr(int index)
     const SolarDay& day = DayOf(index);
     const double midnight = day.transit - kHalfDay;
     const double sunrise = Sunrise(index);
-    // Between a day of its own latitude and one of latitude 45 there is no night to measure: twice the half
-    // of it that belongs to this day.
-    const bool isSameLatitudeBefore = DayOf(index - 1).isOfLatitude45 == day.isOfLatitude45;
-    const double night = isSameLatitudeBefore ? sunrise - Sunset(index - 1) : 2.0 * (sunrise - midnight);
-    const double bound = sunrise - m_fajr.portionOfNight * night;
+    const double bound = sunrise - m_fajr.portionOfNight * NightBefore(index);
 
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_fajr.sine);
@@ -184,9 +209,7 @@ double PrayerDay::Isha(int index)
     const SolarDay& day = DayOf(index);
     const double midnight = day.transit + kHalfDay;
     const double sunset = Sunset(index);
-    const bool isSameLatitudeAfter = DayOf(index + 1).isOfLatitude45 == day.isOfLatitude45;
-    const double night = isSameLatitudeAfter ? Sunrise(index + 1) - sunset : 2.0 * (midnight - sunset);
-    const double bound = sunset + m_isha.portionOfNight * night;
+    const double bound = sunset + m_isha.portionOfNight * NightAfter(index);
 
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_isha.sine);

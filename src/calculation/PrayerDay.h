@@ -58,7 +58,10 @@ private:
     [[nodiscard]] double LowestSine(double midnight, const Latitude& latitude) const;
     [[nodiscard]] double Sunrise(int index);
     [[nodiscard]] double Sunset(int index);
+    [[nodiscard]] double SunriseOf(const SolarDay& day, const Latitude& latitude) const;
     [[nodiscard]] double SunsetOf(const SolarDay& day, const Latitude& latitude) const;
+    [[nodiscard]] double NightBefore(int index);
+    [[nodiscard]] double NightAfter(int index);
     [[nodiscard]] double Fajr(int index);
     [[nodiscard]] double Isha(int index);
     [[nodiscard]] double Asr(int index, double lengths);

@@ -141,6 +141,37 @@ TEST(HighLatitude, everyDayOfAYear_fajrAndIshaKeepToTheNight)
     EXPECT_EQ(seams, 4);
 }
 
+// The first and the last of these days have a neighbour with a sunrise of its own, which must not show in
+// them.
+TEST(HighLatitude, everyDayWithoutSunriseOrSunset_wholeDayOfLatitude45)
+{
+    constexpr std::array<Place, 3> kPlaces{{{6606, 6114}, {6579, 7137}, {-6610, 11219}}};
+    for (const Place& place : kPlaces) {
+        const Place place45{static_cast<std::int16_t>(place.latitude < 0 ? -4500 : 4500), place.longitude};
+        int found = 0;
+        int seams = 0;
+        bool was45 = false;
+        for (int number = 0; number < 14 * 365; ++number) {
+            const std::int32_t date = DaysSince2000(1, 1, 2015) + number;
+            PrayerDay day = DayAt(place, date, -20.0, -18.0);
+            PrayerDay day45 = DayAt(place45, date, -20.0, -18.0);
+            const bool is45 = day.OfSolarDay(Event::Sunrise, 0) == day45.OfSolarDay(Event::Sunrise, 0);
+            seams += is45 != was45 ? 1 : 0;
+            was45 = is45;
+            if (!is45) {
+                continue;
+            }
+            ++found;
+            for (const Event event : kEvents) {
+                ASSERT_NEAR(day.OfSolarDay(event, 0), day45.OfSolarDay(event, 0), 1e-9)
+                    << place.latitude << ' ' << number << ' ' << static_cast<int>(event);
+            }
+        }
+        EXPECT_GT(found, 14) << place.latitude;
+        EXPECT_GE(seams, 27) << place.latitude;
+    }
+}
+
 // In Tromso on these days the noon sun is up, but not its centre, or hardly.
 TEST(HighLatitude, noonSunWithoutShadow_asrAtItsPartOfTheAfternoonOfLatitude45)
 {
