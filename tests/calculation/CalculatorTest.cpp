@@ -238,4 +238,25 @@ TEST(Calculator, eventInTheLastHalfMinute_lastMinuteOfTheDate)
     EXPECT_GE(found, 10);
 }
 
+// The nearest whole minute of an event just past midnight is the date's first, at which the scheduler
+// computes the new day and raises no alarm. It is not moved on: it would be told later than it is.
+TEST(Calculator, eventInTheFirstHalfMinute_firstMinuteOfTheDate)
+{
+    constexpr Short kOffset = 360;
+    int found = 0;
+    for (Short longitude = -300; longitude < 300; ++longitude) {
+        calculation::PrayerDay day;
+        day.SetPlaceAndDate({0, longitude}, calculation::DaysSince2000(22, 12, 2026) - kOffset / 1440.0);
+        const double minutes = (day.WithinDate(calculation::Event::Sunset) + 0.5) * 1440.0;
+        if (minutes >= 1.4) {
+            continue;
+        }
+        Calculator calculator;
+        calculator.SetHorParams({0, longitude}, kOffset, 22, 12, 2026);
+        found += minutes < 0.5 ? 1 : 0;
+        EXPECT_EQ(calculator.Horarium(9), minutes < 0.5 ? 0 : 1) << longitude;
+    }
+    EXPECT_GE(found, 10);
+}
+
 } // namespace
