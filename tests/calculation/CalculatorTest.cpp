@@ -259,4 +259,51 @@ TEST(Calculator, eventInTheFirstHalfMinute_firstMinuteOfTheDate)
     EXPECT_GE(found, 10);
 }
 
+struct Answers
+{
+    Slots slots{};
+    Short qibla = 0;
+    Short sun = 0;
+    Short moon = 0;
+    Short hijriDay = 0;
+    Short hijriMonth = 0;
+    Short hijriYear = 0;
+
+    bool operator==(const Answers&) const = default;
+};
+
+// The moon at the same minute each time, as it is that whose answer is kept.
+Answers AllAnswers(Calculator& calculator)
+{
+    constexpr Short kMinute = 600;
+    const calculation::HijriDate hijri = calculator.Hijri();
+    return {AllSlots(calculator),          calculator.QiblaDir(),
+            calculator.SunElev(kMinute),   calculator.MoonElevation(kMinute),
+            static_cast<Short>(hijri.day), static_cast<Short>(hijri.month),
+            static_cast<Short>(hijri.year)};
+}
+
+TEST(Calculator, newPlaceAndDate_everyAnswerAsOfAFreshOne)
+{
+    Calculator calculator = Makkah();
+    const Answers first = AllAnswers(calculator);
+    const auto setToronto = [](Calculator& other) { other.SetHorParams({4370, -7942}, -240, 4, 7, 2027); };
+    setToronto(calculator);
+    Calculator fresh;
+    setToronto(fresh);
+    fresh.SetHorAngle(-1800, -1700);
+    const Answers second = AllAnswers(calculator);
+    EXPECT_TRUE(second == AllAnswers(fresh));
+    // No answer is the same by chance, so that each of them was worked out anew.
+    EXPECT_NE(second.slots, first.slots);
+    EXPECT_NE(second.qibla, first.qibla);
+    EXPECT_NE(second.sun, first.sun);
+    EXPECT_NE(second.moon, first.moon);
+    EXPECT_NE(second.hijriDay, first.hijriDay);
+    EXPECT_NE(second.hijriMonth, first.hijriMonth);
+    EXPECT_NE(second.hijriYear, first.hijriYear);
+    calculator = Makkah();
+    EXPECT_TRUE(AllAnswers(calculator) == first);
+}
+
 } // namespace

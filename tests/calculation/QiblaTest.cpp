@@ -43,6 +43,8 @@ TEST(Qibla, everyRowOfTheTable_withinItsLimit)
 TEST(Qibla, atTheKaaba_north)
 {
     EXPECT_EQ(QiblaDir({2142, 3983}), 0.0);
+    // The next place that can be named has a direction.
+    EXPECT_EQ(QiblaDir({2142, 3982}), 66.6);
 }
 
 TEST(Qibla, atItsAntipode_north)
