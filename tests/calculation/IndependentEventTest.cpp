@@ -9,11 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <numbers>
 #include <random>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -100,8 +102,9 @@ struct EventErrors
 
     void Add(const Case& theCase, double time, double altitude)
     {
-        auto& errors = std::abs(theCase.DegreesPerMinute(time)) < 0.03 ? slow : quick;
-        errors.Add(theCase.Error(time, altitude), theCase.Text());
+        const double rate = theCase.DegreesPerMinute(time);
+        auto& errors = std::abs(rate) < 0.03 ? slow : quick;
+        errors.Add((theCase.Altitude(time) - altitude) / rate * 60.0, theCase.Text());
     }
     void Expect(const std::string& subject) const
     {
@@ -210,6 +213,82 @@ TEST(IndependentSky, sunElevation_anyMinute)
     errors.Print("sun's elevation", "degrees");
     // One second of arc.
     EXPECT_LT(errors.Largest(), 1.0 / 3600.0);
+}
+
+// Beyond 65 degrees not every day has a sunrise and a sunset. Which have, and where the sun then stands, is
+// for the independent sky to say.
+class PolarCases final
+{
+public:
+    // Latitudes from 65 to 89.99 degrees, north and south.
+    std::pair<Place, std::int32_t> operator()()
+    {
+        const int latitude = m_latitude(m_generator);
+        const Place place{static_cast<std::int16_t>(m_isNorthern(m_generator) ? latitude : -latitude),
+                          static_cast<std::int16_t>(m_longitude(m_generator))};
+        return {place, m_day(m_generator)};
+    }
+
+private:
+    std::mt19937 m_generator{656565};
+    std::bernoulli_distribution m_isNorthern;
+    std::uniform_int_distribution<int> m_latitude{6500, 8999};
+    std::uniform_int_distribution<int> m_longitude{-18000, 18000};
+    std::uniform_int_distribution<std::int32_t> m_day{-36524, 36524};
+};
+
+TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
+{
+    constexpr double kHorizon = -0.8333;
+    constexpr int kPolarCases = 800;
+    PolarCases cases;
+    EventErrors horizon;
+    EventErrors asr;
+    int without = 0;
+    for (int i = 0; i < kPolarCases; ++i) {
+        const auto [place, date] = cases();
+        Case theCase(place, date, -18.0, -17.0);
+        const double transit = theCase.Time(Event::Transit);
+        const double noon = theCase.Altitude(transit);
+        const double lowest = std::max(theCase.Altitude(transit - 0.5), theCase.Altitude(transit + 0.5));
+        const double spare = std::min(noon - kHorizon, kHorizon - lowest);
+        const double sunrise = theCase.Time(Event::Sunrise);
+        const double sunset = theCase.Time(Event::Sunset);
+        if (std::abs(spare) < 0.001) {
+            continue; // the two skies may differ
+        }
+        if (spare < 0.0) {
+            ++without;
+            Case at45({static_cast<std::int16_t>(place.latitude < 0 ? -4500 : 4500), place.longitude}, date,
+                      -18.0, -17.0);
+            EXPECT_LT(std::abs(at45.Error(sunrise, kHorizon)), 0.2) << theCase.Text();
+            EXPECT_LT(std::abs(at45.Error(sunset, kHorizon)), 0.2) << theCase.Text();
+            continue;
+        }
+        horizon.Add(theCase, sunrise, kHorizon);
+        horizon.Add(theCase, sunset, kHorizon);
+        if (noon > 0.21) {
+            const double shadow = 1.0 / std::tan(noon * kRadiansPerDegree);
+            for (const auto& [event, lengths] :
+                 {std::pair{Event::AsrOneLength, 1.0}, std::pair{Event::AsrTwoLengths, 2.0}}) {
+                asr.Add(theCase, theCase.Time(event),
+                        std::atan(1.0 / (shadow + lengths)) / kRadiansPerDegree);
+            }
+        }
+    }
+    horizon.quick.Print("sunrise and sunset beyond 65 degrees", "s");
+    horizon.slow.Print("the same where the sun moves slowly", "s");
+    asr.quick.Print("Asr beyond 65 degrees", "s");
+    asr.slow.Print("the same where the sun moves slowly", "s");
+    EXPECT_GT(without, 300);
+    EXPECT_GT(horizon.quick.Count(), 300);
+    EXPECT_GT(horizon.slow.Count(), 60);
+    EXPECT_GT(asr.quick.Count(), 200);
+    EXPECT_LT(horizon.quick.Largest(), 0.25) << horizon.quick.WorstRow();
+    // Where the sun's path almost touches the horizon, a second of arc is seconds of time.
+    EXPECT_LT(horizon.slow.Largest(), 1.2) << horizon.slow.WorstRow();
+    EXPECT_LT(asr.quick.Largest(), 0.2) << asr.quick.WorstRow();
+    EXPECT_LT(asr.slow.Largest(), 0.2) << asr.slow.WorstRow();
 }
 
 } // namespace
