@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "calculation/Angle.h"
 #include "calculation/Calculator.h"
 #include "calculation/CivilDate.h"
 #include "calculation/Elevation.h"
@@ -195,6 +196,36 @@ TEST(HighLatitude, noonSunWithoutShadow_asrAtItsPartOfTheAfternoonOfLatitude45)
         EXPECT_LT(day.OfSolarDay(Event::AsrTwoLengths, 0), day.OfSolarDay(Event::Sunset, 0)) << number;
     }
     EXPECT_GE(found, 4);
+}
+
+// And on all others its centre is high enough, be it by little, and Asr is that of its own shadow.
+TEST(HighLatitude, noonSunWithShadow_asrOfItsOwnShadow)
+{
+    int low = 0;
+    for (int latitude = 6500; latitude <= 9000; latitude += 25) {
+        const Place place{static_cast<std::int16_t>(latitude), 1896};
+        for (int number = 0; number < 365; ++number) {
+            PrayerDay day = DayAt(place, DaysSince2000(1, 1, 2026) + number);
+            const double noon =
+                SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(Event::Transit, 0));
+            const double sunset =
+                SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(Event::Sunset, 0));
+            const bool isOfItsOwnLatitude = std::abs(sunset + 0.8333) < 1e-6;
+            if (noon <= 0.2 || !isOfItsOwnLatitude) {
+                continue;
+            }
+            low += noon < 2.0 ? 1 : 0;
+            constexpr double kDegree = calculation::kRadiansPerDegree;
+            double lengths = 1.0;
+            for (const Event event : {Event::AsrOneLength, Event::AsrTwoLengths}) {
+                const double asr = SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(event, 0));
+                ASSERT_NEAR(asr, std::atan(1.0 / (1.0 / std::tan(noon * kDegree) + lengths)) / kDegree, 1e-6)
+                    << latitude << ' ' << number;
+                lengths += 1.0;
+            }
+        }
+    }
+    EXPECT_GT(low, 100);
 }
 
 TEST(HighLatitude, anglesOfHalfTheNight_fajrAndIshaInOrder)
