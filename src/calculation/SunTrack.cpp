@@ -49,8 +49,8 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
     m_z = Parabola::Through(sun.directions[0].z, noon.z, sun.directions[2].z);
 
     m_ownTransit = TransitNear(-m_hourAngleAtNoon);
-    // At the edge of the date the passage a day off may be nearer to noon: solar days differ from 24 hours by
-    // up to half a minute, and this one was sought with the hour angle of noon.
+    // At the edge of the date the passage a day off may be nearer to noon after all, by part of a second: the
+    // hour angle of noon knows nothing of how the sun changes its pace over the day.
     constexpr double kNearEdge = 0.49;
     if (std::abs(m_ownTransit) > kNearEdge) {
         const double other = TransitNear(m_ownTransit < 0.0 ? m_ownTransit + 1.0 : m_ownTransit - 1.0);

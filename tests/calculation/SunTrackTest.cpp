@@ -80,4 +80,24 @@ TEST(SunTrack, rateAndCurvature_asTheDifferences)
     }
 }
 
+// Where one passage falls on each of the date's two midnights the hour angle of noon cannot tell which is
+// nearer, since the sun doesn't keep its pace over the day: some hundredths of a second decide, and a
+// thousandth is what the transit is found to.
+TEST(SunTrack, transitsAtBothEndsOfTheDate_ownIsTheNearerToNoon)
+{
+    constexpr double kThousandthOfASecond = 1e-3 / 86400.0;
+    for (int noon = 9497; noon < 9497 + 366; noon += 3) { // 2026
+        double underTheSun = 0.0;                         // where it stands on the meridian at that noon
+        for (int pass = 0; pass < 3; ++pass) {
+            underTheSun += SunTrack(noon, underTheSun).Transit(0);
+        }
+        for (int step = -200; step <= 200; ++step) {
+            const SunTrack track(noon, underTheSun + 0.5 + step * 0.002 / 86400.0);
+            const double own = std::abs(track.Transit(0));
+            EXPECT_LE(own, std::abs(track.Transit(-1)) + kThousandthOfASecond) << noon << ' ' << step;
+            EXPECT_LE(own, std::abs(track.Transit(1)) + kThousandthOfASecond) << noon << ' ' << step;
+        }
+    }
+}
+
 } // namespace
