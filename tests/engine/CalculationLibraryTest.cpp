@@ -26,6 +26,8 @@ protected:
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(text);
     }
+    void Remove() const { ASSERT_TRUE(QFile::remove(m_name)); }
+    [[nodiscard]] QString Folder() const { return m_folder.path(); }
     static int ErrorOf(const std::function<void()>& step)
     {
         try {
@@ -80,11 +82,21 @@ TEST_F(CalculationLibraryTest, emptyFile_isAnErrorOfEachCall)
     ExpectEachCallFails();
 }
 
-TEST_F(CalculationLibraryTest, file_isOpenedOnTheFirstCall_andNotBefore)
+TEST_F(CalculationLibraryTest, file_isNotOpenedBeforeTheFirstCall)
+{
+    Place(DUSKBEACON_ECHO_MODULE);
+    CalculationLibrary late(Folder());
+    Remove();
+    EXPECT_EQ(ErrorOf([&late] { static_cast<void>(late.Hday()); }), ErrorNumber::kLibraryNotFound);
+}
+
+TEST_F(CalculationLibraryTest, file_isOpenedOnTheFirstCall_andStaysOpen)
 {
     EXPECT_EQ(ErrorOf([this] { static_cast<void>(library.Hday()); }), ErrorNumber::kLibraryNotFound);
     Place(DUSKBEACON_ECHO_MODULE);
     EXPECT_EQ(library.Hday(), 12) << "it is there now, and a failure is not remembered";
+    Remove();
+    EXPECT_EQ(library.Hday(), 12) << "once open it needs no file";
 }
 
 TEST_F(CalculationLibraryTest, missingFunction_isAnErrorOfItsCallOnly)
