@@ -103,6 +103,8 @@ void PTimer::RecalculateDay()
         // A flat hour: daylight saving is the user's setting, the system is never asked.
         offset = AddInteger16(offset, 60);
     }
+    // Three readings, wanted so. Should midnight fall between them, the tick of 00:00:00 is due within the
+    // second and computes the day again.
     const auto day = static_cast<std::int16_t>(m_platform.clock.Now().date().day());
     const auto month = static_cast<std::int16_t>(m_platform.clock.Now().date().month());
     const std::int16_t year = ToInteger16(m_platform.clock.Now().date().year());

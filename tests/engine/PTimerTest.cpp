@@ -4,12 +4,28 @@
 
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
+#include "platform/Clock.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 
 namespace {
+
+/// A clock that moves on by a day, a month and a year with each reading.
+class HastyClock final : public Clock
+{
+public:
+    [[nodiscard]] QDateTime Now() const override
+    {
+        const QDateTime now = m_next;
+        m_next = m_next.addYears(1).addMonths(1).addDays(1);
+        return now;
+    }
+
+private:
+    mutable QDateTime m_next{QDate(2026, 3, 15), QTime(12, 0), Qt::UTC};
+};
 
 class PTimerTest : public testing::Test
 {
@@ -49,7 +65,11 @@ TEST_F(PTimerTest, creation_leavesEverythingAtRest)
 {
     EXPECT_EQ(timer.GetStatus(), -1);
     EXPECT_EQ(timer.GetLat(), 0);
-    EXPECT_EQ(timer.GetPrayerTime(1), 0);
+    EXPECT_EQ(timer.GetLng(), 0);
+    EXPECT_EQ(timer.GetTimeZone(), 0);
+    for (std::int16_t slot = 1; slot <= 10; ++slot) {
+        EXPECT_EQ(timer.GetPrayerTime(slot), 0) << slot;
+    }
     EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
     EXPECT_EQ(platform.timers.Ticker()->interval, 1000);
 }
@@ -71,6 +91,16 @@ TEST_F(PTimerTest, setup_zeroPlace_passesZeros)
 {
     timer.SetupPTimer(0, 0, 0, 0, -1500, -1800, 0, 0, -1);
     EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 0 20 3 2026"));
+}
+
+TEST_F(PTimerTest, setup_readsDayMonthAndYearOneByOne)
+{
+    HastyClock clock;
+    Platform doors{clock,         platform.timers, platform.files,   platform.http,   platform.player,
+                   platform.tray, platform.boxes,  platform.browser, platform.region, platform.process};
+    PTimer hasty(doors, calculation);
+    hasty.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, -1);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 1 2 180 15 4 2028"));
 }
 
 TEST_F(PTimerTest, setup_onlyMinusOneIsTrue)
@@ -265,6 +295,19 @@ TEST_F(PTimerTest, errorInATick_stopsTheClockAndSaysSo)
     EXPECT_EQ(TickAt(0, 1), QStringList()) << "no tick without a clock";
     timer.StartTimer();
     EXPECT_EQ(TickAt(0, 2), QStringList{QStringLiteral("Tick")});
+}
+
+TEST_F(PTimerTest, errorInATick_stopsTheClockBeforeItSaysSo)
+{
+    Start();
+    calculation.fails = true;
+    int looked = 0;
+    platform.boxes.whileOpen = [&] {
+        ++looked;
+        EXPECT_FALSE(platform.timers.Ticker()->IsEnabled()) << "ticks would come while the box is up";
+    };
+    TickAt(0, 0);
+    EXPECT_EQ(looked, 1);
 }
 
 TEST_F(PTimerTest, errorInAHandler_isAnErrorOfTheTick)
