@@ -29,8 +29,10 @@ struct Module
     decltype(&::SetHorTemkin) setHorTemkin = nullptr;
     decltype(&::SetHorAngle) setHorAngle = nullptr;
     decltype(&::Horarium) horarium = nullptr;
+    decltype(&::QiblaDir) qiblaDir = nullptr;
     decltype(&::SunElev) sunElev = nullptr;
     decltype(&::MoonElevation) moonElevation = nullptr;
+    decltype(&::Hday) hday = nullptr;
 };
 
 Module module;
@@ -56,8 +58,10 @@ void OpenModule()
     Find(library, "SetHorTemkin", module.setHorTemkin);
     Find(library, "SetHorAngle", module.setHorAngle);
     Find(library, "Horarium", module.horarium);
+    Find(library, "QiblaDir", module.qiblaDir);
     Find(library, "SunElev", module.sunElev);
     Find(library, "MoonElevation", module.moonElevation);
+    Find(library, "Hday", module.hday);
 }
 
 struct Date
@@ -141,6 +145,17 @@ void Reading(benchmark::State& state, Short (*const& function)(Short))
     }
 }
 
+// What has been asked before. It must cost no more than the call, or it is worked out again.
+template <typename Read>
+void Known(benchmark::State& state, const Read& read)
+{
+    SetDate(Dates().front());
+    benchmark::DoNotOptimize(read());
+    for ([[maybe_unused]] auto step : state) {
+        benchmark::DoNotOptimize(read());
+    }
+}
+
 // The median times of a run, by name.
 class MedianReporter final : public benchmark::ConsoleReporter
 {
@@ -167,7 +182,13 @@ struct Limit
     double sines;
 };
 
-constexpr std::array<Limit, 3> kLimits{{{"NewDate", 250.0}, {"SunElev", 50.0}, {"MoonElevation", 400.0}}};
+constexpr std::array<Limit, 7> kLimits{{{"NewDate", 250.0},
+                                        {"SunElev", 50.0},
+                                        {"MoonElevation", 400.0},
+                                        {"KnownSlots", 12.0},
+                                        {"KnownQibla", 2.0},
+                                        {"KnownMoon", 2.0},
+                                        {"KnownHijri", 2.0}}};
 
 bool ReportRatios(const MedianReporter& reporter)
 {
@@ -198,6 +219,10 @@ int main(int argc, char** argv)
     add("NewDate", NewDate);
     add("SunElev", [](benchmark::State& state) { Reading(state, module.sunElev); });
     add("MoonElevation", [](benchmark::State& state) { Reading(state, module.moonElevation); });
+    add("KnownSlots", [](benchmark::State& state) { Known(state, TenSlots); });
+    add("KnownQibla", [](benchmark::State& state) { Known(state, module.qiblaDir); });
+    add("KnownMoon", [](benchmark::State& state) { Known(state, [] { return module.moonElevation(600); }); });
+    add("KnownHijri", [](benchmark::State& state) { Known(state, module.hday); });
     benchmark::Initialize(&argc, argv);
     MedianReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

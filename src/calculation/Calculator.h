@@ -16,8 +16,9 @@ namespace calculation {
 inline constexpr int kSlotCount = 10;
 
 // The state behind the boundary: what the setters stored, and what the readings have worked out from it so
-// far. Nothing is worked out twice, and nothing before it is asked for. The meaning of each member function
-// is that of the exported function of its name (see DuskBeaconDBN.h).
+// far. Nothing is worked out twice, but for the sun more than a day from the date, and nothing before it is
+// asked for. The meaning of each member function is that of the exported function of its name (see
+// DuskBeaconDBN.h).
 class Calculator final
 {
 public:
