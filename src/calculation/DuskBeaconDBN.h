@@ -12,15 +12,17 @@
 // Every combination of arguments has an answer, at once; none is an error:
 //  - A latitude beyond 90 degrees counts as the pole. Longitudes go round: 190 E is 170 W.
 //  - The date is of the proleptic Gregorian calendar, and three numbers that name no day count on: month 13
-//  is the
-//    January after, month 0 the December before, 31 February the 3rd (in leap years the 2nd) of March, day 0
-//    the eve of the first.
+//    is the January after, month 0 the December before, 31 February the 3rd (in leap years the 2nd) of March,
+//    day 0 the eve of the first.
 //  - Sun and moon of years outside -2000 to 5999 are those of the same date in the nearest cycle of 400 years
-//  within.
+//    within.
 //  - The offset may be any number of minutes, whether or not it suits the longitude.
 //  - A twilight angle that is not below the sunrise's -0.8333 degrees counts as that: Fajr is sunrise, Isha
-//  sunset.
-//    One below -90 counts as -90.
+//    sunset. One below -90 counts as -90.
+//
+// No function allocates, waits for a lock, asks for the locale or reads a file, but for the Hijri date: the
+// first of its three readings after SetHorParams opens a calendar of ICU, which allocates and locks, and
+// loads its data when it is first used.
 
 #ifdef __cplusplus
 extern "C" {

@@ -11,9 +11,9 @@ struct Nutation
     double inObliquity[3] = {};
 };
 
-// Nutation of the IAU 1980 theory, its terms from 0.003" on (Seidelmann, Celestial Mechanics 27, 1982; Meeus,
-// "Astronomical Algorithms", 2nd ed., table 22.A); within 0.02" of the whole theory over 1900 to 2100.
-// daysSince2000: days of TT from 2000 January 1, 12h.
+// Nutation of the IAU 1980 theory, its terms above 0.003" and one of 0.0029" (Seidelmann, Celestial Mechanics
+// 27, 1982; Meeus, "Astronomical Algorithms", 2nd ed., table 22.A); within 0.03" of the whole theory over
+// 1900 to 2100. daysSince2000: days of TT from 2000 January 1, 12h.
 [[nodiscard]] Nutation NutationAround(double daysSince2000);
 
 // Mean obliquity of the ecliptic in radians, IAU 2006 (Hilton et al., Celestial Mechanics and Dynamical

@@ -14,9 +14,11 @@ namespace calculation {
 namespace {
 
 constexpr double kHalfDay = 0.5;
-// The sun's upper edge on the horizon: 34' of refraction and 16' of radius.
+// The sun's upper edge on the horizon: 34' of refraction and 16' of radius (Meeus, "Astronomical Algorithms",
+// 2nd ed., chapter 15).
 constexpr double kHorizonDegrees = -0.8333;
-// Where a day has no sunrise or no sunset, it is that of this latitude.
+// Where a day has no sunrise or no sunset, it is that of this latitude (Islamic Fiqh Council of the Muslim
+// World League, 9th session, Makkah, 1986).
 constexpr double kLatitudeOfOrdinaryDays = 45.0;
 // A noon sun lower than this has a shadow of hundreds of lengths, to which one more adds a minute or less:
 // Asr would fall on Duhr, and of two slots with one minute only the first is announced.
@@ -24,7 +26,8 @@ constexpr double kLeastNoonDegrees = 0.2;
 // The angle whose portion of the night is the whole night.
 constexpr double kDegreesOfNight = 60.0;
 
-// Hour angle in days, 0 to 0.5, at which a sun of the given declination has the given sine of altitude.
+// Hour angle (Meeus, formula 15.1) in days, 0 to 0.5, at which a sun of the given declination has the given
+// sine of altitude.
 double HourAngle(double sineOfAltitude, const SineCosine& declination, const Latitude& latitude)
 {
     const double cosine = (sineOfAltitude - latitude.Sine() * declination.sine) /
@@ -187,7 +190,8 @@ double PrayerDay::NightAfter(int index)
 
 // The angle-based rule for nights without true darkness: the event keeps to a portion of the night next to
 // sunrise or sunset, the angle divided by 60 degrees. Where the sun reaches the angle within that portion the
-// true event stands, so that the times pass without a jump from the one to the other.
+// true event stands, so that the times pass without a jump from the one to the other. (Zarrabi-Zadeh, "Prayer
+// Times Calculation", section on higher latitudes.)
 double PrayerDay::Fajr(int index)
 {
     const SolarDay& day = DayOf(index);
@@ -243,6 +247,7 @@ double PrayerDay::NoonSine(const SolarDay& day, const Latitude& latitude) const
 
 double PrayerDay::AsrOf(const SolarDay& day, double sunset, double lengths, const Latitude& latitude) const
 {
+    // An upright of one length casts a shadow of the cotangent of the sun's altitude.
     const double noon = NoonSine(day, latitude);
     const double shadow = std::sqrt(1.0 - noon * noon) / noon + lengths;
     const double sine = m_track.GeocentricSine(1.0 / std::sqrt(1.0 + shadow * shadow));

@@ -20,7 +20,7 @@ class PrayerDay final
 public:
     // utNoon and longitude as for SunTrack.
     void SetPlaceAndDate(const Place& place, double utNoon);
-    // Hundredths of a degree, negative below the horizon. What is not below the horizon of sunrise counts as
+    // Degrees, negative below the horizon. What is not below the horizon of sunrise counts as
     // that, what is below the nadir as the nadir.
     void SetTwilightAngles(double fajrDegrees, double ishaDegrees);
 

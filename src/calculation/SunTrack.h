@@ -45,6 +45,8 @@ public:
 
     // Radians.
     [[nodiscard]] double HorizontalParallax() const { return m_parallax; }
+    // The parallax in altitude is the horizontal one times the cosine of the altitude (Meeus, "Astronomical
+    // Algorithms", 2nd ed., chapter 40); of its sine that makes the parallax times the square of the cosine.
     // The geocentric sine at which the centre's topocentric altitude has the given sine.
     [[nodiscard]] double GeocentricSine(double topocentricSine) const
     {
