@@ -286,7 +286,7 @@ TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
     EXPECT_GT(asr.quick.Count(), 200);
     EXPECT_LT(horizon.quick.Largest(), 0.25) << horizon.quick.WorstRow();
     // Where the sun's path almost touches the horizon, a second of arc is seconds of time.
-    EXPECT_LT(horizon.slow.Largest(), 1.2) << horizon.slow.WorstRow();
+    EXPECT_LT(horizon.slow.Largest(), 1.0) << horizon.slow.WorstRow();
     EXPECT_LT(asr.quick.Largest(), 0.2) << asr.quick.WorstRow();
     EXPECT_LT(asr.slow.Largest(), 0.2) << asr.slow.WorstRow();
 }
