@@ -17,6 +17,12 @@ MAY_INCLUDE = {
 }
 CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|system_clock|gettimeofday|clock_gettime|\btime\((0|NULL|nullptr)\)")
 OUTSIDE = re.compile(r"\b(fopen|getenv|qgetenv|system|fork|execv|execl)\s*\(")
+FAILURES = TREE / "docs/failures.md"
+# The doors to a message box: those of the platform, and the routines that hand their `message` on to them.
+RELAYS = ("Say", "SayAndUnload", "FailAndUnload")
+SPEAKS = re.compile(r"\b(?:boxes\.(?:Show|Ask)|%s)\(" % "|".join(RELAYS))
+LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
+FILLED_IN = "*"
 
 
 def sources(folder):
@@ -46,7 +52,91 @@ def faults():
                 yield f"{path.relative_to(TREE)}: the two lines of the licence are missing"
 
 
-found = list(faults())
+def arguments(text, start):
+    """The arguments of a call, split at the commas of its own level."""
+    depth, parts, inside = 1, [""], False
+    while depth:
+        here = text[start]
+        inside ^= here == '"' and text[start - 1] != "\\"
+        if not inside:
+            depth += {"(": 1, "{": 1, ")": -1, "}": -1}.get(here, 0)
+            if here == "," and depth == 1:
+                parts.append("")
+                start += 1
+                continue
+        parts[-1] += here if depth else ""
+        start += 1
+    return parts
+
+
+def spoken(argument, text):
+    """What an expression says, as the page writes it: <br> for a line break, one mark for each part that is filled in."""
+    constant = re.fullmatch(r"\s*(k\w+)\s*", argument)
+    if constant:
+        defined = re.search(rf"\b{constant[1]}\s*=([^;]*);", text)
+        argument = defined[1] if defined else ""
+    literals = LITERAL.findall(argument)
+    numbers = iter(range(len(literals)))
+    plain = " ".join(LITERAL.sub(lambda _: f"@{next(numbers)}@", argument).split())
+    for choice in plain.split(" ? ")[-1].split(" : "):
+        said = ""
+        for part in choice.split(" + "):
+            held = re.findall(r"@(\d+)@", part.split(".arg(")[0])
+            said += re.sub(r"%\d", FILLED_IN, "".join(literals[int(number)] for number in held)) if held else FILLED_IN
+        if said != FILLED_IN:
+            yield said.replace("\\r\\n", "<br>").replace('\\"', '"')
+
+
+def boxes():
+    """Where and with what words and title the program speaks; no words where it can't be read off."""
+    for path in sources("src"):
+        text = path.read_text()
+        for call in SPEAKS.finditer(text):
+            parts = arguments(text, call.end())
+            if "QString& message" in parts[0]:
+                continue
+            before = re.findall(r"^\S.*?(\w+)\([^()]*\)(?: const)?(?: noexcept)?\n\{", text[:call.start()], re.MULTILINE)
+            if parts[0].strip() == "message" and before[-1] in RELAYS:
+                continue
+            where = f"{path.relative_to(TREE)}:{text.count(chr(10), 0, call.start()) + 1}"
+            yield where, [said for part in parts for said in spoken(part, text)]
+    launcher = TREE / "packaging/dusk-beacon.in"
+    for said in re.findall(r'\bfail "([^"]*)"', launcher.read_text()):
+        yield launcher.name, [re.sub(r"\$\w+", FILLED_IN, said)]
+
+
+def failures_page():
+    """The page of failures names nothing that is not there, and every box of the program stands on it."""
+    tests = {f"{suite}.{name}" for path in sources("tests") for suite, name in
+             re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", path.read_text(), re.MULTILINE)}
+    told, rows = {}, []
+    for number, line in enumerate(FAILURES.read_text().splitlines(), 1):
+        where = f"{FAILURES.relative_to(TREE)}:{number}"
+        cells = [cell.strip() for cell in line.strip("|").split(" | ")] if line.startswith("| ") else []
+        named = {*re.findall(r"`([A-Z]\w*\.[a-z]\w*)`", line)}
+        if cells and cells[-1] not in ("Held by", "no test"):
+            held = re.findall(r"`([^`]+)`", cells[-1])
+            named.update(held)
+            if not held:
+                yield f"{where}: a row names what holds it, or says \"no test\""
+        for name in sorted(named):
+            if name not in tests and not ("/" in name and (TREE / "tests" / name).is_file()):
+                yield f"{where}: there is no {name} under tests/"
+        if len(cells) == 5:
+            rows.append((where, cells[0]))
+            told.update((re.sub(r"\*[^*]+\*", FILLED_IN, cell.strip('"')), where) for cell in cells[:2])
+    said = set()
+    for where, texts in boxes():
+        said.update(texts)
+        if not texts:
+            yield f"{where}: the words of this box can't be read off here; write them here, or name their routine in RELAYS"
+        yield from (f"{where}: {FAILURES.name} has no \"{text}\"" for text in texts if text not in told)
+    for where, text in rows:
+        if text.startswith('"') and re.sub(r"\*[^*]+\*", FILLED_IN, text.strip('"')) not in said:
+            yield f"{where}: nothing in the program says {text}"
+
+
+found = [*faults(), *failures_page()]
 checked = sum(len(sources(folder)) for folder in ("src", "tests", "bench", "data"))
 print("\n".join(found) if found else f"{checked} files keep the house")
 sys.exit(1 if found or checked < 100 else 0)
