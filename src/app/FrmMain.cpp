@@ -196,7 +196,7 @@ void FrmMain::PopPrayerFrame()
 
 void FrmMain::Enable(bool enabled)
 {
-    setEnabled(enabled);
+    Form::Enable(enabled);
 }
 
 void FrmMain::TakeFocus()

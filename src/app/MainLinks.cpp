@@ -6,6 +6,7 @@
 #include "controls/ClickArea.h"
 #include "controls/HoverArea.h"
 #include "controls/LinkLabel.h"
+#include "forms/DisabledControl.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "locations/FrmLocation.h"
@@ -18,34 +19,6 @@
 #include <QGroupBox>
 #include <QLabel>
 
-namespace {
-
-// A link is disabled while it acts, so that it can't be clicked twice. Whoever works by keyboard finds it
-// under the fingers again afterwards.
-class Disabled final
-{
-public:
-    explicit Disabled(LinkLabel& link)
-        : m_link(link)
-        , m_hadFocus(link.hasFocus())
-    {
-        m_link.setEnabled(false);
-    }
-    void Enable() const
-    {
-        m_link.setEnabled(true);
-        if (m_hadFocus) {
-            m_link.setFocus();
-        }
-    }
-
-private:
-    LinkLabel& m_link;
-    bool m_hadFocus = false;
-};
-
-} // namespace
-
 MainLinks::Dialogs MainLinks::DialogsAmong(Forms& forms)
 {
     return {[&forms] { forms.Touch<FrmAlerts>().Show(); },
@@ -55,7 +28,7 @@ MainLinks::Dialogs MainLinks::DialogsAmong(Forms& forms)
             },
             [&forms] {
                 auto& location = forms.Touch<FrmLocation>();
-                location.setEnabled(true);
+                location.Enable(true);
                 location.Show();
             }};
 }
@@ -120,7 +93,7 @@ bool MainLinks::ClickLblAlertsLink()
         m_main.TraceLoc = QStringLiteral("FrmMain - LblAlertsLink_Click %1").arg(step);
     };
     trace(0);
-    const Disabled link(*m_controls.LblAlertsLink);
+    DisabledControl link(m_window, *m_controls.LblAlertsLink);
     trace(1);
     try {
         trace(2);
@@ -143,7 +116,7 @@ bool MainLinks::ClickLblAlertsLink()
 
 void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
 {
-    const Disabled disabled(link);
+    DisabledControl disabled(m_window, link);
     // Each opening goes through the first page: it loads the settings that the other pages show.
     if (ClickLblAlertsLink()) {
         m_dialogs.SelectTab(tab);
@@ -153,7 +126,7 @@ void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
 
 void MainLinks::ClickLblLocLink()
 {
-    const Disabled link(*m_controls.LblLocLink);
+    DisabledControl link(m_window, *m_controls.LblLocLink);
     try {
         m_main.Enable(false);
         m_dialogs.ShowLocation();
@@ -166,7 +139,7 @@ void MainLinks::ClickLblLocLink()
 
 void MainLinks::OpenPage(LinkLabel& link, const QString& url)
 {
-    const Disabled disabled(link);
+    DisabledControl disabled(m_window, link);
     m_window.Outside().browser.Open(url);
     disabled.Enable();
 }

@@ -102,6 +102,30 @@ void Form::SetFocus()
     }
 }
 
+void Form::Enable(bool enabled)
+{
+    if (enabled == isEnabled()) {
+        return;
+    }
+    if (!enabled) {
+        m_nextFocus = focusWidget();
+    }
+    setEnabled(enabled);
+    if (enabled && m_nextFocus != nullptr) {
+        m_nextFocus->setFocus();
+        m_nextFocus.clear();
+    }
+}
+
+void Form::GiveFocus(QWidget& control)
+{
+    if (isEnabled()) {
+        control.setFocus();
+    } else {
+        m_nextFocus = &control;
+    }
+}
+
 void Form::SetHandPointer()
 {
     setCursor(Qt::PointingHandCursor);

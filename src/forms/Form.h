@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include <functional>
@@ -34,6 +35,11 @@ public:
     /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled. A minimised window keeps
     /// its place on the taskbar.
     virtual void SetFocus();
+    /// Lets the window take input or not. The control that had the keyboard when it was taken from the window
+    /// has it back when the window takes input again.
+    void Enable(bool enabled);
+    /// Gives one of the window's controls the keyboard, or leaves it to be had once the window takes input.
+    void GiveFocus(QWidget& control);
 
     /// The hand over links, and the default pointer behind them.
     void SetHandPointer();
@@ -74,4 +80,6 @@ private:
     bool m_loaded = false;
     bool m_wasShown = false;
     int m_handling = 0;
+    /// The control that has the keyboard as soon as the window takes input.
+    QPointer<QWidget> m_nextFocus;
 };

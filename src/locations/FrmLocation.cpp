@@ -5,6 +5,7 @@
 #include "controls/HoverArea.h"
 #include "controls/LinkLabel.h"
 #include "controls/ListBox.h"
+#include "forms/DisabledControl.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "locations/Children.h"
@@ -222,8 +223,9 @@ void FrmLocation::Delete()
 void FrmLocation::OpenNewLocation()
 {
     MainForm& main = Siblings().Main();
+    DisabledControl link(*this, *LblNewLocLink);
     const std::array<std::function<void()>, 7> steps{
-        [this] { setEnabled(false); },
+        [this] { Enable(false); },
         [this] { Siblings().Touch(kFrmWait).Show(); },
         [this, &main] {
             main.ActiveForm = kFrmWait;
@@ -233,11 +235,10 @@ void FrmLocation::OpenNewLocation()
         [this] { Siblings().Touch(kFrmNewLoc).Show(); },
         [&main] { main.ActiveForm = kFrmNewLoc; },
         [this] { Siblings().Unload(kFrmWait); },
-        [this] { LblNewLocLink->setEnabled(true); },
+        [&link] { link.Enable(); },
     };
     constexpr std::size_t kUnloadWait = 5;
 
-    LblNewLocLink->setEnabled(false);
     for (std::size_t step = 0; step < steps.size();) {
         if (!IsLoaded()) {
             // Gone while something was waited for: nothing may stand in front of nothing.

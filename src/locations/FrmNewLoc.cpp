@@ -6,6 +6,7 @@
 #include "controls/LinkLabel.h"
 #include "controls/ListBox.h"
 #include "controls/TextBox.h"
+#include "forms/DisabledControl.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "locations/AddPlaces.h"
@@ -104,7 +105,7 @@ void FrmNewLoc::OnUnload()
         ReturnToMain(main);
         return;
     }
-    location->setEnabled(true);
+    location->Enable(true);
     main.ActiveForm = location->Name();
     if (location->isVisible()) {
         location->SetFocus();
@@ -168,16 +169,16 @@ void FrmNewLoc::Tick()
 
 void FrmNewLoc::LookUpZipCode()
 {
-    m_controls.LblGetLink->setEnabled(false);
+    DisabledControl link(*this, *m_controls.LblGetLink);
     if (m_controls.TxtZipCode->Text().isEmpty()) {
         Say(QStringLiteral("You must enter a zipcode to search for."));
-        m_controls.LblGetLink->setEnabled(true);
+        link.Enable();
         // It goes on with the empty zip code; what to make of that is the service's matter.
     }
     if (IsLoaded()) {
         SearchZipCode();
     }
-    m_controls.LblGetLink->setEnabled(true);
+    link.Enable();
 }
 
 void FrmNewLoc::SearchZipCode()
@@ -200,11 +201,11 @@ void FrmNewLoc::SearchZipCode()
 
 void FrmNewLoc::LookUpCity()
 {
-    m_controls.LblGet2Link->setEnabled(false);
+    DisabledControl link(*this, *m_controls.LblGet2Link);
     ShowProgress();
     SearchCity();
     HideProgress();
-    m_controls.LblGet2Link->setEnabled(true);
+    link.Enable();
 }
 
 void FrmNewLoc::SearchCity()
@@ -262,14 +263,14 @@ void FrmNewLoc::FillResults(const SimpleXML& cities)
 
 void FrmNewLoc::AddLocation()
 {
-    m_controls.CmdAdd->setEnabled(false);
+    DisabledControl button(*this, *m_controls.CmdAdd);
     const int row = m_controls.LstSearchResults->ListIndex();
     if (row < 0) {
         Say(QStringLiteral("You must first select a city to add."));
     } else {
         FetchAndStore(LstSearchResultsHid.at(row));
     }
-    m_controls.CmdAdd->setEnabled(true);
+    button.Enable();
 }
 
 void FrmNewLoc::FetchAndStore(const QString& atlasId)

@@ -6,6 +6,7 @@
 #include "controls/HoverArea.h"
 #include "controls/LinkLabel.h"
 #include "controls/TextBox.h"
+#include "forms/DisabledControl.h"
 #include "forms/Form.h"
 #include "forms/MainForm.h"
 #include "platform/MessageBoxes.h"
@@ -203,7 +204,7 @@ void MobilePage::ConfirmSignup()
 
 void MobilePage::OnResetClick()
 {
-    LblReset->setEnabled(false);
+    DisabledControl reset(m_context.Dialog(), *LblReset);
     const bool isAgreed = m_context.Outside().boxes.Ask(QStringLiteral(
         "This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?"));
     if (!m_context.Dialog().IsLoaded()) {
@@ -212,7 +213,7 @@ void MobilePage::OnResetClick()
     if (isAgreed) {
         ForgetDevice();
     }
-    LblReset->setEnabled(true);
+    reset.Enable();
 }
 
 void MobilePage::ForgetDevice()

@@ -58,7 +58,7 @@ public:
     void Enable(bool enabled) override
     {
         calls << (enabled ? QStringLiteral("Enable") : QStringLiteral("Disable"));
-        setEnabled(enabled);
+        Form::Enable(enabled);
     }
     void TakeFocus() override
     {
@@ -107,7 +107,7 @@ protected:
     {
         main->Enable(false);
         auto& list = forms.Touch<FrmLocation>();
-        list.setEnabled(true);
+        list.Enable(true);
         list.Show();
         main->ActiveForm = list.Name();
         main->calls.clear();

@@ -378,6 +378,22 @@ TEST_F(MobilePageTest, reset_answeredNo_changesNothing)
     ExpectLive(true, false);
 }
 
+TEST_F(MobilePageTest, reset_byKey_hasTheFocusBackAfterTheQuestion)
+{
+    for (const bool answer : {false, true}) {
+        WriteMobile("true", "1", "D1", "P1");
+        Open(2);
+        platform.boxes.answers = {answer};
+        Widget("LblReset").setFocus();
+        QTest::keyClick(&Widget("LblReset"), Qt::Key_Return);
+        EXPECT_EQ(platform.boxes.boxes.size(), 1U);
+        EXPECT_EQ(dialog->focusWidget(), &Widget("LblReset")) << answer;
+        platform.boxes.boxes.clear();
+        WriteSettings();
+        dialog->Unload();
+    }
+}
+
 TEST_F(MobilePageTest, reset_answeredYes_clearsAndOpensTheForm)
 {
     WriteMobile("true", "1", "D1", "P1");
