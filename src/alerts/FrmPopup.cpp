@@ -68,6 +68,8 @@ void FrmPopup::BuildControls()
 
     Command1 = new QPushButton(QStringLiteral("OK"), this);
     Command1->setObjectName(QStringLiteral("Command1"));
+    // No default button of the window: Enter presses it only where it has the focus.
+    Command1->setAutoDefault(true);
     Command1->setGeometry(TwipsRect(1200, 1080, 735, 255));
     connect(Command1, &QPushButton::clicked, this, [this] {
         Handle([this] {

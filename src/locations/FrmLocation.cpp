@@ -65,6 +65,8 @@ void FrmLocation::BuildControls()
     auto* const label8 = label("Label8", QStringLiteral("2. Select an action to take:"));
     CmdSet = named(new QPushButton(QStringLiteral("Set Current"), this), "CmdSet");
     CmdDel = named(new QPushButton(QStringLiteral("Delete"), this), "CmdDel");
+    CmdSet->setAutoDefault(true);
+    CmdDel->setAutoDefault(true);
     LblNewLocLink = named(new LinkLabel(QStringLiteral("Get New Location"), this), "LblNewLocLink");
 
     auto* const grid = new QGridLayout(this);

@@ -130,4 +130,6 @@ void NewLocControls::BuildFoot(QWidget& window)
     LblStatus->hide();
     CmdAdd = Named(new QPushButton(QStringLiteral("Add"), &window), "CmdAdd");
     CmdCancel = Named(new QPushButton(QStringLiteral("Cancel"), &window), "CmdCancel");
+    CmdAdd->setAutoDefault(true);
+    CmdCancel->setAutoDefault(true);
 }

@@ -49,11 +49,21 @@ TEST_F(FrmPopupTest, window_isLaidOutAsDesigned)
     EXPECT_EQ(PlaceOf("LblCurrTime"), QRect(72, 48, 65, 17));
     EXPECT_EQ(Ok()->text(), QStringLiteral("OK"));
     EXPECT_FALSE(Ok()->isDefault());
-    EXPECT_FALSE(Ok()->autoDefault());
     for (const char* const label : {"Label1", "LblCurrTime"}) {
         EXPECT_TRUE(
             Popup()->findChild<QLabel*>(QString::fromLatin1(label))->alignment().testFlag(Qt::AlignHCenter));
     }
+}
+
+TEST_F(FrmPopupTest, enter_pressesOkOnlyWhereItHasTheFocus)
+{
+    ShowPopup();
+    QTest::keyClick(Popup(), Qt::Key_Return);
+    EXPECT_TRUE(Popup()->isVisible()) << "the window has no default button";
+    Ok()->setFocus();
+    QTest::keyClick(Ok(), Qt::Key_Return);
+    EXPECT_EQ(Popup(), nullptr);
+    ExpectMainIsFree();
 }
 
 TEST_F(FrmPopupTest, label_holdsTwoLines)
