@@ -174,12 +174,10 @@ void FrmLocation::SetCurrent()
     for (;;) {
         settings.AddAttributeByName(kCurrent, key, kLocations);
         settings.Save(kSettingsFile);
-        if (Siblings().Main().UpdateEverything() != 0) {
-            Unload();
-            return;
-        }
-        // Without a main window nothing could ever succeed; the program is about to end.
-        if (Siblings().Loaded(kFrmMain) == nullptr) {
+        // Without a main window nothing could ever succeed; the program is about to end. A list that went
+        // under the message has its old place back by now.
+        if (Siblings().Main().UpdateEverything() != 0 || Siblings().Loaded(kFrmMain) == nullptr ||
+            !IsLoaded()) {
             Unload();
             return;
         }
@@ -187,9 +185,6 @@ void FrmLocation::SetCurrent()
         // answered. The place is tried live, and nothing else may be left as the current one.
         Outside().boxes.Show(
             QStringLiteral("Can not load setting for this area, location will not be changed."));
-        if (!IsLoaded()) {
-            return;
-        }
         key = before;
     }
 }
