@@ -54,6 +54,14 @@ QString ListBox::List(int row) const
     return line == nullptr ? QString() : line->text();
 }
 
+QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,
+                                                              const QEvent* event) const
+{
+    // The control key would take a selected line out.
+    const QItemSelectionModel::SelectionFlags command = QListWidget::selectionCommand(index, event);
+    return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+}
+
 void ListBox::mousePressEvent(QMouseEvent* event)
 {
     if (indexAt(event->position().toPoint()).isValid()) {

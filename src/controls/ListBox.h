@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// A list of lines of text of which at most one is selected; a click below the lines leaves it
-/// selected. A line too long for the list ends in dots.
+/// A list of lines of text of which at most one is selected. The user can't take the selection away: a click
+/// below the lines leaves it, and so do the keys that would. A line too long for the list ends in dots.
 class ListBox final : public QListWidget
 {
     Q_OBJECT
@@ -26,6 +26,8 @@ public:
     void OnDoubleClick(std::function<void()> handler) { m_doubleClick = std::move(handler); }
 
 protected:
+    [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                                       const QEvent* event) const override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void showEvent(QShowEvent* event) override;
