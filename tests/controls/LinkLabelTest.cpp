@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
+#include <QKeyEvent>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -100,6 +101,20 @@ TEST_F(LinkLabelTest, keys_pressIt)
     QTest::keyClick(&link, Qt::Key_A);
     EXPECT_EQ(clicks, 3);
     EXPECT_EQ(link.focusPolicy(), Qt::TabFocus);
+}
+
+TEST_F(LinkLabelTest, keyHeldDown_pressesItOnce)
+{
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        clicks = 0;
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&link, &press);
+        for (int repeat = 0; repeat < 3; ++repeat) {
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+            QCoreApplication::sendEvent(&link, &again);
+        }
+        EXPECT_EQ(clicks, 1) << key;
+    }
 }
 
 TEST_F(LinkLabelTest, mouseMove_isToldWithoutAButton)
