@@ -95,6 +95,12 @@ TEST_P(CalculationMethodPreset, captions_standAsGiven)
     EXPECT_GT(Widget(GetParam().note).y(), option.y());
 }
 
+TEST_F(CalculationMethodPage, optionOfTheUser_isBoldToo)
+{
+    Open();
+    EXPECT_TRUE(Find<OptionButton>("OptSetByUser").font().bold());
+}
+
 TEST_P(CalculationMethodPreset, click_storesMethodAndAnglesInOneSave)
 {
     // From a state in which no preset is selected, so that each of them becomes so.

@@ -138,15 +138,6 @@ TEST_F(GeneralPageTest, clicks_storeTheirAttributeInOneSave)
     }
 }
 
-TEST_F(GeneralPageTest, change_keepsWhatSomebodyElseHasWrittenMeanwhile)
-{
-    Open();
-    WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""));
-    Click("ChkDLS");
-    EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\""));
-    EXPECT_EQ(Stored(QStringLiteral("useDLS")), QStringLiteral("true"));
-}
-
 TEST_F(GeneralPageTest, reload_leavesBoxesThatTheFileNoLongerTicks)
 {
     Open();
