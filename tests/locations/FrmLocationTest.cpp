@@ -305,6 +305,32 @@ TEST_F(FrmLocationTest, delete_currentPlace_makesTheFirstOneCurrent_theMainWindo
     EXPECT_FALSE(main->calls.contains(QStringLiteral("UpdateEverything")));
 }
 
+TEST_F(FrmLocationTest, delete_currentPlaceOfThree_theFirstOfTheFileBecomesCurrent)
+{
+    const QString place = QStringLiteral("<%1 city=\"%1\" state=\"s\"/>");
+    const auto write = [&](const QStringList& keys) {
+        QString text = SettingsText();
+        const auto start = text.indexOf(QStringLiteral("<Chicago"));
+        QString places;
+        for (const QString& key : keys) {
+            places += place.arg(key);
+        }
+        text.replace(start, text.indexOf(QStringLiteral("</locations>")) - start, places);
+        WriteSettings(text.replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"C\"")));
+    };
+    write({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C"), QStringLiteral("D")});
+    FrmLocation& window = OpenList();
+    ASSERT_EQ(List(window).ListIndex(), 2);
+    // Somebody else has put them into another order since.
+    write({QStringLiteral("D"), QStringLiteral("A"), QStringLiteral("C"), QStringLiteral("B")});
+    platform.boxes.answers = {true};
+    ClickOn(window, "CmdDel");
+    EXPECT_EQ(Current(), QStringLiteral("D")) << "neither the last one nor a neighbour nor the list's first";
+    EXPECT_EQ(Lines(List(window)),
+              (QStringList{QStringLiteral("D, s"), QStringLiteral("A, s"), QStringLiteral("B, s")}));
+    EXPECT_EQ(List(window).ListIndex(), 0);
+}
+
 TEST_F(FrmLocationTest, delete_placeWithChildren_goesAsWell)
 {
     WriteChanged(QStringLiteral("latitude_final=\"21.42\" time_zone2=\"3\"/>"),
