@@ -32,6 +32,8 @@ bool AddPlaces(const DomDocuments& documents, const SimpleXML& places)
     WalkChildren(places, QStringLiteral("current"), [&](SimpleXML& location) {
         areNew = !HoldsPlace(settings, location.ElementName());
         if (areNew) {
+            // No name is refused, though a path finds the first element of a name wherever it stands: a place
+            // called "alerts" hides the settings of that name until it is deleted.
             settings.AddSimpleXML(location, kLocations);
             // At once, and unchecked: a file that can't be written loses the place, and the list shows so.
             settings.Save(kSettingsFile);

@@ -135,6 +135,24 @@ TEST_F(AddLocationTest, add_nameInAnotherCase_isAnotherPlace)
     ExpectBoxes({});
 }
 
+TEST_F(AddLocationTest, add_placeCalledAlerts_hidesTheSettingsOfThatNameUntilItIsDeleted)
+{
+    // Whatever a path names is the first element of that name, and the places come before the alerts.
+    Info("<root><alerts city=\"Elsewhere\" state=\"Nowhere\" method=\"x\"/></root>");
+    AddRow(OpenResults(), 0);
+    ExpectBackInList();
+    EXPECT_EQ(Setting(QStringLiteral("method"), QStringLiteral("//root//alerts")), QStringLiteral("x"));
+    EXPECT_EQ(Setting(QStringLiteral("hourmode"), QStringLiteral("//root//alerts")), QString());
+    EXPECT_EQ(main->UpdateEverything(), 0) << "without them there is no configuration";
+    EXPECT_EQ(Places().List(2), QStringLiteral("Elsewhere, Nowhere"));
+    ClickRow(Places(), 2);
+    platform.boxes.answers = {true};
+    ClickOn(*forms.Loaded(FrmLocation::kName), "CmdDel");
+    EXPECT_EQ(Places().count(), 2);
+    EXPECT_EQ(Setting(QStringLiteral("method"), QStringLiteral("//root//alerts")), QStringLiteral("ISNA"));
+    EXPECT_EQ(main->UpdateEverything(), 1);
+}
+
 TEST_F(AddLocationTest, add_failedRequest_saysSoAndStaysOpen)
 {
     const FrmNewLoc& window = OpenResults();
