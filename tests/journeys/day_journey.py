@@ -62,10 +62,10 @@ class FastClock:
             time.sleep(max(0.001, (seconds - self.now()) / self._rate))
 
 
-def start(folder, settings, clock, seconds):
-    environment = dict(hands.Service.environment(), **clock.environment())
+def start(folder, settings, clock, seconds, environment=None, prepare=None):
+    environment = {**hands.Service.environment(), **clock.environment(), **(environment or {})}
     clock.run(seconds, 1)
-    program = hands.Program(folder, settings, "1970-01-01 00:00:00", environment)
+    program = hands.Program(folder, settings, "1970-01-01 00:00:00", environment, prepare)
     # The file alone is to say it.
     del program._environment["FAKETIME"]
     return program

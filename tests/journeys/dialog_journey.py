@@ -2,15 +2,19 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 """dialog_journey.py FOLDER: the settings dialog by mouse and keys. The main window shows nothing of a choice before the
-dialog closes and all of it afterwards, and the next alert does what was chosen."""
+dialog closes and all of it afterwards, and each alert of the day does what was chosen for it."""
 import datetime
+import glob
 import os
 import re
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import visit  # noqa: E402
+import day_journey as day  # noqa: E402
 import hands  # noqa: E402
 import screen  # noqa: E402
+import sound  # noqa: E402
 import spine_journey as spine  # noqa: E402
 from hands import BAR, BOX, BUTTON, LINK, OPTION  # noqa: E402
 
@@ -24,6 +28,8 @@ METHODS = [
     ("ISNA", ("-15", "-15")),
     ("Egyptian General Authority of Survey", ("-19.5", "-17.5")),
 ]
+# Of those that are to play, in hertz.
+TONES = {"Fajr": 440, "Asr": 660}
 PAGES = ["General", "Mobile Alert", "Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", "Isha"]
 
 
@@ -44,7 +50,8 @@ class Opened:
                 ] + spine.Main(self._program).times()
 
     def close(self, by_button=True):
-        assert self._labels() == self._before, "the main window changed before the dialog closed"
+        now = self._labels()
+        assert now == self._before, f"the main window changed before the dialog closed: {now}, before {self._before}"
         if by_button:
             self.dialog.click(BUTTON, "Close")
         else:
@@ -135,10 +142,19 @@ def rest_of_the_general_page(program):
     assert all(re.fullmatch(r"\d{1,2}:\d\d [AP]M", text) for text in shown), shown
 
 
+def chosen(number):
+    """Whether that prayer is to pop up and whether it is to play."""
+    return number % 2 == 0, number % 3 == 0
+
+
+def sound_of(prayer):
+    return f"{prayer.lower()}.wav"
+
+
 def prayers(program):
     """A choice of its own for each prayer, opened by the prayer's link and closed by the window's close box."""
     for number, prayer in enumerate(PAGES[2:]):
-        popup, play = number % 2 == 0, number % 3 == 0
+        popup, play = chosen(number)
         opened = Opened(program, prayer + ":")
         dialog = opened.dialog
         assert not dialog.is_live(BOX, "Audio alert")
@@ -146,7 +162,7 @@ def prayers(program):
         dialog.tick("Silent alert (Pop up message)", popup)
         dialog.tick("Audio alert", play)
         assert not dialog.is_live(BOX, "Mobile Alert"), prayer
-        path = f"/sound/{prayer.lower()}.mp3" if play else ""
+        path = sound_of(prayer) if play else ""
         if path:
             dialog.enter("File to play at prayer time", ["End"], path)
         opened.settings.wait_prayer(prayer.lower(), enabled="true", popup=str(popup).lower(), play=str(play).lower(),
@@ -172,32 +188,69 @@ def pages(program):
 
 
 def alerts(folder, settings, shown):
-    """A few seconds before: Duhr was chosen to pop up, Shuruq not, though its warning does."""
-    for slot, name, before, text in ((2, "Duhr", 0, "Prayer Time: Duhr: "), (1, "Shuruq", 27, "Advanced Alert Shuruq "),
-                                     (1, "Shuruq", 0, None)):
-        minute = in_minutes(shown[slot])
-        with hands.Program(folder, settings, f"{DATE} {spine.clock(minute - before - 1)}:48") as program:
-            main = spine.Main(program)
-            if text:
-                # A screen reader is told the message in place of the title.
-                popup = hands.Window(program, text + shown[slot]).wait()
-                said = [" ".join(name.split()) for name in program.texts(popup.title)]
-                assert said.count(popup.title) == 2 and hands.is_titled(ALERT), said
-                print("  alert", popup.title, flush=True)
-                hands.picture(f"alert_{name.lower()}_{before}", popup)
-                popup.click(BUTTON, "OK")
-                screen.wait_for("the popup to close", lambda: not popup.is_open())
-            else:
-                # In the prayer's own minute the countdown runs to the next. Here it goes through the clock's form.
-                left = in_minutes(shown[slot + 1]) - minute
-                main.wait("the minute of the prayer", lambda m: m.countdown() == spine.clock(left) + " AM")
-                assert not hands.is_titled(ALERT)
+    """The day of those choices, with the clock put forward from one prayer to the next."""
+    clock = day.FastClock()
+    with visit.Service(ad="", version_name="") as service, sound.Server() as server:
+        environment = {**server.environment(), "LD_PRELOAD": glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")[0]}
+        with day.start(folder, settings, clock, 3600, environment, write_sounds) as program:
+            clock.started(program.process)
+            spine.Main(program)
+            for number, prayer in enumerate(PAGES[2:]):
+                minute = in_minutes(shown[number])
+                if prayer == "Shuruq":
+                    # The warning looks at no more than whether the alert is on.
+                    clock.run((minute - 27) * 60 - day.LEAD, 1)
+                    popup(program, f"Advanced Alert Shuruq {shown[number]}", "alert_shuruq_27")
+                clock.run(minute * 60 - day.LEAD, 1)
+                at_prayer(program, service, server, number, shown)
+
+
+def at_prayer(program, service, server, number, shown):
+    """What was chosen happens and nothing else."""
+    prayer, minute = PAGES[2:][number], in_minutes(shown[number])
+    sent = screen.wait_for(f"the request of {prayer}", lambda: service.requests("prayerCall.pl")[number:])
+    kind = "Normal" if chosen(number)[1] else "Quite"
+    expected = (f"/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-77&aid=US-1&pno={number + 1}&alert_type={kind}&ma=0"
+                f"&dist_string=dbeacon&time={spine.clock(minute)}&aid=US-1")
+    assert sent == [expected], (sent, expected)
+    if chosen(number)[0]:
+        popup(program, f"Prayer Time: {prayer}: {shown[number]}", f"alert_{prayer.lower()}_0")
+    assert not hands.is_titled(ALERT), prayer
+    main = hands.Window(program, spine.MAIN)
+    if chosen(number)[1]:
+        screen.wait_for(f"the sound of {prayer}", lambda: server.hears(TONES[prayer]))
+        print("  sound", prayer, TONES[prayer], flush=True)
+        main.click(LINK, "Stop Playing")
+    elif prayer != PAGES[-1]:
+        # In the prayer's own minute the countdown runs to the next. Here it goes through the clock's form.
+        left = in_minutes(shown[number + 1]) - minute
+        spine.Main(program).wait("the minute of the prayer", lambda m: m.countdown() == spine.clock(left) + " AM")
+    screen.wait_for("silence", server.is_silent)
+    assert not main.is_live(LINK, "Stop Playing"), prayer
+
+
+def popup(program, text, name):
+    # A screen reader is told the message in place of the title.
+    shown = hands.Window(program, text).wait()
+    said = [" ".join(word.split()) for word in program.texts(shown.title)]
+    assert said.count(shown.title) == 2 and hands.is_titled(ALERT), said
+    print("  alert", shown.title, flush=True)
+    hands.picture(name, shown)
+    shown.click(BUTTON, "OK")
+    screen.wait_for("the popup to close", lambda: not shown.is_open())
+
+
+def write_sounds(program):
+    for prayer, hertz in TONES.items():
+        sound.write_tone(os.path.join(program.folder, sound_of(prayer)), hertz, 60)
 
 
 def main():
     folder = os.path.abspath(sys.argv[1])
     with hands.Desktop():
         with hands.Program(folder, spine.SETTINGS, INSTANT) as program:
+            # The first one comes with the first tick.
+            spine.Main(program).wait("the countdown", lambda m: m.countdown())
             for step in (methods, angles_of_the_user, rest_of_the_general_page, prayers, pages):
                 print(step.__name__, flush=True)
                 step(program)
@@ -208,5 +261,6 @@ def main():
 
 
 if __name__ == "__main__":
+    visit.under_own_network()
     screen.under_own_session()
     main()
