@@ -30,6 +30,7 @@ FrmAlerts::FrmAlerts(Forms& forms, const DomDocuments& documents)
 {
     setWindowTitle(QStringLiteral("Alerts"));
     resize(Pixels(7650), Pixels(4500));
+    CentreOver(forms.Loaded(QStringLiteral("FrmMain")));
     // The general and the mobile page have no such area: the hand stays on when the mouse goes from a tab
     // straight onto them.
     new HoverArea(this, [this] { Handle([this] { SetDefaultPointer(); }); });

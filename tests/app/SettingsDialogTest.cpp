@@ -54,6 +54,17 @@ TEST_F(SettingsDialogTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOn
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
+TEST_F(SettingsDialogTest, opened_standsOverTheMiddleOfTheMainWindow)
+{
+    FrmMain& main = Start();
+    main.move(60, 70);
+    Desk::Settle();
+    Desk::Click(Link(main, "LblAlertsLink"));
+    ASSERT_NE(OpenedDialog(), nullptr);
+    const QPoint middle = main.frameGeometry().center();
+    EXPECT_LT((OpenedDialog()->frameGeometry().center() - middle).manhattanLength(), 8);
+}
+
 TEST_F(SettingsDialogTest, closedOverAMainWindowInTheTray_leavesItThere)
 {
     FrmMain& main = Start();
