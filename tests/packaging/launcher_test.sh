@@ -79,6 +79,29 @@ out=$(run)
 check noHome_isAFailure test $? -eq 1
 check noHome_saysSo contains "$out" "HOME is not set"
 
+# A failure is shown where nobody sees a terminal: by the first of three programs that is there.
+for box in zenity kdialog xmessage; do
+  mkdir -p "$work/tools/$box"
+  printf '#!/bin/sh\necho "%s $*" >>"%s"\n' "$box" "$work/boxes" >"$work/tools/$box/$box"
+  chmod 755 "$work/tools/$box/$box"
+done
+boxes() { # boxes FOLDERS ENVIRONMENT…
+  : >"$work/boxes"
+  path=$1
+  shift
+  env -i PATH="$path:/usr/bin:/bin" "$@" "$program" >/dev/null 2>&1
+  cat "$work/boxes"
+}
+tools=$work/tools
+check box_byZenity contains "$(boxes "$tools/zenity:$tools/kdialog:$tools/xmessage" DISPLAY=:9)" \
+  "zenity --error --title=Dusk Beacon --no-markup --text=HOME is not set"
+check box_byKdialog contains "$(boxes "$tools/kdialog:$tools/xmessage" WAYLAND_DISPLAY=w)" \
+  "kdialog --title Dusk Beacon --error HOME is not set"
+check box_byXmessage contains "$(boxes "$tools/xmessage" DISPLAY=:9)" "xmessage -center Dusk Beacon: HOME is not set"
+check box_oneOnly test "$(boxes "$tools/zenity:$tools/kdialog" DISPLAY=:9 | wc -l)" = 1
+check box_noneInstalled_leavesTheLine contains "$(env -i PATH="$work/none" DISPLAY=:9 "$program" 2>&1)" "HOME is not set"
+check box_noneWithoutADisplay test -z "$(boxes "$tools/zenity")"
+
 mkdir "$work/readonly"
 chmod 555 "$work/readonly"
 out=$(as_somebody HOME="$work/readonly")
