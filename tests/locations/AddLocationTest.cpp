@@ -180,6 +180,21 @@ TEST_F(AddLocationTest, add_replyWithoutAPlace_closesWithNothingNew)
     }
 }
 
+// Nothing tells whether the place could be stored; the list shows it.
+TEST_F(AddLocationTest, add_fileWithoutLocations_closesAsAfterASuccessWithAnEmptyList)
+{
+    const FrmNewLoc& window = OpenResults();
+    const QString bare = QStringLiteral("<root><app/></root>");
+    WriteSettings(bare);
+    AddRow(window, 0);
+    ExpectBoxes({});
+    ExpectBackInList();
+    EXPECT_EQ(Places().count(), 0);
+    SimpleXML settings(documents);
+    ASSERT_TRUE(settings.Load(kSettingsFile));
+    EXPECT_FALSE(settings.XML().contains(QStringLiteral("Cairo")));
+}
+
 TEST_F(AddLocationTest, add_replyWithThreePlaces_storesEverySecond)
 {
     Info("<root><A city=\"A\" state=\"s\"/><B city=\"B\" state=\"s\"/><C city=\"C\" state=\"s\"/></root>");

@@ -270,6 +270,19 @@ TEST_F(MobilePageTest, register_replies_areStoredAndShown)
     }
 }
 
+// No save is checked: the service has confirmed, so the form locks; the file tells otherwise at the next
+// opening.
+TEST_F(MobilePageTest, register_fileThatCannotBeWritten_speaksAndLocksAllTheSame)
+{
+    OpenFilled();
+    Reply("<root result='1' message='Welcome'/>");
+    files.refuses = true;
+    Click("CmdMobilReg");
+    ExpectBox(QStringLiteral("Welcome"));
+    ExpectLive(true, false);
+    ExpectStored("15551234", "55 21&", "0");
+}
+
 TEST_F(MobilePageTest, register_storesBeforeItSpeaks)
 {
     OpenFilled();
@@ -415,6 +428,18 @@ TEST_F(MobilePageTest, reset_answeredYes_clearsAndOpensTheForm)
     EXPECT_EQ(Stored(QStringLiteral("mobileEnabled")), QStringLiteral("true"));
     Click("LblFajr");
     EXPECT_FALSE(IsLive("ChkIndMobAlert"));
+}
+
+TEST_F(MobilePageTest, reset_fileThatCannotBeWritten_opensTheFormAllTheSame)
+{
+    WriteMobile("true", "1", "D1", "P1");
+    Open(2);
+    platform.boxes.answers = {true};
+    files.refuses = true;
+    Click("LblReset");
+    ExpectLive(true, true);
+    EXPECT_EQ(TextOf("TxtMDID"), QString());
+    ExpectStored("D1", "P1", "1");
 }
 
 TEST_F(MobilePageTest, reset_withEmptyBoxes_savesOnce)
