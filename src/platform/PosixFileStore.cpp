@@ -265,10 +265,14 @@ std::optional<QByteArray> PosixFileStore::Read(const QString& path, qint64 limit
         return std::nullopt;
     }
     QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly) || file.size() > limit) {
         return std::nullopt;
     }
-    QByteArray content = file.read(limit + 1);
+    // What is asked for takes room, read or not. A file that has no size, or has grown, has more to give.
+    QByteArray content = file.read(file.size() + 1);
+    if (!file.atEnd()) {
+        content += file.read(limit + 1 - content.size());
+    }
     if (file.error() != QFileDevice::NoError || content.size() > limit) {
         return std::nullopt;
     }
