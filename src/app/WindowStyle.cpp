@@ -6,6 +6,8 @@
 #include <QStyleFactory>
 #include <QStyleOption>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int kCaptionLeft = 8;
@@ -43,6 +45,43 @@ WindowStyle::WindowStyle()
 {
 }
 
+// Fusion keeps its drawings under a name with the number of the palette in it, and the names for good. Each
+// window that opens, and each that is disabled, makes palettes with new numbers: without this, memory would
+// grow with every dialog.
+void WindowStyle::ShareColours(const QStyleOption* option) const
+{
+    constexpr std::size_t kMostPalettes = 16;
+    if (option == nullptr) {
+        return;
+    }
+    auto shared = std::find(m_colours.begin(), m_colours.end(), option->palette);
+    if (shared == m_colours.end()) {
+        if (m_colours.size() == kMostPalettes) {
+            m_colours.erase(m_colours.begin());
+        }
+        shared = m_colours.insert(m_colours.end(), option->palette);
+    }
+    // Whoever draws made the option for this one drawing.
+    QPalette& palette = const_cast<QStyleOption*>(option)->palette;
+    const QPalette::ColorGroup group = palette.currentColorGroup();
+    palette = *shared;
+    palette.setCurrentColorGroup(group);
+}
+
+void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                const QWidget* widget) const
+{
+    ShareColours(option);
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void WindowStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const
+{
+    ShareColours(option);
+    QProxyStyle::drawControl(element, option, painter, widget);
+}
+
 void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                      QPainter* painter, const QWidget* widget) const
 {
@@ -51,6 +90,7 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
         DrawFrame(*frame, *painter, *this);
         return;
     }
+    ShareColours(option);
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 

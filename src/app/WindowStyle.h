@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QPalette>
 #include <QProxyStyle>
+
+#include <vector>
 
 /// The style of all windows: Fusion, with frames whose line runs through the middle of their caption. Windows
 /// are laid out to the pixel for such frames; Fusion's own caption stands above the line and pushes it into
@@ -14,9 +17,18 @@ class WindowStyle final : public QProxyStyle
 public:
     WindowStyle();
 
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
     /// A picture stays as it is while its window takes no input.
     [[nodiscard]] QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
                                               const QStyleOption* option) const override;
+
+private:
+    void ShareColours(const QStyleOption* option) const;
+
+    mutable std::vector<QPalette> m_colours;
 };

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/WindowStyle.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QStyleOptionButton>
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+QStyleOptionButton ButtonIn(const QColor& colour)
+{
+    QStyleOptionButton option;
+    option.rect = QRect(0, 0, 80, 24);
+    option.state = QStyle::State_Enabled;
+    option.palette = QPalette(colour);
+    return option;
+}
+
+QImage Drawn(const WindowStyle& style, const QStyleOptionButton& option)
+{
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    style.drawControl(QStyle::CE_PushButtonBevel, &option, &painter, nullptr);
+    return image;
+}
+
+TEST(WindowStyle, equalColours_shareOnePalette_soThatDrawingsDoNotPileUp)
+{
+    const WindowStyle style;
+    const QStyleOptionButton one = ButtonIn(Qt::yellow);
+    const QStyleOptionButton equal = ButtonIn(Qt::yellow);
+    const QStyleOptionButton other = ButtonIn(Qt::red);
+    ASSERT_NE(one.palette.cacheKey(), equal.palette.cacheKey());
+    const QImage first = Drawn(style, one);
+    EXPECT_EQ(Drawn(style, equal), first);
+    EXPECT_NE(Drawn(style, other), first);
+    EXPECT_EQ(one.palette.cacheKey(), equal.palette.cacheKey());
+    EXPECT_NE(one.palette.cacheKey(), other.palette.cacheKey());
+    EXPECT_EQ(other.palette, QPalette(Qt::red));
+}
+
+TEST(WindowStyle, moreColoursThanAreKept_areDrawnRight)
+{
+    const WindowStyle style;
+    std::vector<QImage> images;
+    for (int round = 0; round < 2; ++round) {
+        for (int hue = 0; hue < 40; ++hue) {
+            QStyleOptionButton option = ButtonIn(QColor::fromHsv(hue * 9, 200, 200));
+            option.palette.setCurrentColorGroup(QPalette::Inactive);
+            const QImage image = Drawn(style, option);
+            EXPECT_EQ(option.palette.currentColorGroup(), QPalette::Inactive);
+            if (round == 0) {
+                images.push_back(image);
+            } else {
+                EXPECT_EQ(image, images.at(static_cast<std::size_t>(hue))) << hue;
+            }
+        }
+    }
+    EXPECT_NE(images.front(), images.at(20));
+}
+
+} // namespace
