@@ -115,7 +115,7 @@ std::int16_t AddInteger16(int left, int right)
 
 QString ToText(double value, const QLocale& locale)
 {
-    QLocale plain = locale;
-    plain.setNumberOptions(QLocale::OmitGroupSeparator);
-    return plain.toString(value, 'g', 15);
+    // Only the sign is the user's. Dates, times and all other numbers are written in Latin digits, and no two
+    // numbers of a window shall differ in their digits.
+    return QString::number(value, 'g', 15).replace(u'.', locale.decimalPoint());
 }

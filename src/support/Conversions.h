@@ -28,6 +28,6 @@
 [[nodiscard]] std::int16_t MultiplyInteger16(int left, int right);
 [[nodiscard]] std::int16_t AddInteger16(int left, int right);
 
-/// A number as text in up to 15 significant digits, with the locale's decimal sign and without group
-/// separators.
+/// A number as text in up to 15 significant digits, which are Latin on every locale, with the locale's
+/// decimal sign and without group separators.
 [[nodiscard]] QString ToText(double value, const QLocale& locale);

@@ -165,6 +165,15 @@ TEST_F(VBCompasTest, decimals_followTheUsersLocale)
     EXPECT_EQ(Caption(), QStringLiteral("Angle: 58,4"));
 }
 
+// As in the times and dates beside it.
+TEST_F(VBCompasTest, digits_areLatinOnEachLocale)
+{
+    region.locale = QLocale(QLocale::Arabic, QLocale::Egypt);
+    ASSERT_EQ(region.locale.toString(1), QStringLiteral("\u0661"));
+    compass.SetNewAngle(58.4);
+    EXPECT_EQ(Caption(), QStringLiteral("Angle: 58\u066b4"));
+}
+
 class VBCompasFailure : public testing::TestWithParam<double>
 {
 };

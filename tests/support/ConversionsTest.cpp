@@ -199,6 +199,13 @@ TEST(ToText, numbers_carryTheSignOfTheLocale_andNoGroups)
     EXPECT_EQ(ToText(-15.0, kAmerican), QStringLiteral("-15"));
 }
 
+TEST(ToText, localeWithDigitsOfItsOwn_changesTheSignOnly)
+{
+    EXPECT_EQ(ToText(-17.5, kEgyptian), QStringLiteral("-17\u066b5"));
+    EXPECT_EQ(ToText(1234567.0, kEgyptian), QStringLiteral("1234567"));
+    EXPECT_EQ(ToText(-17.5, kSwedish), QStringLiteral("-17,5"));
+}
+
 TEST(ToText, anyNumber_readsBackAsItself)
 {
     for (const QLocale& locale : {kAmerican, kGerman, kEgyptian, kSwedish}) {
