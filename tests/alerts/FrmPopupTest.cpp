@@ -76,6 +76,17 @@ TEST_F(FrmPopupTest, label_holdsTwoLines)
     EXPECT_LT(label->sizeHint().height(), 3 * label->fontMetrics().height()) << "two lines, not three";
 }
 
+TEST_F(FrmPopupTest, clock_holdsTheWidestTime)
+{
+    ShowPopup();
+    const auto* const label = Popup()->findChild<QLabel*>(QStringLiteral("LblCurrTime"));
+    // All digits are equally wide, and so is the whole of each time with five of them or six.
+    for (const char* const time : {"12:59:59 AM", "10:44:44 AM", "11:11:11 PM"}) {
+        EXPECT_LE(label->fontMetrics().horizontalAdvance(QLatin1String(time)), label->width()) << time;
+    }
+    EXPECT_LE(label->fontMetrics().height(), label->height());
+}
+
 TEST_F(FrmPopupTest, load_leavesItHiddenWithItsTimerOff)
 {
     forms.Touch<FrmPopup>();
