@@ -234,6 +234,7 @@ def popup(program, text, name):
     shown = hands.Window(program, text).wait()
     said = [" ".join(word.split()) for word in program.texts(shown.title)]
     assert said.count(shown.title) == 2 and hands.is_titled(ALERT), said
+    assert program.window(shown.title).get_role() == screen.Atspi.Role.ALERT
     print("  alert", shown.title, flush=True)
     hands.picture(name, shown)
     shown.click(BUTTON, "OK")
