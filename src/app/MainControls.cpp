@@ -36,6 +36,37 @@ QLabel* Text(QWidget& parent, const char* name, const QString& caption, const QR
     return label;
 }
 
+/// One of the program's pictures, at the pixels of the screen on which it is painted.
+class PictureLabel final : public QLabel
+{
+public:
+    PictureLabel(const QString& name, QWidget* parent)
+        : QLabel(parent)
+        , m_name(name)
+    {
+        MatchScreen();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* event) override
+    {
+        MatchScreen();
+        QLabel::paintEvent(event);
+    }
+
+private:
+    void MatchScreen()
+    {
+        if (m_ratio != devicePixelRatioF()) {
+            m_ratio = devicePixelRatioF();
+            setPixmap(ShippedPicture(m_name, m_ratio));
+        }
+    }
+
+    QString m_name;
+    double m_ratio = 0.0;
+};
+
 LinkLabel* Link(QWidget& parent, const char* name, const QString& caption, const QRect& place)
 {
     return Place(new LinkLabel(caption, &parent), name, place);
@@ -52,9 +83,10 @@ MainControls::MainControls(QWidget& window)
 
 void MainControls::BuildSettingsBlock(QWidget& window)
 {
-    Picture2 = Text(window, "Picture2", QString(), TwipsRect(120, 0, 1935, 1455));
+    Picture2 = Place(new PictureLabel(QStringLiteral("Picture2"), &window), "Picture2",
+                     TwipsRect(120, 0, 1935, 1455));
+    Picture2->setAttribute(Qt::WA_NoMousePropagation);
     Picture2->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    Picture2->setPixmap(ShippedPicture(QStringLiteral("Picture2"), window.devicePixelRatioF()));
     Picture2->setAccessibleName(QStringLiteral("Dusk Beacon home page"));
 
     Frame2 = Frame(window, "Frame2", QStringLiteral("Location and Setting Information"),
