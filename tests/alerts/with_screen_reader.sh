@@ -1,0 +1,23 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+# with_screen_reader.sh PROGRAM...: runs it on a display and a message bus of its own, with the accessibility bus up as
+# a screen reader would have it. Everything that is started here ends with the script.
+set -eu
+
+runtime=$(mktemp -d)
+server=
+trap 'kill $server 2>/dev/null; wait; rm -rf "$runtime"' EXIT
+Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$runtime/display" 2>/dev/null &
+server=$!
+until [ -s "$runtime/display" ]; do
+    kill -0 "$server"
+    sleep 0.05
+done
+export DISPLAY=":$(cat "$runtime/display")" XDG_RUNTIME_DIR=$runtime
+export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+unset DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS NO_AT_BRIDGE
+# The accessibility bus has to be there before the program looks for it.
+dbus-run-session -- sh -c '
+    dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress >/dev/null
+    exec "$@"' sh "$@"
