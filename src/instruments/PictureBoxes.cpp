@@ -21,7 +21,6 @@ PictureBoxes AtScale(int scale)
     PictureBoxes boxes;
     boxes.scale = scale;
     boxes.PicBox = QImage(PictureBoxes::kWidth * scale, PictureBoxes::kHeight * scale, QImage::Format_RGB32);
-    boxes.PicBox.fill(Qt::white);
     return boxes;
 }
 

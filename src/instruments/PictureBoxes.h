@@ -22,6 +22,7 @@ struct PictureBoxes
     [[nodiscard]] static std::optional<PictureBoxes> LoadLarger(const QString& folder, int scale);
 
     int scale = 1;
+    /// Of no particular content until it is cleared.
     QImage PicBox;
     QImage PicBackDay;
     QImage PicBackNight;

@@ -360,6 +360,21 @@ TEST_F(VBSunAndMoonTest, missingPictures_leaveTheirLayerOut)
     EXPECT_EQ(BoundsOf(scene, PlainPictures::kMoon).left(), 106);
 }
 
+// The sky covers the whole picture; without one only the clearing takes away what stood there.
+TEST_F(VBSunAndMoonTest, withoutASky_pictureIsClearedBeforeEachScene)
+{
+    for (const char* name : {"PicBackDay", "PicBackNight"}) {
+        QFile::remove(pictures.Path(QLatin1String(name)));
+    }
+    VBSunAndMoon bare(platform.files, pictures.Folder(), nullptr);
+    const auto scene = [&] { return bare.grab(QRect(0, 0, 273, 125)).toImage(); };
+    EXPECT_EQ(BoundsOf(scene(), 0xffffffff), QRect(0, 0, 273, 95));
+    bare.Setup(kSunrise, kSunset);
+    bare.Update(450, kBelow, 50);
+    bare.Update(450, kBelow, 200);
+    EXPECT_EQ(BoundsOf(scene(), PlainPictures::kSun), QRect(184, 46, 32, 33));
+}
+
 TEST_F(VBSunAndMoonTest, accessibleName_tellsTheScene)
 {
     EXPECT_EQ(sky.accessibleName(), QStringLiteral("Sky"));
