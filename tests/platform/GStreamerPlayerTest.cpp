@@ -15,6 +15,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -22,6 +23,8 @@
 #include <cerrno>
 #include <cmath>
 #include <ctime>
+#include <system_error>
+#include <thread>
 
 namespace {
 
@@ -29,6 +32,8 @@ constexpr int kWait = 20'000;
 constexpr double kTone = 440.0;
 constexpr double kOtherTone = 1000.0;
 constexpr qint64 kAtOnce = 20;
+// Many times what it takes to find that there is nothing to play.
+constexpr int kMoment = 250;
 
 class GStreamerPlayerTest : public testing::Test
 {
@@ -61,6 +66,10 @@ protected:
     {
         return QTest::qWaitFor([&] { return stopped >= count; }, kWait);
     }
+    [[nodiscard]] bool ReportsWithin(int milliseconds) const
+    {
+        return QTest::qWaitFor([&] { return stopped > 0; }, milliseconds);
+    }
     // That a bad path does nothing shows in the good one after it: it sounds, and its stop is the only one.
     void ExpectNextPlays()
     {
@@ -74,6 +83,31 @@ protected:
     SoundServer sound;
     std::unique_ptr<GStreamerPlayer> player;
     int stopped = 0;
+};
+
+/// While it lives no thread starts in this process: none finds room for its stack.
+class NoThreads final
+{
+public:
+    NoThreads()
+    {
+        ::pthread_getattr_default_np(&m_before);
+        pthread_attr_t attributes{};
+        ::pthread_attr_init(&attributes);
+        EXPECT_EQ(::pthread_attr_setstacksize(&attributes, std::size_t{1} << 47U), 0);
+        EXPECT_EQ(::pthread_setattr_default_np(&attributes), 0);
+        ::pthread_attr_destroy(&attributes);
+    }
+    ~NoThreads()
+    {
+        EXPECT_EQ(::pthread_setattr_default_np(&m_before), 0);
+        ::pthread_attr_destroy(&m_before);
+    }
+    NoThreads(const NoThreads&) = delete;
+    NoThreads& operator=(const NoThreads&) = delete;
+
+private:
+    pthread_attr_t m_before{};
 };
 
 class GStreamerPlayerFormat : public GStreamerPlayerTest, public testing::WithParamInterface<const char*>
@@ -170,11 +204,14 @@ TEST_P(GStreamerPlayerBadPath, setUrl_returnsAtOnce_andTheNextSoundPlays)
     ExpectNextPlays();
 }
 
-TEST_P(GStreamerPlayerBadPath, stop_afterIt_isReported)
+// A sound that can't be played has no end: what stops it is the user, whose link stays as it is until then.
+TEST_P(GStreamerPlayerBadPath, stop_afterIt_isTheOnlyReport)
 {
     player->SetUrl(GetParam().make(folder));
+    EXPECT_FALSE(ReportsWithin(kMoment));
     player->Stop();
     EXPECT_TRUE(WaitForStops(1));
+    EXPECT_EQ(stopped, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Paths, GStreamerPlayerBadPath, testing::ValuesIn(kBadPaths),
@@ -205,6 +242,36 @@ TEST_F(GStreamerPlayerTest, pipe_isNeverOpened)
     const int writer = ::open(path.toUtf8().constData(), O_WRONLY | O_NONBLOCK);
     EXPECT_EQ(writer, -1) << "somebody reads the pipe";
     EXPECT_EQ(errno, ENXIO);
+}
+
+TEST_F(GStreamerPlayerTest, noThreadToBeHad_isSilentUntilTheNextSound)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = Tone("tone.wav", 1.0);
+    {
+        const NoThreads noThreads;
+        ASSERT_THROW(std::thread([] {}).join(), std::system_error);
+        EXPECT_NO_THROW(player->SetUrl(path));
+        EXPECT_FALSE(ReportsWithin(kMoment));
+        player->SetVolume(40);
+        player->Stop();
+        EXPECT_TRUE(WaitForStops(1));
+        EXPECT_NO_THROW(player->SetUrl(path));
+    }
+    stopped = 0;
+    ExpectNextPlays();
+}
+
+TEST_F(GStreamerPlayerTest, noThreadToBeHad_holdsUpNoEnd)
+{
+    {
+        const NoThreads noThreads;
+        player->SetUrl(Path("tone.wav"));
+    }
+    QElapsedTimer timer;
+    timer.start();
+    player.reset();
+    EXPECT_LT(timer.elapsed(), kMoment) << "it waits for a thread that never began";
 }
 
 TEST_F(GStreamerPlayerTest, nameWithOddCharacters_plays)
