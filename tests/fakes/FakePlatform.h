@@ -64,7 +64,7 @@ private:
 
 public:
     bool isSecondTicker = false;
-    int interval = 1000;
+    int interval = 0;
     bool enabled = false;
 };
 
