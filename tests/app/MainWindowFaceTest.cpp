@@ -131,6 +131,14 @@ TEST_F(MainWindowFace, updateEverything_composesTheSkyOfTheMinute)
     Window().UpdateEverything();
     EXPECT_EQ(Find<VBSunAndMoon>("VBSunAndMoon1")->accessibleName(),
               QStringLiteral("Sky: night, sun -2 degrees, moon -10 degrees"));
+    // The day begins with Shuruq at 6:30, not with Fajr at 5:00.
+    platform.clock.SetTime(6, 29, 0);
+    Window().UpdateEverything();
+    EXPECT_TRUE(
+        Find<VBSunAndMoon>("VBSunAndMoon1")->accessibleName().startsWith(QStringLiteral("Sky: night")));
+    platform.clock.SetTime(6, 30, 0);
+    Window().UpdateEverything();
+    EXPECT_TRUE(Find<VBSunAndMoon>("VBSunAndMoon1")->accessibleName().startsWith(QStringLiteral("Sky: day")));
 }
 
 TEST_F(MainWindowFace, updateEverything_withoutAPlaceLeavesTheInstruments)
