@@ -111,6 +111,19 @@ TEST_F(FrmPopupTest, showPopup_takesOver)
     EXPECT_EQ(PopupTimer()->interval, 1000);
 }
 
+TEST_F(FrmPopupTest, showPopup_onADisabledOneThatHasCounted_startsAnew)
+{
+    forms.Touch<FrmPopup>().setEnabled(false);
+    ShowPopup(3);
+    EXPECT_TRUE(Popup()->isEnabled());
+    ASSERT_TRUE(PassSeconds(2));
+    ShowPopup(3);
+    ASSERT_TRUE(PassSeconds(2));
+    EXPECT_TRUE(PopupIsUp()) << "counted from the start";
+    ASSERT_TRUE(PassSeconds(1));
+    EXPECT_FALSE(PopupIsUp());
+}
+
 TEST_F(FrmPopupTest, showPopup_staysOnTopAndLeavesTheKeyboardAlone)
 {
     ShowPopup();
