@@ -54,9 +54,11 @@ TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverfl
         } catch (const RuntimeError& error) {
             EXPECT_EQ(error.Number(), ErrorNumber::kOverflow);
         }
+        EXPECT_NE(Popup(), nullptr) << "the seconds are computed when the popup is loaded";
         EXPECT_FALSE(PopupIsUp());
         EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
         EXPECT_TRUE(main->isEnabled());
+        forms.Unload(FrmPopup::kName);
     }
 }
 
