@@ -193,6 +193,19 @@ TEST_P(ShippedScene, landscape_fillsAboutTheLowestQuarter)
     }
 }
 
+// What has set stands from row 109 on: there only the landscape keeps it from being seen.
+TEST_P(ShippedScene, landscape_coversWhateverStandsBelowTheHorizon)
+{
+    constexpr int kHighestRowOfWhatHasSet = 125 - 16;
+    for (const char* name : {"PicFrontDayMask", "PicFrontNightMask"}) {
+        const QImage mask = At(name);
+        ASSERT_EQ(mask.height(), 125 * GetParam());
+        for (int y = kHighestRowOfWhatHasSet * GetParam(); y < mask.height(); ++y) {
+            EXPECT_TRUE(RowIsOnly(mask, y, kBlack)) << name << ' ' << y;
+        }
+    }
+}
+
 TEST_P(ShippedScene, daySky_isWhiteWhereLandscapeCoversWholeRows)
 {
     const QImage sky = At("PicBackDay");
