@@ -56,7 +56,7 @@ protected:
     }
     ~AlertJourney() override
     {
-        for (QProcess* const process : {&program, &otherProgram, &windowManager, &display}) {
+        for (QProcess* const process : {&program, &otherProgram, &tray, &windowManager, &display}) {
             process->kill();
             process->waitForFinished();
         }
@@ -220,6 +220,31 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor(
             [&] { return !Window(kOther).isEmpty() && ActiveWindow() == Window(kOther); }, kWait));
     }
+    /// A notification area, without which a window that is minimised stays on the taskbar.
+    void StartTray()
+    {
+        tray.setProcessEnvironment(environment);
+        tray.setStandardOutputFile(QProcess::nullDevice());
+        tray.setStandardErrorFile(QProcess::nullDevice());
+        tray.start(QStringLiteral("trayer"),
+                   {QStringLiteral("--edge"), QStringLiteral("bottom"), QStringLiteral("--align"),
+                    QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("request"),
+                    QStringLiteral("--height"), QStringLiteral("24")});
+        ASSERT_TRUE(tray.waitForStarted());
+    }
+    /// Whether the icon is in the notification area.
+    [[nodiscard]] bool HasIcon() const
+    {
+        static const QRegularExpression icon(QStringLiteral("\"DuskBeacon\"\\) +22x22"));
+        return Output(QStringLiteral("xwininfo"), {QStringLiteral("-root"), QStringLiteral("-tree")})
+            .contains(icon);
+    }
+    /// Whether the window manager has the window, on the screen or minimised.
+    [[nodiscard]] bool IsOnTaskbar(const QString& window) const
+    {
+        return Output(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST")})
+            .contains(QStringLiteral("0x") + QString::number(window.toULongLong(), 16));
+    }
     /// What the window manager is asked for; some show the boxes all the same.
     [[nodiscard]] bool OffersBoxesToMinimiseOrMaximise(const QString& window) const
     {
@@ -237,6 +262,7 @@ protected:
     QProcess windowManager;
     QProcess program;
     QProcess otherProgram;
+    QProcess tray;
     QElapsedTimer sinceStart;
 };
 
@@ -300,6 +326,28 @@ TEST_F(AlertJourney, warningOfOneMinute_comesAndGoesByItself)
     EXPECT_TRUE(WaitForPopupToGo());
     const double gone = static_cast<double>(sinceStart.elapsed()) / 1000.0;
     EXPECT_LT(gone, kLeadSeconds + 2.5) << "after its one second";
+}
+
+TEST_F(AlertJourney, warningOfTenMinutes_mainWindowHiddenInTheTray_goesByOk)
+{
+    StartTray();
+    StartAhead(Maghrib() - 10, kWithSound, QStringLiteral(R"(useAdvWarn="true" advWarn="10")"));
+    const QString main = Window(kMain);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return HasIcon(); }, kWait));
+    ASSERT_TRUE(IsOnTaskbar(main));
+    static_cast<void>(Xdotool({QStringLiteral("windowminimize"), main}));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !IsOnTaskbar(main); }, kWait));
+    const double up = WaitForPopup();
+    EXPECT_LT(up, kLeadSeconds + 1.0);
+    const QString popup = Window(kPopup);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWait));
+    static_cast<void>(Picture("popup_with_main_window_hidden"));
+    EXPECT_FALSE(IsOnTaskbar(main)) << "the main window stays hidden";
+    Click(popup, 104, 80);
+    EXPECT_TRUE(WaitForPopupToGo());
+    EXPECT_FALSE(IsOnTaskbar(main));
+    EXPECT_TRUE(HasIcon());
+    EXPECT_EQ(program.state(), QProcess::Running);
 }
 
 TEST_F(AlertJourney, warningOfTenMinutes_mainWindowMinimised_goesByOk)
