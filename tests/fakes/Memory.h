@@ -42,16 +42,22 @@ inline constexpr bool kIsTrue = true;
     return Line("VmHWM");
 }
 
-/// Gives back what is free and begins to look for the most anew; answers what is taken now.
-inline qint64 ForgetPeak()
+/// What is taken once all that is free has been given back.
+[[nodiscard]] inline qint64 Trimmed()
 {
     ::malloc_trim(0);
+    return Resident();
+}
+
+/// Begins to look for the most anew; answers what is taken now.
+inline qint64 ForgetPeak()
+{
+    const qint64 now = Trimmed();
     QFile file(QStringLiteral("/proc/self/clear_refs"));
     if (!file.open(QIODevice::WriteOnly) || file.write("5") != 1) {
         qFatal("the peak can't be forgotten");
     }
-    file.close();
-    return Resident();
+    return now;
 }
 
 } // namespace Memory

@@ -11,12 +11,18 @@ network; the fault probe=refuse takes the network away.
 
 HOW is one of: ok, refuse (closes at once), hang (until the script is to behave otherwise, then the reply), drip (a byte a
 second, until the same, then the end in the middle of it), flood (endless), error (500 with the reply),
-html, truncated, empty, gzip (a bomb), loop (redirects to itself), entities (an expansion bomb), utf16, windows1252.
+html, truncated, cut (closes before the length it named), empty, gzip (a bomb), loop (redirects to itself), entities (an
+expansion bomb), certificate (redirects to a door of its own that speaks TLS and that nobody vouches for, and prints
+"refused certificate" when nobody comes in there), utf16, windows1252.
 """
 import argparse
 import base64
+import functools
 import gzip
 import os
+import ssl
+import subprocess
+import tempfile
 import threading
 import time
 from http.server import BaseHTTPRequestHandler, ThreadingHTTPServer
@@ -98,6 +104,40 @@ class Service:
         return root()
 
 
+@functools.cache
+def packed_bomb():
+    return gzip.compress(b" " * 50_000_000)
+
+
+class SecureServer(ThreadingHTTPServer):
+    """Replies as the other door does, over TLS and with a certificate that it has made itself."""
+    daemon_threads = True
+
+    def __init__(self):
+        self.context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        with tempfile.TemporaryDirectory(prefix="stand-in-") as folder:
+            key, certificate = os.path.join(folder, "key.pem"), os.path.join(folder, "certificate.pem")
+            subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
+                            "-subj", "/CN=127.0.0.1", "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", key,
+                            "-out", certificate], check=True, stderr=subprocess.DEVNULL)
+            self.context.load_cert_chain(certificate, key)
+        super().__init__(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.serve_forever, daemon=True).start()
+
+    def finish_request(self, request, client_address):
+        try:
+            request = self.context.wrap_socket(request, server_side=True)
+        except (ssl.SSLError, OSError):
+            print("refused certificate", flush=True)
+            return
+        super().finish_request(request, client_address)
+
+    @classmethod
+    @functools.cache
+    def port(cls):
+        return cls().server_address[1]
+
+
 class Handler(BaseHTTPRequestHandler):
     service = Service()
     protocol_version = "HTTP/1.1"
@@ -140,7 +180,9 @@ class Handler(BaseHTTPRequestHandler):
         self.close_connection = True
         try:
             body = self.service.reply(script, query)
-            self.misbehave(script, self.service.faults.get(script, "ok"), body)
+            how = self.service.faults.get(script, "ok")
+            is_inside = isinstance(self.connection, ssl.SSLSocket)
+            self.misbehave(script, "ok" if is_inside and how == "certificate" else how, body)
         except (BrokenPipeError, ConnectionResetError):
             pass
 
@@ -179,10 +221,18 @@ class Handler(BaseHTTPRequestHandler):
             self.send(b"<!DOCTYPE html><html><body><p>Welcome<br>to the hotel</body></html>")
         elif how == "truncated":
             self.send(data[: len(data) // 2])
+        elif how == "cut":
+            # A document that is whole by itself.
+            self.send_response(200)
+            self.send_header("Content-Length", str(len(data) + 1))
+            self.end_headers()
+            self.wfile.write(data)
+        elif how == "certificate":
+            self.send(b"", status=302, headers=[("Location", f"https://127.0.0.1:{SecureServer.port()}{self.path}")])
         elif how == "empty":
             self.send(b"")
         elif how == "gzip":
-            self.send(gzip.compress(b" " * 50_000_000), headers=[("Content-Encoding", "gzip")])
+            self.send(packed_bomb(), headers=[("Content-Encoding", "gzip")])
         elif how == "loop":
             self.send(b"", status=302, headers=[("Location", self.path)])
         elif how == "entities":

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/Memory.h"
+#include "fakes/RebasedHttp.h"
+#include "fakes/SettingsFile.h"
+#include "service/StartUpProgram.h"
+
+#include <QProcess>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr qint64 kMostGrowthPerReply = 2 * 1024 * 1024 / 300;
+
+// The stand-in of the journeys, a process of its own, so that none of its memory is ours.
+class StandIn final
+{
+public:
+    StandIn()
+    {
+        m_process.start(QStringLiteral("python3"), {QStringLiteral(DUSKBEACON_STAND_IN),
+                                                    QStringLiteral("--seconds"), QStringLiteral("300")});
+        m_process.waitForReadyRead(20'000);
+        m_url = QStringLiteral("http://127.0.0.1:") + QString::fromLatin1(m_process.readLine().trimmed());
+        // What it prints would fill its pipe, or our memory.
+        QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
+                         [this] { m_asked += m_process.readAllStandardOutput().count("/cgi-bin/dbeacon/"); });
+    }
+    ~StandIn()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    StandIn(const StandIn&) = delete;
+    StandIn& operator=(const StandIn&) = delete;
+
+    [[nodiscard]] const QString& Url() const { return m_url; }
+    /// Both requests of an alarm misbehave in that way from now on.
+    void Misbehave(const QString& how)
+    {
+        CurlHttp http;
+        ASSERT_TRUE(
+            http.Fetch(m_url + QStringLiteral("/control?fault=prayerCall.pl=%1&fault=getAd.pl=%1").arg(how),
+                       HttpLimits{}));
+    }
+    /// How many requests have come, once those are in that are on their way.
+    [[nodiscard]] qsizetype Asked(qsizetype expected)
+    {
+        static_cast<void>(QTest::qWaitFor([&] { return m_asked >= expected; }));
+        return m_asked;
+    }
+    void Forget() { m_asked = 0; }
+
+private:
+    QProcess m_process;
+    QString m_url;
+    qsizetype m_asked = 0;
+};
+
+struct Fault
+{
+    const char* how;
+    int replies = 300;
+    /// Of one of these each reply costs its whole time.
+    bool isEndless = false;
+};
+
+class FaultMemory : public testing::TestWithParam<Fault>
+{
+};
+
+// The running program, at alarm after alarm, each of which asks twice.
+TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
+{
+    if (!Memory::kIsTrue) {
+        GTEST_SKIP() << "a sanitizer keeps what is freed";
+    }
+    const int replies = GetParam().replies;
+    StandIn service;
+    FakePlatform platform;
+    const HttpLimits limits =
+        GetParam().isEndless ? HttpLimits{1024 * 1024, 20, 20} : HttpLimits{1024 * 1024, 10'000, 20'000};
+    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), service.Url(), limits);
+    const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                         platform.player, platform.tray,   platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    WriteSettings(
+        SettingsText().replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\"")));
+    const QByteArray settings = ReadSettings();
+    Program program(doors);
+    program.Start();
+    service.Misbehave(QString::fromLatin1(GetParam().how));
+    platform.clock.SetTime(12, 30, 0);
+    const auto alarms = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            platform.timers.Ticker()->Fire();
+        }
+    };
+    alarms(replies / 10);
+    service.Forget();
+    const qint64 before = Memory::ForgetPeak();
+    alarms(replies / 2);
+    const qint64 after = Memory::Trimmed();
+    std::printf("figure: memory over %d replies of the service, %s: %+.2f MiB, at most %.2f MiB meanwhile\n",
+                replies, GetParam().how, static_cast<double>(after - before) / 1048576.0,
+                static_cast<double>(Memory::Peak() - before) / 1048576.0);
+    EXPECT_LT(after - before, kMostGrowthPerReply * replies);
+    EXPECT_GE(service.Asked(replies), replies);
+    EXPECT_EQ(ReadSettings(), settings);
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, FaultMemory,
+                         testing::Values(Fault{"ok"}, Fault{"refuse"}, Fault{"hang", 300, true},
+                                         Fault{"drip", 300, true}, Fault{"flood"}, Fault{"error"},
+                                         Fault{"html"}, Fault{"truncated"}, Fault{"cut"}, Fault{"empty"},
+                                         Fault{"gzip"}, Fault{"loop"}, Fault{"entities"},
+                                         Fault{"certificate", 60}, Fault{"utf16"}, Fault{"windows1252"}),
+                         [](const auto& row) { return std::string(row.param.how); });
+
+} // namespace
