@@ -16,7 +16,7 @@ import screen  # noqa: E402
 import spine_journey as spine  # noqa: E402
 
 # What makes a reply one that can't be read, and what only makes it look unlike others.
-UNREADABLE = ["refuse", "flood", "html", "truncated", "empty", "gzip", "loop", "entities"]
+UNREADABLE = ["refuse", "flood", "html", "truncated", "cut", "empty", "gzip", "loop", "entities", "certificate"]
 READABLE = ["error", "utf16", "windows1252"]
 # Ten seconds before the countdown changes.
 INSTANT = "2026-03-20 09:30:50"
@@ -52,6 +52,7 @@ def unreadable_start(folder, service, how, faulty):
         for script in asked:
             assert service.requests(script), (how, script, service.asked())
         assert bool(service.requests("version.pl")) != is_ad_faulty
+        assert service.refusals() == (len(faulty) - is_ad_faulty if how == "certificate" else 0), service.refusals()
         expected = DEFAULT_AD if is_ad_faulty else SERVICE_AD
         assert advertisement(program) == f"<html>{expected}</html>", advertisement(program)
         if "requestProdID.pl" in faulty:

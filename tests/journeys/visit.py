@@ -51,6 +51,10 @@ class Service(hands.Service):
     def probes(self):
         return sum(line.startswith("http://") for line in self._lines())
 
+    def refusals(self):
+        """How often somebody saw the certificate of the service's other door and turned away."""
+        return self._lines().count("refused certificate")
+
     def check_asked(self, expected):
         """These requests and no other, in this order."""
         screen.wait_for(f"{expected}, not {self._lines()}", lambda: len(self.asked()) >= len(expected))

@@ -1,0 +1,162 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+"""alert_faults_journey.py FOLDER: the service at its worst at a prayer and at a sign-up, and an alert that falls due while
+a request hangs. The wall clock leaps to the instants that matter."""
+import os
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+import visit  # noqa: E402
+import day_journey as day  # noqa: E402
+import hands  # noqa: E402
+import screen  # noqa: E402
+import service_faults_journey as faults  # noqa: E402
+import spine_journey as spine  # noqa: E402
+from hands import BUTTON, LINK  # noqa: E402
+
+SETTINGS = spine.SETTINGS.replace(
+    'mobileEnabled="false" mobileDID="" mobilePC=""', 'mobileEnabled="true" mobileDID="D-1" mobilePC="4711"')
+AT_PRAYER = ["prayerCall.pl", "getAd.pl"]
+OFFLINE = ("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.")
+REGISTERED = "Welcome, your device is registered."
+
+
+def with_alerts(popup=(), silent=(), warning=None):
+    settings = SETTINGS
+    for prayer in (*popup, *silent):
+        settings = settings.replace(f'<{prayer} enabled="false" popup="false"',
+                                    f'<{prayer} enabled="true" popup="{str(prayer in popup).lower()}"')
+    if warning is not None:
+        settings = settings.replace('useAdvWarn="false" advWarn="10"', f'useAdvWarn="true" advWarn="{warning}"')
+    return settings
+
+
+def close_popup(program, title):
+    popup = hands.Window(program, title).wait()
+    assert hands.is_titled("Dusk Beacon Alert")
+    popup.click(BUTTON, "OK")
+    screen.wait_for("the popup to close", lambda: not popup.is_open())
+
+
+def due_at_the_start(folder, service, times, script):
+    """The main window is not there yet; its prayer is announced all the same."""
+    duhr = spine.minutes(times[2])
+    clock = day.FastClock()
+    service.forget()
+    service.fault("hang", script)
+    with day.start(folder, with_alerts(popup=["duhr"]), clock, duhr * 60 - 600) as program:
+        clock.started(program.process)
+        screen.wait_for(script, lambda: service.requests(script))
+        assert not service.requests("prayerCall.pl")
+        clock.run(duhr * 60 - 3, 1)
+        close_popup(program, "Prayer Time: Duhr: " + times[2])
+        screen.wait_for("the call", lambda: service.requests("prayerCall.pl"))
+        assert not visit.Window(program, visit.MAIN).is_open(), "the start was not waiting any more"
+        service.fault("ok", script)
+        visit.Window(program, visit.MAIN).wait()
+        spine.Main(program)
+
+
+def due_at_a_prayer(folder, service, times):
+    """A request of one prayer hangs when the warning before the next one is due, a minute later."""
+    shuruq, duhr = (spine.minutes(text) for text in times[1:3])
+    clock = day.FastClock()
+    settings = with_alerts(silent=["shuruq", "duhr"], warning=duhr - shuruq - 1)
+    with day.start(folder, settings, clock, shuruq * 60 - 600) as program:
+        clock.started(program.process)
+        main = spine.Main(program)
+        for script in AT_PRAYER:
+            service.forget()
+            service.fault("hang", script)
+            clock.run(shuruq * 60 - 3, 1)
+            screen.wait_for(script, lambda: service.requests(script))
+            clock.run(shuruq * 60 + 58, 1)
+            close_popup(program, "Advanced Alert Duhr " + times[2])
+            main.wait("the countdown to go on", lambda m: m.countdown() == spine.clock(duhr - shuruq - 1))
+            assert len(service.requests(script)) == 1
+            service.fault("ok", script)
+            screen.wait_for("the ad", lambda: service.requests("getAd.pl"))
+            print("  ", script, flush=True)
+
+
+def at_each_prayer(folder, service, times):
+    """The same prayer again and again, each time with another fault."""
+    duhr = spine.minutes(times[2])
+    clock = day.FastClock()
+    with day.start(folder, with_alerts(silent=["duhr"]), clock, duhr * 60 - 600) as program:
+        clock.started(program.process)
+        main = spine.Main(program)
+        before = hands.Settings(program).read()
+        for how in faults.UNREADABLE + faults.READABLE:
+            os.remove(os.path.join(program.folder, "temp.html"))
+            service.forget()
+            service.fault(how, *AT_PRAYER)
+            clock.run(duhr * 60 - 1, 1)
+            screen.wait_for(f"{how} to be over", lambda: os.path.exists(os.path.join(program.folder, "temp.html")))
+            assert all(service.requests(script) for script in AT_PRAYER), service.asked()
+            expected = faults.DEFAULT_AD if how in faults.UNREADABLE else faults.SERVICE_AD
+            screen.wait_for(expected, lambda: faults.advertisement(program) == f"<html>{expected}</html>")
+            assert service.refusals() == (2 if how == "certificate" else 0), service.refusals()
+            assert visit.box(program) is None
+            print("  ", how, flush=True)
+        clock.run(duhr * 60 - 60, 1)
+        main.wait("the minute before", lambda m: m.countdown() == "0:01")
+        assert hands.Settings(program).read() == before
+        service.fault("ok", *AT_PRAYER)
+
+
+def sign_ups(folder, service):
+    """One fault at each registration; the dialog stays as it was, or has the reply."""
+    service.reply(result="0", message=REGISTERED)
+    with hands.Program(folder, SETTINGS, faults.INSTANT, hands.Service.environment()) as program:
+        main = spine.Main(program)
+        hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+        dialog = hands.Window(program, "Alerts").wait()
+        dialog.click(LINK, "Mobile Alert")
+        countdown = main.countdown()
+        for how in faults.UNREADABLE + faults.READABLE:
+            before = hands.Settings(program).read()
+            service.fault(how, "confirmSignup.pl")
+            dialog.click(BUTTON, "Register")
+            visit.answer(program, OFFLINE if how in faults.UNREADABLE else REGISTERED)
+            assert dialog.is_live(BUTTON, "Register"), how
+            if how in faults.UNREADABLE:
+                assert hands.Settings(program).read() == before, how
+            print("  ", how, flush=True)
+        service.forget()
+        service.fault("hang", "confirmSignup.pl")
+        dialog.click(BUTTON, "Register")
+        screen.wait_for("the question", lambda: service.requests("confirmSignup.pl"))
+        main.wait("the countdown to go on", lambda m: m.countdown() not in ("", countdown))
+        dialog.close()
+        screen.wait_for("the dialog to close", lambda: not dialog.is_open())
+        before = hands.Settings(program).read()
+        service.reply(result="1", message=REGISTERED)
+        service.fault("ok", "confirmSignup.pl")
+        screen.wait_for("the main window to be usable", visit.Window(program, visit.MAIN).is_usable)
+        hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+        hands.Window(program, "Alerts").wait()
+        assert visit.box(program) is None and hands.Settings(program).read() == before, "nobody waits for that reply"
+
+
+def main():
+    folder = os.path.abspath(sys.argv[1])
+    with hands.Desktop(), visit.Service(version_name="") as service:
+        with hands.Program(folder, SETTINGS, faults.INSTANT, hands.Service.environment()) as program:
+            times = spine.Main(program).times()
+        print("due at the start", flush=True)
+        due_at_the_start(folder, service, times, "startup.pl")
+        print("due at a prayer", flush=True)
+        due_at_a_prayer(folder, service, times)
+        print("at each prayer", flush=True)
+        at_each_prayer(folder, service, times)
+        print("sign-ups", flush=True)
+        sign_ups(folder, service)
+    print("all as it should be")
+
+
+if __name__ == "__main__":
+    visit.under_own_network()
+    screen.under_own_session()
+    main()
