@@ -10,6 +10,8 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
+#include <time.h>
+
 #include <algorithm>
 
 namespace {
@@ -99,6 +101,13 @@ void CheckLinks(const QTextDocument& document)
     }
 }
 
+double ProcessorSeconds()
+{
+    timespec now = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
+}
+
 // The page in the strip, its pictures coming in one by one.
 void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& picture)
 {
@@ -106,8 +115,12 @@ void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& pict
     strip.resize(468, 60);
     strip.show();
     world.files.Write(kPage, page);
+    const double start = ProcessorSeconds();
     strip.Navigate(world.files, kPage);
     static_cast<void>(strip.grab());
+    // Ten times what it may take, for a build with sanitizers.
+    constexpr double kLongestSeconds = 0.5;
+    Demand(ProcessorSeconds() - start < kLongestSeconds, "a page that is shown is shown quickly");
     CheckRequests(world.platform.http);
     CheckLinks(*strip.document());
     for (const auto& done : world.platform.http.backgroundDone) {

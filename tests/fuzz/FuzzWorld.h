@@ -43,7 +43,8 @@ private:
     const DomDocuments& m_documents;
 };
 
-/// All that one input can touch: the doors, and a main window that has read a whole settings.xml.
+/// All that one input can touch: the doors, and a main window, in the tray, that has read a whole
+/// settings.xml.
 class FuzzWorld final
 {
 public:
@@ -52,7 +53,6 @@ public:
         forms.Register(FuzzMain::kName, [this] { return std::make_unique<FuzzMain>(forms, documents); });
         files.Write(kSettingsFile, SettingsText().toUtf8());
         main = &forms.Touch<FuzzMain>();
-        main->Show();
         main->UpdateEverything();
         main->ActiveForm = main->Name();
         main->AdTimer = 600.0F;
