@@ -140,7 +140,7 @@ void CheckDialog(FuzzWorld& world, Choices& choices, const QByteArray& typed)
         dialog.SelectTab(tab);
     }
     Demand(world.files.saves == 0, "looking at the pages writes nothing");
-    constexpr int kMostActions = 32;
+    constexpr int kMostActions = 12;
     for (int i = 0; i < kMostActions && choices.AreLeft() && dialog.IsLoaded(); ++i) {
         Act(dialog, choices, typed);
     }
