@@ -3,6 +3,7 @@
 #include "service/BannerImages.h"
 
 #include "platform/Http.h"
+#include "service/GifFrames.h"
 
 #include <QUrl>
 
@@ -99,6 +100,12 @@ void BannerImages::Start(qsizetype number, const QByteArray& bytes)
     Image& image = *m_images[static_cast<std::size_t>(number)];
     image.bytes = bytes;
     if (bytes.isEmpty() || !Rewind(image)) {
+        return;
+    }
+    // A small file can hold pixels for minutes of decoding, none of them inside the picture.
+    if (image.reader->format() == "gif" && !HasModestFrames(bytes, kMostPixels)) {
+        image.reader.reset();
+        image.bytes.clear();
         return;
     }
     const QSize size = image.reader->size();
