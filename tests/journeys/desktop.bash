@@ -24,9 +24,9 @@ tidy_up() {
 }
 trap tidy_up EXIT
 
-# wait_until WHAT COMMAND...: until the command succeeds, at most 20 seconds.
+# wait_until WHAT COMMAND...: until the command succeeds, at most 20 seconds, or what JOURNEY_PATIENCE says.
 wait_until() {
-    local what=$1 deadline=$((SECONDS + 20))
+    local what=$1 deadline=$((SECONDS + ${JOURNEY_PATIENCE:-20}))
     shift
     until "$@" >/dev/null 2>&1; do
         [ "$SECONDS" -lt "$deadline" ] || fail "$what"
