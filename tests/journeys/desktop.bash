@@ -65,11 +65,12 @@ start_program() {
         sed 's/FirstRun="true"/FirstRun="false"/' "$(dirname "$0")/../../data/settings.xml" >"$folder/program/settings.xml"
     start "$folder/program/DuskBeacon"
     program=$last
-    wait_until "no main window" is_on_screen "$title"
-    window=$(xdotool search --onlyvisible --name "$title")
+    wait_until "no main window" finds_main_window
     # The window manager moves a new window to its place before it makes it the active one.
     wait_until "the main window isn't active" is_active 'Dusk Beacon v1.0.5'
 }
+# A search fails where a window goes while it looks around, as the splash does.
+finds_main_window() { window=$(xdotool search --onlyvisible --name "$title") && [ -n "$window" ]; }
 is_on_screen() { xdotool search --onlyvisible --name "$1"; }
 is_on_taskbar() { wmctrl -l | grep -q 'Dusk Beacon v1.0.5'; }
 is_minimised() { xprop -id "$window" _NET_WM_STATE | grep -q HIDDEN; }
