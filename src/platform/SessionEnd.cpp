@@ -10,12 +10,11 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <csignal>
 #include <cstdlib>
 
 namespace {
 
-constexpr int kSignals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr std::array kSignals = {SIGTERM, SIGINT, SIGHUP};
 
 // What a signal handler may touch.
 std::atomic<int> wakeUpEnd = -1;
@@ -45,15 +44,11 @@ int OpenPipe()
     return ends[0];
 }
 
-void Install(void (*handler)(int))
+// Whoever started the program may want it to outlive a terminal: nohup has HUP ignored, a shell's "&" has
+// INT. The request to terminate is meant for this very program.
+bool IsTaken(int number, const struct sigaction& found)
 {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    for (const int number : kSignals) {
-        sigaction(number, &action, nullptr);
-    }
+    return number == SIGTERM || found.sa_handler != SIG_IGN;
 }
 
 } // namespace
@@ -63,12 +58,23 @@ SessionEnd::SessionEnd()
 {
     m_notifier.setEnabled(false);
     connect(&m_notifier, &QSocketNotifier::activated, this, &SessionEnd::End);
-    Install(TakeSignal);
+    struct sigaction action = {};
+    action.sa_handler = TakeSignal;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        sigaction(kSignals.at(i), nullptr, &m_found.at(i));
+        if (IsTaken(kSignals.at(i), m_found.at(i))) {
+            sigaction(kSignals.at(i), &action, nullptr);
+        }
+    }
 }
 
 SessionEnd::~SessionEnd()
 {
-    Install(SIG_DFL);
+    for (std::size_t i = 0; i < kSignals.size(); ++i) {
+        sigaction(kSignals.at(i), &m_found.at(i), nullptr);
+    }
     m_notifier.setEnabled(false);
     close(static_cast<int>(m_notifier.socket()));
     close(wakeUpEnd.exchange(-1));

@@ -5,11 +5,13 @@
 #include <QObject>
 #include <QSocketNotifier>
 
+#include <array>
+#include <csignal>
 #include <functional>
 
 /// The session asks the program to end: by a signal (TERM, INT, HUP) or by the session manager at log-out.
 /// The answer is a normal end, exit code 0, at once, whatever windows are open; nothing asks and nothing is
-/// written. One in a process.
+/// written. An INT or HUP that whoever started the program had ignored stays ignored. One in a process.
 class SessionEnd final : public QObject
 {
     Q_OBJECT
@@ -33,4 +35,6 @@ private:
 
     QSocketNotifier m_notifier;
     std::function<void()> m_tidyUp;
+    /// What was to be done about TERM, INT and HUP before.
+    std::array<struct sigaction, 3> m_found{};
 };

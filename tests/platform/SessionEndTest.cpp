@@ -38,6 +38,9 @@ class SessionSignalTest : public testing::TestWithParam<int>
 protected:
     // Qt has threads of its own by now, which a mere fork would lose.
     static void SetUpTestSuite() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+    // Whoever started the tests, in the background for one, may have had a signal ignored.
+    SessionSignalTest() { signal(GetParam(), SIG_DFL); }
 };
 
 TEST_P(SessionSignalTest, signal_endsTheMainLoopNormally)
@@ -111,6 +114,43 @@ TEST(SessionEnd, quitOfTheSession_asksNoWindow)
     });
     EXPECT_EQ(RunUntilEnd(), 0);
     EXPECT_EQ(tidied, 1);
+}
+
+class IgnoredSignalTest : public SessionSignalTest
+{
+};
+
+TEST_P(IgnoredSignalTest, signalThatTheStarterHadIgnored_endsNothing)
+{
+    EXPECT_EXIT(
+        {
+            signal(GetParam(), SIG_IGN);
+            {
+                SessionEnd sessionEnd;
+                raise(GetParam());
+                sessionEnd.EnterMainLoop([] {});
+                raise(GetParam());
+            }
+            raise(GetParam());
+            std::_Exit(kNotEnded);
+        },
+        testing::ExitedWithCode(kNotEnded), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, IgnoredSignalTest, testing::Values(SIGINT, SIGHUP),
+                         [](const auto& row) { return std::string(row.param == SIGINT ? "INT" : "HUP"); });
+
+TEST(SessionEnd, terminationThatTheStarterHadIgnored_endsAllTheSame)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            signal(SIGTERM, SIG_IGN);
+            const SessionEnd sessionEnd;
+            raise(SIGTERM);
+            std::_Exit(kNotEnded);
+        },
+        testing::ExitedWithCode(0), "");
 }
 
 TEST(SessionEnd, gone_leavesTheSignalsToTheSystem)
