@@ -18,6 +18,8 @@ fail() {
 tidy_up() {
     for process in "${started[@]}"; do
         kill "$process" 2>/dev/null
+        # One that has been stopped ends when it goes on.
+        kill -CONT "$process" 2>/dev/null
     done
     wait 2>/dev/null
     rm -rf "$folder"
@@ -58,12 +60,13 @@ start_desktop() {
     start openbox
     wait_until "no window manager" wmctrl -m
 }
+# start_program [COMMAND...]: the program, by way of a command that starts it.
 start_program() {
     mkdir -p "$folder/program"
     cp "$bin/DuskBeacon" "$bin/DuskBeacon.DBN" "$folder/program/"
     [ -e "$folder/program/settings.xml" ] ||
         sed 's/FirstRun="true"/FirstRun="false"/' "$(dirname "$0")/../../data/settings.xml" >"$folder/program/settings.xml"
-    start "$folder/program/DuskBeacon"
+    start "$@" "$folder/program/DuskBeacon"
     program=$last
     wait_until "no main window" finds_main_window
     # The window manager moves a new window to its place before it makes it the active one.
@@ -75,6 +78,30 @@ is_on_screen() { xdotool search --onlyvisible --name "$1"; }
 is_on_taskbar() { wmctrl -l | grep -q 'Dusk Beacon v1.0.5'; }
 is_minimised() { xprop -id "$window" _NET_WM_STATE | grep -q HIDDEN; }
 is_active() { xdotool getactivewindow getwindowname | grep -qx "$1"; }
+is_alerts_open() { is_on_screen '^Alerts$'; }
+is_list_open() { is_on_screen 'Dusk Beacon: Location'; }
+# A pop-up menu of the program, of the size of the tray icon's.
+menu_is_open() { xwininfo -root -children | grep '"DuskBeacon"' | grep -qE ' 1[0-9][0-9]x[3-9][0-9]\+'; }
+close_window() { wmctrl -i -c "$(xdotool search --onlyvisible --name "$1")"; }
+minimise_to_tray() {
+    xdotool windowminimize "$window"
+    wait_until "still on the screen" not is_on_screen "$title"
+    wait_until "still on the taskbar" not is_on_taskbar
+}
+# Where no icon could bring the window back it stays on the taskbar, and comes back from there.
+minimise_to_taskbar() {
+    xdotool windowminimize "$window"
+    wait_until "not minimised" is_minimised
+    # As long as hiding would take.
+    sleep 0.5
+    is_on_taskbar || fail "hidden although no icon could bring it back"
+    wmctrl -i -a "$window"
+    wait_until "not back from the taskbar" not is_minimised
+    wait_until "back, but not in front" is_active 'Dusk Beacon v1.0.5'
+}
+# Kilobytes and open files of the program.
+resident() { sed -n 's/^VmRSS:[^0-9]*\([0-9]*\).*/\1/p' "/proc/$program/status"; }
+open_files() { ls "/proc/$program/fd" | wc -l; }
 # click_at X Y: a place in the main window.
 click_at() { xdotool mousemove --window "$window" "$1" "$2" click 1; }
 # ended_with CODE: the program has ended and answers that code.

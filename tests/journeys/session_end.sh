@@ -19,10 +19,21 @@ end_by() {
     [ "$(cd "$folder/program" && ls)" = $'DuskBeacon\nDuskBeacon.DBN\nsettings.xml\ntemp.html' ] || fail "$1 left files"
 }
 
+# What a shell starts in the background has INT ignored, and what nohup starts has HUP.
+not_ignored=(env --default-signal=INT,HUP)
 for signal in TERM INT HUP; do
-    start_program
+    start_program "${not_ignored[@]}"
     end_by "$signal"
 done
+
+# Started to outlive its terminal.
+start_program nohup
+kill -s HUP "$program"
+kill -s INT "$program"
+click_at 30 155
+wait_until "no list of places: ended with the terminal" is_list_open
+is_running "$program" || fail "ended with the terminal"
+end_by TERM
 
 # While it still loads.
 start "$folder/program/DuskBeacon"
@@ -33,7 +44,7 @@ end_by TERM
 # Under the list of places, where the main window is disabled and refuses to close.
 start_program
 click_at 30 155
-wait_until "no list of places" is_on_screen 'Dusk Beacon: Location'
+wait_until "no list of places" is_list_open
 wmctrl -i -c "$window"
 end_by TERM
 exit 0

@@ -62,6 +62,11 @@ class Watcher(dbus.service.Object):
     def item_property(self, name):
         return self.item().Get(ITEM, name, dbus_interface=PROPERTIES)
 
+    def icon(self):
+        """The size of the smallest picture, and whether there is anything in it."""
+        width, height, pixels = min(self.item_property("IconPixmap"), default=(0, 0, b""))
+        return f"{width}x{height} {'painted' if any(pixels) else 'blank'}"
+
     def menu(self):
         return self.bus.get_object(self.items[-1], self.item_property("Menu"), introspect=False)
 
@@ -79,11 +84,15 @@ class Watcher(dbus.service.Object):
             return str(self.item_property("ToolTip")[2])
         if words[0] == "menu":
             return " ".join(label for label, _id in self.entries())
+        if words[0] == "icon":
+            return self.icon()
         if words[0] == "activate":
             self.item().Activate(0, 0, dbus_interface=ITEM)
         elif words[0] == "click":
             self.menu().Event(dict(self.entries())[words[1]], "clicked", dbus.String("", variant_level=1),
                               dbus.UInt32(0), dbus_interface=MENU)
+        elif words[0] == "context":
+            self.item().ContextMenu(300, 300, dbus_interface=ITEM)
         elif words[0] in ("leave", "return"):
             self.has_host = words[0] == "return"
         return "done"
