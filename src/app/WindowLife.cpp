@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QTimer>
+#include <QWindow>
 
 #include <array>
 
@@ -21,6 +22,9 @@ WindowLife::WindowLife(Form& window, MainForm& main, Forms& forms)
     , m_forms(forms)
 {
     window.installEventFilter(this);
+    // Where a desktop lets people raise a disabled window it would stand in front of its dialog until
+    // something paints the main window.
+    connect(qApp, &QGuiApplication::focusWindowChanged, this, &WindowLife::AwaitPaint);
 }
 
 bool WindowLife::eventFilter(QObject* /*watched*/, QEvent* event)
@@ -29,14 +33,22 @@ bool WindowLife::eventFilter(QObject* /*watched*/, QEvent* event)
     // one window can't be painted from inside the painting of another.
     if (event->type() == QEvent::WindowStateChange) {
         QTimer::singleShot(0, this, [this] { m_window.Handle([this] { Resize(); }); });
-    } else if (event->type() == QEvent::Paint && !m_paintIsPending) {
-        m_paintIsPending = true;
-        QTimer::singleShot(0, this, [this] {
-            m_paintIsPending = false;
-            m_window.Handle([this] { Paint(); });
-        });
+    } else if (event->type() == QEvent::Paint) {
+        AwaitPaint();
     }
     return false;
+}
+
+void WindowLife::AwaitPaint()
+{
+    if (m_paintIsPending) {
+        return;
+    }
+    m_paintIsPending = true;
+    QTimer::singleShot(0, this, [this] {
+        m_paintIsPending = false;
+        m_window.Handle([this] { Paint(); });
+    });
 }
 
 void WindowLife::Resize()
@@ -56,6 +68,7 @@ void WindowLife::FollowState()
     if (!m_window.isMinimized()) {
         // A maximised state doesn't last.
         m_window.setWindowState(Qt::WindowNoState);
+        m_window.show();
         return;
     }
     // Without an icon nothing could bring a hidden window back: it stays on the taskbar.
@@ -81,9 +94,12 @@ void WindowLife::Paint()
 
 void WindowLife::HandOnFocus()
 {
-    // Only the focus that this window itself holds is handed on. Taking it from another program, or from a
-    // box that waits for an answer, whenever the countdown repaints a label would let nobody work.
-    if (QApplication::activeWindow() != &m_window || QApplication::activeModalWidget() != nullptr) {
+    // Only the focus that this window itself holds is handed on, or one that takes no input. Taking it from
+    // another program, or from a box that waits for an answer, whenever the countdown repaints a label would
+    // let nobody work.
+    const QWidget* const active = QApplication::activeWindow();
+    const bool isToBeHandedOn = active == &m_window || (active != nullptr && !active->isEnabled());
+    if (!isToBeHandedOn || QApplication::activeModalWidget() != nullptr) {
         return;
     }
     static const std::array<QString, 4> kDialogs = {QStringLiteral("FrmAlerts"),

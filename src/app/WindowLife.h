@@ -9,7 +9,7 @@ class Forms;
 class MainForm;
 
 /// What the main window does by itself when the window system resizes or paints it: it hides when minimised,
-/// does not stay maximised, and leaves the focus to the dialog that is open.
+/// does not stay maximised, and leaves the focus to the dialog that is open, as a disabled dialog does.
 class WindowLife final : public QObject
 {
     Q_OBJECT
@@ -21,6 +21,7 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void AwaitPaint();
     void Resize();
     void Paint();
     void FollowState();
