@@ -186,17 +186,23 @@ void FrmMain::FeedFromConfiguration()
 
 void FrmMain::PopLocation()
 {
-    m_display.PopLocation();
+    if (IsLoaded()) {
+        m_display.PopLocation();
+    }
 }
 
 void FrmMain::PopPrayerFrame()
 {
-    m_display.PopPrayerFrame();
+    if (IsLoaded()) {
+        m_display.PopPrayerFrame();
+    }
 }
 
 void FrmMain::Enable(bool enabled)
 {
-    Form::Enable(enabled);
+    if (IsLoaded()) {
+        Form::Enable(enabled);
+    }
 }
 
 void FrmMain::TakeFocus()
