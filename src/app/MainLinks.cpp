@@ -21,13 +21,13 @@
 
 MainLinks::Dialogs MainLinks::DialogsAmong(Forms& forms)
 {
-    return {[&forms] { forms.Touch<FrmAlerts>().Show(); },
+    return {[&forms] { forms.Touch(FrmAlerts::kName).Show(); },
             [&forms](std::int16_t tab) {
                 forms.Touch<FrmAlerts>().SelectTab(tab);
                 return forms.Loaded(FrmAlerts::kName) != nullptr;
             },
             [&forms] {
-                auto& location = forms.Touch<FrmLocation>();
+                Form& location = forms.Touch(FrmLocation::kName);
                 location.Enable(true);
                 location.Show();
             }};
