@@ -5,6 +5,7 @@
 #include "controls/Layout.h"
 #include "forms/Forms.h"
 #include "platform/Platform.h"
+#include "support/RuntimeError.h"
 
 #include <QGuiApplication>
 #include <QLabel>
@@ -27,7 +28,15 @@ DlgStart::DlgStart(Forms& forms)
         move(screen->availableGeometry().center() - rect().center());
     }
     m_timer1->SetInterval(1000);
-    m_timer1->SetHandler([this] { Handle([this] { Tick(); }); });
+    m_timer1->SetHandler([this] {
+        Handle([this] {
+            try {
+                Tick();
+            } catch (const RuntimeError&) {
+                // Dots that stand still are no reason to end a program that is about to come up.
+            }
+        });
+    });
     m_timer1->SetEnabled(true);
 }
 
