@@ -52,6 +52,8 @@ void QtTrayIcon::Add(const QIcon& icon, const QString& tip, QMenu& menu)
                     PopUpMenu(QCursor::pos());
                 }
             });
+    // Once: the program's own logic adds its icon at no other time. That the toolkit and a panel that comes
+    // again find each other is kept all the same: without it nothing could bring a hidden window back.
     m_icon->show();
     m_usesStatusNotifier = IsStatusNotifierHostThere();
     qApp->installEventFilter(this);
