@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/FakePlatform.h"
-#include "instruments/PlainPictures.h"
+#include "instruments/ScaledScene.h"
 #include "instruments/VBCompas.h"
-#include "instruments/VBSunAndMoon.h"
 
 #include <gtest/gtest.h>
 
@@ -14,30 +13,9 @@ namespace {
 // Read when the application object is made, before which this runs.
 const bool kIsScaled = qputenv("QT_SCALE_FACTOR", TEST_SCALE);
 
-QImage Scene(VBSunAndMoon& sky)
-{
-    sky.Setup(0, 273);
-    sky.Update(450, 700, 50);
-    QImage scene = sky.grab().toImage().convertToFormat(QImage::Format_RGB32);
-    scene.setDevicePixelRatio(1.0);
-    return scene;
-}
-
 int Scaled(double length)
 {
     return static_cast<int>(std::lround(length * QByteArray(TEST_SCALE).toDouble()));
-}
-
-/// A sky of one-pixel columns: drawn at another scale, or resized, they would not stay apart.
-QImage Stripes(int scale)
-{
-    QImage picture = PlainPictures::Plain(273, 125, scale, PlainPictures::kDay);
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); x += 2) {
-            picture.setPixel(x, y, 0xff000000);
-        }
-    }
-    return picture;
 }
 
 TEST(ScaledSky, largerPictures_standWhereTheSmallOnesWould)
@@ -75,20 +53,6 @@ TEST(ScaledSky, firstPicture_isOfTheLargerOnes)
     pictures.Save(QStringLiteral("PicBackDay"), PlainPictures::Plain(273, 125, 2, 0xffff00ff), 2);
     VBSunAndMoon sky(platform.files, pictures.Folder(), nullptr);
     EXPECT_EQ(sky.grab().toImage().pixel(5, 5), 0xffff00ff);
-}
-
-TEST(ScaledSky, twiceTheScale_showsEachPixelOfThePicture)
-{
-    if (QByteArray(TEST_SCALE) != "2") {
-        GTEST_SKIP() << "between two scales pixels are mixed";
-    }
-    FakePlatform platform;
-    const PlainPictures pictures({1, 2});
-    pictures.Save(QStringLiteral("PicBackDay"), Stripes(2), 2);
-    VBSunAndMoon sky(platform.files, pictures.Folder(), nullptr);
-    const QImage scene = Scene(sky);
-    EXPECT_EQ(scene.copy(0, 0, 20, 10), Stripes(2).copy(0, 0, 20, 10));
-    EXPECT_EQ(BoundsOf(scene, PlainPictures::kSun), QRect(68, 92, 64, 66));
 }
 
 TEST(ScaledSky, incompleteSet_fallsBackToTheSmallPictures)
