@@ -41,6 +41,7 @@ def opens_the_list(program):
     """The list in front of a main window that takes nothing until it is closed."""
     places, main = visit.Window(program, visit.LIST).wait(), visit.Window(program, visit.MAIN).wait()
     assert not main.is_usable()
+    screen.wait_for("the list to be in front", lambda: hands.title_in_front() == visit.LIST)
     places.close()
     places.wait_gone()
     screen.wait_for("the main window to be usable", main.is_usable)

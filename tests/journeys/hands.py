@@ -135,6 +135,13 @@ def picture(name, window=None):
     subprocess.run(["import", "-window", "root", *part, os.path.join(folder, name + ".png")], check=True)
 
 
+def title_in_front():
+    """The title of the window that has the keyboard."""
+    found = subprocess.run(["xdotool", "getactivewindow", "getwindowname"], stdout=subprocess.PIPE,
+                           stderr=subprocess.DEVNULL, text=True)
+    return found.stdout.strip()
+
+
 def is_titled(title):
     """Whether the window manager shows a window of that title."""
     return subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"],

@@ -4,7 +4,9 @@
 """Places as a user meets them: looking for them in both ways, adding, choosing and deleting them."""
 import datetime
 import os
+import subprocess
 import sys
+import time
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import visit  # noqa: E402
@@ -57,6 +59,11 @@ def by_zip_code(program, service, places):
     visit.answer(program, "You must enter a zipcode to search for.")
     # It asks for the empty zip code all the same.
     visit.answer(program, "No city found matching this Zip Code")
+    # The list waits for its search: raised by hand it gives the keyboard back at once.
+    subprocess.run(["wmctrl", "-F", "-a", visit.LIST], check=True)
+    time.sleep(1)  # It has the keyboard first.
+    screen.wait_for("the search to be in front", lambda: hands.title_in_front() == visit.SEARCH)
+    assert not places.is_usable()
     search.enter("Zip Code", ["ctrl+a"], "60601")
     hands.mouse("key", "Return")
     screen.wait_for("Chicago among the results", lambda: search.results() == ["Chicago"])

@@ -80,7 +80,7 @@ class Display:
 class Program:
     """The program with its files in a new folder. `settings` is the text of settings.xml, or None for no file."""
 
-    def __init__(self, source, settings, instant=None, environment=None, prepare=None, module=True):
+    def __init__(self, source, settings, instant=None, environment=None, prepare=None, module=True, launcher=()):
         self.folder = tempfile.mkdtemp(prefix="duskbeacon-journey-")
         os.chmod(self.folder, 0o755)
         shutil.copy(os.path.join(source, "DuskBeacon"), self.folder)
@@ -102,10 +102,10 @@ class Program:
             self._environment.update(LD_PRELOAD=library[0], FAKETIME="@" + instant, FAKETIME_DONT_FAKE_MONOTONIC="1",
                                      DONT_FAKE_MONOTONIC="1", FAKETIME_DONT_RESET="1")
         self._environment.update(environment or {})
+        self._command = [*launcher, os.path.join(self.folder, "DuskBeacon")]
 
     def __enter__(self):
-        self.process = subprocess.Popen([os.path.join(self.folder, "DuskBeacon")], env=self._environment,
-                                        cwd="/", stderr=subprocess.DEVNULL)
+        self.process = subprocess.Popen(self._command, env=self._environment, cwd="/", stderr=subprocess.DEVNULL)
         return self
 
     def __exit__(self, *_):
