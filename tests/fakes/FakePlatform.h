@@ -16,6 +16,7 @@
 #include "support/ModRegion.h"
 
 #include <QDir>
+#include <QIcon>
 #include <QStringList>
 #include <QTemporaryDir>
 
@@ -175,10 +176,11 @@ public:
 class FakeTray final : public TrayIcon
 {
 public:
-    void Add(const QIcon& /*icon*/, const QString& tip, QMenu& menu) override
+    void Add(const QIcon& icon, const QString& tip, QMenu& menu) override
     {
         ++added;
         shown = available;
+        lastIcon = icon;
         lastTip = tip;
         lastMenu = &menu;
     }
@@ -193,6 +195,7 @@ public:
     bool shown = false;
     int added = 0;
     int removed = 0;
+    QIcon lastIcon;
     QString lastTip;
     QMenu* lastMenu = nullptr;
 };
@@ -250,9 +253,17 @@ inline void PrintTo(const FakeMessageBoxes::Box& box, std::ostream* stream)
 class FakeBrowser final : public Browser
 {
 public:
-    void Open(const QString& url) override { opened << url; }
+    void Open(const QString& url) override
+    {
+        opened << url;
+        if (whileOpening) {
+            whileOpening();
+        }
+    }
 
     QStringList opened;
+    /// Runs before Open returns.
+    std::function<void()> whileOpening;
 };
 
 /// The regional settings of a locale that a test names.

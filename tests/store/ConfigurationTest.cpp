@@ -171,6 +171,53 @@ TEST_F(ConfigurationTest, failureInTheAlerts_comesBehindPlaceAndDistribution)
     EXPECT_EQ(held.HourMode, Q("24"));
 }
 
+// The values of the alerts in the order of their reading: a failure keeps all before it and none behind it.
+TEST_F(ConfigurationTest, failureInTheAlerts_keepsExactlyWhatWasReadBefore)
+{
+    const struct
+    {
+        const char* attribute;
+        const char* old;
+        const char* fresh;
+        /// Nothing for a text, which can't fail.
+        const char* unusable;
+        bool (*isFresh)(const Configuration& now);
+    } fields[] = {
+        {"angle1", "-15", "-18", "steep", [](const Configuration& now) { return now.FajrAngle == -18; }},
+        {"angle2", "-15", "-17", "steep", [](const Configuration& now) { return now.IshaAngle == -17; }},
+        {"method", "ISNA", "MWL", nullptr, [](const Configuration& now) { return now.CalcMethod == u"MWL"; }},
+        {"useAdvWarn", "false", "true", "maybe", [](const Configuration& now) { return now.UseAdvAlert; }},
+        {"advWarn", "10", "25", "long", [](const Configuration& now) { return now.AdvAlertMinutes == 25; }},
+        {"asrMethode", "shafi", "hanafi", nullptr,
+         [](const Configuration& now) { return now.AsrMethod == u"hanafi"; }},
+        {"useDLS", "false", "true", "maybe", [](const Configuration& now) { return now.UseDayLight; }},
+        {"hourmode", "24", "12", nullptr, [](const Configuration& now) { return now.HourMode == u"12"; }},
+    };
+    const auto attribute = [](const char* name, const char* value) {
+        return QStringLiteral(" %1=\"%2\"").arg(Q(name), Q(value));
+    };
+    for (const auto& failing : fields) {
+        if (failing.unusable == nullptr) {
+            continue;
+        }
+        SCOPED_TRACE(failing.attribute);
+        ASSERT_EQ(Load(), 0);
+        QString text = SettingsText();
+        for (const auto& field : fields) {
+            const QString before = attribute(field.attribute, field.old);
+            ASSERT_EQ(text.count(before), 1);
+            text.replace(before,
+                         attribute(field.attribute, &field == &failing ? field.unusable : field.fresh));
+        }
+        EXPECT_EQ(Load(text), 2002);
+        bool isBefore = true;
+        for (const auto& field : fields) {
+            isBefore = isBefore && &field != &failing;
+            EXPECT_EQ(field.isFresh(held), isBefore) << field.attribute;
+        }
+    }
+}
+
 TEST_F(ConfigurationTest, fractions_roundToTheEvenNeighbour)
 {
     ASSERT_EQ(Load(SettingsText()

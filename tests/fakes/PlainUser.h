@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// While it lives the process has no more rights over files than a user who is not root. The folder that it
+/// is given can be entered and written by such a user from then on.
+class PlainUser final
+{
+public:
+    explicit PlainUser(const QString& folder)
+    {
+        if (m_wasRoot) {
+            constexpr uid_t kNobody = 65534;
+            ::chmod(QFile::encodeName(folder).constData(), 0777);
+            m_isPlain = ::setegid(kNobody) == 0 && ::seteuid(kNobody) == 0;
+        }
+    }
+    ~PlainUser()
+    {
+        if (m_wasRoot && (::seteuid(0) != 0 || ::setegid(m_group) != 0)) {
+            qFatal("the rights can't be taken back");
+        }
+    }
+    PlainUser(const PlainUser&) = delete;
+    PlainUser& operator=(const PlainUser&) = delete;
+
+    [[nodiscard]] bool IsPlain() const { return m_isPlain; }
+
+private:
+    bool m_wasRoot = ::geteuid() == 0;
+    gid_t m_group = ::getegid();
+    bool m_isPlain = !m_wasRoot;
+};
