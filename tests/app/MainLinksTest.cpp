@@ -61,6 +61,7 @@ protected:
         const auto record = [this](const QString& what, const QString& failure) {
             log << what;
             traces << window.TraceLoc;
+            wasWindowEnabled = window.isEnabled();
             disabledMeanwhile.clear();
             for (const auto* link : window.findChildren<LinkLabel*>()) {
                 if (!link->isEnabledTo(&window)) {
@@ -95,6 +96,7 @@ protected:
     QStringList log;
     QStringList traces;
     QStringList disabledMeanwhile;
+    bool wasWindowEnabled = false;
 };
 
 struct PrayerLink
@@ -163,6 +165,33 @@ TEST_F(MainLinksTest, alertsLink_tracesEachStep)
     EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
 }
 
+TEST_F(MainLinksTest, alertsLink_isDisabledInItsFirstStep_enabledInItsLast)
+{
+    class EnabledWatch final : public QObject
+    {
+    public:
+        explicit EnabledWatch(const MainForm& main)
+            : m_main(main)
+        {
+        }
+        bool eventFilter(QObject* /*watched*/, QEvent* event) override
+        {
+            if (event->type() == QEvent::EnabledChange) {
+                traces << m_main.TraceLoc;
+            }
+            return false;
+        }
+        QStringList traces;
+
+    private:
+        const MainForm& m_main;
+    } watch(window);
+    Link("LblAlertsLink").installEventFilter(&watch);
+    Desk::Click(Link("LblAlertsLink"));
+    EXPECT_EQ(watch.traces, (QStringList{QStringLiteral("FrmMain - LblAlertsLink_Click 0"),
+                                         QStringLiteral("FrmMain - LblAlertsLink_Click 5")}));
+}
+
 TEST_F(MainLinksTest, alertsLink_failures_leaveTheLastStepAndEnd)
 {
     const struct
@@ -200,6 +229,7 @@ TEST_F(MainLinksTest, locationLink_disablesTheWindowAndOpensTheList)
     Desk::Click(Link("LblLocLink"));
     EXPECT_EQ(log, QStringList{QStringLiteral("ShowLocation")});
     EXPECT_TRUE(disabledMeanwhile.contains(QStringLiteral("LblLocLink")));
+    EXPECT_FALSE(wasWindowEnabled) << "out of reach before the list opens";
     EXPECT_FALSE(window.isEnabled());
     EXPECT_TRUE(Link("LblLocLink").isEnabledTo(&window));
     EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmLocation"));
@@ -237,6 +267,27 @@ TEST_F(MainLinksTest, webLinks_openTheirPages)
     EXPECT_TRUE(window.controls.Picture2->isEnabled());
     EXPECT_EQ(platform.browser.opened.size(), 3);
     EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+}
+
+TEST_F(MainLinksTest, webLinks_takeNoClickWhileTheyOpen_theBannerDoes)
+{
+    QStringList disabled;
+    platform.browser.whileOpening = [&] {
+        disabled.clear();
+        for (const QWidget* widget : window.findChildren<QWidget*>()) {
+            if (widget->testAttribute(Qt::WA_ForceDisabled) && widget != window.controls.LblStopLink) {
+                disabled << widget->objectName();
+            }
+        }
+    };
+    for (const char* name : {"LblGetMoreLink", "LblHelp"}) {
+        Desk::Click(Link(name));
+        EXPECT_EQ(disabled, QStringList{QLatin1String(name)});
+        EXPECT_TRUE(Link(name).isEnabled());
+    }
+    Desk::Click(*window.controls.Picture2);
+    EXPECT_EQ(platform.browser.opened.size(), 3);
+    EXPECT_EQ(disabled, QStringList());
 }
 
 TEST_F(MainLinksTest, soundFiles_withoutIdentifier_openAllTheSame)

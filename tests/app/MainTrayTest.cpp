@@ -18,6 +18,18 @@ TEST_F(MainTrayTest, load_addsTheIconWithTheCaptionAsTip)
     EXPECT_TRUE(main.isVisible()) << "the program starts visible, the icon is there as well";
 }
 
+TEST_F(MainTrayTest, load_addsTheWindowsOwnIcon)
+{
+    QPixmap picture(22, 22);
+    picture.fill(Qt::darkBlue);
+    const QIcon icon(picture);
+    QApplication::setWindowIcon(icon);
+    const FrmMain& main = Start();
+    QApplication::setWindowIcon(QIcon());
+    EXPECT_EQ(platform.tray.lastIcon.cacheKey(), icon.cacheKey());
+    EXPECT_TRUE(main.isVisible());
+}
+
 TEST_F(MainTrayTest, load_withoutAUsablePlace_addsTheIcon)
 {
     WriteSettings(
@@ -55,6 +67,26 @@ TEST_F(MainTrayTest, exit_asksForTheRemovalTwiceAndUnloads)
     EXPECT_EQ(platform.tray.removed, 2);
     EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
     EXPECT_EQ(ended, 1);
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(MainTrayTest, open_ofADisabledWindow_bringsItBackDisabled_underItsDialog)
+{
+    FrmMain& main = Start();
+    main.Enable(false);
+    const PlainWindow& dialog = OpenDialog("FrmLocation");
+    main.showMinimized();
+    Desk::Settle();
+    ASSERT_FALSE(main.isVisible());
+    for (const char* state : {"hidden", "up"}) {
+        SCOPED_TRACE(state);
+        ClickMenu("mnuOpen");
+        EXPECT_TRUE(main.isVisible());
+        EXPECT_FALSE(main.isMinimized());
+        EXPECT_FALSE(main.isEnabled()) << "the dialog alone enables it again";
+        EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmLocation"));
+        EXPECT_EQ(QApplication::activeWindow(), &dialog);
+    }
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 

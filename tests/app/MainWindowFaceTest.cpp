@@ -247,6 +247,12 @@ TEST_F(MainWindowFace, windowIcon_hasSmallAndLargePictures)
     EXPECT_FALSE(QApplication::windowIcon().pixmap(16, 16).isNull());
 }
 
+TEST_F(MainWindowFace, scale_isTheOneThatThisRunIsFor)
+{
+    const QByteArray scale = qgetenv("QT_SCALE_FACTOR");
+    EXPECT_EQ(Window().devicePixelRatioF(), scale.isEmpty() ? 1.0 : scale.toDouble());
+}
+
 TEST_F(MainWindowFace, texts_fitTheirLabels)
 {
     int checked = 0;

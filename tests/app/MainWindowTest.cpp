@@ -1,8 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindowFixture.h"
+#include "fakes/PaintCount.h"
 
 #include <QFile>
+#include <QGroupBox>
+#include <QLabel>
 
 namespace {
 
@@ -86,6 +89,18 @@ TEST_F(MainWindowTest, maximised_doesNotLast)
     EXPECT_TRUE(main.isVisible());
     EXPECT_FALSE(main.isMaximized());
     EXPECT_EQ(main.size(), QSize(602, 423));
+}
+
+TEST_F(MainWindowTest, hiddenWindow_whoseStateChanges_isShownNormal)
+{
+    FrmMain& main = Start();
+    main.showMinimized();
+    Desk::Settle();
+    ASSERT_FALSE(main.isVisible());
+    main.setWindowState(Qt::WindowMaximized);
+    Desk::Settle();
+    EXPECT_TRUE(main.isVisible());
+    EXPECT_EQ(main.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), Qt::WindowNoState);
 }
 
 TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
@@ -238,6 +253,54 @@ INSTANTIATE_TEST_SUITE_P(Each, DialogInFrontTest,
                          testing::Values("FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup"),
                          [](const auto& row) { return std::string(row.param); });
 
+// The list of places waits, disabled, under the search that it has opened.
+TEST_F(MainWindowTest, disabledDialogThatTheUserRaises_givesTheOpenOneTheFocus)
+{
+    FrmMain& main = Start();
+    main.Enable(false);
+    PlainWindow& list = OpenDialog("FrmLocation");
+    list.setEnabled(false);
+    PlainWindow& search = OpenDialog("FrmNewLoc");
+    search.activateWindow();
+    Desk::Settle();
+    ASSERT_EQ(QApplication::activeWindow(), &search);
+    for (int time = 0; time < 2; ++time) {
+        search.focusRequests = 0;
+        list.raise();
+        list.activateWindow();
+        Desk::Settle();
+        EXPECT_GE(search.focusRequests, 1);
+        EXPECT_EQ(QApplication::activeWindow(), &search);
+    }
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(MainWindowTest, usableDialogThatTheUserRaises_keepsTheFocus)
+{
+    Start();
+    PlainWindow& settings = OpenDialog("FrmAlerts");
+    const PlainWindow& list = OpenDialog("FrmLocation");
+    settings.activateWindow();
+    Desk::Settle();
+    EXPECT_EQ(list.focusRequests, 0);
+    EXPECT_EQ(QApplication::activeWindow(), &settings);
+}
+
+TEST_F(MainWindowTest, locationLink_opensAListThatTakesInput)
+{
+    FrmMain& main = Start();
+    PlainWindow& list = OpenDialog("FrmLocation");
+    // As its search, still open, has left it.
+    list.setEnabled(false);
+    main.ActiveForm = FrmMain::kName;
+    Activate(main);
+    Desk::Click(*main.findChild<QWidget*>(QStringLiteral("LblLocLink")));
+    EXPECT_TRUE(list.isEnabled());
+    EXPECT_TRUE(list.isVisible());
+    EXPECT_FALSE(main.isEnabled());
+    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmLocation"));
+}
+
 TEST_F(MainWindowTest, paint_whileAnyOtherNameHasTheAttention_doesNothing)
 {
     FrmMain& main = Start();
@@ -260,24 +323,13 @@ TEST_F(MainWindowTest, paint_ofAMinimisedDialog_leavesItOnTheTaskbar)
 
 TEST_F(MainWindowTest, gotFocus_repaints)
 {
-    class PaintCount final : public QObject
-    {
-    public:
-        bool eventFilter(QObject* /*watched*/, QEvent* event) override
-        {
-            paints += event->type() == QEvent::Paint ? 1 : 0;
-            return false;
-        }
-        int paints = 0;
-    } count;
     FrmMain& main = Start();
     QApplication::setActiveWindow(nullptr);
     Desk::Settle();
-    main.installEventFilter(&count);
+    const PaintCount count(FrmMain::kName);
     QEvent activated(QEvent::WindowActivate);
     QCoreApplication::sendEvent(&main, &activated);
     EXPECT_EQ(count.paints, 1) << "at once, inside the event";
-    main.removeEventFilter(&count);
 }
 
 TEST_F(MainWindowTest, closeButton_endsWithoutAQuestion)
@@ -318,6 +370,36 @@ TEST_F(MainWindowTest, unload_takesSchedulerAndPlayerAlong)
     Desk::Settle();
     EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
     EXPECT_TRUE(platform.player.log.contains(QStringLiteral("stop")));
+}
+
+TEST_F(MainWindowTest, unloaded_whatADialogAsksOfItDoesNothing)
+{
+    FrmMain& main = Start();
+    OpenDialog("FrmAlerts");
+    main.close();
+    Desk::Settle();
+    ASSERT_FALSE(main.IsLoaded());
+    MainForm& gone = forms.Main();
+    const auto texts = [&] {
+        QStringList all;
+        for (const QLabel* label : main.findChildren<QLabel*>()) {
+            all << label->text();
+        }
+        return all << main.findChild<QGroupBox*>(QStringLiteral("PrayerFrame"))->title();
+    };
+    const QStringList before = texts();
+    gone.Settings.CityName = QStringLiteral("Cicero");
+    gone.Settings.HourMode = QStringLiteral("12");
+    platform.clock.Set(QDate(2027, 1, 1), QTime(0, 0));
+    gone.PopLocation();
+    gone.PopPrayerFrame();
+    EXPECT_EQ(texts(), before);
+    gone.Enable(false);
+    EXPECT_TRUE(main.isEnabled());
+    gone.TakeFocus();
+    EXPECT_EQ(gone.UpdateEverything(), 0);
+    EXPECT_FALSE(main.isVisible());
+    EXPECT_EQ(texts(), before);
 }
 
 TEST_F(MainWindowTest, thousandTimesMinimiseAndOpen_losesAndGrowsNothing)

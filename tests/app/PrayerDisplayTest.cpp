@@ -154,6 +154,36 @@ INSTANTIATE_TEST_SUITE_P(
                     CountDownRow{"otherWord_is24", "13", "shafi", 4, 55, "0:05"}),
     [](const testing::TestParamInfo<CountDownRow>& row) { return std::string(row.param.name); });
 
+// At high latitudes an event may not come to pass, and one of the evening may fall behind midnight.
+TEST_F(PrayerDisplayTest, absentIsha_isDoneAllDay_andReadsOneMinuteBeforeTheDay)
+{
+    calculation.slots_[9] = -1;
+    for (const auto& [hour, minute] :
+         {std::pair(0, 0), std::pair(4, 0), std::pair(12, 0), std::pair(23, 59)}) {
+        EXPECT_EQ(CountDownAt(hour, minute), QStringLiteral("Done")) << hour;
+    }
+    EXPECT_EQ(Text("LblIshaTime"), QStringLiteral("-1:59"));
+    Use("hourmode=\"24\"", "hourmode=\"12\"");
+    Window().UpdateEverything();
+    EXPECT_EQ(Text("LblIshaTime"), QStringLiteral("-1:59 AM"));
+}
+
+TEST_F(PrayerDisplayTest, ishaBehindMidnight_isDoneFromTheMinuteBehindIt)
+{
+    calculation.slots_[9] = 30;
+    EXPECT_EQ(CountDownAt(0, 29), QStringLiteral("4:31")) << "the first of the list, not the least, is next";
+    EXPECT_EQ(CountDownAt(0, 30), QStringLiteral("4:30"));
+    EXPECT_EQ(CountDownAt(0, 31), QStringLiteral("Done"));
+    EXPECT_EQ(CountDownAt(12, 0), QStringLiteral("Done"));
+}
+
+TEST_F(PrayerDisplayTest, absentFajr_isPassedOver)
+{
+    calculation.slots_[0] = -1;
+    EXPECT_EQ(CountDownAt(0, 0), QStringLiteral("6:30"));
+    EXPECT_EQ(Text("LblFarjTime"), QStringLiteral("-1:59"));
+}
+
 TEST_F(PrayerDisplayTest, thirteenHoursLeft_12_readsPM)
 {
     calculation.slots_ = {1400, 1401, -1, -1, 1402, 1403, 1404, -1, 1405, 1406};
@@ -207,6 +237,45 @@ TEST_F(PrayerDisplayTest, groups_standInTheirPlaces)
         EXPECT_EQ(at(qPrintable(QStringLiteral("Lbl%1Link").arg(QLatin1String(prayer)))), QPoint(left, 40));
         EXPECT_EQ(at(qPrintable(QStringLiteral("Lbl%1Time").arg(QLatin1String(prayer)))), QPoint(left, 56));
         left += 72;
+    }
+}
+
+TEST_F(PrayerDisplayTest, insideTheGroups_linesStandInTheirOrder)
+{
+    const struct
+    {
+        const char* group;
+        std::vector<std::vector<const char*>> lines;
+    } rows[] = {
+        {"Frame2",
+         {{"LblLocation"}, {"LblCaclMeth"}, {"LblAsrMeth", "LblDLSavings"}, {"LblTimeZ", "LblAdvWarning"}}},
+        {"FrmOptions", {{"LblLocLink"}, {"LblAlertsLink"}, {"LblHelp"}, {"LblGetMoreLink"}}},
+        {"Frame6", {{"VBSunAndMoon1"}, {"Label2"}}},
+        {"PrayerFrame",
+         {{"Label1", "LblHajri"},
+          {"LblFarjLink", "LblShuruqLink", "LblDuhrLink", "LblAsrLink", "LblMaghribLink", "LblIshaLink"},
+          {"LblFarjTime", "LblShuruqTime", "LblDuhrTime", "LblAsrTime", "LblMaghribTime", "LblIshaTime"}}},
+    };
+    for (const auto& row : rows) {
+        const auto* const group = Window().findChild<QWidget*>(QLatin1String(row.group));
+        int top = 0;
+        for (const auto& line : row.lines) {
+            int bottom = top;
+            int left = 0;
+            for (const char* name : line) {
+                SCOPED_TRACE(name);
+                const auto* const control = group->findChild<QWidget*>(QLatin1String(name));
+                ASSERT_NE(control, nullptr);
+                const QRect place = control->geometry();
+                EXPECT_GE(place.left(), left) << "from left to right";
+                EXPECT_GE(place.top(), top) << "below the line before";
+                EXPECT_EQ(place.top(), group->findChild<QWidget*>(QLatin1String(line.front()))->y());
+                EXPECT_TRUE(group->rect().contains(place));
+                left = place.right() + 1;
+                bottom = std::max(bottom, place.bottom() + 1);
+            }
+            top = bottom;
+        }
     }
 }
 

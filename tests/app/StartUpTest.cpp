@@ -3,10 +3,11 @@
 #include "MainWindowTest.h"
 #include "app/Application.h"
 #include "fakes/LockableFiles.h"
+#include "fakes/PaintCount.h"
+#include "fakes/PlainUser.h"
 #include "support/RuntimeError.h"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
@@ -77,9 +78,11 @@ TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
     windows.Register(FrmMain::kName,
                      [&] { return std::make_unique<FrmMain>(windows, platform.documents, calculation); });
     bool slept = false;
+    const PaintCount splashes(DlgStart::kName);
     process.whileAsleep = [&](int milliseconds) {
         slept = true;
         EXPECT_EQ(milliseconds, 2000);
+        EXPECT_GE(splashes.paints, 1) << "nothing paints it during the pause";
         const Form* const splash = windows.Loaded(QStringLiteral("DlgStart"));
         ASSERT_NE(splash, nullptr);
         EXPECT_TRUE(splash->isVisible());
@@ -158,11 +161,22 @@ TEST_F(StartUpTest, settingsThatAreAFolder_saysError5_andEnds)
 TEST_F(StartUpTest, settingsThatCannotBeRead_saysError5_andEnds)
 {
     ASSERT_EQ(::chmod("settings.xml", 0), 0);
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "root can read everything; the test of the file store reads as another user";
-    }
+    // Root can read everything.
+    const PlainUser user(platform.folder.path());
+    ASSERT_TRUE(user.IsPlain());
+    ASSERT_FALSE(QFile(QStringLiteral("settings.xml")).open(QIODevice::ReadOnly));
     Window();
     ExpectFatalEnd();
+}
+
+TEST_F(StartUpTest, settingsThatAPlainUserCanRead_areEnough)
+{
+    ASSERT_EQ(::chmod("settings.xml", 0444), 0);
+    const PlainUser user(platform.folder.path());
+    ASSERT_TRUE(user.IsPlain());
+    Window();
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_TRUE(IsRunning());
 }
 
 TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)

@@ -86,6 +86,9 @@ TEST_F(UpdateEverythingTest, skyComesBeforeDateAndTimes)
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(6)});
     EXPECT_TRUE(IsRunning()) << "the scheduler had been started";
     EXPECT_EQ(Text("LblLocation"), QStringLiteral("Chicago, Illinois")) << "the settings block comes first";
+    EXPECT_EQ(Window().findChild<QWidget*>(QStringLiteral("VBCompas1"))->accessibleName(),
+              QStringLiteral("Angle: 58.4"))
+        << "then the compass";
     EXPECT_EQ(DateCaption(), QStringLiteral("Date:")) << "date and times come last";
 }
 
@@ -169,10 +172,14 @@ class FatalRows : public UpdateEverythingTest, public testing::WithParamInterfac
 
 TEST_P(FatalRows, anyOtherFailure_saysError6_andEnds)
 {
-    EXPECT_EQ(Update(Changed(GetParam().before, GetParam().after)), 0);
+    EXPECT_EQ(Update(Changed(GetParam().before, GetParam().after)
+                         .replace(QStringLiteral("city=\"Chicago\""), QStringLiteral("city=\"Cicero\""))),
+              0);
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(6)});
     EXPECT_EQ(platform.process.ended, 1);
     EXPECT_TRUE(calculation.calls.isEmpty());
+    EXPECT_EQ(Text("LblLocation"), QStringLiteral("Cicero, Illinois"))
+        << "the settings block comes before the scheduler";
 }
 
 INSTANTIATE_TEST_SUITE_P(

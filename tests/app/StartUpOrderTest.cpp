@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "MainWindowTest.h"
+#include "fakes/PlainWindow.h"
+#include "store/SimpleXML.h"
+
+namespace {
+
+// What stands at each moment at which the start lets events in.
+class StartUpOrderTest : public MainWindowTest
+{
+protected:
+    StartUpOrderTest()
+    {
+        platform.http.reachable = true;
+        platform.http.replies[QStringLiteral("getAd.pl")] = "<root/>";
+        PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
+    }
+    /// Runs @p act once, inside the request for @p script.
+    void Inside(const char* script, const std::function<void()>& act)
+    {
+        platform.http.whileWaiting = [=, this] {
+            if (platform.http.requests.back().contains(QLatin1String(script))) {
+                ++seen;
+                act();
+            } else {
+                Inside(script, act);
+            }
+        };
+    }
+    [[nodiscard]] QString App(const QString& attribute) const
+    {
+        SimpleXML settings(platform.documents);
+        settings.Load(kSettingsFile);
+        return settings.GetAttribute(attribute, QStringLiteral("//root//app"));
+    }
+
+    int seen = 0;
+};
+
+TEST_F(StartUpOrderTest, attention_isTheMainWindowsBeforeTheFirstRequest)
+{
+    Inside("startup.pl", [this] {
+        EXPECT_EQ(forms.Main().ActiveForm, QStringLiteral("FrmMain"))
+            << "or alerts would be dropped meanwhile";
+        EXPECT_TRUE(IsRunning());
+        EXPECT_EQ(Text("LblLocation"), QStringLiteral("Chicago, Illinois"));
+        // An alert that comes now.
+        forms.Main().ActiveForm = QStringLiteral("FrmPopup");
+    });
+    Window();
+    EXPECT_EQ(seen, 1);
+    EXPECT_EQ(forms.Main().ActiveForm, QStringLiteral("FrmPopup")) << "not overwritten";
+}
+
+TEST_F(StartUpOrderTest, icon_isAddedBehindAllRequests)
+{
+    for (const char* script : {"startup.pl", "getAd.pl", "version.pl"}) {
+        forms.Unload(FrmMain::kName);
+        platform.tray.added = 0;
+        Inside(script, [this] {
+            EXPECT_EQ(platform.tray.added, 0);
+            EXPECT_NE(forms.Loaded(DlgStart::kName), nullptr) << "the splash stays until the end";
+        });
+        Window();
+        EXPECT_EQ(platform.tray.added, 1) << script;
+        EXPECT_EQ(forms.Loaded(DlgStart::kName), nullptr);
+    }
+    EXPECT_EQ(seen, 3);
+}
+
+TEST_F(StartUpOrderTest, icon_isAddedBehindTheQuestionForTheNewVersion)
+{
+    platform.http.replies[QStringLiteral("version.pl")] = "<root version_name='2' version_sequence='6'/>";
+    platform.boxes.whileOpen = [this] {
+        ++seen;
+        EXPECT_EQ(platform.tray.added, 0);
+    };
+    Window();
+    EXPECT_EQ(seen, 1);
+    EXPECT_EQ(platform.tray.added, 1);
+}
+
+TEST_F(StartUpOrderTest, debugMode_addsNoIcon)
+{
+    Inside("startup.pl", [this] { forms.Main().DebugMode = true; });
+    Window();
+    EXPECT_EQ(seen, 1);
+    EXPECT_EQ(platform.tray.added, 0);
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(StartUpOrderTest, identifierThatIsMissing_isAskedForAndFirstRunWritten_whateverItSaid)
+{
+    WriteSettings(Changed("FirstRun=\"false\"", "FirstRun=\"no\"")
+                      .replace(QStringLiteral("pid=\"P-77\""), QStringLiteral("pid=\"\"")));
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = "<root prod_string='P-1'/>";
+    Window();
+    EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
+    EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
+    EXPECT_EQ(forms.Main().ActiveForm, QStringLiteral("FrmLocation"));
+}
+
+} // namespace
