@@ -78,6 +78,7 @@ TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
     windows.Register(FrmMain::kName,
                      [&] { return std::make_unique<FrmMain>(windows, platform.documents, calculation); });
     bool slept = false;
+    const SlowDesktop desktop;
     const PaintCount splashes(DlgStart::kName);
     process.whileAsleep = [&](int milliseconds) {
         slept = true;

@@ -4,7 +4,10 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QExposeEvent>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
 
 /// Counts how often the window of a name is painted, also one that is only made while this looks.
 class PaintCount final : public QObject
@@ -26,4 +29,28 @@ public:
 
 private:
     QString m_name;
+};
+
+/// A desktop that asks for the picture of a new window only when the program serves events: what has been
+/// painted before is what the program has waited for.
+class SlowDesktop final : public QObject
+{
+public:
+    SlowDesktop() { QCoreApplication::instance()->installEventFilter(this); }
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() != QEvent::Expose || m_isAsking) {
+            return false;
+        }
+        QTimer::singleShot(0, watched, [this, watched] {
+            QExposeEvent due(QRect(QPoint(), static_cast<QWindow*>(watched)->size()));
+            m_isAsking = true;
+            QCoreApplication::sendEvent(watched, &due);
+            m_isAsking = false;
+        });
+        return true;
+    }
+
+private:
+    bool m_isAsking = false;
 };

@@ -18,6 +18,7 @@ repeat() {
         minimise_to_tray
         choose_open
         wait_until "round $round: not back" is_on_screen "$title"
+        wait_until "round $round: not in front" is_active 'Dusk Beacon v1.0.5'
     done
 }
 repeat 20

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/PaintCount.h"
 #include "locations/LocationsFixture.h"
 
 #include <QLabel>
@@ -73,23 +74,13 @@ TEST_F(OpenNewLocationTest, click_showsTheWaitWindowWhileTheRequestRuns)
 
 TEST_F(OpenNewLocationTest, waitWindow_isPaintedBeforeTheRequest)
 {
-    class PaintWatch final : public QObject
-    {
-    public:
-        bool eventFilter(QObject* watched, QEvent* event) override
-        {
-            hasPainted = hasPainted || (event->type() == QEvent::Paint &&
-                                        watched->objectName() == QStringLiteral("FrmWait"));
-            return false;
-        }
-        bool hasPainted = false;
-    };
-    PaintWatch watch;
-    qApp->installEventFilter(&watch);
-    bool wasPainted = false;
-    platform.http.whileWaiting = [&] { wasPainted = watch.hasPainted; };
-    ClickOn(OpenList(), "LblNewLocLink");
-    EXPECT_TRUE(wasPainted);
+    const FrmLocation& list = OpenList();
+    const SlowDesktop desktop;
+    const PaintCount count(FrmWait::kName);
+    int paints = 0;
+    platform.http.whileWaiting = [&] { paints = count.paints; };
+    ClickOn(list, "LblNewLocLink");
+    EXPECT_GE(paints, 1);
 }
 
 TEST_F(OpenNewLocationTest, searchThatClosesItself_leavesTheListInCharge)
