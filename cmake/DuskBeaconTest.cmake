@@ -20,3 +20,14 @@ function(duskbeacon_test name)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES ${properties})
 endfunction()
+
+# duskbeacon_scaled_tests(program filter): the tests of that program which the filter names, at other scales of the screen as
+# well, which are settled when a program starts. Fonts grow in steps of their own there.
+function(duskbeacon_scaled_tests program filter)
+  foreach(scale 1.25 1.5 2)
+    string(REPLACE . _ name ${scale})
+    gtest_discover_tests(${program} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
+      TEST_FILTER ${filter} TEST_PREFIX At${name}. TEST_LIST ${program}_at_${name}
+      PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_SCALE_FACTOR=${scale}")
+  endforeach()
+endfunction()

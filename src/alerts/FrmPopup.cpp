@@ -83,7 +83,7 @@ void FrmPopup::BuildControls()
     LblCurrTime->setGeometry(TwipsRect(1080, 720, 975, 255));
     LblCurrTime->setTextFormat(Qt::PlainText);
     LblCurrTime->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    // In its own width a time of eight digits would lose its edges.
+    // In its own width the widest time would lose its edges.
     QFont narrow = LblCurrTime->font();
     narrow.setStretch(QFont::SemiCondensed);
     LblCurrTime->setFont(narrow);

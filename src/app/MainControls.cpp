@@ -9,6 +9,7 @@
 
 #include <QGroupBox>
 #include <QLabel>
+#include <QPainter>
 
 namespace {
 
@@ -48,10 +49,11 @@ public:
     }
 
 protected:
-    void paintEvent(QPaintEvent* event) override
+    // Drawn here: the base class greys a picture whose window takes no input.
+    void paintEvent(QPaintEvent* /*event*/) override
     {
         MatchScreen();
-        QLabel::paintEvent(event);
+        QPainter(this).drawPixmap(contentsRect().topLeft(), pixmap());
     }
 
 private:

@@ -93,9 +93,3 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
     ShareColours(option);
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
-
-QPixmap WindowStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
-                                         const QStyleOption* option) const
-{
-    return mode == QIcon::Disabled ? pixmap : QProxyStyle::generatedIconPixmap(mode, pixmap, option);
-}

@@ -23,9 +23,6 @@ public:
                      const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
-    /// A picture stays as it is while its window takes no input.
-    [[nodiscard]] QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap,
-                                              const QStyleOption* option) const override;
 
 private:
     void ShareColours(const QStyleOption* option) const;

@@ -4,18 +4,21 @@
 
 #include "forms/Form.h"
 
-DisabledControl::DisabledControl(Form& window, QWidget& control)
+#include <utility>
+
+DisabledControl::DisabledControl(Form& window, QWidget& control, std::function<void(bool)> setEnabled)
     : m_window(window)
     , m_control(control)
+    , m_setEnabled(std::move(setEnabled))
     , m_hadFocus(window.focusWidget() == &control)
 {
-    m_control.setEnabled(false);
+    m_setEnabled(false);
     m_heir = window.focusWidget();
 }
 
 void DisabledControl::Enable()
 {
-    m_control.setEnabled(true);
+    m_setEnabled(true);
     const QWidget* const holder = m_window.focusWidget();
     if (m_hadFocus && (holder == nullptr || holder == m_heir)) {
         m_window.GiveFocus(m_control);

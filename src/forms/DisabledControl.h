@@ -5,6 +5,8 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
+
 class Form;
 
 /// A control of a window while its own work is under way: disabled, so that it can't be pressed twice.
@@ -13,13 +15,22 @@ class Form;
 class DisabledControl final
 {
 public:
-    DisabledControl(Form& window, QWidget& control);
+    /// By the control's own setEnabled: a link label has one that shows its state inside a disabled window
+    /// too.
+    template <typename Control>
+    DisabledControl(Form& window, Control& control)
+        : DisabledControl(window, control, [&control](bool enabled) { control.setEnabled(enabled); })
+    {
+    }
 
     void Enable();
 
 private:
+    DisabledControl(Form& window, QWidget& control, std::function<void(bool)> setEnabled);
+
     Form& m_window;
     QWidget& m_control;
+    std::function<void(bool)> m_setEnabled;
     bool m_hadFocus = false;
     /// Where the toolkit took the focus by itself.
     QPointer<QWidget> m_heir;

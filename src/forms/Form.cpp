@@ -112,7 +112,12 @@ void Form::Enable(bool enabled)
     }
     setEnabled(enabled);
     if (enabled && m_nextFocus != nullptr) {
-        m_nextFocus->setFocus();
+        // What had the keyboard may have been disabled meanwhile, as the stop link is at the end of a sound.
+        if (m_nextFocus->isEnabled()) {
+            m_nextFocus->setFocus();
+        } else {
+            focusNextChild();
+        }
         m_nextFocus.clear();
     }
 }

@@ -37,7 +37,7 @@ public:
     virtual void SetFocus();
     /// Lets the window take input or not. The control that had the keyboard when it was taken from the window
     /// has it back when the window takes input again.
-    void Enable(bool enabled);
+    virtual void Enable(bool enabled);
     /// Gives one of the window's controls the keyboard, or leaves it to be had once the window takes input.
     void GiveFocus(QWidget& control);
 

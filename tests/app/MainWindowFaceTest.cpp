@@ -307,9 +307,9 @@ TEST_F(MainWindowFace, texts_areReadableOnTheirGround)
     for (const QLabel* const label : Window().findChildren<QLabel*>()) {
         for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
             const QPalette colours = label->palette();
-            EXPECT_GE(
-                Contrast(colours.color(group, QPalette::WindowText), colours.color(group, QPalette::Window)),
-                kReadable)
+            EXPECT_GE(Contrast(colours.color(group, label->foregroundRole()),
+                               colours.color(group, QPalette::Window)),
+                      kReadable)
                 << qPrintable(label->objectName()) << ' ' << group;
         }
     }
@@ -323,6 +323,9 @@ TEST_F(MainWindowFace, colours_areReadableInAllControls)
             return Contrast(colours.color(group, text), colours.color(group, ground));
         };
         EXPECT_GE(contrast(QPalette::WindowText, QPalette::Window), kReadable) << group;
+        EXPECT_GE(contrast(QPalette::Link, QPalette::Window), kReadable) << group << " link";
+        EXPECT_GE(contrast(QPalette::PlaceholderText, QPalette::Window), kReadable)
+            << group << " greyed link";
         EXPECT_GE(contrast(QPalette::Text, QPalette::Base), kReadable) << group;
         EXPECT_GE(contrast(QPalette::ButtonText, QPalette::Button), kReadable) << group;
         EXPECT_GE(contrast(QPalette::HighlightedText, QPalette::Highlight), kReadable) << group;

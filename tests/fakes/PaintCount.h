@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QExposeEvent>
+#include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
@@ -42,10 +43,13 @@ public:
         if (event->type() != QEvent::Expose || m_isAsking) {
             return false;
         }
-        QTimer::singleShot(0, watched, [this, watched] {
-            QExposeEvent due(QRect(QPoint(), static_cast<QWindow*>(watched)->size()));
+        QTimer::singleShot(0, this, [this, window = QPointer(static_cast<QWindow*>(watched))] {
+            if (window.isNull()) {
+                return;
+            }
+            QExposeEvent due(QRect(QPoint(), window->size()));
             m_isAsking = true;
-            QCoreApplication::sendEvent(watched, &due);
+            QCoreApplication::sendEvent(window, &due);
             m_isAsking = false;
         });
         return true;

@@ -45,6 +45,14 @@ TEST_F(FocusTest, disabledWindow_givesTheKeyboardBackToTheControlThatHadIt)
     EXPECT_TRUE(middle.hasFocus());
 }
 
+TEST_F(FocusTest, controlDisabledMeanwhile_leavesTheKeyboardToTheNext)
+{
+    window.Enable(false);
+    middle.setEnabled(false);
+    window.Enable(true);
+    EXPECT_TRUE(last.hasFocus() || first.hasFocus());
+}
+
 TEST_F(FocusTest, windowDisabledTwice_stillKnowsTheControl)
 {
     window.Enable(false);

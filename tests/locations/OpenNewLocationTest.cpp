@@ -36,6 +36,14 @@ private:
 
 using OpenNewLocationTest = LocationsFixture;
 
+TEST_F(OpenNewLocationTest, linkOfTheListBehindTheSearch_isBlueAgain)
+{
+    OpenSearch();
+    const auto& link = Find<LinkLabel>(*forms.Loaded(FrmLocation::kName), "LblNewLocLink");
+    EXPECT_FALSE(link.isEnabled());
+    EXPECT_EQ(link.foregroundRole(), QPalette::Link);
+}
+
 TEST_F(OpenNewLocationTest, click_opensTheSearch_overTheDisabledList)
 {
     FrmLocation& list = OpenList();
