@@ -136,8 +136,10 @@ bool HasModestMarkup(const QByteArray& utf8)
             at = Behind(utf8, at, "?>");
         } else if (rest.startsWith("<!")) {
             const qsizetype end = Behind(utf8, at, ">");
-            // A reader takes a second for a few thousand declarations, and none of them is wanted.
-            if (utf8.mid(at, end - at).contains('[')) {
+            // A reader takes a second for a few thousand declarations, and none of them is wanted. Behind a
+            // quote a ">" would end nothing, and what is quoted here is a declaration elsewhere.
+            const QByteArray declaration = utf8.mid(at, end - at);
+            if (declaration.contains('[') || declaration.contains('"') || declaration.contains('\'')) {
                 return false;
             }
             at = end;

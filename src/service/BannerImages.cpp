@@ -29,6 +29,16 @@ QByteArray BytesOf(const QString& address)
                                                                          : bytes;
 }
 
+// A small file can hold minutes of decoding: pixels behind a picture's last one, or a picture in thousands of
+// steps, each of which goes over it whole. Usual are ten.
+bool IsDecodedSoon(const QByteArray& format, const QByteArray& bytes, qint64 mostPixels)
+{
+    constexpr qsizetype kMostSteps = 64;
+    // The mark of a step can't stand inside one (ITU-T T.81, B.1.1.5).
+    const bool hasFewSteps = format != "jpeg" || bytes.count("\xFF\xDA") <= kMostSteps;
+    return hasFewSteps && (format != "gif" || HasModestFrames(bytes, mostPixels));
+}
+
 } // namespace
 
 BannerImages::BannerImages(Http& http, const QStringList& addresses)
@@ -99,18 +109,14 @@ void BannerImages::Start(qsizetype number, const QByteArray& bytes)
 {
     Image& image = *m_images[static_cast<std::size_t>(number)];
     image.bytes = bytes;
-    if (bytes.isEmpty() || !Rewind(image)) {
-        return;
+    bool isShown =
+        !bytes.isEmpty() && Rewind(image) && IsDecodedSoon(image.reader->format(), bytes, kMostPixels);
+    if (isShown) {
+        const QSize size = image.reader->size();
+        image.cost = static_cast<qint64>(size.width()) * size.height() + bytes.size();
+        isShown = m_cost + image.cost <= kMostCost;
     }
-    // A small file can hold pixels for minutes of decoding, none of them inside the picture.
-    if (image.reader->format() == "gif" && !HasModestFrames(bytes, kMostPixels)) {
-        image.reader.reset();
-        image.bytes.clear();
-        return;
-    }
-    const QSize size = image.reader->size();
-    image.cost = static_cast<qint64>(size.width()) * size.height() + bytes.size();
-    if (m_cost + image.cost > kMostCost) {
+    if (!isShown) {
         image.reader.reset();
         image.bytes.clear();
         return;

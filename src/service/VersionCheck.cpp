@@ -51,8 +51,8 @@ void VersionCheck::CheckNewVersion(const bool& check)
 void VersionCheck::Check()
 {
     SimpleXML settings(m_documents);
-    // Elsewhere spelt "settings.XML", which is this file and never one beside it. Whether it loads shows when
-    // something is written to it.
+    // "settings.XML" and "settings.xml" are one file, also where both lie in the folder. Whether it loads
+    // shows when something is written to it.
     settings.Load(kSettingsFile);
     SimpleXML document(m_documents);
     document.Load(ServiceRequests::Version(m_main.Settings));

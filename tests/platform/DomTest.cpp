@@ -46,9 +46,9 @@ QByteArray Laughs()
     return text + "]><a>&l9;</a>";
 }
 
-QByteArray ManyDefaultAttributes()
+QByteArray ManyDefaultAttributes(const QByteArray& identifier)
 {
-    QByteArray text = "<!DOCTYPE a [<!ATTLIST a";
+    QByteArray text = "<!DOCTYPE a " + identifier + "[<!ATTLIST a";
     for (int i = 0; i < 50'000; ++i) {
         text += " n" + QByteArray::number(i) + " CDATA \"\"";
     }
@@ -123,7 +123,9 @@ INSTANTIATE_TEST_SUITE_P(
                 "<!DOCTYPE a [<!ENTITY e \"" + QByteArray(100'000, 'x') + "\">]><a>" +
                     QByteArray("&e;").repeated(100'000) + "</a>",
                 false},
-        LoadRow{"manyDefaultAttributes", ManyDefaultAttributes(), false},
+        LoadRow{"manyDefaultAttributes", ManyDefaultAttributes(""), false},
+        LoadRow{"manyDefaultAttributesBehindAQuote", ManyDefaultAttributes("SYSTEM \">\" "), false},
+        LoadRow{"manyDefaultAttributesBehindAnApostrophe", ManyDefaultAttributes("SYSTEM '>' "), false},
         LoadRow{"manyAttributes", ManyAttributes(), false},
         LoadRow{"manyElements", "<a>" + QByteArray("<b/>").repeated(4'000'000) + "</a>", false},
         LoadRow{"depth256", Nested(256), true}, LoadRow{"depth257", Nested(257), false},

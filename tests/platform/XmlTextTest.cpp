@@ -139,6 +139,15 @@ TEST(HasModestMarkup, attributes_upTo256)
     EXPECT_FALSE(HasModestMarkup(attributes(257)));
 }
 
+TEST(HasModestMarkup, declarations_areNone)
+{
+    EXPECT_TRUE(HasModestMarkup("<!DOCTYPE a><a b='[\"'/>"));
+    for (const char* const type :
+         {"<!DOCTYPE a []>", "<!DOCTYPE a SYSTEM \">\" []>", "<!DOCTYPE a SYSTEM '>' []>"}) {
+        EXPECT_FALSE(HasModestMarkup(QByteArray(type) + "<a/>")) << type;
+    }
+}
+
 TEST(HasModestMarkup, whatIsNoTag_doesNotCount)
 {
     const QByteArray equals(1000, '=');

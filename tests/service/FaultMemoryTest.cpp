@@ -12,6 +12,8 @@
 
 namespace {
 
+// Several times the largest reply.
+constexpr qint64 kHighestPeak = 4 * 1024 * 1024;
 constexpr qint64 kMostGrowthPerReply = 2 * 1024 * 1024 / 300;
 
 // The stand-in of the journeys, a process of its own, so that none of its memory is ours.
@@ -107,7 +109,9 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
                 replies, GetParam().how, static_cast<double>(after - before) / 1048576.0,
                 static_cast<double>(Memory::Peak() - before) / 1048576.0);
     EXPECT_LT(after - before, kMostGrowthPerReply * replies);
-    EXPECT_GE(service.Asked(replies), replies);
+    EXPECT_LT(Memory::Peak() - before, kHighestPeak);
+    // Where little time is given, a busy machine may take it all before the request has gone out.
+    EXPECT_GE(service.Asked(replies), GetParam().isEndless ? replies * 9 / 10 : replies);
     EXPECT_EQ(ReadSettings(), settings);
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }

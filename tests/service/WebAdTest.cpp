@@ -12,6 +12,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QImage>
+#include <QImageWriter>
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
@@ -154,6 +155,7 @@ TEST_F(WebAdTest, sixteenHugePicturesThatMove_takeLittleTime)
                                 .arg(QString::fromLatin1(HugeGif().toBase64()));
     Navigate(picture.repeated(16));
     ASSERT_TRUE(Becomes(Qt::red, 0, 0)) << "the first ones are shown";
+    EXPECT_EQ(At(15 * 20 + 10, 10), At(460, 55)) << "the last one is more than all may have together";
     constexpr int kWait = 2000;
     const double before = ProcessorMilliseconds();
     QTest::qWait(kWait);
@@ -195,6 +197,35 @@ QByteArray EndlessGif(int longestRows)
         gif += static_cast<char>(block.size()) + block;
     }
     return gif + QByteArray("\0;", 2);
+}
+
+// A picture in steps, the last of them again and again.
+QByteArray JpegInSteps(int repetitions)
+{
+    QImage picture(1000, 1000, QImage::Format_RGB32);
+    picture.fill(Qt::black);
+    QBuffer jpeg;
+    QImageWriter writer(&jpeg, "jpeg");
+    writer.setProgressiveScanWrite(true);
+    EXPECT_TRUE(writer.write(picture));
+    const QByteArray bytes = jpeg.data();
+    const qsizetype last = bytes.lastIndexOf("\xFF\xDA");
+    const QByteArray step = bytes.sliced(last, bytes.size() - 2 - last);
+    return bytes.first(last) + step.repeated(repetitions) + bytes.last(2);
+}
+
+TEST_F(WebAdTest, pictureInThousandsOfSteps_isNotShown)
+{
+    const auto show = [this](int repetitions) {
+        Navigate(QStringLiteral("<img width=50 height=50 src=\"data:image/jpeg;base64,%1\">text")
+                     .arg(QString::fromLatin1(JpegInSteps(repetitions).toBase64())));
+    };
+    show(1);
+    EXPECT_TRUE(Becomes(Qt::black, 25, 25));
+    const double before = ProcessorMilliseconds();
+    show(300);
+    EXPECT_LT(ProcessorMilliseconds() - before, 250.0 * kSlowness);
+    EXPECT_EQ(At(25, 25), At(400, 50));
 }
 
 TEST_F(WebAdTest, pictureWithEndlessPixels_isNotShown)
