@@ -18,6 +18,10 @@ function(duskbeacon_test name)
   if(ARG_LABELS)
     list(APPEND properties LABELS ${ARG_LABELS})
   endif()
+  # What is slow starts early, so that it isn't left alone at the end.
+  if("slow" IN_LIST ARG_LABELS)
+    list(APPEND properties COST 300)
+  endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES ${properties})
 endfunction()
 
