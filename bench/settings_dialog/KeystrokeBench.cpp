@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "LimitReporter.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/MemoryFiles.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "settings_dialog/FrmAlerts.h"
@@ -24,25 +25,6 @@ public:
     void PopPrayerFrame() override {}
     void Enable(bool /*enabled*/) override {}
     void TakeFocus() override {}
-};
-
-// One file that never reaches the disk.
-class MemoryFile final : public FileStore
-{
-public:
-    [[nodiscard]] std::optional<QByteArray> Read(const QString& /*path*/, qint64 /*limit*/) const override
-    {
-        return m_content;
-    }
-    bool Replace(const QString& /*path*/, const QByteArray& content) override
-    {
-        m_content = content;
-        return true;
-    }
-    bool Write(const QString& path, const QByteArray& content) override { return Replace(path, content); }
-
-private:
-    QByteArray m_content;
 };
 
 // The settings dialog over the file that the program is shipped with.
@@ -75,7 +57,7 @@ public:
 
 private:
     FakePlatform m_platform;
-    MemoryFile m_memory;
+    MemoryFiles m_memory;
     FileStore& m_files;
     DomDocuments m_documents{m_files, m_platform.http};
     Forms m_forms{m_platform.doors};

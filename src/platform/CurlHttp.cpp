@@ -29,7 +29,13 @@ struct CurlHttp::Job
         , done(std::move(handler))
     {
     }
-    ~Job() { QObject::disconnect(watch); }
+    ~Job()
+    {
+        QObject::disconnect(watch);
+        if (worker.joinable()) {
+            worker.join();
+        }
+    }
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
 
@@ -38,6 +44,8 @@ struct CurlHttp::Job
     QMetaObject::Connection watch;
     std::function<void(Reply)> done;
     Reply reply;
+    bool isStarted = false;
+    std::thread worker;
 };
 
 CurlHttp::CurlHttp(QByteArray certificates)
@@ -46,16 +54,14 @@ CurlHttp::CurlHttp(QByteArray certificates)
 {
     // Not undone at the end: the look-up of a name that was given up may still be running then.
     curl_global_init(CURL_GLOBAL_DEFAULT);
-    m_pool.setMaxThreadCount(kMostBackgroundThreads);
 }
 
 CurlHttp::~CurlHttp()
 {
-    m_pool.clear();
     for (const std::unique_ptr<Job>& job : m_jobs) {
         job->transfer.Cancel();
     }
-    m_pool.waitForDone();
+    m_jobs.clear();
 }
 
 bool CurlHttp::Reach(const QString& url)
@@ -96,14 +102,38 @@ void CurlHttp::FetchInBackground(const QString& url, const HttpLimits& limits, Q
 {
     auto owned = std::make_unique<Job>(url, limits, m_certificates, context, std::move(done));
     Job* const job = owned.get();
-    m_jobs.push_back(std::move(owned));
     job->watch =
         QObject::connect(context, &QObject::destroyed, m_receiver.get(), [job] { job->transfer.Cancel(); });
-    m_pool.start([this, job] {
-        job->reply = job->transfer.Run();
+    m_jobs.push_back(std::move(owned));
+    StartWaiting();
+}
+
+void CurlHttp::StartWaiting()
+{
+    for (const std::unique_ptr<Job>& job : m_jobs) {
+        if (m_running < kMostBackgroundThreads && !job->isStarted) {
+            Start(*job);
+        }
+    }
+}
+
+// With threads of its own instead of a pool's: a pool that gets no thread keeps the job, and waits for it at the end.
+void CurlHttp::Start(Job& job)
+{
+    const auto finish = [this, &job] {
         QMetaObject::invokeMethod(
-            m_receiver.get(), [this, job] { Finish(job); }, Qt::QueuedConnection);
-    });
+            m_receiver.get(), [this, &job] { Finish(&job); }, Qt::QueuedConnection);
+    };
+    job.isStarted = true;
+    ++m_running;
+    try {
+        job.worker = std::thread([&job, finish] {
+            job.reply = job.transfer.Run();
+            finish();
+        });
+    } catch (const std::system_error&) {
+        finish();
+    }
 }
 
 void CurlHttp::Finish(const Job* job)
@@ -112,6 +142,8 @@ void CurlHttp::Finish(const Job* job)
                                     [job](const std::unique_ptr<Job>& known) { return known.get() == job; });
     const std::unique_ptr<Job> finished = std::move(*found);
     m_jobs.erase(found);
+    --m_running;
+    StartWaiting();
     if (finished->context != nullptr) {
         finished->done(finished->reply);
     }

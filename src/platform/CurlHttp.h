@@ -4,8 +4,6 @@
 
 #include "platform/Http.h"
 
-#include <QThreadPool>
-
 #include <memory>
 #include <vector>
 
@@ -29,11 +27,13 @@ public:
 
 private:
     struct Job;
+    void StartWaiting();
+    void Start(Job& job);
     void Finish(const Job* job);
 
     QByteArray m_certificates;
     std::vector<std::unique_ptr<Job>> m_jobs;
-    QThreadPool m_pool;
+    int m_running = 0;
     /// Takes the calls from the threads; what it has not delivered goes with it.
     std::unique_ptr<QObject> m_receiver;
 };

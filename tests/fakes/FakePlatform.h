@@ -302,9 +302,30 @@ public:
     QString dataFolder;
 };
 
-/// Fakes behind every door but the files, which are real ones in a temporary folder that is the working
-/// directory while this object lives.
-class FakePlatform final
+/// Fakes behind every door but the files.
+template <typename Files>
+struct FakeDoors
+{
+    FakeDoors() = default;
+    FakeDoors(const FakeDoors&) = delete;
+    FakeDoors& operator=(const FakeDoors&) = delete;
+
+    FakeClock clock;
+    FakeTimers timers;
+    Files files;
+    FakeHttp http;
+    FakePlayer player;
+    FakeTray tray;
+    FakeMessageBoxes boxes;
+    FakeBrowser browser;
+    FakeRegion region;
+    FakeProcess process;
+    Platform doors{clock, timers, files, http, player, tray, boxes, browser, region, process};
+    DomDocuments documents{files, http};
+};
+
+/// With real files, in a temporary folder that is the working directory while this object lives.
+class FakePlatform final : public FakeDoors<PosixFileStore>
 {
 public:
     FakePlatform()
@@ -315,22 +336,8 @@ public:
         process.dataFolder = folder.path();
     }
     ~FakePlatform() { QDir::setCurrent(m_before); }
-    FakePlatform(const FakePlatform&) = delete;
-    FakePlatform& operator=(const FakePlatform&) = delete;
 
     QTemporaryDir folder;
-    FakeClock clock;
-    FakeTimers timers;
-    PosixFileStore files;
-    FakeHttp http;
-    FakePlayer player;
-    FakeTray tray;
-    FakeMessageBoxes boxes;
-    FakeBrowser browser;
-    FakeRegion region;
-    FakeProcess process;
-    Platform doors{clock, timers, files, http, player, tray, boxes, browser, region, process};
-    DomDocuments documents{files, http};
 
 private:
     QString m_before;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "fuzz/FuzzPlatform.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/MemoryFiles.h"
 #include "fuzz/FuzzTarget.h"
 #include "service/InternetClass.h"
 #include "support/Base64Class.h"
@@ -143,7 +144,7 @@ void CheckText(const InternetClass& internet, const QString& text)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const FuzzPlatform platform;
+    static const FakeDoors<MemoryFiles> platform;
     const InternetClass internet(platform.doors);
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     CheckCodePage(bytes);

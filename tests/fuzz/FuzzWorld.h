@@ -5,7 +5,8 @@
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
-#include "fuzz/FuzzPlatform.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/MemoryFiles.h"
 #include "fuzz/FuzzTarget.h"
 #include "store/SimpleXML.h"
 #include "support/RuntimeError.h"
@@ -96,7 +97,7 @@ public:
         }
     }
 
-    FuzzPlatform platform;
+    FakeDoors<MemoryFiles> platform;
     MemoryFiles& files = platform.files;
     DomDocuments& documents = platform.documents;
     Forms forms{platform.doors};

@@ -64,15 +64,10 @@ protected:
 
     void StartDisplay()
     {
-        // A number may be prescribed where several displays must not meet.
-        const QString number = qEnvironmentVariable("DUSKBEACON_TEST_DISPLAY");
-        QStringList arguments{QStringLiteral("-screen"),     QStringLiteral("0"),
+        const QStringList arguments{QStringLiteral("-screen"),     QStringLiteral("0"),
                               QStringLiteral("1024x768x24"), QStringLiteral("-noreset"),
                               QStringLiteral("-nolisten"),   QStringLiteral("tcp"),
                               QStringLiteral("-displayfd"),  QStringLiteral("1")};
-        if (!number.isEmpty()) {
-            arguments.prepend(number);
-        }
         display.setStandardErrorFile(QProcess::nullDevice());
         display.start(QStringLiteral("Xvfb"), arguments);
         QByteArray answer;

@@ -12,7 +12,11 @@ started=()
 
 fail() {
     echo "FAILED: $*" >&2
-    [ -z "${DISPLAY:-}" ] || import -window root "${JOURNEY_PICTURES:-$folder}/failure.png" 2>/dev/null
+    cat "$folder/log" >&2
+    if [ -n "${DISPLAY:-}" ] && [ -n "${JOURNEY_PICTURES:-}" ]; then
+        mkdir -p "$JOURNEY_PICTURES"
+        import -window root "$JOURNEY_PICTURES/failure_$(basename "$0" .sh).png" 2>/dev/null
+    fi
     exit 1
 }
 tidy_up() {
@@ -78,6 +82,9 @@ is_on_screen() { xdotool search --onlyvisible --name "$1"; }
 is_on_taskbar() { wmctrl -l | grep -q 'Dusk Beacon v1.0.5'; }
 is_minimised() { xprop -id "$window" _NET_WM_STATE | grep -q HIDDEN; }
 is_active() { xdotool getactivewindow getwindowname | grep -qx "$1"; }
+# Two links of the main window.
+click_locations() { click_at 30 155; }
+click_alerts() { click_at 30 171; }
 is_alerts_open() { is_on_screen '^Alerts$'; }
 is_list_open() { is_on_screen 'Dusk Beacon: Location'; }
 # A pop-up menu of the program, of the size of the tray icon's.

@@ -61,7 +61,7 @@ def by_zip_code(program, service, places):
     visit.answer(program, "No city found matching this Zip Code")
     # The list waits for its search: raised by hand it gives the keyboard back at once.
     subprocess.run(["wmctrl", "-F", "-a", visit.LIST], check=True)
-    time.sleep(1)  # It has the keyboard first.
+    time.sleep(1)  # The list must have had the keyboard, or the wait below proves nothing.
     screen.wait_for("the search to be in front", lambda: hands.title_in_front() == visit.SEARCH)
     assert not places.is_usable()
     search.enter("Zip Code", ["ctrl+a"], "60601")

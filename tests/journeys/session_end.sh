@@ -30,7 +30,7 @@ done
 start_program nohup
 kill -s HUP "$program"
 kill -s INT "$program"
-click_at 30 155
+click_locations
 wait_until "no list of places: ended with the terminal" is_list_open
 is_running "$program" || fail "ended with the terminal"
 end_by TERM
@@ -43,7 +43,7 @@ end_by TERM
 
 # Under the list of places, where the main window is disabled and refuses to close.
 start_program
-click_at 30 155
+click_locations
 wait_until "no list of places" is_list_open
 wmctrl -i -c "$window"
 end_by TERM

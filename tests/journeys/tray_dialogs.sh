@@ -16,7 +16,7 @@ open_and_expect() {
 }
 
 # The list of places disables the main window.
-click_at 30 155
+click_locations
 wait_until "no list of places" is_list_open
 minimise_to_tray
 open_and_expect 'Dusk Beacon: Location'
@@ -30,7 +30,7 @@ is_on_screen "$title" >/dev/null && fail "the main window came back by itself"
 open_and_expect 'Dusk Beacon v1.0.5'
 
 # The settings dialog leaves it usable.
-click_at 30 171
+click_alerts
 wait_until "no settings dialog" is_alerts_open
 minimise_to_tray
 open_and_expect Alerts

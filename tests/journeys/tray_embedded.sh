@@ -25,6 +25,7 @@ done
 over_icon
 xdotool click 1 click --repeat 2 1 click 2
 xdotool mousedown 3
+# Longer than a menu takes.
 sleep 0.3
 menu_is_open && fail "the menu opened on the press, or for another button"
 xdotool mouseup 3

@@ -35,7 +35,7 @@ kill -STOP "$tray"
 began=$SECONDS
 minimise_to_taskbar
 opens_alerts() {
-    click_at 30 171
+    click_alerts
     sleep 0.5
     is_alerts_open
 }

@@ -43,7 +43,7 @@ def goes_on(program):
     main = visit.Window(program, visit.MAIN).wait()
     assert main.is_usable() and visit.box(program) is None
     before = spine.Main(program).countdown()
-    screen.wait_for("the countdown to go on", lambda: spine.Main(program).countdown() != before)
+    screen.wait_for("the countdown to go on", lambda: spine.Main(program).countdown() not in ("", before))
 
 
 def start(folder, settings, instant, service, browser):

@@ -127,6 +127,23 @@ else
   echo "skipped: fullDisk (no right to mount)"
 fi
 
+# What only happens while somebody else is at the same folder is brought about by tools that fail in its place.
+mkdir "$work/clumsy" "$work/unnamed" "$work/vanished"
+for tool in ln mv; do
+  printf '#!/bin/sh\nexit 1\n' >"$work/clumsy/$tool"
+  chmod 755 "$work/clumsy/$tool"
+done
+out=$(run HOME="$work/unnamed" PATH="$work/clumsy:$PATH")
+check noName_isAFailure test $? -eq 1
+check noName_saysSo contains "$out" "dusk-beacon: The settings can't be put into $work/unnamed/.local/share/dusk-beacon."
+check noName_leavesNothing test -z "$(find "$work/unnamed" -type f)"
+rm "$work/clumsy/ln" "$work/clumsy/mv"
+printf '#!/bin/sh\nexec /bin/rm -r "%s"\n' "$work/vanished/.local/share/dusk-beacon" >"$work/clumsy/rm"
+chmod 755 "$work/clumsy/rm"
+out=$(run HOME="$work/vanished" PATH="$work/clumsy:$PATH")
+check vanishedFolder_isAFailure test $? -eq 1
+check vanishedFolder_saysSo contains "$out" "The folder $work/vanished/.local/share/dusk-beacon can't be entered."
+
 echo '<root shipped="3"/>' >"$shipped"
 mkdir "$work/one" "$work/two"
 run HOME="$work/one" >/dev/null &

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/GStreamerPlayer.h"
 
+#include "fakes/NoThreads.h"
+
 #include "SoundServer.h"
 #include "TestSounds.h"
 
@@ -15,7 +17,6 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -83,31 +84,6 @@ protected:
     SoundServer sound;
     std::unique_ptr<GStreamerPlayer> player;
     int stopped = 0;
-};
-
-/// While it lives no thread starts in this process: none finds room for its stack.
-class NoThreads final
-{
-public:
-    NoThreads()
-    {
-        ::pthread_getattr_default_np(&m_before);
-        pthread_attr_t attributes{};
-        ::pthread_attr_init(&attributes);
-        EXPECT_EQ(::pthread_attr_setstacksize(&attributes, std::size_t{1} << 47U), 0);
-        EXPECT_EQ(::pthread_setattr_default_np(&attributes), 0);
-        ::pthread_attr_destroy(&attributes);
-    }
-    ~NoThreads()
-    {
-        EXPECT_EQ(::pthread_setattr_default_np(&m_before), 0);
-        ::pthread_attr_destroy(&m_before);
-    }
-    NoThreads(const NoThreads&) = delete;
-    NoThreads& operator=(const NoThreads&) = delete;
-
-private:
-    pthread_attr_t m_before{};
 };
 
 class GStreamerPlayerFormat : public GStreamerPlayerTest, public testing::WithParamInterface<const char*>

@@ -11,6 +11,7 @@
 #include <QWidget>
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <csignal>
 
@@ -164,6 +165,21 @@ TEST(SessionEnd, gone_leavesTheSignalsToTheSystem)
             raise(SIGTERM);
         },
         testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(SessionEnd, noPipeToBeHad_endsWithALineOnTheTerminal)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            // Nor a core file, which nobody asked for.
+            const rlimit none{0, 0};
+            setrlimit(RLIMIT_CORE, &none);
+            setrlimit(RLIMIT_NOFILE, &none);
+            const SessionEnd sessionEnd;
+            std::_Exit(kNotEnded);
+        },
+        testing::KilledBySignal(SIGABRT), "No pipe for signals");
 }
 
 } // namespace

@@ -59,7 +59,6 @@ Http::Reply MoodyService::Fetch(const QString& url, const HttpLimits& /*limits*/
     if (whileWaiting) {
         whileWaiting(url);
     }
-    ads += url.contains(u"getAd.pl") ? 1 : 0;
     switch (mood) {
     case Mood::kGone:
         return std::nullopt;

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "fakes/MemoryFiles.h"
 #include "soak/DueAlerts.h"
 #include "soak/ProgramWorld.h"
 
-#include <map>
 #include <random>
 
 /// A service that is there, is not, talks nonsense or takes its time.
@@ -24,28 +24,29 @@ public:
     Mood mood = Mood::kWell;
     /// Runs while a request is under way, as events do.
     std::function<void(const QString& url)> whileWaiting;
-    int ads = 0;
 };
 
 /// Files of which those that are saved lie in memory: a year of saves is hard on a disk, and says nothing
 /// here.
-class MemoryFiles final : public FileStore
+class MemoryOverDisk final : public FileStore
 {
 public:
     [[nodiscard]] std::optional<QByteArray> Read(const QString& path, qint64 limit) const override
     {
-        const auto found = m_files.find(path);
-        return found == m_files.end() ? m_disk.Read(path, limit) : found->second;
+        const auto saved = m_memory.Read(path, limit);
+        return saved ? saved : m_disk.Read(path, limit);
     }
     bool Replace(const QString& path, const QByteArray& content) override
     {
-        m_files[path] = content;
-        return true;
+        return m_memory.Replace(path, content);
     }
-    bool Write(const QString& path, const QByteArray& content) override { return Replace(path, content); }
+    bool Write(const QString& path, const QByteArray& content) override
+    {
+        return m_memory.Write(path, content);
+    }
 
 private:
-    std::map<QString, QByteArray> m_files;
+    MemoryFiles m_memory;
     PosixFileStore m_disk;
 };
 
@@ -105,7 +106,7 @@ private:
 
     std::mt19937 m_random;
     MoodyService m_service;
-    MemoryFiles m_files;
+    MemoryOverDisk m_files;
     ProgramWorld m_world;
     QTemporaryDir m_copy;
     CalculationLibrary m_calculation;

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/CurlHttp.h"
+
+#include "fakes/LoopbackServer.h"
+#include "fakes/NoThreads.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr HttpLimits kShort{1024 * 1024, 300, 600};
+const Http::Reply kReply = QByteArray("<root/>");
+
+TEST(CurlHttpBackground, fetch_answersOnThisThread)
+{
+    const LoopbackServer server(LoopbackServer::Answer("<root/>"));
+    CurlHttp http;
+    QObject context;
+    std::vector<Http::Reply> replies;
+    http.FetchInBackground(server.Url(), kShort, &context, [&](const Http::Reply& reply) {
+        EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
+        replies.push_back(reply);
+    });
+    EXPECT_TRUE(replies.empty()) << "never inside the call";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !replies.empty(); }));
+    EXPECT_EQ(replies, std::vector{kReply});
+}
+
+TEST(CurlHttpBackground, fetch_failure_isToldToo)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    CurlHttp http;
+    QObject context;
+    int failures = 0;
+    http.FetchInBackground(server.Url(), kShort, &context,
+                           [&](const Http::Reply& reply) { failures += reply ? 0 : 1; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 1; }));
+}
+
+TEST(CurlHttpBackground, fetch_contextGone_endsTheTransferWithoutAWord)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    CurlHttp http;
+    auto context = std::make_unique<QObject>();
+    http.FetchInBackground(server.Url(), HttpLimits{}, context.get(),
+                           [](const Http::Reply&) { ADD_FAILURE() << "called without its context"; });
+    ASSERT_TRUE(QTest::qWaitFor([&] { return server.Requests().size() == 1; }));
+    context.reset();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
+    QCoreApplication::processEvents();
+}
+
+TEST(CurlHttpBackground, fetch_moreThanFour_takeTheirTurns)
+{
+    const LoopbackServer server(LoopbackServer::Answer("<root/>"));
+    CurlHttp http;
+    QObject context;
+    int replies = 0;
+    for (int i = 0; i < 30; ++i) {
+        http.FetchInBackground(server.Url(), kShort, &context,
+                               [&](const Http::Reply& reply) { replies += reply ? 1 : 0; });
+    }
+    EXPECT_TRUE(QTest::qWaitFor([&] { return replies == 30; }));
+}
+
+TEST(CurlHttpBackground, noThreadToBeHad_failsAndHoldsUpNoEnd)
+{
+    const LoopbackServer server(LoopbackServer::Answer("<root/>"));
+    QObject context;
+    int failures = 0;
+    {
+        CurlHttp http;
+        {
+            const NoThreads noThreads;
+            EXPECT_FALSE(http.Fetch(server.Url(), kShort));
+            for (int i = 0; i < 6; ++i) {
+                http.FetchInBackground(server.Url(), kShort, &context,
+                                       [&](const Http::Reply& reply) { failures += reply ? 0 : 1; });
+            }
+            EXPECT_EQ(failures, 0) << "never inside the call";
+            EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 6; }));
+        }
+        EXPECT_EQ(http.Fetch(server.Url(), kShort), kReply) << "the next one has a thread again";
+    }
+    EXPECT_EQ(server.Requests().size(), 1U);
+}
+
+TEST(CurlHttpBackground, fetch_destruction_endsEverythingAtOnce)
+{
+    const LoopbackServer server(LoopbackServer::Hang());
+    QObject context;
+    QElapsedTimer time;
+    {
+        CurlHttp http;
+        for (int i = 0; i < 30; ++i) {
+            http.FetchInBackground(server.Url(), HttpLimits{}, &context,
+                                   [](const Http::Reply&) { ADD_FAILURE() << "called after the end"; });
+        }
+        ASSERT_TRUE(QTest::qWaitFor([&] { return server.Requests().size() == 4; }));
+        time.start();
+    }
+    EXPECT_LT(time.elapsed(), 5000);
+    EXPECT_EQ(server.Requests().size(), 4U) << "four at a time";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
+    QCoreApplication::processEvents();
+}
+
+} // namespace
