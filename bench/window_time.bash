@@ -13,11 +13,10 @@ end() {
 trap end EXIT
 trap 'exit 1' INT TERM
 
-Xvfb -displayfd 3 -screen 0 1280x960x24 -nolisten tcp -noreset 3>"$folder/display" 2>/dev/null &
-server=$!
-until [ -s "$folder/display" ]; do sleep 0.05; done
-DISPLAY=:$(cat "$folder/display")
-export DISPLAY QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled: LC_ALL=C.UTF-8
+# shellcheck source=../scripts/display.sh
+. "$(dirname "${BASH_SOURCE[0]}")/../scripts/display.sh"
+start_display "$folder" -screen 0 1280x960x24 || { echo "$0: no virtual display" >&2; exit 1; }
+export QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled: LC_ALL=C.UTF-8
 # Nothing is behind this proxy: no time is lost on the network.
 export http_proxy=http://127.0.0.1:9 https_proxy=http://127.0.0.1:9
 

@@ -8,13 +8,10 @@ set -eu
 runtime=$(mktemp -d)
 server=
 trap 'kill $server 2>/dev/null; wait; rm -rf "$runtime"' EXIT
-Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$runtime/display" 2>/dev/null &
-server=$!
-until [ -s "$runtime/display" ]; do
-    kill -0 "$server"
-    sleep 0.05
-done
-export DISPLAY=":$(cat "$runtime/display")" XDG_RUNTIME_DIR=$runtime
+# shellcheck source=../../scripts/display.sh
+. "$(dirname "$0")/../../scripts/display.sh"
+start_display "$runtime" -screen 0 1024x768x24 || { echo "$0: no virtual display" >&2; exit 1; }
+export XDG_RUNTIME_DIR=$runtime
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
 unset DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS NO_AT_BRIDGE
 # The accessibility bus has to be there before the program looks for it.
