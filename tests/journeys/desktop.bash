@@ -4,20 +4,26 @@
 # sourced; takes the folder with the built program as first argument. Everything that is started here ends with the
 # script, by its process id.
 set -u
+# shellcheck source=../../scripts/display.sh
+. "$(dirname "$0")/../../scripts/display.sh"
 
 bin=$1
-title='^Dusk Beacon v1.0.5$'
+caption='Dusk Beacon v1.0.5'
+title="^$caption\$"
 folder=$(mktemp -d)
 started=()
 
 fail() {
     echo "FAILED: $*" >&2
     cat "$folder/log" >&2
-    if [ -n "${DISPLAY:-}" ] && [ -n "${JOURNEY_PICTURES:-}" ]; then
-        mkdir -p "$JOURNEY_PICTURES"
-        import -window root "$JOURNEY_PICTURES/failure_$(basename "$0" .sh).png" 2>/dev/null
-    fi
+    [ -z "${DISPLAY:-}" ] || picture "failure_$(basename "$0" .sh)"
     exit 1
+}
+# picture NAME: keeps one of the screen, where pictures are to be kept.
+picture() {
+    [ -n "${JOURNEY_PICTURES:-}" ] || return 0
+    mkdir -p "$JOURNEY_PICTURES"
+    import -window root "$JOURNEY_PICTURES/$1.png" 2>/dev/null
 }
 tidy_up() {
     for process in "${started[@]}"; do
@@ -53,11 +59,9 @@ not() { ! "$@"; }
 is_running() { kill -0 "$1" 2>/dev/null; }
 
 start_desktop() {
-    need Xvfb openbox xdotool wmctrl xprop
-    Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset 3>"$folder/display" >/dev/null 2>&1 &
-    started+=($!)
-    wait_until "no display" test -s "$folder/display"
-    export DISPLAY=":$(cat "$folder/display")"
+    need Xvfb openbox xdotool wmctrl xprop import
+    start_display "$folder" -screen 0 1024x768x24 || fail "no display"
+    started+=("$server")
     export QT_QPA_PLATFORM=xcb NO_AT_BRIDGE=1 HOME=$folder XDG_RUNTIME_DIR=$folder LC_ALL=C.UTF-8 TZ=UTC
     # Nothing of a journey leaves the computer.
     export http_proxy=http://127.0.0.1:9 https_proxy=http://127.0.0.1:9 no_proxy=localhost,127.0.0.1
@@ -74,12 +78,12 @@ start_program() {
     program=$last
     wait_until "no main window" finds_main_window
     # The window manager moves a new window to its place before it makes it the active one.
-    wait_until "the main window isn't active" is_active 'Dusk Beacon v1.0.5'
+    wait_until "the main window isn't active" is_active "$caption"
 }
 # A search fails where a window goes while it looks around, as the splash does.
 finds_main_window() { window=$(xdotool search --onlyvisible --name "$title") && [ -n "$window" ]; }
 is_on_screen() { xdotool search --onlyvisible --name "$1"; }
-is_on_taskbar() { wmctrl -l | grep -q 'Dusk Beacon v1.0.5'; }
+is_on_taskbar() { wmctrl -l | grep -qF "$caption"; }
 is_minimised() { xprop -id "$window" _NET_WM_STATE | grep -q HIDDEN; }
 is_active() { xdotool getactivewindow getwindowname | grep -qx "$1"; }
 # Two links of the main window.
@@ -89,6 +93,17 @@ is_alerts_open() { is_on_screen '^Alerts$'; }
 is_list_open() { is_on_screen 'Dusk Beacon: Location'; }
 # A pop-up menu of the program, of the size of the tray icon's.
 menu_is_open() { xwininfo -root -children | grep '"DuskBeacon"' | grep -qE ' 1[0-9][0-9]x[3-9][0-9]\+'; }
+# opens_menu_by COMMAND...: a window that has just been hidden may take a menu along that opens at the same instant;
+# whoever sees none asks again.
+opens_menu_by() {
+    menu_is_open && return
+    "$@" >/dev/null
+    for look in 1 2 3 4 5 6 7 8 9 10; do
+        menu_is_open && return
+        sleep 0.05
+    done
+    return 1
+}
 close_window() { wmctrl -i -c "$(xdotool search --onlyvisible --name "$1")"; }
 minimise_to_tray() {
     xdotool windowminimize "$window"
@@ -99,12 +114,12 @@ minimise_to_tray() {
 minimise_to_taskbar() {
     xdotool windowminimize "$window"
     wait_until "not minimised" is_minimised
-    # As long as hiding would take.
-    sleep 0.5
+    # Longer than hiding would take: the program may wait half a second for a panel that doesn't answer.
+    sleep 1
     is_on_taskbar || fail "hidden although no icon could bring it back"
     wmctrl -i -a "$window"
     wait_until "not back from the taskbar" not is_minimised
-    wait_until "back, but not in front" is_active 'Dusk Beacon v1.0.5'
+    wait_until "back, but not in front" is_active "$caption"
 }
 # Kilobytes and open files of the program.
 resident() { sed -n 's/^VmRSS:[^0-9]*\([0-9]*\).*/\1/p' "/proc/$program/status"; }

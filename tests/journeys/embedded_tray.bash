@@ -37,20 +37,9 @@ over_icon() {
     read -r x y <<<"$resting_place"
     xdotool mousemove $((x + 8)) $((y + 8))
 }
-# A window that has just been hidden may take a menu along that opens at the same instant; whoever sees none clicks
-# again.
-opens_menu() {
-    menu_is_open && return
-    xdotool click 3
-    for look in 1 2 3 4 5 6 7 8 9 10; do
-        menu_is_open && return
-        sleep 0.05
-    done
-    return 1
-}
 open_menu() {
     over_icon
-    wait_until "no menu" opens_menu
+    wait_until "no menu" opens_menu_by xdotool click 3
 }
 choose() {
     open_menu

@@ -20,6 +20,7 @@ wait_until "no settings dialog" is_alerts_open
 # The dialog takes the focus back whenever the main window gets it.
 wmctrl -i -a "$window"
 wait_until "the dialog isn't in front" is_active Alerts
+picture main_links_settings
 wmctrl -i -c "$(xdotool search --onlyvisible --name '^Alerts$')"
 wait_until "the settings dialog stays" not is_alerts_open
 
@@ -43,6 +44,7 @@ wmctrl -i -c "$window"
 click_alerts
 wmctrl -i -a "$window"
 wait_until "the list isn't in front" is_active 'Dusk Beacon: Location'
+picture main_links_places
 is_on_screen "$title" >/dev/null || fail "the disabled window was closed"
 is_alerts_open >/dev/null && fail "a disabled link took a click"
 wmctrl -i -c "$list"

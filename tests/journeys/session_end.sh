@@ -39,6 +39,7 @@ end_by TERM
 start "$folder/program/DuskBeacon"
 program=$last
 wait_until "no window yet" xdotool search --onlyvisible --class DuskBeacon
+picture session_end_loading
 end_by TERM
 
 # Under the list of places, where the main window is disabled and refuses to close.
@@ -46,5 +47,6 @@ start_program
 click_locations
 wait_until "no list of places" is_list_open
 wmctrl -i -c "$window"
+picture session_end_places
 end_by TERM
 exit 0

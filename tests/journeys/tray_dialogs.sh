@@ -21,24 +21,26 @@ wait_until "no list of places" is_list_open
 minimise_to_tray
 open_and_expect 'Dusk Beacon: Location'
 open_and_expect 'Dusk Beacon: Location'
+picture tray_dialogs_places
 wmctrl -i -c "$window"
 minimise_to_tray
 is_running "$program" || fail "the disabled window was closed"
 close_window 'Dusk Beacon: Location'
 wait_until "the list stays" not is_list_open
 is_on_screen "$title" >/dev/null && fail "the main window came back by itself"
-open_and_expect 'Dusk Beacon v1.0.5'
+open_and_expect "$caption"
 
 # The settings dialog leaves it usable.
 click_alerts
 wait_until "no settings dialog" is_alerts_open
 minimise_to_tray
 open_and_expect Alerts
+picture tray_dialogs_settings
 dialog=$(xdotool search --onlyvisible --name '^Alerts$')
 xdotool windowminimize "$dialog"
 wait_until "the dialog isn't minimised" not is_alerts_open
 minimise_to_tray
-open_and_expect 'Dusk Beacon v1.0.5'
+open_and_expect "$caption"
 is_alerts_open >/dev/null && fail "the dialog left the taskbar"
 wmctrl -i -a "$dialog"
 wait_until "the dialog isn't back" is_alerts_open

@@ -16,22 +16,41 @@ for round in 1 2 3 4 5; do
     minimise_to_tray
     choose_open
     wait_until "round $round: not back" is_on_screen "$title"
-    wait_until "round $round: not in front" is_active 'Dusk Beacon v1.0.5'
+    wait_until "round $round: not in front" is_active "$caption"
     is_minimised && fail "round $round: back, but not in normal state"
 done
 
 # Only the right button acts, and only when it comes up. The menu that opens last proves that all the events before
 # have been served.
-over_icon
-xdotool click 1 click --repeat 2 1 click 2
-xdotool mousedown 3
-# Longer than a menu takes.
-sleep 0.3
-menu_is_open && fail "the menu opened on the press, or for another button"
-xdotool mouseup 3
-wait_until "no menu on the release" menu_is_open
-xdotool key Escape
-wait_until "the menu stays" not menu_is_open
+press_all_buttons() {
+    over_icon
+    xdotool click 1 click --repeat 2 1 click 2
+    xdotool mousedown 3
+    # Longer than a menu takes.
+    sleep 0.3
+    menu_is_open && fail "the menu opened on the press, or for another button"
+    xdotool mouseup 3
+    wait_until "no menu on the release" menu_is_open
+}
+leave_menu() {
+    xdotool key Escape
+    wait_until "the menu stays" not menu_is_open
+}
+press_all_buttons
+is_on_screen "$title" >/dev/null || fail "another button took the window away"
+is_minimised && fail "another button minimised the window"
+picture tray_embedded_menu
+leave_menu
+minimise_to_tray
+# The hiding may take along the first menu after it.
+open_menu
+leave_menu
+press_all_buttons
+is_on_screen "$title" >/dev/null && fail "another button brought the window back"
+is_on_taskbar && fail "another button brought the window back to the taskbar"
+leave_menu
+choose_open
+wait_until "not back" is_on_screen "$title"
 
 # Hidden, and the tray restarts: the icon is there again and leads back.
 minimise_to_tray

@@ -18,7 +18,7 @@ repeat() {
         minimise_to_tray
         choose_open
         wait_until "round $round: not back" is_on_screen "$title"
-        wait_until "round $round: not in front" is_active 'Dusk Beacon v1.0.5'
+        wait_until "round $round: not in front" is_active "$caption"
     done
 }
 repeat 20
@@ -29,6 +29,7 @@ echo "figure: $rounds times minimise and Open, $2 tray: resident $kilobytes kB b
     "$files open files before, $(open_files) after"
 [ $(($(resident) - kilobytes)) -le 1024 ] || fail "grown from $kilobytes to $(resident) kB"
 [ "$(open_files)" -le "$files" ] || fail "from $files to $(open_files) open files"
+picture "tray_rounds_$2"
 choose_exit
 ended_with 0
 exit 0
