@@ -6,74 +6,67 @@ a request hangs. The wall clock leaps to the instants that matter."""
 import os
 import sys
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import visit  # noqa: E402
-import day_journey as day  # noqa: E402
-import hands  # noqa: E402
-import screen  # noqa: E402
-import service_faults_journey as faults  # noqa: E402
-import spine_journey as spine  # noqa: E402
-from hands import BUTTON, LINK  # noqa: E402
+import boxes
+import hands
+import main_window
+import own_network
+import screen
+import stand_in
+import wall_clock
+from hands import BUTTON, LINK
 
-SETTINGS = spine.SETTINGS.replace(
+SETTINGS = main_window.SETTINGS.replace(
     'mobileEnabled="false" mobileDID="" mobilePC=""', 'mobileEnabled="true" mobileDID="D-1" mobilePC="4711"')
+# Ten seconds before the countdown changes.
+INSTANT = "2026-03-20 09:30:50"
 AT_PRAYER = ["prayerCall.pl", "getAd.pl"]
 OFFLINE = ("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.")
 REGISTERED = "Welcome, your device is registered."
 
 
-def with_alerts(popup=(), silent=(), warning=None):
-    settings = SETTINGS
-    for prayer in (*popup, *silent):
-        settings = settings.replace(f'<{prayer} enabled="false" popup="false"',
-                                    f'<{prayer} enabled="true" popup="{str(prayer in popup).lower()}"')
-    if warning is not None:
-        settings = settings.replace('useAdvWarn="false" advWarn="10"', f'useAdvWarn="true" advWarn="{warning}"')
-    return settings
-
-
-def close_popup(program, title):
+def close_popup(program, title, name):
     popup = hands.Window(program, title).wait()
     assert hands.is_titled("Dusk Beacon Alert")
+    hands.picture("alert_faults_" + name)
     popup.click(BUTTON, "OK")
-    screen.wait_for("the popup to close", lambda: not popup.is_open())
+    popup.wait_gone()
 
 
 def due_at_the_start(folder, service, times, script):
     """The main window is not there yet; its prayer is announced all the same."""
-    duhr = spine.minutes(times[2])
-    clock = day.FastClock()
+    duhr = main_window.minutes(times[2])
+    clock = wall_clock.FastClock()
     service.forget()
     service.fault("hang", script)
-    with day.start(folder, with_alerts(popup=["duhr"]), clock, duhr * 60 - 600) as program:
+    with wall_clock.start(folder, main_window.with_alerts(popup=["duhr"]), clock, duhr * 60 - 600) as program:
         clock.started(program.process)
         screen.wait_for(script, lambda: service.requests(script))
         assert not service.requests("prayerCall.pl")
         clock.run(duhr * 60 - 3, 1)
-        close_popup(program, "Prayer Time: Duhr: " + times[2])
+        close_popup(program, "Prayer Time: Duhr: " + times[2], "at_the_start")
         screen.wait_for("the call", lambda: service.requests("prayerCall.pl"))
-        assert not visit.Window(program, visit.MAIN).is_open(), "the start was not waiting any more"
+        assert not hands.Window(program, main_window.TITLE).is_open(), "the start was not waiting any more"
         service.fault("ok", script)
-        visit.Window(program, visit.MAIN).wait()
-        spine.Main(program)
+        hands.Window(program, main_window.TITLE).wait()
+        main_window.Main(program)
 
 
 def due_at_a_prayer(folder, service, times):
     """A request of one prayer hangs when the warning before the next one is due, a minute later."""
-    shuruq, duhr = (spine.minutes(text) for text in times[1:3])
-    clock = day.FastClock()
-    settings = with_alerts(silent=["shuruq", "duhr"], warning=duhr - shuruq - 1)
-    with day.start(folder, settings, clock, shuruq * 60 - 600) as program:
+    shuruq, duhr = (main_window.minutes(text) for text in times[1:3])
+    clock = wall_clock.FastClock()
+    settings = main_window.with_alerts(silent=["shuruq", "duhr"], warning=duhr - shuruq - 1)
+    with wall_clock.start(folder, settings, clock, shuruq * 60 - 600) as program:
         clock.started(program.process)
-        main = spine.Main(program)
+        main = main_window.Main(program)
         for script in AT_PRAYER:
             service.forget()
             service.fault("hang", script)
             clock.run(shuruq * 60 - 3, 1)
             screen.wait_for(script, lambda: service.requests(script))
             clock.run(shuruq * 60 + 58, 1)
-            close_popup(program, "Advanced Alert Duhr " + times[2])
-            main.wait("the countdown to go on", lambda m: m.countdown() == spine.clock(duhr - shuruq - 1))
+            close_popup(program, "Advanced Alert Duhr " + times[2], script.partition(".")[0])
+            main.wait("the countdown to go on", lambda m: m.countdown() == main_window.clock(duhr - shuruq - 1))
             assert len(service.requests(script)) == 1
             service.fault("ok", script)
             screen.wait_for("the ad", lambda: service.requests("getAd.pl"))
@@ -82,23 +75,23 @@ def due_at_a_prayer(folder, service, times):
 
 def at_each_prayer(folder, service, times):
     """The same prayer again and again, each time with another fault."""
-    duhr = spine.minutes(times[2])
-    clock = day.FastClock()
-    with day.start(folder, with_alerts(silent=["duhr"]), clock, duhr * 60 - 600) as program:
+    duhr = main_window.minutes(times[2])
+    clock = wall_clock.FastClock()
+    with wall_clock.start(folder, main_window.with_alerts(silent=["duhr"]), clock, duhr * 60 - 600) as program:
         clock.started(program.process)
-        main = spine.Main(program)
+        main = main_window.Main(program)
         before = hands.Settings(program).read()
-        for how in faults.UNREADABLE + faults.READABLE:
+        for how in stand_in.UNREADABLE + stand_in.READABLE:
             os.remove(os.path.join(program.folder, "temp.html"))
             service.forget()
             service.fault(how, *AT_PRAYER)
             clock.run(duhr * 60 - 1, 1)
             screen.wait_for(f"{how} to be over", lambda: os.path.exists(os.path.join(program.folder, "temp.html")))
             assert all(service.requests(script) for script in AT_PRAYER), service.asked()
-            expected = faults.DEFAULT_AD if how in faults.UNREADABLE else faults.SERVICE_AD
-            screen.wait_for(expected, lambda: faults.advertisement(program) == f"<html>{expected}</html>")
-            assert service.refusals() == (2 if how == "certificate" else 0), service.refusals()
-            assert visit.box(program) is None
+            expected = main_window.DEFAULT_AD if how in stand_in.UNREADABLE else stand_in.AD
+            screen.wait_for(expected, lambda: main_window.advertisement(program) == f"<html>{expected}</html>")
+            service.check_refusals(2 if how == "certificate" else 0)
+            assert boxes.box(program) is None
             print("  ", how, flush=True)
         clock.run(duhr * 60 - 60, 1)
         main.wait("the minute before", lambda m: m.countdown() == "0:01")
@@ -109,19 +102,19 @@ def at_each_prayer(folder, service, times):
 def sign_ups(folder, service):
     """One fault at each registration; the dialog stays as it was, or has the reply."""
     service.reply(result="0", message=REGISTERED)
-    with hands.Program(folder, SETTINGS, faults.INSTANT, hands.Service.environment()) as program:
-        main = spine.Main(program)
-        hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+    with hands.Program(folder, SETTINGS, INSTANT, stand_in.Service.environment()) as program:
+        main = main_window.Main(program)
+        hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
         dialog = hands.Window(program, "Alerts").wait()
         dialog.click(LINK, "Mobile Alert")
         countdown = main.countdown()
-        for how in faults.UNREADABLE + faults.READABLE:
+        for how in stand_in.UNREADABLE + stand_in.READABLE:
             before = hands.Settings(program).read()
             service.fault(how, "confirmSignup.pl")
             dialog.click(BUTTON, "Register")
-            visit.answer(program, OFFLINE if how in faults.UNREADABLE else REGISTERED)
+            boxes.answer(program, OFFLINE if how in stand_in.UNREADABLE else REGISTERED)
             assert dialog.is_live(BUTTON, "Register"), how
-            if how in faults.UNREADABLE:
+            if how in stand_in.UNREADABLE:
                 assert hands.Settings(program).read() == before, how
             print("  ", how, flush=True)
         service.forget()
@@ -130,21 +123,21 @@ def sign_ups(folder, service):
         screen.wait_for("the question", lambda: service.requests("confirmSignup.pl"))
         main.wait("the countdown to go on", lambda m: m.countdown() not in ("", countdown))
         dialog.close()
-        screen.wait_for("the dialog to close", lambda: not dialog.is_open())
+        dialog.wait_gone()
         before = hands.Settings(program).read()
         service.reply(result="1", message=REGISTERED)
         service.fault("ok", "confirmSignup.pl")
-        screen.wait_for("the main window to be usable", visit.Window(program, visit.MAIN).is_usable)
-        hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+        screen.wait_for("the main window to be usable", hands.Window(program, main_window.TITLE).is_usable)
+        hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
         hands.Window(program, "Alerts").wait()
-        assert visit.box(program) is None and hands.Settings(program).read() == before, "nobody waits for that reply"
+        assert boxes.box(program) is None and hands.Settings(program).read() == before, "nobody waits for that reply"
 
 
 def main():
     folder = os.path.abspath(sys.argv[1])
-    with hands.Desktop(), visit.Service(version_name="") as service:
-        with hands.Program(folder, SETTINGS, faults.INSTANT, hands.Service.environment()) as program:
-            times = spine.Main(program).times()
+    with hands.Desktop(), stand_in.Service(version_name="") as service:
+        with hands.Program(folder, SETTINGS, INSTANT, stand_in.Service.environment()) as program:
+            times = main_window.Main(program).times()
         print("due at the start", flush=True)
         due_at_the_start(folder, service, times, "startup.pl")
         print("due at a prayer", flush=True)
@@ -157,6 +150,6 @@ def main():
 
 
 if __name__ == "__main__":
-    visit.under_own_network()
+    own_network.under_own_network()
     screen.under_own_session()
     main()

@@ -9,14 +9,14 @@ import os
 import re
 import sys
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import visit  # noqa: E402
-import day_journey as day  # noqa: E402
-import hands  # noqa: E402
-import screen  # noqa: E402
-import sound  # noqa: E402
-import spine_journey as spine  # noqa: E402
-from hands import BAR, BOX, BUTTON, LINK, OPTION  # noqa: E402
+import hands
+import main_window
+import own_network
+import screen
+import sound
+import stand_in
+import wall_clock
+from hands import BAR, BOX, BUTTON, LINK, OPTION
 
 DIALOG, ALERT = "Alerts", "Dusk Beacon Alert"
 DATE = datetime.date(2026, 3, 20)
@@ -38,7 +38,7 @@ class Opened:
 
     def __init__(self, program, link):
         self._program = program
-        self.main = hands.Window(program, spine.MAIN)
+        self.main = hands.Window(program, main_window.TITLE)
         self.main.click(LINK, link)
         self.dialog = hands.Window(program, DIALOG).wait()
         self.settings = hands.Settings(program)
@@ -46,8 +46,8 @@ class Opened:
 
     def _labels(self):
         # The countdown goes with the clock.
-        return [text for text in self._program.texts(spine.MAIN) if not re.fullmatch(r"-?\d+:\d\d( [AP]M)?", text)
-                ] + spine.Main(self._program).times()
+        return [text for text in self._program.texts(main_window.TITLE) if not re.fullmatch(r"-?\d+:\d\d( [AP]M)?", text)
+                ] + main_window.Main(self._program).times()
 
     def close(self, by_button=True):
         now = self._labels()
@@ -56,28 +56,17 @@ class Opened:
             self.dialog.click(BUTTON, "Close")
         else:
             self.dialog.close()
-        screen.wait_for("the dialog to close", lambda: not self.dialog.is_open())
+        self.dialog.wait_gone()
 
 
-def in_minutes(text):
-    """Minutes of the day from a shown time; the hour from 12:00 on reads AM in the 12-hour form."""
-    clock, _, half = text.partition(" ")
-    found = spine.minutes(clock)
-    return found + 720 if half == "PM" else found
-
-
-def check_times(main, angles, shadow_length=1, zone=spine.ZONE):
-    # The scheduler takes whole degrees, a half to the even neighbour.
-    whole = [round(angle) for angle in angles]
-    shown = main.times()
-    for name, text, expected in zip(spine.PRAYERS, shown, spine.expected_times(DATE, whole, shadow_length, zone)):
-        assert abs(in_minutes(text) - expected) <= 1.5, f"{name} {text}, expected about {spine.clock(round(expected))}"
-    print("  times", *shown, flush=True)
-    return shown
+def check_times(main, angles, shadow_length=1, zone=main_window.ZONE):
+    main_window.check_times(main, DATE, angles, shadow_length, zone)
+    print("  times", *main.times(), flush=True)
+    return main.times()
 
 
 def methods(program):
-    main = spine.Main(program)
+    main = main_window.Main(program)
     for name, (fajr, isha) in METHODS:
         opened = Opened(program, "Alerts")
         opened.dialog.choose(name + ":")
@@ -107,12 +96,12 @@ def angles_of_the_user(program):
     dialog.enter(isha, ["End", "BackSpace", "2"], "")
     opened.settings.wait("angle2", "-17.2")
     # What isn't a number goes back at the very keystroke.
-    hands.mouse("key", "x")
-    hands.mouse("key", "Home", "Right", "Delete", "Delete", "1", "4")
+    hands.xdotool("key", "x")
+    hands.xdotool("key", "Home", "Right", "Delete", "Delete", "1", "4")
     opened.settings.wait("angle2", "-14.2")
     hands.picture("dialog_user_angles", dialog)
     opened.close()
-    main = spine.Main(program)
+    main = main_window.Main(program)
     main.wait("User Defined", lambda m: m.has("Calculation Method: User Defined"))
     check_times(main, (-16, -14.2))
 
@@ -133,12 +122,12 @@ def rest_of_the_general_page(program):
         dialog.click(BAR, "Minutes of advanced alert", LOWER)
         settings.wait("advWarn", value)
     opened.close()
-    main = spine.Main(program)
+    main = main_window.Main(program)
     main.wait("hanafi", lambda m: m.has("Asr Method: hanafi"))
-    texts = program.texts(spine.MAIN)
+    texts = program.texts(main_window.TITLE)
     for text in ("Day Light Savings is: On", "Advanced Warning: On, 27 Minutes", "Time Zone: -6"):
         assert text in texts, (text, texts)
-    shown = check_times(main, (-16, -14.2), 2, spine.ZONE + 1)
+    shown = check_times(main, (-16, -14.2), 2, main_window.ZONE + 1)
     assert all(re.fullmatch(r"\d{1,2}:\d\d [AP]M", text) for text in shown), shown
 
 
@@ -189,42 +178,41 @@ def pages(program):
 
 def alerts(folder, settings, shown):
     """The day of those choices, with the clock put forward from one prayer to the next."""
-    clock = day.FastClock()
-    with visit.Service(ad="", version_name="") as service, sound.Server() as server:
+    clock = wall_clock.FastClock()
+    with stand_in.Service(ad="", version_name="") as service, sound.Server() as server:
         environment = {**server.environment(), "LD_PRELOAD": glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")[0]}
-        with day.start(folder, settings, clock, 3600, environment, write_sounds) as program:
+        with wall_clock.start(folder, settings, clock, 3600, environment, write_sounds) as program:
             clock.started(program.process)
-            spine.Main(program)
+            main_window.Main(program)
             for number, prayer in enumerate(PAGES[2:]):
-                minute = in_minutes(shown[number])
+                minute = main_window.minutes(shown[number])
                 if prayer == "Shuruq":
                     # The warning looks at no more than whether the alert is on.
-                    clock.run((minute - 27) * 60 - day.LEAD, 1)
+                    clock.run((minute - 27) * 60 - wall_clock.LEAD, 1)
                     popup(program, f"Advanced Alert Shuruq {shown[number]}", "alert_shuruq_27")
-                clock.run(minute * 60 - day.LEAD, 1)
+                clock.run(minute * 60 - wall_clock.LEAD, 1)
                 at_prayer(program, service, server, number, shown)
 
 
 def at_prayer(program, service, server, number, shown):
     """What was chosen happens and nothing else."""
-    prayer, minute = PAGES[2:][number], in_minutes(shown[number])
+    prayer, minute = PAGES[2:][number], main_window.minutes(shown[number])
     sent = screen.wait_for(f"the request of {prayer}", lambda: service.requests("prayerCall.pl")[number:])
     kind = "Normal" if chosen(number)[1] else "Quite"
-    expected = (f"/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-77&aid=US-1&pno={number + 1}&alert_type={kind}&ma=0"
-                f"&dist_string=dbeacon&time={spine.clock(minute)}&aid=US-1")
+    expected = stand_in.prayer_call("P-77", number + 1, main_window.clock(minute), kind)
     assert sent == [expected], (sent, expected)
     if chosen(number)[0]:
         popup(program, f"Prayer Time: {prayer}: {shown[number]}", f"alert_{prayer.lower()}_0")
     assert not hands.is_titled(ALERT), prayer
-    main = hands.Window(program, spine.MAIN)
+    main = hands.Window(program, main_window.TITLE)
     if chosen(number)[1]:
         screen.wait_for(f"the sound of {prayer}", lambda: server.hears(TONES[prayer]))
         print("  sound", prayer, TONES[prayer], flush=True)
         main.click(LINK, "Stop Playing")
     elif prayer != PAGES[-1]:
         # In the prayer's own minute the countdown runs to the next. Here it goes through the clock's form.
-        left = in_minutes(shown[number + 1]) - minute
-        spine.Main(program).wait("the minute of the prayer", lambda m: m.countdown() == spine.clock(left) + " AM")
+        left = main_window.minutes(shown[number + 1]) - minute
+        main_window.Main(program).wait("the minute of the prayer", lambda m: m.countdown() == main_window.clock(left) + " AM")
     screen.wait_for("silence", server.is_silent)
     assert not main.is_live(LINK, "Stop Playing"), prayer
 
@@ -238,7 +226,7 @@ def popup(program, text, name):
     print("  alert", shown.title, flush=True)
     hands.picture(name, shown)
     shown.click(BUTTON, "OK")
-    screen.wait_for("the popup to close", lambda: not shown.is_open())
+    shown.wait_gone()
 
 
 def write_sounds(program):
@@ -249,19 +237,19 @@ def write_sounds(program):
 def main():
     folder = os.path.abspath(sys.argv[1])
     with hands.Desktop():
-        with hands.Program(folder, spine.SETTINGS, INSTANT) as program:
+        with hands.Program(folder, main_window.SETTINGS, INSTANT) as program:
             # The first one comes with the first tick.
-            spine.Main(program).wait("the countdown", lambda m: m.countdown())
+            main_window.Main(program).wait("the countdown", lambda m: m.countdown())
             for step in (methods, angles_of_the_user, rest_of_the_general_page, prayers, pages):
                 print(step.__name__, flush=True)
                 step(program)
-            settings, shown = hands.Settings(program).read(), spine.Main(program).times()
+            settings, shown = hands.Settings(program).read(), main_window.Main(program).times()
         print("alerts", flush=True)
         alerts(folder, settings, shown)
     print("all as it should be")
 
 
 if __name__ == "__main__":
-    visit.under_own_network()
+    own_network.under_own_network()
     screen.under_own_session()
     main()

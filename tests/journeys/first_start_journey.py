@@ -6,10 +6,12 @@ import os
 import sys
 import xml.etree.ElementTree
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import visit  # noqa: E402
-import hands  # noqa: E402
-import screen  # noqa: E402
+import hands
+import main_window
+import own_network
+import place_windows
+import screen
+import stand_in
 
 SHIPPED = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "data", "settings.xml")
 START = "/cgi-bin/dbeacon/"
@@ -39,9 +41,9 @@ def as_before_but(settings, now, **changed):
 
 def opens_the_list(program):
     """The list in front of a main window that takes nothing until it is closed."""
-    places, main = visit.Window(program, visit.LIST).wait(), visit.Window(program, visit.MAIN).wait()
+    places, main = place_windows.Window(program, place_windows.LIST).wait(), hands.Window(program, main_window.TITLE).wait()
     assert not main.is_usable()
-    screen.wait_for("the list to be in front", lambda: hands.title_in_front() == visit.LIST)
+    screen.wait_for("the list to be in front", lambda: hands.title_in_front() == place_windows.LIST)
     places.close()
     places.wait_gone()
     screen.wait_for("the main window to be usable", main.is_usable)
@@ -49,8 +51,8 @@ def opens_the_list(program):
 
 def opens_no_list(program):
     # The list would have come before the main window.
-    main = visit.Window(program, visit.MAIN).wait()
-    assert main.is_usable() and not program.window(visit.LIST)
+    main = hands.Window(program, main_window.TITLE).wait()
+    assert main.is_usable() and not program.window(place_windows.LIST)
 
 
 def without_network(folder, shipped):
@@ -58,12 +60,12 @@ def without_network(folder, shipped):
         opens_the_list(program)
         hands.picture("first_start_without_network")
         assert hands.Settings(program).read() == shipped
-        assert visit.app(program.settings)[0] == {"FirstRun": "true", "pid": "", "dist": "dbeacon"}
+        assert hands.Settings(program).attributes("app") == {"FirstRun": "true", "pid": "", "dist": "dbeacon"}
 
 
 def service_without_network(folder, shipped):
     """At the first start the identifier is asked for whatever the probe says; nothing else is."""
-    with visit.Service() as service:
+    with stand_in.Service() as service:
         service.fault("refuse", "probe")
         with hands.Program(folder, shipped, environment=service.environment()) as program:
             opens_the_list(program)
@@ -72,9 +74,9 @@ def service_without_network(folder, shipped):
 
 
 def with_network(folder, shipped):
-    with visit.Service() as service:
+    with stand_in.Service() as service:
         with hands.Program(folder, shipped, environment=service.environment()) as program:
-            visit.Window(program, visit.LIST).wait()
+            place_windows.Window(program, place_windows.LIST).wait()
             hands.picture("first_start_with_network")
             service.check_asked([f"{START}requestProdID.pl?dist=dbeacon", *expected_requests(shipped, "P-1001")])
             # Before the first request, the advertisement and the question for a new version.
@@ -95,7 +97,7 @@ def without_identifier(folder, known):
     """Started before but with no identifier: it is asked for where there is a network, and only there."""
     lost = known.replace(b'pid="P-1001"', b'pid=""')
     assert lost != known
-    with visit.Service(prod_string="P-2002") as service:
+    with stand_in.Service(prod_string="P-2002") as service:
         with hands.Program(folder, lost, environment=service.environment()) as program:
             opens_the_list(program)
             service.check_asked([f"{START}requestProdID.pl?dist=dbeacon", *expected_requests(lost, "P-2002")])
@@ -123,6 +125,6 @@ def main():
 
 
 if __name__ == "__main__":
-    visit.under_own_network()
+    own_network.under_own_network()
     screen.under_own_session()
     main()

@@ -1,22 +1,17 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The hands of a journey: mouse and keys on the controls that screen.py reads, pictures, the settings file, and the
-service that the program talks to.
+"""The hands of a journey: mouse and keys on the controls that screen.py reads, pictures, and the settings file.
 
 Needs openbox, xdotool and ImageMagick's import beside what screen.py needs.
 """
 import os
 import subprocess
 import sys
-import threading
-import urllib.parse
-import urllib.request
 import xml.etree.ElementTree
 
 import screen
 from screen import Atspi, GLib
 
-SERVICE_PORT = 8750  # of the program's default base address
 BOX, OPTION, LINK, BUTTON = "check box", "radio button", "link", "button"
 BAR, FIELD = "slider", "text"
 
@@ -50,7 +45,7 @@ class Window:
     """The controls of one window of the program, by role and name."""
 
     def __init__(self, program, title):
-        self._program = program
+        self.program = program
         self.title = title
 
     def wait(self):
@@ -58,19 +53,29 @@ class Window:
         return self
 
     def is_open(self):
-        window = self._program.window(self.title)
+        window = self.program.window(self.title)
         try:
             return window is not None and window.get_state_set().contains(Atspi.StateType.SHOWING)
         except GLib.Error:
             return False
 
+    def wait_gone(self):
+        screen.wait_for(f"{self.title} to be gone", lambda: not self.is_open())
+
+    def is_usable(self):
+        """Whether the window itself takes mouse and keys."""
+        try:
+            return self.program.window(self.title).get_state_set().contains(Atspi.StateType.ENABLED)
+        except (GLib.Error, AttributeError):
+            return False
+
     def has(self, text):
-        return text in self._program.texts(self.title)
+        return text in self.program.texts(self.title)
 
     def control(self, role, name):
         def look():
             try:
-                for node in screen._nodes(self._program.window(self.title)):
+                for node in screen.nodes(self.program.window(self.title)):
                     if ((node.get_name() or "").replace("&", "") == name and role in node.get_role_name()
                             and node.get_state_set().contains(Atspi.StateType.SHOWING)):
                         return node
@@ -94,8 +99,18 @@ class Window:
 
     def click(self, role, name, at=(0.5, 0.5)):
         """With the mouse, at a place given as parts of the control's width and height."""
-        place = self.control(role, name).get_extents(Atspi.CoordType.SCREEN)
-        mouse("mousemove", int(place.x + place.width * at[0]), int(place.y + place.height * at[1]), "click", 1)
+        click(self.control(role, name), at)
+
+    def click_described(self, role, description):
+        """With the mouse on the control of that description, where names don't tell controls apart."""
+        for node in screen.nodes(self.program.window(self.title)):
+            if node.get_role_name() == role and node.get_description() == description:
+                click(node)
+                return
+        raise AssertionError(f"no {role} to {description} in {self.title}")
+
+    def double_click(self, role, name):
+        click(self.control(role, name), times=2)
 
     def tick(self, name, on=True):
         if self.is_on(BOX, name) != on:
@@ -110,15 +125,20 @@ class Window:
         """Puts the cursor into the field, presses keys and types."""
         self.click(FIELD, name)
         screen.wait_for(f"{name} to have the focus", lambda: self._state(FIELD, name, Atspi.StateType.FOCUSED))
-        mouse("key", *keys)
+        xdotool("key", *keys)
         if text:
-            mouse("type", text)
+            xdotool("type", text)
 
     def close(self):
         subprocess.run(["wmctrl", "-F", "-c", self.title], check=True)
 
 
-def mouse(*arguments):
+def click(node, at=(0.5, 0.5), times=1):
+    place = node.get_extents(Atspi.CoordType.SCREEN)
+    xdotool("mousemove", int(place.x + place.width * at[0]), int(place.y + place.height * at[1]), "click", "--repeat", times, 1)
+
+
+def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 
 
@@ -130,9 +150,21 @@ def picture(name, window=None):
     os.makedirs(folder, exist_ok=True)
     part = []
     if window is not None:
-        place = window._program.window(window.title).get_extents(Atspi.CoordType.SCREEN)
+        place = window.program.window(window.title).get_extents(Atspi.CoordType.SCREEN)
         part = ["-crop", f"{place.width}x{place.height}+{place.x}+{place.y}", "+repage"]
     subprocess.run(["import", "-window", "root", *part, os.path.join(folder, name + ".png")], check=True)
+
+
+def raise_window(title):
+    """Has the window manager bring that window to the front, and waits until it has had the keyboard, be it for a moment."""
+    window = int(subprocess.check_output(["xdotool", "search", "--onlyvisible", "--name", f"^{title}$"]))
+    with subprocess.Popen(["timeout", str(screen.PATIENCE), "xprop", "-root", "-spy", "_NET_ACTIVE_WINDOW"],
+                          stdout=subprocess.PIPE, text=True) as watch:
+        watch.stdout.readline()
+        subprocess.run(["wmctrl", "-F", "-a", title], check=True)
+        was_in_front = any(int(line.split()[-1], 16) == window for line in watch.stdout)
+        watch.terminate()
+    assert was_in_front, f"{title} never had the keyboard"
 
 
 def title_in_front():
@@ -158,60 +190,16 @@ class Settings:
         with open(self._path, "rb") as file:
             return file.read()
 
-    def alerts(self, name):
-        return xml.etree.ElementTree.fromstring(self.read()).find("alerts").get(name)
+    def attributes(self, element):
+        """What the one element of that name says."""
+        return dict(xml.etree.ElementTree.fromstring(self.read()).find(f".//{element}").attrib)
 
-    def prayer(self, element):
-        return dict(xml.etree.ElementTree.fromstring(self.read()).find("alerts").find(element).attrib)
+    def alerts(self, name):
+        return self.attributes("alerts").get(name)
 
     def wait(self, name, value):
         screen.wait_for(f"{name}={value}, not {self.alerts(name)}", lambda: self.alerts(name) == value)
 
     def wait_prayer(self, element, **expected):
-        screen.wait_for(f"{element} {expected}, not {self.prayer(element)}", lambda: expected.items()
-                        <= self.prayer(element).items())
-
-
-class Service:
-    """The stand-in for the service, which is also the network that the program finds."""
-
-    def __init__(self, **replies):
-        self._replies = replies
-        self._lock = threading.Lock()
-        self._requests = []
-
-    def __enter__(self):
-        script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "stand_in_service.py")
-        replies = [word for name, value in self._replies.items() for word in ("--set", f"{name}={value}")]
-        self._process = subprocess.Popen([sys.executable, script, "--port", str(SERVICE_PORT), *replies],
-                                         stdout=subprocess.PIPE, text=True)
-        assert self._process.stdout.readline().strip() == str(SERVICE_PORT), "the service's port is taken"
-        self._reader = threading.Thread(target=self._read, daemon=True)
-        self._reader.start()
-        return self
-
-    def __exit__(self, *_):
-        self._process.terminate()
-        self._process.wait()
-        self._reader.join()
-
-    def _read(self):
-        for line in self._process.stdout:
-            with self._lock:
-                self._requests.append(line.strip())
-
-    def reply(self, **replies):
-        query = urllib.parse.urlencode([("set", f"{name}={value}") for name, value in replies.items()])
-        direct = urllib.request.build_opener(urllib.request.ProxyHandler({}))
-        direct.open(f"http://127.0.0.1:{SERVICE_PORT}/control?{query}", timeout=screen.PATIENCE).close()
-
-    def requests(self, script, pid=None):
-        """Those of one installation if one is named; another test's program may come to the usual port as well."""
-        of_installation = "" if pid is None else f"prod_string={pid}"
-        with self._lock:
-            return [request for request in self._requests if f"/{script}?" in request and of_installation in request]
-
-    @staticmethod
-    def environment():
-        return {"http_proxy": f"http://127.0.0.1:{SERVICE_PORT}", "https_proxy": f"http://127.0.0.1:{SERVICE_PORT}",
-                "no_proxy": "localhost,127.0.0.1"}
+        screen.wait_for(f"{element} {expected}, not {self.attributes(element)}",
+                        lambda: expected.items() <= self.attributes(element).items())

@@ -6,30 +6,22 @@ stand-in at its usual port."""
 import os
 import sys
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import hands  # noqa: E402
-import screen  # noqa: E402
-import spine_journey as spine  # noqa: E402
-from hands import BOX, BUTTON, LINK  # noqa: E402
+import boxes
+import hands
+import main_window
+import own_network
+import screen
+import stand_in
+from hands import BOX, BUTTON, LINK
 
 PID = "P-mobile"
-SETTINGS = spine.SETTINGS.replace("P-77", PID)
-DIALOG, BOXES = "Alerts", "Dusk Beacon"
+SETTINGS = main_window.SETTINGS.replace("P-77", PID)
+DIALOG = "Alerts"
 DEVICE, CODE = "Mobile Device ID", "Personal Code"
 INCOMPLETE = "You must first enter your Mobile Device number and personal Code"
 UNVERIFIED = "Could not verify Mobil Alert Settings."
 OFFLINE = ("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.")
-QUESTION = "This will clear your Mobile Device ID and Personal code?|Do you want to continue?"
-
-
-def answer(program, text, button, buttons):
-    """The one box that is up says exactly this and has exactly these buttons."""
-    box = hands.Window(program, BOXES).wait()
-    said = [name.replace("&", "").replace("\r", "").replace("\n", "|") for name in program.texts(BOXES)]
-    assert text in said, (text, said)
-    assert [name for name in said if name in ("OK", "Cancel", "Yes", "No")] == buttons, said
-    box.click(BUTTON, button)
-    screen.wait_for("the box to close", lambda: not box.is_open())
+QUESTION = "This will clear your Mobile Device ID and Personal code?\nDo you want to continue?"
 
 
 def is_open_for_entry(dialog):
@@ -42,7 +34,7 @@ def register(program, service, dialog, result, message, shown):
     before = len(service.requests("confirmSignup.pl", PID))
     service.reply(result=result, message=message)
     dialog.click(BUTTON, "Register")
-    answer(program, shown, "OK", ["OK"])
+    boxes.answer(program, shown)
     sent = service.requests("confirmSignup.pl", PID)[before:]
     assert sent == ["/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-mobile&vCode=4711&dist_string=dbeacon"], sent
     settings = hands.Settings(program)
@@ -51,14 +43,14 @@ def register(program, service, dialog, result, message, shown):
 
 
 def sign_up(program, service):
-    hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+    hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
     dialog, settings = hands.Window(program, DIALOG).wait(), hands.Settings(program)
     dialog.click(LINK, "Mobile Alert")
     assert is_open_for_entry(dialog) and not dialog.is_on(BOX, "Enable Mobile Alerts")
     dialog.enter(DEVICE, ["End"], "D-815")
     settings.wait("mobileDID", "D-815")
     dialog.click(BUTTON, "Register")
-    answer(program, INCOMPLETE, "OK", ["OK"])
+    boxes.answer(program, INCOMPLETE)
     assert not service.requests("confirmSignup.pl", PID) and settings.alerts("mobileConfirm") == "0"
     dialog.enter(CODE, ["End"], "4711")
     settings.wait("mobilePC", "4711")
@@ -74,10 +66,10 @@ def sign_up(program, service):
 def reset(program, service, dialog, settings):
     before = settings.read()
     dialog.click(LINK, "Reset")
-    answer(program, QUESTION, "No", ["Yes", "No"])
+    boxes.answer(program, QUESTION, "No", ("Yes",))
     assert settings.read() == before and not is_open_for_entry(dialog) and dialog.is_live(LINK, "Reset")
     dialog.click(LINK, "Reset")
-    answer(program, QUESTION, "Yes", ["Yes", "No"])
+    boxes.answer(program, QUESTION, "Yes", ("No",))
     settings.wait("mobileConfirm", "0")
     assert [settings.alerts(name) for name in ("mobileDID", "mobilePC")] == ["", ""]
     screen.wait_for("the open boxes", lambda: dialog.is_live(BUTTON, "Register"))
@@ -110,35 +102,35 @@ def choose_prayers(dialog, settings):
     dialog.tick("Alert on")
     settings.wait_prayer("asr", enabled="true", mobil="false")
     dialog.close()
-    screen.wait_for("the dialog to close", lambda: not dialog.is_open())
+    dialog.wait_gone()
 
 
 def offline(program, settings):
     """The network has gone: the box says so, and nothing is stored."""
-    hands.Window(program, spine.MAIN).click(LINK, "Alerts")
+    hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
     dialog = hands.Window(program, DIALOG).wait()
     dialog.click(LINK, "Mobile Alert")
     dialog.click(BUTTON, "Register")
-    answer(program, OFFLINE, "OK", ["OK"])
+    boxes.answer(program, OFFLINE)
     assert hands.Settings(program).read() == settings
 
 
 def at_the_prayer(folder, settings, service, slot, time, ma, pno):
     before = len(service.requests("prayerCall.pl", PID))
-    with hands.Program(folder, settings, f"2026-03-20 {spine.clock(slot - 1)}:48", hands.Service.environment()) as program:
-        spine.Main(program)
+    instant = f"2026-03-20 {main_window.clock(slot - 1)}:48"
+    with hands.Program(folder, settings, instant, stand_in.Service.environment()) as program:
+        main_window.Main(program)
         sent = screen.wait_for("the request of the prayer", lambda: service.requests("prayerCall.pl", PID)[before:])
-        assert sent == [f"/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-mobile&aid=US-1&pno={pno}&alert_type=Quite&ma={ma}"
-                        f"&dist_string=dbeacon&time={time}&aid=US-1"], sent
+        assert sent == [stand_in.prayer_call(PID, pno, time, ma=ma)], sent
         print("  request", sent[0], flush=True)
 
 
 def main():
     folder = os.path.abspath(sys.argv[1])
     with hands.Desktop():
-        with hands.Service(ad="", version_name="") as service:
-            with hands.Program(folder, SETTINGS, "2026-03-20 09:30:10", hands.Service.environment()) as program:
-                times = spine.Main(program).times()
+        with stand_in.Service(ad="", version_name="") as service:
+            with hands.Program(folder, SETTINGS, "2026-03-20 09:30:10", stand_in.Service.environment()) as program:
+                times = main_window.Main(program).times()
                 print("sign-up", flush=True)
                 dialog, settings = sign_up(program, service)
                 print("reset", flush=True)
@@ -147,15 +139,16 @@ def main():
                 choose_prayers(dialog, settings)
                 confirmed = settings.read()
             for prayer, ma, pno in ((2, 1, 3), (3, 0, 4)):
-                at_the_prayer(folder, confirmed, service, spine.minutes(times[prayer]), times[prayer], ma, pno)
+                at_the_prayer(folder, confirmed, service, main_window.minutes(times[prayer]), times[prayer], ma, pno)
         print("offline", flush=True)
         typed = confirmed.replace(b'mobileConfirm="1"', b'mobileConfirm="0"')
         with hands.Program(folder, typed, "2026-03-20 09:30:10") as program:
-            spine.Main(program)
+            main_window.Main(program)
             offline(program, typed)
     print("all as it should be")
 
 
 if __name__ == "__main__":
+    own_network.under_own_network()
     screen.under_own_session()
     main()

@@ -20,6 +20,8 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE = 60.0
+# Only the wall clock is another; the timers run on real time.
+REAL_TIMERS = {"FAKETIME_DONT_FAKE_MONOTONIC": "1", "DONT_FAKE_MONOTONIC": "1"}
 
 
 def under_own_session():
@@ -78,10 +80,12 @@ class Display:
 
 
 class Program:
-    """The program with its files in a new folder. `settings` is the text of settings.xml, or None for no file."""
+    """The program with its files in a new folder, or in one that the caller keeps from start to start. `settings` is the text
+    of settings.xml; with None no file is written."""
 
-    def __init__(self, source, settings, instant=None, environment=None, prepare=None, module=True, launcher=()):
-        self.folder = tempfile.mkdtemp(prefix="duskbeacon-journey-")
+    def __init__(self, source, settings, instant=None, environment=None, prepare=None, module=True, launcher=(), folder=None):
+        self._is_kept = folder is not None
+        self.folder = folder or tempfile.mkdtemp(prefix="duskbeacon-journey-")
         os.chmod(self.folder, 0o755)
         shutil.copy(os.path.join(source, "DuskBeacon"), self.folder)
         if module:
@@ -92,27 +96,27 @@ class Program:
                 file.write(settings if isinstance(settings, bytes) else settings.encode())
         if prepare:
             prepare(self)
-        self._environment = dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", QT_QPA_PLATFORM="xcb",
+        self.environment = dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", QT_QPA_PLATFORM="xcb",
                                  QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=self.folder, XDG_DATA_HOME=self.folder,
                                  # Nothing is behind this proxy: the program finds no network.
                                  http_proxy="http://127.0.0.1:9", https_proxy="http://127.0.0.1:9",
                                  no_proxy="localhost,127.0.0.1")
         if instant:
             library = glob.glob("/usr/lib/*/faketime/libfaketime.so.1")
-            self._environment.update(LD_PRELOAD=library[0], FAKETIME="@" + instant, FAKETIME_DONT_FAKE_MONOTONIC="1",
-                                     DONT_FAKE_MONOTONIC="1", FAKETIME_DONT_RESET="1")
-        self._environment.update(environment or {})
+            self.environment.update(REAL_TIMERS, LD_PRELOAD=library[0], FAKETIME="@" + instant, FAKETIME_DONT_RESET="1")
+        self.environment.update(environment or {})
         self._command = [*launcher, os.path.join(self.folder, "DuskBeacon")]
 
     def __enter__(self):
-        self.process = subprocess.Popen(self._command, env=self._environment, cwd="/", stderr=subprocess.DEVNULL)
+        self.process = subprocess.Popen(self._command, env=self.environment, cwd="/", stderr=subprocess.DEVNULL)
         return self
 
     def __exit__(self, *_):
         if self.process.poll() is None:
             self.process.kill()
         self.process.wait()
-        shutil.rmtree(self.folder, ignore_errors=True)
+        if not self._is_kept:
+            shutil.rmtree(self.folder, ignore_errors=True)
 
     def application(self):
         if self.process.poll() is not None:
@@ -150,27 +154,27 @@ class Program:
         """All names under the window of that title, in the order of the controls."""
         window = self.window(title)
         try:
-            return list(_names(window)) if window else []
+            return list(names(window)) if window else []
         except GLib.Error:
             return []
 
     def press(self, title, button):
         """Presses a button of that window as assistive technology does."""
-        for node in _nodes(self.window(title)):
+        for node in nodes(self.window(title)):
             if (node.get_name() or "").replace("&", "") == button and node.get_action_iface():
                 node.do_action(0)
                 return
         raise AssertionError(f"no button {button} in {title}")
 
 
-def _nodes(node):
+def nodes(node):
     yield node
     for i in range(node.get_child_count()):
         child = node.get_child_at_index(i)
         if child is not None:
-            yield from _nodes(child)
+            yield from nodes(child)
 
 
-def _names(node):
-    for child in _nodes(node):
+def names(node):
+    for child in nodes(node):
         yield child.get_name() or ""

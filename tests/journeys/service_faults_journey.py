@@ -8,29 +8,21 @@ import signal
 import sys
 import time
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import visit  # noqa: E402
-import hands  # noqa: E402
-import places_journey as places_of  # noqa: E402
-import screen  # noqa: E402
-import spine_journey as spine  # noqa: E402
+import boxes
+import hands
+import main_window
+import own_network
+import place_windows
+import screen
+import stand_in
 
-# What makes a reply one that can't be read, and what only makes it look unlike others.
-UNREADABLE = ["refuse", "flood", "html", "truncated", "cut", "empty", "gzip", "loop", "entities", "certificate"]
-READABLE = ["error", "utf16", "windows1252"]
 # Ten seconds before the countdown changes.
 INSTANT = "2026-03-20 09:30:50"
-CHICAGO = spine.SETTINGS.replace('remind="366"', 'remind=""')
+CHICAGO = main_window.SETTINGS.replace('remind="366"', 'remind=""')
 FIRST = CHICAGO.replace('FirstRun="false" pid="P-77"', 'FirstRun="true" pid=""')
 IDENTIFIER = "P-\u00e9"
-DEFAULT_AD, SERVICE_AD = "<b>Dusk Beacon</b>", "<b>An advertisement</b>"
 AT_START = ["requestProdID.pl", "startup.pl", "getAd.pl", "version.pl"]
 STATES_FAILED = "Unable to retrieve state list.\nVerify internet connection."
-
-
-def advertisement(program):
-    with open(os.path.join(program.folder, "temp.html"), "rb") as file:
-        return file.read().decode("cp1252")
 
 
 def start(folder, service, settings, instant=None):
@@ -43,21 +35,21 @@ def unreadable_start(folder, service, how, faulty):
     service.fault("ok", *AT_START)
     service.fault(how, *faulty)
     with start(folder, service, FIRST) as program:
-        visit.Window(program, visit.LIST).wait()
-        visit.Window(program, visit.MAIN).wait()
-        assert visit.box(program) is None
+        place_windows.Window(program, place_windows.LIST).wait()
+        hands.Window(program, main_window.TITLE).wait()
+        assert boxes.box(program) is None
         is_ad_faulty = "getAd.pl" in faulty
         # A failed advertisement counts as no connection: nothing is asked after it.
         asked = AT_START[:3] if is_ad_faulty else AT_START
         for script in asked:
             assert service.requests(script), (how, script, service.asked())
         assert bool(service.requests("version.pl")) != is_ad_faulty
-        assert service.refusals() == (len(faulty) - is_ad_faulty if how == "certificate" else 0), service.refusals()
-        expected = DEFAULT_AD if is_ad_faulty else SERVICE_AD
-        assert advertisement(program) == f"<html>{expected}</html>", advertisement(program)
+        service.check_refusals(len(faulty) - is_ad_faulty if how == "certificate" else 0)
+        expected = main_window.DEFAULT_AD if is_ad_faulty else stand_in.AD
+        assert main_window.advertisement(program) == f"<html>{expected}</html>", main_window.advertisement(program)
         if "requestProdID.pl" in faulty:
             assert hands.Settings(program).read() == FIRST.encode()
-        spine.Main(program)
+        main_window.Main(program)
 
 
 def readable_start(folder, service, how):
@@ -65,11 +57,11 @@ def readable_start(folder, service, how):
     service.fault(how, *AT_START)
     service.reply(version_sequence="6")
     with start(folder, service, FIRST) as program:
-        visit.answer(program, "Would you like to Download\nthe new version of DuskBeacon?", "No", ("Yes",))
-        visit.Window(program, visit.LIST).wait()
-        attributes = visit.app(program.settings)[0]
+        boxes.answer(program, "Would you like to Download\nthe new version of DuskBeacon?", "No", ("Yes",))
+        place_windows.Window(program, place_windows.LIST).wait()
+        attributes = hands.Settings(program).attributes("app")
         assert attributes == {"FirstRun": "false", "pid": IDENTIFIER, "dist": "dbeacon"}, attributes
-        assert advertisement(program) == f"<html>{SERVICE_AD}</html>", advertisement(program)
+        assert main_window.advertisement(program) == f"<html>{stand_in.AD}</html>", main_window.advertisement(program)
         assert f"prod_string={IDENTIFIER}&" in service.requests("startup.pl")[0], service.asked()
     service.reply(version_sequence="5")
 
@@ -79,7 +71,7 @@ def dots(program):
     application = program.application()
     for i in range(application.get_child_count() if application else 0):
         window = application.get_child_at_index(i)
-        for name in screen._names(window) if window is not None else ():
+        for name in screen.names(window) if window is not None else ():
             if name.startswith("Loading"):
                 return name
     return None
@@ -96,27 +88,27 @@ def endless_start(folder, service, how, script):
             before = dots(program)
             assert before, "no splash window"
             screen.wait_for("the splash window to go on", lambda: dots(program) not in (None, before))
-        assert not visit.Window(program, visit.MAIN).is_open()
+        assert not hands.Window(program, main_window.TITLE).is_open()
         since = time.monotonic()
         program.process.send_signal(signal.SIGTERM)
         code = program.process.wait(timeout=screen.PATIENCE)
         assert code == 0 and time.monotonic() - since < 5, (code, time.monotonic() - since)
-        identifier = visit.app(program.settings)[0]["pid"]
+        identifier = hands.Settings(program).attributes("app")["pid"]
         assert identifier == ("" if script == AT_START[0] else IDENTIFIER), identifier
-        assert visit.places(program.settings) == (["Chicago"], "Chicago")
+        assert place_windows.stored(program.settings) == (["Chicago"], "Chicago")
 
 
 def open_with(program, service, places, how):
     """The window for a search, opened while the list of states misbehaves; None if that says so."""
     service.fault(how, "getStates.pl")
     places.click(hands.LINK, "Get New Location")
-    if how in UNREADABLE:
-        visit.answer(program, STATES_FAILED)
+    if how in stand_in.UNREADABLE:
+        boxes.answer(program, STATES_FAILED)
         screen.wait_for("the list to be usable", places.is_usable)
-        assert not visit.is_waiting(program) and not visit.Window(program, visit.SEARCH).is_open()
+        assert not place_windows.is_waiting(program) and not place_windows.Window(program, place_windows.SEARCH).is_open()
         return None
-    search = visit.Window(program, visit.SEARCH).wait()
-    screen.wait_for("the wait window to be gone", lambda: not visit.is_waiting(program))
+    search = place_windows.Window(program, place_windows.SEARCH).wait()
+    screen.wait_for("the wait window to be gone", lambda: not place_windows.is_waiting(program))
     return search
 
 
@@ -130,9 +122,9 @@ def has_found(search, service, script, city):
 def zip_search(program, service, search, how, expected):
     service.fault(how, "getUsCanCity.pl")
     search.enter("Zip Code", ["ctrl+a"], "60601")
-    search.click_described(hands.LINK, places_of.BY_ZIP_CODE)
-    if how in UNREADABLE:
-        visit.answer(program, "Failed to retrieve list")
+    search.click_described(hands.LINK, place_windows.BY_ZIP_CODE)
+    if how in stand_in.UNREADABLE:
+        boxes.answer(program, "Failed to retrieve list")
     has_found(search, service, "getUsCanCity.pl", expected)
 
 
@@ -140,17 +132,17 @@ def city_search(program, service, search, count, cities, expected):
     service.fault(count, "getNumMatchingCities.pl")
     service.fault(cities, "getMatchingCities.pl")
     search.enter("City Name", ["ctrl+a"], "Tr")
-    search.click_described(hands.LINK, places_of.BY_COUNTRY)
+    search.click_described(hands.LINK, place_windows.BY_COUNTRY)
     has_found(search, service, "getMatchingCities.pl", expected)
-    assert visit.box(program) is None
+    assert boxes.box(program) is None
 
 
 def searches(program, service, places, how):
     """One misbehaviour at each request of the window."""
     before = hands.Settings(program).read()
-    is_unreadable = how in UNREADABLE
+    is_unreadable = how in stand_in.UNREADABLE
     search = open_with(program, service, places, how) or open_with(program, service, places, "ok")
-    places_of.choose_country(search, "Norway")
+    place_windows.choose_country(search, "Norway")
     name = "Troms\u00f8"
     zip_search(program, service, search, "ok", "Chicago")
     # Without a list the lines stay, without a count the list comes all the same; nothing is said of either.
@@ -162,7 +154,7 @@ def searches(program, service, places, how):
     service.fault(how, "getCityInfo.pl")
     search.click(hands.BUTTON, "Add")
     if is_unreadable:
-        visit.answer(program, "Failed to get city info. Please verify internet connection.")
+        boxes.answer(program, "Failed to get city info. Please verify internet connection.")
         assert hands.Settings(program).read() == before
         service.fault("ok", "getCityInfo.pl")
         screen.wait_for("the button to be usable", lambda: search.is_live(hands.BUTTON, "Add"))
@@ -171,30 +163,30 @@ def searches(program, service, places, how):
     screen.wait_for("the list to be usable", places.is_usable)
     if not is_unreadable:
         assert places.lines() == ["Chicago, Illinois", f"{name}, Norway"], places.lines()
-        assert visit.places(program.settings) == (["Chicago", "Tromso"], "Chicago")
+        assert place_windows.stored(program.settings) == (["Chicago", "Tromso"], "Chicago")
         places.pick(f"{name}, Norway")
         places.click(hands.BUTTON, "Delete")
-        visit.answer(program, f"Are you sure you want to remove: {name}, Norway", "Yes", ("No",))
+        boxes.answer(program, f"Are you sure you want to remove: {name}, Norway", "Yes", ("No",))
         screen.wait_for("one place", lambda: places.lines() == ["Chicago, Illinois"])
 
 
 def endless_searches(program, service, places):
     """The clock goes on during each wait; a reply that comes late is a reply, one that breaks off is none."""
-    main = spine.Main(program)
+    main = main_window.Main(program)
     countdown = main.countdown()
     service.fault("hang", "getStates.pl")
     places.click(hands.LINK, "Get New Location")
-    screen.wait_for("the wait window", lambda: visit.is_waiting(program))
+    screen.wait_for("the wait window", lambda: place_windows.is_waiting(program))
     screen.wait_for("the countdown to go on", lambda: main.countdown() not in ("", countdown))
     hands.picture("service_faults_wait")
     service.fault("ok", "getStates.pl")
-    search = visit.Window(program, visit.SEARCH).wait()
-    places_of.choose_country(search, "Norway")
+    search = place_windows.Window(program, place_windows.SEARCH).wait()
+    place_windows.choose_country(search, "Norway")
     for count, cities, found in (("drip", "drip", []), ("drip", "hang", ["Troms\u00f8"])):
         service.fault(count, "getNumMatchingCities.pl")
         service.fault(cities, "getMatchingCities.pl")
         search.enter("City Name", ["ctrl+a"], "Tr")
-        hands.mouse("key", "Return")
+        hands.xdotool("key", "Return")
         screen.wait_for("the progress", lambda: search.has("Retrieving Information") and search.progress() >= 1)
         assert not search.is_idle()
         service.fault("ok", "getNumMatchingCities.pl")
@@ -212,7 +204,7 @@ def endless_searches(program, service, places):
     screen.wait_for("the button to be greyed", lambda: not search.is_live(hands.BUTTON, "Add"))
     screen.wait_for("the question for the city", lambda: service.requests("getCityInfo.pl"))
     service.fault("ok", "getCityInfo.pl")
-    visit.answer(program, "Failed to get city info. Please verify internet connection.")
+    boxes.answer(program, "Failed to get city info. Please verify internet connection.")
     assert hands.Settings(program).read() == before
     # The windows go while a reply is still awaited.
     service.fault("hang", "getCityInfo.pl")
@@ -224,18 +216,18 @@ def endless_searches(program, service, places):
     places.close()
     places.wait_gone()
     service.fault("ok", "getCityInfo.pl")
-    screen.wait_for("the main window to be usable", visit.Window(program, visit.MAIN).is_usable)
+    screen.wait_for("the main window to be usable", hands.Window(program, main_window.TITLE).is_usable)
     assert hands.Settings(program).read() == before
 
 
 def main():
     folder = os.path.abspath(sys.argv[1])
-    with hands.Desktop(), visit.Service(prod_string=IDENTIFIER) as service:
-        for how in UNREADABLE:
+    with hands.Desktop(), stand_in.Service(prod_string=IDENTIFIER) as service:
+        for how in stand_in.UNREADABLE:
             print("start:", how, flush=True)
             unreadable_start(folder, service, how, AT_START)
             unreadable_start(folder, service, how, ["version.pl"])
-        for how in READABLE:
+        for how in stand_in.READABLE:
             print("start:", how, flush=True)
             readable_start(folder, service, how)
         for how, script in zip(("hang", "drip", "hang", "drip"), AT_START):
@@ -243,18 +235,18 @@ def main():
             endless_start(folder, service, how, script)
         service.fault("ok", *AT_START)
         with start(folder, service, CHICAGO) as program:
-            places = places_of.open_list(program)
-            for how in UNREADABLE + READABLE:
+            places = place_windows.open_list(program)
+            for how in stand_in.UNREADABLE + stand_in.READABLE:
                 print("search:", how, flush=True)
                 searches(program, service, places, how)
             hands.picture("service_faults_after_searches")
         with start(folder, service, CHICAGO, INSTANT) as program:
             print("search: hang and drip", flush=True)
-            endless_searches(program, service, places_of.open_list(program))
+            endless_searches(program, service, place_windows.open_list(program))
     print("all as it should be")
 
 
 if __name__ == "__main__":
-    visit.under_own_network()
+    own_network.under_own_network()
     screen.under_own_session()
     main()

@@ -7,7 +7,7 @@ Speaks the whole protocol with a small table of cities. Prints the port it liste
 test can wait for what was asked. `--set NAME=VALUE` changes a reply, `--fault SCRIPT=HOW` makes one script misbehave; both
 can be changed while it runs by a request for /control?set=NAME=VALUE or /control?fault=SCRIPT=HOW. It ends by itself
 after --seconds. As a proxy (http_proxy=http://127.0.0.1:PORT) it answers for every other host, so that the program finds a
-network; the fault probe=refuse takes the network away.
+network; the fault probe=refuse takes the network away. What the protocol doesn't know gets 404 and no document.
 
 HOW is one of: ok, refuse (closes at once), hang (until the script is to behave otherwise, then the reply), drip (a byte a
 second, until the same, then the end in the middle of it), flood (endless), error (500 with the reply),
@@ -39,6 +39,10 @@ CITIES = [
     ("ID-10110", "Jakarta", "Jakarta", "Indonesia", "", -6.21, 106.85, 7),
 ]
 STATES = sorted({city[3] for city in CITIES})
+
+
+def address(script):
+    return f"/cgi-bin/dbeacon/{'ma/' if script == 'confirmSignup.pl' else ''}{script}"
 
 
 def element(name, **attributes):
@@ -101,7 +105,9 @@ class Service:
             return root()
         if script == "confirmSignup.pl":
             return root(result=s["result"], message=s["message"])
-        return root()
+        if script in ("startup.pl", "prayerCall.pl"):
+            return root()
+        return None
 
 
 @functools.cache
@@ -179,7 +185,12 @@ class Handler(BaseHTTPRequestHandler):
         script = parts.path.rsplit("/", 1)[-1]
         self.close_connection = True
         try:
-            body = self.service.reply(script, query)
+            body = self.service.reply(script, query) if parts.path == address(script) else None
+            if body is None and self.path.startswith("http"):
+                body = root()
+            if body is None:
+                self.send(b"no such script", status=404)
+                return
             how = self.service.faults.get(script, "ok")
             is_inside = isinstance(self.connection, ssl.SSLSocket)
             self.misbehave(script, "ok" if is_inside and how == "certificate" else how, body)

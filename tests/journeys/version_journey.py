@@ -6,15 +6,16 @@ import os
 import sys
 import tempfile
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import visit  # noqa: E402
-import hands  # noqa: E402
-import screen  # noqa: E402
-import spine_journey as spine  # noqa: E402
+import boxes
+import hands
+import main_window
+import own_network
+import screen
+import stand_in
 
 OFFER = "Would you like to Download\nthe new version of DuskBeacon?"
 DOWNLOAD = "http://localhost:8750/download/dusk-beacon-6.tar.gz?from=1&to=6"
-SETTINGS = spine.SETTINGS.replace('<version remind="366"/>', '<version remind=""/>')
+SETTINGS = main_window.SETTINGS.replace('<version remind="366"/>', '<version remind=""/>')
 DAY_100, DAY_113, DAY_114 = "2026-04-10 09:30:45", "2026-04-23 09:30:45", "2026-04-24 09:30:45"
 
 
@@ -40,10 +41,10 @@ class Browser:
 
 
 def goes_on(program):
-    main = visit.Window(program, visit.MAIN).wait()
-    assert main.is_usable() and visit.box(program) is None
-    before = spine.Main(program).countdown()
-    screen.wait_for("the countdown to go on", lambda: spine.Main(program).countdown() not in ("", before))
+    main = hands.Window(program, main_window.TITLE).wait()
+    assert main.is_usable() and boxes.box(program) is None
+    before = main_window.Main(program).countdown()
+    screen.wait_for("the countdown to go on", lambda: main_window.Main(program).countdown() not in ("", before))
 
 
 def start(folder, settings, instant, service, browser):
@@ -53,17 +54,17 @@ def start(folder, settings, instant, service, browser):
 def journey(folder, service, browser):
     print("the same version", flush=True)
     with start(folder, SETTINGS, DAY_100, service, browser) as program:
-        visit.Window(program, visit.MAIN).wait()
-        assert visit.box(program) is None
-        assert visit.app(program.settings)[1] == {"remind": ""}
+        hands.Window(program, main_window.TITLE).wait()
+        assert boxes.box(program) is None
+        assert hands.Settings(program).attributes("version") == {"remind": ""}
     service.reply(version_name="1", version_sequence="6", download_url=DOWNLOAD)
     print("No", flush=True)
     with start(folder, SETTINGS, DAY_100, service, browser) as program:
-        screen.wait_for("the offer", lambda: visit.box(program))
+        screen.wait_for("the offer", lambda: boxes.box(program))
         hands.picture("version_offer")
-        visit.answer(program, OFFER, "No", ("Yes",))
+        boxes.answer(program, OFFER, "No", ("Yes",))
         goes_on(program)
-        assert visit.app(program.settings)[1] == {"remind": "114"}
+        assert hands.Settings(program).attributes("version") == {"remind": "114"}
         silenced = hands.Settings(program).read()
     print("silent to the end of the two weeks", flush=True)
     with start(folder, silenced, DAY_113, service, browser) as program:
@@ -72,7 +73,7 @@ def journey(folder, service, browser):
     assert browser.opened() == []
     print("Yes", flush=True)
     with start(folder, silenced, DAY_114, service, browser) as program:
-        visit.answer(program, OFFER, "Yes", ("No",))
+        boxes.answer(program, OFFER, "Yes", ("No",))
         program.process.wait(timeout=screen.PATIENCE)
         screen.wait_for("the browser", browser.opened)
         assert browser.opened() == [DOWNLOAD], browser.opened()
@@ -81,12 +82,12 @@ def journey(folder, service, browser):
 
 def main():
     folder = os.path.abspath(sys.argv[1])
-    with hands.Desktop(), visit.Service() as service, tempfile.TemporaryDirectory() as place:
+    with hands.Desktop(), stand_in.Service() as service, tempfile.TemporaryDirectory() as place:
         journey(folder, service, Browser(place))
     print("all as it should be")
 
 
 if __name__ == "__main__":
-    visit.under_own_network()
+    own_network.under_own_network()
     screen.under_own_session()
     main()

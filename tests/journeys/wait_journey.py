@@ -6,50 +6,51 @@ alerts are lost as in front of any other window, the windows can be used afterwa
 import os
 import sys
 
-sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-import visit  # noqa: E402
-import day_journey as day  # noqa: E402
-import hands  # noqa: E402
-import places_journey as places_of  # noqa: E402
-import screen  # noqa: E402
-import spine_journey as spine  # noqa: E402
+import hands
+import main_window
+import own_network
+import place_windows
+import screen
+import stand_in
+import wall_clock
 
-ALERT = "Dusk Beacon Alert"
-SETTINGS = day.SETTINGS.replace('popup="false"', 'popup="true"')
+ALERT, PID = "Dusk Beacon Alert", "P-wait"
+SETTINGS = main_window.with_alerts(popup=main_window.ELEMENTS, pid=PID)
 DUHR, ASR, MAGHRIB = 2, 3, 4
 
 
 def lost(main, service, clock, times, slot):
     """That prayer comes and goes: the countdown runs to the next, and nothing else happens."""
-    minute, following = (spine.minutes(text) for text in times[slot:slot + 2])
-    clock.run(minute * 60 - day.LEAD, 1)
-    main.wait("the countdown to go on", lambda m: m.countdown() == spine.clock(following - minute))
+    minute, following = (main_window.minutes(text) for text in times[slot:slot + 2])
+    clock.run(minute * 60 - wall_clock.LEAD, 1)
+    main.wait("the countdown to go on", lambda m: m.countdown() == main_window.clock(following - minute))
     clock.wait(minute * 60 + 3)
     assert service.requests("prayerCall.pl") == [] and not hands.is_titled(ALERT), service.asked()
+    hands.picture(f"wait_lost_{main_window.ELEMENTS[slot]}")
     print("  lost", times[slot], flush=True)
 
 
 def in_the_wait_window(program, service, clock, times, places):
     service.fault("hang", "getStates.pl")
     places.click(hands.LINK, "Get New Location")
-    screen.wait_for("the wait window", lambda: visit.is_waiting(program))
+    screen.wait_for("the wait window", lambda: place_windows.is_waiting(program))
     screen.wait_for("the question for the countries", lambda: service.requests("getStates.pl"))
-    lost(spine.Main(program), service, clock, times, DUHR)
-    assert visit.is_waiting(program)
+    lost(main_window.Main(program), service, clock, times, DUHR)
+    assert place_windows.is_waiting(program)
     service.fault("ok", "getStates.pl")
-    search = visit.Window(program, visit.SEARCH).wait()
-    screen.wait_for("the wait window to be gone", lambda: not visit.is_waiting(program))
+    search = place_windows.Window(program, place_windows.SEARCH).wait()
+    screen.wait_for("the wait window to be gone", lambda: not place_windows.is_waiting(program))
     return search
 
 
 def in_the_search(program, service, clock, times, search):
     service.fault("hang", "getMatchingCities.pl")
-    places_of.choose_country(search, "Norway")
+    place_windows.choose_country(search, "Norway")
     search.enter("City Name", ["ctrl+a"], "Tr")
-    hands.mouse("key", "Return")
+    hands.xdotool("key", "Return")
     screen.wait_for("the question for the cities", lambda: service.requests("getMatchingCities.pl"))
     reached = search.progress()
-    lost(spine.Main(program), service, clock, times, ASR)
+    lost(main_window.Main(program), service, clock, times, ASR)
     assert not search.is_idle() and search.progress() > reached
     service.fault("ok", "getMatchingCities.pl")
     screen.wait_for("the search to be over", search.is_idle)
@@ -62,23 +63,24 @@ def afterwards(program, service, clock, times, places, search):
     screen.wait_for("the list to be usable", places.is_usable)
     places.close()
     places.wait_gone()
-    screen.wait_for("the main window to be usable", visit.Window(program, visit.MAIN).is_usable)
-    clock.run(spine.minutes(times[MAGHRIB]) * 60 - day.LEAD, 1)
+    screen.wait_for("the main window to be usable", hands.Window(program, main_window.TITLE).is_usable)
+    clock.run(main_window.minutes(times[MAGHRIB]) * 60 - wall_clock.LEAD, 1)
     popup = hands.Window(program, "Prayer Time: Maghrib: " + times[MAGHRIB]).wait()
     sent = screen.wait_for("the request of Maghrib", lambda: service.requests("prayerCall.pl"))
-    assert sent == [day.request(MAGHRIB + 1, times[MAGHRIB])], sent
+    assert sent == [stand_in.prayer_call(PID, MAGHRIB + 1, times[MAGHRIB])], sent
+    hands.picture("wait_alert_afterwards")
     popup.click(hands.BUTTON, "OK")
-    screen.wait_for("the popup to close", lambda: not popup.is_open())
+    popup.wait_gone()
 
 
 def main():
     folder = os.path.abspath(sys.argv[1])
-    clock = day.FastClock()
-    with hands.Desktop(), visit.Service(ad="", version_name="") as service:
-        with day.start(folder, SETTINGS, clock, 9 * 3600) as program:
+    clock = wall_clock.FastClock()
+    with hands.Desktop(), stand_in.Service(ad="", version_name="") as service:
+        with wall_clock.start(folder, SETTINGS, clock, 9 * 3600) as program:
             clock.started(program.process)
-            times = spine.Main(program).times()
-            places = places_of.open_list(program)
+            times = main_window.Main(program).times()
+            places = place_windows.open_list(program)
             print("in the wait window", flush=True)
             search = in_the_wait_window(program, service, clock, times, places)
             print("in the search", flush=True)
@@ -89,6 +91,6 @@ def main():
 
 
 if __name__ == "__main__":
-    visit.under_own_network()
+    own_network.under_own_network()
     screen.under_own_session()
     main()
