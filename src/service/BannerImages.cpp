@@ -4,10 +4,10 @@
 
 #include "platform/Http.h"
 #include "service/GifFrames.h"
-
-#include <QUrl>
+#include "service/PngChunks.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -29,14 +29,38 @@ QByteArray BytesOf(const QString& address)
                                                                          : bytes;
 }
 
-// A small file can hold minutes of decoding: pixels behind a picture's last one, or a picture in thousands of
-// steps, each of which goes over it whole. Usual are ten.
-bool IsDecodedSoon(const QByteArray& format, const QByteArray& bytes, qint64 mostPixels)
+// One of the four formats that are shown, by the first bytes; empty for anything else. The library would hand
+// them to each reader that is installed, and one of drawings opens the files that they name.
+QByteArray FormatOf(const QByteArray& bytes)
 {
+    constexpr std::array<std::pair<QByteArrayView, const char*>, 4> kMarks{
+        {{"\x89PNG\r\n\x1a\n", "png"}, {"GIF8", "gif"}, {"\xFF\xD8\xFF", "jpeg"}, {"BM", "bmp"}}};
+    const auto* const found = std::find_if(kMarks.begin(), kMarks.end(),
+                                           [&](const auto& mark) { return bytes.startsWith(mark.first); });
+    return found == kMarks.end() ? QByteArray() : QByteArray(found->second);
+}
+
+qint64 PixelsOf(const QSize& size)
+{
+    return static_cast<qint64>(size.width()) * size.height();
+}
+
+// A small file can hold minutes of decoding: pixels behind a picture's last one, or a picture in thousands of
+// steps, each of which goes over it whole. Usual are ten steps.
+bool IsDecodedSoon(const QByteArray& format, const QByteArray& bytes, qint64 pixels)
+{
+    if (format == "png") {
+        // Eight bytes are the longest pixel, and each row has one more.
+        constexpr qint64 kMostBytesOfPixel = 9;
+        return HasModestPixels(bytes, kMostBytesOfPixel * pixels);
+    }
+    if (format == "gif") {
+        return HasModestFrames(bytes, BannerImages::kMostPixels);
+    }
+    // A step can't hold the mark of one (ITU-T T.81, B.1.1.5). A profile or a small picture inside the file
+    // can, but not so many.
     constexpr qsizetype kMostSteps = 64;
-    // The mark of a step can't stand inside one (ITU-T T.81, B.1.1.5).
-    const bool hasFewSteps = format != "jpeg" || bytes.count("\xFF\xDA") <= kMostSteps;
-    return hasFewSteps && (format != "gif" || HasModestFrames(bytes, mostPixels));
+    return format != "jpeg" || bytes.count("\xFF\xDA") <= kMostSteps;
 }
 
 } // namespace
@@ -88,12 +112,21 @@ bool BannerImages::Rewind(Image& image)
     image.buffer.close();
     image.buffer.setBuffer(&image.bytes);
     image.buffer.open(QIODevice::ReadOnly);
-    image.reader = std::make_unique<QImageReader>(&image.buffer);
-    image.reader->setDecideFormatFromContent(true);
+    image.reader = std::make_unique<QImageReader>(&image.buffer, image.format);
+    image.reader->setAutoDetectImageFormat(false);
     const QSize size = image.reader->size();
-    const QByteArray format = image.reader->format();
-    return (format == "gif" || format == "png" || format == "jpeg" || format == "bmp") && size.isValid() &&
-           static_cast<qint64>(size.width()) * size.height() <= kMostPixels;
+    return size.isValid() && PixelsOf(size) <= kMostPixels;
+}
+
+bool BannerImages::MayBeShown(Image& image) const
+{
+    // A file's bytes alone may be too many: those aren't looked into.
+    if (image.format.isEmpty() || m_cost + image.bytes.size() > kMostCost || !Rewind(image)) {
+        return false;
+    }
+    const qint64 pixels = PixelsOf(image.reader->size());
+    image.cost = pixels + image.bytes.size();
+    return m_cost + image.cost <= kMostCost && IsDecodedSoon(image.format, image.bytes, pixels);
 }
 
 int BannerImages::ShortestFrameMilliseconds() const
@@ -108,15 +141,9 @@ int BannerImages::ShortestFrameMilliseconds() const
 void BannerImages::Start(qsizetype number, const QByteArray& bytes)
 {
     Image& image = *m_images[static_cast<std::size_t>(number)];
-    image.bytes = bytes;
-    bool isShown =
-        !bytes.isEmpty() && Rewind(image) && IsDecodedSoon(image.reader->format(), bytes, kMostPixels);
-    if (isShown) {
-        const QSize size = image.reader->size();
-        image.cost = static_cast<qint64>(size.width()) * size.height() + bytes.size();
-        isShown = m_cost + image.cost <= kMostCost;
-    }
-    if (!isShown) {
+    image.format = FormatOf(bytes);
+    image.bytes = image.format == "png" ? PlainPng(bytes) : bytes;
+    if (!MayBeShown(image)) {
         image.reader.reset();
         image.bytes.clear();
         return;

@@ -21,10 +21,10 @@ class BannerImages final : public QObject
     Q_OBJECT
 
 public:
-    /// A picture of 1000 by 1000 pixels is the largest that is shown.
+    /// More than these of one picture are not shown: 1000 by 1000, or as many in another shape.
     static constexpr qint64 kMostPixels = 1'000'000;
-    /// What the pictures of a banner may cost together, a picture its pixels and its bytes. Those that come
-    /// when it is spent are not shown.
+    /// What the pictures of a banner may cost together, a picture its pixels and its bytes. One that would
+    /// take more than is left is not shown.
     static constexpr qint64 kMostCost = 4'000'000;
 
     /// @param addresses http, https or data
@@ -43,6 +43,7 @@ signals:
 private:
     struct Image
     {
+        QByteArray format;
         QByteArray bytes;
         QBuffer buffer;
         std::unique_ptr<QImageReader> reader;
@@ -55,6 +56,7 @@ private:
 
     void Start(qsizetype number, const QByteArray& bytes);
     [[nodiscard]] static bool Rewind(Image& image);
+    [[nodiscard]] bool MayBeShown(Image& image) const;
     [[nodiscard]] int ShortestFrameMilliseconds() const;
     void ShowNextFrame(qsizetype number);
 

@@ -5,55 +5,16 @@
 #include "platform/FileStore.h"
 #include "service/BannerHtml.h"
 #include "service/BannerImages.h"
-#include "support/CodePage.h"
+#include "service/PageText.h"
 #include "support/RuntimeError.h"
 
 #include <QContextMenuEvent>
-#include <QHash>
 #include <QTextDocument>
 #include <QWheelEvent>
 
 namespace {
 
 constexpr qint64 kLargestPage = 16LL * 1024 * 1024;
-constexpr qsizetype kEncodingNamedWithin = 1024;
-
-// What a page says of itself in <meta charset="…"> or <meta … content="…; charset=…">; empty if it says
-// nothing.
-QByteArray NamedEncoding(const QByteArray& bytes)
-{
-    const QByteArray head = bytes.left(kEncodingNamedWithin).toLower();
-    const qsizetype meta = head.indexOf("<meta");
-    const qsizetype key = meta < 0 ? -1 : head.indexOf("charset", meta);
-    if (key < 0) {
-        return {};
-    }
-    const QByteArray rest = head.mid(key + static_cast<qsizetype>(qstrlen("charset"))).trimmed();
-    if (!rest.startsWith('=')) {
-        return {};
-    }
-    const QByteArray value = rest.mid(1).trimmed();
-    constexpr QByteArrayView kOfNames = "abcdefghijklmnopqrstuvwxyz0123456789-_:.";
-    const qsizetype start = value.startsWith('"') || value.startsWith('\'') ? 1 : 0;
-    qsizetype end = start;
-    while (end < value.size() && kOfNames.contains(value[end])) {
-        ++end;
-    }
-    return value.mid(start, end - start);
-}
-
-QString PageText(const QByteArray& bytes)
-{
-    // As browsers take these names: for the larger code pages of the same letters, and for what alone can be
-    // meant where the name could be read.
-    static const QHash<QByteArray, QByteArray> meant{{"iso-8859-1", "windows-1252"},
-                                                     {"us-ascii", "windows-1252"},
-                                                     {"iso-8859-9", "windows-1254"},
-                                                     {"utf-16", "utf-8"}};
-    const QByteArray name = NamedEncoding(bytes);
-    const std::optional<QString> text = FromEncoding(bytes, meant.value(name, name));
-    return text ? *text : FromCodePage(bytes);
-}
 
 QUrl PictureName(qsizetype number)
 {

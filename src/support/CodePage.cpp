@@ -19,10 +19,9 @@ void Check(UErrorCode status)
     }
 }
 
-QString Decode(const Converter& converter, const QByteArray& bytes, UErrorCode& status)
+QString Decode(const Converter& converter, const QByteArray& bytes, int mostUnitsOfByte, UErrorCode& status)
 {
-    // No encoding makes more than two units of a byte.
-    QString text(2 * bytes.size(), u'\0');
+    QString text(mostUnitsOfByte * bytes.size(), u'\0');
     const std::int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar*>(text.data()),
                                               static_cast<std::int32_t>(text.size()), bytes.constData(),
                                               static_cast<std::int32_t>(bytes.size()), &status);
@@ -59,7 +58,7 @@ QByteArray ToCodePage(const QString& text)
 QString FromCodePage(const QByteArray& bytes)
 {
     UErrorCode status = U_ZERO_ERROR;
-    QString text = Decode(OpenCodePage(), bytes, status);
+    QString text = Decode(OpenCodePage(), bytes, 1, status);
     Check(status);
     return text;
 }
@@ -72,6 +71,7 @@ std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& n
     if (name.isEmpty() || U_FAILURE(status)) {
         return std::nullopt;
     }
-    QString text = Decode(converter, bytes, status);
+    constexpr int kMostUnitsOfByteAnywhere = 2;
+    QString text = Decode(converter, bytes, kMostUnitsOfByteAnywhere, status);
     return U_FAILURE(status) ? std::nullopt : std::optional(text);
 }

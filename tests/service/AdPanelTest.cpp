@@ -82,6 +82,18 @@ TEST_F(AdPanelTest, adThatNamesItsEncoding_isReadInIt)
     EXPECT_EQ(Shown(), QStringLiteral("\u0633\u0644\u0627\u0645"));
 }
 
+TEST_F(AdPanelTest, encodingNamedFarBehind_orHalf_doesNotCount)
+{
+    AnswerAd("<!--" + QByteArray(1010, 'x') + "--><meta charset=utf-8>\xC3\xA4");
+    Refresh();
+    EXPECT_EQ(Shown(), QStringLiteral("\u00C3\u00A4"));
+    // "<html>" comes first. Of the name "iso-8859-6-e" the end is beyond the first 1024 bytes.
+    const QByteArray tag = "<meta charset=iso-8859-6";
+    AnswerAd("<!--" + QByteArray(1024 - 6 - 7 - tag.size(), 'x') + "-->" + tag + "-e>\xD3");
+    Refresh();
+    EXPECT_EQ(Shown(), QStringLiteral("\u00D3"));
+}
+
 struct EncodingRow
 {
     const char* name;
@@ -114,8 +126,22 @@ INSTANTIATE_TEST_SUITE_P(
                     "<meta http-equiv=Content-Type content=\"text/html; charset = windows-1254\">\xDE\x80",
                     u"\u015E\u20AC"},
         EncodingRow{"turkish_of_unix", "<META CHARSET=\"iso-8859-9\">\xDE\x80", u"\u015E\u20AC"},
+        EncodingRow{"turkish_by_number", "<meta charset=latin5>\xDE\x80", u"\u015E\u20AC"},
         EncodingRow{"latin", "<meta charset=iso-8859-1>\x80", u"\u20AC"},
+        EncodingRow{"latin_in_one_word", "<meta charset=Latin1>\x80", u"\u20AC"},
+        EncodingRow{"latin_by_letter", "<meta charset=l1>\x80", u"\u20AC"},
+        EncodingRow{"latin_without_its_mark", "<meta charset=iso8859-1>\x80", u"\u20AC"},
+        EncodingRow{"latin_with_its_year", "<meta charset=ISO_8859-1:1987>\x80", u"\u20AC"},
+        EncodingRow{"ascii", "<meta charset=ascii>\x80", u"\u20AC"},
         EncodingRow{"sixteen_bits_that_are_eight", "<meta charset=utf-16>\xC3\xA4", u"\u00E4"},
+        EncodingRow{"sixteen_bits_low_first", "<meta charset=UTF-16LE>\xC3\xA4", u"\u00E4"},
+        EncodingRow{"sixteen_bits_high_first", "<meta charset=utf-16be>\xC3\xA4", u"\u00E4"},
+        EncodingRow{"second_tag", "<meta name=a content=b><meta charset=utf-8>\xC3\xA4", u"\u00E4"},
+        EncodingRow{"first_of_two", "<meta charset=utf-8><meta charset=latin1>\xC3\xA4", u"\u00E4"},
+        EncodingRow{"behind_its_tag", "<meta name=a>charset=utf-8 \xC3\xA4", u"charset=utf-8 \u00C3\u00A4"},
+        EncodingRow{"of_another_tag", "<meta name=a><b charset=utf-8>\xC3\xA4</b>", u"\u00C3\u00A4"},
+        EncodingRow{"in_a_comment", "<!--<meta charset=utf-8>-->\xC3\xA4", u"\u00C3\u00A4"},
+        EncodingRow{"in_a_value", "<meta name='<meta charset=utf-8>'>\xC3\xA4", u"\u00C3\u00A4"},
         EncodingRow{"wrong_bytes",
                     "<meta charset=utf-8>a\xFF"
                     "b",

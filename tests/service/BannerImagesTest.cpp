@@ -1,0 +1,403 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The plugin below lies in this program.
+#define QT_STATICPLUGIN
+
+#include "service/BannerImages.h"
+
+#include "fakes/FakePlatform.h"
+#include "fakes/Memory.h"
+#include "service/GifFrames.h"
+
+#include <QBuffer>
+#include <QImage>
+#include <QImageIOPlugin>
+#include <QImageWriter>
+#include <QtEndian>
+#include <QtPlugin>
+
+#include <gtest/gtest.h>
+#include <time.h>
+#include <zlib.h>
+
+namespace {
+
+// A build with sanitizers takes several times as long.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double kSlowness = 4.0;
+#else
+constexpr double kSlowness = 1.0;
+#endif
+constexpr qint64 kMegabyte = 1024LL * 1024;
+
+double ProcessorMilliseconds()
+{
+    timespec now = {};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
+}
+
+QByteArray Written(const QImage& picture, const char* format, int quality = -1)
+{
+    QBuffer buffer;
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(quality);
+    writer.setProgressiveScanWrite(true);
+    EXPECT_TRUE(writer.write(picture)) << writer.errorString().toStdString();
+    return buffer.data();
+}
+
+QImage Filled(int width, int height, const QColor& colour)
+{
+    QImage picture(width, height, QImage::Format_RGB32);
+    picture.fill(colour);
+    return picture;
+}
+
+/// The pictures of a banner, which come one by one from their hosts.
+class BannerImagesTest : public testing::Test
+{
+protected:
+    /// What is shown of a picture that comes as these bytes.
+    QImage Shown(const QByteArray& bytes)
+    {
+        m_images = std::make_unique<BannerImages>(m_http, QStringList(QStringLiteral("http://x.example/")));
+        m_http.backgroundDone.back()(bytes);
+        return m_images->Picture(0).toImage();
+    }
+    bool IsShown(const QByteArray& bytes) { return Shown(bytes).size() != BannerImages::Dot().size(); }
+
+private:
+    FakeHttp m_http;
+    std::unique_ptr<BannerImages> m_images;
+};
+
+TEST_F(BannerImagesTest, fourFormats_areShown)
+{
+    for (const char* const format : {"bmp", "png", "jpeg"}) {
+        const QImage shown = Shown(Written(Filled(20, 10, Qt::red), format, 100));
+        ASSERT_EQ(shown.size(), QSize(20, 10)) << format;
+        EXPECT_GT(qRed(shown.pixel(10, 5)), 250) << format;
+        EXPECT_LT(qBlue(shown.pixel(10, 5)), 5) << format;
+    }
+    const QByteArray gif =
+        QByteArray::fromHex("47494638376102000200f00000ff00000000ff2c00000000020002000002028451003b");
+    EXPECT_EQ(Shown(gif).pixelColor(1, 1), QColor(Qt::red));
+}
+
+// A reader that takes every file for one of its own while a test wants it to.
+bool takesAll = false;
+int readers = 0;
+
+class EveryImageHandler final : public QImageIOHandler
+{
+public:
+    [[nodiscard]] bool canRead() const override { return true; }
+    bool read(QImage* picture) override
+    {
+        *picture = Filled(30, 30, Qt::green);
+        return true;
+    }
+    [[nodiscard]] QVariant option(ImageOption option) const override
+    {
+        return option == Size ? QVariant(QSize(30, 30)) : QVariant();
+    }
+    [[nodiscard]] bool supportsOption(ImageOption option) const override { return option == Size; }
+};
+
+} // namespace
+
+class EveryImage final : public QImageIOPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID "org.qt-project.Qt.QImageIOHandlerFactoryInterface" FILE "EveryImage.json")
+
+public:
+    [[nodiscard]] Capabilities capabilities(QIODevice* device, const QByteArray& format) const override
+    {
+        const bool isWanted = takesAll && (format == "svg" || (format.isEmpty() && device != nullptr));
+        return isWanted ? CanRead : Capabilities();
+    }
+    [[nodiscard]] QImageIOHandler* create(QIODevice* device, const QByteArray& format) const override
+    {
+        ++readers;
+        auto* const handler = new EveryImageHandler; // the caller's
+        handler->setDevice(device);
+        handler->setFormat(format);
+        return handler;
+    }
+};
+
+Q_IMPORT_PLUGIN(EveryImage)
+
+namespace {
+
+TEST_F(BannerImagesTest, otherFormats_areHandedToNoReader)
+{
+    const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg'><image href='file:///x'/></svg>";
+    takesAll = true;
+    QBuffer buffer;
+    buffer.setData(drawing);
+    ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
+    ASSERT_EQ(QImageReader(&buffer).size(), QSize(30, 30)) << "the library asks whoever is installed";
+    readers = 0;
+    for (const QByteArray& bytes :
+         {drawing, QByteArray("GIF"), QByteArray("\x89PNG"), QByteArray("P6 1 1 255 abc"),
+          Written(Filled(20, 10, Qt::red), "png").prepend(' ')}) {
+        EXPECT_FALSE(IsShown(bytes)) << bytes.left(20).toStdString();
+    }
+    // These begin as they should and go on as nothing: no other reader gets them for that.
+    for (const char* const bytes : {"BM", "GIF89a", "\x89PNG\r\n\x1a\n", "\xFF\xD8\xFF"}) {
+        EXPECT_FALSE(IsShown(bytes)) << bytes;
+    }
+    EXPECT_EQ(readers, 0);
+    takesAll = false;
+}
+
+TEST_F(BannerImagesTest, whatIsNotShownOrStandsStill_isNotKept)
+{
+    const QByteArray bodies[] = {QByteArray(1000, 'x'),
+                                 Written(Filled(2000, 2000, Qt::red), "jpeg"),
+                                 Written(Filled(20, 10, Qt::red), "jpeg"),
+                                 Written(Filled(20, 10, Qt::red), "jpeg").left(300),
+                                 Written(Filled(20, 10, Qt::red), "bmp"),
+                                 QByteArray("GIF89a\0", 7),
+                                 "BM" + QByteArray(BannerImages::kMostCost, 'x')};
+    for (const QByteArray& body : bodies) {
+        QByteArray own(body.constData(), body.size());
+        static_cast<void>(Shown(own));
+        EXPECT_TRUE(own.isDetached()) << "somebody holds on to " << own.left(10).toHex().toStdString();
+    }
+}
+
+// A frame of 1000 by 1000 pixels whose codes go on far behind its last one: first a row of pixels for each
+// code, every row one longer than the one before, then the longest of them again and again.
+QByteArray EndlessGif(int longestRows)
+{
+    QByteArray packed;
+    unsigned int waiting = 0;
+    int waitingBits = 0;
+    const auto put = [&](unsigned int code, int bits) {
+        waiting |= code << waitingBits;
+        for (waitingBits += bits; waitingBits >= 8; waitingBits -= 8) {
+            packed += static_cast<char>(waiting & 255U);
+            waiting >>= 8;
+        }
+    };
+    put(256, 9);
+    put(0, 9);
+    int bits = 9;
+    for (unsigned int next = 258; next < 4096; ++next) {
+        put(next, bits);
+        bits += next + 1 == 1U << bits && bits < 12 ? 1 : 0;
+    }
+    for (int i = 0; i < longestRows; ++i) {
+        put(4095, 12);
+    }
+    put(257, 12);
+    put(0, 12);
+    QByteArray gif = QByteArray("GIF89a\xE8\x03\xE8\x03\xF7\0\0", 13) + QByteArray(768, '\x7F') +
+                     QByteArray(",\0\0\0\0\xE8\x03\xE8\x03\0\x08", 11);
+    for (qsizetype at = 0; at < packed.size(); at += 255) {
+        const QByteArray block = packed.mid(at, 255);
+        gif += static_cast<char>(block.size()) + block;
+    }
+    return gif + QByteArray("\0;", 2);
+}
+
+// A picture in steps, the last of them again and again.
+QByteArray JpegInSteps(int side, int repetitions)
+{
+    const QByteArray bytes = Written(Filled(side, side, Qt::black), "jpeg");
+    const qsizetype last = bytes.lastIndexOf("\xFF\xDA");
+    const QByteArray step = bytes.sliced(last, bytes.size() - 2 - last);
+    return bytes.first(last) + step.repeated(repetitions) + bytes.last(2);
+}
+
+TEST_F(BannerImagesTest, pictureInThousandsOfSteps_isNotShown)
+{
+    EXPECT_TRUE(IsShown(JpegInSteps(1000, 1)));
+    const QByteArray jpeg = JpegInSteps(1000, 300);
+    const double before = ProcessorMilliseconds();
+    EXPECT_FALSE(IsShown(jpeg));
+    EXPECT_LT(ProcessorMilliseconds() - before, 250.0 * kSlowness);
+}
+
+// Two frames of 2 by 2 pixels, red and blue, 100 ms each, for ever.
+const QByteArray kGif = QByteArray::fromHex("47494638396102000200f00000ff00000000ff21ff0b4e45545343415045322e"
+                                            "30030100000021f9040000000a002c00000000020002"
+                                            "000002028451002"
+                                            "1f904000a0000002c0000000002000200000202"
+                                            "8c53003b");
+
+TEST_F(BannerImagesTest, pictureWithEndlessPixels_isNotShown)
+{
+    EXPECT_TRUE(HasModestFrames(kGif, 4));
+    EXPECT_FALSE(HasModestFrames(kGif, 3));
+    EXPECT_TRUE(HasModestFrames(kGif.left(70), 4)) << "the rest has not come";
+    // 1 + 2 + … + 3839 pixels before the longest row; a hundredth of them all, lest a failure takes a minute.
+    const QByteArray gif = EndlessGif(13'000);
+    EXPECT_TRUE(HasModestFrames(EndlessGif(0), 3839 * 3840 / 2));
+    EXPECT_FALSE(HasModestFrames(EndlessGif(0), 3839 * 3840 / 2 - 1));
+    const double before = ProcessorMilliseconds();
+    EXPECT_FALSE(IsShown(gif));
+    EXPECT_LT(ProcessorMilliseconds() - before, 50.0 * kSlowness);
+}
+
+struct StepsRow
+{
+    const char* name;
+    int steps;
+    bool isShown;
+};
+
+class BannerImagesSteps : public BannerImagesTest, public testing::WithParamInterface<StepsRow>
+{
+};
+
+TEST_P(BannerImagesSteps, upToSixtyFour_areShown)
+{
+    const auto marks = [](int repetitions) { return JpegInSteps(16, repetitions).count("\xFF\xDA"); };
+    const auto repetitions = static_cast<int>(GetParam().steps - marks(0));
+    ASSERT_EQ(marks(repetitions), GetParam().steps);
+    EXPECT_EQ(IsShown(JpegInSteps(16, repetitions)), GetParam().isShown);
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, BannerImagesSteps,
+                         testing::Values(StepsRow{"usual", 10, true}, StepsRow{"most", 64, true},
+                                         StepsRow{"too_many", 65, false}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+QByteArray Chunk(const QByteArray& type, const QByteArray& content)
+{
+    QByteArray chunk(4, '\0');
+    qToBigEndian(static_cast<quint32>(content.size()), chunk.data());
+    chunk += type + content;
+    QByteArray check(4, '\0');
+    qToBigEndian(static_cast<quint32>(::crc32(0, reinterpret_cast<const Bytef*>(chunk.constData()) + 4,
+                                              static_cast<uInt>(chunk.size() - 4))),
+                 check.data());
+    return chunk + check;
+}
+
+QByteArray Packed(const QByteArray& bytes, int level)
+{
+    // Without the length that stands in front here.
+    return qCompress(bytes, level).sliced(4);
+}
+
+/// Of full colours.
+QByteArray PngOf(int side, const QByteArray& chunks)
+{
+    QByteArray size(4, '\0');
+    qToBigEndian(static_cast<quint32>(side), size.data());
+    return QByteArray("\x89PNG\r\n\x1a\n") + Chunk("IHDR", size + size + QByteArray("\x08\x02\0\0\0", 5)) +
+           chunks + Chunk("IEND", QByteArray());
+}
+
+/// One colour, and nothing saved by packing.
+QByteArray PlainPixels(int side, const QByteArray& pixel)
+{
+    return Packed((QByteArray(1, '\0') + pixel.repeated(side)).repeated(side), 0);
+}
+
+TEST_F(BannerImagesTest, markOfAStepInOtherFormats_meansNothing)
+{
+    const QColor colour(0xFF, 0xDA, 0x11);
+    const QByteArray png = PngOf(10, Chunk("IDAT", PlainPixels(10, "\xFF\xDA\x11")));
+    ASSERT_GT(png.count("\xFF\xDA"), 64);
+    EXPECT_EQ(Shown(png).pixelColor(5, 5), colour);
+    const QByteArray bmp = Written(Filled(10, 10, QColor(0x11, 0xDA, 0xFF)), "bmp");
+    ASSERT_GT(bmp.count("\xFF\xDA"), 64);
+    EXPECT_EQ(Shown(bmp).pixelColor(5, 5), QColor(0x11, 0xDA, 0xFF));
+}
+
+TEST_F(BannerImagesTest, pngOfFewColoursWithTexts_isShownAsItIs)
+{
+    QImage picture(40, 20, QImage::Format_Indexed8);
+    picture.setColorTable({qRgb(255, 0, 0), qRgba(0, 0, 0, 0), qRgba(0, 0, 255, 128)});
+    picture.fill(0);
+    picture.setPixel(1, 0, 1);
+    picture.setPixel(2, 0, 2);
+    picture.setText(QStringLiteral("Title"), QStringLiteral("Dates of the new harvest"));
+    picture.setText(QStringLiteral("Long"), QStringLiteral("text ").repeated(1000));
+    const QByteArray png = Written(picture, "png");
+    for (const char* const chunk : {"PLTE", "tRNS", "tEXt", "zTXt"}) {
+        ASSERT_TRUE(png.contains(chunk)) << chunk;
+    }
+    const QImage shown = Shown(png).convertToFormat(QImage::Format_ARGB32);
+    EXPECT_EQ(shown, picture.convertToFormat(QImage::Format_ARGB32));
+    EXPECT_EQ(shown.pixel(1, 0), qRgba(0, 0, 0, 0));
+    EXPECT_EQ(qAlpha(shown.pixel(2, 0)), 128);
+}
+
+TEST_F(BannerImagesTest, pixelsInSeveralPiecesOrWithALittleBehind_areShown)
+{
+    const QByteArray pixels = PlainPixels(10, "\xFF\x11\x22");
+    EXPECT_TRUE(IsShown(PngOf(10, Chunk("IDAT", pixels.first(40)) + Chunk("IDAT", QByteArray()) +
+                                      Chunk("IDAT", pixels.sliced(40)))));
+    EXPECT_TRUE(IsShown(PngOf(10, Chunk("IDAT", Packed(QByteArray(9 * 100, '\x00'), 9)))));
+    EXPECT_FALSE(IsShown(PngOf(10, Chunk("IDAT", Packed(QByteArray(9 * 100 + 1, '\x00'), 9)))));
+    EXPECT_FALSE(IsShown(PngOf(10, Chunk("IDAT", pixels).chopped(1)).chopped(12))) << "cut";
+}
+
+// The deepest and largest picture there may be.
+TEST_F(BannerImagesTest, deepestPng_isShown)
+{
+    QImage picture(1, static_cast<int>(10'000), QImage::Format_RGBA64);
+    picture.fill(Qt::red);
+    EXPECT_TRUE(IsShown(Written(picture, "png")));
+    QImage square(1000, 1000, QImage::Format_RGBA64);
+    square.fill(Qt::red);
+    EXPECT_TRUE(IsShown(Written(square, "png")));
+}
+
+TEST_F(BannerImagesTest, pngWithEndlessTexts_takesLittleMemory)
+{
+    // The library refuses more than eight million bytes.
+    const QByteArray blanks = Packed(QByteArray(7'900'000, ' '), 9);
+    QByteArray texts;
+    for (int number = 0; number < 10; ++number) {
+        texts += Chunk("zTXt", "Text" + QByteArray::number(number) + QByteArray(2, '\0') + blanks);
+    }
+    const QByteArray png = PngOf(10, texts + Chunk("IDAT", PlainPixels(10, "\xFF\x11\x22")));
+    const qint64 before = Memory::ForgetPeak();
+    EXPECT_TRUE(IsShown(png));
+    if (Memory::kIsTrue) {
+        EXPECT_LT(Memory::Peak() - before, 4 * kMegabyte);
+    }
+}
+
+// A thousand times a megabyte of nothing.
+QByteArray GigabyteOfZeros()
+{
+    const QByteArray zeros(kMegabyte, '\0');
+    z_stream stream = {};
+    EXPECT_EQ(deflateInit(&stream, 9), Z_OK);
+    const auto pack = [&] {
+        QByteArray packed(kMegabyte, '\0');
+        stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(zeros.constData()));
+        stream.avail_in = static_cast<uInt>(zeros.size());
+        stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+        stream.avail_out = static_cast<uInt>(packed.size());
+        EXPECT_EQ(deflate(&stream, Z_FULL_FLUSH), Z_OK);
+        return packed.first(packed.size() - stream.avail_out);
+    };
+    const QByteArray first = pack();
+    const QByteArray next = pack();
+    deflateEnd(&stream);
+    return first + next.repeated(1023);
+}
+
+TEST_F(BannerImagesTest, pngWithEndlessPixels_isNotShown)
+{
+    const QByteArray png = PngOf(100, Chunk("IDAT", GigabyteOfZeros()));
+    ASSERT_LT(png.size(), 2 * kMegabyte);
+    const double before = ProcessorMilliseconds();
+    EXPECT_FALSE(IsShown(png));
+    EXPECT_LT(ProcessorMilliseconds() - before, 50.0 * kSlowness);
+}
+
+} // namespace
+
+#include "BannerImagesTest.moc"
