@@ -86,26 +86,56 @@ private:
     qsizetype m_end = 0;
 };
 
-// What an attribute says. Of the names only those of the marks are known here: an address needs no other.
+/// One of the names that stand for the marks themselves, in an attribute: an address needs no other.
+class NamedEntity final
+{
+public:
+    /// @param rest from the "&" on
+    explicit NamedEntity(QStringView rest)
+    {
+        constexpr std::pair<const char16_t*, QChar> kNames[] = {
+            {u"&amp;", u'&'}, {u"&lt;", u'<'}, {u"&gt;", u'>'}, {u"&quot;", u'"'}, {u"&apos;", u'\''},
+            {u"&amp", u'&'},  {u"&lt", u'<'},  {u"&gt", u'>'},  {u"&quot", u'"'}};
+        const auto* const found = std::find_if(std::begin(kNames), std::end(kNames), [&](const auto& known) {
+            return rest.startsWith(QStringView(known.first)) && Ends(rest, QStringView(known.first));
+        });
+        if (found != std::end(kNames)) {
+            m_character = found->second;
+            m_length = QStringView(found->first).size();
+        }
+    }
+    [[nodiscard]] bool IsOne() const { return m_length > 0; }
+    [[nodiscard]] QChar Character() const { return m_character; }
+    [[nodiscard]] qsizetype Length() const { return m_length; }
+
+private:
+    // Without its ";" a name counts as well, unless it may be the beginning of a parameter's.
+    // Source: HTML standard, 13.2.5.73.
+    static bool Ends(QStringView rest, QStringView name)
+    {
+        const QChar next = rest.size() > name.size() ? rest[name.size()] : QChar(u' ');
+        return name.endsWith(u';') || (next != u'=' && (next.unicode() > 127 || !next.isLetterOrNumber()));
+    }
+
+    QChar m_character;
+    qsizetype m_length = 0;
+};
+
+// What an attribute says.
 QString Decoded(const QString& value)
 {
-    constexpr std::pair<const char16_t*, QChar> kNames[] = {
-        {u"&amp;", u'&'}, {u"&lt;", u'<'}, {u"&gt;", u'>'}, {u"&quot;", u'"'}, {u"&apos;", u'\''}};
     QString text;
     qsizetype at = 0;
     for (qsizetype mark = value.indexOf(u'&'); mark >= 0; mark = value.indexOf(u'&', at)) {
         text += QStringView(value).mid(at, mark - at);
-        const QStringView rest = QStringView(value).mid(mark);
-        const auto* const name = std::find_if(std::begin(kNames), std::end(kNames), [&](const auto& known) {
-            return rest.startsWith(QStringView(known.first));
-        });
         const NumberedEntity number(value, mark);
+        const NamedEntity name(QStringView(value).mid(mark));
         if (number.IsOne()) {
             text += QString::fromUcs4(std::array{number.Code()}.data(), 1);
             at = number.End();
-        } else if (name != std::end(kNames)) {
-            text += name->second;
-            at = mark + QStringView(name->first).size();
+        } else if (name.IsOne()) {
+            text += name.Character();
+            at = mark + name.Length();
         } else {
             text += u'&';
             at = mark + 1;

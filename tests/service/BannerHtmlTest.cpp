@@ -68,6 +68,10 @@ INSTANTIATE_TEST_SUITE_P(
                  "<img src=\"image:0\" width=\"468\" height=\"60\" border=\"0\">"},
         CleanRow{"entities_in_a_link", "<a href='http://x.example/?a=1&amp;b=2&#38;c=3&copy=4'>a</a>",
                  "<a href=\"http://x.example/?a=1&amp;b=2&amp;c=3&amp;copy=4\">a</a>"},
+        CleanRow{
+            "entities_without_their_ends",
+            "<a href='http://x.example/?a=1&amp&lt&ampb=2&amp=3&quot#&copy&amp'>a</a>",
+            "<a href=\"http://x.example/?a=1&amp;&lt;&amp;ampb=2&amp;amp=3&quot;#&amp;copy&amp;\">a</a>"},
         CleanRow{"entity_of_an_entity", "<font face='&amp;lt;&#x3C;'>a</font>",
                  "<font face=\"&amp;lt;&lt;\">a</font>"},
         CleanRow{"link_to_a_file_in_numbers", "<a href='&#102;ile:///x'>a</a>", "<a>a</a>"},
@@ -113,11 +117,13 @@ TEST(BannerHtml, images_entitiesInTheirAddresses_areDecoded)
 {
     const std::optional<Banner> banner = CleanBanner(QStringLiteral(
         "<img src='http://a.example/?a=1&amp;b=2&#38;c=3&#x26;d=4&#X26;e=&quot;&apos;&lt;&gt;&copy;&'>"
-        "<img src='&#104;ttp://b.example/&#233;'><img src='data:image/gif;base64,AA&#65;A'>"));
+        "<img src='&#104;ttp://b.example/&#233;'><img src='data:image/gif;base64,AA&#65;A'>"
+        "<img src='http://c.example/?a=1&amp&amp;b=2&amp'>"));
     ASSERT_TRUE(banner);
     EXPECT_EQ(banner->images, (QStringList{QStringLiteral("http://a.example/?a=1&b=2&c=3&d=4&e=\"'<>&copy;&"),
                                            QStringLiteral("http://b.example/\u00E9"),
-                                           QStringLiteral("data:image/gif;base64,AAAA")}));
+                                           QStringLiteral("data:image/gif;base64,AAAA"),
+                                           QStringLiteral("http://c.example/?a=1&&b=2&")}));
 }
 
 TEST(BannerHtml, images_sixteenAreEnough)
