@@ -123,11 +123,8 @@ void FrmNewLoc::SayAndUnload(const QString& message)
     Unload();
 }
 
-std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url) const
+std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren) const
 {
-    // Each child is looked up by its name among all of them: a list much longer than any country's cities
-    // would hold up the clock, and counts as a reply that did not come.
-    constexpr int kMostChildren = 6000;
     SimpleXML reply(m_documents);
     if (!reply.Load(url)) {
         return nullptr;
@@ -135,7 +132,7 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url) const
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
         root = std::make_unique<SimpleXML>(m_documents);
-    } else if (root->xmldoc->DocumentElement().ChildCount() > kMostChildren) {
+    } else if (root->xmldoc->DocumentElement().ChildCount() > mostChildren) {
         return nullptr;
     }
     root->SetCurrentPath(kRoot);
@@ -275,8 +272,10 @@ void FrmNewLoc::AddLocation()
 
 void FrmNewLoc::FetchAndStore(const QString& atlasId)
 {
+    // The service sends one place. Each is looked for among all that are stored, and saved for itself.
+    constexpr int kMostPlaces = 100;
     const std::unique_ptr<SimpleXML> places =
-        Request(ServiceRequests::GetCityInfo(Siblings().Main().Settings, atlasId));
+        Request(ServiceRequests::GetCityInfo(Siblings().Main().Settings, atlasId), kMostPlaces);
     if (!IsLoaded()) {
         return;
     }

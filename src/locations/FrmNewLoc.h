@@ -48,9 +48,14 @@ private:
     void AddLocation();
     void FetchAndStore(const QString& atlasId);
 
+    /// A child is looked up by its name among all of them: a list much longer than any country's cities would
+    /// hold up the clock.
+    static constexpr int kMostListed = 6000;
     /// The root of a reply on an object of its own, or nothing if the request failed. A document with another
-    /// root reads as an empty one. Serves events: the window may have been unloaded meanwhile.
-    [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url) const;
+    /// root reads as an empty one, and one with more children counts as none that came. Serves events: the
+    /// window may have been unloaded meanwhile.
+    [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url,
+                                                     int mostChildren = kMostListed) const;
     void Say(const QString& message) const;
     void SayAndUnload(const QString& message);
 
