@@ -12,8 +12,8 @@
 class Playback;
 
 /// Playback by GStreamer's playbin; plays what its plugins can read from a regular file. A thread of its own
-/// for each sound does everything that a file system or a sound server can hold up, so that no call here
-/// waits and a sound that hangs stands in nobody's way.
+/// for each sound does everything that a file system or a sound server can hold up, so that no call for a
+/// sound waits and one that hangs stands in nobody's way.
 class GStreamerPlayer final : public MediaPlayer
 {
 public:
@@ -26,7 +26,8 @@ public:
     void Stop() override;
     void ClearPlaylist() override;
     [[nodiscard]] int Volume() const override { return m_volume; }
-    /// Linear in amplitude. Values outside 0 to 100 are brought to the nearer limit.
+    /// Linear in amplitude. Values outside 0 to 100 are brought to the nearer limit. Waits until the disk has
+    /// a new one: put off, it would be lost where the session ends the program at once.
     void SetVolume(int volume) override;
 
 private:

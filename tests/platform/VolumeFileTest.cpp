@@ -100,6 +100,25 @@ TEST_F(VolumeFileTest, setVolume_isKeptForTheNextRun)
         << "nothing else is left beside it";
 }
 
+TEST_F(VolumeFileTest, setVolume_replacesTheFileWhole)
+{
+    const auto number = [this] {
+        struct stat file = {};
+        EXPECT_EQ(::stat(Path().toUtf8().constData(), &file), 0);
+        return file.st_ino;
+    };
+    GStreamerPlayer player;
+    player.SetVolume(73);
+    // Somebody who reads still has the old file: its number is not given away meanwhile.
+    QFile reader(Path());
+    ASSERT_TRUE(reader.open(QIODevice::ReadOnly));
+    const ino_t before = number();
+    player.SetVolume(100);
+    EXPECT_NE(number(), before) << "a crash inside the save would leave half a file";
+    EXPECT_EQ(reader.readAll(), "73\n");
+    EXPECT_EQ(Content(Path()), "100\n") << "before the program ends, however it ends";
+}
+
 TEST_F(VolumeFileTest, setVolume_outsideTheScale_isBroughtToItsEnd)
 {
     GStreamerPlayer player;
