@@ -19,10 +19,13 @@
 
 namespace {
 
-constexpr int kWait = 30'000;
+constexpr int kWaitMilliseconds = 30'000;
 constexpr double kTone = 440.0;
 // The splash stays for two seconds; the rest is for a slow machine.
 constexpr int kLeadSeconds = 8;
+// From the screen to the test, with more tests at once than cores. An alert that misses its second does not
+// come at all, and a popup that misses its own stays for minutes.
+constexpr double kLateSeconds = 10.0;
 const QString kPopup = QStringLiteral("^Dusk Beacon Alert$");
 const QString kOther = QStringLiteral("^Letter$");
 const QString kMain = QStringLiteral("^Dusk Beacon v1\\.0\\.5$");
@@ -65,9 +68,9 @@ protected:
     void StartDisplay()
     {
         const QStringList arguments{QStringLiteral("-screen"),     QStringLiteral("0"),
-                              QStringLiteral("1024x768x24"), QStringLiteral("-noreset"),
-                              QStringLiteral("-nolisten"),   QStringLiteral("tcp"),
-                              QStringLiteral("-displayfd"),  QStringLiteral("1")};
+                                    QStringLiteral("1024x768x24"), QStringLiteral("-noreset"),
+                                    QStringLiteral("-nolisten"),   QStringLiteral("tcp"),
+                                    QStringLiteral("-displayfd"),  QStringLiteral("1")};
         display.setStandardErrorFile(QProcess::nullDevice());
         display.start(QStringLiteral("Xvfb"), arguments);
         QByteArray answer;
@@ -76,7 +79,7 @@ protected:
                 answer += display.readAllStandardOutput();
                 return answer.contains('\n');
             },
-            kWait));
+            kWaitMilliseconds));
         environment.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(answer.trimmed()));
         environment.insert(QStringLiteral("HOME"), folder.path());
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
@@ -93,7 +96,7 @@ protected:
                               {QStringLiteral("-root"), QStringLiteral("_NET_SUPPORTING_WM_CHECK")})
                     .contains(u'#');
             },
-            kWait));
+            kWaitMilliseconds));
     }
 
     /// Minutes since midnight of Maghrib on the day of the journey, for the place of the settings.
@@ -130,7 +133,7 @@ protected:
         sinceStart.start();
         program.start(folder.filePath(QStringLiteral("DuskBeacon")), {});
         ASSERT_TRUE(program.waitForStarted());
-        ASSERT_TRUE(QTest::qWaitFor([&] { return !Window(kMain).isEmpty(); }, kWait));
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !Window(kMain).isEmpty(); }, kWaitMilliseconds));
     }
 
     [[nodiscard]] QString Output(const QString& tool, const QStringList& arguments) const
@@ -154,12 +157,12 @@ protected:
     /// Seconds from the start of the program to the popup on the screen.
     [[nodiscard]] double WaitForPopup() const
     {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !Window(kPopup).isEmpty(); }, kWait));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !Window(kPopup).isEmpty(); }, kWaitMilliseconds));
         return static_cast<double>(sinceStart.elapsed()) / 1000.0;
     }
     [[nodiscard]] bool WaitForPopupToGo() const
     {
-        return QTest::qWaitFor([&] { return Window(kPopup).isEmpty(); }, kWait);
+        return QTest::qWaitFor([&] { return Window(kPopup).isEmpty(); }, kWaitMilliseconds);
     }
     void Click(const QString& window, int x, int y) const
     {
@@ -212,8 +215,9 @@ protected:
         otherProgram.start(QStringLiteral("xev"),
                            {QStringLiteral("-name"), QStringLiteral("Letter"), QStringLiteral("-geometry"),
                             QStringLiteral("200x100+10+640")});
-        ASSERT_TRUE(QTest::qWaitFor(
-            [&] { return !Window(kOther).isEmpty() && ActiveWindow() == Window(kOther); }, kWait));
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return !Window(kOther).isEmpty() && ActiveWindow() == Window(kOther); },
+                            kWaitMilliseconds));
     }
     /// A notification area, without which a window that is minimised stays on the taskbar.
     void StartTray()
@@ -273,10 +277,10 @@ TEST_F(AlertJourney, prayerComes_popupOnTopSoundAndStopLink)
     const double seconds = WaitForPopup();
     RecordProperty("secondsAfterTheMinute", std::to_string(seconds - kLeadSeconds));
     EXPECT_GT(seconds, kLeadSeconds - 0.2);
-    EXPECT_LT(seconds, kLeadSeconds + 1.0);
+    EXPECT_LT(seconds, kLeadSeconds + kLateSeconds);
 
     const QString popup = Window(kPopup);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWait));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWaitMilliseconds));
     EXPECT_EQ(ActiveWindow(), Window(kOther)) << "the keyboard stays where it was";
     EXPECT_FALSE(OffersBoxesToMinimiseOrMaximise(popup));
     EXPECT_TRUE(OffersBoxesToMinimiseOrMaximise(Window(kMain))) << "or the look at the hints is wrong";
@@ -287,15 +291,15 @@ TEST_F(AlertJourney, prayerComes_popupOnTopSoundAndStopLink)
     Click(Window(kMain), 60, 264);
 
     static_cast<void>(Xdotool({QStringLiteral("windowraise"), Window(kMain)}));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWait)) << "it stays on top";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWaitMilliseconds)) << "it stays on top";
     Click(popup, 104, 80);
     EXPECT_TRUE(WaitForPopupToGo());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return StopLinkIsBlue(); }, kWait)) << "the sound goes on";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return StopLinkIsBlue(); }, kWaitMilliseconds)) << "the sound goes on";
     EXPECT_TRUE(sound.WaitForTone(kTone));
 
     Click(Window(kMain), 60, 264);
     EXPECT_TRUE(sound.WaitForSilence());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !StopLinkIsBlue(); }, kWait));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !StopLinkIsBlue(); }, kWaitMilliseconds));
 }
 
 TEST_F(AlertJourney, soundEnds_stopLinkGreysByItself)
@@ -306,9 +310,9 @@ TEST_F(AlertJourney, soundEnds_stopLinkGreysByItself)
     StartAhead(Maghrib(),
                silentPopup.replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\"")),
                kNoAdvance);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return StopLinkIsBlue(); }, kWait));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return StopLinkIsBlue(); }, kWaitMilliseconds));
     EXPECT_TRUE(sound.WaitForTone(kTone));
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !StopLinkIsBlue(); }, kWait));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !StopLinkIsBlue(); }, kWaitMilliseconds));
     EXPECT_TRUE(Window(kPopup).isEmpty());
 }
 
@@ -317,10 +321,10 @@ TEST_F(AlertJourney, warningOfOneMinute_comesAndGoesByItself)
     StartAhead(Maghrib() - 1, kWithSound, QStringLiteral(R"(useAdvWarn="true" advWarn="1")"));
     const double up = WaitForPopup();
     EXPECT_GT(up, kLeadSeconds - 0.2);
-    EXPECT_LT(up, kLeadSeconds + 1.0);
+    EXPECT_LT(up, kLeadSeconds + kLateSeconds);
     EXPECT_TRUE(WaitForPopupToGo());
     const double gone = static_cast<double>(sinceStart.elapsed()) / 1000.0;
-    EXPECT_LT(gone, kLeadSeconds + 2.5) << "after its one second";
+    EXPECT_LT(gone, up + 1.0 + kLateSeconds) << "after its one second";
 }
 
 TEST_F(AlertJourney, warningOfTenMinutes_mainWindowHiddenInTheTray_goesByOk)
@@ -328,14 +332,14 @@ TEST_F(AlertJourney, warningOfTenMinutes_mainWindowHiddenInTheTray_goesByOk)
     StartTray();
     StartAhead(Maghrib() - 10, kWithSound, QStringLiteral(R"(useAdvWarn="true" advWarn="10")"));
     const QString main = Window(kMain);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return HasIcon(); }, kWait));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return HasIcon(); }, kWaitMilliseconds));
     ASSERT_TRUE(IsOnTaskbar(main));
     static_cast<void>(Xdotool({QStringLiteral("windowminimize"), main}));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !IsOnTaskbar(main); }, kWait));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !IsOnTaskbar(main); }, kWaitMilliseconds));
     const double up = WaitForPopup();
-    EXPECT_LT(up, kLeadSeconds + 1.0);
+    EXPECT_LT(up, kLeadSeconds + kLateSeconds);
     const QString popup = Window(kPopup);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWait));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWaitMilliseconds));
     static_cast<void>(Picture("popup_with_main_window_hidden"));
     EXPECT_FALSE(IsOnTaskbar(main)) << "the main window stays hidden";
     Click(popup, 104, 80);
@@ -350,10 +354,10 @@ TEST_F(AlertJourney, warningOfTenMinutes_mainWindowMinimised_goesByOk)
     StartAhead(Maghrib() - 10, kWithSound, QStringLiteral(R"(useAdvWarn="true" advWarn="10")"));
     const QString main = Window(kMain);
     static_cast<void>(Xdotool({QStringLiteral("windowminimize"), QStringLiteral("--sync"), main}));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return Window(kMain).isEmpty(); }, kWait));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Window(kMain).isEmpty(); }, kWaitMilliseconds));
     const double up = WaitForPopup();
     EXPECT_GT(up, kLeadSeconds - 0.2);
-    EXPECT_LT(up, kLeadSeconds + 1.0);
+    EXPECT_LT(up, kLeadSeconds + kLateSeconds);
     EXPECT_TRUE(Window(kMain).isEmpty()) << "the main window stays hidden";
     static_cast<void>(Picture("popup_with_main_window_minimised"));
     Click(Window(kPopup), 104, 80);
