@@ -10,6 +10,7 @@
 #include <QTextBlock>
 #include <QTextDocument>
 
+#include <sys/resource.h>
 #include <time.h>
 
 #include <algorithm>
@@ -108,6 +109,14 @@ double ProcessorSeconds()
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) / 1e9;
 }
 
+// The most that this process has ever taken.
+qint64 MostKilobytes()
+{
+    rusage usage = {};
+    ::getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
+
 // The page in the strip, its pictures coming in one by one.
 void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& picture)
 {
@@ -123,10 +132,17 @@ void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& pict
     Demand(ProcessorSeconds() - start < kLongestSeconds, "a page that is shown is shown quickly");
     CheckRequests(world.platform.http);
     CheckLinks(*strip.document());
+    const qint64 memory = MostKilobytes();
+    const double startOfPictures = ProcessorSeconds();
     for (const auto& done : world.platform.http.backgroundDone) {
         done(picture.isEmpty() ? std::nullopt : Http::Reply(picture));
     }
     static_cast<void>(strip.grab());
+    // What all pictures may have together are four million pixels.
+    constexpr double kLongestSecondsOfPictures = 2.0;
+    constexpr qint64 kMostKilobytesOfPictures = 256LL * 1024;
+    Demand(ProcessorSeconds() - startOfPictures < kLongestSecondsOfPictures, "pictures come quickly");
+    Demand(MostKilobytes() - memory < kMostKilobytesOfPictures, "pictures take what they may");
     CheckRequests(world.platform.http);
 }
 
