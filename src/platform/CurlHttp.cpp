@@ -117,7 +117,8 @@ void CurlHttp::StartWaiting()
     }
 }
 
-// With threads of its own instead of a pool's: a pool that gets no thread keeps the job, and waits for it at the end.
+// With threads of its own instead of a pool's: a pool that gets no thread keeps the job, and waits for it at
+// the end.
 void CurlHttp::Start(Job& job)
 {
     const auto finish = [this, &job] {
