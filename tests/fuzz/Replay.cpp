@@ -35,6 +35,7 @@ int main(int argc, char* argv[])
         const std::string bytes{std::istreambuf_iterator<char>(file), {}};
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     }
-    std::printf("%zu inputs\n", files.size());
+    std::printf("figure: corpus %s: %zu inputs\n",
+                std::filesystem::path(argv[1]).lexically_normal().filename().c_str(), files.size());
     return files.empty() ? 1 : 0;
 }

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/Memory.h"
-#include "fakes/RebasedHttp.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StandIn.h"
 #include "service/StartUpProgram.h"
 
-#include <QProcess>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -15,51 +14,6 @@ namespace {
 // Several times the largest reply.
 constexpr qint64 kHighestPeak = 4 * 1024 * 1024;
 constexpr qint64 kMostGrowthPerReply = 2 * 1024 * 1024 / 300;
-
-// The stand-in of the journeys, a process of its own, so that none of its memory is ours.
-class StandIn final
-{
-public:
-    StandIn()
-    {
-        m_process.start(QStringLiteral("python3"), {QStringLiteral(DUSKBEACON_STAND_IN),
-                                                    QStringLiteral("--seconds"), QStringLiteral("300")});
-        m_process.waitForReadyRead(20'000);
-        m_url = QStringLiteral("http://127.0.0.1:") + QString::fromLatin1(m_process.readLine().trimmed());
-        // What it prints would fill its pipe, or our memory.
-        QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
-                         [this] { m_asked += m_process.readAllStandardOutput().count("/cgi-bin/dbeacon/"); });
-    }
-    ~StandIn()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    StandIn(const StandIn&) = delete;
-    StandIn& operator=(const StandIn&) = delete;
-
-    [[nodiscard]] const QString& Url() const { return m_url; }
-    /// Both requests of an alarm misbehave in that way from now on.
-    void Misbehave(const QString& how)
-    {
-        CurlHttp http;
-        ASSERT_TRUE(
-            http.Fetch(m_url + QStringLiteral("/control?fault=prayerCall.pl=%1&fault=getAd.pl=%1").arg(how),
-                       HttpLimits{}));
-    }
-    /// How many requests have come, once those are in that are on their way.
-    [[nodiscard]] qsizetype Asked(qsizetype expected)
-    {
-        static_cast<void>(QTest::qWaitFor([&] { return m_asked >= expected; }));
-        return m_asked;
-    }
-    void Forget() { m_asked = 0; }
-
-private:
-    QProcess m_process;
-    QString m_url;
-    qsizetype m_asked = 0;
-};
 
 struct Fault
 {
@@ -84,7 +38,7 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
     FakePlatform platform;
     const HttpLimits limits =
         GetParam().isEndless ? HttpLimits{1024 * 1024, 20, 20} : HttpLimits{1024 * 1024, 10'000, 20'000};
-    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), service.Url(), limits);
+    RebasedHttp http = service.Http(limits);
     const Platform doors{platform.clock,  platform.timers, platform.files, http,
                          platform.player, platform.tray,   platform.boxes, platform.browser,
                          platform.region, platform.process};
@@ -93,7 +47,9 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
     const QByteArray settings = ReadSettings();
     Program program(doors);
     program.Start();
-    service.Misbehave(QString::fromLatin1(GetParam().how));
+    for (const char* const script : {"prayerCall.pl", "getAd.pl"}) {
+        ASSERT_TRUE(service.Misbehave(script, GetParam().how));
+    }
     platform.clock.SetTime(12, 30, 0);
     const auto alarms = [&](int times) {
         for (int i = 0; i < times; ++i) {

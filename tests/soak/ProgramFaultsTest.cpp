@@ -26,6 +26,12 @@ const FakeMessageBoxes::Box kDeleteQuestion{
     QStringLiteral("Are you sure you want to remove: Makkah, Saudi Arabia"), QStringLiteral("Dusk Beacon"),
     QStringLiteral("Yes No")};
 
+const FakeMessageBoxes::Box kWelcome{QStringLiteral("Welcome"), QStringLiteral("Dusk Beacon"),
+                                     QStringLiteral("OK")};
+const FakeMessageBoxes::Box kResetQuestion{
+    QStringLiteral("This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?"),
+    QStringLiteral("Dusk Beacon"), QStringLiteral("Yes No")};
+
 /// What a user does that ends in one save, and what is to be seen then.
 struct Deed
 {
@@ -65,6 +71,37 @@ void StartAndOpenPlaces(ProgramWorld& world)
     world.Click(FrmMain::kName, "LblLocLink");
     auto& list = world.Find<ListBox>(FrmLocation::kName, "LstLocations");
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(1)).center());
+}
+
+void StartAndFindCairo(ProgramWorld& world)
+{
+    world.platform.http.replies[QStringLiteral("getStates.pl")] =
+        "<root><a state=\"Egypt\" state_id=\"20\"/></root>";
+    world.platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
+        "<root><a city=\"Cairo\" atlas_id=\"EG-1\"/></root>";
+    world.platform.http.replies[QStringLiteral("getCityInfo.pl")] =
+        "<root><Cairo city=\"Cairo\" state=\"Egypt\" longitude_final=\"31.25\" latitude_final=\"30.05\" "
+        "time_zone2=\"2\"/></root>";
+    world.Start();
+    world.Click(FrmMain::kName, "LblLocLink");
+    world.Click(FrmLocation::kName, "LblNewLocLink");
+    QTest::keyClicks(&world.Find(FrmNewLoc::kName, "TxtZipCode"), QStringLiteral("1"));
+    world.Click(FrmNewLoc::kName, "LblGetLink");
+    auto& results = world.Find<ListBox>(FrmNewLoc::kName, "LstSearchResults");
+    QTest::mouseClick(results.viewport(), Qt::LeftButton, {},
+                      results.visualItemRect(results.item(0)).center());
+}
+
+void StartAndOpenMobilePage(ProgramWorld& world, const char* did, const char* pc, const char* confirm)
+{
+    WriteSettings(SettingsText().replace(
+        QStringLiteral(R"(mobileEnabled="false" mobileDID="" mobilePC="" mobileConfirm="0")"),
+        QStringLiteral(R"(mobileEnabled="true" mobileDID="%1" mobilePC="%2" mobileConfirm="%3")")
+            .arg(QLatin1String(did), QLatin1String(pc), QLatin1String(confirm))));
+    world.platform.http.replies[QStringLiteral("confirmSignup.pl")] =
+        "<root result=\"1\" message=\"Welcome\"/>";
+    StartAndOpenAlerts(world);
+    world.Click(FrmAlerts::kName, "LblMobilAlert");
 }
 
 const Deed kDeeds[] = {
@@ -122,6 +159,44 @@ const Deed kDeeds[] = {
      [](ProgramWorld& world, bool isSaved) -> const char* {
          const auto& list = world.Find<ListBox>(FrmLocation::kName, "LstLocations");
          return list.count() == (isSaved ? 1 : 2) ? nullptr : "another list";
+     }},
+    {"the addition of a place",
+     "time_zone2=\"3\"/>\n  </locations>",
+     "<Cairo ",
+     StartAndFindCairo,
+     [](ProgramWorld& world) { world.Click(FrmNewLoc::kName, "CmdAdd"); },
+     {},
+     {},
+     [](ProgramWorld& world, bool isSaved) -> const char* {
+         const auto& list = world.Find<ListBox>(FrmLocation::kName, "LstLocations");
+         if (world.Loaded(FrmNewLoc::kName) != nullptr) {
+             return "the search is still there";
+         }
+         return list.count() == (isSaved ? 3 : 2) ? nullptr : "another list";
+     }},
+    {"a registration",
+     R"(mobileConfirm="0")",
+     R"(mobileConfirm="1")",
+     [](ProgramWorld& world) { StartAndOpenMobilePage(world, "15551234", "5521", "0"); },
+     [](ProgramWorld& world) { world.Click(FrmAlerts::kName, "CmdMobilReg"); },
+     {kWelcome},
+     {kWelcome},
+     // The service has confirmed, so the form locks; the file tells otherwise at the next opening.
+     [](ProgramWorld& world, bool /*isSaved*/) -> const char* {
+         return world.Find(FrmAlerts::kName, "TxtMDID").isEnabled() ? "the form is open" : nullptr;
+     }},
+    {"the reset of a registration",
+     R"(mobileConfirm="1")",
+     R"(mobileConfirm="0")",
+     [](ProgramWorld& world) { StartAndOpenMobilePage(world, "", "", "1"); },
+     [](ProgramWorld& world) {
+         world.platform.boxes.answers.push_back(true);
+         world.Click(FrmAlerts::kName, "LblReset");
+     },
+     {kResetQuestion},
+     {kResetQuestion},
+     [](ProgramWorld& world, bool /*isSaved*/) -> const char* {
+         return world.Find(FrmAlerts::kName, "TxtMDID").isEnabled() ? nullptr : "the form is locked";
      }},
     {"No to a new version",
      R"(remind="")",
