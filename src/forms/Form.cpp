@@ -12,6 +12,7 @@
 #include <QPalette>
 #include <QScopeGuard>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 namespace {
@@ -24,6 +25,20 @@ QPalette UngreyedColours(QPalette colours)
         colours.setBrush(QPalette::Disabled, colourRole, colours.brush(QPalette::Active, colourRole));
     }
     return colours;
+}
+
+// The control that the Tab key would go to from this one; none if it is alone.
+QWidget* NextInTabOrder(const QWidget& control)
+{
+    QWidget* next = control.nextInFocusChain();
+    while (next != &control) {
+        const bool isReached = (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
+        if (isReached && !next->isWindow() && next->isEnabled() && next->isVisible()) {
+            return next;
+        }
+        next = next->nextInFocusChain();
+    }
+    return nullptr;
 }
 
 } // namespace
@@ -72,11 +87,15 @@ void Form::Show()
 void Form::PaintNow()
 {
     KeepWhile([this] {
-        constexpr int kLongestWait = 500;
-        const QDeadlineTimer deadline(kLongestWait);
+        constexpr int kLongestWaitMilliseconds = 500;
+        constexpr int kLookMilliseconds = 20;
+        const QDeadlineTimer deadline(kLongestWaitMilliseconds);
+        // Without a time for it, and woken by a timer: given a time, Qt does not wait for events at all.
+        QTimer alarm;
+        alarm.start(kLookMilliseconds);
         while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
-            QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents,
-                                           20);
+            QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                           QEventLoop::WaitForMoreEvents);
         }
         repaint();
         QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
@@ -113,10 +132,9 @@ void Form::Enable(bool enabled)
     setEnabled(enabled);
     if (enabled && m_nextFocus != nullptr) {
         // What had the keyboard may have been disabled meanwhile, as the stop link is at the end of a sound.
-        if (m_nextFocus->isEnabled()) {
-            m_nextFocus->setFocus();
-        } else {
-            focusNextChild();
+        QWidget* const heir = m_nextFocus->isEnabled() ? m_nextFocus.data() : NextInTabOrder(*m_nextFocus);
+        if (heir != nullptr) {
+            heir->setFocus();
         }
         m_nextFocus.clear();
     }

@@ -36,7 +36,7 @@ public:
     /// its place on the taskbar.
     virtual void SetFocus();
     /// Lets the window take input or not. The control that had the keyboard when it was taken from the window
-    /// has it back when the window takes input again.
+    /// has it back when the window takes input again, or the next one if that control is disabled by then.
     virtual void Enable(bool enabled);
     /// Gives one of the window's controls the keyboard, or leaves it to be had once the window takes input.
     void GiveFocus(QWidget& control);

@@ -36,6 +36,8 @@ public:
     /// Rewrites date and times from what is held.
     virtual void PopPrayerFrame() = 0;
     virtual void Enable(bool enabled) = 0;
-    /// Takes the focus.
+    /// Takes the focus if it can. Hidden in the tray or disabled it is left alone, which is no failure:
+    /// whoever closes a dialog meanwhile must still get to the step behind this one, without which every
+    /// alert is dropped.
     virtual void TakeFocus() = 0;
 };

@@ -21,14 +21,15 @@ constexpr const char* kEmbeddedIconClass = "QSystemTrayIconSys";
 // Asked of the session bus, with a short wait: a panel that hangs must not hang the program.
 bool IsStatusNotifierHostThere()
 {
-    constexpr int kLongestWait = 500;
+    constexpr int kLongestWaitMilliseconds = 500;
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     QDBusMessage question = QDBusMessage::createMethodCall(watcher, QStringLiteral("/StatusNotifierWatcher"),
                                                            QStringLiteral("org.freedesktop.DBus.Properties"),
                                                            QStringLiteral("Get"));
     question << watcher << QStringLiteral("IsStatusNotifierHostRegistered");
     question.setAutoStartService(false);
-    const QDBusMessage answer = QDBusConnection::sessionBus().call(question, QDBus::Block, kLongestWait);
+    const QDBusMessage answer =
+        QDBusConnection::sessionBus().call(question, QDBus::Block, kLongestWaitMilliseconds);
     return answer.type() == QDBusMessage::ReplyMessage && !answer.arguments().isEmpty() &&
            answer.arguments().constFirst().value<QDBusVariant>().variant().toBool();
 }

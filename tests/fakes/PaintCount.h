@@ -10,7 +10,7 @@
 #include <QWidget>
 #include <QWindow>
 
-/// Counts how often the window of a name is painted, also one that is only made while this looks.
+/// Counts how often the widgets of a name are painted, also one that is only made while this looks.
 class PaintCount final : public QObject
 {
 public:

@@ -50,7 +50,26 @@ TEST_F(FocusTest, controlDisabledMeanwhile_leavesTheKeyboardToTheNext)
     window.Enable(false);
     middle.setEnabled(false);
     window.Enable(true);
-    EXPECT_TRUE(last.hasFocus() || first.hasFocus());
+    EXPECT_TRUE(last.hasFocus());
+}
+
+TEST_F(FocusTest, controlAndItsNextDisabledMeanwhile_leaveTheKeyboardToTheOneBehind)
+{
+    window.Enable(false);
+    middle.setEnabled(false);
+    last.hide();
+    window.Enable(true);
+    EXPECT_TRUE(first.hasFocus()) << "the order begins anew behind its end";
+}
+
+TEST_F(FocusTest, onlyControlDisabledMeanwhile_leavesTheKeyboardToNobody)
+{
+    first.setEnabled(false);
+    last.setFocusPolicy(Qt::ClickFocus);
+    window.Enable(false);
+    middle.setEnabled(false);
+    window.Enable(true);
+    EXPECT_EQ(window.focusWidget(), nullptr);
 }
 
 TEST_F(FocusTest, windowDisabledTwice_stillKnowsTheControl)

@@ -1,17 +1,30 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/FakePlatform.h"
+#include "fakes/PaintCount.h"
 #include "forms/Forms.h"
 #include "support/RuntimeError.h"
 
-#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QPointer>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <ctime>
+
 namespace {
 
+using namespace std::chrono_literals;
+
 const QString kName = QStringLiteral("Window");
+
+std::chrono::nanoseconds ThreadProcessorTime()
+{
+    timespec used{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return std::chrono::seconds(used.tv_sec) + std::chrono::nanoseconds(used.tv_nsec);
+}
 
 class ScriptedForm final : public Form
 {
@@ -58,25 +71,6 @@ protected:
     std::function<void()> onLoad;
 };
 
-TEST_F(FormLifetimeTest, unloadInsideLoad_livesUntilLoadHasEnded_thenIsError364)
-{
-    bool wasAlive = false;
-    onLoad = [&] {
-        form->Unload();
-        QCoreApplication::processEvents();
-        wasAlive = !form.isNull();
-    };
-    try {
-        forms.Touch(kName);
-        FAIL() << "the window is gone";
-    } catch (const RuntimeError& error) {
-        EXPECT_EQ(error.Number(), ErrorNumber::kFormUnloaded);
-    }
-    EXPECT_TRUE(wasAlive);
-    QCoreApplication::processEvents();
-    EXPECT_TRUE(form.isNull());
-}
-
 TEST_F(FormLifetimeTest, failedLoad_isLoadedAnewByTheNextTouch)
 {
     onLoad = Fail;
@@ -109,21 +103,24 @@ TEST_F(FormLifetimeTest, keepWhile_passesTheErrorOnAndLetsGo)
 
 TEST_F(FormLifetimeTest, paintNow_returnsPainted)
 {
-    class PaintCount final : public QObject
-    {
-    public:
-        bool eventFilter(QObject* /*watched*/, QEvent* event) override
-        {
-            count += event->type() == QEvent::Paint ? 1 : 0;
-            return false;
-        }
-        int count = 0;
-    };
-    PaintCount paints;
-    forms.Touch(kName).installEventFilter(&paints);
+    const PaintCount count(kName);
+    forms.Touch(kName);
     form->Show();
     form->PaintNow();
-    EXPECT_GT(paints.count, 0);
+    EXPECT_GT(count.paints, 0);
+}
+
+TEST_F(FormLifetimeTest, paintNow_ofAWindowThatNoScreenShows_waitsAtRest)
+{
+    forms.Touch(kName).winId();
+    ASSERT_FALSE(form->windowHandle()->isExposed());
+    QElapsedTimer waited;
+    waited.start();
+    const std::chrono::nanoseconds before = ThreadProcessorTime();
+    form->PaintNow();
+    const std::chrono::nanoseconds used = ThreadProcessorTime() - before;
+    EXPECT_GE(std::chrono::milliseconds(waited.elapsed()), 450ms);
+    EXPECT_LT(used, 50ms) << "it would take all of a processor if it looked without a pause";
 }
 
 } // namespace

@@ -132,7 +132,7 @@ TEST_F(FormsTest, unload_runsOnceAndANewTouchBuildsANewWindow)
         ++unloads;
         window.Unload();
     };
-    forms.Touch(kOne).setObjectName(kOne);
+    forms.Touch(kOne);
     const Form* const first = latest;
     forms.Unload(kOne);
     forms.Unload(kOne);
