@@ -10,6 +10,8 @@
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
+#include <utility>
+
 namespace {
 
 class LinkInterface final : public QAccessibleWidget
@@ -100,10 +102,16 @@ void LinkLabel::mousePressEvent(QMouseEvent* event)
 void LinkLabel::mouseReleaseEvent(QMouseEvent* event)
 {
     event->accept();
-    if (m_pressed && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
-        m_pressed = false;
+    const bool wasPressed = std::exchange(m_pressed, false);
+    if (wasPressed && event->button() == Qt::LeftButton && rect().contains(event->position().toPoint())) {
         Click();
     }
+}
+
+void LinkLabel::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    // Left to the toolkit its second press would be another click, and open a second page.
+    event->accept();
 }
 
 void LinkLabel::keyPressEvent(QKeyEvent* event)

@@ -6,9 +6,9 @@
 
 #include <functional>
 
-/// A text that acts as a link: Click by mouse or keyboard, MouseMove without a button. While disabled it
-/// takes no click, and the mouse moves over whatever lies behind it. It is grey while it or its frame is
-/// disabled, not while its window is.
+/// A text that acts as a link: Click by mouse or keyboard, one for a double click too, and MouseMove without
+/// a button. While disabled it takes no click, and the mouse moves over whatever lies behind it. It is grey
+/// while it or its frame is disabled, not while its window is.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT
@@ -29,6 +29,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;

@@ -290,6 +290,15 @@ TEST_F(MainLinksTest, webLinks_takeNoClickWhileTheyOpen_theBannerDoes)
     EXPECT_EQ(disabled, QStringList());
 }
 
+TEST_F(MainLinksTest, doubleClick_opensOnePage)
+{
+    for (const char* const name : {"LblGetMoreLink", "LblHelp", "Picture2"}) {
+        platform.browser.opened.clear();
+        Desk::DoubleClick(*window.findChild<QWidget*>(QLatin1String(name)));
+        EXPECT_EQ(platform.browser.opened.size(), 1) << name;
+    }
+}
+
 TEST_F(MainLinksTest, soundFiles_withoutIdentifier_openAllTheSame)
 {
     window.Settings.PID.clear();

@@ -46,6 +46,14 @@ TEST_F(LinkLabelTest, click_byTheLeftButtonOnly)
     EXPECT_EQ(clicks, 1);
 }
 
+TEST_F(LinkLabelTest, doubleClick_isOneClick)
+{
+    Desk::DoubleClick(link);
+    EXPECT_EQ(clicks, 1);
+    Desk::Click(link);
+    EXPECT_EQ(clicks, 2);
+}
+
 TEST_F(LinkLabelTest, releaseElsewhere_isNoClick)
 {
     QWindow* const handle = window.windowHandle();

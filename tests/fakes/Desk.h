@@ -38,4 +38,12 @@ inline void Click(const QWidget& widget, Qt::MouseButton button = Qt::LeftButton
     Settle();
 }
 
+/// Two clicks in quick succession, of which the window system makes a double click.
+inline void DoubleClick(const QWidget& widget)
+{
+    QTest::mouseDClick(widget.window()->windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                       PlaceInWindow(widget, widget.rect().center()));
+    Settle();
+}
+
 } // namespace Desk
