@@ -207,8 +207,6 @@ void FrmMain::Enable(bool enabled)
 
 void FrmMain::TakeFocus()
 {
-    // Hidden in the tray it takes the focus when it comes back. That is no failure: whoever closes a dialog
-    // meanwhile must still get to the step behind this one, without which every alert is dropped.
     if (IsLoaded() && isVisible() && isEnabled()) {
         SetFocus();
     }

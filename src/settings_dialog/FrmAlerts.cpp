@@ -43,8 +43,7 @@ void FrmAlerts::OnLoad()
 
 void FrmAlerts::OnUnload()
 {
-    // A step that fails skips those behind it, and nobody is told; ActiveForm then stays as it is. A main
-    // window that is hidden is no such failure.
+    // A step that fails skips those behind it, and nobody is told; ActiveForm then stays as it is.
     m_context.Armed([this] {
         MainForm& main = Siblings().Main();
         main.Enable(true);

@@ -63,7 +63,7 @@ public:
     void TakeFocus() override
     {
         calls << QStringLiteral("TakeFocus while ") + ActiveForm;
-        if (IsLoaded()) {
+        if (IsLoaded() && isVisible() && isEnabled()) {
             SetFocus();
         }
     }
