@@ -7,9 +7,7 @@
 #include "platform/Platform.h"
 #include "support/RuntimeError.h"
 
-#include <QGuiApplication>
 #include <QLabel>
-#include <QScreen>
 
 DlgStart::DlgStart(Forms& forms)
     : Form(forms, kName, Qt::SplashScreen | Qt::FramelessWindowHint)
@@ -24,9 +22,7 @@ DlgStart::DlgStart(Forms& forms)
     m_label2 = new QLabel(QStringLiteral("Loading...."), this);
     m_label2->setObjectName(QStringLiteral("Label2"));
     m_label2->setGeometry(TwipsRect(1200, 840, 2280, 360));
-    if (const QScreen* const screen = QGuiApplication::primaryScreen(); screen != nullptr) {
-        move(screen->availableGeometry().center() - rect().center());
-    }
+    CentreOver(nullptr);
     m_timer1->SetInterval(1000);
     m_timer1->SetHandler([this] {
         Handle([this] {

@@ -14,6 +14,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include <algorithm>
 #include <array>
 
 WindowLife::WindowLife(Form& window, MainForm& main, Forms& forms)
@@ -94,9 +95,9 @@ void WindowLife::Paint()
 
 void WindowLife::HandOnFocus()
 {
-    // Only the focus that this window itself holds is handed on, or one that takes no input. Taking it from
-    // another program, or from a box that waits for an answer, whenever the countdown repaints a label would
-    // let nobody work.
+    // Handed on is only the focus of this window, or of a window that takes no input. Taking it from another
+    // program, or from a box that waits for an answer, whenever the countdown repaints a label would let
+    // nobody work.
     const QWidget* const active = QApplication::activeWindow();
     const bool isToBeHandedOn = active == &m_window || (active != nullptr && !active->isEnabled());
     if (!isToBeHandedOn || QApplication::activeModalWidget() != nullptr) {
