@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Application.h"
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "engine/CalculationLibrary.h"
 #include "engine/PTimer.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 #include "store/SimpleXML.h"
 
@@ -25,9 +24,7 @@ struct Ground
         }
         QFile::setPermissions(QStringLiteral("settings.xml"),
                               QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
     }
 
     FakePlatform platform;

@@ -92,7 +92,7 @@ TEST_F(FrmPopupTest, load_leavesItHiddenWithItsTimerOff)
     forms.Touch<FrmPopup>();
     EXPECT_FALSE(Popup()->isVisible());
     EXPECT_EQ(PopupTimer(), nullptr);
-    EXPECT_EQ(platform.timers.all.back()->interval, 1000);
+    EXPECT_EQ(platform.timers.all.back()->intervalMilliseconds, 1000);
     EXPECT_EQ(TextOf("Label1"), QString());
     ExpectMainIsFree();
 }
@@ -108,7 +108,7 @@ TEST_F(FrmPopupTest, showPopup_takesOver)
     EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
     EXPECT_EQ(TextOf("LblCurrTime"), QString()) << "filled by the first tick";
     ASSERT_NE(PopupTimer(), nullptr);
-    EXPECT_EQ(PopupTimer()->interval, 1000);
+    EXPECT_EQ(PopupTimer()->intervalMilliseconds, 1000);
 }
 
 TEST_F(FrmPopupTest, showPopup_onADisabledOneThatHasCounted_startsAnew)

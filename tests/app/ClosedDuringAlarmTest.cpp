@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "alerts/FrmPopup.h"
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "fakes/Desk.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 
 #include <QPushButton>
@@ -32,7 +31,7 @@ protected:
         WriteSettings(text);
         // The warning of Isha falls due in the same tick.
         calculation.slots_[9] = 1132;
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
+        RegisterStartWindows(forms, platform.documents, calculation);
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
         forms.Register(FrmMain::kName, [this] {
             ++mainWindows;

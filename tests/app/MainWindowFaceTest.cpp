@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Appearance.h"
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
+#include "fakes/PaintCount.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 #include "instruments/VBCompas.h"
 #include "instruments/VBSunAndMoon.h"
@@ -27,24 +27,6 @@ namespace {
 
 constexpr double kReadable = 4.5;
 
-/// Counts how often a widget is painted.
-class PaintCounter final : public QObject
-{
-public:
-    explicit PaintCounter(QWidget* widget)
-        : QObject(widget)
-    {
-        widget->installEventFilter(this);
-    }
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        paints += event->type() == QEvent::Paint ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-
-    int paints = 0;
-};
-
 class MainWindowFace : public testing::Test
 {
 protected:
@@ -53,9 +35,7 @@ protected:
     MainWindowFace()
     {
         WriteSettings();
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
     }
 
     template <typename Widget>
@@ -171,11 +151,11 @@ TEST_F(MainWindowFace, threeHundredTicks_refreshTheSkyOnce)
 TEST_F(MainWindowFace, betweenUpdates_nothingIsDrawn)
 {
     Window().Show();
-    PaintCounter sky(Find<VBSunAndMoon>("VBSunAndMoon1"));
-    PaintCounter compass(Find<VBCompas>("VBCompas1"));
+    PaintCount sky(QStringLiteral("VBSunAndMoon1"));
+    PaintCount compass(QStringLiteral("VBCompas1"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return sky.paints > 0 && compass.paints > 0; }));
     // Whatever the showing left to be painted is done when the countdown has been painted.
-    PaintCounter countdown(Find<QLabel>("LblCountDown"));
+    PaintCount countdown(QStringLiteral("LblCountDown"));
     Find<QLabel>("LblCountDown")->update();
     ASSERT_TRUE(QTest::qWaitFor([&] { return countdown.paints > 0; }));
 
@@ -214,6 +194,16 @@ TEST_F(MainWindowFace, instruments_standInTheirFrames)
     EXPECT_EQ(sky->geometry(), QRect(8, 16, 273, 129));
     EXPECT_EQ(Find<QGroupBox>("Frame6")->title(), QStringLiteral("Sun && Moon position"));
     EXPECT_EQ(Find<QGroupBox>("Frame6")->geometry(), QRect(208, 96, 289, 169));
+}
+
+TEST_F(MainWindowFace, captions_areTheFixedOnes)
+{
+    EXPECT_EQ(Find<QGroupBox>("Frame2")->title(), QStringLiteral("Location and Setting Information"));
+    EXPECT_EQ(Find<QGroupBox>("FrmOptions")->title(), QStringLiteral("Options"));
+    const auto* const note = Find<QLabel>("Label2");
+    EXPECT_EQ(note->text(), QStringLiteral("Progression of the sun and moon in the sky"));
+    EXPECT_EQ(note->parentWidget(), Find<QGroupBox>("Frame6"));
+    EXPECT_GT(note->y(), Find<VBSunAndMoon>("VBSunAndMoon1")->geometry().bottom());
 }
 
 TEST_F(MainWindowFace, countdownLine_standsInItsPlace)

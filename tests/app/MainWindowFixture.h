@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "fakes/Desk.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/PlainWindow.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 
 #include <QAction>
@@ -23,9 +22,7 @@ protected:
     MainWindowFixture()
     {
         WriteSettings();
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
         for (const char* name : {"FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup", "FrmWait"}) {
             PlainWindow::Register(forms, QLatin1String(name));
         }

@@ -110,9 +110,7 @@ TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
                          platform.player, broken,          platform.boxes, platform.browser,
                          platform.region, platform.process};
     Forms others{doors};
-    others.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(others); });
-    others.Register(FrmMain::kName,
-                    [&] { return std::make_unique<FrmMain>(others, platform.documents, calculation); });
+    RegisterStartWindows(others, platform.documents, calculation);
     auto& main = others.Touch<FrmMain>();
     main.Show();
     main.showMinimized();

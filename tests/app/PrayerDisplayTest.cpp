@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MainWindowTest.h"
+#include "app/FirstTouchFixture.h"
 #include "controls/LinkLabel.h"
 
 #include <QAccessible>
@@ -8,7 +8,7 @@
 
 namespace {
 
-class PrayerDisplayTest : public MainWindowTest
+class PrayerDisplayTest : public FirstTouchFixture
 {
 protected:
     QString CountDownAt(int hour, int minute)

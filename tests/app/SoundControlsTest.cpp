@@ -3,13 +3,12 @@
 #include "app/SoundControls.h"
 
 #include "alerts/FrmPopup.h"
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "controls/LevelBar.h"
 #include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 #include "store/SimpleXML.h"
 
@@ -34,10 +33,8 @@ protected:
         text.replace(QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\""));
         WriteSettings(text);
         platform.player.volume = 37;
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
         main = &forms.Touch<FrmMain>();
         main->Show();
         platform.player.log.clear();
@@ -246,9 +243,7 @@ TEST(SoundControls, windowGone_playerReportsToNobody)
     WriteSettings();
     {
         Forms forms(platform.doors);
-        forms.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [&] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
         forms.Touch<FrmMain>();
     }
     platform.player.log.clear();

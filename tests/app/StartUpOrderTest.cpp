@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MainWindowTest.h"
+#include "app/FirstTouchFixture.h"
 #include "fakes/PlainWindow.h"
 #include "store/SimpleXML.h"
 
 namespace {
 
 // What stands at each moment at which the start lets events in.
-class StartUpOrderTest : public MainWindowTest
+class StartUpOrderTest : public FirstTouchFixture
 {
 protected:
     StartUpOrderTest()

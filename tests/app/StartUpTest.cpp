@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MainWindowTest.h"
 #include "app/Application.h"
+#include "app/FirstTouchFixture.h"
 #include "fakes/LockableFiles.h"
 #include "fakes/PaintCount.h"
 #include "fakes/PlainUser.h"
@@ -11,9 +11,16 @@
 
 namespace {
 
-class StartUpTest : public MainWindowTest
+class StartUpTest : public FirstTouchFixture
 {
 protected:
+    StartUpTest()
+    {
+        platform.boxes.whileOpen = [this] {
+            isSplashUnderTheBox = forms.Loaded(DlgStart::kName) != nullptr;
+            endedUnderTheBox = platform.process.ended;
+        };
+    }
     QLabel* SplashLabel(const char* name)
     {
         Form* const splash = forms.Loaded(QStringLiteral("DlgStart"));
@@ -22,12 +29,18 @@ protected:
     void ExpectFatalEnd()
     {
         EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(5)});
+        EXPECT_TRUE(isSplashUnderTheBox);
+        EXPECT_EQ(endedUnderTheBox, 0);
         EXPECT_EQ(platform.process.ended, 1);
-        EXPECT_EQ(forms.Loaded(QStringLiteral("DlgStart")), nullptr) << "the splash goes first";
+        EXPECT_EQ(forms.Loaded(DlgStart::kName), nullptr) << "the splash goes behind the box";
+        EXPECT_TRUE(platform.http.probes.isEmpty()) << "the file comes before the network";
         EXPECT_FALSE(IsRunning());
         EXPECT_EQ(platform.tray.added, 0);
         EXPECT_TRUE(calculation.calls.isEmpty());
     }
+
+    bool isSplashUnderTheBox = false;
+    int endedUnderTheBox = 0;
 };
 
 // Looks at the splash while the process sleeps.
@@ -48,7 +61,7 @@ TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay)
     EXPECT_EQ(Window().size(), QSize(602, 423));
     EXPECT_FALSE(Window().DebugMode);
     EXPECT_EQ(Window().AdTimer, 600.0F);
-    EXPECT_EQ(platform.process.slept, 2000);
+    EXPECT_EQ(platform.process.sleptMilliseconds, 2000);
     EXPECT_EQ(Window().ActiveForm, QStringLiteral("FrmMain"));
     EXPECT_EQ(Window().Settings.PID, QStringLiteral("P-77"));
     EXPECT_TRUE(IsRunning());
@@ -74,9 +87,7 @@ TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
     const Platform doors{platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
                          platform.tray,  platform.boxes,  platform.browser, platform.region, process};
     Forms windows(doors);
-    windows.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(windows); });
-    windows.Register(FrmMain::kName,
-                     [&] { return std::make_unique<FrmMain>(windows, platform.documents, calculation); });
+    RegisterStartWindows(windows, platform.documents, calculation);
     bool slept = false;
     const SlowDesktop desktop;
     const PaintCount splashes(DlgStart::kName);
@@ -103,7 +114,7 @@ TEST_F(StartUpTest, splash_dotsGrowFromOneToEleven_andFallBackToOne)
     auto& splash = forms.Touch<DlgStart>();
     FakeTimer* const timer = platform.timers.all.back();
     ASSERT_TRUE(timer->IsEnabled());
-    EXPECT_EQ(timer->interval, 1000);
+    EXPECT_EQ(timer->intervalMilliseconds, 1000);
     const auto* const label = splash.findChild<QLabel*>(QStringLiteral("Label2"));
     EXPECT_EQ(label->text(), QStringLiteral("Loading...."));
     for (int tick = 1; tick <= 30; ++tick) {
@@ -198,9 +209,7 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
         platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
         tray,           platform.boxes,  platform.browser, platform.region, platform.process};
     Forms windows(doors);
-    windows.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(windows); });
-    windows.Register(FrmMain::kName,
-                     [&] { return std::make_unique<FrmMain>(windows, platform.documents, calculation); });
+    RegisterStartWindows(windows, platform.documents, calculation);
     windows.Touch<FrmMain>();
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(5)});
     EXPECT_EQ(platform.process.ended, 1);
@@ -218,7 +227,7 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
     LockableFiles files;
     files.isLocked = true;
     const DomDocuments documents(files, platform.http);
-    forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
+    RegisterStartWindows(forms, documents, calculation);
     Window();
     EXPECT_EQ(platform.boxes.boxes, (std::vector<FakeMessageBoxes::Box>{
                                         {QStringLiteral("settings.xml can't be written 5 on FrmPopup"),

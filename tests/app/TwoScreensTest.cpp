@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "alerts/FrmPopup.h"
 #include "app/Appearance.h"
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "fakes/Desk.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 #include "instruments/VBSunAndMoon.h"
 
@@ -35,10 +34,8 @@ protected:
         ASSERT_EQ(Left().devicePixelRatio(), 1.0);
         ASSERT_EQ(Right().devicePixelRatio(), 2.0);
         WriteSettings();
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
         main = &forms.Touch<FrmMain>();
         main->Show();
         MoveTo(Left());

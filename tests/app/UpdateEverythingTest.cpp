@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "MainWindowTest.h"
+#include "app/FirstTouchFixture.h"
 #include "support/RuntimeError.h"
 
 namespace {
 
-class UpdateEverythingTest : public MainWindowTest
+class UpdateEverythingTest : public FirstTouchFixture
 {
 protected:
     // Loads the window, then reads @p text.
@@ -198,6 +198,7 @@ TEST_F(UpdateEverythingTest, missingLibrary_saysError6_atTheStartToo)
     Window();
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(6)});
     EXPECT_EQ(platform.process.ended, 1);
+    EXPECT_FALSE(IsRunning()) << "the clock starts behind the calculation";
 }
 
 TEST_F(UpdateEverythingTest, fileGoneWhileRunning_isQuiet)

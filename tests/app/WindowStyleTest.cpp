@@ -33,9 +33,10 @@ QImage Drawn(const WindowStyle& style, const QStyleOptionButton& option)
 TEST(WindowStyle, equalColours_shareOnePalette_soThatDrawingsDoNotPileUp)
 {
     const WindowStyle style;
-    const QStyleOptionButton one = ButtonIn(Qt::yellow);
-    const QStyleOptionButton equal = ButtonIn(Qt::yellow);
-    const QStyleOptionButton other = ButtonIn(Qt::red);
+    // Not const: the style puts the shared palette into them.
+    QStyleOptionButton one = ButtonIn(Qt::yellow);
+    QStyleOptionButton equal = ButtonIn(Qt::yellow);
+    QStyleOptionButton other = ButtonIn(Qt::red);
     ASSERT_NE(one.palette.cacheKey(), equal.palette.cacheKey());
     const QImage first = Drawn(style, one);
     EXPECT_EQ(Drawn(style, equal), first);

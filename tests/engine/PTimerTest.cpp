@@ -71,7 +71,7 @@ TEST_F(PTimerTest, creation_leavesEverythingAtRest)
         EXPECT_EQ(timer.GetPrayerTime(slot), 0) << slot;
     }
     EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
-    EXPECT_EQ(platform.timers.Ticker()->interval, 1000);
+    EXPECT_EQ(platform.timers.Ticker()->intervalMilliseconds, 1000);
 }
 
 TEST_F(PTimerTest, setup_handsEverythingToTheCalculationInOrder)

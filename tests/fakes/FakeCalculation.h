@@ -57,7 +57,7 @@ public:
     [[nodiscard]] std::int16_t Hmon() override { return hijriMonth; }
     [[nodiscard]] std::int16_t Hyear() override { return hijriYear; }
 
-    /// Slots 1 to 10.
+    /// Slots 1 to 10. The name without the underscore is a keyword of Qt.
     std::array<std::int16_t, 10> slots_{300, 390, -1, -1, 750, 945, 1000, -1, 1122, 1215};
     std::int16_t qibla = 584;
     std::int16_t sun = 450;

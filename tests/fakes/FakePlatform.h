@@ -49,7 +49,7 @@ public:
     FakeTimer(const FakeTimer&) = delete;
     FakeTimer& operator=(const FakeTimer&) = delete;
 
-    void SetInterval(int milliseconds) override { interval = milliseconds; }
+    void SetInterval(int milliseconds) override { intervalMilliseconds = milliseconds; }
     void SetEnabled(bool value) override { enabled = value; }
     [[nodiscard]] bool IsEnabled() const override { return enabled; }
     /// Calls the handler, as the event loop would, if the timer is enabled.
@@ -65,7 +65,7 @@ private:
 
 public:
     bool isSecondTicker = false;
-    int interval = 0;
+    int intervalMilliseconds = 0;
     bool enabled = false;
 };
 
@@ -292,12 +292,12 @@ class FakeProcess final : public Process
 {
 public:
     void End() override { ++ended; }
-    void Sleep(int milliseconds) override { slept += milliseconds; }
+    void Sleep(int milliseconds) override { sleptMilliseconds += milliseconds; }
     [[nodiscard]] QString ApplicationFolder() const override { return folder; }
     [[nodiscard]] QString UserDataFolder() const override { return dataFolder; }
 
     int ended = 0;
-    int slept = 0;
+    int sleptMilliseconds = 0;
     QString folder;
     QString dataFolder;
 };

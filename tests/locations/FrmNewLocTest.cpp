@@ -166,6 +166,14 @@ TEST_F(FrmNewLocTest, pointer_isAHandOverTheLinks_plainOverTheFrames)
     }
 }
 
+TEST_F(FrmNewLocTest, pointer_overTheBareWindow_staysAHand)
+{
+    FrmNewLoc& window = OpenSearch();
+    MoveOver(Find<QWidget>(window, "LblGet2Link"), QPoint(5, 5));
+    MoveOver(window, QPoint(3, 3));
+    EXPECT_EQ(window.cursor().shape(), Qt::PointingHandCursor) << "only the frames set it back";
+}
+
 TEST_F(FrmNewLocTest, zip_listsTheCities)
 {
     const FrmNewLoc& window = OpenSearch();
@@ -258,7 +266,7 @@ TEST_F(FrmNewLocTest, city_progress_movesOncePerTickAndStopsAtItsEnd)
         EXPECT_EQ(bar.minimum(), 0);
         EXPECT_EQ(bar.maximum(), 100);
         EXPECT_EQ(bar.value(), 0);
-        EXPECT_EQ(Timer1().interval, 1000);
+        EXPECT_EQ(Timer1().intervalMilliseconds, 1000);
         Timer1().Fire();
         Timer1().Fire();
         EXPECT_EQ(bar.value(), 2);

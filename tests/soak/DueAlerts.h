@@ -83,7 +83,7 @@ public:
     QString activeForm;
     bool isMainEnabled = true;
     bool isPopupUp = false;
-    /// Slots 1 to 10 of the day that was computed last.
+    /// Slots 1 to 10 of the day that was computed last. The name without the underscore is a keyword of Qt.
     std::array<int, 10> slots_{};
     /// What has been due since somebody last took it, in order.
     QStringList due;

@@ -3,14 +3,13 @@
 #pragma once
 
 #include "alerts/FrmPopup.h"
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "app/FrmWait.h"
 #include "controls/LinkLabel.h"
 #include "engine/CalculationLibrary.h"
 #include "fakes/Desk.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
@@ -38,9 +37,7 @@ public:
     {
         WriteSettings(settings);
         platform.http.reachable = true;
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, documents, calculation); });
+        RegisterStartWindows(forms, documents, calculation);
         forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, documents); });
         forms.Register(FrmLocation::kName,
                        [this] { return std::make_unique<FrmLocation>(forms, documents); });

@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/DlgStart.h"
-#include "app/FrmMain.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 
 #include <QGroupBox>
@@ -14,16 +13,14 @@
 
 #include <gtest/gtest.h>
 
-/// The main window on fakes, with settings.xml as the test leaves it before the first touch.
-class MainWindowTest : public testing::Test
+/// The main window on fakes, loaded by the first touch from settings.xml as the test has left it by then.
+class FirstTouchFixture : public testing::Test
 {
 protected:
-    MainWindowTest()
+    FirstTouchFixture()
     {
         WriteSettings();
-        forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, platform.documents, calculation); });
+        RegisterStartWindows(forms, platform.documents, calculation);
     }
 
     FrmMain& Window() { return forms.Touch<FrmMain>(); }

@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/DlgStart.h"
+#include "app/FrmMain.h"
+#include "forms/Forms.h"
+
+#include <memory>
+
+/// Makes the main window known, and the splash that its load shows. All that is handed in must outlive @p
+/// forms.
+inline void RegisterStartWindows(Forms& forms, const DomDocuments& documents, Calculation& calculation)
+{
+    forms.Register(DlgStart::kName, [&forms] { return std::make_unique<DlgStart>(forms); });
+    forms.Register(FrmMain::kName, [&forms, &documents, &calculation] {
+        return std::make_unique<FrmMain>(forms, documents, calculation);
+    });
+}
