@@ -8,7 +8,8 @@
 
 class QWidget;
 
-/// Calls a handler when the left button goes down and up again over an enabled widget: Click for a picture.
+/// Calls a handler when the left button goes down and up again over an enabled widget: Click for a picture,
+/// one for a double click too.
 class ClickArea final : public QObject
 {
     Q_OBJECT

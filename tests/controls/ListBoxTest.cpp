@@ -70,6 +70,22 @@ TEST_F(ListBoxTest, clickBelowTheLines_keepsTheSelection)
     EXPECT_EQ(list.ListIndex(), 0);
 }
 
+TEST_F(ListBoxTest, doubleClick_countsByTheLeftButtonOnly)
+{
+    int doubleClicks = 0;
+    list.OnDoubleClick([&] { ++doubleClicks; });
+    const QPoint onALine = list.visualItemRect(list.item(1)).center();
+    const QPoint below = list.viewport()->rect().bottomRight() - QPoint(5, 5);
+    for (const QPoint& place : {onALine, below}) {
+        doubleClicks = 0;
+        QTest::mouseDClick(list.viewport(), Qt::RightButton, {}, place);
+        QTest::mouseDClick(list.viewport(), Qt::MiddleButton, {}, place);
+        EXPECT_EQ(doubleClicks, 0);
+        QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+        EXPECT_EQ(doubleClicks, 1);
+    }
+}
+
 TEST_F(ListBoxTest, code_canTakeTheSelectionAway)
 {
     list.SetListIndex(2);

@@ -25,6 +25,12 @@ protected:
     {
         QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, bar.height() - 3));
     }
+    void MoveHeld(const QPoint& place)
+    {
+        QMouseEvent move(QEvent::MouseMove, place, bar.mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(&bar, &move);
+    }
     /// Long enough for a bar that were still held to have moved on.
     static void WaitForRepeatsElsewhere()
     {
@@ -149,6 +155,43 @@ TEST_F(SpinBarControl, disabledWhileHeld_stops)
     ASSERT_TRUE(QTest::qWaitFor([this] { return !bar.isEnabled(); }, 10'000));
     WaitForRepeatsElsewhere();
     EXPECT_EQ(changes, std::vector<int>({4, 3, 2}));
+}
+
+TEST_F(SpinBarControl, mouseLeavesTheHeldArrow_stops)
+{
+    for (const int y : {bar.height() - 3, -20}) {
+        changes.clear();
+        QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 2));
+        ASSERT_EQ(changes.size(), 1U);
+        MoveHeld(QPoint(bar.width() / 2, 3));
+        ASSERT_TRUE(QTest::qWaitFor([this] { return changes.size() >= 2; }, 10'000)) << "it is still on it";
+        MoveHeld(QPoint(bar.width() / 2, y));
+        const std::size_t count = changes.size();
+        WaitForRepeatsElsewhere();
+        MoveHeld(QPoint(bar.width() / 2, 2));
+        EXPECT_EQ(changes.size(), count) << "nor does it go on when the mouse comes back";
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 2));
+    }
+}
+
+TEST_F(SpinBarControl, hiddenWhileHeld_stops)
+{
+    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 2));
+    ASSERT_EQ(changes.size(), 1U);
+    bar.hide();
+    WaitForRepeatsElsewhere();
+    bar.show();
+    WaitForRepeatsElsewhere();
+    EXPECT_EQ(changes, std::vector<int>({6}));
+}
+
+TEST_F(SpinBarControl, doubleClick_isTwoSteps)
+{
+    ClickTop();
+    // The second press comes as this.
+    QTest::mouseDClick(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 2));
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 2));
+    EXPECT_EQ(changes, std::vector<int>({6, 7})) << "who clicks fast loses no step";
 }
 
 TEST_F(SpinBarControl, otherButtonsAndDisabled_takeNothing)

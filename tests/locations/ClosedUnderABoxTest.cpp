@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A window goes while a message of its own is up, as at the end of a session.
+/// A window goes while a message of its own is up.
 class ClosedUnderABoxTest : public LocationsFixture
 {
 protected:

@@ -193,7 +193,7 @@ TEST_F(FrmLocationTest, set_placeThatCanNotBeLoaded_putsTheOldKeyBack)
     ExpectBackInMain();
 }
 
-TEST_F(FrmLocationTest, set_oldKeyFailsToo_asksUntilTheFileIsMended)
+TEST_F(FrmLocationTest, set_oldKeyFailsToo_asksUntilTheMainWindowGoes)
 {
     WriteChanged(QStringLiteral("useDLS=\"false\""), QStringLiteral("useDLS=\"maybe\""));
     FrmLocation& window = OpenList();

@@ -21,12 +21,6 @@ struct Entry
     const char* saved; // the attribute in each save, in order
 };
 
-QStringList Values(const char* values)
-{
-    const QString text = QString::fromUtf8(values);
-    return text.isEmpty() ? QStringList() : text.split(u' ');
-}
-
 constexpr AngleBox kBoxes[] = {{"TxtSetFarjAngle", "VScroll2", "angle1"},
                                {"TxtSetIshaAngle", "VScroll3", "angle2"}};
 

@@ -36,12 +36,6 @@ void PrintTo(const Preset& preset, std::ostream* stream)
 
 constexpr const char* kAngleControls[] = {"TxtSetFarjAngle", "VScroll2", "TxtSetIshaAngle", "VScroll3"};
 
-QStringList Values(const char* values)
-{
-    const QString text = QString::fromUtf8(values);
-    return text.isEmpty() ? QStringList() : text.split(u' ');
-}
-
 class CalculationMethodPage : public DialogTest
 {
 protected:
@@ -191,6 +185,21 @@ TEST_F(CalculationMethodPage, userDefined_startsFromThePresetsAngles)
                                QStringLiteral("User Defined")}));
         dialog->Unload();
     }
+}
+
+TEST_F(CalculationMethodPage, userDefined_fetchesTheDecimalSignAfresh)
+{
+    platform.region.locale = QLocale(QStringLiteral("en_US"));
+    Open();
+    Click("OptEGAS");
+    Click("OptSetByUser");
+    ASSERT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-19.5"));
+    platform.region.locale = QLocale(QStringLiteral("de_DE"));
+    Click("OptEGAS");
+    Click("OptSetByUser");
+    EXPECT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-19,5"));
+    EXPECT_EQ(TextOf("TxtSetIshaAngle"), QStringLiteral("-17,5"));
+    EXPECT_EQ(Stored(QStringLiteral("angle1")), QStringLiteral("-19.5"));
 }
 
 TEST_F(CalculationMethodPage, userDefinedAgainWithTheSameAngles_savesTheMethodOnly)

@@ -82,7 +82,7 @@ public:
     {
         calls << QStringLiteral("TakeFocus");
         if (focusFails) {
-            throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("hidden"));
+            throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("no window"));
         }
     }
 
@@ -192,6 +192,12 @@ protected:
             values << AttributeIn(text, attribute, element);
         }
         return values;
+    }
+    /// A list of values as a row of a table has it: with blanks between them.
+    [[nodiscard]] static QStringList Values(const char* values)
+    {
+        const QString text = QString::fromUtf8(values);
+        return text.isEmpty() ? QStringList() : text.split(u' ');
     }
     [[nodiscard]] std::size_t Saves() const { return files.saved.size(); }
 

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/PaintCount.h"
 #include "settings_dialog/DialogTest.h"
 
 #include <QGroupBox>
@@ -59,6 +60,26 @@ TEST_F(FrmAlertsFrame, framesShareOnePlace)
     EXPECT_EQ(Widget("FrmGeneral").geometry(), Widget("FrmPrayer").geometry());
 }
 
+TEST_F(FrmAlertsFrame, resized_controlsKeepTheirPlaces)
+{
+    Open();
+    const QList<QWidget*> controls = dialog->findChildren<QWidget*>();
+    std::vector<QRect> before;
+    for (const QWidget* const control : controls) {
+        before.push_back(control->geometry());
+    }
+    ASSERT_TRUE(Widget("FrmGeneral").isVisible() && Widget("CmdClose").isVisible());
+    for (const QSize& size : {QSize(900, 700), QSize(300, 200)}) {
+        dialog->resize(size);
+        QCoreApplication::processEvents();
+        ASSERT_EQ(dialog->size(), size);
+        for (qsizetype i = 0; i < controls.size(); ++i) {
+            EXPECT_TRUE(controls[i]->geometry() == before[static_cast<std::size_t>(i)])
+                << controls[i]->objectName().toStdString();
+        }
+    }
+}
+
 TEST_F(FrmAlertsFrame, tabRow_readsFromLeftToRight)
 {
     Open();
@@ -80,6 +101,7 @@ TEST_P(FrmAlertsTab, click_showsItsPage)
     for (const Tab& tab : kTabs) {
         EXPECT_TRUE(Widget(tab.label).isVisible()) << tab.label;
     }
+    EXPECT_TRUE(Widget("Label9").isVisible());
     EXPECT_EQ(Widget("CmdClose").isVisible(), GetParam().number == 1);
     EXPECT_EQ(Saves(), 0U);
 }
@@ -224,25 +246,13 @@ TEST_F(FrmAlertsFrame, openedWhileOpen_comesToTheFront)
 
 TEST_F(FrmAlertsFrame, gainedFocus_repaintsTheDialog)
 {
-    // Counts the paintings of the window itself.
-    class PaintCounter final : public QObject
-    {
-    public:
-        bool eventFilter(QObject* watched, QEvent* event) override
-        {
-            paintings += event->type() == QEvent::Paint ? 1 : 0;
-            return QObject::eventFilter(watched, event);
-        }
-        int paintings = 0;
-    };
     Open();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(dialog));
     QCoreApplication::processEvents();
-    PaintCounter counter;
-    dialog->installEventFilter(&counter);
+    const PaintCount count(FrmAlerts::kName);
     QEvent activation(QEvent::WindowActivate);
     QCoreApplication::sendEvent(dialog, &activation);
-    EXPECT_GE(counter.paintings, 1);
+    EXPECT_GE(count.paints, 1);
 }
 
 TEST_F(FrmAlertsFrame, openedForIsha_savesATickToIsha)
