@@ -71,8 +71,14 @@ qsizetype Behind(const QByteArray& text, qsizetype at, const char* end)
     return found < 0 ? text.size() : found + static_cast<qsizetype>(qstrlen(end));
 }
 
-// Goes over a start tag that begins at @p at and counts its attributes.
-qsizetype BehindTag(const QByteArray& text, qsizetype at, int& attributes)
+struct TagContent
+{
+    int attributes = 0;
+    int namespaces = 0;
+};
+
+// Goes over a start tag that begins at @p at and counts what it holds.
+qsizetype BehindTag(const QByteArray& text, qsizetype at, TagContent& content)
 {
     char quote = '\0';
     for (; at < text.size(); ++at) {
@@ -82,9 +88,12 @@ qsizetype BehindTag(const QByteArray& text, qsizetype at, int& attributes)
         } else if (c == '"' || c == '\'') {
             quote = c;
         } else if (c == '=') {
-            ++attributes;
+            ++content.attributes;
         } else if (c == '>') {
             return at + 1;
+        } else if (c == 'x' && QByteArrayView(text).sliced(at).startsWith("xmlns")) {
+            // A name that merely holds the word counts too: no document comes near the limit.
+            ++content.namespaces;
         }
     }
     return at;
@@ -123,17 +132,30 @@ std::optional<QByteArray> DecodeXml(const QByteArray& bytes)
 
 bool HasModestMarkup(const QByteArray& utf8)
 {
-    constexpr int kMostElements = 65'536;
+    constexpr int kMostNodes = 65'536;
     constexpr int kMostAttributes = 256;
-    int elements = 0;
+    constexpr int kMostNamespaces = 256;
+    // Of attributes with those of the same element.
+    constexpr int kMostComparisons = 1024 * kMostAttributes * kMostAttributes;
+    int comparisons = 0;
+    int nodes = 0;
+    int namespaces = 0;
     for (qsizetype at = utf8.indexOf('<'); at >= 0; at = utf8.indexOf('<', at)) {
         const QByteArrayView rest = QByteArrayView(utf8).sliced(at);
+        if (rest.startsWith("</")) {
+            at = Behind(utf8, at, ">");
+            continue;
+        }
+        if (++nodes > kMostNodes) {
+            return false;
+        }
+        // The end is looked for behind the start: "<!-->" and "<?>" are no whole ones.
         if (rest.startsWith("<!--")) {
-            at = Behind(utf8, at, "-->");
+            at = Behind(utf8, at + 4, "-->");
         } else if (rest.startsWith("<![CDATA[")) {
-            at = Behind(utf8, at, "]]>");
+            at = Behind(utf8, at + 9, "]]>");
         } else if (rest.startsWith("<?")) {
-            at = Behind(utf8, at, "?>");
+            at = Behind(utf8, at + 2, "?>");
         } else if (rest.startsWith("<!")) {
             const qsizetype end = Behind(utf8, at, ">");
             // A reader takes a second for a few thousand declarations, and none of them is wanted. Behind a
@@ -143,12 +165,15 @@ bool HasModestMarkup(const QByteArray& utf8)
                 return false;
             }
             at = end;
-        } else if (rest.startsWith("</")) {
-            at = Behind(utf8, at, ">");
         } else {
-            int attributes = 0;
-            at = BehindTag(utf8, at + 1, attributes);
-            if (++elements > kMostElements || attributes > kMostAttributes) {
+            TagContent content;
+            at = BehindTag(utf8, at + 1, content);
+            namespaces += content.namespaces;
+            if (content.attributes > kMostAttributes || namespaces > kMostNamespaces) {
+                return false;
+            }
+            comparisons += content.attributes * content.attributes;
+            if (comparisons > kMostComparisons) {
                 return false;
             }
         }
@@ -158,7 +183,7 @@ bool HasModestMarkup(const QByteArray& utf8)
 
 bool IsWellFormedXml(const QByteArray& utf8, int deepest)
 {
-    // The reader compares each attribute of a tag with every other one.
+    // The reader compares each attribute of a tag with every other one, and each name with every namespace.
     if (!HasModestMarkup(utf8)) {
         return false;
     }

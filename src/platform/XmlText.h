@@ -11,8 +11,11 @@
 /// (UTF-8 if neither does). Nothing if the encoding is unknown or the bytes are not valid in it.
 [[nodiscard]] std::optional<QByteArray> DecodeXml(const QByteArray& bytes);
 
-/// True for markup of a size that every reader gets through in good time: up to 65,536 elements, with up to
-/// 256 attributes each, and nothing declared.
+/// True for markup of a size that every reader gets through in good time: up to 65,536 pieces in all
+/// (elements, comments, instructions, CDATA sections), up to 256 attributes in an element (in 1,024
+/// elements as full as that, or in more that are less full), up to 256 namespaces named in the whole text,
+/// and no document type with declarations inside or elsewhere. Whether the text is well-formed is another
+/// question.
 [[nodiscard]] bool HasModestMarkup(const QByteArray& utf8);
 
 /// True for exactly one well-formed document in UTF-8 of modest markup whose elements nest no deeper than

@@ -58,10 +58,24 @@ QByteArray ManyDefaultAttributes(const QByteArray& identifier)
 QByteArray ManyAttributes()
 {
     QByteArray text = "<a";
-    for (int i = 0; i < 1'000'000; ++i) {
+    for (int i = 0; i < 200'000; ++i) {
         text += " n" + QByteArray::number(i) + "=''";
     }
     return text + "/>";
+}
+
+// 256 namespaces in each of 255 elements around 65,000 others.
+QByteArray ManyNamespaces()
+{
+    QByteArray text;
+    for (int element = 0; element < 255; ++element) {
+        text += "<a";
+        for (int i = 0; i < 256; ++i) {
+            text += " xmlns:n" + QByteArray::number(256 * element + i) + "='u'";
+        }
+        text += ">";
+    }
+    return text + QByteArray("<n0:b/>").repeated(65'000) + QByteArray("</a>").repeated(255);
 }
 
 struct LoadRow
@@ -127,7 +141,12 @@ INSTANTIATE_TEST_SUITE_P(
         LoadRow{"manyDefaultAttributesBehindAQuote", ManyDefaultAttributes("SYSTEM \">\" "), false},
         LoadRow{"manyDefaultAttributesBehindAnApostrophe", ManyDefaultAttributes("SYSTEM '>' "), false},
         LoadRow{"manyAttributes", ManyAttributes(), false},
+        LoadRow{"manyAttributesBehindWhatLooksLikeAWholeComment",
+                "<a><!--><![CDATA[-->" + ManyAttributes() + "<!--]]>--></a>", false},
+        LoadRow{"manyNamespaces", ManyNamespaces(), false},
         LoadRow{"manyElements", "<a>" + QByteArray("<b/>").repeated(4'000'000) + "</a>", false},
+        LoadRow{"manyInstructions", "<a>" + QByteArray("<?a?>").repeated(1'600'000) + "</a>", false},
+        LoadRow{"manyComments", "<a>" + QByteArray("<!---->").repeated(1'600'000) + "</a>", false},
         LoadRow{"depth256", Nested(256), true}, LoadRow{"depth257", Nested(257), false},
         LoadRow{"depthOneMillion", Nested(1'000'000), false},
         LoadRow{"size16MiB", "<a>" + QByteArray(16 * 1024 * 1024 - 7, 'x') + "</a>", true},
@@ -266,7 +285,7 @@ TEST_F(DomTest, patterns_firstInDocumentOrder_orNothing_orAnError)
     EXPECT_FALSE(document->SelectSingleNode(QStringLiteral("//Root")));
     for (const QString& refused :
          {QString(), QStringLiteral("//root//"), QStringLiteral("//root//New York"), QStringLiteral("//a["),
-          QStringLiteral("1+1"), QStringLiteral("//root//#comment")}) {
+          QStringLiteral("1+1"), QStringLiteral("//root//#comment"), QStringLiteral("//alerts/@n")}) {
         EXPECT_EQ(ErrorOf([&] { static_cast<void>(document->SelectSingleNode(refused)); }),
                   ErrorNumber::kInvalidCall)
             << refused.toStdString();

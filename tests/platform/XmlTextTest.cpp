@@ -119,14 +119,16 @@ INSTANTIATE_TEST_SUITE_P(IsXmlName, NameRows,
                              return std::string(row.param.name);
                          });
 
-TEST(HasModestMarkup, elements_upTo65536)
+TEST(HasModestMarkup, piecesOfAnyKind_upTo65536)
 {
-    const auto children = [](int count) { return "<r>" + QByteArray("<a/>").repeated(count) + "</r>"; };
-    EXPECT_TRUE(HasModestMarkup(children(65'535)));
-    EXPECT_FALSE(HasModestMarkup(children(65'536)));
+    for (const QByteArray piece : {"<a/>", "<a></a>", "<!---->", "<?a?>", "<![CDATA[]]>"}) {
+        const auto children = [&](int count) { return "<r>" + piece.repeated(count) + "</r>"; };
+        EXPECT_TRUE(HasModestMarkup(children(65'535))) << piece.constData();
+        EXPECT_FALSE(HasModestMarkup(children(65'536))) << piece.constData();
+    }
 }
 
-TEST(HasModestMarkup, attributes_upTo256)
+TEST(HasModestMarkup, attributes_upTo256_in1024Elements)
 {
     const auto attributes = [](int count) {
         QByteArray tag = "<a";
@@ -137,6 +139,22 @@ TEST(HasModestMarkup, attributes_upTo256)
     };
     EXPECT_TRUE(HasModestMarkup(attributes(256)));
     EXPECT_FALSE(HasModestMarkup(attributes(257)));
+    const QByteArray full = "<r>" + attributes(256).repeated(1024);
+    EXPECT_TRUE(HasModestMarkup(full + "</r>"));
+    EXPECT_FALSE(HasModestMarkup(full + attributes(1) + "</r>"));
+    EXPECT_TRUE(HasModestMarkup("<r>" + attributes(32).repeated(65'535) + "</r>"));
+}
+
+TEST(HasModestMarkup, namespaces_upTo256_inAllTagsTogether)
+{
+    const auto nested = [](int count) {
+        return QByteArray("<a xmlns:b='xmlns' xmlns='c'>").repeated(count / 2) + "xmlns" +
+               QByteArray("</a>").repeated(count / 2);
+    };
+    EXPECT_TRUE(HasModestMarkup(nested(256)));
+    EXPECT_FALSE(HasModestMarkup(nested(258)));
+    const QByteArray words = QByteArray(" xmlns").repeated(1000);
+    EXPECT_TRUE(HasModestMarkup("<a b='" + words + "'>" + words + "<!--" + words + "--></a>"));
 }
 
 TEST(HasModestMarkup, declarations_areNone)
@@ -159,7 +177,8 @@ TEST(HasModestMarkup, tagsBehindSkippedMarkup_count)
 {
     QByteArray tag = "<a";
     tag += QByteArray(" a=''").repeated(300) + "/>";
-    for (const QByteArray before : {"<!-- -->", "<?p ?>", "<r><![CDATA[ ]]>", "<r></r>", "<!DOCTYPE a>"}) {
+    for (const QByteArray before : {"<!-- -->", "<!--><![CDATA[-->", "<!---><![CDATA[-->", "<?p ?>",
+                                    "<?><![CDATA[?>", "<r><![CDATA[ ]]>", "<r></r>", "<!DOCTYPE a>"}) {
         EXPECT_FALSE(HasModestMarkup(before + tag)) << before.constData();
     }
 }
