@@ -93,7 +93,11 @@ void DomDocument::SetDocumentElement(DomNode node)
 DomNode DomDocument::SelectSingleNode(const QString& pattern) const
 {
     try {
-        return DomNode(m_document->select_node(pattern.toUtf8().constData()).node().internal_object());
+        const pugi::xpath_node found = m_document->select_node(pattern.toUtf8().constData());
+        if (found.attribute()) {
+            throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("An attribute is no element"));
+        }
+        return DomNode(found.node().internal_object());
     } catch (const pugi::xpath_exception& error) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QString::fromUtf8(error.what()));
     }

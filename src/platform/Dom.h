@@ -93,7 +93,8 @@ public:
     /// Makes a deep copy of @p node the root.
     void SetDocumentElement(DomNode node);
     /// The first node in document order that matches the XPath pattern, or the empty handle.
-    /// Throws kInvalidCall for a pattern that can't be read.
+    /// Throws kInvalidCall for a pattern that can't be read or that finds an attribute: one that is there is
+    /// not the same as nothing, and it is no node that a handle could stand for.
     [[nodiscard]] DomNode SelectSingleNode(const QString& pattern) const;
 
 private:

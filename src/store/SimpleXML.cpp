@@ -65,10 +65,11 @@ QString SimpleXML::GetRootName() const
 
 bool SimpleXML::SetCurrentPath(const QString& Path)
 {
-    if (Path.size() < 2) {
+    const QString path = Resolved(Path);
+    if (path.size() < 2) {
         return false;
     }
-    CurrPath = Path;
+    CurrPath = path;
     return true;
 }
 

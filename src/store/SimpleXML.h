@@ -25,8 +25,8 @@ public:
     [[nodiscard]] QString ElementName() const;
     /// "//" and the name of the root.
     [[nodiscard]] QString GetRootName() const;
-    /// False, and nothing changed, for a path of fewer than 2 characters. Whether it leads anywhere is not
-    /// checked.
+    /// False, and nothing changed, for a path of fewer than 2 characters, the remembered one behind "current"
+    /// included. Whether it leads anywhere is not checked.
     bool SetCurrentPath(const QString& Path);
     /// Starts over with an empty document; the remembered path stays.
     bool Reset();

@@ -117,6 +117,15 @@ TEST_F(SimpleXMLTest, setCurrentPath_fewerThanTwoCharacters_changesNothing)
     EXPECT_EQ(xml.GetCurrPath(), Q("//leads//nowhere"));
 }
 
+TEST_F(SimpleXMLTest, setCurrentPath_current_isThePathAsItIs)
+{
+    EXPECT_FALSE(xml.SetCurrentPath(kCurrent)) << "an empty path is a short one";
+    EXPECT_EQ(xml.GetCurrPath(), QString());
+    xml.SetCurrentPath(kRoot);
+    EXPECT_TRUE(xml.SetCurrentPath(kCurrent));
+    EXPECT_EQ(xml.GetCurrPath(), kRoot);
+}
+
 TEST_F(SimpleXMLTest, reset_keepsThePath_andEmptiesTheDocument)
 {
     Load("<root/>");
@@ -159,7 +168,7 @@ TEST_F(SimpleXMLTest, prefixedName_isLeftOutOfNames)
 {
     Load("<p:root xmlns:p='urn:x'><p:a/></p:root>");
     EXPECT_EQ(xml.GetRootName(), kRoot);
-    xml.SetCurrentPath(QString(Q("//p:root//p:a")));
+    xml.SetCurrentPath(Q("//p:root//p:a"));
     EXPECT_EQ(xml.ElementName(), Q("a"));
 }
 
@@ -245,6 +254,8 @@ INSTANTIATE_TEST_SUITE_P(
         AddRow{"nameThatIsNone_atNowhere_changesNothing", "<root/>", "1a", "//root//x", false, "<root/>"},
         AddRow{"underAText_changesNothing", "<root>text</root>", "a", "//root/text()", false,
                "<root>text</root>"},
+        AddRow{"underAnAttribute_changesNothing", "<root x='1'/>", "a", "//root/@x", false,
+               "<root x=\"1\"/>"},
         AddRow{"besideTheRoot_changesNothing", "<root/>", "a", "/", false, "<root/>"}),
     [](const testing::TestParamInfo<AddRow>& row) { return std::string(row.param.name); });
 
@@ -333,6 +344,7 @@ TEST_F(SimpleXMLTest, values_elementsHaveNone_textsDo)
     EXPECT_EQ(xml.GetValue(kRoot), QString());
     EXPECT_EQ(xml.GetValue(Q("//root/text()")), Q("one"));
     EXPECT_EQ(xml.GetValue(Q("//root/comment()")), Q("three"));
+    EXPECT_EQ(xml.GetValue(Q("//root//b")), QString());
     EXPECT_EQ(xml.GetNodeText(kRoot), Q("onetwo"));
     EXPECT_EQ(xml.GetNodeText(Q("//root//b")), QString());
 }
@@ -363,6 +375,17 @@ TEST_F(SimpleXMLTest, addSimpleXML_movesTheNodeAcrossDocuments)
     EXPECT_EQ(Whole(), Q("<root><locations><Old/><New city=\"N\" more=\"m\"><x/></New></locations></root>"));
     EXPECT_FALSE(reply.hasChildren(kRoot)) << "it is gone from where it was";
     EXPECT_FALSE(xml.AddSimpleXML(reply, Q("//root//locations"))) << "there is none left";
+}
+
+TEST_F(SimpleXMLTest, addSimpleXML_ofTheSameDocument_movesTheNode)
+{
+    Load("<root><a n='1'><b/></a><c/></root>");
+    const auto a = xml.getEnumeration(kRoot)->nextElement();
+    ASSERT_EQ(a->GetCurrPath(), Q("//root//a"));
+    EXPECT_TRUE(xml.AddSimpleXML(*a, Q("//root//c")));
+    EXPECT_EQ(Whole(), Q("<root><c><a n=\"1\"><b/></a></c></root>"));
+    EXPECT_FALSE(xml.AddSimpleXML(*a, Q("//root//b"))) << "no node stands under itself";
+    EXPECT_EQ(Whole(), Q("<root><c><a n=\"1\"><b/></a></c></root>"));
 }
 
 TEST_F(SimpleXMLTest, addSimpleXML_nowhere_leavesBothDocuments)
