@@ -25,7 +25,8 @@ constexpr int kSplashMilliseconds = 2000;
 constexpr float kFirstAdTimer = 600.0F;
 constexpr float kTicksPerSkyRefresh = 300.0F;
 
-// Degrees as the scheduler takes them: hundredths, rounded down.
+// Degrees as the scheduler takes them: hundredths, rounded down. It is the product of doubles that is
+// rounded: 36.73 is 3672, as it has always been.
 std::int16_t Hundredths(double degrees)
 {
     return ToInteger16(Int(degrees * 100.0));

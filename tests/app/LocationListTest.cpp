@@ -52,6 +52,28 @@ TEST_F(LocationListTest, damagedFile_saysSoThenEndsTheProgram)
     EXPECT_EQ(OpenedList(), nullptr);
 }
 
+TEST_F(LocationListTest, closedWithoutAChoice_noPlaceYet_showsWhatTheClockHoldsBeforeItsFirstDay)
+{
+    WriteSettings(
+        SettingsText().replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"\"")));
+    FrmMain& main = Start();
+    const auto text = [&](const char* name) { return main.findChild<QLabel*>(QLatin1String(name))->text(); };
+    ASSERT_EQ(text("LblFarjTime"), QString());
+    Desk::Click(Link(main));
+    ASSERT_NE(OpenedList(), nullptr);
+    OpenedList()->close();
+    Desk::Settle();
+    EXPECT_EQ(text("LblLocation"), QStringLiteral(", "));
+    EXPECT_EQ(text("LblTimeZ"), QStringLiteral("Time Zone: 0"));
+    EXPECT_EQ(text("LblHajri"), QStringLiteral("12 Rajab, 1429")) << "as the calculation answers unasked";
+    for (const char* name :
+         {"LblFarjTime", "LblShuruqTime", "LblDuhrTime", "LblAsrTime", "LblMaghribTime", "LblIshaTime"}) {
+        EXPECT_EQ(text(name), QStringLiteral("12:00 AM")) << name;
+    }
+    EXPECT_TRUE(calculation.calls.isEmpty()) << "no day has been computed";
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
 TEST_F(LocationListTest, closed_givesTheFocusBackToTheControlThatHadIt)
 {
     FrmMain& main = Start();

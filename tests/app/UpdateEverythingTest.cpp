@@ -118,6 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
                               "SetHorParams 4112 -8765 -360 20 3 2026", 0},
                     ParamsRow{"latitudeRoundedDown", "latitude_final=\"41.85\"",
                               "latitude_final=\"-33.8651\"", "SetHorParams -3387 -8765 -360 20 3 2026", 0},
+                    ParamsRow{"latitudeWhoseProductIsBelow", "latitude_final=\"41.85\"",
+                              "latitude_final=\"36.73\"", "SetHorParams 3672 -8765 -360 20 3 2026", 0},
                     ParamsRow{"zoneOfAHalf", "time_zone2=\"-6\"", "time_zone2=\"5.5\"",
                               "SetHorParams 4185 -8765 360 20 3 2026", 0},
                     ParamsRow{"daylightSaving", "useDLS=\"false\"", "useDLS=\"true\"",

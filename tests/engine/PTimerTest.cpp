@@ -128,6 +128,31 @@ TEST_F(PTimerTest, startAndStop_setStatusAndRaiseEvents)
               (QStringList{QStringLiteral("Started"), QStringLiteral("Started"), QStringLiteral("Stopped")}));
 }
 
+TEST_F(PTimerTest, setup_whileItRuns_leavesItRunning_withStatusZero)
+{
+    Start();
+    timer.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, -1);
+    EXPECT_EQ(timer.GetStatus(), 0);
+    EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_TRUE(events.isEmpty()) << "nothing has stopped";
+    EXPECT_EQ(TickAt(18, 42), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 9")}));
+}
+
+TEST_F(PTimerTest, start_raisesStartedBeforeTheStatusSaysSo)
+{
+    timer.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, -1);
+    int status = -1;
+    bool isEnabled = false;
+    timer.events.Started = [&] {
+        status = timer.GetStatus();
+        isEnabled = platform.timers.Ticker()->IsEnabled();
+    };
+    timer.StartTimer();
+    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(isEnabled);
+    EXPECT_EQ(timer.GetStatus(), 1);
+}
+
 TEST_F(PTimerTest, readers_answerWhatWasStored)
 {
     timer.SetupPTimer(4112, -8763, -6, -1, -1500, -1800, 0, 10, 0);
@@ -197,6 +222,14 @@ TEST_F(PTimerTest, tick_atASlot_raisesItsAlarm)
     Start();
     EXPECT_EQ(TickAt(18, 42), (QStringList{QStringLiteral("Tick"), QStringLiteral("Alarm 9")}));
     EXPECT_EQ(TickAt(18, 43), QStringList{QStringLiteral("Tick")});
+}
+
+TEST_F(PTimerTest, tick_secondZeroOfASlotSleptThrough_losesItsAlarm)
+{
+    Start();
+    EXPECT_EQ(TickAt(18, 41, 59), QStringList{QStringLiteral("Tick")});
+    EXPECT_EQ(TickAt(18, 42, 1), QStringList{QStringLiteral("Tick")});
+    EXPECT_EQ(TickAt(18, 43), QStringList{QStringLiteral("Tick")}) << "nothing is made up for";
 }
 
 TEST_F(PTimerTest, tick_sameMinuteTwice_raisesTheAlarmAgain)
@@ -273,6 +306,14 @@ TEST_F(PTimerTest, advanceWarning_negative_comesAfterTheTime)
 {
     Start(-1, -5);
     EXPECT_EQ(TickAt(18, 47), (QStringList{QStringLiteral("Tick"), QStringLiteral("AdvAlarm 9")}));
+}
+
+TEST_F(PTimerTest, advanceWarning_negative_comesAfterMidnightToo)
+{
+    calculation.slots_[0] = 0;
+    Start(-1, -5);
+    EXPECT_EQ(TickAt(0, 5), (QStringList{QStringLiteral("Tick"), QStringLiteral("AdvAlarm 1")}))
+        << "the slot of the first minute has no alarm, but a warning";
 }
 
 TEST_F(PTimerTest, alarmAndWarningOfDifferentSlots_comeInOneTick_alarmFirst)

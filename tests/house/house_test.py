@@ -15,6 +15,8 @@ MAY_INCLUDE = {
     "settings_dialog": BASE | {"service"},
     "app": BASE | {"alerts", "service", "instruments", "locations", "settings_dialog"},
 }
+# The loader of the module is known to the folder that is written on it, and to what constructs it.
+MAY_LOAD_THE_MODULE = ("src/engine/", "src/app/Application.cpp")
 CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsSinceEpoch|(?:system|steady|high_resolution)_clock|QElapsedTimer|gettimeofday|clock_gettime|\btime\((0|NULL|nullptr)\)")
 OUTSIDE = re.compile(r"\b(fopen|getenv|qgetenv|system|fork|execv|execl)\s*\(")
 FAILURES = TREE / "docs/failures.md"
@@ -37,6 +39,8 @@ def faults():
             included = re.match(r'#include "([a-z_]+)/', line)
             if included and included[1] != folder and included[1] not in MAY_INCLUDE[folder]:
                 yield f"{where}: {folder} must not know {included[1]}"
+            if line.startswith('#include "engine/CalculationLibrary.h"') and not str(path.relative_to(TREE)).startswith(MAY_LOAD_THE_MODULE):
+                yield f"{where}: only the scheduler asks the module"
             if folder != "platform" and CLOCK.search(line):
                 yield f"{where}: only the clock of platform/ reads the time"
             if folder not in ("platform", "engine") and OUTSIDE.search(line):

@@ -230,6 +230,19 @@ TEST_F(ConfigurationTest, fractions_roundToTheEvenNeighbour)
     EXPECT_EQ(held.ZoneHours, 6);
 }
 
+// Unlike in the other numbers its point is not replaced.
+TEST_F(ConfigurationTest, commaAndArabicSystems_readNoZoneWithAPoint)
+{
+    for (const QLocale& locale :
+         {QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::Arabic, QLocale::Egypt)}) {
+        platform.region.locale = locale;
+        EXPECT_EQ(Load(SettingsText().replace(Q("time_zone2=\"-6\""), Q("time_zone2=\"5.5\""))), 2002)
+            << locale.name().toStdString();
+        EXPECT_EQ(Load(SettingsText().replace(Q("advWarn=\"10\""), Q("advWarn=\"9.5\""))), 2002)
+            << locale.name().toStdString();
+    }
+}
+
 TEST_F(ConfigurationTest, booleans_anyCaseAndNumbers)
 {
     ASSERT_EQ(Load(SettingsText()
