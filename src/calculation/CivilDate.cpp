@@ -2,17 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/CivilDate.h"
 
+#include "calculation/FloorDivide.h"
+
 namespace calculation {
 
 namespace {
 
 constexpr std::int32_t kDaysPerCycle = 146097;
-
-constexpr std::int32_t FloorDivide(std::int32_t dividend, std::int32_t divisor)
-{
-    const std::int32_t quotient = dividend / divisor;
-    return quotient * divisor > dividend ? quotient - 1 : quotient;
-}
 
 } // namespace
 

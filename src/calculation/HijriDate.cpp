@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/HijriDate.h"
 
+#include "calculation/FloorDivide.h"
+
 #include <unicode/ucal.h>
 
 #include <algorithm>
@@ -50,12 +52,6 @@ private:
     UErrorCode m_status = U_ZERO_ERROR;
     UCalendar* m_calendar = nullptr;
 };
-
-std::int32_t FloorDivide(std::int32_t dividend, std::int32_t divisor)
-{
-    const std::int32_t quotient = dividend / divisor;
-    return quotient * divisor > dividend ? quotient - 1 : quotient;
-}
 
 // Days of a cycle before its year of the given number, 0 to 29.
 std::int32_t DaysBeforeYear(std::int32_t yearOfCycle)

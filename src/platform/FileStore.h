@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// Files by name. Relative names are taken against the working directory. Two spellings of a name that differ
-/// only in case mean one file, on every file system.
+/// Files by name. Relative names are taken against the working directory. Read and Replace take another
+/// spelling in case where the exact one is not there, on every file system.
 class FileStore
 {
 public:
@@ -24,6 +24,6 @@ public:
     /// before. In a folder that takes no new file, or gives it another owner, the old one is overwritten: an
     /// error is taken back there too, a crash in the middle is not.
     virtual bool Replace(const QString& path, const QByteArray& content) = 0;
-    /// Overwrites the file, or creates it. For content that may be lost.
+    /// Overwrites the file of exactly this name, or creates it. For content that may be lost.
     virtual bool Write(const QString& path, const QByteArray& content) = 0;
 };
