@@ -51,6 +51,20 @@ TEST(ModuleSymbols, nothingOfQt_isNeeded)
     EXPECT_NE(needed.find("ucal_open"), std::string::npos) << needed;
 }
 
+TEST(ModuleSymbols, noAllocation_isNeeded)
+{
+    std::istringstream lines(OutputOf("'" DUSKBEACON_NM "' -D --undefined-only '" DUSKBEACON_MODULE "'"));
+    std::string word;
+    while (lines >> word) {
+        const std::string name = word.substr(0, word.find('@'));
+        EXPECT_NE(name.substr(0, 4), "_Znw") << name;
+        EXPECT_NE(name.substr(0, 4), "_Zna") << name;
+        EXPECT_NE(name, "malloc");
+        EXPECT_NE(name, "calloc");
+        EXPECT_NE(name, "realloc");
+    }
+}
+
 TEST(ModuleFile, name_isTheOneThatTheProgramLoads)
 {
     EXPECT_EQ(std::filesystem::path(DUSKBEACON_MODULE).filename(), "DuskBeacon.DBN");

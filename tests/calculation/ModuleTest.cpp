@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/CalculationModule.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -113,6 +114,12 @@ TEST(Module, theMiddleAngles_changeNothing)
 TEST(Module, slotsQiblaAndElevations_allocateNothing)
 {
     const CalculationModule module;
+    // What a library that allocates would call.
+    auto* const allocate = reinterpret_cast<void* (*)(std::size_t)>(::dlsym(RTLD_DEFAULT, "_Znwm"));
+    ASSERT_NE(allocate, nullptr);
+    const long uncounted = allocations;
+    ::operator delete(allocate(1));
+    ASSERT_EQ(allocations, uncounted + 1);
     const long before = allocations;
     std::int32_t sum = 0;
     for (std::int16_t day = 1; day <= 31; ++day) {

@@ -188,17 +188,17 @@ TEST_F(PosixFileStoreTest, replace_fileThatSaysReadOnly_isFalse_andAsBefore)
 }
 
 // A limit on the size of files fails a write in the middle as a full disk does.
-bool ReplaceOnAFullDisk(PosixFileStore& files, const QString& path)
+bool FailsOnAFullDisk(PosixFileStore& files, const QString& path)
 {
     std::signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{8192, 8192};
-    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && files.Replace(path, QByteArray(100'000, 'n'));
+    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && !files.Replace(path, QByteArray(100'000, 'n'));
 }
 
 TEST_F(PosixFileStoreTest, replace_fullDisk_isFalse_andAsBefore)
 {
     Put("a", "old", 0666);
-    EXPECT_FALSE(AsUser([this] { return ReplaceOnAFullDisk(files, Path("a")); }));
+    EXPECT_TRUE(AsUser([this] { return FailsOnAFullDisk(files, Path("a")); }));
     EXPECT_EQ(Content("a"), "old");
     EXPECT_EQ(Names(), QStringList{QStringLiteral("a")});
 }
@@ -207,7 +207,7 @@ TEST_F(PosixFileStoreTest, replace_fullDiskAndInPlace_isFalse_andAsBefore)
 {
     Put("a", "old", 0666);
     ::chmod(folder.path().toLocal8Bit().constData(), 0555);
-    EXPECT_FALSE(AsUser([this] { return ReplaceOnAFullDisk(files, Path("a")); }));
+    EXPECT_TRUE(AsUser([this] { return FailsOnAFullDisk(files, Path("a")); }));
     ::chmod(folder.path().toLocal8Bit().constData(), 0777);
     EXPECT_EQ(Content("a"), "old");
 }

@@ -2,7 +2,31 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/CodePage.h"
 
+#include "support/RuntimeError.h"
+
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <unicode/ucnv.h>
+
+#define TEXT_OF(name) #name
+#define NAME_OF(name) TEXT_OF(name)
+
+namespace {
+
+bool knowsNoConverter = false;
+
+} // namespace
+
+// Stands before ICU's own, under the name that carries its version.
+UConverter* ucnv_open(const char* name, UErrorCode* status)
+{
+    if (knowsNoConverter) {
+        *status = U_FILE_ACCESS_ERROR;
+        return nullptr;
+    }
+    using Open = UConverter* (*)(const char*, UErrorCode*);
+    return reinterpret_cast<Open>(::dlsym(RTLD_NEXT, NAME_OF(ucnv_open)))(name, status);
+}
 
 namespace {
 
@@ -31,6 +55,23 @@ TEST(CodePage, noPlace_becomesAQuestionMark)
         EXPECT_EQ(ToCodePage(QString::fromUtf16(text)), "?") << QString::fromUtf16(text).toStdString();
     }
     EXPECT_EQ(ToCodePage(QStringLiteral("a\u0645\u0646b")), "a??b");
+}
+
+TEST(CodePage, converterThatIsMissing_isARuntimeErrorOfTheCaller)
+{
+    knowsNoConverter = true;
+    for (void (*step)() : {+[] { static_cast<void>(ToCodePage(QStringLiteral("a"))); },
+                           +[] { static_cast<void>(FromCodePage("a")); }}) {
+        try {
+            step();
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const RuntimeError& error) {
+            EXPECT_EQ(error.Number(), ErrorNumber::kInvalidCall);
+        }
+    }
+    EXPECT_EQ(FromEncoding("a", "UTF-8"), std::nullopt);
+    knowsNoConverter = false;
+    EXPECT_EQ(ToCodePage(QStringLiteral("a")), "a");
 }
 
 TEST(CodePage, emptyText_staysEmpty)
