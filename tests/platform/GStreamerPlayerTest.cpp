@@ -1,13 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/GStreamerPlayer.h"
-
+#include "GStreamerPlayerFixture.h"
 #include "fakes/NoThreads.h"
 
-#include "SoundServer.h"
-#include "TestSounds.h"
-
-#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -29,62 +24,10 @@
 
 namespace {
 
-constexpr int kWait = 20'000;
-constexpr double kTone = 440.0;
 constexpr double kOtherTone = 1000.0;
 constexpr qint64 kAtOnce = 20;
 // Many times what it takes to find that there is nothing to play.
 constexpr int kMoment = 250;
-
-class GStreamerPlayerTest : public testing::Test
-{
-protected:
-    GStreamerPlayerTest()
-    {
-        qputenv("XDG_STATE_HOME", Path("state").toUtf8());
-        player = std::make_unique<GStreamerPlayer>();
-        player->SetPlayStateHandler([this](int state) {
-            EXPECT_EQ(QThread::currentThread(), qApp->thread());
-            EXPECT_EQ(state, MediaPlayer::kStopped);
-            ++stopped;
-        });
-    }
-
-    [[nodiscard]] QString Path(const char* name) const { return folder.filePath(QString::fromLatin1(name)); }
-    [[nodiscard]] QString Write(const char* name, const QByteArray& content) const
-    {
-        QFile file(Path(name));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        return Path(name);
-    }
-    [[nodiscard]] QString Tone(const char* name, double seconds, double hertz = kTone) const
-    {
-        EXPECT_TRUE(WriteTone(Path(name), hertz, seconds)) << name;
-        return Path(name);
-    }
-    [[nodiscard]] bool WaitForStops(int count) const
-    {
-        return QTest::qWaitFor([&] { return stopped >= count; }, kWait);
-    }
-    [[nodiscard]] bool ReportsWithin(int milliseconds) const
-    {
-        return QTest::qWaitFor([&] { return stopped > 0; }, milliseconds);
-    }
-    // That a bad path does nothing shows in the good one after it: it sounds, and its stop is the only one.
-    void ExpectNextPlays()
-    {
-        player->SetUrl(Tone("next.wav", 0.6));
-        EXPECT_TRUE(sound.WaitForTone(kTone));
-        EXPECT_TRUE(WaitForStops(1));
-        EXPECT_EQ(stopped, 1);
-    }
-
-    QTemporaryDir folder;
-    SoundServer sound;
-    std::unique_ptr<GStreamerPlayer> player;
-    int stopped = 0;
-};
 
 class GStreamerPlayerFormat : public GStreamerPlayerTest, public testing::WithParamInterface<const char*>
 {

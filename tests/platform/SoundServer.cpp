@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <signal.h>
+
 #include <cmath>
 #include <numbers>
 #include <vector>
@@ -105,6 +107,16 @@ void SoundServer::Kill()
         }
     }
     m_samples.clear();
+}
+
+void SoundServer::Hang()
+{
+    ::kill(static_cast<pid_t>(m_server->processId()), SIGSTOP);
+}
+
+void SoundServer::GoOn()
+{
+    ::kill(static_cast<pid_t>(m_server->processId()), SIGCONT);
 }
 
 void SoundServer::Collect()

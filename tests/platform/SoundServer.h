@@ -24,6 +24,9 @@ public:
     [[nodiscard]] bool Start();
     /// Ends the server at once, as a crash would.
     void Kill();
+    /// The server hangs: it is there and answers nobody, until it is let go on.
+    void Hang();
+    void GoOn();
 
     /// Waits until a second's quarter of nothing but this tone has been recorded.
     [[nodiscard]] bool WaitForTone(double hertz);
