@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "fakes/FakePlatform.h"
+#include "fakes/MemoryFiles.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
-#include "fakes/FakePlatform.h"
-#include "fakes/MemoryFiles.h"
 #include "fuzz/FuzzTarget.h"
 #include "store/SimpleXML.h"
 #include "support/RuntimeError.h"

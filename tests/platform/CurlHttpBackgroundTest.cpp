@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/CurlHttp.h"
-
 #include "fakes/LoopbackServer.h"
 #include "fakes/NoThreads.h"
+#include "platform/CurlHttp.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
