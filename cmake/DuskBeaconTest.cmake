@@ -12,8 +12,11 @@ function(duskbeacon_test name)
   # A test's own code runs for milliseconds; its optimisation costs minutes of every build.
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} test_main)
-  # Half of what a test costs to compile is the headers that nearly all of them include.
-  target_precompile_headers(${name} REUSE_FROM test_main)
+  # Half of what a test costs to compile is the headers that nearly all of them include. GStreamer's flags are not those that
+  # these are compiled with.
+  if(NOT "PkgConfig::GSTREAMER" IN_LIST ARG_LIBRARIES)
+    target_precompile_headers(${name} REUSE_FROM test_main)
+  endif()
   target_compile_options(${name} PRIVATE -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   # An empty value would swallow the property behind it.

@@ -173,7 +173,7 @@ TEST(SessionEnd, noPipeToBeHad_endsWithALineOnTheTerminal)
     EXPECT_EXIT(
         {
             // Nor a core file, which nobody asked for.
-            const rlimit none{0, 0};
+            const rlimit none{};
             setrlimit(RLIMIT_CORE, &none);
             setrlimit(RLIMIT_NOFILE, &none);
             const SessionEnd sessionEnd;
