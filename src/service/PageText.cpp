@@ -25,9 +25,9 @@ QByteArray NameIn(const QString& assignment)
 QByteArray EncodingOf(const HtmlToken& tag)
 {
     for (const auto& [name, value] : tag.attributes) {
-        const QByteArray encoding = name == u"charset"   ? NameIn(QStringLiteral("charset=") + value)
-                                    : name == u"content" ? NameIn(value)
-                                                         : QByteArray();
+        QByteArray encoding = name == u"charset"   ? NameIn(QStringLiteral("charset=") + value)
+                              : name == u"content" ? NameIn(value)
+                                                   : QByteArray();
         if (!encoding.isEmpty()) {
             return encoding;
         }
@@ -42,8 +42,7 @@ QByteArray NamedEncoding(const QByteArray& page)
     while (const std::optional<HtmlToken> token = tokens.Next()) {
         // A tag that is cut may name half of what it means.
         const bool isMeta = token->kind == HtmlToken::Kind::Open && token->name == u"meta";
-        const QByteArray encoding =
-            isMeta && tokens.Position() <= head.size() ? EncodingOf(*token) : QByteArray();
+        QByteArray encoding = isMeta && tokens.Position() <= head.size() ? EncodingOf(*token) : QByteArray();
         if (!encoding.isEmpty()) {
             return encoding;
         }

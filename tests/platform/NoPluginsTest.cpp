@@ -16,8 +16,8 @@ TEST(GStreamerPlayerWithoutPlugins, sound_isNone_andNothingIsReportedButAStop)
 {
     const QTemporaryDir folder;
     const QByteArray nowhere = folder.filePath(QStringLiteral("plugins")).toUtf8();
-    for (const char* const where : {"GST_PLUGIN_PATH_1_0", "GST_PLUGIN_PATH", "GST_PLUGIN_SYSTEM_PATH_1_0",
-                                    "GST_PLUGIN_SYSTEM_PATH"}) {
+    for (const char* const where :
+         {"GST_PLUGIN_PATH_1_0", "GST_PLUGIN_PATH", "GST_PLUGIN_SYSTEM_PATH_1_0", "GST_PLUGIN_SYSTEM_PATH"}) {
         qputenv(where, nowhere);
     }
     qputenv("GST_REGISTRY_1_0", folder.filePath(QStringLiteral("registry")).toUtf8());
