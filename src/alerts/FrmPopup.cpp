@@ -19,7 +19,7 @@
 
 namespace {
 
-const QString kMainWindow = QStringLiteral("FrmMain");
+const QString kMainName = QStringLiteral("FrmMain");
 
 // Always in 12-hour form, without padding; the hour from 12:00 on reads AM, as it does in the prayer times.
 QString ClockText(const QTime& time)
@@ -117,7 +117,7 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
 void FrmPopup::MoveToCentre()
 {
     // A main window that is hidden in the tray keeps its place.
-    const Form* const main = Siblings().Loaded(kMainWindow);
+    const Form* const main = Siblings().Loaded(kMainName);
     const QScreen* screen =
         main != nullptr ? QGuiApplication::screenAt(main->frameGeometry().center()) : nullptr;
     if (screen == nullptr) {
@@ -147,7 +147,7 @@ void FrmPopup::OnUnload()
     Timer1->SetEnabled(false);
     MainForm& main = Siblings().Main();
     main.Enable(true);
-    main.ActiveForm = kMainWindow;
+    main.ActiveForm = kMainName;
 }
 
 void InstallPopupAccessibility()

@@ -13,7 +13,7 @@ namespace calculation {
 
 namespace {
 
-constexpr std::int32_t kDaysPerCycle = 10631;
+constexpr std::int32_t kDaysPerHijriCycle = 10631;
 constexpr std::int32_t kYearsPerCycle = 30;
 // 1 Muharram 1 to 1 January 2000.
 constexpr std::int32_t kEpoch = -503105;
@@ -64,8 +64,8 @@ std::int32_t DaysBeforeYear(std::int32_t yearOfCycle)
 HijriDate CivilHijriDateOf(std::int32_t daysSince2000)
 {
     const std::int32_t days = daysSince2000 - kEpoch;
-    const std::int32_t cycle = FloorDivide(days, kDaysPerCycle);
-    const std::int32_t dayOfCycle = days - cycle * kDaysPerCycle;
+    const std::int32_t cycle = FloorDivide(days, kDaysPerHijriCycle);
+    const std::int32_t dayOfCycle = days - cycle * kDaysPerHijriCycle;
     std::int32_t yearOfCycle = std::min(dayOfCycle / 354, kYearsPerCycle - 1);
     if (DaysBeforeYear(yearOfCycle) > dayOfCycle) {
         --yearOfCycle;

@@ -33,7 +33,7 @@ QWidget* NextInTabOrder(const QWidget& control)
     QWidget* next = control.nextInFocusChain();
     while (next != &control) {
         const bool isReached = (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
-        if (isReached && !next->isWindow() && next->isEnabled() && next->isVisible()) {
+        if (isReached && !next->isWindow() && next->isEnabled() && next->isVisibleTo(control.window())) {
             return next;
         }
         next = next->nextInFocusChain();

@@ -7,13 +7,13 @@
 
 namespace {
 
-const QString kLocations = QStringLiteral("//root//locations");
+const QString kPlaces = QStringLiteral("//root//locations");
 
 // The name alone tells places apart, whatever their identifiers.
 bool HoldsPlace(const SimpleXML& settings, const QString& key)
 {
     bool holds = false;
-    WalkChildren(settings, kLocations, [&](const SimpleXML& location) {
+    WalkChildren(settings, kPlaces, [&](const SimpleXML& location) {
         holds = location.ElementName() == key;
         return !holds;
     });
@@ -34,7 +34,7 @@ bool AddPlaces(const DomDocuments& documents, const SimpleXML& places)
         if (areNew) {
             // No name is refused, though a path finds the first element of a name wherever it stands: a place
             // called "alerts" hides the settings of that name until it is deleted.
-            settings.AddSimpleXML(location, kLocations);
+            settings.AddSimpleXML(location, kPlaces);
             // At once, and unchecked: a file that can't be written loses the place, and the list shows so.
             settings.Save(kSettingsFile);
         }

@@ -38,6 +38,13 @@ double WholeNumberPart(const QString& text)
     return leadingDigits.match(text).captured(1).toDouble();
 }
 
+// More children than that, or more markup below them than elements with a text each would have: a child is
+// looked up by its name through all that there is.
+bool IsLarger(const DomNode& root, int mostChildren)
+{
+    return root.ChildCount() > mostChildren || root.Xml().count(u'<') > 2 * (mostChildren + 1);
+}
+
 } // namespace
 
 FrmNewLoc::FrmNewLoc(Forms& forms, const DomDocuments& documents)
@@ -132,7 +139,7 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildr
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
         root = std::make_unique<SimpleXML>(m_documents);
-    } else if (root->xmldoc->DocumentElement().ChildCount() > mostChildren) {
+    } else if (IsLarger(root->xmldoc->DocumentElement(), mostChildren)) {
         return nullptr;
     }
     root->SetCurrentPath(kRoot);

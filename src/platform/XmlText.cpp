@@ -172,7 +172,7 @@ bool HasModestMarkup(const QByteArray& utf8)
             if (content.attributes > kMostAttributes || namespaces > kMostNamespaces) {
                 return false;
             }
-            comparisons += content.attributes * content.attributes;
+            comparisons += content.attributes * (content.attributes + namespaces);
             if (comparisons > kMostComparisons) {
                 return false;
             }
@@ -183,7 +183,7 @@ bool HasModestMarkup(const QByteArray& utf8)
 
 bool IsWellFormedXml(const QByteArray& utf8, int deepest)
 {
-    // The reader compares each attribute of a tag with every other one, and each name with every namespace.
+    // The reader compares each attribute of a tag with every other one and with every namespace.
     if (!HasModestMarkup(utf8)) {
         return false;
     }

@@ -122,7 +122,7 @@ private:
 };
 
 // What an attribute says.
-QString Decoded(const QString& value)
+QString WithoutEntities(const QString& value)
 {
     QString text;
     qsizetype at = 0;
@@ -275,7 +275,7 @@ QString HtmlTokens::Value()
         }
         m_at = end;
     }
-    return Decoded(m_page.mid(start, end - start)).trimmed();
+    return WithoutEntities(m_page.mid(start, end - start)).trimmed();
 }
 
 void HtmlTokens::SkipBlanks()

@@ -54,7 +54,18 @@ QByteArray NamedEncoding(const QByteArray& page)
 // meant where the name could be read. Source: WHATWG Encoding Standard, 4.2, and HTML, 13.2.3.2.
 QByteArray Meant(const QByteArray& name)
 {
-    constexpr std::pair<const char*, const char*> kNames[] = {{"ansi_x3.4-1968", "windows-1252"},
+    constexpr std::pair<const char*, const char*> kNames[] = {{"unicode", "utf-8"},
+                                                              {"csunicode", "utf-8"},
+                                                              {"unicodefeff", "utf-8"},
+                                                              {"unicodefffe", "utf-8"},
+                                                              {"ucs-2", "utf-8"},
+                                                              {"iso-10646-ucs-2", "utf-8"},
+                                                              {"ucs-4", "windows-1252"},
+                                                              {"iso-10646-ucs-4", "windows-1252"},
+                                                              {"utf-32", "windows-1252"},
+                                                              {"utf-32be", "windows-1252"},
+                                                              {"utf-32le", "windows-1252"},
+                                                              {"ansi_x3.4-1968", "windows-1252"},
                                                               {"ascii", "windows-1252"},
                                                               {"cp819", "windows-1252"},
                                                               {"csisolatin1", "windows-1252"},

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
+#include <utility>
 
 namespace {
 
@@ -68,11 +70,19 @@ private:
 
 QByteArray PlainPng(const QByteArray& png)
 {
-    constexpr std::array<QByteArrayView, 5> kOfThePicture{"IHDR", "PLTE", "tRNS", "IDAT", "IEND"};
+    constexpr std::array<QByteArrayView, 3> kOfThePicture{"IHDR", "IDAT", "IEND"};
+    // Each stands once, ahead of the pixels; the reader writes a line into the log for every other one.
+    std::map<QByteArrayView, bool> isWanted{{"PLTE", true}, {"tRNS", true}};
     QByteArray plain = png.left(kSignature);
     WalkChunks(png, [&](QByteArrayView type, QByteArrayView whole) {
-        if (std::find(kOfThePicture.begin(), kOfThePicture.end(), type) != kOfThePicture.end()) {
+        const auto once = isWanted.find(type);
+        if (once != isWanted.end()
+                ? std::exchange(once->second, false)
+                : std::find(kOfThePicture.begin(), kOfThePicture.end(), type) != kOfThePicture.end()) {
             plain.append(whole);
+        }
+        if (type == "IDAT") {
+            isWanted = {{"PLTE", false}, {"tRNS", false}};
         }
         return type != "IEND";
     });

@@ -23,7 +23,7 @@ constexpr double kOwnName = 1.0;
 constexpr double kOwnSequence = 5.0;
 constexpr int kSilentDays = 14;
 
-const QString kRoot = QStringLiteral("//root");
+const QString kReplyRoot = QStringLiteral("//root");
 const QString kVersion = QStringLiteral("//root//app//version");
 
 } // namespace
@@ -60,7 +60,7 @@ void VersionCheck::Check()
     if (!m_window.IsLoaded() || reply == nullptr) {
         return;
     }
-    reply->SetCurrentPath(kRoot);
+    reply->SetCurrentPath(kReplyRoot);
     if (IsOther(*reply) && !IsSilenced(settings)) {
         Offer(settings, *reply);
     }
@@ -68,8 +68,8 @@ void VersionCheck::Check()
 
 bool VersionCheck::IsOther(const SimpleXML& reply) const
 {
-    const QString name = reply.GetAttribute(QStringLiteral("version_name"), kRoot);
-    const QString sequence = reply.GetAttribute(QStringLiteral("version_sequence"), kRoot);
+    const QString name = reply.GetAttribute(QStringLiteral("version_name"), kReplyRoot);
+    const QString sequence = reply.GetAttribute(QStringLiteral("version_sequence"), kReplyRoot);
     if (name.isEmpty()) {
         return false;
     }
@@ -100,6 +100,6 @@ void VersionCheck::Offer(SimpleXML& settings, const SimpleXML& reply)
     }
     // As sent. The browser takes http and https with a host and passes over all else: a stranger's word must
     // not start a program. This one ends all the same.
-    m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kRoot));
+    m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kReplyRoot));
     m_platform.process.End();
 }

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int kFirstPrayerTab = 3;
+constexpr int kTabOfFirstPrayer = 3;
 
 struct Prayer
 {
@@ -34,7 +34,7 @@ const Prayer kPrayers[] = {
 
 const Prayer* PrayerOfTab(int tab)
 {
-    const int index = tab - kFirstPrayerTab;
+    const int index = tab - kTabOfFirstPrayer;
     return index >= 0 && index < static_cast<int>(std::size(kPrayers)) ? &kPrayers[index] : nullptr;
 }
 

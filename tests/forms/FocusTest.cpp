@@ -53,6 +53,15 @@ TEST_F(FocusTest, controlDisabledMeanwhile_leavesTheKeyboardToTheNext)
     EXPECT_TRUE(last.hasFocus());
 }
 
+TEST_F(FocusTest, controlDisabledWhileTheWindowIsHidden_leavesTheKeyboardToTheNext)
+{
+    window.Enable(false);
+    window.hide();
+    middle.setEnabled(false);
+    window.Enable(true);
+    EXPECT_EQ(window.focusWidget(), &last);
+}
+
 TEST_F(FocusTest, controlAndItsNextDisabledMeanwhile_leaveTheKeyboardToTheOneBehind)
 {
     window.Enable(false);

@@ -127,7 +127,7 @@ void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& pict
     const double start = ProcessorSeconds();
     strip.Navigate(world.files, kPage);
     static_cast<void>(strip.grab());
-    // Ten times what it may take, for a build with sanitizers.
+    // Some ten times what it takes without sanitizers.
     constexpr double kLongestSeconds = 0.5;
     Demand(ProcessorSeconds() - start < kLongestSeconds, "a page that is shown is shown quickly");
     CheckRequests(world.platform.http);

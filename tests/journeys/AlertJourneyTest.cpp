@@ -82,6 +82,7 @@ protected:
             kWaitMilliseconds));
         environment.insert(QStringLiteral("DISPLAY"), u':' + QString::fromLatin1(answer.trimmed()));
         environment.insert(QStringLiteral("HOME"), folder.path());
+        environment.remove(QStringLiteral("XDG_STATE_HOME"));
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
         // Nothing leaves the computer: whatever is asked for by name is refused at once.

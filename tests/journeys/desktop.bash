@@ -59,6 +59,7 @@ not() { ! "$@"; }
 is_running() { kill -0 "$1" 2>/dev/null; }
 
 start_desktop() {
+    unset XDG_STATE_HOME
     need Xvfb openbox xdotool wmctrl xprop import
     start_display "$folder" -screen 0 1024x768x24 || fail "no display"
     started+=("$server")

@@ -25,7 +25,7 @@ wmctrl -i -c "$(xdotool search --onlyvisible --name '^Alerts$')"
 wait_until "the settings dialog stays" not is_alerts_open
 
 # Without a browser a link does nothing, and can be clicked again.
-click_at 30 187
+click_at 30 203
 wait_until "no browser was looked for" grep -q 'Unable to detect a web browser' "$folder/log"
 mv "$folder/xdg-open" "$folder/path"
 click_at 30 187

@@ -96,7 +96,7 @@ class Program:
                 file.write(settings if isinstance(settings, bytes) else settings.encode())
         if prepare:
             prepare(self)
-        self.environment = dict(os.environ, TZ="UTC", LC_ALL="C.UTF-8", QT_QPA_PLATFORM="xcb",
+        self.environment = dict(os.environ, XDG_STATE_HOME="", TZ="UTC", LC_ALL="C.UTF-8", QT_QPA_PLATFORM="xcb",
                                  QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=self.folder, XDG_DATA_HOME=self.folder,
                                  # Nothing is behind this proxy: the program finds no network.
                                  http_proxy="http://127.0.0.1:9", https_proxy="http://127.0.0.1:9",

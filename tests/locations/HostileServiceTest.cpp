@@ -157,6 +157,22 @@ TEST_F(LargeReplyTest, endlessCountries_countAsNoReply_inGoodTime)
     }
 }
 
+TEST_F(LargeReplyTest, fewCountriesAboveMuchElse_countAsNoReply)
+{
+    const auto above = [](int count) {
+        return "<root><a state=\"Egypt\" state_id=\"20\">" + QByteArray("<b/>").repeated(count) +
+               "</a></root>";
+    };
+    platform.http.replies[QStringLiteral("getStates.pl")] = above(13'000);
+    FrmLocation& list = OpenList();
+    ClickOn(list, "LblNewLocLink");
+    ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
+    ExpectBackInList();
+    platform.http.replies[QStringLiteral("getStates.pl")] = above(100);
+    ClickOn(list, "LblNewLocLink");
+    EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
+}
+
 TEST_F(LargeReplyTest, endlessCities_leaveTheEarlierResults_inGoodTime)
 {
     platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] = ManyChildren(1);

@@ -127,8 +127,16 @@ else
   echo "skipped: fullDisk (no right to mount)"
 fi
 
-# What only happens while somebody else is at the same folder is brought about by tools that fail in its place.
-mkdir "$work/clumsy" "$work/unnamed" "$work/vanished"
+# What only happens while somebody else is at the same folder, or on a full disk, is brought about by tools that fail in its
+# place.
+mkdir "$work/clumsy" "$work/cut" "$work/unnamed" "$work/vanished"
+printf '#!/bin/sh\nexit 1\n' >"$work/clumsy/cat"
+chmod 755 "$work/clumsy/cat"
+out=$(run HOME="$work/cut" PATH="$work/clumsy:$PATH")
+check cutCopy_isAFailure test $? -eq 1
+check cutCopy_saysSo contains "$out" "Is the disk full?"
+check cutCopy_leavesNothing test -z "$(find "$work/cut" -name '*settings*')"
+rm "$work/clumsy/cat"
 for tool in ln mv; do
   printf '#!/bin/sh\nexit 1\n' >"$work/clumsy/$tool"
   chmod 755 "$work/clumsy/$tool"
@@ -158,6 +166,7 @@ first=$!
 run HOME="$work/both" >/dev/null
 wait "$first"
 check twoStartsAtOnce_leaveOneFile test "$(ls -A "$work/both/.local/share/dusk-beacon")" = settings.xml
+check twoStartsAtOnce_leaveItWhole cmp -s "$shipped" "$work/both/.local/share/dusk-beacon/settings.xml"
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]

@@ -22,7 +22,7 @@ TEST(CurlHttpBackground, fetch_answersOnThisThread)
     CurlHttp http;
     QObject context;
     std::vector<Http::Reply> replies;
-    http.FetchInBackground(server.Url(), kShort, &context, [&](const Http::Reply& reply) {
+    http.FetchInBackground(server.Url(), HttpLimits{}, &context, [&](const Http::Reply& reply) {
         EXPECT_EQ(QThread::currentThread(), QCoreApplication::instance()->thread());
         replies.push_back(reply);
     });
@@ -62,7 +62,7 @@ TEST(CurlHttpBackground, fetch_moreThanFour_takeTheirTurns)
     QObject context;
     int replies = 0;
     for (int i = 0; i < 30; ++i) {
-        http.FetchInBackground(server.Url(), kShort, &context,
+        http.FetchInBackground(server.Url(), HttpLimits{}, &context,
                                [&](const Http::Reply& reply) { replies += reply ? 1 : 0; });
     }
     EXPECT_TRUE(QTest::qWaitFor([&] { return replies == 30; }));
@@ -85,7 +85,7 @@ TEST(CurlHttpBackground, noThreadToBeHad_failsAndHoldsUpNoEnd)
             EXPECT_EQ(failures, 0) << "never inside the call";
             EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 6; }));
         }
-        EXPECT_EQ(http.Fetch(server.Url(), kShort), kReply) << "the next one has a thread again";
+        EXPECT_EQ(http.Fetch(server.Url(), HttpLimits{}), kReply) << "the next one has a thread again";
     }
     EXPECT_EQ(server.Requests().size(), 1U);
 }

@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+#include <gtest/gtest.h>
 #include <signal.h>
 
 #include <cmath>
@@ -109,13 +110,16 @@ void SoundServer::Kill()
     m_samples.clear();
 }
 
+// A server that has gone has the number 0, which would be everybody here.
 void SoundServer::Hang()
 {
+    ASSERT_GT(m_server->processId(), 0);
     ::kill(static_cast<pid_t>(m_server->processId()), SIGSTOP);
 }
 
 void SoundServer::GoOn()
 {
+    ASSERT_GT(m_server->processId(), 0);
     ::kill(static_cast<pid_t>(m_server->processId()), SIGCONT);
 }
 

@@ -157,6 +157,17 @@ TEST(HasModestMarkup, namespaces_upTo256_inAllTagsTogether)
     EXPECT_TRUE(HasModestMarkup("<a b='" + words + "'>" + words + "<!--" + words + "--></a>"));
 }
 
+TEST(HasModestMarkup, namespaces_countForEachAttribute)
+{
+    QByteArray elements;
+    for (int number = 0; number < 64; ++number) {
+        elements += " p:a" + QByteArray::number(number) + "=''";
+    }
+    elements = ("<a" + elements + "/>").repeated(4000);
+    EXPECT_TRUE(HasModestMarkup("<r xmlns:p='p'>" + elements + "</r>"));
+    EXPECT_FALSE(HasModestMarkup("<r" + QByteArray(" xmlns:p='p'").repeated(256) + ">" + elements + "</r>"));
+}
+
 TEST(HasModestMarkup, declarations_areNone)
 {
     EXPECT_TRUE(HasModestMarkup("<!DOCTYPE a><a b='[\"'/>"));

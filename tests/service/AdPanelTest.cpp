@@ -118,6 +118,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         EncodingRow{"none", "\xD3\x80", u"\u00D3\u20AC"},
         EncodingRow{"unknown", "<meta charset=klingon>\xD3", u"\u00D3"},
+        EncodingRow{"unicode", "<meta charset=unicode>\xC3\x9E", u"\u00DE"},
+        EncodingRow{"four_bytes", "<meta charset=utf-32>\xD3", u"\u00D3"},
         EncodingRow{"empty", "<meta charset=''>\xD3", u"\u00D3"},
         EncodingRow{"arabic", "<meta charset=windows-1256>\xD3\xE1\xC7\xE3", u"\u0633\u0644\u0627\u0645"},
         EncodingRow{"arabic_of_unix", "<meta charset='ISO-8859-6'>\xD3\xE4\xC7\xE5",

@@ -17,7 +17,11 @@ namespace {
 // Of processor time, with which the clock misses no second. What is guarded against takes many seconds, the
 // costliest page that is shown some 60 milliseconds of a slow machine, and several times that with
 // sanitizers.
+#ifdef __SANITIZE_ADDRESS__
 constexpr double kMostMilliseconds = 800.0;
+#else
+constexpr double kMostMilliseconds = 200.0;
+#endif
 
 struct CleanRow
 {

@@ -8,6 +8,7 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/Memory.h"
 #include "service/GifFrames.h"
+#include "service/PngChunks.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -329,6 +330,16 @@ TEST_F(BannerImagesTest, pngOfFewColoursWithTexts_isShownAsItIs)
     EXPECT_EQ(qAlpha(shown.pixel(2, 0)), 128);
 }
 
+TEST_F(BannerImagesTest, coloursNamedAgain_areLeftOut)
+{
+    const QByteArray pixels = Chunk("IDAT", PlainPixels(10, "\xFF\x11\x22"));
+    const QByteArray colours = Chunk("PLTE", QByteArray(3, '\x7F'));
+    const QByteArray clear = Chunk("tRNS", QByteArray(6, '\x00'));
+    EXPECT_EQ(
+        PlainPng(PngOf(10, colours + clear + (clear + colours).repeated(100) + pixels + clear + colours)),
+        PngOf(10, colours + clear + pixels));
+}
+
 TEST_F(BannerImagesTest, pixelsInSeveralPiecesOrWithALittleBehind_areShown)
 {
     const QByteArray pixels = PlainPixels(10, "\xFF\x11\x22");
@@ -342,7 +353,7 @@ TEST_F(BannerImagesTest, pixelsInSeveralPiecesOrWithALittleBehind_areShown)
 // The deepest and largest picture there may be.
 TEST_F(BannerImagesTest, deepestPng_isShown)
 {
-    QImage picture(1, static_cast<int>(10'000), QImage::Format_RGBA64);
+    QImage picture(1, 10'000, QImage::Format_RGBA64);
     picture.fill(Qt::red);
     EXPECT_TRUE(IsShown(Written(picture, "png")));
     QImage square(1000, 1000, QImage::Format_RGBA64);
