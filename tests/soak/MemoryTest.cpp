@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/Appearance.h"
 #include "fakes/Memory.h"
+
+#include "app/Appearance.h"
 #include "soak/ProgramWorld.h"
 
 #include <QAction>
