@@ -10,17 +10,17 @@ namespace calculation {
 
 double QiblaBearing(const Place& place)
 {
-    constexpr double kLatitude = 21.4225 * kRadiansPerDegree;
-    constexpr double kLongitude = 39.8262;
+    constexpr double kKaabaLatitude = 21.4225 * kRadiansPerDegree;
+    constexpr double kKaabaLongitude = 39.8262;
     // Half the step of the places that the boundary can name, so that the nearest of them counts as the
     // Kaaba.
     constexpr double kSamePlace = 0.005 * kRadiansPerDegree;
 
     const double latitude = place.LatitudeDegrees() * kRadiansPerDegree;
-    const double eastward = (kLongitude - place.LongitudeDegrees()) * kRadiansPerDegree;
-    const double east = std::sin(eastward) * std::cos(kLatitude);
-    const double north = std::cos(latitude) * std::sin(kLatitude) -
-                         std::sin(latitude) * std::cos(kLatitude) * std::cos(eastward);
+    const double eastward = (kKaabaLongitude - place.LongitudeDegrees()) * kRadiansPerDegree;
+    const double east = std::sin(eastward) * std::cos(kKaabaLatitude);
+    const double north = std::cos(latitude) * std::sin(kKaabaLatitude) -
+                         std::sin(latitude) * std::cos(kKaabaLatitude) * std::cos(eastward);
     if (std::hypot(east, north) < kSamePlace) {
         return 0.0;
     }

@@ -42,7 +42,7 @@ double WholeNumberPart(const QString& text)
 // looked up by its name through all that there is.
 bool IsLarger(const DomNode& root, int mostChildren)
 {
-    return root.ChildCount() > mostChildren || root.Xml().count(u'<') > 2 * (mostChildren + 1);
+    return root.ChildCount() > mostChildren || root.Xml().count(u'<') > 2LL * (mostChildren + 1);
 }
 
 } // namespace
