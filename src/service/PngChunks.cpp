@@ -10,8 +10,7 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
-#include <utility>
+#include <set>
 
 namespace {
 
@@ -70,19 +69,18 @@ private:
 
 QByteArray PlainPng(const QByteArray& png)
 {
-    constexpr std::array<QByteArrayView, 3> kOfThePicture{"IHDR", "IDAT", "IEND"};
-    // Each stands once, ahead of the pixels; the reader writes a line into the log for every other one.
-    std::map<QByteArrayView, bool> isWanted{{"PLTE", true}, {"tRNS", true}};
+    // Each stands once but for the pixels, and the colours ahead of those; the reader writes a line into the
+    // log for every other one.
+    std::set<QByteArrayView> wanted{"IHDR", "PLTE", "tRNS", "IDAT", "IEND"};
     QByteArray plain = png.left(kSignature);
     WalkChunks(png, [&](QByteArrayView type, QByteArrayView whole) {
-        const auto once = isWanted.find(type);
-        if (once != isWanted.end()
-                ? std::exchange(once->second, false)
-                : std::find(kOfThePicture.begin(), kOfThePicture.end(), type) != kOfThePicture.end()) {
+        if (wanted.contains(type)) {
             plain.append(whole);
         }
         if (type == "IDAT") {
-            isWanted = {{"PLTE", false}, {"tRNS", false}};
+            wanted = {"IDAT", "IEND"};
+        } else {
+            wanted.erase(type);
         }
         return type != "IEND";
     });
