@@ -10,7 +10,6 @@ namespace {
 
 // Texts longer than this come in pieces, so that a page that is too long is given up early.
 constexpr qsizetype kLongestPiece = 4096;
-constexpr qsizetype kLongestNumber = 10;
 constexpr std::size_t kMostAttributes = 32;
 constexpr int kMostStepsInTag = 4096;
 
@@ -53,7 +52,14 @@ QString Escaped(QChar character)
     }
 }
 
-// The number that stands for a character, as in "&#38;" and "&#x26;".
+bool IsDigit(QChar character, bool isHexadecimal)
+{
+    const char16_t lower = character.toLower().unicode();
+    return (lower >= u'0' && lower <= u'9') || (isHexadecimal && lower >= u'a' && lower <= u'f');
+}
+
+// The number that stands for a character, as in "&#38;" and "&#x26;". Without its ";" it ends behind its
+// digits, and without a digit it is none. Source: HTML standard, 13.2.5.75 to 13.2.5.80.
 class NumberedEntity final
 {
 public:
@@ -66,15 +72,17 @@ public:
         }
         const bool isHexadecimal = mark.size() > 2 && mark[2].toLower() == u'x';
         const qsizetype start = at + (isHexadecimal ? 3 : 2);
-        m_end = start;
-        while (m_end < text.size() && m_end - start < kLongestNumber && text[m_end].unicode() < 128 &&
-               text[m_end].isLetterOrNumber()) {
-            ++m_end;
+        qsizetype end = start;
+        while (end < text.size() && IsDigit(text[end], isHexadecimal)) {
+            ++end;
+        }
+        if (end == start) {
+            return;
         }
         bool ok = false;
-        const uint code = text.mid(start, m_end - start).toUInt(&ok, isHexadecimal ? 16 : 10);
+        const uint code = QStringView(text).mid(start, end - start).toUInt(&ok, isHexadecimal ? 16 : 10);
         m_code = ok && IsShowable(code) ? code : u' ';
-        m_end += m_end < text.size() && text[m_end] == u';' ? 1 : 0;
+        m_end = end + (end < text.size() && text[end] == u';' ? 1 : 0);
     }
     [[nodiscard]] bool IsOne() const { return m_end > 0; }
     /// A blank for what is no text.
@@ -200,7 +208,9 @@ QString HtmlTokens::Entity()
     const NumberedEntity number(m_page, m_at);
     if (!number.IsOne()) {
         ++m_at;
-        return QStringLiteral("&");
+        // The layout would take more for a number than browsers do.
+        const bool looksLikeNumber = m_at < m_page.size() && m_page[m_at] == u'#';
+        return looksLikeNumber ? QStringLiteral("&amp;") : QStringLiteral("&");
     }
     m_at = number.End();
     // "&" and "<" must not come out as markup, and a blank that holds is no blank.

@@ -50,50 +50,27 @@ QByteArray NamedEncoding(const QByteArray& page)
     return {};
 }
 
-// As browsers take these names: for the larger code pages of the same letters, and for what alone can be
+// As browsers take these encodings: for the larger code pages of the same letters, and for what alone can be
 // meant where the name could be read. Source: WHATWG Encoding Standard, 4.2, and HTML, 13.2.3.2.
 QByteArray Meant(const QByteArray& name)
 {
-    constexpr std::pair<const char*, const char*> kNames[] = {{"unicode", "utf-8"},
-                                                              {"csunicode", "utf-8"},
-                                                              {"unicodefeff", "utf-8"},
-                                                              {"unicodefffe", "utf-8"},
-                                                              {"ucs-2", "utf-8"},
-                                                              {"iso-10646-ucs-2", "utf-8"},
-                                                              {"ucs-4", "windows-1252"},
-                                                              {"iso-10646-ucs-4", "windows-1252"},
-                                                              {"utf-32", "windows-1252"},
-                                                              {"utf-32be", "windows-1252"},
-                                                              {"utf-32le", "windows-1252"},
-                                                              {"ansi_x3.4-1968", "windows-1252"},
-                                                              {"ascii", "windows-1252"},
-                                                              {"cp819", "windows-1252"},
-                                                              {"csisolatin1", "windows-1252"},
-                                                              {"ibm819", "windows-1252"},
-                                                              {"iso-8859-1", "windows-1252"},
-                                                              {"iso-ir-100", "windows-1252"},
-                                                              {"iso8859-1", "windows-1252"},
-                                                              {"iso88591", "windows-1252"},
-                                                              {"iso_8859-1", "windows-1252"},
-                                                              {"iso_8859-1:1987", "windows-1252"},
-                                                              {"l1", "windows-1252"},
-                                                              {"latin1", "windows-1252"},
-                                                              {"us-ascii", "windows-1252"},
-                                                              {"csisolatin5", "windows-1254"},
-                                                              {"iso-8859-9", "windows-1254"},
-                                                              {"iso-ir-148", "windows-1254"},
-                                                              {"iso8859-9", "windows-1254"},
-                                                              {"iso88599", "windows-1254"},
-                                                              {"iso_8859-9", "windows-1254"},
-                                                              {"iso_8859-9:1989", "windows-1254"},
-                                                              {"l5", "windows-1254"},
-                                                              {"latin5", "windows-1254"},
-                                                              {"utf-16", "utf-8"},
-                                                              {"utf-16be", "utf-8"},
-                                                              {"utf-16le", "utf-8"}};
-    const auto* const found = std::find_if(std::begin(kNames), std::end(kNames),
-                                           [&](const auto& known) { return name == known.first; });
-    return found == std::end(kNames) ? name : QByteArray(found->second);
+    constexpr std::pair<const char*, const char*> kEncodings[] = {{"iso-8859-1", "windows-1252"},
+                                                                  {"us-ascii", "windows-1252"},
+                                                                  {"iso-8859-9", "windows-1254"},
+                                                                  {"iso-8859-11", "windows-874"},
+                                                                  {"gb2312", "gbk"},
+                                                                  {"gb_2312-80", "gbk"},
+                                                                  {"euc-kr", "windows-949"},
+                                                                  {"utf-16", "utf-8"},
+                                                                  {"utf-16be", "utf-8"},
+                                                                  {"utf-16le", "utf-8"},
+                                                                  {"unicodefeff", "utf-8"},
+                                                                  {"unicodefffe", "utf-8"}};
+    const auto* const found =
+        std::find_if(std::begin(kEncodings), std::end(kEncodings), [&](const auto& encoding) {
+            return name == encoding.first || IsSameEncoding(name, encoding.first);
+        });
+    return found == std::end(kEncodings) ? name : QByteArray(found->second);
 }
 
 } // namespace

@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr int kMostUnitsOfByteAnywhere = 2;
+
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
 void Check(UErrorCode status)
@@ -27,6 +29,19 @@ QString Decode(const Converter& converter, const QByteArray& bytes, int mostUnit
                                               static_cast<std::int32_t>(bytes.size()), &status);
     text.truncate(U_FAILURE(status) ? 0 : length);
     return text;
+}
+
+// Line ends, and the C0 controls that some encodings shift by, aside.
+bool HoldsAscii(const Converter& converter)
+{
+    QByteArray ascii;
+    for (char character = ' '; character <= '~'; ++character) {
+        ascii += character;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const QString text = Decode(converter, ascii, kMostUnitsOfByteAnywhere, status);
+    ucnv_resetToUnicode(converter.get());
+    return U_SUCCESS(status) && text == QString::fromLatin1(ascii);
 }
 
 Converter OpenCodePage()
@@ -71,7 +86,18 @@ std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& n
     if (name.isEmpty() || U_FAILURE(status)) {
         return std::nullopt;
     }
-    constexpr int kMostUnitsOfByteAnywhere = 2;
+    if (!HoldsAscii(converter)) {
+        return std::nullopt;
+    }
     QString text = Decode(converter, bytes, kMostUnitsOfByteAnywhere, status);
     return U_FAILURE(status) ? std::nullopt : std::optional(text);
+}
+
+bool IsSameEncoding(const QByteArray& name, const QByteArray& other)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    // The first of its names is the encoding's own.
+    const char* const own = ucnv_getAlias(name.constData(), 0, &status);
+    const char* const othersOwn = ucnv_getAlias(other.constData(), 0, &status);
+    return U_SUCCESS(status) && own != nullptr && othersOwn != nullptr && qstrcmp(own, othersOwn) == 0;
 }

@@ -16,5 +16,8 @@
 [[nodiscard]] QString FromCodePage(const QByteArray& bytes);
 
 /// The text of @p bytes in the encoding of that name, with U+FFFD for what is none in it; nothing if there is
-/// no such encoding.
+/// no such encoding, or if a character of ASCII is not its own byte in it.
 [[nodiscard]] std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& name);
+
+/// Whether both names are names of one encoding; false for two that are not known.
+[[nodiscard]] bool IsSameEncoding(const QByteArray& name, const QByteArray& other);

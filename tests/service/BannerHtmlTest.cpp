@@ -102,7 +102,16 @@ INSTANTIATE_TEST_SUITE_P(
         CleanRow{"spans", "<table><tr><td colspan=3 rowspan=99999>a</table>",
                  "<table><tr><td colspan=\"3\">a</td></tr></table>"},
         CleanRow{"cut_tag", "a<b", "a<b></b>"}, CleanRow{"cut_attribute", "a<b c=\"d", "a<b></b>"},
-        CleanRow{"cut_entity", "a&#", "a "}, CleanRow{"nothing", "", ""}),
+        CleanRow{"cut_entity", "a&#", "a&amp;#"},
+        CleanRow{"number_without_its_end", "&#169Dusk &#xA9Gold &#00000000000169;",
+                 "&#169;Dusk &#169;Gold &#169;"},
+        CleanRow{"number_without_digits", "&#offers &#; &#x; &#xyz; &#+65;",
+                 "&amp;#offers &amp;#; &amp;#x; &amp;#xyz; &amp;#+65;"},
+        CleanRow{"number_beyond_all", "a&#99999999999999999999;b", "a b"},
+        CleanRow{"numbers_that_are_none_in_a_link",
+                 "<a href='http://x.example/?a=1&#38b=2&#special-offers'>a</a>",
+                 "<a href=\"http://x.example/?a=1&amp;b=2&amp;#special-offers\">a</a>"},
+        CleanRow{"nothing", "", ""}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(BannerHtml, images_areNumberedAndKept)
