@@ -39,10 +39,12 @@ double WholeNumberPart(const QString& text)
 }
 
 // More children than that, or more markup below them than elements with a text each would have: a child is
-// looked up by its name through all that there is.
-bool IsLarger(const DomNode& root, int mostChildren)
+// looked up by its name through all that there is, and once more through all in each root within the root.
+bool IsLarger(const DomDocument& reply, int mostChildren)
 {
-    return root.ChildCount() > mostChildren || root.Xml().count(u'<') > 2LL * (mostChildren + 1);
+    const DomNode root = reply.DocumentElement();
+    return root.ChildCount() > mostChildren || root.Xml().count(u'<') > 2LL * (mostChildren + 1) ||
+           reply.SelectSingleNode(QStringLiteral("//root//root//root"));
 }
 
 } // namespace
@@ -139,7 +141,7 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildr
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
         root = std::make_unique<SimpleXML>(m_documents);
-    } else if (IsLarger(root->xmldoc->DocumentElement(), mostChildren)) {
+    } else if (IsLarger(*root->xmldoc, mostChildren)) {
         return nullptr;
     }
     root->SetCurrentPath(kRoot);

@@ -52,8 +52,8 @@ private:
     /// hold up the clock.
     static constexpr int kMostListed = 6000;
     /// The root of a reply on an object of its own, or nothing if the request failed. A document with another
-    /// root reads as an empty one, and one with more children, or more below them, counts as none that came.
-    /// Serves events: the window may have been unloaded meanwhile.
+    /// root reads as an empty one, and one with more children, or more below them, or roots deep within,
+    /// counts as none that came. Serves events: the window may have been unloaded meanwhile.
     [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url,
                                                      int mostChildren = kMostListed) const;
     void Say(const QString& message) const;

@@ -135,7 +135,7 @@ bool HasModestMarkup(const QByteArray& utf8)
     constexpr int kMostNodes = 65'536;
     constexpr int kMostAttributes = 256;
     constexpr int kMostNamespaces = 256;
-    // Of attributes with those of the same element.
+    // Of attributes with those of the same element and with the namespaces before them.
     constexpr int kMostComparisons = 1024 * kMostAttributes * kMostAttributes;
     int comparisons = 0;
     int nodes = 0;

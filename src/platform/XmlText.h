@@ -13,9 +13,9 @@
 
 /// True for markup of a size that every reader gets through in good time: up to 65,536 pieces in all
 /// (elements, comments, instructions, CDATA sections), up to 256 attributes in an element (in 1,024
-/// elements as full as that, or in more that are less full), up to 256 namespaces named in the whole text,
-/// and no document type with declarations inside or elsewhere. Whether the text is well-formed is another
-/// question.
+/// elements as full as that, in more that are less full, in fewer behind namespaces), up to 256 namespaces
+/// named in the whole text, and no document type with declarations inside or elsewhere. Whether the text is
+/// well-formed is another question.
 [[nodiscard]] bool HasModestMarkup(const QByteArray& utf8);
 
 /// True for exactly one well-formed document in UTF-8 of modest markup whose elements nest no deeper than

@@ -173,6 +173,27 @@ TEST_F(LargeReplyTest, fewCountriesAboveMuchElse_countAsNoReply)
     EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
 }
 
+TEST_F(LargeReplyTest, countriesAboveRootsInRoots_countAsNoReply_inGoodTime)
+{
+    const auto above = [](int roots) {
+        QByteArray reply = ManyChildren(5700);
+        reply.chop(static_cast<int>(qstrlen("</root>")));
+        return reply + QByteArray("<root>").repeated(roots) + QByteArray("<x/>").repeated(5700) +
+               QByteArray("</root>").repeated(roots + 1);
+    };
+    platform.http.replies[QStringLiteral("getStates.pl")] = above(253);
+    FrmLocation& list = OpenList();
+    QElapsedTimer watch;
+    watch.start();
+    ClickOn(list, "LblNewLocLink");
+    EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
+    ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
+    ExpectBackInList();
+    platform.http.replies[QStringLiteral("getStates.pl")] = above(1);
+    ClickOn(list, "LblNewLocLink");
+    EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr) << "a child may be called what it likes";
+}
+
 TEST_F(LargeReplyTest, endlessCities_leaveTheEarlierResults_inGoodTime)
 {
     platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] = ManyChildren(1);
