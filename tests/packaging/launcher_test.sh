@@ -136,6 +136,12 @@ out=$(run HOME="$work/cut" PATH="$work/clumsy:$PATH")
 check cutCopy_isAFailure test $? -eq 1
 check cutCopy_saysSo contains "$out" "Is the disk full?"
 check cutCopy_leavesNothing test -z "$(find "$work/cut" -name '*settings*')"
+mkdir "$work/interrupted"
+printf '#!/bin/sh\necho half\nkill -TERM "$PPID"\n' >"$work/clumsy/cat"
+out=$(run HOME="$work/interrupted" PATH="$work/clumsy:$PATH")
+check interruptedCopy_isAFailure test $? -eq 1
+check interruptedCopy_startsAndSaysNothing test -z "$out"
+check interruptedCopy_leavesNothing test -z "$(find "$work/interrupted" -name '*settings*')"
 rm "$work/clumsy/cat"
 for tool in ln mv; do
   printf '#!/bin/sh\nexit 1\n' >"$work/clumsy/$tool"
@@ -167,6 +173,15 @@ run HOME="$work/both" >/dev/null
 wait "$first"
 check twoStartsAtOnce_leaveOneFile test "$(ls -A "$work/both/.local/share/dusk-beacon")" = settings.xml
 check twoStartsAtOnce_leaveItWhole cmp -s "$shipped" "$work/both/.local/share/dusk-beacon/settings.xml"
+
+chmod 644 "$prefix/$3/DuskBeacon"
+out=$(run HOME="$work/both")
+check programThatMayNotStart_isAFailure test $? -eq 1
+check programThatMayNotStart_saysSo contains "$out" "DuskBeacon can't be started."
+rm "$prefix/$3/DuskBeacon"
+out=$(run HOME="$work/both")
+check missingProgram_isAFailure test $? -eq 1
+check missingProgram_saysSo contains "$out" "dusk-beacon: The program "
 
 echo "$passed passed, $failed failed"
 [ "$failed" -eq 0 ]
