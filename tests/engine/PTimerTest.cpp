@@ -256,13 +256,15 @@ TEST_F(PTimerTest, midnight_recalculatesAndRaisesNoAlarm)
     EXPECT_EQ(calculation.calls.size(), 13);
 }
 
-TEST_F(PTimerTest, midnight_missed_keepsYesterday)
+TEST_F(PTimerTest, midnight_missed_keepsYesterday_untilTheNextSetup)
 {
     Start();
     calculation.calls.clear();
     EXPECT_EQ(TickAt(0, 0, 30), QStringList{QStringLiteral("Tick")});
     EXPECT_EQ(TickAt(0, 1), QStringList{QStringLiteral("Tick")});
     EXPECT_TRUE(calculation.calls.isEmpty());
+    Start();
+    EXPECT_FALSE(calculation.calls.isEmpty());
 }
 
 TEST_F(PTimerTest, advanceWarning_comesItsMinutesAhead)

@@ -23,8 +23,11 @@ FAILURES = TREE / "docs/failures.md"
 # The doors to a message box: those of the platform, and the routines that hand their `message` on to them.
 RELAYS = ("Say", "SayAndUnload", "FailAndUnload")
 SPEAKS = re.compile(r"\b(?:boxes\.(?:Show|Ask)|%s)\(" % "|".join(RELAYS))
+FATAL = re.compile(r"\bEndWithFatalBox\([^;]*?(\d+)\);")
 LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"')
 FILLED_IN = "*"
+# The title of a box that is given none.
+UNTITLED = '"Dusk Beacon"'
 
 
 def sources(folder):
@@ -104,6 +107,8 @@ def boxes():
                 continue
             where = f"{path.relative_to(TREE)}:{text.count(chr(10), 0, call.start()) + 1}"
             yield where, [said for part in parts for said in spoken(part, text)]
+        for call in FATAL.finditer(text):
+            yield f"{path.relative_to(TREE)}:{text.count(chr(10), 0, call.start()) + 1}", [f"Error - {call[1]}"]
     launcher = TREE / "packaging/dusk-beacon.in"
     for said in re.findall(r'\bfail "([^"]*)"', launcher.read_text()):
         yield launcher.name, [re.sub(r"\$\w+", FILLED_IN, said)]
@@ -127,7 +132,7 @@ def failures_page():
             if name not in tests and not ("/" in name and (TREE / "tests" / name).is_file()):
                 yield f"{where}: there is no {name} under tests/"
         if len(cells) == 5:
-            rows.append((where, cells[0]))
+            rows.extend((where, cell) for cell in cells[:2] if cell != UNTITLED)
             told.update((re.sub(r"\*[^*]+\*", FILLED_IN, cell.strip('"')), where) for cell in cells[:2])
     said = set()
     for where, texts in boxes():

@@ -59,6 +59,9 @@ protected:
     }
     ~AlertJourney() override
     {
+        if (HasFailure()) {
+            static_cast<void>(Picture("failed_alert"));
+        }
         for (QProcess* const process : {&program, &otherProgram, &tray, &windowManager, &display}) {
             process->kill();
             process->waitForFinished();

@@ -87,6 +87,7 @@ TEST_F(PosixFileStoreTest, read_whatIsNoReadableFile_answersNothing)
     EXPECT_EQ(files.Read(folder.path(), kLimit), std::nullopt);
     EXPECT_EQ(files.Read(Path("pipe"), kLimit), std::nullopt) << "a pipe would block for ever";
     EXPECT_EQ(files.Read(QStringLiteral("/dev/zero"), kLimit), std::nullopt);
+    EXPECT_EQ(files.Read(QStringLiteral("/proc/self/mem"), kLimit), std::nullopt) << "nothing is mapped at 0";
     EXPECT_EQ(files.Read(QString(), kLimit), std::nullopt);
     Put("secret", "x", 0000);
     EXPECT_TRUE(AsUser([this] { return !files.Read(Path("secret"), kLimit).has_value(); }));

@@ -75,6 +75,7 @@ protected:
     template <typename Deed>
     void Repeat(const char* name, int times, Deed deed)
     {
+        const double atTheStart = ResidentMebibytes();
         for (int i = 0; i < kWarmUp; ++i) {
             deed(i);
         }
@@ -83,7 +84,9 @@ protected:
             deed(i);
         }
         const double after = ResidentMebibytes();
-        std::printf("figure: memory, %d %s: before %.2f MiB, after %.2f MiB\n", times, name, before, after);
+        std::printf(
+            "figure: memory, %d %s: at the start %.2f MiB, behind the first %d %.2f MiB, after %.2f MiB\n",
+            times, name, atTheStart, kWarmUp, before, after);
         EXPECT_LE(after, before + kMostMebibytes);
         EXPECT_TRUE(m_world.platform.boxes.boxes.empty());
     }

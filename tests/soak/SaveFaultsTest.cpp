@@ -19,7 +19,7 @@ namespace {
 
 using FaultySystem::Fault;
 
-constexpr int kErrors[] = {ENOSPC, EROFS, EACCES, EINTR, EIO, EDQUOT};
+constexpr int kErrors[] = {ENOSPC, EROFS, EACCES, EINTR, EIO, EDQUOT, EWOULDBLOCK};
 constexpr int kFewTimes = 3;
 constexpr mode_t kMode = 0606;
 const QString kName = QStringLiteral("settings.xml");
