@@ -44,6 +44,17 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 # What the program needs at run time lies together, so that it starts from the build tree as it stands.
 set(DUSKBEACON_BIN_DIR ${PROJECT_BINARY_DIR}/bin)
 
+# Compiles the files of each folder below this one together, if the tree's folder FOLDER is asked for. A header that a file has
+# forgotten is not missed there: for the program's own files the package's build finds it, for tests the preset dev.
+macro(duskbeacon_unity folder)
+  if(${folder} IN_LIST DUSKBEACON_UNITY)
+    set(CMAKE_UNITY_BUILD ON)
+    set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+    # Compiled together, a source file looks like a header to this warning.
+    add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+  endif()
+endmacro()
+
 # A library of the program, named after its folder under src/.
 function(duskbeacon_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})

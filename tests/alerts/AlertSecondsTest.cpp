@@ -5,14 +5,15 @@
 
 namespace {
 
-const QString kOn = QStringLiteral(R"(enabled="true" popup="true" mobil="false" play="false" audioFile="")");
-const QString kBare =
+const QString kPopupOnly =
+    QStringLiteral(R"(enabled="true" popup="true" mobil="false" play="false" audioFile="")");
+const QString kNothingOfIt =
     QStringLiteral(R"(enabled="true" popup="false" mobil="false" play="false" audioFile="")");
 
 class AlertSecondsTest : public AlertsFixture
 {
 protected:
-    AlertSecondsTest() { SetAllPrayers(kOn); }
+    AlertSecondsTest() { SetAllPrayers(kPopupOnly); }
 };
 
 struct AdvanceRow
@@ -114,7 +115,7 @@ TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_alarmsPopupDropsTheWarning)
 TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_withoutAPopupBothRun)
 {
     calculation.slots_[9] = 1132;
-    SetPrayer(QStringLiteral("maghrib"), kBare);
+    SetPrayer(QStringLiteral("maghrib"), kNothingOfIt);
     SetUpTimer(-1);
     TickAt(18, 42);
     EXPECT_EQ(log.filter(QStringLiteral("request")), QStringList{QStringLiteral("request 5 Quite 0 18:42")});

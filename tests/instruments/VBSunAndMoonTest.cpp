@@ -13,8 +13,8 @@
 namespace {
 
 // With these the sun's centre stands at the column that the clock says: one minute is one pixel.
-constexpr std::int16_t kSunrise = 0;
-constexpr std::int16_t kSunset = 273;
+constexpr std::int16_t kPixelSunrise = 0;
+constexpr std::int16_t kPixelSunset = 273;
 constexpr std::int16_t kBelow = -500;
 
 class VBSunAndMoonTest : public testing::Test
@@ -41,7 +41,7 @@ protected:
         : m_bare(Bare())
         , open(platform.files, pictures.Folder(), nullptr)
     {
-        open.Setup(kSunrise, kSunset);
+        open.Setup(kPixelSunrise, kPixelSunset);
     }
     [[nodiscard]] QRect Bounds(QRgb colour)
     {
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DayRow{"sunset_before_sunrise", 1122, 390, 750, false}),
     [](const auto& row) { return row.param.name; });
 
-struct PlaceRow
+struct DiscRow
 {
     const char* name;
     std::int16_t elevation;
@@ -129,36 +129,36 @@ struct PlaceRow
     QRect visible;
 };
 
-void PrintTo(const PlaceRow& row, std::ostream* stream)
+void PrintTo(const DiscRow& row, std::ostream* stream)
 {
     *stream << row.name;
 }
 
-class VBSunAndMoonSun : public VBSunAndMoonOpen, public testing::WithParamInterface<PlaceRow>
+class VBSunAndMoonSun : public VBSunAndMoonOpen, public testing::WithParamInterface<DiscRow>
 {
 };
 
 TEST_P(VBSunAndMoonSun, update_drawsItByTimeAndElevation)
 {
-    const PlaceRow& row = GetParam();
+    const DiscRow& row = GetParam();
     open.Update(row.elevation, kBelow, row.minute);
     EXPECT_EQ(Bounds(PlainPictures::kSun), row.visible);
 }
 
 // 32 by 33 pixels around the centre, 16 of them left of it and 16 above.
 INSTANTIATE_TEST_SUITE_P(All, VBSunAndMoonSun,
-                         testing::Values(PlaceRow{"sunrise_half_outside", 450, 0, {0, 46, 16, 33}},
-                                         PlaceRow{"middle", 450, 136, {120, 46, 32, 33}},
-                                         PlaceRow{"sunset_half_outside", 450, 273, {257, 46, 16, 33}},
-                                         PlaceRow{"one_minute_after_sunset", 450, 274, {258, 46, 15, 33}},
-                                         PlaceRow{"far_after_sunset", 450, 300, {}},
-                                         PlaceRow{"on_the_horizon", 0, 136, {120, 109, 32, 16}},
-                                         PlaceRow{"highest", 900, 136, {120, 0, 32, 17}},
-                                         PlaceRow{"half_goes_down_to_even", 18, 136, {120, 106, 32, 19}},
-                                         PlaceRow{"half_goes_up_to_even", 54, 136, {120, 102, 32, 23}},
-                                         PlaceRow{"below", -144, 136, {}},
-                                         PlaceRow{"last_row_below", -108, 136, {120, 124, 32, 1}},
-                                         PlaceRow{"far_above", 2000, 136, {}}),
+                         testing::Values(DiscRow{"sunrise_half_outside", 450, 0, {0, 46, 16, 33}},
+                                         DiscRow{"middle", 450, 136, {120, 46, 32, 33}},
+                                         DiscRow{"sunset_half_outside", 450, 273, {257, 46, 16, 33}},
+                                         DiscRow{"one_minute_after_sunset", 450, 274, {258, 46, 15, 33}},
+                                         DiscRow{"far_after_sunset", 450, 300, {}},
+                                         DiscRow{"on_the_horizon", 0, 136, {120, 109, 32, 16}},
+                                         DiscRow{"highest", 900, 136, {120, 0, 32, 17}},
+                                         DiscRow{"half_goes_down_to_even", 18, 136, {120, 106, 32, 19}},
+                                         DiscRow{"half_goes_up_to_even", 54, 136, {120, 102, 32, 23}},
+                                         DiscRow{"below", -144, 136, {}},
+                                         DiscRow{"last_row_below", -108, 136, {120, 124, 32, 1}},
+                                         DiscRow{"far_above", 2000, 136, {}}),
                          [](const auto& row) { return row.param.name; });
 
 TEST_F(VBSunAndMoonOpen, sun_halfColumnGoesToTheEvenNeighbour)
@@ -170,33 +170,33 @@ TEST_F(VBSunAndMoonOpen, sun_halfColumnGoesToTheEvenNeighbour)
     EXPECT_EQ(Bounds(PlainPictures::kSun).left(), 136 - 16);
 }
 
-class VBSunAndMoonMoon : public VBSunAndMoonOpen, public testing::WithParamInterface<PlaceRow>
+class VBSunAndMoonMoon : public VBSunAndMoonOpen, public testing::WithParamInterface<DiscRow>
 {
 };
 
 TEST_P(VBSunAndMoonMoon, update_drawsItByElevationOnly)
 {
-    const PlaceRow& row = GetParam();
+    const DiscRow& row = GetParam();
     open.Update(kBelow, row.elevation, row.minute);
     EXPECT_EQ(Bounds(PlainPictures::kMoon), row.visible);
 }
 
 // The left edge stands at 106 at any time; fractions of a row are rounded down, not to the nearest.
 INSTANTIATE_TEST_SUITE_P(All, VBSunAndMoonMoon,
-                         testing::Values(PlaceRow{"by_day", 450, 136, {106, 46, 31, 32}},
-                                         PlaceRow{"at_sunrise", 450, 0, {106, 46, 31, 32}},
-                                         PlaceRow{"by_night", 450, 1000, {106, 46, 31, 32}},
-                                         PlaceRow{"on_the_horizon", 0, 136, {106, 109, 31, 16}},
-                                         PlaceRow{"highest", 900, 136, {106, 0, 31, 16}},
-                                         PlaceRow{"half_goes_down", 54, 136, {106, 101, 31, 24}},
-                                         PlaceRow{"fraction_goes_down", 1, 136, {106, 108, 31, 17}},
-                                         PlaceRow{"above_the_top", 1000, 136, {106, 0, 31, 2}},
-                                         PlaceRow{"below", -300, 136, {}}),
+                         testing::Values(DiscRow{"by_day", 450, 136, {106, 46, 31, 32}},
+                                         DiscRow{"at_sunrise", 450, 0, {106, 46, 31, 32}},
+                                         DiscRow{"by_night", 450, 1000, {106, 46, 31, 32}},
+                                         DiscRow{"on_the_horizon", 0, 136, {106, 109, 31, 16}},
+                                         DiscRow{"highest", 900, 136, {106, 0, 31, 16}},
+                                         DiscRow{"half_goes_down", 54, 136, {106, 101, 31, 24}},
+                                         DiscRow{"fraction_goes_down", 1, 136, {106, 108, 31, 17}},
+                                         DiscRow{"above_the_top", 1000, 136, {106, 0, 31, 2}},
+                                         DiscRow{"below", -300, 136, {}}),
                          [](const auto& row) { return row.param.name; });
 
 TEST_F(VBSunAndMoonTest, layers_moonCoversSunAndLandscapeCoversBoth)
 {
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     // Sun 105 to 136 and moon 106 to 136, rows 70 to 102 and 70 to 101; the landscape begins in row 95.
     sky.Update(280, 280, 121);
     const QImage scene = Scene();
@@ -209,7 +209,7 @@ TEST_F(VBSunAndMoonTest, layers_moonCoversSunAndLandscapeCoversBoth)
 
 TEST_F(VBSunAndMoonTest, negativeElevations_hideBothBehindTheLandscape)
 {
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     sky.Update(-1, -1, 136);
     EXPECT_TRUE(Sun().isNull());
     EXPECT_TRUE(Moon().isNull());
@@ -228,7 +228,7 @@ TEST_F(VBSunAndMoonTest, mask_letsTheSkyThroughAroundTheDisc)
     pictures.Save(QStringLiteral("PicSunMask"), mask);
     pictures.Save(QStringLiteral("PicSun"), sun);
     VBSunAndMoon masked(platform.files, pictures.Folder(), nullptr);
-    masked.Setup(kSunrise, kSunset);
+    masked.Setup(kPixelSunrise, kPixelSunset);
     masked.Update(450, kBelow, 100);
     const QImage scene = masked.grab().toImage();
     EXPECT_EQ(BoundsOf(scene, PlainPictures::kSun), QRect(84 + 8, 46 + 10, 16, 10));
@@ -237,7 +237,7 @@ TEST_F(VBSunAndMoonTest, mask_letsTheSkyThroughAroundTheDisc)
 
 TEST_F(VBSunAndMoonTest, update_leavesNothingOfTheOneBefore)
 {
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     sky.Update(450, 700, 50);
     sky.Update(450, kBelow, 200);
     EXPECT_EQ(Sun(), QRect(184, 46, 32, 33));
@@ -266,7 +266,7 @@ TEST_F(VBSunAndMoonTest, updateAfterAFailedOne_showsTheSunAgain)
 {
     sky.Setup(0, 0);
     sky.Update(450, kBelow, 100);
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     sky.Update(450, kBelow, 100);
     EXPECT_EQ(Sun(), QRect(84, 46, 32, 33));
 }
@@ -306,7 +306,7 @@ INSTANTIATE_TEST_SUITE_P(All, VBSunAndMoonOverflow,
 
 TEST_F(VBSunAndMoonTest, drawSunAndDrawMoon_addToTheSceneThatStands)
 {
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     sky.DrawSun(450, 50);
     sky.DrawMoon(700, 50);
     EXPECT_EQ(Sun().left(), 34);
@@ -315,7 +315,7 @@ TEST_F(VBSunAndMoonTest, drawSunAndDrawMoon_addToTheSceneThatStands)
 
 TEST_F(VBSunAndMoonTest, repaint_showsTheComposedSceneAgain)
 {
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     sky.Update(450, 700, 50);
     const QImage before = Scene();
     sky.show();
@@ -328,7 +328,7 @@ TEST_F(VBSunAndMoonTest, repaint_showsTheComposedSceneAgain)
 
 TEST_F(VBSunAndMoonTest, saveImage_writesA24BitBitmapOfTheScene)
 {
-    sky.Setup(kSunrise, kSunset);
+    sky.Setup(kPixelSunrise, kPixelSunset);
     sky.Update(450, 700, 50);
     sky.SaveImage(QStringLiteral("sky.bmp"));
     const std::optional<QByteArray> content = platform.files.Read(QStringLiteral("sky.bmp"), 1000000);
@@ -353,7 +353,7 @@ TEST_F(VBSunAndMoonTest, missingPictures_leaveTheirLayerOut)
     QFile::remove(pictures.Path(QStringLiteral("PicSun")));
     QFile::remove(pictures.Path(QStringLiteral("PicSunMask")));
     VBSunAndMoon partial(platform.files, pictures.Folder(), nullptr);
-    partial.Setup(kSunrise, kSunset);
+    partial.Setup(kPixelSunrise, kPixelSunset);
     EXPECT_NO_THROW(partial.Update(450, 450, 100));
     const QImage scene = partial.grab().toImage();
     EXPECT_EQ(scene.pixel(0, 124), PlainPictures::kDay);
@@ -369,7 +369,7 @@ TEST_F(VBSunAndMoonTest, withoutASky_pictureIsClearedBeforeEachScene)
     VBSunAndMoon bare(platform.files, pictures.Folder(), nullptr);
     const auto scene = [&] { return bare.grab(QRect(0, 0, 273, 125)).toImage(); };
     EXPECT_EQ(BoundsOf(scene(), 0xffffffff), QRect(0, 0, 273, 95));
-    bare.Setup(kSunrise, kSunset);
+    bare.Setup(kPixelSunrise, kPixelSunset);
     bare.Update(450, kBelow, 50);
     bare.Update(450, kBelow, 200);
     EXPECT_EQ(BoundsOf(scene(), PlainPictures::kSun), QRect(184, 46, 32, 33));

@@ -3,6 +3,7 @@
 #include "fakes/LoopbackServer.h"
 #include "fakes/NoThreads.h"
 #include "platform/CurlHttp.h"
+#include "platform/HttpReplies.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr HttpLimits kShort{1024 * 1024, 300, 600};
 const Http::Reply kReply = QByteArray("<root/>");
 
 TEST(CurlHttpBackground, fetch_answersOnThisThread)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/LoopbackServer.h"
 #include "platform/CurlHttp.h"
+#include "platform/HttpReplies.h"
 
 #include <QFile>
 #include <QProcess>
@@ -10,11 +11,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-QByteArray Text(const Http::Reply& reply)
-{
-    return reply ? *reply : QByteArray("(nothing)");
-}
 
 // A server that speaks TLS and answers from the files of its folder.
 class SecureServer

@@ -3,6 +3,7 @@
 #include "platform/CurlHttp.h"
 
 #include "fakes/LoopbackServer.h"
+#include "platform/HttpReplies.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,16 +18,9 @@ namespace {
 
 using Connection = LoopbackServer::Connection;
 
-constexpr HttpLimits kShort{1024 * 1024, 300, 600};
-
 qsizetype Threads()
 {
     return QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-}
-
-QByteArray Text(const Http::Reply& reply)
-{
-    return reply ? *reply : QByteArray("(nothing)");
 }
 
 // A zlib stream as HTTP's "deflate" means it.

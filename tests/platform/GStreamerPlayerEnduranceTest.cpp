@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr double kOtherTone = 1000.0;
-
 qsizetype EntriesOf(const char* folder)
 {
     return QDir(QString::fromLatin1(folder))

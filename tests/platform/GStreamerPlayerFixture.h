@@ -22,6 +22,7 @@ class GStreamerPlayerTest : public testing::Test
 protected:
     static constexpr int kWait = 20'000;
     static constexpr double kTone = 440.0;
+    static constexpr double kOtherTone = 1000.0;
 
     GStreamerPlayerTest()
     {

@@ -4,6 +4,7 @@
 
 #include "fakes/FakePlatform.h"
 #include "fakes/LoopbackServer.h"
+#include "fakes/ProcessorTime.h"
 #include "platform/CurlHttp.h"
 #include "service/BannerImages.h"
 #include "support/RuntimeError.h"
@@ -16,7 +17,6 @@
 #include <QWheelEvent>
 
 #include <gtest/gtest.h>
-#include <time.h>
 
 namespace {
 
@@ -158,13 +158,6 @@ QByteArray HugeGif()
     gif[6] = gif[8] = static_cast<char>(0xE8);
     gif[7] = gif[9] = 3;
     return gif;
-}
-
-double ProcessorMilliseconds()
-{
-    timespec now = {};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
 TEST_F(WebAdTest, sixteenHugePicturesThatMove_takeLittleTime)

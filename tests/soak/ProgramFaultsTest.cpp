@@ -14,7 +14,7 @@ namespace {
 using FaultySystem::Fault;
 using Boxes = std::vector<FakeMessageBoxes::Box>;
 
-constexpr int kErrors[] = {ENOSPC, EROFS, EACCES, EINTR, EIO};
+constexpr int kErrorsOfASave[] = {ENOSPC, EROFS, EACCES, EINTR, EIO};
 
 const FakeMessageBoxes::Box kError5{
     QStringLiteral("An error has occured, The application will be terminated."), QStringLiteral("Error - 5"),
@@ -272,7 +272,7 @@ TEST(ProgramFaults, eachSaveOfTheProgram_whateverCallFails_isMadeOrLost_asItIsMe
         const std::vector<std::string> calls = Encounter(deed).Calls();
         ASSERT_FALSE(calls.empty()) << deed.name << ": one save is expected";
         for (int call = 0; call < static_cast<int>(calls.size()); ++call) {
-            for (const int error : kErrors) {
+            for (const int error : kErrorsOfASave) {
                 Encounter encounter(deed);
                 const std::string wrong = encounter.Meet({call, error});
                 ++injected;

@@ -4,16 +4,12 @@
 
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "store/Texts.h"
 #include "support/RuntimeError.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString Q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 class ConfigurationTest : public testing::Test
 {

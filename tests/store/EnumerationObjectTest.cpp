@@ -3,17 +3,13 @@
 #include "store/EnumerationObject.h"
 
 #include "fakes/FakePlatform.h"
+#include "store/Texts.h"
 
 #include <QFile>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString Q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 class EnumerationObjectTest : public testing::Test
 {

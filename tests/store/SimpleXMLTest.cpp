@@ -4,6 +4,7 @@
 
 #include "fakes/FakePlatform.h"
 #include "store/EnumerationObject.h"
+#include "store/Texts.h"
 #include "support/RuntimeError.h"
 
 #include <QFile>
@@ -15,11 +16,6 @@ namespace {
 const QString kFile = QStringLiteral("document.xml");
 const QString kCurrent = QStringLiteral("current");
 const QString kRoot = QStringLiteral("//root");
-
-QString Q(const char* text)
-{
-    return QString::fromUtf8(text);
-}
 
 class SimpleXMLTest : public testing::Test
 {

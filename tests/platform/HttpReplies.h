@@ -1,0 +1,13 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "platform/Http.h"
+
+/// A megabyte, 0.3 s of silence and 0.6 s in all, for servers that never come to an end.
+inline constexpr HttpLimits kShort{1024 * 1024, 300, 600};
+
+[[nodiscard]] inline QByteArray Text(const Http::Reply& reply)
+{
+    return reply ? *reply : QByteArray("(nothing)");
+}
