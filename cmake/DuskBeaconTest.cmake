@@ -2,9 +2,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 include(GoogleTest)
 
-# A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds]).
+# A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds] [STARTED_ELSEWHERE]). The last is for
+# one whose folder registers its tests itself.
 function(duskbeacon_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "STARTED_ELSEWHERE" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -19,6 +20,9 @@ function(duskbeacon_test name)
   endif()
   target_compile_options(${name} PRIVATE -UQT_TESTCASE_BUILDDIR -UQT_TESTCASE_SOURCEDIR)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  if(ARG_STARTED_ELSEWHERE)
+    return()
+  endif()
   # An empty value would swallow the property behind it.
   set(properties TIMEOUT ${ARG_TIMEOUT})
   if(ARG_LABELS)

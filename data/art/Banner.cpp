@@ -30,7 +30,7 @@ QPointF LanternPlace()
     return kTowerFoot - QPointF(0, kTowerHeight * 0.755);
 }
 
-void DrawStars(QPainter& painter)
+void DrawStarsOfBanner(QPainter& painter)
 {
     unsigned state = 88;
     const auto lot = [&state] {
@@ -104,7 +104,7 @@ QImage Banner(int scale)
     QImage banner = VerticalGradient(kBanner, scale, kDuskSky);
     QPainter painter(&banner);
     painter.drawImage(0, 0, Render(kBanner, scale, [](QPainter& scene) {
-                          DrawStars(scene);
+                          DrawStarsOfBanner(scene);
                           DrawGlow(scene);
                           DrawSilhouettes(scene);
                           DrawName(scene);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AlertsFixture.h"
 #include "engine/CalculationLibrary.h"
+#include "fakes/Environment.h"
 
 #include <QCoreApplication>
 
@@ -232,7 +233,8 @@ TEST_P(YearOfAlerts, eachAlertThatIsDue_comesOnceAtItsMinute)
     realTimer.StartTimer();
     FakeTimer* const ticker = platform.timers.Ticker();
     Expectation expectation(year);
-    for (int day = 0; day < 365; ++day) {
+    const int days = FromEnvironment("DUSKBEACON_YEAR_DAYS", 365);
+    for (int day = 0; day < days; ++day) {
         for (int minute = 0; minute < 1440; ++minute) {
             now = (day * 1440LL + minute) * 60;
             platform.clock.now = QDateTime(first.addDays(day), QTime(minute / 60, minute % 60), Qt::UTC);
@@ -247,7 +249,7 @@ TEST_P(YearOfAlerts, eachAlertThatIsDue_comesOnceAtItsMinute)
     for (qsizetype i = 0; i < happened.size(); ++i) {
         ASSERT_EQ(happened.at(i), expectation.due.at(i)) << i;
     }
-    EXPECT_GE(happened.size(), 365);
+    EXPECT_GE(happened.size(), days);
     EXPECT_TRUE(platform.boxes.boxes.empty());
     RecordProperty("alerts", std::to_string(happened.size()));
 }

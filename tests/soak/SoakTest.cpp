@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/Environment.h"
 #include "soak/SoakWorld.h"
 
 #include <gtest/gtest.h>
@@ -7,19 +8,12 @@
 namespace {
 
 constexpr int kDays = 400;
-constexpr unsigned kSeed = 20270101;
-
-// Another run than the usual one: DUSKBEACON_SOAK_SEED and DUSKBEACON_SOAK_DAYS.
-unsigned FromEnvironment(const char* name, unsigned usual)
-{
-    return qEnvironmentVariableIsSet(name) ? static_cast<unsigned>(qEnvironmentVariableIntValue(name))
-                                           : usual;
-}
+constexpr int kSeed = 20270101;
 
 TEST(Soak, fourHundredDaysInBadCompany_eachAlertThatIsDueIsGiven)
 {
-    const unsigned seed = FromEnvironment("DUSKBEACON_SOAK_SEED", kSeed);
-    const int days = static_cast<int>(FromEnvironment("DUSKBEACON_SOAK_DAYS", kDays));
+    const auto seed = static_cast<unsigned>(FromEnvironment("DUSKBEACON_SOAK_SEED", kSeed));
+    const int days = FromEnvironment("DUSKBEACON_SOAK_DAYS", kDays);
     SoakWorld world(seed);
     world.PassDays(days);
     const int due = world.model.alarms + world.model.warnings;
