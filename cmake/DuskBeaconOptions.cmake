@@ -45,7 +45,7 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(DUSKBEACON_BIN_DIR ${PROJECT_BINARY_DIR}/bin)
 
 # Compiles the files of each folder below this one together, if the tree's folder FOLDER is asked for. A header that a file has
-# forgotten is not missed there: for the program's own files the package's build finds it, for tests the preset dev.
+# forgotten is not missed there; the preset dev finds it.
 macro(duskbeacon_unity folder)
   if(${folder} IN_LIST DUSKBEACON_UNITY)
     set(CMAKE_UNITY_BUILD ON)
