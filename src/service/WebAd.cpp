@@ -78,9 +78,10 @@ void WebAd::TakePicture(qsizetype number, bool resized)
 
 QVariant WebAd::loadResource(int type, const QUrl& name)
 {
-    // Everything is answered here, so that nothing is ever looked for in a file.
+    // Everything is answered here, so that nothing is ever looked for in a file: for no answer at all, the
+    // document would open the file of that name.
     if (type != QTextDocument::ImageResource) {
-        return {};
+        return QByteArray();
     }
     bool isNumber = false;
     const int number = name.path().toInt(&isNumber);

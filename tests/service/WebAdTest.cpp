@@ -9,7 +9,9 @@
 #include "service/BannerImages.h"
 #include "support/RuntimeError.h"
 
+#include <QApplication>
 #include <QBuffer>
+#include <QContextMenuEvent>
 #include <QFile>
 #include <QImage>
 #include <QScrollBar>
@@ -269,6 +271,25 @@ TEST_F(WebAdTest, noBars_andTheWheelMovesNothing)
     EXPECT_EQ(strip.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     EXPECT_EQ(strip.verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
     EXPECT_EQ(strip.toolTip(), QString());
+}
+
+TEST_F(WebAdTest, rightClick_bringsNoMenu)
+{
+    Navigate(QStringLiteral("<b>text</b>"));
+    QContextMenuEvent click(QContextMenuEvent::Mouse, QPoint(5, 5),
+                            strip.viewport()->mapToGlobal(QPoint(5, 5)));
+    QCoreApplication::sendEvent(strip.viewport(), &click);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_TRUE(click.isAccepted());
+}
+
+TEST_F(WebAdTest, nothingButAPicture_isEverLoaded)
+{
+    Navigate(QStringLiteral("<b>text</b>"));
+    const QUrl own = QUrl::fromLocalFile(QStringLiteral(__FILE__));
+    for (const int type : {QTextDocument::HtmlResource, QTextDocument::StyleSheetResource}) {
+        EXPECT_EQ(strip.document()->resource(type, own).toByteArray(), QByteArray()) << type;
+    }
 }
 
 TEST_F(WebAdTest, noFile_isAnError)
