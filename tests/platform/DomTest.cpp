@@ -290,6 +290,7 @@ TEST_F(DomTest, documentNode_takesNoSecondRoot)
 {
     Loaded("<r/>");
     const DomNode all = document->SelectSingleNode(QStringLiteral("/"));
+    EXPECT_EQ(all.NodeName(), QStringLiteral("#document"));
     EXPECT_EQ(ErrorOf([&] { all.AppendElement(QStringLiteral("a")); }), ErrorNumber::kInvalidCall);
     EXPECT_EQ(ErrorOf([&] { all.SetText(QStringLiteral("a")); }), ErrorNumber::kInvalidCall);
 }
@@ -299,6 +300,13 @@ TEST_F(DomTest, nodeUnderItself_isRefused)
     const DomNode root = Loaded("<r><a><b/></a></r>");
     const DomNode a = root.Child(0);
     EXPECT_EQ(ErrorOf([&] { a.Child(0).AppendChild(a); }), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(root.Xml(), QStringLiteral("<r><a><b/></a></r>"));
+}
+
+TEST_F(DomTest, removeChild_childOfAnother_isRefused)
+{
+    const DomNode root = Loaded("<r><a><b/></a></r>");
+    EXPECT_EQ(ErrorOf([&] { root.RemoveChild(root.Child(0).Child(0)); }), ErrorNumber::kInvalidCall);
     EXPECT_EQ(root.Xml(), QStringLiteral("<r><a><b/></a></r>"));
 }
 

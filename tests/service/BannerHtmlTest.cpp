@@ -114,6 +114,19 @@ INSTANTIATE_TEST_SUITE_P(
         CleanRow{"nothing", "", ""}),
     [](const auto& row) { return std::string(row.param.name); });
 
+TEST(BannerHtml, valuesThatAreTooLong_areLeftOut)
+{
+    const QString address = QStringLiteral("http://x.example/") + QString(1983, u'a');
+    const QString family(400, u'a');
+    const auto html = [](const QString& page) { return CleanBanner(page)->html; };
+    const auto link = QStringLiteral("<a href=\"%1\">b</a>");
+    const auto font = QStringLiteral("<font face=\"%1\">b</font>");
+    EXPECT_EQ(html(link.arg(address)), link.arg(address));
+    EXPECT_EQ(html(link.arg(address + u'a')), QStringLiteral("<a>b</a>"));
+    EXPECT_EQ(html(font.arg(family)), font.arg(family));
+    EXPECT_EQ(html(font.arg(family + u'a')), QStringLiteral("<font>b</font>"));
+}
+
 TEST(BannerHtml, images_areNumberedAndKept)
 {
     const std::optional<Banner> banner = CleanBanner(QStringLiteral(

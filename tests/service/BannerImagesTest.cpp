@@ -226,6 +226,7 @@ TEST_F(BannerImagesTest, pictureWithEndlessPixels_isNotShown)
     EXPECT_TRUE(HasModestFrames(kGif, 4));
     EXPECT_FALSE(HasModestFrames(kGif, 3));
     EXPECT_TRUE(HasModestFrames(kGif.left(70), 4)) << "the rest has not come";
+    EXPECT_FALSE(HasModestFrames(kGif.left(kGif.size() - 1) + "x", 4)) << "no block begins like that";
     // 1 + 2 + … + 3839 pixels before the longest row; a few hundredths of them all, lest a failure takes
     // minutes.
     const QByteArray gif = EndlessGif(52'000);
