@@ -12,7 +12,7 @@ function(duskbeacon_test name)
   add_executable(${name} ${ARG_SOURCES})
   # A test's own code runs for milliseconds; its optimisation costs minutes of every build.
   target_compile_options(${name} PRIVATE -O0)
-  target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} test_main)
+  target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} test_main test_sanitizing)
   # Half of what a test costs to compile is the headers that nearly all of them include. GStreamer's flags are not those that
   # these are compiled with.
   if(NOT "PkgConfig::GSTREAMER" IN_LIST ARG_LIBRARIES)
