@@ -116,7 +116,25 @@ TEST_P(HostileServiceTest, everyRequest_leavesFileAndWindowsUsable)
 INSTANTIATE_TEST_SUITE_P(Replies, HostileServiceTest, testing::ValuesIn(BadReplies()),
                          [](const auto& row) { return std::string(row.param.name); });
 
-using LargeReplyTest = LocationsFixture;
+// For a slow machine.
+constexpr int kLongestMilliseconds = 5000;
+
+class LargeReplyTest : public LocationsFixture
+{
+protected:
+    FrmLocation& OpenListAndLoseCountries(const QByteArray& reply)
+    {
+        platform.http.replies[QStringLiteral("getStates.pl")] = reply;
+        FrmLocation& list = OpenList();
+        QElapsedTimer watch;
+        watch.start();
+        ClickOn(list, "LblNewLocLink");
+        EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
+        ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
+        ExpectBackInList();
+        return list;
+    }
+};
 
 TEST_F(LargeReplyTest, fiveThousandChildren_areAllListed)
 {
@@ -138,21 +156,12 @@ TEST_F(LargeReplyTest, fiveThousandChildren_areAllListed)
 
 // More than the window lists, and more than a document holds.
 constexpr int kTooMany[] = {7000, 100'000};
-// For a slow machine.
-constexpr int kLongestMilliseconds = 5000;
 
 TEST_F(LargeReplyTest, endlessCountries_countAsNoReply_inGoodTime)
 {
     for (const int count : kTooMany) {
         SCOPED_TRACE(count);
-        platform.http.replies[QStringLiteral("getStates.pl")] = ManyChildren(count);
-        FrmLocation& list = OpenList();
-        QElapsedTimer watch;
-        watch.start();
-        ClickOn(list, "LblNewLocLink");
-        EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
-        ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
-        ExpectBackInList();
+        OpenListAndLoseCountries(ManyChildren(count));
         forms.Unload(FrmLocation::kName);
     }
 }
@@ -163,11 +172,7 @@ TEST_F(LargeReplyTest, fewCountriesAboveMuchElse_countAsNoReply)
         return "<root><a state=\"Egypt\" state_id=\"20\">" + QByteArray("<b/>").repeated(count) +
                "</a></root>";
     };
-    platform.http.replies[QStringLiteral("getStates.pl")] = above(13'000);
-    FrmLocation& list = OpenList();
-    ClickOn(list, "LblNewLocLink");
-    ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
-    ExpectBackInList();
+    const FrmLocation& list = OpenListAndLoseCountries(above(13'000));
     platform.http.replies[QStringLiteral("getStates.pl")] = above(100);
     ClickOn(list, "LblNewLocLink");
     EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
@@ -181,14 +186,7 @@ TEST_F(LargeReplyTest, countriesAboveRootsInRoots_countAsNoReply_inGoodTime)
         return reply + QByteArray("<root>").repeated(roots) + QByteArray("<x/>").repeated(5700) +
                QByteArray("</root>").repeated(roots + 1);
     };
-    platform.http.replies[QStringLiteral("getStates.pl")] = above(253);
-    FrmLocation& list = OpenList();
-    QElapsedTimer watch;
-    watch.start();
-    ClickOn(list, "LblNewLocLink");
-    EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
-    ExpectBoxes({Plain(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."))});
-    ExpectBackInList();
+    const FrmLocation& list = OpenListAndLoseCountries(above(253));
     platform.http.replies[QStringLiteral("getStates.pl")] = above(1);
     ClickOn(list, "LblNewLocLink");
     EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr) << "a child may be called what it likes";
