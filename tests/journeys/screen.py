@@ -142,13 +142,13 @@ class Program:
         """The shown window of that title, or None."""
         try:
             application = self.application()
-            for i in range(application.get_child_count() if application else 0):
-                child = application.get_child_at_index(i)
-                if child is not None and child.get_name() == title:
-                    return child
+            found = [application.get_child_at_index(i) for i in range(application.get_child_count() if application else 0)]
+            titled = [child for child in found if child is not None and child.get_name() == title]
+            # A closed one stays in the tree until its last handler has ended, beside the one that was opened since.
+            shown = [child for child in titled if child.get_state_set().contains(Atspi.StateType.SHOWING)]
+            return next(iter(shown + titled), None)
         except GLib.Error:
             return None
-        return None
 
     def texts(self, title):
         """All names under the window of that title, in the order of the controls."""
