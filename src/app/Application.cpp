@@ -19,6 +19,7 @@
 #include "platform/SessionEnd.h"
 #include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 
 #include <QApplication>
 #include <QDir>
@@ -50,9 +51,11 @@ int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
     const DomDocuments documents(platform.files, platform.http);
     CalculationLibrary calculation(platform.process.ApplicationFolder());
     Forms forms(platform);
+    MobileSignup mobileSignup(forms, documents);
     forms.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(forms); });
     forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
-    forms.Register(FrmAlerts::kName, [&] { return std::make_unique<FrmAlerts>(forms, documents); });
+    forms.Register(FrmAlerts::kName,
+                   [&] { return std::make_unique<FrmAlerts>(forms, documents, mobileSignup); });
     forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms, documents); });
     forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FrmNewLoc>(forms, documents); });
     forms.Register(FrmPopup::kName, [&] { return std::make_unique<FrmPopup>(forms); });

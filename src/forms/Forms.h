@@ -44,6 +44,8 @@ public:
     void SetMain(MainForm& main) { m_main = &main; }
 
     [[nodiscard]] const Platform& Outside() const { return m_platform; }
+    /// Whether the main window or one that was ever shown is left.
+    [[nodiscard]] bool KeepsProcess() const;
     /// Called when a window has been unloaded and neither the main window nor one that was ever shown is
     /// left.
     void SetLastUnloadedHandler(std::function<void()> handler) { m_lastUnloaded = std::move(handler); }
@@ -55,7 +57,6 @@ private:
     /// Takes the window out of the loaded ones, without a word to it.
     void Drop(Form& form);
     [[nodiscard]] bool IsMain(const Form& form) const;
-    [[nodiscard]] bool KeepsProcess() const;
     void Dispose();
 
     const Platform& m_platform;

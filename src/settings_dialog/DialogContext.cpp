@@ -61,11 +61,6 @@ bool DialogContext::IsMobileConfirmed()
            IsTrue(Read(QStringLiteral("mobileEnabled"), kAlertsPath));
 }
 
-MainForm& DialogContext::Main() const
-{
-    return m_forms.Main();
-}
-
 const Platform& DialogContext::Outside() const
 {
     return m_forms.Outside();

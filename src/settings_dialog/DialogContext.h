@@ -12,7 +12,6 @@
 class DomDocuments;
 class Form;
 class Forms;
-class MainForm;
 struct Platform;
 
 /// What the pages of the settings dialog share: its document, its flags and its failure rule.
@@ -46,9 +45,7 @@ public:
     [[nodiscard]] bool IsMobileConfirmed();
 
     [[nodiscard]] Form& Dialog() const { return m_dialog; }
-    [[nodiscard]] MainForm& Main() const;
     [[nodiscard]] const Platform& Outside() const;
-    [[nodiscard]] const DomDocuments& Documents() const { return m_documents; }
 
 private:
     Form& m_dialog;

@@ -20,12 +20,12 @@ constexpr std::int16_t kLastPrayerTab = 8;
 
 } // namespace
 
-FrmAlerts::FrmAlerts(Forms& forms, const DomDocuments& documents)
+FrmAlerts::FrmAlerts(Forms& forms, const DomDocuments& documents, MobileSignup& signup)
     : Form(forms, kName, Qt::Window)
     , m_context(*this, forms, documents)
     , m_tabs(m_context, [this](std::int16_t tab) { SelectTab(tab); })
     , m_general(m_context, kPage)
-    , m_mobile(m_context, kPage)
+    , m_mobile(m_context, signup, kPage)
     , m_prayer(m_context, kPage)
 {
     setWindowTitle(QStringLiteral("Alerts"));
@@ -79,6 +79,11 @@ void FrmAlerts::SelectTab(std::int16_t tab)
             LoadGeneralPage();
         }
     });
+}
+
+void FrmAlerts::ShowSignup(const MobileDevice& device, const QString& result)
+{
+    m_context.Armed([&] { m_mobile.ShowSignup(device, result); });
 }
 
 void FrmAlerts::LoadGeneralPage()

@@ -21,11 +21,14 @@ class FrmAlerts final : public Form
 public:
     static constexpr QLatin1String kName{"FrmAlerts"};
 
-    FrmAlerts(Forms& forms, const DomDocuments& documents);
+    FrmAlerts(Forms& forms, const DomDocuments& documents, MobileSignup& signup);
 
     /// Shows page 1 General, 2 Mobile Alert, 3 Fajr, 4 Shuruq, 5 Duhr, 6 Asr, 7 Maghrib or 8 Isha; any other
     /// number shows page 1. An error on the way closes the dialog, silently.
     void SelectTab(std::int16_t tab);
+    /// Stores and shows what the service said of a device, "1" for a confirmation, whichever page is showing.
+    /// An error on the way closes the dialog, silently.
+    void ShowSignup(const MobileDevice& device, const QString& result);
 
 protected:
     void OnLoad() override;

@@ -8,12 +8,11 @@
 #include "controls/TextBox.h"
 #include "forms/DisabledControl.h"
 #include "forms/Form.h"
-#include "forms/MainForm.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
-#include "service/InternetClass.h"
 #include "service/ServiceRequests.h"
 #include "settings_dialog/DialogContext.h"
+#include "settings_dialog/MobileSignup.h"
 #include "settings_dialog/Placement.h"
 
 #include <QPushButton>
@@ -25,21 +24,12 @@ const QString kMobileDid = QStringLiteral("mobileDID");
 const QString kMobilePc = QStringLiteral("mobilePC");
 const QString kMobileConfirm = QStringLiteral("mobileConfirm");
 
-const QString kNotConnected =
-    QStringLiteral("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your "
-                   "connection.");
-
-// Of the root of a reply; empty for a reply without that root.
-QString ReadReply(const SimpleXML* reply, const QString& attribute)
-{
-    return reply == nullptr ? QString() : reply->GetAttribute(attribute, QStringLiteral("//root"));
-}
-
 } // namespace
 
-MobilePage::MobilePage(DialogContext& context, const QRect& place)
+MobilePage::MobilePage(DialogContext& context, MobileSignup& signup, const QRect& place)
     : FrmMobilAlert(PlacePlainFrame(&context.Dialog(), "FrmMobilAlert", place))
     , m_context(context)
+    , m_signup(signup)
 {
     BuildHead();
     BuildSteps();
@@ -155,51 +145,27 @@ void MobilePage::OnMobilEnableClick()
 
 void MobilePage::OnMobilRegClick()
 {
-    MessageBoxes& boxes = m_context.Outside().boxes;
     if (TxtMDID->Text().isEmpty() || TxtPC->Text().isEmpty()) {
-        boxes.Show(QStringLiteral("You must first enter your Mobile Device number and personal Code"));
+        m_context.Outside().boxes.Show(
+            QStringLiteral("You must first enter your Mobile Device number and personal Code"));
         return;
     }
-    if (!InternetClass(m_context.Outside()).VerifyConnectivity()) {
-        boxes.Show(kNotConnected);
-        return;
-    }
-    ConfirmSignup();
+    m_signup.Register({TxtMDID->Text(), TxtPC->Text()});
 }
 
-void MobilePage::ConfirmSignup()
+void MobilePage::ShowSignup(const MobileDevice& device, const QString& result)
 {
-    MessageBoxes& boxes = m_context.Outside().boxes;
-    SimpleXML request(m_context.Documents());
-    const bool isFetched =
-        request.Load(ServiceRequests::ConfirmSignup(m_context.Main().Settings, TxtPC->Text()));
-    if (!m_context.Dialog().IsLoaded()) {
-        // The user closed the dialog while the reply was under way.
-        return;
-    }
-    if (!isFetched) {
-        boxes.Show(kNotConnected);
-        return;
-    }
-    const std::unique_ptr<SimpleXML> reply = request.GetElement(QStringLiteral("root"));
-    if (reply != nullptr) {
-        reply->SetCurrentPath(QStringLiteral("//root"));
-    }
-    m_context.Load();
-    const QString result = ReadReply(reply.get(), QStringLiteral("result"));
-    // A rejection is stored just as well.
-    m_context.Write(kMobileConfirm, result, kAlertsPath);
-    m_context.Write(kMobileDid, TxtMDID->Text(), kAlertsPath);
-    m_context.Write(kMobilePc, TxtPC->Text(), kAlertsPath);
-    m_context.Save();
+    StoreSignup(m_context.settingsDoc(), device, result);
+    // What has been typed since the press gives way: the boxes show what is stored.
+    m_context.loading = true;
+    TxtMDID->SetText(device.id);
+    TxtPC->SetText(device.personalCode);
+    m_context.loading = false;
     if (result == u"1") {
         CmdMobilReg->setEnabled(false);
         TxtMDID->setEnabled(false);
         TxtPC->setEnabled(false);
     }
-    // Independent of the result: a confirmation without a message says that it could not be verified.
-    const QString message = ReadReply(reply.get(), QStringLiteral("message"));
-    boxes.Show(message.isEmpty() ? QStringLiteral("Could not verify Mobil Alert Settings.") : message);
 }
 
 void MobilePage::OnResetClick()
@@ -218,15 +184,12 @@ void MobilePage::OnResetClick()
 
 void MobilePage::ForgetDevice()
 {
+    m_signup.Reset();
     // Clearing a box raises its Change, which stores the empty text.
     TxtMDID->SetText(QString());
     TxtPC->SetText(QString());
     CmdMobilReg->setEnabled(true);
     TxtMDID->setEnabled(true);
     TxtPC->setEnabled(true);
-    m_context.Load();
-    m_context.Write(kMobileConfirm, QStringLiteral("0"), kAlertsPath);
-    m_context.Write(kMobileDid, QString(), kAlertsPath);
-    m_context.Write(kMobilePc, QString(), kAlertsPath);
-    m_context.Save();
+    StoreSignup(m_context.settingsDoc(), {}, QStringLiteral("0"));
 }

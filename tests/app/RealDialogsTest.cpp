@@ -7,6 +7,7 @@
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 
 namespace {
 
@@ -31,7 +32,7 @@ protected:
     RealDialogsTest()
     {
         forms.Register(FrmAlerts::kName,
-                       [this] { return std::make_unique<FrmAlerts>(forms, platform.documents); });
+                       [this] { return std::make_unique<FrmAlerts>(forms, platform.documents, signup); });
         forms.Register(FrmLocation::kName,
                        [this] { return std::make_unique<FrmLocation>(forms, platform.documents); });
         forms.Register(FrmNewLoc::kName,
@@ -115,6 +116,7 @@ protected:
     }
 
     FrmMain* main = nullptr;
+    MobileSignup signup{forms, platform.documents};
 };
 
 TEST_P(RealDialogsTest, minimiseOpenClose_endsWithTheMainWindow)

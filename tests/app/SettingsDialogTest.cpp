@@ -3,6 +3,7 @@
 #include "app/MainWindowFixture.h"
 #include "controls/LinkLabel.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 
 #include <QLabel>
 
@@ -15,7 +16,7 @@ protected:
     SettingsDialogTest()
     {
         forms.Register(FrmAlerts::kName,
-                       [this] { return std::make_unique<FrmAlerts>(forms, platform.documents); });
+                       [this] { return std::make_unique<FrmAlerts>(forms, platform.documents, signup); });
     }
 
     [[nodiscard]] static LinkLabel& Link(const FrmMain& main, const char* name)
@@ -28,6 +29,9 @@ protected:
         window.close();
         Desk::Settle();
     }
+
+private:
+    MobileSignup signup{forms, platform.documents};
 };
 
 TEST_F(SettingsDialogTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOnceRepaired)

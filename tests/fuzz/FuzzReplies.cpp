@@ -8,6 +8,7 @@
 #include "service/VersionCheck.h"
 #include "service/WebAd.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 
 #include <QPushButton>
 
@@ -82,8 +83,10 @@ void CheckAd(FuzzWorld& world)
 void CheckSignUp(FuzzWorld& world)
 {
     const Reply reply(world, QStringLiteral("confirmSignup.pl"));
-    world.forms.Register(FrmAlerts::kName,
-                         [&world] { return std::make_unique<FrmAlerts>(world.forms, world.documents); });
+    MobileSignup signup(world.forms, world.documents);
+    world.forms.Register(FrmAlerts::kName, [&world, &signup] {
+        return std::make_unique<FrmAlerts>(world.forms, world.documents, signup);
+    });
     auto& dialog = world.forms.Touch<FrmAlerts>();
     dialog.Show();
     dialog.SelectTab(kMobileTab);

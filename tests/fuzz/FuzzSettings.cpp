@@ -6,6 +6,7 @@
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 
 #include <QAbstractButton>
 
@@ -162,8 +163,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);
     FuzzWorld world;
-    world.forms.Register(FrmAlerts::kName,
-                         [&world] { return std::make_unique<FrmAlerts>(world.forms, world.documents); });
+    MobileSignup signup(world.forms, world.documents);
+    world.forms.Register(FrmAlerts::kName, [&world, &signup] {
+        return std::make_unique<FrmAlerts>(world.forms, world.documents, signup);
+    });
     world.files.Write(kSettingsFile, parts.Next());
     Choices choices(parts.Next());
     const QLocale locales[] = {world.platform.region.locale, QLocale(QLocale::German, QLocale::Germany),

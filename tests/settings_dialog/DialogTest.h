@@ -12,6 +12,7 @@
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 #include "support/RuntimeError.h"
 
 #include <QClipboard>
@@ -21,6 +22,8 @@
 
 #include <gtest/gtest.h>
 #include <pugixml.hpp>
+
+#include <stdexcept>
 
 /// The files of a test, with every load and save counted and every saved text kept.
 class CountingFiles final : public FileStore
@@ -40,6 +43,9 @@ public:
         if (refuses) {
             return false;
         }
+        if (throws) {
+            throw std::runtime_error("no file");
+        }
         saved.push_back(content);
         savedNames << path;
         return m_files.Replace(path, content);
@@ -54,6 +60,8 @@ public:
     QStringList savedNames;
     /// As a file that can't be written does.
     bool refuses = false;
+    /// As no file does: an error of the program.
+    bool throws = false;
 
 private:
     FileStore& m_files;
@@ -98,7 +106,8 @@ class DialogTest : public testing::Test
 protected:
     DialogTest()
     {
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, documents); });
+        forms.Register(FrmAlerts::kName,
+                       [this] { return std::make_unique<FrmAlerts>(forms, documents, signup); });
         forms.SetMain(main);
         main.ActiveForm = QStringLiteral("FrmMain");
         main.Settings.PID = QStringLiteral("P-77");
@@ -227,6 +236,7 @@ protected:
                    platform.region, platform.process};
     DomDocuments documents{files, platform.http};
     Forms forms{doors};
+    MobileSignup signup{forms, documents};
     RecordingMain main;
     FrmAlerts* dialog = nullptr;
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/ServiceRequests.h"
-#include "settings_dialog/DialogTest.h"
+#include "settings_dialog/MobilePageFixture.h"
 
 #include <QLabel>
 
@@ -9,61 +9,11 @@ namespace {
 
 const QString kIncomplete =
     QStringLiteral("You must first enter your Mobile Device number and personal Code");
-const QString kOffline = QStringLiteral(
-    "You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.");
 const QString kUnverified = QStringLiteral("Could not verify Mobil Alert Settings.");
 const QString kQuestion =
     QStringLiteral("This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?");
 
-constexpr const char* kEntry[] = {"TxtMDID", "TxtPC", "CmdMobilReg"};
-constexpr const char* kForm[] = {"FrmMobilSub", "LblReset"};
-
-class MobilePageTest : public DialogTest
-{
-protected:
-    MobilePageTest() { platform.http.reachable = true; }
-
-    static void WriteMobile(const char* enabled, const char* confirm, const char* did = "",
-                            const char* pc = "")
-    {
-        WriteChanged(QStringLiteral(R"(mobileEnabled="false" mobileDID="" mobilePC="" mobileConfirm="0")"),
-                     QStringLiteral(R"(mobileEnabled="%1" mobileDID="%3" mobilePC="%4" mobileConfirm="%2")")
-                         .arg(QString::fromUtf8(enabled), QString::fromUtf8(confirm), QString::fromUtf8(did),
-                              QString::fromUtf8(pc)));
-    }
-    void Reply(const char* text)
-    {
-        platform.http.replies[QStringLiteral("confirmSignup.pl")] = QByteArray(text);
-    }
-    /// The page with both boxes filled, as by typing.
-    void OpenFilled()
-    {
-        Open(2);
-        QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("15551234"));
-        QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("55 21&"));
-        Forget();
-    }
-    void ExpectLive(bool form, bool entry) const
-    {
-        for (const char* const control : kForm) {
-            EXPECT_EQ(IsLive(control), form) << control;
-        }
-        for (const char* const control : kEntry) {
-            EXPECT_EQ(IsLive(control), entry) << control;
-        }
-    }
-    void ExpectBox(const QString& text, const QString& buttons = QStringLiteral("OK")) const
-    {
-        const std::vector<FakeMessageBoxes::Box> wanted{{text, QStringLiteral("Dusk Beacon"), buttons}};
-        EXPECT_EQ(platform.boxes.boxes, wanted);
-    }
-    static void ExpectStored(const char* did, const char* pc, const char* confirm)
-    {
-        EXPECT_EQ(Stored(QStringLiteral("mobileDID")), QString::fromUtf8(did));
-        EXPECT_EQ(Stored(QStringLiteral("mobilePC")), QString::fromUtf8(pc));
-        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QString::fromUtf8(confirm));
-    }
-};
+using MobilePageTest = MobilePageFixture;
 
 } // namespace
 
@@ -305,67 +255,6 @@ TEST_F(MobilePageTest, register_missingAttributes_areAddedInThisOrder)
     const QByteArray text = ReadSettings();
     EXPECT_LT(text.indexOf("mobileConfirm="), text.indexOf("mobileDID="));
     EXPECT_LT(text.indexOf("mobileDID="), text.indexOf("mobilePC="));
-}
-
-TEST_F(MobilePageTest, register_pressedAgainWhileTheReplyIsUnderWay_goesThroughTwice)
-{
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    platform.http.whileWaiting = [this] { Click("CmdMobilReg"); };
-    Click("CmdMobilReg");
-    EXPECT_EQ(platform.http.requests.size(), 2);
-    EXPECT_EQ(Saves(), 2U);
-    EXPECT_EQ(platform.boxes.boxes.size(), 2U);
-    EXPECT_TRUE(IsOpen());
-    ExpectStored("15551234", "55 21&", "1");
-}
-
-TEST_F(MobilePageTest, register_keepsWhatWasWrittenWhileTheReplyWasUnderWay)
-{
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    platform.http.whileWaiting = [] {
-        WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""));
-    };
-    Click("CmdMobilReg");
-    EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\""));
-    ExpectStored("15551234", "55 21&", "1");
-}
-
-TEST_F(MobilePageTest, register_dialogClosedWhileTheReplyIsUnderWay_stopsQuietly)
-{
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    platform.http.whileWaiting = [this] { dialog->close(); };
-    Click("CmdMobilReg");
-    ExpectHandedOver();
-    EXPECT_EQ(Saves(), 0U);
-    EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QStringLiteral("0"));
-}
-
-TEST_F(MobilePageTest, register_dialogClosedAndOpenedAgainMeanwhile_leavesTheNewOneAlone)
-{
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    platform.http.whileWaiting = [this] {
-        dialog->close();
-        Open(2);
-    };
-    Click("CmdMobilReg");
-    EXPECT_TRUE(IsOpen());
-    EXPECT_TRUE(platform.boxes.boxes.empty());
-    EXPECT_EQ(Saves(), 0U);
-    ExpectLive(true, true);
-}
-
-TEST_F(MobilePageTest, register_anotherPageMeanwhile_goesOn)
-{
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    platform.http.whileWaiting = [this] { dialog->SelectTab(3); };
-    Click("CmdMobilReg");
-    ExpectBox(QStringLiteral("Welcome"));
-    ExpectStored("15551234", "55 21&", "1");
 }
 
 TEST_F(MobilePageTest, register_byEnter_worksAsByMouse)

@@ -14,6 +14,7 @@
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 
 #include <QLabel>
 
@@ -38,7 +39,8 @@ public:
         WriteSettings(settings);
         platform.http.reachable = true;
         RegisterStartWindows(forms, documents, calculation);
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, documents); });
+        forms.Register(FrmAlerts::kName,
+                       [this] { return std::make_unique<FrmAlerts>(forms, documents, signup); });
         forms.Register(FrmLocation::kName,
                        [this] { return std::make_unique<FrmLocation>(forms, documents); });
         forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms, documents); });
@@ -89,6 +91,7 @@ public:
     DomDocuments documents;
     CalculationLibrary calculation{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
     Forms forms;
+    MobileSignup signup{forms, documents};
 
 private:
     FrmMain* m_main = nullptr;

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/MobileSignup.h"
+
+#include "forms/Forms.h"
+#include "forms/MainForm.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "service/InternetClass.h"
+#include "service/ServiceRequests.h"
+#include "settings_dialog/FrmAlerts.h"
+
+#include <QScopeGuard>
+
+namespace {
+
+const QString kNotConnected =
+    QStringLiteral("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your "
+                   "connection.");
+
+// Of the root of a reply; empty for a reply without that root.
+QString ReadReply(const SimpleXML* reply, const QString& attribute)
+{
+    return reply == nullptr ? QString() : reply->GetAttribute(attribute, QStringLiteral("//root"));
+}
+
+} // namespace
+
+void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result)
+{
+    settings.Load(kSettingsFile);
+    // A rejection is stored just as well.
+    settings.AddAttributeByName(QStringLiteral("mobileConfirm"), result, kAlertsPath);
+    settings.AddAttributeByName(QStringLiteral("mobileDID"), device.id, kAlertsPath);
+    settings.AddAttributeByName(QStringLiteral("mobilePC"), device.personalCode, kAlertsPath);
+    settings.Save(kSettingsFile);
+}
+
+MobileSignup::MobileSignup(Forms& forms, const DomDocuments& documents)
+    : m_forms(forms)
+    , m_documents(documents)
+{
+}
+
+void MobileSignup::Register(const MobileDevice& device)
+{
+    if (m_isUnderWay) {
+        return;
+    }
+    SimpleXML document(m_documents);
+    if (!InternetClass(m_forms.Outside()).VerifyConnectivity() || !Fetch(document, device.personalCode)) {
+        Say(kNotConnected);
+        return;
+    }
+    const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
+    if (reply != nullptr) {
+        reply->SetCurrentPath(QStringLiteral("//root"));
+    }
+    if (!m_isReset) {
+        Store(device, ReadReply(reply.get(), QStringLiteral("result")));
+    }
+    // Independent of the result: a confirmation without a message says that it could not be verified. After a
+    // reset too: the service is not told of that, and what it says of the device holds.
+    const QString message = ReadReply(reply.get(), QStringLiteral("message"));
+    Say(message.isEmpty() ? QStringLiteral("Could not verify Mobil Alert Settings.") : message);
+}
+
+bool MobileSignup::Fetch(SimpleXML& reply, const QString& personalCode)
+{
+    m_isUnderWay = true;
+    m_isReset = false;
+    const auto end = qScopeGuard([this] { m_isUnderWay = false; });
+    return reply.Load(ServiceRequests::ConfirmSignup(m_forms.Main().Settings, personalCode));
+}
+
+void MobileSignup::Store(const MobileDevice& device, const QString& result)
+{
+    if (Form* const dialog = m_forms.Loaded(FrmAlerts::kName); dialog != nullptr) {
+        static_cast<FrmAlerts*>(dialog)->ShowSignup(device, result);
+        return;
+    }
+    SimpleXML settings(m_documents);
+    StoreSignup(settings, device, result);
+}
+
+void MobileSignup::Say(const QString& message) const
+{
+    // The last window may have been closed in the wait, and the program is ending.
+    if (m_forms.KeepsProcess()) {
+        m_forms.Outside().boxes.Show(message);
+    }
+}

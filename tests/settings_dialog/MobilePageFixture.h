@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "settings_dialog/DialogTest.h"
+
+inline const QString kOffline = QStringLiteral(
+    "You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.");
+
+/// The mobile page of the settings dialog, with a network.
+class MobilePageFixture : public DialogTest
+{
+protected:
+    MobilePageFixture() { platform.http.reachable = true; }
+
+    static void WriteMobile(const char* enabled, const char* confirm, const char* did = "",
+                            const char* pc = "")
+    {
+        WriteChanged(QStringLiteral(R"(mobileEnabled="false" mobileDID="" mobilePC="" mobileConfirm="0")"),
+                     QStringLiteral(R"(mobileEnabled="%1" mobileDID="%3" mobilePC="%4" mobileConfirm="%2")")
+                         .arg(QString::fromUtf8(enabled), QString::fromUtf8(confirm), QString::fromUtf8(did),
+                              QString::fromUtf8(pc)));
+    }
+    void Reply(const char* text)
+    {
+        platform.http.replies[QStringLiteral("confirmSignup.pl")] = QByteArray(text);
+    }
+    /// The page with both boxes filled, as by typing.
+    void OpenFilled()
+    {
+        Open(2);
+        QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("15551234"));
+        QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("55 21&"));
+        Forget();
+    }
+    void ExpectLive(bool form, bool entry) const
+    {
+        for (const char* const control : {"FrmMobilSub", "LblReset"}) {
+            EXPECT_EQ(IsLive(control), form) << control;
+        }
+        for (const char* const control : {"TxtMDID", "TxtPC", "CmdMobilReg"}) {
+            EXPECT_EQ(IsLive(control), entry) << control;
+        }
+    }
+    void ExpectBox(const QString& text, const QString& buttons = QStringLiteral("OK")) const
+    {
+        const std::vector<FakeMessageBoxes::Box> wanted{{text, QStringLiteral("Dusk Beacon"), buttons}};
+        EXPECT_EQ(platform.boxes.boxes, wanted);
+    }
+    static void ExpectStored(const char* did, const char* pc, const char* confirm)
+    {
+        EXPECT_EQ(Stored(QStringLiteral("mobileDID")), QString::fromUtf8(did));
+        EXPECT_EQ(Stored(QStringLiteral("mobilePC")), QString::fromUtf8(pc));
+        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QString::fromUtf8(confirm));
+    }
+};

@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/PlainWindow.h"
+#include "settings_dialog/MobilePageFixture.h"
+
+#include <QFile>
+
+namespace {
+
+constexpr const char* kConfirmation = "<root result='1' message='Welcome'/>";
+constexpr const char* kRefusal = "<root result='0' message='Wrong code'/>";
+const QString kWelcome = QStringLiteral("Welcome");
+
+/// "Register" is pressed for the device 15551234 with the code 55 21&, and the user goes on while the reply
+/// is under way. A main window keeps the program going.
+class MobileSignupTest : public MobilePageFixture
+{
+protected:
+    MobileSignupTest()
+    {
+        const QString name = QStringLiteral("FrmMain");
+        PlainWindow::Register(forms, name);
+        PlainWindow::Touch(forms, name).Show();
+    }
+
+    void Press(const char* reply, std::function<void()> inTheWait)
+    {
+        Reply(reply);
+        platform.http.whileWaiting = std::move(inTheWait);
+        Click("CmdMobilReg");
+    }
+    void CloseDialog() const { dialog->close(); }
+    void Reopen(std::int16_t tab = 2)
+    {
+        CloseDialog();
+        Open(tab);
+    }
+    void TypeOther() const
+    {
+        Paste("TxtMDID", QStringLiteral("other"));
+        Paste("TxtPC", QStringLiteral("0000"));
+    }
+    void AnswerReset(bool answer)
+    {
+        platform.boxes.answers = {answer};
+        Click("LblReset");
+        platform.boxes.boxes.clear();
+    }
+    void ExpectShown(const char* did, const char* pc) const
+    {
+        EXPECT_EQ(TextOf("TxtMDID"), QString::fromUtf8(did));
+        EXPECT_EQ(TextOf("TxtPC"), QString::fromUtf8(pc));
+    }
+};
+
+} // namespace
+
+TEST_F(MobileSignupTest, dialogClosed_storesTheDeviceAndSpeaks)
+{
+    const struct
+    {
+        const char* name;
+        const char* reply;
+        const char* confirm;
+        QString shown;
+    } rows[] = {
+        {"confirmed", kConfirmation, "1", kWelcome},
+        {"refused", kRefusal, "0", QStringLiteral("Wrong code")},
+        {"nothing said", "<root/>", "", QStringLiteral("Could not verify Mobil Alert Settings.")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        WriteSettings();
+        platform.boxes.boxes.clear();
+        main.calls.clear();
+        OpenFilled();
+        platform.boxes.whileOpen = [&row] { ExpectStored("15551234", "55 21&", row.confirm); };
+        Press(row.reply, [this] { CloseDialog(); });
+        ExpectBox(row.shown);
+        EXPECT_EQ(Saves(), 1U);
+        EXPECT_FALSE(IsOpen());
+        EXPECT_EQ(main.calls, HandOver()) << "once, for the closing";
+    }
+}
+
+TEST_F(MobileSignupTest, dialogClosed_noReply_isToldAndStoresNothing)
+{
+    OpenFilled();
+    Press("", [this] { CloseDialog(); });
+    ExpectBox(kOffline);
+    EXPECT_EQ(Saves(), 0U);
+    ExpectStored("15551234", "55 21&", "0");
+}
+
+TEST_F(MobileSignupTest, dialogClosed_fileThatCannotBeLoadedOrSaved_isLeftAloneAndTheReplyTold)
+{
+    for (const bool isThere : {false, true}) {
+        WriteSettings();
+        platform.boxes.boxes.clear();
+        OpenFilled();
+        Press(kConfirmation, [this, isThere] {
+            CloseDialog();
+            ASSERT_TRUE(isThere || QFile::remove(kSettingsFile));
+            files.refuses = isThere;
+        });
+        ExpectBox(kWelcome);
+        EXPECT_EQ(QFile::exists(kSettingsFile), isThere);
+        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")),
+                  isThere ? QStringLiteral("0") : QStringLiteral("(absent)"));
+    }
+}
+
+TEST_F(MobileSignupTest, otherValuesTypedMeanwhile_giveWayToThoseOfThePress)
+{
+    const struct
+    {
+        const char* name;
+        bool isReopened;
+        std::int16_t tabAtTheReply;
+    } rows[] = {
+        {"the dialog stays open", false, 2},
+        {"it shows another page", false, 3},
+        {"it is opened again", true, 2},
+        {"it is opened again and shows another page", true, 1},
+    };
+    for (const auto& row : rows) {
+        for (const bool isConfirmed : {true, false}) {
+            SCOPED_TRACE(testing::Message() << row.name << (isConfirmed ? ", confirmed" : ", refused"));
+            WriteMobile("true", "0");
+            platform.boxes.boxes.clear();
+            OpenFilled();
+            Press(isConfirmed ? kConfirmation : kRefusal, [this, &row] {
+                if (row.isReopened) {
+                    Reopen();
+                }
+                TypeOther();
+                dialog->SelectTab(row.tabAtTheReply);
+                Forget();
+            });
+            ExpectBox(isConfirmed ? kWelcome : QStringLiteral("Wrong code"));
+            EXPECT_EQ(Saves(), 1U) << "the boxes are set without a write of their own";
+            ExpectStored("15551234", "55 21&", isConfirmed ? "1" : "0");
+            // The page reads the document of the dialog, without a load of its own.
+            dialog->SelectTab(2);
+            ExpectShown("15551234", "55 21&");
+            ExpectLive(true, !isConfirmed);
+            dialog->SelectTab(3);
+            EXPECT_EQ(IsLive("ChkIndMobAlert"), isConfirmed);
+            dialog->Unload();
+        }
+    }
+}
+
+TEST_F(MobileSignupTest, otherValuesStoredBeforeTheDialogWasClosedAgain_giveWayToThoseOfThePress)
+{
+    OpenFilled();
+    Press(kConfirmation, [this] {
+        Reopen();
+        TypeOther();
+        CloseDialog();
+    });
+    ExpectBox(kWelcome);
+    ExpectStored("15551234", "55 21&", "1");
+}
+
+TEST_F(MobileSignupTest, somebodyElseWritesMeanwhile_isKept)
+{
+    OpenFilled();
+    Press(kConfirmation,
+          [] { WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\"")); });
+    EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\""));
+    ExpectStored("15551234", "55 21&", "1");
+}
+
+// The service is not told of a reset: it has the device, and its message says so.
+TEST_F(MobileSignupTest, resetMeanwhile_isKeptAndTheReplyTold)
+{
+    for (const bool isReopened : {false, true}) {
+        SCOPED_TRACE(isReopened ? "opened again" : "the same dialog");
+        WriteMobile("true", "0");
+        platform.boxes.boxes.clear();
+        OpenFilled();
+        Press(kConfirmation, [this, isReopened] {
+            if (isReopened) {
+                Reopen();
+            }
+            AnswerReset(true);
+            Forget();
+        });
+        ExpectBox(kWelcome);
+        EXPECT_EQ(Saves(), 0U);
+        ExpectStored("", "", "0");
+        ExpectShown("", "");
+        ExpectLive(true, true);
+        dialog->Unload();
+    }
+}
+
+TEST_F(MobileSignupTest, resetMeanwhileThatIsAnsweredNo_changesNothing)
+{
+    OpenFilled();
+    Press(kConfirmation, [this] { AnswerReset(false); });
+    ExpectBox(kWelcome);
+    ExpectStored("15551234", "55 21&", "1");
+    ExpectLive(true, false);
+}
+
+TEST_F(MobileSignupTest, pressedAgainMeanwhile_isOneRequest)
+{
+    const std::pair<const char*, std::function<void()>> rows[] = {
+        {"in the same dialog", [] {}},
+        {"in one opened since", [this] { Reopen(); }},
+        {"after a reset",
+         [this] {
+             AnswerReset(true);
+             TypeOther();
+         }},
+    };
+    for (const auto& [name, before] : rows) {
+        SCOPED_TRACE(name);
+        WriteSettings();
+        platform.http.requests.clear();
+        platform.boxes.boxes.clear();
+        OpenFilled();
+        Press(kConfirmation, [this, &before = before] {
+            before();
+            Click("CmdMobilReg");
+        });
+        EXPECT_EQ(platform.http.requests.size(), 1);
+        ExpectBox(kWelcome);
+        EXPECT_TRUE(IsOpen());
+        dialog->Unload();
+    }
+}
+
+TEST_F(MobileSignupTest, pressedAfterTheReply_isTheNextRequest)
+{
+    OpenFilled();
+    Press("", [this] { Reopen(); });
+    Press(kConfirmation, [] {});
+    EXPECT_EQ(platform.http.requests.size(), 2);
+    ExpectStored("15551234", "55 21&", "1");
+}
+
+// The failure rule is that of the dialog that is open by then.
+TEST_F(MobileSignupTest, storingThatThrows_closesTheDialogAndTheReplyIsTold)
+{
+    OpenFilled();
+    Press(kConfirmation, [this] {
+        Reopen();
+        files.throws = true;
+    });
+    ExpectBox(kWelcome);
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmMain"));
+}
+
+TEST_F(MobileSignupTest, lastWindowClosedMeanwhile_storesAndBringsNothingBack)
+{
+    OpenFilled();
+    Press(kConfirmation, [this] {
+        CloseDialog();
+        forms.Unload(QStringLiteral("FrmMain"));
+    });
+    ExpectStored("15551234", "55 21&", "1");
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_FALSE(IsOpen());
+    EXPECT_EQ(forms.Loaded(QStringLiteral("FrmMain")), nullptr);
+}
