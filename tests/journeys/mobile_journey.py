@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""mobile_journey.py FOLDER: a mobile device signed up, refused, reset, and asked for at a prayer. The service is the
-stand-in at its usual port."""
+"""mobile_journey.py FOLDER: a mobile device signed up, refused, reset, and asked for at a prayer; the dialog and the program
+closed while the service takes its time. The service is the stand-in at its usual port."""
 import os
+import subprocess
 import sys
 
 import boxes
@@ -115,6 +116,75 @@ def offline(program, settings):
     assert hands.Settings(program).read() == settings
 
 
+def open_page(program):
+    hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
+    dialog = hands.Window(program, DIALOG).wait()
+    dialog.click(LINK, "Mobile Alert")
+    return dialog
+
+
+def press_and_close(program, service):
+    """The service takes its time, and the user doesn't wait for it."""
+    service.forget()
+    service.fault("slow", "confirmSignup.pl")
+    dialog = open_page(program)
+    dialog.click(BUTTON, "Register")
+    screen.wait_for("the request", lambda: service.requests("confirmSignup.pl", PID))
+    dialog.close()
+    dialog.wait_gone()
+
+
+def closed_in_the_wait(program, service, settings):
+    """The reply is told and stored without the dialog, and the next one shows it."""
+    service.reply(result="1", message="Welcome, your device is registered.")
+    press_and_close(program, service)
+    assert settings.alerts("mobileConfirm") == "0" and boxes.box(program) is None
+    service.fault("ok", "confirmSignup.pl")
+    screen.wait_for("the box", lambda: boxes.box(program))
+    hands.picture("mobile_registered_without_dialog")
+    boxes.answer(program, "Welcome, your device is registered.")
+    found = [settings.alerts(name) for name in ("mobileConfirm", "mobileDID", "mobilePC")]
+    assert found == ["1", "D-815", "4711"], found
+    dialog = open_page(program)
+    assert not is_open_for_entry(dialog)
+    assert (dialog.text(DEVICE), dialog.text(CODE)) == ("D-815", "4711")
+    hands.picture("mobile_registered_reopened", dialog)
+    dialog.click(LINK, "Reset")
+    boxes.answer(program, QUESTION, "Yes", ("No",))
+    settings.wait("mobileConfirm", "0")
+    return dialog
+
+
+def opened_again_in_the_wait(program, service, dialog, settings):
+    """The dialog that is open by then shows the device that was asked for; pressing again asks for nothing."""
+    dialog.enter(DEVICE, ["End"], "D-815")
+    dialog.enter(CODE, ["End"], "4711")
+    settings.wait("mobilePC", "4711")
+    dialog.close()
+    dialog.wait_gone()
+    press_and_close(program, service)
+    dialog = open_page(program)
+    assert is_open_for_entry(dialog)
+    dialog.enter(CODE, ["ctrl+a"], "0000")
+    settings.wait("mobilePC", "0000")
+    dialog.click(BUTTON, "Register")
+    service.fault("ok", "confirmSignup.pl")
+    boxes.answer(program, "Welcome, your device is registered.")
+    assert len(service.requests("confirmSignup.pl", PID)) == 1, service.asked()
+    assert [settings.alerts(name) for name in ("mobileConfirm", "mobilePC")] == ["1", "4711"]
+    assert not is_open_for_entry(dialog) and dialog.text(CODE) == "4711"
+    hands.picture("mobile_registered_in_the_next_dialog", dialog)
+    dialog.close()
+    dialog.wait_gone()
+
+
+def ended_in_the_wait(program, service):
+    """The last window goes: the program ends at once, and says nothing."""
+    press_and_close(program, service)
+    subprocess.run(["wmctrl", "-F", "-c", main_window.TITLE], check=True)
+    assert program.process.wait(timeout=screen.PATIENCE) == 0
+
+
 def at_the_prayer(folder, settings, service, slot, time, ma, pno):
     before = len(service.requests("prayerCall.pl", PID))
     instant = f"2026-03-20 {main_window.clock(slot - 1)}:48"
@@ -140,8 +210,17 @@ def main():
                 confirmed = settings.read()
             for prayer, ma, pno in ((2, 1, 3), (3, 0, 4)):
                 at_the_prayer(folder, confirmed, service, main_window.minutes(times[prayer]), times[prayer], ma, pno)
+            print("closed in the wait", flush=True)
+            typed = confirmed.replace(b'mobileConfirm="1"', b'mobileConfirm="0"')
+            with hands.Program(folder, typed, "2026-03-20 09:30:10", stand_in.Service.environment()) as program:
+                main_window.Main(program)
+                settings = hands.Settings(program)
+                dialog = closed_in_the_wait(program, service, settings)
+                opened_again_in_the_wait(program, service, dialog, settings)
+            with hands.Program(folder, typed, "2026-03-20 09:30:10", stand_in.Service.environment()) as program:
+                main_window.Main(program)
+                ended_in_the_wait(program, service)
         print("offline", flush=True)
-        typed = confirmed.replace(b'mobileConfirm="1"', b'mobileConfirm="0"')
         with hands.Program(folder, typed, "2026-03-20 09:30:10") as program:
             main_window.Main(program)
             offline(program, typed)

@@ -10,10 +10,10 @@ after --seconds. As a proxy (http_proxy=http://127.0.0.1:PORT) it answers for ev
 network; the fault probe=refuse takes the network away. What the protocol doesn't know gets 404 and no document.
 
 HOW is one of: ok, refuse (closes at once), hang (until the script is to behave otherwise, then the reply), drip (a byte a
-second, until the same, then the end in the middle of it), flood (far beyond every limit), error (500 with the reply),
-html, truncated, cut (closes before the length it named), empty, gzip (a bomb), loop (redirects to itself), entities (an
-expansion bomb), certificate (redirects to a door of its own that speaks TLS and that nobody vouches for, and prints
-"refused certificate" when nobody comes in there), utf16, windows1252.
+second, until the same, then the end in the middle of it), slow (a byte a second, until the same, then the rest), flood
+(far beyond every limit), error (500 with the reply), html, truncated, cut (closes before the length it named), empty, gzip (a
+bomb), loop (redirects to itself), entities (an expansion bomb), certificate (redirects to a door of its own that speaks TLS and
+that nobody vouches for, and prints "refused certificate" when nobody comes in there), utf16, windows1252.
 """
 import argparse
 import base64
@@ -220,6 +220,15 @@ class Handler(BaseHTTPRequestHandler):
                 self.wfile.write(bytes([byte]))
                 self.wfile.flush()
                 if self.wait_for_mercy(script, how, 1):
+                    break
+        elif how == "slow":
+            self.send_response(200)
+            self.end_headers()
+            for sent in range(len(data)):
+                self.wfile.write(data[sent:sent + 1])
+                self.wfile.flush()
+                if self.wait_for_mercy(script, how, 1):
+                    self.wfile.write(data[sent + 1:])
                     break
         elif how == "flood":
             self.send_response(200)
