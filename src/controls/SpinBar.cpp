@@ -4,6 +4,7 @@
 
 #include "support/RuntimeError.h"
 
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOption>
@@ -129,6 +130,16 @@ void SpinBar::wheelEvent(QWheelEvent* event)
 {
     // Each change is stored at once; a wheel that merely passes over the bar must not store anything.
     event->ignore();
+}
+
+void SpinBar::keyPressEvent(QKeyEvent* event)
+{
+    // They would jump to a limit, which is stored at once.
+    if (event->key() == Qt::Key_Home || event->key() == Qt::Key_End) {
+        event->ignore();
+    } else {
+        QAbstractSlider::keyPressEvent(event);
+    }
 }
 
 void SpinBar::changeEvent(QEvent* event)

@@ -7,7 +7,7 @@
 #include <functional>
 
 /// A small vertical bar of two arrows: the top one raises the value by a step, the bottom one lowers it, and
-/// so do the arrow keys; an arrow that is held repeats. The mouse wheel does nothing.
+/// so do the arrow keys; an arrow that is held repeats. The mouse wheel, Home and End do nothing.
 /// Raises Change inside the setter when the value really changes.
 class SpinBar final : public QAbstractSlider
 {
@@ -31,6 +31,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 

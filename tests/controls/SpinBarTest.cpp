@@ -82,6 +82,15 @@ TEST_F(SpinBarControl, keys_moveByOne)
     EXPECT_EQ(changes.size(), 4U);
 }
 
+TEST_F(SpinBarControl, homeAndEnd_doNothing)
+{
+    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_End}) {
+        QTest::keyClick(&bar, key);
+        EXPECT_EQ(bar.Value(), 5) << key;
+    }
+    EXPECT_TRUE(changes.empty()) << "each change is stored at once";
+}
+
 TEST_F(SpinBarControl, atItsLimits_staysSilently)
 {
     bar.SetValue(30);
