@@ -5,14 +5,17 @@
 TextBox::TextBox(QWidget* parent)
     : QLineEdit(parent)
 {
-    connect(this, &QLineEdit::textChanged, this, [this] {
-        if (m_change) {
-            m_change();
-        }
-    });
+    connect(this, &QLineEdit::textChanged, this, [this] { Changed(); });
     connect(this, &QLineEdit::returnPressed, this, [this] {
         if (m_enter) {
             m_enter();
         }
     });
+}
+
+void TextBox::Changed()
+{
+    if (m_change) {
+        m_change();
+    }
 }

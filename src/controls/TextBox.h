@@ -7,7 +7,7 @@
 #include <functional>
 
 /// A one-line text box that raises Change inside the setter, and at each edit, when the text really changes.
-class TextBox final : public QLineEdit
+class TextBox : public QLineEdit
 {
     Q_OBJECT
 
@@ -20,6 +20,10 @@ public:
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
     /// The Enter key. @param handler must not let an exception out
     void OnEnter(std::function<void()> handler) { m_enter = std::move(handler); }
+
+protected:
+    /// Raises Change.
+    virtual void Changed();
 
 private:
     std::function<void()> m_change;

@@ -9,6 +9,21 @@ QString AngleForBox(QString stored, const QString& decimalSign)
     return stored.replace(u'.', decimalSign);
 }
 
+QString AngleAsTyped(const QString& text, const QString& decimalSign)
+{
+    QString typed;
+    for (const QChar character : text) {
+        if (character == u'.' || character == u',') {
+            typed += decimalSign.isEmpty() ? QString(character) : decimalSign;
+        } else if (character == u'\u2212') {
+            typed += u'-';
+        } else if (character != u'\u061c' && character != u'\u200e' && character != u'\u200f') {
+            typed += character;
+        }
+    }
+    return typed;
+}
+
 QString AngleForFile(QString typed, const QString& decimalSign, const QLocale& locale)
 {
     // Replacing the empty text would put a point between all characters.

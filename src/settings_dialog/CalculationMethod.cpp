@@ -4,8 +4,8 @@
 
 #include "controls/OptionButton.h"
 #include "controls/SpinBar.h"
-#include "controls/TextBox.h"
 #include "platform/Platform.h"
+#include "settings_dialog/AngleBox.h"
 #include "settings_dialog/AngleText.h"
 #include "settings_dialog/DialogContext.h"
 #include "settings_dialog/Placement.h"
@@ -98,7 +98,8 @@ void CalculationMethod::BuildUserAngles(QWidget* Frame2)
     OptSetByUser->OnClick(m_context.ArmedHandler([this] { RefreshAngleControls(); }));
 
     PlaceText(Frame2, "Label7", QStringLiteral("Fajr:"), {27, 192, 30, 22});
-    m_fajr.box = Place(new TextBox(Frame2), "TxtSetFarjAngle", {60, 192, 60, 22});
+    m_fajr.box =
+        Place(new AngleBox(m_context.Outside().region, Frame2), "TxtSetFarjAngle", {60, 192, 60, 22});
     m_fajr.box->setAccessibleName(QStringLiteral("Fajr angle in degrees"));
     // The unlike starting values are wanted; they show until the first user-defined angles are loaded.
     m_fajr.bar = Place(new SpinBar(kLowestAngle, kHighestAngle, kHighestAngle, Frame2), "VScroll2",
@@ -107,7 +108,8 @@ void CalculationMethod::BuildUserAngles(QWidget* Frame2)
     m_fajr.attribute = kAngle1;
 
     PlaceText(Frame2, "Label8", QStringLiteral("Isha:"), {168, 192, 30, 22});
-    m_isha.box = Place(new TextBox(Frame2), "TxtSetIshaAngle", {201, 192, 60, 22});
+    m_isha.box =
+        Place(new AngleBox(m_context.Outside().region, Frame2), "TxtSetIshaAngle", {201, 192, 60, 22});
     m_isha.box->setAccessibleName(QStringLiteral("Isha angle in degrees"));
     m_isha.bar =
         Place(new SpinBar(kLowestAngle, kHighestAngle, kLowestAngle, Frame2), "VScroll3", {262, 192, 17, 22});
@@ -211,7 +213,7 @@ void CalculationMethod::OnAngleChange(const Angle& angle)
     m_context.Load();
     if (!IsNumeric(angle.box->Text(), region.UserLocale())) {
         // Raises this Change again, which finds a number and saves it.
-        angle.box->SetText(AngleForBox(m_context.Read(angle.attribute, kAlertsPath), decimalSign));
+        angle.box->Refuse(AngleForBox(m_context.Read(angle.attribute, kAlertsPath), decimalSign));
         return;
     }
     // The limits are tested on the floor: 30.9 passes, -30.1 is cut to -30. The uneven edge is wanted.

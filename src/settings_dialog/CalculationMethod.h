@@ -4,11 +4,11 @@
 
 #include <QString>
 
+class AngleBox;
 class DialogContext;
 class OptionButton;
 class QWidget;
 class SpinBar;
-class TextBox;
 
 /// The choice of the twilight angles on the General page: four presets, or two angles that the user sets.
 class CalculationMethod final
@@ -23,7 +23,7 @@ private:
     /// A text box with its spin bar, and the attribute that both stand for.
     struct Angle
     {
-        TextBox* box = nullptr;
+        AngleBox* box = nullptr;
         SpinBar* bar = nullptr;
         QString attribute;
     };

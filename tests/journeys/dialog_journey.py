@@ -93,17 +93,25 @@ def angles_of_the_user(program):
     for value in ("-20", "-19", "-18", "-17", "-16"):
         dialog.click(BAR, "Fajr angle in whole degrees", UPPER)
         opened.settings.wait("angle1", value)
+    # The box goes on showing the stored angle while the keys aren't a number yet.
+    dialog.enter(fajr, ["ctrl+a"], "-")
+    hands.picture("dialog_refused_minus", dialog)
+    assert dialog.text(fajr) == "-16"
+    hands.xdotool("type", "16.5")
+    opened.settings.wait("angle1", "-16.5")
+    assert dialog.text(fajr) == "-16.5"
     dialog.enter(isha, ["End", "BackSpace", "2"], "")
     opened.settings.wait("angle2", "-17.2")
-    # What isn't a number goes back at the very keystroke.
+    # A letter is not shown, and the next key takes it back.
     hands.xdotool("key", "x")
-    hands.xdotool("key", "Home", "Right", "Delete", "Delete", "1", "4")
+    assert dialog.text(isha) == "-17.2"
+    hands.xdotool("key", "BackSpace", "Home", "Right", "Delete", "Delete", "1", "4")
     opened.settings.wait("angle2", "-14.2")
     hands.picture("dialog_user_angles", dialog)
     opened.close()
     main = main_window.Main(program)
     main.wait("User Defined", lambda m: m.has("Calculation Method: User Defined"))
-    check_times(main, (-16, -14.2))
+    check_times(main, (-16.5, -14.2))
 
 
 def rest_of_the_general_page(program):
@@ -127,7 +135,7 @@ def rest_of_the_general_page(program):
     texts = program.texts(main_window.TITLE)
     for text in ("Day Light Savings is: On", "Advanced Warning: On, 27 Minutes", "Time Zone: -6"):
         assert text in texts, (text, texts)
-    shown = check_times(main, (-16, -14.2), 2, main_window.ZONE + 1)
+    shown = check_times(main, (-16.5, -14.2), 2, main_window.ZONE + 1)
     assert all(re.fullmatch(r"\d{1,2}:\d\d [AP]M", text) for text in shown), shown
 
 

@@ -14,6 +14,26 @@ TEST(AngleText, forBox_putsTheUsersSignInPlaceOfEachPoint)
     EXPECT_EQ(AngleForBox(QString(), QStringLiteral(",")), QString());
 }
 
+TEST(AngleText, asTyped_hasTheSignsOfTheUser)
+{
+    const struct
+    {
+        QString decimalSign;
+        QString text;
+        QString typed;
+    } rows[] = {
+        {QStringLiteral("."), QStringLiteral("-16,5"), QStringLiteral("-16.5")},
+        {QStringLiteral(","), QStringLiteral("-1.2,5"), QStringLiteral("-1,2,5")},
+        {QStringLiteral("\u066b"), QStringLiteral("\u061c-16\u066b5"), QStringLiteral("-16\u066b5")},
+        {QStringLiteral("\u066b"), QStringLiteral("\u200e\u221216.5"), QStringLiteral("-16\u066b5")},
+        {QStringLiteral("."), QStringLiteral("\u200f\u2212\u2212"), QStringLiteral("--")},
+        {QString(), QStringLiteral("1.2,3"), QStringLiteral("1.2,3")},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(AngleAsTyped(row.text, row.decimalSign), row.typed) << row.text.toStdString();
+    }
+}
+
 TEST(AngleText, forFile_canBeReadUnderEveryLocale)
 {
     const struct

@@ -45,13 +45,6 @@ protected:
             EXPECT_EQ(IsLive(control), live) << control;
         }
     }
-    static void WriteUserDefined(const char* angle1, const char* angle2)
-    {
-        WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
-                      {QStringLiteral("angle1=\"-15\" angle2=\"-15\""),
-                       QStringLiteral("angle1=\"%1\" angle2=\"%2\"")
-                           .arg(QString::fromUtf8(angle1), QString::fromUtf8(angle2))}});
-    }
 };
 
 class CalculationMethodPreset : public CalculationMethodPage, public testing::WithParamInterface<Preset>

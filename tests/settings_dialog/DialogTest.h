@@ -126,6 +126,14 @@ protected:
         }
         WriteSettings(text);
     }
+    /// Two angles of the user, as the file has them.
+    static void WriteUserDefined(const char* angle1, const char* angle2)
+    {
+        WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
+                      {QStringLiteral("angle1=\"-15\" angle2=\"-15\""),
+                       QStringLiteral("angle1=\"%1\" angle2=\"%2\"")
+                           .arg(QString::fromUtf8(angle1), QString::fromUtf8(angle2))}});
+    }
 
     /// As the links of the main window do: through the first page.
     void Open(std::int16_t tab = 1)
@@ -177,6 +185,17 @@ protected:
         QWidget& bar = Widget(name);
         ASSERT_TRUE(bar.isVisible() && bar.isEnabled()) << name;
         QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, up ? 3 : bar.height() - 3));
+    }
+    /// A key: a character, or its name as "Ctrl+A" or "Backspace".
+    void Press(const char* name, const QString& key) const
+    {
+        QWidget& box = Widget(name);
+        ASSERT_TRUE(box.isVisible() && box.isEnabled()) << name;
+        if (key.size() == 1) {
+            QTest::sendKeyEvent(QTest::Click, &box, Qt::Key_unknown, key, Qt::NoModifier);
+        } else {
+            QTest::keySequence(&box, QKeySequence(key));
+        }
     }
     /// Puts @p text in place of all that is in the box, in one stroke: pasted over the selection.
     void Paste(const char* name, const QString& text) const
