@@ -15,6 +15,9 @@ namespace calculation {
 namespace {
 
 constexpr std::int32_t kMinutesPerDay = 1440;
+// The scheduler raises no alert at minute 0, when it computes the new day.
+constexpr std::int32_t kFirstMinute = 1;
+constexpr std::int32_t kLastMinute = kMinutesPerDay - 1;
 constexpr std::int16_t kNoMinute = -1;
 constexpr std::int32_t kTenthsPerTurn = 3600;
 
@@ -100,8 +103,8 @@ PrayerDay& Calculator::Day()
 std::int32_t Calculator::MinuteOfEvent(Event event)
 {
     const double minutes = (Day().WithinDate(event) + 0.5) * kMinutesPerDay;
-    // The last half minute of the date would round to the midnight at its other end, when no alert comes.
-    return std::min(static_cast<std::int32_t>(std::lround(minutes)), kMinutesPerDay - 1);
+    // The last half minute of the date would round to the midnight at its end.
+    return std::min(static_cast<std::int32_t>(std::lround(minutes)), kLastMinute);
 }
 
 std::int16_t Calculator::Horarium(std::int16_t slot)
@@ -115,8 +118,9 @@ std::int16_t Calculator::Horarium(std::int16_t slot)
         m_minutes[index] = static_cast<std::int16_t>(MinuteOfEvent(*event));
         m_isMinuteKnown[index] = true;
     }
-    const std::int32_t minute = (m_minutes[index] + m_margins[index]) % kMinutesPerDay;
-    return static_cast<std::int16_t>(minute < 0 ? minute + kMinutesPerDay : minute);
+    const std::int32_t sum = (m_minutes[index] + m_margins[index]) % kMinutesPerDay;
+    const std::int32_t minute = sum < 0 ? sum + kMinutesPerDay : sum;
+    return static_cast<std::int16_t>(std::max(minute, kFirstMinute));
 }
 
 std::int16_t Calculator::QiblaDir()

@@ -40,11 +40,12 @@ void SetHorTemkin(int16_t margin1, int16_t margin2, int16_t margin3, int16_t mar
 // Hundredths of a degree, negative below the horizon. The second and the third have no effect.
 void SetHorAngle(int16_t fajr, int16_t second, int16_t third, int16_t isha);
 
-// The slot's minute of the stored date, 0 to 1439: 1 Fajr, 2 sunrise, 5 the sun's transit, 6 and 7 Asr by one
+// The slot's minute of the stored date, 1 to 1439: 1 Fajr, 2 sunrise, 5 the sun's transit, 6 and 7 Asr by one
 // and two shadow lengths, 9 sunset, 10 Isha. These hold a minute on every day at every place;
 // docs/accuracy.md tells by which rules where the sun itself gives none. An event of the neighbouring solar
 // day that falls within the date (an Isha after midnight) is the date's. A margin that leads out of the date
-// goes round the clock. Any other slot holds -1.
+// goes round the clock. Minute 0 is never given, since the program raises no alert then: a slot that comes
+// to 0, its margin added, is 1. Any other slot holds -1.
 int16_t Horarium(int16_t slot);
 
 // Tenths of a degree clockwise from true north, 0 to 3599: the great circle to the Kaaba. 0 at the Kaaba and

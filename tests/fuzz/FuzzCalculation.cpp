@@ -96,7 +96,8 @@ void ReadSlot(const Stored& stored, Short slot)
 {
     const Short minute = Horarium(slot);
     const bool isUsed = slot == 1 || slot == 2 || IsWithin(slot, 5, 7) || slot == 9 || slot == 10;
-    Demand(isUsed ? IsWithin(minute, 0, 1439) : minute == -1, "a slot holds a minute of the day, or -1");
+    Demand(isUsed ? IsWithin(minute, 1, 1439) : minute == -1,
+           "a slot holds a minute that can be announced, or -1");
     Demand(minute == stored.Fresh().Horarium(slot), "a slot rests on what is stored alone");
 }
 
