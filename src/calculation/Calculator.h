@@ -58,7 +58,8 @@ private:
     std::bitset<kSlotCount> m_isMinuteKnown;
     std::optional<std::int16_t> m_qibla;
     std::optional<MoonReading> m_moon;
-    std::optional<HijriDate> m_hijri;
+    // Zeros until a date is set, so that the program shows no date of the year 2000.
+    std::optional<HijriDate> m_hijri = HijriDate{0, 0, 0};
 };
 
 } // namespace calculation

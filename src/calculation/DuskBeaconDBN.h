@@ -6,8 +6,8 @@
 
 // The functions of the module DuskBeacon.DBN. It is a calculator with a state: the three setters store a
 // place, a date and what goes with them, and every reading answers for what was stored last. Before any
-// setter that is 0 N 0 E, 1 January 2000, no offset, no margins, -18 and -17 degrees. Calls come from one
-// thread.
+// setter that is 0 N 0 E, 1 January 2000, no offset, no margins, -18 and -17 degrees, but no Hijri date.
+// Calls come from one thread.
 //
 // Every combination of arguments has an answer, at once; none is an error:
 //  - A latitude beyond 90 degrees counts as the pole. Longitudes go round: 190 E is 170 W.
@@ -58,7 +58,7 @@ int16_t SunElev(int16_t minute);
 int16_t MoonElevation(int16_t minute);
 
 // The Hijri date of the stored date: Umm al-Qura from 1300 to 1600 AH, the civil (tabular) calendar outside.
-// Hmon is 1 to 12; Hyear stays within its 16 bits.
+// Hmon is 1 to 12; Hyear stays within its 16 bits. Until SetHorParams has been called each of them is 0.
 int16_t Hday(void);
 int16_t Hmon(void);
 int16_t Hyear(void);

@@ -63,9 +63,6 @@ TEST(Calculator, beforeAnySetter_answersForTheNullPointAtTheStartOf2000)
     EXPECT_EQ(fresh.QiblaDir(), set.QiblaDir());
     EXPECT_EQ(fresh.SunElev(720), set.SunElev(720));
     EXPECT_EQ(fresh.MoonElevation(720), set.MoonElevation(720));
-    EXPECT_EQ(fresh.Hijri().year, 1420);
-    EXPECT_EQ(fresh.Hijri().month, 9);
-    EXPECT_EQ(fresh.Hijri().day, 24);
     // The sun's transit of that day.
     EXPECT_EQ(fresh.Horarium(5), 723);
 }

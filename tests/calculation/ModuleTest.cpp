@@ -50,9 +50,19 @@ TEST(Module, beforeAnySetter_answersForTheNullPointAtTheStartOf2000)
     EXPECT_EQ(fresh.QiblaDir(), set.QiblaDir());
     EXPECT_EQ(fresh.SunElev(720), set.SunElev(720));
     EXPECT_EQ(fresh.MoonElevation(720), set.MoonElevation(720));
-    EXPECT_EQ(fresh.Hday(), 24);
-    EXPECT_EQ(fresh.Hmon(), 9);
-    EXPECT_EQ(fresh.Hyear(), 1420);
+}
+
+TEST(Module, hijriDate_isZeroUntilADateIsSet)
+{
+    const CalculationModule module;
+    module.SetHorAngle(-1800, 500, 500, -1700);
+    EXPECT_EQ(module.Hday(), 0);
+    EXPECT_EQ(module.Hmon(), 0);
+    EXPECT_EQ(module.Hyear(), 0);
+    module.SetHorParams(0, 0, 0, 1, 1, 2000);
+    EXPECT_EQ(module.Hday(), 24);
+    EXPECT_EQ(module.Hmon(), 9);
+    EXPECT_EQ(module.Hyear(), 1420);
 }
 
 TEST(Module, aRoundOfTheScheduler_answersForThatPlaceAndDate)

@@ -175,7 +175,7 @@ void Step(Stored& stored, Reader& reader)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The state outlives an input; each begins with that of a module which nobody has told anything.
+    // The state outlives an input; each begins with the place and date of a module before any setter.
     Stored stored;
     SetHorParams(0, 0, 0, 1, 1, 2000);
     SetHorTemkin(0, 0, 0, 0, 0, 0, 0, 0, 0, 0);

@@ -13,6 +13,7 @@ import tempfile
 
 import hands
 import main_window
+import place_windows
 import screen
 
 FATAL = "An error has occured, The application will be terminated."
@@ -136,6 +137,11 @@ def broken_values(folder):
                 assert main.has(text), (after, text)
             texts = program.texts(main_window.TITLE)
             assert not any(re.search(r"\d:\d\d", text) for text in texts), texts
+            # The list rewrites the labels when it closes, before any day has been computed.
+            places = place_windows.open_list(program)
+            places.close()
+            places.wait_gone()
+            main.wait("no Hijri date", lambda m: m.after("Hajri Date: ") == "0 , 0")
 
 
 def main():
