@@ -27,8 +27,7 @@ void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QS
     configuration.LongitudeFinal = ToDouble(read(u"longitude_final").replace(u'.', decimalSign), locale);
     configuration.LatitudeText = read(u"latitude");
     configuration.LatitudeFinal = ToDouble(read(u"latitude_final").replace(u'.', decimalSign), locale);
-    // Whole hours, and read as they stand: a fraction with a point is none on a comma system.
-    configuration.ZoneHours = ToInteger16(read(u"time_zone2"), locale);
+    configuration.ZoneHours = ToInteger16(read(u"time_zone2").replace(u'.', decimalSign), locale);
 }
 
 void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const QString& decimalSign,
@@ -43,7 +42,7 @@ void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const Q
     configuration.IshaAngle = ToInteger16(read(u"angle2").replace(u'.', decimalSign), locale);
     configuration.CalcMethod = read(u"method");
     configuration.UseAdvAlert = ToBoolean(read(u"useAdvWarn"), locale);
-    // Whole minutes, read as they stand, like the zone.
+    // Whole minutes, read as they stand: a fraction with a point is no number on a comma system.
     configuration.AdvAlertMinutes = ToInteger16(read(u"advWarn"), locale);
     configuration.AsrMethod = read(u"asrMethode");
     configuration.UseDayLight = ToBoolean(read(u"useDLS"), locale);
