@@ -174,11 +174,11 @@ void FrmMain::FeedFromConfiguration()
 {
     m_sound.ShowVolume();
     PopLocation();
-    PrayerTimer.SetupPTimer(Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal),
-                            Settings.ZoneHours, Integer16(Settings.UseDayLight),
-                            MultiplyInteger16(Settings.FajrAngle, 100),
-                            MultiplyInteger16(Settings.IshaAngle, 100), Integer16(Settings.UseAdvAlert),
-                            Settings.AdvAlertMinutes, Integer16(true));
+    PrayerTimer.SetupPTimer(
+        Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal), Settings.ZoneHours,
+        Integer16(Settings.UseDayLight), MultiplyInteger16(Settings.FajrAngle, 100),
+        MultiplyInteger16(Settings.IshaAngle, 100), Integer16(Settings.UseAdvAlert), Settings.AdvAlertMinutes,
+        Integer16(true), Settings.MinutesBeyondZone.value_or(0));
     PrayerTimer.StartTimer();
     m_instruments.ShowQibla();
     m_instruments.RefreshSkyPicture();

@@ -15,6 +15,7 @@
 #include <QLabel>
 
 #include <array>
+#include <cstdlib>
 
 namespace {
 
@@ -27,6 +28,16 @@ QString MonthName(int month)
         QStringLiteral("October"), QStringLiteral("November"), QStringLiteral("December"),
     };
     return kNames.at(static_cast<std::size_t>(month - 1));
+}
+
+// Such as "UTC+5:30".
+QString UtcOffset(int minutes)
+{
+    const int size = std::abs(minutes);
+    return QStringLiteral("UTC%1%2:%3")
+        .arg(QLatin1Char(minutes < 0 ? '-' : '+'))
+        .arg(size / 60)
+        .arg(size % 60, 2, 10, QLatin1Char('0'));
 }
 
 } // namespace
@@ -45,6 +56,9 @@ void PrayerDisplay::PopLocation() const
     const Configuration& c = m_configuration;
     m_controls.LblLocation->setText(c.CityName + QStringLiteral(", ") + c.StateName);
     m_controls.LblTimeZ->setText(QStringLiteral("Time Zone: ") + QString::number(c.ZoneHours));
+    // The label has whole hours; a screen reader says the tip as its description.
+    m_controls.LblTimeZ->setToolTip(c.MinutesBeyondZone ? UtcOffset(c.ZoneHours * 60 + *c.MinutesBeyondZone)
+                                                        : QString());
     m_controls.LblCaclMeth->setText(QStringLiteral("Calculation Method: ") + c.CalcMethod);
     m_controls.LblAsrMeth->setText(QStringLiteral("Asr Method: ") + c.AsrMethod);
     m_controls.LblDLSavings->setText(c.UseDayLight ? QStringLiteral("Day Light Savings is: On")

@@ -66,11 +66,13 @@ PTimer::PTimer(const Platform& platform, Calculation& calculation)
 
 void PTimer::SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone,
                          std::int16_t dayLightSaving, std::int16_t angle1, std::int16_t angle2,
-                         std::int16_t useAdvWarn, std::int16_t advWarnInMin, std::int16_t reCalc)
+                         std::int16_t useAdvWarn, std::int16_t advWarnInMin, std::int16_t reCalc,
+                         std::int16_t minutesBeyondZone)
 {
     Lat = latitude;
     Lng = longitude;
     TimeZone = zone;
+    MinutesBeyondZone = minutesBeyondZone;
     DayLightSaving = dayLightSaving;
     TwighlightAngle1 = angle1;
     TwighlightAngle2 = angle2;
@@ -98,7 +100,7 @@ void PTimer::StopTimer()
 
 void PTimer::RecalculateDay()
 {
-    std::int16_t offset = MultiplyInteger16(TimeZone, 60);
+    std::int16_t offset = AddInteger16(MultiplyInteger16(TimeZone, 60), MinutesBeyondZone);
     if (DayLightSaving == kTrue) {
         // A flat hour: daylight saving is the user's setting, the system is never asked.
         offset = AddInteger16(offset, 60);

@@ -46,9 +46,11 @@ public:
     /// horizon
     /// @param useAdvWarn -1 asks for advance warnings, any other value does not; likewise @p dayLightSaving
     /// @param reCalc -1 computes the day at once
+    /// @param minutesBeyondZone added to the zone: -30 with a zone of 6 is UTC+5:30
     void SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone,
                      std::int16_t dayLightSaving, std::int16_t angle1, std::int16_t angle2,
-                     std::int16_t useAdvWarn, std::int16_t advWarnInMin, std::int16_t reCalc);
+                     std::int16_t useAdvWarn, std::int16_t advWarnInMin, std::int16_t reCalc,
+                     std::int16_t minutesBeyondZone = 0);
     void StartTimer();
     void StopTimer();
 
@@ -59,7 +61,7 @@ public:
     /// Hundredths of a degree.
     [[nodiscard]] std::int16_t GetLat() const { return Lat; }
     [[nodiscard]] std::int16_t GetLng() const { return Lng; }
-    /// Hours, without the daylight-saving hour.
+    /// Whole hours, without the minutes beyond them and without the daylight-saving hour.
     [[nodiscard]] std::int16_t GetTimeZone() const { return TimeZone; }
     [[nodiscard]] std::int16_t GetTwighlightAngle1() const { return TwighlightAngle1; }
     [[nodiscard]] std::int16_t GetTwighlightAngle2() const { return TwighlightAngle2; }
@@ -85,6 +87,7 @@ private:
     std::int16_t Lat = 0;
     std::int16_t Lng = 0;
     std::int16_t TimeZone = 0;
+    std::int16_t MinutesBeyondZone = 0;
     std::int16_t DayLightSaving = 0;
     std::int16_t TwighlightAngle1 = 0;
     std::int16_t TwighlightAngle2 = 0;

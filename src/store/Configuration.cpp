@@ -7,10 +7,32 @@
 #include "support/ModRegion.h"
 #include "support/RuntimeError.h"
 
+#include <QRegularExpression>
+
+#include <cstdlib>
+
 namespace {
 
 const QString kApp = QStringLiteral("//root//app");
 const QString kAlerts = QStringLiteral("//root//alerts");
+
+// Strict, since a place that gives no such number has only its zone: ASCII digits with at most one sign.
+std::optional<int> WholeNumber(const QString& text)
+{
+    static const QRegularExpression kForm(QRegularExpression::anchoredPattern(QStringLiteral("[+-]?[0-9]+")));
+    bool isInRange = false;
+    const int number = kForm.match(text).hasMatch() ? text.toInt(&isInRange) : 0;
+    return isInRange ? std::optional(number) : std::nullopt;
+}
+
+std::optional<std::int16_t> MinutesBeyond(std::int16_t zoneHours, const QString& utcMinutes)
+{
+    constexpr std::int64_t kMinutesPerHour = 60;
+    const std::optional<int> minutes = WholeNumber(utcMinutes);
+    const std::int64_t beyond = minutes.value_or(0) - zoneHours * kMinutesPerHour;
+    const bool isWithinTheHour = minutes && std::abs(beyond) < kMinutesPerHour;
+    return isWithinTheHour ? std::optional(static_cast<std::int16_t>(beyond)) : std::nullopt;
+}
 
 void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QString& decimalSign,
                const QLocale& locale)
@@ -28,6 +50,8 @@ void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QS
     configuration.LatitudeText = read(u"latitude");
     configuration.LatitudeFinal = ToDouble(read(u"latitude_final").replace(u'.', decimalSign), locale);
     configuration.ZoneHours = ToInteger16(read(u"time_zone2").replace(u'.', decimalSign), locale);
+    // The zone is whole hours; a clock at a half or a quarter of an hour keeps its minutes apart from it.
+    configuration.MinutesBeyondZone = MinutesBeyond(configuration.ZoneHours, read(u"utc_minutes"));
 }
 
 void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const QString& decimalSign,

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 
 class DomDocuments;
 class RegionalSettings;
@@ -22,6 +23,9 @@ struct Configuration
     QString LongitudeText;
     double LongitudeFinal = 0.0; ///< degrees, east positive
     std::int16_t ZoneHours = 0;
+    /// Minutes from ZoneHours to the place's standard time, -59 to 59, where the place gives that to the
+    /// minute.
+    std::optional<std::int16_t> MinutesBeyondZone;
     QString ProdID;
     std::int16_t FajrAngle = 0; ///< whole degrees, negative below the horizon
     std::int16_t IshaAngle = 0; ///< whole degrees, negative below the horizon

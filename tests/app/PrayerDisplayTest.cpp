@@ -45,6 +45,34 @@ TEST_F(PrayerDisplayTest, settingsBlock_otherValues)
     EXPECT_EQ(Text("LblAdvWarning"), QStringLiteral("Advanced Warning: On, 10 Minutes"));
 }
 
+TEST_F(PrayerDisplayTest, offsetToTheMinute_isTheTipOfTheZone)
+{
+    const struct
+    {
+        const char* place;
+        const char* label;
+        const char* tip;
+    } rows[] = {
+        {"time_zone2=\"5.5\" utc_minutes=\"330\"", "Time Zone: 6", "UTC+5:30"},
+        {"time_zone2=\"-3.5\" utc_minutes=\"-210\"", "Time Zone: -4", "UTC-3:30"},
+        {"time_zone2=\"0\" utc_minutes=\"-5\"", "Time Zone: 0", "UTC-0:05"},
+        {"time_zone2=\"3\" utc_minutes=\"180\"", "Time Zone: 3", "UTC+3:00"},
+        {"time_zone2=\"5.5\" utc_minutes=\"90\"", "Time Zone: 6", ""},
+        {"time_zone2=\"5.5\"", "Time Zone: 6", ""},
+    };
+    for (const auto& row : rows) {
+        WriteSettings(Changed("time_zone2=\"-6\"", row.place)
+                          .replace(QStringLiteral("useDLS=\"false\""), QStringLiteral("useDLS=\"true\"")));
+        EXPECT_EQ(Window().UpdateEverything(), 1);
+        EXPECT_EQ(Text("LblTimeZ"), QLatin1String(row.label));
+        auto* const label = Window().findChild<QWidget*>(QStringLiteral("LblTimeZ"));
+        EXPECT_EQ(label->toolTip(), QLatin1String(row.tip)) << row.place;
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Description),
+                  QLatin1String(row.tip))
+            << "a screen reader says it too";
+    }
+}
+
 TEST_F(PrayerDisplayTest, markupInAPlace_isShownAsItIs)
 {
     Use("city=\"Chicago\"", "city=\"&lt;b&gt;A &amp; B\"");

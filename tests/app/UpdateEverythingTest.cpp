@@ -122,6 +122,8 @@ INSTANTIATE_TEST_SUITE_P(
                               "latitude_final=\"36.73\"", "SetHorParams 3672 -8765 -360 20 3 2026", 0},
                     ParamsRow{"zoneOfAHalf", "time_zone2=\"-6\"", "time_zone2=\"5.5\"",
                               "SetHorParams 4185 -8765 360 20 3 2026", 0},
+                    ParamsRow{"minutesOfAHalf", "time_zone2=\"-6\"", "time_zone2=\"5.5\" utc_minutes=\"330\"",
+                              "SetHorParams 4185 -8765 330 20 3 2026", 0},
                     ParamsRow{"daylightSaving", "useDLS=\"false\"", "useDLS=\"true\"",
                               "SetHorParams 4185 -8765 -300 20 3 2026", 0},
                     ParamsRow{"fajrAngleOfAHalf", "angle1=\"-15\"", "angle1=\"-17.5\"",

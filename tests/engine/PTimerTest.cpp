@@ -386,6 +386,23 @@ TEST_F(PTimerTest, daylightSaving_isTheUsersAlone)
     EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 60 1 7 2026"));
 }
 
+TEST_F(PTimerTest, minutesBeyondTheZone_reachTheCalculation_andLeaveTheZone)
+{
+    timer.SetupPTimer(0, 0, 6, 0, -1500, -1500, 0, 0, -1, -30);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 330 20 3 2026"));
+    EXPECT_EQ(timer.GetTimeZone(), 6);
+    calculation.calls.clear();
+    timer.SetupPTimer(0, 0, -4, -1, -1500, -1500, 0, 0, -1, 30);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 -150 20 3 2026"));
+    calculation.calls.clear();
+    timer.StartTimer();
+    EXPECT_EQ(TickAt(0, 0).back(), QStringLiteral("Midnight"));
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 -150 20 3 2026"));
+    calculation.calls.clear();
+    timer.SetupPTimer(0, 0, -4, -1, -1500, -1500, 0, 0, -1);
+    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 -180 20 3 2026"));
+}
+
 TEST_F(PTimerTest, tickAtSecondZero_readsTheClockOnce)
 {
     Start();
@@ -420,6 +437,7 @@ TEST_F(PTimerTest, offsetOutOfRange_isAnOverflowOfTheCaller)
 {
     EXPECT_THROW(timer.SetupPTimer(0, 0, 547, 0, 0, 0, 0, 0, -1), RuntimeError);
     EXPECT_THROW(timer.SetupPTimer(0, 0, 546, -1, 0, 0, 0, 0, -1), RuntimeError);
+    EXPECT_THROW(timer.SetupPTimer(0, 0, 546, 0, 0, 0, 0, 0, -1, 30), RuntimeError);
     EXPECT_EQ(timer.GetTimeZone(), 546) << "stored as it came";
 }
 

@@ -61,6 +61,7 @@ QString Text(const Configuration& held)
                        held.LongitudeText,
                        QString::number(held.LongitudeFinal),
                        QString::number(held.ZoneHours),
+                       held.MinutesBeyondZone ? QString::number(*held.MinutesBeyondZone) : QString(),
                        held.ProdID,
                        QString::number(held.FajrAngle),
                        QString::number(held.IshaAngle),
@@ -92,6 +93,7 @@ void CheckConfiguration(FuzzWorld& world)
         return;
     }
     Demand(std::isfinite(held.LatitudeFinal) && std::isfinite(held.LongitudeFinal), "a place has numbers");
+    Demand(std::abs(held.MinutesBeyondZone.value_or(0)) < 60, "an offset lies within an hour of its zone");
     Demand(held.PID == held.ProdID && held.Dstr == held.DistText, "the public copies are copies");
     SimpleXML settings(world.documents);
     Demand(settings.Load(kSettingsFile) && settings.Save(kSettingsFile), "a configuration can be saved");

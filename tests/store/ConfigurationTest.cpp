@@ -237,6 +237,52 @@ TEST_F(ConfigurationTest, commaAndArabicSystems_readNoAdvanceWithAPoint)
     }
 }
 
+TEST_F(ConfigurationTest, utcMinutes_countWithin59MinutesOfTheRoundedZone)
+{
+    constexpr std::optional<std::int16_t> kNone;
+    const struct
+    {
+        const char* zone;
+        const char* attribute;
+        std::optional<std::int16_t> minutesBeyondZone;
+    } rows[] = {
+        {"5.5", "utc_minutes=\"330\"", -30},
+        {"5.75", "utc_minutes=\"345\"", -15},
+        {"4.5", "utc_minutes=\"270\"", 30},
+        {"3.5", "utc_minutes=\"210\"", -30},
+        {"-3.5", "utc_minutes=\"-210\"", 30},
+        {"6", "utc_minutes=\"+330\"", -30},
+        {"6", "utc_minutes=\"0360\"", 0},
+        {"0", "utc_minutes=\"-44\"", -44},
+        {"6", "utc_minutes=\"301\"", -59},
+        {"6", "utc_minutes=\"300\"", kNone},
+        {"6", "utc_minutes=\"419\"", 59},
+        {"6", "utc_minutes=\"420\"", kNone},
+        {"5.5", "", kNone},
+        {"5.5", "utc_minutes=\"\"", kNone},
+        {"5.5", "utc_minutes=\" 330\"", kNone},
+        {"5.5", "utc_minutes=\"330 \"", kNone},
+        {"5.5", "utc_minutes=\"330.0\"", kNone},
+        {"5.5", "utc_minutes=\"5:30\"", kNone},
+        {"5.5", "utc_minutes=\"0x14A\"", kNone},
+        {"5.5", "utc_minutes=\"-+330\"", kNone},
+        {"5.5", "utc_minutes=\"\u0663\u0663\u0660\"", kNone},
+        {"0", "utc_minutes=\"-\"", kNone},
+        {"0", "utc_minutes=\"4294967296\"", kNone},
+    };
+    for (const QLocale& locale : {QLocale::c(), QLocale(QLocale::German, QLocale::Germany)}) {
+        platform.region.locale = locale;
+        for (const auto& row : rows) {
+            SCOPED_TRACE(testing::Message() << row.zone << ' ' << row.attribute);
+            ASSERT_EQ(Load(SettingsText().replace(
+                          Q("time_zone2=\"-6\""),
+                          QStringLiteral("time_zone2=\"%1\" %2").arg(Q(row.zone), Q(row.attribute)))),
+                      0);
+            EXPECT_EQ(held.MinutesBeyondZone, row.minutesBeyondZone);
+        }
+    }
+}
+
 TEST_F(ConfigurationTest, booleans_anyCaseAndNumbers)
 {
     ASSERT_EQ(Load(SettingsText()
