@@ -27,6 +27,7 @@ struct Place
     std::string latitude;
     std::string latitudeFinal;
     std::string zone;
+    std::string utcMinutes; // of a clock that is no whole hour, empty otherwise
 };
 
 struct Reference
@@ -69,6 +70,11 @@ constexpr std::array kZoneTable{
     Reference{"Sydney", "-3352+15113"},        Reference{"Tashkent", "+4120+06918"},
     Reference{"Tokyo", "+353916+1394441"},     Reference{"Toronto", "+4339-07923"},
     Reference{"Tripoli", "+3254+01311"},       Reference{"Tunis", "+3648+01011"},
+    Reference{"Kolkata", "+2232+08822"},       Reference{"Colombo", "+0656+07951"},
+    Reference{"Tehran", "+3540+05126"},        Reference{"Kabul", "+3431+06912"},
+    Reference{"Kathmandu", "+2743+08519"},     Reference{"Yangon", "+1647+09610"},
+    Reference{"St_Johns", "+4734-05243"},      Reference{"Adelaide", "-3455+13835"},
+    Reference{"Darwin", "-1228+13050"},
 };
 
 // The largest difference is 0.080 degrees (Tashkent), which is 19 seconds of time.
@@ -83,11 +89,14 @@ struct Zone
 // Standard time in release 2026f of the tz database, where the law changed of late or people tend to expect
 // another.
 constexpr std::array kZones{
-    Zone{"Almaty", "5"},       Zone{"Amman", "3"},      Zone{"Baghdad", "3"},  Zone{"Beijing", "8"},
-    Zone{"Cairo", "2"},        Zone{"Casablanca", "0"}, Zone{"Damascus", "3"}, Zone{"Gaza", "2"},
-    Zone{"Istanbul", "3"},     Zone{"Karachi", "5"},    Zone{"Khartoum", "2"}, Zone{"London", "0"},
-    Zone{"Los_Angeles", "-8"}, Zone{"Makkah", "3"},     Zone{"Moscow", "3"},   Zone{"New_York", "-5"},
-    Zone{"Sao_Paulo", "-3"},   Zone{"Singapore", "8"},  Zone{"Sydney", "10"},  Zone{"Tripoli", "2"},
+    Zone{"Almaty", "5"},       Zone{"Amman", "3"},      Zone{"Baghdad", "3"},     Zone{"Beijing", "8"},
+    Zone{"Cairo", "2"},        Zone{"Casablanca", "0"}, Zone{"Damascus", "3"},    Zone{"Gaza", "2"},
+    Zone{"Istanbul", "3"},     Zone{"Karachi", "5"},    Zone{"Khartoum", "2"},    Zone{"London", "0"},
+    Zone{"Los_Angeles", "-8"}, Zone{"Makkah", "3"},     Zone{"Moscow", "3"},      Zone{"New_York", "-5"},
+    Zone{"Sao_Paulo", "-3"},   Zone{"Singapore", "8"},  Zone{"Sydney", "10"},     Zone{"Tripoli", "2"},
+    Zone{"Kolkata", "5.5"},    Zone{"Colombo", "5.5"},  Zone{"Tehran", "3.5"},    Zone{"Kabul", "4.5"},
+    Zone{"Kathmandu", "5.75"}, Zone{"Yangon", "6.5"},   Zone{"St_Johns", "-3.5"}, Zone{"Adelaide", "9.5"},
+    Zone{"Darwin", "9.5"},
 };
 
 struct Region
@@ -101,17 +110,19 @@ const std::vector<Region> kRegions{
     {"Levant and Iraq", {"Amman", "Beirut", "Damascus", "Gaza", "Jerusalem", "Baghdad"}},
     {"Turkey and the Caucasus", {"Istanbul", "Ankara", "Baku"}},
     {"Central Asia", {"Tashkent", "Almaty", "Dushanbe", "Bishkek", "Ashgabat"}},
-    {"South Asia", {"Karachi", "Lahore", "Dhaka", "Male"}},
-    {"South-East Asia", {"Jakarta", "Kuala_Lumpur", "Singapore", "Manila", "Bangkok"}},
+    {"Iran and Afghanistan", {"Tehran", "Mashhad", "Isfahan", "Kabul", "Kandahar", "Herat"}},
+    {"South Asia",
+     {"Karachi", "Lahore", "Dhaka", "Male", "Mumbai", "Delhi", "Kolkata", "Chennai", "Kathmandu", "Colombo"}},
+    {"South-East Asia", {"Jakarta", "Kuala_Lumpur", "Singapore", "Manila", "Bangkok", "Yangon", "Mandalay"}},
     {"East Asia", {"Beijing", "Xian", "Tokyo"}},
     {"North Africa", {"Cairo", "Tunis", "Algiers", "Casablanca", "Tripoli", "Khartoum"}},
     {"West Africa", {"Dakar", "Lagos", "Kano", "Bamako", "Niamey"}},
     {"East Africa", {"Addis_Ababa", "Mogadishu", "Nairobi", "Dar_es_Salaam"}},
     {"Southern Africa", {"Cape_Town", "Durban", "Johannesburg"}},
     {"Europe", {"London", "Paris", "Berlin", "Sarajevo", "Moscow"}},
-    {"North America", {"New_York", "Chicago", "Toronto"}},
+    {"North America", {"New_York", "Chicago", "Toronto", "St_Johns"}},
     {"South America", {"Sao_Paulo", "Paramaribo"}},
-    {"Oceania", {"Sydney", "Melbourne", "Auckland"}},
+    {"Oceania", {"Sydney", "Melbourne", "Adelaide", "Darwin", "Auckland"}},
 };
 
 std::string Lower(std::string text)
@@ -143,13 +154,15 @@ protected:
         const pugi::xml_parse_result result = m_document.load_file(DUSKBEACON_SHIPPED_SETTINGS);
         ASSERT_TRUE(result) << result.description();
         for (const pugi::xml_node& node : m_document.child("root").child("locations").children()) {
-            EXPECT_EQ(std::distance(node.attributes_begin(), node.attributes_end()), 8) << node.name();
+            EXPECT_EQ(std::distance(node.attributes_begin(), node.attributes_end()),
+                      node.attribute("utc_minutes") ? 9 : 8)
+                << node.name();
             const auto value = [&node](const char* name) {
                 return std::string(node.attribute(name).value());
             };
             m_places.push_back({node.name(), value("atlas_id"), value("city"), value("state"),
                                 value("longitude"), value("longitude_final"), value("latitude"),
-                                value("latitude_final"), value("time_zone2")});
+                                value("latitude_final"), value("time_zone2"), value("utc_minutes")});
         }
         ASSERT_FALSE(m_places.empty());
     }
@@ -166,10 +179,14 @@ protected:
     std::vector<Place> m_places;
 };
 
-TEST_F(ShippedPlaces, number_isAboutEighty)
+TEST_F(ShippedPlaces, numbers_areThoseOfThePage)
 {
-    EXPECT_GE(m_places.size(), 80U);
-    EXPECT_LE(m_places.size(), 90U);
+    std::set<std::string> states;
+    for (const Place& place : m_places) {
+        states.insert(place.state);
+    }
+    EXPECT_EQ(m_places.size(), 130U);
+    EXPECT_EQ(states.size(), 71U) << "Jerusalem and 70 countries";
 }
 
 TEST_F(ShippedPlaces, regions_allHaveTheirLargerCities)
@@ -193,8 +210,8 @@ TEST_F(ShippedPlaces, name_isTheCityAsADistinctXmlName)
     std::set<std::string> names;
     for (const Place& place : m_places) {
         EXPECT_TRUE(std::regex_match(place.name, plainName)) << place.name;
-        std::string derived = std::regex_replace(place.city, std::regex(" "), "_");
-        derived = std::regex_replace(derived, std::regex("'"), "");
+        std::string derived = std::regex_replace(place.city, std::regex("[.']"), "");
+        derived = std::regex_replace(derived, std::regex("[ -]"), "_");
         EXPECT_EQ(place.name, derived);
         EXPECT_TRUE(names.insert(Lower(place.name)).second) << place.name;
     }
@@ -212,7 +229,7 @@ TEST_F(ShippedPlaces, atlasId_isDistinctAndNeedsNoEscapeInAnAddress)
 
 TEST_F(ShippedPlaces, cityAndState_areShown)
 {
-    const std::regex words("[A-Z][A-Za-z' -]*[a-z]");
+    const std::regex words("[A-Z][A-Za-z.' -]*[a-z]");
     for (const Place& place : m_places) {
         EXPECT_TRUE(std::regex_match(place.city, words)) << place.name;
         EXPECT_TRUE(std::regex_match(place.state, words)) << place.name;
@@ -258,14 +275,26 @@ TEST_F(ShippedPlaces, coordinates_agreeWithTheZoneTable)
     RecordProperty("largest_difference_in_degrees", std::to_string(largest));
 }
 
-TEST_F(ShippedPlaces, zone_isAWholeHourNearTheSun)
+TEST_F(ShippedPlaces, zone_isNearTheSun)
 {
     // The clock follows the sun to within 19 degrees everywhere here (Madrid: 18.7): a wrong sign would show.
-    const std::regex wholeHours("0|-?[1-9]\\d?");
     for (const Place& place : m_places) {
-        ASSERT_TRUE(std::regex_match(place.zone, wholeHours)) << place.name;
         EXPECT_LE(std::abs(std::stod(place.longitudeFinal) - 15.0 * std::stod(place.zone)), 19.0)
             << place.name;
+    }
+}
+
+TEST_F(ShippedPlaces, zone_isAWholeHourOrHasItsMinutes)
+{
+    const std::regex wholeHours("0|-?[1-9]\\d?");
+    const std::regex quarters("-?\\d+\\.(25|5|75)");
+    for (const Place& place : m_places) {
+        if (place.utcMinutes.empty()) {
+            EXPECT_TRUE(std::regex_match(place.zone, wholeHours)) << place.name;
+            continue;
+        }
+        EXPECT_TRUE(std::regex_match(place.zone, quarters)) << place.name;
+        EXPECT_EQ(place.utcMinutes, std::to_string(std::lround(std::stod(place.zone) * 60.0))) << place.name;
     }
 }
 
