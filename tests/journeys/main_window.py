@@ -10,7 +10,7 @@ import screen
 
 TITLE = "Dusk Beacon v1.0.5"
 PRAYERS = ["Fajr:", "Shuruq:", "Duhr:", "Asr:", "Maghrib:", "Isha:"]
-LATITUDE, LONGITUDE, ZONE = 41.85, -87.65, -6
+PLACE, ZONE = (41.85, -87.65), -6  # degrees, north and east positive
 
 SETTINGS = """<?xml version="1.0"?>
 <root>
@@ -46,8 +46,11 @@ def with_alerts(popup=(), silent=(), warning=None, pid="P-77"):
     return settings
 
 
-def expected_times(date, angles=(-15, -15), shadow_length=1, zone=ZONE):
-    """Six times to a minute, by the low-precision sun of the Astronomical Almanac, page C5; not by the program's code."""
+def expected_times(date, angles=(-15, -15), shadow_length=1, zone=ZONE, place=PLACE):
+    """Six times in minutes to some seconds, by the low-precision sun of the Astronomical Almanac, page C5; not by the program's
+    code."""
+    latitude, east = math.radians(place[0]), place[1]
+
     def sun(hours):
         days = (datetime.datetime(date.year, date.month, date.day) - datetime.datetime(2000, 1, 1, 12)).total_seconds() / 86400
         n = days + (hours - zone) / 24
@@ -59,10 +62,9 @@ def expected_times(date, angles=(-15, -15), shadow_length=1, zone=ZONE):
         return math.asin(math.sin(obliquity) * math.sin(longitude)), ((mean - ascension + 180) % 360 - 180) * 4
 
     def at_altitude(altitude, side, hours):
-        latitude = math.radians(LATITUDE)
         for _ in range(5):
             declination, equation = sun(hours)
-            noon = 12 + zone - LONGITUDE / 15 - equation / 60
+            noon = 12 + zone - east / 15 - equation / 60
             height = altitude(declination)
             angle = math.degrees(math.acos((math.sin(height) - math.sin(latitude) * math.sin(declination)) /
                                            (math.cos(latitude) * math.cos(declination))))
@@ -73,9 +75,9 @@ def expected_times(date, angles=(-15, -15), shadow_length=1, zone=ZONE):
         return lambda declination: math.radians(degrees)
 
     def shadow(declination):
-        return math.atan(1 / (shadow_length + math.tan(abs(math.radians(LATITUDE) - declination))))
+        return math.atan(1 / (shadow_length + math.tan(abs(latitude - declination))))
 
-    noon = (12 + zone - LONGITUDE / 15 - sun(12)[1] / 60) * 60
+    noon = (12 + zone - east / 15 - sun(12)[1] / 60) * 60
     return [at_altitude(fixed(angles[0]), -1, 6), at_altitude(fixed(-0.833), -1, 6), noon, at_altitude(shadow, 1, 15),
             at_altitude(fixed(-0.833), 1, 18), at_altitude(fixed(angles[1]), 1, 19)]
 
@@ -120,11 +122,11 @@ def advertisement(program):
         return file.read().decode("cp1252")
 
 
-def check_times(main, date, angles=(-15, -15), shadow_length=1, zone=ZONE):
-    """Those of the day and of these choices are shown; answers them in minutes of the day."""
+def check_times(main, date, angles=(-15, -15), shadow_length=1, zone=ZONE, place=PLACE, tolerance=1.5):
+    """Those of the day and of these choices are shown, within so many minutes; answers them in minutes of the day."""
     # The scheduler takes whole degrees, a half to the even neighbour.
-    due = expected_times(date, [round(angle) for angle in angles], shadow_length, zone)
+    due = expected_times(date, [round(angle) for angle in angles], shadow_length, zone, place)
     shown = main.times()
     for name, text, expected in zip(PRAYERS, shown, due):
-        assert abs(minutes(text) - expected) <= 1.5, f"{name} {text}, expected about {clock(round(expected))}"
+        assert abs(minutes(text) - expected) <= tolerance, f"{name} {text}, expected about {clock(round(expected))}"
     return [minutes(text) for text in shown]
