@@ -6,6 +6,7 @@
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 #include "store/Configuration.h"
 
 #include <QApplication>
@@ -39,7 +40,7 @@ public:
             qFatal("The shipped settings.xml can't be put in place");
         }
         m_forms.Register(FrmAlerts::kName,
-                         [this] { return std::make_unique<FrmAlerts>(m_forms, m_documents); });
+                         [this] { return std::make_unique<FrmAlerts>(m_forms, m_documents, m_signup); });
         m_forms.SetMain(m_main);
     }
     [[nodiscard]] QByteArray Settings() const
@@ -61,6 +62,7 @@ private:
     FileStore& m_files;
     DomDocuments m_documents{m_files, m_platform.http};
     Forms m_forms{m_platform.doors};
+    MobileSignup m_signup{m_forms, m_documents};
     SilentMain m_main;
 };
 
