@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/CurlTransfer.h"
 
-#include <curl/curl.h>
-
 #include <algorithm>
 #include <iterator>
 
@@ -11,10 +9,7 @@ namespace {
 
 constexpr int kMostRedirects = 10;
 constexpr qint64 kLongestHead = 256LL * 1024;
-constexpr int kLongestPollMilliseconds = 1000;
 
-using EasyHandle = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
-using MultiHandle = std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)>;
 using UrlHandle = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
@@ -63,6 +58,15 @@ bool IsLoopback(const QByteArray& host)
            host == "[::1]";
 }
 
+// Just before a request is sent. libcurl sends it again by itself where a kept connection dies before the
+// first line of the reply, and never otherwise; with this it does so on a fresh connection and not on another
+// kept one, hence only once.
+int OnRequest(void* easy, char* /*remoteIp*/, char* /*localIp*/, int /*remotePort*/, int /*localPort*/)
+{
+    curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
+    return CURL_PREREQFUNC_OK;
+}
+
 } // namespace
 
 QByteArray WireUrl(const QString& url)
@@ -70,64 +74,28 @@ QByteArray WireUrl(const QString& url)
     return Escaped(url.toUtf8());
 }
 
-struct CurlTransfer::Handles
-{
-    // The easy handle goes first: it is inside the other while it works.
-    MultiHandle multi{curl_multi_init(), &curl_multi_cleanup};
-    EasyHandle easy{curl_easy_init(), &curl_easy_cleanup};
-    HeaderList headers{nullptr, &curl_slist_free_all};
-};
-
 CurlTransfer::CurlTransfer(const QString& url, const HttpLimits& limits, const QByteArray& certificates)
     : m_url(WireUrl(url))
     , m_limits(limits)
     , m_certificates(certificates)
-    , m_handles(std::make_unique<Handles>())
 {
 }
 
-CurlTransfer::~CurlTransfer() = default;
-
-void CurlTransfer::Cancel()
+bool CurlTransfer::Prepare()
 {
-    m_cancelled = true;
-    curl_multi_wakeup(m_handles->multi.get());
-}
-
-Http::Reply CurlTransfer::Run()
-{
-    m_total.setRemainingTime(m_limits.totalMilliseconds);
-    for (int redirects = 0; redirects <= kMostRedirects; ++redirects) {
-        const bool isWhole = Request(false);
-        if (!m_isRedirect) {
-            return isWhole ? Http::Reply(m_body) : std::nullopt;
-        }
-        if (!FollowRedirect()) {
-            return std::nullopt;
-        }
+    if (m_total.isForever()) {
+        m_total.setRemainingTime(m_limits.totalMilliseconds);
     }
-    return std::nullopt;
-}
-
-bool CurlTransfer::Reach()
-{
-    m_total.setRemainingTime(m_limits.totalMilliseconds);
-    m_onlyReach = true;
-    Request(true);
-    return m_answered;
-}
-
-bool CurlTransfer::Request(bool asksAnew)
-{
     m_body.clear();
     m_headBytes = 0;
     m_isRedirect = false;
-    CURL* const easy = m_handles->easy.get();
-    if (easy == nullptr || m_handles->multi == nullptr) {
+    CURL* const easy = m_easy.get();
+    if (easy == nullptr || m_total.hasExpired()) {
         return false;
     }
     curl_easy_reset(easy);
     SetTarget();
+    SetLimits();
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "DuskBeacon/1.0.5");
@@ -137,6 +105,8 @@ bool CurlTransfer::Request(bool asksAnew)
     curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     // A look-up of a name can't be interrupted; given up, it ends by itself and holds up nobody.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &OnRequest);
+    curl_easy_setopt(easy, CURLOPT_PREREQDATA, easy);
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &CurlTransfer::OnHeader);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &CurlTransfer::OnBody);
@@ -144,17 +114,36 @@ bool CurlTransfer::Request(bool asksAnew)
     if (!m_certificates.isEmpty()) {
         curl_easy_setopt(easy, CURLOPT_CAINFO, m_certificates.constData());
     }
-    if (asksAnew) {
-        // A cache on the way would answer although the world can't be reached.
-        m_handles->headers.reset(curl_slist_append(nullptr, "Cache-Control: no-cache"));
-        curl_easy_setopt(easy, CURLOPT_HTTPHEADER, m_handles->headers.get());
+    return true;
+}
+
+bool CurlTransfer::Reach()
+{
+    m_onlyReach = true;
+    if (!Prepare()) {
+        return false;
     }
-    return Perform();
+    CURL* const easy = m_easy.get();
+    // A cache on the way would answer although the world can't be reached.
+    const HeaderList headers(curl_slist_append(nullptr, "Cache-Control: no-cache"), &curl_slist_free_all);
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers.get());
+    curl_easy_perform(easy);
+    return m_answered;
+}
+
+void CurlTransfer::SetLimits()
+{
+    CURL* const easy = m_easy.get();
+    const auto left = static_cast<long>(std::max<qint64>(m_total.remainingTime(), 1));
+    curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, left);
+    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(m_limits.connectMilliseconds));
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, static_cast<long>(m_limits.silenceSeconds));
 }
 
 void CurlTransfer::SetTarget()
 {
-    CURL* const easy = m_handles->easy.get();
+    CURL* const easy = m_easy.get();
     const QByteArray host = UrlPart(m_url, CURLUPART_HOST);
     if (IsLoopback(host)) {
         // What the environment says of proxies is not meant for this computer itself.
@@ -179,40 +168,13 @@ void CurlTransfer::SetTarget()
                      (target.startsWith('/') ? target : '/' + target).constData());
 }
 
-int CurlTransfer::MillisecondsLeft() const
-{
-    return static_cast<int>(std::min(m_total.remainingTime(), m_silence.remainingTime()));
-}
-
-bool CurlTransfer::Perform()
-{
-    CURLM* const multi = m_handles->multi.get();
-    CURL* const easy = m_handles->easy.get();
-    curl_multi_add_handle(multi, easy);
-    m_silence.setRemainingTime(m_limits.silenceMilliseconds);
-    bool isWhole = false;
-    int running = 1;
-    while (running > 0 && !m_cancelled) {
-        if (curl_multi_perform(multi, &running) != CURLM_OK) {
-            break;
-        }
-        int left = 0;
-        if (const CURLMsg* const message = curl_multi_info_read(multi, &left); message != nullptr) {
-            isWhole = message->msg == CURLMSG_DONE && message->data.result == CURLE_OK;
-            break;
-        }
-        const int wait = MillisecondsLeft();
-        if (wait == 0) {
-            break;
-        }
-        curl_multi_poll(multi, nullptr, 0, std::min(wait, kLongestPollMilliseconds), nullptr);
-    }
-    curl_multi_remove_handle(multi, easy);
-    return isWhole;
-}
-
+// By hand: libcurl would wait for the body of a redirect, whatever its size, follow a way that leads from
+// http over https back to http, and send a request target of ours to each server on it.
 bool CurlTransfer::FollowRedirect()
 {
+    if (!m_isRedirect || ++m_redirects > kMostRedirects) {
+        return false;
+    }
     // A fragment of a redirect is the browser's business, unlike a "#" of ours.
     const QByteArray target =
         WithoutFragment(UrlPart(WithoutFragment(m_url), CURLUPART_URL, Escaped(m_location)));
@@ -227,13 +189,12 @@ bool CurlTransfer::FollowRedirect()
 long CurlTransfer::Status() const
 {
     long status = 0;
-    curl_easy_getinfo(m_handles->easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     return status;
 }
 
 bool CurlTransfer::TakeHeader(const QByteArray& line)
 {
-    m_silence.setRemainingTime(m_limits.silenceMilliseconds);
     m_headBytes += line.size();
     if (line.startsWith("HTTP/")) {
         m_answered = true;
@@ -257,7 +218,6 @@ std::size_t CurlTransfer::OnHeader(char* bytes, std::size_t size, std::size_t co
 std::size_t CurlTransfer::OnBody(char* bytes, std::size_t size, std::size_t count, void* self)
 {
     auto& transfer = *static_cast<CurlTransfer*>(self);
-    transfer.m_silence.setRemainingTime(transfer.m_limits.silenceMilliseconds);
     const std::size_t taken = size * count;
     const auto length = static_cast<qsizetype>(taken);
     if (transfer.m_body.size() + length > transfer.m_limits.bytes) {

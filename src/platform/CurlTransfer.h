@@ -6,53 +6,51 @@
 
 #include <QDeadlineTimer>
 
-#include <atomic>
+#include <curl/curl.h>
+
 #include <memory>
 
-/// A URL as it goes over the wire: blanks, control and non-ASCII characters escaped (as UTF-8), every other
-/// byte as it stands.
+/// A URL as it goes over the wire: white space, control and non-ASCII characters escaped (as UTF-8), every
+/// other byte as it stands.
 [[nodiscard]] QByteArray WireUrl(const QString& url);
 
-/// One GET over libcurl, its redirects included. Made once, run once, on any thread.
+/// One GET over libcurl, one request for each redirect on its way. Made once, run once.
 class CurlTransfer final
 {
 public:
     /// @param certificates file of the authorities to trust; empty for the system's
     CurlTransfer(const QString& url, const HttpLimits& limits, const QByteArray& certificates);
-    ~CurlTransfer();
     CurlTransfer(const CurlTransfer&) = delete;
     CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-    /// Blocks until the reply is whole, a limit is passed or the transfer is cancelled.
-    [[nodiscard]] Http::Reply Run();
-    /// Blocks until the first line of any HTTP reply is there; its body is not waited for.
+    /// Sets the handle up for the next request; false if there is no memory or no time left for one. The time
+    /// of the whole transfer runs from the first call.
+    [[nodiscard]] bool Prepare();
+    /// nullptr if there was no memory for one.
+    [[nodiscard]] CURL* Handle() const { return m_easy.get(); }
+    /// After a request: true if its reply is a redirect that may be followed; Prepare is next then.
+    [[nodiscard]] bool FollowRedirect();
+    /// What came in reply to the last request.
+    [[nodiscard]] const QByteArray& Body() const { return m_body; }
+
+    /// In place of all these: one request on a connection of its own, past every cache. Blocks until the
+    /// first line of an HTTP reply is there, or the request has failed.
     [[nodiscard]] bool Reach();
-    /// Ends the transfer at once, or before it begins. From any thread.
-    void Cancel();
 
 private:
-    struct Handles;
-
-    /// One request and its reply; true if the reply is whole.
-    bool Request(bool asksAnew);
     void SetTarget();
-    bool Perform();
-    [[nodiscard]] int MillisecondsLeft() const;
-    /// Goes to where the reply sends us; false if that is not allowed.
-    bool FollowRedirect();
-
-    static std::size_t OnHeader(char* bytes, std::size_t size, std::size_t count, void* self);
-    static std::size_t OnBody(char* bytes, std::size_t size, std::size_t count, void* self);
+    void SetLimits();
     [[nodiscard]] bool TakeHeader(const QByteArray& line);
     [[nodiscard]] long Status() const;
+    static std::size_t OnHeader(char* bytes, std::size_t size, std::size_t count, void* self);
+    static std::size_t OnBody(char* bytes, std::size_t size, std::size_t count, void* self);
 
     QByteArray m_url;
     HttpLimits m_limits;
     QByteArray m_certificates;
-    std::unique_ptr<Handles> m_handles;
-    std::atomic<bool> m_cancelled = false;
-    QDeadlineTimer m_total;
-    QDeadlineTimer m_silence;
+    std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> m_easy{curl_easy_init(), &curl_easy_cleanup};
+    QDeadlineTimer m_total = QDeadlineTimer(QDeadlineTimer::Forever);
+    int m_redirects = 0;
 
     QByteArray m_body;
     qint64 m_headBytes = 0;

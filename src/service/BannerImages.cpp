@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10'000, 10'000};
+constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10, 10'000};
 // Faster than this nobody sees it, and a clock has better things to do.
 constexpr int kShortestFrameMilliseconds = 50;
 // All pictures that move, together: about two hundredths of a slow core.

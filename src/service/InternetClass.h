@@ -18,7 +18,7 @@ public:
     {
     }
 
-    /// Whether a public web site could be reached. Blocks for as long as the request takes, at most 5
+    /// Whether a public web site could be reached. Blocks for as long as the request takes, at most 3
     /// seconds.
     [[nodiscard]] bool VerifyConnectivity() const;
 

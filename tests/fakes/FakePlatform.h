@@ -125,6 +125,10 @@ public:
         }
         return std::nullopt;
     }
+    void Notify(const QString& url, const HttpLimits& asked) override
+    {
+        static_cast<void>(Fetch(url, asked));
+    }
     void FetchInBackground(const QString& url, const HttpLimits& asked, QObject* /*context*/,
                            std::function<void(Reply)> done) override
     {
@@ -145,7 +149,7 @@ public:
     HttpLimits limits{};
     HttpLimits backgroundLimits{};
     std::vector<std::function<void(Reply)>> backgroundDone;
-    /// Runs inside the next Fetch, as events do in the real one.
+    /// Runs inside the next Fetch or Notify, as events do in the real one.
     std::function<void()> whileWaiting;
 };
 

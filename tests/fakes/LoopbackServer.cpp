@@ -3,6 +3,7 @@
 #include "fakes/LoopbackServer.h"
 
 #include <arpa/inet.h>
+#include <linux/filter.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -22,10 +23,11 @@ bool IsReady(int socket, short events, int stop, int milliseconds)
 
 } // namespace
 
-LoopbackServer::Connection::Connection(LoopbackServer& server, int socket, QByteArray request)
+LoopbackServer::Connection::Connection(LoopbackServer& server, int socket, QByteArray request, int number)
     : m_server(server)
     , m_socket(socket)
     , m_request(std::move(request))
+    , m_number(number)
 {
 }
 
@@ -58,6 +60,21 @@ bool LoopbackServer::Connection::Reply(const QByteArray& body, const QByteArray&
 {
     return Send("HTTP/1.1 " + status + "\r\nContent-Type: text/xml\r\nContent-Length: " +
                 QByteArray::number(body.size()) + "\r\nConnection: close\r\n" + headers + "\r\n" + body);
+}
+
+bool LoopbackServer::Connection::Keep(const QByteArray& body)
+{
+    m_isKept = true;
+    return Send("HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(body.size()) + "\r\n\r\n" + body);
+}
+
+void LoopbackServer::Connection::Swallow() const
+{
+    sock_filter nothing = BPF_STMT(BPF_RET | BPF_K, 0);
+    const sock_fprog program{1, &nothing};
+    if (::setsockopt(m_socket, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program) != 0) {
+        qFatal("the connection can't be made deaf");
+    }
 }
 
 bool LoopbackServer::Connection::Wait(int milliseconds)
@@ -130,12 +147,13 @@ void LoopbackServer::Accept()
         const int socket = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket >= 0) {
             ++m_open;
+            ++m_count;
             m_connections.emplace_back([this, socket] { Serve(socket); });
         }
     }
 }
 
-void LoopbackServer::Serve(int socket)
+QByteArray LoopbackServer::ReadHead(int socket) const
 {
     QByteArray request;
     while (!request.contains("\r\n\r\n") && request.size() < kLongestHead &&
@@ -147,13 +165,24 @@ void LoopbackServer::Serve(int socket)
         }
         request.append(buffer, count);
     }
-    if (request.contains("\r\n\r\n")) {
+    return request;
+}
+
+void LoopbackServer::Serve(int socket)
+{
+    bool isKept = true;
+    for (int number = 1; isKept; ++number) {
+        const QByteArray request = ReadHead(socket);
+        if (!request.contains("\r\n\r\n")) {
+            break;
+        }
         {
             const std::lock_guard lock(m_mutex);
             m_requests.push_back(request);
         }
-        Connection connection(*this, socket, request);
+        Connection connection(*this, socket, request, number);
         m_handler(connection);
+        isKept = connection.IsKept();
     }
     ::shutdown(socket, SHUT_WR);
     ::close(socket);

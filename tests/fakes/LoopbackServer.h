@@ -16,16 +16,19 @@
 class LoopbackServer final
 {
 public:
-    /// One request and the way to answer it. Lives as long as the handler runs; the connection closes then.
+    /// One request and the way to answer it. Lives as long as the handler runs; the connection closes then,
+    /// or waits for another request if it is to be kept.
     class Connection final
     {
     public:
-        Connection(LoopbackServer& server, int socket, QByteArray request);
+        Connection(LoopbackServer& server, int socket, QByteArray request, int number);
         Connection(const Connection&) = delete;
         Connection& operator=(const Connection&) = delete;
 
         /// The bytes as they came, up to and including the blank line.
         [[nodiscard]] const QByteArray& Request() const { return m_request; }
+        /// 1 for the first request on its connection.
+        [[nodiscard]] int Number() const { return m_number; }
         /// What stands between the method and the version of the request line.
         [[nodiscard]] QByteArray Target() const;
         /// False once the other side or the test has had enough.
@@ -33,6 +36,12 @@ public:
         /// A whole reply with its length.
         bool Reply(const QByteArray& body, const QByteArray& status = "200 OK",
                    const QByteArray& headers = QByteArray());
+        /// The same; the connection stays open for another request.
+        bool Keep(const QByteArray& body);
+        [[nodiscard]] bool IsKept() const { return m_isKept; }
+        /// From now on nothing that comes in is acknowledged, as behind a router that has forgotten the
+        /// connection.
+        void Swallow() const;
         /// Waits until the time is over; false as soon as the other side closes or the test ends.
         bool Wait(int milliseconds);
 
@@ -40,6 +49,8 @@ public:
         LoopbackServer& m_server;
         int m_socket = -1;
         QByteArray m_request;
+        int m_number = 0;
+        bool m_isKept = false;
     };
     using Handler = std::function<void(Connection&)>;
 
@@ -56,6 +67,8 @@ public:
     [[nodiscard]] std::vector<QByteArray> Requests() const;
     /// The first lines of them.
     [[nodiscard]] std::vector<QByteArray> RequestLines() const;
+    /// Connections so far.
+    [[nodiscard]] int Connections() const { return m_count; }
     /// Connections that are open now.
     [[nodiscard]] int Open() const { return m_open; }
 
@@ -72,6 +85,7 @@ public:
 private:
     void Accept();
     void Serve(int socket);
+    [[nodiscard]] QByteArray ReadHead(int socket) const;
 
     Handler m_handler;
     int m_listener = -1;
@@ -79,6 +93,7 @@ private:
     quint16 m_port = 0;
     std::atomic<bool> m_stopping = false;
     std::atomic<int> m_open = 0;
+    std::atomic<int> m_count = 0;
     mutable std::mutex m_mutex;
     std::vector<QByteArray> m_requests;
     std::vector<std::thread> m_connections;

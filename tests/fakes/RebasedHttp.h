@@ -23,6 +23,10 @@ public:
     {
         return m_http.Fetch(Rebased(url), m_limits);
     }
+    void Notify(const QString& url, const HttpLimits& /*limits*/) override
+    {
+        m_http.Notify(Rebased(url), m_limits);
+    }
     void FetchInBackground(const QString& url, const HttpLimits& /*limits*/, QObject* context,
                            std::function<void(Reply)> done) override
     {

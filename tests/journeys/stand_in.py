@@ -62,6 +62,10 @@ class Service:
         """All requests to the service in the order of their arrival; the probes of the network aren't among them."""
         return [line for line in self._lines() if line.startswith(START)]
 
+    def connections(self):
+        """Over how many connections those requests came."""
+        return self._lines().count("connection")
+
     def probes(self):
         return sum(line.startswith("http://") for line in self._lines())
 

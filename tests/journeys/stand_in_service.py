@@ -3,8 +3,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """A stand-in for the remote service, on the loopback only.
 
-Speaks the whole protocol with a small table of cities. Prints the port it listens on, then one line per request, so that a
-test can wait for what was asked. `--set NAME=VALUE` changes a reply, `--fault SCRIPT=HOW` makes one script misbehave; both
+Speaks the whole protocol with a small table of cities, and keeps its connections. Prints the port it listens on, then one
+line per request, so that a test can wait for what was asked, and "connection" before the first one on each connection. `--set NAME=VALUE` changes a reply, `--fault SCRIPT=HOW` makes one script misbehave; both
 can be changed while it runs by a request for /control?set=NAME=VALUE or /control?fault=SCRIPT=HOW. It ends by itself
 after --seconds. As a proxy (http_proxy=http://127.0.0.1:PORT) it answers for every other host, so that the program finds a
 network; the fault probe=refuse takes the network away. What the protocol doesn't know gets 404 and no document.
@@ -41,8 +41,11 @@ CITIES = [
 STATES = sorted({city[3] for city in CITIES})
 
 
+SERVICE = "/cgi-bin/dbeacon/"
+
+
 def address(script):
-    return f"/cgi-bin/dbeacon/{'ma/' if script == 'confirmSignup.pl' else ''}{script}"
+    return f"{SERVICE}{'ma/' if script == 'confirmSignup.pl' else ''}{script}"
 
 
 def element(name, **attributes):
@@ -148,6 +151,9 @@ class Handler(BaseHTTPRequestHandler):
     service = Service()
     protocol_version = "HTTP/1.1"
 
+    disable_nagle_algorithm = True  # a reply on a kept connection would wait for the client's acknowledgement
+    is_first = True  # on this connection
+
     def log_message(self, *_):
         pass
 
@@ -156,9 +162,14 @@ class Handler(BaseHTTPRequestHandler):
         for name, value in headers:
             self.send_header(name, value)
         self.send_header("Content-Length", str(len(body)))
-        self.send_header("Connection", "close")
         self.end_headers()
         self.wfile.write(body)
+
+    def send_endless(self):
+        """The head of a reply that only the end of the connection ends."""
+        self.close_connection = True
+        self.send_response(200)
+        self.end_headers()
 
     def do_CONNECT(self):
         """Stands in for a proxy too, and for all that lies behind it: the probe of the network ends here."""
@@ -178,12 +189,14 @@ class Handler(BaseHTTPRequestHandler):
             self.service.change(query)
             self.send(b"ok")
             return
+        if self.is_first and parts.path.startswith(SERVICE) and not self.path.startswith("http"):
+            print("connection", flush=True)
+            self.is_first = False
         print(unquote(self.path), flush=True)
         if self.path.startswith("http") and self.service.faults.get("probe", "ok") != "ok":
             self.close_connection = True
             return
         script = parts.path.rsplit("/", 1)[-1]
-        self.close_connection = True
         try:
             body = self.service.reply(script, query) if parts.path == address(script) else None
             if body is None and self.path.startswith("http"):
@@ -195,7 +208,7 @@ class Handler(BaseHTTPRequestHandler):
             is_inside = isinstance(self.connection, ssl.SSLSocket)
             self.misbehave(script, "ok" if is_inside and how == "certificate" else how, body)
         except (BrokenPipeError, ConnectionResetError):
-            pass
+            self.close_connection = True
 
     def wait_for_mercy(self, script, how, seconds=300):
         """Waits until the script is to behave otherwise, and answers whether it came to that."""
@@ -209,13 +222,13 @@ class Handler(BaseHTTPRequestHandler):
     def misbehave(self, script, how, body):
         data = body.encode("utf-8")
         if how == "refuse":
+            self.close_connection = True
             self.connection.close()
         elif how == "hang":
             self.wait_for_mercy(script, how)
             self.send(data)
         elif how == "drip":
-            self.send_response(200)
-            self.end_headers()
+            self.send_endless()
             for byte in data * 100:
                 self.wfile.write(bytes([byte]))
                 self.wfile.flush()
@@ -231,8 +244,7 @@ class Handler(BaseHTTPRequestHandler):
                     self.wfile.write(data[sent + 1:])
                     break
         elif how == "flood":
-            self.send_response(200)
-            self.end_headers()
+            self.send_endless()
             for _ in range(1000):
                 self.wfile.write(b"<x/>" * 16384)
         elif how == "error":
@@ -243,6 +255,7 @@ class Handler(BaseHTTPRequestHandler):
             self.send(data[: len(data) // 2])
         elif how == "cut":
             # A document that is whole by itself.
+            self.close_connection = True
             self.send_response(200)
             self.send_header("Content-Length", str(len(data) + 1))
             self.end_headers()

@@ -4,6 +4,7 @@
 #include "platform/CurlHttp.h"
 #include "platform/HttpReplies.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -16,7 +17,7 @@ namespace {
 class SecureServer
 {
 public:
-    SecureServer()
+    explicit SecureServer(const QString& how = QStringLiteral("-HTTP"))
     {
         m_openssl.setWorkingDirectory(m_folder.path());
         QProcess certificate;
@@ -33,7 +34,7 @@ public:
         m_openssl.start(QStringLiteral(DUSKBEACON_OPENSSL),
                         {QStringLiteral("s_server"), QStringLiteral("-accept"), QStringLiteral("127.0.0.1:0"),
                          QStringLiteral("-key"), QStringLiteral("key.pem"), QStringLiteral("-cert"),
-                         QStringLiteral("cert.pem"), QStringLiteral("-HTTP")});
+                         QStringLiteral("cert.pem"), how});
         QByteArray said;
         while (!said.contains("ACCEPT") && m_openssl.waitForReadyRead(10'000)) {
             said += m_openssl.readAllStandardOutput();
@@ -64,13 +65,40 @@ public:
     }
     [[nodiscard]] int Port() const { return m_port; }
 
-private:
+protected:
     QTemporaryDir m_folder;
     QProcess m_openssl;
     int m_port = 0;
 };
 
-constexpr HttpLimits kSecure{1024 * 1024, 5000, 5000};
+// Answers each request and keeps the connection, or drops it without a byte of a reply, as a test says of the
+// requests in their order: "a" and "d".
+class KeepingServer final : public SecureServer
+{
+public:
+    explicit KeepingServer(const char* deeds)
+        : SecureServer(QStringLiteral("-no_ticket"))
+        , m_deeds(deeds)
+    {
+        QObject::connect(&m_openssl, &QProcess::readyRead, &m_openssl, [this] {
+            m_said += m_openssl.readAll();
+            for (; Requests() < m_said.count("\r\n\r\n"); ++m_requests) {
+                m_openssl.write(m_deeds[m_requests] == 'd'
+                                    ? "q\n"
+                                    : "HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\n<root/>");
+            }
+        });
+    }
+    [[nodiscard]] qsizetype Requests() const { return m_requests; }
+    [[nodiscard]] qsizetype Handshakes() const { return m_said.count("CIPHER is"); }
+
+private:
+    QByteArray m_deeds;
+    QByteArray m_said;
+    qsizetype m_requests = 0;
+};
+
+constexpr HttpLimits kSecure{1024 * 1024, 5, 5000};
 
 TEST(CurlHttpSecure, certificateThatNobodyVouchesFor_isRefused)
 {
@@ -112,6 +140,41 @@ TEST(CurlHttpSecure, redirectFromPlainHttp_isFollowed)
     secure.Put(QStringLiteral("there"), "HTTP/1.0 200 OK\r\n\r\n<there/>");
     const LoopbackServer plain(LoopbackServer::RedirectTo(secure.Url(QStringLiteral("there")).toLatin1()));
     EXPECT_EQ(Text(CurlHttp(secure.Certificate()).Fetch(plain.Url(), kSecure)), "<there/>");
+}
+
+TEST(CurlHttpSecure, requestsOneAfterTheOther_takeOneHandshake)
+{
+    const KeepingServer server("aaaaaaaaaa");
+    CurlHttp http(server.Certificate());
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(Text(http.Fetch(server.Url(QStringLiteral("x")), kSecure)), "<root/>");
+    }
+    std::printf("figure: %lld requests over TLS, %lld handshakes\n",
+                static_cast<long long>(server.Requests()), static_cast<long long>(server.Handshakes()));
+    EXPECT_EQ(server.Handshakes(), 1);
+}
+
+TEST(CurlHttpSecure, keptConnectionThatDies_isReplacedOnce)
+{
+    const KeepingServer server("adaadda");
+    CurlHttp http(server.Certificate());
+    EXPECT_TRUE(http.Fetch(server.Url(QStringLiteral("x")), kSecure));
+    EXPECT_EQ(Text(http.Fetch(server.Url(QStringLiteral("x")), kSecure)), "<root/>");
+    EXPECT_EQ(server.Requests(), 3);
+    EXPECT_TRUE(http.Fetch(server.Url(QStringLiteral("x")), kSecure));
+    EXPECT_FALSE(http.Fetch(server.Url(QStringLiteral("x")), kSecure)) << "the fresh one died too";
+    EXPECT_EQ(server.Requests(), 6);
+    EXPECT_EQ(server.Handshakes(), 3);
+}
+
+TEST(CurlHttpSecure, connectionWithoutAHandshake_isGivenUpInItsTime)
+{
+    const LoopbackServer silent(LoopbackServer::Hang());
+    QElapsedTimer time;
+    time.start();
+    EXPECT_FALSE(CurlHttp().Fetch(silent.Url().replace(QStringLiteral("http:"), QStringLiteral("https:")),
+                                  {1024, 10, 20'000, 500}));
+    EXPECT_LT(time.elapsed(), 2000);
 }
 
 } // namespace

@@ -236,6 +236,19 @@ TEST(CurlHttp, fetch_exactlyTheLimit_isAReply)
     EXPECT_TRUE(CurlHttp().Fetch(server.Url(), kShort));
 }
 
+TEST(CurlHttp, fetch_silentServer_failsLongBeforeTheWholeTime)
+{
+    for (const char* const start : {"", "HTTP/1.1 200 OK\r\n\r\n"}) {
+        const LoopbackServer server(
+            [start](Connection& connection) { connection.Send(start) && connection.Wait(-1); });
+        QElapsedTimer time;
+        time.start();
+        EXPECT_FALSE(CurlHttp().Fetch(server.Url(), {1024, 1, 30'000})) << start;
+        EXPECT_GE(time.elapsed(), 1000) << start;
+        EXPECT_LT(time.elapsed(), 5000) << start;
+    }
+}
+
 TEST(CurlHttp, fetch_slowButSteady_isAReply)
 {
     const LoopbackServer server([](Connection& connection) {
@@ -243,7 +256,7 @@ TEST(CurlHttp, fetch_slowButSteady_isAReply)
         while (connection.Wait(40) && connection.Send("x")) {
         }
     });
-    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), {1024, 200, 5000})), "xxxxx");
+    EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), {1024, 1, 5000})), "xxxxx");
 }
 
 // Redirects as many times as the number at the end of the target says.
@@ -322,7 +335,7 @@ TEST(CurlHttp, fetch_servesEventsWhileItWaits)
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++ticks; });
     timer.start(10);
-    EXPECT_TRUE(CurlHttp().Fetch(server.Url(), {1024, 5000, 5000}));
+    EXPECT_TRUE(CurlHttp().Fetch(server.Url(), {1024, 5, 5000}));
     EXPECT_GT(ticks, 5);
 }
 

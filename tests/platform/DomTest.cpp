@@ -239,7 +239,7 @@ TEST_F(DomTest, load_url_goesThroughHttp_inAnyCaseOfTheScheme)
     EXPECT_FALSE(document->Load(QStringLiteral("https://localhost/b")));
     EXPECT_EQ(platform.http.requests,
               (QStringList{QStringLiteral("HTTP://127.0.0.1/a"), QStringLiteral("https://localhost/b")}));
-    EXPECT_EQ(platform.http.limits, (HttpLimits{8'388'608, 30'000, 120'000}));
+    EXPECT_EQ(platform.http.limits, (HttpLimits{8'388'608, 10, 30'000, 5'000}));
 }
 
 TEST_F(DomTest, nodes_areCountedAndNamedAsTheyAre)

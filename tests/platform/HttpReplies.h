@@ -4,8 +4,8 @@
 
 #include "platform/Http.h"
 
-/// A megabyte, 0.3 s of silence and 0.6 s in all, for servers that never come to an end.
-inline constexpr HttpLimits kShort{1024 * 1024, 300, 600};
+/// A megabyte and 0.6 s in all, for servers that never come to an end.
+inline constexpr HttpLimits kShort{1024 * 1024, 1, 600};
 
 [[nodiscard]] inline QByteArray Text(const Http::Reply& reply)
 {

@@ -37,7 +37,7 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
     StandIn service;
     FakePlatform platform;
     const HttpLimits limits =
-        GetParam().isEndless ? HttpLimits{1024 * 1024, 20, 20} : HttpLimits{1024 * 1024, 10'000, 20'000};
+        GetParam().isEndless ? HttpLimits{1024 * 1024, 1, 20} : HttpLimits{1024 * 1024, 10, 20'000};
     RebasedHttp http = service.Http(limits);
     const Platform doors{platform.clock,  platform.timers, platform.files, http,
                          platform.player, platform.tray,   platform.boxes, platform.browser,

@@ -247,7 +247,7 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
 {
     const LoopbackServer server(GetParam().handler);
     FakePlatform platform;
-    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 200, 400});
+    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 1, 400});
     const Platform doors{platform.clock,  platform.timers, platform.files, http,
                          platform.player, platform.tray,   platform.boxes, platform.browser,
                          platform.region, platform.process};
@@ -347,7 +347,7 @@ TEST(StartUpEncodings, ad_isReadFromWindows1252AndUtf16)
     for (const auto& [name, body] : bodies) {
         const LoopbackServer server(LoopbackServer::Answer(body));
         FakePlatform platform;
-        RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 2000, 4000});
+        RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 2, 4000});
         const Platform doors{platform.clock,  platform.timers, platform.files, http,
                              platform.player, platform.tray,   platform.boxes, platform.browser,
                              platform.region, platform.process};
@@ -365,15 +365,15 @@ TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
 {
     const LoopbackServer server(LoopbackServer::Hang());
     FakePlatform platform;
-    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{});
-    const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                         platform.player, platform.tray,   platform.boxes, platform.browser,
-                         platform.region, platform.process};
     WriteSettings();
     const QByteArray before = ReadSettings();
     QElapsedTimer time;
     time.start();
     QTimer::singleShot(0, QCoreApplication::instance(), [&] {
+        RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{});
+        const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                             platform.player, platform.tray,   platform.boxes, platform.browser,
+                             platform.region, platform.process};
         Program program(doors);
         QTimer::singleShot(700, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
         program.Start();
@@ -395,7 +395,7 @@ TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
         connection.Reply("<root ad_url='PGI+YWQ8L2I+' wait_time='1'/>");
     });
     FakePlatform platform;
-    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 20'000, 20'000});
+    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 20, 20'000});
     const Platform doors{platform.clock,  platform.timers, platform.files, http,
                          platform.player, platform.tray,   platform.boxes, platform.browser,
                          platform.region, platform.process};

@@ -52,6 +52,7 @@ public:
     {
         return m_http.Fetch(url, limits);
     }
+    void Notify(const QString& url, const HttpLimits& limits) override { m_http.Notify(url, limits); }
     void FetchInBackground(const QString& url, const HttpLimits& limits, QObject* context,
                            std::function<void(Reply)> done) override
     {
@@ -141,7 +142,7 @@ TEST_F(WebAdTest, pictures_areAskedForWithinTheirLimits)
     FakeHttp fake;
     const BannerImages images(fake, {QStringLiteral("http://x.example/a.png")});
     EXPECT_EQ(fake.backgroundRequests, QStringList(QStringLiteral("http://x.example/a.png")));
-    EXPECT_EQ(fake.backgroundLimits, (HttpLimits{2'097'152, 10'000, 10'000}));
+    EXPECT_EQ(fake.backgroundLimits, (HttpLimits{2'097'152, 10, 10'000}));
 }
 
 TEST_F(WebAdTest, pictureWithAFragment_isAskedForWithout)

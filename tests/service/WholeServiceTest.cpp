@@ -51,7 +51,7 @@ protected:
         return texts;
     }
     StandIn m_service;
-    RebasedHttp m_http = m_service.Http(HttpLimits{1024 * 1024, 10'000, 20'000});
+    RebasedHttp m_http = m_service.Http(HttpLimits{1024 * 1024, 10, 20'000});
     PosixFileStore m_files;
     std::unique_ptr<ProgramWorld> m_world;
 };

@@ -55,6 +55,10 @@ public:
         }
         return QByteArray("<root/>");
     }
+    void Notify(const QString& url, const HttpLimits& limits) override
+    {
+        static_cast<void>(Fetch(url, limits));
+    }
     void FetchInBackground(const QString& /*url*/, const HttpLimits& /*limits*/, QObject* /*context*/,
                            std::function<void(Reply)> done) override
     {

@@ -16,6 +16,10 @@ public:
 
     [[nodiscard]] bool Reach(const QString& /*url*/) override { return mood != Mood::kGone; }
     [[nodiscard]] Reply Fetch(const QString& url, const HttpLimits& limits) override;
+    void Notify(const QString& url, const HttpLimits& limits) override
+    {
+        static_cast<void>(Fetch(url, limits));
+    }
     void FetchInBackground(const QString& /*url*/, const HttpLimits& /*limits*/, QObject* /*context*/,
                            std::function<void(Reply)> /*done*/) override
     {
