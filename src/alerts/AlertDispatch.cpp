@@ -7,6 +7,7 @@
 #include "engine/PrayerTime.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
+#include "platform/Http.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Platform.h"
 #include "store/SimpleXML.h"
@@ -123,11 +124,8 @@ void AlertDispatch::TellService(const Slot& slot, const SimpleXML& settings, boo
     const QString ma = wantsMobile && isConfirmed ? QStringLiteral("1") : QStringLiteral("0");
     const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot.prayerId), true);
-    // Told at every alarm, whether a text message is wanted or not and whether the network is there or not;
-    // the reply is waited for and never looked at.
-    SimpleXML call(m_documents);
-    call.Load(m_hooks.PrayerCall(slot.pno, alertType, ma, time));
-    [[maybe_unused]] const auto reply = call.GetElement(QStringLiteral("//root"));
+    // At every alarm, whether a text message is wanted or not and whether the network is there or not.
+    m_forms.Outside().http.Notify(m_hooks.PrayerCall(slot.pno, alertType, ma, time), kNotifyLimits);
 }
 
 void AlertDispatch::AdvAlarm(std::int16_t PrayerID)

@@ -8,6 +8,7 @@
 #include "controls/LinkLabel.h"
 #include "forms/Forms.h"
 #include "platform/Guard.h"
+#include "platform/Http.h"
 #include "platform/MediaPlayer.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
@@ -127,8 +128,7 @@ void FrmMain::RunLoadSequence()
 void FrmMain::AskService()
 {
     if (Connected) {
-        SimpleXML notification(m_documents);
-        notification.Load(ServiceRequests::Startup(Settings));
+        Outside().http.Notify(ServiceRequests::Startup(Settings), kNotifyLimits);
     }
     m_adPanel.RefreshAd(Connected);
     VersionCheck(Outside(), m_documents, *this, *this).CheckNewVersion(Connected);

@@ -3,14 +3,17 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """alert_faults_journey.py FOLDER: the service at its worst at a prayer and at a sign-up, and an alert that falls due while
 a request hangs. The wall clock leaps to the instants that matter."""
+import glob
 import os
 import sys
+import time
 
 import boxes
 import hands
 import main_window
 import own_network
 import screen
+import sound
 import stand_in
 import wall_clock
 from hands import BUTTON, LINK
@@ -22,6 +25,7 @@ INSTANT = "2026-03-20 09:30:50"
 AT_PRAYER = ["prayerCall.pl", "getAd.pl"]
 OFFLINE = ("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your connection.")
 REGISTERED = "Welcome, your device is registered."
+TONE, SOUND = 440, "call.wav"
 
 
 def close_popup(program, title, name):
@@ -71,6 +75,38 @@ def due_at_a_prayer(folder, service, times):
             service.fault("ok", script)
             screen.wait_for("the ad", lambda: service.requests("getAd.pl"))
             print("  ", script, flush=True)
+
+
+def sound_at_a_prayer(folder, service, times):
+    """The call to prayer waits for no more than three seconds of a silent service, and the request goes on behind it."""
+    duhr = main_window.minutes(times[2])
+    settings = main_window.with_alerts(silent=["duhr"]).replace(
+        '<duhr enabled="true" popup="false" mobil="false" play="false" audioFile=""',
+        f'<duhr enabled="true" popup="false" mobil="false" play="true" audioFile="{SOUND}"')
+    clock = wall_clock.FastClock()
+    with sound.Server() as server:
+        environment = {**server.environment(), "LD_PRELOAD": glob.glob("/usr/lib/*/faketime/libfaketimeMT.so.1")[0]}
+        with wall_clock.start(folder, settings, clock, duhr * 60 - 600, environment,
+                              lambda program: sound.write_tone(os.path.join(program.folder, SOUND), TONE, 60)) as program:
+            clock.started(program.process)
+            main = hands.Window(program, main_window.TITLE)
+            main.wait()
+            for how in ("hang", "drip"):
+                service.forget()
+                service.fault(how, "prayerCall.pl")
+                clock.run(duhr * 60 - 3, 1)
+                screen.wait_for("the call", lambda: service.requests("prayerCall.pl"))
+                since = time.monotonic()
+                screen.wait_for("the sound", lambda: server.hears(TONE))
+                waited = time.monotonic() - since
+                assert 2.5 < waited < 5, waited
+                screen.wait_for("the ad", lambda: service.requests("getAd.pl"))
+                assert len(service.requests("prayerCall.pl")) == 1, service.asked()
+                hands.picture("alert_faults_sound_" + how)
+                service.fault("ok", "prayerCall.pl")
+                main.click(LINK, "Stop Playing")
+                screen.wait_for("silence", server.is_silent)
+                print(f"   {how}: the sound came after {waited:.1f} s", flush=True)
 
 
 def at_each_prayer(folder, service, times):
@@ -139,9 +175,11 @@ def main():
         with hands.Program(folder, SETTINGS, INSTANT, stand_in.Service.environment()) as program:
             times = main_window.Main(program).times()
         print("due at the start", flush=True)
-        due_at_the_start(folder, service, times, "startup.pl")
+        due_at_the_start(folder, service, times, "getAd.pl")
         print("due at a prayer", flush=True)
         due_at_a_prayer(folder, service, times)
+        print("sound at a prayer", flush=True)
+        sound_at_a_prayer(folder, service, times)
         print("at each prayer", flush=True)
         at_each_prayer(folder, service, times)
         print("sign-ups", flush=True)

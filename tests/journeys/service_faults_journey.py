@@ -63,6 +63,7 @@ def readable_start(folder, service, how):
         assert attributes == {"FirstRun": "false", "pid": IDENTIFIER, "dist": "dbeacon"}, attributes
         assert main_window.advertisement(program) == f"<html>{stand_in.AD}</html>", main_window.advertisement(program)
         assert f"prod_string={IDENTIFIER}&" in service.requests("startup.pl")[0], service.asked()
+        assert service.connections() == 1, "a connection is kept for the next request"
     service.reply(version_sequence="5")
 
 
@@ -96,6 +97,24 @@ def endless_start(folder, service, how, script):
         identifier = hands.Settings(program).attributes("app")["pid"]
         assert identifier == ("" if script == AT_START[0] else IDENTIFIER), identifier
         assert place_windows.stored(program.settings) == (["Chicago"], "Chicago")
+
+
+def silent_start(folder, service, how):
+    """The start waits for three seconds of a reply that is not read; the request goes on, and holds up no end."""
+    service.fault("ok", *AT_START)
+    service.fault(how, "startup.pl")
+    with start(folder, service, CHICAGO) as program:
+        screen.wait_for("startup.pl", lambda: service.requests("startup.pl"))
+        since = time.monotonic()
+        screen.wait_for("the ad to be asked for", lambda: service.requests("getAd.pl"))
+        waited = time.monotonic() - since
+        assert 2.5 < waited < 5, waited
+        hands.Window(program, main_window.TITLE).wait()
+        assert len(service.requests("startup.pl")) == 1, service.asked()
+        since = time.monotonic()
+        program.process.send_signal(signal.SIGTERM)
+        code = program.process.wait(timeout=screen.PATIENCE)
+        assert code == 0 and time.monotonic() - since < 5, (code, time.monotonic() - since)
 
 
 def open_with(program, service, places, how):
@@ -230,9 +249,12 @@ def main():
         for how in stand_in.READABLE:
             print("start:", how, flush=True)
             readable_start(folder, service, how)
-        for how, script in zip(("hang", "drip", "hang", "drip"), AT_START):
+        for how, script in (("hang", "requestProdID.pl"), ("hang", "getAd.pl"), ("drip", "version.pl")):
             print("start:", how, script, flush=True)
             endless_start(folder, service, how, script)
+        for how in ("hang", "drip"):
+            print("start:", how, "startup.pl", flush=True)
+            silent_start(folder, service, how)
         service.fault("ok", *AT_START)
         with start(folder, service, CHICAGO) as program:
             places = place_windows.open_list(program)

@@ -1,0 +1,121 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/LoopbackServer.h"
+#include "fakes/RebasedHttp.h"
+#include "fakes/SettingsFile.h"
+#include "service/StartUpProgram.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The handlers' wait, and what a busy machine may add.
+constexpr qint64 kWait = 3000;
+constexpr qint64 kSpare = 700;
+
+struct SilentRow
+{
+    const char* name;
+    LoopbackServer::Handler handler;
+};
+
+void PrintTo(const SilentRow& row, std::ostream* stream)
+{
+    *stream << row.name;
+}
+
+// The whole program, under a service whose scripts without a reply that is read never come to an end.
+class SilentService : public testing::TestWithParam<SilentRow>
+{
+protected:
+    SilentService()
+    {
+        WriteSettings(SettingsText().replace(
+            QStringLiteral(R"(<duhr enabled="true" popup="true" mobil="false" play="false" audioFile=""/>)"),
+            QStringLiteral(R"(<duhr enabled="true" play="true" audioFile="a.mp3"/>)")));
+    }
+    [[nodiscard]] std::size_t Asked(const char* script) const
+    {
+        const auto lines = server.RequestLines();
+        return static_cast<std::size_t>(std::count_if(
+            lines.begin(), lines.end(), [&](const QByteArray& line) { return line.contains(script); }));
+    }
+
+    std::atomic<bool> isSilent = true;
+    std::atomic<int> underWay = 0;
+    const LoopbackServer server{[this](LoopbackServer::Connection& connection) {
+        const QByteArray target = connection.Target();
+        if (isSilent && (target.contains("startup.pl") || target.contains("prayerCall.pl"))) {
+            ++underWay;
+            GetParam().handler(connection);
+            --underWay;
+        } else {
+            connection.Keep("<root/>");
+        }
+    }};
+    FakePlatform platform;
+    RebasedHttp http{QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{}};
+    const Platform doors{platform.clock,  platform.timers, platform.files, http,
+                         platform.player, platform.tray,   platform.boxes, platform.browser,
+                         platform.region, platform.process};
+    Program program{doors};
+};
+
+TEST_P(SilentService, start_goesOnAfterThreeSeconds)
+{
+    QElapsedTimer time;
+    time.start();
+    program.Start();
+    EXPECT_LT(time.elapsed(), kWait + kSpare);
+    EXPECT_EQ(program.forms.Loaded(DlgStart::kName), nullptr);
+    EXPECT_EQ(Asked("startup.pl"), 1U);
+    EXPECT_EQ(Asked("getAd.pl"), 1U);
+    EXPECT_EQ(underWay, 1) << "the request goes on";
+}
+
+TEST_P(SilentService, soundOfAPrayer_startsAfterThreeSeconds)
+{
+    isSilent = false;
+    program.Start();
+    isSilent = true;
+    platform.clock.SetTime(12, 30, 0);
+    QElapsedTimer time;
+    time.start();
+    int ticks = 0;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++ticks; });
+    timer.start(20);
+    platform.timers.Ticker()->Fire();
+    std::printf("figure: the sound of a prayer under a service that %s: after %lld ms\n", GetParam().name,
+                static_cast<long long>(time.elapsed()));
+    EXPECT_LT(time.elapsed(), kWait + kSpare);
+    EXPECT_GT(ticks, 20) << "events were served";
+    EXPECT_EQ(platform.player.url, QStringLiteral("a.mp3"));
+    EXPECT_EQ(Asked("prayerCall.pl"), 1U);
+    EXPECT_EQ(Asked("getAd.pl"), 2U) << "the ad comes behind the sound";
+    EXPECT_EQ(underWay, 1) << "a text message may depend on it";
+}
+
+// The request belongs to no window.
+TEST_P(SilentService, mainWindowGoesInTheWait_requestGoesOn)
+{
+    isSilent = false;
+    program.Start();
+    isSilent = true;
+    platform.clock.SetTime(12, 30, 0);
+    QTimer::singleShot(200, QCoreApplication::instance(), [this] { program.forms.Unload(FrmMain::kName); });
+    platform.timers.Ticker()->Fire();
+    EXPECT_TRUE(platform.player.url.isEmpty());
+    EXPECT_EQ(underWay, 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, SilentService,
+                         testing::Values(SilentRow{"hangs", LoopbackServer::Hang()},
+                                         SilentRow{"drips", LoopbackServer::Drip(20)}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+} // namespace
