@@ -7,6 +7,7 @@
 #include "controls/Layout.h"
 #include "controls/LinkLabel.h"
 #include "forms/Forms.h"
+#include "platform/Clock.h"
 #include "platform/Guard.h"
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
@@ -25,6 +26,7 @@ namespace {
 constexpr int kSplashMilliseconds = 2000;
 constexpr float kFirstAdTimer = 600.0F;
 constexpr float kTicksPerSkyRefresh = 300.0F;
+constexpr int kMillisecondsPerMinute = 60'000;
 
 // Degrees as the scheduler takes them: hundredths, rounded down. It is the product of doubles that is
 // rounded: 36.73 is 3672, as it has always been.
@@ -215,6 +217,8 @@ void FrmMain::TakeFocus()
 
 void FrmMain::OnTick()
 {
+    // Read first: a tick just ahead of second 0 must not count as that of second 0 later on.
+    const int second = Outside().clock.Now().time().second();
     SkySeconds += 1.0F;
     AdSeconds += 1.0F;
     m_display.UpdateCountDown();
@@ -222,9 +226,21 @@ void FrmMain::OnTick()
         m_instruments.RefreshSkyPicture();
         SkySeconds = 0.0F;
     }
+    RefreshAdIfDue(second);
+}
+
+void FrmMain::RefreshAdIfDue(int second)
+{
     // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
     // again.
-    if (AdSeconds == AdTimer) {
+    if (AdSeconds != AdTimer && !(m_isAdPutOff && second > 0)) {
+        return;
+    }
+    // The refresh begins with the probe, which blocks the ticks. A second 0 that falls into it is lost with
+    // its alerts, and at midnight with the new day; then the refresh waits for second 1. A probe that begins
+    // in second 0 is no danger: this tick is the one that matches the alerts.
+    m_isAdPutOff = second * 1000 + Http::kLongestReachMilliseconds >= kMillisecondsPerMinute;
+    if (!m_isAdPutOff) {
         m_adPanel.RefreshAd(true);
         AdSeconds = 0.0F;
     }

@@ -45,6 +45,8 @@ private:
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
+    /// @param second of the tick, 0 to 59
+    void RefreshAdIfDue(int second);
     [[nodiscard]] AlertHooks HooksOfAlerts();
 
     const DomDocuments& m_documents;
@@ -62,4 +64,6 @@ private:
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
     float AdSeconds = 0.0F;
+    /// A refresh of the ad is due that a tick near the end of a minute did not make.
+    bool m_isAdPutOff = false;
 };

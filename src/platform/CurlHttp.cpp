@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int kReachMilliseconds = 3000;
 constexpr std::chrono::milliseconds kNotifyWait(3000);
 constexpr int kMostInBackground = 4;
 
@@ -32,7 +31,7 @@ CurlHttp::~CurlHttp() = default;
 bool CurlHttp::Reach(const QString& url)
 {
     HttpLimits limits;
-    limits.totalMilliseconds = kReachMilliseconds;
+    limits.totalMilliseconds = kLongestReachMilliseconds;
     return CurlTransfer(url, limits, m_certificates).Reach();
 }
 

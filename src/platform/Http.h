@@ -35,12 +35,16 @@ class Http
 public:
     using Reply = std::optional<QByteArray>;
 
+    /// The longest that Reach blocks.
+    static constexpr int kLongestReachMilliseconds = 3000;
+
     Http() = default;
     Http(const Http&) = delete;
     Http& operator=(const Http&) = delete;
     virtual ~Http() = default;
 
-    /// One uncached request; true if a server answered. Blocks for at most 3 seconds and serves no events.
+    /// One uncached request; true if a server answered. Blocks for at most kLongestReachMilliseconds and
+    /// serves no events.
     [[nodiscard]] virtual bool Reach(const QString& url) = 0;
     /// The whole reply, or nothing after a failure. Events are served while it waits.
     [[nodiscard]] virtual Reply Fetch(const QString& url, const HttpLimits& limits) = 0;

@@ -18,8 +18,8 @@ public:
     {
     }
 
-    /// Whether a public web site could be reached. Blocks for as long as the request takes, at most 3
-    /// seconds.
+    /// Whether a public web site could be reached. Blocks for as long as the request takes, at most
+    /// Http::kLongestReachMilliseconds.
     [[nodiscard]] bool VerifyConnectivity() const;
 
     [[nodiscard]] QString URLDecodeEx(const QString& Text) const;

@@ -102,6 +102,9 @@ public:
     [[nodiscard]] bool Reach(const QString& url) override
     {
         probes << url;
+        if (whileProbing) {
+            whileProbing();
+        }
         if (probeAnswers.empty()) {
             return reachable;
         }
@@ -140,6 +143,8 @@ public:
     bool reachable = false;
     /// Of the next probes; `reachable` when there are none left.
     std::deque<bool> probeAnswers;
+    /// Runs inside each probe.
+    std::function<void()> whileProbing;
     /// Reply by a part of the URL; nothing for a URL that fits none.
     std::map<QString, QByteArray> replies;
     QStringList probes;

@@ -37,6 +37,21 @@ protected:
             platform.timers.Ticker()->Fire();
         }
     }
+    void TickAt(int minute, int second)
+    {
+        platform.clock.SetTime(9, minute, second);
+        platform.timers.Ticker()->Fire();
+    }
+    /// The refresh of each minute is due in second 58, and is put off.
+    void StartAndPutOff()
+    {
+        WaitTime("1");
+        Start();
+        Tick(59);
+        Asked();
+        TickAt(30, 58);
+        ASSERT_EQ(Asked(), QStringList());
+    }
     /// A second at which one is; counts like any other.
     void TickAtDuhr()
     {
@@ -137,6 +152,71 @@ TEST_F(AdScheduleTest, adTimerThatFallsBelowTheCount_stopsTheTicksUntilAnAlarmRa
     EXPECT_EQ(Asked(), QStringList(kAd)) << "at second 300";
     Tick(600);
     EXPECT_EQ(Asked().size(), 2);
+}
+
+TEST_F(AdScheduleTest, tick_whoseProbeCouldReachSecondZero_leavesTheRefreshToSecondOne)
+{
+    WaitTime("1");
+    Start();
+    for (const int due : {0, 1, 56, 57, 58, 59}) {
+        SCOPED_TRACE(due);
+        Tick(59);
+        Asked();
+        if (due > 56) {
+            for (int second = due; second < 60; ++second) {
+                TickAt(30, second);
+            }
+            TickAt(31, 0);
+            EXPECT_EQ(Asked(), QStringList());
+        }
+        TickAt(31, due > 56 ? 1 : due);
+        EXPECT_EQ(Asked(), QStringList(kAd)) << "and the count begins anew";
+    }
+}
+
+TEST_F(AdScheduleTest, refreshPutOff_secondOneLost_isMadeAtTheNextTick)
+{
+    StartAndPutOff();
+    TickAt(31, 7);
+    EXPECT_EQ(Asked(), QStringList(kAd));
+    Tick(59);
+    EXPECT_EQ(Asked(), QStringList());
+}
+
+TEST_F(AdScheduleTest, refreshPutOff_clockSetBack_isMadeAtTheNextTickFarFromSecondZero)
+{
+    StartAndPutOff();
+    TickAt(12, 57);
+    EXPECT_EQ(Asked(), QStringList());
+    TickAt(12, 30);
+    EXPECT_EQ(Asked(), QStringList(kAd));
+}
+
+TEST_F(AdScheduleTest, refreshPutOff_alarmThatChangesAdTimerMeanwhile_isMadeAllTheSame)
+{
+    StartAndPutOff();
+    WaitTime("0");
+    TickAtDuhr();
+    EXPECT_EQ(Asked(), (QStringList{kPrayer, kAd})) << "the alarm's own";
+    TickAt(31, 1);
+    EXPECT_EQ(Asked(), QStringList(kAd));
+    Tick(600);
+    EXPECT_EQ(Asked(), QStringList());
+}
+
+TEST_F(AdScheduleTest, refreshPutOff_ticksInItsWait_makeNoSecondOne)
+{
+    StartAndPutOff();
+    platform.http.whileWaiting = [this] {
+        TickAt(31, 2);
+        TickAt(31, 3);
+    };
+    TickAt(31, 1);
+    EXPECT_EQ(Asked(), QStringList(kAd));
+    Tick(59);
+    EXPECT_EQ(Asked(), QStringList());
+    Tick(1);
+    EXPECT_EQ(Asked(), QStringList(kAd)) << "counted from the end of the wait";
 }
 
 TEST_F(AdScheduleTest, tick_asksAlsoWithoutAConnection)
