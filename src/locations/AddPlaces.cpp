@@ -4,10 +4,80 @@
 
 #include "locations/Children.h"
 #include "store/Configuration.h"
+#include "support/Conversions.h"
+#include "support/RuntimeError.h"
+
+#include <algorithm>
+#include <array>
 
 namespace {
 
 const QString kPlaces = QStringLiteral("//root//locations");
+
+// A path finds the first element of a name wherever it stands, so that a place with such a name, or with such
+// an element in it, can hide the settings of that name.
+constexpr std::array kNamesOfSettings{
+    QLatin1String("root"),      QLatin1String("app"),    QLatin1String("DefaultAd"), QLatin1String("version"),
+    QLatin1String("locations"), QLatin1String("alerts"), QLatin1String("fajr"),      QLatin1String("shuruq"),
+    QLatin1String("duhr"),      QLatin1String("asr"),    QLatin1String("maghrib"),   QLatin1String("isha")};
+
+struct Number
+{
+    QLatin1String attribute;
+    double least = 0.0;
+    double most = 0.0;
+};
+
+// Far beyond these the scheduler takes no number, and the program could not start with the place.
+constexpr std::array kNumbers{Number{QLatin1String("latitude_final"), -90.0, 90.0},
+                              Number{QLatin1String("longitude_final"), -180.0, 180.0},
+                              Number{QLatin1String("time_zone2"), -12.0, 14.0}};
+
+// With a point and without group separators, which every locale reads from the file as the same number.
+bool IsWithin(const QString& text, const Number& number)
+{
+    QLocale plain = QLocale::c();
+    plain.setNumberOptions(QLocale::RejectGroupSeparator);
+    if (!IsNumeric(text, plain)) {
+        return false;
+    }
+    const double value = ToDouble(text, plain);
+    return value >= number.least && value <= number.most;
+}
+
+QString AttributeOf(const DomNode& element, const QString& name)
+{
+    try {
+        return element.Attribute(name);
+    } catch (const RuntimeError&) {
+        return {};
+    }
+}
+
+// Elements within a place are looked at as well: by its name one of them can be read in place of a later
+// place. Such an element needs no numbers, but those that it has must be good.
+bool IsUsable(const DomNode& element, bool needsNumbers)
+{
+    if (element.NodeValue()) {
+        return true; // a text or a comment, which no path finds
+    }
+    const QString name = element.BaseName();
+    if (std::find(kNamesOfSettings.begin(), kNamesOfSettings.end(), name) != kNamesOfSettings.end()) {
+        return false;
+    }
+    for (const Number& number : kNumbers) {
+        const QString text = AttributeOf(element, number.attribute);
+        if ((needsNumbers || !text.isEmpty()) && !IsWithin(text, number)) {
+            return false;
+        }
+    }
+    for (int i = 0; i < element.ChildCount(); ++i) {
+        if (!IsUsable(element.Child(i), false)) {
+            return false;
+        }
+    }
+    return true;
+}
 
 // The name alone tells places apart, whatever their identifiers.
 bool HoldsPlace(const SimpleXML& settings, const QString& key)
@@ -22,6 +92,18 @@ bool HoldsPlace(const SimpleXML& settings, const QString& key)
 
 } // namespace
 
+bool AreUsablePlaces(const SimpleXML& places)
+{
+    const DomNode root = places.xmldoc->DocumentElement();
+    const int count = root ? root.ChildCount() : 0;
+    for (int i = 0; i < count; ++i) {
+        if (!IsUsable(root.Child(i), true)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 bool AddPlaces(const DomDocuments& documents, const SimpleXML& places)
 {
     SimpleXML settings(documents);
@@ -32,8 +114,6 @@ bool AddPlaces(const DomDocuments& documents, const SimpleXML& places)
     WalkChildren(places, QStringLiteral("current"), [&](SimpleXML& location) {
         areNew = !HoldsPlace(settings, location.ElementName());
         if (areNew) {
-            // No name is refused, though a path finds the first element of a name wherever it stands: a place
-            // called "alerts" hides the settings of that name until it is deleted.
             settings.AddSimpleXML(location, kPlaces);
             // At once, and unchecked: a file that can't be written loses the place, and the list shows so.
             settings.Save(kSettingsFile);

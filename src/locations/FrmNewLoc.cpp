@@ -288,7 +288,7 @@ void FrmNewLoc::FetchAndStore(const QString& atlasId)
     if (!IsLoaded()) {
         return;
     }
-    if (!places) {
+    if (!places || !AreUsablePlaces(*places)) {
         Say(QStringLiteral("Failed to get city info. Please verify internet connection."));
         return;
     }

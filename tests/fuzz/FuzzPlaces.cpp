@@ -14,7 +14,7 @@
 
 #include <pugixml.hpp>
 
-#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -114,28 +114,22 @@ bool IsUsable(Configuration& held, const FuzzWorld& world)
     }
 }
 
-// The place that is tried is taken, or the one before stays.
+// The place that is tried is taken, or the one before stays: no place keeps the program from its settings.
 void SetCurrent(FuzzWorld& world, const FrmLocation& list, Choices& choices)
 {
     auto& rows = FuzzWorld::Find<ListBox>(list, "LstLocations");
     rows.SetListIndex(choices.Among(rows.count()));
-    // A place can hide the options of the whole file: then every place fails, and the message comes for as
-    // long as it is answered. Here somebody has had enough.
     int refusals = 0;
-    world.platform.boxes.whileOpen = [&] {
-        constexpr int kEnough = 4;
-        if (++refusals == kEnough) {
-            world.forms.Unload(FrmLocation::kName);
-        }
-    };
+    world.platform.boxes.whileOpen = [&] { Demand(++refusals == 1, "the place before is still good"); };
     FuzzWorld::Find<QPushButton>(list, "CmdSet").click();
     world.platform.boxes.whileOpen = nullptr;
     Demand(!list.IsLoaded(), "the list closes in the end");
     Configuration held;
-    const bool isUsable = IsUsable(held, world);
-    Demand(isUsable || refusals > 0, "a place that can't be computed is refused");
-    Demand(!isUsable || held.CurrentKey == world.main->Settings.CurrentKey,
-           "what is shown is what is stored");
+    Demand(IsUsable(held, world), "the settings can be loaded");
+    Demand(std::abs(held.LatitudeFinal) <= 90.0 && std::abs(held.LongitudeFinal) <= 180.0 &&
+               held.ZoneHours >= -12 && held.ZoneHours <= 14,
+           "the place can be computed");
+    Demand(held.CurrentKey == world.main->Settings.CurrentKey, "what is shown is what is stored");
 }
 
 void UseList(FuzzWorld& world, FrmLocation& list, Choices& choices)

@@ -183,10 +183,36 @@ def searches(program, service, places, how):
     if not is_unreadable:
         assert places.lines() == ["Chicago, Illinois", f"{name}, Norway"], places.lines()
         assert place_windows.stored(program.settings) == (["Chicago", "Tromso"], "Chicago")
-        places.pick(f"{name}, Norway")
-        places.click(hands.BUTTON, "Delete")
-        boxes.answer(program, f"Are you sure you want to remove: {name}, Norway", "Yes", ("No",))
-        screen.wait_for("one place", lambda: places.lines() == ["Chicago, Illinois"])
+        delete(program, places, f"{name}, Norway")
+
+
+def lying_place(program, service, places):
+    """A place that the program could never be started with is refused; with its true latitude it is added."""
+    before = hands.Settings(program).read()
+    search = open_with(program, service, places, "ok")
+    place_windows.choose_country(search, "Norway")
+    name = "Troms\u00f8"
+    city_search(program, service, search, "ok", "ok", name)
+    search.pick(name)
+    service.reply(latitude_final="400")
+    search.click(hands.BUTTON, "Add")
+    screen.wait_for("the message", lambda: boxes.box(program))
+    hands.picture("service_faults_lying_place")
+    boxes.answer(program, "Failed to get city info. Please verify internet connection.")
+    assert hands.Settings(program).read() == before
+    screen.wait_for("the button to be usable", lambda: search.is_usable() and search.is_live(hands.BUTTON, "Add"))
+    service.reply(latitude_final="")
+    search.click(hands.BUTTON, "Add")
+    search.wait_gone()
+    assert place_windows.stored(program.settings) == (["Chicago", "Tromso"], "Chicago")
+    delete(program, places, f"{name}, Norway")
+
+
+def delete(program, places, line):
+    places.pick(line)
+    places.click(hands.BUTTON, "Delete")
+    boxes.answer(program, f"Are you sure you want to remove: {line}", "Yes", ("No",))
+    screen.wait_for("one place", lambda: places.lines() == ["Chicago, Illinois"])
 
 
 def endless_searches(program, service, places):
@@ -262,6 +288,8 @@ def main():
                 print("search:", how, flush=True)
                 searches(program, service, places, how)
             hands.picture("service_faults_after_searches")
+            print("search: a place that lies", flush=True)
+            lying_place(program, service, places)
         with start(folder, service, CHICAGO, INSTANT) as program:
             print("search: hang and drip", flush=True)
             endless_searches(program, service, place_windows.open_list(program))

@@ -63,6 +63,8 @@ class Service:
             "prod_string": "P-1001", "ad": "<b>An advertisement</b>", "wait_time": "10", "version_name": "1",
             "version_sequence": "5", "download_url": "http://127.0.0.1/download", "max_matches": "3",
             "result": "1", "message": "Your device is registered.",
+            # Put in place of that of every city, if not empty.
+            "latitude_final": "",
         }
         self.faults = {}
         self.lock = threading.Lock()
@@ -103,7 +105,8 @@ class Service:
             for aid, name, city, state, _, lat, lng, zone in CITIES:
                 if aid == query.get("aid", [""])[0]:
                     return root(element(name, atlas_id=aid, city=city, state=state, longitude="%s" % lng,
-                                        longitude_final="%.2f" % lng, latitude="%s" % lat, latitude_final="%.2f" % lat,
+                                        longitude_final="%.2f" % lng, latitude="%s" % lat,
+                                        latitude_final=s["latitude_final"] or "%.2f" % lat,
                                         time_zone2=zone))
             return root()
         if script == "confirmSignup.pl":

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "locations/LocationsFixture.h"
+#include "locations/AddLocationFixture.h"
 #include "service/ServiceRequests.h"
 
 #include <QFocusEvent>
@@ -8,43 +8,9 @@
 namespace {
 
 const QString kAdded = QStringLiteral("This location has already been added to location list.");
-const QString kNoInfo = QStringLiteral("Failed to get city info. Please verify internet connection.");
-constexpr const char* kCairo =
-    R"(<root><Cairo atlas_id="EG-1" city="Cairo" state="Egypt" longitude="31.25 E" longitude_final="31.25" latitude="30.05 N" latitude_final="30.05" time_zone2="2" note="&quot;mother&quot; &amp; more &lt;"/></root>)";
 
-class AddLocationTest : public LocationsFixture
+class AddLocationTest : public AddLocationFixture
 {
-protected:
-    AddLocationTest()
-    {
-        platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
-            "<root><a city=\"Cairo\" atlas_id=\"EG-1\"/><b city=\"Cairo\" atlas_id=\"EG-2\"/></root>";
-        Info(kCairo);
-    }
-    void Info(const QByteArray& reply) { platform.http.replies[QStringLiteral("getCityInfo.pl")] = reply; }
-
-    /// The search window with two results, none selected.
-    FrmNewLoc& OpenResults()
-    {
-        FrmNewLoc& window = OpenSearch();
-        Type(window, "TxtZipCode", QStringLiteral("1"));
-        ClickOn(window, "LblGetLink");
-        platform.http.requests.clear();
-        return window;
-    }
-    static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
-    void AddRow(const Form& window, int row)
-    {
-        ClickRow(Results(window), row);
-        ClickOn(window, "CmdAdd");
-    }
-    ListBox& Places() const { return Find<ListBox>(*forms.Loaded(FrmLocation::kName), "LstLocations"); }
-    void ExpectStillOpen(const Form& window) const
-    {
-        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), &window);
-        EXPECT_TRUE(window.isVisible() && Find<QWidget>(window, "CmdAdd").isEnabled());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
-    }
 };
 
 TEST_F(AddLocationTest, add_nothingSelected_saysSoAndSendsNothing)
@@ -79,7 +45,8 @@ TEST_F(AddLocationTest, add_movesTheElementUnchangedBehindThePlaces)
                            QStringLiteral("Cairo, Egypt")}));
     EXPECT_EQ(Places().ListIndex(), 0) << "still the current place";
     EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_TRUE(ReadSettings().contains(QByteArray(kCairo).mid(6).chopped(9))) << ReadSettings().constData();
+    EXPECT_TRUE(ReadSettings().contains(QByteArray(kCairoReply).mid(6).chopped(9)))
+        << ReadSettings().constData();
     EXPECT_FALSE(main->calls.contains(QStringLiteral("UpdateEverything")));
     ExpectBackInList();
     ExpectBoxes({});
@@ -118,7 +85,7 @@ TEST_F(AddLocationTest, doubleClickWhileAdding_asksNoSecondTime)
 TEST_F(AddLocationTest, add_storedName_saysSoAndStaysOpen)
 {
     // Another place, but the name alone counts.
-    Info("<root><Makkah atlas_id=\"XX-9\" city=\"Elsewhere\" state=\"Nowhere\"/></root>");
+    Info(Reply(Place("Makkah")));
     const QByteArray before = ReadSettings();
     const FrmNewLoc& window = OpenResults();
     AddRow(window, 0);
@@ -129,28 +96,10 @@ TEST_F(AddLocationTest, add_storedName_saysSoAndStaysOpen)
 
 TEST_F(AddLocationTest, add_nameInAnotherCase_isAnotherPlace)
 {
-    Info("<root><makkah atlas_id=\"XX-9\" city=\"Elsewhere\" state=\"Nowhere\"/></root>");
+    Info(Reply(Place("makkah")));
     AddRow(OpenResults(), 0);
     EXPECT_EQ(Places().count(), 3);
     ExpectBoxes({});
-}
-
-TEST_F(AddLocationTest, add_placeCalledAlerts_hidesTheSettingsOfThatNameUntilItIsDeleted)
-{
-    // Whatever a path names is the first element of that name, and the places come before the alerts.
-    Info("<root><alerts city=\"Elsewhere\" state=\"Nowhere\" method=\"x\"/></root>");
-    AddRow(OpenResults(), 0);
-    ExpectBackInList();
-    EXPECT_EQ(Setting(QStringLiteral("method"), QStringLiteral("//root//alerts")), QStringLiteral("x"));
-    EXPECT_EQ(Setting(QStringLiteral("hourmode"), QStringLiteral("//root//alerts")), QString());
-    EXPECT_EQ(main->UpdateEverything(), 0) << "without them there is no configuration";
-    EXPECT_EQ(Places().List(2), QStringLiteral("Elsewhere, Nowhere"));
-    ClickRow(Places(), 2);
-    platform.boxes.answers = {true};
-    ClickOn(*forms.Loaded(FrmLocation::kName), "CmdDel");
-    EXPECT_EQ(Places().count(), 2);
-    EXPECT_EQ(Setting(QStringLiteral("method"), QStringLiteral("//root//alerts")), QStringLiteral("ISNA"));
-    EXPECT_EQ(main->UpdateEverything(), 1);
 }
 
 TEST_F(AddLocationTest, add_failedRequest_saysSoAndStaysOpen)
@@ -159,12 +108,12 @@ TEST_F(AddLocationTest, add_failedRequest_saysSoAndStaysOpen)
     for (const auto* reply : {"", "<root><Cairo", "Service Unavailable"}) {
         Info(reply);
         AddRow(window, 0);
-        ExpectBoxes({Plain(kNoInfo)});
+        ExpectBoxes({Plain(kNoCityInfo)});
         ExpectStillOpen(window);
     }
     platform.http.replies.erase(QStringLiteral("getCityInfo.pl"));
     AddRow(window, 0);
-    ExpectBoxes({Plain(kNoInfo)});
+    ExpectBoxes({Plain(kNoCityInfo)});
     ExpectStillOpen(window);
 }
 
@@ -197,7 +146,7 @@ TEST_F(AddLocationTest, add_fileWithoutLocations_closesAsAfterASuccessWithAnEmpt
 
 TEST_F(AddLocationTest, add_replyWithThreePlaces_storesEverySecond)
 {
-    Info("<root><A city=\"A\" state=\"s\"/><B city=\"B\" state=\"s\"/><C city=\"C\" state=\"s\"/></root>");
+    Info(Reply(Place("A") + Place("B") + Place("C")));
     AddRow(OpenResults(), 0);
     EXPECT_EQ(Lines(Places()).mid(2), (QStringList{QStringLiteral("A, s"), QStringLiteral("C, s")}));
 }
@@ -205,7 +154,7 @@ TEST_F(AddLocationTest, add_replyWithThreePlaces_storesEverySecond)
 TEST_F(AddLocationTest, add_duplicateBehindANewPlace_keepsWhatWasStored)
 {
     // The first one leaves the reply, so that the walk goes on with the third.
-    Info("<root><A city=\"A\" state=\"s\"/><B/><Makkah/></root>");
+    Info(Reply(Place("A") + Place("B") + Place("Makkah")));
     const FrmNewLoc& window = OpenResults();
     AddRow(window, 0);
     ExpectBoxes({Plain(kAdded)});

@@ -13,7 +13,8 @@ QByteArray ManyChildren(int count)
     for (int i = 0; i < count; ++i) {
         const QByteArray number = QByteArray::number(i);
         reply += "<c" + number + " city=\"City " + number + "\" state=\"State " + number + "\" atlas_id=\"" +
-                 number + "\" state_id=\"" + number + "\"/>";
+                 number + "\" state_id=\"" + number +
+                 "\" latitude_final=\"1\" longitude_final=\"2\" time_zone2=\"3\"/>";
     }
     return reply + "</root>";
 }

@@ -13,7 +13,8 @@ protected:
         platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
             "<root><a city=\"Evanston\" atlas_id=\"US-9\"/></root>";
         platform.http.replies[QStringLiteral("getCityInfo.pl")] =
-            "<root><Evanston city=\"Evanston\" state=\"Illinois\"/></root>";
+            "<root><Evanston city=\"Evanston\" state=\"Illinois\" longitude_final=\"-87.69\" "
+            "latitude_final=\"42.04\" time_zone2=\"-6\"/></root>";
     }
 
     /// The names of the controls that the Tab key reaches, from the first one on until it comes round.

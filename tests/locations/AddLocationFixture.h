@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "locations/LocationsFixture.h"
+
+inline const QString kNoCityInfo =
+    QStringLiteral("Failed to get city info. Please verify internet connection.");
+inline constexpr const char* kCairoReply =
+    R"(<root><Cairo atlas_id="EG-1" city="Cairo" state="Egypt" longitude="31.25 E" longitude_final="31.25" latitude="30.05 N" latitude_final="30.05" time_zone2="2" note="&quot;mother&quot; &amp; more &lt;"/></root>)";
+
+/// The search window with two results, and a service that knows the place behind them.
+class AddLocationFixture : public LocationsFixture
+{
+protected:
+    AddLocationFixture()
+    {
+        platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
+            "<root><a city=\"Cairo\" atlas_id=\"EG-1\"/><b city=\"Cairo\" atlas_id=\"EG-2\"/></root>";
+        Info(kCairoReply);
+    }
+    void Info(const QByteArray& reply) { platform.http.replies[QStringLiteral("getCityInfo.pl")] = reply; }
+    /// An element that can be stored: the city is called as the element, the state is "s".
+    static QByteArray Place(const QByteArray& name, const QByteArray& inside = QByteArray())
+    {
+        return '<' + name + " city=\"" + name +
+               "\" state=\"s\" longitude_final=\"1\" latitude_final=\"2\" time_zone2=\"3\">" + inside + "</" +
+               name + '>';
+    }
+    static QByteArray Reply(const QByteArray& children) { return "<root>" + children + "</root>"; }
+
+    /// The search window with two results, none selected.
+    FrmNewLoc& OpenResults()
+    {
+        FrmNewLoc& window = OpenSearch();
+        Type(window, "TxtZipCode", QStringLiteral("1"));
+        ClickOn(window, "LblGetLink");
+        platform.http.requests.clear();
+        return window;
+    }
+    static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
+    void AddRow(const Form& window, int row)
+    {
+        ClickRow(Results(window), row);
+        ClickOn(window, "CmdAdd");
+    }
+    ListBox& Places() const { return Find<ListBox>(*forms.Loaded(FrmLocation::kName), "LstLocations"); }
+    void ExpectStillOpen(const Form& window) const
+    {
+        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), &window);
+        EXPECT_TRUE(window.isVisible() && Find<QWidget>(window, "CmdAdd").isEnabled());
+        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    }
+};
