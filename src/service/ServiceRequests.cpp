@@ -10,7 +10,7 @@ namespace {
 
 QString Base()
 {
-    return QStringLiteral(DUSKBEACON_SERVICE_URL);
+    return ServiceRequests::BaseAddress(QStringLiteral(DUSKBEACON_SERVICE_URL));
 }
 
 QString Script(const char16_t* name)
@@ -26,6 +26,15 @@ QString ProgramVersion()
 } // namespace
 
 namespace ServiceRequests {
+
+QString BaseAddress(const QString& address)
+{
+    QString base = address;
+    while (base.endsWith(u'/')) {
+        base.chop(1);
+    }
+    return base;
+}
 
 QString RequestProdID(const QString& dist)
 {

@@ -11,6 +11,10 @@ struct Configuration;
 /// The requests to the remote service, each as the exact text that is asked for. Values go in as they stand,
 /// nothing is encoded. One place holds them all, so that this is where to look for what leaves the computer.
 namespace ServiceRequests {
+/// The address that all paths are put behind: @p address, as the build names it, without slashes at its end,
+/// so that no path begins with two.
+[[nodiscard]] QString BaseAddress(const QString& address);
+
 [[nodiscard]] QString RequestProdID(const QString& dist);
 [[nodiscard]] QString Startup(const Configuration& configuration);
 [[nodiscard]] QString GetAd(const Configuration& configuration);

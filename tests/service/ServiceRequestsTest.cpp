@@ -13,7 +13,7 @@
 
 namespace {
 
-const QString kBase = QStringLiteral(DUSKBEACON_SERVICE_URL);
+const QString kBase = ServiceRequests::BaseAddress(QStringLiteral(DUSKBEACON_SERVICE_URL));
 
 Configuration Settings(const QString& pid)
 {
@@ -109,6 +109,20 @@ TEST(ServiceRequests, everyRequest_reachesTheServiceInItsExactBytes)
             ASSERT_TRUE(http.Fetch(url, HttpLimits{})) << row.name;
             EXPECT_EQ(server.RequestLines().back(), "GET /cgi-bin/dbeacon/" + row.wire + " HTTP/1.1");
         }
+    }
+}
+
+TEST(ServiceRequests, baseAddress_slashesAtItsEnd_areLeftOut)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"http://localhost:8750", "http://localhost:8750"},
+        {"http://localhost:8750/", "http://localhost:8750"},
+        {"https://example.org/times//", "https://example.org/times"},
+        {"https://example.org/a//b", "https://example.org/a//b"},
+        {"", ""},
+    };
+    for (const auto& [text, base] : rows) {
+        EXPECT_EQ(ServiceRequests::BaseAddress(QLatin1String(text)), QLatin1String(base)) << text;
     }
 }
 
