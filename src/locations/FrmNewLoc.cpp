@@ -132,7 +132,7 @@ void FrmNewLoc::SayAndUnload(const QString& message)
     Unload();
 }
 
-std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren) const
+std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren, Surplus surplus) const
 {
     SimpleXML reply(m_documents);
     if (!reply.Load(url)) {
@@ -141,8 +141,13 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildr
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
         root = std::make_unique<SimpleXML>(m_documents);
-    } else if (IsLarger(*root->xmldoc, mostChildren)) {
-        return nullptr;
+    } else {
+        if (surplus == Surplus::kIsCut) {
+            root->xmldoc->DocumentElement().RemoveChildrenFrom(mostChildren);
+        }
+        if (IsLarger(*root->xmldoc, mostChildren)) {
+            return nullptr;
+        }
     }
     root->SetCurrentPath(kRoot);
     return root;
@@ -232,8 +237,10 @@ void FrmNewLoc::SearchCity()
     if (!IsLoaded() || (count && !WantsMatches(*count)) || !IsLoaded()) {
         return;
     }
+    // The user may have asked for all of a long list: the first ones are more than nothing.
     const std::unique_ptr<SimpleXML> cities = Request(
-        ServiceRequests::GetMatchingCities(Siblings().Main().Settings, stateId, m_controls.TxtCity->Text()));
+        ServiceRequests::GetMatchingCities(Siblings().Main().Settings, stateId, m_controls.TxtCity->Text()),
+        kMostListed, Surplus::kIsCut);
     if (IsLoaded() && cities) {
         FillResults(*cities);
     }

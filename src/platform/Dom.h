@@ -59,6 +59,8 @@ public:
     /// then.
     DomNode AppendChild(DomNode node) const;
     void RemoveChild(DomNode child) const;
+    /// Removes the children from @p index on; nothing if there are not so many.
+    void RemoveChildrenFrom(int index) const;
 
 private:
     friend class DomDocument;

@@ -193,29 +193,75 @@ TEST_F(LargeReplyTest, countriesAboveRootsInRoots_countAsNoReply_inGoodTime)
     EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr) << "a child may be called what it likes";
 }
 
-TEST_F(LargeReplyTest, endlessCities_leaveTheEarlierResults_inGoodTime)
+class LongCityListTest : public LargeReplyTest
 {
-    platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] = ManyChildren(1);
-    platform.http.replies[QStringLiteral("getMatchingCities.pl")] = ManyChildren(1);
-    const FrmNewLoc& window = OpenSearch();
-    Find<QComboBox>(window, "CombState").setCurrentIndex(0);
-    Type(window, "TxtCity", QStringLiteral("Ci"));
-    ClickOn(window, "LblGet2Link");
-    const auto& results = Find<ListBox>(window, "LstSearchResults");
-    ASSERT_EQ(Lines(results), QStringList{QStringLiteral("City 0")});
-    for (const int count : kTooMany) {
-        SCOPED_TRACE(count);
-        platform.http.replies[QStringLiteral("getMatchingCities.pl")] = ManyChildren(count);
+protected:
+    /// The search window with one result of an earlier search.
+    FrmNewLoc& OpenWithAResult()
+    {
+        platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] =
+            "<root num_matches=\"7000\" max_matches=\"50\"/>";
+        FrmNewLoc& window = OpenSearch();
+        Find<QComboBox>(window, "CombState").setCurrentIndex(0);
+        Type(window, "TxtCity", QStringLiteral("Ci"));
+        Search(window, ManyChildren(1));
+        EXPECT_EQ(Lines(Results(window)), QStringList{QStringLiteral("City 0")});
+        return window;
+    }
+    /// Says that all are to be displayed.
+    void Search(const FrmNewLoc& window, const QByteArray& reply)
+    {
+        platform.http.replies[QStringLiteral("getMatchingCities.pl")] = reply;
         platform.http.requests.clear();
+        platform.boxes.answers = {true};
         QElapsedTimer watch;
         watch.start();
         ClickOn(window, "LblGet2Link");
         EXPECT_LT(watch.elapsed(), kLongestMilliseconds);
         EXPECT_EQ(platform.http.requests.size(), 2);
-        EXPECT_EQ(Lines(results), QStringList{QStringLiteral("City 0")});
         EXPECT_TRUE(Find<QWidget>(window, "LblGet2Link").isEnabled());
         EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
-        ExpectBoxes({});
+        ExpectBoxes(
+            {Question(QStringLiteral("There are over 50 matches.\r\nWould you like to display all?"))});
+    }
+    static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
+};
+
+TEST_F(LongCityListTest, beyondSixThousand_showsTheFirst_inGoodTime)
+{
+    const FrmNewLoc& window = OpenWithAResult();
+    for (const int count : {6001, 7000, 65'000}) {
+        SCOPED_TRACE(count);
+        Search(window, ManyChildren(1));
+        Search(window, ManyChildren(count));
+        ASSERT_EQ(Results(window).count(), 6000);
+        EXPECT_EQ(Results(window).List(0), QStringLiteral("City 0"));
+        EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 5999"));
+    }
+    ClickRow(Results(window), 5999);
+    ClickOn(window, "CmdAdd");
+    EXPECT_TRUE(platform.http.requests.last().contains(QStringLiteral("aid=5999&"))) << "its own identifier";
+}
+
+TEST_F(LongCityListTest, namesThatComeAgain_stillShowTheFirstOfThem)
+{
+    const FrmNewLoc& window = OpenWithAResult();
+    QByteArray reply = ManyChildren(5999);
+    reply.insert(reply.size() - 7, "<c7 city=\"Another\"/><c8000 city=\"Last\"/>");
+    Search(window, reply);
+    EXPECT_EQ(Results(window).count(), 6000);
+    EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 7"));
+}
+
+// More than a document may hold, and cities above much else.
+TEST_F(LongCityListTest, replyThatIsTooLargeInOtherWays_leavesTheEarlierResults_inGoodTime)
+{
+    const FrmNewLoc& window = OpenWithAResult();
+    QByteArray nested = ManyChildren(7000);
+    nested.replace("\"/><c1 ", "\">" + QByteArray("<b/>").repeated(13'000) + "</c0><c1 ");
+    for (const QByteArray& reply : {ManyChildren(100'000), nested}) {
+        Search(window, reply);
+        EXPECT_EQ(Lines(Results(window)), QStringList{QStringLiteral("City 0")});
     }
 }
 

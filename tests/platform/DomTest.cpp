@@ -396,4 +396,16 @@ TEST_F(DomTest, save_toAUrl_isFalse)
     EXPECT_FALSE(document->Save(QStringLiteral("http://127.0.0.1/r.xml")));
 }
 
+TEST_F(DomTest, removeChildrenFrom_keepsThoseBefore)
+{
+    const DomNode root = Loaded("<root><a/>text<b/><c/></root>");
+    root.RemoveChildrenFrom(4);
+    EXPECT_EQ(root.Xml(), QStringLiteral("<root><a/>text<b/><c/></root>"));
+    root.RemoveChildrenFrom(2);
+    EXPECT_EQ(root.Xml(), QStringLiteral("<root><a/>text</root>"));
+    root.RemoveChildrenFrom(0);
+    EXPECT_FALSE(root.HasChildNodes());
+    EXPECT_EQ(ErrorOf([] { DomNode().RemoveChildrenFrom(0); }), ErrorNumber::kObjectNotSet);
+}
+
 } // namespace
