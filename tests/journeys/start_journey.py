@@ -17,6 +17,9 @@ import place_windows
 import screen
 
 FATAL = "An error has occured, The application will be terminated."
+CHICAGO_BEYOND_THE_POLE = ('latitude_final="41.85"', 'latitude_final="400"')
+JAKARTA = ('<Jakarta atlas_id="ID-1" city="Jakarta" state="Indonesia" longitude="" longitude_final="106.85" latitude=""'
+           ' latitude_final="-6.21" time_zone2="7"/>')
 # Root reads what it may not. Another user would get neither the display nor the message bus of this journey.
 BOUND_BY_PERMISSIONS = ("setpriv", "--bounding-set=-dac_override,-dac_read_search") if os.geteuid() == 0 else ()
 
@@ -125,8 +128,14 @@ def no_display(folder):
 
 
 def broken_values(folder):
-    with hands.Program(folder, main_window.SETTINGS.replace('angle1="-15"', 'angle1="400"')) as program:
-        end_by(program, "Error - 6")
+    for before, after in (('angle1="-15"', 'angle1="400"'), ('longitude_final="-87.65"', 'longitude_final="400"'),
+                          ('time_zone2="-6"', 'time_zone2="1000"'), CHICAGO_BEYOND_THE_POLE):
+        with hands.Program(folder, main_window.SETTINGS.replace(before, after)) as program:
+            end_by(program, "Error - 6")
+    # Mended as the README says, without the number.
+    mended = main_window.SETTINGS.replace(*CHICAGO_BEYOND_THE_POLE).replace("</locations>", JAKARTA + "</locations>")
+    with hands.Program(folder, mended.replace('Current="Chicago"', 'Current="Jakarta"')) as program:
+        assert main_window.Main(program).has("Jakarta, Indonesia")
     with hands.Program(folder, main_window.SETTINGS, module=False) as program:
         end_by(program, "Error - 6")
     for before, after in (('Current="Chicago"', 'Current=""'), ('useAdvWarn="false"', 'useAdvWarn="maybe"')):
