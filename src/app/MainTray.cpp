@@ -46,6 +46,7 @@ void MainTray::ClickMnuOpen()
     }
     m_window.setWindowState(Qt::WindowNoState);
     m_window.Show();
+    // Where a window comes back is the desktop's affair, be it behind all others. "Open" asks to see it.
     m_window.raise();
     m_window.activateWindow();
 }

@@ -70,6 +70,26 @@ TEST_F(MainTrayTest, exit_asksForTheRemovalTwiceAndUnloads)
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
+TEST_F(MainTrayTest, open_ofAWindowBehindAnother_bringsItToTheFront)
+{
+    FrmMain& main = Start();
+    QWidget other;
+    for (const bool isHidden : {false, true}) {
+        SCOPED_TRACE(isHidden);
+        if (isHidden) {
+            main.showMinimized();
+        }
+        other.show();
+        other.activateWindow();
+        Desk::Settle();
+        ASSERT_EQ(QApplication::activeWindow(), &other);
+        ASSERT_EQ(main.isVisible(), !isHidden);
+        ClickMenu("mnuOpen");
+        EXPECT_TRUE(main.isVisible());
+        EXPECT_EQ(QApplication::activeWindow(), &main);
+    }
+}
+
 TEST_F(MainTrayTest, open_ofADisabledWindow_bringsItBackDisabled_underItsDialog)
 {
     FrmMain& main = Start();
