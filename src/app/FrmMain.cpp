@@ -21,6 +21,10 @@
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"
 
+#include <QScopeGuard>
+
+#include <utility>
+
 namespace {
 
 constexpr int kSplashMilliseconds = 2000;
@@ -64,7 +68,7 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     CentreOver(nullptr);
     PrayerTimer.events.Tick = [this] { OnTick(); };
     PrayerTimer.events.Midnight = [this] { UpdateEverything(); };
-    PrayerTimer.events.Alarm = [this](std::int16_t PrayerID) { m_alerts.Alarm(PrayerID); };
+    PrayerTimer.events.Alarm = [this](std::int16_t PrayerID) { OnAlarm(PrayerID); };
     PrayerTimer.events.AdvAlarm = [this](std::int16_t PrayerID) { m_alerts.AdvAlarm(PrayerID); };
     forms.SetMain(*this);
 }
@@ -229,6 +233,13 @@ void FrmMain::OnTick()
     RefreshAdIfDue(second);
 }
 
+void FrmMain::OnAlarm(std::int16_t PrayerID)
+{
+    const bool isInsideAnother = std::exchange(m_isAlarmUnderWay, true);
+    const auto end = qScopeGuard([this, isInsideAnother] { m_isAlarmUnderWay = isInsideAnother; });
+    m_alerts.Alarm(PrayerID);
+}
+
 void FrmMain::RefreshAdIfDue(int second)
 {
     // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
@@ -238,8 +249,10 @@ void FrmMain::RefreshAdIfDue(int second)
     }
     // The refresh begins with the probe, which blocks the ticks. A second 0 that falls into it is lost with
     // its alerts, and at midnight with the new day; then the refresh waits for second 1. A probe that begins
-    // in second 0 is no danger: this tick is the one that matches the alerts.
-    m_isAdPutOff = second * 1000 + Http::kLongestReachMilliseconds >= kMillisecondsPerMinute;
+    // in second 0 is no danger: this tick is the one that matches the alerts. Inside the wait of an alarm the
+    // refresh would hold up the sound.
+    m_isAdPutOff =
+        m_isAlarmUnderWay || second * 1000 + Http::kLongestReachMilliseconds >= kMillisecondsPerMinute;
     if (!m_isAdPutOff) {
         m_adPanel.RefreshAd(true);
         AdSeconds = 0.0F;

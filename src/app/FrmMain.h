@@ -45,6 +45,7 @@ private:
     void FailLoad(const QString& description, int number);
     void FeedFromConfiguration();
     void OnTick();
+    void OnAlarm(std::int16_t PrayerID);
     /// @param second of the tick, 0 to 59
     void RefreshAdIfDue(int second);
     [[nodiscard]] AlertHooks HooksOfAlerts();
@@ -64,6 +65,7 @@ private:
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
     float AdSeconds = 0.0F;
-    /// A refresh of the ad is due that a tick near the end of a minute did not make.
+    /// A refresh of the ad is due that its tick left to a later one.
     bool m_isAdPutOff = false;
+    bool m_isAlarmUnderWay = false;
 };

@@ -174,6 +174,25 @@ TEST_F(AdScheduleTest, tick_whoseProbeCouldReachSecondZero_leavesTheRefreshToSec
     }
 }
 
+TEST_F(AdScheduleTest, tick_inTheWaitOfAnAlarm_leavesTheRefreshToATickBehindIt)
+{
+    WaitTime("1");
+    Start();
+    Tick(58);
+    Asked();
+    QStringList askedInTheWait;
+    platform.http.whileWaiting = [&] {
+        platform.clock.SetTime(12, 30, 1);
+        platform.timers.Ticker()->Fire();
+        askedInTheWait = Asked();
+    };
+    TickAtDuhr();
+    EXPECT_EQ(askedInTheWait, QStringList(kPrayer)) << "the sound would wait for the strip";
+    EXPECT_EQ(Asked(), QStringList(kAd)) << "the alarm's own";
+    TickAt(31, 4);
+    EXPECT_EQ(Asked(), QStringList(kAd)) << "the one that was due";
+}
+
 TEST_F(AdScheduleTest, refreshPutOff_secondOneLost_isMadeAtTheNextTick)
 {
     StartAndPutOff();
