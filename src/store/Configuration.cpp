@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <cstdlib>
+#include <limits>
 
 namespace {
 
@@ -28,10 +29,12 @@ std::optional<int> WholeNumber(const QString& text)
 std::optional<std::int16_t> MinutesBeyond(std::int16_t zoneHours, const QString& utcMinutes)
 {
     constexpr std::int64_t kMinutesPerHour = 60;
-    const std::optional<int> minutes = WholeNumber(utcMinutes);
+    // The scheduler's offset has 16 bits, and daylight saving adds an hour to it.
+    constexpr std::int64_t kLargest = std::numeric_limits<std::int16_t>::max() - kMinutesPerHour;
+    const std::optional<std::int64_t> minutes = WholeNumber(utcMinutes);
     const std::int64_t beyond = minutes.value_or(0) - zoneHours * kMinutesPerHour;
-    const bool isWithinTheHour = minutes && std::abs(beyond) < kMinutesPerHour;
-    return isWithinTheHour ? std::optional(static_cast<std::int16_t>(beyond)) : std::nullopt;
+    const bool counts = minutes && std::abs(*minutes) <= kLargest && std::abs(beyond) < kMinutesPerHour;
+    return counts ? std::optional(static_cast<std::int16_t>(beyond)) : std::nullopt;
 }
 
 void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QString& decimalSign,

@@ -258,6 +258,8 @@ TEST_F(ConfigurationTest, utcMinutes_countWithin59MinutesOfTheRoundedZone)
         {"6", "utc_minutes=\"300\"", kNone},
         {"6", "utc_minutes=\"419\"", 59},
         {"6", "utc_minutes=\"420\"", kNone},
+        {"545", "utc_minutes=\"32707\"", 7},
+        {"545", "utc_minutes=\"32708\"", kNone},
         {"5.5", "", kNone},
         {"5.5", "utc_minutes=\"\"", kNone},
         {"5.5", "utc_minutes=\" 330\"", kNone},
