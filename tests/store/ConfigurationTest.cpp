@@ -297,20 +297,27 @@ TEST_F(ConfigurationTest, booleans_anyCaseAndNumbers)
 
 TEST_F(ConfigurationTest, commaAndArabicSystems_readPointedNumbers)
 {
-    for (const QLocale& locale :
-         {QLocale(QLocale::German, QLocale::Germany), QLocale(QLocale::Arabic, QLocale::Egypt)}) {
-        platform.region.locale = locale;
-        held = Configuration{};
-        ASSERT_EQ(Load(SettingsText()
-                           .replace(Q("latitude_final=\"41.85\""), Q("latitude_final=\"41.12\""))
-                           .replace(Q("time_zone2=\"-6\""), Q("time_zone2=\"5.5\""))
-                           .replace(Q("angle1=\"-15\""), Q("angle1=\"-17.5\""))),
-                  0)
-            << locale.name().toStdString();
-        EXPECT_EQ(held.LatitudeFinal, 41.12);
-        EXPECT_EQ(held.LongitudeFinal, -87.65);
-        EXPECT_EQ(held.ZoneHours, 6);
-        EXPECT_EQ(held.FajrAngle, -18);
+    const struct
+    {
+        const char* text;
+        std::int16_t hours;
+    } zones[] = {{"5.5", 6}, {"-3.5", -4}};
+    for (const char* name : {"de_DE", "ar_EG", "sv_SE", "fa_IR"}) {
+        platform.region.locale = QLocale(Q(name));
+        for (const auto& zone : zones) {
+            SCOPED_TRACE(testing::Message() << name << ' ' << zone.text);
+            held = Configuration{};
+            ASSERT_EQ(Load(SettingsText()
+                               .replace(Q("latitude_final=\"41.85\""), Q("latitude_final=\"41.12\""))
+                               .replace(Q("time_zone2=\"-6\""),
+                                        QStringLiteral("time_zone2=\"%1\"").arg(Q(zone.text)))
+                               .replace(Q("angle1=\"-15\""), Q("angle1=\"-17.5\""))),
+                      0);
+            EXPECT_EQ(held.LatitudeFinal, 41.12);
+            EXPECT_EQ(held.LongitudeFinal, -87.65);
+            EXPECT_EQ(held.ZoneHours, zone.hours);
+            EXPECT_EQ(held.FajrAngle, -18);
+        }
     }
 }
 
