@@ -3,11 +3,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """day_journey.py FOLDER: one day from before Fajr to after Isha, in one run of the program, in which the service hears of
 each of the six prayers once, at its minute. Then an hour in which each second comes, with two prayers and silence between
-them. Then a day on which the dialog is open at Asr, which is lost.
+them. Then a day on which the dialog is open at Asr, which is lost. Then an Isha half a minute after midnight.
 
 On the whole day the clock runs as usual round each prayer. Between them it runs so fast, and leaps over the last minutes
 as after a short sleep, that hardly a second 0 of a minute is met, in which alone the program compares: of the silence
 between the prayers this says nothing. The hour does: there the timers run faster together with the clock."""
+import datetime
 import os
 import sys
 
@@ -26,6 +27,10 @@ SLOWER = 6      # in that hour, round a prayer
 ASIDE = 1200    # seconds before a prayer at which the fast clock has to have ended
 PID = "P-day"
 SETTINGS = main_window.with_alerts(silent=main_window.ELEMENTS, pid=PID)
+PARIS = ('<Paris atlas_id="FR-Paris" city="Paris" state="France" longitude="" longitude_final="2.35" latitude=""'
+         ' latitude_final="48.85" time_zone2="1"/>')
+# In Paris Isha is 25 seconds after the midnight that this date ends with.
+BEFORE_ISHA = datetime.date(2027, 5, 27)
 
 
 def go_to(clock, seconds):
@@ -118,6 +123,31 @@ def dialog_in_the_way(folder, service, times):
         popup.wait_gone()
 
 
+def isha_after_midnight(folder, service):
+    """Nothing comes at 0:00, when the day is computed anew; Isha does at 0:01."""
+    settings = main_window.with_alerts(popup=["isha"], pid="P-midnight")
+    for before, after in (("</locations>", PARIS + "</locations>"), ('Current="Chicago"', 'Current="Paris"'),
+                          ('angle1="-15" angle2="-15"', 'angle1="-18" angle2="-17"'), ('useDLS="false"', 'useDLS="true"'),
+                          ('hourmode="24"', 'hourmode="12"')):
+        assert before in settings, before
+        settings = settings.replace(before, after)
+    clock = wall_clock.FastClock()
+    midnight = ((BEFORE_ISHA - DATE).days + 1) * 86400
+    with wall_clock.start(folder, settings, clock, midnight - 2 * wall_clock.LEAD) as program:
+        clock.started(program.process)
+        main = main_window.Main(program)
+        main.wait("the new date", lambda m: m.has("Date: 28 May, 2027") and m.after("Isha:") == "12:01 AM")
+        clock.run(midnight + 60 - wall_clock.LEAD, 1)
+        assert service.requests("prayerCall.pl", "P-midnight") == [] and not hands.is_titled("Dusk Beacon Alert")
+        popup = hands.Window(program, "Prayer Time: Isha: 12:01 AM").wait()
+        assert 0 <= clock.now() - midnight - 60 < 59, "not in its minute"
+        sent = screen.wait_for("the request of Isha", lambda: service.requests("prayerCall.pl", "P-midnight"))
+        assert sent == [stand_in.prayer_call("P-midnight", 6, "0:01").replace("US-1", "FR-Paris")], sent
+        hands.picture("day_isha_after_midnight")
+        popup.click(BUTTON, "OK")
+        popup.wait_gone()
+
+
 def main():
     folder = os.path.abspath(sys.argv[1])
     with hands.Desktop(), stand_in.Service(ad="", version_name="") as service:
@@ -127,6 +157,8 @@ def main():
         one_hour(folder, service)
         print("the dialog in the way", flush=True)
         dialog_in_the_way(folder, service, times)
+        print("an Isha after midnight", flush=True)
+        isha_after_midnight(folder, service)
     print("all as it should be")
 
 
