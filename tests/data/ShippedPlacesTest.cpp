@@ -96,7 +96,7 @@ constexpr std::array kZones{
     Zone{"Sao_Paulo", "-3"},   Zone{"Singapore", "8"},  Zone{"Sydney", "10"},     Zone{"Tripoli", "2"},
     Zone{"Kolkata", "5.5"},    Zone{"Colombo", "5.5"},  Zone{"Tehran", "3.5"},    Zone{"Kabul", "4.5"},
     Zone{"Kathmandu", "5.75"}, Zone{"Yangon", "6.5"},   Zone{"St_Johns", "-3.5"}, Zone{"Adelaide", "9.5"},
-    Zone{"Darwin", "9.5"},
+    Zone{"Darwin", "9.5"},     Zone{"Srinagar", "5.5"},
 };
 
 struct Region
@@ -110,10 +110,18 @@ const std::vector<Region> kRegions{
     {"Levant and Iraq", {"Amman", "Beirut", "Damascus", "Gaza", "Jerusalem", "Baghdad"}},
     {"Turkey and the Caucasus", {"Istanbul", "Ankara", "Baku"}},
     {"Central Asia", {"Tashkent", "Almaty", "Dushanbe", "Bishkek", "Ashgabat"}},
-    {"Iran and Afghanistan", {"Tehran", "Mashhad", "Isfahan", "Kabul", "Kandahar", "Herat"}},
+    {"Iran",
+     {"Tehran", "Mashhad", "Isfahan", "Karaj", "Tabriz", "Shiraz", "Qom", "Ahvaz", "Kermanshah", "Rasht",
+      "Kerman", "Urmia", "Zahedan", "Hamadan", "Arak"}},
+    {"Afghanistan", {"Kabul", "Kandahar", "Mazar_i_Sharif", "Herat", "Jalalabad", "Kunduz"}},
+    {"India", {"Mumbai", "Delhi",    "Bengaluru", "Hyderabad", "Ahmedabad", "Chennai",  "Kolkata",
+               "Surat",  "Pune",     "Kanpur",    "Jaipur",    "Lucknow",   "Nagpur",   "Coimbatore",
+               "Indore", "Vadodara", "Patna",     "Bhopal",    "Ludhiana",  "Kozhikode"}},
     {"South Asia",
-     {"Karachi", "Lahore", "Dhaka", "Male", "Mumbai", "Delhi", "Kolkata", "Chennai", "Kathmandu", "Colombo"}},
-    {"South-East Asia", {"Jakarta", "Kuala_Lumpur", "Singapore", "Manila", "Bangkok", "Yangon", "Mandalay"}},
+     {"Karachi", "Lahore", "Srinagar", "Dhaka", "Male", "Kathmandu", "Pokhara", "Biratnagar", "Colombo",
+      "Jaffna", "Kandy"}},
+    {"South-East Asia",
+     {"Jakarta", "Kuala_Lumpur", "Singapore", "Manila", "Bangkok", "Yangon", "Mandalay", "Naypyidaw"}},
     {"East Asia", {"Beijing", "Xian", "Tokyo"}},
     {"North Africa", {"Cairo", "Tunis", "Algiers", "Casablanca", "Tripoli", "Khartoum"}},
     {"West Africa", {"Dakar", "Lagos", "Kano", "Bamako", "Niamey"}},
@@ -185,8 +193,8 @@ TEST_F(ShippedPlaces, numbers_areThoseOfThePage)
     for (const Place& place : m_places) {
         states.insert(place.state);
     }
-    EXPECT_EQ(m_places.size(), 130U);
-    EXPECT_EQ(states.size(), 71U) << "Jerusalem and 70 countries";
+    EXPECT_EQ(m_places.size(), 144U);
+    EXPECT_EQ(states.size(), 72U) << "Jerusalem, Srinagar and 70 countries";
 }
 
 TEST_F(ShippedPlaces, regions_allHaveTheirLargerCities)
