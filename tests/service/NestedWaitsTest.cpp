@@ -15,10 +15,10 @@ QString Confirmable()
                  QStringLiteral(R"(mobileEnabled="true" mobileDID="D-1" mobilePC="4711")"));
 }
 
-// Twenty steps, each taken in the wait for a request of those before, by what ticks and users do meanwhile: an
-// ad, an alarm, a search in windows of its own, a sign-up in another window, an ad under that. There is one
-// sign-up at a time, and no tick refreshes the ad inside the wait of an alarm, so that all but the first of
-// these ask for nothing.
+// Twenty steps, each taken in the wait for a request of those before, by what ticks and users do meanwhile:
+// an ad, an alarm, a search in windows of its own, a sign-up in another window, an ad under that. There is
+// one sign-up at a time, and no tick refreshes the ad inside the wait of an alarm, so that all but the first
+// of these ask for nothing.
 class NestedWaitsTest : public testing::Test
 {
 protected:
