@@ -5,6 +5,7 @@
 #include "controls/Layout.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
+#include "platform/BesideBox.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
 #include "platform/Timers.h"
@@ -12,6 +13,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QPushButton>
@@ -126,9 +128,23 @@ void FrmPopup::MoveToCentre()
     if (screen == nullptr) {
         return;
     }
+    const QRect area = screen->availableGeometry();
     QRect place(QPoint(), size());
-    place.moveCenter(screen->availableGeometry().center());
+    place.moveCenter(area.center());
     move(place.topLeft());
+    const auto boxes = ShownWindows([](const QWidget& window) { return window.isModal(); });
+    if (!boxes.empty()) {
+        MoveClear(*this, area, boxes, area);
+    }
+}
+
+bool FrmPopup::event(QEvent* event)
+{
+    // A message box doesn't block it: an alert ends, and waits for nobody.
+    if (event->type() == QEvent::WindowBlocked) {
+        UnblockWindow(*this);
+    }
+    return Form::event(event);
 }
 
 void FrmPopup::OnTick()

@@ -13,7 +13,7 @@ class QTime;
 class Timer;
 
 /// The small window that carries an alert. While it is up the main window takes no input and no further alert
-/// comes through. Goes when its time is up or by "OK".
+/// comes through. Goes when its time is up or by "OK", also beside a message box.
 class FrmPopup final : public Form
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
     ~FrmPopup() override;
 
     /// Comes up above the other windows, in the middle of the screen where the main window is or last was,
-    /// and leaves the keyboard with whoever has it.
+    /// there clear of a message box, and leaves the keyboard with whoever has it.
     /// @param Message two lines
     /// @param SecLifeSpan seconds after which the window goes by itself; with 1 or less at the first tick
     void ShowPopup(const QString& Message, std::int16_t SecLifeSpan);
@@ -33,6 +33,7 @@ public:
 protected:
     void OnLoad() override;
     void OnUnload() override;
+    bool event(QEvent* event) override;
 
 private:
     void BuildControls();

@@ -4,7 +4,8 @@
 
 #include <QString>
 
-/// Modal message boxes; the texts are plain. A box without a title of its own is titled kDefaultTitle.
+/// Modal message boxes, which block all windows but the popup and the tray icon; the texts are plain. A box
+/// without a title of its own is titled kDefaultTitle.
 class MessageBoxes
 {
 public:

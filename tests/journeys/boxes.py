@@ -6,6 +6,11 @@ import screen
 from screen import Atspi, GLib
 
 
+def is_title(name):
+    """Whether a message box may be titled so; the popup, an alert as well for a screen reader, is named by its text."""
+    return name == "Dusk Beacon" or name.startswith("Error - ")
+
+
 def box(program):
     """The text of the message box that is shown, and what its buttons say; None without one."""
     try:
@@ -14,7 +19,7 @@ def box(program):
             window = application.get_child_at_index(i)
             if window is None or not window.get_state_set().contains(Atspi.StateType.SHOWING):
                 continue
-            if "alert" in window.get_role_name() or "dialog" in window.get_role_name():
+            if ("alert" in window.get_role_name() or "dialog" in window.get_role_name()) and is_title(window.get_name()):
                 nodes = list(screen.nodes(window))[1:]
                 text = [node.get_name() for node in nodes if node.get_role_name() == "label" and node.get_name()]
                 buttons = {node.get_name().replace("&", ""): node for node in nodes

@@ -138,6 +138,17 @@ def click(node, at=(0.5, 0.5), times=1):
     xdotool("mousemove", int(place.x + place.width * at[0]), int(place.y + place.height * at[1]), "click", "--repeat", times, 1)
 
 
+def frames_over(node):
+    """The windows that the pointer meets on a control, in its middle and its corners: one where nothing covers it."""
+    place = node.get_extents(Atspi.CoordType.SCREEN)
+    right, bottom = place.x + place.width - 2, place.y + place.height - 2
+    spots = [(place.x + place.width // 2, place.y + place.height // 2), (place.x + 1, place.y + 1), (right, place.y + 1),
+             (place.x + 1, bottom), (right, bottom)]
+    looks = [word for x, y in spots for word in ("mousemove", str(x), str(y), "getmouselocation")]
+    found = subprocess.run(["xdotool", *looks], stdout=subprocess.PIPE, check=True, text=True).stdout
+    return {line.rpartition(":")[2] for line in found.splitlines()}
+
+
 def xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/BesideBox.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QWindow>
+
+#include <algorithm>
+#include <tuple>
+
+namespace {
+
+using Cost = std::tuple<int, int, int>;
+
+// The toolkit doesn't block what is in front of the modal window, by the chain of transient parents.
+void PutInFrontOfModalWindow(QWidget& window)
+{
+    QWidget* const modal = QApplication::activeModalWidget();
+    window.windowHandle()->setTransientParent(modal == nullptr ? nullptr : modal->windowHandle());
+    if (modal != nullptr) {
+        // It may have been open over another one, which is then the modal window again.
+        QObject::connect(modal, &QObject::destroyed, &window, [&window] { PutInFrontOfModalWindow(window); });
+    }
+}
+
+int Area(const QRect& rectangle)
+{
+    return rectangle.isEmpty() ? 0 : rectangle.width() * rectangle.height();
+}
+
+// In the order of their weight: the area of buttons where another window is, the area that two windows share,
+// and the distance.
+Cost CostOf(const WindowOutline& window, const QPoint& place, const std::vector<WindowOutline>& others)
+{
+    const QPoint offset = place - window.frame.topLeft();
+    const QRect frame = window.frame.translated(offset);
+    const QRect buttons = window.buttons.translated(offset);
+    int buttonArea = 0;
+    int frameArea = 0;
+    for (const WindowOutline& other : others) {
+        buttonArea += Area(buttons & other.frame) + Area(frame & other.buttons);
+        frameArea += Area(frame & other.frame);
+    }
+    return {buttonArea, frameArea, QPoint::dotProduct(offset, offset)};
+}
+
+// The top left corner of a window of that size, inside the area.
+QPoint Inside(const QPoint& place, const QSize& size, const QRect& area)
+{
+    const auto inside = [](int coordinate, int length, int first, int areaLength) {
+        return std::clamp(coordinate, first, first + std::max(0, areaLength - length));
+    };
+    return {inside(place.x(), size.width(), area.left(), area.width()),
+            inside(place.y(), size.height(), area.top(), area.height())};
+}
+
+QRect ButtonsOf(const QWidget& window)
+{
+    QRect buttons;
+    for (const auto* const button : window.findChildren<QAbstractButton*>()) {
+        if (button->isVisibleTo(&window)) {
+            buttons |= QRect(button->mapTo(&window, QPoint()), button->size());
+        }
+    }
+    return buttons;
+}
+
+} // namespace
+
+void UnblockWindow(QWidget& window)
+{
+    // Not at once: a window that is just being shown would be handed to the window manager as the box's own,
+    // which the manager hides and activates with it.
+    QMetaObject::invokeMethod(
+        &window, [&window] { PutInFrontOfModalWindow(window); }, Qt::QueuedConnection);
+}
+
+QPoint ClearPlace(const WindowOutline& window, const std::vector<WindowOutline>& others, const QRect& area)
+{
+    const QRect& frame = window.frame;
+    // Where it would be, and beside another window.
+    std::vector<int> columns{frame.left()};
+    std::vector<int> rows{frame.top()};
+    for (const WindowOutline& other : others) {
+        columns.insert(columns.end(), {other.frame.left() - frame.width(), other.frame.right() + 1});
+        rows.insert(rows.end(), {other.frame.top() - frame.height(), other.frame.bottom() + 1});
+    }
+    QPoint best = Inside(frame.topLeft(), frame.size(), area);
+    for (const int column : columns) {
+        for (const int row : rows) {
+            const QPoint place = Inside({column, row}, frame.size(), area);
+            if (CostOf(window, place, others) < CostOf(window, best, others)) {
+                best = place;
+            }
+        }
+    }
+    return best;
+}
+
+void MoveClear(QWidget& window, const QRect& around, const std::vector<const QWidget*>& others,
+               const QRect& area)
+{
+    QMargins margins;
+    std::vector<WindowOutline> outlines;
+    for (const QWidget* const other : others) {
+        // Of the window and not of the widget, which goes on with the frame that it found while the window
+        // manager was still at work.
+        outlines.push_back({other->windowHandle()->frameGeometry(),
+                            ButtonsOf(*other).translated(other->mapToGlobal(QPoint()))});
+        // A window has its frame once it is shown. Until then that of its neighbour is a good guess.
+        margins = other->windowHandle()->frameMargins();
+    }
+    WindowOutline outline{QRect(QPoint(), window.size()).marginsAdded(margins), ButtonsOf(window)};
+    const QPoint offset = around.center() - outline.frame.center();
+    outline.frame.translate(offset);
+    outline.buttons.translate(offset);
+    // Without the frame: whether move() takes it along depends on the stage that the window is in.
+    const QPoint inside(margins.left(), margins.top());
+    window.setGeometry(QRect(ClearPlace(outline, outlines, area) + inside, window.size()));
+}
+
+std::vector<const QWidget*> ShownWindows(bool (*condition)(const QWidget&))
+{
+    std::vector<const QWidget*> windows;
+    for (const QWidget* const window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && !window->isMinimized() && condition(*window)) {
+            windows.push_back(window);
+        }
+    }
+    return windows;
+}
