@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/QtTrayIcon.h"
 
+#include "platform/BesideBox.h"
+
 #include <QApplication>
 #include <QCursor>
 #include <QDBusConnection>
@@ -85,12 +87,17 @@ bool QtTrayIcon::IsShown() const
 
 bool QtTrayIcon::eventFilter(QObject* watched, QEvent* event)
 {
-    // Qt opens the menu of an embedded icon when the button goes down; it is to open when it comes up.
+    const bool isBlocked = event->type() == QEvent::WindowBlocked;
     const bool isPress = event->type() == QEvent::MouseButtonPress;
     const bool isRelease = event->type() == QEvent::MouseButtonRelease;
-    if ((!isPress && !isRelease) || !watched->inherits(kEmbeddedIconClass)) {
+    if ((!isBlocked && !isPress && !isRelease) || !watched->inherits(kEmbeddedIconClass)) {
         return false;
     }
+    if (isBlocked) {
+        UnblockWindow(*static_cast<QWidget*>(watched));
+        return false;
+    }
+    // Qt opens the menu of an embedded icon when the button goes down; it is to open when it comes up.
     const auto* const mouse = static_cast<QMouseEvent*>(event);
     if (mouse->button() != Qt::RightButton) {
         return false;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/QtTrayIcon.h"
 
-#include "fakes/Desk.h"
+#include "fakes/UnderABox.h"
 
 #include <QIcon>
 #include <QMenu>
@@ -88,6 +88,22 @@ TEST_F(QtTrayIconTest, otherButtonsAndDoubleClicks_openNothing)
     }
     Desk::Settle();
     EXPECT_FALSE(menu.isVisible());
+}
+
+TEST_F(QtTrayIconTest, rightButton_underABox_opensTheMenu)
+{
+    tray.Add(Icon(), QStringLiteral("tip"), menu);
+    int chosen = 0;
+    QObject::connect(menu.actions().constFirst(), &QAction::triggered, &menu, [&] { ++chosen; });
+    UnderABox([&](QMessageBox&) {
+        QTest::mouseClick(embedded.windowHandle(), Qt::RightButton, Qt::NoModifier, QPoint(5, 5));
+        ASSERT_TRUE(menu.isVisible());
+        Desk::Settle();
+        QTest::mouseClick(menu.windowHandle(), Qt::LeftButton, Qt::NoModifier,
+                          menu.actionGeometry(menu.actions().constFirst()).center());
+        EXPECT_EQ(chosen, 1);
+        EXPECT_FALSE(menu.isVisible());
+    });
 }
 
 TEST_F(QtTrayIconTest, afterTheRemoval_theMouseIsNobodys)
