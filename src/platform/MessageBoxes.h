@@ -16,6 +16,8 @@ public:
     MessageBoxes& operator=(const MessageBoxes&) = delete;
     virtual ~MessageBoxes() = default;
 
+    // Neither returns from a box that the end of the program closes: nobody answered it.
+
     /// One OK button.
     virtual void Show(const QString& text, const QString& title = kDefaultTitle) = 0;
     /// Yes and No buttons; true for Yes.

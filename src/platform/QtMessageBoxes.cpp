@@ -10,6 +10,8 @@
 #include <QShowEvent>
 #include <QWindow>
 
+#include <cstdlib>
+
 namespace {
 
 bool StaysOnTop(const QWidget& window)
@@ -61,7 +63,13 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
     box.setWindowTitle(title);
     box.setText(text.left(kLongestText));
     box.setStandardButtons(buttons);
-    return box.exec();
+    const int answer = box.exec();
+    if (box.clickedButton() == nullptr) {
+        // The program was told to end, as the last window does that goes. The caller must not go on with an
+        // answer that nobody gave.
+        std::_Exit(EXIT_SUCCESS);
+    }
+    return answer;
 }
 
 } // namespace

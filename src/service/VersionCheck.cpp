@@ -92,6 +92,9 @@ void VersionCheck::Offer(SimpleXML& settings, const SimpleXML& reply)
 {
     const bool wanted =
         m_platform.boxes.Ask(QStringLiteral("Would you like to Download\r\nthe new version of DuskBeacon?"));
+    if (!m_window.IsLoaded()) {
+        return;
+    }
     if (!wanted) {
         const int day = m_platform.clock.Now().date().dayOfYear() + kSilentDays;
         settings.AddAttributeByName(QStringLiteral("remind"), QString::number(day), kVersion);

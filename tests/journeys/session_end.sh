@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The session ends: by each signal, while loading, while running, and with a dialog over the disabled window. The
-# program ends normally, quickly, and writes nothing.
+# The session ends: by each signal, while loading, while running, with a dialog over the disabled window, and under a
+# message box. The program ends normally, quickly, and writes nothing.
 . "$(dirname "$0")/desktop.bash"
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 start_desktop
@@ -48,5 +48,15 @@ click_locations
 wait_until "no list of places" is_list_open
 wmctrl -i -c "$window"
 picture session_end_places
+end_by TERM
+
+# Under a question.
+start_program
+click_locations
+wait_until "no list of places" is_list_open
+wait_until "the list isn't in front" is_active 'Dusk Beacon: Location'
+xdotool key Tab Tab space
+wait_until "no question" is_active 'Dusk Beacon'
+picture session_end_question
 end_by TERM
 exit 0

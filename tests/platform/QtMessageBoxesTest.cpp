@@ -115,6 +115,16 @@ TEST(QtMessageBoxes, ask_escape_meansNo)
     EXPECT_TRUE(onlooker.seen);
 }
 
+TEST(QtMessageBoxes, closeButton_closesIt_andMeansNo)
+{
+    Onlooker shown([](QMessageBox& box) { box.close(); });
+    Boxes().Show(QStringLiteral("text"));
+    EXPECT_TRUE(shown.seen);
+    Onlooker asked([](QMessageBox& box) { box.close(); });
+    EXPECT_FALSE(Boxes().Ask(QStringLiteral("Sure?")));
+    EXPECT_TRUE(asked.seen);
+}
+
 TEST(QtMessageBoxes, show_markup_isTextAndNothingElse)
 {
     const QString markup = QStringLiteral("<b>bold</b> <img src=\"file:///etc/passwd\"> & <br>");
@@ -166,6 +176,29 @@ TEST(QtMessageBoxes, show_eventsGoOnUnderTheBox)
     });
     Boxes().Show(QStringLiteral("text"));
     EXPECT_GE(ticks, 5);
+}
+
+TEST(QtMessageBoxes, programEndsUnderTheBox_noAnswerIsGiven)
+{
+    // The last window goes, as by the tray's menu.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const bool isQuestion : {false, true}) {
+        EXPECT_EXIT(
+            {
+                QTimer::singleShot(0, qApp, [isQuestion] {
+                    Onlooker onlooker([](QMessageBox&) { QCoreApplication::exit(0); });
+                    if (isQuestion) {
+                        static_cast<void>(Boxes().Ask(QStringLiteral("Sure?")));
+                    } else {
+                        Boxes().Show(QStringLiteral("text"));
+                    }
+                    std::_Exit(99);
+                });
+                QCoreApplication::exec();
+                std::_Exit(98);
+            },
+            testing::ExitedWithCode(0), "");
+    }
 }
 
 } // namespace

@@ -268,4 +268,18 @@ TEST_F(VersionCheckTest, windowClosedDuringTheRequest_nothingIsOffered)
     EXPECT_EQ(Offers(), 0U);
 }
 
+TEST_F(VersionCheckTest, windowGoneUnderTheQuestion_noAnswerIsActedOn)
+{
+    const QByteArray before = ReadSettings();
+    Answer("version_name='2' version_sequence='0' download_url='http://x.example/d'");
+    platform.boxes.whileOpen = [this] { window->Unload(); };
+    for (const bool isAgreed : {false, true}) {
+        platform.boxes.answers = {isAgreed};
+        window->Handle([this] { Check(); });
+    }
+    EXPECT_EQ(ReadSettings(), before);
+    EXPECT_TRUE(platform.browser.opened.isEmpty());
+    EXPECT_EQ(platform.process.ended, 0);
+}
+
 } // namespace
