@@ -115,6 +115,19 @@ TEST_F(PopupBesideABoxTest, boxOverABox_popupIsUsableUnderBothAndUnderTheFirstAg
     }
 }
 
+TEST_F(PopupBesideABoxTest, mainWindowGoesUnderTheBox_popupAndBoxStayUsable)
+{
+    // As by "E&xit" in the tray's menu.
+    UnderABox([this](const QMessageBox& box) {
+        ShowPopup();
+        forms.Unload(QStringLiteral("FrmMain"));
+        Desk::Settle();
+        EXPECT_TRUE(box.isVisible());
+        ClickOk();
+        EXPECT_EQ(Popup(), nullptr);
+    });
+}
+
 TEST_F(PopupBesideABoxTest, otherWindowShownUnderTheBox_isBlocked)
 {
     QLineEdit late;
