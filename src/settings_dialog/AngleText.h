@@ -11,8 +11,8 @@ class QLocale;
 /// The stored text as the user reads it: every "." replaced by @p decimalSign.
 [[nodiscard]] QString AngleForBox(QString stored, const QString& decimalSign);
 
-/// A text that the user has typed or pasted, with @p decimalSign for "." and ",", since an angle needs no group
-/// separators, "-" for U+2212, and without the direction marks that some locales write before a sign.
+/// A text that the user has typed or pasted, with @p decimalSign for "." and ",", since an angle needs no
+/// group separators, "-" for U+2212, and without the direction marks that some locales write before a sign.
 [[nodiscard]] QString AngleAsTyped(const QString& text, const QString& decimalSign);
 
 /// The typed text as everyone can read it: every @p decimalSign replaced by ".", and digits and signs of the
