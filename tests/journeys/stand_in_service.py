@@ -238,8 +238,7 @@ class Handler(BaseHTTPRequestHandler):
                 if self.wait_for_mercy(script, how, 1):
                     break
         elif how == "slow":
-            self.send_response(200)
-            self.end_headers()
+            self.send_endless()
             for sent in range(len(data)):
                 self.wfile.write(data[sent:sent + 1])
                 self.wfile.flush()
