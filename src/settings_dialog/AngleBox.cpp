@@ -3,61 +3,58 @@
 #include "settings_dialog/AngleBox.h"
 
 #include "settings_dialog/AngleText.h"
-#include "support/Conversions.h"
 #include "support/ModRegion.h"
 
 #include <QInputMethodEvent>
-#include <QKeyEvent>
 #include <QSignalBlocker>
 
 #include <algorithm>
-
-namespace {
-
-constexpr int kLongestDraft = 64;
-
-} // namespace
+#include <cstdlib>
+#include <utility>
 
 AngleBox::AngleBox(const RegionalSettings& region, QWidget* parent)
     : TextBox(parent)
     , m_region(region)
 {
     // Raised by edits of the user only, and before Change.
-    connect(this, &QLineEdit::textEdited, this, [this] { UseLocaleSigns(*this); });
+    connect(this, &QLineEdit::textEdited, this, &AngleBox::UseLocaleSigns);
 }
 
-AngleBox::~AngleBox() = default;
-
-void AngleBox::UseLocaleSigns(QLineEdit& line) const
+void AngleBox::UseLocaleSigns()
 {
     const QString decimalSign = GetDecimalSign(m_region);
-    const QString text = AngleAsTyped(line.text(), decimalSign);
-    if (text != line.text()) {
-        const QString beforeCaret = AngleAsTyped(line.text().left(line.cursorPosition()), decimalSign);
-        const QSignalBlocker oneChange(line);
-        line.setText(text);
-        line.setCursorPosition(static_cast<int>(beforeCaret.size()));
+    const QString typed = AngleAsTyped(text(), decimalSign);
+    if (typed != text()) {
+        const QString beforeCaret = AngleAsTyped(text().left(cursorPosition()), decimalSign);
+        const QSignalBlocker oneChange(this);
+        setText(typed);
+        setCursorPosition(static_cast<int>(beforeCaret.size()));
     }
 }
 
-std::unique_ptr<QLineEdit> AngleBox::MakeDraft() const
+AngleBox::Entry AngleBox::ReadEntry() const
 {
-    auto draft = std::make_unique<QLineEdit>(text());
-    draft->setMaxLength(kLongestDraft);
-    if (hasSelectedText()) {
-        draft->setSelection(selectionStart(), selectionLength());
-    } else {
-        draft->setCursorPosition(cursorPosition());
+    const int caret = cursorPosition();
+    if (!hasSelectedText()) {
+        return {text(), caret, caret};
     }
-    return draft;
+    return {text(), caret == selectionStart() ? selectionEnd() : selectionStart(), caret};
+}
+
+void AngleBox::PutIn(const QString& text)
+{
+    const QSignalBlocker noChange(this);
+    // setText would leave nothing to undo.
+    selectAll();
+    insert(text);
 }
 
 void AngleBox::Refuse(const QString& stored)
 {
     // The setter ends the draft that there was.
-    std::unique_ptr<QLineEdit> draft = MakeDraft();
+    Entry refused = ReadEntry();
     SetText(stored);
-    m_draft = std::move(draft);
+    m_draft = std::move(refused);
     ShowDraftSelection();
 }
 
@@ -67,33 +64,57 @@ void AngleBox::Changed()
     TextBox::Changed();
 }
 
+void AngleBox::Edit(const std::function<void()>& edit)
+{
+    if (!m_draft) {
+        edit();
+        return;
+    }
+    const QString shown = text();
+    const Entry draft = *std::exchange(m_draft, std::nullopt);
+    PutIn(draft.text);
+    setSelection(draft.anchor, draft.caret - draft.anchor);
+    edit();
+    // A new text has raised Change, which has shown it or refused it.
+    if (!m_draft && text() == draft.text) {
+        m_draft = ReadEntry();
+        PutIn(shown);
+        ShowDraftSelection();
+    }
+}
+
 void AngleBox::keyPressEvent(QKeyEvent* event)
 {
-    if (m_draft && !event->matches(QKeySequence::Copy)) {
-        EditDraft(*event);
-    } else {
-        TextBox::keyPressEvent(event);
-    }
+    Edit([this, event] { TextBox::keyPressEvent(event); });
 }
 
 void AngleBox::inputMethodEvent(QInputMethodEvent* event)
 {
-    if (event->preeditString().isEmpty() && event->commitString().isEmpty()) {
+    if (event->replacementStart() != 0 || event->replacementLength() != 0) {
+        // The input method counts in the text that is shown.
+        m_draft.reset();
         TextBox::inputMethodEvent(event);
         return;
     }
-    // The box shows the text under composition at its caret. With a selection it would drop the selected text
-    // at once, and a refusal of what remains would cancel the composition: the draft keeps the selection.
-    if (!m_draft) {
-        m_draft = MakeDraft();
+    QInputMethodEvent endOfComposition(QString(), event->attributes());
+    TextBox::inputMethodEvent(&endOfComposition);
+    if (m_draft) {
+        ShowDraftSelection();
     }
-    deselect();
-    QInputMethodEvent composition(event->preeditString(), event->attributes());
-    TextBox::inputMethodEvent(&composition);
     if (!event->commitString().isEmpty()) {
         QInputMethodEvent commit;
-        commit.setCommitString(event->commitString(), event->replacementStart(), event->replacementLength());
-        EditDraft(commit);
+        commit.setCommitString(event->commitString());
+        Edit([this, &commit] { TextBox::inputMethodEvent(&commit); });
+    }
+    if (!event->preeditString().isEmpty()) {
+        // The box shows the text under composition at its caret. With a selection it would drop the selected
+        // text at once, and a refusal of what remains would cancel the composition: the draft keeps it.
+        if (!m_draft) {
+            m_draft = ReadEntry();
+        }
+        deselect();
+        QInputMethodEvent composition(event->preeditString(), event->attributes());
+        TextBox::inputMethodEvent(&composition);
     }
 }
 
@@ -109,39 +130,13 @@ void AngleBox::focusOutEvent(QFocusEvent* event)
     TextBox::focusOutEvent(event);
 }
 
-void AngleBox::EditDraft(QEvent& event)
-{
-    const QString before = m_draft->text();
-    m_draft->event(&event);
-    UseLocaleSigns(*m_draft);
-    if (m_draft->text() != before && IsNumeric(m_draft->text(), m_region.UserLocale())) {
-        AdoptDraft();
-    } else {
-        ShowDraftSelection();
-    }
-}
-
-void AngleBox::AdoptDraft()
-{
-    // Ended by the Change that the insertion raises.
-    const QString text = m_draft->text();
-    const int caret = m_draft->cursorPosition();
-    // setText would tell a screen reader of this text after that of a Change that cuts it.
-    selectAll();
-    insert(text);
-    if (this->text() == text) {
-        setCursorPosition(caret);
-    }
-}
-
 void AngleBox::ShowDraftSelection()
 {
     const auto last = static_cast<int>(text().size());
-    if (m_draft->hasSelectedText()) {
-        const bool isWhole = m_draft->selectedText() == m_draft->text();
-        const int start = std::min(m_draft->selectionStart(), last);
-        setSelection(start, (isWhole ? last : std::min(m_draft->selectionEnd(), last)) - start);
-    } else {
-        setCursorPosition(std::min(m_draft->cursorPosition(), last));
-    }
+    const bool isAll = std::abs(m_draft->caret - m_draft->anchor) == m_draft->text.size();
+    const auto shownAt = [last, isAll](int position) {
+        return isAll && position > 0 ? last : std::min(position, last);
+    };
+    const int anchor = shownAt(m_draft->anchor);
+    setSelection(anchor, shownAt(m_draft->caret) - anchor);
 }

@@ -4,23 +4,24 @@
 
 #include "controls/TextBox.h"
 
-#include <memory>
+#include <functional>
+#include <optional>
 
 class RegionalSettings;
 
 /// The text box of an angle, which shows the stored angle and nothing else. A text that is not numeric, as
-/// "-" on the way to "-16.5", is kept unseen as a draft, and the next key edits the draft. Once the draft is
-/// numeric it becomes the text of the box. A draft ends when the box loses the focus, when the mouse is
-/// pressed in the box, since the mouse points at what is shown, and when the text of the box changes
-/// otherwise.
-/// "." and "," that the user types or pastes become the locale's decimal sign, U+2212 becomes "-".
+/// "-" on the way to "-16.5", is kept unseen as a draft, and every key edits the draft, also Copy and Cut.
+/// Undo gives the draft up. A draft ends when the box loses the focus, when the mouse is pressed in the box,
+/// since the mouse points at what is shown, when an input method replaces a part of what is shown, and when
+/// the text of the box changes otherwise.
+/// "." and "," that the user types or pastes become the locale's decimal sign, U+2212 becomes "-"; Undo does
+/// not reach behind such a replacement. A text that an assistive program sets is taken as it is.
 class AngleBox final : public TextBox
 {
     Q_OBJECT
 
 public:
     AngleBox(const RegionalSettings& region, QWidget* parent);
-    ~AngleBox() override;
 
     /// Keeps the text, which is not numeric, as the draft and shows @p stored. For the handler of Change.
     void Refuse(const QString& stored);
@@ -33,13 +34,20 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    void UseLocaleSigns(QLineEdit& line) const;
-    [[nodiscard]] std::unique_ptr<QLineEdit> MakeDraft() const;
-    void EditDraft(QEvent& event);
-    void AdoptDraft();
+    /// A text with its selection, which is empty where the two ends are the same.
+    struct Entry
+    {
+        QString text;
+        int anchor = 0;
+        int caret = 0;
+    };
+
+    void UseLocaleSigns();
+    [[nodiscard]] Entry ReadEntry() const;
+    void PutIn(const QString& text);
+    void Edit(const std::function<void()>& edit);
     void ShowDraftSelection();
 
     const RegionalSettings& m_region;
-    /// Never shown; null if there is no draft.
-    std::unique_ptr<QLineEdit> m_draft;
+    std::optional<Entry> m_draft;
 };

@@ -4,6 +4,8 @@
 
 #include <QAccessible>
 
+#include <set>
+
 namespace {
 
 /// The settings dialog in a session in which a screen reader listens; only there the toolkit tells anything.
@@ -16,19 +18,22 @@ protected:
     }
     ~AngleAnnouncementTest() override { QAccessible::installUpdateHandler(m_before); }
 
-    // The text of the box as its announced changes make it.
+    // The text of the boxes as their announced changes make it.
     static QString& Heard()
     {
         static QString heard;
         return heard;
     }
+    // The objects that announced a text or a caret.
+    static std::set<QObject*>& Speakers()
+    {
+        static std::set<QObject*> speakers;
+        return speakers;
+    }
 
 private:
     static void Hear(QAccessibleEvent* event)
     {
-        if (qobject_cast<TextBox*>(event->object()) == nullptr) {
-            return;
-        }
         if (event->type() == QAccessible::TextInserted) {
             const auto* const inserted = static_cast<QAccessibleTextInsertEvent*>(event);
             Heard().insert(inserted->changePosition(), inserted->textInserted());
@@ -39,7 +44,11 @@ private:
             const auto* const updated = static_cast<QAccessibleTextUpdateEvent*>(event);
             Heard().replace(updated->changePosition(), updated->textRemoved().size(),
                             updated->textInserted());
+        } else if (event->type() != QAccessible::TextCaretMoved &&
+                   event->type() != QAccessible::TextSelectionChanged) {
+            return;
         }
+        Speakers().insert(event->object());
     }
 
     QAccessible::UpdateHandler m_before;
@@ -47,7 +56,7 @@ private:
 
 } // namespace
 
-TEST_F(AngleAnnouncementTest, typing_tellsWhatTheBoxShows)
+TEST_F(AngleAnnouncementTest, typing_announcesWhatTheBoxShows_andNothingElse)
 {
     ASSERT_TRUE(QTest::qWaitFor(&QAccessible::isActive, 20'000)) << "nobody listens";
     for (const char* const keys : {"Ctrl+A - 1 6 . 5 x Backspace", "Ctrl+A x Ctrl+A 9 9",
@@ -56,10 +65,12 @@ TEST_F(AngleAnnouncementTest, typing_tellsWhatTheBoxShows)
         WriteUserDefined("-18", "-15");
         Open();
         Heard() = TextOf("TxtSetFarjAngle");
+        Speakers().clear();
         for (const QString& key : QString::fromLatin1(keys).split(u' ')) {
             Press("TxtSetFarjAngle", key);
             EXPECT_EQ(Heard(), TextOf("TxtSetFarjAngle")) << keys << " at " << key.toStdString();
         }
+        EXPECT_EQ(Speakers(), std::set<QObject*>{&Box("TxtSetFarjAngle")}) << keys;
         dialog->Unload();
     }
 }
