@@ -47,6 +47,7 @@ constexpr Entry kEntries[] = {
     {"notANumber", "en_US", "nan", "-16.5", -17, "-16.5"},
     {"infinite", "en_US", "inf", "-16.5", -17, "-16.5"},
     {"commaWherePointIs", "en_US", "-17,5", "-17.5", -18, "-17.5"},
+    {"commaBeforeThreeDigits", "en_US", "1,000", "1.000", 1, "1.000"},
     {"comma", "de_DE", "-17,5", "-17,5", -18, "-17.5"},
     {"pointWhereCommaIs", "de_DE", "-17.5", "-17,5", -18, "-17.5"},
     {"pointBeforeThreeDigits", "de_DE", "-17.500", "-17,500", -18, "-17.500"},

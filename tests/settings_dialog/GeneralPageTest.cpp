@@ -247,6 +247,19 @@ TEST_F(GeneralPageTest, advanceAlertBar_firstUse_startsFromItsHighEnd)
     EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("29"));
 }
 
+TEST_F(GeneralPageTest, homeAndEndOnAnyBar_storeNothing)
+{
+    WriteChanged({{QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
+                  {QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")}});
+    Open();
+    for (const char* const bar : {"VScroll1", "VScroll2", "VScroll3"}) {
+        for (const char* const key : {"Home", "End"}) {
+            Press(bar, QLatin1String(key));
+            EXPECT_EQ(Saves(), 0U) << bar << ' ' << key;
+        }
+    }
+}
+
 TEST_F(GeneralPageTest, advanceAlertBox_refusesTyping)
 {
     WriteAdvance("12");
