@@ -56,7 +56,7 @@ void PrayerDisplay::PopLocation() const
     const Configuration& c = m_configuration;
     m_controls.LblLocation->setText(c.CityName + QStringLiteral(", ") + c.StateName);
     m_controls.LblTimeZ->setText(QStringLiteral("Time Zone: ") + QString::number(c.ZoneHours));
-    // The label has whole hours; a screen reader says the tip as its description.
+    // The label has whole hours; a screen reader reads the tip as its description.
     m_controls.LblTimeZ->setToolTip(c.MinutesBeyondZone ? UtcOffset(c.ZoneHours * 60 + *c.MinutesBeyondZone)
                                                         : QString());
     m_controls.LblCaclMeth->setText(QStringLiteral("Calculation Method: ") + c.CalcMethod);
