@@ -79,8 +79,12 @@ void MobileSignup::Store(const MobileDevice& device, const QString& result)
         static_cast<FrmAlerts*>(dialog)->ShowSignup(device, result);
         return;
     }
-    SimpleXML settings(m_documents);
-    StoreSignup(settings, device, result);
+    try {
+        SimpleXML settings(m_documents);
+        StoreSignup(settings, device, result);
+    } catch (const std::exception&) {
+        // The failure rule of the dialog, which is not there to be closed: the message is shown all the same.
+    }
 }
 
 void MobileSignup::Say(const QString& message) const
