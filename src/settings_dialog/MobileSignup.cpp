@@ -26,13 +26,15 @@ QString ReadReply(const SimpleXML* reply, const QString& attribute)
 
 } // namespace
 
-void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result)
+void StoreSignup(SimpleXML& settings, const std::optional<MobileDevice>& device, const QString& result)
 {
     settings.Load(kSettingsFile);
     // A rejection is stored just as well.
     settings.AddAttributeByName(QStringLiteral("mobileConfirm"), result, kAlertsPath);
-    settings.AddAttributeByName(QStringLiteral("mobileDID"), device.id, kAlertsPath);
-    settings.AddAttributeByName(QStringLiteral("mobilePC"), device.personalCode, kAlertsPath);
+    if (device) {
+        settings.AddAttributeByName(QStringLiteral("mobileDID"), device->id, kAlertsPath);
+        settings.AddAttributeByName(QStringLiteral("mobilePC"), device->personalCode, kAlertsPath);
+    }
     settings.Save(kSettingsFile);
 }
 
@@ -57,10 +59,13 @@ void MobileSignup::Register(const MobileDevice& device)
         reply->SetCurrentPath(QStringLiteral("//root"));
     }
     if (!m_isReset) {
-        Store(device, ReadReply(reply.get(), QStringLiteral("result")));
+        const QString result = ReadReply(reply.get(), QStringLiteral("result"));
+        // A refused device that the user is correcting stays in the file and in the boxes as it is typed.
+        const bool isKept = m_isEdited && result != u"1";
+        Store(isKept ? std::nullopt : std::optional(device), result);
     }
     // Independent of the result: a confirmation without a message says that it could not be verified. After a
-    // reset too: the service is not told of that, and what it says of the device holds.
+    // reset the message is shown too: the service doesn't know of the reset and keeps the device.
     const QString message = ReadReply(reply.get(), QStringLiteral("message"));
     Say(message.isEmpty() ? QStringLiteral("Could not verify Mobil Alert Settings.") : message);
 }
@@ -68,12 +73,13 @@ void MobileSignup::Register(const MobileDevice& device)
 bool MobileSignup::Fetch(SimpleXML& reply, const QString& personalCode)
 {
     m_isUnderWay = true;
+    m_isEdited = false;
     m_isReset = false;
     const auto end = qScopeGuard([this] { m_isUnderWay = false; });
     return reply.Load(ServiceRequests::ConfirmSignup(m_forms.Main().Settings, personalCode));
 }
 
-void MobileSignup::Store(const MobileDevice& device, const QString& result)
+void MobileSignup::Store(const std::optional<MobileDevice>& device, const QString& result)
 {
     if (Form* const dialog = m_forms.Loaded(FrmAlerts::kName); dialog != nullptr) {
         static_cast<FrmAlerts*>(dialog)->ShowSignup(device, result);
@@ -89,7 +95,7 @@ void MobileSignup::Store(const MobileDevice& device, const QString& result)
 
 void MobileSignup::Say(const QString& message) const
 {
-    // The last window may have been closed in the wait, and the program is ending.
+    // If the user closed the last window while the request was pending, the program is ending.
     if (m_forms.KeepsProcess()) {
         m_forms.Outside().boxes.Show(message);
     }

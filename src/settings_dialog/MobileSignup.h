@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <optional>
+
 class DomDocuments;
 class Forms;
 class SimpleXML;
@@ -15,33 +17,38 @@ struct MobileDevice
     QString personalCode;
 };
 
-/// Writes the device and what the service said of it, "1" for a confirmation, to settings.xml. @p settings is
-/// loaded afresh for it. A file that can't be loaded or saved loses them without a word.
-void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result);
+/// Writes the device, unless the one in the file is to stay, and the result that the service gave, "1" for a
+/// confirmation, to settings.xml. @p settings is loaded afresh for it. If the file can't be loaded or saved,
+/// they are lost without a message.
+void StoreSignup(SimpleXML& settings, const std::optional<MobileDevice>& device, const QString& result);
 
 /// The sign-up of mobile devices at the service. It outlives the settings dialog: a reply that comes after
-/// the user has closed it is stored and told all the same.
+/// the user has closed it is stored and shown all the same.
 class MobileSignup final
 {
 public:
     MobileSignup(Forms& forms, const DomDocuments& documents);
 
     /// Asks the service to confirm the device and serves events until the reply has come. Then stores the
-    /// result, shows it in the settings dialog if one is open, and tells the user what the service says, or
-    /// that it could not be reached. Does nothing while another request is under way.
+    /// result, shows it in the settings dialog if one is open, and shows the message of the service, or that
+    /// it could not be reached. Does nothing while another request is pending.
     void Register(const MobileDevice& device);
-    /// The device has been cleared by the user: a reply that is still under way is told, but not stored.
+    /// The user has changed the device in the boxes: a refusal of the pending request does not undo that.
+    void Edit() { m_isEdited = true; }
+    /// The user has cleared the device: the reply to the pending request is shown, but not stored.
     void Reset() { m_isReset = true; }
 
 private:
     [[nodiscard]] bool Fetch(SimpleXML& reply, const QString& personalCode);
     /// In the document of the settings dialog if one is open, and on its mobile page.
-    void Store(const MobileDevice& device, const QString& result);
+    void Store(const std::optional<MobileDevice>& device, const QString& result);
     void Say(const QString& message) const;
 
     Forms& m_forms;
     const DomDocuments& m_documents;
     bool m_isUnderWay = false;
+    /// Whether the boxes were changed after the press.
+    bool m_isEdited = false;
     /// Whether a reset came after the request.
     bool m_isReset = false;
 };

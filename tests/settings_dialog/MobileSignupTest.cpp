@@ -83,7 +83,7 @@ TEST_F(MobileSignupTest, dialogClosed_storesTheDeviceAndSpeaks)
     }
 }
 
-TEST_F(MobileSignupTest, dialogClosed_noReply_isToldAndStoresNothing)
+TEST_F(MobileSignupTest, dialogClosed_noReply_isShownAndStoresNothing)
 {
     OpenFilled();
     Press("", [this] { CloseDialog(); });
@@ -92,7 +92,7 @@ TEST_F(MobileSignupTest, dialogClosed_noReply_isToldAndStoresNothing)
     ExpectStored("15551234", "55 21&", "0");
 }
 
-TEST_F(MobileSignupTest, dialogClosed_fileThatCannotBeLoadedOrSaved_isLeftAloneAndTheReplyTold)
+TEST_F(MobileSignupTest, dialogClosed_fileThatCannotBeLoadedOrSaved_isLeftAloneAndTheReplyShown)
 {
     for (const bool isThere : {false, true}) {
         WriteSettings();
@@ -110,7 +110,7 @@ TEST_F(MobileSignupTest, dialogClosed_fileThatCannotBeLoadedOrSaved_isLeftAloneA
     }
 }
 
-TEST_F(MobileSignupTest, otherValuesTypedMeanwhile_giveWayToThoseOfThePress)
+TEST_F(MobileSignupTest, otherValuesTypedMeanwhile_giveWayToAConfirmation_notToARefusal)
 {
     const struct
     {
@@ -135,14 +135,18 @@ TEST_F(MobileSignupTest, otherValuesTypedMeanwhile_giveWayToThoseOfThePress)
                 }
                 TypeOther();
                 dialog->SelectTab(row.tabAtTheReply);
+                Box("TxtPC").home(false);
                 Forget();
             });
             ExpectBox(isConfirmed ? kWelcome : QStringLiteral("Wrong code"));
             EXPECT_EQ(Saves(), 1U) << "the boxes are set without a write of their own";
-            ExpectStored("15551234", "55 21&", isConfirmed ? "1" : "0");
+            const char* const id = isConfirmed ? "15551234" : "other";
+            const char* const code = isConfirmed ? "55 21&" : "0000";
+            ExpectStored(id, code, isConfirmed ? "1" : "0");
+            EXPECT_TRUE(isConfirmed || Box("TxtPC").cursorPosition() == 0) << "the caret stays";
             // The page reads the document of the dialog, without a load of its own.
             dialog->SelectTab(2);
-            ExpectShown("15551234", "55 21&");
+            ExpectShown(id, code);
             ExpectLive(true, !isConfirmed);
             dialog->SelectTab(3);
             EXPECT_EQ(IsLive("ChkIndMobAlert"), isConfirmed);
@@ -151,16 +155,19 @@ TEST_F(MobileSignupTest, otherValuesTypedMeanwhile_giveWayToThoseOfThePress)
     }
 }
 
-TEST_F(MobileSignupTest, otherValuesStoredBeforeTheDialogWasClosedAgain_giveWayToThoseOfThePress)
+TEST_F(MobileSignupTest, otherValuesStoredBeforeTheDialogWasClosedAgain_giveWayToAConfirmation_notToARefusal)
 {
-    OpenFilled();
-    Press(kConfirmation, [this] {
-        Reopen();
-        TypeOther();
-        CloseDialog();
-    });
-    ExpectBox(kWelcome);
-    ExpectStored("15551234", "55 21&", "1");
+    for (const bool isConfirmed : {true, false}) {
+        WriteSettings();
+        OpenFilled();
+        Press(isConfirmed ? kConfirmation : kRefusal, [this] {
+            Reopen();
+            TypeOther();
+            CloseDialog();
+        });
+        ExpectStored(isConfirmed ? "15551234" : "other", isConfirmed ? "55 21&" : "0000",
+                     isConfirmed ? "1" : "0");
+    }
 }
 
 TEST_F(MobileSignupTest, somebodyElseWritesMeanwhile_isKept)
@@ -172,8 +179,8 @@ TEST_F(MobileSignupTest, somebodyElseWritesMeanwhile_isKept)
     ExpectStored("15551234", "55 21&", "1");
 }
 
-// The service is not told of a reset: it has the device, and its message says so.
-TEST_F(MobileSignupTest, resetMeanwhile_isKeptAndTheReplyTold)
+// The service doesn't know of a reset: it has the device, and its message says so.
+TEST_F(MobileSignupTest, resetMeanwhile_isKeptAndTheReplyShown)
 {
     for (const bool isReopened : {false, true}) {
         SCOPED_TRACE(isReopened ? "opened again" : "the same dialog");
