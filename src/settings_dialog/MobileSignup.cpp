@@ -12,6 +12,8 @@
 
 #include <QScopeGuard>
 
+#include <utility>
+
 namespace {
 
 const QString kNotConnected =
@@ -46,9 +48,24 @@ MobileSignup::MobileSignup(Forms& forms, const DomDocuments& documents)
 
 void MobileSignup::Register(const MobileDevice& device)
 {
-    if (m_isUnderWay) {
+    if (m_isUnderWay && !m_isReset) {
         return;
     }
+    m_next = device;
+    m_isEdited = false;
+    while (!m_isUnderWay && m_next && m_forms.KeepsProcess()) {
+        SignUp(*std::exchange(m_next, std::nullopt));
+    }
+}
+
+void MobileSignup::Reset()
+{
+    m_isReset = true;
+    m_next.reset();
+}
+
+void MobileSignup::SignUp(const MobileDevice& device)
+{
     SimpleXML document(m_documents);
     if (!InternetClass(m_forms.Outside()).VerifyConnectivity() || !Fetch(document, device.personalCode)) {
         Say(kNotConnected);
@@ -73,7 +90,6 @@ void MobileSignup::Register(const MobileDevice& device)
 bool MobileSignup::Fetch(SimpleXML& reply, const QString& personalCode)
 {
     m_isUnderWay = true;
-    m_isEdited = false;
     m_isReset = false;
     const auto end = qScopeGuard([this] { m_isUnderWay = false; });
     return reply.Load(ServiceRequests::ConfirmSignup(m_forms.Main().Settings, personalCode));

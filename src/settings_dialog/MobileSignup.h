@@ -31,14 +31,16 @@ public:
 
     /// Asks the service to confirm the device and serves events until the reply has come. Then stores the
     /// result, shows it in the settings dialog if one is open, and shows the message of the service, or that
-    /// it could not be reached. Does nothing while another request is pending.
+    /// it could not be reached. While another request is pending this does nothing; but after a reset it
+    /// returns at once, and the device is signed up when that reply has been shown.
     void Register(const MobileDevice& device);
     /// The user has changed the device in the boxes: a refusal of the pending request does not undo that.
     void Edit() { m_isEdited = true; }
     /// The user has cleared the device: the reply to the pending request is shown, but not stored.
-    void Reset() { m_isReset = true; }
+    void Reset();
 
 private:
+    void SignUp(const MobileDevice& device);
     [[nodiscard]] bool Fetch(SimpleXML& reply, const QString& personalCode);
     /// In the document of the settings dialog if one is open, and on its mobile page.
     void Store(const std::optional<MobileDevice>& device, const QString& result);
@@ -47,6 +49,8 @@ private:
     Forms& m_forms;
     const DomDocuments& m_documents;
     bool m_isUnderWay = false;
+    /// The device to sign up as soon as no request is pending.
+    std::optional<MobileDevice> m_next;
     /// Whether the boxes were changed after the press.
     bool m_isEdited = false;
     /// Whether a reset came after the request.

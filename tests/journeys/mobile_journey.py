@@ -69,16 +69,11 @@ def reset(program, service, dialog, settings):
     dialog.click(LINK, "Reset")
     boxes.answer(program, QUESTION, "No", ("Yes",))
     assert settings.read() == before and not is_open_for_entry(dialog) and dialog.is_live(LINK, "Reset")
-    dialog.click(LINK, "Reset")
-    boxes.answer(program, QUESTION, "Yes", ("No",))
-    settings.wait("mobileConfirm", "0")
+    ask_reset(program, dialog, settings)
     assert [settings.alerts(name) for name in ("mobileDID", "mobilePC")] == ["", ""]
-    screen.wait_for("the open boxes", lambda: dialog.is_live(BUTTON, "Register"))
     assert is_open_for_entry(dialog) and (dialog.text(DEVICE), dialog.text(CODE)) == ("", "")
 
-    dialog.enter(DEVICE, ["End"], "D-815")
-    dialog.enter(CODE, ["End"], "4711")
-    settings.wait("mobilePC", "4711")
+    enter_device(dialog, settings, "D-815", "4711")
     # Confirmed without a word: the boxes lock, and it says that nothing could be verified.
     register(program, service, dialog, "1", "", UNVERIFIED)
     assert not is_open_for_entry(dialog)
@@ -134,8 +129,21 @@ def press_and_close(program, service):
     dialog.wait_gone()
 
 
+def ask_reset(program, dialog, settings):
+    dialog.click(LINK, "Reset")
+    boxes.answer(program, QUESTION, "Yes", ("No",))
+    settings.wait("mobileConfirm", "0")
+    screen.wait_for("the open boxes", lambda: dialog.is_live(BUTTON, "Register"))
+
+
+def enter_device(dialog, settings, device, code):
+    dialog.enter(DEVICE, ["End"], device)
+    dialog.enter(CODE, ["End"], code)
+    settings.wait("mobilePC", code)
+
+
 def closed_in_the_wait(program, service, settings):
-    """The reply is told and stored without the dialog, and the next one shows it."""
+    """The reply is shown and stored without the dialog, and the next one shows it."""
     service.reply(result="1", message="Welcome, your device is registered.")
     press_and_close(program, service)
     assert settings.alerts("mobileConfirm") == "0" and boxes.box(program) is None
@@ -149,17 +157,13 @@ def closed_in_the_wait(program, service, settings):
     assert not is_open_for_entry(dialog)
     assert (dialog.text(DEVICE), dialog.text(CODE)) == ("D-815", "4711")
     hands.picture("mobile_registered_reopened", dialog)
-    dialog.click(LINK, "Reset")
-    boxes.answer(program, QUESTION, "Yes", ("No",))
-    settings.wait("mobileConfirm", "0")
+    ask_reset(program, dialog, settings)
     return dialog
 
 
 def opened_again_in_the_wait(program, service, dialog, settings):
     """The dialog that is open by then shows the device that was asked for; pressing again asks for nothing."""
-    dialog.enter(DEVICE, ["End"], "D-815")
-    dialog.enter(CODE, ["End"], "4711")
-    settings.wait("mobilePC", "4711")
+    enter_device(dialog, settings, "D-815", "4711")
     dialog.close()
     dialog.wait_gone()
     press_and_close(program, service)
@@ -174,6 +178,35 @@ def opened_again_in_the_wait(program, service, dialog, settings):
     assert [settings.alerts(name) for name in ("mobileConfirm", "mobilePC")] == ["1", "4711"]
     assert not is_open_for_entry(dialog) and dialog.text(CODE) == "4711"
     hands.picture("mobile_registered_in_the_next_dialog", dialog)
+    dialog.close()
+    dialog.wait_gone()
+
+
+def reset_in_the_wait(program, service, settings):
+    """The reply is shown and not stored, and only then the device that was entered after the reset is sent."""
+    dialog = open_page(program)
+    ask_reset(program, dialog, settings)
+    enter_device(dialog, settings, "D-815", "4711")
+    service.forget()
+    service.fault("slow", "confirmSignup.pl")
+    dialog.click(BUTTON, "Register")
+    screen.wait_for("the request", lambda: service.requests("confirmSignup.pl", PID))
+    ask_reset(program, dialog, settings)
+    enter_device(dialog, settings, "D-816", "0815")
+    dialog.click(BUTTON, "Register")
+    service.fault("ok", "confirmSignup.pl")
+    screen.wait_for("the box", lambda: boxes.box(program))
+    assert len(service.requests("confirmSignup.pl", PID)) == 1, service.asked()
+    found = [settings.alerts(name) for name in ("mobileConfirm", "mobileDID", "mobilePC")]
+    assert found == ["0", "D-816", "0815"], found
+    hands.picture("mobile_reset_in_the_wait", dialog)
+    service.reply(message="Welcome, your other device is registered.")
+    boxes.answer(program, "Welcome, your device is registered.")
+    boxes.answer(program, "Welcome, your other device is registered.")
+    sent = service.requests("confirmSignup.pl", PID)
+    assert len(sent) == 2 and "&vCode=0815&" in sent[1], sent
+    found = [settings.alerts(name) for name in ("mobileConfirm", "mobileDID", "mobilePC")]
+    assert found == ["1", "D-816", "0815"], found
     dialog.close()
     dialog.wait_gone()
 
@@ -217,6 +250,7 @@ def main():
                 settings = hands.Settings(program)
                 dialog = closed_in_the_wait(program, service, settings)
                 opened_again_in_the_wait(program, service, dialog, settings)
+                reset_in_the_wait(program, service, settings)
             with hands.Program(folder, typed, "2026-03-20 09:30:10", stand_in.Service.environment()) as program:
                 main_window.Main(program)
                 ended_in_the_wait(program, service)

@@ -217,11 +217,7 @@ TEST_F(MobileSignupTest, pressedAgainMeanwhile_isOneRequest)
     const std::pair<const char*, std::function<void()>> rows[] = {
         {"in the same dialog", [] {}},
         {"in one opened since", [this] { Reopen(); }},
-        {"after a reset",
-         [this] {
-             AnswerReset(true);
-             TypeOther();
-         }},
+        {"for another device", [this] { TypeOther(); }},
     };
     for (const auto& [name, before] : rows) {
         SCOPED_TRACE(name);
@@ -237,6 +233,51 @@ TEST_F(MobileSignupTest, pressedAgainMeanwhile_isOneRequest)
         ExpectBox(kWelcome);
         EXPECT_TRUE(IsOpen());
         dialog->Unload();
+    }
+}
+
+TEST_F(MobileSignupTest, pressedAfterAResetMeanwhile_isSentWhenTheReplyHasCome)
+{
+    const struct
+    {
+        const char* name;
+        std::function<void()> behind;
+        qsizetype requests;
+        const char* stored[3];
+    } rows[] = {
+        {"once", [] {}, 2, {"other", "0000", "1"}},
+        {"the dialog is closed", [this] { CloseDialog(); }, 2, {"other", "0000", "1"}},
+        {"pressed twice",
+         [this] {
+             Paste("TxtPC", QStringLiteral("00001"));
+             Click("CmdMobilReg");
+         },
+         2,
+         {"other", "00001", "1"}},
+        {"reset again", [this] { AnswerReset(true); }, 1, {"", "", "0"}},
+        {"the program ends",
+         [this] {
+             CloseDialog();
+             forms.Unload(QStringLiteral("FrmMain"));
+         },
+         1,
+         {"other", "0000", "0"}},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        WriteSettings();
+        platform.http.requests.clear();
+        OpenFilled();
+        Press(kConfirmation, [this, &row] {
+            AnswerReset(true);
+            TypeOther();
+            Click("CmdMobilReg");
+            row.behind();
+            EXPECT_EQ(platform.http.requests.size(), 1) << "one at a time";
+        });
+        EXPECT_EQ(platform.http.requests.size(), row.requests);
+        ExpectStored(row.stored[0], row.stored[1], row.stored[2]);
+        forms.Unload(FrmAlerts::kName);
     }
 }
 
