@@ -81,7 +81,7 @@ void FrmAlerts::SelectTab(std::int16_t tab)
     });
 }
 
-void FrmAlerts::ShowSignup(const std::optional<MobileDevice>& device, const QString& result)
+void FrmAlerts::ShowSignup(const MobileDevice& device, const QString& result)
 {
     m_context.Armed([&] { m_mobile.ShowSignup(device, result); });
 }

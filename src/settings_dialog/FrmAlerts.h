@@ -10,7 +10,6 @@
 #include "settings_dialog/TabRow.h"
 
 #include <cstdint>
-#include <optional>
 
 /// The settings dialog: one window with eight pages behind a row of link labels. Every control writes
 /// settings.xml the moment it changes, there is no Cancel; what closing does is to tell the main window to
@@ -29,7 +28,7 @@ public:
     void SelectTab(std::int16_t tab);
     /// Stores and shows what the service said of a device, "1" for a confirmation, whichever page is showing.
     /// An error on the way closes the dialog, silently.
-    void ShowSignup(const std::optional<MobileDevice>& device, const QString& result);
+    void ShowSignup(const MobileDevice& device, const QString& result);
 
 protected:
     void OnLoad() override;

@@ -93,7 +93,6 @@ void MobilePage::Connect()
     const auto storeOnChange = [this](TextBox* box, const QString& attribute) {
         box->OnChange(m_context.ArmedHandler([this, box, attribute] {
             if (!m_context.loading) {
-                m_signup.Edit();
                 m_context.Load();
                 m_context.Write(attribute, box->Text(), kAlertsPath);
                 m_context.Save();
@@ -154,15 +153,15 @@ void MobilePage::OnMobilRegClick()
     m_signup.Register({TxtMDID->Text(), TxtPC->Text()});
 }
 
-void MobilePage::ShowSignup(const std::optional<MobileDevice>& device, const QString& result)
+void MobilePage::ShowSignup(const MobileDevice& device, const QString& result)
 {
     StoreSignup(m_context.settingsDoc(), device, result);
-    // After a refusal the boxes stay as they are: they show the stored device, and may be under correction.
-    if (device && result == u"1") {
-        m_context.loading = true;
-        TxtMDID->SetText(device->id);
-        TxtPC->SetText(device->personalCode);
-        m_context.loading = false;
+    // The boxes show the stored device, whatever was typed while the request was pending.
+    m_context.loading = true;
+    TxtMDID->SetText(device.id);
+    TxtPC->SetText(device.personalCode);
+    m_context.loading = false;
+    if (result == u"1") {
         CmdMobilReg->setEnabled(false);
         TxtMDID->setEnabled(false);
         TxtPC->setEnabled(false);
@@ -192,5 +191,5 @@ void MobilePage::ForgetDevice()
     CmdMobilReg->setEnabled(true);
     TxtMDID->setEnabled(true);
     TxtPC->setEnabled(true);
-    StoreSignup(m_context.settingsDoc(), MobileDevice{}, QStringLiteral("0"));
+    StoreSignup(m_context.settingsDoc(), {}, QStringLiteral("0"));
 }

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <optional>
-
 class CheckBox;
 class DialogContext;
 class LinkLabel;
@@ -27,7 +25,7 @@ public:
     void LoadMobilePage();
     /// Stores the outcome of a sign-up through the dialog's document and shows it: the device in the boxes,
     /// locked once it is confirmed.
-    void ShowSignup(const std::optional<MobileDevice>& device, const QString& result);
+    void ShowSignup(const MobileDevice& device, const QString& result);
 
 private:
     void BuildHead();

@@ -28,15 +28,13 @@ QString ReadReply(const SimpleXML* reply, const QString& attribute)
 
 } // namespace
 
-void StoreSignup(SimpleXML& settings, const std::optional<MobileDevice>& device, const QString& result)
+void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result)
 {
     settings.Load(kSettingsFile);
     // A rejection is stored just as well.
     settings.AddAttributeByName(QStringLiteral("mobileConfirm"), result, kAlertsPath);
-    if (device) {
-        settings.AddAttributeByName(QStringLiteral("mobileDID"), device->id, kAlertsPath);
-        settings.AddAttributeByName(QStringLiteral("mobilePC"), device->personalCode, kAlertsPath);
-    }
+    settings.AddAttributeByName(QStringLiteral("mobileDID"), device.id, kAlertsPath);
+    settings.AddAttributeByName(QStringLiteral("mobilePC"), device.personalCode, kAlertsPath);
     settings.Save(kSettingsFile);
 }
 
@@ -52,7 +50,6 @@ void MobileSignup::Register(const MobileDevice& device)
         return;
     }
     m_next = device;
-    m_isEdited = false;
     while (!m_isUnderWay && m_next && m_forms.KeepsProcess()) {
         SignUp(*std::exchange(m_next, std::nullopt));
     }
@@ -76,10 +73,7 @@ void MobileSignup::SignUp(const MobileDevice& device)
         reply->SetCurrentPath(QStringLiteral("//root"));
     }
     if (!m_isReset) {
-        const QString result = ReadReply(reply.get(), QStringLiteral("result"));
-        // A refused device that the user is correcting stays in the file and in the boxes as it is typed.
-        const bool isKept = m_isEdited && result != u"1";
-        Store(isKept ? std::nullopt : std::optional(device), result);
+        Store(device, ReadReply(reply.get(), QStringLiteral("result")));
     }
     // Independent of the result: a confirmation without a message says that it could not be verified. After a
     // reset the message is shown too: the service doesn't know of the reset and keeps the device.
@@ -95,7 +89,7 @@ bool MobileSignup::Fetch(SimpleXML& reply, const QString& personalCode)
     return reply.Load(ServiceRequests::ConfirmSignup(m_forms.Main().Settings, personalCode));
 }
 
-void MobileSignup::Store(const std::optional<MobileDevice>& device, const QString& result)
+void MobileSignup::Store(const MobileDevice& device, const QString& result)
 {
     if (Form* const dialog = m_forms.Loaded(FrmAlerts::kName); dialog != nullptr) {
         static_cast<FrmAlerts*>(dialog)->ShowSignup(device, result);

@@ -17,10 +17,10 @@ struct MobileDevice
     QString personalCode;
 };
 
-/// Writes the device, unless the one in the file is to stay, and the result that the service gave, "1" for a
+/// Writes the device and the result that the service gave, "1" for a
 /// confirmation, to settings.xml. @p settings is loaded afresh for it. If the file can't be loaded or saved,
 /// they are lost without a message.
-void StoreSignup(SimpleXML& settings, const std::optional<MobileDevice>& device, const QString& result);
+void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result);
 
 /// The sign-up of mobile devices at the service. It outlives the settings dialog: a reply that comes after
 /// the user has closed it is stored and shown all the same.
@@ -34,8 +34,6 @@ public:
     /// it could not be reached. While another request is pending this does nothing; but after a reset it
     /// returns at once, and the device is signed up when that reply has been shown.
     void Register(const MobileDevice& device);
-    /// The user has changed the device in the boxes: a refusal of the pending request does not undo that.
-    void Edit() { m_isEdited = true; }
     /// The user has cleared the device: the reply to the pending request is shown, but not stored.
     void Reset();
 
@@ -43,7 +41,7 @@ private:
     void SignUp(const MobileDevice& device);
     [[nodiscard]] bool Fetch(SimpleXML& reply, const QString& personalCode);
     /// In the document of the settings dialog if one is open, and on its mobile page.
-    void Store(const std::optional<MobileDevice>& device, const QString& result);
+    void Store(const MobileDevice& device, const QString& result);
     void Say(const QString& message) const;
 
     Forms& m_forms;
@@ -51,8 +49,6 @@ private:
     bool m_isUnderWay = false;
     /// The device to sign up as soon as no request is pending.
     std::optional<MobileDevice> m_next;
-    /// Whether the boxes were changed after the press.
-    bool m_isEdited = false;
     /// Whether a reset came after the request.
     bool m_isReset = false;
 };
