@@ -26,10 +26,11 @@ bool FirstStart::IsDue(const SimpleXML& settings, bool isConnected)
            (isConnected && settings.GetAttribute(QStringLiteral("pid"), kApp).isEmpty());
 }
 
-void FirstStart::Run(SimpleXML& settings) const
+void FirstStart::Run(SimpleXML& settings, const Configuration& configuration) const
 {
     SimpleXML reply(m_documents);
-    if (!reply.Load(ServiceRequests::RequestProdID(settings.GetAttribute(QStringLiteral("dist"), kApp)))) {
+    const QString dist = settings.GetAttribute(QStringLiteral("dist"), kApp);
+    if (!reply.Load(ServiceRequests::RequestProdID(configuration, dist))) {
         return;
     }
     const QString identifier = reply.GetAttribute(QStringLiteral("prod_string"), QStringLiteral("//root"));

@@ -4,6 +4,7 @@
 
 class DomDocuments;
 class SimpleXML;
+struct Configuration;
 
 /// Fetches the installation identifier on the first start, or when there still is none.
 class FirstStart final
@@ -15,9 +16,10 @@ public:
     }
 
     [[nodiscard]] static bool IsDue(const SimpleXML& settings, bool isConnected);
-    /// Asks the service and saves its answer in settings.xml. A request that fails is no error: the next
-    /// start asks again. Throws kInvalidCall if the answer can't be written.
-    void Run(SimpleXML& settings) const;
+    /// Asks the service, whose address @p configuration holds, and saves its answer in settings.xml. A
+    /// request that fails is no error: the next start asks again. Throws kInvalidCall if the answer can't be
+    /// written.
+    void Run(SimpleXML& settings, const Configuration& configuration) const;
 
 private:
     const DomDocuments& m_documents;

@@ -15,6 +15,7 @@
 #include "platform/Platform.h"
 #include "platform/Process.h"
 #include "service/InternetClass.h"
+#include "service/ServiceAddresses.h"
 #include "service/ServiceRequests.h"
 #include "service/VersionCheck.h"
 #include "store/SimpleXML.h"
@@ -114,10 +115,11 @@ void FrmMain::RunLoadSequence()
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
     }
-    Connected = InternetClass(Outside()).VerifyConnectivity();
+    ReadAddresses(Settings, settings);
+    Connected = InternetClass(Outside(), ServiceAddresses::Probe(Settings)).VerifyConnectivity();
     const bool OpenLocationList = FirstStart::IsDue(settings, Connected);
     if (OpenLocationList) {
-        FirstStart(m_documents).Run(settings);
+        FirstStart(m_documents).Run(settings, Settings);
     }
     UpdateEverything();
     ActiveForm = Name();

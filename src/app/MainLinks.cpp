@@ -64,9 +64,11 @@ void MainLinks::ConnectClicks()
     onClick(m_controls.LblGetMoreLink, [this] {
         OpenPage(*m_controls.LblGetMoreLink, ServiceRequests::SoundFilesPage(m_main.Settings));
     });
-    onClick(m_controls.LblHelp, [this] { OpenPage(*m_controls.LblHelp, ServiceRequests::HelpPage()); });
+    onClick(m_controls.LblHelp,
+            [this] { OpenPage(*m_controls.LblHelp, ServiceRequests::HelpPage(m_main.Settings)); });
     new ClickArea(m_controls.Picture2, [this] {
-        m_window.Handle([this] { m_window.Outside().browser.Open(ServiceRequests::HomePage()); });
+        m_window.Handle(
+            [this] { m_window.Outside().browser.Open(ServiceRequests::HomePage(m_main.Settings)); });
     });
 }
 

@@ -16,6 +16,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
+#include "service/ServiceAddresses.h"
 #include "service/ServiceRequests.h"
 
 #include <QComboBox>
@@ -85,7 +86,7 @@ void FrmNewLoc::ConnectControls()
 void FrmNewLoc::OnLoad()
 {
     Refresh();
-    if (!InternetClass(Outside()).VerifyConnectivity()) {
+    if (!InternetClass(Outside(), ServiceAddresses::Probe(Siblings().Main().Settings)).VerifyConnectivity()) {
         SayAndUnload(QStringLiteral(
             "You must be connected to the Internet to add locations.  Please check your connection."));
         return;

@@ -12,6 +12,7 @@
 #include "platform/Process.h"
 #include "service/InternetClass.h"
 #include "service/NumberWithPoint.h"
+#include "service/ServiceAddresses.h"
 #include "service/ServiceRequests.h"
 #include "service/WebAd.h"
 #include "store/SimpleXML.h"
@@ -66,7 +67,8 @@ void AdPanel::RefreshAd(const bool& fetch)
 void AdPanel::Refresh(bool fetch)
 {
     // Also when nothing is to be fetched: the probe comes first, whatever it is good for.
-    const bool isReached = InternetClass(m_platform).VerifyConnectivity();
+    const bool isReached =
+        InternetClass(m_platform, ServiceAddresses::Probe(m_main.Settings)).VerifyConnectivity();
     QString ad = fetch && isReached ? FetchedAd() : QString();
     if (!m_window.IsLoaded()) {
         return;

@@ -100,7 +100,7 @@ QString DecodedPiece(const QString& piece, const QString& introducer)
 
 bool InternetClass::VerifyConnectivity() const
 {
-    return m_platform.http.Reach(QStringLiteral(DUSKBEACON_PROBE_URL));
+    return m_platform.http.Reach(m_probe);
 }
 
 QString InternetClass::URLDecodeEx(const QString& Text) const

@@ -13,12 +13,14 @@ struct Platform;
 class InternetClass final
 {
 public:
-    explicit InternetClass(const Platform& platform)
+    /// @param probe the page that is asked whether the network is there
+    InternetClass(const Platform& platform, const QString& probe)
         : m_platform(platform)
+        , m_probe(probe)
     {
     }
 
-    /// Whether a public web site could be reached. Blocks for as long as the request takes, at most
+    /// Whether the probe's page could be reached. Blocks for as long as the request takes, at most
     /// Http::kLongestReachMilliseconds.
     [[nodiscard]] bool VerifyConnectivity() const;
 
@@ -36,4 +38,5 @@ public:
 
 private:
     const Platform& m_platform;
+    QString m_probe;
 };

@@ -2,20 +2,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/ServiceRequests.h"
 
+#include "service/ServiceAddresses.h"
 #include "store/Configuration.h"
-
-#include <QUrl>
 
 namespace {
 
-QString Base()
+QString Script(const Configuration& configuration, const char16_t* name)
 {
-    return ServiceRequests::BaseAddress(QStringLiteral(DUSKBEACON_SERVICE_URL));
-}
-
-QString Script(const char16_t* name)
-{
-    return Base() + QStringLiteral("/cgi-bin/dbeacon/") + QString::fromUtf16(name);
+    return ServiceAddresses::Base(configuration) + QStringLiteral("/cgi-bin/dbeacon/") +
+           QString::fromUtf16(name);
 }
 
 QString ProgramVersion()
@@ -27,23 +22,14 @@ QString ProgramVersion()
 
 namespace ServiceRequests {
 
-QString BaseAddress(const QString& address)
+QString RequestProdID(const Configuration& configuration, const QString& dist)
 {
-    QString base = address;
-    while (base.endsWith(u'/')) {
-        base.chop(1);
-    }
-    return base;
-}
-
-QString RequestProdID(const QString& dist)
-{
-    return Script(u"requestProdID.pl?dist=") + dist;
+    return Script(configuration, u"requestProdID.pl?dist=") + dist;
 }
 
 QString Startup(const Configuration& configuration)
 {
-    return Script(u"startup.pl?prod_string=") + configuration.PID + QStringLiteral("&city=") +
+    return Script(configuration, u"startup.pl?prod_string=") + configuration.PID + QStringLiteral("&city=") +
            configuration.CityName + QStringLiteral("&country=") + configuration.StateName +
            QStringLiteral("&dist_string=") + configuration.Dstr + QStringLiteral("&aid=") +
            configuration.AtlasID;
@@ -51,22 +37,23 @@ QString Startup(const Configuration& configuration)
 
 QString GetAd(const Configuration& configuration)
 {
-    return Script(u"getAd.pl?dist_string=") + configuration.Dstr + QStringLiteral("&prod_string=") +
-           configuration.PID + QStringLiteral("&aid=") + configuration.AtlasID + ProgramVersion();
+    return Script(configuration, u"getAd.pl?dist_string=") + configuration.Dstr +
+           QStringLiteral("&prod_string=") + configuration.PID + QStringLiteral("&aid=") +
+           configuration.AtlasID + ProgramVersion();
 }
 
 QString Version(const Configuration& configuration)
 {
-    return Script(u"version.pl?dist_string=") + configuration.Dstr + QStringLiteral("&prod_string=") +
-           configuration.PID + ProgramVersion();
+    return Script(configuration, u"version.pl?dist_string=") + configuration.Dstr +
+           QStringLiteral("&prod_string=") + configuration.PID + ProgramVersion();
 }
 
 QString PrayerCall(const Configuration& configuration, int pno, const QString& alertType, const QString& ma,
                    const QString& time)
 {
     // aid stands twice, first and last; the service has always been asked so.
-    return Script(u"prayerCall.pl?prod_string=") + configuration.PID + QStringLiteral("&aid=") +
-           configuration.AtlasID + QStringLiteral("&pno=") + QString::number(pno) +
+    return Script(configuration, u"prayerCall.pl?prod_string=") + configuration.PID +
+           QStringLiteral("&aid=") + configuration.AtlasID + QStringLiteral("&pno=") + QString::number(pno) +
            QStringLiteral("&alert_type=") + alertType + QStringLiteral("&ma=") + ma +
            QStringLiteral("&dist_string=") + configuration.Dstr + QStringLiteral("&time=") + time +
            QStringLiteral("&aid=") + configuration.AtlasID;
@@ -74,60 +61,55 @@ QString PrayerCall(const Configuration& configuration, int pno, const QString& a
 
 QString GetStates(const Configuration& configuration)
 {
-    return Script(u"getStates.pl?prod_string=") + configuration.PID + QStringLiteral("&dist_string=") +
-           configuration.Dstr;
+    return Script(configuration, u"getStates.pl?prod_string=") + configuration.PID +
+           QStringLiteral("&dist_string=") + configuration.Dstr;
 }
 
 QString GetUsCanCity(const Configuration& configuration, const QString& zipCode)
 {
-    return Script(u"getUsCanCity.pl?zipcode=") + zipCode + QStringLiteral("&prod_string=") +
+    return Script(configuration, u"getUsCanCity.pl?zipcode=") + zipCode + QStringLiteral("&prod_string=") +
            configuration.PID + QStringLiteral("&dist_string=") + configuration.Dstr;
 }
 
 QString GetNumMatchingCities(const Configuration& configuration, const QString& stateId, const QString& city)
 {
-    return Script(u"getNumMatchingCities.pl?state_id=") + stateId + QStringLiteral("&city_string=") + city +
-           QStringLiteral("&prod_string=") + configuration.PID + QStringLiteral("&dist_string=") +
-           configuration.Dstr;
+    return Script(configuration, u"getNumMatchingCities.pl?state_id=") + stateId +
+           QStringLiteral("&city_string=") + city + QStringLiteral("&prod_string=") + configuration.PID +
+           QStringLiteral("&dist_string=") + configuration.Dstr;
 }
 
 QString GetMatchingCities(const Configuration& configuration, const QString& stateId, const QString& city)
 {
-    return Script(u"getMatchingCities.pl?prod_string=") + configuration.PID + QStringLiteral("&state_id=") +
-           stateId + QStringLiteral("&city_string=") + city + QStringLiteral("&dist_string=") +
-           configuration.Dstr;
+    return Script(configuration, u"getMatchingCities.pl?prod_string=") + configuration.PID +
+           QStringLiteral("&state_id=") + stateId + QStringLiteral("&city_string=") + city +
+           QStringLiteral("&dist_string=") + configuration.Dstr;
 }
 
 QString GetCityInfo(const Configuration& configuration, const QString& atlasId)
 {
-    return Script(u"getCityInfo.pl?prod_string=") + configuration.PID + QStringLiteral("&aid=") + atlasId +
-           QStringLiteral("&dist_string=") + configuration.Dstr;
+    return Script(configuration, u"getCityInfo.pl?prod_string=") + configuration.PID +
+           QStringLiteral("&aid=") + atlasId + QStringLiteral("&dist_string=") + configuration.Dstr;
 }
 
 QString ConfirmSignup(const Configuration& configuration, const QString& personalCode)
 {
-    return Script(u"ma/confirmSignup.pl?prod_string=") + configuration.PID + QStringLiteral("&vCode=") +
-           personalCode + QStringLiteral("&dist_string=") + configuration.Dstr;
+    return Script(configuration, u"ma/confirmSignup.pl?prod_string=") + configuration.PID +
+           QStringLiteral("&vCode=") + personalCode + QStringLiteral("&dist_string=") + configuration.Dstr;
 }
 
 QString SoundFilesPage(const Configuration& configuration)
 {
-    return Script(u"sound/sound.pl?prod_string=") + configuration.PID;
+    return Script(configuration, u"sound/sound.pl?prod_string=") + configuration.PID;
 }
 
-QString HelpPage()
+QString HelpPage(const Configuration& configuration)
 {
-    return Base() + QStringLiteral("/dbeacon/help.html");
+    return ServiceAddresses::Base(configuration) + QStringLiteral("/dbeacon/help.html");
 }
 
-QString HomePage()
+QString HomePage(const Configuration& configuration)
 {
-    return Base();
-}
-
-QString SignupAddress()
-{
-    return QStringLiteral("signup@") + QUrl(Base()).host();
+    return ServiceAddresses::Base(configuration);
 }
 
 } // namespace ServiceRequests

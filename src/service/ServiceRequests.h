@@ -11,11 +11,9 @@ struct Configuration;
 /// The requests to the remote service, each as the exact text that is asked for. Values go in as they stand,
 /// nothing is encoded. One place holds them all, so that this is where to look for what leaves the computer.
 namespace ServiceRequests {
-/// The address that all paths are put behind: @p address, as the build names it, without slashes at its end,
-/// so that no path begins with two.
-[[nodiscard]] QString BaseAddress(const QString& address);
-
-[[nodiscard]] QString RequestProdID(const QString& dist);
+/// @param dist handed in on its own: the identifier is asked for before the configuration is loaded, of which
+/// the addresses alone are needed
+[[nodiscard]] QString RequestProdID(const Configuration& configuration, const QString& dist);
 [[nodiscard]] QString Startup(const Configuration& configuration);
 [[nodiscard]] QString GetAd(const Configuration& configuration);
 [[nodiscard]] QString Version(const Configuration& configuration);
@@ -36,8 +34,6 @@ namespace ServiceRequests {
 
 /// Pages for the user's browser.
 [[nodiscard]] QString SoundFilesPage(const Configuration& configuration);
-[[nodiscard]] QString HelpPage();
-[[nodiscard]] QString HomePage();
-/// Where a user sends the first text message of a mobile sign-up: an address under the service's host.
-[[nodiscard]] QString SignupAddress();
+[[nodiscard]] QString HelpPage(const Configuration& configuration);
+[[nodiscard]] QString HomePage(const Configuration& configuration);
 } // namespace ServiceRequests

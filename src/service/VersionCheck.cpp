@@ -11,6 +11,7 @@
 #include "platform/Process.h"
 #include "service/InternetClass.h"
 #include "service/NumberWithPoint.h"
+#include "service/ServiceAddresses.h"
 #include "service/ServiceRequests.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
@@ -40,7 +41,8 @@ VersionCheck::VersionCheck(const Platform& platform, const DomDocuments& documen
 void VersionCheck::CheckNewVersion(const bool& check)
 {
     try {
-        if (check && InternetClass(m_platform).VerifyConnectivity()) {
+        if (check &&
+            InternetClass(m_platform, ServiceAddresses::Probe(m_main.Settings)).VerifyConnectivity()) {
             Check();
         }
     } catch (const RuntimeError&) {

@@ -10,7 +10,6 @@
 #include "forms/Form.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
-#include "service/ServiceRequests.h"
 #include "settings_dialog/DialogContext.h"
 #include "settings_dialog/MobileSignup.h"
 #include "settings_dialog/Placement.h"
@@ -59,7 +58,7 @@ void MobilePage::BuildSteps()
     };
     step("LblMobil1",
          QStringLiteral("1. From your mobile device, send a text message to %1 with the word \"test\".")
-             .arg(ServiceRequests::SignupAddress()),
+             .arg(m_signup.Address()),
          {10, 6, 466, 32});
     step("LblMobil2",
          QStringLiteral("2: You\u2019ll momentarily receive a text message showing your mobile device ID and "

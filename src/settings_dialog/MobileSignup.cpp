@@ -7,6 +7,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
+#include "service/ServiceAddresses.h"
 #include "service/ServiceRequests.h"
 #include "settings_dialog/FrmAlerts.h"
 
@@ -44,6 +45,11 @@ MobileSignup::MobileSignup(Forms& forms, const DomDocuments& documents)
 {
 }
 
+QString MobileSignup::Address() const
+{
+    return ServiceAddresses::Signup(m_forms.Main().Settings);
+}
+
 void MobileSignup::Register(const MobileDevice& device)
 {
     if (m_isUnderWay && !m_isReset) {
@@ -64,7 +70,9 @@ void MobileSignup::Reset()
 void MobileSignup::SignUp(const MobileDevice& device)
 {
     SimpleXML document(m_documents);
-    if (!InternetClass(m_forms.Outside()).VerifyConnectivity() || !Fetch(document, device.personalCode)) {
+    if (!InternetClass(m_forms.Outside(), ServiceAddresses::Probe(m_forms.Main().Settings))
+             .VerifyConnectivity() ||
+        !Fetch(document, device.personalCode)) {
         Say(kNotConnected);
         return;
     }

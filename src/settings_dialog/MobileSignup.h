@@ -29,6 +29,8 @@ class MobileSignup final
 public:
     MobileSignup(Forms& forms, const DomDocuments& documents);
 
+    /// The e-mail address to which the user sends the first text message.
+    [[nodiscard]] QString Address() const;
     /// Asks the service to confirm the device and serves events until the reply has come. Then stores the
     /// result, shows it in the settings dialog if one is open, and shows the message of the service, or that
     /// it could not be reached. While another request is pending this does nothing; but after a reset it

@@ -86,6 +86,7 @@ void Read(Configuration& configuration, const DomDocuments& documents, const Reg
         settings.GetAttribute(QStringLiteral("Current"), QStringLiteral("//root//locations"));
     configuration.ProdID = settings.GetAttribute(QStringLiteral("pid"), kApp);
     configuration.PID = configuration.ProdID;
+    ReadAddresses(configuration, settings);
     const QString decimalSign = GetDecimalSign(region);
     const QLocale locale = region.UserLocale();
     ReadPlace(configuration, settings, decimalSign, locale);
@@ -97,6 +98,13 @@ void Read(Configuration& configuration, const DomDocuments& documents, const Reg
 }
 
 } // namespace
+
+void ReadAddresses(Configuration& configuration, const SimpleXML& settings)
+{
+    configuration.ServiceText = settings.GetAttribute(QStringLiteral("service"), kApp);
+    configuration.SignupText = settings.GetAttribute(QStringLiteral("signup"), kApp);
+    configuration.ProbeText = settings.GetAttribute(QStringLiteral("probe"), kApp);
+}
 
 void LoadConfiguration(Configuration& configuration, const DomDocuments& documents,
                        const RegionalSettings& region)

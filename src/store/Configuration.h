@@ -9,6 +9,7 @@
 
 class DomDocuments;
 class RegionalSettings;
+class SimpleXML;
 
 /// What the program holds of settings.xml between two loads of it.
 struct Configuration
@@ -36,6 +37,11 @@ struct Configuration
     bool UseDayLight = false;
     QString HourMode;
     QString DefaultAdText;
+    /// Where the file says that the service is, where its sign-ups go and which page tells of the network: as
+    /// written, empty where it says nothing.
+    QString ServiceText;
+    QString SignupText;
+    QString ProbeText;
 
     /// Public copies of ProdID and DistText.
     QString PID;
@@ -44,6 +50,10 @@ struct Configuration
 
 /// The name by which settings.xml is opened, everywhere.
 inline const QString kSettingsFile = QStringLiteral("settings.xml");
+
+/// Reads the three addresses alone from @p settings: the first requests of a start come before the rest is
+/// loaded.
+void ReadAddresses(Configuration& configuration, const SimpleXML& settings);
 
 /// Reads settings.xml into @p configuration. There are no defaults: a number that does not convert ends the
 /// load with the RuntimeError kConfiguration, and the fields read before it keep their new values.

@@ -51,7 +51,7 @@ TEST_F(KeyboardTest, tabTabReturn_opensTheHelp)
     for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Return}) {
         Press(key);
     }
-    EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage()});
+    EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage(Configuration())});
 }
 
 } // namespace

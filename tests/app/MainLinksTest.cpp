@@ -259,14 +259,26 @@ TEST_F(MainLinksTest, webLinks_openTheirPages)
         << platform.browser.opened.value(0).toStdString();
     EXPECT_TRUE(Link("LblGetMoreLink").isEnabled());
     Desk::Click(Link("LblHelp"));
-    EXPECT_EQ(platform.browser.opened.value(1), ServiceRequests::HelpPage());
+    EXPECT_EQ(platform.browser.opened.value(1), ServiceRequests::HelpPage(window.Settings));
     EXPECT_TRUE(platform.browser.opened.value(1).endsWith(QStringLiteral("/dbeacon/help.html")));
     EXPECT_TRUE(Link("LblHelp").isEnabled());
     Desk::Click(*window.controls.Picture2);
-    EXPECT_EQ(platform.browser.opened.value(2), ServiceRequests::HomePage());
+    EXPECT_EQ(platform.browser.opened.value(2), ServiceRequests::HomePage(window.Settings));
     EXPECT_TRUE(window.controls.Picture2->isEnabled());
     EXPECT_EQ(platform.browser.opened.size(), 3);
     EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+}
+
+TEST_F(MainLinksTest, webLinks_serviceOfTheSettings_opensItsPages)
+{
+    window.Settings.ServiceText = QStringLiteral("https://times.example.org/beacon/");
+    Desk::Click(Link("LblGetMoreLink"));
+    Desk::Click(Link("LblHelp"));
+    Desk::Click(*window.controls.Picture2);
+    const QString base = QStringLiteral("https://times.example.org/beacon");
+    EXPECT_EQ(platform.browser.opened,
+              (QStringList{base + QStringLiteral("/cgi-bin/dbeacon/sound/sound.pl?prod_string=P-77"),
+                           base + QStringLiteral("/dbeacon/help.html"), base}));
 }
 
 TEST_F(MainLinksTest, webLinks_takeNoClickWhileTheyOpen_theBannerDoes)
@@ -405,7 +417,7 @@ TEST_F(MainLinksTest, keyboard_pressesALinkAndStaysOnIt)
     help.setFocus(Qt::TabFocusReason);
     ASSERT_EQ(window.focusWidget(), &help);
     QTest::keyClick(&help, Qt::Key_Return);
-    EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage()});
+    EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage(window.Settings)});
     EXPECT_EQ(window.focusWidget(), &help);
 }
 

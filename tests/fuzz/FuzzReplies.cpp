@@ -111,7 +111,7 @@ void CheckIdentifier(FuzzWorld& world)
     SimpleXML settings(world.documents);
     Demand(settings.Load(kSettingsFile), "the settings load");
     const QByteArray before = world.Settings();
-    FirstStart(world.documents).Run(settings);
+    FirstStart(world.documents).Run(settings, world.main->Settings);
     if (!reply.isLoaded) {
         Demand(world.Settings() == before, "without a reply nothing changes");
         return;

@@ -105,6 +105,16 @@ TEST_F(FrmNewLocTest, load_asksOnceAndListsTheCountries_noneSelected)
     EXPECT_EQ(countries.currentIndex(), -1);
 }
 
+TEST_F(FrmNewLocTest, load_serviceOfTheSettings_isAsked)
+{
+    main->Settings.ServiceText = QStringLiteral("https://times.example.org");
+    main->Settings.ProbeText = QStringLiteral("http://probe.example.org/");
+    ClickOn(OpenList(), "LblNewLocLink");
+    EXPECT_EQ(platform.http.probes, QStringList(main->Settings.ProbeText));
+    ASSERT_EQ(platform.http.requests.size(), 1);
+    EXPECT_TRUE(platform.http.requests.front().startsWith(main->Settings.ServiceText + u'/'));
+}
+
 TEST_F(FrmNewLocTest, load_noNetwork_saysSoAndGivesTheListBack)
 {
     platform.http.reachable = false;

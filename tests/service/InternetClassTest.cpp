@@ -29,7 +29,8 @@ protected:
     }
 
     FakePlatform platform;
-    InternetClass internet{platform.doors};
+    QString probe = QStringLiteral("http://probe.example.org/here");
+    InternetClass internet{platform.doors, probe};
 };
 
 QString Character(int byte)
@@ -37,12 +38,11 @@ QString Character(int byte)
     return FromCodePage(QByteArray(1, static_cast<char>(byte)));
 }
 
-TEST_F(InternetClassTest, verifyConnectivity_asksThePublicSiteOnce)
+TEST_F(InternetClassTest, verifyConnectivity_asksTheProbesPageOnce)
 {
     EXPECT_FALSE(internet.VerifyConnectivity());
     platform.http.reachable = true;
     EXPECT_TRUE(internet.VerifyConnectivity());
-    const QString probe = QStringLiteral(DUSKBEACON_PROBE_URL);
     EXPECT_EQ(platform.http.probes, (QStringList{probe, probe}));
     EXPECT_TRUE(platform.http.requests.isEmpty());
 }

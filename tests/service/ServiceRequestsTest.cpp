@@ -5,15 +5,14 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/LoopbackServer.h"
 #include "platform/CurlHttp.h"
+#include "service/ServiceAddresses.h"
 #include "store/Configuration.h"
-
-#include <QUrl>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const QString kBase = ServiceRequests::BaseAddress(QStringLiteral(DUSKBEACON_SERVICE_URL));
+const QString kBase = ServiceAddresses::Base(Configuration());
 
 Configuration Settings(const QString& pid)
 {
@@ -40,8 +39,8 @@ std::vector<Row> Rows(const Configuration& configuration)
     const QString pid = configuration.PID;
     const QByteArray wirePid = pid.toUtf8();
     return {
-        {"requestProdID", RequestProdID(configuration.Dstr), QStringLiteral("requestProdID.pl?dist=dist 1"),
-         "requestProdID.pl?dist=dist%201"},
+        {"requestProdID", RequestProdID(configuration, configuration.Dstr),
+         QStringLiteral("requestProdID.pl?dist=dist 1"), "requestProdID.pl?dist=dist%201"},
         {"startup", Startup(configuration),
          QStringLiteral("startup.pl?prod_string=") + pid +
              QStringLiteral("&city=S\u00e3o & Paulo&country=New York&dist_string=dist 1&aid=US-1"),
@@ -99,6 +98,20 @@ TEST(ServiceRequests, everyRequest_hasItsExactText)
     }
 }
 
+TEST(ServiceRequests, everyRequestAndPage_areAtTheServiceOfTheSettings)
+{
+    const QString base = QStringLiteral("https://example.org/beacon");
+    Configuration configuration = Settings(QStringLiteral("P-77"));
+    configuration.ServiceText = base + u'/';
+    for (const Row& row : Rows(configuration)) {
+        EXPECT_EQ(row.request, base + QStringLiteral("/cgi-bin/dbeacon/") + row.text) << row.name;
+    }
+    EXPECT_TRUE(
+        ServiceRequests::SoundFilesPage(configuration).startsWith(base + QStringLiteral("/cgi-bin/")));
+    EXPECT_EQ(ServiceRequests::HelpPage(configuration), base + QStringLiteral("/dbeacon/help.html"));
+    EXPECT_EQ(ServiceRequests::HomePage(configuration), base);
+}
+
 TEST(ServiceRequests, everyRequest_reachesTheServiceInItsExactBytes)
 {
     const LoopbackServer server(LoopbackServer::Answer("<root/>"));
@@ -112,36 +125,13 @@ TEST(ServiceRequests, everyRequest_reachesTheServiceInItsExactBytes)
     }
 }
 
-TEST(ServiceRequests, baseAddress_slashesAtItsEnd_areLeftOut)
-{
-    const std::pair<const char*, const char*> rows[] = {
-        {"http://localhost:8750", "http://localhost:8750"},
-        {"http://localhost:8750/", "http://localhost:8750"},
-        {"https://example.org/times//", "https://example.org/times"},
-        {"https://example.org/a//b", "https://example.org/a//b"},
-        {"", ""},
-    };
-    for (const auto& [text, base] : rows) {
-        EXPECT_EQ(ServiceRequests::BaseAddress(QLatin1String(text)), QLatin1String(base)) << text;
-    }
-}
-
 TEST(ServiceRequests, pages_areThese)
 {
     const Configuration configuration = Settings(QStringLiteral("P-77"));
     EXPECT_EQ(ServiceRequests::SoundFilesPage(configuration),
               kBase + QStringLiteral("/cgi-bin/dbeacon/sound/sound.pl?prod_string=P-77"));
-    EXPECT_EQ(ServiceRequests::HelpPage(), kBase + QStringLiteral("/dbeacon/help.html"));
-    EXPECT_EQ(ServiceRequests::HomePage(), kBase);
-}
-
-TEST(ServiceRequests, signupAddress_isAtTheHostOfTheService)
-{
-    const QString host = QUrl(kBase).host();
-    EXPECT_FALSE(host.isEmpty());
-    const QString address = ServiceRequests::SignupAddress();
-    EXPECT_TRUE(address.endsWith(u'@' + host)) << address.toStdString();
-    EXPECT_GT(address.size(), host.size() + 1) << "there is somebody to write to";
+    EXPECT_EQ(ServiceRequests::HelpPage(configuration), kBase + QStringLiteral("/dbeacon/help.html"));
+    EXPECT_EQ(ServiceRequests::HomePage(configuration), kBase);
 }
 
 } // namespace

@@ -106,6 +106,27 @@ TEST_F(StartUpTest, firstStart_savesTheIdentifierAndUsesIt)
     ExpectListOpen(window);
 }
 
+TEST_F(StartUpTest, firstStart_withAServiceInTheSettings_asksItAndItsProbe)
+{
+    const QString service = QStringLiteral("https://times.example.org/beacon");
+    const QString probe = QStringLiteral("http://probe.example.org/");
+    WriteSettings(SettingsText().replace(
+        QStringLiteral("FirstRun=\"false\" pid=\"P-77\""),
+        QStringLiteral("FirstRun=\"true\" pid=\"\" service=\"%1/\" probe=\"%2\"").arg(service, probe)));
+    platform.http.reachable = true;
+    platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
+    platform.http.replies[QStringLiteral("getAd.pl")] = "<root/>";
+    Start();
+    EXPECT_EQ(platform.http.probes, (QStringList{probe, probe, probe}));
+    EXPECT_EQ(platform.http.requests.size(), 4);
+    EXPECT_EQ(platform.http.requests.front(),
+              service + QStringLiteral("/cgi-bin/dbeacon/requestProdID.pl?dist=dbeacon"));
+    for (const QString& request : platform.http.requests) {
+        EXPECT_TRUE(request.startsWith(service + u'/')) << request.toStdString();
+    }
+    EXPECT_EQ(App(QStringLiteral("service")), service + u'/') << "the save of the identifier keeps it";
+}
+
 TEST_F(StartUpTest, firstStartWithoutNetwork_asksAllTheSameAndKeepsAsking)
 {
     Settle(QStringLiteral("true"), QString());

@@ -71,6 +71,8 @@ TEST_F(Layout, eachPage_fitsWithoutOverlap)
                   {QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"-19.5\"")},
                   {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
                   {QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")}});
+    // As long as a usable one can be, of letters of medium width.
+    main.Settings.SignupText = QStringLiteral("signup@") + QString(43, u'e');
     Open();
     EXPECT_EQ(dialog->size(), QSize(510, 300));
     for (std::int16_t tab = 1; tab <= 8; ++tab) {

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "service/ServiceRequests.h"
+#include "service/ServiceAddresses.h"
 #include "settings_dialog/MobilePageFixture.h"
 
 #include <QLabel>
@@ -25,7 +25,8 @@ TEST_F(MobilePageTest, built_hasItsCaptionsAndStartState)
          QStringLiteral("Mobile Alert sends an alert to your mobile device at time of prayer.")},
         {"LblMobilH2", QStringLiteral("Your mobile device must be able to send / receive text messages")},
         {"LblMobil1", QStringLiteral("1. From your mobile device, send a text message to ") +
-                          ServiceRequests::SignupAddress() + QStringLiteral(" with the word \"test\".")},
+                          ServiceAddresses::Signup(Configuration()) +
+                          QStringLiteral(" with the word \"test\".")},
         {"LblMobil2",
          QStringLiteral("2: You\u2019ll momentarily receive a text message showing your mobile device "
                         "ID and personal code.")},
@@ -179,6 +180,21 @@ TEST_F(MobilePageTest, register_asksWithTheCodeAsTyped)
     ASSERT_EQ(platform.http.requests.size(), 1);
     EXPECT_TRUE(platform.http.requests.front().endsWith(QStringLiteral(
         "/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-77&vCode=55 21&&dist_string=dbeacon")));
+}
+
+TEST_F(MobilePageTest, serviceOfTheSettings_isNamedAndAsked)
+{
+    main.Settings.ServiceText = QStringLiteral("https://times.example.org");
+    main.Settings.SignupText = QStringLiteral("test@example.org");
+    main.Settings.ProbeText = QStringLiteral("http://probe.example.org/");
+    OpenFilled();
+    EXPECT_EQ(Find<QLabel>("LblMobil1").text(),
+              QStringLiteral("1. From your mobile device, send a text message to test@example.org with the "
+                             "word \"test\"."));
+    Click("CmdMobilReg");
+    EXPECT_EQ(platform.http.probes, QStringList(main.Settings.ProbeText));
+    ASSERT_EQ(platform.http.requests.size(), 1);
+    EXPECT_TRUE(platform.http.requests.front().startsWith(main.Settings.ServiceText + u'/'));
 }
 
 TEST_F(MobilePageTest, register_replies_areStoredAndShown)

@@ -73,6 +73,26 @@ TEST_F(ConfigurationTest, textsThatAreMissing_becomeEmpty)
     EXPECT_EQ(held.DistText + held.Dstr + held.CalcMethod + held.HourMode + held.DefaultAdText, QString());
 }
 
+TEST_F(ConfigurationTest, addressesOfTheService_areReadAsTheyStand_andAreEmptyWithoutThem)
+{
+    ASSERT_EQ(Load(SettingsText().replace(Q("<app "), Q("<app service=\" s/\" signup=\"a@b\" probe=\"p\" "))),
+              0);
+    EXPECT_EQ(held.ServiceText, Q(" s/"));
+    EXPECT_EQ(held.SignupText, Q("a@b"));
+    EXPECT_EQ(held.ProbeText, Q("p"));
+    ASSERT_EQ(Load(), 0);
+    EXPECT_EQ(held.ServiceText + held.SignupText + held.ProbeText, QString());
+}
+
+TEST_F(ConfigurationTest, addressesOfTheService_areReadBeforeAPlaceThatFails)
+{
+    EXPECT_EQ(Load(SettingsText()
+                       .replace(Q("<app "), Q("<app service=\"s\" "))
+                       .replace(Q("Current=\"Chicago\""), Q("Current=\"\""))),
+              2002);
+    EXPECT_EQ(held.ServiceText, Q("s"));
+}
+
 struct FailureRow
 {
     const char* name;
