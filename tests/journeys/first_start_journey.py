@@ -1,7 +1,8 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The first start of the program as it is shipped, without and with a network, and the second start."""
+"""The first start of the program as it is shipped, without and with a network, and the second start; and that of a program
+whose settings name another service than the build."""
 import os
 import sys
 import xml.etree.ElementTree
@@ -93,6 +94,22 @@ def with_network(folder, shipped):
         return settings
 
 
+def at_the_service_of_the_settings(folder, shipped):
+    """The service and the probe are at another port than the build's, where nothing is asked. No proxy stands in for the
+    network: the program finds it by its settings."""
+    with stand_in.Service() as build, stand_in.Service(port=0, prod_string="P-3003") as own:
+        address = f"http://127.0.0.1:{own.port}/"
+        named = shipped.replace(b'dist="dbeacon"', f'dist="dbeacon" service="{address}" probe="{address}probe"'.encode())
+        assert named != shipped
+        with hands.Program(folder, named) as program:
+            opens_the_list(program)
+            own.check_asked([f"{START}requestProdID.pl?dist=dbeacon", *expected_requests(named, "P-3003")])
+            assert own.probes("/probe") == 3, own.probes("/probe")
+            as_before_but(named, hands.Settings(program).read(), pid="P-3003", FirstRun="false")
+            hands.picture("first_start_at_the_service_of_the_settings")
+        build.check_asked([])
+
+
 def without_identifier(folder, known):
     """Started before but with no identifier: it is asked for where there is a network, and only there."""
     lost = known.replace(b'pid="P-1001"', b'pid=""')
@@ -114,7 +131,7 @@ def main():
     with open(SHIPPED, "rb") as file:
         shipped = file.read()
     with hands.Desktop():
-        for step in (without_network, service_without_network):
+        for step in (without_network, service_without_network, at_the_service_of_the_settings):
             print(step.__name__, flush=True)
             step(folder, shipped)
         print("with network", flush=True)

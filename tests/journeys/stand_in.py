@@ -19,9 +19,10 @@ READABLE = ["error", "utf16", "windows1252"]
 
 
 class Service:
-    """The stand-in for the service, which is also the network that the program finds."""
+    """The stand-in for the service, which is also the network that the program finds. At port 0 it takes a free one."""
 
-    def __init__(self, **replies):
+    def __init__(self, port=PORT, **replies):
+        self.port = port
         self._replies = replies
         self._lock = threading.Lock()
         self._requests = []
@@ -29,9 +30,11 @@ class Service:
     def __enter__(self):
         script = os.path.join(os.path.dirname(os.path.abspath(__file__)), "stand_in_service.py")
         replies = [word for name, value in self._replies.items() for word in ("--set", f"{name}={value}")]
-        self._process = subprocess.Popen([sys.executable, script, "--port", str(PORT), *replies],
+        self._process = subprocess.Popen([sys.executable, script, "--port", str(self.port), *replies],
                                          stdout=subprocess.PIPE, text=True)
-        assert self._process.stdout.readline().strip() == str(PORT), "the service's port is taken"
+        port = self._process.stdout.readline().strip()
+        assert port and self.port in (0, int(port)), "the service's port is taken"
+        self.port = int(port)
         self._reader = threading.Thread(target=self._read, daemon=True)
         self._reader.start()
         return self
@@ -66,8 +69,9 @@ class Service:
         """Over how many connections those requests came."""
         return self._lines().count("connection")
 
-    def probes(self):
-        return sum(line.startswith("http://") for line in self._lines())
+    def probes(self, address="http://"):
+        """How often that address was asked for; without one, that of any other host through the proxy."""
+        return sum(line.startswith(address) for line in self._lines())
 
     def check_refusals(self, expected):
         """So often somebody saw the certificate of the service's other door and turned away. The service tells it later than
@@ -89,7 +93,7 @@ class Service:
     def _control(self, what, pairs):
         query = urllib.parse.urlencode([(what, pair) for pair in pairs])
         direct = urllib.request.build_opener(urllib.request.ProxyHandler({}))
-        direct.open(f"http://127.0.0.1:{PORT}/control?{query}", timeout=screen.PATIENCE).close()
+        direct.open(f"http://127.0.0.1:{self.port}/control?{query}", timeout=screen.PATIENCE).close()
 
     def _read(self):
         for line in self._process.stdout:
