@@ -5,10 +5,12 @@
 #include "controls/TextBox.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
+#include "service/ServiceAddresses.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 
 #include <QAbstractButton>
+#include <QUrl>
 
 #include <pugixml.hpp>
 
@@ -71,7 +73,10 @@ QString Text(const Configuration& held)
                        QString::number(held.AdvAlertMinutes),
                        QString::number(held.UseDayLight ? 1 : 0),
                        held.HourMode,
-                       held.DefaultAdText}
+                       held.DefaultAdText,
+                       held.ServiceText,
+                       held.SignupText,
+                       held.ProbeText}
         .join(u'\n');
 }
 
@@ -95,6 +100,10 @@ void CheckConfiguration(FuzzWorld& world)
     Demand(std::isfinite(held.LatitudeFinal) && std::isfinite(held.LongitudeFinal), "a place has numbers");
     Demand(std::abs(held.MinutesBeyondZone.value_or(0)) < 60, "an offset lies within an hour of its zone");
     Demand(held.PID == held.ProdID && held.Dstr == held.DistText, "the public copies are copies");
+    for (const QString& text : {ServiceAddresses::Base(held), ServiceAddresses::Probe(held)}) {
+        const QUrl address(text);
+        Demand(!address.host().isEmpty() && address.scheme().startsWith(u"http"), "the web alone is asked");
+    }
     SimpleXML settings(world.documents);
     Demand(settings.Load(kSettingsFile) && settings.Save(kSettingsFile), "a configuration can be saved");
     Configuration again;
