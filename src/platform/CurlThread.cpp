@@ -9,6 +9,7 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <csignal>
 #include <limits>
 #include <system_error>
 #include <utility>
@@ -17,6 +18,10 @@ namespace {
 
 CURLM* NewHandle()
 {
+    // TLS writes to a connection that the server has closed, at the latest when it is closed here too. That
+    // is an error of the write and must not end the program; libcurl leaves the signal alone
+    // (CURLOPT_NOSIGNAL).
+    std::signal(SIGPIPE, SIG_IGN);
     // Not undone at the end: the look-up of a name that was given up may still be running then.
     curl_global_init(CURL_GLOBAL_DEFAULT);
     return curl_multi_init();
