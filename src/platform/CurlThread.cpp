@@ -4,10 +4,6 @@
 
 #include "platform/CurlTransfer.h"
 
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-
 #include <algorithm>
 #include <csignal>
 #include <limits>
@@ -25,18 +21,6 @@ CURLM* NewHandle()
     // Not undone at the end: the look-up of a name that was given up may still be running then.
     curl_global_init(CURL_GLOBAL_DEFAULT);
     return curl_multi_init();
-}
-
-// Packets of a kept connection can vanish without a word, after a suspend or a change of the network. Where
-// what is sent on it is not acknowledged in this time it counts as dead.
-void LimitKeptConnection(CURL* easy)
-{
-    constexpr unsigned int kMilliseconds = 3000;
-    curl_socket_t socket = CURL_SOCKET_BAD;
-    curl_easy_getinfo(easy, CURLINFO_ACTIVESOCKET, &socket);
-    if (socket != CURL_SOCKET_BAD) {
-        ::setsockopt(socket, IPPROTO_TCP, TCP_USER_TIMEOUT, &kMilliseconds, sizeof kMilliseconds);
-    }
 }
 
 } // namespace
@@ -144,8 +128,14 @@ bool CurlThread::TakeOrders()
 
 void CurlThread::Begin(Numbered next)
 {
-    if (next.transfer->Prepare() &&
-        curl_multi_add_handle(m_multi.get(), next.transfer->Handle()) == CURLM_OK) {
+    if (m_running.empty()) {
+        m_kept.EndUnclean();
+    }
+    const bool isReady = next.transfer->Prepare();
+    if (isReady) {
+        m_kept.Watch(next.transfer->Handle());
+    }
+    if (isReady && curl_multi_add_handle(m_multi.get(), next.transfer->Handle()) == CURLM_OK) {
         m_running.push_back(std::move(next));
     } else {
         m_done(next.number, std::nullopt);
@@ -154,7 +144,7 @@ void CurlThread::Begin(Numbered next)
 
 void CurlThread::Finish(CURL* easy, bool isWhole)
 {
-    LimitKeptConnection(easy);
+    m_kept.Keep(easy);
     Numbered ended = Remove(std::find_if(m_running.begin(), m_running.end(), [&](const Numbered& running) {
         return running.transfer->Handle() == easy;
     }));

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/Http.h"
+#include "platform/KeptSockets.h"
 
 #include <curl/curl.h>
 
@@ -52,6 +53,8 @@ private:
     [[nodiscard]] Numbered Remove(std::vector<Numbered>::iterator running);
 
     std::function<void(int, const Http::Reply&)> m_done;
+    /// Of the thread alone; once that has ended, of the multi handle, which closes the sockets.
+    KeptSockets m_kept;
     std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> m_multi;
     std::mutex m_mutex;
     Orders m_orders;

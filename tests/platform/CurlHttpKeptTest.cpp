@@ -57,14 +57,17 @@ TEST(CurlHttpKept, closedMeanwhile_isReplacedUnseen)
     EXPECT_EQ(closing.Requests().size(), 3U) << "nothing goes out on a connection that is known to be dead";
 }
 
-TEST(CurlHttpKept, diesBeforeAByteOfTheReply_isReplacedOnce)
+// Half of the first line says nothing about the request.
+TEST(CurlHttpKept, diesBeforeTheFirstLineIsWhole_isReplacedOnce)
 {
-    const LoopbackServer server(Instead([](Connection&) {}));
-    CurlHttp http;
-    EXPECT_TRUE(http.Fetch(server.Url(), kShort));
-    EXPECT_EQ(Text(http.Fetch(server.Url(), kShort)), "<root/>");
-    EXPECT_EQ(server.Requests().size(), 3U) << "the second goes out twice";
-    EXPECT_EQ(server.Connections(), 2);
+    for (const char* const start : {"", "HTTP/1.1 20"}) {
+        const LoopbackServer server(Instead([&](Connection& connection) { connection.Send(start); }));
+        CurlHttp http;
+        EXPECT_TRUE(http.Fetch(server.Url(), kShort));
+        EXPECT_EQ(Text(http.Fetch(server.Url(), kShort)), "<root/>") << start;
+        EXPECT_EQ(server.Requests().size(), 3U) << "the second goes out twice: " << start;
+        EXPECT_EQ(server.Connections(), 2) << start;
+    }
 }
 
 TEST(CurlHttpKept, severalDie_requestIsSentTwiceAndNoMore)
@@ -109,6 +112,42 @@ TEST(CurlHttpKept, freshOneThatDies_requestIsNotSentAgain)
     CurlHttp http;
     EXPECT_FALSE(http.Fetch(server.Url(), kShort));
     EXPECT_EQ(server.Requests().size(), 1U);
+}
+
+TEST(CurlHttpKept, bytesBehindAReply_areNotTheReplyToTheNextRequest)
+{
+    struct Row
+    {
+        const char* name;
+        QByteArray inTheSamePacket;
+        QByteArray late;
+    };
+    const QByteArray other = "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nother";
+    for (const Row& row : {Row{"a late reply", "", other}, Row{"a late newline", "", "\r\n"},
+                           Row{"more at once", other, ""}}) {
+        std::atomic<bool> isRead = false;
+        std::atomic<bool> isSent = false;
+        const LoopbackServer server([&](Connection& connection) {
+            if (isSent) {
+                connection.Keep(connection.Target());
+                return;
+            }
+            connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n/1" + row.inTheSamePacket);
+            while (!isRead && connection.Wait(1)) {
+            }
+            connection.Send(row.late);
+            isSent = true;
+            connection.Wait(-1);
+        });
+        CurlHttp http;
+        EXPECT_EQ(Text(http.Fetch(server.Url(QStringLiteral("/1")), kShort)), "/1") << row.name;
+        isRead = true;
+        EXPECT_TRUE(QTest::qWaitFor([&] { return isSent.load(); }));
+        for (const char* const target : {"/2", "/3"}) {
+            EXPECT_EQ(Text(http.Fetch(server.Url(QLatin1String(target)), kShort)), target) << row.name;
+        }
+        EXPECT_EQ(server.Connections(), 2) << row.name;
+    }
 }
 
 // As after a suspend, or on another network.
