@@ -91,14 +91,20 @@ void CurlThread::Run()
 {
     while (TakeOrders()) {
         int count = 0;
-        curl_multi_perform(m_multi.get(), &count);
+        CURLMcode result = curl_multi_perform(m_multi.get(), &count);
         while (const CURLMsg* const message = curl_multi_info_read(m_multi.get(), &count)) {
             if (message->msg == CURLMSG_DONE) {
                 Finish(message->easy_handle, message->data.result == CURLE_OK);
             }
         }
-        // Cut short by libcurl's limits and by orders; an idle thread sleeps on.
-        curl_multi_poll(m_multi.get(), nullptr, 0, std::numeric_limits<int>::max(), nullptr);
+        if (result == CURLM_OK) {
+            // Cut short by libcurl's limits and by orders; an idle thread sleeps on.
+            result = curl_multi_poll(m_multi.get(), nullptr, 0, std::numeric_limits<int>::max(), nullptr);
+        }
+        // Out of memory, mostly. The transfers would not go on, and libcurl's limits not end them.
+        while (result != CURLM_OK && !m_running.empty()) {
+            m_done(Remove(m_running.begin()).number, std::nullopt);
+        }
     }
     while (!m_running.empty()) {
         static_cast<void>(Remove(m_running.begin()));

@@ -10,7 +10,26 @@
 #include <QTest>
 #include <QThread>
 
+#include <curl/curl.h>
+#include <dlfcn.h>
 #include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace {
+
+std::atomic<bool> pollFails = false;
+
+} // namespace
+
+// In front of libcurl's own.
+extern "C" CURLMcode curl_multi_poll(CURLM* multi, curl_waitfd* sockets, unsigned int count, int milliseconds,
+                                     int* ready)
+{
+    static const auto original =
+        reinterpret_cast<decltype(&curl_multi_poll)>(::dlsym(RTLD_NEXT, "curl_multi_poll"));
+    return pollFails ? CURLM_OUT_OF_MEMORY : original(multi, sockets, count, milliseconds, ready);
+}
 
 namespace {
 
@@ -88,6 +107,26 @@ TEST(CurlHttpBackground, noThreadToBeHad_failsAndHoldsUpNoEnd)
         EXPECT_EQ(http.Fetch(server.Url(), HttpLimits{}), kReply) << "the next one has a thread again";
     }
     EXPECT_EQ(server.Requests().size(), 1U);
+}
+
+TEST(CurlHttpBackground, transfersThatCanNotGoOn_fail)
+{
+    const LoopbackServer silent(LoopbackServer::Hang());
+    const LoopbackServer server(LoopbackServer::Answer("<root/>"));
+    CurlHttp http;
+    QObject context;
+    int failures = 0;
+    const auto start = [&] {
+        http.FetchInBackground(silent.Url(), HttpLimits{}, &context,
+                               [&](const Http::Reply& reply) { failures += reply ? 0 : 1; });
+    };
+    start();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return silent.Requests().size() == 1; }));
+    pollFails = true;
+    start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 2; })) << "long before the silence is over";
+    pollFails = false;
+    EXPECT_EQ(http.Fetch(server.Url(), HttpLimits{}), kReply) << "the next one is answered again";
 }
 
 TEST(CurlHttpBackground, fetch_destruction_endsEverythingAtOnce)
