@@ -84,16 +84,19 @@ void CurlHttp::StartWaiting()
             continue;
         }
         ++m_inBackground;
-        const int number = Start(next.url, next.limits,
-                                 [this, context = next.context, done = next.done](const Reply& reply) {
-                                     --m_inBackground;
-                                     StartWaiting();
-                                     if (context != nullptr) {
-                                         done(reply);
-                                     }
-                                 });
-        QObject::connect(next.context, &QObject::destroyed, &m_receiver,
-                         [this, number] { m_thread->Cancel(number); });
+        // For the number that Start gives next. Ends with the request: a context that lives long would gather
+        // one for each.
+        const auto watch = QObject::connect(next.context, &QObject::destroyed, &m_receiver,
+                                            [this, number = m_lastNumber + 1] { m_thread->Cancel(number); });
+        Start(next.url, next.limits,
+              [this, watch, context = next.context, done = next.done](const Reply& reply) {
+                  QObject::disconnect(watch);
+                  --m_inBackground;
+                  StartWaiting();
+                  if (context != nullptr) {
+                      done(reply);
+                  }
+              });
     }
 }
 

@@ -19,7 +19,8 @@ class CurlTransfer;
 class CurlThread final
 {
 public:
-    /// @param done called once for each transfer, with its number; on that thread or inside Start
+    /// @param done called once for each transfer that ends before the destruction, with its number; on that
+    /// thread or inside Start
     explicit CurlThread(std::function<void(int number, const Http::Reply& reply)> done);
     /// Ends all transfers and closes the connections, at once.
     ~CurlThread();
