@@ -35,7 +35,8 @@ public:
     AlertDispatch(Forms& forms, const DomDocuments& documents, const PTimer& prayerTimer, AlertHooks hooks);
 
     /// The minute of a slot has come: popup, request to the service, sound and ad, in this order. Serves
-    /// events while it waits for the reply to the request, for at most 3 seconds.
+    /// events while it waits for the reply to the request, for at most 3 seconds. A message box or another
+    /// wait that such an event opens has to end first, and holds the sound back until then.
     /// @param PrayerID slot 1 to 10; any other is passed over
     void Alarm(std::int16_t PrayerID);
     /// The minute of a slot is AdvAlertMinutes away: a popup and nothing else, also for a prayer whose own

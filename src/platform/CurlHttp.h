@@ -14,10 +14,11 @@
 class CurlThread;
 
 /// HTTP over libcurl. Connections are kept for two minutes and used again; one that is dead by then is
-/// replaced once by a fresh one, unless a line of the reply has come on it. Redirects are followed, 10 at
-/// most and never from https to http; certificates are checked. A proxy is the one that the environment
-/// names, as everywhere on this platform, but never for this computer itself. A "#" belongs to the query and
-/// goes out as it stands.
+/// replaced once by a fresh one, unless a line of the reply has come on it. A connection whose server
+/// acknowledges nothing for 3 seconds counts as dead, so that a slow server may get a request twice.
+/// Redirects are followed, 10 at most and never from https to http, and each closes the connection it came
+/// on; certificates are checked. A proxy is the one that the environment names, as everywhere on this
+/// platform, but never for this computer itself. A "#" belongs to the query and goes out as it stands.
 class CurlHttp final : public Http
 {
 public:

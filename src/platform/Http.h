@@ -28,8 +28,9 @@ struct HttpLimits
 inline constexpr HttpLimits kNotifyLimits{
     .silenceSeconds = 30, .totalMilliseconds = 30'000, .connectMilliseconds = 30'000};
 
-/// HTTP GET over http and https. A URL is sent as it stands; only what HTTP cannot carry (blanks, control and
-/// non-ASCII characters, as UTF-8) is escaped on the wire. No cache, no cookies; no status is inspected.
+/// HTTP GET over http and https. A URL is sent as it stands; only what HTTP cannot carry (white space,
+/// control and non-ASCII characters, as UTF-8) is escaped on the wire. No cache, no cookies; no status is
+/// inspected.
 class Http
 {
 public:
@@ -50,7 +51,7 @@ public:
     [[nodiscard]] virtual Reply Fetch(const QString& url, const HttpLimits& limits) = 0;
     /// A request whose reply is not read. Serves events until the reply is there or the request has failed,
     /// for at most 3 seconds; after those the request goes on by itself, within its limits, until the program
-    /// ends.
+    /// ends. It returns later if an event opens a message box or another wait, which has to end first.
     virtual void Notify(const QString& url, const HttpLimits& limits) = 0;
     /// Calls @p done once on the user-interface thread, unless @p context is gone by then.
     virtual void FetchInBackground(const QString& url, const HttpLimits& limits, QObject* context,
