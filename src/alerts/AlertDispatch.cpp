@@ -98,7 +98,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     }
     TellService(*slot, settings, wantsMobile, wantsSound);
     if (!IsMainWindowThere()) {
-        // Closed while the reply was waited for: whoever leaves the program wants no call any more.
+        // Closed while the reply was awaited: the user has left the program, so no sound starts.
         return;
     }
     if (wantsSound) {

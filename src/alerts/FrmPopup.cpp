@@ -140,7 +140,7 @@ void FrmPopup::MoveToCentre()
 
 bool FrmPopup::event(QEvent* event)
 {
-    // A message box doesn't block it: an alert ends, and waits for nobody.
+    // A message box doesn't block it: the popup closes when its time is up, answered or not.
     if (event->type() == QEvent::WindowBlocked) {
         UnblockWindow(*this);
     }

@@ -33,8 +33,8 @@ constexpr float kFirstAdTimer = 600.0F;
 constexpr float kTicksPerSkyRefresh = 300.0F;
 constexpr int kMillisecondsPerMinute = 60'000;
 
-// Degrees as the scheduler takes them: hundredths, rounded down. It is the product of doubles that is
-// rounded: 36.73 is 3672, as it has always been.
+// Degrees as the scheduler takes them: hundredths, rounded down. Intended: the product of doubles is rounded,
+// so 36.73 becomes 3672.
 std::int16_t Hundredths(double degrees)
 {
     return ToInteger16(Int(degrees * 100.0));

@@ -65,8 +65,8 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
     box.setStandardButtons(buttons);
     const int answer = box.exec();
     if (box.clickedButton() == nullptr) {
-        // The program was told to end, as the last window does that goes. The caller must not go on with an
-        // answer that nobody gave.
+        // The program was told to end, also by the close of its last window. The user gave no answer, so the
+        // caller must not go on. Intended: the status is 0 under a fatal box too.
         std::_Exit(EXIT_SUCCESS);
     }
     return answer;

@@ -104,8 +104,8 @@ void SessionEnd::End()
     m_notifier.setEnabled(false);
     m_tidyUp();
     if (QThread::currentThread()->loopLevel() > 1) {
-        // A handler waits in a loop of its own, under a box or for a reply. It must not go on with an answer
-        // that nobody gave.
+        // A handler waits in a loop of its own, under a box or for a reply. The user gave no answer,
+        // so it must not go on.
         std::_Exit(EXIT_SUCCESS);
     }
     QCoreApplication::exit(EXIT_SUCCESS);
