@@ -62,3 +62,12 @@ function(duskbeacon_library name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_shipped ${ARG_PRIVATE})
 endfunction()
+
+# A room of the service, named after its folder under server/. It knows no Qt.
+function(duskbeacon_server_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/server)
+  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_shipped ${ARG_PRIVATE})
+endfunction()

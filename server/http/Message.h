@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/ip/address.hpp>
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace beacond {
+
+enum class Method { Get, Head, Post, Other };
+
+/// One request as it came, its limits checked. The texts are bytes: nothing is decoded yet.
+struct Request
+{
+    Method method = Method::Get;
+    std::string path;  ///< the target up to the first "?"
+    std::string query; ///< behind the first "?", a "#" and what follows it included
+    std::string host;
+    std::string contentType;
+    std::string ifNoneMatch;
+    std::string body;
+    boost::asio::ip::address client; ///< the peer, or the forwarded address where the peer is a configured proxy
+};
+
+struct Response
+{
+    struct Header
+    {
+        std::string_view name; ///< a literal
+        std::string value;
+    };
+
+    unsigned status = 200;
+    std::string_view contentType = "text/plain; charset=utf-8"; ///< a literal
+    std::string body;
+    std::vector<Header> headers; ///< beyond Content-Type, Content-Length, Date and Connection
+};
+
+/// Answers a request. Runs on the thread of the connection and must not block it. An exception is answered with
+/// an empty 500.
+using Handler = std::function<boost::asio::awaitable<Response>(const Request&)>;
+
+} // namespace beacond
