@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/Xml.h"
+
+#include "support/Utf8.h"
+
+#include <utility>
+
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
+constexpr std::string_view kEmptyEnd = "/>";
+constexpr std::string_view kEnd = "/></root>";
+
+// A white-space character other than a space would be read back as a space, were it not a reference. The
+// other control characters are none of XML 1.0 (section 2.2).
+void AppendAscii(std::string& text, char character)
+{
+    switch (character) {
+    case '&':
+        text += "&amp;";
+        return;
+    case '<':
+        text += "&lt;";
+        return;
+    case '>':
+        text += "&gt;";
+        return;
+    case '"':
+        text += "&quot;";
+        return;
+    case '\'':
+        text += "&#39;";
+        return;
+    case '\t':
+        text += "&#9;";
+        return;
+    case '\n':
+        text += "&#10;";
+        return;
+    case '\r':
+        text += "&#13;";
+        return;
+    default:
+        if (character >= ' ') {
+            text += character;
+        }
+    }
+}
+
+void AppendEscaped(std::string& text, std::string_view value)
+{
+    while (!value.empty()) {
+        const std::size_t length = beacond::Utf8SequenceLength(value);
+        if (length == 1) {
+            AppendAscii(text, value.front());
+        } else if (length == 0) {
+            text += kReplacement;
+        } else if (const std::string_view sequence = value.substr(0, length);
+                   sequence != "\xEF\xBF\xBE" && sequence != "\xEF\xBF\xBF") {
+            text += sequence;
+        }
+        value.remove_prefix(length == 0 ? 1 : length);
+    }
+}
+
+} // namespace
+
+namespace beacond {
+
+XmlReply& XmlReply::Attribute(std::string_view name, std::string_view value)
+{
+    m_text += ' ';
+    m_text += name;
+    m_text += "=\"";
+    AppendEscaped(m_text, value);
+    m_text += '"';
+    return *this;
+}
+
+XmlReply& XmlReply::Child()
+{
+    std::string name("c");
+    name += std::to_string(m_children + 1);
+    return Child(name);
+}
+
+XmlReply& XmlReply::Child(std::string_view name)
+{
+    m_text += m_children == 0 ? ">" : kEmptyEnd;
+    m_text += '<';
+    m_text += name;
+    ++m_children;
+    return *this;
+}
+
+std::size_t XmlReply::Size() const
+{
+    return m_text.size() + (m_children == 0 ? kEmptyEnd : kEnd).size();
+}
+
+std::string XmlReply::Take()
+{
+    m_text += m_children == 0 ? kEmptyEnd : kEnd;
+    return std::move(m_text);
+}
+
+} // namespace beacond
