@@ -24,7 +24,8 @@ struct Request
     std::string contentType;
     std::string ifNoneMatch;
     std::string body;
-    boost::asio::ip::address client; ///< the peer, or the forwarded address where the peer is a configured proxy
+    boost::asio::ip::address
+        client; ///< the peer, or the forwarded address where the peer is a configured proxy
 };
 
 struct Response
@@ -41,8 +42,8 @@ struct Response
     std::vector<Header> headers; ///< beyond Content-Type, Content-Length, Date and Connection
 };
 
-/// Answers a request. Runs on the thread of the connection and must not block it. An exception is answered with
-/// an empty 500.
+/// Answers a request. Runs on the thread of the connection and must not block it. An exception is answered
+/// with an empty 500.
 using Handler = std::function<boost::asio::awaitable<Response>(const Request&)>;
 
 } // namespace beacond

@@ -1,0 +1,89 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "http/ConnectionLimits.h"
+
+#include <utility>
+
+namespace {
+
+// The /64 of an IPv6 address. An IPv4 address takes a prefix of the multicast range, from which no connection
+// comes.
+std::uint64_t KeyOf(const boost::asio::ip::address& address)
+{
+    if (address.is_v4()) {
+        return 0xFFFF'FFFF'0000'0000U | address.to_v4().to_uint();
+    }
+    const auto bytes = address.to_v6().to_bytes();
+    std::uint64_t key = 0;
+    for (std::size_t index = 0; index < 8; ++index) {
+        key = (key << 8) | bytes[index];
+    }
+    return key;
+}
+
+} // namespace
+
+namespace beacond {
+
+ConnectionPlace::ConnectionPlace(ConnectionLimits& limits, std::optional<std::uint64_t> address)
+    : m_limits(&limits)
+    , m_address(address)
+{
+}
+
+ConnectionPlace::ConnectionPlace(ConnectionPlace&& other) noexcept
+    : m_limits(std::exchange(other.m_limits, nullptr))
+    , m_address(other.m_address)
+{
+}
+
+ConnectionPlace::~ConnectionPlace()
+{
+    if (m_limits != nullptr) {
+        m_limits->Release(m_address);
+    }
+}
+
+ConnectionLimits::ConnectionLimits(std::size_t inAll, std::size_t perAddress)
+    : m_inAll(inAll)
+    , m_perAddress(perAddress)
+{
+}
+
+std::optional<ConnectionPlace> ConnectionLimits::Admit(const boost::asio::ip::address& peer, bool isProxy,
+                                                       Refusal& refusal)
+{
+    const std::lock_guard lock(m_mutex);
+    if (m_count >= m_inAll) {
+        refusal = Refusal::Total;
+        return std::nullopt;
+    }
+    std::optional<std::uint64_t> key;
+    if (!isProxy) {
+        key = KeyOf(peer);
+        std::size_t& count = m_ofAddress[*key];
+        if (count >= m_perAddress) {
+            refusal = Refusal::Address;
+            return std::nullopt;
+        }
+        ++count;
+    }
+    ++m_count;
+    refusal = Refusal::None;
+    return ConnectionPlace(*this, key);
+}
+
+void ConnectionLimits::Release(std::optional<std::uint64_t> address)
+{
+    const std::lock_guard lock(m_mutex);
+    --m_count;
+    if (!address) {
+        return;
+    }
+    const auto found = m_ofAddress.find(*address);
+    if (--found->second == 0) {
+        m_ofAddress.erase(found);
+    }
+}
+
+} // namespace beacond

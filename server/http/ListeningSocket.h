@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <boost/asio/ip/tcp.hpp>
+
+#include <optional>
+#include <string_view>
+
+namespace beacond {
+
+/// The address of a setting: "127.0.0.1:8750" or "[::1]:8750". Throws std::invalid_argument with a text for
+/// the user.
+[[nodiscard]] boost::asio::ip::tcp::endpoint ParseListenAddress(std::string_view text);
+
+/// A socket that listens for connections, closed at the end of its life.
+class ListeningSocket final
+{
+public:
+    /// Listens at @p endpoint; port 0 takes any free port. Throws std::system_error, whose text names the
+    /// address.
+    [[nodiscard]] static ListeningSocket Open(const boost::asio::ip::tcp::endpoint& endpoint);
+
+    /// The socket that the service manager has opened for this process (LISTEN_PID, LISTEN_FDS); nothing if
+    /// there is none. The two variables are taken out of the environment, so call it before other threads
+    /// run. Throws std::runtime_error if there are several sockets or if it is no listening TCP socket.
+    [[nodiscard]] static std::optional<ListeningSocket> Inherited();
+
+    ListeningSocket(ListeningSocket&& other) noexcept;
+    ListeningSocket& operator=(ListeningSocket&&) = delete;
+    ~ListeningSocket();
+
+    [[nodiscard]] boost::asio::ip::tcp::endpoint Endpoint() const;
+    /// Hands over the descriptor, which the caller closes.
+    [[nodiscard]] int Release();
+
+private:
+    explicit ListeningSocket(int descriptor);
+
+    int m_descriptor = -1;
+};
+
+} // namespace beacond

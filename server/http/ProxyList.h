@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <boost/asio/ip/address.hpp>
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace beacond {
+
+/// The reverse proxies whose word about a client's address counts.
+class ProxyList final
+{
+public:
+    ProxyList() = default;
+    /// @param entries addresses ("192.0.2.1") and networks ("10.0.0.0/8", "2001:db8::/32")
+    /// Throws std::invalid_argument, whose text names the entry that is neither.
+    explicit ProxyList(const std::vector<std::string>& entries);
+
+    [[nodiscard]] bool Contains(const boost::asio::ip::address& address) const;
+
+    /// The client behind a connection from @p peer: the last entry of @p forwardedFor, the X-Forwarded-For
+    /// that came with the request, if the peer is a proxy and that entry is an address; otherwise the peer.
+    [[nodiscard]] boost::asio::ip::address ClientOf(const boost::asio::ip::address& peer,
+                                                    std::string_view forwardedFor) const;
+
+private:
+    using Bytes = std::array<unsigned char, 16>;
+    struct Network
+    {
+        Bytes bytes{};
+        unsigned prefix = 0;
+    };
+
+    [[nodiscard]] static Network NetworkOf(const std::string& entry);
+
+    std::vector<Network> m_networks;
+};
+
+/// The IPv4 address that an IPv6 one stands for (::ffff:192.0.2.1), or the address itself.
+[[nodiscard]] boost::asio::ip::address Unmapped(const boost::asio::ip::address& address);
+
+} // namespace beacond

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "http/Connection.h"
+#include "http/Message.h"
+#include "http/ResponseHeader.h"
+
+#include <boost/asio/executor_work_guard.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/steady_timer.hpp>
+
+#include <chrono>
+#include <memory>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace beacond {
+
+struct HttpFigures;
+struct HttpOptions;
+
+/// The connections of one thread, and what they share. But for Context, Start and the constructor, only that
+/// thread calls it.
+class Worker final
+{
+public:
+    using Clock = Connection::Clock;
+
+    struct ExchangeReturn
+    {
+        Worker* worker;
+        void operator()(Exchange* exchange) const { worker->TakeBack(exchange); }
+    };
+    /// The memory for a request, taken back for the next one.
+    using ExchangeLease = std::unique_ptr<Exchange, ExchangeReturn>;
+
+    Worker(const HttpOptions& options, const Handler& handler, HttpFigures& figures);
+    ~Worker();
+    Worker(const Worker&) = delete;
+    Worker& operator=(const Worker&) = delete;
+
+    /// Answers until the last connection has ended after a Drain, or until the context is stopped.
+    void Run();
+    [[nodiscard]] boost::asio::io_context& Context() { return m_context; }
+
+    void Begin(Connection::Socket socket, ConnectionPlace place, const boost::asio::ip::address& peer);
+    /// Closes the connections that wait for a request; every other one ends with its present answer.
+    void Drain();
+    [[nodiscard]] bool IsDraining() const { return m_isDraining; }
+
+    void Add(Connection& connection);
+    void Remove(Connection& connection);
+
+    [[nodiscard]] ExchangeLease LeaseExchange();
+    [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request)
+    {
+        return m_handler(request);
+    }
+    [[nodiscard]] const HttpOptions& Options() const { return m_options; }
+    [[nodiscard]] HttpFigures& Figures() { return m_figures; }
+    [[nodiscard]] std::string_view Date();
+    void CountReply(unsigned status);
+
+private:
+    void TakeBack(Exchange* exchange);
+    void ScheduleSweep();
+    void Sweep();
+
+    const HttpOptions& m_options;
+    const Handler& m_handler;
+    HttpFigures& m_figures;
+    const Clock::duration m_sweepInterval;
+    DateText m_date;
+    bool m_isDraining = false;
+    bool m_isSweepScheduled = false;
+    std::vector<std::unique_ptr<Exchange>> m_exchanges;
+    std::unordered_set<Connection*> m_connections;
+    // Destroyed before all that the connections use, since it destroys those that are left.
+    boost::asio::io_context m_context;
+    boost::asio::executor_work_guard<boost::asio::io_context::executor_type> m_work;
+    boost::asio::steady_timer m_sweepTimer;
+};
+
+} // namespace beacond

@@ -1,0 +1,220 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ServerUnderTest.h"
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <optional>
+#include <thread>
+#include <vector>
+
+using beacond::HttpFigures;
+using beacond::HttpOptions;
+using beacond::Request;
+using beacond::Response;
+using namespace std::chrono_literals;
+
+namespace {
+
+bool IsServed(RawClient& client)
+{
+    client.Send("GET /served HTTP/1.0\r\n\r\n");
+    return client.ReadToEnd().ends_with("/served");
+}
+
+// The numbers of descriptors that the process may use, lowered to those below @p count while it lives.
+class DescriptorLimit
+{
+public:
+    explicit DescriptorLimit(int count)
+    {
+        ::getrlimit(RLIMIT_NOFILE, &m_before);
+        rlimit lowered = m_before;
+        lowered.rlim_cur = static_cast<rlim_t>(count);
+        ::setrlimit(RLIMIT_NOFILE, &lowered);
+    }
+    ~DescriptorLimit() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
+    DescriptorLimit(const DescriptorLimit&) = delete;
+    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
+
+private:
+    rlimit m_before{};
+};
+
+int LowestFreeDescriptor()
+{
+    const int descriptor = ::dup(0);
+    ::close(descriptor);
+    return descriptor;
+}
+
+} // namespace
+
+TEST(HttpLimits, phaseThatTakesTooLong_endsTheConnection)
+{
+    struct Row
+    {
+        const char* name;
+        std::chrono::milliseconds HttpOptions::*limit;
+        HttpFigures::Count HttpFigures::*count;
+        const char* request;
+        const char* answer; ///< its end
+    };
+    const std::vector<Row> rows = {
+        {"nothing sent", &HttpOptions::headerTime, &HttpFigures::headerTimeouts, "", ""},
+        {"half a header", &HttpOptions::headerTime, &HttpFigures::headerTimeouts, "GET / HTTP/1.1\r\n", ""},
+        {"half of a second header", &HttpOptions::headerTime, &HttpFigures::headerTimeouts,
+         "GET /a HTTP/1.1\r\nHost: h\r\n\r\nGET /b", "/a"},
+        {"half a body", &HttpOptions::bodyTime, &HttpFigures::bodyTimeouts,
+         "POST / HTTP/1.1\r\nHost: h\r\nContent-Length: 9\r\n\r\nx", ""},
+        {"no second request", &HttpOptions::idleTime, &HttpFigures::idleTimeouts,
+         "GET /a HTTP/1.1\r\nHost: h\r\n\r\n", "/a"},
+    };
+    for (const Row& row : rows) {
+        HttpOptions options;
+        options.*row.limit = 250ms;
+        const ServerUnderTest under(AnswerPath, options);
+        RawClient client = under.Connect();
+        client.Send(row.request);
+        const std::string answer = client.ReadToEnd();
+        EXPECT_TRUE(answer.ends_with(row.answer) && answer.empty() == std::string_view(row.answer).empty())
+            << row.name;
+        EXPECT_EQ(under.figures.*row.count, 1U) << row.name;
+    }
+}
+
+TEST(HttpLimits, keptConnections_areIdleAndNotLateWithAHeader)
+{
+    HttpOptions options;
+    options.headerTime = 500ms;
+    options.idleTime = 1500ms;
+    const ServerUnderTest under(AnswerPath, options);
+    // Many, since an event of a request that has been read already sometimes ends the wait for the next one.
+    std::vector<RawClient> clients;
+    for (int number = 0; number < 50; ++number) {
+        clients.push_back(under.ConnectKept());
+    }
+    EXPECT_TRUE(Becomes([&under] { return under.figures.connectionsOpen == 0; }));
+    EXPECT_EQ(under.figures.idleTimeouts, 50U);
+    EXPECT_EQ(under.figures.headerTimeouts, 0U);
+}
+
+TEST(HttpLimits, clientThatDoesNotRead_isDropped)
+{
+    HttpOptions options;
+    options.writeTime = 50ms;
+    const ServerUnderTest under(
+        [](const Request&) -> boost::asio::awaitable<Response> {
+            Response response;
+            response.body.assign(std::size_t{32} << 20, 'x');
+            co_return response;
+        },
+        options);
+    RawClient client = under.Connect(4096);
+    client.Send("GET / HTTP/1.1\r\nHost: h\r\n\r\n");
+    EXPECT_TRUE(
+        Becomes([&under] { return under.figures.writeTimeouts == 1 && under.figures.connectionsOpen == 0; }));
+}
+
+TEST(HttpLimits, clientsThatSendAByteAtATime_holdUpNoOther)
+{
+    HttpOptions options;
+    options.headerTime = 1s;
+    const ServerUnderTest under(AnswerPath, options);
+    constexpr std::size_t kSlow = 200;
+    std::vector<RawClient> slow;
+    for (std::size_t number = 0; number < kSlow; ++number) {
+        slow.push_back(under.Connect());
+    }
+    std::size_t served = 0;
+    while (under.figures.headerTimeouts < kSlow) {
+        for (const RawClient& client : slow) {
+            client.Send("G");
+        }
+        RawClient good = under.Connect();
+        ASSERT_TRUE(IsServed(good)) << served;
+        ++served;
+    }
+    // Each was served between two bytes of the slow ones, which were all there for a second.
+    EXPECT_GT(served, 3U);
+    EXPECT_EQ(under.figures.headerTimeouts, kSlow);
+}
+
+TEST(HttpLimits, clientThatSendsWithoutPause_isDroppedAndHoldsUpNoOther)
+{
+    HttpOptions options;
+    options.headerTime = 500ms;
+    const ServerUnderTest under(AnswerPath, options);
+    std::thread flood([&under] {
+        const RawClient client = under.Connect();
+        std::string emptyLines;
+        while (emptyLines.size() < 65536) {
+            emptyLines += "\r\n";
+        }
+        while (client.Send(emptyLines)) {
+        }
+    });
+    for (int number = 0; number < 20; ++number) {
+        RawClient good = under.Connect();
+        EXPECT_TRUE(IsServed(good)) << number;
+    }
+    flood.join();
+    EXPECT_EQ(under.figures.headerTimeouts, 1U);
+}
+
+TEST(HttpLimits, connectionBeyondTheLimit_isClosedAtOnce)
+{
+    struct Row
+    {
+        const char* name;
+        std::size_t inAll;
+        std::size_t perAddress;
+        std::vector<std::string> proxies;
+        HttpFigures::Count HttpFigures::*count; ///< null: the third connection is served
+    };
+    const std::vector<Row> rows = {
+        {"in all", 2, 9, {}, &HttpFigures::refusedByTotal},
+        {"of an address", 9, 2, {}, &HttpFigures::refusedByAddress},
+        {"of a proxy", 9, 2, {"127.0.0.1"}, nullptr},
+        {"in all, through a proxy", 2, 9, {"127.0.0.1"}, &HttpFigures::refusedByTotal},
+    };
+    for (const Row& row : rows) {
+        HttpOptions options;
+        options.maxConnections = row.inAll;
+        options.maxConnectionsPerAddress = row.perAddress;
+        options.proxies = beacond::ProxyList(row.proxies);
+        const ServerUnderTest under(AnswerPath, options);
+        RawClient first = under.ConnectKept();
+        const RawClient second = under.ConnectKept();
+        RawClient third = under.Connect();
+        if (row.count == nullptr) {
+            EXPECT_TRUE(IsServed(third)) << row.name;
+            continue;
+        }
+        EXPECT_TRUE(third.IsClosedSilently()) << row.name;
+        EXPECT_EQ(under.figures.*row.count, 1U) << row.name;
+        first.Close();
+        EXPECT_TRUE(Becomes([&under] {
+            RawClient fourth = under.Connect();
+            return IsServed(fourth);
+        })) << row.name;
+    }
+}
+
+TEST(HttpLimits, noDescriptorLeft_isTriedAgainAfterPauses)
+{
+    const ServerUnderTest under(AnswerPath);
+    RawClient kept = under.ConnectKept();
+    std::optional<RawClient> waiting;
+    {
+        const DescriptorLimit limit(LowestFreeDescriptor() + 1);
+        waiting.emplace(under.Connect()); // takes the last one, so that none is left to accept it
+        ASSERT_TRUE(Becomes([&under] { return under.figures.acceptErrors > 0; }));
+        const auto begin = std::chrono::steady_clock::now();
+        ASSERT_TRUE(Becomes([&under] { return under.figures.acceptErrors > 2; }));
+        EXPECT_GT(std::chrono::steady_clock::now() - begin, 100ms);
+        EXPECT_TRUE(IsServed(kept));
+    }
+    EXPECT_TRUE(IsServed(*waiting));
+}

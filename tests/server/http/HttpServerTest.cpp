@@ -1,0 +1,197 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ServerUnderTest.h"
+
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/this_coro.hpp>
+#include <boost/asio/use_awaitable.hpp>
+
+#include <atomic>
+#include <future>
+#include <stdexcept>
+#include <vector>
+
+using beacond::HttpOptions;
+using beacond::Request;
+using beacond::Response;
+using boost::asio::awaitable;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::string_view kEnd = "\r\n\r\n";
+
+// One request on a connection of its own.
+std::string Ask(const ServerUnderTest& under, const std::string& path, const std::string& fields = "")
+{
+    RawClient client = under.Connect();
+    client.Send("GET " + path + " HTTP/1.0\r\n" + fields + "\r\n");
+    return client.ReadToEnd();
+}
+
+std::string BodyOf(const std::string& answer)
+{
+    return answer.substr(std::min(answer.find(kEnd) + kEnd.size(), answer.size()));
+}
+
+// Answers "/held" when the gate is open, anything else at once.
+class Gate
+{
+public:
+    beacond::Handler Handler()
+    {
+        return [this](const Request& request) -> awaitable<Response> {
+            ++m_held;
+            boost::asio::steady_timer timer(co_await boost::asio::this_coro::executor);
+            while (request.path == "/held" && !m_isOpen) {
+                timer.expires_after(1ms);
+                co_await timer.async_wait(boost::asio::use_awaitable);
+            }
+            --m_held;
+            co_return co_await AnswerPath(request);
+        };
+    }
+
+    void Open() { m_isOpen = true; }
+    [[nodiscard]] bool IsHolding() const { return m_held > 0; }
+
+private:
+    std::atomic<int> m_held = 0;
+    std::atomic<bool> m_isOpen = false;
+};
+
+} // namespace
+
+TEST(HttpServer, manyClientsAtOnce_eachGetsItsOwnAnswers)
+{
+    const ServerUnderTest under(AnswerPath);
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 8; ++number) {
+        threads.emplace_back([&under, number] {
+            RawClient client = under.Connect();
+            for (int turn = 0; turn < 100; ++turn) {
+                const std::string path = "/" + std::to_string(number) + "/" + std::to_string(turn) + "/";
+                client.Send("GET " + path + " HTTP/1.1\r\nHost: h\r\n\r\n");
+                EXPECT_EQ(BodyOf(client.ReadThrough(path)), path);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(under.figures.connectionsAccepted, 8U);
+    EXPECT_EQ(under.figures.replies[2], 800U);
+    EXPECT_TRUE(Becomes([&under] { return under.figures.connectionsOpen == 0; }));
+}
+
+TEST(HttpServer, handlerThrows_answers500AndGoesOn)
+{
+    const ServerUnderTest under([](const Request& request) -> awaitable<Response> {
+        if (request.path == "/bad") {
+            throw std::runtime_error("failed");
+        }
+        co_return co_await AnswerPath(request);
+    });
+    RawClient client = under.Connect();
+    client.Send("GET /bad HTTP/1.1\r\nHost: h\r\n\r\nGET /good HTTP/1.0\r\n\r\n");
+    EXPECT_EQ(WithoutDates(client.ReadThrough(kEnd)),
+              "HTTP/1.1 500 Internal Server Error\r\nContent-Length: 0\r\n\r\n");
+    EXPECT_EQ(BodyOf(client.ReadToEnd()), "/good");
+    EXPECT_EQ(under.figures.handlerFailures, 1U);
+    EXPECT_EQ(under.figures.replies[5], 1U);
+}
+
+TEST(HttpServer, answers_areWrittenByTheirStatusAndFields)
+{
+    const ServerUnderTest under([](const Request& request) -> awaitable<Response> {
+        Response response;
+        response.status = static_cast<unsigned>(std::stoul(request.path.substr(1)));
+        response.contentType = "application/xml";
+        response.body = "<root/>";
+        response.headers = {{"ETag", "\"x\""}, {"X-Split", "a\r\nSet-Cookie: b"}};
+        co_return response;
+    });
+    const std::string entity = "Content-Type: application/xml\r\nContent-Length: 7\r\n";
+    const std::string rest = "ETag: \"x\"\r\nConnection: close\r\n\r\n";
+    EXPECT_EQ(WithoutDates(Ask(under, "/404")), "HTTP/1.1 404 Not Found\r\n" + entity + rest + "<root/>");
+    EXPECT_EQ(WithoutDates(Ask(under, "/304")), "HTTP/1.1 304 Not Modified\r\n" + rest);
+    EXPECT_EQ(WithoutDates(Ask(under, "/204")), "HTTP/1.1 204 No Content\r\n" + rest);
+}
+
+TEST(HttpServer, largeAnswer_arrivesWhole)
+{
+    const std::string large(std::size_t{8} << 20, 'x');
+    const ServerUnderTest under([&large](const Request&) -> awaitable<Response> {
+        Response response;
+        response.body = large;
+        co_return response;
+    });
+    EXPECT_EQ(BodyOf(Ask(under, "/")) == large, true);
+}
+
+TEST(HttpServer, refusedClientThatStillSends_getsItsAnswer)
+{
+    const ServerUnderTest under(AnswerPath);
+    RawClient client = under.Connect();
+    client.Send("POST / HTTP/1.1\r\nHost: h\r\nContent-Length: 100000\r\n\r\n" + std::string(100'000, 'x'));
+    EXPECT_EQ(client.ReadToEnd().substr(0, 12), "HTTP/1.1 413");
+    EXPECT_FALSE(client.WasReset());
+}
+
+TEST(HttpServer, forwardedAddress_isTheClientOfAConfiguredProxy)
+{
+    const beacond::Handler answerClient = [](const Request& request) -> awaitable<Response> {
+        Response response;
+        response.body = request.client.to_string();
+        co_return response;
+    };
+    const std::string fields = "X-Forwarded-For: 198.51.100.7\r\nX-Forwarded-For: 192.0.2.1, 203.0.113.9\r\n";
+    HttpOptions options;
+    const ServerUnderTest bare(answerClient, options);
+    EXPECT_EQ(BodyOf(Ask(bare, "/", fields)), "127.0.0.1");
+    options.proxies = beacond::ProxyList({"127.0.0.0/8"});
+    const ServerUnderTest behindProxy(answerClient, options);
+    EXPECT_EQ(BodyOf(Ask(behindProxy, "/", fields)), "203.0.113.9");
+    EXPECT_EQ(BodyOf(Ask(behindProxy, "/")), "127.0.0.1");
+}
+
+TEST(HttpServer, drain_finishesRequestsAndClosesIdleConnections)
+{
+    Gate gate;
+    ServerUnderTest under(gate.Handler());
+    RawClient idle = under.ConnectKept();
+    RawClient held = under.Connect();
+    held.Send("GET /held HTTP/1.1\r\nHost: h\r\n\r\nGET /next HTTP/1.1\r\nHost: h\r\n\r\n");
+    ASSERT_TRUE(Becomes([&gate] { return gate.IsHolding(); }));
+    std::future<bool> drained =
+        std::async(std::launch::async, [&under] { return under.server.Drain(RawClient::kPatience); });
+    EXPECT_TRUE(idle.IsClosedSilently());
+    EXPECT_ANY_THROW(under.Connect());
+    gate.Open();
+    EXPECT_EQ(WithoutDates(held.ReadToEnd()),
+              "HTTP/1.1 200 OK\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Length: "
+              "5\r\nConnection: close\r\n\r\n/held");
+    held.Close();
+    EXPECT_TRUE(drained.get());
+    EXPECT_EQ(under.figures.connectionsOpen, 0U);
+}
+
+TEST(HttpServer, drainWithoutConnections_endsAtOnce)
+{
+    ServerUnderTest under(AnswerPath);
+    EXPECT_TRUE(under.server.Drain(RawClient::kPatience));
+}
+
+TEST(HttpServer, drainBeyondItsLimit_cutsTheRestOff)
+{
+    Gate gate;
+    RawClient held = [&gate] {
+        ServerUnderTest under(gate.Handler());
+        RawClient client = under.Connect();
+        client.Send("GET /held HTTP/1.0\r\n\r\n");
+        EXPECT_TRUE(Becomes([&gate] { return gate.IsHolding(); }));
+        EXPECT_FALSE(under.server.Drain(50ms));
+        return client;
+    }();
+    EXPECT_TRUE(held.IsClosedSilently());
+}

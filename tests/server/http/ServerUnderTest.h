@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "RawClient.h"
+#include "http/HttpFigures.h"
+#include "http/HttpServer.h"
+#include "http/ListeningSocket.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <thread>
+#include <utility>
+
+/// A server on any free port of the loopback.
+struct ServerUnderTest
+{
+    explicit ServerUnderTest(beacond::Handler handler, beacond::HttpOptions options = {})
+        : server(beacond::ListeningSocket::Open({boost::asio::ip::address_v4::loopback(), 0}),
+                 WithTwoThreads(std::move(options)), std::move(handler), figures)
+    {
+    }
+
+    [[nodiscard]] RawClient Connect(int receiveBuffer = 0) const
+    {
+        return RawClient(server.Port(), receiveBuffer);
+    }
+
+    /// One that has been served and waits for the next request.
+    [[nodiscard]] RawClient ConnectKept() const
+    {
+        RawClient client = Connect();
+        client.Send("GET /kept HTTP/1.1\r\nHost: h\r\n\r\n");
+        EXPECT_NE(client.ReadThrough("/kept").find("200 OK"), std::string::npos);
+        return client;
+    }
+
+    static beacond::HttpOptions WithTwoThreads(beacond::HttpOptions options)
+    {
+        options.threads = 2;
+        return options;
+    }
+
+    beacond::HttpFigures figures;
+    beacond::HttpServer server;
+};
+
+/// Waits until @p condition holds. Answers whether it ever did.
+template <typename Condition>
+[[nodiscard]] bool Becomes(Condition condition)
+{
+    const auto end = std::chrono::steady_clock::now() + RawClient::kPatience;
+    while (!condition() && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return condition();
+}
+
+/// Answers with the path.
+inline boost::asio::awaitable<beacond::Response> AnswerPath(const beacond::Request& request)
+{
+    beacond::Response response;
+    response.body = request.path;
+    co_return response;
+}
