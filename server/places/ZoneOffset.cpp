@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/ZoneOffset.h"
+
+#include <absl/time/time.h>
+
+#include <algorithm>
+#include <string>
+
+namespace beacond {
+
+namespace {
+
+// Summer time that is not due within this time has been abolished.
+constexpr absl::Duration kSeason = absl::Hours(24 * 366);
+// Ramadan with some days on both sides; the shortest winter time of a zone is four months.
+constexpr absl::Duration kSomeWeeks = absl::Hours(24 * 60);
+
+// Abseil reads any path and the offsets that it names itself; those are no zones of the tz database.
+bool IsZoneName(std::string_view name)
+{
+    const auto allowed = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '/' ||
+               c == '_' || c == '-' || c == '+';
+    };
+    return !name.empty() && name.front() != '/' && name != "localtime" && !name.starts_with("Fixed/") &&
+           std::all_of(name.begin(), name.end(), allowed);
+}
+
+/// A time without a change of the offset, half-open.
+struct Period
+{
+    absl::TimeZone::CivilInfo info;
+    absl::Time begin;
+    absl::Time end;
+};
+
+absl::Time NextChange(const absl::TimeZone& zone, absl::Time after)
+{
+    absl::TimeZone::CivilTransition change;
+    return zone.NextTransition(after, &change) ? zone.At(change.to).trans : absl::InfiniteFuture();
+}
+
+absl::Time LastChange(const absl::TimeZone& zone, absl::Time at)
+{
+    absl::TimeZone::CivilTransition change;
+    // PrevTransition looks before its argument, and a period begins at its change.
+    return zone.PrevTransition(at + absl::Seconds(1), &change) ? zone.At(change.to).trans
+                                                               : absl::InfinitePast();
+}
+
+Period PeriodAt(const absl::TimeZone& zone, absl::Time at)
+{
+    return {zone.At(at), LastChange(zone, at), NextChange(zone, at)};
+}
+
+/// The period from `now` on in which summer time begins or ends, if that is within a year.
+std::optional<Period> OtherSeason(const absl::TimeZone& zone, const Period& present, absl::Time now)
+{
+    for (absl::Time change = present.end; change < now + kSeason; change = NextChange(zone, change)) {
+        if (zone.At(change).is_dst != present.info.is_dst)
+            return PeriodAt(zone, change);
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+bool IsTimeZone(std::string_view name)
+{
+    absl::TimeZone zone;
+    return IsZoneName(name) && absl::LoadTimeZone({name.data(), name.size()}, &zone);
+}
+
+std::optional<std::chrono::minutes> StandardOffset(std::string_view zone, std::chrono::sys_seconds now)
+{
+    absl::TimeZone timeZone;
+    if (!IsZoneName(zone) || !absl::LoadTimeZone({zone.data(), zone.size()}, &timeZone))
+        return std::nullopt;
+    const absl::Time at = absl::FromUnixSeconds(now.time_since_epoch().count());
+    const Period present = PeriodAt(timeZone, at);
+    const std::optional<Period> other = OtherSeason(timeZone, present, at);
+    int seconds = present.info.offset;
+    if (other) {
+        const Period& lower = other->info.offset < present.info.offset ? *other : present;
+        const Period& higher = other->info.offset < present.info.offset ? present : *other;
+        // Only where the database itself calls the lower offset the exception: elsewhere a summer time that
+        // was interrupted for Ramadan would pass for the standard time.
+        const bool isException = lower.info.is_dst && lower.end - lower.begin < kSomeWeeks;
+        seconds = isException ? higher.info.offset : lower.info.offset;
+    }
+    return std::chrono::duration_cast<std::chrono::minutes>(std::chrono::seconds(seconds));
+}
+
+} // namespace beacond
