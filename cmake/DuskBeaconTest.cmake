@@ -46,9 +46,10 @@ function(duskbeacon_scaled_tests program filter)
   endforeach()
 endfunction()
 
-# A test program of the service: duskbeacon_server_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds]).
+# A test program of the service: duskbeacon_server_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds]
+# [STARTED_ELSEWHERE]).
 function(duskbeacon_server_test name)
-  cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "STARTED_ELSEWHERE" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -57,6 +58,9 @@ function(duskbeacon_server_test name)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} GTest::gtest GTest::gmock GTest::gtest_main)
   set_target_properties(${name} PROPERTIES AUTOMOC OFF RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  if(ARG_STARTED_ELSEWHERE)
+    return()
+  endif()
   set(properties TIMEOUT ${ARG_TIMEOUT})
   if(ARG_LABELS)
     list(APPEND properties LABELS ${ARG_LABELS})

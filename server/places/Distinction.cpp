@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Distinction.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <unordered_map>
+#include <vector>
+
+namespace beacond {
+
+using layout::Distinction;
+
+std::string CoordinateText(std::int32_t units, std::string_view letters)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.3f %c", std::abs(units) / layout::kUnitsPerDegree,
+                  units < 0 ? letters[1] : letters[0]);
+    return text.data();
+}
+
+std::string DistinctName(const PlaceLabel& label, Distinction distinction, ListKind list)
+{
+    std::string beside;
+    switch (distinction) {
+    case Distinction::None:
+        break;
+    case Distinction::FirstDivision:
+        beside = label.firstDivision;
+        break;
+    case Distinction::SecondDivision:
+        beside = label.secondDivision;
+        if (list == ListKind::Country && !beside.empty() && !label.firstDivision.empty())
+            beside.append(", ").append(label.firstDivision);
+        break;
+    case Distinction::Coordinates:
+        beside = CoordinateText(label.latitude, "NS") + ", " + CoordinateText(label.longitude, "EW");
+        break;
+    }
+    std::string text(label.name);
+    return beside.empty() ? text : text.append(" (").append(beside).append(")");
+}
+
+void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
+                 const std::function<void(std::size_t, Distinction)>& set)
+{
+    std::vector<std::size_t> alike;
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        alike.push_back(i);
+    if (alike.size() < 2)
+        return;
+    for (const Distinction distinction : {Distinction::FirstDivision, Distinction::SecondDivision}) {
+        std::unordered_map<std::string, std::size_t> texts;
+        for (const std::size_t i : alike)
+            ++texts[DistinctName(labels[i], distinction, list)];
+        std::erase_if(alike, [&](std::size_t i) {
+            const bool isAlone = texts.at(DistinctName(labels[i], distinction, list)) == 1;
+            if (isAlone)
+                set(i, distinction);
+            return isAlone;
+        });
+    }
+    for (const std::size_t i : alike)
+        set(i, Distinction::Coordinates);
+}
+
+} // namespace beacond

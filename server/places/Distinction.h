@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "places/FileLayout.h"
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+/// A list of places: of a whole country, or of one region of it.
+enum class ListKind { Country, Region };
+
+/// All that a list can show of a place.
+struct PlaceLabel
+{
+    std::string_view name;
+    std::string_view firstDivision;  ///< its name, may be empty
+    std::string_view secondDivision; ///< its name, may be empty
+    std::int32_t latitude = 0;       ///< in layout::kUnitsPerDegree
+    std::int32_t longitude = 0;      ///< in layout::kUnitsPerDegree
+};
+
+/// "Springfield", "Springfield (Illinois)", "Springfield (Sangamon County, Illinois)" or "Springfield (39.802
+/// N, 89.644 W)". A list of one region leaves its name out.
+[[nodiscard]] std::string DistinctName(const PlaceLabel& label, layout::Distinction distinction,
+                                       ListKind list);
+
+/// Finds for places of one name the least distinction that makes their texts differ, and hands it to `set`
+/// with the place's index in `labels`. A single place has none.
+void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
+                 const std::function<void(std::size_t, layout::Distinction)>& set);
+
+/// "39.802 N" of the units of the places file; `letters` are those of the positive and of the negative side.
+[[nodiscard]] std::string CoordinateText(std::int32_t units, std::string_view letters);
+
+} // namespace beacond

@@ -1,0 +1,162 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/FileContents.h"
+
+#include "places/PlacesError.h"
+
+#include <fcntl.h>
+#include <lzma.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <span>
+#include <system_error>
+
+namespace beacond {
+
+namespace {
+
+constexpr mode_t kReadableByAll = 0644;
+
+/// The bytes of a places file while its sections are appended.
+class Image
+{
+public:
+    Image()
+        : m_bytes(sizeof(layout::Header), '\0')
+    {
+        m_header.magic = layout::kMagic;
+        m_header.version = layout::kVersion;
+        m_header.sectionCount = layout::kSections;
+    }
+
+    template <typename Item>
+    void Append(layout::SectionKind kind, std::span<const Item> items)
+    {
+        constexpr std::size_t kAlignment = alignof(std::uint64_t);
+        m_bytes.resize((m_bytes.size() + kAlignment - 1) / kAlignment * kAlignment);
+        m_header.sections.at(static_cast<std::size_t>(kind)) = {m_bytes.size(), items.size()};
+        m_bytes.append(reinterpret_cast<const char*>(items.data()), items.size_bytes());
+    }
+
+    std::string Result() &&
+    {
+        m_header.size = m_bytes.size();
+        std::memcpy(m_bytes.data(), &m_header, sizeof m_header);
+        const std::size_t covered = offsetof(layout::Header, sections);
+        const auto* bytes = reinterpret_cast<const std::uint8_t*>(m_bytes.data());
+        m_header.checksum = lzma_crc64(bytes + covered, m_bytes.size() - covered, 0);
+        std::memcpy(m_bytes.data(), &m_header, sizeof m_header);
+        return std::move(m_bytes);
+    }
+
+private:
+    layout::Header m_header = {};
+    std::string m_bytes;
+};
+
+/// A file that vanishes unless it is put in place.
+class TemporaryFile
+{
+public:
+    explicit TemporaryFile(const std::filesystem::path& target)
+        : m_target(target)
+        , m_name(target.string() + ".XXXXXX")
+    {
+        m_file = mkostemp(m_name.data(), O_CLOEXEC);
+        if (m_file < 0)
+            Fail();
+    }
+
+    ~TemporaryFile()
+    {
+        if (m_file >= 0)
+            close(m_file);
+        if (!m_name.empty())
+            unlink(m_name.c_str());
+    }
+
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    void Write(std::string_view bytes)
+    {
+        while (!bytes.empty()) {
+            const ssize_t written = write(m_file, bytes.data(), bytes.size());
+            if (written < 0 && errno != EINTR)
+                Fail();
+            bytes.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
+        }
+    }
+
+    void PutInPlace()
+    {
+        if (fchmod(m_file, kReadableByAll) != 0 || fsync(m_file) != 0 ||
+            rename(m_name.c_str(), m_target.c_str()) != 0)
+            Fail();
+        m_name.clear();
+        // Without this a power cut could bring the older file back.
+        const std::filesystem::path parent = m_target.has_parent_path() ? m_target.parent_path() : ".";
+        const int folder = open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        const bool synced = folder >= 0 && fsync(folder) == 0;
+        const int error = errno;
+        if (folder >= 0)
+            close(folder);
+        errno = error;
+        if (!synced)
+            Fail();
+    }
+
+private:
+    [[noreturn]] void Fail() const
+    {
+        throw PlacesError("places file " + m_target.string() + ": " + std::generic_category().message(errno));
+    }
+
+    std::filesystem::path m_target;
+    std::string m_name;
+    int m_file = -1;
+};
+
+} // namespace
+
+layout::Text TextPool::Share(std::string_view text)
+{
+    const auto [known, isNew] = m_shared.try_emplace(std::string(text), 0);
+    if (isNew)
+        known->second = Append(text);
+    return known->second;
+}
+
+layout::Text TextPool::Append(std::string_view text)
+{
+    if (m_bytes.size() + text.size() >= std::numeric_limits<layout::Text>::max())
+        throw PlacesError("more names than a places file holds");
+    const auto place = static_cast<layout::Text>(m_bytes.size());
+    m_bytes.append(text).push_back('\0');
+    return place;
+}
+
+void WritePlacesFile(const FileContents& contents, const std::filesystem::path& out)
+{
+    using Kind = layout::SectionKind;
+    Image image;
+    image.Append(Kind::Scopes, std::span(contents.scopes));
+    image.Append(Kind::Regions, std::span(contents.regions));
+    image.Append(Kind::Places, std::span(contents.places));
+    image.Append(Kind::Names, std::span(contents.names));
+    image.Append(Kind::Ids, std::span(contents.ids));
+    image.Append(Kind::Shipped, std::span(contents.shipped));
+    image.Append(Kind::Zones, std::span(contents.zones));
+    image.Append(Kind::Codes, std::span(contents.codes));
+    image.Append(Kind::Texts, std::span<const char>(contents.texts.Bytes()));
+    TemporaryFile file(out);
+    file.Write(std::move(image).Result());
+    file.PutInPlace();
+}
+
+} // namespace beacond

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "places/FileLayout.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace beacond {
+
+/// The texts of a places file under construction.
+class TextPool
+{
+public:
+    /// The place of a text that may stand there already.
+    layout::Text Share(std::string_view text);
+
+    /// The place of a new copy of the text.
+    layout::Text Append(std::string_view text);
+
+    [[nodiscard]] const std::string& Bytes() const { return m_bytes; }
+
+private:
+    std::string m_bytes;
+    std::unordered_map<std::string, layout::Text> m_shared;
+};
+
+/// The sections of a places file.
+struct FileContents
+{
+    std::vector<layout::Scope> scopes;
+    std::vector<layout::Region> regions;
+    std::vector<layout::Place> places;
+    std::vector<layout::Name> names;
+    std::vector<layout::Id> ids;
+    std::vector<layout::Shipped> shipped;
+    std::vector<layout::Text> zones;
+    std::vector<layout::Code> codes;
+    TextPool texts;
+};
+
+/// Writes the file `out`: to a temporary file beside it, which takes its place when all is on the disk.
+/// Throws PlacesError if that fails, and then leaves an older file as it was.
+void WritePlacesFile(const FileContents& contents, const std::filesystem::path& out);
+
+} // namespace beacond

@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Matching.h"
+
+#include "places/Fold.h"
+#include "places/PlacesFile.h"
+#include "places/TypingError.h"
+
+#include <algorithm>
+#include <cstring>
+#include <span>
+#include <string>
+#include <tuple>
+
+namespace beacond {
+
+namespace {
+
+// Two and three letters are exactly some code of an airport or an abbreviation too often.
+constexpr std::size_t kLettersOfAnAlias = 4;
+// Below that nearly every name lies within one typing error.
+constexpr std::size_t kLettersOfATypingError = 4;
+constexpr std::uint8_t kUnfound = 0xFF;
+
+enum Merit : std::uint8_t { kExact, kPrimary, kAlias };
+
+using Names = std::span<const layout::Name>;
+
+/// Finds places of one scope and remembers the best merit of each.
+class Finder
+{
+public:
+    Finder(const PlacesFile& file, const layout::Scope& scope, std::string_view folded)
+        : m_file(file)
+        , m_regions(file.Regions().subspan(scope.firstRegion, scope.regionCount))
+        , m_folded(folded)
+        , m_letters(CountLetters(folded))
+    {
+    }
+
+    std::vector<FoundPlace> Find()
+    {
+        for (const layout::Region& region : m_regions)
+            TakeAll(region, BeginningWith(NamesOf(region), m_folded));
+        if (m_found.empty() && m_letters >= kLettersOfATypingError) {
+            for (const layout::Region& region : m_regions)
+                TakeMistyped(region);
+        }
+        return std::move(m_found);
+    }
+
+private:
+    Names NamesOf(const layout::Region& region) const
+    {
+        return m_file.Names().subspan(region.firstName, region.nameCount);
+    }
+
+    Names BeginningWith(Names names, std::string_view prefix) const
+    {
+        const auto compare = [this, prefix](const layout::Name& name) {
+            return std::strncmp(m_file.TextAt(name.text), prefix.data(), prefix.size());
+        };
+        const auto first = std::partition_point(names.begin(), names.end(),
+                                                [&](const layout::Name& n) { return compare(n) < 0; });
+        const auto last =
+            std::partition_point(first, names.end(), [&](const layout::Name& n) { return compare(n) == 0; });
+        return {first, last};
+    }
+
+    std::uint8_t MeritOf(const layout::Name& name) const
+    {
+        const bool isExact = m_file.TextAt(name.text)[m_folded.size()] == '\0';
+        switch (static_cast<layout::NameKind>(name.placeAndKind % 4)) {
+        case layout::NameKind::Primary:
+            return isExact ? kExact : kPrimary;
+        case layout::NameKind::PrimaryWord:
+            return kPrimary;
+        case layout::NameKind::Alias:
+            // Above the beginnings of names an alias of a hamlet would hide the city that is being typed.
+            return isExact && m_letters >= kLettersOfAnAlias ? kPrimary : kAlias;
+        case layout::NameKind::AliasWord:
+            break;
+        }
+        return kAlias;
+    }
+
+    void TakeAll(const layout::Region& region, Names names)
+    {
+        if (names.empty())
+            return;
+        m_best.assign(region.placeCount, kUnfound);
+        for (const layout::Name& name : names) {
+            std::uint8_t& best = m_best[name.placeAndKind / 4 - region.firstPlace];
+            best = std::min(best, MeritOf(name));
+        }
+        Collect(region);
+    }
+
+    /// Names whose first letter is wrong can't be looked up, so the common errors there are tried one by one;
+    /// all others share their first letter with what was typed.
+    void TakeMistyped(const layout::Region& region)
+    {
+        m_best.assign(region.placeCount, kUnfound);
+        const Names names = NamesOf(region);
+        const std::string_view first = m_folded.substr(0, LetterLength(m_folded));
+        for (const layout::Name& name : BeginningWith(names, first)) {
+            if (BeginsWithOneError(m_file.TextAt(name.text), m_folded))
+                m_best[name.placeAndKind / 4 - region.firstPlace] = kAlias;
+        }
+        for (const std::string& other : VariantsOfFirstLetter(m_folded)) {
+            for (const layout::Name& name : BeginningWith(names, other))
+                m_best[name.placeAndKind / 4 - region.firstPlace] = kAlias;
+        }
+        Collect(region);
+    }
+
+    void Collect(const layout::Region& region)
+    {
+        for (std::uint32_t i = 0; i < region.placeCount; ++i) {
+            if (m_best[i] != kUnfound) {
+                const std::uint32_t place = region.firstPlace + i;
+                m_found.push_back({place, m_file.Places()[place].population, m_best[i]});
+            }
+        }
+    }
+
+    const PlacesFile& m_file;
+    std::span<const layout::Region> m_regions;
+    std::string_view m_folded;
+    std::size_t m_letters;
+    std::vector<std::uint8_t> m_best; ///< merit of each place of the present region
+    std::vector<FoundPlace> m_found;
+};
+
+} // namespace
+
+std::vector<FoundPlace> FindPlaces(const PlacesFile& file, const layout::Scope& scope,
+                                   std::string_view folded)
+{
+    if (folded.empty())
+        return {};
+    return Finder(file, scope, folded).Find();
+}
+
+void KeepBest(std::vector<FoundPlace>& found, std::size_t most)
+{
+    const auto order = [](const FoundPlace& f) { return std::tuple(f.merit, ~f.population, f.place); };
+    const auto last = found.begin() + static_cast<std::ptrdiff_t>(std::min(most, found.size()));
+    std::partial_sort(found.begin(), last, found.end(),
+                      [&order](const FoundPlace& a, const FoundPlace& b) { return order(a) < order(b); });
+    found.erase(last, found.end());
+}
+
+} // namespace beacond

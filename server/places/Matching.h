@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "places/FileLayout.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace beacond {
+
+class PlacesFile;
+
+struct FoundPlace
+{
+    std::uint32_t place; ///< its number in the file
+    std::uint32_t population;
+    std::uint8_t merit; ///< 0 is best
+};
+
+/// The places of a scope of which a name, or a word of one, begins with `folded`, each once, in no order.
+/// Where there is none, those of which a name begins with it but for one typing error.
+[[nodiscard]] std::vector<FoundPlace> FindPlaces(const PlacesFile& file, const layout::Scope& scope,
+                                                 std::string_view folded);
+
+/// Moves the `most` best places to the front, in their order, and drops the others.
+void KeepBest(std::vector<FoundPlace>& found, std::size_t most);
+
+} // namespace beacond

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Overlay.h"
+
+#include "places/Gazetteer.h"
+#include "places/ImportReport.h"
+#include "places/Numbers.h"
+#include "places/TextTable.h"
+#include "places/Tokens.h"
+#include "places/ZoneOffset.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace beacond {
+
+namespace {
+
+using PlacesById = std::unordered_map<std::uint32_t, std::size_t>;
+
+PlacesById IndexOf(const Gazetteer& gazetteer)
+{
+    PlacesById index;
+    for (std::size_t i = 0; i < gazetteer.places.size(); ++i)
+        index.emplace(gazetteer.places[i].id, i);
+    return index;
+}
+
+void AddAlias(GazetteerPlace& place, std::string_view alias)
+{
+    place.aliases.append(",").append(alias);
+}
+
+void Rename(GazetteerPlace& place, std::string_view name)
+{
+    if (place.name == name)
+        return;
+    AddAlias(place, place.name);
+    place.name = name;
+}
+
+/// Whether the action is one of those on a single place, and its value fits.
+bool Correct(GazetteerPlace& place, std::string_view action, std::string_view value)
+{
+    if (action == "hidden") {
+        place.hidden = true;
+        return true;
+    }
+    if (value.empty())
+        return false;
+    if (action == "name") {
+        Rename(place, value);
+        return true;
+    }
+    if (action == "alias") {
+        AddAlias(place, value);
+        return true;
+    }
+    if (action == "zone" && IsTimeZone(value)) {
+        place.zone = value;
+        return true;
+    }
+    if (action == "elevation") {
+        place.elevation = NumberIn<std::int16_t>(value);
+        return place.elevation.has_value();
+    }
+    return false;
+}
+
+bool IsIn(const GazetteerPlace& place, std::string_view code)
+{
+    return place.firstDivision.starts_with(code) &&
+           (place.firstDivision.size() == code.size() || place.firstDivision[code.size()] == '.');
+}
+
+/// Adds a copy of each place that is, or lies in, `subject` to a region; the number of copies.
+std::size_t ListAgain(Gazetteer& gazetteer, std::string_view subject, std::string_view regionId)
+{
+    const auto region = std::find_if(gazetteer.regions.begin(), gazetteer.regions.end(),
+                                     [&](const GazetteerRegion& r) { return r.id == regionId; });
+    if (region == gazetteer.regions.end() || subject.empty())
+        return 0;
+    const auto id = NumberIn<std::uint32_t>(subject);
+    std::vector<GazetteerPlace> copies;
+    for (const GazetteerPlace& place : gazetteer.places) {
+        if (place.again || !(id ? place.id == *id : IsIn(place, subject)))
+            continue;
+        copies.push_back(place);
+        copies.back().again = true;
+        copies.back().region = static_cast<std::size_t>(region - gazetteer.regions.begin());
+    }
+    gazetteer.places.insert(gazetteer.places.end(), copies.begin(), copies.end());
+    return copies.size();
+}
+
+} // namespace
+
+void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& report)
+{
+    struct Listing
+    {
+        std::string_view subject;
+        std::string_view region;
+    };
+    std::vector<Listing> listings;
+    const PlacesById index = IndexOf(gazetteer);
+    overlay.ForEach([&](TextTable::Columns row) {
+        const std::string_view value = row.size() > 2 ? row[2] : std::string_view();
+        if (row.size() > 1 && row[0] == "listed") {
+            listings.push_back({row[1], value});
+            return;
+        }
+        const auto id = row.size() > 1 ? NumberIn<std::uint32_t>(row[1]) : std::nullopt;
+        const auto place = id ? index.find(*id) : index.end();
+        if (place == index.end())
+            report.Skip("overlay: no such place");
+        else if (!Correct(gazetteer.places[place->second], row[0], value))
+            report.Skip("overlay: unknown action or wrong value");
+    });
+    // The copies come last, so that they have the corrections.
+    for (const Listing& listing : listings) {
+        if (ListAgain(gazetteer, listing.subject, listing.region) == 0)
+            report.Skip("overlay: no such place or region");
+    }
+}
+
+void ApplyShipped(const TextTable& shipped, Gazetteer& gazetteer, ImportReport& report)
+{
+    std::unordered_multimap<std::uint32_t, std::size_t> index;
+    for (std::size_t i = 0; i < gazetteer.places.size(); ++i)
+        index.emplace(gazetteer.places[i].id, i);
+    std::unordered_set<std::string_view> keys;
+    shipped.ForEach([&](TextTable::Columns row) {
+        const auto id = row.size() == 5 ? NumberIn<std::uint32_t>(row[2]) : std::nullopt;
+        if (!id || !IsPlaceKey(row[0]) || !IsToken(row[1]) || row[3].empty() || row[4].empty()) {
+            report.Skip("shipped: not key, identifier, number, city and state");
+            return;
+        }
+        const auto [first, last] = index.equal_range(*id);
+        if (first == last) {
+            report.Skip("shipped: no such place");
+            return;
+        }
+        if (!keys.insert(row[0]).second) {
+            report.Skip("shipped: its key is there already");
+            return;
+        }
+        for (auto place = first; place != last; ++place)
+            Rename(gazetteer.places[place->second], row[3]);
+        gazetteer.shipped.push_back({std::string(row[0]), std::string(row[1]), *id, std::string(row[4])});
+    });
+}
+
+} // namespace beacond

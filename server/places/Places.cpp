@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Places.h"
+
+#include "places/Distinction.h"
+#include "places/Fold.h"
+#include "places/Matching.h"
+#include "places/Numbers.h"
+#include "places/PostalJoin.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace beacond {
+
+namespace {
+
+constexpr std::string_view kKeyMark = "G";
+constexpr std::size_t kZipDigits = 5;
+constexpr std::size_t kZipPlusFourDigits = 9;
+constexpr std::size_t kCanadianLetters = 6;
+// Files of Canadian codes often hold their first half only, which stands for a part of a city.
+constexpr std::size_t kCanadianArea = 3;
+
+bool IsDigits(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+} // namespace
+
+std::shared_ptr<const Places> Places::Open(const std::filesystem::path& path)
+{
+    return std::make_shared<const Places>(path);
+}
+
+Places::Places(const std::filesystem::path& path)
+    : m_file(path)
+{
+    for (const layout::Scope& scope : m_file.Scopes())
+        m_scopes.emplace(m_file.TextAt(scope.id), &scope);
+}
+
+std::vector<State> Places::States() const
+{
+    std::vector<State> states;
+    for (const layout::Scope& scope : m_file.Scopes())
+        states.push_back({m_file.TextAt(scope.name), m_file.TextAt(scope.id)});
+    return states;
+}
+
+std::size_t Places::Count(std::string_view stateId, std::string_view letters) const
+{
+    const layout::Scope* scope = ScopeOf(stateId);
+    return scope ? FindPlaces(m_file, *scope, Fold(letters)).size() : 0;
+}
+
+SearchResult Places::Search(std::string_view stateId, std::string_view letters, std::size_t most) const
+{
+    SearchResult result;
+    const layout::Scope* scope = ScopeOf(stateId);
+    if (!scope)
+        return result;
+    std::vector<FoundPlace> found = FindPlaces(m_file, *scope, Fold(letters));
+    result.total = found.size();
+    KeepBest(found, most);
+    const bool wholeCountry = stateId.find('-') == std::string_view::npos;
+    for (const FoundPlace& place : found)
+        result.matches.push_back(MatchOf(place.place, wholeCountry));
+    return result;
+}
+
+std::vector<Match> Places::ByZip(std::string_view code) const
+{
+    const std::string normal = NormalPostalCode(code);
+    std::vector<Match> matches = MatchesOfCode(normal);
+    if (matches.empty() && normal.size() == kZipPlusFourDigits && IsDigits(normal))
+        matches = MatchesOfCode(normal.substr(0, kZipDigits));
+    if (matches.empty() && normal.size() == kCanadianLetters && !IsDigits(normal))
+        matches = MatchesOfCode(normal.substr(0, kCanadianArea));
+    return matches;
+}
+
+std::optional<Place> Places::ByAtlasId(std::string_view id) const
+{
+    const layout::Place* row = RowOf(id);
+    if (!row)
+        return std::nullopt;
+    const layout::Region& region = m_file.Regions()[row->region];
+    Place place;
+    place.key = std::string(kKeyMark) + std::to_string(row->id);
+    place.state = m_file.TextAt(region.name);
+    if (row->shipped != layout::kNotShipped) {
+        place.key = m_file.TextAt(m_file.Shipped()[row->shipped].key);
+        place.state = m_file.TextAt(m_file.Shipped()[row->shipped].state);
+    }
+    place.atlasId = AtlasIdOf(*row);
+    place.city = m_file.TextAt(row->name);
+    place.country = m_file.TextAt(region.country);
+    place.latitude = row->latitude / layout::kUnitsPerDegree;
+    place.longitude = row->longitude / layout::kUnitsPerDegree;
+    if (row->elevation != layout::kNoElevation)
+        place.elevation = row->elevation;
+    place.timeZone = m_file.TextAt(m_file.Zones()[row->zone]);
+    place.population = row->population;
+    return place;
+}
+
+const layout::Scope* Places::ScopeOf(std::string_view stateId) const
+{
+    const auto scope = m_scopes.find(stateId);
+    return scope == m_scopes.end() ? nullptr : scope->second;
+}
+
+const layout::Place* Places::RowOf(std::string_view atlasId) const
+{
+    const auto shipped = std::lower_bound(m_file.Shipped().begin(), m_file.Shipped().end(), atlasId,
+                                          [this](const layout::Shipped& s, std::string_view wanted) {
+                                              return m_file.TextAt(s.atlasId) < wanted;
+                                          });
+    if (shipped != m_file.Shipped().end() && m_file.TextAt(shipped->atlasId) == atlasId)
+        return &m_file.Places()[shipped->place];
+    // The country before the hyphen is for those who only count: a place keeps its identifier when its
+    // country changes.
+    const std::size_t mark = atlasId.find('-');
+    const std::string_view key = atlasId.substr(mark == std::string_view::npos ? 0 : mark + 1);
+    if (!key.starts_with(kKeyMark))
+        return nullptr;
+    const auto number = NumberIn<std::uint32_t>(key.substr(kKeyMark.size()));
+    if (!number)
+        return nullptr;
+    const auto id = std::lower_bound(m_file.Ids().begin(), m_file.Ids().end(), *number,
+                                     [](const layout::Id& i, std::uint32_t wanted) { return i.id < wanted; });
+    return id != m_file.Ids().end() && id->id == *number ? &m_file.Places()[id->place] : nullptr;
+}
+
+std::string Places::AtlasIdOf(const layout::Place& row) const
+{
+    if (row.shipped != layout::kNotShipped)
+        return m_file.TextAt(m_file.Shipped()[row.shipped].atlasId);
+    // A second row of a disputed place has the identifier of the first.
+    const auto id = std::lower_bound(m_file.Ids().begin(), m_file.Ids().end(), row.id,
+                                     [](const layout::Id& i, std::uint32_t wanted) { return i.id < wanted; });
+    const layout::Place& first =
+        id != m_file.Ids().end() && id->id == row.id ? m_file.Places()[id->place] : row;
+    return std::string(m_file.TextAt(m_file.Regions()[first.region].country)) + "-" + std::string(kKeyMark) +
+           std::to_string(row.id);
+}
+
+Match Places::MatchOf(std::uint32_t place, bool wholeCountry) const
+{
+    const layout::Place& row = m_file.Places()[place];
+    const PlaceLabel label = {m_file.TextAt(row.name), m_file.TextAt(row.firstDivision),
+                              m_file.TextAt(row.secondDivision), row.latitude, row.longitude};
+    const auto distinction = static_cast<layout::Distinction>(wholeCountry ? row.inCountry : row.inRegion);
+    return {DistinctName(label, distinction, wholeCountry ? ListKind::Country : ListKind::Region),
+            AtlasIdOf(row)};
+}
+
+std::vector<Match> Places::MatchesOfCode(const std::string& code) const
+{
+    const auto order = [this](const layout::Code& row) { return std::string_view(m_file.TextAt(row.code)); };
+    const auto first =
+        std::lower_bound(m_file.Codes().begin(), m_file.Codes().end(), code,
+                         [&](const layout::Code& c, const std::string& wanted) { return order(c) < wanted; });
+    std::vector<Match> matches;
+    for (auto row = first; row != m_file.Codes().end() && order(*row) == code; ++row)
+        matches.push_back(MatchOf(row->place, true));
+    return matches;
+}
+
+} // namespace beacond

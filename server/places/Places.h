@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "places/PlacesFile.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace beacond {
+
+/// A row of the list of countries and states.
+struct State
+{
+    std::string_view name; ///< "United States - Texas"
+    std::string_view id;   ///< ISO 3166: "US-TX"
+};
+
+/// A row of a list of places.
+struct Match
+{
+    std::string city; ///< differs from the other rows of its list
+    std::string atlasId;
+};
+
+struct SearchResult
+{
+    std::size_t total = 0;      ///< of all places that match
+    std::vector<Match> matches; ///< the best of them, best first
+};
+
+struct Place
+{
+    std::string key; ///< a valid XML name, the same for ever
+    std::string atlasId;
+    std::string city;
+    std::string state;      ///< the state's name where the country's states are listed, else the country's
+    std::string country;    ///< two letters of ISO 3166-1
+    double latitude = 0.0;  ///< degrees, north positive, five decimals
+    double longitude = 0.0; ///< degrees, east positive, five decimals
+    std::optional<int> elevation; ///< metres
+    std::string timeZone;         ///< name in the tz database
+    std::uint32_t population = 0; ///< 0 where it is not known
+};
+
+/// All places of one places file. Any number of threads may ask at once.
+class Places final
+{
+public:
+    /// Throws PlacesError with the reason if the file can't be used.
+    [[nodiscard]] static std::shared_ptr<const Places> Open(const std::filesystem::path& path);
+
+    explicit Places(const std::filesystem::path& path);
+
+    /// The countries and states in the order in which a person reads them. The texts live as long as this
+    /// object.
+    [[nodiscard]] std::vector<State> States() const;
+
+    /// The number of places of a country or state that match the letters; 0 for an unknown id or no letters.
+    [[nodiscard]] std::size_t Count(std::string_view stateId, std::string_view letters) const;
+
+    /// The same places, the `most` best of them.
+    [[nodiscard]] SearchResult Search(std::string_view stateId, std::string_view letters,
+                                      std::size_t most) const;
+
+    /// The places of a postal code, the best first; none if the code is unknown. Takes any case and spacing,
+    /// and ZIP+4.
+    [[nodiscard]] std::vector<Match> ByZip(std::string_view code) const;
+
+    /// The place with this identifier, hidden places too.
+    [[nodiscard]] std::optional<Place> ByAtlasId(std::string_view id) const;
+
+private:
+    [[nodiscard]] const layout::Scope* ScopeOf(std::string_view stateId) const;
+    [[nodiscard]] const layout::Place* RowOf(std::string_view atlasId) const;
+    [[nodiscard]] std::string AtlasIdOf(const layout::Place& row) const;
+    [[nodiscard]] Match MatchOf(std::uint32_t place, bool wholeCountry) const;
+    [[nodiscard]] std::vector<Match> MatchesOfCode(const std::string& code) const;
+
+    PlacesFile m_file;
+    std::unordered_map<std::string_view, const layout::Scope*> m_scopes; ///< by id
+};
+
+} // namespace beacond

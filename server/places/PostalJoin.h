@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+class TextTable;
+struct FileContents;
+struct Gazetteer;
+struct ImportReport;
+
+/// Fills the postal codes, each with the places that a person with that code may look for: the one that the
+/// table names, then those around the code's point, where a large place counts from farther away. The
+/// gazetteer is in the file's order.
+void JoinPostalCodes(const TextTable& postal, const Gazetteer& gazetteer, FileContents& contents,
+                     ImportReport& report);
+
+/// A postal code as it is compared: letters and digits only, in capitals.
+[[nodiscard]] std::string NormalPostalCode(std::string_view code);
+
+} // namespace beacond

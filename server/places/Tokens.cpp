@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Tokens.h"
+
+#include <algorithm>
+#include <array>
+
+namespace beacond {
+
+namespace {
+
+constexpr std::array<std::string_view, 13> kWordsOfTheSettings = {
+    "DefaultAd", "alerts",    "app",     "asr",  "current", "duhr",   "fajr",
+    "isha",      "locations", "maghrib", "root", "shuruq",  "version"};
+
+bool IsLetter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+} // namespace
+
+bool IsToken(std::string_view text)
+{
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+        return IsLetter(c) || IsDigit(c) || c == '.' || c == '_' || c == '~' || c == '-';
+    });
+}
+
+bool IsPlaceKey(std::string_view text)
+{
+    return IsToken(text) && (IsLetter(text.front()) || text.front() == '_') &&
+           text.find('~') == std::string_view::npos &&
+           std::find(kWordsOfTheSettings.begin(), kWordsOfTheSettings.end(), text) ==
+               kWordsOfTheSettings.end();
+}
+
+} // namespace beacond

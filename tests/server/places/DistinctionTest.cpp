@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Distinction.h"
+
+#include <gmock/gmock.h>
+
+#include <string>
+#include <vector>
+
+using beacond::DistinctName;
+using beacond::ListKind;
+using beacond::PlaceLabel;
+using beacond::layout::Distinction;
+
+namespace {
+
+std::vector<std::string> Shown(const std::vector<PlaceLabel>& labels, ListKind list)
+{
+    std::vector<Distinction> distinctions(labels.size(), Distinction::None);
+    beacond::Distinguish(labels, list, [&](std::size_t i, Distinction d) { distinctions[i] = d; });
+    std::vector<std::string> shown;
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        shown.push_back(DistinctName(labels[i], distinctions[i], list));
+    return shown;
+}
+
+} // namespace
+
+TEST(Distinction, Distinguish_aloneInItsList_isItsName)
+{
+    EXPECT_THAT(Shown({{"Springfield", "Illinois", "", 0, 0}}, ListKind::Country),
+                testing::ElementsAre("Springfield"));
+}
+
+TEST(Distinction, Distinguish_wholeCountry_takesTheLeastThatDiffers)
+{
+    const std::vector<PlaceLabel> labels = {{"Springfield", "Illinois", "Sangamon County", 0, 0},
+                                            {"Springfield", "Ohio", "Clark County", 0, 0},
+                                            {"Springfield", "Ohio", "Hardin County", 0, 0}};
+    EXPECT_THAT(Shown(labels, ListKind::Country),
+                testing::ElementsAre("Springfield (Illinois)", "Springfield (Clark County, Ohio)",
+                                     "Springfield (Hardin County, Ohio)"));
+}
+
+TEST(Distinction, Distinguish_oneState_leavesItsNameOut)
+{
+    const std::vector<PlaceLabel> labels = {{"Oak Grove", "Texas", "Bowie County", 3343210, -9480000},
+                                            {"Oak Grove", "Texas", "Wood County", 3285000, -9550000},
+                                            {"Oak Grove", "Texas", "Wood County", 3290000, -9551230}};
+    EXPECT_THAT(Shown(labels, ListKind::Region),
+                testing::ElementsAre("Oak Grove (Bowie County)", "Oak Grove (32.850 N, 95.500 W)",
+                                     "Oak Grove (32.900 N, 95.512 W)"));
+}

@@ -1,0 +1,177 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SmallTables.h"
+#include "places/Places.h"
+#include "places/PlacesError.h"
+
+#include <gmock/gmock.h>
+
+using beacond::ImportReport;
+using beacond::Places;
+
+namespace {
+
+std::string Reason(const PlaceLine& line)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{.places = PlaceLine{.id = "7", .name = "Good"}.Text() + line.Text()}.Import(folder);
+    EXPECT_EQ(report.places, 1U + report.skipped.empty());
+    return report.skipped.empty() ? "" : report.skipped.begin()->first;
+}
+
+std::vector<std::string> Ids(const beacond::SearchResult& result)
+{
+    std::vector<std::string> ids;
+    for (const beacond::Match& match : result.matches)
+        ids.push_back(match.atlasId);
+    return ids;
+}
+
+} // namespace
+
+TEST(Importer, Import_rowWithAFault_isLeftOutAndCounted)
+{
+    EXPECT_EQ(Reason({}), "");
+    EXPECT_EQ(Reason({.id = "x"}), "place: its id is no number");
+    EXPECT_EQ(Reason({.id = "0"}), "place: its id is no number");
+    EXPECT_EQ(Reason({.id = "7"}), "place: its id is there already");
+    EXPECT_EQ(Reason({.name = "Good"}), "place: a place of that name at the same point is there already");
+    EXPECT_EQ(Reason({.name = ""}), "place: its name is no text");
+    EXPECT_EQ(Reason({.name = "\xC3("}), "place: its name is no text");
+    EXPECT_EQ(Reason({.name = "--"}), "place: its name is no text");
+    for (const char* degrees : {"90.1", "nan", "", "1e9", "10N"})
+        EXPECT_EQ(Reason({.latitude = degrees}), "place: latitude or longitude out of range") << degrees;
+    EXPECT_EQ(Reason({.longitude = "-180.5"}), "place: latitude or longitude out of range");
+    EXPECT_EQ(Reason({.zone = "Mars/Olympus"}), "place: unknown time zone");
+    EXPECT_EQ(Reason({.country = "ZZ"}), "place: unknown country");
+    EXPECT_EQ(Reason({.name = "Tab\tTab"}), "place: not 19 columns");
+}
+
+TEST(Importer, Import_record_holdsTheRow)
+{
+    const TemporaryFolder folder;
+    (void)SmallTables{.places = PlaceLine{.elevation = "182", .surface = "190"}.Text() +
+                                PlaceLine{.id = "2",
+                                          .name = "Riyadh",
+                                          .latitude = "24.68773",
+                                          .longitude = "46.72185",
+                                          .country = "SA",
+                                          .division = "10",
+                                          .zone = "Asia/Riyadh",
+                                          .surface = "612"}
+                                    .Text() +
+                                PlaceLine{.id = "3", .name = "Hole", .surface = "-9999"}.Text()}
+        .Import(folder);
+    const auto places = Places::Open(folder / "places.bin");
+    const auto springfield = places->ByAtlasId("US-G1");
+    ASSERT_TRUE(springfield);
+    EXPECT_EQ(springfield->key, "G1");
+    EXPECT_EQ(springfield->atlasId, "US-G1");
+    EXPECT_EQ(springfield->city, "Springfield");
+    EXPECT_EQ(springfield->state, "Illinois");
+    EXPECT_EQ(springfield->country, "US");
+    EXPECT_EQ(springfield->elevation, 182);
+    EXPECT_EQ(springfield->population, 1000U);
+    EXPECT_EQ(springfield->timeZone, "America/Chicago");
+    const auto riyadh = places->ByAtlasId("SA-G2");
+    ASSERT_TRUE(riyadh);
+    EXPECT_EQ(riyadh->state, "Saudi Arabia");
+    EXPECT_DOUBLE_EQ(riyadh->latitude, 24.68773);
+    EXPECT_DOUBLE_EQ(riyadh->longitude, 46.72185);
+    EXPECT_EQ(riyadh->elevation, 612);
+    EXPECT_EQ(places->ByAtlasId("US-G3")->elevation, std::nullopt);
+}
+
+TEST(Importer, Import_overlay_corrects)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{
+            .places =
+                PlaceLine{.name = "Mecca", .latitude = "21.4", .longitude = "39.8", .country = "SA"}.Text() +
+                PlaceLine{.id = "2", .name = "Jerusalem", .country = "IL"}.Text() +
+                PlaceLine{.id = "3", .name = "Ghost Town"}.Text() + PlaceLine{.id = "4"}.Text(),
+            .overlay =
+                "# a comment\nname\t1\tMakkah\nalias\t1\tBakkah\nzone\t1\tAsia/Riyadh\nelevation\t1\t277\n"
+                "listed\t2\tPS\nlisted\tIL\tDE\nhidden\t3\nname\t99\tNowhere\ncolour\t1\tgreen\nlisted\t2\tXX"
+                "\n"}
+            .Import(folder);
+    EXPECT_THAT(report.skipped,
+                testing::ElementsAre(std::pair("overlay: no such place", 1U),
+                                     std::pair("overlay: no such place or region", 1U),
+                                     std::pair("overlay: unknown action or wrong value", 1U)));
+    const auto places = Places::Open(folder / "places.bin");
+    for (const char* letters : {"makk", "mecc", "bakk"})
+        EXPECT_EQ(places->Search("SA", letters, 1).matches.at(0).city, "Makkah") << letters;
+    EXPECT_EQ(places->ByAtlasId("SA-G1")->timeZone, "Asia/Riyadh");
+    EXPECT_EQ(places->ByAtlasId("SA-G1")->elevation, 277);
+    EXPECT_EQ(places->Search("IL", "jer", 1).matches.at(0).atlasId, "IL-G2");
+    for (const char* state : {"PS", "DE"})
+        EXPECT_THAT(Ids(places->Search(state, "jer", 9)), testing::ElementsAre("IL-G2")) << state;
+    EXPECT_EQ(places->Count("US", "ghost"), 0U);
+    EXPECT_TRUE(places->ByAtlasId("US-G3")) << "clients that have it ask for it";
+}
+
+TEST(Importer, Import_shippedPlace_keepsKeyIdentifierAndNames)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{
+            .places = PlaceLine{.name = "New York City", .division = "NY"}.Text(),
+            .shipped =
+                "New_York\tUS-New_York\t1\tNew York\tUnited States\nAtlantis\tXX-Atlantis\t9\tAtlantis\tSea\n"
+                "alerts\tXX-x\t1\tx\tx\n"}
+            .Import(folder);
+    EXPECT_EQ(report.skipped.size(), 2U);
+    const auto places = Places::Open(folder / "places.bin");
+    EXPECT_EQ(places->Search("US", "york", 1).matches.at(0).city, "New York");
+    EXPECT_EQ(places->Search("US", "new york city", 1).matches.at(0).atlasId, "US-New_York");
+    for (const char* id : {"US-New_York", "US-G1"}) {
+        const auto place = places->ByAtlasId(id);
+        ASSERT_TRUE(place) << id;
+        EXPECT_EQ(place->key, "New_York");
+        EXPECT_EQ(place->atlasId, "US-New_York");
+        EXPECT_EQ(place->state, "United States");
+    }
+}
+
+TEST(Importer, Import_failure_leavesTheOldFileAndNoOther)
+{
+    const TemporaryFolder folder;
+    (void)SmallTables{.places = PlaceLine{}.Text()}.Import(folder);
+    const std::string before = Read(folder / "places.bin");
+    EXPECT_THROW((void)SmallTables{.places = "no table\n"}.Import(folder), beacond::PlacesError);
+    EXPECT_EQ(Read(folder / "places.bin"), before);
+
+    std::filesystem::create_directory(folder / "sub");
+    Write(folder / "sub/file", "");
+    beacond::ImportSources sources{folder / "places.tsv",  folder / "divisions.tsv", folder / "postal.tsv",
+                                   folder / "regions.tsv", folder / "overlay.tsv",   folder / "shipped.tsv"};
+    Write(folder / "places.tsv", PlaceLine{}.Text());
+    EXPECT_THROW((void)beacond::ImportPlaces(sources, folder / "sub"), beacond::PlacesError)
+        << "a folder can't be replaced";
+    EXPECT_THROW((void)beacond::ImportPlaces(sources, folder / "none/places.bin"), beacond::PlacesError);
+    std::size_t files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder / ""))
+        files += entry.path().filename().string().starts_with("sub") ||
+                 entry.path().filename().string().starts_with("places.bin");
+    EXPECT_EQ(files, 2U);
+}
+
+TEST(Importer, Import_packedTableCutOff_saysSo)
+{
+    const TemporaryFolder folder;
+    const std::string packed = Read(std::filesystem::path(PLACES_DATA) / "divisions.tsv.xz");
+    Write(folder / "divisions.tsv.xz", packed.substr(0, packed.size() / 2));
+    (void)SmallTables{.places = PlaceLine{}.Text()}.Import(folder);
+    const beacond::ImportSources sources{folder / "places.tsv",  folder / "divisions.tsv.xz",
+                                         folder / "postal.tsv",  folder / "regions.tsv",
+                                         folder / "overlay.tsv", folder / "shipped.tsv"};
+    try {
+        (void)beacond::ImportPlaces(sources, folder / "places.bin");
+        FAIL();
+    } catch (const beacond::PlacesError& error) {
+        EXPECT_EQ(std::string(error.what()), (folder / "divisions.tsv.xz").string() + ": damaged or cut off");
+    }
+}

@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SmallTables.h"
+#include "places/FileLayout.h"
+#include "places/Places.h"
+#include "places/PlacesError.h"
+
+#include <gmock/gmock.h>
+#include <lzma.h>
+
+#include <cstring>
+
+using beacond::Places;
+
+namespace {
+
+std::string SmallFile(const TemporaryFolder& folder)
+{
+    (void)SmallTables{
+        .places = PlaceLine{}.Text() +
+                  PlaceLine{.id = "2", .name = "Springfield", .latitude = "32.1", .division = "TX"}.Text() +
+                  PlaceLine{.id = "3", .name = "Riyadh", .aliases = "الرياض", .country = "SA"}.Text(),
+        .postal = "US\t62701\t\t\t\t\t\t\t\t39.8\t-89.6\t\n",
+        .shipped = "Riyadh\tSA-Riyadh\t3\tRiyadh\tSaudi Arabia\n"}
+        .Import(folder);
+    return Read(folder / "places.bin");
+}
+
+std::string ReasonToRefuse(const std::filesystem::path& path)
+{
+    try {
+        (void)Places::Open(path);
+        return "";
+    } catch (const beacond::PlacesError& error) {
+        const std::string text = error.what();
+        return text.substr(text.find(": ") + 2);
+    }
+}
+
+/// Asks for everything, so that the sanitizers see each access.
+void AskAll(const Places& places)
+{
+    for (const beacond::State& state : places.States()) {
+        for (const char* letters : {"s", "spr", "sprignfield", "riy", "الر"})
+            EXPECT_EQ(places.Search(state.id, letters, 10).total, places.Count(state.id, letters));
+    }
+    for (const char* id : {"US-G1", "US-G2", "SA-Riyadh", "SA-G3"})
+        (void)places.ByAtlasId(id);
+    (void)places.ByZip("62701");
+}
+
+void RenewChecksum(std::string& file)
+{
+    const std::size_t covered = offsetof(beacond::layout::Header, sections);
+    const std::uint64_t checksum =
+        lzma_crc64(reinterpret_cast<const std::uint8_t*>(file.data()) + covered, file.size() - covered, 0);
+    std::memcpy(file.data() + offsetof(beacond::layout::Header, checksum), &checksum, sizeof checksum);
+}
+
+} // namespace
+
+TEST(PlacesFile, Open_cutOffAtAnyLength_isRefused)
+{
+    const TemporaryFolder folder;
+    const std::string file = SmallFile(folder);
+    for (std::size_t length = 0; length < file.size(); ++length) {
+        Write(folder / "cut.bin", file.substr(0, length));
+        ASSERT_NE(ReasonToRefuse(folder / "cut.bin"), "") << length;
+    }
+}
+
+TEST(PlacesFile, Open_anyByteChanged_isRefused)
+{
+    const TemporaryFolder folder;
+    const std::string file = SmallFile(folder);
+    for (std::size_t i = 0; i < file.size(); ++i) {
+        std::string damaged = file;
+        damaged[i] = static_cast<char>(~damaged[i]);
+        Write(folder / "damaged.bin", damaged);
+        ASSERT_NE(ReasonToRefuse(folder / "damaged.bin"), "") << i;
+    }
+}
+
+TEST(PlacesFile, Open_wrongContentUnderARightChecksum_isRefusedOrHarmless)
+{
+    const TemporaryFolder folder;
+    const std::string file = SmallFile(folder);
+    for (std::size_t i = sizeof(beacond::layout::Header::magic); i < file.size(); ++i) {
+        for (const int change : {1, 0x80, 0xFF}) {
+            std::string damaged = file;
+            damaged[i] = static_cast<char>(damaged[i] ^ change);
+            RenewChecksum(damaged);
+            Write(folder / "damaged.bin", damaged);
+            if (ReasonToRefuse(folder / "damaged.bin").empty())
+                AskAll(*Places::Open(folder / "damaged.bin"));
+        }
+    }
+}
+
+TEST(PlacesFile, Open_unusable_saysWhy)
+{
+    const TemporaryFolder folder;
+    const std::string file = SmallFile(folder);
+    EXPECT_EQ(ReasonToRefuse(folder / "none.bin"), "No such file or directory");
+    EXPECT_EQ(ReasonToRefuse(folder / ""), "too short to be one");
+    Write(folder / "empty.bin", "");
+    EXPECT_EQ(ReasonToRefuse(folder / "empty.bin"), "too short to be one");
+    Write(folder / "other.bin", std::string(file.size(), 'x'));
+    EXPECT_EQ(ReasonToRefuse(folder / "other.bin"), "not a places file");
+    Write(folder / "cut.bin", file.substr(0, file.size() - 1));
+    EXPECT_EQ(ReasonToRefuse(folder / "cut.bin"), "cut off or lengthened");
+    std::string newer = file;
+    ++newer[offsetof(beacond::layout::Header, version)];
+    Write(folder / "newer.bin", newer);
+    EXPECT_EQ(ReasonToRefuse(folder / "newer.bin"), "made by a newer version of this program");
+    std::string damaged = file;
+    ++damaged.back();
+    Write(folder / "damaged.bin", damaged);
+    EXPECT_EQ(ReasonToRefuse(folder / "damaged.bin"), "damaged: its checksum is wrong");
+}
+
+TEST(PlacesFile, Open_replacedByARename_goesOnAnswering)
+{
+    const TemporaryFolder folder;
+    (void)SmallFile(folder);
+    const auto old = Places::Open(folder / "places.bin");
+    (void)SmallTables{.places = PlaceLine{.id = "8", .name = "Newtown"}.Text()}.Import(folder);
+    EXPECT_EQ(old->Count("US", "spr"), 2U);
+    EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "newt"), 1U);
+}

@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "places/Places.h"
+
+#include "SmallTables.h"
+
+#include <gmock/gmock.h>
+
+using beacond::Places;
+
+namespace {
+
+/// The places of a small table, each at a point of its own.
+std::shared_ptr<const Places> Open(SmallTables tables, std::vector<PlaceLine> lines)
+{
+    const TemporaryFolder folder;
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+        if (lines[i].id == "1")
+            lines[i].id = std::to_string(100 + i);
+        if (lines[i].latitude == "39.8")
+            lines[i].latitude = "40." + std::to_string(10 + i);
+        tables.places += lines[i].Text();
+    }
+    (void)tables.Import(folder);
+    return Places::Open(folder / "places.bin");
+}
+
+std::vector<std::string> Cities(const Places& places, const char* state, const char* letters,
+                                std::size_t most = 1000)
+{
+    const beacond::SearchResult result = places.Search(state, letters, most);
+    EXPECT_EQ(result.total, places.Count(state, letters)) << letters;
+    EXPECT_EQ(result.matches.size(), std::min(most, result.total)) << letters;
+    std::vector<std::string> cities;
+    for (const beacond::Match& match : result.matches)
+        cities.push_back(match.city);
+    return cities;
+}
+
+} // namespace
+
+TEST(Places, Search_order_isExactThenPrimaryThenAliasThenPopulation)
+{
+    const auto places = Open({}, {{.name = "Rome", .population = "10"},
+                                  {.name = "Romeo", .population = "500"},
+                                  {.name = "New Rome", .population = "900"},
+                                  {.name = "Bigtown", .aliases = "Rome Junction", .population = "90000"},
+                                  {.name = "Oldtown", .aliases = "Roma,Rom,Rome", .population = "700"}});
+    EXPECT_THAT(Cities(*places, "US", "rome"),
+                testing::ElementsAre("Rome", "New Rome", "Oldtown", "Romeo", "Bigtown"));
+    // With three letters an exact alias is one like the others.
+    EXPECT_THAT(Cities(*places, "US", "rom"),
+                testing::ElementsAre("New Rome", "Romeo", "Rome", "Bigtown", "Oldtown"));
+    EXPECT_THAT(Cities(*places, "US", "rom", 2), testing::ElementsAre("New Rome", "Romeo"));
+}
+
+TEST(Places, Search_words_matchFromEachWordOn)
+{
+    const auto places = Open({}, {{.name = "Kuala Lumpur"}, {.name = "Saint-Denis"}});
+    for (const char* letters : {"kuala", "lumpur", "LUMP", "kuala lum", "kualalumpur"})
+        EXPECT_THAT(Cities(*places, "US", letters), testing::ElementsAre("Kuala Lumpur")) << letters;
+    for (const char* letters : {"denis", "saint denis", "saintdenis", "Saint-D"})
+        EXPECT_THAT(Cities(*places, "US", letters), testing::ElementsAre("Saint-Denis")) << letters;
+    EXPECT_THAT(Cities(*places, "US", "mpur"), testing::IsEmpty());
+}
+
+TEST(Places, Search_typingError_isForgivenOnlyWhereNothingMatches)
+{
+    const auto places = Open({}, {{.name = "Springfield"}, {.name = "Springdale"}, {.name = "Sprimgfield"}});
+    EXPECT_THAT(Cities(*places, "US", "springf"), testing::ElementsAre("Springfield"));
+    EXPECT_THAT(Cities(*places, "US", "sprngfie"), testing::ElementsAre("Springfield"));
+    EXPECT_THAT(Cities(*places, "US", "xpringda"), testing::ElementsAre("Springdale"));
+    EXPECT_THAT(Cities(*places, "US", "sxr"), testing::IsEmpty()) << "too short to guess";
+}
+
+TEST(Places, Search_nothingToSearchFor_isEmpty)
+{
+    const auto places = Open({}, {{}});
+    for (const char* letters : {"", " ", "-'", "\xFF", "&+%"})
+        EXPECT_THAT(Cities(*places, "US", letters), testing::IsEmpty()) << letters;
+    for (const char* state : {"", "us", "XX", "US-", "US-CA"})
+        EXPECT_THAT(Cities(*places, state, "spr"), testing::IsEmpty()) << state;
+    EXPECT_THAT(Cities(*places, "US", std::string(9000, 's').c_str()), testing::IsEmpty());
+}
+
+TEST(Places, Search_countryAndState_tellDoublesApart)
+{
+    const auto places = Open({}, {{.population = "900"},
+                                  {.division = "TX", .population = "800"},
+                                  {.name = "Salem", .district = "167"},
+                                  {.name = "Salem", .district = "031"},
+                                  {.name = "Salem", .country = "DE", .division = ""}});
+    EXPECT_THAT(Cities(*places, "US", "springfield"),
+                testing::ElementsAre("Springfield (Illinois)", "Springfield (Texas)"));
+    EXPECT_THAT(Cities(*places, "US-TX", "springfield"), testing::ElementsAre("Springfield"));
+    EXPECT_THAT(Cities(*places, "US-IL", "salem"),
+                testing::UnorderedElementsAre("Salem (Sangamon County)", "Salem (Cook County)"));
+    EXPECT_THAT(Cities(*places, "DE", "salem"), testing::ElementsAre("Salem"));
+}
+
+TEST(Places, States_withPlaces_standAsAPersonReadsThem)
+{
+    const auto places =
+        Open({}, {{.division = "TX"}, {.country = "SA"}, {.country = "AX"}, {.country = "DE"}});
+    std::vector<std::string> states;
+    for (const beacond::State& state : places->States())
+        states.push_back(std::string(state.id) + "=" + std::string(state.name));
+    EXPECT_THAT(states, testing::ElementsAre("AX=Åland Islands", "DE=Germany", "SA=Saudi Arabia",
+                                             "US=United States", "US-TX=United States - Texas"));
+}
+
+TEST(Places, ByAtlasId_unknown_isEmpty)
+{
+    const auto places = Open({}, {{}});
+    for (const char* id :
+         {"", "-", "G", "US-", "US-G", "US-G999", "US-G100x", "US-G-100", "US-G99999999999", "Springfield"})
+        EXPECT_FALSE(places->ByAtlasId(id)) << id;
+    EXPECT_TRUE(places->ByAtlasId("US-G100"));
+    EXPECT_TRUE(places->ByAtlasId("XX-G100")) << "the country of a place may change";
+}
+
+TEST(Places, ByZip_spellings_areTheSameCode)
+{
+    const auto places = Open({.postal = "US\t62701\t\t\t\t\t\t\t\t40.10\t-89.64\t\nCA\tM5V\tEntertainment "
+                                        "District\t\t\t\t\t\t\t43.6\t-79.4\t\nUS\tbad\t\n",
+                              .regions = "US\tUS\tUnited States\nCA\tCA\tCanada\n"},
+                             {{.name = "Near"},
+                              {.name = "City", .latitude = "43.7", .longitude = "-79.4", .country = "CA"},
+                              {.name = "Far", .latitude = "10.0"}});
+    const auto first = [&places](const char* code) {
+        const std::vector<beacond::Match> matches = places->ByZip(code);
+        return matches.empty() ? std::string() : matches.front().city;
+    };
+    for (const char* code : {"62701", " 62701 ", "62701-1234", "627011234", "62701 1234"})
+        EXPECT_EQ(first(code), "Near") << code;
+    for (const char* code : {"M5V", "m5v 3l9", "M5V3L9"})
+        EXPECT_EQ(first(code), "City") << code;
+    for (const char* code : {"", "6270", "62702", "627012", "m5x 3l9"})
+        EXPECT_EQ(first(code), "") << code;
+}
+
+TEST(Places, ByZip_severalPlaces_theNamedOneFirst)
+{
+    const std::vector<PlaceLine> lines = {
+        {.name = "Hamlet", .latitude = "40.00", .longitude = "-89.00"},
+        {.name = "Metropolis", .latitude = "40.05", .longitude = "-89.00", .population = "2000000"},
+        {.name = "Abroad", .latitude = "40.00", .longitude = "-89.01", .country = "DE"}};
+    const auto cities = [&lines](const char* name) {
+        std::vector<std::string> found;
+        for (const beacond::Match& match :
+             Open({.postal = std::string("US\t62701\t") + name + "\t\t\t\t\t\t\t40.00\t-89.00\t\n"}, lines)
+                 ->ByZip("62701"))
+            found.push_back(match.city);
+        return found;
+    };
+    EXPECT_THAT(cities(""), testing::ElementsAre("Metropolis", "Hamlet"));
+    EXPECT_THAT(cities("HAMLET"), testing::ElementsAre("Hamlet", "Metropolis"));
+    EXPECT_THAT(cities("Unknown"), testing::ElementsAre("Metropolis", "Hamlet"));
+}

@@ -1,0 +1,183 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "SmallTables.h"
+#include "places/Places.h"
+#include "places/TextTable.h"
+#include "places/Tokens.h"
+#include "places/ZoneOffset.h"
+
+#include <gmock/gmock.h>
+
+#include <charconv>
+#include <cmath>
+#include <set>
+#include <unordered_set>
+
+using beacond::Places;
+
+namespace {
+
+const std::filesystem::path kData = PLACES_DATA;
+
+/// The places file of the table in the tree, made once.
+class RealPlaces : public testing::Test
+{
+protected:
+    static void SetUpTestSuite()
+    {
+        const TemporaryFolder folder;
+        s_report = beacond::ImportPlaces(beacond::ImportSources::InFolder(kData), folder / "places.bin");
+        s_places = Places::Open(folder / "places.bin");
+    }
+    static void TearDownTestSuite() { s_places.reset(); }
+
+    static std::vector<std::string> Cities(const char* state, const char* letters, std::size_t most)
+    {
+        std::vector<std::string> cities;
+        for (const beacond::Match& match : s_places->Search(state, letters, most).matches)
+            cities.push_back(match.city);
+        return cities;
+    }
+
+    static inline beacond::ImportReport s_report;
+    static inline std::shared_ptr<const Places> s_places;
+};
+
+double Degrees(std::string_view text)
+{
+    double degrees = 1000.0;
+    std::from_chars(text.data(), text.data() + text.size(), degrees);
+    return degrees;
+}
+
+} // namespace
+
+TEST_F(RealPlaces, Import_leavesOutOnlyKnownFaults)
+{
+    EXPECT_GE(s_report.places, 199'560U);
+    EXPECT_GE(s_report.codes, 33'770U);
+    EXPECT_THAT(
+        s_report.skipped,
+        testing::ElementsAre(std::pair("place: a place of that name at the same point is there already", 6U),
+                             std::pair("postal code: no place near it", 12U)));
+}
+
+TEST_F(RealPlaces, Search_namesAsPeopleTypeThem_findThePlaceFirst)
+{
+    struct Row
+    {
+        const char* state;
+        const char* letters;
+        const char* city;
+    };
+    const Row rows[] = {
+        {"SA", "mak", "Makkah"},           {"SA", "mecca", "Makkah"},        {"SA", "مكة", "Makkah"},
+        {"SA", "medin", "Madinah"},        {"MY", "lumpur", "Kuala Lumpur"}, {"US-NY", "york", "New York"},
+        {"US", "new york", "New York"},    {"RU", "Москва", "Moscow"},       {"CN", "北京", "Beijing"},
+        {"TR", "İstanbul", "Istanbul"},    {"TR", "ISTANBUL", "Istanbul"},   {"TR", "ıstanbul", "Istanbul"},
+        {"TR", "istanb", "Istanbul"},      {"DE", "münchen", "Munich"},      {"DE", "munchen", "Munich"},
+        {"DK", "kobenhavn", "Copenhagen"}, {"IN", "bombay", "Mumbai"},       {"TD", "ndjam", "N'Djamena"},
+        {"PS", "jeru", "Jerusalem"},       {"IL", "jeru", "Jerusalem"},      {"MA", "laay", "Laayoune"},
+        {"GB", "lodnon", "London"},        {"PK", "lah", "Lahore"},          {"VN", "ha noi", "Hanoi"},
+        {"IR", "تهران", "Tehran"},         {"EG", "القاهرة", "Cairo"},       {"JP", "東京", "Tokyo"},
+    };
+    for (const Row& row : rows)
+        EXPECT_THAT(Cities(row.state, row.letters, 1), testing::ElementsAre(row.city))
+            << row.state << " " << row.letters;
+    EXPECT_THAT(Cities("SA", "ma", 2), testing::ElementsAre("Makkah", "Madinah"));
+}
+
+TEST_F(RealPlaces, ByZip_codesOfEachKind_listTheCity)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"10001", "New York"},
+        {"60601", "Chicago"},
+        {"90210", "Beverly Hills (California)"},
+        {"48126-1234", "Dearborn (Michigan)"},
+        {"20001", "Washington (District of Columbia)"},
+        {"00901", "San Juan"},
+        {"79901", "El Paso (Texas)"},
+        {"99723", "Utqiagvik"},
+    };
+    for (const auto& [code, city] : rows) {
+        const std::vector<beacond::Match> matches = s_places->ByZip(code);
+        ASSERT_FALSE(matches.empty()) << code;
+        EXPECT_EQ(matches.front().city, city) << code;
+    }
+}
+
+TEST_F(RealPlaces, States_haveTokensNamesAndPlaces)
+{
+    std::set<std::string_view> ids;
+    std::set<std::string_view> names;
+    for (const beacond::State& state : s_places->States()) {
+        EXPECT_TRUE(beacond::IsToken(state.id)) << state.id;
+        EXPECT_TRUE(ids.insert(state.id).second) << state.id;
+        EXPECT_TRUE(names.insert(state.name).second) << state.name;
+        std::size_t found = 0;
+        for (char letter = 'a'; letter <= 'z' && found == 0; ++letter)
+            found = s_places->Count(state.id, std::string(1, letter));
+        EXPECT_GT(found, 0U) << state.id;
+    }
+    for (const char* id : {"SA", "US", "US-TX", "CA-ON", "AU-NSW", "IN-KL", "BR-SP", "RU-TA", "CN-XJ",
+                           "ID-JB", "MY-10", "NG-KN", "PK-PB", "TR", "GB", "CI", "XK", "PS"})
+        EXPECT_TRUE(ids.contains(id)) << id;
+}
+
+TEST_F(RealPlaces, Search_rowsOfOneList_allDiffer)
+{
+    for (const beacond::State& state : s_places->States()) {
+        for (char letter = 'a'; letter <= 'z'; ++letter) {
+            const beacond::SearchResult result = s_places->Search(state.id, std::string(1, letter), 100'000);
+            std::unordered_set<std::string_view> cities;
+            for (const beacond::Match& match : result.matches)
+                ASSERT_TRUE(cities.insert(match.city).second) << state.id << " " << match.city;
+        }
+    }
+}
+
+TEST_F(RealPlaces, Records_agreeWithTheTable)
+{
+    std::unordered_set<std::string> keys;
+    std::size_t missing = 0;
+    beacond::TextTable(kData / "places.tsv.xz").ForEach([&](beacond::TextTable::Columns row) {
+        const auto place = s_places->ByAtlasId(std::string(row[8]) + "-G" + std::string(row[0]));
+        missing += !place;
+        if (!place)
+            return;
+        ASSERT_NEAR(place->latitude, Degrees(row[4]), 0.00001) << row[1];
+        ASSERT_NEAR(place->longitude, Degrees(row[5]), 0.00001) << row[1];
+        ASSERT_EQ(place->timeZone, row[17]) << row[1];
+        ASSERT_TRUE(beacond::IsPlaceKey(place->key)) << place->key;
+        ASSERT_TRUE(beacond::IsToken(place->atlasId)) << place->atlasId;
+        ASSERT_TRUE(keys.insert(place->key).second) << place->key;
+        ASSERT_FALSE(place->state.empty()) << row[1];
+    });
+    EXPECT_EQ(missing, 6U);
+}
+
+TEST_F(RealPlaces, ShippedPlaces_areFoundUnderTheirOwnKey)
+{
+    beacond::TextTable(kData / "shipped.tsv").ForEach([](beacond::TextTable::Columns row) {
+        const auto place = s_places->ByAtlasId(row[1]);
+        ASSERT_TRUE(place) << row[1];
+        EXPECT_EQ(place->key, row[0]);
+        EXPECT_EQ(place->city, row[3]);
+        EXPECT_EQ(place->state, row[4]);
+        EXPECT_THAT(s_places->Search(place->country, row[3], 1).matches.at(0).atlasId, row[1]) << row[3];
+    });
+}
+
+TEST_F(RealPlaces, Zones_lieWhereTheirPlacesLie)
+{
+    using namespace std::chrono_literals;
+    const std::chrono::sys_seconds now = std::chrono::sys_days(2025y / 6 / 1);
+    beacond::TextTable(kData / "places.tsv.xz").ForEach([&now](beacond::TextTable::Columns row) {
+        const auto offset = beacond::StandardOffset(row[17], now);
+        ASSERT_TRUE(offset) << row[17];
+        // China's one zone and Kiribati's leap over the date line go farthest from the sun.
+        const double sun = Degrees(row[5]) * 4.0;
+        ASSERT_LE(std::abs(std::remainder(static_cast<double>(offset->count()) - sun, 1440.0)), 200.0)
+            << row[1];
+    });
+}

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "places/Importer.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+#include <string>
+
+/// A folder that vanishes with the test.
+class TemporaryFolder final
+{
+public:
+    TemporaryFolder()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "placesXXXXXX").string();
+        if (!mkdtemp(name.data()))
+            throw std::runtime_error("no temporary folder");
+        m_path = name;
+    }
+    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+inline void Write(const std::filesystem::path& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::string Read(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// A row of a table of places, with the columns that matter here.
+struct PlaceLine
+{
+    std::string id = "1";
+    std::string name = "Springfield";
+    std::string aliases = "";
+    std::string latitude = "39.8";
+    std::string longitude = "-89.64";
+    std::string country = "US";
+    std::string division = "IL";
+    std::string population = "1000";
+    std::string zone = "America/Chicago";
+    std::string district = "";
+    std::string elevation = "";
+    std::string surface = "";
+
+    [[nodiscard]] std::string Text() const
+    {
+        std::string text = id;
+        for (const std::string& column : {name, std::string(), aliases, latitude, longitude, std::string("P"),
+                                          std::string("PPL"), country, std::string(), division, district,
+                                          std::string(), std::string(), population, elevation, surface, zone})
+            text.append("\t").append(column);
+        return text + "\t\n";
+    }
+};
+
+/// The tables of an import in a folder, of which a test replaces what it is about.
+struct SmallTables
+{
+    std::string places = {};
+    std::string divisions =
+        "US.IL\tIllinois\nUS.TX\tTexas\nUS.IL.167\tSangamon County\nUS.IL.031\tCook County\n";
+    std::string postal = {};
+    std::string regions =
+        "SA\tSA\tSaudi Arabia\nUS\tUS\tUnited States\nUS-IL\tUS.IL\tIllinois\nUS-TX\tUS.TX\tTexas\n"
+        "IL\tIL\tIsrael\nPS\tPS\tPalestine\nDE\tDE\tGermany\nAX\tAX\tÅland Islands\n";
+    std::string overlay = {};
+    std::string shipped = {};
+
+    /// Writes the tables and imports them to `folder / "places.bin"`.
+    beacond::ImportReport Import(const TemporaryFolder& folder) const
+    {
+        Write(folder / "places.tsv", places);
+        Write(folder / "divisions.tsv", divisions);
+        Write(folder / "postal.tsv", postal);
+        Write(folder / "regions.tsv", regions);
+        Write(folder / "overlay.tsv", overlay);
+        Write(folder / "shipped.tsv", shipped);
+        return beacond::ImportPlaces({folder / "places.tsv", folder / "divisions.tsv", folder / "postal.tsv",
+                                      folder / "regions.tsv", folder / "overlay.tsv", folder / "shipped.tsv"},
+                                     folder / "places.bin");
+    }
+};
