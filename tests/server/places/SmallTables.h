@@ -3,35 +3,11 @@
 #pragma once
 
 #include "places/Importer.h"
+#include "server/TemporaryFolder.h"
 
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <stdexcept>
 #include <string>
-
-/// A folder that vanishes with the test.
-class TemporaryFolder final
-{
-public:
-    TemporaryFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "placesXXXXXX").string();
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("no temporary folder");
-        m_path = name;
-    }
-    ~TemporaryFolder() { std::filesystem::remove_all(m_path); }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    [[nodiscard]] std::filesystem::path operator/(const std::string& name) const { return m_path / name; }
-
-private:
-    std::filesystem::path m_path;
-};
 
 inline void Write(const std::filesystem::path& path, const std::string& text)
 {

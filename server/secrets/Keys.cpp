@@ -1,0 +1,193 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "secrets/Keys.h"
+
+#include <fcntl.h>
+#include <sodium.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace beacond {
+
+namespace {
+
+const unsigned char* Bytes(std::string_view text)
+{
+    return reinterpret_cast<const unsigned char*>(text.data());
+}
+
+unsigned char* Bytes(std::string& text)
+{
+    return reinterpret_cast<unsigned char*>(text.data());
+}
+
+void RequireSodium()
+{
+    if (sodium_init() < 0) {
+        throw KeyError("libsodium can't be initialised");
+    }
+}
+
+[[noreturn]] void Fail(const std::filesystem::path& file)
+{
+    throw KeyError(file.string() + ": " + std::strerror(errno));
+}
+
+class Descriptor final
+{
+public:
+    explicit Descriptor(int number)
+        : m_number(number)
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_number >= 0) {
+            ::close(m_number);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    [[nodiscard]] int Number() const { return m_number; }
+
+private:
+    int m_number;
+};
+
+// Under another name first, then linked into place: a crash leaves no half key, and of two services that
+// start at once one makes the key and both read it.
+void MakeKeyFile(const std::filesystem::path& file)
+{
+    std::array<unsigned char, Key::kBytes> bytes{};
+    randombytes_buf(bytes.data(), bytes.size());
+    std::string name = file.string() + ".XXXXXX";
+    const Descriptor temporary(::mkostemp(name.data(), O_CLOEXEC));
+    if (temporary.Number() < 0) {
+        Fail(file);
+    }
+    const bool isWritten =
+        ::write(temporary.Number(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) &&
+        ::fsync(temporary.Number()) == 0;
+    sodium_memzero(bytes.data(), bytes.size());
+    const bool isLinked = isWritten && (::link(name.c_str(), file.c_str()) == 0 || errno == EEXIST);
+    const int reason = errno;
+    ::unlink(name.c_str());
+    if (!isLinked) {
+        errno = reason;
+        Fail(file);
+    }
+    const Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.Number() < 0 || ::fsync(folder.Number()) != 0) {
+        Fail(file);
+    }
+}
+
+} // namespace
+
+Key::Key(const std::array<unsigned char, kBytes>& bytes)
+    : m_bytes(bytes)
+{
+    RequireSodium();
+}
+
+Key::~Key()
+{
+    sodium_memzero(m_bytes.data(), m_bytes.size());
+}
+
+Key Key::FromFile(const std::filesystem::path& file)
+{
+    RequireSodium();
+    if (!std::filesystem::exists(file)) {
+        MakeKeyFile(file);
+    }
+    const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status = {};
+    if (descriptor.Number() < 0 || ::fstat(descriptor.Number(), &status) != 0) {
+        Fail(file);
+    }
+    if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
+        throw KeyError(file.string() + ": readable by others than its owner; chmod 600 mends that");
+    }
+    // One byte more than a key has, so that a longer file is seen.
+    std::array<unsigned char, kBytes + 1> read{};
+    const ssize_t count = ::read(descriptor.Number(), read.data(), read.size());
+    if (count != static_cast<ssize_t>(kBytes)) {
+        throw KeyError(file.string() + ": not a key of 32 bytes");
+    }
+    std::array<unsigned char, kBytes> bytes{};
+    std::memcpy(bytes.data(), read.data(), kBytes);
+    const Key key(bytes);
+    sodium_memzero(read.data(), read.size());
+    sodium_memzero(bytes.data(), bytes.size());
+    return key;
+}
+
+std::string Key::Hash(std::string_view purpose, std::string_view text) const
+{
+    std::array<unsigned char, crypto_generichash_blake2b_PERSONALBYTES> personal{};
+    std::memcpy(personal.data(), purpose.data(), std::min(purpose.size(), personal.size()));
+    std::string hash(crypto_generichash_BYTES, '\0');
+    crypto_generichash_blake2b_salt_personal(Bytes(hash), hash.size(), Bytes(text), text.size(),
+                                             m_bytes.data(), m_bytes.size(), nullptr, personal.data());
+    return hash;
+}
+
+std::string Key::Seal(std::string_view text) const
+{
+    std::string sealed = RandomBytes(crypto_aead_xchacha20poly1305_ietf_NPUBBYTES);
+    const std::size_t head = sealed.size();
+    sealed.resize(head + text.size() + crypto_aead_xchacha20poly1305_ietf_ABYTES);
+    crypto_aead_xchacha20poly1305_ietf_encrypt(Bytes(sealed) + head, nullptr, Bytes(text), text.size(),
+                                               nullptr, 0, nullptr, Bytes(sealed), m_bytes.data());
+    return sealed;
+}
+
+std::string Key::Unseal(std::string_view sealed) const
+{
+    constexpr std::size_t kHead = crypto_aead_xchacha20poly1305_ietf_NPUBBYTES;
+    constexpr std::size_t kTag = crypto_aead_xchacha20poly1305_ietf_ABYTES;
+    if (sealed.size() < kHead + kTag) {
+        throw KeyError("a sealed text is too short");
+    }
+    std::string text(sealed.size() - kHead - kTag, '\0');
+    if (crypto_aead_xchacha20poly1305_ietf_decrypt(Bytes(text), nullptr, nullptr, Bytes(sealed) + kHead,
+                                                   sealed.size() - kHead, nullptr, 0, Bytes(sealed),
+                                                   m_bytes.data()) != 0) {
+        throw KeyError("a sealed text was sealed with another key, or is damaged");
+    }
+    return text;
+}
+
+Keys Keys::FromFolder(const std::filesystem::path& folder)
+{
+    std::error_code error;
+    if (std::filesystem::create_directories(folder, error)) {
+        std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
+    }
+    if (error) {
+        throw KeyError(folder.string() + ": " + error.message());
+    }
+    return {Key::FromFile(folder / "identifier.key"), Key::FromFile(folder / "address.key"),
+            Key::FromFile(folder / "index.key")};
+}
+
+std::string RandomBytes(std::size_t count)
+{
+    RequireSodium();
+    std::string bytes(count, '\0');
+    randombytes_buf(bytes.data(), bytes.size());
+    return bytes;
+}
+
+std::uint32_t RandomBelow(std::uint32_t limit)
+{
+    RequireSodium();
+    return randombytes_uniform(limit);
+}
+
+} // namespace beacond

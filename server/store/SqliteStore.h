@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "store/Sqlite.h"
+#include "store/Store.h"
+
+#include <functional>
+
+namespace beacond {
+
+/// The store in one SQLite file: write-ahead log, a full sync at each commit.
+class SqliteStore final : public Store
+{
+public:
+    /// Seconds since 1970.
+    using Clock = std::function<std::int64_t()>;
+
+    /// Opens or makes the file and brings its tables up to date. Throws StoreError if that fails, or if a
+    /// newer version of the service has written it.
+    explicit SqliteStore(const std::string& path);
+    SqliteStore(const std::string& path, Clock clock);
+
+    void AddStarts(const std::vector<StartCount>& counts) override;
+    [[nodiscard]] std::vector<StartCount> Starts() override;
+    std::int64_t AddStrip(const Strip& strip) override;
+    bool RemoveStrip(std::int64_t id) override;
+    [[nodiscard]] std::vector<Strip> Strips() override;
+    void AddRelease(const Release& release) override;
+    [[nodiscard]] std::vector<Release> Releases() override;
+    std::int64_t SignUp(const Signup& signup) override;
+    [[nodiscard]] Confirmation Confirm(std::string_view codeHash, std::string_view installation) override;
+    bool Forget(std::string_view addressIndex) override;
+    bool QueueText(std::string_view installation, int prayer, std::string_view time,
+                   std::string_view place) override;
+    [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) override;
+    [[nodiscard]] std::int64_t DataVersion() override;
+    void Begin() override;
+    void End() override;
+    void Abandon() noexcept override;
+
+private:
+    void Migrate(const std::string& path);
+
+    Database m_database;
+    Clock m_now;
+};
+
+} // namespace beacond

@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace beacond {
+
+/// The store could not be opened, read or written; says which file or address and why.
+class StoreError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Starts of the program, counted by day, country and distribution.
+struct StartCount
+{
+    std::int32_t day = 0; ///< days since 1970-01-01, UTC
+    std::string country;  ///< two letters, "ZZ" where it is not known
+    std::string dist;     ///< a configured distribution, or "other"
+    std::int64_t count = 0;
+
+    bool operator==(const StartCount&) const = default;
+};
+
+/// A strip (announcement) and where and when it is shown.
+struct Strip
+{
+    std::int64_t id = 0; ///< given by the store
+    std::string html;
+    std::string dist;    ///< empty for all
+    std::string country; ///< two letters, empty for all
+    std::string from;    ///< first day, "YYYY-MM-DD", empty for no limit
+    std::string until;   ///< last day, likewise
+
+    bool operator==(const Strip&) const = default;
+};
+
+/// A release of the program that is offered to older ones.
+struct Release
+{
+    std::string name;     ///< the version's number, such as "1"
+    std::string sequence; ///< such as "6"
+    std::string url;      ///< of the page that offers the download
+
+    bool operator==(const Release&) const = default;
+};
+
+/// A device that wants texts, with the code that will confirm it. Addresses and codes enter sealed or hashed.
+struct Signup
+{
+    std::string kind;          ///< "mail", "ntfy" or "phone"
+    std::string sealedAddress; ///< readable with the address key only
+    std::string addressIndex;  ///< keyed hash of the normalised address
+    std::string codeHash;      ///< keyed hash of the personal code
+    std::int64_t lifetime = 0; ///< seconds until the code expires
+    std::string road;          ///< how the consent came, such as "form"
+    std::string words;         ///< what was consented to
+};
+
+enum class Confirmation { Confirmed, Unknown, Expired };
+
+/// A text that waits to be sent. Holds neither address nor wording.
+struct OutboxRow
+{
+    std::int64_t id = 0;
+    std::int64_t device = 0;
+    int prayer = 0;    ///< 1 Fajr to 6 Isha
+    std::string time;  ///< local, "5:07"
+    std::string place; ///< atlas_id
+    std::int64_t queuedAt = 0;
+
+    bool operator==(const OutboxRow&) const = default;
+};
+
+/// What changes while the service runs. Each call is one transaction; times are those of the store's own
+/// clock, in seconds since 1970. Calls throw StoreError when the store fails. Not thread-safe: StoreThread
+/// owns it.
+class Store
+{
+public:
+    Store() = default;
+    Store(const Store&) = delete;
+    Store& operator=(const Store&) = delete;
+    virtual ~Store() = default;
+
+    /// Adds to what was counted before under the same day, country and distribution.
+    virtual void AddStarts(const std::vector<StartCount>& counts) = 0;
+    [[nodiscard]] virtual std::vector<StartCount> Starts() = 0;
+
+    /// The identifier of the new strip; that of @p strip is not looked at.
+    virtual std::int64_t AddStrip(const Strip& strip) = 0;
+    /// False if there is none of that identifier.
+    virtual bool RemoveStrip(std::int64_t id) = 0;
+    /// By identifier, lowest first.
+    [[nodiscard]] virtual std::vector<Strip> Strips() = 0;
+
+    virtual void AddRelease(const Release& release) = 0;
+    /// In the order of their addition.
+    [[nodiscard]] virtual std::vector<Release> Releases() = 0;
+
+    /// Stores a device, or gives the device of that address its new code; returns its identifier.
+    virtual std::int64_t SignUp(const Signup& signup) = 0;
+    /// Binds @p installation to the device of the code. The same code confirms the same installation again
+    /// for 24 hours, so that a lost reply undoes nothing; any other installation is refused once the code has
+    /// been used.
+    /// @param installation keyed hash of the installation identifier
+    [[nodiscard]] virtual Confirmation Confirm(std::string_view codeHash, std::string_view installation) = 0;
+    /// Ends a device and all that hangs on it. False if no device has that address.
+    virtual bool Forget(std::string_view addressIndex) = 0;
+
+    /// Puts a text into the outbox if @p installation has a confirmed device whose last text for that prayer
+    /// is more than six hours old; false if it does not.
+    virtual bool QueueText(std::string_view installation, int prayer, std::string_view time,
+                           std::string_view place) = 0;
+    /// Oldest first, at most @p most.
+    [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) = 0;
+
+    /// Differs from an earlier answer if another process has changed the store meanwhile.
+    [[nodiscard]] virtual std::int64_t DataVersion() = 0;
+
+    /// Runs calls as one transaction that is on the disk when End returns: many callers share one wait for
+    /// the disk.
+    virtual void Begin() = 0;
+    virtual void End() = 0;
+    /// After an error within a transaction: nothing since Begin happened.
+    virtual void Abandon() noexcept = 0;
+};
+
+} // namespace beacond

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "secrets/Keys.h"
+
+#include "server/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+using namespace beacond;
+using testing::HasSubstr;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ErrorOf(const std::function<void()>& deed)
+{
+    try {
+        deed();
+    } catch (const KeyError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+} // namespace
+
+TEST(Keys, fromFolder_makesThemOnceForTheirOwnerAlone)
+{
+    const TemporaryFolder folder;
+    const std::string keys = folder.File("keys");
+    const std::string sealed = Keys::FromFolder(keys).address.Seal("someone@example.org");
+
+    EXPECT_EQ(Keys::FromFolder(keys).address.Unseal(sealed), "someone@example.org");
+    for (const char* const name : {"identifier.key", "address.key", "index.key"}) {
+        EXPECT_EQ(fs::file_size(fs::path(keys) / name), Key::kBytes) << name;
+        EXPECT_EQ(fs::status(fs::path(keys) / name).permissions(),
+                  fs::perms::owner_read | fs::perms::owner_write);
+    }
+    EXPECT_EQ(std::distance(fs::directory_iterator(keys), fs::directory_iterator()), 3);
+}
+
+TEST(Keys, fromFile_oneThatOthersCanRead_isRefusedWithItsPath)
+{
+    const TemporaryFolder folder;
+    const std::string file = folder.File("address.key");
+    (void)Key::FromFile(file);
+    fs::permissions(file, fs::perms::group_read, fs::perm_options::add);
+
+    EXPECT_EQ(ErrorOf([&] { (void)Key::FromFile(file); }),
+              file + ": readable by others than its owner; chmod 600 mends that");
+}
+
+TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
+{
+    const TemporaryFolder folder;
+    for (const std::size_t length : {0U, 31U, 33U}) {
+        const std::string file = folder.File("key" + std::to_string(length));
+        std::ofstream(file) << std::string(length, 'k');
+        fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
+
+        EXPECT_EQ(ErrorOf([&] { (void)Key::FromFile(file); }), file + ": not a key of 32 bytes");
+        EXPECT_EQ(fs::file_size(file), length);
+    }
+}
+
+TEST(Keys, fromFolder_thatCantBeMade_isRefusedWithItsPath)
+{
+    EXPECT_THAT(ErrorOf([] { (void)Keys::FromFolder("/proc/none/keys"); }), HasSubstr("/proc/none/keys"));
+}
+
+TEST(Key, unseal_anyByteChanged_isRefused)
+{
+    const TemporaryFolder folder;
+    const Key key = Key::FromFile(folder.File("key"));
+    const std::string sealed = key.Seal("text");
+    for (std::size_t i = 0; i < sealed.size(); ++i) {
+        std::string changed = sealed;
+        changed[i] = static_cast<char>(changed[i] ^ 1);
+        EXPECT_THROW((void)key.Unseal(changed), KeyError) << i;
+    }
+    EXPECT_THROW((void)key.Unseal(""), KeyError);
+    EXPECT_THROW((void)Key::FromFile(folder.File("another")).Unseal(sealed), KeyError);
+}
+
+TEST(Key, seal_sameTextTwice_looksUnlike)
+{
+    const TemporaryFolder folder;
+    const Key key = Key::FromFile(folder.File("key"));
+    EXPECT_NE(key.Seal("text"), key.Seal("text"));
+}
+
+TEST(Key, hash_dependsOnKeyPurposeAndText)
+{
+    const TemporaryFolder folder;
+    const Key key = Key::FromFile(folder.File("key"));
+    const std::string hash = key.Hash("code", "1234");
+
+    EXPECT_EQ(hash.size(), 32U);
+    EXPECT_EQ(key.Hash("code", "1234"), hash);
+    EXPECT_NE(key.Hash("address", "1234"), hash);
+    EXPECT_NE(key.Hash("code", "1235"), hash);
+    EXPECT_NE(Key::FromFile(folder.File("another")).Hash("code", "1234"), hash);
+}
