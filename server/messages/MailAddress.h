@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+/// A mail address as messages go to it and as it is recognised: white space around it dropped, letters
+/// lower-case. Nothing for a text that is none, or of a rarer form than sign-ups need (quoted or non-ASCII
+/// local parts, address literals, a domain without a dot).
+[[nodiscard]] std::optional<std::string> NormalisedMailAddress(std::string_view typed);
+
+} // namespace beacond

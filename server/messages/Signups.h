@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "support/AttemptLimit.h"
+
+#include <boost/asio/awaitable.hpp>
+#include <boost/asio/thread_pool.hpp>
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+class Spool;
+class StoreThread;
+struct Keys;
+
+/// Takes sign-ups of devices: stores each, and sends it its ID and its personal code. Thread-safe.
+class Signups final
+{
+public:
+    enum class Outcome {
+        Sent,
+        NotOffered, ///< no channel is configured
+        NoAddress,  ///< the text is no mail address
+        TooMany,    ///< from this network, or for this address
+        Failed      ///< the store or the channel
+    };
+
+    /// @param spool null where no channel is configured
+    Signups(const Keys& keys, StoreThread& store, const Spool* spool);
+
+    [[nodiscard]] bool IsOffered() const { return m_spool != nullptr; }
+
+    /// Signs a mail address up. Answers when the message is handed over; whether the address was known before
+    /// does not show.
+    /// @param network as of NetworkOf
+    [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(std::string typedAddress, std::string network,
+                                                         std::chrono::sys_seconds now);
+
+    /// Waits for the messages that are being handed over. Afterwards none is.
+    void Join() { m_sender.join(); }
+
+private:
+    const Keys& m_keys;
+    StoreThread& m_store;
+    const Spool* m_spool;
+    AttemptLimit m_networks;
+    AttemptLimit m_addresses;
+    /// Hands messages over, which waits for the disk.
+    boost::asio::thread_pool m_sender{1};
+};
+
+} // namespace beacond

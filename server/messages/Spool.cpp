@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/Spool.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+namespace beacond {
+
+namespace {
+
+[[noreturn]] void Fail(const std::filesystem::path& path, int reason)
+{
+    throw ChannelError(path.string() + ": " + std::strerror(reason));
+}
+
+bool WriteAll(int descriptor, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count <= 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return true;
+}
+
+bool SyncFolder(const std::filesystem::path& folder)
+{
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool isSynced = descriptor >= 0 && ::fsync(descriptor) == 0;
+    if (descriptor >= 0) {
+        ::close(descriptor);
+    }
+    return isSynced;
+}
+
+} // namespace
+
+Spool::Spool(std::filesystem::path folder)
+    : m_folder(std::move(folder))
+{
+    std::error_code error;
+    if (std::filesystem::create_directories(m_folder, error)) {
+        std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all, error);
+    }
+    if (error) {
+        throw ChannelError(m_folder.string() + ": " + error.message());
+    }
+}
+
+void Spool::Send(std::string_view address, std::string_view text) const
+{
+    std::string name = (m_folder / "message-XXXXXX").string();
+    const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
+    if (descriptor < 0) {
+        Fail(m_folder, errno);
+    }
+    const std::string content = "To: " + std::string(address) + "\n\n" + std::string(text) + "\n";
+    bool isWritten = WriteAll(descriptor, content) && ::fsync(descriptor) == 0;
+    int reason = errno;
+    isWritten = ::close(descriptor) == 0 && isWritten;
+    if (isWritten && ::rename(name.c_str(), (name + ".txt").c_str()) == 0) {
+        if (!SyncFolder(m_folder)) {
+            Fail(m_folder, errno);
+        }
+        return;
+    }
+    reason = isWritten ? errno : reason;
+    ::unlink(name.c_str());
+    Fail(m_folder, reason);
+}
+
+} // namespace beacond

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+/// A message that could not be handed over; says why.
+class ChannelError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// A folder from which a program of the operator takes messages, a file each: "To: ADDRESS", an empty line,
+/// the text in UTF-8. A file appears whole, under a name that ends in ".txt"; other names are unfinished.
+class Spool final
+{
+public:
+    /// Makes the folder if it is missing, for its owner alone. Throws ChannelError.
+    explicit Spool(std::filesystem::path folder);
+
+    /// Returns when the file is on the disk. Throws ChannelError. Thread-safe.
+    /// @param address without line breaks
+    void Send(std::string_view address, std::string_view text) const;
+
+private:
+    std::filesystem::path m_folder;
+};
+
+} // namespace beacond

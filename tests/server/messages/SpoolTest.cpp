@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/Spool.h"
+
+#include "server/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
+#include <fstream>
+#include <sstream>
+
+using namespace beacond;
+using testing::EndsWith;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+TEST(Spool, send_writesOneWholeFileForItsOwnerAlone)
+{
+    const TemporaryFolder folder;
+    const Spool spool(folder.File("a/spool"));
+    spool.Send("someone@example.org", "Maghrib: 18:42");
+
+    const std::vector<fs::path> files(fs::directory_iterator(folder.File("a/spool")),
+                                      fs::directory_iterator());
+    ASSERT_EQ(files.size(), 1U);
+    EXPECT_THAT(files[0].string(), EndsWith(".txt"));
+    EXPECT_EQ(fs::status(files[0]).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(fs::status(folder.File("a/spool")).permissions(), fs::perms::owner_all);
+    std::ostringstream content;
+    content << std::ifstream(files[0]).rdbuf();
+    EXPECT_EQ(content.str(), "To: someone@example.org\n\nMaghrib: 18:42\n");
+}
+
+TEST(Spool, folderThatCantBeMadeOrHasGone_isAnErrorWithItsPath)
+{
+    EXPECT_THROW(Spool("/proc/none/spool"), ChannelError);
+
+    const TemporaryFolder folder;
+    const Spool spool(folder.File("spool"));
+    fs::remove(folder.File("spool"));
+    try {
+        spool.Send("someone@example.org", "text");
+        ADD_FAILURE();
+    } catch (const ChannelError& error) {
+        EXPECT_THAT(error.what(), StartsWith(folder.File("spool") + ": "));
+    }
+}
+
+TEST(Spool, send_writeThatFails_isAnErrorAndLeavesNothing)
+{
+    const TemporaryFolder folder;
+    const Spool spool(folder.File("spool"));
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
+    const rlimit none = {10, limit.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
+    EXPECT_THROW(spool.Send("someone@example.org", "text"), ChannelError);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+
+    EXPECT_TRUE(fs::is_empty(folder.File("spool")));
+}
