@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "protocol/MessageScripts.h"
+
+#include "messages/PersonalCode.h"
+#include "places/Places.h"
+#include "protocol/Reply.h"
+#include "secrets/Keys.h"
+#include "store/StoreThread.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace beacond {
+
+namespace {
+
+// Wrong codes of one household within an hour. The code alone is asked for, so that guessing has to be slow.
+constexpr int kMostWrongCodes = 10;
+
+struct WantedText
+{
+    int prayer = 0;
+    std::string time;
+    std::string place;
+};
+
+// Hours and minutes as the program sends them: "5:07", "17:30".
+bool IsClockTime(std::string_view text)
+{
+    const std::size_t colon = text.find(':');
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    return (colon == 1 || colon == 2) && text.size() == colon + 3 &&
+           std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(colon), isDigit) &&
+           std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1, text.end(), isDigit);
+}
+
+// The text that a call asks for. Nothing of the request gets into a message but a time of that form; of the
+// place the service's own identifier counts.
+std::optional<WantedText> TextOf(const Query& query, const Places* places)
+{
+    const std::string prayer = TrimmedValue(query, "pno");
+    WantedText text{0, TrimmedValue(query, "time"), {}};
+    if (TrimmedValue(query, "ma") != "1" || prayer.size() != 1 || prayer < "1" || prayer > "6" ||
+        !IsClockTime(text.time)) {
+        return std::nullopt;
+    }
+    text.prayer = prayer[0] - '0';
+    if (places != nullptr) {
+        if (const auto place = places->ByAtlasId(TrimmedValue(query, "aid"))) {
+            text.place = place->atlasId;
+        }
+    }
+    return text;
+}
+
+Response ConfirmationReply(bool isConfirmed, std::string_view message)
+{
+    XmlReply reply;
+    reply.Attribute("result", isConfirmed ? "1" : "0");
+    // Always there: without a message the program says that it could not verify the settings.
+    reply.Attribute("message", message);
+    return ScriptReply(std::move(reply));
+}
+
+std::string_view MessageOf(Confirmation confirmation)
+{
+    switch (confirmation) {
+    case Confirmation::Confirmed:
+        return "Your mobile device is registered. Messages will come at the prayers that you choose.";
+    case Confirmation::Expired:
+        return "This personal code has expired. Please ask for a new one.";
+    case Confirmation::Unknown:
+        break;
+    }
+    return "This personal code is not known. Please check it, or ask for a new one.";
+}
+
+} // namespace
+
+MessageScripts::MessageScripts(const Keys& keys, StoreThread& store)
+    : m_keys(keys)
+    , m_store(store)
+    , m_wrongCodes(kMostWrongCodes, std::chrono::hours(1))
+{
+}
+
+std::string MessageScripts::HashOfInstallation(std::string_view identifier) const
+{
+    return m_keys.index.Hash("installation", identifier);
+}
+
+boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, const Places* places)
+{
+    const std::optional<WantedText> text = TextOf(query, places);
+    const std::string identifier = TrimmedValue(query, "prod_string");
+    if (!text || identifier.empty()) {
+        co_return ScriptReply(XmlReply());
+    }
+    // Named before it is awaited: GCC 12 destroys the captures of a lambda twice that is written into the
+    // await.
+    auto queue = [installation = HashOfInstallation(identifier), &text](Store& store) {
+        return store.QueueText(installation, text->prayer, text->time, text->place);
+    };
+    try {
+        const bool isQueued = co_await m_store.Run(std::move(queue));
+        if (isQueued) {
+            ++m_figures.textsQueued;
+        }
+    } catch (const StoreError&) {
+        ++m_figures.textsMissed;
+        co_return ScriptFailure(503, "The text could not be stored.\n");
+    }
+    co_return ScriptReply(XmlReply());
+}
+
+boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& query, const Request& request,
+                                                               std::chrono::sys_seconds now)
+{
+    const std::string identifier = TrimmedValue(query, "prod_string");
+    if (identifier.empty()) {
+        co_return ConfirmationReply(false,
+                                    "This installation is not known yet. Please start Dusk Beacon again "
+                                    "while the computer is connected to the Internet, then register.");
+    }
+    const std::string network = NetworkOf(request.client);
+    if (!m_wrongCodes.Allows(network, now)) {
+        co_return ConfirmationReply(false, "Too many wrong codes. Please try again in an hour.");
+    }
+    Confirmation confirmation = Confirmation::Unknown;
+    if (const std::optional<std::string> digits = DigitsOfPersonalCode(query.Value("vCode"))) {
+        auto confirm = [code = m_keys.index.Hash("personal code", *digits),
+                        installation = HashOfInstallation(identifier)](Store& store) {
+            return store.Confirm(code, installation);
+        };
+        try {
+            confirmation = co_await m_store.Run(std::move(confirm));
+        } catch (const StoreError&) {
+            co_return ConfirmationReply(false,
+                                        "The service can't store anything just now. Please try again later.");
+        }
+    }
+    const bool isConfirmed = confirmation == Confirmation::Confirmed;
+    ++(isConfirmed ? m_figures.codesConfirmed : m_figures.codesRefused);
+    if (!isConfirmed) {
+        m_wrongCodes.Count(network, now);
+    }
+    co_return ConfirmationReply(isConfirmed, MessageOf(confirmation));
+}
+
+} // namespace beacond

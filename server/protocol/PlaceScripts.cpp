@@ -1,0 +1,139 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "protocol/PlaceScripts.h"
+
+#include "places/Places.h"
+#include "places/ZoneOffset.h"
+#include "protocol/Reply.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace beacond {
+
+namespace {
+
+// Above that the program asks its user before it fetches the list.
+constexpr std::size_t kMostUnasked = 200;
+constexpr std::size_t kMostCities = 1'000;
+constexpr std::size_t kLargestReply = 256UL * 1024;
+
+std::string Formatted(const char* format, double number)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), format, number);
+    return text.data();
+}
+
+// "39.83 E"
+std::string Words(double degrees, char positive, char negative)
+{
+    return Formatted("%.2f ", std::abs(degrees)) + (degrees < 0.0 ? negative : positive);
+}
+
+template <typename Cities>
+Response CityList(const Cities& cities)
+{
+    XmlReply reply;
+    for (const auto& city : cities) {
+        if (reply.Children() == kMostCities || reply.Size() > kLargestReply - 1024) {
+            break;
+        }
+        reply.Child().Attribute("city", city.city).Attribute("atlas_id", city.atlasId);
+    }
+    return ScriptReply(std::move(reply));
+}
+
+Response States(const Places& places, const Query& /*query*/, std::chrono::sys_seconds /*now*/)
+{
+    XmlReply reply;
+    for (const auto& state : places.States()) {
+        reply.Child().Attribute("state", state.name).Attribute("state_id", state.id);
+    }
+    return ScriptReply(std::move(reply));
+}
+
+Response CitiesOfZipCode(const Places& places, const Query& query, std::chrono::sys_seconds /*now*/)
+{
+    return CityList(places.ByZip(TrimmedValue(query, "zipcode")));
+}
+
+Response NumberOfCities(const Places& places, const Query& query, std::chrono::sys_seconds /*now*/)
+{
+    const std::size_t count =
+        places.Count(TrimmedValue(query, "state_id"), TrimmedValue(query, "city_string"));
+    XmlReply reply;
+    reply.Attribute("num_matches", std::to_string(count));
+    reply.Attribute("max_matches", std::to_string(kMostUnasked));
+    return ScriptReply(std::move(reply));
+}
+
+Response Cities(const Places& places, const Query& query, std::chrono::sys_seconds /*now*/)
+{
+    return CityList(
+        places.Search(TrimmedValue(query, "state_id"), TrimmedValue(query, "city_string"), kMostCities)
+            .matches);
+}
+
+Response CityInfo(const Places& places, const Query& query, std::chrono::sys_seconds now)
+{
+    const auto place = places.ByAtlasId(TrimmedValue(query, "aid"));
+    const auto offset = place ? StandardOffset(place->timeZone, now) : std::nullopt;
+    // A place that could stop an older program for good never leaves: the import refuses it, and so does
+    // this.
+    if (!offset || std::abs(place->latitude) > 90.0 || std::abs(place->longitude) > 180.0 ||
+        *offset < std::chrono::hours(-12) || *offset > std::chrono::hours(14)) {
+        return ScriptFailure(404, "There is no such place.\n");
+    }
+    XmlReply reply;
+    reply.Child(place->key)
+        .Attribute("atlas_id", place->atlasId)
+        .Attribute("city", place->city)
+        .Attribute("state", place->state)
+        .Attribute("longitude", Words(place->longitude, 'E', 'W'))
+        .Attribute("longitude_final", Formatted("%.5f", place->longitude))
+        .Attribute("latitude", Words(place->latitude, 'N', 'S'))
+        .Attribute("latitude_final", Formatted("%.5f", place->latitude))
+        .Attribute("time_zone2", HoursText(*offset))
+        .Attribute("utc_minutes", std::to_string(offset->count()))
+        .Attribute("tz", place->timeZone);
+    return ScriptReply(std::move(reply));
+}
+
+} // namespace
+
+std::string HoursText(std::chrono::minutes offset)
+{
+    std::string text = Formatted("%.4f", static_cast<double>(offset.count()) / 60.0);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.')) {
+        text.pop_back();
+    }
+    return text;
+}
+
+Response AnswerFromPlaces(const Places* places, std::string_view name, const Query& query,
+                          std::chrono::sys_seconds now)
+{
+    static constexpr struct
+    {
+        std::string_view name;
+        Response (*answer)(const Places&, const Query&, std::chrono::sys_seconds);
+    } kScripts[] = {
+        {"getStates.pl", &States},
+        {"getUsCanCity.pl", &CitiesOfZipCode},
+        {"getNumMatchingCities.pl", &NumberOfCities},
+        {"getMatchingCities.pl", &Cities},
+        {"getCityInfo.pl", &CityInfo},
+    };
+    for (const auto& script : kScripts) {
+        if (script.name == name) {
+            return places == nullptr ? ScriptFailure(503, "No places are loaded.\n")
+                                     : script.answer(*places, query, now);
+        }
+    }
+    return ScriptFailure(404, "There is no such script.\n");
+}
+
+} // namespace beacond

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "http/Message.h"
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+class Places;
+class Query;
+
+/// The reply of a script that finds places, "getStates.pl" and the like; a 404 for another name.
+/// @param places may be null while none are loaded: a failure then
+/// @param now decides about a place's offset from UTC
+[[nodiscard]] Response AnswerFromPlaces(const Places* places, std::string_view name, const Query& query,
+                                        std::chrono::sys_seconds now);
+
+/// Hours as the program reads them: "3", "-5", "5.5", "5.75".
+[[nodiscard]] std::string HoursText(std::chrono::minutes offset);
+
+} // namespace beacond

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "http/Message.h"
+#include "http/Query.h"
+#include "support/Xml.h"
+
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+/// A script's reply.
+[[nodiscard]] inline Response ScriptReply(XmlReply reply)
+{
+    return {200, "text/xml; charset=utf-8", reply.Take(), {{"Cache-Control", "no-store"}}};
+}
+
+/// A script's failure. The program reads any XML as a reply, whatever the status says, so that this is none.
+[[nodiscard]] inline Response ScriptFailure(unsigned status, std::string text)
+{
+    return {status, "text/plain; charset=utf-8", std::move(text), {{"Cache-Control", "no-store"}}};
+}
+
+[[nodiscard]] inline std::string TrimmedValue(const Query& query, std::string_view name)
+{
+    const std::string value = query.Value(name);
+    return std::string(Trimmed(value));
+}
+
+} // namespace beacond

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "http/Message.h"
+#include "protocol/Announcements.h"
+#include "protocol/MessageScripts.h"
+#include "support/Latest.h"
+
+#include <chrono>
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+class Places;
+class Query;
+class StartCounter;
+class StoreThread;
+struct Keys;
+
+/// What the scripts answer from. All of it outlives them.
+struct ScriptSources
+{
+    const Keys& keys;
+    StoreThread& store;
+    StartCounter& starts;
+    const Latest<Places>& places;
+    const Latest<Announcements>& announcements;
+    std::set<std::string, std::less<>> dists; ///< distributions that are counted by name
+    std::function<std::chrono::sys_seconds()> now;
+};
+
+/// The requests of the program, each a script under one path. The program doesn't look at the status of a
+/// reply: a script that can't answer sends no XML. Thread-safe.
+class Scripts final
+{
+public:
+    static constexpr std::string_view kFolder = "/cgi-bin/dbeacon/";
+
+    explicit Scripts(ScriptSources sources);
+
+    /// @param request of a path that begins with kFolder
+    [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request);
+
+    [[nodiscard]] const MessageFigures& Figures() const { return m_messages.Figures(); }
+
+private:
+    struct Script;
+    static const Script* Find(std::string_view name);
+
+    [[nodiscard]] Response RequestProdID(const Query& query) const;
+    [[nodiscard]] Response Startup(const Query& query) const;
+    [[nodiscard]] Response GetAd(const Query& query) const;
+    [[nodiscard]] Response Version(const Query& query) const;
+    /// Two letters, "ZZ" for a place that is not known.
+    [[nodiscard]] std::string CountryOf(std::string_view atlasId) const;
+
+    ScriptSources m_sources;
+    MessageScripts m_messages;
+};
+
+} // namespace beacond

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "server/protocol/ScriptsFixture.h"
+
+using namespace beacond;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string kCode = "1234567890123456";
+const std::string kConfirm = "ma/confirmSignup.pl";
+const std::string kCall = "prayerCall.pl";
+const std::string kWanted =
+    "prod_string=pc&aid=SA-G104515&pno=1&alert_type=Normal&ma=1&dist_string=&time=5:07&aid=SA-G104515";
+
+std::string Result(const char* result, const char* message)
+{
+    return std::string("<root result=\"") + result + "\" message=\"" + message + "\"/>";
+}
+
+const std::string kConfirmed =
+    Result("1", "Your mobile device is registered. Messages will come at the prayers that you choose.");
+const std::string kUnknown =
+    Result("0", "This personal code is not known. Please check it, or ask for a new one.");
+
+} // namespace
+
+class MessageScriptsTest : public ScriptsTest
+{
+protected:
+    std::string Confirm(const std::string& code, const std::string& installation = "pc")
+    {
+        return Body(kConfirm, "prod_string=" + installation + "&vCode=" + code + "&dist_string=");
+    }
+};
+
+TEST_F(MessageScriptsTest, confirmSignup_codeInAnyGrouping_isConfirmed)
+{
+    SignUp(kCode);
+    EXPECT_EQ(Confirm("1234-5678 9012-3456"), kConfirmed);
+    EXPECT_EQ(Confirm(kCode), kConfirmed) << "a lost reply must not undo it";
+    EXPECT_EQ(Confirm(kCode, "another"), kUnknown);
+}
+
+TEST_F(MessageScriptsTest, confirmSignup_refusals_areReadableToo)
+{
+    SignUp(kCode);
+    EXPECT_EQ(Confirm("6543210987654321"), kUnknown);
+    EXPECT_EQ(Confirm(""), kUnknown);
+    EXPECT_EQ(Confirm("abc"), kUnknown);
+    EXPECT_EQ(Confirm(kCode, ""),
+              Result("0", "This installation is not known yet. Please start Dusk Beacon again while the "
+                          "computer is connected to the Internet, then register."));
+    now += std::chrono::minutes(31);
+    EXPECT_EQ(Confirm(kCode), Result("0", "This personal code has expired. Please ask for a new one."));
+}
+
+TEST_F(MessageScriptsTest, confirmSignup_elevenWrongCodes_lockTheNetworkForAnHour)
+{
+    SignUp(kCode);
+    for (int i = 0; i < 10; ++i) {
+        EXPECT_EQ(Confirm("0000000000000000"), kUnknown);
+    }
+    EXPECT_EQ(Confirm(kCode), Result("0", "Too many wrong codes. Please try again in an hour."));
+    client = "192.0.2.2";
+    EXPECT_EQ(Confirm(kCode), kConfirmed);
+    EXPECT_EQ(scripts.Figures().codesConfirmed, 1U);
+    EXPECT_EQ(scripts.Figures().codesRefused, 10U);
+}
+
+TEST_F(MessageScriptsTest, prayerCall_ofAConfirmedInstallation_queuesOneText)
+{
+    SignUp(kCode);
+    Confirm(kCode);
+    EXPECT_EQ(Body(kCall, kWanted), "<root/>");
+    EXPECT_EQ(Body(kCall, kWanted), "<root/>");
+
+    const std::vector<OutboxRow> texts = Outbox();
+    ASSERT_EQ(texts.size(), 1U);
+    EXPECT_EQ(texts[0].prayer, 1);
+    EXPECT_EQ(texts[0].time, "5:07");
+    EXPECT_EQ(texts[0].place, "SA-G104515");
+    EXPECT_EQ(scripts.Figures().textsQueued, 1U);
+}
+
+TEST_F(MessageScriptsTest, prayerCall_thatAsksForNoneOrIsMalformed_queuesNothing)
+{
+    SignUp(kCode);
+    Confirm(kCode);
+    for (const char* const query :
+         {"prod_string=pc&pno=1&ma=0&time=5:07", "prod_string=pc&pno=1&time=5:07",
+          "prod_string=pc&pno=0&ma=1&time=5:07", "prod_string=pc&pno=7&ma=1&time=5:07",
+          "prod_string=pc&pno=12&ma=1&time=5:07", "prod_string=pc&pno=&ma=1&time=5:07",
+          "prod_string=pc&pno=1&ma=1&time=5:7", "prod_string=pc&pno=1&ma=1&time=",
+          "prod_string=pc&pno=1&ma=1&time=123:07", "prod_string=pc&pno=1&ma=1&time=5:07%0ABuy",
+          "prod_string=&pno=1&ma=1&time=5:07", "prod_string=stranger&pno=1&ma=1&time=5:07"}) {
+        EXPECT_EQ(Body(kCall, query), "<root/>") << query;
+        EXPECT_THAT(Outbox(), IsEmpty()) << query;
+    }
+}
+
+TEST_F(MessageScriptsTest, prayerCall_placeThatIsNotKnown_isNotStored)
+{
+    SignUp(kCode);
+    Confirm(kCode);
+    Ask(kCall, "prod_string=pc&aid=<b>&pno=6&ma=1&time=20:15");
+    ASSERT_EQ(Outbox().size(), 1U);
+    EXPECT_EQ(Outbox()[0].place, "");
+}
+
+TEST_F(MessageScriptsTest, storeThatFails_missesTheTextAndSaysSo)
+{
+    SignUp(kCode);
+    Confirm(kCode);
+    Database(folder.File("store.db")).Execute("DROP TABLE installation");
+
+    const Response response = Ask(kCall, kWanted);
+    EXPECT_EQ(response.status, 503U);
+    EXPECT_THAT(response.body, testing::Not(HasSubstr("<")));
+    EXPECT_EQ(scripts.Figures().textsMissed, 1U);
+    SignUp("1111222233334444");
+    EXPECT_EQ(Confirm("1111222233334444", "pc2"),
+              Result("0", "The service can&#39;t store anything just now. Please try again later."));
+}
