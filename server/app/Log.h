@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+/// Sends the log to standard error, a JSON object a line, from @p level on: "debug", "info", "warning" or
+/// "error".
+void StartLog(const std::string& level);
+
+void LogInfo(std::string_view message);
+void LogWarning(std::string_view message);
+void LogError(std::string_view message);
+/// One answered request. Neither its query nor its address is ever logged: the identifier in it is a secret.
+/// @param name of the script or page
+void LogRequest(std::string_view name, unsigned status, std::chrono::microseconds duration);
+
+/// @p text as a JSON string, quotes included. Bytes that are no UTF-8 become U+FFFD.
+[[nodiscard]] std::string JsonString(std::string_view text);
+
+} // namespace beacond

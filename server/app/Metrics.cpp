@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Metrics.h"
+
+#include "http/HttpFigures.h"
+#include "protocol/MessageScripts.h"
+
+#include <prometheus/metric_family.h>
+#include <prometheus/text_serializer.h>
+
+#include <atomic>
+#include <cstdint>
+#include <vector>
+
+namespace beacond {
+
+namespace {
+
+using prometheus::ClientMetric;
+using prometheus::MetricFamily;
+using prometheus::MetricType;
+
+struct Labelled
+{
+    std::string value;
+    const std::atomic<std::uint64_t>& count;
+};
+
+// A family of counts that differ in one label; without a label where that is empty.
+MetricFamily Family(const char* name, const char* help, MetricType type, const char* label,
+                    const std::vector<Labelled>& counts)
+{
+    MetricFamily family;
+    family.name = name;
+    family.help = help;
+    family.type = type;
+    for (const Labelled& entry : counts) {
+        ClientMetric metric;
+        if (*label != '\0') {
+            metric.label.push_back({label, entry.value});
+        }
+        const auto count = static_cast<double>(entry.count.load(std::memory_order_relaxed));
+        metric.counter.value = count;
+        metric.gauge.value = count;
+        family.metric.push_back(metric);
+    }
+    return family;
+}
+
+} // namespace
+
+std::string MetricsText(const HttpFigures& http, const MessageFigures& messages)
+{
+    constexpr auto kCounter = MetricType::Counter;
+    const std::vector<MetricFamily> families = {
+        Family("beacond_connections_open", "Open connections.", MetricType::Gauge, "",
+               {{"", http.connectionsOpen}}),
+        Family("beacond_connections_accepted_total", "Connections accepted.", kCounter, "",
+               {{"", http.connectionsAccepted}}),
+        Family("beacond_connections_refused_total", "Connections refused, by the limit that they passed.",
+               kCounter, "limit", {{"total", http.refusedByTotal}, {"address", http.refusedByAddress}}),
+        Family("beacond_accept_errors_total", "Failures to accept a connection.", kCounter, "",
+               {{"", http.acceptErrors}}),
+        Family("beacond_replies_total", "Replies, by the first digit of their status.", kCounter, "status",
+               {{"1xx", http.replies[1]},
+                {"2xx", http.replies[2]},
+                {"3xx", http.replies[3]},
+                {"4xx", http.replies[4]},
+                {"5xx", http.replies[5]}}),
+        Family("beacond_requests_refused_total", "Requests malformed or too large.", kCounter, "",
+               {{"", http.requestsRefused}}),
+        Family("beacond_handler_failures_total", "Requests whose answer failed unexpectedly.", kCounter, "",
+               {{"", http.handlerFailures}}),
+        Family("beacond_timeouts_total", "Connections ended by a time limit.", kCounter, "phase",
+               {{"header", http.headerTimeouts},
+                {"body", http.bodyTimeouts},
+                {"idle", http.idleTimeouts},
+                {"write", http.writeTimeouts}}),
+        Family("beacond_texts_total", "Texts that prayer calls asked for.", kCounter, "outcome",
+               {{"queued", messages.textsQueued}, {"missed", messages.textsMissed}}),
+        Family("beacond_codes_total", "Personal codes that were tried.", kCounter, "outcome",
+               {{"confirmed", messages.codesConfirmed}, {"refused", messages.codesRefused}}),
+    };
+    return prometheus::TextSerializer().Serialize(families);
+}
+
+} // namespace beacond

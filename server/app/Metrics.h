@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+namespace beacond {
+
+struct HttpFigures;
+struct MessageFigures;
+
+/// The figures of the service in the text format of Prometheus.
+[[nodiscard]] std::string MetricsText(const HttpFigures& http, const MessageFigures& messages);
+
+} // namespace beacond

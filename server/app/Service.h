@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/Settings.h"
+
+#include <stdexcept>
+
+namespace beacond {
+
+/// A listener that can't listen; says where and why.
+class ListenError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most five seconds.
+/// SIGHUP reads the places file and the announcements again. Throws before it answers anything if a part
+/// can't be opened: ListenError, StoreError, KeyError, PlacesError, ChannelError.
+void Serve(const Settings& settings);
+
+/// The path of a store address such as "sqlite:state/service.db"; its folder is made if it is missing.
+[[nodiscard]] std::string SqlitePath(const std::string& url);
+
+} // namespace beacond

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "http/ListeningSocket.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace beacond {
+
+/// A configuration that can't be used. One line: file, line, key and reason.
+class SettingsError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+using ListenAddress = boost::asio::ip::tcp::endpoint;
+
+/// The configuration of the service. Each member is a key of the configuration file, described in
+/// server/service.toml.example; what the file does not name has the value given here.
+struct Settings
+{
+    struct Http
+    {
+        ListenAddress listen = ParseListenAddress("127.0.0.1:8750");
+        std::string baseUrl = "http://localhost:8750"; ///< without a slash at the end
+        std::vector<std::string> proxies;              ///< addresses whose forwarded address counts
+        std::int64_t threads = 0;                      ///< 0: one for each core
+        std::int64_t connections = 10'000;
+        std::int64_t connectionsPerAddress = 1'000;
+    } http;
+
+    struct StoreSettings
+    {
+        std::string url = "sqlite:state/service.db";
+    } store;
+
+    struct KeySettings
+    {
+        std::filesystem::path folder = "state/keys";
+    } keys;
+
+    struct PlacesSettings
+    {
+        std::filesystem::path file = "state/places.bin";
+    } places;
+
+    struct MetricsSettings
+    {
+        ListenAddress listen = ParseListenAddress("127.0.0.1:8751");
+    } metrics;
+
+    struct Service
+    {
+        std::vector<std::string> dists; ///< distributions that are counted by name
+    } service;
+
+    struct Messages
+    {
+        std::vector<std::string> channels; ///< "spool"
+        std::string signupAddress;
+        std::filesystem::path spool = "state/spool";
+    } messages;
+
+    struct Log
+    {
+        std::string level = "info"; ///< "debug", "info", "warning" or "error"
+    } log;
+};
+
+/// Throws SettingsError for a file that can't be read, is no TOML, has an unknown key or a value that can't
+/// be used.
+[[nodiscard]] Settings ReadSettings(const std::filesystem::path& file);
+/// The same from a text; @p name stands for the file in errors.
+[[nodiscard]] Settings ParseSettings(std::string_view text, std::string_view name);
+
+} // namespace beacond

@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Site.h"
+
+#include "app/Log.h"
+#include "http/Query.h"
+#include "messages/Signups.h"
+#include "pages/Pages.h"
+#include "places/Places.h"
+#include "store/StoreThread.h"
+
+#include <chrono>
+
+namespace beacond {
+
+namespace {
+
+Response Plain(unsigned status, std::string text)
+{
+    return {status, "text/plain; charset=utf-8", std::move(text), {{"Cache-Control", "no-store"}}};
+}
+
+Response OnlyFor(std::string methods)
+{
+    Response refusal = Plain(405, "This address takes " + methods + ".\n");
+    refusal.headers.push_back({"Allow", std::move(methods)});
+    return refusal;
+}
+
+// A name for the log that holds nothing of the request but a path that exists.
+std::string_view LogName(const Request& request, const Response& response)
+{
+    return response.status == 404 ? "unknown" : std::string_view(request.path);
+}
+
+} // namespace
+
+Site::Site(ScriptSources sources, Signups& signups, std::string signupAddress)
+    : m_sources(sources)
+    , m_scripts(std::move(sources))
+    , m_signups(signups)
+    , m_signupAddress(std::move(signupAddress))
+{
+}
+
+boost::asio::awaitable<Response> Site::Answer(const Request& request)
+{
+    const auto begin = std::chrono::steady_clock::now();
+    Response response = co_await AnswerAny(request);
+    LogRequest(
+        LogName(request, response), response.status,
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin));
+    co_return response;
+}
+
+boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
+{
+    if (request.path == "/cgi-bin/dbeacon/sound/sound.pl") {
+        co_return SoundPage();
+    }
+    if (request.path.starts_with(Scripts::kFolder)) {
+        co_return co_await m_scripts.Answer(request);
+    }
+    if (request.path == "/signup") {
+        co_return co_await TakeSignup(request);
+    }
+    if (request.method != Method::Get && request.method != Method::Head) {
+        co_return OnlyFor("GET, HEAD");
+    }
+    if (request.path == "/" || request.path.empty()) {
+        co_return HomePage(m_signups.IsOffered(), m_signupAddress);
+    }
+    if (request.path == "/dbeacon/help.html") {
+        co_return HelpPage();
+    }
+    if (request.path == "/downloads/") {
+        const auto announcements = m_sources.announcements.Get();
+        co_return DownloadsPage(announcements == nullptr ? std::vector<Release>() : announcements->releases);
+    }
+    if (request.path == "/healthz") {
+        co_return Plain(200, "ok\n");
+    }
+    if (request.path == "/readyz") {
+        co_return co_await Readiness();
+    }
+    co_return NotFoundPage();
+}
+
+boost::asio::awaitable<Response> Site::TakeSignup(const Request& request)
+{
+    if (request.method != Method::Post) {
+        co_return OnlyFor("POST");
+    }
+    if (!request.contentType.starts_with("application/x-www-form-urlencoded")) {
+        co_return Plain(415, "A form is expected.\n");
+    }
+    const Query form(request.body, Query::Plus::Space);
+    std::string address = form.Value("address");
+    std::string network = NetworkOf(request.client);
+    co_return SignupPage(co_await m_signups.SignUp(std::move(address), std::move(network), m_sources.now()));
+}
+
+boost::asio::awaitable<Response> Site::Readiness()
+{
+    if (m_sources.places.Get() == nullptr) {
+        co_return Plain(503, "no places are loaded\n");
+    }
+    try {
+        co_await m_sources.store.Run([](Store& store) { return store.DataVersion(); });
+    } catch (const StoreError&) {
+        co_return Plain(503, "the store can't be reached\n");
+    }
+    co_return Plain(200, "ready\n");
+}
+
+} // namespace beacond

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "http/Message.h"
+#include "protocol/Scripts.h"
+
+#include <string>
+
+namespace beacond {
+
+class Signups;
+
+/// Everything that the listener for the world answers: the scripts, the pages, the two health checks.
+/// Thread-safe.
+class Site final
+{
+public:
+    /// @param signupAddress shown on the home page; empty for none
+    Site(ScriptSources sources, Signups& signups, std::string signupAddress);
+
+    [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request);
+    [[nodiscard]] const MessageFigures& Figures() const { return m_scripts.Figures(); }
+
+private:
+    [[nodiscard]] boost::asio::awaitable<Response> AnswerAny(const Request& request);
+    [[nodiscard]] boost::asio::awaitable<Response> TakeSignup(const Request& request);
+    [[nodiscard]] boost::asio::awaitable<Response> Readiness();
+
+    ScriptSources m_sources;
+    Scripts m_scripts;
+    Signups& m_signups;
+    std::string m_signupAddress;
+};
+
+} // namespace beacond

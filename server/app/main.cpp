@@ -1,0 +1,219 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Log.h"
+#include "app/Service.h"
+#include "app/Settings.h"
+#include "places/Importer.h"
+#include "places/Places.h"
+#include "protocol/Announcements.h"
+#include "store/SqliteStore.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <optional>
+
+namespace {
+
+using namespace beacond;
+
+// Bad usage, a bad configuration or a part that can't be opened.
+constexpr int kUnusable = 2;
+
+struct Arguments
+{
+    std::string config;
+    std::string tables = DUSKBEACON_PLACES_TABLES;
+    std::string out;
+    Strip strip;
+    std::int64_t stripId = 0;
+    Release release;
+};
+
+Settings SettingsOf(const Arguments& arguments)
+{
+    return arguments.config.empty() ? Settings() : ReadSettings(arguments.config);
+}
+
+SqliteStore OpenStore(const Arguments& arguments)
+{
+    return SqliteStore(SqlitePath(SettingsOf(arguments).store.url));
+}
+
+void RunServe(const Arguments& arguments)
+{
+    const Settings settings = SettingsOf(arguments);
+    StartLog(settings.log.level);
+    Serve(settings);
+}
+
+void RunImport(const Arguments& arguments)
+{
+    const std::filesystem::path out =
+        arguments.out.empty() ? SettingsOf(arguments).places.file : std::filesystem::path(arguments.out);
+    if (!out.parent_path().empty()) {
+        std::filesystem::create_directories(out.parent_path());
+    }
+    const ImportReport report = ImportPlaces(ImportSources::InFolder(arguments.tables), out);
+    std::cout << out.string() << ": " << report.places << " places, " << report.names << " names, "
+              << report.codes << " postal codes, " << report.scopes << " countries and states\n";
+    for (const auto& [reason, count] : report.skipped) {
+        std::cout << "left out: " << count << " rows, " << reason << '\n';
+    }
+}
+
+void RunCheck(const Arguments& arguments)
+{
+    const Settings settings = SettingsOf(arguments);
+    (void)Places::Open(settings.places.file);
+    if (!settings.http.baseUrl.starts_with("https://")) {
+        std::cout << "http.base_url: \"" << settings.http.baseUrl
+                  << "\" is no https address; the world should reach the service by https\n";
+    }
+    std::cout << "The configuration can be used.\n";
+}
+
+void RunAdAdd(Arguments& arguments)
+{
+    arguments.strip.html.assign(std::istreambuf_iterator<char>(std::cin), {});
+    std::cout << OpenStore(arguments).AddStrip(arguments.strip) << '\n';
+}
+
+void RunAdList(const Arguments& arguments)
+{
+    for (const Strip& strip : OpenStore(arguments).Strips()) {
+        std::cout << strip.id << "\tdist=" << strip.dist << "\tcountry=" << strip.country
+                  << "\tfrom=" << strip.from << "\tuntil=" << strip.until << "\tbytes=" << strip.html.size()
+                  << '\n';
+    }
+}
+
+void RunAdRemove(const Arguments& arguments)
+{
+    if (!OpenStore(arguments).RemoveStrip(arguments.stripId)) {
+        throw StoreError("there is no strip " + std::to_string(arguments.stripId));
+    }
+}
+
+void RunReleaseAdd(const Arguments& arguments)
+{
+    OpenStore(arguments).AddRelease(arguments.release);
+}
+
+void RunReleaseList(const Arguments& arguments)
+{
+    for (const Release& release : OpenStore(arguments).Releases()) {
+        std::cout << release.name << '.' << release.sequence << '\t' << release.url << '\n';
+    }
+}
+
+void RunOutbox(const Arguments& arguments)
+{
+    constexpr std::size_t kMost = 1000;
+    for (const OutboxRow& text : OpenStore(arguments).Outbox(kMost)) {
+        std::cout << text.id << "\tdevice=" << text.device << "\tprayer=" << text.prayer
+                  << "\ttime=" << text.time << "\tplace=" << text.place << '\n';
+    }
+}
+
+void RunStarts(const Arguments& arguments)
+{
+    for (const StartCount& starts : OpenStore(arguments).Starts()) {
+        std::cout << DayText(std::chrono::sys_days(std::chrono::days(starts.day))) << '\t' << starts.country
+                  << '\t' << starts.dist << '\t' << starts.count << '\n';
+    }
+}
+
+std::string CheckVersionNumber(const std::string& text)
+{
+    return IsVersionNumber(text) ? std::string() : "a number such as 6 is expected";
+}
+
+std::string CheckDay(const std::string& text)
+{
+    const bool isDay = text.size() == 10 && text[4] == '-' && text[7] == '-' &&
+                       text.find_first_not_of("0123456789-") == std::string::npos;
+    return isDay ? std::string() : "a day such as 2027-03-10 is expected";
+}
+
+std::string CheckPageAddress(const std::string& text)
+{
+    const bool isHttp = text.starts_with("http://") || text.starts_with("https://");
+    const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < '\x7F'; });
+    return isHttp && isPlain ? std::string() : "an http or https address in ASCII is expected";
+}
+
+void AddAdCommands(CLI::App& program, Arguments& arguments)
+{
+    CLI::App* const ad = program.add_subcommand("ad", "the strips that the program shows");
+    ad->require_subcommand(1);
+    CLI::App* const add = ad->add_subcommand("add", "adds a strip, whose HTML is read from standard input");
+    add->add_option("--dist", arguments.strip.dist, "distribution that shows it; all without");
+    add->add_option("--country", arguments.strip.country, "two letters; all without");
+    add->add_option("--from", arguments.strip.from, "first day")->check(CheckDay);
+    add->add_option("--until", arguments.strip.until, "last day")->check(CheckDay);
+    add->callback([&arguments] { RunAdAdd(arguments); });
+    ad->add_subcommand("list", "lists them")->callback([&arguments] { RunAdList(arguments); });
+    CLI::App* const remove = ad->add_subcommand("remove", "removes one");
+    remove->add_option("id", arguments.stripId, "its number in the list")->required();
+    remove->callback([&arguments] { RunAdRemove(arguments); });
+}
+
+void AddReleaseCommands(CLI::App& program, Arguments& arguments)
+{
+    CLI::App* const release =
+        program.add_subcommand("release", "the releases that are offered to older ones");
+    release->require_subcommand(1);
+    CLI::App* const add = release->add_subcommand("add", "adds one");
+    add->add_option("name", arguments.release.name, "the version")->required()->check(CheckVersionNumber);
+    add->add_option("sequence", arguments.release.sequence, "its sequence number")
+        ->required()
+        ->check(CheckVersionNumber);
+    add->add_option("url", arguments.release.url, "the page that offers it")
+        ->required()
+        ->check(CheckPageAddress);
+    add->callback([&arguments] { RunReleaseAdd(arguments); });
+    release->add_subcommand("list", "lists them")->callback([&arguments] { RunReleaseList(arguments); });
+}
+
+int RunProgram(int argc, char** argv)
+{
+    CLI::App program("Answers the requests of Dusk Beacon.", "dusk-beacond");
+    Arguments arguments;
+    program.require_subcommand(1);
+    program.fallthrough();
+    program.add_option("--config", arguments.config, "configuration file; defaults without");
+    program.add_subcommand("serve", "answers until SIGTERM")->callback([&] { RunServe(arguments); });
+    program.add_subcommand("check", "says whether the configuration can be used")->callback([&] {
+        RunCheck(arguments);
+    });
+    CLI::App* const import = program.add_subcommand("import", "makes the places file");
+    import->add_option("--out", arguments.out, "the file; that of the configuration without");
+    import->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();
+    import->callback([&] { RunImport(arguments);
+});
+program.add_subcommand("outbox", "lists the texts that wait")->callback([&] { RunOutbox(arguments); });
+program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
+    ->callback([&] { RunStarts(arguments); });
+AddAdCommands(program, arguments);
+AddReleaseCommands(program, arguments);
+try {
+    program.parse(argc, argv);
+    return 0;
+} catch (const CLI::ParseError& error) {
+    return program.exit(error) == 0 ? 0 : kUnusable;
+}
+} // namespace
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return RunProgram(argc, argv);
+    } catch (const std::exception& error) {
+        std::cerr << "dusk-beacond: " << error.what() << '\n';
+        return kUnusable;
+    }
+}

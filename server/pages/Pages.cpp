@@ -1,0 +1,195 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "pages/Pages.h"
+
+#include "store/Store.h"
+
+#include <string>
+
+namespace beacond {
+
+namespace {
+
+constexpr std::string_view kStyle =
+    "body{font:16px/1.5 sans-serif;color:#222;background:#fff;max-width:42em;margin:2em auto;padding:0 1em}"
+    "h1,h2{color:#123a5c;line-height:1.2}a{color:#0b5394}input,button{font:inherit;padding:.4em .6em}"
+    "footer{margin-top:3em;border-top:1px solid #ccc;color:#555;font-size:.875em}"
+    "@media(prefers-color-scheme:dark){body{color:#ddd;background:#14181c}h1,h2{color:#9cc4e8}a{color:#"
+    "8ab8e6}}";
+
+std::string Escaped(std::string_view text)
+{
+    std::string escaped;
+    for (const char character : text) {
+        switch (character) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        case '\'':
+            escaped += "&#39;";
+            break;
+        default:
+            escaped += character;
+        }
+    }
+    return escaped;
+}
+
+Response Page(unsigned status, std::string_view title, std::string_view content, bool mayBeCached)
+{
+    std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+                       "<meta name=\"viewport\" content=\"width=device-width\">\n<title>";
+    html += title;
+    html += "</title>\n<style>";
+    html += kStyle;
+    html += "</style>\n</head>\n<body>\n";
+    html += content;
+    html +=
+        "<footer><p><a href=\"/\">Home</a> \xC2\xB7 <a href=\"/dbeacon/help.html\">Help</a> \xC2\xB7 "
+        "<a href=\"/downloads/\">Downloads</a></p>\n"
+        "<p>Places: <a href=\"https://www.geonames.org/\">GeoNames</a>, CC BY 4.0, changed.</p></footer>\n"
+        "</body>\n</html>\n";
+    Response response{status, "text/html; charset=utf-8", std::move(html), {}};
+    response.headers = {
+        {"Cache-Control", mayBeCached ? "max-age=300" : "no-store"},
+        {"Content-Security-Policy",
+         "default-src 'none'; style-src 'unsafe-inline'; form-action 'self'; base-uri 'none'; "
+         "frame-ancestors 'none'"},
+        {"Referrer-Policy", "no-referrer"},
+        {"X-Content-Type-Options", "nosniff"},
+    };
+    return response;
+}
+
+constexpr std::string_view kSignupForm =
+    "<p>A message can come to you at each prayer that you choose in the program. Enter your mail address: an "
+    "ID and a "
+    "personal code come back, which you enter in the program under <em>Alerts</em>, <em>Mobile "
+    "Alert</em>.</p>\n"
+    "<form method=\"post\" action=\"/signup\"><p><label for=\"address\">Mail address</label><br>\n"
+    "<input id=\"address\" name=\"address\" type=\"email\" autocomplete=\"email\" maxlength=\"254\" required "
+    "size=\"30\">\n"
+    "<button>Send me an ID and a code</button></p>\n"
+    "<p>By sending it you agree that the address is kept, encrypted, for these messages alone, until you ask "
+    "for its "
+    "end.</p></form>\n";
+
+} // namespace
+
+Response HomePage(bool offersSignup, std::string_view signupAddress)
+{
+    std::string content = "<h1>Dusk Beacon</h1>\n<p>Dusk Beacon keeps the daily Islamic prayer times for one "
+                          "place on your desktop and "
+                          "announces each one when it comes.</p>\n<h2>Messages at prayer time</h2>\n";
+    if (offersSignup) {
+        content += kSignupForm;
+    } else {
+        content += "<p>This service sends no messages.</p>\n";
+    }
+    if (offersSignup && !signupAddress.empty()) {
+        content += "<p>Or write to " + Escaped(signupAddress) + " with the word \"test\".</p>\n";
+    }
+    return Page(200, "Dusk Beacon", content, true);
+}
+
+Response HelpPage()
+{
+    return Page(
+        200, "Dusk Beacon: help",
+        "<h1>Help</h1>\n"
+        "<h2>The main window</h2>\n<p>It shows the place and how its times are calculated, today's date in "
+        "both "
+        "calendars, the six times from Fajr to Isha, the time left to the next one, the direction of the "
+        "Qibla, "
+        "and the sun and the moon in the sky. Minimised, the program stays in the notification area: a right "
+        "click on its icon opens it again, or ends it.</p>\n"
+        "<h2>Choosing a place</h2>\n<p><em>Locations</em> lists the places that the program knows. <em>Get "
+        "New "
+        "Location</em> finds more: by zip code, or by country and the first letters of the city. "
+        "<em>Add</em> "
+        "takes one into the list, <em>Set Current</em> makes it the place whose times are shown.</p>\n"
+        "<h2>Calculation</h2>\n<p><em>Alerts</em>, page <em>General</em>: the method, or twilight angles of "
+        "your "
+        "own; the Asr method; the clock; daylight saving, which is yours to tick in summer; and a warning "
+        "some "
+        "minutes ahead.</p>\n"
+        "<h2>Alerts</h2>\n<p>A click on a prayer's name opens its page: whether it is announced at all, with "
+        "a "
+        "window, with a sound of your choice, with a message to your mobile device. <em>Stop</em> in the "
+        "main "
+        "window ends the sound.</p>\n"
+        "<h2>Messages</h2>\n<p>Sign up on the <a href=\"/\">home page</a>. An ID and a personal code come to "
+        "you; enter both on the page <em>Mobile Alert</em> and click <em>Register</em>. The computer has to "
+        "be "
+        "on and the program running at prayer time: it asks for each message.</p>\n"
+        "<h2>Something is wrong</h2>\n<p>Times an hour off: look at <em>Use Day Light Savings</em>. A window "
+        "that says \"Error - 5\" or \"Error - 6\": the file settings.xml is damaged or holds a value that "
+        "can't be used.</p>\n",
+        true);
+}
+
+Response SoundPage()
+{
+    return Page(200, "Dusk Beacon: sounds",
+                "<h1>Sounds</h1>\n<p>This service offers no sounds yet. The program plays any WAV, MP3 or "
+                "OGG file that "
+                "lies on your computer: choose it on the page of a prayer, under <em>Alerts</em>.</p>\n",
+                true);
+}
+
+Response DownloadsPage(const std::vector<Release>& releases)
+{
+    std::string content = "<h1>Downloads</h1>\n";
+    content += releases.empty() ? "<p>There is no release yet.</p>\n" : "<ul>\n";
+    for (auto release = releases.rbegin(); release != releases.rend(); ++release) {
+        content += "<li><a href=\"" + Escaped(release->url) + "\">Dusk Beacon " + Escaped(release->name) +
+                   "." + Escaped(release->sequence) + "</a></li>\n";
+    }
+    content += releases.empty() ? "" : "</ul>\n";
+    return Page(200, "Dusk Beacon: downloads", content, true);
+}
+
+Response SignupPage(Signups::Outcome outcome)
+{
+    switch (outcome) {
+    case Signups::Outcome::Sent:
+        return Page(
+            200, "Dusk Beacon: sign-up",
+            "<h1>The message is on its way</h1>\n<p>It brings your mobile device ID and your personal code, "
+            "which is good for 30 minutes.</p>\n",
+            false);
+    case Signups::Outcome::NotOffered:
+        return Page(404, "Dusk Beacon: sign-up",
+                    "<h1>No messages</h1>\n<p>This service sends no messages.</p>\n", false);
+    case Signups::Outcome::NoAddress:
+        return Page(
+            400, "Dusk Beacon: sign-up",
+            "<h1>This is no mail address</h1>\n<p>Please <a href=\"/\">go back</a> and check it.</p>\n",
+            false);
+    case Signups::Outcome::TooMany:
+        return Page(429, "Dusk Beacon: sign-up",
+                    "<h1>Too many sign-ups</h1>\n<p>Please try again tomorrow.</p>\n", false);
+    case Signups::Outcome::Failed:
+        break;
+    }
+    return Page(503, "Dusk Beacon: sign-up",
+                "<h1>That did not work</h1>\n<p>The service can't send anything just now. Please try again "
+                "later.</p>\n",
+                false);
+}
+
+Response NotFoundPage()
+{
+    return Page(404, "Dusk Beacon", "<h1>There is no such page</h1>\n", false);
+}
+
+} // namespace beacond

@@ -1,0 +1,158 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "server/app/ServiceProcess.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <signal.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <chrono>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <thread>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+std::string Content(const std::string& path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+void Redirect(const std::string& path, int flags, int to)
+{
+    const int descriptor = ::open(path.c_str(), flags, 0600);
+    if (descriptor < 0 || ::dup2(descriptor, to) < 0) {
+        ::_exit(126);
+    }
+}
+
+} // namespace
+
+ServiceProcess::ServiceProcess(std::string folder, const std::vector<std::string>& arguments,
+                               const std::string& input)
+    : m_folder(std::move(folder))
+{
+    std::ofstream(m_folder + "/input") << input;
+    std::vector<char*> words;
+    std::string program = DUSKBEACON_SERVICE_PROGRAM;
+    words.push_back(program.data());
+    std::vector<std::string> copies = arguments;
+    for (std::string& argument : copies) {
+        words.push_back(argument.data());
+    }
+    words.push_back(nullptr);
+    m_process = ::fork();
+    if (m_process == 0) {
+        if (::chdir(m_folder.c_str()) != 0) {
+            ::_exit(126);
+        }
+        Redirect("input", O_RDONLY, 0);
+        Redirect("output", O_WRONLY | O_CREAT | O_TRUNC, 1);
+        Redirect("errors", O_WRONLY | O_CREAT | O_TRUNC, 2);
+        ::execv(program.c_str(), words.data());
+        ::_exit(127);
+    }
+}
+
+ServiceProcess::~ServiceProcess()
+{
+    if (m_process > 0) {
+        ::kill(m_process, SIGKILL);
+        ::waitpid(m_process, nullptr, 0);
+    }
+}
+
+void ServiceProcess::Signal(int number) const
+{
+    ::kill(m_process, number);
+}
+
+ProcessEnd ServiceProcess::Wait()
+{
+    int status = 0;
+    ::waitpid(m_process, &status, 0);
+    m_process = -1;
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), Content(m_folder + "/output"),
+            Errors()};
+}
+
+std::string ServiceProcess::Errors() const
+{
+    return Content(m_folder + "/errors");
+}
+
+bool ServiceProcess::HasEnded() const
+{
+    siginfo_t ended = {};
+    return ::waitid(P_PID, static_cast<id_t>(m_process), &ended, WEXITED | WNOHANG | WNOWAIT) != 0 ||
+           ended.si_pid != 0;
+}
+
+bool ServiceProcess::AwaitLog(const std::string& text)
+{
+    const auto deadline = std::chrono::steady_clock::now() + 10s;
+    while (Errors().find(text) == std::string::npos) {
+        if (std::chrono::steady_clock::now() > deadline || HasEnded()) {
+            return false;
+        }
+        std::this_thread::sleep_for(5ms);
+    }
+    return true;
+}
+
+unsigned short ServiceProcess::AwaitPort()
+{
+    std::smatch match;
+    if (!AwaitLog("ready on port ")) {
+        return 0;
+    }
+    const std::string errors = Errors();
+    std::regex_search(errors, match, std::regex("ready on port ([0-9]+)"));
+    return static_cast<unsigned short>(std::stoi(match[1]));
+}
+
+ProcessEnd RunService(const std::string& folder, const std::vector<std::string>& arguments,
+                      const std::string& input)
+{
+    return ServiceProcess(folder, arguments, input).Wait();
+}
+
+std::string Exchange(unsigned short port, const std::string& request)
+{
+    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const timeval limit = {10, 0};
+    ::setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+    sockaddr_in address = {};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    std::string reply;
+    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+        ::send(socket, request.data(), request.size(), MSG_NOSIGNAL) ==
+            static_cast<ssize_t>(request.size())) {
+        std::array<char, 4096> bytes{};
+        for (ssize_t count = 0; (count = ::recv(socket, bytes.data(), bytes.size(), 0)) > 0;) {
+            reply.append(bytes.data(), static_cast<std::size_t>(count));
+        }
+    }
+    ::close(socket);
+    return reply;
+}
+
+std::string Fetch(unsigned short port, const std::string& target)
+{
+    const std::string reply =
+        Exchange(port, "GET " + target + " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n\r\n");
+    const std::size_t end = reply.find("\r\n\r\n");
+    return end == std::string::npos ? std::string() : reply.substr(end + 4);
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "server/TemporaryFolder.h"
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+/// How a run of dusk-beacond ended, and what it wrote.
+struct ProcessEnd
+{
+    int status = -1; ///< exit status, or 128 and the signal
+    std::string output;
+    std::string errors;
+};
+
+/// The real program, started in a folder of its own.
+class ServiceProcess final
+{
+public:
+    /// @param folder becomes the working directory
+    ServiceProcess(std::string folder, const std::vector<std::string>& arguments,
+                   const std::string& input = {});
+    /// Kills it if it still runs.
+    ~ServiceProcess();
+    ServiceProcess(const ServiceProcess&) = delete;
+    ServiceProcess& operator=(const ServiceProcess&) = delete;
+
+    void Signal(int number) const;
+    /// Waits for its end.
+    ProcessEnd Wait();
+    /// Waits until its log says that it is ready; answers the port, or 0 if it ended before.
+    unsigned short AwaitPort();
+    /// Waits until its log holds the text; false if it doesn't within ten seconds.
+    bool AwaitLog(const std::string& text);
+
+private:
+    [[nodiscard]] std::string Errors() const;
+    [[nodiscard]] bool HasEnded() const;
+
+    std::string m_folder;
+    pid_t m_process = -1;
+};
+
+/// Runs it to its end.
+[[nodiscard]] ProcessEnd RunService(const std::string& folder, const std::vector<std::string>& arguments,
+                                    const std::string& input = {});
+
+/// The body of the reply to a GET of the loopback, empty if there was none.
+[[nodiscard]] std::string Fetch(unsigned short port, const std::string& target);
+/// The whole reply to what is sent.
+[[nodiscard]] std::string Exchange(unsigned short port, const std::string& request);

@@ -1,0 +1,268 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "server/app/ServiceProcess.h"
+#include "server/places/SmallTables.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <regex>
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kScripts = "/cgi-bin/dbeacon/";
+const std::string kForm = "application/x-www-form-urlencoded";
+
+} // namespace
+
+/// The real program over a small places file, on ports that the system chooses.
+class ServiceTest : public testing::Test
+{
+protected:
+    ServiceTest()
+    {
+        SmallTables tables;
+        tables.places = PlaceLine{"104515", "Makkah", "Mecca",   "21.42664",   "39.82563",
+                                  "SA",     "14",     "1323624", "Asia/Riyadh"}
+                            .Text();
+        tables.Import(folder);
+        Configure("");
+    }
+
+    void Configure(const std::string& more)
+    {
+        Write(folder / "service.toml",
+              "[http]\nlisten = \"127.0.0.1:0\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
+              "[places]\nfile = \"places.bin\"\n" +
+                  more);
+    }
+    [[nodiscard]] std::string Path() const { return (folder / "").string(); }
+    ProcessEnd Run(std::vector<std::string> arguments, const std::string& input = {})
+    {
+        arguments.insert(arguments.end(), {"--config", "service.toml"});
+        return RunService(Path(), arguments, input);
+    }
+    std::string PostSignup(unsigned short port, const std::string& body)
+    {
+        return Exchange(
+            port, "POST /signup HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\nContent-Type: " + kForm +
+                      "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    }
+    /// The personal code of the one message in the spool.
+    std::string CodeInSpool()
+    {
+        for (const auto& entry : fs::directory_iterator(folder / "state/spool")) {
+            const std::string text = Read(entry.path());
+            std::smatch match;
+            if (std::regex_search(text, match, std::regex("personal code: ([0-9 ]+)"))) {
+                return match[1];
+            }
+        }
+        return {};
+    }
+
+    TemporaryFolder folder;
+    const std::vector<std::string> serve{"serve", "--config", "service.toml"};
+};
+
+TEST_F(ServiceTest, term_endsWithZeroAfterAnswering)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_EQ(Fetch(port, kScripts + "getNumMatchingCities.pl?state_id=SA&city_string=ma"),
+              R"(<root num_matches="1" max_matches="200"/>)");
+    EXPECT_EQ(Fetch(port, "/healthz"), "ok\n");
+    EXPECT_EQ(Fetch(port, "/readyz"), "ready\n");
+    service.Signal(SIGTERM);
+    EXPECT_EQ(service.Wait().status, 0);
+}
+
+TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_EQ(Fetch(port, kScripts + "startup.pl?prod_string=secret&city=Nowhere"), "<root/>");
+    EXPECT_THAT(Fetch(port, "/hidden/secret"), HasSubstr("no such page"));
+    service.Signal(SIGTERM);
+    const std::string log = service.Wait().errors;
+    EXPECT_THAT(log, Not(HasSubstr("secret")));
+    EXPECT_THAT(log, Not(HasSubstr("Nowhere")));
+    EXPECT_THAT(log, Not(HasSubstr("127.0.0.1")));
+    EXPECT_THAT(log, HasSubstr(R"("request":"/cgi-bin/dbeacon/startup.pl","status":200,"microseconds":)"));
+}
+
+TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
+{
+    const struct
+    {
+        const char* name;
+        std::function<void()> spoil;
+        std::string line;
+    } rows[] = {
+        {"no configuration", [&] { fs::remove(folder / "service.toml"); }, "service.toml: can't be read"},
+        {"unknown key", [&] { Configure("[htpp]\na = 1\n"); }, "service.toml:7: htpp: unknown key"},
+        {"no places", [&] { fs::remove(folder / "places.bin"); }, "places.bin"},
+        {"store", [&] { Configure("[store]\nurl = \"sqlite:/proc/none/a.db\"\n"); }, "/proc/none/a.db"},
+        {"keys", [&] { Configure("[keys]\nfolder = \"/proc/none\"\n"); }, "/proc/none"},
+        {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
+         "/proc/none"},
+        {"proxies", [&] { Write(folder / "service.toml", "[http]\nproxies = [\"a\"]\n"); }, "a"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string places = Read(folder / "places.bin");
+        Configure("");
+        row.spoil();
+        const ProcessEnd end = Run({"serve"});
+        EXPECT_EQ(end.status, 2);
+        EXPECT_THAT(end.errors, StartsWith("dusk-beacond: "));
+        EXPECT_THAT(end.errors, HasSubstr(row.line));
+        EXPECT_EQ(std::count(end.errors.begin(), end.errors.end(), '\n'), 1) << end.errors;
+        Write(folder / "places.bin", places);
+    }
+}
+
+TEST_F(ServiceTest, portInUse_isOneLineAndStatusTwo)
+{
+    ServiceProcess first(Path(), serve);
+    const std::string port = std::to_string(first.AwaitPort());
+    const TemporaryFolder other;
+    Write(other / "service.toml", "[http]\nlisten = \"127.0.0.1:" + port + "\"\n");
+
+    const ProcessEnd end = RunService((other / "").string(), serve);
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.errors, HasSubstr("127.0.0.1:" + port));
+}
+
+TEST_F(ServiceTest, signup_isConfirmedAndItsTextReachesTheOutbox)
+{
+    Configure("[messages]\nchannels = [\"spool\"]\n");
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_THAT(Fetch(port, "/"), HasSubstr("<form method=\"post\" action=\"/signup\">"));
+    EXPECT_THAT(PostSignup(port, "address=some.one%2Btag%40example.org"),
+                HasSubstr("The message is on its way"));
+    std::string code = CodeInSpool();
+    ASSERT_EQ(code.size(), 19U);
+    std::replace(code.begin(), code.end(), ' ', '-');
+
+    EXPECT_THAT(Fetch(port, kScripts + "ma/confirmSignup.pl?prod_string=pc&vCode=" + code + "&dist_string="),
+                StartsWith("<root result=\"1\" message=\""));
+    EXPECT_EQ(Fetch(port, kScripts +
+                              "prayerCall.pl?prod_string=pc&aid=SA-G104515&pno=5&alert_type=Normal&ma=1&"
+                              "dist_string=&time=18:42&aid=SA-G104515"),
+              "<root/>");
+    service.Signal(SIGKILL);
+    EXPECT_EQ(service.Wait().status, 128 + SIGKILL);
+    EXPECT_THAT(Run({"outbox"}).output, HasSubstr("\tprayer=5\ttime=18:42\tplace=SA-G104515\n"));
+}
+
+TEST_F(ServiceTest, signup_withoutAChannel_isNotOffered)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_THAT(Fetch(port, "/"), HasSubstr("This service sends no messages."));
+    EXPECT_THAT(PostSignup(port, "address=a%40example.org"), StartsWith("HTTP/1.1 404 "));
+}
+
+TEST_F(ServiceTest, signup_requestsThatAreNone_areRefused)
+{
+    Configure("[messages]\nchannels = [\"spool\"]\n");
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_THAT(PostSignup(port, "address=nobody"), StartsWith("HTTP/1.1 400 "));
+    EXPECT_THAT(PostSignup(port, ""), StartsWith("HTTP/1.1 400 "));
+    EXPECT_THAT(Exchange(port, "GET /signup HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n"),
+                StartsWith("HTTP/1.1 405 "));
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_THAT(PostSignup(port, "address=a%40example.org"), StartsWith("HTTP/1.1 200 "));
+    }
+    EXPECT_THAT(PostSignup(port, "address=A%40example.org"), StartsWith("HTTP/1.1 429 "));
+}
+
+TEST_F(ServiceTest, announcementsAddedByCommands_areServedAndRemoved)
+{
+    EXPECT_EQ(Run({"ad", "add"}, "<b>Eid</b>").output, "1\n");
+    EXPECT_EQ(Run({"release", "add", "1", "6", "https://example.org/"}).status, 0);
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_THAT(Fetch(port, kScripts + "getAd.pl"), HasSubstr("ad_url=\"PGI+RWlkPC9iPg==\""));
+    EXPECT_THAT(Fetch(port, kScripts + "version.pl?curr_v=1&curr_s=5"), HasSubstr("version_sequence=\"6\""));
+    EXPECT_THAT(Fetch(port, "/downloads/"),
+                HasSubstr("<a href=\"https://example.org/\">Dusk Beacon 1.6</a>"));
+    EXPECT_THAT(Run({"ad", "list"}).output, StartsWith("1\t"));
+
+    EXPECT_EQ(Run({"ad", "remove", "1"}).status, 0);
+    for (int i = 0; i < 100 && Fetch(port, kScripts + "getAd.pl").find("ad_url=\"\"") == std::string::npos;
+         ++i) {
+        ::usleep(100'000);
+    }
+    EXPECT_THAT(Fetch(port, kScripts + "getAd.pl"), HasSubstr("ad_url=\"\""));
+    EXPECT_EQ(Run({"ad", "remove", "1"}).status, 2);
+}
+
+TEST_F(ServiceTest, hup_takesANewPlacesFileAndKeepsTheOldOneBeforeADamagedOne)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    const std::string count = kScripts + "getNumMatchingCities.pl?state_id=SA&city_string=je";
+    EXPECT_THAT(Fetch(port, count), HasSubstr("num_matches=\"0\""));
+    SmallTables tables;
+    tables.places =
+        PlaceLine{"105343", "Jeddah", "", "21.49012", "39.18624", "SA", "14", "2867446", "Asia/Riyadh"}
+            .Text();
+    tables.Import(folder);
+    service.Signal(SIGHUP);
+    ASSERT_TRUE(service.AwaitLog("the places were read again"));
+    EXPECT_THAT(Fetch(port, count), HasSubstr("num_matches=\"1\""));
+
+    fs::remove(folder / "places.bin");
+    Write(folder / "places.bin", "damaged");
+    service.Signal(SIGHUP);
+    ASSERT_TRUE(service.AwaitLog("the places before go on"));
+    EXPECT_THAT(Fetch(port, count), HasSubstr("num_matches=\"1\""));
+}
+
+TEST_F(ServiceTest, startsAreStoredAtTheEnd)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_EQ(Fetch(port, kScripts + "startup.pl?aid=SA-G104515"), "<root/>");
+    service.Signal(SIGTERM);
+    EXPECT_EQ(service.Wait().status, 0);
+    EXPECT_THAT(Run({"starts"}).output, MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}\tSA\tother\t1\n"));
+}
+
+TEST_F(ServiceTest, commandLine_mistakesAreStatusTwo)
+{
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{},
+                                                      {"sing"},
+                                                      {"ad"},
+                                                      {"release", "add", "one", "6", "https://a/"},
+                                                      {"release", "add", "1", "6", "javascript:alert(1)"},
+                                                      {"ad", "add", "--from", "tomorrow"}}) {
+        EXPECT_EQ(RunService(Path(), arguments).status, 2);
+    }
+    EXPECT_EQ(RunService(Path(), {"--help"}).status, 0);
+}
+
+TEST_F(ServiceTest, check_saysWhetherTheConfigurationCanBeUsed)
+{
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output, HasSubstr("http.base_url: \"http://localhost:8750\" is no https address"));
+    EXPECT_THAT(end.output, EndsWith("The configuration can be used.\n"));
+    Configure("[log]\nlevel = \"loud\"\n");
+    EXPECT_EQ(Run({"check"}).status, 2);
+}

@@ -1,0 +1,174 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Settings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+using namespace beacond;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+namespace {
+
+std::string ErrorOf(const std::string& text)
+{
+    try {
+        (void)ParseSettings(text, "service.toml");
+    } catch (const SettingsError& error) {
+        return error.what();
+    }
+    return {};
+}
+
+std::string Example()
+{
+    std::ifstream file(DUSKBEACON_SETTINGS_EXAMPLE);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+} // namespace
+
+TEST(Settings, empty_hasTheDefaults)
+{
+    const Settings settings = ParseSettings("", "service.toml");
+
+    EXPECT_EQ(settings.http.listen, ParseListenAddress("127.0.0.1:8750"));
+    EXPECT_EQ(settings.http.baseUrl, "http://localhost:8750");
+    EXPECT_EQ(settings.store.url, "sqlite:state/service.db");
+    EXPECT_EQ(settings.metrics.listen, ParseListenAddress("127.0.0.1:8751"));
+}
+
+TEST(Settings, everyKey_isTaken)
+{
+    const Settings settings = ParseSettings(R"(
+[http]
+listen = "[::1]:80"
+base_url = "https://service.example.org/"
+proxies = ["127.0.0.1", "10.0.0.0/8"]
+threads = 3
+connections = 20
+connections_per_address = 5
+[store]
+url = "sqlite:/var/lib/a.db"
+[keys]
+folder = "/etc/keys"
+[places]
+file = "/var/lib/places.bin"
+[metrics]
+listen = "127.0.0.1:9"
+[service]
+dists = ["mosque"]
+[messages]
+channels = ["spool"]
+signup_address = "signup@example.org"
+spool = "/var/spool/beacond"
+[log]
+level = "debug"
+)",
+                                            "service.toml");
+
+    EXPECT_EQ(settings.http.listen, ParseListenAddress("[::1]:80"));
+    EXPECT_EQ(settings.http.baseUrl, "https://service.example.org");
+    EXPECT_THAT(settings.http.proxies, ElementsAre("127.0.0.1", "10.0.0.0/8"));
+    EXPECT_EQ(settings.http.threads, 3);
+    EXPECT_EQ(settings.http.connections, 20);
+    EXPECT_EQ(settings.http.connectionsPerAddress, 5);
+    EXPECT_EQ(settings.store.url, "sqlite:/var/lib/a.db");
+    EXPECT_EQ(settings.keys.folder, "/etc/keys");
+    EXPECT_EQ(settings.places.file, "/var/lib/places.bin");
+    EXPECT_EQ(settings.metrics.listen.port(), 9);
+    EXPECT_THAT(settings.service.dists, ElementsAre("mosque"));
+    EXPECT_THAT(settings.messages.channels, ElementsAre("spool"));
+    EXPECT_EQ(settings.messages.signupAddress, "signup@example.org");
+    EXPECT_EQ(settings.messages.spool, "/var/spool/beacond");
+    EXPECT_EQ(settings.log.level, "debug");
+}
+
+TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
+{
+    const std::string kAddress = " is no address and port, such as 127.0.0.1:8750 or [::1]:8750";
+    const std::string kUrl = "an http or https address is expected, such as \"https://service.example.org\"";
+    const struct
+    {
+        const char* text;
+        std::string error;
+    } rows[] = {
+        {"[http]\nlisten = 8750", "service.toml:2: http.listen: a text in quotes is expected"},
+        {"[http]\nlisten = \"localhost:8750\"", "service.toml:2: http.listen: \"localhost:8750\"" + kAddress},
+        {"[http]\nlisten = \"127.0.0.1\"", "service.toml:2: http.listen: \"127.0.0.1\"" + kAddress},
+        {"[http]\nlisten = \"127.0.0.1:65536\"",
+         "service.toml:2: http.listen: \"127.0.0.1:65536\"" + kAddress},
+        {"[http]\nlisten = \"::1:80\"", "service.toml:2: http.listen: \"::1:80\"" + kAddress},
+        {"[http]\nlisten = \"\"", "service.toml:2: http.listen: \"\"" + kAddress},
+        {"[http]\nbase_url = \"ftp://a\"", "service.toml:2: http.base_url: " + kUrl},
+        {"[http]\nbase_url = \"https://\"", "service.toml:2: http.base_url: " + kUrl},
+        {"[http]\nbase_url = \"http://a b\"", "service.toml:2: http.base_url: " + kUrl},
+        {"[http]\nproxies = [1]", "service.toml:2: http.proxies: a list of texts is expected"},
+        {"[http]\nthreads = -1", "service.toml:2: http.threads: a whole number from 0 to 256 is expected"},
+        {"[http]\nthreads = 1.5", "service.toml:2: http.threads: a whole number from 0 to 256 is expected"},
+        {"[store]\nurl = \"mysql://a\"", "service.toml:2: store.url: \"sqlite:\" and a path are expected"},
+        {"[places]\nfile = \"\"", "service.toml:2: places.file: a path is expected"},
+        {"[messages]\n\nchannels = [\"pigeon\"]",
+         "service.toml:3: messages.channels: \"pigeon\" is no channel; \"spool\" is one"},
+        {"[log]\nlevel = \"loud\"",
+         "service.toml:2: log.level: \"debug\", \"info\", \"warning\" or \"error\" is expected"},
+        {"[http]\nlisten = \"127.0.0.1:1\"\nlisen = 1", "service.toml:3: http.lisen: unknown key"},
+        {"\n[htpp]\nlisten = 1", "service.toml:2: htpp: unknown key"},
+        {"http = 1", "service.toml:1: http: unknown key"},
+        {"[http.listen]\na = 1", "service.toml:1: http.listen: a text in quotes is expected"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(ErrorOf(row.text), row.error) << row.text;
+    }
+}
+
+TEST(Settings, noToml_isRefusedWithItsLine)
+{
+    EXPECT_THAT(ErrorOf("[http]\nlisten ="), StartsWith("service.toml:2: "));
+}
+
+TEST(Settings, fileThatCantBeRead_isRefusedWithItsPath)
+{
+    for (const char* const path : {"/nonexistent/service.toml", "/tmp"}) {
+        try {
+            (void)ReadSettings(path);
+            ADD_FAILURE() << path;
+        } catch (const SettingsError& error) {
+            EXPECT_EQ(error.what(), std::string(path) + ": can't be read");
+        }
+    }
+}
+
+TEST(Settings, example_namesEveryKeyWithItsDefault)
+{
+    const std::string example = Example();
+    const Settings shown = ParseSettings(example, "service.toml.example");
+    const Settings defaults;
+
+    EXPECT_EQ(shown.http.listen, defaults.http.listen);
+    EXPECT_EQ(shown.http.baseUrl, defaults.http.baseUrl);
+    EXPECT_EQ(shown.http.proxies, defaults.http.proxies);
+    EXPECT_EQ(shown.http.threads, defaults.http.threads);
+    EXPECT_EQ(shown.http.connections, defaults.http.connections);
+    EXPECT_EQ(shown.http.connectionsPerAddress, defaults.http.connectionsPerAddress);
+    EXPECT_EQ(shown.store.url, defaults.store.url);
+    EXPECT_EQ(shown.keys.folder, defaults.keys.folder);
+    EXPECT_EQ(shown.places.file, defaults.places.file);
+    EXPECT_EQ(shown.metrics.listen, defaults.metrics.listen);
+    EXPECT_EQ(shown.service.dists, defaults.service.dists);
+    EXPECT_EQ(shown.messages.channels, defaults.messages.channels);
+    EXPECT_EQ(shown.messages.signupAddress, defaults.messages.signupAddress);
+    EXPECT_EQ(shown.messages.spool, defaults.messages.spool);
+    EXPECT_EQ(shown.log.level, defaults.log.level);
+    for (const char* const key : {"listen = ", "base_url = ", "proxies = ", "threads = ", "connections = ",
+                                  "connections_per_address = ", "url = ", "folder = ", "file = ", "dists = ",
+                                  "channels = ", "signup_address = ", "spool = ", "level = "}) {
+        EXPECT_NE(example.find(std::string("\n") + key), std::string::npos) << key;
+    }
+}
