@@ -50,7 +50,10 @@ def faults():
                 yield f"{where}: only platform/ calls the operating system"
             if folder == "calculation" and re.match(r"#include <Q", line):
                 yield f"{where}: the calculation knows no Qt"
-    for folder in ("src", "tests", "bench", "data"):
+    for path in sources("server"):
+        if re.search(r"#include <Q|#include \"(?:platform|forms)/", path.read_text()):
+            yield f"{path.relative_to(TREE)}: the service knows neither Qt nor the desktop program"
+    for folder in ("src", "server", "tests", "bench", "data"):
         for path in sources(folder):
             text = path.read_text().splitlines()
             if len(text) > 500:
