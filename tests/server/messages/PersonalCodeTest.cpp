@@ -36,9 +36,9 @@ TEST(PersonalCode, typed_inAnyScriptAndGrouping_isTheSixteenDigits)
 TEST(PersonalCode, typedTextThatIsNone_isRefused)
 {
     for (const std::string& typed : {std::string(), std::string("123456789012345"),
-                                    std::string("12345678901234567"), std::string("1234 5678 9012 345x"),
-                                    std::string("1234567890123456'"), std::string("123456789012345\xFF"),
-                                    std::string("\xD9"), std::string(1'000'000, ' ') + "1234567890123456"}) {
+                                     std::string("12345678901234567"), std::string("1234 5678 9012 345x"),
+                                     std::string("1234567890123456'"), std::string("123456789012345\xFF"),
+                                     std::string("\xD9"), std::string(1'000'000, ' ') + "1234567890123456"}) {
         EXPECT_FALSE(DigitsOfPersonalCode(typed)) << typed.substr(0, 40);
     }
 }
