@@ -188,23 +188,22 @@ int RunProgram(int argc, char** argv)
     program.add_subcommand("check", "says whether the configuration can be used")->callback([&] {
         RunCheck(arguments);
     });
-    CLI::App* const import = program.add_subcommand("import", "makes the places file");
-    import->add_option("--out", arguments.out, "the file; that of the configuration without");
-    import->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();
-    import->callback([&] { RunImport(arguments);
-});
-program.add_subcommand("outbox", "lists the texts that wait")->callback([&] { RunOutbox(arguments); });
-program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
-    ->callback([&] { RunStarts(arguments); });
-AddAdCommands(program, arguments);
-AddReleaseCommands(program, arguments);
-try {
-    program.parse(argc, argv);
-    return 0;
-} catch (const CLI::ParseError& error) {
-    return program.exit(error) == 0 ? 0 : kUnusable;
+    CLI::App* const places = program.add_subcommand("import", "makes the places file");
+    places->add_option("--out", arguments.out, "the file; that of the configuration without");
+    places->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();
+    places->callback([&] { RunImport(arguments); });
+    program.add_subcommand("outbox", "lists the texts that wait")->callback([&] { RunOutbox(arguments); });
+    program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
+        ->callback([&] { RunStarts(arguments); });
+    AddAdCommands(program, arguments);
+    AddReleaseCommands(program, arguments);
+    try {
+        program.parse(argc, argv);
+        return 0;
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : kUnusable;
+    }
 }
-} // namespace
 
 } // namespace
 
