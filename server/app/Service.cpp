@@ -23,8 +23,10 @@
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/use_awaitable.hpp>
+#include <sys/resource.h>
 
 #include <csignal>
+#include <functional>
 #include <optional>
 
 namespace beacond {
@@ -53,15 +55,52 @@ ListeningSocket Listen(const ListenAddress& where)
     }
 }
 
+// Each connection takes a descriptor; some are left for files, the store and the libraries.
+std::size_t ConnectionsThatFit(std::size_t wanted)
+{
+    constexpr rlim_t kReserve = 64;
+    rlimit limit = {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return wanted;
+    }
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    if (limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur >= wanted + kReserve) {
+        return wanted;
+    }
+    const auto most = static_cast<std::size_t>(limit.rlim_cur > kReserve ? limit.rlim_cur - kReserve : 1);
+    LogWarning("the limit of open files leaves room for " + std::to_string(most) + " connections");
+    return most;
+}
+
 HttpOptions OptionsOf(const Settings& settings)
 {
     HttpOptions options;
     options.threads = static_cast<unsigned>(settings.http.threads);
-    options.maxConnections = static_cast<std::size_t>(settings.http.connections);
+    options.maxConnections = ConnectionsThatFit(static_cast<std::size_t>(settings.http.connections));
     options.maxConnectionsPerAddress = static_cast<std::size_t>(settings.http.connectionsPerAddress);
     options.proxies = ProxyList(settings.http.proxies);
     return options;
 }
+
+// With other keys the addresses in the store could be neither read nor found again.
+void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& folder)
+{
+    const std::pair<const char*, const Key&> all[] = {
+        {"identifier.key", keys.identifier}, {"address.key", keys.address}, {"index.key", keys.index}};
+    for (const auto& [name, key] : all) {
+        if (!store.IsWrittenWith(name, key.Hash("check", ""))) {
+            throw KeyError((folder / name).string() + ": not the key that the store was written with");
+        }
+    }
+}
+
+struct Ending
+{
+    std::function<void()> deed;
+    ~Ending() { deed(); }
+};
 
 class Service final
 {
@@ -78,6 +117,9 @@ private:
     [[nodiscard]] asio::awaitable<void> FlushStarts();
 
     const Settings& m_settings;
+    // First and to the end: a signal during the start or the end must not kill the process.
+    asio::io_context m_context{1};
+    asio::signal_set m_signals{m_context, SIGTERM, SIGINT, SIGHUP};
     Keys m_keys;
     std::optional<Spool> m_spool;
     Latest<Places> m_places;
@@ -87,8 +129,6 @@ private:
     HttpFigures m_metricsFigures;
     ListeningSocket m_listener;
     ListeningSocket m_metricsListener;
-    // In the order in which they need each other: the servers end before what they answer from.
-    asio::io_context m_context{1};
     std::optional<StoreThread> m_store;
     std::optional<Signups> m_signups;
     std::optional<Site> m_site;
@@ -104,17 +144,19 @@ Service::Service(const Settings& settings)
         m_spool.emplace(settings.messages.spool);
     }
     auto store = std::make_unique<SqliteStore>(SqlitePath(settings.store.url));
+    RequireKeysOf(*store, m_keys, settings.keys.folder);
     LoadAnnouncements(*store);
     m_store.emplace(std::move(store));
     LoadPlaces();
-    m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr);
+    m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, &LogError);
     m_site.emplace(ScriptSources{m_keys,
                                  *m_store,
                                  m_starts,
                                  m_places,
                                  m_announcements,
                                  {settings.service.dists.begin(), settings.service.dists.end()},
-                                 &Now},
+                                 &Now,
+                                 &LogError},
                    *m_signups, settings.messages.signupAddress);
 }
 
@@ -146,6 +188,11 @@ void Service::Run()
                                {}};
         },
         m_metricsFigures);
+    // Answers of these go on on the servers' threads, so that they end before the servers, however this ends.
+    const Ending ending{[this] {
+        m_signups->Join();
+        m_store.reset();
+    }};
     LogInfo("ready on port " + std::to_string(server.Port()));
 
     asio::co_spawn(m_context, FollowSignals(), asio::detached);
@@ -161,19 +208,16 @@ void Service::Run()
     asio::io_context last;
     asio::co_spawn(last, StoreStarts(), asio::detached);
     last.run();
-    // Before the servers, on whose threads its answers would go on.
-    m_signups->Join();
-    m_store.reset();
 }
 
 asio::awaitable<void> Service::FollowSignals()
 {
-    asio::signal_set signals(m_context, SIGTERM, SIGINT, SIGHUP);
-    while (co_await signals.async_wait(asio::use_awaitable) == SIGHUP) {
+
+    while (co_await m_signals.async_wait(asio::use_awaitable) == SIGHUP) {
         try {
             LoadPlaces();
             LogInfo("the places were read again");
-        } catch (const PlacesError& error) {
+        } catch (const std::exception& error) {
             LogError(std::string(error.what()) + "; the places before go on");
         }
     }
@@ -186,13 +230,14 @@ asio::awaitable<void> Service::FollowAnnouncements()
     std::int64_t known = 0;
     for (;;) {
         try {
-            known = co_await m_store->Run([this, known](Store& store) {
+            auto load = [this, known](Store& store) {
                 const std::int64_t version = store.DataVersion();
                 if (version != known) {
                     LoadAnnouncements(store);
                 }
                 return version;
-            });
+            };
+            known = co_await m_store->Run(load);
         } catch (const StoreError& error) {
             LogError(error.what());
         }
@@ -208,10 +253,11 @@ asio::awaitable<void> Service::StoreStarts()
         co_return;
     }
     try {
-        co_await m_store->Run([&counts](Store& store) {
+        auto add = [&counts](Store& store) {
             store.AddStarts(counts);
             return true;
-        });
+        };
+        co_await m_store->Run(add);
     } catch (const StoreError& error) {
         LogError(error.what());
         for (const StartCount& count : counts) {
@@ -234,6 +280,8 @@ asio::awaitable<void> Service::FlushStarts()
 
 void Serve(const Settings& settings)
 {
+    // A reader of the log that has gone must not end the service.
+    std::signal(SIGPIPE, SIG_IGN);
     Service(settings).Run();
 }
 

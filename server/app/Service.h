@@ -16,7 +16,7 @@ public:
 };
 
 /// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most five seconds.
-/// SIGHUP reads the places file and the announcements again. Throws before it answers anything if a part
+/// SIGHUP reads the places file again. Throws before it answers anything if a part
 /// can't be opened: ListenError, StoreError, KeyError, PlacesError, ChannelError.
 void Serve(const Settings& settings);
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Settings.h"
 
+#include "http/ProxyList.h"
+
 #include <boost/asio/ip/address.hpp>
 #include <toml++/toml.h>
 
@@ -140,6 +142,9 @@ void Reader::RefuseUnknown(const toml::table& table, const std::string& prefix) 
 {
     for (const auto& [name, node] : table) {
         const std::string key = prefix + std::string(name.str());
+        if (name.str().find('.') != std::string_view::npos) {
+            FailAt(&node, key, "unknown key: a name in quotes is no table and key");
+        }
         const auto isWithin = [&](const std::string& known) { return known.starts_with(key + '.'); };
         if (const toml::table* const inner = node.as_table();
             inner != nullptr && std::any_of(m_known.begin(), m_known.end(), isWithin)) {
@@ -170,11 +175,18 @@ Settings Read(Reader& reader)
     reader.Take("http.base_url", settings.http.baseUrl);
     CheckBaseUrl(reader, settings.http.baseUrl);
     reader.Take("http.proxies", settings.http.proxies);
+    try {
+        const ProxyList proxies(settings.http.proxies);
+    } catch (const std::exception& error) {
+        reader.Fail("http.proxies", error.what());
+    }
     reader.Take("http.threads", settings.http.threads, 0, 256);
     reader.Take("http.connections", settings.http.connections, 1, 1'000'000);
     reader.Take("http.connections_per_address", settings.http.connectionsPerAddress, 1, 1'000'000);
     reader.Take("store.url", settings.store.url);
-    if (!settings.store.url.starts_with("sqlite:") || settings.store.url.size() == 7) {
+    // SQLite has names with a colon that stand for no file.
+    if (!settings.store.url.starts_with("sqlite:") || settings.store.url.size() == 7 ||
+        settings.store.url[7] == ':') {
         reader.Fail("store.url", "\"sqlite:\" and a path are expected");
     }
     reader.Take("keys.folder", settings.keys.folder);
@@ -216,11 +228,10 @@ Settings ParseSettings(std::string_view text, std::string_view name)
 Settings ReadSettings(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
-    std::ostringstream text;
-    if (std::filesystem::is_directory(file) || !stream || !(text << stream.rdbuf())) {
+    if (std::filesystem::is_directory(file) || !stream) {
         throw SettingsError(file.string() + ": can't be read");
     }
-    return ParseSettings(text.str(), file.string());
+    return ParseSettings(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
 }
 
 } // namespace beacond

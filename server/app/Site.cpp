@@ -9,11 +9,15 @@
 #include "places/Places.h"
 #include "store/StoreThread.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 
 namespace beacond {
 
 namespace {
+
+constexpr std::string_view kSoundPage = "/cgi-bin/dbeacon/sound/sound.pl";
 
 Response Plain(unsigned status, std::string text)
 {
@@ -27,10 +31,13 @@ Response OnlyFor(std::string methods)
     return refusal;
 }
 
-// A name for the log that holds nothing of the request but a path that exists.
-std::string_view LogName(const Request& request, const Response& response)
+// A name for the log: of a path that exists, the path; otherwise nothing that the client has sent.
+std::string_view LogName(std::string_view path)
 {
-    return response.status == 404 ? "unknown" : std::string_view(request.path);
+    static constexpr std::string_view kPages[] = {
+        "/", "/dbeacon/help.html", "/downloads/", "/healthz", "/readyz", "/signup", kSoundPage};
+    const auto* const page = std::find(std::begin(kPages), std::end(kPages), path);
+    return page != std::end(kPages) ? *page : Scripts::NameOf(path);
 }
 
 } // namespace
@@ -48,17 +55,14 @@ boost::asio::awaitable<Response> Site::Answer(const Request& request)
     const auto begin = std::chrono::steady_clock::now();
     Response response = co_await AnswerAny(request);
     LogRequest(
-        LogName(request, response), response.status,
+        LogName(request.path), response.status,
         std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - begin));
     co_return response;
 }
 
 boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
 {
-    if (request.path == "/cgi-bin/dbeacon/sound/sound.pl") {
-        co_return SoundPage();
-    }
-    if (request.path.starts_with(Scripts::kFolder)) {
+    if (request.path.starts_with(Scripts::kFolder) && request.path != kSoundPage) {
         co_return co_await m_scripts.Answer(request);
     }
     if (request.path == "/signup") {
@@ -66,6 +70,9 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     }
     if (request.method != Method::Get && request.method != Method::Head) {
         co_return OnlyFor("GET, HEAD");
+    }
+    if (request.path == kSoundPage) {
+        co_return SoundPage();
     }
     if (request.path == "/" || request.path.empty()) {
         co_return HomePage(m_signups.IsOffered(), m_signupAddress);
@@ -106,7 +113,8 @@ boost::asio::awaitable<Response> Site::Readiness()
         co_return Plain(503, "no places are loaded\n");
     }
     try {
-        co_await m_sources.store.Run([](Store& store) { return store.DataVersion(); });
+        auto ask = [](Store& store) { return store.DataVersion(); };
+        co_await m_sources.store.Run(ask);
     } catch (const StoreError&) {
         co_return Plain(503, "the store can't be reached\n");
     }

@@ -9,6 +9,7 @@
 #include "store/SqliteStore.h"
 
 #include <CLI/CLI.hpp>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <iostream>
@@ -74,9 +75,25 @@ void RunCheck(const Arguments& arguments)
     std::cout << "The configuration can be used.\n";
 }
 
+// The program shows no more; other characters go in as numeric entities.
+void RequireStrip(const Strip& strip)
+{
+    constexpr std::size_t kLargest = 16UL * 1024;
+    const bool isAscii = std::all_of(strip.html.begin(), strip.html.end(), [](char c) {
+        return c == '\n' || c == '\r' || c == '\t' || (c >= ' ' && c < '\x7F');
+    });
+    if (strip.html.empty() || strip.html.size() > kLargest || !isAscii) {
+        throw StoreError("a strip is 1 to 16384 characters of ASCII");
+    }
+    if (!strip.from.empty() && !strip.until.empty() && strip.until < strip.from) {
+        throw StoreError("the last day comes before the first");
+    }
+}
+
 void RunAdAdd(Arguments& arguments)
 {
     arguments.strip.html.assign(std::istreambuf_iterator<char>(std::cin), {});
+    RequireStrip(arguments.strip);
     std::cout << OpenStore(arguments).AddStrip(arguments.strip) << '\n';
 }
 
@@ -132,16 +149,30 @@ std::string CheckVersionNumber(const std::string& text)
 
 std::string CheckDay(const std::string& text)
 {
-    const bool isDay = text.size() == 10 && text[4] == '-' && text[7] == '-' &&
-                       text.find_first_not_of("0123456789-") == std::string::npos;
+    int year = 0;
+    unsigned month = 0;
+    unsigned day = 0;
+    const bool isRead = std::sscanf(text.c_str(), "%4d-%2u-%2u", &year, &month, &day) == 3;
+    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
+                                           std::chrono::day(day)};
+    const bool isDay = isRead && date.ok() && DayText(std::chrono::sys_days(date)) == text;
     return isDay ? std::string() : "a day such as 2027-03-10 is expected";
+}
+
+std::string CheckCountry(const std::string& text)
+{
+    const bool isCountry = text.size() == 2 &&
+                           std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+    return isCountry ? std::string() : "two capital letters are expected";
 }
 
 std::string CheckPageAddress(const std::string& text)
 {
     const bool isHttp = text.starts_with("http://") || text.starts_with("https://");
     const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < '\x7F'; });
-    return isHttp && isPlain ? std::string() : "an http or https address in ASCII is expected";
+    const std::size_t host = text.find("//") + 2;
+    const bool hasHost = isHttp && host < text.size() && text[host] != '/';
+    return hasHost && isPlain ? std::string() : "an http or https address in ASCII is expected";
 }
 
 void AddAdCommands(CLI::App& program, Arguments& arguments)
@@ -150,7 +181,7 @@ void AddAdCommands(CLI::App& program, Arguments& arguments)
     ad->require_subcommand(1);
     CLI::App* const add = ad->add_subcommand("add", "adds a strip, whose HTML is read from standard input");
     add->add_option("--dist", arguments.strip.dist, "distribution that shows it; all without");
-    add->add_option("--country", arguments.strip.country, "two letters; all without");
+    add->add_option("--country", arguments.strip.country, "two letters; all without")->check(CheckCountry);
     add->add_option("--from", arguments.strip.from, "first day")->check(CheckDay);
     add->add_option("--until", arguments.strip.until, "last day")->check(CheckDay);
     add->callback([&arguments] { RunAdAdd(arguments); });
@@ -183,7 +214,8 @@ int RunProgram(int argc, char** argv)
     Arguments arguments;
     program.require_subcommand(1);
     program.fallthrough();
-    program.add_option("--config", arguments.config, "configuration file; defaults without");
+    program.add_option("--config", arguments.config, "configuration file; defaults without")
+        ->check([](const std::string& text) { return text.empty() ? "a path is expected" : std::string(); });
     program.add_subcommand("serve", "answers until SIGTERM")->callback([&] { RunServe(arguments); });
     program.add_subcommand("check", "says whether the configuration can be used")->callback([&] {
         RunCheck(arguments);
@@ -209,6 +241,8 @@ int RunProgram(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    // Which phone gets a text for which prayer is for the service's own account alone.
+    ::umask(077);
     try {
         return RunProgram(argc, argv);
     } catch (const std::exception& error) {

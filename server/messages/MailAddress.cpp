@@ -20,8 +20,9 @@ std::optional<std::string> NormalisedMailAddress(std::string_view typed)
     if (text.size() > kLongest || text.find('@') > kLongestLocalPart) {
         return std::nullopt;
     }
-    // Dot-atoms of RFC 5322, section 3.2.3, and host names.
-    static const std::regex kAddress("[A-Za-z0-9!#$%&'*+/=?^_`{|}~-]+(\\.[A-Za-z0-9!#$%&'*+/=?^_`{|}~-]+)*"
+    // Of the characters of RFC 5322, section 3.2.3, those that no shell and no option parser knows: an
+    // operator's program may hand the address on. And host names.
+    static const std::regex kAddress("[A-Za-z0-9_+%=][A-Za-z0-9_+%='-]*(\\.[A-Za-z0-9_+%='-]+)*"
                                      "@([A-Za-z0-9]([A-Za-z0-9-]{0,61}[A-Za-z0-9])?\\.)+"
                                      "[A-Za-z]([A-Za-z0-9-]{0,61}[A-Za-z0-9])?",
                                      std::regex::optimize);

@@ -32,10 +32,11 @@ std::string MessageWith(std::int64_t device, const std::string& code)
 
 } // namespace
 
-Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool)
+Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, Report report)
     : m_keys(keys)
     , m_store(store)
     , m_spool(spool)
+    , m_report(std::move(report))
     , m_networks(kMostOfANetwork, std::chrono::hours(1))
     , m_addresses(kMostOfAnAddress, std::chrono::days(1))
 {
@@ -52,11 +53,9 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
         co_return Outcome::NoAddress;
     }
     const std::string index = m_keys.index.Hash("mail address", *address);
-    if (!m_networks.Allows(network, now) || !m_addresses.Allows(index, now)) {
+    if (!m_networks.Take(network, now) || !m_addresses.Take(index, now)) {
         co_return Outcome::TooMany;
     }
-    m_networks.Count(network, now);
-    m_addresses.Count(index, now);
     try {
         const std::string code = MakePersonalCode();
         Signup signup{"mail",
@@ -77,9 +76,9 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
         };
         co_await boost::asio::co_spawn(m_sender, send, boost::asio::use_awaitable);
         co_return Outcome::Sent;
-    } catch (const StoreError&) {
-        co_return Outcome::Failed;
-    } catch (const ChannelError&) {
+    } catch (const std::runtime_error& error) {
+        m_report(error.what());
+        m_addresses.GiveBack(index);
         co_return Outcome::Failed;
     }
 }

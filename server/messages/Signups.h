@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/AttemptLimit.h"
+#include "support/Report.h"
 
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/thread_pool.hpp>
@@ -30,7 +31,8 @@ public:
     };
 
     /// @param spool null where no channel is configured
-    Signups(const Keys& keys, StoreThread& store, const Spool* spool);
+    /// @param report takes the reason of each failure, for the log
+    Signups(const Keys& keys, StoreThread& store, const Spool* spool, Report report);
 
     [[nodiscard]] bool IsOffered() const { return m_spool != nullptr; }
 
@@ -47,6 +49,7 @@ private:
     const Keys& m_keys;
     StoreThread& m_store;
     const Spool* m_spool;
+    Report m_report;
     AttemptLimit m_networks;
     AttemptLimit m_addresses;
     /// Hands messages over, which waits for the disk.

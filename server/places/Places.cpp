@@ -15,6 +15,16 @@ namespace beacond {
 
 namespace {
 
+// The longest name of the tables is shorter. Folding can make eighteen letters of one, and typing errors are
+// looked for in several ways: longer texts would cost much and find nothing.
+constexpr std::size_t kLongestLetters = 200;
+
+std::string FoldLetters(std::string_view letters)
+{
+    std::string folded = letters.size() > kLongestLetters ? std::string() : Fold(letters);
+    return folded.size() > kLongestLetters ? std::string() : folded;
+}
+
 constexpr std::string_view kKeyMark = "G";
 constexpr std::size_t kZipDigits = 5;
 constexpr std::size_t kZipPlusFourDigits = 9;
@@ -52,7 +62,7 @@ std::vector<State> Places::States() const
 std::size_t Places::Count(std::string_view stateId, std::string_view letters) const
 {
     const layout::Scope* scope = ScopeOf(stateId);
-    return scope ? FindPlaces(m_file, *scope, Fold(letters)).size() : 0;
+    return scope ? FindPlaces(m_file, *scope, FoldLetters(letters)).size() : 0;
 }
 
 SearchResult Places::Search(std::string_view stateId, std::string_view letters, std::size_t most) const
@@ -61,7 +71,7 @@ SearchResult Places::Search(std::string_view stateId, std::string_view letters, 
     const layout::Scope* scope = ScopeOf(stateId);
     if (!scope)
         return result;
-    std::vector<FoundPlace> found = FindPlaces(m_file, *scope, Fold(letters));
+    std::vector<FoundPlace> found = FindPlaces(m_file, *scope, FoldLetters(letters));
     result.total = found.size();
     KeepBest(found, most);
     const bool wholeCountry = stateId.find('-') == std::string_view::npos;

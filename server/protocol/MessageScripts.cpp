@@ -78,9 +78,10 @@ std::string_view MessageOf(Confirmation confirmation)
 
 } // namespace
 
-MessageScripts::MessageScripts(const Keys& keys, StoreThread& store)
+MessageScripts::MessageScripts(const Keys& keys, StoreThread& store, Report report)
     : m_keys(keys)
     , m_store(store)
+    , m_report(std::move(report))
     , m_wrongCodes(kMostWrongCodes, std::chrono::hours(1))
 {
 }
@@ -107,7 +108,8 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
         if (isQueued) {
             ++m_figures.textsQueued;
         }
-    } catch (const StoreError&) {
+    } catch (const StoreError& error) {
+        m_report(error.what());
         ++m_figures.textsMissed;
         co_return ScriptFailure(503, "The text could not be stored.\n");
     }
@@ -124,7 +126,8 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
                                     "while the computer is connected to the Internet, then register.");
     }
     const std::string network = NetworkOf(request.client);
-    if (!m_wrongCodes.Allows(network, now)) {
+    // Taken before the store is asked, so that codes that are tried at once count too.
+    if (!m_wrongCodes.Take(network, now)) {
         co_return ConfirmationReply(false, "Too many wrong codes. Please try again in an hour.");
     }
     Confirmation confirmation = Confirmation::Unknown;
@@ -135,15 +138,17 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
         };
         try {
             confirmation = co_await m_store.Run(std::move(confirm));
-        } catch (const StoreError&) {
+        } catch (const StoreError& error) {
+            m_report(error.what());
+            m_wrongCodes.GiveBack(network);
             co_return ConfirmationReply(false,
                                         "The service can't store anything just now. Please try again later.");
         }
     }
     const bool isConfirmed = confirmation == Confirmation::Confirmed;
     ++(isConfirmed ? m_figures.codesConfirmed : m_figures.codesRefused);
-    if (!isConfirmed) {
-        m_wrongCodes.Count(network, now);
+    if (isConfirmed) {
+        m_wrongCodes.GiveBack(network);
     }
     co_return ConfirmationReply(isConfirmed, MessageOf(confirmation));
 }

@@ -4,6 +4,7 @@
 
 #include "http/Message.h"
 #include "support/AttemptLimit.h"
+#include "support/Report.h"
 
 #include <atomic>
 #include <cstdint>
@@ -30,7 +31,8 @@ struct MessageFigures
 class MessageScripts final
 {
 public:
-    MessageScripts(const Keys& keys, StoreThread& store);
+    /// @param report takes the reason of each failure, for the log
+    MessageScripts(const Keys& keys, StoreThread& store, Report report);
 
     /// Puts a text into the outbox where the call wants one; returns when it is on the disk, long before it
     /// is sent.
@@ -47,6 +49,7 @@ private:
 
     const Keys& m_keys;
     StoreThread& m_store;
+    Report m_report;
     MessageFigures m_figures;
     AttemptLimit m_wrongCodes;
 };

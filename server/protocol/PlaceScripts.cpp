@@ -6,9 +6,11 @@
 #include "places/ZoneOffset.h"
 #include "protocol/Reply.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <iterator>
 
 namespace beacond {
 
@@ -45,6 +47,18 @@ Response CityList(const Cities& cities)
     return ScriptReply(std::move(reply));
 }
 
+// Identifiers of states are those of ISO 3166, in capitals.
+std::string StateId(const Query& query)
+{
+    std::string id = TrimmedValue(query, "state_id");
+    for (char& letter : id) {
+        if (letter >= 'a' && letter <= 'z') {
+            letter = static_cast<char>(letter - 'a' + 'A');
+        }
+    }
+    return id;
+}
+
 Response States(const Places& places, const Query& /*query*/, std::chrono::sys_seconds /*now*/)
 {
     XmlReply reply;
@@ -61,8 +75,7 @@ Response CitiesOfZipCode(const Places& places, const Query& query, std::chrono::
 
 Response NumberOfCities(const Places& places, const Query& query, std::chrono::sys_seconds /*now*/)
 {
-    const std::size_t count =
-        places.Count(TrimmedValue(query, "state_id"), TrimmedValue(query, "city_string"));
+    const std::size_t count = places.Count(StateId(query), TrimmedValue(query, "city_string"));
     XmlReply reply;
     reply.Attribute("num_matches", std::to_string(count));
     reply.Attribute("max_matches", std::to_string(kMostUnasked));
@@ -71,9 +84,7 @@ Response NumberOfCities(const Places& places, const Query& query, std::chrono::s
 
 Response Cities(const Places& places, const Query& query, std::chrono::sys_seconds /*now*/)
 {
-    return CityList(
-        places.Search(TrimmedValue(query, "state_id"), TrimmedValue(query, "city_string"), kMostCities)
-            .matches);
+    return CityList(places.Search(StateId(query), TrimmedValue(query, "city_string"), kMostCities).matches);
 }
 
 Response CityInfo(const Places& places, const Query& query, std::chrono::sys_seconds now)
@@ -98,7 +109,30 @@ Response CityInfo(const Places& places, const Query& query, std::chrono::sys_sec
         .Attribute("time_zone2", HoursText(*offset))
         .Attribute("utc_minutes", std::to_string(offset->count()))
         .Attribute("tz", place->timeZone);
+    if (place->elevation) {
+        reply.Attribute("elevation", std::to_string(*place->elevation));
+    }
     return ScriptReply(std::move(reply));
+}
+
+struct PlaceScript
+{
+    std::string_view name;
+    Response (*answer)(const Places&, const Query&, std::chrono::sys_seconds);
+};
+
+const PlaceScript* Find(std::string_view name)
+{
+    static constexpr PlaceScript kScripts[] = {
+        {"getStates.pl", &States},
+        {"getUsCanCity.pl", &CitiesOfZipCode},
+        {"getNumMatchingCities.pl", &NumberOfCities},
+        {"getMatchingCities.pl", &Cities},
+        {"getCityInfo.pl", &CityInfo},
+    };
+    const auto* const found = std::find_if(std::begin(kScripts), std::end(kScripts),
+                                           [name](const PlaceScript& script) { return script.name == name; });
+    return found == std::end(kScripts) ? nullptr : found;
 }
 
 } // namespace
@@ -113,27 +147,21 @@ std::string HoursText(std::chrono::minutes offset)
     return text;
 }
 
+std::string_view PlaceScriptName(std::string_view name)
+{
+    const PlaceScript* const found = Find(name);
+    return found == nullptr ? "unknown" : found->name;
+}
+
 Response AnswerFromPlaces(const Places* places, std::string_view name, const Query& query,
                           std::chrono::sys_seconds now)
 {
-    static constexpr struct
-    {
-        std::string_view name;
-        Response (*answer)(const Places&, const Query&, std::chrono::sys_seconds);
-    } kScripts[] = {
-        {"getStates.pl", &States},
-        {"getUsCanCity.pl", &CitiesOfZipCode},
-        {"getNumMatchingCities.pl", &NumberOfCities},
-        {"getMatchingCities.pl", &Cities},
-        {"getCityInfo.pl", &CityInfo},
-    };
-    for (const auto& script : kScripts) {
-        if (script.name == name) {
-            return places == nullptr ? ScriptFailure(503, "No places are loaded.\n")
-                                     : script.answer(*places, query, now);
-        }
+    const PlaceScript* const found = Find(name);
+    if (found == nullptr) {
+        return ScriptFailure(404, "There is no such script.\n");
     }
-    return ScriptFailure(404, "There is no such script.\n");
+    return places == nullptr ? ScriptFailure(503, "No places are loaded.\n")
+                             : found->answer(*places, query, now);
 }
 
 } // namespace beacond

@@ -19,6 +19,9 @@ class Query;
 [[nodiscard]] Response AnswerFromPlaces(const Places* places, std::string_view name, const Query& query,
                                         std::chrono::sys_seconds now);
 
+/// The script's own name if it is one of these, otherwise "unknown".
+[[nodiscard]] std::string_view PlaceScriptName(std::string_view name);
+
 /// Hours as the program reads them: "3", "-5", "5.5", "5.75".
 [[nodiscard]] std::string HoursText(std::chrono::minutes offset);
 

@@ -17,6 +17,9 @@ namespace beacond {
 
 namespace {
 
+constexpr std::string_view kPrayerCall = "prayerCall.pl";
+constexpr std::string_view kConfirmSignup = "ma/confirmSignup.pl";
+
 std::int32_t DayOf(std::chrono::sys_seconds time)
 {
     return static_cast<std::int32_t>(std::chrono::floor<std::chrono::days>(time).time_since_epoch().count());
@@ -32,7 +35,7 @@ struct Scripts::Script
 
 Scripts::Scripts(ScriptSources sources)
     : m_sources(std::move(sources))
-    , m_messages(m_sources.keys, m_sources.store)
+    , m_messages(m_sources.keys, m_sources.store, m_sources.report)
 {
 }
 
@@ -49,6 +52,21 @@ const Scripts::Script* Scripts::Find(std::string_view name)
     return found == std::end(kScripts) ? nullptr : found;
 }
 
+std::string_view Scripts::NameOf(std::string_view path)
+{
+    if (!path.starts_with(kFolder)) {
+        return "unknown";
+    }
+    const std::string_view name = path.substr(kFolder.size());
+    for (const std::string_view script : {kPrayerCall, kConfirmSignup}) {
+        if (name == script) {
+            return script;
+        }
+    }
+    const Script* const found = Find(name);
+    return found != nullptr ? found->name : PlaceScriptName(name);
+}
+
 boost::asio::awaitable<Response> Scripts::Answer(const Request& request)
 {
     if (request.method != Method::Get && request.method != Method::Head) {
@@ -58,11 +76,11 @@ boost::asio::awaitable<Response> Scripts::Answer(const Request& request)
     }
     const std::string_view name = std::string_view(request.path).substr(kFolder.size());
     const Query query(request.query);
-    if (name == "prayerCall.pl") {
+    if (name == kPrayerCall) {
         const auto places = m_sources.places.Get();
         co_return co_await m_messages.PrayerCall(query, places.get());
     }
-    if (name == "ma/confirmSignup.pl") {
+    if (name == kConfirmSignup) {
         co_return co_await m_messages.ConfirmSignup(query, request, m_sources.now());
     }
     if (const Script* const script = Find(name); script != nullptr) {

@@ -6,6 +6,7 @@
 #include "protocol/Announcements.h"
 #include "protocol/MessageScripts.h"
 #include "support/Latest.h"
+#include "support/Report.h"
 
 #include <chrono>
 #include <functional>
@@ -31,6 +32,7 @@ struct ScriptSources
     const Latest<Announcements>& announcements;
     std::set<std::string, std::less<>> dists; ///< distributions that are counted by name
     std::function<std::chrono::sys_seconds()> now;
+    Report report; ///< takes the reasons of failures
 };
 
 /// The requests of the program, each a script under one path. The program doesn't look at the status of a
@@ -44,6 +46,9 @@ public:
 
     /// @param request of a path that begins with kFolder
     [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request);
+
+    /// The script's name that @p path ends in, such as "getAd.pl", or "unknown": fit for a log.
+    [[nodiscard]] static std::string_view NameOf(std::string_view path);
 
     [[nodiscard]] const MessageFigures& Figures() const { return m_messages.Figures(); }
 

@@ -10,6 +10,10 @@ namespace beacond {
 /// The steps that bring an empty SQLite file to today's tables, in order. A step that has been released is
 /// never changed: the number of steps that a file has gone through is its version.
 inline constexpr std::array<std::string_view, 1> kSqliteMigrations = {R"(
+CREATE TABLE key_check (
+    name TEXT PRIMARY KEY,
+    hash BLOB NOT NULL) WITHOUT ROWID;
+
 CREATE TABLE start_count (
     day INTEGER NOT NULL,
     country TEXT NOT NULL,

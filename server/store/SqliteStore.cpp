@@ -282,6 +282,20 @@ std::vector<OutboxRow> SqliteStore::Outbox(std::size_t most)
     return texts;
 }
 
+bool SqliteStore::IsWrittenWith(std::string_view keyName, std::string_view check)
+{
+    Scope scope(m_database);
+    m_database.Run("INSERT INTO key_check (name, hash) VALUES (?, ?) ON CONFLICT (name) DO NOTHING")
+        .Bind(keyName)
+        .BindBytes(check)
+        .Step();
+    Statement known = m_database.Run("SELECT hash FROM key_check WHERE name = ?");
+    known.Bind(keyName);
+    const bool isSame = known.Step() && known.Text(0) == check;
+    scope.Finish();
+    return isSame;
+}
+
 std::int64_t SqliteStore::DataVersion()
 {
     Statement version = m_database.Run("PRAGMA data_version");

@@ -34,6 +34,7 @@ public:
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;
     [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) override;
+    [[nodiscard]] bool IsWrittenWith(std::string_view keyName, std::string_view check) override;
     [[nodiscard]] std::int64_t DataVersion() override;
     void Begin() override;
     void End() override;

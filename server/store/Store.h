@@ -122,6 +122,10 @@ public:
     /// Oldest first, at most @p most.
     [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) = 0;
 
+    /// Whether the store was written with that key; remembers the first one of each name.
+    /// @param check a hash of the key that does not tell the key
+    [[nodiscard]] virtual bool IsWrittenWith(std::string_view keyName, std::string_view check) = 0;
+
     /// Differs from an earlier answer if another process has changed the store meanwhile.
     [[nodiscard]] virtual std::int64_t DataVersion() = 0;
 

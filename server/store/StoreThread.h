@@ -34,7 +34,9 @@ public:
     boost::asio::awaitable<std::invoke_result_t<Call, Store&>> Run(Call call)
     {
         std::optional<std::invoke_result_t<Call, Store&>> result;
-        co_await Wait([&result, &call](Store& store) { result.emplace(call(store)); });
+        // Named: GCC 12 destroys some temporaries of an await twice.
+        std::function<void(Store&)> work = [&result, &call](Store& store) { result.emplace(call(store)); };
+        co_await Wait(std::move(work));
         co_return std::move(*result);
     }
 

@@ -6,13 +6,6 @@
 
 namespace beacond {
 
-namespace {
-
-// A sender of many addresses must not fill the memory; beyond that the oldest windows make room.
-constexpr std::size_t kMostWindows = 100'000;
-
-} // namespace
-
 std::string NetworkOf(const boost::asio::ip::address& address)
 {
     if (address.is_v4()) {
@@ -26,32 +19,40 @@ std::string NetworkOf(const boost::asio::ip::address& address)
     return boost::asio::ip::address_v6(bytes).to_string() + "/64";
 }
 
-bool AttemptLimit::Allows(const std::string& name, Time now)
+bool AttemptLimit::Take(const std::string& name, Time now)
 {
     const std::lock_guard lock(m_mutex);
-    const auto found = m_windows.find(name);
-    return found == m_windows.end() || now - found->second.begin >= m_window || found->second.count < m_most;
+    Forget(now);
+    const auto [found, isNew] = m_windows.try_emplace(name, Window{now, 0});
+    if (isNew) {
+        m_order.emplace_back(now, name);
+    }
+    if (found->second.count >= m_most) {
+        return false;
+    }
+    ++found->second.count;
+    return true;
 }
 
-void AttemptLimit::Count(const std::string& name, Time now)
+void AttemptLimit::GiveBack(const std::string& name)
 {
     const std::lock_guard lock(m_mutex);
-    DropOld(now);
-    Window& window = m_windows[name];
-    if (window.count == 0 || now - window.begin >= m_window) {
-        window = {now, 0};
+    if (const auto found = m_windows.find(name); found != m_windows.end() && found->second.count > 0) {
+        --found->second.count;
     }
-    ++window.count;
 }
 
-void AttemptLimit::DropOld(Time now)
+std::size_t AttemptLimit::Names()
 {
-    if (m_windows.size() < kMostWindows) {
-        return;
-    }
-    std::erase_if(m_windows, [this, now](const auto& entry) { return now - entry.second.begin >= m_window; });
-    if (m_windows.size() >= kMostWindows) {
-        m_windows.clear();
+    const std::lock_guard lock(m_mutex);
+    return m_windows.size();
+}
+
+void AttemptLimit::Forget(Time now)
+{
+    while (!m_order.empty() && (now - m_order.front().first >= m_window || m_windows.size() >= kMostNames)) {
+        m_windows.erase(m_order.front().second);
+        m_order.pop_front();
     }
 }
 

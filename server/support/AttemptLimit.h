@@ -6,9 +6,11 @@
 
 #include <chrono>
 #include <cstddef>
+#include <deque>
 #include <map>
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace beacond {
 
@@ -16,23 +18,29 @@ namespace beacond {
 /// which is what one household gets.
 [[nodiscard]] std::string NetworkOf(const boost::asio::ip::address& address);
 
-/// Counts events of many names and tells when one of them has had too many within an hour. Thread-safe; in
-/// memory only.
+/// Allows each of many names a number of attempts within a while. Thread-safe; in memory only.
 class AttemptLimit final
 {
 public:
     using Time = std::chrono::sys_seconds;
 
-    /// @param most events of one name within @p window, which begins with its first event
+    /// Names that are remembered at once. Beyond that the oldest is forgotten, so that a sender of many
+    /// addresses can't fill the memory.
+    static constexpr std::size_t kMostNames = 100'000;
+
+    /// @param most attempts of one name within @p window, which begins with its first one
     AttemptLimit(int most, std::chrono::seconds window)
         : m_most(most)
         , m_window(window)
     {
     }
 
-    /// Whether one more event of @p name would be within the limit.
-    [[nodiscard]] bool Allows(const std::string& name, Time now);
-    void Count(const std::string& name, Time now);
+    /// Counts an attempt of @p name; false, and nothing counted, if it has had them all.
+    [[nodiscard]] bool Take(const std::string& name, Time now);
+    /// Undoes a Take.
+    void GiveBack(const std::string& name);
+
+    [[nodiscard]] std::size_t Names();
 
 private:
     struct Window
@@ -41,12 +49,14 @@ private:
         int count = 0;
     };
 
-    void DropOld(Time now);
+    void Forget(Time now);
 
     const int m_most;
     const std::chrono::seconds m_window;
     std::mutex m_mutex;
     std::map<std::string, Window> m_windows;
+    /// The names in the order in which their windows began.
+    std::deque<std::pair<Time, std::string>> m_order;
 };
 
 } // namespace beacond

@@ -94,12 +94,20 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
     const unsigned short port = service.AwaitPort();
     EXPECT_EQ(Fetch(port, kScripts + "startup.pl?prod_string=secret&city=Nowhere"), "<root/>");
     EXPECT_THAT(Fetch(port, "/hidden/secret"), HasSubstr("no such page"));
+    for (const char* const path :
+         {"/x\",\"request\":\"forged", "/cgi-bin/dbeacon/startup.pl&prod_string=secret"}) {
+        EXPECT_THAT(
+            Exchange(port, std::string("PUT ") + path + " HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n"),
+            StartsWith("HTTP/1.1 405 "));
+    }
     service.Signal(SIGTERM);
     const std::string log = service.Wait().errors;
     EXPECT_THAT(log, Not(HasSubstr("secret")));
     EXPECT_THAT(log, Not(HasSubstr("Nowhere")));
     EXPECT_THAT(log, Not(HasSubstr("127.0.0.1")));
-    EXPECT_THAT(log, HasSubstr(R"("request":"/cgi-bin/dbeacon/startup.pl","status":200,"microseconds":)"));
+    EXPECT_THAT(log, HasSubstr(R"("request":"startup.pl","status":200,"microseconds":)"));
+    EXPECT_THAT(log, HasSubstr(R"("request":"unknown","status":405,)"));
+    EXPECT_THAT(log, Not(HasSubstr("forged")));
 }
 
 TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
@@ -117,7 +125,8 @@ TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
         {"keys", [&] { Configure("[keys]\nfolder = \"/proc/none\"\n"); }, "/proc/none"},
         {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
          "/proc/none"},
-        {"proxies", [&] { Write(folder / "service.toml", "[http]\nproxies = [\"a\"]\n"); }, "a"},
+        {"proxies", [&] { Write(folder / "service.toml", "[http]\nproxies = [\"a\"]\n"); },
+         "service.toml:2: http.proxies: "},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -131,6 +140,20 @@ TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
         EXPECT_EQ(std::count(end.errors.begin(), end.errors.end(), '\n'), 1) << end.errors;
         Write(folder / "places.bin", places);
     }
+}
+
+TEST_F(ServiceTest, keysThatTheStoreWasNotWrittenWith_areRefused)
+{
+    ServiceProcess first(Path(), serve);
+    ASSERT_NE(first.AwaitPort(), 0);
+    first.Signal(SIGTERM);
+    EXPECT_EQ(first.Wait().status, 0);
+    fs::remove(folder / "state/keys/address.key");
+
+    const ProcessEnd end = Run({"serve"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.errors,
+                HasSubstr("state/keys/address.key: not the key that the store was written with\n"));
 }
 
 TEST_F(ServiceTest, portInUse_isOneLineAndStatusTwo)
@@ -251,6 +274,11 @@ TEST_F(ServiceTest, commandLine_mistakesAreStatusTwo)
                                                       {"ad"},
                                                       {"release", "add", "one", "6", "https://a/"},
                                                       {"release", "add", "1", "6", "javascript:alert(1)"},
+                                                      {"release", "add", "1", "6", "http://"},
+                                                      {"ad", "add", "--from", "2027-02-29"},
+                                                      {"ad", "add", "--country", "sa"},
+                                                      {"ad", "add"},
+                                                      {"check", "--config", ""},
                                                       {"ad", "add", "--from", "tomorrow"}}) {
         EXPECT_EQ(RunService(Path(), arguments).status, 2);
     }

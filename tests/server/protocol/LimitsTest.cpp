@@ -15,23 +15,34 @@ TEST(AttemptLimit, beyondTheMost_isRefusedUntilTheWindowIsOver)
 {
     const AttemptLimit::Time begin{1'800'000'000s};
     AttemptLimit limit(2, 1h);
-    limit.Count("a", begin);
-    EXPECT_TRUE(limit.Allows("a", begin));
-    limit.Count("a", begin + 30min);
+    EXPECT_TRUE(limit.Take("a", begin));
+    EXPECT_TRUE(limit.Take("a", begin + 30min));
 
-    EXPECT_FALSE(limit.Allows("a", begin + 59min));
-    EXPECT_TRUE(limit.Allows("b", begin + 59min));
-    EXPECT_TRUE(limit.Allows("a", begin + 60min));
+    EXPECT_FALSE(limit.Take("a", begin + 59min));
+    EXPECT_TRUE(limit.Take("b", begin + 59min));
+    EXPECT_TRUE(limit.Take("a", begin + 60min));
 }
 
-TEST(AttemptLimit, namesWithoutEnd_keepTheMemoryBounded)
+TEST(AttemptLimit, givenBack_doesNotCount)
 {
     const AttemptLimit::Time now{1'800'000'000s};
     AttemptLimit limit(1, 1h);
-    for (int i = 0; i < 250'000; ++i) {
-        limit.Count(std::to_string(i), now);
+    EXPECT_TRUE(limit.Take("a", now));
+    limit.GiveBack("a");
+    limit.GiveBack("unknown");
+    EXPECT_TRUE(limit.Take("a", now));
+    EXPECT_FALSE(limit.Take("a", now));
+}
+
+TEST(AttemptLimit, namesWithoutEnd_pushOutTheOldestAlone)
+{
+    const AttemptLimit::Time now{1'800'000'000s};
+    AttemptLimit limit(1, 1h);
+    for (std::size_t i = 0; i < AttemptLimit::kMostNames + 50'000; ++i) {
+        EXPECT_TRUE(limit.Take(std::to_string(i), now));
     }
-    EXPECT_FALSE(limit.Allows("249999", now));
+    EXPECT_LE(limit.Names(), AttemptLimit::kMostNames);
+    EXPECT_FALSE(limit.Take(std::to_string(AttemptLimit::kMostNames + 49'999), now));
 }
 
 TEST(NetworkOf, addresses_countByHousehold)

@@ -119,6 +119,8 @@ TEST_F(MessageScriptsTest, storeThatFails_missesTheTextAndSaysSo)
     EXPECT_EQ(response.status, 503U);
     EXPECT_THAT(response.body, testing::Not(HasSubstr("<")));
     EXPECT_EQ(scripts.Figures().textsMissed, 1U);
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_THAT(reports[0], HasSubstr("store.db: "));
     SignUp("1111222233334444");
     EXPECT_EQ(Confirm("1111222233334444", "pc2"),
               Result("0", "The service can&#39;t store anything just now. Please try again later."));

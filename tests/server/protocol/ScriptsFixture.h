@@ -24,14 +24,15 @@ protected:
     ScriptsTest()
     {
         SmallTables tables;
-        tables.places =
-            PlaceLine{"104515", "Mecca", "Makkah",  "21.42664",   "39.82563",
-                      "SA",     "14",    "1323624", "Asia/Riyadh"}
-                .Text() +
-            PlaceLine{"109223", "Medina", "Madinah", "24.46861",   "39.61417",
-                      "SA",     "05",     "1300000", "Asia/Riyadh"}
-                .Text() +
-            PlaceLine{"1", "Springfield", "", "39.8", "-89.64", "US", "IL", "1000", "America/Chicago"}.Text();
+        tables.places = PlaceLine{"104515", "Mecca", "Makkah",  "21.42664",   "39.82563",
+                                  "SA",     "14",    "1323624", "Asia/Riyadh"}
+                            .Text() +
+                        PlaceLine{"109223", "Medina", "Madinah", "24.46861",   "39.61417",
+                                  "SA",     "05",     "1300000", "Asia/Riyadh"}
+                            .Text() +
+                        PlaceLine{"1",    "Springfield",     "", "39.8", "-89.64", "US", "IL",
+                                  "1000", "America/Chicago", "", "180"}
+                            .Text();
         tables.Import(folder);
         places.Set(beacond::Places::Open(folder / "places.bin"));
     }
@@ -75,6 +76,13 @@ protected:
     beacond::StartCounter starts;
     beacond::Latest<beacond::Places> places;
     beacond::Latest<beacond::Announcements> announcements;
-    beacond::Scripts scripts{
-        {keys, store, starts, places, announcements, {"mosque"}, [this] { return now; }}};
+    std::vector<std::string> reports;
+    beacond::Scripts scripts{{keys,
+                              store,
+                              starts,
+                              places,
+                              announcements,
+                              {"mosque"},
+                              [this] { return now; },
+                              [this](std::string_view reason) { reports.emplace_back(reason); }}};
 };

@@ -36,7 +36,7 @@ TEST_F(ScriptsTest, replies_areTheseDocuments)
         {"getNumMatchingCities.pl", "", R"(<root num_matches="0" max_matches="200"/>)"},
         {"getMatchingCities.pl", "prod_string=&state_id=SA&city_string=med&dist_string=",
          R"(<root><c1 city="Medina" atlas_id="SA-G109223"/></root>)"},
-        {"getMatchingCities.pl", "state_id= SA &city_string= MED ",
+        {"getMatchingCities.pl", "state_id= sa &city_string= MED ",
          R"(<root><c1 city="Medina" atlas_id="SA-G109223"/></root>)"},
         {"getMatchingCities.pl", "state_id=SA&city_string=", "<root/>"},
         {"getCityInfo.pl", "prod_string=&aid=SA-G104515&dist_string=",
@@ -46,7 +46,7 @@ TEST_F(ScriptsTest, replies_areTheseDocuments)
         {"getCityInfo.pl", "aid=US-G1",
          R"(<root><G1 atlas_id="US-G1" city="Springfield" state="Illinois" longitude="89.64 W" )"
          R"(longitude_final="-89.64000" latitude="39.80 N" latitude_final="39.80000" time_zone2="-6" )"
-         R"(utc_minutes="-360" tz="America/Chicago"/></root>)"},
+         R"(utc_minutes="-360" tz="America/Chicago" elevation="180"/></root>)"},
     };
     for (const auto& row : rows) {
         const Response response = Ask(row.script, row.query);
@@ -82,6 +82,17 @@ TEST_F(ScriptsTest, failures_areNoXml)
         EXPECT_EQ(response.contentType, "text/plain; charset=utf-8");
         EXPECT_THAT(response.body, Not(HasSubstr("<"))) << row.script;
     }
+}
+
+TEST_F(ScriptsTest, lettersBeyondEveryName_findNothingAtOnce)
+{
+    std::string letters = "ma";
+    while (letters.size() < 8000) {
+        letters += "\uFDFA";
+    }
+    EXPECT_EQ(Body("getNumMatchingCities.pl", "state_id=SA&city_string=" + letters),
+              R"(<root num_matches="0" max_matches="200"/>)");
+    EXPECT_EQ(Body("getMatchingCities.pl", "state_id=SA&city_string=" + letters), "<root/>");
 }
 
 TEST_F(ScriptsTest, withoutPlaces_theScriptsThatNeedThemFail)

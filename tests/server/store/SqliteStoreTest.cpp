@@ -62,7 +62,7 @@ TEST(SqliteStore, open_folderThatIsMissing_isRefusedWithThePath)
     EXPECT_THAT(ErrorOfOpening("/nonexistent/store.db"), HasSubstr("/nonexistent/store.db"));
 }
 
-TEST(SqliteStore, settings_logAheadAndFullSync)
+TEST(SqliteStore, open_logsAhead)
 {
     const TemporaryFolder folder;
     const SqliteStore store(folder.File("store.db"));

@@ -163,6 +163,14 @@ TEST_F(StoreContract, forget_takesTheDeviceItsInstallationsAndItsTexts)
     EXPECT_FALSE(store.QueueText("pc", 2, "6:30", "SA-G1"));
 }
 
+TEST_F(StoreContract, isWrittenWith_holdsForTheFirstKeyOfAName)
+{
+    EXPECT_TRUE(store.IsWrittenWith("address.key", "a"));
+    EXPECT_TRUE(store.IsWrittenWith("address.key", "a"));
+    EXPECT_FALSE(store.IsWrittenWith("address.key", "b"));
+    EXPECT_TRUE(store.IsWrittenWith("index.key", "b"));
+}
+
 TEST_F(StoreContract, abandon_undoesEverythingSinceTheBeginning)
 {
     store.Begin();

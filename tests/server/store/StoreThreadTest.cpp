@@ -45,6 +45,10 @@ public:
         return m_store.QueueText(pc, prayer, time, place);
     }
     std::vector<OutboxRow> Outbox(std::size_t most) override { return m_store.Outbox(most); }
+    bool IsWrittenWith(std::string_view name, std::string_view check) override
+    {
+        return m_store.IsWrittenWith(name, check);
+    }
     std::int64_t DataVersion() override { return m_store.DataVersion(); }
     void Begin() override { m_store.Begin(); }
     void End() override
