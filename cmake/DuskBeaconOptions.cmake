@@ -63,13 +63,18 @@ function(duskbeacon_library name)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_shipped ${ARG_PRIVATE})
 endfunction()
 
+# Two mistakes of GCC 12: it takes the joining of strings for an overlap at -O3 (its bug 105651), and the frames of Asio's
+# coroutines, which have an allocation of their own, for mismatched.
+add_library(duskbeacon_server_warnings INTERFACE)
+target_compile_options(duskbeacon_server_warnings INTERFACE
+  $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-mismatched-new-delete>)
+
 # A room of the service, named after its folder under server/. It knows no Qt.
 function(duskbeacon_server_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC OFF)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/server)
-  # GCC 12 takes the joining of two strings for an overlap at -O3, by mistake: its bug 105651.
-  target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+  target_link_libraries(${name} PRIVATE duskbeacon_server_warnings)
   target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_shipped ${ARG_PRIVATE})
 endfunction()

@@ -2,34 +2,88 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/MailAddress.h"
 
-#include <regex>
+#include <algorithm>
 
 namespace beacond {
 
+namespace {
+
+// RFC 5321, sections 4.5.3.1.1 and 4.5.3.1.3 (less the angle brackets), and RFC 1035, section 2.3.4.
+constexpr std::size_t kLongest = 254;
+constexpr std::size_t kLongestLocalPart = 64;
+constexpr std::size_t kLongestLabel = 63;
+
+bool IsLetter(char c)
+{
+    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+bool IsLetterOrDigit(char c)
+{
+    return IsLetter(c) || (c >= '0' && c <= '9');
+}
+
+// Of the characters of RFC 5322, section 3.2.3, those that no shell and no option parser knows: an operator's
+// program may hand the address on.
+bool IsAtom(std::string_view text)
+{
+    constexpr std::string_view kMarks = "_+%='-";
+    return !text.empty() && text.front() != '-' && text.front() != '\'' &&
+           std::all_of(text.begin(), text.end(), [&](char c) {
+               return IsLetterOrDigit(c) || kMarks.find(c) != std::string_view::npos;
+           });
+}
+
+bool IsLabel(std::string_view text)
+{
+    return !text.empty() && text.size() <= kLongestLabel && IsLetterOrDigit(text.front()) &&
+           IsLetterOrDigit(text.back()) &&
+           std::all_of(text.begin(), text.end(), [](char c) { return IsLetterOrDigit(c) || c == '-'; });
+}
+
+// Whether each piece between the points satisfies the condition.
+template <typename Condition>
+bool IsEachPiece(std::string_view text, Condition condition)
+{
+    for (;;) {
+        const std::size_t point = text.find('.');
+        if (!condition(text.substr(0, point))) {
+            return false;
+        }
+        if (point == std::string_view::npos) {
+            return true;
+        }
+        text.remove_prefix(point + 1);
+    }
+}
+
+bool IsHost(std::string_view text)
+{
+    const std::size_t last = text.rfind('.');
+    // A top-level domain begins with a letter, unlike the last number of an address.
+    return last != std::string_view::npos && last + 1 < text.size() && IsLetter(text[last + 1]) &&
+           IsEachPiece(text, IsLabel);
+}
+
+std::string_view WithoutSpace(std::string_view text)
+{
+    constexpr std::string_view kSpace = " \t\r\n";
+    const std::size_t first = std::min(text.find_first_not_of(kSpace), text.size());
+    text.remove_prefix(first);
+    return text.substr(0, text.find_last_not_of(kSpace) + 1);
+}
+
+} // namespace
+
 std::optional<std::string> NormalisedMailAddress(std::string_view typed)
 {
-    // The longest path of RFC 5321, section 4.5.3.1.3, less its angle brackets.
-    constexpr std::size_t kLongest = 254;
-    constexpr std::size_t kLongestLocalPart = 64;
-    constexpr std::string_view kSpace = " \t\r\n";
-    const std::size_t first = typed.find_first_not_of(kSpace);
-    if (first == std::string_view::npos) {
+    const std::string_view text = WithoutSpace(typed);
+    const std::size_t at = text.find('@');
+    if (text.size() > kLongest || at == std::string_view::npos || at > kLongestLocalPart ||
+        !IsEachPiece(text.substr(0, at), IsAtom) || !IsHost(text.substr(at + 1))) {
         return std::nullopt;
     }
-    const std::string_view text = typed.substr(first, typed.find_last_not_of(kSpace) - first + 1);
-    if (text.size() > kLongest || text.find('@') > kLongestLocalPart) {
-        return std::nullopt;
-    }
-    // Of the characters of RFC 5322, section 3.2.3, those that no shell and no option parser knows: an
-    // operator's program may hand the address on. And host names.
-    static const std::regex kAddress("[A-Za-z0-9_+%=][A-Za-z0-9_+%='-]*(\\.[A-Za-z0-9_+%='-]+)*"
-                                     "@([A-Za-z0-9]([A-Za-z0-9-]{0,61}[A-Za-z0-9])?\\.)+"
-                                     "[A-Za-z]([A-Za-z0-9-]{0,61}[A-Za-z0-9])?",
-                                     std::regex::optimize);
     std::string address(text);
-    if (!std::regex_match(address, kAddress)) {
-        return std::nullopt;
-    }
     for (char& character : address) {
         if (character >= 'A' && character <= 'Z') {
             character = static_cast<char>(character - 'A' + 'a');

@@ -44,7 +44,7 @@ class Service:
 
     def requests(self, script):
         """How often it was asked for that script."""
-        return sum(entry.get("request", "").endswith("/" + script) for entry in self.log())
+        return sum(entry.get("request") == script for entry in self.log())
 
     def complaints(self):
         """The entries of its log that tell of a failure."""
