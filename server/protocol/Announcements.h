@@ -35,7 +35,7 @@ struct Announcements
 
 /// The newest release if it is newer than the client's; null if none is. Versions compare by name, then by
 /// sequence, as numbers.
-/// @param name,sequence the client's own, as it sends them; what is no number counts as 0
+/// @param name,sequence the client's own, as it sends them; a text that is no number counts as 0
 [[nodiscard]] const Release* NewerRelease(const Announcements& announcements, std::string_view name,
                                           std::string_view sequence);
 

@@ -17,7 +17,8 @@ namespace beacond {
     return {200, "text/xml; charset=utf-8", reply.Take(), {{"Cache-Control", "no-store"}}};
 }
 
-/// A script's failure. The program reads any XML as a reply, whatever the status says, so that this is none.
+/// A script's failure. The program reads any XML as a reply, whatever the status says, so a failure is plain
+/// text.
 [[nodiscard]] inline Response ScriptFailure(unsigned status, std::string text)
 {
     return {status, "text/plain; charset=utf-8", std::move(text), {{"Cache-Control", "no-store"}}};

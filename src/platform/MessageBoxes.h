@@ -16,7 +16,7 @@ public:
     MessageBoxes& operator=(const MessageBoxes&) = delete;
     virtual ~MessageBoxes() = default;
 
-    // Neither returns from a box that the end of the program closes: nobody answered it.
+    // Neither returns from a box that the end of the program closes: it has no answer.
 
     /// One OK button.
     virtual void Show(const QString& text, const QString& title = kDefaultTitle) = 0;
