@@ -119,7 +119,7 @@ std::string NameOf(const Gazetteer& gazetteer, std::size_t country, std::size_t 
 /// A country or state that has a place which a search finds.
 struct ListedScope
 {
-    icu::UnicodeString country; ///< a country's states stand behind it, whatever sorts between
+    icu::UnicodeString country; ///< the states of a country follow it directly
     icu::UnicodeString name;
     layout::Scope row;
 };

@@ -17,7 +17,7 @@ namespace beacond {
     return {200, "text/xml; charset=utf-8", reply.Take(), {{"Cache-Control", "no-store"}}};
 }
 
-/// A script's failure. The program reads any XML as a reply, whatever the status says, so a failure is plain
+/// A script's failure. The program ignores the status and reads any XML as a reply, so a failure is plain
 /// text.
 [[nodiscard]] inline Response ScriptFailure(unsigned status, std::string text)
 {

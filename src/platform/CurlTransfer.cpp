@@ -168,7 +168,7 @@ void CurlTransfer::SetTarget()
                      (target.startsWith('/') ? target : '/' + target).constData());
 }
 
-// By hand: libcurl would wait for the body of a redirect, whatever its size, follow a way that leads from
+// By hand: libcurl would wait for the body of a redirect of any size, follow a way that leads from
 // http over https back to http, and send a request target of ours to each server on it.
 bool CurlTransfer::FollowRedirect()
 {

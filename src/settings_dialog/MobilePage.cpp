@@ -155,7 +155,7 @@ void MobilePage::OnMobilRegClick()
 void MobilePage::ShowSignup(const MobileDevice& device, const QString& result)
 {
     StoreSignup(m_context.settingsDoc(), device, result);
-    // The boxes show the stored device, whatever was typed while the request was pending.
+    // The boxes show the stored device and not an edit made while the request was pending.
     m_context.loading = true;
     TxtMDID->SetText(device.id);
     TxtPC->SetText(device.personalCode);

@@ -59,7 +59,7 @@ TEST_F(ScriptsTest, replies_areTheseDocuments)
     }
 }
 
-// The program reads any well-formed document as a reply, whatever the status says.
+// The program ignores the status and reads any well-formed document as a reply.
 TEST_F(ScriptsTest, failures_areNoXml)
 {
     const struct
