@@ -8,10 +8,13 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 namespace beacond {
 
 namespace {
+
+constexpr std::string_view kPrefix = "message-";
 
 [[noreturn]] void Fail(const std::filesystem::path& path, int reason)
 {
@@ -31,6 +34,23 @@ bool WriteAll(int descriptor, std::string_view bytes)
         bytes.remove_prefix(static_cast<std::size_t>(count));
     }
     return true;
+}
+
+struct NewFile
+{
+    std::string name;
+    int descriptor = -1;
+};
+
+// For its owner alone. Throws ChannelError.
+NewFile CreateIn(const std::filesystem::path& folder)
+{
+    NewFile file{(folder / (std::string(kPrefix) + std::to_string(std::time(nullptr)) + "-XXXXXX")).string()};
+    file.descriptor = ::mkostemp(file.name.data(), O_CLOEXEC);
+    if (file.descriptor < 0) {
+        Fail(folder, errno);
+    }
+    return file;
 }
 
 bool SyncFolder(const std::filesystem::path& folder)
@@ -55,15 +75,29 @@ Spool::Spool(std::filesystem::path folder)
     if (error) {
         throw ChannelError(m_folder.string() + ": " + error.message());
     }
+    // Shows whether files can be made; the removal takes it.
+    ::close(CreateIn(m_folder).descriptor);
+    RemoveUnfinished();
+}
+
+void Spool::RemoveUnfinished() const
+{
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry(m_folder, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(kPrefix) && name.find('.') == std::string::npos) {
+            ::unlink(entry->path().c_str());
+        }
+    }
+    if (error) {
+        throw ChannelError(m_folder.string() + ": " + error.message());
+    }
 }
 
 void Spool::Send(std::string_view address, std::string_view text) const
 {
-    std::string name = (m_folder / "message-XXXXXX").string();
-    const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
-    if (descriptor < 0) {
-        Fail(m_folder, errno);
-    }
+    const auto [name, descriptor] = CreateIn(m_folder);
     const std::string content = "To: " + std::string(address) + "\n\n" + std::string(text) + "\n";
     bool isWritten = WriteAll(descriptor, content) && ::fsync(descriptor) == 0;
     int reason = errno;

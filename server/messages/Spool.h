@@ -17,11 +17,13 @@ public:
 };
 
 /// A folder from which a program of the operator takes messages, a file each: "To: ADDRESS", an empty line,
-/// the text in UTF-8. A file appears whole, under a name that ends in ".txt"; other names are unfinished.
+/// the text in UTF-8. A file appears whole, under a name that ends in ".txt"; the names sort by age. A file
+/// without such an end is unfinished.
 class Spool final
 {
 public:
-    /// Makes the folder if it is missing, for its owner alone. Throws ChannelError.
+    /// Makes the folder if it is missing, for its owner alone. Removes the unfinished files of an earlier
+    /// process, which hold an address. Throws ChannelError, for a folder that can't be written too.
     explicit Spool(std::filesystem::path folder);
 
     /// Returns when the file is on the disk. Throws ChannelError. Thread-safe.
@@ -29,6 +31,8 @@ public:
     void Send(std::string_view address, std::string_view text) const;
 
 private:
+    void RemoveUnfinished() const;
+
     std::filesystem::path m_folder;
 };
 

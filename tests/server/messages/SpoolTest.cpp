@@ -15,6 +15,7 @@
 using namespace beacond;
 using testing::EndsWith;
 using testing::StartsWith;
+using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
 
@@ -35,9 +36,28 @@ TEST(Spool, send_writesOneWholeFileForItsOwnerAlone)
     EXPECT_EQ(content.str(), "To: someone@example.org\n\nMaghrib: 18:42\n");
 }
 
-TEST(Spool, folderThatCantBeMadeOrHasGone_isAnErrorWithItsPath)
+TEST(Spool, start_removesWhatACrashLeftUnfinished_andNothingElse)
+{
+    const TemporaryFolder folder;
+    Spool(folder.File("spool")).Send("someone@example.org", "text");
+    const std::string sent = fs::directory_iterator(folder.File("spool"))->path().filename().string();
+    const std::string unfinished = sent.substr(0, sent.size() - std::string(".txt").size());
+    for (const std::string& name : {unfinished, sent + ".taken", std::string("other")}) {
+        std::ofstream(folder / "spool" / name) << "To: ";
+    }
+    const Spool again(folder.File("spool"));
+
+    std::vector<std::string> names;
+    for (const fs::directory_entry& entry : fs::directory_iterator(folder.File("spool"))) {
+        names.push_back(entry.path().filename().string());
+    }
+    EXPECT_THAT(names, UnorderedElementsAre(sent, sent + ".taken", "other"));
+}
+
+TEST(Spool, folderThatCantBeMadeOrWrittenOrHasGone_isAnErrorWithItsPath)
 {
     EXPECT_THROW(Spool("/proc/none/spool"), ChannelError);
+    EXPECT_THROW(Spool("/proc"), ChannelError);
 
     const TemporaryFolder folder;
     const Spool spool(folder.File("spool"));
