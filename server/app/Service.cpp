@@ -39,7 +39,7 @@ using namespace std::chrono_literals;
 constexpr auto kDrainTime = 5s;
 // How soon a strip that a subcommand has added is shown.
 constexpr auto kAnnouncementsAge = 2s;
-constexpr auto kStartsAge = 60s;
+constexpr auto kTidyInterval = 60s;
 
 std::chrono::sys_seconds Now()
 {
@@ -114,7 +114,7 @@ private:
     [[nodiscard]] asio::awaitable<void> FollowSignals();
     [[nodiscard]] asio::awaitable<void> FollowAnnouncements();
     [[nodiscard]] asio::awaitable<void> StoreStarts();
-    [[nodiscard]] asio::awaitable<void> FlushStarts();
+    [[nodiscard]] asio::awaitable<void> TidyEveryMinute();
 
     const Settings& m_settings;
     // First and to the end: a signal during the start or the end must not kill the process.
@@ -148,7 +148,8 @@ Service::Service(const Settings& settings)
     LoadAnnouncements(*store);
     m_store.emplace(std::move(store));
     LoadPlaces();
-    m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, &LogError);
+    m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, settings.messages.signups,
+                      static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
     m_site.emplace(ScriptSources{m_keys,
                                  *m_store,
                                  m_starts,
@@ -197,7 +198,7 @@ void Service::Run()
 
     asio::co_spawn(m_context, FollowSignals(), asio::detached);
     asio::co_spawn(m_context, FollowAnnouncements(), asio::detached);
-    asio::co_spawn(m_context, FlushStarts(), asio::detached);
+    asio::co_spawn(m_context, TidyEveryMinute(), asio::detached);
     m_context.run();
 
     LogInfo("ending");
@@ -266,13 +267,14 @@ asio::awaitable<void> Service::StoreStarts()
     }
 }
 
-asio::awaitable<void> Service::FlushStarts()
+asio::awaitable<void> Service::TidyEveryMinute()
 {
     asio::steady_timer timer(m_context);
     for (;;) {
-        timer.expires_after(kStartsAge);
+        timer.expires_after(kTidyInterval);
         co_await timer.async_wait(asio::use_awaitable);
         co_await StoreStarts();
+        co_await m_signups->DropOld();
     }
 }
 

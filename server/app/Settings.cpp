@@ -201,6 +201,11 @@ Settings Read(Reader& reader)
     }
     reader.Take("messages.signup_address", settings.messages.signupAddress);
     reader.Take("messages.spool", settings.messages.spool);
+    constexpr std::int64_t kMostSignups = 100'000;
+    reader.Take("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
+    reader.Take("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);
+    reader.Take("messages.signups_per_domain", settings.messages.signups.ofADomain, 1, kMostSignups);
+    reader.Take("messages.signups_per_day", settings.messages.signups.inAll, 1, kMostSignups);
     reader.Take("log.level", settings.log.level);
     constexpr std::array<std::string_view, 4> kLevels = {"debug", "info", "warning", "error"};
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "http/ListeningSocket.h"
+#include "store/Store.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -66,6 +67,8 @@ struct Settings
         std::vector<std::string> channels; ///< "spool"
         std::string signupAddress;
         std::filesystem::path spool = "state/spool";
+        std::int64_t signupsPerNetwork = 20; ///< within an hour
+        SignupLimits signups;                ///< within a day
     } messages;
 
     struct Log

@@ -18,29 +18,42 @@ namespace beacond {
 namespace {
 
 constexpr std::int64_t kCodeLifetime = 30 * 60;
-// A mosque may share one address of the network.
-constexpr int kMostOfANetwork = 20;
-constexpr int kMostOfAnAddress = 3;
 
 std::string MessageWith(std::int64_t device, const std::string& code)
 {
     return "Your mobile device ID: " + std::to_string(device) + "\nYour personal code: " + code +
            "\n\nEnter both in Dusk Beacon, under Alerts and Mobile Alert, within 30 minutes, and click "
            "Register."
-           "\nIf you did not ask for this, there is nothing to do: without the code nothing is sent to you.";
+           "\nIf you did not ask for this, there is nothing to do: without the code nothing changes.";
+}
+
+Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHash)
+{
+    return {.kind = "mail",
+            .sealedAddress = keys.address.Seal(address),
+            .addressIndex = keys.index.Hash("mail address", address),
+            .codeHash = std::move(codeHash),
+            .lifetime = kCodeLifetime,
+            .road = "form",
+            .words = "texts at prayer times, asked for on the home page",
+            .domainIndex = keys.index.Hash("mail domain", address.substr(address.find('@') + 1))};
 }
 
 } // namespace
 
-Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, Report report)
+Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, SignupLimits limits,
+                 int mostOfANetwork, Report report)
     : m_keys(keys)
     , m_store(store)
     , m_spool(spool)
+    , m_limits(limits)
     , m_report(std::move(report))
-    , m_networks(kMostOfANetwork, std::chrono::hours(1))
-    , m_addresses(kMostOfAnAddress, std::chrono::days(1))
+    , m_networks(mostOfANetwork, std::chrono::hours(1))
 {
 }
+
+// The calls of the store and of the channel are named before they are awaited: GCC 12 destroys the captures
+// of a lambda twice that is written into the await.
 
 boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddress, std::string network,
                                                          std::chrono::sys_seconds now)
@@ -52,34 +65,83 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
     if (!address) {
         co_return Outcome::NoAddress;
     }
-    const std::string index = m_keys.index.Hash("mail address", *address);
-    if (!m_networks.Take(network, now) || !m_addresses.Take(index, now)) {
+    if (!m_networks.Take(network, now)) {
         co_return Outcome::TooMany;
     }
+    const std::string code = MakePersonalCode();
+    const std::string codeHash = m_keys.index.Hash("personal code", *DigitsOfPersonalCode(code));
+    auto store = [this, signup = SignupOf(m_keys, *address, codeHash)](Store& rows) {
+        return rows.SignUp(signup, m_limits);
+    };
+    SignupResult stored;
     try {
-        const std::string code = MakePersonalCode();
-        Signup signup{"mail",
-                      m_keys.address.Seal(*address),
-                      index,
-                      m_keys.index.Hash("personal code", *DigitsOfPersonalCode(code)),
-                      kCodeLifetime,
-                      "form",
-                      "texts at prayer times, asked for on the home page"};
-        // Named before they are awaited: GCC 12 destroys the captures of a lambda twice that is written into
-        // the await.
-        auto store = [signup = std::move(signup)](Store& rows) { return rows.SignUp(signup); };
-        const std::int64_t device = co_await m_store.Run(std::move(store));
-        const std::string text = MessageWith(device, code);
-        auto send = [this, &address, &text]() -> boost::asio::awaitable<void> {
-            m_spool->Send(*address, text);
-            co_return;
-        };
+        stored = co_await m_store.Run(std::move(store));
+    } catch (const StoreError& error) {
+        m_report(error.what());
+        co_return Outcome::Failed;
+    }
+    if (stored.exceeded != SignupResult::Limit::None) {
+        ReportLimit(stored.exceeded, now);
+        co_return Outcome::TooMany;
+    }
+    // After the row: a code that has come is known, and a row whose message was lost expires.
+    const bool isSent = co_await Send(*address, MessageWith(stored.device, code));
+    if (!isSent) {
+        co_await Withdraw(codeHash);
+        co_return Outcome::Failed;
+    }
+    co_return Outcome::Sent;
+}
+
+// People are turned away until the operator raises the limit. The limit of an address needs no report: it
+// turns away one person, who has three codes.
+void Signups::ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds now)
+{
+    const bool isOfADomain = limit == SignupResult::Limit::Domain;
+    if (limit != SignupResult::Limit::Address && m_limitReports.Take(isOfADomain ? "domain" : "all", now)) {
+        m_report(isOfADomain ? "sign-ups are refused: the limit of a domain is reached"
+                             : "sign-ups are refused: the limit of a day is reached");
+    }
+}
+
+boost::asio::awaitable<bool> Signups::Send(const std::string& address, const std::string& text)
+{
+    auto send = [this, &address, &text]() -> boost::asio::awaitable<void> {
+        m_spool->Send(address, text);
+        co_return;
+    };
+    try {
         co_await boost::asio::co_spawn(m_sender, send, boost::asio::use_awaitable);
-        co_return Outcome::Sent;
+        co_return true;
     } catch (const std::runtime_error& error) {
         m_report(error.what());
-        m_addresses.GiveBack(index);
-        co_return Outcome::Failed;
+        co_return false;
+    }
+}
+
+boost::asio::awaitable<void> Signups::Withdraw(const std::string& codeHash)
+{
+    auto withdraw = [&codeHash](Store& rows) {
+        rows.Withdraw(codeHash);
+        return true;
+    };
+    try {
+        co_await m_store.Run(withdraw);
+    } catch (const StoreError& error) {
+        m_report(error.what());
+    }
+}
+
+boost::asio::awaitable<void> Signups::DropOld()
+{
+    auto drop = [](Store& rows) {
+        rows.DropOldSignups();
+        return true;
+    };
+    try {
+        co_await m_store.Run(drop);
+    } catch (const StoreError& error) {
+        m_report(error.what());
     }
 }
 

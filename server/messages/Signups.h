@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "store/Store.h"
 #include "support/AttemptLimit.h"
 #include "support/Report.h"
 
@@ -18,7 +19,8 @@ class Spool;
 class StoreThread;
 struct Keys;
 
-/// Takes sign-ups of devices: stores each, and sends it its ID and its personal code. Thread-safe.
+/// Takes sign-ups of devices: stores each, and sends it its ID and its personal code. A device is made when
+/// the code is confirmed. Thread-safe.
 class Signups final
 {
 public:
@@ -26,13 +28,15 @@ public:
         Sent,
         NotOffered, ///< no channel is configured
         NoAddress,  ///< the text is no mail address
-        TooMany,    ///< from this network, or for this address
+        TooMany,    ///< from this network, or of this day: for this address, its domain, or in all
         Failed      ///< the store or the channel
     };
 
     /// @param spool null where no channel is configured
+    /// @param mostOfANetwork sign-ups from one network within an hour
     /// @param report takes the reason of each failure, for the log
-    Signups(const Keys& keys, StoreThread& store, const Spool* spool, Report report);
+    Signups(const Keys& keys, StoreThread& store, const Spool* spool, SignupLimits limits, int mostOfANetwork,
+            Report report);
 
     [[nodiscard]] bool IsOffered() const { return m_spool != nullptr; }
 
@@ -42,16 +46,26 @@ public:
     [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(std::string typedAddress, std::string network,
                                                          std::chrono::sys_seconds now);
 
+    /// Drops what is kept of sign-ups that were not confirmed in time. A failure is reported.
+    [[nodiscard]] boost::asio::awaitable<void> DropOld();
+
     /// Waits for the messages that are being handed over. Afterwards none is.
     void Join() { m_sender.join(); }
 
 private:
+    void ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds now);
+    /// False after a failure, which is reported.
+    [[nodiscard]] boost::asio::awaitable<bool> Send(const std::string& address, const std::string& text);
+    [[nodiscard]] boost::asio::awaitable<void> Withdraw(const std::string& codeHash);
+
     const Keys& m_keys;
     StoreThread& m_store;
     const Spool* m_spool;
+    SignupLimits m_limits;
     Report m_report;
     AttemptLimit m_networks;
-    AttemptLimit m_addresses;
+    /// Reports of a limit that is reached.
+    AttemptLimit m_limitReports{1, std::chrono::hours(1)};
     /// Hands messages over, which waits for the disk.
     boost::asio::thread_pool m_sender{1};
 };

@@ -9,7 +9,7 @@ namespace beacond {
 
 /// The steps that bring an empty SQLite file to today's tables, in order. A step that has been released is
 /// never changed: the number of steps that a file has gone through is its version.
-inline constexpr std::array<std::string_view, 1> kSqliteMigrations = {R"(
+inline constexpr std::array<std::string_view, 2> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,
     hash BLOB NOT NULL) WITHOUT ROWID;
@@ -67,6 +67,49 @@ CREATE TABLE outbox (
     place TEXT NOT NULL,
     queued_at INTEGER NOT NULL);
 CREATE INDEX outbox_of_device ON outbox (device);
+)",
+                                                                      R"(
+CREATE TABLE signup (
+    id INTEGER PRIMARY KEY AUTOINCREMENT,
+    device INTEGER NOT NULL,
+    kind TEXT NOT NULL,
+    sealed_address BLOB,
+    address_index BLOB NOT NULL,
+    domain_index BLOB NOT NULL,
+    code_hash BLOB NOT NULL UNIQUE,
+    expires_at INTEGER NOT NULL,
+    used_by BLOB,
+    used_at INTEGER,
+    consent_at INTEGER NOT NULL,
+    consent_road TEXT NOT NULL,
+    consent_words TEXT NOT NULL);
+CREATE INDEX signup_of_address ON signup (address_index, consent_at);
+CREATE INDEX signup_of_domain ON signup (domain_index, consent_at);
+CREATE INDEX signup_by_age ON signup (consent_at);
+
+INSERT INTO signup (device, kind, sealed_address, address_index, domain_index, code_hash, expires_at, used_by,
+                    used_at, consent_at, consent_road, consent_words)
+    SELECT id, kind, sealed_address, address_index, x'', code_hash, code_expires, code_used_by,
+           code_used_at, consent_at, consent_road, consent_words FROM device;
+-- A device takes its number from its first sign-up: go on after the last number that was given.
+DELETE FROM sqlite_sequence WHERE name = 'signup';
+INSERT INTO sqlite_sequence (name, seq) SELECT 'signup', seq FROM sqlite_sequence WHERE name = 'device';
+
+CREATE TABLE confirmed_device (
+    id INTEGER PRIMARY KEY,
+    kind TEXT NOT NULL,
+    sealed_address BLOB NOT NULL,
+    address_index BLOB NOT NULL UNIQUE,
+    consent_at INTEGER NOT NULL,
+    consent_road TEXT NOT NULL,
+    consent_words TEXT NOT NULL);
+INSERT INTO confirmed_device
+    SELECT id, kind, sealed_address, address_index, consent_at, consent_road, consent_words FROM device
+    WHERE id IN (SELECT device FROM installation);
+DELETE FROM device_prayer WHERE device NOT IN (SELECT id FROM confirmed_device);
+DELETE FROM outbox WHERE device NOT IN (SELECT id FROM confirmed_device);
+DROP TABLE device;
+ALTER TABLE confirmed_device RENAME TO device;
 )"};
 
 } // namespace beacond

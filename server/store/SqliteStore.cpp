@@ -3,6 +3,7 @@
 #include "store/SqliteStore.h"
 
 #include "store/Migrations.h"
+#include "store/Scope.h"
 
 #include <chrono>
 
@@ -11,7 +12,6 @@ namespace beacond {
 namespace {
 
 constexpr std::int64_t kSecondsBetweenTexts = 6 * 3600;
-constexpr std::int64_t kSecondsOfRepeatedConfirmation = 24 * 3600;
 
 std::int64_t SystemSeconds()
 {
@@ -20,37 +20,13 @@ std::int64_t SystemSeconds()
         .count();
 }
 
-// The statements of one call: all or none of them happen. Alone it is a transaction, inside one a part of it.
-class Scope final
+// The number of migrations that the file has gone through.
+std::int64_t TablesOf(Database& database)
 {
-public:
-    explicit Scope(Database& database)
-        : m_database(database)
-        , m_isOutermost(database.IsAutocommit())
-    {
-        m_database.Execute(m_isOutermost ? "BEGIN IMMEDIATE" : "SAVEPOINT scope");
-    }
-    ~Scope()
-    {
-        // SQLite has rolled back by itself after a full disk or the like.
-        if (!m_isDone && !m_database.IsAutocommit()) {
-            m_database.TryExecute(m_isOutermost ? "ROLLBACK" : "ROLLBACK TO scope; RELEASE scope");
-        }
-    }
-    Scope(const Scope&) = delete;
-    Scope& operator=(const Scope&) = delete;
-
-    void Finish()
-    {
-        m_database.Execute(m_isOutermost ? "COMMIT" : "RELEASE scope");
-        m_isDone = true;
-    }
-
-private:
-    Database& m_database;
-    bool m_isOutermost;
-    bool m_isDone = false;
-};
+    Statement version = database.Run("PRAGMA user_version");
+    version.Step();
+    return version.Integer(0);
+}
 
 } // namespace
 
@@ -63,16 +39,17 @@ SqliteStore::SqliteStore(const std::string& path, Clock clock)
     : m_database(path)
     , m_now(std::move(clock))
 {
-    m_database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = ON");
+    m_database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = OFF");
     Migrate(path);
+    // Afterwards only: to replace a table, a migration drops it, which would delete the rows that refer to
+    // it.
+    m_database.Execute("PRAGMA foreign_keys = ON");
 }
 
 void SqliteStore::Migrate(const std::string& path)
 {
     Scope scope(m_database);
-    Statement question = m_database.Run("PRAGMA user_version");
-    question.Step();
-    const std::int64_t version = question.Integer(0);
+    const std::int64_t version = TablesOf(m_database);
     if (version < 0 || version > std::ssize(kSqliteMigrations)) {
         throw StoreError(path + ": written by a newer version of the service (tables " +
                          std::to_string(version) + ", known up to " +
@@ -168,73 +145,6 @@ std::vector<Release> SqliteStore::Releases()
         releases.push_back({rows.Text(0), rows.Text(1), rows.Text(2)});
     }
     return releases;
-}
-
-std::int64_t SqliteStore::SignUp(const Signup& signup)
-{
-    const std::int64_t now = m_now();
-    Scope scope(m_database);
-    Statement device = m_database.Run(
-        "INSERT INTO device (kind, sealed_address, address_index, code_hash, code_expires, consent_at, "
-        "consent_road, consent_words) VALUES (?, ?, ?, ?, ?, ?, ?, ?) "
-        "ON CONFLICT (address_index) DO UPDATE SET kind = excluded.kind, "
-        "sealed_address = excluded.sealed_address, code_hash = excluded.code_hash, "
-        "code_expires = excluded.code_expires, code_used_by = NULL, code_used_at = NULL, "
-        "consent_at = excluded.consent_at, consent_road = excluded.consent_road, "
-        "consent_words = excluded.consent_words RETURNING id");
-    device.Bind(signup.kind).BindBytes(signup.sealedAddress).BindBytes(signup.addressIndex);
-    device.BindBytes(signup.codeHash).Bind(now + signup.lifetime);
-    device.Bind(now).Bind(signup.road).Bind(signup.words);
-    device.Step();
-    const std::int64_t id = device.Integer(0);
-    while (device.Step()) {
-    }
-    scope.Finish();
-    return id;
-}
-
-Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view installation)
-{
-    const std::int64_t now = m_now();
-    Scope scope(m_database);
-    Statement device =
-        m_database.Run("SELECT id, code_expires, code_used_by, code_used_at FROM device WHERE code_hash = ?");
-    device.BindBytes(codeHash);
-    if (!device.Step()) {
-        return Confirmation::Unknown;
-    }
-    const std::string usedBy = device.Text(2);
-    if (usedBy.empty() && device.Integer(1) < now) {
-        return Confirmation::Expired;
-    }
-    if (!usedBy.empty() &&
-        (usedBy != installation || device.Integer(3) < now - kSecondsOfRepeatedConfirmation)) {
-        return Confirmation::Unknown;
-    }
-    if (usedBy.empty()) {
-        m_database.Run("UPDATE device SET code_used_by = ?, code_used_at = ? WHERE id = ?")
-            .BindBytes(installation)
-            .Bind(now)
-            .Bind(device.Integer(0))
-            .Step();
-    }
-    m_database
-        .Run("INSERT INTO installation (id, device) VALUES (?, ?) "
-             "ON CONFLICT (id) DO UPDATE SET device = excluded.device")
-        .BindBytes(installation)
-        .Bind(device.Integer(0))
-        .Step();
-    scope.Finish();
-    return Confirmation::Confirmed;
-}
-
-bool SqliteStore::Forget(std::string_view addressIndex)
-{
-    Scope scope(m_database);
-    m_database.Run("DELETE FROM device WHERE address_index = ?").BindBytes(addressIndex).Step();
-    const bool isForgotten = m_database.Changes() > 0;
-    scope.Finish();
-    return isForgotten;
 }
 
 bool SqliteStore::QueueText(std::string_view installation, int prayer, std::string_view time,

@@ -28,8 +28,10 @@ public:
     [[nodiscard]] std::vector<Strip> Strips() override;
     void AddRelease(const Release& release) override;
     [[nodiscard]] std::vector<Release> Releases() override;
-    std::int64_t SignUp(const Signup& signup) override;
+    [[nodiscard]] SignupResult SignUp(const Signup& signup, const SignupLimits& limits) override;
+    void Withdraw(std::string_view codeHash) override;
     [[nodiscard]] Confirmation Confirm(std::string_view codeHash, std::string_view installation) override;
+    void DropOldSignups() override;
     bool Forget(std::string_view addressIndex) override;
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;

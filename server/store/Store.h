@@ -52,7 +52,7 @@ struct Release
     bool operator==(const Release&) const = default;
 };
 
-/// A device that wants texts, with the code that will confirm it. Addresses and codes enter sealed or hashed.
+/// A wish for texts, with the code that will confirm it. Addresses and codes enter sealed or hashed.
 struct Signup
 {
     std::string kind;          ///< "mail", "ntfy" or "phone"
@@ -62,6 +62,24 @@ struct Signup
     std::int64_t lifetime = 0; ///< seconds until the code expires
     std::string road;          ///< how the consent came, such as "form"
     std::string words;         ///< what was consented to
+    std::string domainIndex{}; ///< keyed hash of a mail address's domain; empty for other kinds
+};
+
+/// Sign-ups of the last 24 hours beyond which a further one is refused.
+struct SignupLimits
+{
+    std::int64_t ofAnAddress = 3;
+    std::int64_t ofADomain = 500;
+    std::int64_t inAll = 2'000;
+};
+
+/// The device of a sign-up, or the limit that refused it.
+struct SignupResult
+{
+    enum class Limit { None, Address, Domain, InAll };
+
+    Limit exceeded = Limit::None;
+    std::int64_t device = 0; ///< the number that the device has, or will have once it is confirmed
 };
 
 enum class Confirmation { Confirmed, Unknown, Expired };
@@ -105,14 +123,22 @@ public:
     /// In the order of their addition.
     [[nodiscard]] virtual std::vector<Release> Releases() = 0;
 
-    /// Stores a device, or gives the device of that address its new code; returns its identifier.
-    virtual std::int64_t SignUp(const Signup& signup) = 0;
-    /// Binds @p installation to the device of the code. The same code confirms the same installation again
-    /// for 24 hours, so that a lost reply undoes nothing; any other installation is refused once the code has
-    /// been used.
+    /// Stores a sign-up until its code is confirmed or expires. Nothing else changes: neither a confirmed
+    /// device of that address nor an earlier sign-up whose code is still valid.
+    [[nodiscard]] virtual SignupResult SignUp(const Signup& signup, const SignupLimits& limits) = 0;
+    /// Drops a sign-up whose message could not be handed over, so that it does not count in the limits. A
+    /// code that has been confirmed stays.
+    virtual void Withdraw(std::string_view codeHash) = 0;
+    /// Makes or renews the device of the code and binds @p installation to it, for the one that it had
+    /// before. The same code confirms the same installation again for 24 hours, so that a lost reply undoes
+    /// nothing; any other installation is refused once the code has been used. A device that loses its last
+    /// installation goes with its texts: no text can be asked for it any more.
     /// @param installation keyed hash of the installation identifier
     [[nodiscard]] virtual Confirmation Confirm(std::string_view codeHash, std::string_view installation) = 0;
-    /// Ends a device and all that hangs on it. False if no device has that address.
+    /// Drops the addresses of sign-ups whose code has expired, and what is left of all sign-ups after a day.
+    virtual void DropOldSignups() = 0;
+    /// Ends a device and all that hangs on it, sign-ups of its address included. False if there is nothing of
+    /// that address.
     virtual bool Forget(std::string_view addressIndex) = 0;
 
     /// Puts a text into the outbox if @p installation has a confirmed device whose last text for that prayer

@@ -68,6 +68,10 @@ dists = ["mosque"]
 channels = ["spool"]
 signup_address = "signup@example.org"
 spool = "/var/spool/beacond"
+signups_per_network = 200
+signups_per_address = 4
+signups_per_domain = 50
+signups_per_day = 60
 [log]
 level = "debug"
 )",
@@ -87,6 +91,10 @@ level = "debug"
     EXPECT_THAT(settings.messages.channels, ElementsAre("spool"));
     EXPECT_EQ(settings.messages.signupAddress, "signup@example.org");
     EXPECT_EQ(settings.messages.spool, "/var/spool/beacond");
+    EXPECT_EQ(settings.messages.signupsPerNetwork, 200);
+    EXPECT_EQ(settings.messages.signups.ofAnAddress, 4);
+    EXPECT_EQ(settings.messages.signups.ofADomain, 50);
+    EXPECT_EQ(settings.messages.signups.inAll, 60);
     EXPECT_EQ(settings.log.level, "debug");
 }
 
@@ -120,6 +128,8 @@ TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
         {"[places]\nfile = \"\"", "service.toml:2: places.file: a path is expected"},
         {"[messages]\n\nchannels = [\"pigeon\"]",
          "service.toml:3: messages.channels: \"pigeon\" is no channel; \"spool\" is one"},
+        {"[messages]\nsignups_per_day = 0",
+         "service.toml:2: messages.signups_per_day: a whole number from 1 to 100000 is expected"},
         {"[log]\nlevel = \"loud\"",
          "service.toml:2: log.level: \"debug\", \"info\", \"warning\" or \"error\" is expected"},
         {"[http]\nlisten = \"127.0.0.1:1\"\nlisen = 1", "service.toml:3: http.lisen: unknown key"},
@@ -169,10 +179,16 @@ TEST(Settings, example_namesEveryKeyWithItsDefault)
     EXPECT_EQ(shown.messages.channels, defaults.messages.channels);
     EXPECT_EQ(shown.messages.signupAddress, defaults.messages.signupAddress);
     EXPECT_EQ(shown.messages.spool, defaults.messages.spool);
+    EXPECT_EQ(shown.messages.signupsPerNetwork, defaults.messages.signupsPerNetwork);
+    EXPECT_EQ(shown.messages.signups.ofAnAddress, defaults.messages.signups.ofAnAddress);
+    EXPECT_EQ(shown.messages.signups.ofADomain, defaults.messages.signups.ofADomain);
+    EXPECT_EQ(shown.messages.signups.inAll, defaults.messages.signups.inAll);
     EXPECT_EQ(shown.log.level, defaults.log.level);
-    for (const char* const key : {"listen = ", "base_url = ", "proxies = ", "threads = ", "connections = ",
-                                  "connections_per_address = ", "url = ", "folder = ", "file = ", "dists = ",
-                                  "channels = ", "signup_address = ", "spool = ", "level = "}) {
+    for (const char* const key :
+         {"listen = ", "base_url = ", "proxies = ", "threads = ", "connections = ",
+          "connections_per_address = ", "url = ", "folder = ", "file = ", "dists = ", "channels = ",
+          "signup_address = ", "spool = ", "signups_per_network = ", "signups_per_address = ",
+          "signups_per_domain = ", "signups_per_day = ", "level = "}) {
         EXPECT_NE(example.find(std::string("\n") + key), std::string::npos) << key;
     }
 }

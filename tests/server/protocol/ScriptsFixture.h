@@ -57,9 +57,10 @@ protected:
     /// A device that waits for its code to be confirmed.
     void SignUp(const std::string& digits)
     {
-        beacond::SqliteStore(folder.File("store.db"), [this] { return Seconds(); })
-            .SignUp({"mail", "sealed", "index " + digits, keys.index.Hash("personal code", digits), 1800,
-                     "form", "texts"});
+        beacond::SqliteStore another(folder.File("store.db"), [this] { return Seconds(); });
+        (void)another.SignUp({"mail", "sealed", "index " + digits, keys.index.Hash("personal code", digits),
+                              1800, "form", "texts"},
+                             {});
     }
     std::vector<beacond::OutboxRow> Outbox()
     {

@@ -84,3 +84,45 @@ TEST(SqliteStore, dataVersion_changesWithAnotherProcessOnly)
     SqliteStore(folder.File("store.db")).AddRelease({"1", "7", "https://example.org/"});
     EXPECT_NE(served.DataVersion(), version);
 }
+
+TEST(SqliteStore, open_fileOfTheFirstTables_keepsDevicesAndCodes)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    constexpr std::int64_t kNow = 1'800'000'000;
+    {
+        Database database(path);
+        database.Execute(std::string(kSqliteMigrations[0]));
+        database.Execute(
+            "INSERT INTO device VALUES"
+            " (2, 'mail', 'sealed 2', x'32', x'C2', 1800000000, x'A2', 1799999990, 1799999900, 'form', 'w2'),"
+            " (3, 'mail', 'sealed 3', x'33', x'C3', 1800000000, NULL, NULL, 1799999900, 'form', 'w3'),"
+            " (4, 'mail', 'sealed 4', x'34', x'C4', 1800000000, NULL, NULL, 1799999900, 'form', 'w4'),"
+            " (9, 'mail', 'sealed 9', x'39', x'C9', 1800000000, NULL, NULL, 1799999900, 'form', 'w9');"
+            "DELETE FROM device WHERE id = 9;"
+            "INSERT INTO installation VALUES (x'A2', 2), (x'A3', 3);"
+            "INSERT INTO device_prayer VALUES (2, 1, 1799990000), (4, 1, 1799990000);"
+            "INSERT INTO outbox VALUES (7, 2, 1, '5:07', 'SA-G1', 1799990000),"
+            " (8, 4, 1, '5:07', 'SA-G1', 1799990000);"
+            "INSERT INTO release (name, sequence, url) VALUES ('1', '6', 'https://example.org/');"
+            "PRAGMA user_version = 1");
+    }
+    SqliteStore store(path, [] { return kNow; });
+
+    EXPECT_EQ(store.Releases().size(), 1U);
+    EXPECT_THAT(store.Outbox(10), testing::ElementsAre(OutboxRow{7, 2, 1, "5:07", "SA-G1", 1'799'990'000}))
+        << "a device without an installation goes, with its texts";
+    EXPECT_FALSE(store.QueueText("\xA2", 1, "5:07", "SA-G1")) << "the last text is less than six hours old";
+    EXPECT_TRUE(store.QueueText("\xA3", 1, "5:07", "SA-G1")) << "a renewed code leaves the installation";
+    EXPECT_EQ(store.Confirm("\xC2", "\xA2"), Confirmation::Confirmed) << "the code was used a moment ago";
+    EXPECT_EQ(store.Confirm("\xC2", "pc"), Confirmation::Unknown);
+    EXPECT_EQ(store.Confirm("\xC3", "second pc"), Confirmation::Confirmed);
+    EXPECT_EQ(store.Confirm("\xC4", "third pc"), Confirmation::Confirmed);
+    EXPECT_EQ(store.SignUp({"mail", "sealed", "4", "new", 1800, "form", "w"}, {}).device, 4);
+    EXPECT_GT(store.SignUp({"mail", "sealed", "5", "other", 1800, "form", "w"}, {}).device, 9)
+        << "a number is given once";
+    EXPECT_TRUE(store.Forget("2"));
+    EXPECT_THAT(store.Outbox(10), testing::SizeIs(1)) << "what refers to a device still goes with it";
+    Database database(path);
+    EXPECT_FALSE(database.Run("PRAGMA foreign_key_check").Step());
+}

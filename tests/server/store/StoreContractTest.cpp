@@ -1,36 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "server/TemporaryFolder.h"
-#include "store/SqliteStore.h"
+#include "server/store/StoreContract.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using namespace beacond;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace {
-
-constexpr std::int64_t kHour = 3600;
-
-Signup SignupOf(const std::string& address, const std::string& code)
-{
-    return {"mail", "sealed " + address, "index " + address, code, 1800, "form", "texts at prayer times"};
-}
-
-} // namespace
-
-/// What every store does, whatever it keeps its rows in.
-class StoreContract : public testing::Test
-{
-protected:
-    std::int64_t Queued() { return static_cast<std::int64_t>(store.Outbox(1000).size()); }
-
-    TemporaryFolder folder;
-    std::int64_t now = 1'800'000'000;
-    SqliteStore store{folder.File("store.db"), [this] { return now; }};
-};
 
 TEST_F(StoreContract, addStarts_addsToTheSameDayCountryAndDistribution)
 {
@@ -64,67 +40,11 @@ TEST_F(StoreContract, releases_comeInTheOrderOfTheirAddition)
                                               Release{"1", "5", "https://example.org/5"}));
 }
 
-TEST_F(StoreContract, confirm_codeOfASignup_bindsTheInstallation)
-{
-    store.SignUp(SignupOf("a", "code"));
-
-    EXPECT_EQ(store.Confirm("another", "pc"), Confirmation::Unknown);
-    EXPECT_FALSE(store.QueueText("pc", 1, "5:07", "SA-G1"));
-    EXPECT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
-    EXPECT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
-}
-
-TEST_F(StoreContract, confirm_afterTheLifetime_isExpired)
-{
-    store.SignUp(SignupOf("a", "code"));
-    now += 1800;
-    store.SignUp(SignupOf("b", "second"));
-    now += 1;
-
-    EXPECT_EQ(store.Confirm("code", "pc"), Confirmation::Expired);
-    EXPECT_EQ(store.Confirm("second", "pc"), Confirmation::Confirmed);
-}
-
-TEST_F(StoreContract, confirm_again_holdsForTheSameInstallationAndADay)
-{
-    store.SignUp(SignupOf("a", "code"));
-    ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
-    now += 24 * kHour;
-
-    EXPECT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
-    EXPECT_EQ(store.Confirm("code", "another pc"), Confirmation::Unknown);
-    now += 1;
-    EXPECT_EQ(store.Confirm("code", "pc"), Confirmation::Unknown);
-}
-
-TEST_F(StoreContract, signUp_again_replacesTheCodeAndKeepsTheInstallations)
-{
-    const std::int64_t device = store.SignUp(SignupOf("a", "old"));
-    ASSERT_EQ(store.Confirm("old", "first pc"), Confirmation::Confirmed);
-
-    EXPECT_EQ(store.SignUp(SignupOf("a", "new")), device);
-    EXPECT_EQ(store.Confirm("old", "second pc"), Confirmation::Unknown);
-    EXPECT_EQ(store.Confirm("new", "second pc"), Confirmation::Confirmed);
-    EXPECT_TRUE(store.QueueText("first pc", 1, "5:07", "SA-G1"));
-    EXPECT_TRUE(store.QueueText("second pc", 2, "6:30", "SA-G1"));
-}
-
-TEST_F(StoreContract, confirm_newerDevice_replacesTheOneOfTheInstallation)
-{
-    store.SignUp(SignupOf("a", "code a"));
-    const std::int64_t newer = store.SignUp(SignupOf("b", "code b"));
-    ASSERT_EQ(store.Confirm("code a", "pc"), Confirmation::Confirmed);
-    ASSERT_EQ(store.Confirm("code b", "pc"), Confirmation::Confirmed);
-
-    ASSERT_TRUE(store.QueueText("pc", 6, "20:15", "SA-G1"));
-    EXPECT_THAT(store.Outbox(10), ElementsAre(OutboxRow{1, newer, 6, "20:15", "SA-G1", now}));
-}
-
 TEST_F(StoreContract, queueText_onceInSixHours_forADeviceAndAPrayer)
 {
-    store.SignUp(SignupOf("a", "code a"));
+    SignUp("a", "code a");
     ASSERT_EQ(store.Confirm("code a", "pc"), Confirmation::Confirmed);
-    store.SignUp(SignupOf("a", "code b"));
+    SignUp("a", "code b");
     ASSERT_EQ(store.Confirm("code b", "second pc of that phone"), Confirmation::Confirmed);
 
     EXPECT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
@@ -134,12 +54,12 @@ TEST_F(StoreContract, queueText_onceInSixHours_forADeviceAndAPrayer)
     EXPECT_FALSE(store.QueueText("pc", 1, "5:07", "SA-G1"));
     now += 1;
     EXPECT_TRUE(store.QueueText("pc", 1, "5:08", "SA-G1"));
-    EXPECT_EQ(Queued(), 3);
+    EXPECT_EQ(store.Outbox(10).size(), 3U);
 }
 
 TEST_F(StoreContract, outbox_isOldestFirstAndLimited)
 {
-    store.SignUp(SignupOf("a", "code"));
+    SignUp("a", "code");
     ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
     for (int prayer = 1; prayer <= 6; ++prayer) {
         ASSERT_TRUE(store.QueueText("pc", prayer, "5:07", "SA-G1"));
@@ -149,18 +69,6 @@ TEST_F(StoreContract, outbox_isOldestFirstAndLimited)
     ASSERT_EQ(texts.size(), 2U);
     EXPECT_EQ(texts[0].prayer, 1);
     EXPECT_EQ(texts[1].prayer, 2);
-}
-
-TEST_F(StoreContract, forget_takesTheDeviceItsInstallationsAndItsTexts)
-{
-    store.SignUp(SignupOf("a", "code"));
-    ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
-    ASSERT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
-
-    EXPECT_TRUE(store.Forget("index a"));
-    EXPECT_FALSE(store.Forget("index a"));
-    EXPECT_THAT(store.Outbox(10), IsEmpty());
-    EXPECT_FALSE(store.QueueText("pc", 2, "6:30", "SA-G1"));
 }
 
 TEST_F(StoreContract, isWrittenWith_holdsForTheFirstKeyOfAName)

@@ -34,11 +34,16 @@ public:
     std::vector<Strip> Strips() override { return m_store.Strips(); }
     void AddRelease(const Release& release) override { m_store.AddRelease(release); }
     std::vector<Release> Releases() override { return m_store.Releases(); }
-    std::int64_t SignUp(const Signup& signup) override { return m_store.SignUp(signup); }
+    SignupResult SignUp(const Signup& signup, const SignupLimits& limits) override
+    {
+        return m_store.SignUp(signup, limits);
+    }
+    void Withdraw(std::string_view code) override { m_store.Withdraw(code); }
     Confirmation Confirm(std::string_view code, std::string_view pc) override
     {
         return m_store.Confirm(code, pc);
     }
+    void DropOldSignups() override { m_store.DropOldSignups(); }
     bool Forget(std::string_view index) override { return m_store.Forget(index); }
     bool QueueText(std::string_view pc, int prayer, std::string_view time, std::string_view place) override
     {

@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The sign-ups and devices of SqliteStore.
+#include "store/Scope.h"
+#include "store/SqliteStore.h"
+
+#include <optional>
+
+namespace beacond {
+
+namespace {
+
+// The window of the limits, and how long a used code confirms the same installation again.
+constexpr std::int64_t kDay = 24 * 3600;
+
+struct StoredSignup
+{
+    std::int64_t id = 0;
+    std::int64_t device = 0;
+    std::int64_t expiresAt = 0;
+    std::string usedBy; ///< empty while the code is unused
+    std::int64_t usedAt = 0;
+};
+
+SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, const SignupLimits& limits,
+                                  std::int64_t since)
+{
+    using Limit = SignupResult::Limit;
+    const auto isReached = [](Statement& count, std::int64_t most) {
+        count.Step();
+        return count.Integer(0) >= most;
+    };
+    Statement all = database.Run("SELECT COUNT(*) FROM signup WHERE consent_at > ?");
+    if (isReached(all.Bind(since), limits.inAll)) {
+        return Limit::InAll;
+    }
+    Statement ofDomain =
+        database.Run("SELECT COUNT(*) FROM signup WHERE domain_index = ? AND consent_at > ?");
+    if (!signup.domainIndex.empty() &&
+        isReached(ofDomain.BindBytes(signup.domainIndex).Bind(since), limits.ofADomain)) {
+        return Limit::Domain;
+    }
+    Statement ofAddress =
+        database.Run("SELECT COUNT(*) FROM signup WHERE address_index = ? AND consent_at > ?");
+    const bool isRefused =
+        isReached(ofAddress.BindBytes(signup.addressIndex).Bind(since), limits.ofAnAddress);
+    return isRefused ? Limit::Address : Limit::None;
+}
+
+// The number of the device of an address; 0 for an address that has neither a device nor a sign-up. All codes
+// that wait for one address make the same device.
+std::int64_t DeviceOfAddress(Database& database, std::string_view addressIndex)
+{
+    Statement device = database.Run("SELECT COALESCE((SELECT id FROM device WHERE address_index = ?1), "
+                                    "(SELECT device FROM signup WHERE address_index = ?1 LIMIT 1), 0)");
+    device.BindBytes(addressIndex).Step();
+    return device.Integer(0);
+}
+
+std::optional<StoredSignup> SignupOfCode(Database& database, std::string_view codeHash)
+{
+    Statement signup =
+        database.Run("SELECT id, device, expires_at, used_by, used_at FROM signup WHERE code_hash = ?");
+    if (!signup.BindBytes(codeHash).Step()) {
+        return std::nullopt;
+    }
+    return StoredSignup{signup.Integer(0), signup.Integer(1), signup.Integer(2), signup.Text(3),
+                        signup.Integer(4)};
+}
+
+// Codes for one address may be confirmed in any order: the newest consent stays.
+void MakeOrRenewDevice(Database& database, std::int64_t signup)
+{
+    database
+        .Run("INSERT INTO device (id, kind, sealed_address, address_index, consent_at, consent_road, "
+             "consent_words) "
+             "SELECT device, kind, sealed_address, address_index, consent_at, consent_road, consent_words "
+             "FROM signup WHERE id = ? "
+             "ON CONFLICT DO UPDATE SET kind = excluded.kind, sealed_address = excluded.sealed_address, "
+             "consent_at = excluded.consent_at, consent_road = excluded.consent_road, "
+             "consent_words = excluded.consent_words WHERE excluded.consent_at >= device.consent_at")
+        .Bind(signup)
+        .Step();
+}
+
+// The device that the installation had before; 0 for none.
+std::int64_t DeviceOfInstallation(Database& database, std::string_view installation)
+{
+    Statement device = database.Run("SELECT device FROM installation WHERE id = ?");
+    return device.BindBytes(installation).Step() ? device.Integer(0) : 0;
+}
+
+void BindInstallation(Database& database, std::string_view installation, std::int64_t device)
+{
+    const std::int64_t before = DeviceOfInstallation(database, installation);
+    database
+        .Run("INSERT INTO installation (id, device) VALUES (?, ?) "
+             "ON CONFLICT (id) DO UPDATE SET device = excluded.device")
+        .BindBytes(installation)
+        .Bind(device)
+        .Step();
+    database
+        .Run("DELETE FROM device WHERE id = ?1 AND NOT EXISTS "
+             "(SELECT 1 FROM installation WHERE installation.device = ?1)")
+        .Bind(before)
+        .Step();
+}
+
+} // namespace
+
+SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limits)
+{
+    const std::int64_t now = m_now();
+    Scope scope(m_database);
+    const auto exceeded = ExceededLimit(m_database, signup, limits, now - kDay);
+    if (exceeded != SignupResult::Limit::None) {
+        return {exceeded, 0};
+    }
+    std::int64_t device = DeviceOfAddress(m_database, signup.addressIndex);
+    m_database
+        .Run("INSERT INTO signup (device, kind, sealed_address, address_index, domain_index, code_hash, "
+             "expires_at, consent_at, consent_road, consent_words) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+        .Bind(device)
+        .Bind(signup.kind)
+        .BindBytes(signup.sealedAddress)
+        .BindBytes(signup.addressIndex)
+        .BindBytes(signup.domainIndex)
+        .BindBytes(signup.codeHash)
+        .Bind(now + signup.lifetime)
+        .Bind(now)
+        .Bind(signup.road)
+        .Bind(signup.words)
+        .Step();
+    if (device == 0) {
+        device = m_database.LastRow();
+        m_database.Run("UPDATE signup SET device = id WHERE id = ?").Bind(device).Step();
+    }
+    scope.Finish();
+    return {SignupResult::Limit::None, device};
+}
+
+void SqliteStore::Withdraw(std::string_view codeHash)
+{
+    Scope scope(m_database);
+    m_database.Run("DELETE FROM signup WHERE code_hash = ? AND used_by IS NULL").BindBytes(codeHash).Step();
+    scope.Finish();
+}
+
+Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view installation)
+{
+    const std::int64_t now = m_now();
+    Scope scope(m_database);
+    const std::optional<StoredSignup> signup = SignupOfCode(m_database, codeHash);
+    if (!signup) {
+        return Confirmation::Unknown;
+    }
+    const bool isFirst = signup->usedBy.empty();
+    if (isFirst && signup->expiresAt < now) {
+        return Confirmation::Expired;
+    }
+    if (!isFirst && (signup->usedBy != installation || signup->usedAt < now - kDay)) {
+        return Confirmation::Unknown;
+    }
+    if (isFirst) {
+        m_database.Run("UPDATE signup SET used_by = ?, used_at = ? WHERE id = ?")
+            .BindBytes(installation)
+            .Bind(now)
+            .Bind(signup->id)
+            .Step();
+    }
+    MakeOrRenewDevice(m_database, signup->id);
+    BindInstallation(m_database, installation, signup->device);
+    scope.Finish();
+    return Confirmation::Confirmed;
+}
+
+void SqliteStore::DropOldSignups()
+{
+    const std::int64_t now = m_now();
+    Scope scope(m_database);
+    m_database
+        .Run("UPDATE signup SET sealed_address = NULL "
+             "WHERE sealed_address IS NOT NULL AND used_by IS NULL AND expires_at < ?")
+        .Bind(now)
+        .Step();
+    m_database
+        .Run("DELETE FROM signup WHERE consent_at <= ?1 AND COALESCE(used_at, 0) < ?1 AND expires_at < ?2")
+        .Bind(now - kDay)
+        .Bind(now)
+        .Step();
+    scope.Finish();
+}
+
+bool SqliteStore::Forget(std::string_view addressIndex)
+{
+    Scope scope(m_database);
+    m_database.Run("DELETE FROM signup WHERE address_index = ?").BindBytes(addressIndex).Step();
+    const bool hadSignups = m_database.Changes() > 0;
+    m_database.Run("DELETE FROM device WHERE address_index = ?").BindBytes(addressIndex).Step();
+    const bool hadDevice = m_database.Changes() > 0;
+    scope.Finish();
+    return hadSignups || hadDevice;
+}
+
+} // namespace beacond

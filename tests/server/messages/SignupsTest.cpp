@@ -1,0 +1,209 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/Signups.h"
+
+#include "messages/PersonalCode.h"
+#include "messages/Spool.h"
+#include "secrets/Keys.h"
+#include "server/TemporaryFolder.h"
+#include "store/SqliteStore.h"
+#include "store/StoreThread.h"
+
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/use_future.hpp>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <future>
+#include <mutex>
+#include <regex>
+#include <sstream>
+
+using namespace beacond;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Outcome = Signups::Outcome;
+
+namespace fs = std::filesystem;
+
+/// Sign-ups over a real store, real keys and a real spool folder.
+class SignupsTest : public testing::Test
+{
+protected:
+    Outcome SignUp(const std::string& address, const std::string& network = "192.0.2.1")
+    {
+        boost::asio::io_context context;
+        auto outcome =
+            boost::asio::co_spawn(context, signups->SignUp(address, network, now), boost::asio::use_future);
+        context.run();
+        return outcome.get();
+    }
+    /// The same service after its end and a new start.
+    void Restart()
+    {
+        signups.reset();
+        store.reset();
+        Start();
+    }
+    void Start()
+    {
+        store = std::make_unique<StoreThread>(
+            std::make_unique<SqliteStore>(folder.File("store.db"), [this] { return Seconds(); }));
+        signups =
+            std::make_unique<Signups>(keys, *store, &spool, limits, 20, [this](std::string_view reason) {
+                const std::lock_guard lock(mutex);
+                reports.emplace_back(reason);
+            });
+    }
+    [[nodiscard]] std::int64_t Seconds() const { return now.time_since_epoch().count(); }
+    /// The texts of the messages in the spool.
+    [[nodiscard]] std::vector<std::string> Messages() const
+    {
+        std::vector<std::string> messages;
+        for (const fs::directory_entry& entry : fs::directory_iterator(folder.File("spool"))) {
+            std::ostringstream text;
+            text << std::ifstream(entry.path()).rdbuf();
+            messages.push_back(text.str());
+        }
+        return messages;
+    }
+    Confirmation Confirm(const std::string& message)
+    {
+        std::smatch match;
+        std::regex_search(message, match, std::regex("personal code: ([0-9 ]+)"));
+        SqliteStore another(folder.File("store.db"), [this] { return Seconds(); });
+        return another.Confirm(keys.index.Hash("personal code", *DigitsOfPersonalCode(match[1].str())), "pc");
+    }
+    [[nodiscard]] std::string Stored(const char* query) const
+    {
+        Database database(folder.File("store.db"));
+        Statement row = database.Run(query);
+        return row.Step() ? row.Text(0) : std::string();
+    }
+
+    TemporaryFolder folder;
+    std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
+    Keys keys = Keys::FromFolder(folder.File("keys"));
+    Spool spool{folder.File("spool")};
+    SignupLimits limits;
+    std::mutex mutex;
+    std::vector<std::string> reports;
+    std::unique_ptr<StoreThread> store;
+    std::unique_ptr<Signups> signups;
+};
+
+TEST_F(SignupsTest, message_holdsTheNumberAndTheCodeOfTheDevice)
+{
+    Start();
+    EXPECT_EQ(SignUp(" Aisha@Example.org"), Outcome::Sent);
+
+    const std::vector<std::string> messages = Messages();
+    ASSERT_EQ(messages.size(), 1U);
+    EXPECT_THAT(messages[0], HasSubstr("To: aisha@example.org\n\nYour mobile device ID: 1\n"));
+    EXPECT_EQ(Stored("SELECT id FROM device"), "") << "nothing is confirmed yet";
+    EXPECT_EQ(Confirm(messages[0]), Confirmation::Confirmed);
+    EXPECT_EQ(Stored("SELECT id FROM device"), "1");
+    EXPECT_EQ(keys.address.Unseal(Stored("SELECT sealed_address FROM device")), "aisha@example.org");
+}
+
+TEST_F(SignupsTest, limitOfAnAddress_holdsAfterARestartAndForADay)
+{
+    Start();
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    }
+    Restart();
+    EXPECT_EQ(SignUp("AISHA@example.org"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("omar@example.org"), Outcome::Sent);
+    for (const std::string& message : Messages()) {
+        EXPECT_EQ(Confirm(message), Confirmation::Confirmed) << "each code that was sent is valid";
+    }
+    now += std::chrono::days(1);
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    EXPECT_THAT(reports, IsEmpty());
+}
+
+TEST_F(SignupsTest, limitsOfADomainAndInAll_areReportedOnceAnHour)
+{
+    limits = {3, 1, 2};
+    Start();
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    EXPECT_EQ(SignUp("omar@example.org"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("omar@example.com"), Outcome::Sent);
+    EXPECT_EQ(SignUp("omar@example.net"), Outcome::TooMany);
+    EXPECT_THAT(reports, ElementsAre("sign-ups are refused: the limit of a domain is reached",
+                                     "sign-ups are refused: the limit of a day is reached"));
+    EXPECT_EQ(SignUp("omar@example.net"), Outcome::TooMany);
+    EXPECT_EQ(reports.size(), 2U);
+    now += std::chrono::hours(1);
+    EXPECT_EQ(SignUp("omar@example.net"), Outcome::TooMany);
+    EXPECT_EQ(reports.size(), 3U);
+}
+
+TEST_F(SignupsTest, limitOfANetwork_isForAnHour)
+{
+    Start();
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_EQ(SignUp("a" + std::to_string(i) + "@example.org"), Outcome::Sent);
+    }
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("aisha@example.org", "192.0.2.2"), Outcome::Sent);
+    now += std::chrono::hours(1);
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, spoolThatFails_isReportedAndDoesNotCount)
+{
+    Start();
+    fs::rename(folder.File("spool"), folder.File("moved"));
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Failed);
+    }
+    EXPECT_THAT(reports, testing::Each(HasSubstr(folder.File("spool") + ": ")));
+    EXPECT_EQ(Stored("SELECT id FROM signup"), "");
+
+    fs::rename(folder.File("moved"), folder.File("spool"));
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, storeThatFails_sendsNothing)
+{
+    Start();
+    Database(folder.File("store.db")).Execute("DROP TABLE signup");
+
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Failed);
+    EXPECT_THAT(reports, ElementsAre(HasSubstr("store.db: ")));
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(SignupsTest, manyAtOnceForOneAddress_sendAsManyAsTheLimit)
+{
+    Start();
+    std::vector<std::future<Outcome>> outcomes;
+    for (int i = 0; i < 16; ++i) {
+        outcomes.push_back(std::async(std::launch::async,
+                                      [this, i] { return SignUp("aisha@example.org", std::to_string(i)); }));
+    }
+    int sent = 0;
+    for (std::future<Outcome>& outcome : outcomes) {
+        sent += outcome.get() == Outcome::Sent ? 1 : 0;
+    }
+    EXPECT_EQ(sent, 3);
+    EXPECT_EQ(Messages().size(), 3U);
+}
+
+TEST_F(SignupsTest, dropOld_isDoneByTheStore)
+{
+    Start();
+    ASSERT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    now += std::chrono::minutes(31);
+    boost::asio::io_context context;
+    auto done = boost::asio::co_spawn(context, signups->DropOld(), boost::asio::use_future);
+    context.run();
+    done.get();
+
+    EXPECT_EQ(Stored("SELECT sealed_address FROM signup"), "");
+}

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "server/TemporaryFolder.h"
+#include "store/SqliteStore.h"
+
+#include <gtest/gtest.h>
+
+inline constexpr std::int64_t kHour = 3600;
+
+/// What every store does, whatever it keeps its rows in.
+class StoreContract : public testing::Test
+{
+protected:
+    static beacond::Signup SignupOf(const std::string& address, const std::string& code)
+    {
+        return {"mail",  "sealed " + address, "index " + address, code, 1800, "form", "texts at prayer times",
+                "domain"};
+    }
+    /// Answers the number of the device; 0 for a refusal.
+    std::int64_t SignUp(const std::string& address, const std::string& code)
+    {
+        return store.SignUp(SignupOf(address, code), {}).device;
+    }
+
+    TemporaryFolder folder;
+    std::int64_t now = 1'800'000'000;
+    beacond::SqliteStore store{folder.File("store.db"), [this] { return now; }};
+};
