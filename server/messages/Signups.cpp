@@ -35,7 +35,7 @@ Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHa
             .codeHash = std::move(codeHash),
             .lifetime = kCodeLifetime,
             .road = "form",
-            .words = "texts at prayer times, asked for on the home page",
+            .words = std::string(kConsentWords),
             .domainIndex = keys.index.Hash("mail domain", address.substr(address.find('@') + 1))};
 }
 

@@ -19,6 +19,11 @@ class Spool;
 class StoreThread;
 struct Keys;
 
+/// The words by which the form of the home page asks for consent. They are stored with each sign-up.
+inline constexpr std::string_view kConsentWords = "By sending it you agree that the address is kept, "
+                                                  "encrypted, for these messages alone, until you ask for "
+                                                  "its end.";
+
 /// Takes sign-ups of devices: stores each, and sends it its ID and its personal code. A device is made when
 /// the code is confirmed. Thread-safe.
 class Signups final

@@ -79,9 +79,10 @@ constexpr std::string_view kSignupForm =
     "<input id=\"address\" name=\"address\" type=\"email\" autocomplete=\"email\" maxlength=\"254\" required "
     "size=\"30\">\n"
     "<button>Send me an ID and a code</button></p>\n"
-    "<p>By sending it you agree that the address is kept, encrypted, for these messages alone, until you ask "
-    "for its "
-    "end.</p></form>\n";
+    "<p>";
+
+constexpr std::string_view kAfterConsent =
+    " Unless you enter the code, it is deleted after half an hour.</p></form>\n";
 
 } // namespace
 
@@ -92,6 +93,8 @@ Response HomePage(bool offersSignup, std::string_view signupAddress)
                           "announces each one when it comes.</p>\n<h2>Messages at prayer time</h2>\n";
     if (offersSignup) {
         content += kSignupForm;
+        content += kConsentWords;
+        content += kAfterConsent;
     } else {
         content += "<p>This service sends no messages.</p>\n";
     }
@@ -176,8 +179,11 @@ Response SignupPage(Signups::Outcome outcome)
             "<h1>This is no mail address</h1>\n<p>Please <a href=\"/\">go back</a> and check it.</p>\n",
             false);
     case Signups::Outcome::TooMany:
-        return Page(429, "Dusk Beacon: sign-up",
-                    "<h1>Too many sign-ups</h1>\n<p>Please try again tomorrow.</p>\n", false);
+        return Page(
+            429, "Dusk Beacon: sign-up",
+            "<h1>Too many sign-ups</h1>\n<p>No message was sent. A personal code that has come already is "
+            "good for its 30 minutes. Without one, please try again in an hour or tomorrow.</p>\n",
+            false);
     case Signups::Outcome::Failed:
         break;
     }

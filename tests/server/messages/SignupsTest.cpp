@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Signups.h"
 
+#include "http/Message.h"
 #include "messages/PersonalCode.h"
 #include "messages/Spool.h"
+#include "pages/Pages.h"
 #include "secrets/Keys.h"
 #include "server/TemporaryFolder.h"
 #include "store/SqliteStore.h"
@@ -107,6 +109,17 @@ TEST_F(SignupsTest, message_holdsTheNumberAndTheCodeOfTheDevice)
     EXPECT_EQ(Confirm(messages[0]), Confirmation::Confirmed);
     EXPECT_EQ(Stored("SELECT id FROM device"), "1");
     EXPECT_EQ(keys.address.Unseal(Stored("SELECT sealed_address FROM device")), "aisha@example.org");
+}
+
+TEST_F(SignupsTest, consent_isStoredInTheWordsOfThePage)
+{
+    Start();
+    ASSERT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+
+    const std::string words = Stored("SELECT consent_words FROM signup");
+    EXPECT_THAT(words, HasSubstr("you agree"));
+    EXPECT_THAT(HomePage(true, "").body, HasSubstr(words));
+    EXPECT_EQ(Stored("SELECT consent_road FROM signup"), "form");
 }
 
 TEST_F(SignupsTest, limitOfAnAddress_holdsAfterARestartAndForADay)
