@@ -79,7 +79,10 @@ std::string MetricsText(const HttpFigures& http, const MessageFigures& messages)
         Family("beacond_texts_total", "Texts that prayer calls asked for.", kCounter, "outcome",
                {{"queued", messages.textsQueued}, {"missed", messages.textsMissed}}),
         Family("beacond_codes_total", "Personal codes that were tried.", kCounter, "outcome",
-               {{"confirmed", messages.codesConfirmed}, {"refused", messages.codesRefused}}),
+               {{"confirmed", messages.codesConfirmed},
+                {"wrong", messages.codesWrong},
+                {"expired", messages.codesExpired},
+                {"limited", messages.codesLimited}}),
     };
     return prometheus::TextSerializer().Serialize(families);
 }

@@ -157,7 +157,8 @@ Service::Service(const Settings& settings)
                                  m_announcements,
                                  {settings.service.dists.begin(), settings.service.dists.end()},
                                  &Now,
-                                 &LogError},
+                                 &LogError,
+                                 static_cast<int>(settings.messages.wrongCodesAlarm)},
                    *m_signups, settings.messages.signupAddress);
 }
 

@@ -206,6 +206,7 @@ Settings Read(Reader& reader)
     reader.Take("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);
     reader.Take("messages.signups_per_domain", settings.messages.signups.ofADomain, 1, kMostSignups);
     reader.Take("messages.signups_per_day", settings.messages.signups.inAll, 1, kMostSignups);
+    reader.Take("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
     reader.Take("log.level", settings.log.level);
     constexpr std::array<std::string_view, 4> kLevels = {"debug", "info", "warning", "error"};
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {

@@ -69,6 +69,7 @@ struct Settings
         std::filesystem::path spool = "state/spool";
         std::int64_t signupsPerNetwork = 20; ///< within an hour
         SignupLimits signups;                ///< within a day
+        std::int64_t wrongCodesAlarm = 100;  ///< within an hour
     } messages;
 
     struct Log

@@ -78,11 +78,13 @@ std::string_view MessageOf(Confirmation confirmation)
 
 } // namespace
 
-MessageScripts::MessageScripts(const Keys& keys, StoreThread& store, Report report)
+MessageScripts::MessageScripts(const Keys& keys, StoreThread& store, Report report, int wrongCodesAlarm)
     : m_keys(keys)
     , m_store(store)
     , m_report(std::move(report))
     , m_wrongCodes(kMostWrongCodes, std::chrono::hours(1))
+    , m_wrongCodesAlarm(wrongCodesAlarm)
+    , m_wrongCodesOfAll(wrongCodesAlarm, std::chrono::hours(1))
 {
 }
 
@@ -128,6 +130,7 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
     const std::string network = NetworkOf(request.client);
     // Taken before the store is asked, so that codes that are tried at once count too.
     if (!m_wrongCodes.Take(network, now)) {
+        ++m_figures.codesLimited;
         co_return ConfirmationReply(false, "Too many wrong codes. Please try again in an hour.");
     }
     Confirmation confirmation = Confirmation::Unknown;
@@ -145,12 +148,29 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
                                         "The service can't store anything just now. Please try again later.");
         }
     }
+    Count(confirmation, now);
     const bool isConfirmed = confirmation == Confirmation::Confirmed;
-    ++(isConfirmed ? m_figures.codesConfirmed : m_figures.codesRefused);
     if (isConfirmed) {
         m_wrongCodes.GiveBack(network);
     }
     co_return ConfirmationReply(isConfirmed, MessageOf(confirmation));
+}
+
+void MessageScripts::Count(Confirmation confirmation, std::chrono::sys_seconds now)
+{
+    if (confirmation == Confirmation::Confirmed) {
+        ++m_figures.codesConfirmed;
+        return;
+    }
+    if (confirmation == Confirmation::Expired) {
+        ++m_figures.codesExpired;
+        return;
+    }
+    ++m_figures.codesWrong;
+    // Each network has few attempts: many wrong codes together come from many networks.
+    if (!m_wrongCodesOfAll.Take("all", now) && m_alarms.Take("all", now)) {
+        m_report("more than " + std::to_string(m_wrongCodesAlarm) + " wrong personal codes within an hour");
+    }
 }
 
 } // namespace beacond

@@ -16,6 +16,7 @@ namespace beacond {
 class Places;
 class Query;
 class StoreThread;
+enum class Confirmation;
 struct Keys;
 
 /// What the scripts that deal with texts have done, for the metrics.
@@ -24,15 +25,18 @@ struct MessageFigures
     std::atomic<std::uint64_t> textsQueued{0};
     std::atomic<std::uint64_t> textsMissed{0}; ///< wanted, and not queued since the store failed
     std::atomic<std::uint64_t> codesConfirmed{0};
-    std::atomic<std::uint64_t> codesRefused{0};
+    std::atomic<std::uint64_t> codesWrong{0};
+    std::atomic<std::uint64_t> codesExpired{0};
+    std::atomic<std::uint64_t> codesLimited{0}; ///< not looked up: too many wrong ones from that network
 };
 
 /// The scripts that need the store: the prayer call and the confirmation of a sign-up. Thread-safe.
 class MessageScripts final
 {
 public:
-    /// @param report takes the reason of each failure, for the log
-    MessageScripts(const Keys& keys, StoreThread& store, Report report);
+    /// @param report takes the reason of each failure, for the log, and the alarm about wrong codes
+    /// @param wrongCodesAlarm wrong codes of all within an hour beyond which it comes, once an hour
+    MessageScripts(const Keys& keys, StoreThread& store, Report report, int wrongCodesAlarm);
 
     /// Puts a text into the outbox where the call wants one; returns when it is on the disk, long before it
     /// is sent.
@@ -45,6 +49,7 @@ public:
     [[nodiscard]] const MessageFigures& Figures() const { return m_figures; }
 
 private:
+    void Count(Confirmation confirmation, std::chrono::sys_seconds now);
     [[nodiscard]] std::string HashOfInstallation(std::string_view identifier) const;
 
     const Keys& m_keys;
@@ -52,6 +57,9 @@ private:
     Report m_report;
     MessageFigures m_figures;
     AttemptLimit m_wrongCodes;
+    int m_wrongCodesAlarm;
+    AttemptLimit m_wrongCodesOfAll;
+    AttemptLimit m_alarms{1, std::chrono::hours(1)};
 };
 
 } // namespace beacond

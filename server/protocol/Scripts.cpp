@@ -35,7 +35,7 @@ struct Scripts::Script
 
 Scripts::Scripts(ScriptSources sources)
     : m_sources(std::move(sources))
-    , m_messages(m_sources.keys, m_sources.store, m_sources.report)
+    , m_messages(m_sources.keys, m_sources.store, m_sources.report, m_sources.wrongCodesAlarm)
 {
 }
 

@@ -32,7 +32,8 @@ struct ScriptSources
     const Latest<Announcements>& announcements;
     std::set<std::string, std::less<>> dists; ///< distributions that are counted by name
     std::function<std::chrono::sys_seconds()> now;
-    Report report; ///< takes the reasons of failures
+    Report report;             ///< takes the reasons of failures
+    int wrongCodesAlarm = 100; ///< wrong personal codes of all within an hour beyond which a report comes
 };
 
 /// The requests of the program, each a script under one path. The program doesn't look at the status of a

@@ -72,6 +72,7 @@ signups_per_network = 200
 signups_per_address = 4
 signups_per_domain = 50
 signups_per_day = 60
+wrong_codes_alarm = 70
 [log]
 level = "debug"
 )",
@@ -95,6 +96,7 @@ level = "debug"
     EXPECT_EQ(settings.messages.signups.ofAnAddress, 4);
     EXPECT_EQ(settings.messages.signups.ofADomain, 50);
     EXPECT_EQ(settings.messages.signups.inAll, 60);
+    EXPECT_EQ(settings.messages.wrongCodesAlarm, 70);
     EXPECT_EQ(settings.log.level, "debug");
 }
 
@@ -183,12 +185,13 @@ TEST(Settings, example_namesEveryKeyWithItsDefault)
     EXPECT_EQ(shown.messages.signups.ofAnAddress, defaults.messages.signups.ofAnAddress);
     EXPECT_EQ(shown.messages.signups.ofADomain, defaults.messages.signups.ofADomain);
     EXPECT_EQ(shown.messages.signups.inAll, defaults.messages.signups.inAll);
+    EXPECT_EQ(shown.messages.wrongCodesAlarm, defaults.messages.wrongCodesAlarm);
     EXPECT_EQ(shown.log.level, defaults.log.level);
     for (const char* const key :
          {"listen = ", "base_url = ", "proxies = ", "threads = ", "connections = ",
           "connections_per_address = ", "url = ", "folder = ", "file = ", "dists = ", "channels = ",
           "signup_address = ", "spool = ", "signups_per_network = ", "signups_per_address = ",
-          "signups_per_domain = ", "signups_per_day = ", "level = "}) {
+          "signups_per_domain = ", "signups_per_day = ", "wrong_codes_alarm = ", "level = "}) {
         EXPECT_NE(example.find(std::string("\n") + key), std::string::npos) << key;
     }
 }

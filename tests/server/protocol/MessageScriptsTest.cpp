@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "server/protocol/ScriptsFixture.h"
 
+#include <future>
+
 using namespace beacond;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -54,6 +56,8 @@ TEST_F(MessageScriptsTest, confirmSignup_refusals_areReadableToo)
                           "computer is connected to the Internet, then register."));
     now += std::chrono::minutes(31);
     EXPECT_EQ(Confirm(kCode), Result("0", "This personal code has expired. Please ask for a new one."));
+    EXPECT_EQ(scripts.Figures().codesWrong, 3U);
+    EXPECT_EQ(scripts.Figures().codesExpired, 1U);
 }
 
 TEST_F(MessageScriptsTest, confirmSignup_elevenWrongCodes_lockTheNetworkForAnHour)
@@ -66,7 +70,69 @@ TEST_F(MessageScriptsTest, confirmSignup_elevenWrongCodes_lockTheNetworkForAnHou
     client = "192.0.2.2";
     EXPECT_EQ(Confirm(kCode), kConfirmed);
     EXPECT_EQ(scripts.Figures().codesConfirmed, 1U);
-    EXPECT_EQ(scripts.Figures().codesRefused, 10U);
+    EXPECT_EQ(scripts.Figures().codesWrong, 10U);
+    EXPECT_EQ(scripts.Figures().codesLimited, 1U);
+}
+
+TEST_F(MessageScriptsTest, confirmSignup_wrongCodes_countForTheHouseholdOfAnIpv6Address)
+{
+    SignUp(kCode);
+    for (int i = 0; i < 10; ++i) {
+        client = "2001:db8:1:2::" + std::to_string(i);
+        EXPECT_EQ(Confirm("0000000000000000"), kUnknown);
+    }
+    client = "2001:db8:1:2:3:4:5:6";
+    EXPECT_THAT(Confirm(kCode), HasSubstr("Too many wrong codes."));
+    client = "2001:db8:1:3::1";
+    EXPECT_EQ(Confirm(kCode), kConfirmed);
+}
+
+TEST_F(MessageScriptsTest, confirmSignup_wrongCodesOfAllBeyondTheAlarm_areReportedOnceAnHour)
+{
+    const auto guess = [this](int count) {
+        for (int i = 0; i < count; ++i) {
+            client = "192.0.2." + std::to_string(i);
+            EXPECT_EQ(Confirm("0000000000000000"), kUnknown);
+        }
+    };
+    guess(kWrongCodesAlarm);
+    EXPECT_THAT(reports, IsEmpty());
+    guess(kWrongCodesAlarm);
+    EXPECT_THAT(reports, testing::ElementsAre("more than 5 wrong personal codes within an hour"));
+    now += std::chrono::hours(1);
+    guess(kWrongCodesAlarm);
+    EXPECT_EQ(reports.size(), 1U) << "they are counted anew";
+    guess(1);
+    EXPECT_EQ(reports.size(), 2U);
+}
+
+TEST_F(MessageScriptsTest, confirmSignup_oneCodeByManyInstallationsAtOnce_isConfirmedForOne)
+{
+    SignUp(kCode);
+    std::vector<std::future<std::string>> replies;
+    for (int i = 0; i < 8; ++i) {
+        replies.push_back(
+            std::async(std::launch::async, [this, i] { return Confirm(kCode, "pc" + std::to_string(i)); }));
+    }
+    int confirmed = 0;
+    for (std::future<std::string>& reply : replies) {
+        const std::string body = reply.get();
+        confirmed += body == kConfirmed ? 1 : 0;
+        EXPECT_TRUE(body == kConfirmed || body == kUnknown) << body;
+    }
+    EXPECT_EQ(confirmed, 1);
+}
+
+TEST_F(MessageScriptsTest, confirmSignup_oneInstallationManyTimesAtOnce_isConfirmedEachTime)
+{
+    SignUp(kCode);
+    std::vector<std::future<std::string>> replies;
+    for (int i = 0; i < 8; ++i) {
+        replies.push_back(std::async(std::launch::async, [this] { return Confirm(kCode); }));
+    }
+    for (std::future<std::string>& reply : replies) {
+        EXPECT_EQ(reply.get(), kConfirmed);
+    }
 }
 
 TEST_F(MessageScriptsTest, prayerCall_ofAConfirmedInstallation_queuesOneText)

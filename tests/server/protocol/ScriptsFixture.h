@@ -17,6 +17,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+inline constexpr int kWrongCodesAlarm = 5;
+
 /// The scripts over a real store, real keys and a small places file.
 class ScriptsTest : public testing::Test
 {
@@ -85,5 +87,6 @@ protected:
                               announcements,
                               {"mosque"},
                               [this] { return now; },
-                              [this](std::string_view reason) { reports.emplace_back(reason); }}};
+                              [this](std::string_view reason) { reports.emplace_back(reason); },
+                              kWrongCodesAlarm}};
 };
