@@ -8,6 +8,7 @@
 #include "pages/Pages.h"
 #include "places/Places.h"
 #include "store/StoreThread.h"
+#include "support/Network.h"
 
 #include <algorithm>
 #include <chrono>

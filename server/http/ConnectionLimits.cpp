@@ -2,26 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "http/ConnectionLimits.h"
 
+#include "support/Network.h"
+
 #include <utility>
-
-namespace {
-
-// The /64 of an IPv6 address. An IPv4 address takes a prefix of the multicast range, from which no connection
-// comes.
-std::uint64_t KeyOf(const boost::asio::ip::address& address)
-{
-    if (address.is_v4()) {
-        return 0xFFFF'FFFF'0000'0000U | address.to_v4().to_uint();
-    }
-    const auto bytes = address.to_v6().to_bytes();
-    std::uint64_t key = 0;
-    for (std::size_t index = 0; index < 8; ++index) {
-        key = (key << 8) | bytes[index];
-    }
-    return key;
-}
-
-} // namespace
 
 namespace beacond {
 
@@ -60,7 +43,7 @@ std::optional<ConnectionPlace> ConnectionLimits::Admit(const boost::asio::ip::ad
     }
     std::optional<std::uint64_t> key;
     if (!isProxy) {
-        key = KeyOf(peer);
+        key = NetworkNumberOf(peer);
         std::size_t& count = m_ofAddress[*key];
         if (count >= m_perAddress) {
             refusal = Refusal::Address;

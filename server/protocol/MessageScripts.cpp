@@ -7,6 +7,7 @@
 #include "protocol/Reply.h"
 #include "secrets/Keys.h"
 #include "store/StoreThread.h"
+#include "support/Network.h"
 
 #include <algorithm>
 #include <optional>

@@ -2,22 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/AttemptLimit.h"
 
-#include <algorithm>
-
 namespace beacond {
-
-std::string NetworkOf(const boost::asio::ip::address& address)
-{
-    if (address.is_v4()) {
-        return address.to_string();
-    }
-    auto bytes = address.to_v6().to_bytes();
-    if (address.to_v6().is_v4_mapped()) {
-        return boost::asio::ip::make_address_v4(boost::asio::ip::v4_mapped, address.to_v6()).to_string();
-    }
-    std::fill(bytes.begin() + 8, bytes.end(), static_cast<unsigned char>(0));
-    return boost::asio::ip::address_v6(bytes).to_string() + "/64";
-}
 
 bool AttemptLimit::Take(const std::string& name, Time now)
 {

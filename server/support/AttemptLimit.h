@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <boost/asio/ip/address.hpp>
-
 #include <chrono>
 #include <cstddef>
 #include <deque>
@@ -13,10 +11,6 @@
 #include <utility>
 
 namespace beacond {
-
-/// The name under which the limits of one client are counted: an IPv4 address, or the /64 of an IPv6 address,
-/// which is what one household gets.
-[[nodiscard]] std::string NetworkOf(const boost::asio::ip::address& address);
 
 /// Allows each of many names a number of attempts within a while. Thread-safe; in memory only.
 class AttemptLimit final

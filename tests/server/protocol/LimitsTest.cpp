@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "protocol/StartCounter.h"
 #include "support/AttemptLimit.h"
+#include "support/Network.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

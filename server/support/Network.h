@@ -1,0 +1,19 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <boost/asio/ip/address.hpp>
+
+#include <cstdint>
+#include <string>
+
+namespace beacond {
+
+/// The name under which the limits of one client are counted: an IPv4 address, or the /64 of an IPv6 address,
+/// which is what one household gets.
+[[nodiscard]] std::string NetworkOf(const boost::asio::ip::address& address);
+
+/// The same as a number, another one for each network.
+[[nodiscard]] std::uint64_t NetworkNumberOf(const boost::asio::ip::address& address);
+
+} // namespace beacond
