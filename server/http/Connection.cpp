@@ -81,7 +81,10 @@ void Connection::CloseIfLate(Clock::time_point now)
 
 void Connection::CloseIfIdle()
 {
-    if (m_phase == Phase::Idle) {
+    const bool isWithoutRequest = m_phase == Phase::Idle || (m_phase == Phase::Header && !m_hasRequest);
+    error_code failure;
+    // A request whose event this thread has not seen yet is answered.
+    if (isWithoutRequest && (m_socket.available(failure) == 0 || failure)) {
         Close();
     }
 }
@@ -136,6 +139,7 @@ asio::awaitable<bool> Connection::ReadRequest(Exchange& exchange)
         if (m_hasAnswered && !reader.HasBytesLeft() && !reader.IsInBody()) {
             co_return true; // the wait for a request was ended by an event that had been dealt with before
         }
+        m_hasRequest = reader.HasBytesLeft() || reader.IsInBody();
         if (const Phase present = reader.IsInBody() ? Phase::Body : Phase::Header; phase != present) {
             phase = present;
             const HttpOptions& options = m_worker.Options();

@@ -43,7 +43,7 @@ public:
 
     /// Closes the connection if it waits for the client and the time for that is over.
     void CloseIfLate(Clock::time_point now);
-    /// Closes the connection if it waits for another request.
+    /// Closes the connection unless something of a request has arrived.
     void CloseIfIdle();
 
 private:
@@ -73,6 +73,7 @@ private:
     boost::asio::ip::address m_peer;
     bool m_hasAnswered = false;
     unsigned m_readsInARow = 0; ///< without a wait between them
+    bool m_hasRequest = false;  ///< its first byte has been read
     Phase m_phase = Phase::Handling;
     Clock::time_point m_deadline = Clock::time_point::max();
 };

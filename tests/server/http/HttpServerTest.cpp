@@ -29,37 +29,6 @@ std::string Ask(const ServerUnderTest& under, const std::string& path, const std
     return client.ReadToEnd();
 }
 
-std::string BodyOf(const std::string& answer)
-{
-    return answer.substr(std::min(answer.find(kEnd) + kEnd.size(), answer.size()));
-}
-
-// Answers "/held" when the gate is open, anything else at once.
-class Gate
-{
-public:
-    beacond::Handler Handler()
-    {
-        return [this](const Request& request) -> awaitable<Response> {
-            ++m_held;
-            boost::asio::steady_timer timer(co_await boost::asio::this_coro::executor);
-            while (request.path == "/held" && !m_isOpen) {
-                timer.expires_after(1ms);
-                co_await timer.async_wait(boost::asio::use_awaitable);
-            }
-            --m_held;
-            co_return co_await AnswerPath(request);
-        };
-    }
-
-    void Open() { m_isOpen = true; }
-    [[nodiscard]] bool IsHolding() const { return m_held > 0; }
-
-private:
-    std::atomic<int> m_held = 0;
-    std::atomic<bool> m_isOpen = false;
-};
-
 } // namespace
 
 TEST(HttpServer, manyClientsAtOnce_eachGetsItsOwnAnswers)
@@ -153,45 +122,4 @@ TEST(HttpServer, forwardedAddress_isTheClientOfAConfiguredProxy)
     const ServerUnderTest behindProxy(answerClient, options);
     EXPECT_EQ(BodyOf(Ask(behindProxy, "/", fields)), "203.0.113.9");
     EXPECT_EQ(BodyOf(Ask(behindProxy, "/")), "127.0.0.1");
-}
-
-TEST(HttpServer, drain_finishesRequestsAndClosesIdleConnections)
-{
-    Gate gate;
-    ServerUnderTest under(gate.Handler());
-    RawClient idle = under.ConnectKept();
-    RawClient held = under.Connect();
-    held.Send("GET /held HTTP/1.1\r\nHost: h\r\n\r\nGET /next HTTP/1.1\r\nHost: h\r\n\r\n");
-    ASSERT_TRUE(Becomes([&gate] { return gate.IsHolding(); }));
-    std::future<bool> drained =
-        std::async(std::launch::async, [&under] { return under.server.Drain(RawClient::kPatience); });
-    EXPECT_TRUE(idle.IsClosedSilently());
-    EXPECT_ANY_THROW(under.Connect());
-    gate.Open();
-    EXPECT_EQ(WithoutDates(held.ReadToEnd()),
-              "HTTP/1.1 200 OK\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Length: "
-              "5\r\nConnection: close\r\n\r\n/held");
-    held.Close();
-    EXPECT_TRUE(drained.get());
-    EXPECT_EQ(under.figures.connectionsOpen, 0U);
-}
-
-TEST(HttpServer, drainWithoutConnections_endsAtOnce)
-{
-    ServerUnderTest under(AnswerPath);
-    EXPECT_TRUE(under.server.Drain(RawClient::kPatience));
-}
-
-TEST(HttpServer, drainBeyondItsLimit_cutsTheRestOff)
-{
-    Gate gate;
-    RawClient held = [&gate] {
-        ServerUnderTest under(gate.Handler());
-        RawClient client = under.Connect();
-        client.Send("GET /held HTTP/1.0\r\n\r\n");
-        EXPECT_TRUE(Becomes([&gate] { return gate.IsHolding(); }));
-        EXPECT_FALSE(under.server.Drain(50ms));
-        return client;
-    }();
-    EXPECT_TRUE(held.IsClosedSilently());
 }

@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -64,4 +66,11 @@ inline boost::asio::awaitable<beacond::Response> AnswerPath(const beacond::Reque
     beacond::Response response;
     response.body = request.path;
     co_return response;
+}
+
+/// The body of one answer.
+[[nodiscard]] inline std::string BodyOf(const std::string& answer)
+{
+    constexpr std::string_view kEnd = "\r\n\r\n";
+    return answer.substr(std::min(answer.find(kEnd) + kEnd.size(), answer.size()));
 }
