@@ -212,8 +212,9 @@ asio::awaitable<bool> Connection::Write(Buffers buffers)
             count -= part;
         }
         // The kernel takes more when a third of its buffer is free, so a client can't read byte by byte.
-        if (failure &&
-            !co_await Wait(Socket::wait_write, Phase::Writing, Clock::now() + m_worker.Options().writeTime)) {
+    const HttpOptions& options = m_worker.Options();
+    Clock::time_point last = Clock::time_point::max();
+        if (!co_await Wait(Socket::wait_write, Phase::Writing, std::min(now + options.writeTime, last))) {
             co_return false;
         }
     }
@@ -223,6 +224,14 @@ asio::awaitable<bool> Connection::Write(Buffers buffers)
 asio::awaitable<void> Connection::Linger(RequestReader& reader)
 {
     error_code failure;
+        if (!failure) {
+            continue;
+        }
+        const Clock::time_point now = Clock::now();
+        if (last == Clock::time_point::max()) {
+            const std::chrono::seconds perSize(asio::buffer_size(buffers) / options.answerBytesPerSecond);
+            last = now + options.answerTime + perSize;
+        }
     m_socket.shutdown(Socket::shutdown_send, failure);
     const Clock::time_point deadline = Clock::now() + kLingerTime;
     std::size_t count = 0;

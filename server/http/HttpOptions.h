@@ -23,6 +23,9 @@ struct HttpOptions
     std::chrono::milliseconds bodyTime{10'000};  ///< from the end of the header to that of the body
     std::chrono::milliseconds idleTime{75'000};  ///< from an answer to the next request
     std::chrono::milliseconds writeTime{10'000}; ///< until the client takes the next part of an answer
+    /// Until the client has taken a whole answer; a second more for each answerBytesPerSecond of it.
+    std::chrono::milliseconds answerTime{10'000};
+    std::size_t answerBytesPerSecond = 16'384;
 };
 
 } // namespace beacond

@@ -23,8 +23,8 @@ constexpr std::size_t kSpareExchanges = 64;
 // Fine enough for the shortest limit, and no more than four times a second.
 beacond::Worker::Clock::duration SweepIntervalOf(const beacond::HttpOptions& options)
 {
-    const auto shortest =
-        std::min({options.headerTime, options.bodyTime, options.idleTime, options.writeTime});
+    const auto shortest = std::min(
+        {options.headerTime, options.bodyTime, options.idleTime, options.writeTime, options.answerTime});
     return std::clamp(shortest / 4, std::chrono::milliseconds(5), std::chrono::milliseconds(250));
 }
 

@@ -23,16 +23,54 @@ bool IsServed(RawClient& client)
     return client.ReadToEnd().ends_with("/served");
 }
 
-// The numbers of descriptors that the process may use, lowered to those below @p count while it lives.
+// Answers "/large" with more than the kernel takes for a client that doesn't read, anything else with the
+// path.
+boost::asio::awaitable<Response> AnswerLargely(const Request& request)
+{
+    Response response;
+    response.body = request.path == "/large" ? std::string(std::size_t{8} << 20, 'x') : request.path;
+    co_return response;
+}
+
+// Sends its header or its body byte by byte, or reads its answer slowly.
+class SlowClient
+{
+public:
+    static SlowClient Make(const ServerUnderTest& under, std::size_t number)
+    {
+        const Kind kind = number < 500 ? Kind::Header : number < 980 ? Kind::Body : Kind::Reader;
+        SlowClient slow{kind, under.Connect(kind == Kind::Reader ? 4096 : 0)};
+        if (kind == Kind::Body) {
+            slow.client.Send("POST / HTTP/1.1\r\nHost: h\r\nContent-Length: 16384\r\n\r\n");
+        } else if (kind == Kind::Reader) {
+            slow.client.Send("GET /large HTTP/1.1\r\nHost: h\r\n\r\n");
+        }
+        return slow;
+    }
+    void GoOn()
+    {
+        if (kind == Kind::Reader) {
+            client.ReceivePart();
+        } else {
+            client.Send("G");
+        }
+    }
+
+    enum class Kind { Header, Body, Reader };
+    Kind kind;
+    RawClient client;
+};
+
+// The number of descriptors that the process may use, @p count while it lives.
 class DescriptorLimit
 {
 public:
     explicit DescriptorLimit(int count)
     {
         ::getrlimit(RLIMIT_NOFILE, &m_before);
-        rlimit lowered = m_before;
-        lowered.rlim_cur = static_cast<rlim_t>(count);
-        ::setrlimit(RLIMIT_NOFILE, &lowered);
+        rlimit present = m_before;
+        present.rlim_cur = static_cast<rlim_t>(count);
+        ::setrlimit(RLIMIT_NOFILE, &present);
     }
     ~DescriptorLimit() { ::setrlimit(RLIMIT_NOFILE, &m_before); }
     DescriptorLimit(const DescriptorLimit&) = delete;
@@ -117,28 +155,51 @@ TEST(HttpLimits, clientThatDoesNotRead_isDropped)
         Becomes([&under] { return under.figures.writeTimeouts == 1 && under.figures.connectionsOpen == 0; }));
 }
 
-TEST(HttpLimits, clientsThatSendAByteAtATime_holdUpNoOther)
+TEST(HttpLimits, clientThatReadsSlowlyForEver_isDropped)
 {
     HttpOptions options;
-    options.headerTime = 1s;
-    const ServerUnderTest under(AnswerPath, options);
-    constexpr std::size_t kSlow = 200;
-    std::vector<RawClient> slow;
-    for (std::size_t number = 0; number < kSlow; ++number) {
-        slow.push_back(under.Connect());
+    options.answerTime = 100ms;
+    options.answerBytesPerSecond = std::size_t{1} << 30;
+    const ServerUnderTest under(AnswerLargely, options);
+    RawClient client = under.Connect(4096);
+    client.Send("GET /large HTTP/1.1\r\nHost: h\r\n\r\n");
+    // Each part is taken in time.
+    EXPECT_TRUE(Becomes([&under, &client] {
+        client.ReceivePart();
+        return under.figures.writeTimeouts == 1;
+    }));
+}
+
+TEST(HttpLimits, thousandSlowClients_holdUpNoOther)
+{
+    HttpOptions options;
+    options.maxConnectionsPerAddress = 2'000;
+    options.headerTime = options.bodyTime = options.answerTime = 2s;
+    options.answerBytesPerSecond = std::size_t{1} << 30;
+    const DescriptorLimit limit(4'000);
+    const ServerUnderTest under(AnswerLargely, options);
+    std::vector<SlowClient> slow;
+    for (std::size_t number = 0; number < 1'000; ++number) {
+        slow.push_back(SlowClient::Make(under, number));
     }
     std::size_t served = 0;
-    while (under.figures.headerTimeouts < kSlow) {
-        for (const RawClient& client : slow) {
-            client.Send("G");
+    const auto dropped = [&figures = under.figures] {
+        return figures.headerTimeouts + figures.bodyTimeouts + figures.writeTimeouts;
+    };
+    const auto end = std::chrono::steady_clock::now() + RawClient::kPatience;
+    while (dropped() < slow.size() && std::chrono::steady_clock::now() < end) {
+        for (SlowClient& client : slow) {
+            client.GoOn();
         }
         RawClient good = under.Connect();
         ASSERT_TRUE(IsServed(good)) << served;
         ++served;
     }
-    // Each was served between two bytes of the slow ones, which were all there for a second.
+    // Each was served between two bytes of the slow ones, which were all there for two seconds.
     EXPECT_GT(served, 3U);
-    EXPECT_EQ(under.figures.headerTimeouts, kSlow);
+    EXPECT_EQ(under.figures.headerTimeouts, 500U);
+    EXPECT_EQ(under.figures.bodyTimeouts, 480U);
+    EXPECT_EQ(under.figures.writeTimeouts, 20U);
 }
 
 TEST(HttpLimits, clientThatSendsWithoutPause_isDroppedAndHoldsUpNoOther)

@@ -83,6 +83,12 @@ bool RawClient::ReceiveMore()
     return count > 0;
 }
 
+void RawClient::ReceivePart() const
+{
+    std::array<char, 4096> bytes{};
+    (void)::recv(m_descriptor, bytes.data(), bytes.size(), MSG_DONTWAIT);
+}
+
 std::string RawClient::ReadToEnd()
 {
     while (ReceiveMore()) {

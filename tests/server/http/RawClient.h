@@ -29,6 +29,8 @@ public:
     [[nodiscard]] std::string ReadToEnd();
     /// What comes up to and with @p mark, or all if the server closes before.
     [[nodiscard]] std::string ReadThrough(std::string_view mark);
+    /// Forgets at most a few KiB of what has come, without waiting for more.
+    void ReceivePart() const;
     /// Waits until the server closes. Answers whether nothing came before.
     [[nodiscard]] bool IsClosedSilently() { return ReadToEnd().empty(); }
 
