@@ -4,6 +4,7 @@
 
 #include "app/Log.h"
 #include "app/Metrics.h"
+#include "app/ServerOptions.h"
 #include "app/Site.h"
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
@@ -23,7 +24,6 @@
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/use_awaitable.hpp>
-#include <sys/resource.h>
 
 #include <csignal>
 #include <functional>
@@ -53,35 +53,6 @@ ListeningSocket Listen(const ListenAddress& where)
     } catch (const std::exception& error) {
         throw ListenError(error.what());
     }
-}
-
-// Each connection takes a descriptor; some are left for files, the store and the libraries.
-std::size_t ConnectionsThatFit(std::size_t wanted)
-{
-    constexpr rlim_t kReserve = 64;
-    rlimit limit = {};
-    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) {
-        return wanted;
-    }
-    limit.rlim_cur = limit.rlim_max;
-    ::setrlimit(RLIMIT_NOFILE, &limit);
-    ::getrlimit(RLIMIT_NOFILE, &limit);
-    if (limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur >= wanted + kReserve) {
-        return wanted;
-    }
-    const auto most = static_cast<std::size_t>(limit.rlim_cur > kReserve ? limit.rlim_cur - kReserve : 1);
-    LogWarning("the limit of open files leaves room for " + std::to_string(most) + " connections");
-    return most;
-}
-
-HttpOptions OptionsOf(const Settings& settings)
-{
-    HttpOptions options;
-    options.threads = static_cast<unsigned>(settings.http.threads);
-    options.maxConnections = ConnectionsThatFit(static_cast<std::size_t>(settings.http.connections));
-    options.maxConnectionsPerAddress = static_cast<std::size_t>(settings.http.connectionsPerAddress);
-    options.proxies = ProxyList(settings.http.proxies);
-    return options;
 }
 
 // With other keys the addresses in the store could be neither read nor found again.
@@ -183,6 +154,7 @@ void Service::Run()
     HttpServer metrics(
         std::move(m_metricsListener), metricsOptions,
         [this](const Request& request) -> asio::awaitable<Response> {
+    metricsOptions.reportError = &LogError;
             const bool isKnown = request.path == "/metrics";
             co_return Response{isKnown ? 200U : 404U,
                                "text/plain; version=0.0.4; charset=utf-8",

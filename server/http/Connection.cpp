@@ -158,7 +158,7 @@ asio::awaitable<bool> Connection::ReadRequest(Exchange& exchange)
 asio::awaitable<bool> Connection::Answer(Exchange& exchange)
 {
     RequestReader& reader = exchange.reader;
-    reader.SetClient(m_worker.Options().proxies.ClientOf(m_peer, reader.ForwardedFor()));
+    reader.SetClient(ClientOf(reader.ForwardedFor()));
     Response response;
     bool hasFailed = false;
     try {
@@ -187,6 +187,18 @@ asio::awaitable<bool> Connection::Answer(Exchange& exchange)
     co_return isKept;
 }
 
+asio::ip::address Connection::ClientOf(std::string_view forwardedFor)
+{
+    const HttpOptions& options = m_worker.Options();
+    if (!forwardedFor.empty() && !options.proxies.Contains(m_peer) && IsLocal(m_peer) &&
+        m_worker.Figures().unlistedProxies.fetch_add(1) == 0) {
+        options.reportWarning(
+            "a loopback or private address sends X-Forwarded-For and is not in http.proxies: "
+            "if it is a proxy, all its clients count as one");
+    }
+    return options.proxies.ClientOf(m_peer, forwardedFor);
+}
+
 asio::awaitable<void> Connection::Refuse(Exchange& exchange)
 {
     Increment(m_worker.Figures().requestsRefused);
@@ -200,6 +212,8 @@ asio::awaitable<void> Connection::Refuse(Exchange& exchange)
 
 asio::awaitable<bool> Connection::Write(Buffers buffers)
 {
+    const HttpOptions& options = m_worker.Options();
+    Clock::time_point last = Clock::time_point::max();
     while (asio::buffer_size(buffers) > 0) {
         error_code failure;
         std::size_t count = m_socket.write_some(buffers, failure);
@@ -211,9 +225,15 @@ asio::awaitable<bool> Connection::Write(Buffers buffers)
             buffer += part;
             count -= part;
         }
+        if (!failure) {
+            continue;
+        }
+        const Clock::time_point now = Clock::now();
+        if (last == Clock::time_point::max()) {
+            const std::chrono::seconds perSize(asio::buffer_size(buffers) / options.answerBytesPerSecond);
+            last = now + options.answerTime + perSize;
+        }
         // The kernel takes more when a third of its buffer is free, so a client can't read byte by byte.
-    const HttpOptions& options = m_worker.Options();
-    Clock::time_point last = Clock::time_point::max();
         if (!co_await Wait(Socket::wait_write, Phase::Writing, std::min(now + options.writeTime, last))) {
             co_return false;
         }
@@ -224,14 +244,6 @@ asio::awaitable<bool> Connection::Write(Buffers buffers)
 asio::awaitable<void> Connection::Linger(RequestReader& reader)
 {
     error_code failure;
-        if (!failure) {
-            continue;
-        }
-        const Clock::time_point now = Clock::now();
-        if (last == Clock::time_point::max()) {
-            const std::chrono::seconds perSize(asio::buffer_size(buffers) / options.answerBytesPerSecond);
-            last = now + options.answerTime + perSize;
-        }
     m_socket.shutdown(Socket::shutdown_send, failure);
     const Clock::time_point deadline = Clock::now() + kLingerTime;
     std::size_t count = 0;

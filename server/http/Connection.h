@@ -66,14 +66,15 @@ private:
 
     void Close();
     [[nodiscard]] std::size_t Read(RequestReader& reader, boost::system::error_code& failure);
+    [[nodiscard]] boost::asio::ip::address ClientOf(std::string_view forwardedFor);
 
     Worker& m_worker;
     Socket m_socket;
     ConnectionPlace m_place;
     boost::asio::ip::address m_peer;
     bool m_hasAnswered = false;
-    unsigned m_readsInARow = 0; ///< without a wait between them
     bool m_hasRequest = false;  ///< its first byte has been read
+    unsigned m_readsInARow = 0; ///< without a wait between them
     Phase m_phase = Phase::Handling;
     Clock::time_point m_deadline = Clock::time_point::max();
 };

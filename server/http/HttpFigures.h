@@ -23,6 +23,8 @@ struct HttpFigures
     std::array<Count, 6> replies{}; ///< by the first digit of the status
     Count requestsRefused{0};       ///< malformed or too large, answered here and not by the handler
     Count handlerFailures{0};       ///< exceptions of the handler
+    Count workerFailures{0};        ///< exceptions outside the handler; the thread goes on
+    Count unlistedProxies{0};       ///< requests forwarded by a local address that is not a configured proxy
 
     Count headerTimeouts{0};
     Count bodyTimeouts{0};

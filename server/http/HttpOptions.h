@@ -3,6 +3,7 @@
 #pragma once
 
 #include "http/ProxyList.h"
+#include "support/Report.h"
 
 #include <chrono>
 #include <cstddef>
@@ -26,6 +27,9 @@ struct HttpOptions
     /// Until the client has taken a whole answer; a second more for each answerBytesPerSecond of it.
     std::chrono::milliseconds answerTime{10'000};
     std::size_t answerBytesPerSecond = 16'384;
+
+    Report reportError = [](std::string_view) {};   ///< failures of the server itself
+    Report reportWarning = [](std::string_view) {}; ///< mistakes of its configuration
 };
 
 } // namespace beacond

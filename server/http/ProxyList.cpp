@@ -89,6 +89,13 @@ ip::address ProxyList::ClientOf(const ip::address& peer, std::string_view forwar
     return failure ? peer : Unmapped(client);
 }
 
+bool IsLocal(const ip::address& address)
+{
+    static const ProxyList kLocal({"127.0.0.0/8", "10.0.0.0/8", "172.16.0.0/12", "192.168.0.0/16",
+                                   "169.254.0.0/16", "::1", "fc00::/7", "fe80::/10"});
+    return kLocal.Contains(address);
+}
+
 ip::address Unmapped(const ip::address& address)
 {
     return address.is_v6() && address.to_v6().is_v4_mapped()

@@ -6,7 +6,6 @@
 #include "http/HttpOptions.h"
 
 #include <boost/asio/co_spawn.hpp>
-#include <boost/asio/detached.hpp>
 
 #include <algorithm>
 #include <ctime>
@@ -54,8 +53,23 @@ void Worker::Run()
         } catch (const std::bad_alloc&) {
             // No memory for a new connection, which is closed. The others go on.
             Increment(m_figures.acceptErrors);
+        } catch (...) {
+            ReportFailure(std::current_exception());
         }
     }
+}
+
+void Worker::ReportFailure(const std::exception_ptr& failure)
+{
+    Increment(m_figures.workerFailures);
+    std::string reason = "unknown";
+    try {
+        std::rethrow_exception(failure);
+    } catch (const std::exception& error) {
+        reason = error.what();
+    } catch (...) {
+    }
+    m_options.reportError("a thread of the server goes on after: " + reason);
 }
 
 void Worker::Begin(Connection::Socket socket, ConnectionPlace place, const asio::ip::address& peer)
@@ -65,7 +79,12 @@ void Worker::Begin(Connection::Socket socket, ConnectionPlace place, const asio:
         Connection connection(worker, std::move(taken), std::move(held), std::move(client));
         co_await connection.Run();
     };
-    asio::co_spawn(m_context, serve(*this, std::move(socket), std::move(place), peer), asio::detached);
+    const auto end = [this](const std::exception_ptr& failure) {
+        if (failure) {
+            ReportFailure(failure);
+        }
+    };
+    asio::co_spawn(m_context, serve(*this, std::move(socket), std::move(place), peer), end);
 }
 
 void Worker::Drain()

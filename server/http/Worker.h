@@ -11,6 +11,7 @@
 #include <boost/asio/steady_timer.hpp>
 
 #include <chrono>
+#include <exception>
 #include <memory>
 #include <string_view>
 #include <unordered_set>
@@ -67,6 +68,7 @@ private:
     void TakeBack(Exchange* exchange);
     void ScheduleSweep();
     void Sweep();
+    void ReportFailure(const std::exception_ptr& failure);
 
     const HttpOptions& m_options;
     const Handler& m_handler;

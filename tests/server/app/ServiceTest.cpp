@@ -97,7 +97,9 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
     for (const char* const path :
          {"/x\",\"request\":\"forged", "/cgi-bin/dbeacon/startup.pl&prod_string=secret"}) {
         EXPECT_THAT(
-            Exchange(port, std::string("PUT ") + path + " HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n"),
+            Exchange(port,
+                     std::string("PUT ") + path +
+                         " HTTP/1.1\r\nHost: a\r\nX-Forwarded-For: 192.0.2.7\r\nConnection: close\r\n\r\n"),
             StartsWith("HTTP/1.1 405 "));
     }
     service.Signal(SIGTERM);
@@ -105,6 +107,9 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
     EXPECT_THAT(log, Not(HasSubstr("secret")));
     EXPECT_THAT(log, Not(HasSubstr("Nowhere")));
     EXPECT_THAT(log, Not(HasSubstr("127.0.0.1")));
+    EXPECT_THAT(log, Not(HasSubstr("192.0.2.7")));
+    EXPECT_THAT(log, HasSubstr("\"level\":\"warning\",\"message\":\"a loopback or private address sends "
+                               "X-Forwarded-For and is not in http.proxies"));
     EXPECT_THAT(log, HasSubstr(R"("request":"startup.pl","status":200,"microseconds":)"));
     EXPECT_THAT(log, HasSubstr(R"("request":"unknown","status":405,)"));
     EXPECT_THAT(log, Not(HasSubstr("forged")));

@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ServerUnderTest.h"
 
+#include <boost/asio/post.hpp>
 #include <boost/asio/steady_timer.hpp>
 #include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
 
 #include <atomic>
 #include <future>
+#include <mutex>
 #include <stdexcept>
 #include <vector>
 
@@ -28,6 +30,28 @@ std::string Ask(const ServerUnderTest& under, const std::string& path, const std
     client.Send("GET " + path + " HTTP/1.0\r\n" + fields + "\r\n");
     return client.ReadToEnd();
 }
+
+// The texts that a server reports.
+class Reports
+{
+public:
+    beacond::Report Taker()
+    {
+        return [this](std::string_view text) {
+            const std::lock_guard lock(m_mutex);
+            m_texts.emplace_back(text);
+        };
+    }
+    [[nodiscard]] std::vector<std::string> All()
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_texts;
+    }
+
+private:
+    std::mutex m_mutex;
+    std::vector<std::string> m_texts;
+};
 
 } // namespace
 
@@ -122,4 +146,56 @@ TEST(HttpServer, forwardedAddress_isTheClientOfAConfiguredProxy)
     const ServerUnderTest behindProxy(answerClient, options);
     EXPECT_EQ(BodyOf(Ask(behindProxy, "/", fields)), "203.0.113.9");
     EXPECT_EQ(BodyOf(Ask(behindProxy, "/")), "127.0.0.1");
+}
+
+TEST(HttpServer, exceptionOnAThread_isReportedAndTheThreadGoesOn)
+{
+    Reports reports;
+    HttpOptions options;
+    options.reportError = reports.Taker();
+    const ServerUnderTest under(
+        [](const Request& request) -> awaitable<Response> {
+            boost::asio::post(co_await boost::asio::this_coro::executor,
+                              [] { throw std::runtime_error("broken"); });
+            co_return co_await AnswerPath(request);
+        },
+        options);
+    // Both threads get one of them.
+    for (int number = 0; number < 4; ++number) {
+        EXPECT_EQ(BodyOf(Ask(under, "/")), "/");
+    }
+    EXPECT_TRUE(Becomes([&under] { return under.figures.workerFailures == 4; }));
+    EXPECT_EQ(reports.All(), std::vector<std::string>(4, "a thread of the server goes on after: broken"));
+}
+
+TEST(HttpServer, exceptionThatEndsAConnection_isReported)
+{
+    Reports reports;
+    HttpOptions options;
+    options.reportError = reports.Taker();
+    options.reportWarning = [](std::string_view) { throw std::runtime_error("broken"); };
+    const ServerUnderTest under(AnswerPath, options);
+    EXPECT_EQ(Ask(under, "/", "X-Forwarded-For: 203.0.113.9\r\n"), "");
+    EXPECT_EQ(BodyOf(Ask(under, "/")), "/");
+    EXPECT_EQ(reports.All(), std::vector<std::string>(1, "a thread of the server goes on after: broken"));
+}
+
+TEST(HttpServer, forwardedByALocalAddressThatIsNoProxy_isWarnedOfOnce)
+{
+    const std::string field = "X-Forwarded-For: 203.0.113.9\r\n";
+    Reports reports;
+    HttpOptions options;
+    options.reportWarning = reports.Taker();
+    const ServerUnderTest bare(AnswerPath, options);
+    (void)Ask(bare, "/");
+    EXPECT_EQ(reports.All().size(), 0U);
+    (void)Ask(bare, "/", field);
+    (void)Ask(bare, "/", field);
+    EXPECT_EQ(bare.figures.unlistedProxies, 2U);
+    EXPECT_EQ(reports.All().size(), 1U);
+
+    options.proxies = beacond::ProxyList({"127.0.0.1"});
+    const ServerUnderTest behindProxy(AnswerPath, options);
+    (void)Ask(behindProxy, "/", field);
+    EXPECT_EQ(behindProxy.figures.unlistedProxies, 0U);
 }

@@ -63,3 +63,14 @@ TEST(ProxyList, forwardedAddress_countsFromAProxyOnly)
             << row.name;
     }
 }
+
+TEST(IsLocal, addressesWhereAProxyMayStand_areTold)
+{
+    for (const char* inside : {"127.0.0.1", "10.1.2.3", "172.16.0.1", "172.31.255.255", "192.168.7.7",
+                               "169.254.1.1", "::1", "fd00::1", "fe80::1"}) {
+        EXPECT_TRUE(beacond::IsLocal(make_address(inside))) << inside;
+    }
+    for (const char* outside : {"126.255.255.255", "172.32.0.1", "192.0.2.1", "2001:db8::1", "::2"}) {
+        EXPECT_FALSE(beacond::IsLocal(make_address(outside))) << outside;
+    }
+}

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ServerOptions.h"
+
+#include "app/Log.h"
+#include "app/Settings.h"
+
+#include <sys/resource.h>
+
+namespace beacond {
+
+namespace {
+
+// Each connection takes a descriptor; some are left for files, the store and the libraries.
+std::size_t ConnectionsThatFit(std::size_t wanted)
+{
+    constexpr rlim_t kReserve = 64;
+    rlimit limit = {};
+    if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) {
+        return wanted;
+    }
+    limit.rlim_cur = limit.rlim_max;
+    ::setrlimit(RLIMIT_NOFILE, &limit);
+    ::getrlimit(RLIMIT_NOFILE, &limit);
+    if (limit.rlim_cur == RLIM_INFINITY || limit.rlim_cur >= wanted + kReserve) {
+        return wanted;
+    }
+    const auto most = static_cast<std::size_t>(limit.rlim_cur > kReserve ? limit.rlim_cur - kReserve : 1);
+    LogWarning("the limit of open files leaves room for " + std::to_string(most) + " connections");
+    return most;
+}
+
+} // namespace
+
+HttpOptions OptionsOf(const Settings& settings)
+{
+    HttpOptions options;
+    options.threads = static_cast<unsigned>(settings.http.threads);
+    options.maxConnections = ConnectionsThatFit(static_cast<std::size_t>(settings.http.connections));
+    options.maxConnectionsPerAddress = static_cast<std::size_t>(settings.http.connectionsPerAddress);
+    options.proxies = ProxyList(settings.http.proxies);
+    options.reportError = &LogError;
+    options.reportWarning = &LogWarning;
+    return options;
+}
+
+} // namespace beacond
