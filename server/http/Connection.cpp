@@ -158,7 +158,7 @@ asio::awaitable<bool> Connection::ReadRequest(Exchange& exchange)
 asio::awaitable<bool> Connection::Answer(Exchange& exchange)
 {
     RequestReader& reader = exchange.reader;
-    reader.SetClient(ClientOf(reader.ForwardedFor()));
+    reader.SetOrigin(ClientOf(reader.ForwardedFor()), m_worker.Delay());
     Response response;
     bool hasFailed = false;
     try {

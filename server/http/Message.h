@@ -5,6 +5,7 @@
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/ip/address.hpp>
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -26,6 +27,8 @@ struct Request
     std::string body;
     boost::asio::ip::address
         client; ///< the peer, or the forwarded address where the peer is a configured proxy
+    /// How late the thread of the connection runs, as of its last measurements; zero while it keeps up.
+    std::chrono::steady_clock::duration delay{};
 };
 
 struct Response

@@ -44,7 +44,12 @@ public:
 
     [[nodiscard]] bool HasMessage() const { return m_parser && (m_hasUnreadBody || m_parser->is_done()); }
     [[nodiscard]] const Request& Message() const { return m_request; }
-    void SetClient(const boost::asio::ip::address& client) { m_request.client = client; }
+    /// What the bytes of the request don't say.
+    void SetOrigin(const boost::asio::ip::address& client, std::chrono::steady_clock::duration delay)
+    {
+        m_request.client = client;
+        m_request.delay = delay;
+    }
     [[nodiscard]] std::string_view ForwardedFor() const { return m_parser->ForwardedFor(); }
     [[nodiscard]] bool IsHttp11() const { return m_parser->IsHttp11(); }
     /// Whether another request may follow on the connection. A body that was not read rules it out.

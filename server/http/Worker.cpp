@@ -164,11 +164,25 @@ void Worker::Sweep()
 {
     m_isSweepScheduled = false;
     const Clock::time_point now = Clock::now();
+    MeasureDelay(now - m_sweepTimer.expiry());
     for (Connection* connection : m_connections) {
         connection->CloseIfLate(now);
     }
     if (!m_connections.empty()) {
         ScheduleSweep();
+    } else {
+        m_lastLateness = m_delay = {};
+    }
+}
+
+void Worker::MeasureDelay(Clock::duration late)
+{
+    // The timer itself may be some milliseconds late.
+    constexpr std::chrono::milliseconds kTimely{10};
+    const Clock::duration lasting = std::min(late, std::exchange(m_lastLateness, late));
+    m_delay = std::max(lasting, m_delay / 2);
+    if (m_delay < kTimely) {
+        m_delay = {};
     }
 }
 

@@ -61,6 +61,9 @@ public:
     }
     [[nodiscard]] const HttpOptions& Options() const { return m_options; }
     [[nodiscard]] HttpFigures& Figures() { return m_figures; }
+    /// How late this thread runs: the smaller of its last two measures, so that one pause of the machine does
+    /// not count. It sinks by half at each measure, so that shedding does not end and begin in turns.
+    [[nodiscard]] Clock::duration Delay() const { return m_delay; }
     [[nodiscard]] std::string_view Date();
     void CountReply(unsigned status);
 
@@ -68,6 +71,7 @@ private:
     void TakeBack(Exchange* exchange);
     void ScheduleSweep();
     void Sweep();
+    void MeasureDelay(Clock::duration late);
     void ReportFailure(const std::exception_ptr& failure);
 
     const HttpOptions& m_options;
@@ -75,6 +79,8 @@ private:
     HttpFigures& m_figures;
     const Clock::duration m_sweepInterval;
     DateText m_date;
+    Clock::duration m_lastLateness{};
+    Clock::duration m_delay{};
     bool m_isDraining = false;
     bool m_isSweepScheduled = false;
     std::vector<std::unique_ptr<Exchange>> m_exchanges;

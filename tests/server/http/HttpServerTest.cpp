@@ -199,3 +199,41 @@ TEST(HttpServer, forwardedByALocalAddressThatIsNoProxy_isWarnedOfOnce)
     (void)Ask(behindProxy, "/", field);
     EXPECT_EQ(behindProxy.figures.unlistedProxies, 0U);
 }
+
+TEST(HttpServer, threadThatLagsBehind_showsInItsRequestsUntilItKeepsUpAgain)
+{
+    HttpOptions options;
+    options.bodyTime = 100ms; // a shorter time is measured more often
+    const ServerUnderTest under(
+        [](const Request& request) -> awaitable<Response> {
+            if (request.path == "/busy") {
+                std::this_thread::sleep_for(50ms);
+            }
+            Response response;
+            response.body =
+                std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(request.delay).count()) +
+                "ms";
+            co_return response;
+        },
+        options);
+    RawClient client = under.Connect();
+    const auto ask = [&client](const std::string& path) {
+        client.Send("GET " + path + " HTTP/1.1\r\nHost: h\r\n\r\n");
+        return std::stoi(BodyOf(client.ReadThrough("ms")));
+    };
+    const auto askAtOnce = [&client, &ask](int count) {
+        std::string requests;
+        for (int number = 1; number < count; ++number) {
+            requests += "GET /busy HTTP/1.1\r\nHost: h\r\n\r\n";
+        }
+        client.Send(requests);
+        int delay = ask("/busy");
+        for (int number = 1; number < count; ++number) {
+            delay = std::stoi(BodyOf(client.ReadThrough("ms")));
+        }
+        return delay;
+    };
+    EXPECT_EQ(ask("/"), 0);
+    EXPECT_TRUE(Becomes([&askAtOnce] { return askAtOnce(4) >= 100; }));
+    EXPECT_TRUE(Becomes([&ask] { return ask("/") == 0; }));
+}
