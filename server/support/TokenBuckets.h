@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+#include <vector>
+
+namespace beacond {
+
+/// A token bucket for each of many clients: requests at a steady rate, and a burst of them after a rest.
+/// Thread-safe; clients share a lock with few others. In memory only, of a fixed size: a new client replaces
+/// the one of those beside it whose bucket is the nearest to full. So in a flood of clients those that asked
+/// for little are forgotten, which costs nothing, before those that have used up their tokens.
+class TokenBuckets final
+{
+public:
+    using Clock = std::chrono::steady_clock;
+
+    /// Clients that are remembered at once.
+    static constexpr std::size_t kMostClients = 131'072;
+
+    /// @param perMinute tokens that come into a bucket each minute; 0 for no limit at all
+    /// @param burst tokens of a full bucket, at least 1
+    TokenBuckets(std::int64_t perMinute, std::int64_t burst);
+
+    /// Takes a token of @p client. Answers zero, or the time until there is one if its bucket is empty.
+    [[nodiscard]] Clock::duration Take(std::uint64_t client, Clock::time_point now);
+
+private:
+    struct Bucket
+    {
+        std::uint64_t client = 0;
+        Clock::time_point full; ///< when the bucket will be full again, which tells how many tokens it has
+    };
+    /// Clients of one hash.
+    using Set = std::array<Bucket, 8>;
+    struct alignas(64) Lock // a cache line of its own
+    {
+        std::mutex mutex;
+    };
+
+    const Clock::duration m_interval; ///< from one token to the next
+    const Clock::duration m_depth;    ///< from an empty bucket to a full one
+    std::vector<Set> m_sets;
+    std::array<Lock, 64> m_locks;
+};
+
+} // namespace beacond
