@@ -4,6 +4,7 @@
 
 #include "http/HttpFigures.h"
 #include "protocol/MessageScripts.h"
+#include "protocol/RequestLimits.h"
 
 #include <prometheus/metric_family.h>
 #include <prometheus/text_serializer.h>
@@ -47,9 +48,18 @@ MetricFamily Family(const char* name, const char* help, MetricType type, const c
     return family;
 }
 
+MetricFamily FamilyOfKinds(const char* name, const char* help, const LimitFigures::Counts& counts)
+{
+    std::vector<Labelled> labelled;
+    for (std::size_t kind = 0; kind < counts.size(); ++kind) {
+        labelled.push_back({std::string(kRequestKindNames[kind]), counts[kind]});
+    }
+    return Family(name, help, MetricType::Counter, "kind", labelled);
+}
+
 } // namespace
 
-std::string MetricsText(const HttpFigures& http, const MessageFigures& messages)
+std::string MetricsText(const HttpFigures& http, const MessageFigures& messages, const LimitFigures& limits)
 {
     constexpr auto kCounter = MetricType::Counter;
     const std::vector<MetricFamily> families = {
@@ -76,6 +86,12 @@ std::string MetricsText(const HttpFigures& http, const MessageFigures& messages)
         Family("beacond_unlisted_proxy_requests_total",
                "Requests forwarded by a local address that is not in http.proxies.", kCounter, "",
                {{"", http.unlistedProxies}}),
+        FamilyOfKinds("beacond_refused_by_installation_total",
+                      "Requests refused since their installation asks for too much.", limits.byInstallation),
+        FamilyOfKinds("beacond_refused_by_network_total",
+                      "Requests refused since their network asks for too much.", limits.byNetwork),
+        FamilyOfKinds("beacond_refused_by_load_total", "Requests refused since the service runs late.",
+                      limits.byLoad),
         Family("beacond_timeouts_total", "Connections ended by a time limit.", kCounter, "phase",
                {{"header", http.headerTimeouts},
                 {"body", http.bodyTimeouts},

@@ -7,9 +7,11 @@
 namespace beacond {
 
 struct HttpFigures;
+struct LimitFigures;
 struct MessageFigures;
 
 /// The figures of the service in the text format of Prometheus.
-[[nodiscard]] std::string MetricsText(const HttpFigures& http, const MessageFigures& messages);
+[[nodiscard]] std::string MetricsText(const HttpFigures& http, const MessageFigures& messages,
+                                      const LimitFigures& limits);
 
 } // namespace beacond

@@ -96,6 +96,7 @@ private:
     Latest<Places> m_places;
     Latest<Announcements> m_announcements;
     StartCounter m_starts;
+    RequestLimits m_limits;
     HttpFigures m_figures;
     HttpFigures m_metricsFigures;
     ListeningSocket m_listener;
@@ -108,6 +109,7 @@ private:
 Service::Service(const Settings& settings)
     : m_settings(settings)
     , m_keys(Keys::FromFolder(settings.keys.folder))
+    , m_limits(settings.limits, m_keys.identifier)
     , m_listener(Listen(settings.http.listen))
     , m_metricsListener(Listen(settings.metrics.listen))
 {
@@ -129,6 +131,7 @@ Service::Service(const Settings& settings)
                                  {settings.service.dists.begin(), settings.service.dists.end()},
                                  &Now,
                                  &LogError,
+                                 m_limits,
                                  static_cast<int>(settings.messages.wrongCodesAlarm)},
                    *m_signups, settings.messages.signupAddress);
 }
@@ -151,14 +154,15 @@ void Service::Run()
         [this](const Request& request) { return m_site->Answer(request); }, m_figures);
     HttpOptions metricsOptions;
     metricsOptions.threads = 1;
+    metricsOptions.reportError = &LogError;
     HttpServer metrics(
         std::move(m_metricsListener), metricsOptions,
         [this](const Request& request) -> asio::awaitable<Response> {
-    metricsOptions.reportError = &LogError;
             const bool isKnown = request.path == "/metrics";
             co_return Response{isKnown ? 200U : 404U,
                                "text/plain; version=0.0.4; charset=utf-8",
-                               isKnown ? MetricsText(m_figures, m_site->Figures()) : std::string(),
+                               isKnown ? MetricsText(m_figures, m_site->Figures(), m_limits.Figures())
+                                       : std::string(),
                                {}};
         },
         m_metricsFigures);

@@ -168,6 +168,18 @@ void CheckBaseUrl(const Reader& reader, std::string& url)
     }
 }
 
+void TakeLimits(Reader& reader, LimitOptions& limits)
+{
+    constexpr std::int64_t kMost = 1'000'000;
+    reader.Take("limits.network_per_minute", limits.networkPerMinute, 0, kMost);
+    reader.Take("limits.network_burst", limits.networkBurst, 1, kMost);
+    reader.Take("limits.installation_per_minute", limits.installationPerMinute, 0, kMost);
+    reader.Take("limits.installation_burst", limits.installationBurst, 1, kMost);
+    std::int64_t overload = limits.overload.count();
+    reader.Take("limits.overload_milliseconds", overload, 0, 60'000);
+    limits.overload = std::chrono::milliseconds(overload);
+}
+
 Settings Read(Reader& reader)
 {
     Settings settings;
@@ -207,6 +219,7 @@ Settings Read(Reader& reader)
     reader.Take("messages.signups_per_domain", settings.messages.signups.ofADomain, 1, kMostSignups);
     reader.Take("messages.signups_per_day", settings.messages.signups.inAll, 1, kMostSignups);
     reader.Take("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
+    TakeLimits(reader, settings.limits);
     reader.Take("log.level", settings.log.level);
     constexpr std::array<std::string_view, 4> kLevels = {"debug", "info", "warning", "error"};
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "http/ListeningSocket.h"
+#include "protocol/RequestLimits.h"
 #include "store/Store.h"
 
 #include <cstdint>
@@ -71,6 +72,8 @@ struct Settings
         SignupLimits signups;                ///< within a day
         std::int64_t wrongCodesAlarm = 100;  ///< within an hour
     } messages;
+
+    LimitOptions limits;
 
     struct Log
     {

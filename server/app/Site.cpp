@@ -66,6 +66,12 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     if (request.path.starts_with(Scripts::kFolder) && request.path != kSoundPage) {
         co_return co_await m_scripts.Answer(request);
     }
+    const bool isHealthCheck = request.path == "/healthz" || request.path == "/readyz";
+    if (!isHealthCheck) {
+        if (const auto refusal = m_sources.limits.Judge(RequestKind::Page, request, {})) {
+            co_return RefusalReply(*refusal);
+        }
+    }
     if (request.path == "/signup") {
         co_return co_await TakeSignup(request);
     }

@@ -79,6 +79,11 @@ std::string_view MessageOf(Confirmation confirmation)
 
 } // namespace
 
+Response RefusedConfirmation()
+{
+    return ConfirmationReply(false, "Too many requests come in just now. Please try again in a minute.");
+}
+
 MessageScripts::MessageScripts(const Keys& keys, StoreThread& store, Report report, int wrongCodesAlarm)
     : m_keys(keys)
     , m_store(store)

@@ -30,6 +30,10 @@ struct MessageFigures
     std::atomic<std::uint64_t> codesLimited{0}; ///< not looked up: too many wrong ones from that network
 };
 
+/// The reply to a confirmation that is refused unread. The program shows its text; to anything but XML it
+/// would say that there is no Internet.
+[[nodiscard]] Response RefusedConfirmation();
+
 /// The scripts that need the store: the prayer call and the confirmation of a sign-up. Thread-safe.
 class MessageScripts final
 {

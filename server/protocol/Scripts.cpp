@@ -19,10 +19,30 @@ namespace {
 
 constexpr std::string_view kPrayerCall = "prayerCall.pl";
 constexpr std::string_view kConfirmSignup = "ma/confirmSignup.pl";
+constexpr std::string_view kInstallation = "prod_string";
 
 std::int32_t DayOf(std::chrono::sys_seconds time)
 {
     return static_cast<std::int32_t>(std::chrono::floor<std::chrono::days>(time).time_since_epoch().count());
+}
+
+// Without a strip of ours the program shows its own.
+Response StripReply(const Strip* strip, std::string_view identifier)
+{
+    XmlReply reply;
+    reply.Attribute("ad_url", strip == nullptr ? std::string() : EncodeBase64(strip->html));
+    reply.Attribute("wait_time", std::to_string(WaitMinutes(identifier)));
+    return ScriptReply(std::move(reply));
+}
+
+// The program offers any version that differs from its own, older ones too: an empty name means none.
+Response VersionReply(const Release* release)
+{
+    XmlReply reply;
+    reply.Attribute("version_name", release == nullptr ? std::string() : release->name);
+    reply.Attribute("version_sequence", release == nullptr ? std::string() : release->sequence);
+    reply.Attribute("download_url", release == nullptr ? std::string() : release->url);
+    return ScriptReply(std::move(reply));
 }
 
 } // namespace
@@ -30,6 +50,7 @@ std::int32_t DayOf(std::chrono::sys_seconds time)
 struct Scripts::Script
 {
     std::string_view name;
+    std::optional<RequestKind> kind;
     Response (Scripts::*answer)(const Query&) const;
 };
 
@@ -42,10 +63,11 @@ Scripts::Scripts(ScriptSources sources)
 const Scripts::Script* Scripts::Find(std::string_view name)
 {
     static constexpr Script kScripts[] = {
-        {"requestProdID.pl", &Scripts::RequestProdID},
-        {"startup.pl", &Scripts::Startup},
-        {"getAd.pl", &Scripts::GetAd},
-        {"version.pl", &Scripts::Version},
+        {"requestProdID.pl", RequestKind::Identifier, &Scripts::RequestProdID},
+        // Never refused: the program waits for it before it opens its window.
+        {"startup.pl", std::nullopt, &Scripts::Startup},
+        {"getAd.pl", RequestKind::Strip, &Scripts::GetAd},
+        {"version.pl", RequestKind::Version, &Scripts::Version},
     };
     const auto* const found = std::find_if(std::begin(kScripts), std::end(kScripts),
                                            [name](const Script& script) { return script.name == name; });
@@ -76,6 +98,11 @@ boost::asio::awaitable<Response> Scripts::Answer(const Request& request)
     }
     const std::string_view name = std::string_view(request.path).substr(kFolder.size());
     const Query query(request.query);
+    if (const std::optional<RequestKind> kind = KindOf(name)) {
+        if (const auto refusal = m_sources.limits.Judge(*kind, request, TrimmedValue(query, kInstallation))) {
+            co_return Refused(*kind, *refusal, query);
+        }
+    }
     if (name == kPrayerCall) {
         const auto places = m_sources.places.Get();
         co_return co_await m_messages.PrayerCall(query, places.get());
@@ -87,6 +114,33 @@ boost::asio::awaitable<Response> Scripts::Answer(const Request& request)
         co_return (this->*script->answer)(query);
     }
     co_return AnswerFromPlaces(m_sources.places.Get().get(), name, query, m_sources.now());
+}
+
+std::optional<RequestKind> Scripts::KindOf(std::string_view name)
+{
+    if (name == kPrayerCall) {
+        return std::nullopt;
+    }
+    if (name == kConfirmSignup) {
+        return RequestKind::Confirmation;
+    }
+    const Script* const script = Find(name);
+    return script == nullptr ? RequestKind::Search : script->kind;
+}
+
+Response Scripts::Refused(RequestKind kind, const Refusal& refusal, const Query& query) const
+{
+    switch (kind) {
+    case RequestKind::Strip:
+        // After a failure the program would leave out its question for a newer version.
+        return StripReply(nullptr, TrimmedValue(query, kInstallation));
+    case RequestKind::Version:
+        return VersionReply(nullptr);
+    case RequestKind::Confirmation:
+        return RefusedConfirmation();
+    default:
+        return RefusalReply(refusal);
+    }
 }
 
 Response Scripts::RequestProdID(const Query& /*query*/) const
@@ -107,17 +161,13 @@ Response Scripts::Startup(const Query& query) const
 
 Response Scripts::GetAd(const Query& query) const
 {
-    const std::string identifier = TrimmedValue(query, "prod_string");
+    const std::string identifier = TrimmedValue(query, kInstallation);
     const auto announcements = m_sources.announcements.Get();
     const Strip* const strip =
         announcements == nullptr ? nullptr
                                  : ChooseStrip(*announcements, identifier, TrimmedValue(query, "dist_string"),
                                                CountryOf(TrimmedValue(query, "aid")), m_sources.now());
-    XmlReply reply;
-    // Without a strip of ours the program shows its own.
-    reply.Attribute("ad_url", strip == nullptr ? std::string() : EncodeBase64(strip->html));
-    reply.Attribute("wait_time", std::to_string(WaitMinutes(identifier)));
-    return ScriptReply(std::move(reply));
+    return StripReply(strip, identifier);
 }
 
 Response Scripts::Version(const Query& query) const
@@ -127,12 +177,7 @@ Response Scripts::Version(const Query& query) const
         announcements == nullptr
             ? nullptr
             : NewerRelease(*announcements, TrimmedValue(query, "curr_v"), TrimmedValue(query, "curr_s"));
-    XmlReply reply;
-    // The program offers any version that differs from its own, older ones too: an empty name means none.
-    reply.Attribute("version_name", release == nullptr ? std::string() : release->name);
-    reply.Attribute("version_sequence", release == nullptr ? std::string() : release->sequence);
-    reply.Attribute("download_url", release == nullptr ? std::string() : release->url);
-    return ScriptReply(std::move(reply));
+    return VersionReply(release);
 }
 
 std::string Scripts::CountryOf(std::string_view atlasId) const

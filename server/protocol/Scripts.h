@@ -5,11 +5,13 @@
 #include "http/Message.h"
 #include "protocol/Announcements.h"
 #include "protocol/MessageScripts.h"
+#include "protocol/RequestLimits.h"
 #include "support/Latest.h"
 #include "support/Report.h"
 
 #include <chrono>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -32,7 +34,8 @@ struct ScriptSources
     const Latest<Announcements>& announcements;
     std::set<std::string, std::less<>> dists; ///< distributions that are counted by name
     std::function<std::chrono::sys_seconds()> now;
-    Report report;             ///< takes the reasons of failures
+    Report report; ///< takes the reasons of failures
+    RequestLimits& limits;
     int wrongCodesAlarm = 100; ///< wrong personal codes of all within an hour beyond which a report comes
 };
 
@@ -56,6 +59,9 @@ public:
 private:
     struct Script;
     static const Script* Find(std::string_view name);
+    /// Nothing for the scripts that are never refused.
+    static std::optional<RequestKind> KindOf(std::string_view name);
+    [[nodiscard]] Response Refused(RequestKind kind, const Refusal& refusal, const Query& query) const;
 
     [[nodiscard]] Response RequestProdID(const Query& query) const;
     [[nodiscard]] Response Startup(const Query& query) const;

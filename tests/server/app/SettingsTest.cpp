@@ -54,6 +54,12 @@ proxies = ["127.0.0.1", "10.0.0.0/8"]
 threads = 3
 connections = 20
 connections_per_address = 5
+[limits]
+network_per_minute = 1
+network_burst = 2
+installation_per_minute = 3
+installation_burst = 4
+overload_milliseconds = 5
 [store]
 url = "sqlite:/var/lib/a.db"
 [keys]
@@ -84,6 +90,11 @@ level = "debug"
     EXPECT_EQ(settings.http.threads, 3);
     EXPECT_EQ(settings.http.connections, 20);
     EXPECT_EQ(settings.http.connectionsPerAddress, 5);
+    EXPECT_EQ(settings.limits.networkPerMinute, 1);
+    EXPECT_EQ(settings.limits.networkBurst, 2);
+    EXPECT_EQ(settings.limits.installationPerMinute, 3);
+    EXPECT_EQ(settings.limits.installationBurst, 4);
+    EXPECT_EQ(settings.limits.overload, std::chrono::milliseconds(5));
     EXPECT_EQ(settings.store.url, "sqlite:/var/lib/a.db");
     EXPECT_EQ(settings.keys.folder, "/etc/keys");
     EXPECT_EQ(settings.places.file, "/var/lib/places.bin");
@@ -126,6 +137,8 @@ TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
         {"[http]\nproxies = [1]", "service.toml:2: http.proxies: a list of texts is expected"},
         {"[http]\nthreads = -1", "service.toml:2: http.threads: a whole number from 0 to 256 is expected"},
         {"[http]\nthreads = 1.5", "service.toml:2: http.threads: a whole number from 0 to 256 is expected"},
+        {"[limits]\nnetwork_burst = 0",
+         "service.toml:2: limits.network_burst: a whole number from 1 to 1000000 is expected"},
         {"[store]\nurl = \"mysql://a\"", "service.toml:2: store.url: \"sqlite:\" and a path are expected"},
         {"[places]\nfile = \"\"", "service.toml:2: places.file: a path is expected"},
         {"[messages]\n\nchannels = [\"pigeon\"]",
@@ -173,6 +186,11 @@ TEST(Settings, example_namesEveryKeyWithItsDefault)
     EXPECT_EQ(shown.http.threads, defaults.http.threads);
     EXPECT_EQ(shown.http.connections, defaults.http.connections);
     EXPECT_EQ(shown.http.connectionsPerAddress, defaults.http.connectionsPerAddress);
+    EXPECT_EQ(shown.limits.networkPerMinute, defaults.limits.networkPerMinute);
+    EXPECT_EQ(shown.limits.networkBurst, defaults.limits.networkBurst);
+    EXPECT_EQ(shown.limits.installationPerMinute, defaults.limits.installationPerMinute);
+    EXPECT_EQ(shown.limits.installationBurst, defaults.limits.installationBurst);
+    EXPECT_EQ(shown.limits.overload, defaults.limits.overload);
     EXPECT_EQ(shown.store.url, defaults.store.url);
     EXPECT_EQ(shown.keys.folder, defaults.keys.folder);
     EXPECT_EQ(shown.places.file, defaults.places.file);
@@ -187,11 +205,30 @@ TEST(Settings, example_namesEveryKeyWithItsDefault)
     EXPECT_EQ(shown.messages.signups.inAll, defaults.messages.signups.inAll);
     EXPECT_EQ(shown.messages.wrongCodesAlarm, defaults.messages.wrongCodesAlarm);
     EXPECT_EQ(shown.log.level, defaults.log.level);
-    for (const char* const key :
-         {"listen = ", "base_url = ", "proxies = ", "threads = ", "connections = ",
-          "connections_per_address = ", "url = ", "folder = ", "file = ", "dists = ", "channels = ",
-          "signup_address = ", "spool = ", "signups_per_network = ", "signups_per_address = ",
-          "signups_per_domain = ", "signups_per_day = ", "wrong_codes_alarm = ", "level = "}) {
+    for (const char* const key : {"listen = ",
+                                  "base_url = ",
+                                  "proxies = ",
+                                  "threads = ",
+                                  "connections = ",
+                                  "connections_per_address = ",
+                                  "network_per_minute = ",
+                                  "network_burst = ",
+                                  "installation_per_minute = ",
+                                  "installation_burst = ",
+                                  "overload_milliseconds = ",
+                                  "url = ",
+                                  "folder = ",
+                                  "file = ",
+                                  "dists = ",
+                                  "channels = ",
+                                  "signup_address = ",
+                                  "spool = ",
+                                  "signups_per_network = ",
+                                  "signups_per_address = ",
+                                  "signups_per_domain = ",
+                                  "signups_per_day = ",
+                                  "wrong_codes_alarm = ",
+                                  "level = "}) {
         EXPECT_NE(example.find(std::string("\n") + key), std::string::npos) << key;
     }
 }

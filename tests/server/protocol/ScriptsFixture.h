@@ -23,7 +23,8 @@ inline constexpr int kWrongCodesAlarm = 5;
 class ScriptsTest : public testing::Test
 {
 protected:
-    ScriptsTest()
+    explicit ScriptsTest(const beacond::LimitOptions& limitOptions = {})
+        : limits(limitOptions, keys.identifier)
     {
         SmallTables tables;
         tables.places = PlaceLine{"104515", "Mecca", "Makkah",  "21.42664",   "39.82563",
@@ -47,6 +48,7 @@ protected:
         request.path = "/cgi-bin/dbeacon/" + script;
         request.query = query;
         request.client = boost::asio::ip::make_address(client);
+        request.delay = delay;
         boost::asio::io_context context;
         auto answer = boost::asio::co_spawn(context, scripts.Answer(request), boost::asio::use_future);
         context.run();
@@ -73,6 +75,7 @@ protected:
     TemporaryFolder folder;
     std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
     std::string client = "192.0.2.1";
+    std::chrono::milliseconds delay{0}; ///< of the thread that answers
     beacond::Keys keys = beacond::Keys::FromFolder(folder.File("keys"));
     beacond::StoreThread store{
         std::make_unique<beacond::SqliteStore>(folder.File("store.db"), [this] { return Seconds(); })};
@@ -80,6 +83,7 @@ protected:
     beacond::Latest<beacond::Places> places;
     beacond::Latest<beacond::Announcements> announcements;
     std::vector<std::string> reports;
+    beacond::RequestLimits limits;
     beacond::Scripts scripts{{keys,
                               store,
                               starts,
@@ -88,5 +92,6 @@ protected:
                               {"mosque"},
                               [this] { return now; },
                               [this](std::string_view reason) { reports.emplace_back(reason); },
+                              limits,
                               kWrongCodesAlarm}};
 };
