@@ -116,7 +116,7 @@ Service::Service(const Settings& settings)
     if (!settings.messages.channels.empty()) {
         m_spool.emplace(settings.messages.spool);
     }
-    auto store = std::make_unique<SqliteStore>(SqlitePath(settings.store.url));
+    auto store = std::make_unique<SqliteStore>(SqlitePathInItsFolder(settings.store.url));
     RequireKeysOf(*store, m_keys, settings.keys.folder);
     LoadAnnouncements(*store);
     m_store.emplace(std::move(store));
@@ -266,7 +266,12 @@ void Serve(const Settings& settings)
 
 std::string SqlitePath(const std::string& url)
 {
-    const std::filesystem::path path = url.substr(std::string_view("sqlite:").size());
+    return url.substr(std::string_view("sqlite:").size());
+}
+
+std::string SqlitePathInItsFolder(const std::string& url)
+{
+    const std::filesystem::path path = SqlitePath(url);
     std::error_code ignored;
     // A folder that can't be made shows in the error of opening the file.
     std::filesystem::create_directories(path.parent_path(), ignored);

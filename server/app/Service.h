@@ -20,7 +20,9 @@ public:
 /// can't be opened: ListenError, StoreError, KeyError, PlacesError, ChannelError.
 void Serve(const Settings& settings);
 
-/// The path of a store address such as "sqlite:state/service.db"; its folder is made if it is missing.
+/// The path of a store address such as "sqlite:state/service.db".
 [[nodiscard]] std::string SqlitePath(const std::string& url);
+/// The same; its folder is made if it is missing.
+[[nodiscard]] std::string SqlitePathInItsFolder(const std::string& url);
 
 } // namespace beacond

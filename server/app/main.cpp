@@ -39,7 +39,12 @@ Settings SettingsOf(const Arguments& arguments)
 
 SqliteStore OpenStore(const Arguments& arguments)
 {
-    return SqliteStore(SqlitePath(SettingsOf(arguments).store.url));
+    return SqliteStore(SqlitePathInItsFolder(SettingsOf(arguments).store.url));
+}
+
+SqliteStore OpenStoreToRead(const Arguments& arguments)
+{
+    return SqliteStore::ToRead(SqlitePath(SettingsOf(arguments).store.url));
 }
 
 void RunServe(const Arguments& arguments)
@@ -99,7 +104,7 @@ void RunAdAdd(Arguments& arguments)
 
 void RunAdList(const Arguments& arguments)
 {
-    for (const Strip& strip : OpenStore(arguments).Strips()) {
+    for (const Strip& strip : OpenStoreToRead(arguments).Strips()) {
         std::cout << strip.id << "\tdist=" << strip.dist << "\tcountry=" << strip.country
                   << "\tfrom=" << strip.from << "\tuntil=" << strip.until << "\tbytes=" << strip.html.size()
                   << '\n';
@@ -120,7 +125,7 @@ void RunReleaseAdd(const Arguments& arguments)
 
 void RunReleaseList(const Arguments& arguments)
 {
-    for (const Release& release : OpenStore(arguments).Releases()) {
+    for (const Release& release : OpenStoreToRead(arguments).Releases()) {
         std::cout << release.name << '.' << release.sequence << '\t' << release.url << '\n';
     }
 }
@@ -128,7 +133,7 @@ void RunReleaseList(const Arguments& arguments)
 void RunOutbox(const Arguments& arguments)
 {
     constexpr std::size_t kMost = 1000;
-    for (const OutboxRow& text : OpenStore(arguments).Outbox(kMost)) {
+    for (const OutboxRow& text : OpenStoreToRead(arguments).Outbox(kMost)) {
         std::cout << text.id << "\tdevice=" << text.device << "\tprayer=" << text.prayer
                   << "\ttime=" << text.time << "\tplace=" << text.place << '\n';
     }
@@ -136,7 +141,7 @@ void RunOutbox(const Arguments& arguments)
 
 void RunStarts(const Arguments& arguments)
 {
-    for (const StartCount& starts : OpenStore(arguments).Starts()) {
+    for (const StartCount& starts : OpenStoreToRead(arguments).Starts()) {
         std::cout << DayText(std::chrono::sys_days(std::chrono::days(starts.day))) << '\t' << starts.country
                   << '\t' << starts.dist << '\t' << starts.count << '\n';
     }

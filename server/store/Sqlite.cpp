@@ -67,11 +67,14 @@ std::string Statement::Text(int column) const
     return bytes == nullptr ? std::string() : std::string(bytes, static_cast<std::size_t>(length));
 }
 
-Database::Database(const std::string& path)
+Database::Database(const std::string& path, Access access)
     : m_path(path)
 {
-    constexpr int kFlags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX;
-    if (sqlite3_open_v2(path.c_str(), &m_handle, kFlags, nullptr) != SQLITE_OK) {
+    // A connection that only reads is opened for writing as well: otherwise it leaves the files of its log
+    // behind.
+    const int flags =
+        SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (access == Access::Write ? SQLITE_OPEN_CREATE : 0);
+    if (sqlite3_open_v2(path.c_str(), &m_handle, flags, nullptr) != SQLITE_OK) {
         const std::string reason = m_handle != nullptr ? sqlite3_errmsg(m_handle) : "out of memory";
         sqlite3_close(m_handle);
         throw StoreError(path + ": " + reason);
@@ -80,6 +83,9 @@ Database::Database(const std::string& path)
     // Another process, such as a subcommand that adds a strip, holds the store for milliseconds.
     constexpr int kBusyMilliseconds = 5000;
     sqlite3_busy_timeout(m_handle, kBusyMilliseconds);
+    if (access == Access::Read) {
+        sqlite3_exec(m_handle, "PRAGMA query_only = ON", nullptr, nullptr, nullptr);
+    }
 }
 
 Database::~Database()
@@ -112,6 +118,24 @@ void Database::TryExecute(const char* sql) noexcept
     sqlite3_exec(m_handle, sql, nullptr, nullptr, nullptr);
 }
 
+void Database::BeginGroup()
+{
+    Execute("BEGIN IMMEDIATE");
+    m_isInGroup = true;
+}
+
+void Database::EndGroup()
+{
+    Execute("COMMIT");
+    m_isInGroup = false;
+}
+
+void Database::AbandonGroup() noexcept
+{
+    m_isInGroup = false;
+    TryExecute("ROLLBACK");
+}
+
 bool Database::IsAutocommit() const
 {
     return sqlite3_get_autocommit(m_handle) != 0;
@@ -130,6 +154,30 @@ std::int64_t Database::LastRow() const
 void Database::Fail() const
 {
     throw StoreError(m_path + ": " + sqlite3_errmsg(m_handle));
+}
+
+Transaction::Transaction(Database& database)
+    : m_database(database)
+{
+    // Alone it would be stored, although the group fails.
+    if (m_database.IsInGroup() && m_database.IsAutocommit()) {
+        throw StoreError("an error before this call has undone its transaction");
+    }
+    m_database.Execute(m_database.IsInGroup() ? "SAVEPOINT part" : "BEGIN IMMEDIATE");
+}
+
+Transaction::~Transaction()
+{
+    // SQLite has rolled back by itself after a full disk or the like.
+    if (!m_isDone && !m_database.IsAutocommit()) {
+        m_database.TryExecute(m_database.IsInGroup() ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK");
+    }
+}
+
+void Transaction::Finish()
+{
+    m_database.Execute(m_database.IsInGroup() ? "RELEASE part" : "COMMIT");
+    m_isDone = true;
 }
 
 } // namespace beacond

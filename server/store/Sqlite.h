@@ -47,7 +47,12 @@ private:
 class Database final
 {
 public:
-    explicit Database(const std::string& path);
+    enum class Access {
+        Write, ///< makes the file if it is missing
+        Read
+    };
+
+    explicit Database(const std::string& path, Access access = Access::Write);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
@@ -58,6 +63,11 @@ public:
     void Execute(const std::string& sql);
     /// The same, with failures passed over.
     void TryExecute(const char* sql) noexcept;
+    /// Joins the transactions until EndGroup or AbandonGroup into one.
+    void BeginGroup();
+    void EndGroup();
+    void AbandonGroup() noexcept;
+    [[nodiscard]] bool IsInGroup() const { return m_isInGroup; }
     /// Whether no transaction is open.
     [[nodiscard]] bool IsAutocommit() const;
     [[nodiscard]] std::int64_t Changes() const;
@@ -68,6 +78,25 @@ private:
     std::string m_path;
     sqlite3* m_handle = nullptr;
     std::map<const char*, sqlite3_stmt*> m_statements;
+    bool m_isInGroup = false;
+};
+
+/// The statements of one call: all or none of them happen. Alone it is a transaction, in a group a part of
+/// it.
+class Transaction final
+{
+public:
+    explicit Transaction(Database& database);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    /// Without it nothing has happened.
+    void Finish();
+
+private:
+    Database& m_database;
+    bool m_isDone = false;
 };
 
 } // namespace beacond

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The sign-ups and devices of SqliteStore.
-#include "store/Scope.h"
 #include "store/SqliteStore.h"
 
 #include <optional>
@@ -111,7 +110,7 @@ void BindInstallation(Database& database, std::string_view installation, std::in
 SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limits)
 {
     const std::int64_t now = m_now();
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     const auto exceeded = ExceededLimit(m_database, signup, limits, now - kDay);
     if (exceeded != SignupResult::Limit::None) {
         return {exceeded, 0};
@@ -135,21 +134,21 @@ SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limit
         device = m_database.LastRow();
         m_database.Run("UPDATE signup SET device = id WHERE id = ?").Bind(device).Step();
     }
-    scope.Finish();
+    transaction.Finish();
     return {SignupResult::Limit::None, device};
 }
 
 void SqliteStore::Withdraw(std::string_view codeHash)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database.Run("DELETE FROM signup WHERE code_hash = ? AND used_by IS NULL").BindBytes(codeHash).Step();
-    scope.Finish();
+    transaction.Finish();
 }
 
 Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view installation)
 {
     const std::int64_t now = m_now();
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     const std::optional<StoredSignup> signup = SignupOfCode(m_database, codeHash);
     if (!signup) {
         return Confirmation::Unknown;
@@ -170,14 +169,14 @@ Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view in
     }
     MakeOrRenewDevice(m_database, signup->id);
     BindInstallation(m_database, installation, signup->device);
-    scope.Finish();
+    transaction.Finish();
     return Confirmation::Confirmed;
 }
 
 void SqliteStore::DropOldSignups()
 {
     const std::int64_t now = m_now();
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database
         .Run("UPDATE signup SET sealed_address = NULL "
              "WHERE sealed_address IS NOT NULL AND used_by IS NULL AND expires_at < ?")
@@ -188,17 +187,17 @@ void SqliteStore::DropOldSignups()
         .Bind(now - kDay)
         .Bind(now)
         .Step();
-    scope.Finish();
+    transaction.Finish();
 }
 
 bool SqliteStore::Forget(std::string_view addressIndex)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database.Run("DELETE FROM signup WHERE address_index = ?").BindBytes(addressIndex).Step();
     const bool hadSignups = m_database.Changes() > 0;
     m_database.Run("DELETE FROM device WHERE address_index = ?").BindBytes(addressIndex).Step();
     const bool hadDevice = m_database.Changes() > 0;
-    scope.Finish();
+    transaction.Finish();
     return hadSignups || hadDevice;
 }
 

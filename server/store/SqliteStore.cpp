@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/SqliteStore.h"
 
-#include "store/Migrations.h"
-#include "store/Scope.h"
+#include "store/StoreFile.h"
 
 #include <chrono>
+#include <filesystem>
 
 namespace beacond {
 
@@ -20,14 +20,6 @@ std::int64_t SystemSeconds()
         .count();
 }
 
-// The number of migrations that the file has gone through.
-std::int64_t TablesOf(Database& database)
-{
-    Statement version = database.Run("PRAGMA user_version");
-    version.Step();
-    return version.Integer(0);
-}
-
 } // namespace
 
 SqliteStore::SqliteStore(const std::string& path)
@@ -39,32 +31,27 @@ SqliteStore::SqliteStore(const std::string& path, Clock clock)
     : m_database(path)
     , m_now(std::move(clock))
 {
-    m_database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA foreign_keys = OFF");
-    Migrate(path);
-    // Afterwards only: to replace a table, a migration drops it, which would delete the rows that refer to
-    // it.
-    m_database.Execute("PRAGMA foreign_keys = ON");
+    BringUpToDate(m_database, path);
 }
 
-void SqliteStore::Migrate(const std::string& path)
+SqliteStore::SqliteStore(const std::string& path, Database::Access access)
+    : m_database(path, access)
+    , m_now(&SystemSeconds)
 {
-    Scope scope(m_database);
-    const std::int64_t version = TablesOf(m_database);
-    if (version < 0 || version > std::ssize(kSqliteMigrations)) {
-        throw StoreError(path + ": written by a newer version of the service (tables " +
-                         std::to_string(version) + ", known up to " +
-                         std::to_string(kSqliteMigrations.size()) + ")");
+    RequireUpToDate(m_database, path);
+}
+
+SqliteStore SqliteStore::ToRead(const std::string& path)
+{
+    if (!std::filesystem::exists(path)) {
+        throw StoreError(path + ": there is no store yet; the service makes it when it starts");
     }
-    for (auto step = static_cast<std::size_t>(version); step < kSqliteMigrations.size(); ++step) {
-        m_database.Execute(std::string(kSqliteMigrations[step]));
-    }
-    m_database.Execute("PRAGMA user_version = " + std::to_string(kSqliteMigrations.size()));
-    scope.Finish();
+    return {path, Database::Access::Read};
 }
 
 void SqliteStore::AddStarts(const std::vector<StartCount>& counts)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     for (const StartCount& added : counts) {
         m_database
             .Run("INSERT INTO start_count (day, country, dist, count) VALUES (?, ?, ?, ?) "
@@ -75,10 +62,10 @@ void SqliteStore::AddStarts(const std::vector<StartCount>& counts)
             .Bind(added.count)
             .Step();
     }
-    scope.Finish();
+    transaction.Finish();
 }
 
-std::vector<StartCount> SqliteStore::Starts()
+std::vector<StartCount> SqliteStore::Starts() const
 {
     std::vector<StartCount> counts;
     Statement rows =
@@ -92,7 +79,7 @@ std::vector<StartCount> SqliteStore::Starts()
 
 std::int64_t SqliteStore::AddStrip(const Strip& strip)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database.Run("INSERT INTO strip (html, dist, country, first_day, last_day) VALUES (?, ?, ?, ?, ?)")
         .Bind(strip.html)
         .Bind(strip.dist)
@@ -101,20 +88,20 @@ std::int64_t SqliteStore::AddStrip(const Strip& strip)
         .Bind(strip.until)
         .Step();
     const std::int64_t id = m_database.LastRow();
-    scope.Finish();
+    transaction.Finish();
     return id;
 }
 
 bool SqliteStore::RemoveStrip(std::int64_t id)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database.Run("DELETE FROM strip WHERE id = ?").Bind(id).Step();
     const bool isRemoved = m_database.Changes() > 0;
-    scope.Finish();
+    transaction.Finish();
     return isRemoved;
 }
 
-std::vector<Strip> SqliteStore::Strips()
+std::vector<Strip> SqliteStore::Strips() const
 {
     std::vector<Strip> strips;
     Statement rows =
@@ -128,16 +115,16 @@ std::vector<Strip> SqliteStore::Strips()
 
 void SqliteStore::AddRelease(const Release& release)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database.Run("INSERT INTO release (name, sequence, url) VALUES (?, ?, ?)")
         .Bind(release.name)
         .Bind(release.sequence)
         .Bind(release.url)
         .Step();
-    scope.Finish();
+    transaction.Finish();
 }
 
-std::vector<Release> SqliteStore::Releases()
+std::vector<Release> SqliteStore::Releases() const
 {
     std::vector<Release> releases;
     Statement rows = m_database.Run("SELECT name, sequence, url FROM release ORDER BY id");
@@ -151,7 +138,7 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
                             std::string_view place)
 {
     const std::int64_t now = m_now();
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     // No date is sent, and two computers may share a phone: the time since the last text decides.
     m_database
         .Run("INSERT INTO device_prayer (device, prayer, queued_at) "
@@ -175,11 +162,11 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
         .Bind(now)
         .BindBytes(installation)
         .Step();
-    scope.Finish();
+    transaction.Finish();
     return true;
 }
 
-std::vector<OutboxRow> SqliteStore::Outbox(std::size_t most)
+std::vector<OutboxRow> SqliteStore::Outbox(std::size_t most) const
 {
     std::vector<OutboxRow> texts;
     Statement rows =
@@ -194,7 +181,7 @@ std::vector<OutboxRow> SqliteStore::Outbox(std::size_t most)
 
 bool SqliteStore::IsWrittenWith(std::string_view keyName, std::string_view check)
 {
-    Scope scope(m_database);
+    Transaction transaction(m_database);
     m_database.Run("INSERT INTO key_check (name, hash) VALUES (?, ?) ON CONFLICT (name) DO NOTHING")
         .Bind(keyName)
         .BindBytes(check)
@@ -202,11 +189,11 @@ bool SqliteStore::IsWrittenWith(std::string_view keyName, std::string_view check
     Statement known = m_database.Run("SELECT hash FROM key_check WHERE name = ?");
     known.Bind(keyName);
     const bool isSame = known.Step() && known.Text(0) == check;
-    scope.Finish();
+    transaction.Finish();
     return isSame;
 }
 
-std::int64_t SqliteStore::DataVersion()
+std::int64_t SqliteStore::DataVersion() const
 {
     Statement version = m_database.Run("PRAGMA data_version");
     version.Step();
@@ -215,17 +202,17 @@ std::int64_t SqliteStore::DataVersion()
 
 void SqliteStore::Begin()
 {
-    m_database.Execute("BEGIN IMMEDIATE");
+    m_database.BeginGroup();
 }
 
 void SqliteStore::End()
 {
-    m_database.Execute("COMMIT");
+    m_database.EndGroup();
 }
 
 void SqliteStore::Abandon() noexcept
 {
-    m_database.TryExecute("ROLLBACK");
+    m_database.AbandonGroup();
 }
 
 } // namespace beacond

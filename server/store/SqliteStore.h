@@ -16,18 +16,21 @@ public:
     /// Seconds since 1970.
     using Clock = std::function<std::int64_t()>;
 
-    /// Opens or makes the file and brings its tables up to date. Throws StoreError if that fails, or if a
-    /// newer version of the service has written it.
+    /// Opens or makes the file and brings its tables up to date. Throws StoreError if that fails, or if
+    /// another application or a newer version of the service has written it.
     explicit SqliteStore(const std::string& path);
     SqliteStore(const std::string& path, Clock clock);
+    /// A store whose rows can be listed, and not changed. Throws StoreError if there is no file, or if the
+    /// file is not of this version.
+    [[nodiscard]] static SqliteStore ToRead(const std::string& path);
 
     void AddStarts(const std::vector<StartCount>& counts) override;
-    [[nodiscard]] std::vector<StartCount> Starts() override;
+    [[nodiscard]] std::vector<StartCount> Starts() const override;
     std::int64_t AddStrip(const Strip& strip) override;
     bool RemoveStrip(std::int64_t id) override;
-    [[nodiscard]] std::vector<Strip> Strips() override;
+    [[nodiscard]] std::vector<Strip> Strips() const override;
     void AddRelease(const Release& release) override;
-    [[nodiscard]] std::vector<Release> Releases() override;
+    [[nodiscard]] std::vector<Release> Releases() const override;
     [[nodiscard]] SignupResult SignUp(const Signup& signup, const SignupLimits& limits) override;
     void Withdraw(std::string_view codeHash) override;
     [[nodiscard]] Confirmation Confirm(std::string_view codeHash, std::string_view installation) override;
@@ -35,17 +38,18 @@ public:
     bool Forget(std::string_view addressIndex) override;
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;
-    [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) override;
+    [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) const override;
     [[nodiscard]] bool IsWrittenWith(std::string_view keyName, std::string_view check) override;
-    [[nodiscard]] std::int64_t DataVersion() override;
+    [[nodiscard]] std::int64_t DataVersion() const override;
     void Begin() override;
     void End() override;
     void Abandon() noexcept override;
 
 private:
-    void Migrate(const std::string& path);
+    SqliteStore(const std::string& path, Database::Access access);
 
-    Database m_database;
+    /// Reading prepares statements.
+    mutable Database m_database;
     Clock m_now;
 };
 

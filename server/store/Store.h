@@ -98,8 +98,8 @@ struct OutboxRow
 };
 
 /// What changes while the service runs. Each call is one transaction; times are those of the store's own
-/// clock, in seconds since 1970. Calls throw StoreError when the store fails. Not thread-safe: StoreThread
-/// owns it.
+/// clock, in seconds since 1970. Calls throw StoreError when the store fails; const ones only read. Not
+/// thread-safe: StoreThread owns it.
 class Store
 {
 public:
@@ -110,18 +110,18 @@ public:
 
     /// Adds to what was counted before under the same day, country and distribution.
     virtual void AddStarts(const std::vector<StartCount>& counts) = 0;
-    [[nodiscard]] virtual std::vector<StartCount> Starts() = 0;
+    [[nodiscard]] virtual std::vector<StartCount> Starts() const = 0;
 
     /// The identifier of the new strip; that of @p strip is not looked at.
     virtual std::int64_t AddStrip(const Strip& strip) = 0;
     /// False if there is none of that identifier.
     virtual bool RemoveStrip(std::int64_t id) = 0;
     /// By identifier, lowest first.
-    [[nodiscard]] virtual std::vector<Strip> Strips() = 0;
+    [[nodiscard]] virtual std::vector<Strip> Strips() const = 0;
 
     virtual void AddRelease(const Release& release) = 0;
     /// In the order of their addition.
-    [[nodiscard]] virtual std::vector<Release> Releases() = 0;
+    [[nodiscard]] virtual std::vector<Release> Releases() const = 0;
 
     /// Stores a sign-up until its code is confirmed or expires. Nothing else changes: neither a confirmed
     /// device of that address nor an earlier sign-up whose code is still valid.
@@ -146,14 +146,14 @@ public:
     virtual bool QueueText(std::string_view installation, int prayer, std::string_view time,
                            std::string_view place) = 0;
     /// Oldest first, at most @p most.
-    [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) = 0;
+    [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) const = 0;
 
     /// Whether the store was written with that key; remembers the first one of each name.
     /// @param check a hash of the key that does not tell the key
     [[nodiscard]] virtual bool IsWrittenWith(std::string_view keyName, std::string_view check) = 0;
 
     /// Differs from an earlier answer if another process has changed the store meanwhile.
-    [[nodiscard]] virtual std::int64_t DataVersion() = 0;
+    [[nodiscard]] virtual std::int64_t DataVersion() const = 0;
 
     /// Runs calls as one transaction that is on the disk when End returns: many callers share one wait for
     /// the disk.

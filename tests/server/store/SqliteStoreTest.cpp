@@ -8,24 +8,69 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
+#include <functional>
 
 using namespace beacond;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
 using testing::StartsWith;
 
 namespace {
 
-std::string ErrorOfOpening(const std::string& path)
+std::string ErrorOf(const std::function<void()>& deed)
 {
     try {
-        const SqliteStore store(path);
+        deed();
     } catch (const StoreError& error) {
         return error.what();
     }
     return {};
 }
+
+std::string ErrorOfOpening(const std::string& path)
+{
+    return ErrorOf([&path] { const SqliteStore store(path); });
+}
+
+std::string ErrorOfReading(const std::string& path)
+{
+    return ErrorOf([&path] { (void)SqliteStore::ToRead(path); });
+}
+
+std::string Content(const std::string& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> NamesIn(const TemporaryFolder& folder)
+{
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(folder / "")) {
+        names.push_back(entry.path().filename().string());
+    }
+    return names;
+}
+
+/// Without the rights of the administrator, who may write everywhere.
+class AsNobody final
+{
+public:
+    AsNobody() { EXPECT_EQ(::geteuid() == 0 ? ::seteuid(65'534) : 0, 0); }
+    ~AsNobody() { EXPECT_EQ(::seteuid(m_before), 0); }
+    AsNobody(const AsNobody&) = delete;
+    AsNobody& operator=(const AsNobody&) = delete;
+
+private:
+    uid_t m_before = ::geteuid();
+};
 
 } // namespace
 
@@ -55,6 +100,111 @@ TEST(SqliteStore, open_fileThatIsNoStore_isRefusedAndKept)
     EXPECT_THAT(ErrorOfOpening(path), StartsWith(path + ": "));
     std::ifstream file(path);
     EXPECT_EQ(file.get(), 'x');
+}
+
+TEST(SqliteStore, open_fileOfAnotherApplication_isRefusedAndKept)
+{
+    for (const char* const sql : {"CREATE TABLE song (name)", "PRAGMA application_id = 7",
+                                  "CREATE TABLE key_check (a); PRAGMA application_id = 7"}) {
+        SCOPED_TRACE(sql);
+        const TemporaryFolder folder;
+        const std::string path = folder.File("store.db");
+        Database(path).Execute(sql);
+        const std::string before = Content(path);
+
+        EXPECT_EQ(ErrorOfOpening(path), path + ": written by another application");
+        EXPECT_EQ(ErrorOfReading(path), path + ": written by another application");
+        EXPECT_TRUE(Content(path) == before);
+        EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
+    }
+}
+
+TEST(SqliteStore, open_storeWithoutAMark_marksIt)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    (void)SqliteStore(path);
+    Database(path).Execute("PRAGMA application_id = 0");
+    (void)SqliteStore(path);
+
+    Database database(path);
+    Statement mark = database.Run("PRAGMA application_id");
+    ASSERT_TRUE(mark.Step());
+    EXPECT_EQ(mark.Integer(0), 0x44754265);
+}
+
+TEST(SqliteStore, open_whileAnotherProcessWrites_needsNoLock)
+{
+    const TemporaryFolder folder;
+    (void)SqliteStore(folder.File("store.db"));
+    Database other(folder.File("store.db"));
+    other.Execute("BEGIN IMMEDIATE");
+
+    EXPECT_EQ(ErrorOfOpening(folder.File("store.db")), "");
+    EXPECT_EQ(ErrorOfReading(folder.File("store.db")), "");
+}
+
+TEST(SqliteStore, open_damagedPages_failsTheCallsAndKeepsTheFile)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    (void)SqliteStore(path);
+    std::string content = Content(path);
+    constexpr std::size_t kHeaderPage = 4096;
+    content.replace(kHeaderPage, content.size() - kHeaderPage, content.size() - kHeaderPage, 'x');
+    std::ofstream(path, std::ios::binary) << content;
+
+    SqliteStore store(path);
+    const std::string error = ErrorOf([&store] { (void)store.Starts(); });
+    EXPECT_EQ(error, path + ": database disk image is malformed");
+    EXPECT_NE(ErrorOf([&store] { store.AddRelease({"1", "6", "https://example.org/"}); }), "");
+    EXPECT_TRUE(Content(path) == content);
+}
+
+TEST(SqliteStore, open_folderWithoutRights_isRefusedWithThePath)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("locked/store.db");
+    std::filesystem::create_directory(folder / "locked");
+    std::filesystem::permissions(folder / "", std::filesystem::perms(0755));
+    std::filesystem::permissions(folder / "locked", std::filesystem::perms(0555));
+    const AsNobody nobody;
+
+    EXPECT_EQ(ErrorOfOpening(path), path + ": unable to open database file");
+}
+
+TEST(SqliteStore, toRead_listsAndChangesNothing)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    SqliteStore(path).AddRelease({"1", "6", "https://example.org/"});
+    const std::string before = Content(path);
+    {
+        SqliteStore store = SqliteStore::ToRead(path);
+        EXPECT_THAT(store.Releases(), SizeIs(1));
+        EXPECT_THROW(store.AddRelease({"1", "7", "https://example.org/"}), StoreError);
+    }
+    EXPECT_TRUE(Content(path) == before);
+    EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
+}
+
+TEST(SqliteStore, toRead_fileThatIsMissing_isRefusedAndNotMade)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+
+    EXPECT_EQ(ErrorOfReading(path), path + ": there is no store yet; the service makes it when it starts");
+    EXPECT_THAT(NamesIn(folder), IsEmpty());
+}
+
+TEST(SqliteStore, toRead_fileOfAnOlderVersion_isRefused)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    (void)SqliteStore(path);
+    Database(path).Execute("PRAGMA user_version = 0");
+
+    EXPECT_THAT(ErrorOfReading(path), StartsWith(path + ": written by an older version of the service"));
 }
 
 TEST(SqliteStore, open_folderThatIsMissing_isRefusedWithThePath)

@@ -28,12 +28,12 @@ public:
     }
 
     void AddStarts(const std::vector<StartCount>& counts) override { m_store.AddStarts(counts); }
-    std::vector<StartCount> Starts() override { return m_store.Starts(); }
+    std::vector<StartCount> Starts() const override { return m_store.Starts(); }
     std::int64_t AddStrip(const Strip& strip) override { return m_store.AddStrip(strip); }
     bool RemoveStrip(std::int64_t id) override { return m_store.RemoveStrip(id); }
-    std::vector<Strip> Strips() override { return m_store.Strips(); }
+    std::vector<Strip> Strips() const override { return m_store.Strips(); }
     void AddRelease(const Release& release) override { m_store.AddRelease(release); }
-    std::vector<Release> Releases() override { return m_store.Releases(); }
+    std::vector<Release> Releases() const override { return m_store.Releases(); }
     SignupResult SignUp(const Signup& signup, const SignupLimits& limits) override
     {
         return m_store.SignUp(signup, limits);
@@ -49,12 +49,12 @@ public:
     {
         return m_store.QueueText(pc, prayer, time, place);
     }
-    std::vector<OutboxRow> Outbox(std::size_t most) override { return m_store.Outbox(most); }
+    std::vector<OutboxRow> Outbox(std::size_t most) const override { return m_store.Outbox(most); }
     bool IsWrittenWith(std::string_view name, std::string_view check) override
     {
         return m_store.IsWrittenWith(name, check);
     }
-    std::int64_t DataVersion() override { return m_store.DataVersion(); }
+    std::int64_t DataVersion() const override { return m_store.DataVersion(); }
     void Begin() override { m_store.Begin(); }
     void End() override
     {

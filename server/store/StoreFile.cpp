@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "store/StoreFile.h"
+
+#include "store/Migrations.h"
+#include "store/Sqlite.h"
+#include "store/Store.h"
+
+namespace beacond {
+
+namespace {
+
+// "DuBe" in ASCII, in the header of the file.
+constexpr std::int64_t kApplication = 0x44754265;
+
+std::int64_t Number(Database& database, const char* question)
+{
+    Statement answer = database.Run(question);
+    answer.Step();
+    return answer.Integer(0);
+}
+
+bool IsMarked(Database& database)
+{
+    return Number(database, "PRAGMA application_id") == kApplication;
+}
+
+// Answers the version of the tables: 0 in an empty file.
+std::int64_t RequireOurs(Database& database, const std::string& path)
+{
+    // The first stores had no mark.
+    const char* const kIsForeign = "SELECT count(*) > 0 AND total(name = 'key_check') = 0 FROM sqlite_schema";
+    if (!IsMarked(database) &&
+        (Number(database, "PRAGMA application_id") != 0 || Number(database, kIsForeign) != 0)) {
+        throw StoreError(path + ": written by another application");
+    }
+    const std::int64_t version = Number(database, "PRAGMA user_version");
+    if (version < 0 || version > std::ssize(kSqliteMigrations)) {
+        throw StoreError(path + ": written by a newer version of the service (tables " +
+                         std::to_string(version) + ", known up to " +
+                         std::to_string(kSqliteMigrations.size()) + ")");
+    }
+    return version;
+}
+
+void Migrate(Database& database, const std::string& path)
+{
+    Transaction transaction(database);
+    // Another process may have brought it up to date meanwhile.
+    const auto version = static_cast<std::size_t>(RequireOurs(database, path));
+    for (std::size_t step = version; step < kSqliteMigrations.size(); ++step) {
+        database.Execute(std::string(kSqliteMigrations[step]));
+    }
+    database.Execute("PRAGMA application_id = " + std::to_string(kApplication));
+    WriteVersion(database);
+    transaction.Finish();
+}
+
+} // namespace
+
+void BringUpToDate(Database& database, const std::string& path)
+{
+    (void)RequireOurs(database, path);
+    database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
+    if (!IsMarked(database) || RequireOurs(database, path) != std::ssize(kSqliteMigrations)) {
+        // To replace a table, a migration drops it, which would delete the rows that refer to it.
+        database.Execute("PRAGMA foreign_keys = OFF");
+        Migrate(database, path);
+    }
+    database.Execute("PRAGMA foreign_keys = ON");
+}
+
+void RequireUpToDate(Database& database, const std::string& path)
+{
+    if (RequireOurs(database, path) != std::ssize(kSqliteMigrations)) {
+        throw StoreError(path +
+                         ": written by an older version of the service, which brings it up to date when "
+                         "it starts");
+    }
+}
+
+void WriteVersion(Database& database)
+{
+    database.Execute("PRAGMA user_version = " + std::to_string(kSqliteMigrations.size()));
+}
+
+} // namespace beacond

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+namespace beacond {
+
+class Database;
+
+/// Takes a file as the store: an empty one gets today's tables, one of an older version what it lacks. Throws
+/// StoreError, and leaves the file as it is, if another application or a newer version of the service has
+/// written it.
+/// @param path for the error
+void BringUpToDate(Database& database, const std::string& path);
+
+/// Throws StoreError if the file is not a store with today's tables; changes nothing.
+void RequireUpToDate(Database& database, const std::string& path);
+
+/// Writes the version of today's tables.
+void WriteVersion(Database& database);
+
+} // namespace beacond
