@@ -81,7 +81,7 @@ public:
 
 private:
     void LoadPlaces();
-    void LoadAnnouncements(Store& store);
+    void LoadAnnouncements(const Store& store);
     [[nodiscard]] asio::awaitable<void> FollowSignals();
     [[nodiscard]] asio::awaitable<void> FollowAnnouncements();
     [[nodiscard]] asio::awaitable<void> StoreStarts();
@@ -141,7 +141,7 @@ void Service::LoadPlaces()
     m_places.Set(Places::Open(m_settings.places.file));
 }
 
-void Service::LoadAnnouncements(Store& store)
+void Service::LoadAnnouncements(const Store& store)
 {
     m_announcements.Set(
         std::make_shared<const Announcements>(Announcements{store.Strips(), store.Releases()}));
@@ -208,14 +208,23 @@ asio::awaitable<void> Service::FollowAnnouncements()
     std::int64_t known = 0;
     for (;;) {
         try {
-            auto load = [this, known](Store& store) {
+            auto load = [this, known](const Store& store) {
                 const std::int64_t version = store.DataVersion();
                 if (version != known) {
                     LoadAnnouncements(store);
                 }
                 return version;
             };
-            known = co_await m_store->Run(load);
+            // Reads may succeed while writes fail: only a write tells that the store works again.
+            auto writeAndLoad = [load](Store& store) {
+                store.TryToWrite();
+                return load(store);
+            };
+            if (m_store->State() == StoreState::Working) {
+                known = co_await m_store->Run(load);
+            } else {
+                known = co_await m_store->Run(writeAndLoad);
+            }
         } catch (const StoreError& error) {
             LogError(error.what());
         }
@@ -231,13 +240,14 @@ asio::awaitable<void> Service::StoreStarts()
         co_return;
     }
     try {
-        auto add = [&counts](Store& store) {
+        auto add = [counts](Store& store) {
             store.AddStarts(counts);
             return true;
         };
         co_await m_store->Run(add);
     } catch (const StoreError& error) {
         LogError(error.what());
+        // Counts that are stored after the time limit of the call are counted twice: an error of a figure.
         for (const StartCount& count : counts) {
             m_starts.Add(count.day, count.country, count.dist, count.count);
         }

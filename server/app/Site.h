@@ -25,7 +25,7 @@ public:
 private:
     [[nodiscard]] boost::asio::awaitable<Response> AnswerAny(const Request& request);
     [[nodiscard]] boost::asio::awaitable<Response> TakeSignup(const Request& request);
-    [[nodiscard]] boost::asio::awaitable<Response> Readiness();
+    [[nodiscard]] Response Readiness() const;
 
     ScriptSources m_sources;
     Scripts m_scripts;

@@ -108,8 +108,8 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
     }
     // Named before it is awaited: GCC 12 destroys the captures of a lambda twice that is written into the
     // await.
-    auto queue = [installation = HashOfInstallation(identifier), &text](Store& store) {
-        return store.QueueText(installation, text->prayer, text->time, text->place);
+    auto queue = [installation = HashOfInstallation(identifier), text = *text](Store& store) {
+        return store.QueueText(installation, text.prayer, text.time, text.place);
     };
     try {
         const bool isQueued = co_await m_store.Run(std::move(queue));

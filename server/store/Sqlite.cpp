@@ -80,8 +80,9 @@ Database::Database(const std::string& path, Access access)
         throw StoreError(path + ": " + reason);
     }
     sqlite3_extended_result_codes(m_handle, 1);
-    // Another process, such as a subcommand that adds a strip, holds the store for milliseconds.
-    constexpr int kBusyMilliseconds = 5000;
+    // Another process, such as a subcommand that adds a strip, holds the store for milliseconds. Shorter than
+    // the time limit of a call, so that the call says what it has waited for.
+    constexpr int kBusyMilliseconds = 1000;
     sqlite3_busy_timeout(m_handle, kBusyMilliseconds);
     if (access == Access::Read) {
         sqlite3_exec(m_handle, "PRAGMA query_only = ON", nullptr, nullptr, nullptr);

@@ -43,7 +43,8 @@ private:
     int m_bound = 0;
 };
 
-/// A SQLite file. Each statement is prepared once. Failures throw StoreError with the file's name.
+/// A SQLite file. Each statement is prepared once. Failures throw StoreError with the file's name. Waits a
+/// second for a lock of another process.
 class Database final
 {
 public:

@@ -200,6 +200,11 @@ std::int64_t SqliteStore::DataVersion() const
     return version.Integer(0);
 }
 
+void SqliteStore::TryToWrite()
+{
+    WriteVersion(m_database);
+}
+
 void SqliteStore::Begin()
 {
     m_database.BeginGroup();

@@ -41,6 +41,7 @@ public:
     [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) const override;
     [[nodiscard]] bool IsWrittenWith(std::string_view keyName, std::string_view check) override;
     [[nodiscard]] std::int64_t DataVersion() const override;
+    void TryToWrite() override;
     void Begin() override;
     void End() override;
     void Abandon() noexcept override;

@@ -155,6 +155,9 @@ public:
     /// Differs from an earlier answer if another process has changed the store meanwhile.
     [[nodiscard]] virtual std::int64_t DataVersion() const = 0;
 
+    /// Writes something that changes nothing. Throws StoreError while the store can't be written.
+    virtual void TryToWrite() = 0;
+
     /// Runs calls as one transaction that is on the disk when End returns: many callers share one wait for
     /// the disk.
     virtual void Begin() = 0;

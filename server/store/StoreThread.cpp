@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/StoreThread.h"
 
-#include <boost/asio/associated_executor.hpp>
-#include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/post.hpp>
+#include <boost/asio/redirect_error.hpp>
+#include <boost/asio/steady_timer.hpp>
+#include <boost/asio/this_coro.hpp>
 #include <boost/asio/use_awaitable.hpp>
 
 #include <algorithm>
@@ -14,6 +15,8 @@ namespace beacond {
 
 namespace {
 
+namespace asio = boost::asio;
+
 // Beyond that the disk has been stuck for many seconds, and memory is worth more than one more waiting call.
 constexpr std::size_t kMostWaiting = 100'000;
 // Bounds how long the first call of a batch waits for the last one.
@@ -21,9 +24,10 @@ constexpr std::size_t kLargestBatch = 500;
 
 } // namespace
 
-StoreThread::StoreThread(std::unique_ptr<Store> store)
+StoreThread::StoreThread(std::unique_ptr<Store> store, std::chrono::milliseconds longestCall)
     : m_store(std::move(store))
-    , m_thread([this] { RunJobs(); })
+    , m_longestCall(longestCall)
+    , m_thread([this] { RunBatches(); })
 {
 }
 
@@ -37,78 +41,97 @@ StoreThread::~StoreThread()
     m_thread.join();
 }
 
-boost::asio::awaitable<void> StoreThread::Wait(std::function<void(Store&)> work)
+StoreState StoreThread::State()
 {
-    using boost::asio::use_awaitable;
-    return boost::asio::async_initiate<decltype(use_awaitable), void(std::exception_ptr)>(
-        [this](auto handler, std::function<void(Store&)> job) {
-            // The coroutine goes on where it came from, and that thread stays until it does.
-            auto guard = boost::asio::make_work_guard(boost::asio::get_associated_executor(handler));
-            auto shared = std::make_shared<decltype(handler)>(std::move(handler));
-            Enqueue({std::move(job),
-                     [shared, guard = std::move(guard)](std::exception_ptr error) {
-                         boost::asio::post(guard.get_executor(), [shared, error] { (*shared)(error); });
-                     },
-                     nullptr});
-        },
-        use_awaitable, std::move(work));
+    const std::lock_guard lock(m_mutex);
+    if (m_batchBegin && StoreCall::Clock::now() - *m_batchBegin > m_longestCall) {
+        return StoreState::Stuck;
+    }
+    return m_isFailing ? StoreState::Failing : StoreState::Working;
 }
 
-void StoreThread::Enqueue(Job job)
+asio::awaitable<void> StoreThread::Wait(std::shared_ptr<StoreCall> call)
+{
+    // At the end of the wait, and where the coroutine is destroyed while it waits.
+    struct Leaving
+    {
+        StoreCall& call;
+        ~Leaving() { call.GiveUp(); }
+    };
+    const asio::any_io_executor executor = co_await asio::this_coro::executor;
+    const auto timer = std::make_shared<asio::steady_timer>(executor, m_longestCall);
+    const Leaving leaving{*call};
+    call->Prepare(timer->expiry(), [executor, timer] { asio::post(executor, [timer] { timer->cancel(); }); });
+    Enqueue(call);
+    boost::system::error_code ended;
+    co_await timer->async_wait(asio::redirect_error(asio::use_awaitable, ended));
+    call->RequireEnd();
+}
+
+void StoreThread::Enqueue(std::shared_ptr<StoreCall> call)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (m_waiting.size() < kMostWaiting) {
-            m_waiting.push_back(std::move(job));
-            job.done = nullptr;
+        if (m_waiting.size() >= kMostWaiting) {
+            throw StoreError("too many calls wait for the store");
         }
-    }
-    if (job.done) {
-        job.done(std::make_exception_ptr(StoreError("too many calls wait for the store")));
-        return;
+        m_waiting.push_back(std::move(call));
     }
     m_wakeUp.notify_one();
 }
 
-void StoreThread::RunJobs()
+StoreThread::Batch StoreThread::TakeBatch()
 {
-    for (;;) {
-        std::vector<Job> batch;
-        {
-            std::unique_lock lock(m_mutex);
-            m_wakeUp.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
-            if (m_waiting.empty()) {
-                return;
-            }
-            const auto count = static_cast<std::ptrdiff_t>(std::min(m_waiting.size(), kLargestBatch));
-            batch.assign(std::make_move_iterator(m_waiting.begin()),
-                         std::make_move_iterator(m_waiting.begin() + count));
-            m_waiting.erase(m_waiting.begin(), m_waiting.begin() + count);
-        }
+    std::unique_lock lock(m_mutex);
+    m_batchBegin.reset();
+    m_wakeUp.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
+    const auto count = static_cast<std::ptrdiff_t>(std::min(m_waiting.size(), kLargestBatch));
+    Batch batch(std::make_move_iterator(m_waiting.begin()),
+                std::make_move_iterator(m_waiting.begin() + count));
+    m_waiting.erase(m_waiting.begin(), m_waiting.begin() + count);
+    m_batchBegin = StoreCall::Clock::now();
+    return batch;
+}
+
+void StoreThread::RunBatches()
+{
+    for (Batch batch = TakeBatch(); !batch.empty(); batch = TakeBatch()) {
         RunBatch(batch);
     }
 }
 
-void StoreThread::RunBatch(std::vector<Job>& batch)
+std::exception_ptr StoreThread::RunTogether(const Batch& batch, bool isWriting)
 {
     try {
-        m_store->Begin();
-        for (Job& job : batch) {
-            try {
-                job.work(*m_store);
-            } catch (...) {
-                job.error = std::current_exception();
-            }
+        if (isWriting) {
+            m_store->Begin();
         }
-        m_store->End();
+        for (const std::shared_ptr<StoreCall>& call : batch) {
+            call->Run(*m_store);
+        }
+        if (isWriting) {
+            m_store->End();
+        }
+        return nullptr;
     } catch (...) {
         m_store->Abandon();
-        for (Job& job : batch) {
-            job.error = std::current_exception();
-        }
+        return std::current_exception();
     }
-    for (Job& job : batch) {
-        job.done(job.error);
+}
+
+void StoreThread::RunBatch(const Batch& batch)
+{
+    const bool isWriting =
+        std::any_of(batch.begin(), batch.end(), [](const auto& call) { return call->IsWriteToDo(); });
+    const std::exception_ptr error = RunTogether(batch, isWriting);
+    const bool hasFailed =
+        error || std::any_of(batch.begin(), batch.end(), [](const auto& call) { return call->HasFailed(); });
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isFailing = hasFailed || (m_isFailing && !isWriting);
+    }
+    for (const std::shared_ptr<StoreCall>& call : batch) {
+        call->End(error);
     }
 }
 

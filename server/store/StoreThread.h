@@ -3,12 +3,13 @@
 #pragma once
 
 #include "store/Store.h"
+#include "store/StoreCall.h"
 
 #include <boost/asio/awaitable.hpp>
 
+#include <chrono>
 #include <condition_variable>
 #include <exception>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -17,46 +18,65 @@
 
 namespace beacond {
 
+enum class StoreState {
+    Working,
+    Failing, ///< a call has failed, and no write has succeeded since
+    Stuck    ///< a call does not come back
+};
+
 /// The one thread that touches the store. Calls that wait together are committed together, so that a herd of
 /// them costs one wait for the disk. A call is answered after its commit.
 class StoreThread final
 {
 public:
-    explicit StoreThread(std::unique_ptr<Store> store);
-    /// Ends after the calls that already wait.
+    /// The program waits three seconds for the reply to a prayer call.
+    static constexpr std::chrono::milliseconds kLongestCall{2000};
+
+    /// @param longestCall until a call is answered as failed
+    explicit StoreThread(std::unique_ptr<Store> store, std::chrono::milliseconds longestCall = kLongestCall);
+    /// Runs the calls that wait, each until its time is over. Waits for a lock of another process no longer
+    /// than the store itself does.
     ~StoreThread();
     StoreThread(const StoreThread&) = delete;
     StoreThread& operator=(const StoreThread&) = delete;
 
-    /// Runs @p call with the store, answers its result on the executor of the awaiting coroutine. Throws what
-    /// the call throws, StoreError if the commit fails or too many calls wait.
-    template <typename Call>
-    boost::asio::awaitable<std::invoke_result_t<Call, Store&>> Run(Call call)
+    /// Runs @p function with the store, answers its result on the executor of the awaiting coroutine, which
+    /// runs one thing at a time. Throws what the function throws, and StoreError if the commit fails, if too
+    /// many calls wait, or at the time limit. A call that has not begun by then is dropped; one that has
+    /// begun, such as one that waits for the disk, may still be stored after its caller was told that it
+    /// failed.
+    /// @param function runs at any time until the end of the store's thread: it holds values, no references
+    /// to the caller's. One that takes const Store& only reads, and needs no write lock.
+    template <typename Function>
+    boost::asio::awaitable<std::invoke_result_t<Function&, Store&>> Run(Function function)
     {
-        std::optional<std::invoke_result_t<Call, Store&>> result;
+        const auto call = std::make_shared<StoreCallOf<Function>>(std::move(function));
         // Named: GCC 12 destroys some temporaries of an await twice.
-        std::function<void(Store&)> work = [&result, &call](Store& store) { result.emplace(call(store)); };
-        co_await Wait(std::move(work));
-        co_return std::move(*result);
+        const std::shared_ptr<StoreCall> shared = call;
+        co_await Wait(shared);
+        co_return call->TakeResult();
     }
 
+    /// Never waits for the store.
+    [[nodiscard]] StoreState State();
+
 private:
-    struct Job
-    {
-        std::function<void(Store&)> work;
-        std::function<void(std::exception_ptr)> done;
-        std::exception_ptr error;
-    };
+    using Batch = std::vector<std::shared_ptr<StoreCall>>;
 
-    [[nodiscard]] boost::asio::awaitable<void> Wait(std::function<void(Store&)> work);
-    void Enqueue(Job job);
-    void RunJobs();
-    void RunBatch(std::vector<Job>& batch);
+    [[nodiscard]] boost::asio::awaitable<void> Wait(std::shared_ptr<StoreCall> call);
+    void Enqueue(std::shared_ptr<StoreCall> call);
+    [[nodiscard]] Batch TakeBatch();
+    void RunBatches();
+    [[nodiscard]] std::exception_ptr RunTogether(const Batch& batch, bool isWriting);
+    void RunBatch(const Batch& batch);
 
-    std::unique_ptr<Store> m_store;
+    const std::unique_ptr<Store> m_store;
+    const std::chrono::milliseconds m_longestCall;
     std::mutex m_mutex;
     std::condition_variable m_wakeUp;
-    std::vector<Job> m_waiting;
+    Batch m_waiting;
+    std::optional<StoreCall::Clock::time_point> m_batchBegin;
+    bool m_isFailing = false;
     bool m_isEnding = false;
     std::thread m_thread;
 };

@@ -41,10 +41,60 @@ protected:
         arguments.insert(arguments.end(), {"--config", "service.toml"});
         return RunService(Path(), arguments);
     }
+    static bool AwaitReadiness(unsigned short port, const std::string& text)
+    {
+        const auto deadline = Clock::now() + 20s;
+        while (Fetch(port, "/readyz") != text) {
+            if (Clock::now() > deadline) {
+                return false;
+            }
+            ::usleep(20'000);
+        }
+        return true;
+    }
 
     TemporaryFolder folder;
+    const std::string startup = "/cgi-bin/dbeacon/startup.pl";
+    const std::string prayerCall = "/cgi-bin/dbeacon/prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07";
+    const std::string confirm =
+        "/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=pc&vCode=0000-0000-0000-0000";
     const std::vector<std::string> serve{"serve", "--config", "service.toml"};
 };
+
+TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndSaidByReadyz)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_EQ(Fetch(port, prayerCall), "<root/>");
+    beacond::Database other(folder.File("state/service.db"));
+    other.Execute("BEGIN IMMEDIATE");
+
+    const auto begin = Clock::now();
+    EXPECT_EQ(Fetch(port, prayerCall), "The text could not be stored.\n");
+    EXPECT_LT(Clock::now() - begin, 2500ms);
+    EXPECT_THAT(Fetch(port, confirm), HasSubstr("store anything just now"));
+    EXPECT_EQ(Fetch(port, "/readyz"), "the store fails; the log says why\n");
+    EXPECT_EQ(Fetch(port, "/healthz"), "ok\n");
+    ASSERT_TRUE(service.AwaitLog("state/service.db: database is locked"));
+
+    other.Execute("ROLLBACK");
+    EXPECT_TRUE(AwaitReadiness(port, "ready\n"));
+    EXPECT_EQ(Fetch(port, prayerCall), "<root/>");
+}
+
+TEST_F(ServiceStoreTest, term_storeLockedByAnotherProcess_endsInTime)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_EQ(Fetch(port, startup), "<root/>");
+    beacond::Database other(folder.File("state/service.db"));
+    other.Execute("BEGIN IMMEDIATE");
+
+    const auto begin = Clock::now();
+    service.Signal(SIGTERM);
+    EXPECT_EQ(service.Wait().status, 0);
+    EXPECT_LT(Clock::now() - begin, 5s);
+}
 
 TEST_F(ServiceStoreTest, lists_storeThatIsMissing_areStatusTwoAndMakeNone)
 {

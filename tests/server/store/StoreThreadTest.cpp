@@ -3,79 +3,59 @@
 #include "store/StoreThread.h"
 
 #include "server/TemporaryFolder.h"
-#include "store/SqliteStore.h"
+#include "server/store/CountingStore.h"
 
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <latch>
 
 using namespace beacond;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
 namespace asio = boost::asio;
 
 namespace {
 
-/// Counts the transactions of the store behind it.
-class CountingStore final : public Store
-{
-public:
-    CountingStore(const std::string& path, std::atomic<int>& commits)
-        : m_store(path)
-        , m_commits(commits)
-    {
-    }
-
-    void AddStarts(const std::vector<StartCount>& counts) override { m_store.AddStarts(counts); }
-    std::vector<StartCount> Starts() const override { return m_store.Starts(); }
-    std::int64_t AddStrip(const Strip& strip) override { return m_store.AddStrip(strip); }
-    bool RemoveStrip(std::int64_t id) override { return m_store.RemoveStrip(id); }
-    std::vector<Strip> Strips() const override { return m_store.Strips(); }
-    void AddRelease(const Release& release) override { m_store.AddRelease(release); }
-    std::vector<Release> Releases() const override { return m_store.Releases(); }
-    SignupResult SignUp(const Signup& signup, const SignupLimits& limits) override
-    {
-        return m_store.SignUp(signup, limits);
-    }
-    void Withdraw(std::string_view code) override { m_store.Withdraw(code); }
-    Confirmation Confirm(std::string_view code, std::string_view pc) override
-    {
-        return m_store.Confirm(code, pc);
-    }
-    void DropOldSignups() override { m_store.DropOldSignups(); }
-    bool Forget(std::string_view index) override { return m_store.Forget(index); }
-    bool QueueText(std::string_view pc, int prayer, std::string_view time, std::string_view place) override
-    {
-        return m_store.QueueText(pc, prayer, time, place);
-    }
-    std::vector<OutboxRow> Outbox(std::size_t most) const override { return m_store.Outbox(most); }
-    bool IsWrittenWith(std::string_view name, std::string_view check) override
-    {
-        return m_store.IsWrittenWith(name, check);
-    }
-    std::int64_t DataVersion() const override { return m_store.DataVersion(); }
-    void Begin() override { m_store.Begin(); }
-    void End() override
-    {
-        if (failsToCommit) {
-            throw StoreError("the disk is full");
-        }
-        ++m_commits;
-        m_store.End();
-    }
-    void Abandon() noexcept override { m_store.Abandon(); }
-
-    bool failsToCommit = false;
-
-private:
-    SqliteStore m_store;
-    std::atomic<int>& m_commits;
-};
+constexpr auto kShort = 100ms;
 
 class StoreThreadTest : public testing::Test
 {
 protected:
+    /// Adds a strip with that text, and counts a failure.
+    void SpawnAdd(StoreThread& thread, const std::string& html)
+    {
+        Spawn([this, &thread, html]() -> asio::awaitable<void> {
+            auto add = [html](Store& s) { return s.AddStrip({0, html, "", "", "", ""}); };
+            try {
+                co_await thread.Run(add);
+            } catch (const StoreError&) {
+                ++failures;
+            }
+        });
+    }
+    std::vector<std::string> Stored()
+    {
+        std::vector<std::string> texts;
+        for (const Strip& strip : SqliteStore(folder.File("store.db")).Strips()) {
+            texts.push_back(strip.html);
+        }
+        return texts;
+    }
+    /// Until Release, commits stay under way.
+    void HoldCommits()
+    {
+        store->beforeCommit = [this] {
+            isCommitting.count_down();
+            released.wait();
+        };
+    }
+    void Release() { released.count_down(); }
     template <typename Call>
     void Spawn(Call call)
     {
@@ -85,6 +65,9 @@ protected:
     TemporaryFolder folder;
     std::atomic<int> commits = 0;
     std::unique_ptr<CountingStore> store = std::make_unique<CountingStore>(folder.File("store.db"), commits);
+    std::latch isCommitting{1};
+    std::latch released{1};
+    int failures = 0;
     asio::io_context context;
 };
 
@@ -136,7 +119,7 @@ TEST_F(StoreThreadTest, run_callThatThrows_failsAlone)
     });
     Spawn([&]() -> asio::awaitable<void> {
         co_await thread.Run([](Store& s) { return s.AddStrip({}); });
-        strips = co_await thread.Run([](Store& s) { return s.Strips().size(); });
+        strips = co_await thread.Run([](const Store& s) { return s.Strips().size(); });
     });
     context.run();
 
@@ -146,7 +129,7 @@ TEST_F(StoreThreadTest, run_callThatThrows_failsAlone)
 
 TEST_F(StoreThreadTest, run_commitThatFails_failsEveryCallOfTheBatch)
 {
-    store->failsToCommit = true;
+    store->beforeCommit = [] { throw StoreError("the disk is full"); };
     StoreThread thread(std::move(store));
     int failed = 0;
     for (int i = 0; i < 10; ++i) {
@@ -175,4 +158,94 @@ TEST_F(StoreThreadTest, destruction_runsTheCallsThatWait)
         context.poll();
     }
     EXPECT_EQ(SqliteStore(folder.File("store.db")).Strips().size(), 100U);
+}
+
+TEST_F(StoreThreadTest, run_diskThatHangs_failsAtTheLimitAndDropsWhatHasNotBegun)
+{
+    HoldCommits();
+    {
+        StoreThread thread(std::move(store), kShort);
+        SpawnAdd(thread, "begun");
+        context.run();
+        isCommitting.wait();
+        EXPECT_EQ(failures, 1);
+        while (thread.State() != StoreState::Stuck) {
+            std::this_thread::yield();
+        }
+        SpawnAdd(thread, "not begun");
+        context.restart();
+        context.run();
+        EXPECT_EQ(failures, 2);
+        Release();
+    }
+    EXPECT_THAT(Stored(), ElementsAre("begun"));
+}
+
+TEST_F(StoreThreadTest, run_callerDestroyedWhileItWaits_isNeitherAnsweredNorBegun)
+{
+    HoldCommits();
+    {
+        StoreThread thread(std::move(store), kShort);
+        SpawnAdd(thread, "begun");
+        context.poll();
+        isCommitting.wait();
+        {
+            asio::io_context brief;
+            auto call = [&thread]() -> asio::awaitable<void> {
+                auto add = [](Store& s) { return s.AddStrip({0, "not begun", "", "", "", ""}); };
+                co_await thread.Run(add);
+            };
+            asio::co_spawn(brief, call, asio::detached);
+            brief.poll();
+        }
+        Release();
+    }
+    EXPECT_THAT(Stored(), ElementsAre("begun"));
+}
+
+TEST_F(StoreThreadTest, lockHeldByAnotherProcess_failsWritesNotReads)
+{
+    StoreThread thread(std::move(store));
+    Database other(folder.File("store.db"));
+    other.Execute("BEGIN IMMEDIATE");
+    std::size_t strips = 1;
+    Spawn([&]() -> asio::awaitable<void> {
+        strips = co_await thread.Run([](const Store& s) { return s.Strips().size(); });
+    });
+    context.run();
+    EXPECT_EQ(strips, 0U);
+    EXPECT_EQ(thread.State(), StoreState::Working);
+
+    SpawnAdd(thread, "during");
+    context.restart();
+    const auto begin = std::chrono::steady_clock::now();
+    context.run();
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, StoreThread::kLongestCall);
+    EXPECT_EQ(failures, 1);
+    EXPECT_EQ(thread.State(), StoreState::Failing);
+
+    other.Execute("ROLLBACK");
+    SpawnAdd(thread, "after");
+    context.restart();
+    context.run();
+    EXPECT_EQ(thread.State(), StoreState::Working);
+    EXPECT_THAT(Stored(), ElementsAre("after"));
+}
+
+TEST_F(StoreThreadTest, destruction_lockHeldByAnotherProcess_endsAtTheLimitOfTheCalls)
+{
+    Database other(folder.File("store.db"));
+    other.Execute("BEGIN IMMEDIATE");
+    const auto begin = std::chrono::steady_clock::now();
+    {
+        StoreThread thread(std::move(store), kShort);
+        // More than go together, so that each group would wait for the lock.
+        for (int i = 0; i < 2000; ++i) {
+            SpawnAdd(thread, "during");
+        }
+        context.poll();
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2s);
+    other.Execute("ROLLBACK");
+    EXPECT_THAT(Stored(), IsEmpty());
 }
