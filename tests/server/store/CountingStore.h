@@ -24,7 +24,12 @@ public:
     std::vector<beacond::Strip> Strips() const override { return m_store.Strips(); }
     void AddRelease(const beacond::Release& release) override { m_store.AddRelease(release); }
     std::vector<beacond::Release> Releases() const override { return m_store.Releases(); }
-    std::int64_t SignUp(const beacond::Signup& signup) override { return m_store.SignUp(signup); }
+    beacond::SignupResult SignUp(const beacond::Signup& signup, const beacond::SignupLimits& limits) override
+    {
+        return m_store.SignUp(signup, limits);
+    }
+    void Withdraw(std::string_view code) override { m_store.Withdraw(code); }
+    void DropOldSignups() override { m_store.DropOldSignups(); }
     beacond::Confirmation Confirm(std::string_view code, std::string_view pc) override
     {
         return m_store.Confirm(code, pc);
