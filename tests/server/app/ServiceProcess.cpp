@@ -43,6 +43,8 @@ ServiceProcess::ServiceProcess(std::string folder, const std::vector<std::string
     : m_folder(std::move(folder))
 {
     std::ofstream(m_folder + "/input") << input;
+    // The log of an earlier process in that folder is not taken for this one's.
+    std::ofstream(m_folder + "/errors").close();
     std::vector<char*> words;
     std::string program = DUSKBEACON_SERVICE_PROGRAM;
     words.push_back(program.data());
