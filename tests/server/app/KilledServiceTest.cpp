@@ -57,7 +57,7 @@ protected:
         Write(folder / "service.toml",
               "[http]\nlisten = \"127.0.0.1:0\"\nproxies = [\"127.0.0.1\"]\n"
               "[metrics]\nlisten = \"127.0.0.1:0\"\n[places]\nfile = \"places.bin\"\n"
-              "[messages]\nchannels = [\"spool\"]\n");
+              "[messages]\nchannels = [\"spool\"]\nsignups_per_day = 100000\n");
     }
 
     [[nodiscard]] std::string Path() const { return (folder / "").string(); }

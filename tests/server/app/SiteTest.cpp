@@ -35,7 +35,7 @@ protected:
     }
 
     Report report = [](std::string_view) {};
-    Signups signups{keys, store, nullptr, report};
+    Signups signups{keys, store, nullptr, {}, 20, report};
     Site site{{keys, store, starts, places, announcements, {}, [this] { return now; }, report, limits},
               signups,
               ""};

@@ -54,7 +54,7 @@ protected:
 
     void SignUpAndQueue(SqliteStore& store, const std::string& name, std::vector<Promise>& made)
     {
-        const std::int64_t device = store.SignUp(SignupOf(name));
+        const std::int64_t device = store.SignUp(SignupOf(name), {}).device;
         made.push_back([name](SqliteStore& after) {
             EXPECT_EQ(after.Confirm("code " + name, "pc " + name), Confirmation::Confirmed);
         });
@@ -177,7 +177,7 @@ TEST_F(PowerCut, fullDisk_failsTheCallAndLosesNothing)
     DoAll(store, "first", promises);
     disk->FillAfter(0);
     try {
-        store.SignUp(SignupOf("second"));
+        (void)store.SignUp(SignupOf("second"), {});
         FAIL() << "no error";
     } catch (const StoreError& error) {
         EXPECT_EQ(error.what(), folder.File("store.db") + ": database or disk is full");
