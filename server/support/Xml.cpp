@@ -4,6 +4,7 @@
 
 #include "support/Utf8.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -14,7 +15,7 @@ constexpr std::string_view kEnd = "/></root>";
 
 // A white-space character other than a space would be read back as a space, were it not a reference. The
 // other control characters are none of XML 1.0 (section 2.2).
-void AppendAscii(std::string& text, char character)
+void AppendSpecial(std::string& text, char character)
 {
     switch (character) {
     case '&':
@@ -42,18 +43,31 @@ void AppendAscii(std::string& text, char character)
         text += "&#13;";
         return;
     default:
-        if (character >= ' ') {
-            text += character;
-        }
+        return;
     }
+}
+
+// Whether XML carries the character as it stands.
+bool IsPlain(char character)
+{
+    return character >= ' ' && character != '&' && character != '<' && character != '>' && character != '"' &&
+           character != '\'';
 }
 
 void AppendEscaped(std::string& text, std::string_view value)
 {
     while (!value.empty()) {
+        // Long replies consist of such runs nearly alone.
+        const auto run =
+            static_cast<std::size_t>(std::find_if_not(value.begin(), value.end(), IsPlain) - value.begin());
+        text += value.substr(0, run);
+        value.remove_prefix(run);
+        if (value.empty()) {
+            return;
+        }
         const std::size_t length = beacond::Utf8SequenceLength(value);
         if (length == 1) {
-            AppendAscii(text, value.front());
+            AppendSpecial(text, value.front());
         } else if (length == 0) {
             text += kReplacement;
         } else if (const std::string_view sequence = value.substr(0, length);
