@@ -89,11 +89,17 @@ private:
         if (names.empty())
             return;
         m_best.assign(region.placeCount, kUnfound);
-        for (const layout::Name& name : names) {
-            std::uint8_t& best = m_best[name.placeAndKind / 4 - region.firstPlace];
-            best = std::min(best, MeritOf(name));
-        }
+        for (const layout::Name& name : names)
+            Take(region, name, MeritOf(name));
         Collect(region);
+    }
+
+    void Take(const layout::Region& region, const layout::Name& name, std::uint8_t merit)
+    {
+        const std::uint32_t place = name.placeAndKind / 4 - region.firstPlace;
+        if (m_best[place] == kUnfound)
+            m_taken.push_back(place);
+        m_best[place] = std::min(m_best[place], merit);
     }
 
     /// Names whose first letter is wrong can't be looked up, so the common errors there are tried one by one;
@@ -105,30 +111,30 @@ private:
         const std::string_view first = m_folded.substr(0, LetterLength(m_folded));
         for (const layout::Name& name : BeginningWith(names, first)) {
             if (BeginsWithOneError(m_file.TextAt(name.text), m_folded))
-                m_best[name.placeAndKind / 4 - region.firstPlace] = kAlias;
+                Take(region, name, kAlias);
         }
         for (const std::string& other : VariantsOfFirstLetter(m_folded)) {
             for (const layout::Name& name : BeginningWith(names, other))
-                m_best[name.placeAndKind / 4 - region.firstPlace] = kAlias;
+                Take(region, name, kAlias);
         }
         Collect(region);
     }
 
     void Collect(const layout::Region& region)
     {
-        for (std::uint32_t i = 0; i < region.placeCount; ++i) {
-            if (m_best[i] != kUnfound) {
-                const std::uint32_t place = region.firstPlace + i;
-                m_found.push_back({place, m_file.Places()[place].population, m_best[i]});
-            }
+        for (const std::uint32_t taken : m_taken) {
+            const std::uint32_t place = region.firstPlace + taken;
+            m_found.push_back({place, m_file.Places()[place].population, m_best[taken]});
         }
+        m_taken.clear();
     }
 
     const PlacesFile& m_file;
     std::span<const layout::Region> m_regions;
     std::string_view m_folded;
     std::size_t m_letters;
-    std::vector<std::uint8_t> m_best; ///< merit of each place of the present region
+    std::vector<std::uint8_t> m_best;   ///< merit of each place of the present region
+    std::vector<std::uint32_t> m_taken; ///< the places of the present region that were found
     std::vector<FoundPlace> m_found;
 };
 
@@ -145,9 +151,10 @@ std::vector<FoundPlace> FindPlaces(const PlacesFile& file, const layout::Scope& 
 void KeepBest(std::vector<FoundPlace>& found, std::size_t most)
 {
     const auto order = [](const FoundPlace& f) { return std::tuple(f.merit, ~f.population, f.place); };
+    const auto isBetter = [&order](const FoundPlace& a, const FoundPlace& b) { return order(a) < order(b); };
     const auto last = found.begin() + static_cast<std::ptrdiff_t>(std::min(most, found.size()));
-    std::partial_sort(found.begin(), last, found.end(),
-                      [&order](const FoundPlace& a, const FoundPlace& b) { return order(a) < order(b); });
+    std::nth_element(found.begin(), last, found.end(), isBetter);
+    std::sort(found.begin(), last, isBetter);
     found.erase(last, found.end());
 }
 

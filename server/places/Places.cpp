@@ -49,6 +49,15 @@ Places::Places(const std::filesystem::path& path)
 {
     for (const layout::Scope& scope : m_file.Scopes())
         m_scopes.emplace(m_file.TextAt(scope.id), &scope);
+    std::vector<bool> isFirst(m_file.Places().size());
+    for (const layout::Id& id : m_file.Ids())
+        isFirst[id.place] = true;
+    for (const layout::Place& row : m_file.Places()) {
+        const layout::Place* first =
+            isFirst[static_cast<std::size_t>(&row - m_file.Places().data())] ? nullptr : RowOfId(row.id);
+        if (first)
+            m_firstRows.emplace(&row, first);
+    }
 }
 
 std::vector<State> Places::States() const
@@ -75,6 +84,7 @@ SearchResult Places::Search(std::string_view stateId, std::string_view letters, 
     result.total = found.size();
     KeepBest(found, most);
     const bool wholeCountry = stateId.find('-') == std::string_view::npos;
+    result.matches.reserve(found.size());
     for (const FoundPlace& place : found)
         result.matches.push_back(MatchOf(place.place, wholeCountry));
     return result;
@@ -137,11 +147,14 @@ const layout::Place* Places::RowOf(std::string_view atlasId) const
     if (!key.starts_with(kKeyMark))
         return nullptr;
     const auto number = NumberIn<std::uint32_t>(key.substr(kKeyMark.size()));
-    if (!number)
-        return nullptr;
-    const auto id = std::lower_bound(m_file.Ids().begin(), m_file.Ids().end(), *number,
+    return number ? RowOfId(*number) : nullptr;
+}
+
+const layout::Place* Places::RowOfId(std::uint32_t number) const
+{
+    const auto id = std::lower_bound(m_file.Ids().begin(), m_file.Ids().end(), number,
                                      [](const layout::Id& i, std::uint32_t wanted) { return i.id < wanted; });
-    return id != m_file.Ids().end() && id->id == *number ? &m_file.Places()[id->place] : nullptr;
+    return id != m_file.Ids().end() && id->id == number ? &m_file.Places()[id->place] : nullptr;
 }
 
 std::string Places::AtlasIdOf(const layout::Place& row) const
@@ -149,12 +162,10 @@ std::string Places::AtlasIdOf(const layout::Place& row) const
     if (row.shipped != layout::kNotShipped)
         return m_file.TextAt(m_file.Shipped()[row.shipped].atlasId);
     // A second row of a disputed place has the identifier of the first.
-    const auto id = std::lower_bound(m_file.Ids().begin(), m_file.Ids().end(), row.id,
-                                     [](const layout::Id& i, std::uint32_t wanted) { return i.id < wanted; });
-    const layout::Place& first =
-        id != m_file.Ids().end() && id->id == row.id ? m_file.Places()[id->place] : row;
-    return std::string(m_file.TextAt(m_file.Regions()[first.region].country)) + "-" + std::string(kKeyMark) +
-           std::to_string(row.id);
+    const auto first = m_firstRows.find(&row);
+    const layout::Region& region =
+        m_file.Regions()[first == m_firstRows.end() ? row.region : first->second->region];
+    return std::string(m_file.TextAt(region.country)) + "-" + std::string(kKeyMark) + std::to_string(row.id);
 }
 
 Match Places::MatchOf(std::uint32_t place, bool wholeCountry) const

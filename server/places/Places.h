@@ -80,12 +80,15 @@ public:
 private:
     [[nodiscard]] const layout::Scope* ScopeOf(std::string_view stateId) const;
     [[nodiscard]] const layout::Place* RowOf(std::string_view atlasId) const;
+    [[nodiscard]] const layout::Place* RowOfId(std::uint32_t number) const;
     [[nodiscard]] std::string AtlasIdOf(const layout::Place& row) const;
     [[nodiscard]] Match MatchOf(std::uint32_t place, bool wholeCountry) const;
     [[nodiscard]] std::vector<Match> MatchesOfCode(const std::string& code) const;
 
     PlacesFile m_file;
     std::unordered_map<std::string_view, const layout::Scope*> m_scopes; ///< by id
+    /// Of the places that are listed twice, the first row by the second.
+    std::unordered_map<const layout::Place*, const layout::Place*> m_firstRows;
 };
 
 } // namespace beacond
