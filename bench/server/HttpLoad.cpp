@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a server at the loopback over many connections and prints the processor time that each call cost the
-// server.
-#include <arpa/inet.h>
-#include <netinet/in.h>
+// Calls a server at the loopback over many connections, each of which asks again when it is answered, and
+// prints the processor time in microseconds that each call cost the server.
+#include "Caller.h"
+
 #include <sys/epoll.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
@@ -13,9 +12,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <stdexcept>
 #include <string>
-#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -37,16 +37,12 @@ double ProcessorSeconds(const std::vector<std::string>& processes)
 class Load
 {
 public:
-    Load(unsigned short port, bool isKept, std::size_t calls)
-        : m_isKept(isKept)
+    Load(unsigned short port, bool isKept, std::vector<std::string> requests, std::size_t calls)
+        : m_port(port)
+        , m_isKept(isKept)
+        , m_requests(std::move(requests))
         , m_left(calls)
     {
-        m_address.sin_family = AF_INET;
-        m_address.sin_port = htons(port);
-        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        m_request = "GET /ok HTTP/1.1\r\nHost: localhost\r\nUser-Agent: DuskBeacon/1.0.5\r\nAccept-Encoding: "
-                    "gzip\r\n";
-        m_request += m_isKept ? "\r\n" : "Connection: close\r\n\r\n";
     }
     ~Load() { ::close(m_epoll); }
     Load(const Load&) = delete;
@@ -58,7 +54,7 @@ public:
             Open();
         }
         std::array<epoll_event, 256> events{};
-        while (m_open > 0) {
+        while (!m_callers.empty()) {
             const int count = ::epoll_wait(m_epoll, events.data(), static_cast<int>(events.size()), 10'000);
             if (count <= 0) {
                 throw std::runtime_error("the server does not answer");
@@ -72,67 +68,79 @@ public:
 private:
     void Open()
     {
-        const int descriptor = ::socket(AF_INET, SOCK_STREAM, 0);
-        if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&m_address), sizeof(m_address)) != 0) {
-            throw std::runtime_error("no connection");
-        }
+        auto caller = std::make_unique<Caller>(m_port);
         epoll_event event{};
         event.events = EPOLLIN;
-        event.data.fd = descriptor;
-        ::epoll_ctl(m_epoll, EPOLL_CTL_ADD, descriptor, &event);
-        ++m_open;
-        Ask(descriptor);
+        event.data.fd = caller->Descriptor();
+        ::epoll_ctl(m_epoll, EPOLL_CTL_ADD, caller->Descriptor(), &event);
+        Ask(*caller);
+        m_callers[event.data.fd] = std::move(caller);
     }
 
-    void Ask(int descriptor)
+    void Ask(Caller& caller)
     {
         --m_left;
-        if (::send(descriptor, m_request.data(), m_request.size(), MSG_NOSIGNAL) < 0) {
+        if (!caller.Send(m_requests[m_left % m_requests.size()])) {
             throw std::runtime_error("the connection was closed");
         }
     }
 
-    // The answer is so short that it comes in one piece.
     void Receive(int descriptor)
     {
-        std::array<char, 4096> bytes{};
-        const ssize_t count = ::recv(descriptor, bytes.data(), bytes.size(), 0);
-        const bool isEnd = count <= 0;
-        if (!isEnd && std::string_view(bytes.data(), static_cast<std::size_t>(count)).substr(9, 3) != "200") {
+        Caller& caller = *m_callers.at(descriptor);
+        const Caller::Progress progress = caller.Receive();
+        if (progress == Caller::Progress::Waiting) {
+            return;
+        }
+        if (!caller.IsFine()) {
             throw std::runtime_error("another answer than 200");
         }
-        if (m_isKept && !isEnd && m_left > 0) {
-            Ask(descriptor);
-        } else if (isEnd || m_isKept) {
-            ::close(descriptor);
-            --m_open;
+        if (m_isKept && progress == Caller::Progress::Answered && m_left > 0) {
+            Ask(caller);
+        } else if (m_isKept || progress == Caller::Progress::Closed) {
+            m_callers.erase(descriptor);
             if (m_left > 0) {
                 Open();
             }
         }
     }
 
+    const unsigned short m_port;
     const bool m_isKept;
+    const std::vector<std::string> m_requests;
     std::size_t m_left;
-    std::size_t m_open = 0;
     int m_epoll = ::epoll_create1(0);
-    sockaddr_in m_address{};
-    std::string m_request;
+    std::unordered_map<int, std::unique_ptr<Caller>> m_callers;
 };
+
+std::vector<std::string> RequestsFor(const char* targets, bool isKept)
+{
+    std::vector<std::string> requests;
+    std::ifstream file(targets);
+    for (std::string target; std::getline(file, target);) {
+        requests.push_back(RequestFor(target, !isKept));
+    }
+    if (requests.empty()) {
+        throw std::runtime_error(std::string(targets) + " names no target");
+    }
+    return requests;
+}
 
 } // namespace
 
 int main(int argc, char* argv[])
 {
-    if (argc < 6) {
-        std::fprintf(stderr, "usage: %s kept|new PORT CONNECTIONS CALLS PROCESS...\n", argv[0]);
+    if (argc < 7) {
+        std::fprintf(stderr, "usage: %s kept|new PORT CONNECTIONS CALLS FILE_OF_TARGETS PROCESS...\n",
+                     argv[0]);
         return 2;
     }
-    const std::vector<std::string> processes(argv + 5, argv + argc);
+    const std::vector<std::string> processes(argv + 6, argv + argc);
+    const bool isKept = std::string_view(argv[1]) == "kept";
     const std::size_t calls = std::strtoul(argv[4], nullptr, 10);
     try {
-        Load load(static_cast<unsigned short>(std::strtoul(argv[2], nullptr, 10)),
-                  std::string_view(argv[1]) == "kept", calls);
+        Load load(static_cast<unsigned short>(std::strtoul(argv[2], nullptr, 10)), isKept,
+                  RequestsFor(argv[5], isKept), calls);
         const double before = ProcessorSeconds(processes);
         load.Run(std::strtoul(argv[3], nullptr, 10));
         std::printf("%.2f\n", (ProcessorSeconds(processes) - before) * 1e6 / static_cast<double>(calls));
