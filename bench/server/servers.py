@@ -20,7 +20,7 @@ threads = {threads}
 [metrics]
 listen = "{host}:{metrics}"
 [places]
-file = "{folder}/places.bin"
+file = "{folder}/{places}"
 [messages]
 channels = ["spool"]
 [log]
@@ -108,12 +108,12 @@ class Server:
 
 
 class Service(Server):
-    def __init__(self, program, folder, threads=0, level="warning"):
+    def __init__(self, program, folder, threads=0, level="warning", places="places.bin"):
         begin = time.monotonic()
         name = f"service-{threads}-{level}"
         port, self._metrics = free_port(), free_port()
         configuration = SERVICE.format(host=HOST, port=port, metrics=self._metrics, folder=folder, threads=threads,
-                                       level=level)
+                                       level=level, places=places)
         with open(os.path.join(folder, name + ".toml"), "w", encoding="utf-8") as file:
             file.write(configuration)
         super().__init__(folder, name, [program, "--config", name + ".toml", "serve"], port, "/readyz")
@@ -125,6 +125,7 @@ class Service(Server):
         return float(re.search(f"^{re.escape(name)} (.+)$", text, re.MULTILINE)[1])
 
     def private_bytes(self):
+        """What it has for itself, the places too where no other process has mapped their file."""
         with open(f"/proc/{self.process.pid}/smaps_rollup", encoding="ascii") as file:
             return 1024 * sum(int(kilobytes) for kilobytes in re.findall(r"^Private_\w+: +(\d+) kB$", file.read(), re.MULTILINE))
 
