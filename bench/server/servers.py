@@ -11,12 +11,17 @@ import time
 HOST = "127.0.0.1"
 PATIENCE = 20  # seconds
 
-# All calls come from one address, as from a proxy in front, so that no limit of an address applies.
+# All calls come from one address, as from a proxy in front, so that no limit of connections applies. Limits of requests and of
+# load would hide the cost.
 SERVICE = """
 [http]
 listen = "{host}:{port}"
 proxies = ["127.0.0.1"]
 threads = {threads}
+[limits]
+network_per_minute = 0
+installation_per_minute = 0
+overload_milliseconds = 0
 [metrics]
 listen = "{host}:{metrics}"
 [places]
