@@ -2,17 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Service.h"
 
+#include "app/Listeners.h"
 #include "app/Log.h"
 #include "app/Metrics.h"
-#include "app/ServerOptions.h"
 #include "app/Site.h"
+#include "app/StoreTasks.h"
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
-#include "http/ListeningSocket.h"
 #include "messages/Signups.h"
 #include "messages/Spool.h"
 #include "places/Places.h"
-#include "places/PlacesError.h"
 #include "protocol/StartCounter.h"
 #include "secrets/Keys.h"
 #include "store/SqliteStore.h"
@@ -22,7 +21,6 @@
 #include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
-#include <boost/asio/steady_timer.hpp>
 #include <boost/asio/use_awaitable.hpp>
 
 #include <csignal>
@@ -37,22 +35,10 @@ namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
 constexpr auto kDrainTime = 5s;
-// How soon a strip that a subcommand has added is shown.
-constexpr auto kAnnouncementsAge = 2s;
-constexpr auto kTidyInterval = 60s;
 
 std::chrono::sys_seconds Now()
 {
     return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-}
-
-ListeningSocket Listen(const ListenAddress& where)
-{
-    try {
-        return ListeningSocket::Open(where);
-    } catch (const std::exception& error) {
-        throw ListenError(error.what());
-    }
 }
 
 // With other keys the addresses in the store could be neither read nor found again.
@@ -81,11 +67,7 @@ public:
 
 private:
     void LoadPlaces();
-    void LoadAnnouncements(const Store& store);
     [[nodiscard]] asio::awaitable<void> FollowSignals();
-    [[nodiscard]] asio::awaitable<void> FollowAnnouncements();
-    [[nodiscard]] asio::awaitable<void> StoreStarts();
-    [[nodiscard]] asio::awaitable<void> TidyEveryMinute();
 
     const Settings& m_settings;
     // First and to the end: a signal during the start or the end must not kill the process.
@@ -103,6 +85,7 @@ private:
     ListeningSocket m_metricsListener;
     std::optional<StoreThread> m_store;
     std::optional<Signups> m_signups;
+    std::optional<StoreTasks> m_tasks;
     std::optional<Site> m_site;
 };
 
@@ -118,11 +101,12 @@ Service::Service(const Settings& settings)
     }
     auto store = std::make_unique<SqliteStore>(SqlitePathInItsFolder(settings.store.url));
     RequireKeysOf(*store, m_keys, settings.keys.folder);
-    LoadAnnouncements(*store);
+    m_announcements.Set(ReadAnnouncements(*store));
     m_store.emplace(std::move(store));
     LoadPlaces();
     m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, settings.messages.signups,
                       static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
+    m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
     m_site.emplace(ScriptSources{m_keys,
                                  *m_store,
                                  m_starts,
@@ -141,16 +125,10 @@ void Service::LoadPlaces()
     m_places.Set(Places::Open(m_settings.places.file));
 }
 
-void Service::LoadAnnouncements(const Store& store)
-{
-    m_announcements.Set(
-        std::make_shared<const Announcements>(Announcements{store.Strips(), store.Releases()}));
-}
-
 void Service::Run()
 {
     HttpServer server(
-        std::move(m_listener), OptionsOf(m_settings),
+        std::move(m_listener), MainHttpOptions(m_settings),
         [this](const Request& request) { return m_site->Answer(request); }, m_figures);
     HttpOptions metricsOptions;
     metricsOptions.threads = 1;
@@ -174,8 +152,8 @@ void Service::Run()
     LogInfo("ready on port " + std::to_string(server.Port()));
 
     asio::co_spawn(m_context, FollowSignals(), asio::detached);
-    asio::co_spawn(m_context, FollowAnnouncements(), asio::detached);
-    asio::co_spawn(m_context, TidyEveryMinute(), asio::detached);
+    asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), asio::detached);
+    asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), asio::detached);
     m_context.run();
 
     LogInfo("ending");
@@ -184,13 +162,12 @@ void Service::Run()
     }
     metrics.Drain(0ms);
     asio::io_context last;
-    asio::co_spawn(last, StoreStarts(), asio::detached);
+    asio::co_spawn(last, m_tasks->StoreStarts(), asio::detached);
     last.run();
 }
 
 asio::awaitable<void> Service::FollowSignals()
 {
-
     while (co_await m_signals.async_wait(asio::use_awaitable) == SIGHUP) {
         try {
             LoadPlaces();
@@ -200,69 +177,6 @@ asio::awaitable<void> Service::FollowSignals()
         }
     }
     m_context.stop();
-}
-
-asio::awaitable<void> Service::FollowAnnouncements()
-{
-    asio::steady_timer timer(m_context);
-    std::int64_t known = 0;
-    for (;;) {
-        try {
-            auto load = [this, known](const Store& store) {
-                const std::int64_t version = store.DataVersion();
-                if (version != known) {
-                    LoadAnnouncements(store);
-                }
-                return version;
-            };
-            // Reads may succeed while writes fail: only a write tells that the store works again.
-            auto writeAndLoad = [load](Store& store) {
-                store.TryToWrite();
-                return load(store);
-            };
-            if (m_store->State() == StoreState::Working) {
-                known = co_await m_store->Run(load);
-            } else {
-                known = co_await m_store->Run(writeAndLoad);
-            }
-        } catch (const StoreError& error) {
-            LogError(error.what());
-        }
-        timer.expires_after(kAnnouncementsAge);
-        co_await timer.async_wait(asio::use_awaitable);
-    }
-}
-
-asio::awaitable<void> Service::StoreStarts()
-{
-    const std::vector<StartCount> counts = m_starts.Take();
-    if (counts.empty()) {
-        co_return;
-    }
-    try {
-        auto add = [counts](Store& store) {
-            store.AddStarts(counts);
-            return true;
-        };
-        co_await m_store->Run(add);
-    } catch (const StoreError& error) {
-        LogError(error.what());
-        // Counts that are stored after the time limit of the call are counted twice: an error of a figure.
-        for (const StartCount& count : counts) {
-            m_starts.Add(count.day, count.country, count.dist, count.count);
-        }
-    }
-}
-
-asio::awaitable<void> Service::TidyEveryMinute()
-{
-    asio::steady_timer timer(m_context);
-    for (;;) {
-        timer.expires_after(kTidyInterval);
-        co_await timer.async_wait(asio::use_awaitable);
-        co_await StoreStarts();
-        co_await m_signups->DropOld();
-    }
 }
 
 } // namespace

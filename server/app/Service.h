@@ -4,16 +4,9 @@
 
 #include "app/Settings.h"
 
-#include <stdexcept>
+#include <string>
 
 namespace beacond {
-
-/// A listener that can't listen; says where and why.
-class ListenError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most five seconds.
 /// SIGHUP reads the places file again. Throws before it answers anything if a part

@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/ServerOptions.h"
+#include "app/Listeners.h"
 
 #include "app/Log.h"
-#include "app/Settings.h"
 
 #include <sys/resource.h>
+
+#include <string>
 
 namespace beacond {
 
@@ -32,7 +33,16 @@ std::size_t ConnectionsThatFit(std::size_t wanted)
 
 } // namespace
 
-HttpOptions OptionsOf(const Settings& settings)
+ListeningSocket Listen(const ListenAddress& address)
+{
+    try {
+        return ListeningSocket::Open(address);
+    } catch (const std::exception& error) {
+        throw ListenError(error.what());
+    }
+}
+
+HttpOptions MainHttpOptions(const Settings& settings)
 {
     HttpOptions options;
     options.threads = static_cast<unsigned>(settings.http.threads);

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/Settings.h"
+#include "http/HttpOptions.h"
+#include "http/ListeningSocket.h"
+
+#include <stdexcept>
+
+namespace beacond {
+
+/// A listener that can't listen; says where and why.
+class ListenError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Throws ListenError.
+[[nodiscard]] ListeningSocket Listen(const ListenAddress& address);
+
+/// The limits of the main listener. Raises the process's limit of open files as far as it may, and lowers the
+/// number of connections, with a warning, to what fits into it.
+[[nodiscard]] HttpOptions MainHttpOptions(const Settings& settings);
+
+} // namespace beacond

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "protocol/Announcements.h"
+#include "support/Latest.h"
+
+#include <boost/asio/awaitable.hpp>
+
+namespace beacond {
+
+class Signups;
+class StartCounter;
+class StoreThread;
+
+/// The strips and releases of the store as they stand now. Throws StoreError.
+[[nodiscard]] std::shared_ptr<const Announcements> ReadAnnouncements(const Store& store);
+
+/// The service's own calls of the store, which no request asks for. A call that fails is logged and made
+/// again at its next time.
+class StoreTasks final
+{
+public:
+    /// All of them outlive the coroutines.
+    StoreTasks(StoreThread& store, Latest<Announcements>& announcements, StartCounter& starts,
+               Signups& signups);
+
+    /// Takes up the strips and releases that another process has changed, within two seconds. Does not end.
+    [[nodiscard]] boost::asio::awaitable<void> FollowAnnouncements();
+    /// Stores the counted starts and drops old sign-ups once a minute. Does not end.
+    [[nodiscard]] boost::asio::awaitable<void> TidyEveryMinute();
+    /// Stores the starts counted up to now; goes on counting them if that fails.
+    [[nodiscard]] boost::asio::awaitable<void> StoreStarts();
+
+private:
+    StoreThread& m_store;
+    Latest<Announcements>& m_announcements;
+    StartCounter& m_starts;
+    Signups& m_signups;
+};
+
+} // namespace beacond
