@@ -6,7 +6,9 @@
 
 #include <sys/resource.h>
 
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace beacond {
 
@@ -40,6 +42,18 @@ ListeningSocket Listen(const ListenAddress& address)
     } catch (const std::exception& error) {
         throw ListenError(error.what());
     }
+}
+
+ListeningSocket MainListener(const Settings& settings)
+{
+    try {
+        if (std::optional<ListeningSocket> inherited = ListeningSocket::Inherited()) {
+            return std::move(*inherited);
+        }
+    } catch (const std::runtime_error& error) {
+        throw ListenError(error.what());
+    }
+    return Listen(settings.http.listen);
 }
 
 HttpOptions MainHttpOptions(const Settings& settings)

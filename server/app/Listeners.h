@@ -20,6 +20,10 @@ public:
 /// Throws ListenError.
 [[nodiscard]] ListeningSocket Listen(const ListenAddress& address);
 
+/// The socket that the service manager hands over, otherwise one at the configured address. Call it before
+/// other threads run. Throws ListenError, also for a socket that can't be used.
+[[nodiscard]] ListeningSocket MainListener(const Settings& settings);
+
 /// The limits of the main listener. Raises the process's limit of open files as far as it may, and lowers the
 /// number of connections, with a warning, to what fits into it.
 [[nodiscard]] HttpOptions MainHttpOptions(const Settings& settings);

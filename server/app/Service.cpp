@@ -93,7 +93,7 @@ Service::Service(const Settings& settings)
     : m_settings(settings)
     , m_keys(Keys::FromFolder(settings.keys.folder))
     , m_limits(settings.limits, m_keys.identifier)
-    , m_listener(Listen(settings.http.listen))
+    , m_listener(MainListener(settings))
     , m_metricsListener(Listen(settings.metrics.listen))
 {
     if (!settings.messages.channels.empty()) {

@@ -129,6 +129,7 @@ std::optional<ListeningSocket> ListeningSocket::Inherited()
     const int count = NumberOf(std::getenv("LISTEN_FDS"));
     ::unsetenv("LISTEN_PID");
     ::unsetenv("LISTEN_FDS");
+    ::unsetenv("LISTEN_FDNAMES");
     if (!isForUs || count == 0) {
         return std::nullopt;
     }

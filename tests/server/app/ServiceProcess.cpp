@@ -39,7 +39,7 @@ void Redirect(const std::string& path, int flags, int to)
 } // namespace
 
 ServiceProcess::ServiceProcess(std::string folder, const std::vector<std::string>& arguments,
-                               const std::string& input)
+                               const std::string& input, const std::function<void()>& prepare)
     : m_folder(std::move(folder))
 {
     std::ofstream(m_folder + "/input") << input;
@@ -61,6 +61,9 @@ ServiceProcess::ServiceProcess(std::string folder, const std::vector<std::string
         Redirect("input", O_RDONLY, 0);
         Redirect("output", O_WRONLY | O_CREAT | O_TRUNC, 1);
         Redirect("errors", O_WRONLY | O_CREAT | O_TRUNC, 2);
+        if (prepare) {
+            prepare();
+        }
         ::execv(program.c_str(), words.data());
         ::_exit(127);
     }

@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,8 +23,9 @@ class ServiceProcess final
 {
 public:
     /// @param folder becomes the working directory
+    /// @param prepare is called in the new process before the program takes its place
     ServiceProcess(std::string folder, const std::vector<std::string>& arguments,
-                   const std::string& input = {});
+                   const std::string& input = {}, const std::function<void()>& prepare = {});
     /// Kills it if it still runs.
     ~ServiceProcess();
     ServiceProcess(const ServiceProcess&) = delete;

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "server/app/ServiceProcess.h"
-#include "server/places/SmallTables.h"
+#include "server/app/ServiceFixture.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,38 +20,13 @@ namespace fs = std::filesystem;
 
 namespace {
 
-const std::string kScripts = "/cgi-bin/dbeacon/";
 const std::string kForm = "application/x-www-form-urlencoded";
 
 } // namespace
 
-/// The real program over a small places file, on ports that the system chooses.
-class ServiceTest : public testing::Test
+class ServiceTest : public ServiceFixture
 {
 protected:
-    ServiceTest()
-    {
-        SmallTables tables;
-        tables.places = PlaceLine{"104515", "Makkah", "Mecca",   "21.42664",   "39.82563",
-                                  "SA",     "14",     "1323624", "Asia/Riyadh"}
-                            .Text();
-        tables.Import(folder);
-        Configure("");
-    }
-
-    void Configure(const std::string& more)
-    {
-        Write(folder / "service.toml",
-              "[http]\nlisten = \"127.0.0.1:0\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
-              "[places]\nfile = \"places.bin\"\n" +
-                  more);
-    }
-    [[nodiscard]] std::string Path() const { return (folder / "").string(); }
-    ProcessEnd Run(std::vector<std::string> arguments, const std::string& input = {})
-    {
-        arguments.insert(arguments.end(), {"--config", "service.toml"});
-        return RunService(Path(), arguments, input);
-    }
     std::string PostSignup(unsigned short port, const std::string& body)
     {
         return Exchange(
@@ -71,9 +45,6 @@ protected:
         }
         return {};
     }
-
-    TemporaryFolder folder;
-    const std::vector<std::string> serve{"serve", "--config", "service.toml"};
 };
 
 TEST_F(ServiceTest, term_endsWithZeroAfterAnswering)
