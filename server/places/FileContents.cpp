@@ -95,7 +95,7 @@ public:
 
     void PutInPlace()
     {
-        if (fchmod(m_file, kReadableByAll) != 0 || fsync(m_file) != 0 ||
+        if (fchmod(m_file, kReadableByAll) != 0 || fsync(m_file) != 0 || !KeepPrevious() ||
             rename(m_name.c_str(), m_target.c_str()) != 0)
             Fail();
         m_name.clear();
@@ -112,6 +112,20 @@ public:
     }
 
 private:
+    /// Gives the present file a second name, so that it is in place until the new one is.
+    [[nodiscard]] bool KeepPrevious() const
+    {
+        const std::string link = m_name + ".previous";
+        if (::link(m_target.c_str(), link.c_str()) != 0)
+            return errno == ENOENT;
+        const bool kept = rename(link.c_str(), (m_target.string() + ".previous").c_str()) == 0;
+        const int error = errno;
+        // A rename between two names of one file leaves both.
+        unlink(link.c_str());
+        errno = error;
+        return kept;
+    }
+
     [[noreturn]] void Fail() const
     {
         throw PlacesError("places file " + m_target.string() + ": " + std::generic_category().message(errno));

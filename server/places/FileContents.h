@@ -43,7 +43,8 @@ struct FileContents
     TextPool texts;
 };
 
-/// Writes the file `out`: to a temporary file beside it, which takes its place when all is on the disk.
+/// Writes the file `out`: to a temporary file beside it, which takes its place when all is on the disk. The
+/// older file gets the name of `out` and ".previous", in place of the one that had it.
 /// Throws PlacesError if that fails, and then leaves an older file as it was.
 void WritePlacesFile(const FileContents& contents, const std::filesystem::path& out);
 

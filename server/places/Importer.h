@@ -24,8 +24,8 @@ struct ImportSources
 };
 
 /// Makes the places file `out` from the tables. The file appears whole, in place of an older one, or not at
-/// all. A row with a fault is left out and counted. Throws PlacesError if a table can't be read, no place
-/// remains, or the file can't be written.
+/// all. The older one stays beside it, with ".previous" behind its name. A row with a fault is left out and
+/// counted. Throws PlacesError if a table can't be read, no place remains, or the file can't be written.
 ImportReport ImportPlaces(const ImportSources& sources, const std::filesystem::path& out);
 
 } // namespace beacond

@@ -5,6 +5,11 @@
 #include "places/PlacesError.h"
 
 #include <gmock/gmock.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
 
 using beacond::ImportReport;
 using beacond::Places;
@@ -26,6 +31,15 @@ std::vector<std::string> Ids(const beacond::SearchResult& result)
     for (const beacond::Match& match : result.matches)
         ids.push_back(match.atlasId);
     return ids;
+}
+
+/// The places file, the one before it, and any that were left unfinished.
+std::ptrdiff_t PlacesFilesIn(const TemporaryFolder& folder)
+{
+    const std::filesystem::directory_iterator files(folder / "");
+    return std::count_if(begin(files), end(files), [](const auto& entry) {
+        return entry.path().filename().string().starts_with("places.bin");
+    });
 }
 
 } // namespace
@@ -152,11 +166,45 @@ TEST(Importer, Import_failure_leavesTheOldFileAndNoOther)
     EXPECT_THROW((void)beacond::ImportPlaces(sources, folder / "sub"), beacond::PlacesError)
         << "a folder can't be replaced";
     EXPECT_THROW((void)beacond::ImportPlaces(sources, folder / "none/places.bin"), beacond::PlacesError);
-    std::size_t files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(folder / ""))
-        files += entry.path().filename().string().starts_with("sub") ||
-                 entry.path().filename().string().starts_with("places.bin");
-    EXPECT_EQ(files, 2U);
+    EXPECT_EQ(PlacesFilesIn(folder), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / "sub"), {}), 1);
+}
+
+TEST(Importer, Import_again_keepsTheFileBeforeForTheWayBack)
+{
+    const TemporaryFolder folder;
+    for (const char* name : {"First", "Second", "Third"})
+        (void)SmallTables{.places = PlaceLine{.name = name}.Text()}.Import(folder);
+    EXPECT_EQ(Places::Open(folder / "places.bin.previous")->Count("US", "second"), 1U);
+    EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "third"), 1U);
+
+    // An import that ended between its two renames has left one file under both names.
+    std::filesystem::remove(folder / "places.bin.previous");
+    std::filesystem::create_hard_link(folder / "places.bin", folder / "places.bin.previous");
+    (void)SmallTables{.places = PlaceLine{.name = "Fourth"}.Text()}.Import(folder);
+    EXPECT_EQ(Places::Open(folder / "places.bin.previous")->Count("US", "third"), 1U);
+    EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "fourth"), 1U);
+    EXPECT_EQ(PlacesFilesIn(folder), 2);
+}
+
+TEST(Importer, Import_fullDisk_leavesBothFilesAndNoOther)
+{
+    const TemporaryFolder folder;
+    for (const char* name : {"First", "Second"})
+        (void)SmallTables{.places = PlaceLine{.name = name}.Text()}.Import(folder);
+    // Stands for a full disk: the tables are smaller, the places file is larger.
+    const rlimit small = {1024, RLIM_INFINITY};
+    rlimit before = {};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    ::setrlimit(RLIMIT_FSIZE, &small);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const SmallTables tables{.places = PlaceLine{.name = "Third", .aliases = std::string(800, 'a')}.Text()};
+    EXPECT_THROW((void)tables.Import(folder), beacond::PlacesError);
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "second"), 1U);
+    EXPECT_EQ(Places::Open(folder / "places.bin.previous")->Count("US", "first"), 1U);
+    EXPECT_EQ(PlacesFilesIn(folder), 2);
 }
 
 TEST(Importer, Import_packedTableCutOff_saysSo)
