@@ -15,9 +15,14 @@ void StartLog(const std::string& level)
     auto logger = spdlog::stderr_logger_mt("beacond");
     logger->set_pattern(R"({"time":"%Y-%m-%dT%H:%M:%S.%eZ","level":"%l",%v})",
                         spdlog::pattern_time_type::utc);
-    logger->set_level(spdlog::level::from_str(level));
     logger->flush_on(spdlog::level::info);
     spdlog::set_default_logger(std::move(logger));
+    SetLogLevel(level);
+}
+
+void SetLogLevel(const std::string& level)
+{
+    spdlog::set_level(spdlog::level::from_str(level));
 }
 
 void LogInfo(std::string_view message)

@@ -11,6 +11,7 @@ namespace beacond {
 /// Sends the log to standard error, a JSON object a line, from @p level on: "debug", "info", "warning" or
 /// "error".
 void StartLog(const std::string& level);
+void SetLogLevel(const std::string& level);
 
 void LogInfo(std::string_view message);
 void LogWarning(std::string_view message);

@@ -23,8 +23,10 @@
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/use_awaitable.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <functional>
+#include <iterator>
 #include <optional>
 
 namespace beacond {
@@ -35,6 +37,9 @@ namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
 constexpr auto kDrainTime = 5s;
+// A change of any other key waits for the next start.
+constexpr std::string_view kKeysOfARunningService[] = {
+    "http.base_url", "log.level", "messages.signup_address", "places.file", "service.dists"};
 
 std::chrono::sys_seconds Now()
 {
@@ -62,14 +67,17 @@ struct Ending
 class Service final
 {
 public:
-    explicit Service(const Settings& settings);
+    Service(const Settings& settings, std::filesystem::path file);
     void Run();
 
 private:
-    void LoadPlaces();
+    void TakeUp(const Settings& settings);
+    void Reload();
+    void WarnOfKeysOfTheNextStart(const Settings& settings) const;
     [[nodiscard]] asio::awaitable<void> FollowSignals();
 
     const Settings& m_settings;
+    const std::filesystem::path m_file;
     // First and to the end: a signal during the start or the end must not kill the process.
     asio::io_context m_context{1};
     asio::signal_set m_signals{m_context, SIGTERM, SIGINT, SIGHUP};
@@ -77,6 +85,8 @@ private:
     std::optional<Spool> m_spool;
     Latest<Places> m_places;
     Latest<Announcements> m_announcements;
+    Latest<Distributions> m_dists;
+    Latest<std::string> m_signupAddress;
     StartCounter m_starts;
     RequestLimits m_limits;
     HttpFigures m_figures;
@@ -89,8 +99,9 @@ private:
     std::optional<Site> m_site;
 };
 
-Service::Service(const Settings& settings)
+Service::Service(const Settings& settings, std::filesystem::path file)
     : m_settings(settings)
+    , m_file(std::move(file))
     , m_keys(Keys::FromFolder(settings.keys.folder))
     , m_limits(settings.limits, m_keys.identifier)
     , m_listener(MainListener(settings))
@@ -103,26 +114,51 @@ Service::Service(const Settings& settings)
     RequireKeysOf(*store, m_keys, settings.keys.folder);
     m_announcements.Set(ReadAnnouncements(*store));
     m_store.emplace(std::move(store));
-    LoadPlaces();
+    TakeUp(settings);
     m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, settings.messages.signups,
                       static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
-    m_site.emplace(ScriptSources{m_keys,
-                                 *m_store,
-                                 m_starts,
-                                 m_places,
-                                 m_announcements,
-                                 {settings.service.dists.begin(), settings.service.dists.end()},
-                                 &Now,
-                                 &LogError,
-                                 m_limits,
-                                 static_cast<int>(settings.messages.wrongCodesAlarm)},
-                   *m_signups, settings.messages.signupAddress);
+    m_site.emplace(ScriptSources{m_keys, *m_store, m_starts, m_places, m_announcements, m_dists, &Now,
+                                 &LogError, m_limits, static_cast<int>(settings.messages.wrongCodesAlarm)},
+                   *m_signups, m_signupAddress);
 }
 
-void Service::LoadPlaces()
+void Service::TakeUp(const Settings& settings)
 {
-    m_places.Set(Places::Open(m_settings.places.file));
+    // The only part that can fail comes first, so that a failure leaves all as it was.
+    m_places.Set(Places::Open(settings.places.file));
+    const std::vector<std::string>& dists = settings.service.dists;
+    m_dists.Set(std::make_shared<const Distributions>(dists.begin(), dists.end()));
+    m_signupAddress.Set(std::make_shared<const std::string>(settings.messages.signupAddress));
+}
+
+void Service::Reload()
+{
+    const bool hasFile = !m_file.empty();
+    const std::string parts = hasFile ? "the configuration and the places" : "the places";
+    try {
+        const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
+        TakeUp(settings);
+        WarnOfKeysOfTheNextStart(settings);
+        LogInfo(parts + " were read again");
+        SetLogLevel(settings.log.level);
+    } catch (const std::exception& error) {
+        LogError(error.what() + ("; " + parts + " before go on"));
+    }
+}
+
+void Service::WarnOfKeysOfTheNextStart(const Settings& settings) const
+{
+    std::string waiting;
+    for (const std::string& key : ChangedKeys(m_settings, settings)) {
+        if (std::find(std::begin(kKeysOfARunningService), std::end(kKeysOfARunningService), key) ==
+            std::end(kKeysOfARunningService)) {
+            waiting += (waiting.empty() ? "" : ", ") + key;
+        }
+    }
+    if (!waiting.empty()) {
+        LogWarning("taken up at the next start: " + waiting);
+    }
 }
 
 void Service::Run()
@@ -168,24 +204,24 @@ void Service::Run()
 
 asio::awaitable<void> Service::FollowSignals()
 {
-    while (co_await m_signals.async_wait(asio::use_awaitable) == SIGHUP) {
-        try {
-            LoadPlaces();
-            LogInfo("the places were read again");
-        } catch (const std::exception& error) {
-            LogError(std::string(error.what()) + "; the places before go on");
+    // Named, and not awaited in the condition of a loop: GCC 12 makes a wrong frame of that.
+    for (;;) {
+        const int signal = co_await m_signals.async_wait(asio::use_awaitable);
+        if (signal != SIGHUP) {
+            break;
         }
+        Reload();
     }
     m_context.stop();
 }
 
 } // namespace
 
-void Serve(const Settings& settings)
+void Serve(const Settings& settings, const std::filesystem::path& file)
 {
     // A reader of the log that has gone must not end the service.
     std::signal(SIGPIPE, SIG_IGN);
-    Service(settings).Run();
+    Service(settings, file).Run();
 }
 
 std::string SqlitePath(const std::string& url)

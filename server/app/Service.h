@@ -9,9 +9,11 @@
 namespace beacond {
 
 /// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most five seconds.
-/// SIGHUP reads the places file again. Throws before it answers anything if a part
-/// can't be opened: ListenError, StoreError, KeyError, PlacesError, ChannelError.
-void Serve(const Settings& settings);
+/// SIGHUP reads the configuration and the places file again and takes up either all that a running service
+/// can, or nothing. Throws before it answers anything if a part can't be opened: ListenError, StoreError,
+/// KeyError, PlacesError, ChannelError.
+/// @param file of the configuration, empty for none: then SIGHUP reads the places file alone
+void Serve(const Settings& settings, const std::filesystem::path& file);
 
 /// The path of a store address such as "sqlite:state/service.db".
 [[nodiscard]] std::string SqlitePath(const std::string& url);

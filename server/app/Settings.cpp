@@ -2,160 +2,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Settings.h"
 
+#include "app/SettingsReader.h"
 #include "http/ProxyList.h"
 
-#include <boost/asio/ip/address.hpp>
 #include <toml++/toml.h>
 
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <set>
 #include <sstream>
 
 namespace beacond {
 
 namespace {
 
-// Reads the keys of one file, and knows afterwards which of the file's keys were not asked for.
-class Reader final
-{
-public:
-    Reader(const toml::table& root, std::string_view name)
-        : m_root(root)
-        , m_name(name)
-    {
-    }
-
-    // Each takes the value of a key, if the file has it, and leaves the default otherwise.
-    void Take(std::string_view key, std::string& value);
-    void Take(std::string_view key, std::filesystem::path& value);
-    void Take(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
-    void Take(std::string_view key, std::vector<std::string>& value);
-    void Take(std::string_view key, ListenAddress& value);
-
-    [[noreturn]] void Fail(std::string_view key, const std::string& reason) const;
-    void RefuseUnknown() const;
-
-private:
-    const toml::node* Find(std::string_view key);
-    void RefuseUnknown(const toml::table& table, const std::string& prefix) const;
-    [[noreturn]] void FailAt(const toml::node* node, std::string_view key, const std::string& reason) const;
-
-    const toml::table& m_root;
-    std::string_view m_name;
-    std::set<std::string, std::less<>> m_known;
-};
-
-const toml::node* Reader::Find(std::string_view key)
-{
-    m_known.emplace(key);
-    return m_root.at_path(key).node();
-}
-
-void Reader::FailAt(const toml::node* node, std::string_view key, const std::string& reason) const
-{
-    std::ostringstream text;
-    text << m_name;
-    if (node != nullptr) {
-        text << ':' << node->source().begin.line;
-    }
-    text << ": " << key << ": " << reason;
-    throw SettingsError(text.str());
-}
-
-void Reader::Fail(std::string_view key, const std::string& reason) const
-{
-    FailAt(m_root.at_path(key).node(), key, reason);
-}
-
-void Reader::Take(std::string_view key, std::string& value)
-{
-    if (const toml::node* const node = Find(key); node != nullptr) {
-        const auto text = node->value_exact<std::string>();
-        if (!text) {
-            FailAt(node, key, "a text in quotes is expected");
-        }
-        value = *text;
-    }
-}
-
-void Reader::Take(std::string_view key, std::filesystem::path& value)
-{
-    std::string text = value.string();
-    Take(key, text);
-    if (text.empty()) {
-        Fail(key, "a path is expected");
-    }
-    value = text;
-}
-
-void Reader::Take(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest)
-{
-    if (const toml::node* const node = Find(key); node != nullptr) {
-        const auto number = node->value_exact<std::int64_t>();
-        if (!number || *number < lowest || *number > highest) {
-            FailAt(node, key,
-                   "a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest) +
-                       " is expected");
-        }
-        value = *number;
-    }
-}
-
-void Reader::Take(std::string_view key, std::vector<std::string>& value)
-{
-    const toml::node* const node = Find(key);
-    if (node == nullptr) {
-        return;
-    }
-    const toml::array* const items = node->as_array();
-    if (items == nullptr || (!items->empty() && !items->is_homogeneous(toml::node_type::string))) {
-        FailAt(node, key, "a list of texts is expected");
-    }
-    value.clear();
-    for (const toml::node& item : *items) {
-        value.push_back(item.value_or(std::string()));
-    }
-}
-
-void Reader::Take(std::string_view key, ListenAddress& value)
-{
-    std::string text;
-    Take(key, text);
-    if (m_root.at_path(key).node() == nullptr) {
-        return;
-    }
-    try {
-        value = ParseListenAddress(text);
-    } catch (const std::invalid_argument& error) {
-        Fail(key, error.what());
-    }
-}
-
-void Reader::RefuseUnknown() const
-{
-    RefuseUnknown(m_root, "");
-}
-
-void Reader::RefuseUnknown(const toml::table& table, const std::string& prefix) const
-{
-    for (const auto& [name, node] : table) {
-        const std::string key = prefix + std::string(name.str());
-        if (name.str().find('.') != std::string_view::npos) {
-            FailAt(&node, key, "unknown key: a name in quotes is no table and key");
-        }
-        const auto isWithin = [&](const std::string& known) { return known.starts_with(key + '.'); };
-        if (const toml::table* const inner = node.as_table();
-            inner != nullptr && std::any_of(m_known.begin(), m_known.end(), isWithin)) {
-            RefuseUnknown(*inner, key + '.');
-        } else if (!m_known.contains(key)) {
-            FailAt(&node, key, "unknown key");
-        }
-    }
-}
-
-void CheckBaseUrl(const Reader& reader, std::string& url)
+void CheckBaseUrl(const SettingsReader& reader, std::string& url)
 {
     const std::size_t host = url.starts_with("https://") ? 8 : url.starts_with("http://") ? 7 : 0;
     while (url.ends_with('/')) {
@@ -168,7 +29,7 @@ void CheckBaseUrl(const Reader& reader, std::string& url)
     }
 }
 
-void TakeLimits(Reader& reader, LimitOptions& limits)
+void TakeLimits(SettingsReader& reader, LimitOptions& limits)
 {
     constexpr std::int64_t kMost = 1'000'000;
     reader.Take("limits.network_per_minute", limits.networkPerMinute, 0, kMost);
@@ -180,7 +41,7 @@ void TakeLimits(Reader& reader, LimitOptions& limits)
     limits.overload = std::chrono::milliseconds(overload);
 }
 
-Settings Read(Reader& reader)
+Settings Read(SettingsReader& reader)
 {
     Settings settings;
     reader.Take("http.listen", settings.http.listen);
@@ -226,16 +87,29 @@ Settings Read(Reader& reader)
         reader.Fail("log.level", "\"debug\", \"info\", \"warning\" or \"error\" is expected");
     }
     reader.RefuseUnknown();
+    settings.values = reader.Values();
     return settings;
 }
 
 } // namespace
 
+std::vector<std::string> ChangedKeys(const Settings& before, const Settings& after)
+{
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : after.values) {
+        const auto found = before.values.find(key);
+        if (found == before.values.end() || found->second != value) {
+            keys.push_back(key);
+        }
+    }
+    return keys;
+}
+
 Settings ParseSettings(std::string_view text, std::string_view name)
 {
     try {
         const toml::table root = toml::parse(text);
-        Reader reader(root, name);
+        SettingsReader reader(root, name);
         return Read(reader);
     } catch (const toml::parse_error& error) {
         std::ostringstream line;

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -79,7 +80,14 @@ struct Settings
     {
         std::string level = "info"; ///< "debug", "info", "warning" or "error"
     } log;
+
+    /// The text of each value by its key, to tell two configurations apart.
+    using Values = std::map<std::string, std::string, std::less<>>;
+    Values values;
 };
+
+/// The keys whose values differ between two configurations that were read.
+[[nodiscard]] std::vector<std::string> ChangedKeys(const Settings& before, const Settings& after);
 
 /// Throws SettingsError for a file that can't be read, is no TOML, has an unknown key or a value that can't
 /// be used.

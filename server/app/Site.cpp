@@ -43,11 +43,11 @@ std::string_view LogName(std::string_view path)
 
 } // namespace
 
-Site::Site(ScriptSources sources, Signups& signups, std::string signupAddress)
+Site::Site(ScriptSources sources, Signups& signups, const Latest<std::string>& signupAddress)
     : m_sources(sources)
     , m_scripts(std::move(sources))
     , m_signups(signups)
-    , m_signupAddress(std::move(signupAddress))
+    , m_signupAddress(signupAddress)
 {
 }
 
@@ -82,7 +82,8 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
         co_return SoundPage();
     }
     if (request.path == "/" || request.path.empty()) {
-        co_return HomePage(m_signups.IsOffered(), m_signupAddress);
+        const auto address = m_signupAddress.Get();
+        co_return HomePage(m_signups.IsOffered(), address == nullptr ? std::string_view() : *address);
     }
     if (request.path == "/dbeacon/help.html") {
         co_return HelpPage();

@@ -17,7 +17,7 @@ class Site final
 {
 public:
     /// @param signupAddress shown on the home page; empty for none
-    Site(ScriptSources sources, Signups& signups, std::string signupAddress);
+    Site(ScriptSources sources, Signups& signups, const Latest<std::string>& signupAddress);
 
     [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request);
     [[nodiscard]] const MessageFigures& Figures() const { return m_scripts.Figures(); }
@@ -30,7 +30,7 @@ private:
     ScriptSources m_sources;
     Scripts m_scripts;
     Signups& m_signups;
-    std::string m_signupAddress;
+    const Latest<std::string>& m_signupAddress;
 };
 
 } // namespace beacond

@@ -51,7 +51,7 @@ void RunServe(const Arguments& arguments)
 {
     const Settings settings = SettingsOf(arguments);
     StartLog(settings.log.level);
-    Serve(settings);
+    Serve(settings, arguments.config);
 }
 
 void RunImport(const Arguments& arguments)

@@ -154,8 +154,9 @@ Response Scripts::RequestProdID(const Query& /*query*/) const
 Response Scripts::Startup(const Query& query) const
 {
     const std::string dist = TrimmedValue(query, "dist_string");
+    const auto dists = m_sources.dists.Get();
     m_sources.starts.Add(DayOf(m_sources.now()), CountryOf(TrimmedValue(query, "aid")),
-                         m_sources.dists.contains(dist) ? dist : "other");
+                         dists != nullptr && dists->contains(dist) ? dist : "other");
     return ScriptReply(XmlReply());
 }
 

@@ -24,6 +24,9 @@ class StartCounter;
 class StoreThread;
 struct Keys;
 
+/// Names of distributions of the program.
+using Distributions = std::set<std::string, std::less<>>;
+
 /// What the scripts answer from. All of it outlives them.
 struct ScriptSources
 {
@@ -32,7 +35,7 @@ struct ScriptSources
     StartCounter& starts;
     const Latest<Places>& places;
     const Latest<Announcements>& announcements;
-    std::set<std::string, std::less<>> dists; ///< distributions that are counted by name
+    const Latest<Distributions>& dists; ///< counted by name
     std::function<std::chrono::sys_seconds()> now;
     Report report; ///< takes the reasons of failures
     RequestLimits& limits;

@@ -88,6 +88,7 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
 
 TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
 {
+    const std::string places = Read(folder / "places.bin");
     const struct
     {
         const char* name;
@@ -97,6 +98,8 @@ TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
         {"no configuration", [&] { fs::remove(folder / "service.toml"); }, "service.toml: can't be read"},
         {"unknown key", [&] { Configure("[htpp]\na = 1\n"); }, "service.toml:7: htpp: unknown key"},
         {"no places", [&] { fs::remove(folder / "places.bin"); }, "places.bin"},
+        {"damaged places", [&] { Write(folder / "places.bin", places.substr(0, places.size() - 1)); },
+         "places file places.bin: cut off or lengthened"},
         {"store", [&] { Configure("[store]\nurl = \"sqlite:/proc/none/a.db\"\n"); }, "/proc/none/a.db"},
         {"keys", [&] { Configure("[keys]\nfolder = \"/proc/none\"\n"); }, "/proc/none"},
         {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
@@ -106,7 +109,6 @@ TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
-        const std::string places = Read(folder / "places.bin");
         Configure("");
         row.spoil();
         const ProcessEnd end = Run({"serve"});
@@ -209,28 +211,6 @@ TEST_F(ServiceTest, announcementsAddedByCommands_areServedAndRemoved)
     }
     EXPECT_THAT(Fetch(port, kScripts + "getAd.pl"), HasSubstr("ad_url=\"\""));
     EXPECT_EQ(Run({"ad", "remove", "1"}).status, 2);
-}
-
-TEST_F(ServiceTest, hup_takesANewPlacesFileAndKeepsTheOldOneBeforeADamagedOne)
-{
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
-    const std::string count = kScripts + "getNumMatchingCities.pl?state_id=SA&city_string=je";
-    EXPECT_THAT(Fetch(port, count), HasSubstr("num_matches=\"0\""));
-    SmallTables tables;
-    tables.places =
-        PlaceLine{"105343", "Jeddah", "", "21.49012", "39.18624", "SA", "14", "2867446", "Asia/Riyadh"}
-            .Text();
-    tables.Import(folder);
-    service.Signal(SIGHUP);
-    ASSERT_TRUE(service.AwaitLog("the places were read again"));
-    EXPECT_THAT(Fetch(port, count), HasSubstr("num_matches=\"1\""));
-
-    fs::remove(folder / "places.bin");
-    Write(folder / "places.bin", "damaged");
-    service.Signal(SIGHUP);
-    ASSERT_TRUE(service.AwaitLog("the places before go on"));
-    EXPECT_THAT(Fetch(port, count), HasSubstr("num_matches=\"1\""));
 }
 
 TEST_F(ServiceTest, startsAreStoredAtTheEnd)

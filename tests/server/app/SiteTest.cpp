@@ -36,9 +36,10 @@ protected:
 
     Report report = [](std::string_view) {};
     Signups signups{keys, store, nullptr, {}, 20, report};
-    Site site{{keys, store, starts, places, announcements, {}, [this] { return now; }, report, limits},
+    Latest<std::string> signupAddress;
+    Site site{{keys, store, starts, places, announcements, dists, [this] { return now; }, report, limits},
               signups,
-              ""};
+              signupAddress};
 };
 
 TEST_F(SiteTest, networkThatAsksForTooMuch_isRefusedPagesButNoHealthCheck)

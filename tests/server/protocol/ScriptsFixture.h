@@ -38,6 +38,7 @@ protected:
                             .Text();
         tables.Import(folder);
         places.Set(beacond::Places::Open(folder / "places.bin"));
+        dists.Set(std::make_shared<const beacond::Distributions>(beacond::Distributions{"mosque"}));
     }
 
     beacond::Response Ask(const std::string& script, const std::string& query = {},
@@ -82,16 +83,10 @@ protected:
     beacond::StartCounter starts;
     beacond::Latest<beacond::Places> places;
     beacond::Latest<beacond::Announcements> announcements;
+    beacond::Latest<beacond::Distributions> dists;
     std::vector<std::string> reports;
     beacond::RequestLimits limits;
-    beacond::Scripts scripts{{keys,
-                              store,
-                              starts,
-                              places,
-                              announcements,
-                              {"mosque"},
-                              [this] { return now; },
-                              [this](std::string_view reason) { reports.emplace_back(reason); },
-                              limits,
+    beacond::Scripts scripts{{keys, store, starts, places, announcements, dists, [this] { return now; },
+                              [this](std::string_view reason) { reports.emplace_back(reason); }, limits,
                               kWrongCodesAlarm}};
 };

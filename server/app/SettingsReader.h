@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "app/Settings.h"
+
+#include <toml++/toml.h>
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace beacond {
+
+/// Reads the keys of one file, and knows afterwards which of the file's keys were not asked for.
+class SettingsReader final
+{
+public:
+    SettingsReader(const toml::table& root, std::string_view name)
+        : m_root(root)
+        , m_name(name)
+    {
+    }
+
+    /// Each takes the value of a key, if the file has it, and leaves the default otherwise. Throws
+    /// SettingsError for a value that can't be used.
+    void Take(std::string_view key, std::string& value);
+    void Take(std::string_view key, std::filesystem::path& value);
+    void Take(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
+    void Take(std::string_view key, std::vector<std::string>& value);
+    void Take(std::string_view key, ListenAddress& value);
+
+    [[noreturn]] void Fail(std::string_view key, const std::string& reason) const;
+    /// Throws SettingsError if the file has a key that was not asked for.
+    void RefuseUnknown() const;
+    /// The value of each key that was asked for, as a text.
+    [[nodiscard]] const Settings::Values& Values() const { return m_values; }
+
+private:
+    const toml::node* Find(std::string_view key) const;
+    void RefuseUnknown(const toml::table& table, const std::string& prefix) const;
+    [[noreturn]] void FailAt(const toml::node* node, std::string_view key, const std::string& reason) const;
+
+    const toml::table& m_root;
+    std::string_view m_name;
+    Settings::Values m_values;
+};
+
+} // namespace beacond
