@@ -2,17 +2,57 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Log.h"
 
+#include "support/RepeatLimit.h"
 #include "support/Utf8.h"
 
+#include <spdlog/sinks/dist_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
 
+#include <memory>
+#include <mutex>
+
 namespace beacond {
+
+namespace {
+
+constexpr std::chrono::seconds kRepeatWindow{10};
+
+/// Holds repeated warnings and errors back, for a store that is away fails each request. spdlog's own filter
+/// compares with the line before only, which is that of a request.
+class RepeatFilter final : public spdlog::sinks::dist_sink<std::mutex>
+{
+private:
+    void sink_it_(const spdlog::details::log_msg& message) override
+    {
+        if (message.level < spdlog::level::warn) {
+            dist_sink::sink_it_(message);
+            return;
+        }
+        const std::string_view text(message.payload.data(), message.payload.size());
+        const auto heldBack = m_limit.Pass(text, RepeatLimit::Time::clock::now());
+        if (!heldBack) {
+            return;
+        }
+        const std::string counted = std::string(text) + ",\"held_back\":" + std::to_string(*heldBack);
+        spdlog::details::log_msg shown = message;
+        if (*heldBack > 0) {
+            shown.payload = counted;
+        }
+        dist_sink::sink_it_(shown);
+    }
+
+    RepeatLimit m_limit{kRepeatWindow};
+};
+
+} // namespace
 
 void StartLog(const std::string& level)
 {
     // The messages are JSON already; the pattern adds the time and the level around them.
-    auto logger = spdlog::stderr_logger_mt("beacond");
+    auto filter = std::make_shared<RepeatFilter>();
+    filter->add_sink(std::make_shared<spdlog::sinks::stderr_sink_st>());
+    auto logger = std::make_shared<spdlog::logger>("beacond", std::move(filter));
     logger->set_pattern(R"({"time":"%Y-%m-%dT%H:%M:%S.%eZ","level":"%l",%v})",
                         spdlog::pattern_time_type::utc);
     logger->flush_on(spdlog::level::info);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "server/app/ServiceFixture.h"
+#include "store/Sqlite.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -211,6 +212,22 @@ TEST_F(ServiceTest, announcementsAddedByCommands_areServedAndRemoved)
     }
     EXPECT_THAT(Fetch(port, kScripts + "getAd.pl"), HasSubstr("ad_url=\"\""));
     EXPECT_EQ(Run({"ad", "remove", "1"}).status, 2);
+}
+
+TEST_F(ServiceTest, log_tellsARepeatedErrorOnce)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    beacond::Database((folder / "state/service.db").string()).Execute("DROP TABLE installation");
+    for (int i = 0; i < 20; ++i) {
+        EXPECT_THAT(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42"),
+                    HasSubstr("The text could not be stored."));
+    }
+    service.Signal(SIGTERM);
+    const std::string log = service.Wait().errors;
+    const std::size_t first = log.find("no such table: installation");
+    EXPECT_NE(first, std::string::npos);
+    EXPECT_EQ(log.find("no such table: installation", first + 1), std::string::npos) << log;
 }
 
 TEST_F(ServiceTest, startsAreStoredAtTheEnd)
