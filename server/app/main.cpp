@@ -126,7 +126,15 @@ void RunReleaseAdd(const Arguments& arguments)
 void RunReleaseList(const Arguments& arguments)
 {
     for (const Release& release : OpenStoreToRead(arguments).Releases()) {
-        std::cout << release.name << '.' << release.sequence << '\t' << release.url << '\n';
+        std::cout << release.name << '\t' << release.sequence << '\t' << release.url << '\n';
+    }
+}
+
+void RunReleaseRemove(const Arguments& arguments)
+{
+    const auto& [name, sequence, url] = arguments.release;
+    if (!OpenStore(arguments).RemoveRelease(name, sequence)) {
+        throw StoreError("there is no release " + name + '.' + sequence);
     }
 }
 
@@ -202,14 +210,20 @@ void AddReleaseCommands(CLI::App& program, Arguments& arguments)
         program.add_subcommand("release", "the releases that are offered to older ones");
     release->require_subcommand(1);
     CLI::App* const add = release->add_subcommand("add", "adds one");
-    add->add_option("name", arguments.release.name, "the version")->required()->check(CheckVersionNumber);
-    add->add_option("sequence", arguments.release.sequence, "its sequence number")
-        ->required()
-        ->check(CheckVersionNumber);
+    CLI::App* const remove = release->add_subcommand("remove", "removes one");
+    for (CLI::App* const command : {add, remove}) {
+        command->add_option("name", arguments.release.name, "the version")
+            ->required()
+            ->check(CheckVersionNumber);
+        command->add_option("sequence", arguments.release.sequence, "its sequence number")
+            ->required()
+            ->check(CheckVersionNumber);
+    }
     add->add_option("url", arguments.release.url, "the page that offers it")
         ->required()
         ->check(CheckPageAddress);
     add->callback([&arguments] { RunReleaseAdd(arguments); });
+    remove->callback([&arguments] { RunReleaseRemove(arguments); });
     release->add_subcommand("list", "lists them")->callback([&arguments] { RunReleaseList(arguments); });
 }
 

@@ -124,6 +124,15 @@ void SqliteStore::AddRelease(const Release& release)
     transaction.Finish();
 }
 
+bool SqliteStore::RemoveRelease(std::string_view name, std::string_view sequence)
+{
+    Transaction transaction(m_database);
+    m_database.Run("DELETE FROM release WHERE name = ? AND sequence = ?").Bind(name).Bind(sequence).Step();
+    const bool isRemoved = m_database.Changes() > 0;
+    transaction.Finish();
+    return isRemoved;
+}
+
 std::vector<Release> SqliteStore::Releases() const
 {
     std::vector<Release> releases;

@@ -30,6 +30,7 @@ public:
     bool RemoveStrip(std::int64_t id) override;
     [[nodiscard]] std::vector<Strip> Strips() const override;
     void AddRelease(const Release& release) override;
+    bool RemoveRelease(std::string_view name, std::string_view sequence) override;
     [[nodiscard]] std::vector<Release> Releases() const override;
     [[nodiscard]] SignupResult SignUp(const Signup& signup, const SignupLimits& limits) override;
     void Withdraw(std::string_view codeHash) override;

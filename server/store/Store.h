@@ -120,6 +120,8 @@ public:
     [[nodiscard]] virtual std::vector<Strip> Strips() const = 0;
 
     virtual void AddRelease(const Release& release) = 0;
+    /// Removes every release of that version; false if there is none.
+    virtual bool RemoveRelease(std::string_view name, std::string_view sequence) = 0;
     /// In the order of their addition.
     [[nodiscard]] virtual std::vector<Release> Releases() const = 0;
 

@@ -214,6 +214,21 @@ TEST_F(ServiceTest, announcementsAddedByCommands_areServedAndRemoved)
     EXPECT_EQ(Run({"ad", "remove", "1"}).status, 2);
 }
 
+TEST_F(ServiceTest, release_isRemovedByWhatTheListShows)
+{
+    for (const char* const sequence : {"6", "7"}) {
+        EXPECT_EQ(Run({"release", "add", "1.2", sequence, "https://example.org/"}).status, 0);
+    }
+    EXPECT_EQ(Run({"release", "list"}).output,
+              "1.2\t6\thttps://example.org/\n1.2\t7\thttps://example.org/\n");
+    EXPECT_EQ(Run({"release", "remove", "1.2", "7"}).status, 0);
+    EXPECT_EQ(Run({"release", "list"}).output, "1.2\t6\thttps://example.org/\n");
+
+    const ProcessEnd end = Run({"release", "remove", "1.2", "7"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_EQ(end.errors, "dusk-beacond: there is no release 1.2.7\n");
+}
+
 TEST_F(ServiceTest, log_tellsARepeatedErrorOnce)
 {
     ServiceProcess service(Path(), serve);

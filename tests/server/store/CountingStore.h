@@ -23,6 +23,10 @@ public:
     bool RemoveStrip(std::int64_t id) override { return m_store.RemoveStrip(id); }
     std::vector<beacond::Strip> Strips() const override { return m_store.Strips(); }
     void AddRelease(const beacond::Release& release) override { m_store.AddRelease(release); }
+    bool RemoveRelease(std::string_view name, std::string_view sequence) override
+    {
+        return m_store.RemoveRelease(name, sequence);
+    }
     std::vector<beacond::Release> Releases() const override { return m_store.Releases(); }
     beacond::SignupResult SignUp(const beacond::Signup& signup, const beacond::SignupLimits& limits) override
     {

@@ -40,6 +40,16 @@ TEST_F(StoreContract, releases_comeInTheOrderOfTheirAddition)
                                               Release{"1", "5", "https://example.org/5"}));
 }
 
+TEST_F(StoreContract, removeRelease_takesThatVersionAlone)
+{
+    for (const char* const sequence : {"6", "7", "7"}) {
+        store.AddRelease({"1", sequence, "https://example.org/"});
+    }
+    EXPECT_TRUE(store.RemoveRelease("1", "7"));
+    EXPECT_FALSE(store.RemoveRelease("1", "7"));
+    EXPECT_THAT(store.Releases(), ElementsAre(Release{"1", "6", "https://example.org/"}));
+}
+
 TEST_F(StoreContract, queueText_onceInSixHours_forADeviceAndAPrayer)
 {
     SignUp("a", "code a");
