@@ -9,6 +9,8 @@
 #include "store/SqliteStore.h"
 
 #include <CLI/CLI.hpp>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -256,12 +258,22 @@ int RunProgram(int argc, char** argv)
     }
 }
 
+// A core file goes to places where the keys must not be. The limit alone does not stop a program that the
+// kernel hands the core to.
+void KeepKeysOutOfCoreFiles()
+{
+    const rlimit none = {0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+    ::prctl(PR_SET_DUMPABLE, 0);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     // Which phone gets a text for which prayer is for the service's own account alone.
     ::umask(077);
+    KeepKeysOutOfCoreFiles();
     try {
         return RunProgram(argc, argv);
     } catch (const std::exception& error) {

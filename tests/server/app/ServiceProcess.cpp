@@ -88,7 +88,7 @@ ProcessEnd ServiceProcess::Wait()
     ::waitpid(m_process, &status, 0);
     m_process = -1;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), Content(m_folder + "/output"),
-            Errors()};
+            Errors(), WIFSIGNALED(status) && WCOREDUMP(status)};
 }
 
 std::string ServiceProcess::Errors() const

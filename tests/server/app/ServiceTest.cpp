@@ -5,6 +5,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <csignal>
 #include <filesystem>
@@ -227,6 +228,22 @@ TEST_F(ServiceTest, release_isRemovedByWhatTheListShows)
     const ProcessEnd end = Run({"release", "remove", "1.2", "7"});
     EXPECT_EQ(end.status, 2);
     EXPECT_EQ(end.errors, "dusk-beacond: there is no release 1.2.7\n");
+}
+
+TEST_F(ServiceTest, crash_leavesNoCoreWithTheKeysInIt)
+{
+    const auto allowCores = [] {
+        rlimit limit = {};
+        ::getrlimit(RLIMIT_CORE, &limit);
+        limit.rlim_cur = limit.rlim_max;
+        ::setrlimit(RLIMIT_CORE, &limit);
+    };
+    ServiceProcess service(Path(), serve, {}, allowCores);
+    ASSERT_NE(service.AwaitPort(), 0);
+    service.Signal(SIGQUIT);
+    const ProcessEnd end = service.Wait();
+    EXPECT_EQ(end.status, 128 + SIGQUIT);
+    EXPECT_FALSE(end.isCoreDumped);
 }
 
 TEST_F(ServiceTest, log_tellsARepeatedErrorOnce)
