@@ -49,10 +49,11 @@ std::chrono::sys_seconds Now()
 // With other keys the addresses in the store could be neither read nor found again.
 void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& folder)
 {
+    const auto& [identifier, address, index] = Keys::kFileNames;
     const std::pair<const char*, const Key&> all[] = {
-        {"identifier.key", keys.identifier}, {"address.key", keys.address}, {"index.key", keys.index}};
+        {identifier, keys.identifier}, {address, keys.address}, {index, keys.index}};
     for (const auto& [name, key] : all) {
-        if (!store.IsWrittenWith(name, key.Hash("check", ""))) {
+        if (!store.IsWrittenWith(name, key.CheckHash())) {
             throw KeyError((folder / name).string() + ": not the key that the store was written with");
         }
     }

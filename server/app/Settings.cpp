@@ -16,7 +16,7 @@ namespace beacond {
 
 namespace {
 
-void CheckBaseUrl(const SettingsReader& reader, std::string& url)
+void CheckBaseUrl(SettingsReader& reader, std::string& url)
 {
     const std::size_t host = url.starts_with("https://") ? 8 : url.starts_with("http://") ? 7 : 0;
     while (url.ends_with('/')) {
@@ -86,7 +86,7 @@ Settings Read(SettingsReader& reader)
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {
         reader.Fail("log.level", "\"debug\", \"info\", \"warning\" or \"error\" is expected");
     }
-    reader.RefuseUnknown();
+    reader.RequireNoMistake();
     settings.values = reader.Values();
     return settings;
 }
@@ -114,7 +114,7 @@ Settings ParseSettings(std::string_view text, std::string_view name)
     } catch (const toml::parse_error& error) {
         std::ostringstream line;
         line << name << ':' << error.source().begin.line << ": " << error.description();
-        throw SettingsError(line.str());
+        throw SettingsError({line.str()});
     }
 }
 
@@ -122,7 +122,7 @@ Settings ReadSettings(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     if (std::filesystem::is_directory(file) || !stream) {
-        throw SettingsError(file.string() + ": can't be read");
+        throw SettingsError({file.string() + ": can't be read"});
     }
     return ParseSettings(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
 }

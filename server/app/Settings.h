@@ -12,15 +12,25 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace beacond {
 
-/// A configuration that can't be used. One line: file, line, key and reason.
+/// A configuration that can't be used. Its text is one line for the first mistake: file, line, key, reason.
 class SettingsError : public std::runtime_error
 {
 public:
-    using std::runtime_error::runtime_error;
+    /// @param lines one for each mistake; at least one
+    explicit SettingsError(std::vector<std::string> lines)
+        : std::runtime_error(lines.front())
+        , m_lines(std::move(lines))
+    {
+    }
+    [[nodiscard]] const std::vector<std::string>& Lines() const { return m_lines; }
+
+private:
+    std::vector<std::string> m_lines;
 };
 
 using ListenAddress = boost::asio::ip::tcp::endpoint;

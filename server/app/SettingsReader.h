@@ -7,6 +7,7 @@
 #include <toml++/toml.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,28 +24,30 @@ public:
     {
     }
 
-    /// Each takes the value of a key, if the file has it, and leaves the default otherwise. Throws
-    /// SettingsError for a value that can't be used.
+    /// Each takes the value of a key, if the file has it, and leaves the default otherwise. A value of the
+    /// wrong kind is a mistake.
     void Take(std::string_view key, std::string& value);
     void Take(std::string_view key, std::filesystem::path& value);
     void Take(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
     void Take(std::string_view key, std::vector<std::string>& value);
     void Take(std::string_view key, ListenAddress& value);
 
-    [[noreturn]] void Fail(std::string_view key, const std::string& reason) const;
-    /// Throws SettingsError if the file has a key that was not asked for.
-    void RefuseUnknown() const;
+    /// Notes a mistake.
+    void Fail(std::string_view key, const std::string& reason);
+    /// Throws SettingsError if there was a mistake, or if the file has a key that was not asked for.
+    void RequireNoMistake();
     /// The value of each key that was asked for, as a text.
     [[nodiscard]] const Settings::Values& Values() const { return m_values; }
 
 private:
     const toml::node* Find(std::string_view key) const;
-    void RefuseUnknown(const toml::table& table, const std::string& prefix) const;
-    [[noreturn]] void FailAt(const toml::node* node, std::string_view key, const std::string& reason) const;
+    void FailAtUnknown(const toml::table& table, const std::string& prefix);
+    void FailAt(const toml::node* node, std::string_view key, const std::string& reason);
 
     const toml::table& m_root;
     std::string_view m_name;
     Settings::Values m_values;
+    std::multimap<toml::source_index, std::string> m_mistakes; ///< by their lines in the file
 };
 
 } // namespace beacond

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Check.h"
 #include "app/Log.h"
 #include "app/Service.h"
 #include "app/Settings.h"
 #include "places/Importer.h"
-#include "places/Places.h"
 #include "protocol/Announcements.h"
 #include "store/SqliteStore.h"
 
@@ -71,13 +71,23 @@ void RunImport(const Arguments& arguments)
     }
 }
 
+// Throws CLI::RuntimeError with the exit status if there are errors.
 void RunCheck(const Arguments& arguments)
 {
-    const Settings settings = SettingsOf(arguments);
-    (void)Places::Open(settings.places.file);
-    if (!settings.http.baseUrl.starts_with("https://")) {
-        std::cout << "http.base_url: \"" << settings.http.baseUrl
-                  << "\" is no https address; the world should reach the service by https\n";
+    Findings findings;
+    try {
+        findings = CheckParts(SettingsOf(arguments));
+    } catch (const SettingsError& error) {
+        findings.errors = error.Lines();
+    }
+    for (const std::string& warning : findings.warnings) {
+        std::cout << "warning: " << warning << '\n';
+    }
+    for (const std::string& error : findings.errors) {
+        std::cout << "error: " << error << '\n';
+    }
+    if (!findings.errors.empty()) {
+        throw CLI::RuntimeError(kUnusable);
     }
     std::cout << "The configuration can be used.\n";
 }
@@ -238,7 +248,7 @@ int RunProgram(int argc, char** argv)
     program.add_option("--config", arguments.config, "configuration file; defaults without")
         ->check([](const std::string& text) { return text.empty() ? "a path is expected" : std::string(); });
     program.add_subcommand("serve", "answers until SIGTERM")->callback([&] { RunServe(arguments); });
-    program.add_subcommand("check", "says whether the configuration can be used")->callback([&] {
+    program.add_subcommand("check", "says what is wrong with the configuration and its parts")->callback([&] {
         RunCheck(arguments);
     });
     CLI::App* const places = program.add_subcommand("import", "makes the places file");

@@ -101,10 +101,15 @@ Key::~Key()
 
 Key Key::FromFile(const std::filesystem::path& file)
 {
-    RequireSodium();
     if (!std::filesystem::exists(file)) {
         MakeKeyFile(file);
     }
+    return FromExistingFile(file);
+}
+
+Key Key::FromExistingFile(const std::filesystem::path& file)
+{
+    RequireSodium();
     const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status = {};
     if (descriptor.Number() < 0 || ::fstat(descriptor.Number(), &status) != 0) {
@@ -172,8 +177,9 @@ Keys Keys::FromFolder(const std::filesystem::path& folder)
     if (error) {
         throw KeyError(folder.string() + ": " + error.message());
     }
-    return {Key::FromFile(folder / "identifier.key"), Key::FromFile(folder / "address.key"),
-            Key::FromFile(folder / "index.key")};
+    const auto& [identifier, address, index] = kFileNames;
+    return {Key::FromFile(folder / identifier), Key::FromFile(folder / address),
+            Key::FromFile(folder / index)};
 }
 
 std::string RandomBytes(std::size_t count)

@@ -27,6 +27,8 @@ public:
 
     /// Reads the file; makes it with random bits if there is none. Throws KeyError.
     static Key FromFile(const std::filesystem::path& file);
+    /// Throws KeyError if there is none.
+    [[nodiscard]] static Key FromExistingFile(const std::filesystem::path& file);
     explicit Key(const std::array<unsigned char, kBytes>& bytes);
     ~Key();
     Key(const Key&) = default;
@@ -34,6 +36,8 @@ public:
 
     /// Keyed BLAKE2b, 32 bytes. Uses of one key are kept apart by @p purpose, of at most 16 bytes.
     [[nodiscard]] std::string Hash(std::string_view purpose, std::string_view text) const;
+    /// Tells two keys apart without telling either.
+    [[nodiscard]] std::string CheckHash() const { return Hash("check", ""); }
     /// Encrypted and authenticated with a random nonce in front (XChaCha20-Poly1305).
     [[nodiscard]] std::string Seal(std::string_view text) const;
     /// Throws KeyError if @p sealed was not sealed with this key.
@@ -46,8 +50,9 @@ private:
 /// The keys of the service. Each lies in a file of its own and in no backup.
 struct Keys
 {
-    /// Reads or makes "identifier.key", "address.key" and "index.key" in @p folder, which is made if it is
-    /// missing.
+    static constexpr std::array kFileNames = {"identifier.key", "address.key", "index.key"};
+
+    /// Reads or makes the three files in @p folder, which is made if it is missing. Throws KeyError.
     static Keys FromFolder(const std::filesystem::path& folder);
 
     Key identifier; ///< signs the identifiers of installations

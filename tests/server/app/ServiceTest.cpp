@@ -11,7 +11,6 @@
 #include <filesystem>
 #include <regex>
 
-using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::MatchesRegex;
@@ -288,14 +287,4 @@ TEST_F(ServiceTest, commandLine_mistakesAreStatusTwo)
         EXPECT_EQ(RunService(Path(), arguments).status, 2);
     }
     EXPECT_EQ(RunService(Path(), {"--help"}).status, 0);
-}
-
-TEST_F(ServiceTest, check_saysWhetherTheConfigurationCanBeUsed)
-{
-    const ProcessEnd end = Run({"check"});
-    EXPECT_EQ(end.status, 0);
-    EXPECT_THAT(end.output, HasSubstr("http.base_url: \"http://localhost:8750\" is no https address"));
-    EXPECT_THAT(end.output, EndsWith("The configuration can be used.\n"));
-    Configure("[log]\nlevel = \"loud\"\n");
-    EXPECT_EQ(Run({"check"}).status, 2);
 }

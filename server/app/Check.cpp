@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/Check.h"
+
+#include "app/Listeners.h"
+#include "app/Service.h"
+#include "app/Settings.h"
+#include "places/Places.h"
+#include "places/PlacesError.h"
+#include "secrets/Keys.h"
+#include "store/StoreCheck.h"
+
+#include <boost/asio/ip/tcp.hpp>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+#include <filesystem>
+#include <iterator>
+#include <optional>
+
+namespace beacond {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The reason why files can't be made in a folder, or the folder itself can't be made.
+std::optional<std::string> ReasonAgainstWriting(const fs::path& folder)
+{
+    fs::path present = fs::absolute(folder.empty() ? "." : folder);
+    while (!fs::exists(present)) {
+        present = present.parent_path();
+    }
+    // Asking for the permissions would not tell of a file system that takes no files.
+    std::string name = (present / "check-XXXXXX").string();
+    const int file = ::mkostemp(name.data(), O_CLOEXEC);
+    if (file < 0) {
+        return std::strerror(errno);
+    }
+    ::close(file);
+    ::unlink(name.c_str());
+    return std::nullopt;
+}
+
+void CheckFolder(const char* key, const fs::path& folder, Findings& findings)
+{
+    if (const auto reason = ReasonAgainstWriting(folder)) {
+        findings.errors.push_back(std::string(key) + ": " + folder.string() + ": " + *reason);
+    }
+}
+
+// Whether a service of ours listens there: its page holds that text.
+bool IsOurs(const ListenAddress& address, const std::string& path, const std::string& text)
+{
+    boost::asio::ip::tcp::iostream stream;
+    stream.expires_after(std::chrono::seconds(2));
+    stream.connect(address);
+    stream << "GET " << path << " HTTP/1.0\r\n\r\n" << std::flush;
+    const std::string reply(std::istreambuf_iterator<char>(stream), {});
+    return reply.find(text) != std::string::npos;
+}
+
+void CheckPorts(const Settings& settings, Findings& findings)
+{
+    const struct
+    {
+        const char* key;
+        const ListenAddress& address;
+        const char* path;
+        const char* text;
+    } ports[] = {
+        {"http.listen", settings.http.listen, "/cgi-bin/dbeacon/version.pl", "<root version_name="},
+        {"metrics.listen", settings.metrics.listen, "/metrics", "beacond_connections_open"},
+    };
+    // Kept open, so that two keys with one address are seen.
+    std::vector<ListeningSocket> opened;
+    for (const auto& port : ports) {
+        try {
+            opened.push_back(Listen(port.address));
+        } catch (const ListenError& error) {
+            if (!IsOurs(port.address, port.path, port.text)) {
+                findings.errors.push_back(std::string(port.key) + ": " + error.what());
+            }
+        }
+    }
+}
+
+void CheckKeys(const fs::path& folder, const StoreCheck& store, Findings& findings)
+{
+    bool isAnyMissing = false;
+    for (const char* const name : Keys::kFileNames) {
+        const fs::path file = folder / name;
+        const auto hash = store.hashes.find(name);
+        const bool isKnown = hash != store.hashes.end();
+        if (!fs::exists(file)) {
+            isAnyMissing = true;
+            if (isKnown) {
+                findings.errors.push_back(file.string() + ": missing; the store was written with it");
+            }
+            continue;
+        }
+        try {
+            const Key key = Key::FromExistingFile(file);
+            if (isKnown && key.CheckHash() != hash->second) {
+                findings.errors.push_back(file.string() + ": not the key that the store was written with");
+            }
+        } catch (const KeyError& error) {
+            findings.errors.emplace_back(error.what());
+        }
+    }
+    if (isAnyMissing) {
+        CheckFolder("keys.folder", folder, findings);
+    }
+}
+
+void CheckStoreAndKeys(const Settings& settings, Findings& findings)
+{
+    const fs::path file = SqlitePath(settings.store.url);
+    StoreCheck store;
+    if (fs::exists(file)) {
+        store = CheckStore(file.string());
+        findings.errors.insert(findings.errors.end(), store.problems.begin(), store.problems.end());
+    }
+    CheckFolder("store.url", file.parent_path(), findings);
+    CheckKeys(settings.keys.folder, store, findings);
+}
+
+void CheckAddresses(const Settings& settings, Findings& findings)
+{
+    const bool isHttps = settings.http.baseUrl.starts_with("https://");
+    if (!isHttps) {
+        findings.warnings.push_back("http.base_url: \"" + settings.http.baseUrl +
+                                    "\" is no https address; the world should reach the service by https");
+    }
+    if (isHttps && settings.http.proxies.empty()) {
+        findings.warnings.emplace_back(
+            "http.proxies: none; the limits take all clients behind a proxy for one");
+    }
+}
+
+} // namespace
+
+Findings CheckParts(const Settings& settings)
+{
+    Findings findings;
+    CheckAddresses(settings, findings);
+    CheckPorts(settings, findings);
+    try {
+        (void)Places::Open(settings.places.file);
+    } catch (const PlacesError& error) {
+        findings.errors.emplace_back(error.what());
+    }
+    CheckStoreAndKeys(settings, findings);
+    if (!settings.messages.channels.empty()) {
+        CheckFolder("messages.spool", settings.messages.spool, findings);
+    }
+    return findings;
+}
+
+} // namespace beacond

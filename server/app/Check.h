@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace beacond {
+
+struct Settings;
+
+/// The findings about the parts that a configuration names, each a line.
+struct Findings
+{
+    std::vector<std::string> errors;   ///< the service would not start
+    std::vector<std::string> warnings; ///< it would, but not as it should
+};
+
+/// Opens each part as the service would, and changes nothing: what is missing and would be made is not made.
+/// The ports may be free or those of a service that runs.
+[[nodiscard]] Findings CheckParts(const Settings& settings);
+
+} // namespace beacond

@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "http/ListeningSocket.h"
+#include "server/app/ServiceFixture.h"
+#include "store/Sqlite.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <map>
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const std::string kUsable = "The configuration can be used.\n";
+const std::string kNoHttps =
+    "warning: http.base_url: \"http://localhost:8750\" is no https address; the world should reach the "
+    "service by https\n";
+
+} // namespace
+
+/// The subcommand "check" of the real program.
+class CheckTest : public ServiceFixture
+{
+protected:
+    /// Makes the keys and the store.
+    void ServeOnce()
+    {
+        ServiceProcess service(Path(), serve);
+        ASSERT_NE(service.AwaitPort(), 0);
+        service.Signal(SIGTERM);
+        ASSERT_EQ(service.Wait().status, 0);
+    }
+    /// Every file below the folder with its content, but those that the runs themselves write.
+    std::map<std::string, std::string> Files()
+    {
+        std::map<std::string, std::string> files;
+        for (const auto& entry : fs::recursive_directory_iterator(folder / "")) {
+            const std::string name = entry.path().filename();
+            if (entry.is_regular_file() && name != "input" && name != "output" && name != "errors") {
+                files[entry.path()] = Read(entry.path());
+            }
+        }
+        return files;
+    }
+};
+
+TEST_F(CheckTest, configurationBeforeTheFirstStart_canBeUsedAndChangesNothing)
+{
+    Configure("[messages]\nchannels = [\"spool\"]\n");
+    const auto before = Files();
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.output, kNoHttps + kUsable);
+    EXPECT_EQ(end.status, 0);
+    EXPECT_EQ(Files(), before);
+    EXPECT_FALSE(fs::exists(folder / "state"));
+
+    Configure("[store]\nurl = \"sqlite:service.db\"\n");
+    EXPECT_EQ(Run({"check"}).status, 0) << "a store in the working directory";
+}
+
+TEST_F(CheckTest, configurationInUse_canBeUsedAndChangesNothing)
+{
+    ServeOnce();
+    const auto before = Files();
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.output, kNoHttps + kUsable);
+    EXPECT_EQ(end.status, 0);
+    EXPECT_EQ(Files(), before);
+}
+
+TEST_F(CheckTest, partThatCantBeUsed_isOneLineAndStatusTwo)
+{
+    ServeOnce();
+    const struct
+    {
+        const char* name;
+        std::function<void()> spoil;
+        std::string line;
+    } rows[] = {
+        {"no configuration", [&] { fs::remove(folder / "service.toml"); }, "service.toml: can't be read"},
+        {"places", [&] { Write(folder / "places.bin", Read(folder / "places.bin") + " "); },
+         "places file places.bin: cut off or lengthened"},
+        {"no places", [&] { fs::remove(folder / "places.bin"); },
+         "places file places.bin: No such file or directory"},
+        {"no store", [&] { Write(folder / "state/service.db", "a text"); },
+         "state/service.db: file is not a database"},
+        {"newer store",
+         [&] {
+             beacond::Database((folder / "state/service.db").string()).Execute("PRAGMA user_version = 99");
+         },
+         "state/service.db: written by a newer version of the service"},
+        {"damaged store",
+         [&] {
+             std::string store = Read(folder / "state/service.db");
+             store.replace(store.size() / 2, store.size() / 4, store.size() / 4, 'x');
+             Write(folder / "state/service.db", store);
+         },
+         "state/service.db: "},
+        {"store folder", [&] { Configure("[store]\nurl = \"sqlite:/proc/none/a.db\"\n"); },
+         "store.url: /proc/none: "},
+        {"missing key", [&] { fs::remove(folder / "state/keys/address.key"); },
+         "state/keys/address.key: missing; the store was written with it"},
+        {"another key",
+         [&] {
+             fs::copy_file(folder / "state/keys/index.key", folder / "state/keys/address.key",
+                           fs::copy_options::overwrite_existing);
+         },
+         "state/keys/address.key: not the key that the store was written with"},
+        {"open key",
+         [&] {
+             fs::permissions(folder / "state/keys/index.key", fs::perms::owner_all | fs::perms::group_read);
+         },
+         "state/keys/index.key: readable by others than its owner; chmod 600 mends that"},
+        {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
+         "messages.spool: /proc/none: "},
+    };
+    fs::copy(folder / "state", folder / "kept", fs::copy_options::recursive);
+    const std::string places = Read(folder / "places.bin");
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        fs::remove_all(folder / "state");
+        fs::copy(folder / "kept", folder / "state", fs::copy_options::recursive);
+        Write(folder / "places.bin", places);
+        Configure("");
+        row.spoil();
+        const ProcessEnd end = Run({"check"});
+        EXPECT_EQ(end.status, 2);
+        EXPECT_THAT(end.output, HasSubstr("error: " + row.line));
+        EXPECT_EQ(std::count(end.output.begin(), end.output.end(), '\n'),
+                  end.output.starts_with(kNoHttps) ? 2 : 1)
+            << end.output;
+        EXPECT_EQ(end.errors, "");
+    }
+}
+
+TEST_F(CheckTest, mistakesOfAConfiguration_areALineEach)
+{
+    Configure("[log]\nlevel = \"loud\"\n[messages]\nspol = \"a\"\n[service]\ndists = \"mosque\"\n");
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_EQ(end.output,
+              "error: service.toml:8: log.level: \"debug\", \"info\", \"warning\" or \"error\" is expected\n"
+              "error: service.toml:10: messages.spol: unknown key\n"
+              "error: service.toml:12: service.dists: a list of texts is expected\n");
+}
+
+TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)
+{
+    ServiceProcess service(Path(), serve);
+    const std::string own = std::to_string(service.AwaitPort());
+    const beacond::ListeningSocket other =
+        beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
+    const std::string taken = std::to_string(other.Endpoint().port());
+    const auto listenAt = [&](const std::string& port) {
+        Write(folder / "other.toml", "[http]\nlisten = \"127.0.0.1:" + port +
+                                         "\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
+                                         "[places]\nfile = \"places.bin\"\n");
+        return RunService(Path(), {"check", "--config", "other.toml"});
+    };
+    EXPECT_EQ(listenAt(own).output, kNoHttps + kUsable);
+
+    const ProcessEnd end = listenAt(taken);
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.output, HasSubstr("error: http.listen: can't listen at 127.0.0.1:" + taken +
+                                      ": Address already in use\n"));
+}
+
+TEST_F(CheckTest, httpsWithoutAProxy_isWarnedOf)
+{
+    Write(folder / "service.toml", "[http]\nlisten = \"127.0.0.1:0\"\nbase_url = \"https://example.org\"\n"
+                                   "[metrics]\nlisten = \"127.0.0.1:0\"\n[places]\nfile = \"places.bin\"\n");
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output, StartsWith("warning: http.proxies: none; "));
+}
