@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/StoreCheck.h"
 
-#include "store/Migrations.h"
 #include "store/Sqlite.h"
 #include "store/Store.h"
+#include "store/StoreFile.h"
 
 namespace beacond {
 
@@ -33,18 +33,8 @@ StoreCheck CheckStore(const std::string& path)
 {
     StoreCheck check;
     try {
-        Database database(path);
-        database.Execute("PRAGMA query_only = ON");
-        std::int64_t version = 0;
-        {
-            Statement question = database.Run("PRAGMA user_version");
-            question.Step();
-            version = question.Integer(0);
-        }
-        if (version > std::ssize(kSqliteMigrations)) {
-            check.problems.push_back(path + ": written by a newer version of the service");
-            return check;
-        }
+        Database database(path, Database::Access::Read);
+        const std::int64_t version = RequireOurs(database, path);
         FindDamage(database, path, check);
         if (version > 0 && check.problems.empty()) {
             ReadHashes(database, check);

@@ -25,7 +25,21 @@ bool IsMarked(Database& database)
     return Number(database, "PRAGMA application_id") == kApplication;
 }
 
-// Answers the version of the tables: 0 in an empty file.
+void Migrate(Database& database, const std::string& path)
+{
+    Transaction transaction(database);
+    // Another process may have brought it up to date meanwhile.
+    const auto version = static_cast<std::size_t>(RequireOurs(database, path));
+    for (std::size_t step = version; step < kSqliteMigrations.size(); ++step) {
+        database.Execute(std::string(kSqliteMigrations[step]));
+    }
+    database.Execute("PRAGMA application_id = " + std::to_string(kApplication));
+    WriteVersion(database);
+    transaction.Finish();
+}
+
+} // namespace
+
 std::int64_t RequireOurs(Database& database, const std::string& path)
 {
     // The first stores had no mark.
@@ -42,21 +56,6 @@ std::int64_t RequireOurs(Database& database, const std::string& path)
     }
     return version;
 }
-
-void Migrate(Database& database, const std::string& path)
-{
-    Transaction transaction(database);
-    // Another process may have brought it up to date meanwhile.
-    const auto version = static_cast<std::size_t>(RequireOurs(database, path));
-    for (std::size_t step = version; step < kSqliteMigrations.size(); ++step) {
-        database.Execute(std::string(kSqliteMigrations[step]));
-    }
-    database.Execute("PRAGMA application_id = " + std::to_string(kApplication));
-    WriteVersion(database);
-    transaction.Finish();
-}
-
-} // namespace
 
 void BringUpToDate(Database& database, const std::string& path)
 {
