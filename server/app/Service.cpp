@@ -205,7 +205,7 @@ void Service::Run()
 
 asio::awaitable<void> Service::FollowSignals()
 {
-    // Named, and not awaited in the condition of a loop: GCC 12 makes a wrong frame of that.
+    // Not awaited in the condition of a loop: compiled by GCC 12, that crashes at the second wait.
     for (;;) {
         const int signal = co_await m_signals.async_wait(asio::use_awaitable);
         if (signal != SIGHUP) {

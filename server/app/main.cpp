@@ -268,8 +268,8 @@ int RunProgram(int argc, char** argv)
     }
 }
 
-// A core file goes to places where the keys must not be. The limit alone does not stop a program that the
-// kernel hands the core to.
+// The kernel writes a core file to places where the keys must not be. The limit alone does not stop a program
+// that the kernel hands the core to.
 void KeepKeysOutOfCoreFiles()
 {
     const rlimit none = {0, 0};
