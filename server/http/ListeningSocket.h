@@ -22,8 +22,9 @@ public:
     [[nodiscard]] static ListeningSocket Open(const boost::asio::ip::tcp::endpoint& endpoint);
 
     /// The socket that the service manager has opened for this process (LISTEN_PID, LISTEN_FDS); nothing if
-    /// there is none. These variables and LISTEN_FDNAMES are taken out of the environment, so call it before other threads
-    /// run. Throws std::runtime_error if there are several sockets or if it is no listening TCP socket.
+    /// there is none. These variables and LISTEN_FDNAMES are taken out of the environment, so call it before
+    /// other threads run. Throws std::runtime_error if there are several sockets or if it is no listening TCP
+    /// socket.
     [[nodiscard]] static std::optional<ListeningSocket> Inherited();
 
     ListeningSocket(ListeningSocket&& other) noexcept;
