@@ -10,12 +10,15 @@ namespace beacond {
 
 namespace {
 
+// The controls of forms follow the colour scheme only where the page says that it has both.
 constexpr std::string_view kStyle =
-    "body{font:16px/1.5 sans-serif;color:#222;background:#fff;max-width:42em;margin:2em auto;padding:0 1em}"
-    "h1,h2{color:#123a5c;line-height:1.2}a{color:#0b5394}input,button{font:inherit;padding:.4em .6em}"
+    ":root{color-scheme:light dark}"
+    "body{font:16px/1.5 sans-serif;color:#222;background:#fff;max-width:66ch;margin:2em auto;padding:0 1em}"
+    "h1,h2{color:#123a5c;line-height:1.2}a{color:#0b5394}"
+    "input,button{font:inherit;padding:.4em .6em;margin:.25em 0;max-width:100%;box-sizing:border-box}"
     "footer{margin-top:3em;border-top:1px solid #ccc;color:#555;font-size:.875em}"
-    "@media(prefers-color-scheme:dark){body{color:#ddd;background:#14181c}h1,h2{color:#9cc4e8}a{color:#"
-    "8ab8e6}}";
+    "@media(prefers-color-scheme:dark){body{color:#ddd;background:#14181c}h1,h2{color:#9cc4e8}"
+    "a{color:#8ab8e6}footer{border-color:#444;color:#aaa}}";
 
 std::string Escaped(std::string_view text)
 {
