@@ -53,6 +53,10 @@ class Service:
     def sign_up(self, address):
         """Sends the form of the home page, and answers the ID and the code of the message that comes."""
         self.get("/signup", urllib.parse.urlencode({"address": address}).encode())
+        return self.message_to(address)
+
+    def message_to(self, address):
+        """The ID and the code of the message to that address in the spool."""
         for path in glob.glob(os.path.join(self._folder, "state", "spool", "*.txt")):
             with open(path, encoding="utf-8") as file:
                 message = file.read()
