@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/Environment.h"
 #include "fakes/FakePlatform.h"
 #include "platform/Dom.h"
 
@@ -19,7 +20,7 @@
 
 namespace {
 
-constexpr int kKills = 1000;
+constexpr int kKills = 200;
 constexpr int kMostLeftovers = 1;
 
 struct Saver
@@ -79,8 +80,9 @@ bool Kill(pid_t saver)
            WIFSIGNALED(status);
 }
 
-TEST(KillWhileSaving, aThousandInstants_leaveAWholeDocumentEachTime)
+TEST(KillWhileSaving, atAnyInstant_leavesAWholeDocument)
 {
+    const int kills = FromEnvironment("DUSKBEACON_KILLS", kKills);
     FakePlatform platform;
     const QString file = QStringLiteral("settings.xml");
     const auto document = platform.documents.Create();
@@ -91,7 +93,7 @@ TEST(KillWhileSaving, aThousandInstants_leaveAWholeDocumentEachTime)
     int whole = 0;
     int last = 0;
     int changes = 0;
-    for (int i = 0; i < kKills; ++i) {
+    for (int i = 0; i < kills; ++i) {
         const Saver saver = StartSaver(file.toLocal8Bit());
         ASSERT_GT(saver.pid, 0) << "the saver did not start";
         std::this_thread::sleep_for(saver.firstSave * saves(random));
@@ -106,10 +108,10 @@ TEST(KillWhileSaving, aThousandInstants_leaveAWholeDocumentEachTime)
         ASSERT_LE(leftovers, kMostLeftovers) << "the next save tidies up";
         interrupted += static_cast<int>(leftovers);
     }
-    std::printf("figure: kills while saving: %d, in the middle of a save %d, whole afterwards %d\n", kKills,
+    std::printf("figure: kills while saving: %d, in the middle of a save %d, whole afterwards %d\n", kills,
                 interrupted, whole);
-    EXPECT_GT(interrupted, kKills / 20) << "the kills must hit saves, or nothing has been shown";
-    EXPECT_GT(changes, kKills / 10) << "the stream of saves must be under way";
+    EXPECT_GT(interrupted, kills / 20) << "the kills must hit saves, or nothing has been shown";
+    EXPECT_GT(changes, kills / 10) << "the stream of saves must be under way";
 }
 
 TEST(KillWhileSaving, twoInstancesAtOnce_seeAWholeDocumentAllTheTime_andLoseNoSave)
