@@ -117,7 +117,7 @@ def choosing(program, places, line):
     places.click("list", "Locations")
     hands.xdotool("key", "End")
     screen.wait_for(f"{line} to be selected", lambda: line in places.selected())
-    hands.picture("service_place_added")
+    hands.picture("service_place_added", places)
     places.click(hands.BUTTON, "Set Current")
     places.wait_gone()
     main = main_window.Main(program)
@@ -126,7 +126,7 @@ def choosing(program, places, line):
     # It is half past nine, or some minutes later on a busy machine.
     expected = [main_window.clock(noon - 570 - passed) for passed in range(5)]
     main.wait("the countdown of the new place", lambda m: m.countdown() in expected)
-    hands.picture("service_place_chosen")
+    hands.picture("service_place_chosen", hands.Window(program, main_window.TITLE))
     print("  times", main.times(), flush=True)
 
 
