@@ -82,7 +82,7 @@ bool Kill(pid_t saver)
 
 TEST(KillWhileSaving, atAnyInstant_leavesAWholeDocument)
 {
-    const int kills = FromEnvironment("DUSKBEACON_KILLS", kKills);
+    const int kills = FromEnvironment("DUSKBEACON_KILL_ROUNDS", kKills);
     FakePlatform platform;
     const QString file = QStringLiteral("settings.xml");
     const auto document = platform.documents.Create();
