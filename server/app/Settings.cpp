@@ -11,10 +11,20 @@
 #include <array>
 #include <fstream>
 #include <sstream>
+#include <utility>
 
 namespace beacond {
 
 namespace {
+
+std::vector<std::string> EachOnOneLine(std::vector<std::string> lines)
+{
+    for (std::string& line : lines) {
+        std::replace_if(
+            line.begin(), line.end(), [](char c) { return (c >= '\0' && c < ' ') || c == '\x7F'; }, ' ');
+    }
+    return lines;
+}
 
 void CheckBaseUrl(SettingsReader& reader, std::string& url)
 {
@@ -92,6 +102,12 @@ Settings Read(SettingsReader& reader)
 }
 
 } // namespace
+
+SettingsError::SettingsError(std::vector<std::string> lines)
+    : std::runtime_error(EachOnOneLine({lines.front()}).front())
+    , m_lines(EachOnOneLine(std::move(lines)))
+{
+}
 
 std::vector<std::string> ChangedKeys(const Settings& before, const Settings& after)
 {

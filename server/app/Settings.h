@@ -12,7 +12,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace beacond {
@@ -21,12 +20,9 @@ namespace beacond {
 class SettingsError : public std::runtime_error
 {
 public:
-    /// @param lines one for each mistake; at least one
-    explicit SettingsError(std::vector<std::string> lines)
-        : std::runtime_error(lines.front())
-        , m_lines(std::move(lines))
-    {
-    }
+    /// @param lines one for each mistake; at least one. A line break of the file that one quotes becomes a
+    ///   space
+    explicit SettingsError(std::vector<std::string> lines);
     [[nodiscard]] const std::vector<std::string>& Lines() const { return m_lines; }
 
 private:

@@ -34,6 +34,14 @@ std::string Example()
 
 } // namespace
 
+TEST(Settings, lineBreakInWhatAnErrorQuotes_becomesASpace)
+{
+    for (const char* const text : {"a = i\n", "\"a\\nb\" = 1\n", "[messages]\nchannels = [\"a\\nb\"]\n"}) {
+        EXPECT_THAT(ErrorOf(text), StartsWith("service.toml:")) << text;
+        EXPECT_EQ(ErrorOf(text).find('\n'), std::string::npos) << text;
+    }
+}
+
 TEST(Settings, empty_hasTheDefaults)
 {
     const Settings settings = ParseSettings("", "service.toml");
