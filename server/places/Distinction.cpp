@@ -50,14 +50,20 @@ void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
         alike.push_back(i);
     if (alike.size() < 2)
         return;
+    // Also the texts of places that are settled: one without a second division is shown like one without a
+    // first.
+    std::unordered_map<std::string, std::size_t> taken;
     for (const Distinction distinction : {Distinction::FirstDivision, Distinction::SecondDivision}) {
-        std::unordered_map<std::string, std::size_t> texts;
+        std::unordered_map<std::string, std::size_t> texts = taken;
         for (const std::size_t i : alike)
             ++texts[DistinctName(labels[i], distinction, list)];
         std::erase_if(alike, [&](std::size_t i) {
-            const bool isAlone = texts.at(DistinctName(labels[i], distinction, list)) == 1;
-            if (isAlone)
+            const std::string text = DistinctName(labels[i], distinction, list);
+            const bool isAlone = texts.at(text) == 1;
+            if (isAlone) {
+                taken.emplace(text, 1);
                 set(i, distinction);
+            }
             return isAlone;
         });
     }

@@ -42,6 +42,18 @@ TEST(Distinction, Distinguish_wholeCountry_takesTheLeastThatDiffers)
                                      "Springfield (Hardin County, Ohio)"));
 }
 
+TEST(Distinction, Distinguish_divisionsWithoutNames_giveNoTextTwice)
+{
+    const std::vector<PlaceLabel> labels = {{"Springfield", "", "", 0, 0},
+                                            {"Springfield", "Ohio", "", 3992000, -8381000},
+                                            {"Springfield", "Ohio", "Clark County", 0, 0},
+                                            {"Springfield", "Ohio", "Hardin County", 0, 0}};
+    EXPECT_THAT(Shown(labels, ListKind::Country),
+                testing::ElementsAre("Springfield", "Springfield (39.920 N, 83.810 W)",
+                                     "Springfield (Clark County, Ohio)",
+                                     "Springfield (Hardin County, Ohio)"));
+}
+
 TEST(Distinction, Distinguish_oneState_leavesItsNameOut)
 {
     const std::vector<PlaceLabel> labels = {{"Oak Grove", "Texas", "Bowie County", 3343210, -9480000},
