@@ -157,15 +157,39 @@ private:
     std::unordered_set<std::string> m_points;
 };
 
+/// "US" of a country, or "US-TX" and "US.TX" of a state: a search knows a state by its hyphen.
+bool IsRegion(std::string_view id, std::string_view code)
+{
+    const bool isCountry = code.size() == 2;
+    return IsToken(id) && IsToken(code) && (isCountry || (code.size() > 3 && code[2] == '.')) &&
+           isCountry == (id.find('-') == std::string_view::npos);
+}
+
+/// Drops the states whose country has no row of its own.
+void DropStrayStates(std::vector<GazetteerRegion>& regions, ImportReport& report)
+{
+    std::unordered_set<std::string> countries;
+    for (const GazetteerRegion& region : regions)
+        if (!region.IsState())
+            countries.insert(region.code);
+    std::erase_if(regions, [&](const GazetteerRegion& region) {
+        const bool isStray = !countries.contains(std::string(region.Country()));
+        if (isStray)
+            report.Skip("region: a state without its country");
+        return isStray;
+    });
+}
+
 std::vector<GazetteerRegion> ReadRegions(const std::filesystem::path& path, ImportReport& report)
 {
     std::vector<GazetteerRegion> regions;
     TextTable(path).ForEach([&](TextTable::Columns row) {
-        if (row.size() == 3 && row[1].size() >= 2 && IsToken(row[0]) && IsText(row[2]))
+        if (row.size() == 3 && IsRegion(row[0], row[1]) && IsText(row[2]))
             regions.push_back({std::string(row[1]), std::string(row[0]), std::string(row[2])});
         else
             report.Skip("region: not id, code and name");
     });
+    DropStrayStates(regions, report);
     std::sort(regions.begin(), regions.end(), [](const auto& a, const auto& b) { return a.code < b.code; });
     return regions;
 }

@@ -127,6 +127,23 @@ TEST(Importer, Import_overlay_corrects)
     EXPECT_TRUE(places->ByAtlasId("US-G3")) << "clients that have it ask for it";
 }
 
+TEST(Importer, Import_regionThatListsCouldNotShow_isLeftOut)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{
+            .places = PlaceLine{.country = "DE"}.Text(),
+            .regions = "DE\tDE\tGermany\nDE-BY\tDE.02\tBavaria\nUS\tUS \tUnited States\nUS-TX\tUS.TX\tTexas\n"
+                       "DEBE\tDE.16\tBerlin\nDE-HH\tDE\tHamburg\nDE-HE\tDEHE\tHesse\n"}
+            .Import(folder);
+    EXPECT_THAT(report.skipped,
+                testing::UnorderedElementsAre(testing::Pair("region: not id, code and name", 4U),
+                                              testing::Pair("region: a state without its country", 1U)));
+    const Places places(folder / "places.bin");
+    ASSERT_EQ(places.States().size(), 1U);
+    EXPECT_EQ(places.States().front().id, "DE");
+}
+
 TEST(Importer, Import_shippedPlace_keepsKeyIdentifierAndNames)
 {
     const TemporaryFolder folder;
