@@ -69,7 +69,8 @@ private:
 
     std::uint8_t MeritOf(const layout::Name& name) const
     {
-        const bool isExact = m_file.TextAt(name.text)[m_folded.size()] == '\0';
+        // In a file whose names are not in order, a name that doesn't begin with the letters gets here too.
+        const bool isExact = m_folded == m_file.TextAt(name.text);
         switch (static_cast<layout::NameKind>(name.placeAndKind % 4)) {
         case layout::NameKind::Primary:
             return isExact ? kExact : kPrimary;
