@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <atomic>
 #include <memory>
-#include <utility>
+#include <mutex>
 
 namespace beacond {
 
@@ -15,14 +14,22 @@ class Latest final
 {
 public:
     /// Null until the first Set.
-    [[nodiscard]] std::shared_ptr<const Value> Get() const { return m_value.load(std::memory_order_acquire); }
+    [[nodiscard]] std::shared_ptr<const Value> Get() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_value;
+    }
     void Set(std::shared_ptr<const Value> value)
     {
-        m_value.store(std::move(value), std::memory_order_release);
+        const std::lock_guard lock(m_mutex);
+        m_value.swap(value); // the older one ends with the argument, behind the lock
     }
 
 private:
-    std::atomic<std::shared_ptr<const Value>> m_value;
+    // A mutex: the load of GCC 12's std::atomic<std::shared_ptr> releases its lock without an order, so that
+    // the next Set races with it.
+    mutable std::mutex m_mutex;
+    std::shared_ptr<const Value> m_value;
 };
 
 } // namespace beacond
