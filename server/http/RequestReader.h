@@ -19,7 +19,7 @@ class RequestReader final
 public:
     /// The request line and the header fields together, line ends included.
     static constexpr std::size_t kHeaderLimit = 8192;
-    static constexpr std::size_t kBodyLimit = 16 * 1024;
+    static constexpr std::size_t kBodyLimit = 16UL * 1024;
 
     enum class State {
         NeedsInput,

@@ -17,7 +17,7 @@ namespace beacond {
 
 namespace {
 
-constexpr std::int64_t kCodeLifetime = 30 * 60;
+constexpr std::int64_t kCodeLifetime = 30L * 60;
 
 std::string MessageWith(std::int64_t device, const std::string& code)
 {
