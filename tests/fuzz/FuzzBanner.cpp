@@ -144,8 +144,8 @@ void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& pict
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);
-    const QByteArray page = parts.Next();
-    const QByteArray picture = parts.Next();
+    const QByteArray page = QByteArray::fromStdString(parts.Next());
+    const QByteArray picture = QByteArray::fromStdString(parts.Next());
     const QString text = FromCodePage(page);
     CheckTokens(text);
     if (const std::optional<Banner> banner = CleanBanner(text)) {

@@ -162,7 +162,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     PlainWindow::Register(world.forms, kWait);
     for (const char* const script : {"getStates.pl", "getUsCanCity.pl", "getNumMatchingCities.pl",
                                      "getMatchingCities.pl", "getCityInfo.pl"}) {
-        if (const QByteArray reply = parts.Next(); !reply.isEmpty()) {
+        if (const QByteArray reply = QByteArray::fromStdString(parts.Next()); !reply.isEmpty()) {
             world.platform.http.replies[QLatin1String(script)] = reply;
         }
     }

@@ -130,7 +130,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     InputParts parts(data, size);
     FuzzWorld world;
     Choices choices(parts.Next());
-    if (const QByteArray reply = parts.Next(); !reply.isEmpty()) {
+    if (const QByteArray reply = QByteArray::fromStdString(parts.Next()); !reply.isEmpty()) {
         world.platform.http.replies[QString()] = reply;
     }
     switch (choices.Next()) {

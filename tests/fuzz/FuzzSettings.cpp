@@ -178,7 +178,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     world.forms.Register(FrmAlerts::kName, [&world, &signup] {
         return std::make_unique<FrmAlerts>(world.forms, world.documents, signup);
     });
-    world.files.Write(kSettingsFile, parts.Next());
+    world.files.Write(kSettingsFile, QByteArray::fromStdString(parts.Next()));
     Choices choices(parts.Next());
     const QLocale locales[] = {world.platform.region.locale, QLocale(QLocale::German, QLocale::Germany),
                                QLocale(QLocale::Arabic, QLocale::Egypt)};
@@ -186,7 +186,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const bool isWhole = CheckStore(world);
     // A window costs a hundred times as much as a look at a file that is no XML.
     if (isWhole || choices.AreLeft()) {
-        CheckDialog(world, choices, parts.Next());
+        CheckDialog(world, choices, QByteArray::fromStdString(parts.Next()));
     }
     CheckConfiguration(world);
     world.DemandAlive();

@@ -2,47 +2,51 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QByteArray>
-
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
 
 /// An input in parts with a line "%%" between them, so that the corpus can be read and written by hand.
 class InputParts final
 {
 public:
     InputParts(const std::uint8_t* data, std::size_t size)
-        : m_rest(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size))
+        : m_rest(reinterpret_cast<const char*>(data), size)
     {
     }
 
     /// Empty behind the last part.
-    [[nodiscard]] QByteArray Next()
+    [[nodiscard]] std::string Next()
     {
-        constexpr QByteArrayView kBetween("\n%%\n");
-        const qsizetype end = m_rest.indexOf(kBetween);
-        const QByteArray part = end < 0 ? m_rest : m_rest.left(end);
-        m_rest = end < 0 ? QByteArray() : m_rest.mid(end + kBetween.size());
+        constexpr std::string_view kBetween("\n%%\n");
+        const std::size_t end = std::min(m_rest.find(kBetween), m_rest.size());
+        std::string part(m_rest.substr(0, end));
+        m_rest.remove_prefix(std::min(end + kBetween.size(), m_rest.size()));
         return part;
     }
+    /// What Next has not answered yet, lines "%%" included.
+    [[nodiscard]] std::string_view Rest() const { return m_rest; }
 
 private:
-    QByteArray m_rest;
+    std::string_view m_rest;
 };
 
 /// One byte at a time, for what a user does; 0 behind the last.
 class Choices final
 {
 public:
-    explicit Choices(const QByteArray& bytes)
-        : m_bytes(bytes)
+    explicit Choices(std::string bytes)
+        : m_bytes(std::move(bytes))
     {
     }
 
     [[nodiscard]] bool AreLeft() const { return m_at < m_bytes.size(); }
     [[nodiscard]] int Next() { return AreLeft() ? static_cast<unsigned char>(m_bytes[m_at++]) : 0; }
     /// From 0 to @p count - 1; digits choose as one reads them.
-    [[nodiscard]] int Among(qsizetype count)
+    [[nodiscard]] int Among(std::ptrdiff_t count)
     {
         const int byte = Next();
         const int choice = byte >= '0' ? byte - '0' : byte;
@@ -50,6 +54,6 @@ public:
     }
 
 private:
-    QByteArray m_bytes;
-    qsizetype m_at = 0;
+    std::string m_bytes;
+    std::size_t m_at = 0;
 };
