@@ -76,11 +76,12 @@ class Service:
 
 @contextlib.contextmanager
 def running(programs):
-    """The service of the folder of programs, with the places of the tree."""
+    """The service of the folder of programs, or the one that DUSKBEACON_SERVICE_PROGRAM names, with the places of the tree."""
     with tempfile.TemporaryDirectory(prefix="duskbeacon-service-") as folder:
         with open(os.path.join(folder, "service.toml"), "w", encoding="utf-8") as file:
             file.write(CONFIGURATION)
-        service = Service(os.path.join(programs, "dusk-beacond"), folder)
+        program = os.environ.get("DUSKBEACON_SERVICE_PROGRAM", os.path.join(programs, "dusk-beacond"))
+        service = Service(program, folder)
         service.run("import")
         with service.start() as process:
             try:
@@ -89,3 +90,4 @@ def running(programs):
                 yield service
             finally:
                 process.terminate()
+        assert process.returncode == 0, f"the service ended with {process.returncode}"

@@ -13,6 +13,7 @@
 #include <array>
 #include <chrono>
 #include <fstream>
+#include <iostream>
 #include <regex>
 #include <sstream>
 #include <thread>
@@ -74,6 +75,12 @@ ServiceProcess::~ServiceProcess()
     if (m_process > 0) {
         ::kill(m_process, SIGKILL);
         ::waitpid(m_process, nullptr, 0);
+    }
+    // A sanitizer's report is a fault whatever the test expected, and would go with the folder.
+    const std::string errors = Errors();
+    if (errors.find("Sanitizer: ") != std::string::npos ||
+        errors.find("runtime error: ") != std::string::npos) {
+        std::cerr << errors;
     }
 }
 
