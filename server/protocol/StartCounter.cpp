@@ -21,6 +21,7 @@ std::vector<StartCount> StartCounter::Take()
         taken = std::exchange(m_counts, {});
     }
     std::vector<StartCount> counts;
+    counts.reserve(taken.size());
     for (const auto& [key, count] : taken) {
         counts.push_back({std::get<0>(key), std::get<1>(key), std::get<2>(key), count});
     }

@@ -11,7 +11,7 @@ namespace beacond {
 
 namespace {
 
-constexpr std::int64_t kSecondsBetweenTexts = 6 * 3600;
+constexpr std::int64_t kSecondsBetweenTexts = 6L * 3600;
 
 std::int64_t SystemSeconds()
 {
