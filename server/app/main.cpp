@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <iostream>
 #include <optional>
 
@@ -24,10 +25,17 @@ using namespace beacond;
 // Bad usage, a bad configuration or a part that can't be opened.
 constexpr int kUnusable = 2;
 
+// Beside the program: a path of the build tree would make the program of each folder another one.
+std::string TablesBesideTheProgram()
+{
+    std::error_code error;
+    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "places";
+}
+
 struct Arguments
 {
     std::string config;
-    std::string tables = DUSKBEACON_PLACES_TABLES;
+    std::string tables = TablesBesideTheProgram();
     std::string out;
     Strip strip;
     std::int64_t stripId = 0;
