@@ -15,7 +15,6 @@ import screen
 FIELD, BUTTON = "Mail address", "Send me an ID and a code"
 DOWNLOAD = "https://example.org/dusk-beacon"
 PAGES = [
-    ("home", "/", "Dusk Beacon", 200),
     ("help", "/dbeacon/help.html", "Help", 200),
     ("downloads", "/downloads/", "Downloads", 200),
     ("sounds", "/cgi-bin/dbeacon/sound/sound.pl?prod_string=", "Sounds", 200),
@@ -37,6 +36,7 @@ def reading(browser):
         arrived(browser, "Dusk Beacon")
         assert browser.address() == beacond.ADDRESS + "/"
         browser.check()
+    browser.picture("browser_home")
 
 
 def downloading(browser):

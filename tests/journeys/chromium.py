@@ -11,7 +11,7 @@ import re
 import sys
 
 from selenium import webdriver
-from selenium.common.exceptions import NoSuchElementException, StaleElementReferenceException
+from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 
@@ -77,9 +77,9 @@ class Browser:
 
     def heading(self):
         try:
-            return self._driver.find_element(By.TAG_NAME, "h1").text
-        except (NoSuchElementException, StaleElementReferenceException):  # a page that is just coming or going
-            return ""
+            return self._driver.execute_script("return document.querySelector('h1')?.textContent")
+        except WebDriverException:  # a page that is just coming or going
+            return None
 
     def text(self):
         return self._driver.find_element(By.TAG_NAME, "body").text
