@@ -30,18 +30,25 @@ bool IsFor(const Strip& strip, std::string_view dist, std::string_view country, 
            (strip.until.empty() || day <= strip.until);
 }
 
-double NumberOf(std::string_view text)
+// The whole numbers before and behind the point. 1.10 is newer than 1.9; 1 and 1.0 are the same.
+using Version = std::array<std::int64_t, 2>;
+
+Version VersionOf(std::string_view text)
 {
-    double number = 0.0;
+    Version parts{};
     if (IsVersionNumber(text)) {
-        std::from_chars(text.data(), text.data() + text.size(), number);
+        const char* const end = text.data() + text.size();
+        const char* const point = std::from_chars(text.data(), end, parts[0]).ptr;
+        if (point != end) {
+            std::from_chars(point + 1, end, parts[1]);
+        }
     }
-    return number;
+    return parts;
 }
 
-std::pair<double, double> VersionOf(std::string_view name, std::string_view sequence)
+std::pair<Version, Version> VersionOf(std::string_view name, std::string_view sequence)
 {
-    return {NumberOf(name), NumberOf(sequence)};
+    return {VersionOf(name), VersionOf(sequence)};
 }
 
 } // namespace

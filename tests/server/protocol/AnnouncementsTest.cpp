@@ -86,6 +86,27 @@ TEST(NewerRelease, newestOfAll_isOfferedToOlderClientsOnly)
     EXPECT_EQ(NewerRelease({}, "1", "5"), nullptr);
 }
 
+TEST(NewerRelease, partsBetweenThePoints_areWholeNumbers)
+{
+    const struct
+    {
+        const char* release;
+        const char* client;
+        bool isNewer;
+    } rows[] = {
+        {"1.10", "1.9", true}, {"1.9", "1.10", false}, {"1.10", "1.1", true}, {"1.0", "1", false},
+        {"1", "1.0", false},   {"1.05", "1.5", false}, {"10", "9.9", true},   {"1.1", "1", true},
+    };
+    for (const auto& row : rows) {
+        const Announcements ofName{{}, {{row.release, "1", "https://a/"}}};
+        EXPECT_EQ(NewerRelease(ofName, row.client, "1") != nullptr, row.isNewer)
+            << row.release << " to " << row.client;
+        const Announcements ofSequence{{}, {{"1", row.release, "https://a/"}}};
+        EXPECT_EQ(NewerRelease(ofSequence, "1", row.client) != nullptr, row.isNewer)
+            << row.release << " to " << row.client;
+    }
+}
+
 TEST(IsVersionNumber, numbersAsReleasesHaveThem)
 {
     for (const char* const text : {"1", "10", "1.5", "0"}) {
