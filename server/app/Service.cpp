@@ -12,6 +12,7 @@
 #include "messages/Signups.h"
 #include "messages/Spool.h"
 #include "places/Places.h"
+#include "places/ZoneOffset.h"
 #include "protocol/StartCounter.h"
 #include "secrets/Keys.h"
 #include "store/SqliteStore.h"
@@ -140,6 +141,7 @@ void Service::Reload()
     try {
         const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
         TakeUp(settings);
+        ReadZonesAgain();
         WarnOfKeysOfTheNextStart(settings);
         LogInfo(parts + " were read again");
         SetLogLevel(settings.log.level);

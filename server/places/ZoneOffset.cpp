@@ -5,11 +5,16 @@
 #include <absl/time/time.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 
 namespace beacond {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 // Summer time that is not due within this time has been abolished.
 constexpr absl::Duration kSeason = absl::Hours(24 * 366);
@@ -25,6 +30,34 @@ bool IsZoneName(std::string_view name)
     };
     return !name.empty() && name.front() != '/' && name != "localtime" && !name.starts_with("Fixed/") &&
            std::all_of(name.begin(), name.end(), allowed);
+}
+
+// Abseil keeps each zone, and each failure to find one, under the zone's name until the process ends. It
+// reads an absolute path as it stands: one more slash in the path names the same file, and reads it again.
+// Belongs to the process, as that cache does.
+std::atomic<std::size_t> slashes{1};
+
+fs::path Database()
+{
+    const char* const folder = std::getenv("TZDIR");
+    return folder == nullptr || *folder == '\0' ? "/usr/share/zoneinfo" : folder;
+}
+
+bool Load(std::string_view name, absl::TimeZone& zone)
+{
+    return IsZoneName(name) &&
+           absl::LoadTimeZone(
+               fs::absolute(Database()).string() + std::string(slashes, '/') + std::string(name), &zone);
+}
+
+fs::file_time_type NewestChange(const fs::path& folder)
+{
+    std::error_code ignored;
+    fs::file_time_type newest = fs::last_write_time(folder, ignored);
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder, ignored)) {
+        newest = std::max(newest, entry.last_write_time(ignored));
+    }
+    return newest;
 }
 
 /// A time without a change of the offset, half-open.
@@ -69,13 +102,13 @@ std::optional<Period> OtherSeason(const absl::TimeZone& zone, const Period& pres
 bool IsTimeZone(std::string_view name)
 {
     absl::TimeZone zone;
-    return IsZoneName(name) && absl::LoadTimeZone({name.data(), name.size()}, &zone);
+    return Load(name, zone);
 }
 
 std::optional<std::chrono::minutes> StandardOffset(std::string_view zone, std::chrono::sys_seconds now)
 {
     absl::TimeZone timeZone;
-    if (!IsZoneName(zone) || !absl::LoadTimeZone({zone.data(), zone.size()}, &timeZone))
+    if (!Load(zone, timeZone))
         return std::nullopt;
     const absl::Time at = absl::FromUnixSeconds(now.time_since_epoch().count());
     const Period present = PeriodAt(timeZone, at);
@@ -90,6 +123,17 @@ std::optional<std::chrono::minutes> StandardOffset(std::string_view zone, std::c
         seconds = isException ? higher.info.offset : lower.info.offset;
     }
     return std::chrono::duration_cast<std::chrono::minutes>(std::chrono::seconds(seconds));
+}
+
+void ReadZonesAgain()
+{
+    // The zones read before stay in memory: read them again only after a change.
+    static fs::file_time_type known = fs::file_time_type::min();
+    const fs::file_time_type newest = NewestChange(Database());
+    if (newest != known) {
+        known = newest;
+        ++slashes;
+    }
 }
 
 } // namespace beacond

@@ -18,4 +18,8 @@ namespace beacond {
 [[nodiscard]] std::optional<std::chrono::minutes> StandardOffset(std::string_view zone,
                                                                  std::chrono::sys_seconds now);
 
+/// Reads zones again from now on if the tz database has changed since the last call. Not thread-safe, but
+/// the other functions may be called meanwhile.
+void ReadZonesAgain();
+
 } // namespace beacond

@@ -4,6 +4,8 @@
 #include "server/app/ServiceFixture.h"
 
 #include <gmock/gmock.h>
+#include <stdlib.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstddef>
@@ -54,6 +56,33 @@ TEST_F(ReloadTest, placesFile_isTakenUp)
     service.Signal(SIGHUP);
     ASSERT_TRUE(service.AwaitLog(kTaken));
     EXPECT_TRUE(Knows(port, "jeddah"));
+}
+
+TEST_F(ReloadTest, zonesOfTheSystem_areReadAgain)
+{
+    const auto install = [this](const char* zone) {
+        std::filesystem::create_directories(folder / "zones/Asia");
+        std::filesystem::copy_file(std::string("/usr/share/zoneinfo/") + zone, folder / "zones/new",
+                                   std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::rename(folder / "zones/new", folder / "zones/Asia/Riyadh");
+    };
+    const auto useZones = [this] { ::setenv("TZDIR", folder.File("zones").c_str(), 1); };
+    const std::string place = kScripts + "getCityInfo.pl?aid=SA-G104515";
+    ServiceProcess service(Path(), serve, {}, useZones);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_THAT(Fetch(port, place), Not(HasSubstr("utc_minutes"))) << "no zone of that name";
+    install("Asia/Riyadh");
+    service.Signal(SIGHUP);
+    ASSERT_TRUE(service.AwaitLog(kTaken));
+    EXPECT_THAT(Fetch(port, place), HasSubstr("utc_minutes=\"180\""));
+
+    install("Asia/Kolkata");
+    EXPECT_THAT(Fetch(port, place), HasSubstr("utc_minutes=\"180\"")) << "read once";
+    service.Signal(SIGHUP);
+    for (int i = 0; i < 100 && Fetch(port, place).find("\"330\"") == std::string::npos; ++i) {
+        ::usleep(20'000);
+    }
+    EXPECT_THAT(Fetch(port, place), HasSubstr("utc_minutes=\"330\""));
 }
 
 TEST_F(ReloadTest, placesFileThatCantBeUsed_isRefusedAndTheOneBeforeGoesOn)
