@@ -79,10 +79,10 @@ void CheckPorts(const Settings& settings, Findings& findings)
     std::vector<ListeningSocket> opened;
     for (const auto& port : ports) {
         try {
-            opened.push_back(Listen(port.address));
+            opened.push_back(Listen(port.key, port.address));
         } catch (const ListenError& error) {
             if (!IsOurs(port.address, port.path, port.text)) {
-                findings.errors.push_back(std::string(port.key) + ": " + error.what());
+                findings.errors.emplace_back(error.what());
             }
         }
     }

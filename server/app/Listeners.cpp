@@ -35,12 +35,12 @@ std::size_t ConnectionsThatFit(std::size_t wanted)
 
 } // namespace
 
-ListeningSocket Listen(const ListenAddress& address)
+ListeningSocket Listen(const std::string& key, const ListenAddress& address)
 {
     try {
         return ListeningSocket::Open(address);
     } catch (const std::exception& error) {
-        throw ListenError(error.what());
+        throw ListenError(key + ": " + error.what());
     }
 }
 
@@ -53,7 +53,7 @@ ListeningSocket MainListener(const Settings& settings)
     } catch (const std::runtime_error& error) {
         throw ListenError(error.what());
     }
-    return Listen(settings.http.listen);
+    return Listen("http.listen", settings.http.listen);
 }
 
 HttpOptions MainHttpOptions(const Settings& settings)

@@ -7,6 +7,7 @@
 #include "http/ListeningSocket.h"
 
 #include <stdexcept>
+#include <string>
 
 namespace beacond {
 
@@ -18,7 +19,8 @@ public:
 };
 
 /// Throws ListenError.
-[[nodiscard]] ListeningSocket Listen(const ListenAddress& address);
+/// @param key the one of the configuration that names the address
+[[nodiscard]] ListeningSocket Listen(const std::string& key, const ListenAddress& address);
 
 /// The socket that the service manager hands over, otherwise one at the configured address. Call it before
 /// other threads run. Throws ListenError, also for a socket that can't be used.

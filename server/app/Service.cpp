@@ -107,7 +107,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     , m_keys(Keys::FromFolder(settings.keys.folder))
     , m_limits(settings.limits, m_keys.identifier)
     , m_listener(MainListener(settings))
-    , m_metricsListener(Listen(settings.metrics.listen))
+    , m_metricsListener(Listen("metrics.listen", settings.metrics.listen))
 {
     if (!settings.messages.channels.empty()) {
         m_spool.emplace(settings.messages.spool);

@@ -140,11 +140,19 @@ TEST_F(ServiceTest, portInUse_isOneLineAndStatusTwo)
     ServiceProcess first(Path(), serve);
     const std::string port = std::to_string(first.AwaitPort());
     const TemporaryFolder other;
-    Write(other / "service.toml", "[http]\nlisten = \"127.0.0.1:" + port + "\"\n");
-
-    const ProcessEnd end = RunService((other / "").string(), serve);
-    EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.errors, HasSubstr("127.0.0.1:" + port));
+    const struct
+    {
+        std::string taken;
+        std::string free;
+    } rows[] = {{"http", "metrics"}, {"metrics", "http"}};
+    for (const auto& row : rows) {
+        Write(other / "service.toml", "[" + row.taken + "]\nlisten = \"127.0.0.1:" + port + "\"\n[" +
+                                          row.free + "]\nlisten = \"127.0.0.1:0\"\n");
+        const ProcessEnd end = RunService((other / "").string(), serve);
+        EXPECT_EQ(end.status, 2);
+        EXPECT_EQ(end.errors, "dusk-beacond: " + row.taken + ".listen: can't listen at 127.0.0.1:" + port +
+                                  ": Address already in use\n");
+    }
 }
 
 TEST_F(ServiceTest, signup_isConfirmedAndItsTextReachesTheOutbox)
