@@ -8,10 +8,10 @@
 
 namespace beacond {
 
-/// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most five seconds.
-/// SIGHUP reads the configuration and the places file again and takes up either all that a running service
-/// can, or nothing. Throws before it answers anything if a part can't be opened: ListenError, StoreError,
-/// KeyError, PlacesError, ChannelError.
+/// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most three
+/// seconds, and stores the counted starts. SIGHUP reads the configuration and the places file again and takes
+/// up either all that a running service can, or nothing. Throws before it answers anything if a part can't be
+/// opened: ListenError, StoreError, KeyError, PlacesError, ChannelError.
 /// @param file of the configuration, empty for none: then SIGHUP reads the places file alone
 void Serve(const Settings& settings, const std::filesystem::path& file);
 
