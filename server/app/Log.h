@@ -8,8 +8,7 @@
 
 namespace beacond {
 
-/// Sends the log to standard error, a JSON object a line, from @p level on: "debug", "info", "warning" or
-/// "error".
+/// Sends the log to standard error, a JSON object a line, from @p level on: "info", "warning" or "error".
 void StartLog(const std::string& level);
 void SetLogLevel(const std::string& level);
 

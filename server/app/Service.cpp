@@ -41,8 +41,8 @@ using namespace std::chrono_literals;
 // that hangs takes longer, since a call of the store that has begun can't be broken off.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
 // A change of any other key waits for the next start.
-constexpr std::string_view kKeysOfARunningService[] = {
-    "http.base_url", "log.level", "messages.signup_address", "places.file", "service.dists"};
+constexpr std::string_view kKeysOfARunningService[] = {"log.level", "messages.signup_address", "places.file",
+                                                       "service.dists"};
 
 std::chrono::sys_seconds Now()
 {

@@ -92,9 +92,9 @@ Settings Read(SettingsReader& reader)
     reader.Take("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
     TakeLimits(reader, settings.limits);
     reader.Take("log.level", settings.log.level);
-    constexpr std::array<std::string_view, 4> kLevels = {"debug", "info", "warning", "error"};
+    constexpr std::array<std::string_view, 3> kLevels = {"info", "warning", "error"};
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {
-        reader.Fail("log.level", "\"debug\", \"info\", \"warning\" or \"error\" is expected");
+        reader.Fail("log.level", "\"info\", \"warning\" or \"error\" is expected");
     }
     reader.RequireNoMistake();
     settings.values = reader.Values();

@@ -84,7 +84,7 @@ struct Settings
 
     struct Log
     {
-        std::string level = "info"; ///< "debug", "info", "warning" or "error"
+        std::string level = "info"; ///< "info", "warning" or "error"
     } log;
 
     /// The text of each value by its key, to tell two configurations apart.

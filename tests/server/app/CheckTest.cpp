@@ -145,10 +145,9 @@ TEST_F(CheckTest, mistakesOfAConfiguration_areALineEach)
     Configure("[log]\nlevel = \"loud\"\n[messages]\nspol = \"a\"\n[service]\ndists = \"mosque\"\n");
     const ProcessEnd end = Run({"check"});
     EXPECT_EQ(end.status, 2);
-    EXPECT_EQ(end.output,
-              "error: service.toml:8: log.level: \"debug\", \"info\", \"warning\" or \"error\" is expected\n"
-              "error: service.toml:10: messages.spol: unknown key\n"
-              "error: service.toml:12: service.dists: a list of texts is expected\n");
+    EXPECT_EQ(end.output, "error: service.toml:8: log.level: \"info\", \"warning\" or \"error\" is expected\n"
+                          "error: service.toml:10: messages.spol: unknown key\n"
+                          "error: service.toml:12: service.dists: a list of texts is expected\n");
 }
 
 TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)

@@ -88,7 +88,7 @@ signups_per_domain = 50
 signups_per_day = 60
 wrong_codes_alarm = 70
 [log]
-level = "debug"
+level = "error"
 )",
                                             "service.toml");
 
@@ -116,7 +116,7 @@ level = "debug"
     EXPECT_EQ(settings.messages.signups.ofADomain, 50);
     EXPECT_EQ(settings.messages.signups.inAll, 60);
     EXPECT_EQ(settings.messages.wrongCodesAlarm, 70);
-    EXPECT_EQ(settings.log.level, "debug");
+    EXPECT_EQ(settings.log.level, "error");
 }
 
 TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
@@ -154,7 +154,7 @@ TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
         {"[messages]\nsignups_per_day = 0",
          "service.toml:2: messages.signups_per_day: a whole number from 1 to 100000 is expected"},
         {"[log]\nlevel = \"loud\"",
-         "service.toml:2: log.level: \"debug\", \"info\", \"warning\" or \"error\" is expected"},
+         "service.toml:2: log.level: \"info\", \"warning\" or \"error\" is expected"},
         {"[http]\nlisten = \"127.0.0.1:1\"\nlisen = 1", "service.toml:3: http.lisen: unknown key"},
         {"\n[htpp]\nlisten = 1", "service.toml:2: htpp: unknown key"},
         {"http = 1", "service.toml:1: http: unknown key"},
