@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/ArgumentChecks.h"
 #include "app/Check.h"
 #include "app/Log.h"
 #include "app/Service.h"
 #include "app/Settings.h"
+#include "messages/Signups.h"
 #include "places/Importer.h"
 #include "protocol/Announcements.h"
+#include "secrets/Keys.h"
 #include "store/SqliteStore.h"
 
 #include <CLI/CLI.hpp>
@@ -37,6 +40,7 @@ struct Arguments
     std::string config;
     std::string tables = TablesBesideTheProgram();
     std::string out;
+    std::string address;
     Strip strip;
     std::int64_t stripId = 0;
     Release release;
@@ -100,21 +104,6 @@ void RunCheck(const Arguments& arguments)
     std::cout << "The configuration can be used.\n";
 }
 
-// The program shows no more; other characters go in as numeric entities.
-void RequireStrip(const Strip& strip)
-{
-    constexpr std::size_t kLargest = 16UL * 1024;
-    const bool isAscii = std::all_of(strip.html.begin(), strip.html.end(), [](char c) {
-        return c == '\n' || c == '\r' || c == '\t' || (c >= ' ' && c < '\x7F');
-    });
-    if (strip.html.empty() || strip.html.size() > kLargest || !isAscii) {
-        throw StoreError("a strip is 1 to 16384 characters of ASCII");
-    }
-    if (!strip.from.empty() && !strip.until.empty() && strip.until < strip.from) {
-        throw StoreError("the last day comes before the first");
-    }
-}
-
 void RunAdAdd(Arguments& arguments)
 {
     arguments.strip.html.assign(std::istreambuf_iterator<char>(std::cin), {});
@@ -158,6 +147,23 @@ void RunReleaseRemove(const Arguments& arguments)
     }
 }
 
+void RunForget(const Arguments& arguments)
+{
+    const std::string address = RequireMailAddress(arguments.address);
+    // A store is not made for this: one that is missing is an error.
+    (void)OpenStoreToRead(arguments);
+    const std::filesystem::path file = SettingsOf(arguments).keys.folder / "index.key";
+    const Key index = Key::FromExistingFile(file);
+    SqliteStore store = OpenStore(arguments);
+    if (!store.IsWrittenWith("index.key", index.CheckHash())) {
+        throw KeyError(file.string() + ": not the key that the store was written with");
+    }
+    if (!store.Forget(MailAddressIndex(index, address))) {
+        throw StoreError("nothing is kept of that address");
+    }
+    std::cout << "The device of the address, its texts and its sign-ups are deleted.\n";
+}
+
 void RunOutbox(const Arguments& arguments)
 {
     constexpr std::size_t kMost = 1000;
@@ -175,39 +181,6 @@ void RunStarts(const Arguments& arguments)
     }
 }
 
-std::string CheckVersionNumber(const std::string& text)
-{
-    return IsVersionNumber(text) ? std::string() : "a number such as 6 is expected";
-}
-
-std::string CheckDay(const std::string& text)
-{
-    int year = 0;
-    unsigned month = 0;
-    unsigned day = 0;
-    const bool isRead = std::sscanf(text.c_str(), "%4d-%2u-%2u", &year, &month, &day) == 3;
-    const std::chrono::year_month_day date{std::chrono::year(year), std::chrono::month(month),
-                                           std::chrono::day(day)};
-    const bool isDay = isRead && date.ok() && DayText(std::chrono::sys_days(date)) == text;
-    return isDay ? std::string() : "a day such as 2027-03-10 is expected";
-}
-
-std::string CheckCountry(const std::string& text)
-{
-    const bool isCountry = text.size() == 2 &&
-                           std::all_of(text.begin(), text.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-    return isCountry ? std::string() : "two capital letters are expected";
-}
-
-std::string CheckPageAddress(const std::string& text)
-{
-    const bool isHttp = text.starts_with("http://") || text.starts_with("https://");
-    const bool isPlain = std::all_of(text.begin(), text.end(), [](char c) { return c > ' ' && c < '\x7F'; });
-    const std::size_t host = text.find("//") + 2;
-    const bool hasHost = isHttp && host < text.size() && text[host] != '/';
-    return hasHost && isPlain ? std::string() : "an http or https address in ASCII is expected";
-}
-
 void AddAdCommands(CLI::App& program, Arguments& arguments)
 {
     CLI::App* const ad = program.add_subcommand("ad", "the strips that the program shows");
@@ -215,8 +188,10 @@ void AddAdCommands(CLI::App& program, Arguments& arguments)
     CLI::App* const add = ad->add_subcommand("add", "adds a strip, whose HTML is read from standard input");
     add->add_option("--dist", arguments.strip.dist, "distribution that shows it; all without");
     add->add_option("--country", arguments.strip.country, "two letters; all without")->check(CheckCountry);
-    add->add_option("--from", arguments.strip.from, "first day")->check(CheckDay);
-    add->add_option("--until", arguments.strip.until, "last day")->check(CheckDay);
+    add->add_option("--from", arguments.strip.from, "first day, which begins at midnight UTC")
+        ->check(CheckDay);
+    add->add_option("--until", arguments.strip.until, "last day, which ends at midnight UTC")
+        ->check(CheckDay);
     add->callback([&arguments] { RunAdAdd(arguments); });
     ad->add_subcommand("list", "lists them")->callback([&arguments] { RunAdList(arguments); });
     CLI::App* const remove = ad->add_subcommand("remove", "removes one");
@@ -247,6 +222,17 @@ void AddReleaseCommands(CLI::App& program, Arguments& arguments)
     release->add_subcommand("list", "lists them")->callback([&arguments] { RunReleaseList(arguments); });
 }
 
+void AddMessageCommands(CLI::App& program, Arguments& arguments)
+{
+    program.add_subcommand("outbox", "lists the texts that wait")->callback([&arguments] {
+        RunOutbox(arguments);
+    });
+    CLI::App* const forget =
+        program.add_subcommand("forget", "deletes all that is kept of a mail address, texts included");
+    forget->add_option("address", arguments.address, "the mail address")->required();
+    forget->callback([&arguments] { RunForget(arguments); });
+}
+
 int RunProgram(int argc, char** argv)
 {
     CLI::App program("Answers the requests of Dusk Beacon.", "dusk-beacond");
@@ -263,9 +249,9 @@ int RunProgram(int argc, char** argv)
     places->add_option("--out", arguments.out, "the file; that of the configuration without");
     places->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();
     places->callback([&] { RunImport(arguments); });
-    program.add_subcommand("outbox", "lists the texts that wait")->callback([&] { RunOutbox(arguments); });
     program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
         ->callback([&] { RunStarts(arguments); });
+    AddMessageCommands(program, arguments);
     AddAdCommands(program, arguments);
     AddReleaseCommands(program, arguments);
     try {

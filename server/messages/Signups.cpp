@@ -31,7 +31,7 @@ Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHa
 {
     return {.kind = "mail",
             .sealedAddress = keys.address.Seal(address),
-            .addressIndex = keys.index.Hash("mail address", address),
+            .addressIndex = MailAddressIndex(keys.index, address),
             .codeHash = std::move(codeHash),
             .lifetime = kCodeLifetime,
             .road = "form",
@@ -40,6 +40,11 @@ Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHa
 }
 
 } // namespace
+
+std::string MailAddressIndex(const Key& index, std::string_view address)
+{
+    return index.Hash("mail address", address);
+}
 
 Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, SignupLimits limits,
                  int mostOfANetwork, Report report)

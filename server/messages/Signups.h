@@ -15,6 +15,7 @@
 
 namespace beacond {
 
+class Key;
 class Spool;
 class StoreThread;
 struct Keys;
@@ -22,7 +23,11 @@ struct Keys;
 /// The words by which the form of the home page asks for consent. They are stored with each sign-up.
 inline constexpr std::string_view kConsentWords = "By sending it you agree that the address is kept, "
                                                   "encrypted, for these messages alone, until you ask for "
-                                                  "its end.";
+                                                  "its deletion.";
+
+/// The keyed hash by which the store finds what it keeps of a mail address.
+/// @param address as of NormalisedMailAddress
+[[nodiscard]] std::string MailAddressIndex(const Key& index, std::string_view address);
 
 /// Takes sign-ups of devices: stores each, and sends it its ID and its personal code. A device is made when
 /// the code is confirmed. Thread-safe.

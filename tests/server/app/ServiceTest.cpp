@@ -178,6 +178,42 @@ TEST_F(ServiceTest, signup_isConfirmedAndItsTextReachesTheOutbox)
     EXPECT_THAT(Run({"outbox"}).output, HasSubstr("\tprayer=5\ttime=18:42\tplace=SA-G104515\n"));
 }
 
+TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
+{
+    Configure("[messages]\nchannels = [\"spool\"]\n");
+    EXPECT_EQ(Run({"forget", "some.one@example.org"}).errors,
+              "dusk-beacond: state/service.db: there is no store yet; the service makes it when it starts\n");
+    EXPECT_FALSE(fs::exists(folder / "state"));
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_THAT(PostSignup(port, "address=some.one%40example.org"), HasSubstr("The message is on its way"));
+    const std::string confirm = kScripts + "ma/confirmSignup.pl?prod_string=pc&vCode=" +
+                                std::regex_replace(CodeInSpool(), std::regex(" "), "-");
+    EXPECT_THAT(Fetch(port, confirm), StartsWith("<root result=\"1\""));
+    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42"), "<root/>");
+    EXPECT_THAT(Run({"outbox"}).output, HasSubstr("prayer=5"));
+
+    const ProcessEnd end = Run({"forget", " Some.One@Example.org"});
+    EXPECT_EQ(end.status, 0) << end.errors;
+    EXPECT_EQ(end.output, "The device of the address, its texts and its sign-ups are deleted.\n");
+    EXPECT_EQ(Run({"outbox"}).output, "");
+    EXPECT_THAT(Fetch(port, confirm), StartsWith("<root result=\"0\""));
+    const ProcessEnd again = Run({"forget", "some.one@example.org"});
+    EXPECT_EQ(again.status, 2);
+    EXPECT_EQ(again.errors, "dusk-beacond: nothing is kept of that address\n");
+    EXPECT_EQ(Run({"forget", "someone"}).errors, "dusk-beacond: \"someone\" is no mail address\n");
+}
+
+TEST_F(ServiceTest, forget_keyThatTheStoreWasNotWrittenWith_isRefused)
+{
+    ServiceProcess service(Path(), serve);
+    ASSERT_NE(service.AwaitPort(), 0);
+    fs::copy_file(folder / "state/keys/address.key", folder / "state/keys/index.key",
+                  fs::copy_options::overwrite_existing);
+    EXPECT_EQ(Run({"forget", "some.one@example.org"}).errors,
+              "dusk-beacond: state/keys/index.key: not the key that the store was written with\n");
+}
+
 TEST_F(ServiceTest, signup_withoutAChannel_isNotOffered)
 {
     ServiceProcess service(Path(), serve);
