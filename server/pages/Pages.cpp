@@ -74,10 +74,11 @@ Response Page(unsigned status, std::string_view title, std::string_view content,
 }
 
 constexpr std::string_view kSignupForm =
-    "<p>A message can come to you at each prayer that you choose in the program. Enter your mail address: an "
-    "ID and a "
-    "personal code come back, which you enter in the program under <em>Alerts</em>, <em>Mobile "
+    "<p>Sign up for messages at the prayers that you choose in the program. Enter your mail address: an ID "
+    "and a personal code come back, which you enter in the program under <em>Alerts</em>, <em>Mobile "
     "Alert</em>.</p>\n"
+    "<p>The messages at prayer times are not sent yet: this service keeps each one that the program asks for "
+    "in a queue. Sending is still to come.</p>\n"
     "<form method=\"post\" action=\"/signup\"><p><label for=\"address\">Mail address</label><br>\n"
     "<input id=\"address\" name=\"address\" type=\"email\" autocomplete=\"email\" maxlength=\"254\" required "
     "size=\"30\">\n"

@@ -68,7 +68,7 @@ std::string_view MessageOf(Confirmation confirmation)
 {
     switch (confirmation) {
     case Confirmation::Confirmed:
-        return "Your mobile device is registered. Messages will come at the prayers that you choose.";
+        return "Your mobile device is registered for messages at the prayers that you choose.";
     case Confirmation::Expired:
         return "This personal code has expired. Please ask for a new one.";
     case Confirmation::Unknown:

@@ -24,7 +24,7 @@ DATE = datetime.date(2026, 3, 20)
 NIMES, ANGLES = (43.84, 4.36), (-18, -17)
 OFFER = "Would you like to Download\nthe new version of DuskBeacon?"
 STRIP = "<b>The mosque opens at five</b>"
-REGISTERED = "Your mobile device is registered. Messages will come at the prayers that you choose."
+REGISTERED = "Your mobile device is registered for messages at the prayers that you choose."
 UNKNOWN = "This personal code is not known. Please check it, or ask for a new one."
 
 

@@ -22,7 +22,7 @@ std::string Result(const char* result, const char* message)
 }
 
 const std::string kConfirmed =
-    Result("1", "Your mobile device is registered. Messages will come at the prayers that you choose.");
+    Result("1", "Your mobile device is registered for messages at the prayers that you choose.");
 const std::string kUnknown =
     Result("0", "This personal code is not known. Please check it, or ask for a new one.");
 
