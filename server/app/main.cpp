@@ -28,17 +28,17 @@ using namespace beacond;
 // Bad usage, a bad configuration or a part that can't be opened.
 constexpr int kUnusable = 2;
 
-// Beside the program: a path of the build tree would make the program of each folder another one.
-std::string TablesBesideTheProgram()
+// From the program's own place, so that an installation can be moved, and two builds are alike.
+std::filesystem::path FolderOfTables()
 {
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path() / "places";
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
+    return program.parent_path().parent_path() / "share/dusk-beacon/places";
 }
 
 struct Arguments
 {
     std::string config;
-    std::string tables = TablesBesideTheProgram();
+    std::string tables = FolderOfTables();
     std::string out;
     std::string address;
     Strip strip;
