@@ -5,6 +5,7 @@
 desktop program."""
 import lzma
 import os
+import shutil
 import signal
 import socket
 import subprocess
@@ -20,7 +21,9 @@ import own_network  # noqa: E402
 PLACE = "1\tMakkah\t\t\t21.42664\t39.82563\tP\tPPL\tSA\t\t14\t\t\t\t1323624\t\t\tAsia/Riyadh\t\n"
 TABLES = {"places.tsv.xz": PLACE, "divisions.tsv.xz": "", "postal.tsv.xz": "", "regions.tsv": "SA\tSA\tSaudi Arabia\n",
           "overlay.tsv": "", "shipped.tsv": ""}
-ASK = "curl -s http://127.0.0.1:8750/healthz"
+OUT_OF_REACH = " is out of reach: the program will treat this computer as offline and send no requests.\n"
+BASE = "http://127.0.0.1:8750"
+ASK = f"curl -s --noproxy '*' {BASE}/healthz"
 
 
 def is_open(port=8750):
@@ -54,32 +57,43 @@ class WithService(unittest.TestCase):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.build = folder.name
-        tables = os.path.join(self.build, "tables")
-        for name in ("bin", "service/state", "tables"):
-            os.makedirs(os.path.join(self.build, name))
-        os.symlink(SERVICE, os.path.join(self.build, "bin/dusk-beacond"))
+        for name in ("bin", "service/state", "share/dusk-beacon/places"):
+            os.makedirs(self.path(name))
+        # A copy, which takes the tables beside itself.
+        shutil.copy(SERVICE, self.path("bin/dusk-beacond"))
         for name, text in TABLES.items():
-            data = text.encode()
-            with open(os.path.join(tables, name), "wb") as file:
-                file.write(lzma.compress(data) if name.endswith(".xz") else data)
-        subprocess.run([SERVICE, "import", "--tables", tables, "--out", self.path("service/state/places.bin")], check=True,
+            self.write_table(name, text)
+        subprocess.run([self.path("bin/dusk-beacond"), "import", "--out", self.path("service/state/places.bin")], check=True,
                        stdout=subprocess.DEVNULL)
         self.probe("http://127.0.0.1:8750/healthz")
 
     def path(self, name):
         return os.path.join(self.build, name)
 
+    def write_table(self, name, text):
+        data = text.encode()
+        with open(self.path("share/dusk-beacon/places/" + name), "wb") as file:
+            file.write(lzma.compress(data) if name.endswith(".xz") else data)
+
+    def age_places(self):
+        """Every table is newer than the places file."""
+        os.utime(self.path("service/state/places.bin"), (0, 0))
+
+    def settings(self, attributes):
+        with open(self.path("bin/settings.xml"), "w", encoding="utf-8") as file:
+            file.write(f'<root>\n    <app {attributes}\n        dist="dbeacon"/>\n</root>\n')
+
     def probe(self, address):
         with open(self.path("CMakeCache.txt"), "w", encoding="ascii") as file:
             file.write(f"DUSKBEACON_PROBE_URL:STRING={address}\n")
 
-    def start(self, command):
+    def start(self, command, **variables):
         """In a session of its own, as in a terminal."""
         return subprocess.Popen([SCRIPT, self.build, "sh", "-c", command], start_new_session=True, text=True,
-                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE, env={**os.environ, **variables})
 
-    def run_with(self, command):
-        process = self.start(command)
+    def run_with(self, command, **variables):
+        process = self.start(command, **variables)
         output, errors = process.communicate(timeout=60)
         return process.returncode, output, errors
 
@@ -138,8 +152,49 @@ class WithService(unittest.TestCase):
     def test_probeOutOfReach_isSaid(self):
         self.probe("http://127.0.0.1:9/")
         self.assertEqual(self.run_with("true"), (
-            0, "", "http://127.0.0.1:9/ is out of reach: the program takes this computer for offline, and asks the service "
-            "nothing.\n"))
+            0, "", "http://127.0.0.1:9/" + OUT_OF_REACH))
+
+    def test_settingsBesideTheProgram_nameTheProbe(self):
+        self.settings('probe="http://127.0.0.1:9/?a=b&amp;c"')
+        self.assertEqual(self.run_with("true"), (0, "", "http://127.0.0.1:9/?a=b&c" + OUT_OF_REACH))
+
+    def test_settingsThatNameAnotherService_startNoneHere(self):
+        self.probe("file:///dev/null")
+        self.settings('FirstRun="true" service="https://times.example.org/"')
+        self.assertEqual(self.run_with("echo started"), (
+            0, f"{self.path('bin/settings.xml')} names the service https://times.example.org/: none is started here.\nstarted\n",
+            ""))
+        self.settings('service="http://localhost:8750/"')
+        self.assertEqual(self.run_with(ASK), (0, "ok\n", ""))
+
+    def test_proxyOfTheEnvironment_isNotAskedForTheService(self):
+        self.probe("file:///dev/null")
+        self.assertEqual(self.run_with("echo started", http_proxy="http://127.0.0.1:9/"), (0, "started\n", ""))
+
+    def test_tableNewerThanThePlaces_isImported(self):
+        self.write_table("places.tsv.xz", PLACE.replace("Makkah", "Madinah"))
+        self.age_places()
+        search = f"{BASE}/cgi-bin/dbeacon/getNumMatchingCities.pl?state_id=SA&city_string=mad"
+        output = self.run_with(f"curl -s --noproxy '*' '{search}'")[1]
+        self.assertIn('<root num_matches="1"', output)
+
+    def test_importThatFails_isSaidAndThePlacesBeforeGoOn(self):
+        os.remove(self.path("share/dusk-beacon/places/regions.tsv"))
+        self.age_places()
+        status, output, errors = self.run_with(ASK)
+        self.assertEqual((status, output), (0, "ok\n"))
+        said = "The places could not be imported; the service goes on with those before, if any.\n"
+        self.assertTrue(errors.endswith(said), errors)
+
+    def test_serviceThatNeverAnswers_isEnded(self):
+        stub = self.path("bin/dusk-beacond")
+        with open(stub, "w", encoding="ascii") as file:
+            file.write('#!/bin/sh\n[ "$1" = serve ] || exit 0\ntrap "" TERM\necho $$ >pid\nexec sleep 60\n')
+        status, output, errors = self.run_with("echo started")
+        self.assertEqual((status, output), (0, "started\n"))
+        self.assertTrue(errors.startswith("The service did not start;"), errors)
+        with open(self.path("service/pid"), encoding="ascii") as file:
+            self.assertFalse(is_running(int(file.read())))
 
     def test_serviceWithoutAConfiguration_readsThePlacesAgain(self):
         def log():
