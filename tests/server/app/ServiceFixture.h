@@ -24,12 +24,13 @@ protected:
         Configure("");
     }
 
-    void Configure(const std::string& more)
+    /// @param more tables, as text
+    /// @param http more keys of the table "http"
+    void Configure(const std::string& more, const std::string& http = {})
     {
         Write(folder / "service.toml",
-              "[http]\nlisten = \"127.0.0.1:0\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
-              "[places]\nfile = \"places.bin\"\n" +
-                  more);
+              "[http]\nlisten = \"127.0.0.1:0\"\n" + http +
+                  "[metrics]\nlisten = \"127.0.0.1:0\"\n[places]\nfile = \"places.bin\"\n" + more);
     }
     [[nodiscard]] std::string Path() const { return (folder / "").string(); }
     ProcessEnd Run(std::vector<std::string> arguments, const std::string& input = {})

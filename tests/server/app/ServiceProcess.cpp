@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "server/app/ServiceProcess.h"
 
+#include "server/Becomes.h"
+#include "server/Files.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -11,23 +14,10 @@
 #include <unistd.h>
 
 #include <array>
-#include <chrono>
-#include <fstream>
 #include <iostream>
 #include <regex>
-#include <sstream>
-#include <thread>
 
 namespace {
-
-using namespace std::chrono_literals;
-
-std::string Content(const std::string& path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 void Redirect(const std::string& path, int flags, int to)
 {
@@ -43,9 +33,9 @@ ServiceProcess::ServiceProcess(std::string folder, const std::vector<std::string
                                const std::string& input, const std::function<void()>& prepare)
     : m_folder(std::move(folder))
 {
-    std::ofstream(m_folder + "/input") << input;
+    Write(m_folder + "/input", input);
     // The log of an earlier process in that folder is not taken for this one's.
-    std::ofstream(m_folder + "/errors").close();
+    Write(m_folder + "/errors", {});
     std::vector<char*> words;
     std::string program = DUSKBEACON_SERVICE_PROGRAM;
     words.push_back(program.data());
@@ -94,13 +84,13 @@ ProcessEnd ServiceProcess::Wait()
     int status = 0;
     ::waitpid(m_process, &status, 0);
     m_process = -1;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), Content(m_folder + "/output"),
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), Read(m_folder + "/output"),
             Errors(), WIFSIGNALED(status) && WCOREDUMP(status)};
 }
 
 std::string ServiceProcess::Errors() const
 {
-    return Content(m_folder + "/errors");
+    return Read(m_folder + "/errors");
 }
 
 bool ServiceProcess::HasEnded() const
@@ -112,24 +102,33 @@ bool ServiceProcess::HasEnded() const
 
 bool ServiceProcess::AwaitLog(const std::string& text)
 {
-    const auto deadline = std::chrono::steady_clock::now() + 10s;
-    while (Errors().find(text) == std::string::npos) {
-        if (std::chrono::steady_clock::now() > deadline || HasEnded()) {
-            return false;
-        }
-        std::this_thread::sleep_for(5ms);
-    }
-    return true;
+    bool isThere = false;
+    return Becomes([&] {
+               const bool hasEnded = HasEnded();
+               isThere = Errors().find(text) != std::string::npos;
+               return isThere || hasEnded;
+           }) &&
+           isThere;
 }
 
 unsigned short ServiceProcess::AwaitPort()
 {
+    return PortBehind("ready on port ");
+}
+
+unsigned short ServiceProcess::AwaitMetricsPort()
+{
+    return PortBehind("metrics on port ");
+}
+
+unsigned short ServiceProcess::PortBehind(const std::string& text)
+{
     std::smatch match;
-    if (!AwaitLog("ready on port ")) {
+    if (!AwaitLog(text)) {
         return 0;
     }
     const std::string errors = Errors();
-    std::regex_search(errors, match, std::regex("ready on port ([0-9]+)"));
+    std::regex_search(errors, match, std::regex(text + "([0-9]+)"));
     return static_cast<unsigned short>(std::stoi(match[1]));
 }
 
@@ -159,6 +158,14 @@ std::string Exchange(unsigned short port, const std::string& request)
     }
     ::close(socket);
     return reply;
+}
+
+std::string PostSignup(unsigned short port, const std::string& form, const std::string& fields)
+{
+    return Exchange(port, "POST /signup HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n"
+                          "Content-Type: application/x-www-form-urlencoded\r\n"
+                          "Content-Length: " +
+                              std::to_string(form.size()) + "\r\n" + fields + "\r\n" + form);
 }
 
 std::string Fetch(unsigned short port, const std::string& target)

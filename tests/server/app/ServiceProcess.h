@@ -33,14 +33,18 @@ public:
     ServiceProcess& operator=(const ServiceProcess&) = delete;
 
     void Signal(int number) const;
+    [[nodiscard]] pid_t Id() const { return m_process; }
     /// Waits for its end.
     ProcessEnd Wait();
     /// Waits until its log says that it is ready; answers the port, or 0 if it ended before.
     unsigned short AwaitPort();
-    /// Waits until its log holds the text; false if it doesn't within ten seconds.
+    /// The same of the listener for /metrics.
+    unsigned short AwaitMetricsPort();
+    /// Waits until its log holds the text; false if it ends without, or doesn't within 20 seconds.
     bool AwaitLog(const std::string& text);
 
 private:
+    [[nodiscard]] unsigned short PortBehind(const std::string& text);
     [[nodiscard]] std::string Errors() const;
     [[nodiscard]] bool HasEnded() const;
 
@@ -56,3 +60,7 @@ private:
 [[nodiscard]] std::string Fetch(unsigned short port, const std::string& target);
 /// The whole reply to what is sent.
 [[nodiscard]] std::string Exchange(unsigned short port, const std::string& request);
+/// The whole reply to the sign-up form.
+/// @param fields more header fields, each with its line end
+[[nodiscard]] std::string PostSignup(unsigned short port, const std::string& form,
+                                     const std::string& fields = {});

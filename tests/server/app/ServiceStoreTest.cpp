@@ -1,12 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "server/app/ServiceProcess.h"
-#include "server/places/SmallTables.h"
+#include "server/Becomes.h"
+#include "server/app/ServiceFixture.h"
 #include "store/Sqlite.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -23,43 +21,11 @@ using Clock = std::chrono::steady_clock;
 } // namespace
 
 /// The real program, and its store in trouble.
-class ServiceStoreTest : public testing::Test
+class ServiceStoreTest : public ServiceFixture
 {
 protected:
-    ServiceStoreTest()
-    {
-        SmallTables tables;
-        tables.places = PlaceLine().Text();
-        tables.Import(folder);
-        Write(folder / "service.toml",
-              "[http]\nlisten = \"127.0.0.1:0\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
-              "[places]\nfile = \"places.bin\"\n");
-    }
-
-    [[nodiscard]] std::string Path() const { return (folder / "").string(); }
-    ProcessEnd Run(std::vector<std::string> arguments)
-    {
-        arguments.insert(arguments.end(), {"--config", "service.toml"});
-        return RunService(Path(), arguments);
-    }
-    static bool AwaitReadiness(unsigned short port, const std::string& text)
-    {
-        const auto deadline = Clock::now() + 20s;
-        while (Fetch(port, "/readyz") != text) {
-            if (Clock::now() > deadline) {
-                return false;
-            }
-            ::usleep(20'000);
-        }
-        return true;
-    }
-
-    TemporaryFolder folder;
-    const std::string startup = "/cgi-bin/dbeacon/startup.pl";
-    const std::string prayerCall = "/cgi-bin/dbeacon/prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07";
-    const std::string confirm =
-        "/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=pc&vCode=0000-0000-0000-0000";
-    const std::vector<std::string> serve{"serve", "--config", "service.toml"};
+    const std::string prayerCall = kScripts + "prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07";
+    const std::string confirm = kScripts + "ma/confirmSignup.pl?prod_string=pc&vCode=0000-0000-0000-0000";
 };
 
 TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndSaidByReadyz)
@@ -79,7 +45,7 @@ TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndSaidByRe
     ASSERT_TRUE(service.AwaitLog("state/service.db: database is locked"));
 
     other.Execute("ROLLBACK");
-    EXPECT_TRUE(AwaitReadiness(port, "ready\n"));
+    EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "ready\n"; }));
     EXPECT_EQ(Fetch(port, prayerCall), "<root/>");
 }
 
@@ -87,7 +53,7 @@ TEST_F(ServiceStoreTest, term_storeLockedAndARequestThatDoesNotEnd_endsInTime)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
-    EXPECT_EQ(Fetch(port, startup), "<root/>");
+    EXPECT_EQ(Fetch(port, kScripts + "startup.pl"), "<root/>");
     const auto request = std::async(std::launch::async, [port] {
         return Exchange(port, "POST /signup HTTP/1.1\r\nHost: a\r\nContent-Length: 10\r\n\r\nhalf");
     });

@@ -6,14 +6,13 @@
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
 #include "http/ListeningSocket.h"
+#include "server/Becomes.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 /// A server on any free port of the loopback.
@@ -48,17 +47,6 @@ struct ServerUnderTest
     beacond::HttpFigures figures;
     beacond::HttpServer server;
 };
-
-/// Waits until @p condition holds. Answers whether it ever did.
-template <typename Condition>
-[[nodiscard]] bool Becomes(Condition condition)
-{
-    const auto end = std::chrono::steady_clock::now() + RawClient::kPatience;
-    while (!condition() && std::chrono::steady_clock::now() < end) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
-    return condition();
-}
 
 /// Answers with the path.
 inline boost::asio::awaitable<beacond::Response> AnswerPath(const beacond::Request& request)

@@ -7,6 +7,7 @@
 #include "messages/Spool.h"
 #include "pages/Pages.h"
 #include "secrets/Keys.h"
+#include "server/Files.h"
 #include "server/TemporaryFolder.h"
 #include "store/SqliteStore.h"
 #include "store/StoreThread.h"
@@ -17,11 +18,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <future>
 #include <mutex>
 #include <regex>
-#include <sstream>
 
 using namespace beacond;
 using testing::ElementsAre;
@@ -66,9 +65,7 @@ protected:
     {
         std::vector<std::string> messages;
         for (const fs::directory_entry& entry : fs::directory_iterator(folder.File("spool"))) {
-            std::ostringstream text;
-            text << std::ifstream(entry.path()).rdbuf();
-            messages.push_back(text.str());
+            messages.push_back(Read(entry.path()));
         }
         return messages;
     }

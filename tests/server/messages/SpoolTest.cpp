@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Spool.h"
 
+#include "server/Files.h"
 #include "server/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -9,8 +10,6 @@
 #include <sys/resource.h>
 
 #include <csignal>
-#include <fstream>
-#include <sstream>
 
 using namespace beacond;
 using testing::EndsWith;
@@ -31,9 +30,7 @@ TEST(Spool, send_writesOneWholeFileForItsOwnerAlone)
     EXPECT_THAT(files[0].string(), EndsWith(".txt"));
     EXPECT_EQ(fs::status(files[0]).permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_EQ(fs::status(folder.File("a/spool")).permissions(), fs::perms::owner_all);
-    std::ostringstream content;
-    content << std::ifstream(files[0]).rdbuf();
-    EXPECT_EQ(content.str(), "To: someone@example.org\n\nMaghrib: 18:42\n");
+    EXPECT_EQ(Read(files[0]), "To: someone@example.org\n\nMaghrib: 18:42\n");
 }
 
 TEST(Spool, start_removesWhatACrashLeftUnfinished_andNothingElse)
@@ -43,7 +40,7 @@ TEST(Spool, start_removesWhatACrashLeftUnfinished_andNothingElse)
     const std::string sent = fs::directory_iterator(folder.File("spool"))->path().filename().string();
     const std::string unfinished = sent.substr(0, sent.size() - std::string(".txt").size());
     for (const std::string& name : {unfinished, sent + ".taken", std::string("other")}) {
-        std::ofstream(folder / "spool" / name) << "To: ";
+        Write(folder / "spool" / name, "To: ");
     }
     const Spool again(folder.File("spool"));
 

@@ -3,22 +3,10 @@
 #pragma once
 
 #include "places/Importer.h"
+#include "server/Files.h"
 #include "server/TemporaryFolder.h"
 
-#include <filesystem>
-#include <fstream>
 #include <string>
-
-inline void Write(const std::filesystem::path& path, const std::string& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-inline std::string Read(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 /// A row of a table of places, with the columns that matter here.
 struct PlaceLine

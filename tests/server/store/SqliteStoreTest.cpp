@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/SqliteStore.h"
 
+#include "server/Files.h"
 #include "server/TemporaryFolder.h"
 #include "store/Migrations.h"
 #include "store/Sqlite.h"
@@ -12,7 +13,6 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 
 using namespace beacond;
@@ -42,12 +42,6 @@ std::string ErrorOfOpening(const std::string& path)
 std::string ErrorOfReading(const std::string& path)
 {
     return ErrorOf([&path] { (void)SqliteStore::ToRead(path); });
-}
-
-std::string Content(const std::string& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::vector<std::string> NamesIn(const TemporaryFolder& folder)
@@ -95,11 +89,11 @@ TEST(SqliteStore, open_fileThatIsNoStore_isRefusedAndKept)
 {
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");
-    std::ofstream(path) << std::string(4096, 'x');
+    const std::string content(4096, 'x');
+    Write(path, content);
 
     EXPECT_THAT(ErrorOfOpening(path), StartsWith(path + ": "));
-    std::ifstream file(path);
-    EXPECT_EQ(file.get(), 'x');
+    EXPECT_EQ(Read(path), content);
 }
 
 TEST(SqliteStore, open_fileOfAnotherApplication_isRefusedAndKept)
@@ -110,11 +104,11 @@ TEST(SqliteStore, open_fileOfAnotherApplication_isRefusedAndKept)
         const TemporaryFolder folder;
         const std::string path = folder.File("store.db");
         Database(path).Execute(sql);
-        const std::string before = Content(path);
+        const std::string before = Read(path);
 
         EXPECT_EQ(ErrorOfOpening(path), path + ": written by another application");
         EXPECT_EQ(ErrorOfReading(path), path + ": written by another application");
-        EXPECT_TRUE(Content(path) == before);
+        EXPECT_TRUE(Read(path) == before);
         EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
     }
 }
@@ -149,16 +143,16 @@ TEST(SqliteStore, open_damagedPages_failsTheCallsAndKeepsTheFile)
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");
     (void)SqliteStore(path);
-    std::string content = Content(path);
+    std::string content = Read(path);
     constexpr std::size_t kHeaderPage = 4096;
     content.replace(kHeaderPage, content.size() - kHeaderPage, content.size() - kHeaderPage, 'x');
-    std::ofstream(path, std::ios::binary) << content;
+    Write(path, content);
 
     SqliteStore store(path);
     const std::string error = ErrorOf([&store] { (void)store.Starts(); });
     EXPECT_EQ(error, path + ": database disk image is malformed");
     EXPECT_NE(ErrorOf([&store] { store.AddRelease({"1", "6", "https://example.org/"}); }), "");
-    EXPECT_TRUE(Content(path) == content);
+    EXPECT_TRUE(Read(path) == content);
 }
 
 TEST(SqliteStore, open_folderWithoutRights_isRefusedWithThePath)
@@ -178,13 +172,13 @@ TEST(SqliteStore, toRead_listsAndChangesNothing)
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");
     SqliteStore(path).AddRelease({"1", "6", "https://example.org/"});
-    const std::string before = Content(path);
+    const std::string before = Read(path);
     {
         SqliteStore store = SqliteStore::ToRead(path);
         EXPECT_THAT(store.Releases(), SizeIs(1));
         EXPECT_THROW(store.AddRelease({"1", "7", "https://example.org/"}), StoreError);
     }
-    EXPECT_TRUE(Content(path) == before);
+    EXPECT_TRUE(Read(path) == before);
     EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
 }
 
@@ -212,7 +206,7 @@ TEST(SqliteStore, open_folderThatIsMissing_isRefusedWithThePath)
     EXPECT_THAT(ErrorOfOpening("/nonexistent/store.db"), HasSubstr("/nonexistent/store.db"));
 }
 
-TEST(SqliteStore, open_logsAhead)
+TEST(SqliteStore, open_newFile_usesWriteAheadLog)
 {
     const TemporaryFolder folder;
     const SqliteStore store(folder.File("store.db"));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/StoreThread.h"
 
+#include "server/Becomes.h"
 #include "server/TemporaryFolder.h"
 #include "server/store/CountingStore.h"
 
@@ -169,9 +170,7 @@ TEST_F(StoreThreadTest, run_diskThatHangs_failsAtTheLimitAndDropsWhatHasNotBegun
         context.run();
         isCommitting.wait();
         EXPECT_EQ(failures, 1);
-        while (thread.State() != StoreState::Stuck) {
-            std::this_thread::yield();
-        }
+        EXPECT_TRUE(Becomes([&thread] { return thread.State() == StoreState::Stuck; }));
         SpawnAdd(thread, "not begun");
         context.restart();
         context.run();
