@@ -1,16 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "protocol/StartCounter.h"
 #include "support/AttemptLimit.h"
-#include "support/Network.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-using namespace beacond;
+#include <string>
+
+using beacond::AttemptLimit;
 using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 TEST(AttemptLimit, beyondTheMost_isRefusedUntilTheWindowIsOver)
 {
@@ -44,25 +41,4 @@ TEST(AttemptLimit, namesWithoutEnd_pushOutTheOldestAlone)
     }
     EXPECT_LE(limit.Names(), AttemptLimit::kMostNames);
     EXPECT_FALSE(limit.Take(std::to_string(AttemptLimit::kMostNames + 49'999), now));
-}
-
-TEST(NetworkOf, addresses_countByHousehold)
-{
-    const auto networkOf = [](const char* text) { return NetworkOf(boost::asio::ip::make_address(text)); };
-    EXPECT_EQ(networkOf("192.0.2.7"), "192.0.2.7");
-    EXPECT_EQ(networkOf("::ffff:192.0.2.7"), "192.0.2.7");
-    EXPECT_EQ(networkOf("2001:db8:1:2:3:4:5:6"), "2001:db8:1:2::/64");
-    EXPECT_EQ(networkOf("2001:db8:1:2::9"), "2001:db8:1:2::/64");
-}
-
-TEST(StartCounter, take_answersWhatWasCountedSinceTheLastTime)
-{
-    StartCounter counter;
-    counter.Add(20'000, "SA", "other");
-    counter.Add(20'000, "SA", "other");
-    counter.Add(20'000, "DE", "mosque", 5);
-
-    EXPECT_THAT(counter.Take(),
-                ElementsAre(StartCount{20'000, "DE", "mosque", 5}, StartCount{20'000, "SA", "other", 2}));
-    EXPECT_THAT(counter.Take(), IsEmpty());
 }
