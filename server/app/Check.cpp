@@ -3,6 +3,7 @@
 #include "app/Check.h"
 
 #include "app/Listeners.h"
+#include "app/Metrics.h"
 #include "app/Service.h"
 #include "app/Settings.h"
 #include "places/Places.h"
@@ -73,7 +74,7 @@ void CheckPorts(const Settings& settings, Findings& findings)
         const char* text;
     } ports[] = {
         {"http.listen", settings.http.listen, "/cgi-bin/dbeacon/version.pl", "<root version_name="},
-        {"metrics.listen", settings.metrics.listen, "/metrics", "beacond_connections_open"},
+        {"metrics.listen", settings.metrics.listen, "/metrics", kOpenConnectionsMetric},
     };
     // Kept open, so that two keys with one address are seen.
     std::vector<ListeningSocket> opened;

@@ -63,7 +63,7 @@ std::string MetricsText(const HttpFigures& http, const MessageFigures& messages,
 {
     constexpr auto kCounter = MetricType::Counter;
     const std::vector<MetricFamily> families = {
-        Family("beacond_connections_open", "Open connections.", MetricType::Gauge, "",
+        Family(kOpenConnectionsMetric, "Open connections.", MetricType::Gauge, "",
                {{"", http.connectionsOpen}}),
         Family("beacond_connections_accepted_total", "Connections accepted.", kCounter, "",
                {{"", http.connectionsAccepted}}),

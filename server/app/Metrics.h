@@ -10,6 +10,9 @@ struct HttpFigures;
 struct LimitFigures;
 struct MessageFigures;
 
+/// A metric that every /metrics of the service has.
+inline constexpr char kOpenConnectionsMetric[] = "beacond_connections_open";
+
 /// The figures of the service in the text format of Prometheus.
 [[nodiscard]] std::string MetricsText(const HttpFigures& http, const MessageFigures& messages,
                                       const LimitFigures& limits);

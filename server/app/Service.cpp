@@ -190,6 +190,7 @@ void Service::Run()
         m_signups->Join();
         m_store.reset();
     }};
+    LogInfo("metrics on port " + std::to_string(metrics.Port()));
     LogInfo("ready on port " + std::to_string(server.Port()));
 
     asio::co_spawn(m_context, FollowSignals(), asio::detached);

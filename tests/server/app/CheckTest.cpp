@@ -102,7 +102,7 @@ TEST_F(CheckTest, partThatCantBeUsed_isOneLineAndStatusTwo)
              store.replace(store.size() / 2, store.size() / 4, store.size() / 4, 'x');
              Write(folder / "state/service.db", store);
          },
-         "state/service.db: "},
+         "state/service.db: damaged: "},
         {"store folder", [&] { Configure("[store]\nurl = \"sqlite:/proc/none/a.db\"\n"); },
          "store.url: /proc/none: "},
         {"missing key", [&] { fs::remove(folder / "state/keys/address.key"); },
@@ -153,28 +153,39 @@ TEST_F(CheckTest, mistakesOfAConfiguration_areALineEach)
 TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)
 {
     ServiceProcess service(Path(), serve);
-    const std::string own = std::to_string(service.AwaitPort());
+    const unsigned short main = service.AwaitPort();
+    const unsigned short metrics = service.AwaitMetricsPort();
     const beacond::ListeningSocket other =
         beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
-    const std::string taken = std::to_string(other.Endpoint().port());
-    const auto listenAt = [&](const std::string& port) {
-        Write(folder / "other.toml", "[http]\nlisten = \"127.0.0.1:" + port +
-                                         "\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
-                                         "[places]\nfile = \"places.bin\"\n");
-        return RunService(Path(), {"check", "--config", "other.toml"});
+    const unsigned short taken = other.Endpoint().port();
+    const struct
+    {
+        unsigned short main;
+        unsigned short metrics;
+        std::string key; ///< of the port that is refused
+        unsigned short port;
+    } rows[] = {
+        {main, metrics, "", 0},
+        {taken, 0, "http.listen", taken},
+        {0, taken, "metrics.listen", taken},
+        {metrics, 0, "http.listen", metrics},
+        {0, main, "metrics.listen", main},
     };
-    EXPECT_EQ(listenAt(own).output, kNoHttps + kUsable);
-
-    const ProcessEnd end = listenAt(taken);
-    EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.output, HasSubstr("error: http.listen: can't listen at 127.0.0.1:" + taken +
-                                      ": Address already in use\n"));
+    const auto address = [](unsigned short port) { return "127.0.0.1:" + std::to_string(port); };
+    for (const auto& row : rows) {
+        Write(folder / "other.toml", "[http]\nlisten = \"" + address(row.main) +
+                                         "\"\n[metrics]\nlisten = \"" + address(row.metrics) +
+                                         "\"\n[places]\nfile = \"places.bin\"\n");
+        EXPECT_EQ(RunService(Path(), {"check", "--config", "other.toml"}).output,
+                  row.key.empty() ? kNoHttps + kUsable
+                                  : kNoHttps + "error: " + row.key + ": can't listen at " +
+                                        address(row.port) + ": Address already in use\n");
+    }
 }
 
 TEST_F(CheckTest, httpsWithoutAProxy_isWarnedOf)
 {
-    Write(folder / "service.toml", "[http]\nlisten = \"127.0.0.1:0\"\nbase_url = \"https://example.org\"\n"
-                                   "[metrics]\nlisten = \"127.0.0.1:0\"\n[places]\nfile = \"places.bin\"\n");
+    Configure("", "base_url = \"https://example.org\"\n");
     const ProcessEnd end = Run({"check"});
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(end.output, StartsWith("warning: http.proxies: none; "));
