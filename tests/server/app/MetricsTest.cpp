@@ -5,25 +5,116 @@
 #include "http/HttpFigures.h"
 #include "protocol/MessageScripts.h"
 #include "protocol/RequestLimits.h"
+#include "server/app/ServiceFixture.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
 
 using namespace beacond;
 using testing::HasSubstr;
+using testing::StartsWith;
 
-TEST(Metrics, refusedRequests_areCountedByKindAndReason)
+namespace {
+
+/// The values by the names and labels before them; comments are left out.
+std::map<std::string, std::string> Values(const std::string& text)
 {
-    const HttpFigures http;
-    const MessageFigures messages;
-    LimitFigures limits;
-    limits.byInstallation[static_cast<std::size_t>(RequestKind::Search)] = 1;
-    limits.byNetwork[static_cast<std::size_t>(RequestKind::Page)] = 2;
-    limits.byLoad[static_cast<std::size_t>(RequestKind::Version)] = 3;
+    std::map<std::string, std::string> values;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        const std::size_t space = line.rfind(' ');
+        if (!line.starts_with('#') && space != std::string::npos) {
+            values[line.substr(0, space)] = line.substr(space + 1);
+        }
+    }
+    return values;
+}
 
-    const std::string text = MetricsText(http, messages, limits);
-    EXPECT_THAT(text, HasSubstr("beacond_refused_by_installation_total{kind=\"search\"} 1\n"));
-    EXPECT_THAT(text, HasSubstr("beacond_refused_by_network_total{kind=\"page\"} 2\n"));
-    EXPECT_THAT(text, HasSubstr("beacond_refused_by_load_total{kind=\"version\"} 3\n"));
-    EXPECT_THAT(text, HasSubstr("beacond_refused_by_load_total{kind=\"strip\"} 0\n"));
+} // namespace
+
+TEST(Metrics, everyCount_hasItsOwnNameAndLabel)
+{
+    HttpFigures http;
+    MessageFigures messages;
+    LimitFigures limits;
+    const struct
+    {
+        const char* name;
+        std::atomic<std::uint64_t>& count;
+    } rows[] = {
+        {"beacond_connections_open", http.connectionsOpen},
+        {"beacond_connections_accepted_total", http.connectionsAccepted},
+        {R"(beacond_connections_refused_total{limit="total"})", http.refusedByTotal},
+        {R"(beacond_connections_refused_total{limit="address"})", http.refusedByAddress},
+        {"beacond_accept_errors_total", http.acceptErrors},
+        {R"(beacond_replies_total{status="1xx"})", http.replies[1]},
+        {R"(beacond_replies_total{status="2xx"})", http.replies[2]},
+        {R"(beacond_replies_total{status="3xx"})", http.replies[3]},
+        {R"(beacond_replies_total{status="4xx"})", http.replies[4]},
+        {R"(beacond_replies_total{status="5xx"})", http.replies[5]},
+        {"beacond_requests_refused_total", http.requestsRefused},
+        {"beacond_handler_failures_total", http.handlerFailures},
+        {"beacond_worker_failures_total", http.workerFailures},
+        {"beacond_unlisted_proxy_requests_total", http.unlistedProxies},
+        {R"(beacond_timeouts_total{phase="header"})", http.headerTimeouts},
+        {R"(beacond_timeouts_total{phase="body"})", http.bodyTimeouts},
+        {R"(beacond_timeouts_total{phase="idle"})", http.idleTimeouts},
+        {R"(beacond_timeouts_total{phase="write"})", http.writeTimeouts},
+        {R"(beacond_texts_total{outcome="queued"})", messages.textsQueued},
+        {R"(beacond_texts_total{outcome="missed"})", messages.textsMissed},
+        {R"(beacond_codes_total{outcome="confirmed"})", messages.codesConfirmed},
+        {R"(beacond_codes_total{outcome="wrong"})", messages.codesWrong},
+        {R"(beacond_codes_total{outcome="expired"})", messages.codesExpired},
+        {R"(beacond_codes_total{outcome="limited"})", messages.codesLimited},
+    };
+    std::map<std::string, std::string> expected;
+    std::uint64_t number = 0;
+    const auto set = [&expected, &number](const std::string& name, std::atomic<std::uint64_t>& count) {
+        count = ++number;
+        expected[name] = std::to_string(number);
+    };
+    for (const auto& row : rows) {
+        set(row.name, row.count);
+    }
+    const std::pair<const char*, LimitFigures::Counts&> families[] = {
+        {"installation", limits.byInstallation}, {"network", limits.byNetwork}, {"load", limits.byLoad}};
+    const std::map<RequestKind, const char*> kinds = {
+        {RequestKind::Search, "search"},         {RequestKind::Page, "page"},
+        {RequestKind::Identifier, "identifier"}, {RequestKind::Confirmation, "confirmation"},
+        {RequestKind::Strip, "strip"},           {RequestKind::Version, "version"}};
+    for (const auto& [reason, counts] : families) {
+        for (const auto& [kind, name] : kinds) {
+            set(std::string("beacond_refused_by_") + reason + "_total{kind=\"" + name + "\"}",
+                counts[static_cast<std::size_t>(kind)]);
+        }
+    }
+    EXPECT_EQ(Values(MetricsText(http, messages, limits)), expected);
+}
+
+class MetricsTest : public ServiceFixture
+{
+};
+
+TEST_F(MetricsTest, listenerOfItsOwn_answersTheCountsOfTheService)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    const unsigned short metrics = service.AwaitMetricsPort();
+    EXPECT_EQ(Fetch(port, kScripts + "startup.pl"), "<root/>");
+    EXPECT_EQ(Fetch(port, kScripts + "getCityInfo.pl"), "There is no such place.\n");
+    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07"), "<root/>");
+
+    const std::string reply =
+        Exchange(metrics, "GET /metrics HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");
+    EXPECT_THAT(reply, StartsWith("HTTP/1.1 200 OK\r\n"));
+    EXPECT_THAT(reply, HasSubstr("\r\nContent-Type: text/plain; version=0.0.4; charset=utf-8\r\n"));
+    std::map<std::string, std::string> values = Values(reply);
+    EXPECT_EQ(values["beacond_connections_accepted_total"], "3");
+    EXPECT_EQ(values[R"(beacond_replies_total{status="2xx"})"], "2");
+    EXPECT_EQ(values[R"(beacond_replies_total{status="4xx"})"], "1");
+    EXPECT_THAT(Exchange(metrics, "GET / HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n"),
+                StartsWith("HTTP/1.1 404 Not Found\r\n"));
+    EXPECT_THAT(Fetch(port, "/metrics"), HasSubstr("no such page"));
 }
