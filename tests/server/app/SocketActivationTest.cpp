@@ -75,13 +75,20 @@ TEST_F(SocketActivationTest, listeningSocket_isTheMainListener)
     EXPECT_EQ(service.Wait().status, 0);
 }
 
-TEST_F(SocketActivationTest, socketOfAnotherProcess_isLeftAlone)
+TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isLeftAlone)
 {
-    const ManagerSocket socket(true);
-    ServiceProcess service = Start(socket, false, "1");
-    const unsigned short port = service.AwaitPort();
-    EXPECT_NE(port, socket.Port());
-    EXPECT_EQ(Fetch(port, "/healthz"), "ok\n");
+    const struct
+    {
+        bool isForIt;
+        const char* count;
+    } rows[] = {{false, "1"}, {true, "0"}};
+    for (const auto& row : rows) {
+        const ManagerSocket socket(true);
+        ServiceProcess service = Start(socket, row.isForIt, row.count);
+        const unsigned short port = service.AwaitPort();
+        EXPECT_NE(port, socket.Port()) << row.count;
+        EXPECT_EQ(Fetch(port, "/healthz"), "ok\n") << row.count;
+    }
 }
 
 TEST_F(SocketActivationTest, handoverThatCantBeUsed_isOneLineAndStatusTwo)

@@ -1,43 +1,16 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ServerUnderTest.h"
+#include "http/ListeningSocket.h"
 
-#include <sys/socket.h>
-#include <unistd.h>
+#include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <stdexcept>
+#include <string>
 #include <system_error>
 
 using beacond::ListeningSocket;
 using boost::asio::ip::make_address;
 using boost::asio::ip::tcp;
-
-namespace {
-
-// Ends the process with 0 if the socket that it inherits serves, 1 if it has none, 2 if it is refused.
-[[noreturn]] void ServeInherited(const std::string& processes, const char* count, bool isListening)
-{
-    ListeningSocket opened = ListeningSocket::Open({boost::asio::ip::address_v4::loopback(), 0});
-    ::dup2(isListening ? opened.Release() : ::socket(AF_INET, SOCK_STREAM, 0), 3);
-    ::setenv("LISTEN_PID", processes.c_str(), 1);
-    ::setenv("LISTEN_FDS", count, 1);
-    try {
-        std::optional<ListeningSocket> inherited = ListeningSocket::Inherited();
-        if (!inherited) {
-            std::_Exit(1);
-        }
-        beacond::HttpFigures figures;
-        const beacond::HttpServer server(std::move(*inherited), {}, AnswerPath, figures);
-        RawClient client(server.Port());
-        client.Send("GET /a HTTP/1.0\r\n\r\n");
-        std::_Exit(client.ReadToEnd().ends_with("/a") && std::getenv("LISTEN_FDS") == nullptr ? 0 : 3);
-    } catch (const std::runtime_error&) {
-        std::_Exit(2);
-    }
-}
-
-} // namespace
 
 TEST(ParseListenAddress, addresses_areTakenApart)
 {
@@ -71,14 +44,4 @@ TEST(ListeningSocket, addressInUse_isNamed)
     } catch (const std::system_error& error) {
         EXPECT_EQ(error.what(), "can't listen at " + address + ": Address already in use");
     }
-}
-
-TEST(ListeningSocket, inherited_isTakenFromTheServiceManager)
-{
-    const auto own = [] { return std::to_string(::getpid()); };
-    EXPECT_EXIT(ServeInherited(own(), "1", true), testing::ExitedWithCode(0), "");
-    EXPECT_EXIT(ServeInherited(own(), "0", true), testing::ExitedWithCode(1), "");
-    EXPECT_EXIT(ServeInherited("1", "1", true), testing::ExitedWithCode(1), "");
-    EXPECT_EXIT(ServeInherited(own(), "2", true), testing::ExitedWithCode(2), "");
-    EXPECT_EXIT(ServeInherited(own(), "1", false), testing::ExitedWithCode(2), "");
 }
