@@ -89,6 +89,18 @@ int LowestFreeDescriptor()
 
 } // namespace
 
+// docs/service.md names them.
+TEST(HttpOptions, withoutAConfiguration_areThoseOfTheManual)
+{
+    const HttpOptions options;
+    EXPECT_EQ(options.headerTime, 5s);
+    EXPECT_EQ(options.bodyTime, 10s);
+    EXPECT_EQ(options.answerTime, 10s);
+    EXPECT_EQ(options.answerBytesPerSecond, 16U * 1024);
+    EXPECT_EQ(options.writeTime, 10s);
+    EXPECT_EQ(options.idleTime, 75s);
+}
+
 TEST(HttpLimits, phaseThatTakesTooLong_endsTheConnection)
 {
     struct Row

@@ -95,6 +95,24 @@ TEST_F(ScriptsTest, lettersBeyondEveryName_findNothingAtOnce)
     EXPECT_EQ(Body("getMatchingCities.pl", "state_id=SA&city_string=" + letters), "<root/>");
 }
 
+TEST_F(ScriptsTest, moreThanAThousandMatches_areCountedAllAndListedToTheThousandth)
+{
+    SmallTables tables;
+    for (int number = 1; number <= 1001; ++number) {
+        const std::string id = std::to_string(number);
+        tables.places += PlaceLine{id, "Newtown " + id}.Text();
+    }
+    const TemporaryFolder other;
+    tables.Import(other);
+    places.Set(Places::Open(other / "places.bin"));
+
+    EXPECT_EQ(Body("getNumMatchingCities.pl", "state_id=US&city_string=newtown"),
+              R"(<root num_matches="1001" max_matches="200"/>)");
+    const std::string list = Body("getMatchingCities.pl", "state_id=US&city_string=newtown");
+    EXPECT_THAT(list, HasSubstr("<c1000 "));
+    EXPECT_THAT(list, Not(HasSubstr("<c1001 ")));
+}
+
 TEST_F(ScriptsTest, withoutPlaces_theScriptsThatNeedThemFail)
 {
     places.Set(nullptr);
