@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "server/Becomes.h"
 #include "server/app/ServiceFixture.h"
 #include "store/Sqlite.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <csignal>
 #include <filesystem>
@@ -19,21 +19,9 @@ using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
-namespace {
-
-const std::string kForm = "application/x-www-form-urlencoded";
-
-} // namespace
-
 class ServiceTest : public ServiceFixture
 {
 protected:
-    std::string PostSignup(unsigned short port, const std::string& body)
-    {
-        return Exchange(
-            port, "POST /signup HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\nContent-Type: " + kForm +
-                      "\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
-    }
     /// The personal code of the one message in the spool.
     std::string CodeInSpool()
     {
@@ -250,11 +238,8 @@ TEST_F(ServiceTest, announcementsAddedByCommands_areServedAndRemoved)
     EXPECT_THAT(Run({"ad", "list"}).output, StartsWith("1\t"));
 
     EXPECT_EQ(Run({"ad", "remove", "1"}).status, 0);
-    for (int i = 0; i < 100 && Fetch(port, kScripts + "getAd.pl").find("ad_url=\"\"") == std::string::npos;
-         ++i) {
-        ::usleep(100'000);
-    }
-    EXPECT_THAT(Fetch(port, kScripts + "getAd.pl"), HasSubstr("ad_url=\"\""));
+    EXPECT_TRUE(
+        Becomes([&] { return Fetch(port, kScripts + "getAd.pl").find("ad_url=\"\"") != std::string::npos; }));
     EXPECT_EQ(Run({"ad", "remove", "1"}).status, 2);
 }
 
@@ -273,39 +258,27 @@ TEST_F(ServiceTest, release_isRemovedByWhatTheListShows)
     EXPECT_EQ(end.errors, "dusk-beacond: there is no release 1.2.7\n");
 }
 
-TEST_F(ServiceTest, crash_leavesNoCoreWithTheKeysInIt)
-{
-    const auto allowCores = [] {
-        rlimit limit = {};
-        ::getrlimit(RLIMIT_CORE, &limit);
-        limit.rlim_cur = limit.rlim_max;
-        ::setrlimit(RLIMIT_CORE, &limit);
-    };
-    ServiceProcess service(Path(), serve, {}, allowCores);
-    ASSERT_NE(service.AwaitPort(), 0);
-    service.Signal(SIGQUIT);
-    const ProcessEnd end = service.Wait();
-    EXPECT_EQ(end.status, 128 + SIGQUIT);
-    EXPECT_FALSE(end.isCoreDumped);
-}
-
-TEST_F(ServiceTest, log_tellsARepeatedErrorOnce)
+TEST_F(ServiceTest, log_repeatedError_isHeldBackAndThenCounted)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
     beacond::Database((folder / "state/service.db").string()).Execute("DROP TABLE installation");
-    for (int i = 0; i < 20; ++i) {
-        EXPECT_THAT(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42"),
-                    HasSubstr("The text could not be stored."));
-    }
-    service.Signal(SIGTERM);
-    const std::string log = service.Wait().errors;
-    const std::size_t first = log.find("no such table: installation");
-    EXPECT_NE(first, std::string::npos);
-    EXPECT_EQ(log.find("no such table: installation", first + 1), std::string::npos) << log;
+    const auto log = [this] { return Read(folder / "errors"); };
+    int calls = 0;
+    // The error comes again ten seconds after the first.
+    EXPECT_TRUE(Becomes([&] {
+        ++calls;
+        return Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42") !=
+                   "The text could not be stored.\n" ||
+               log().find("\"held_back\"") != std::string::npos;
+    }));
+    const std::string error = "no such table: installation\"";
+    EXPECT_THAT(log(), HasSubstr(error + "}\n"));
+    EXPECT_THAT(log(), HasSubstr(error + ",\"held_back\":" + std::to_string(calls - 2) + "}\n"));
+    EXPECT_EQ(log().find(error, log().find(error) + 1), log().rfind(error));
 }
 
-TEST_F(ServiceTest, startsAreStoredAtTheEnd)
+TEST_F(ServiceTest, term_startsThatWereCounted_areStored)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
