@@ -45,7 +45,7 @@ private:
 
 } // namespace
 
-TEST(Drain, finishesRequestsAndClosesIdleConnections)
+TEST(Drain, requestUnderWay_isAnsweredAndIdleConnectionsAreClosed)
 {
     Gate gate;
     ServerUnderTest under(gate.Handler());
@@ -66,7 +66,7 @@ TEST(Drain, finishesRequestsAndClosesIdleConnections)
     EXPECT_EQ(under.figures.connectionsOpen, 0U);
 }
 
-TEST(Drain, closesAConnectionWithoutAByteOfARequest)
+TEST(Drain, connectionWithoutAByteOfARequest_isClosed)
 {
     HttpOptions options;
     options.headerTime = 60s;
@@ -77,7 +77,7 @@ TEST(Drain, closesAConnectionWithoutAByteOfARequest)
     EXPECT_TRUE(silent.IsClosedSilently());
 }
 
-TEST(Drain, answersARequestThatTheThreadHasNotSeenYet)
+TEST(Drain, requestThatTheThreadHasNotSeenYet_isAnswered)
 {
     std::promise<void> opened;
     std::atomic<bool> isBusy = false;

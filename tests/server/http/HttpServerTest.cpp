@@ -119,7 +119,7 @@ TEST(HttpServer, largeAnswer_arrivesWhole)
         response.body = large;
         co_return response;
     });
-    EXPECT_EQ(BodyOf(Ask(under, "/")) == large, true);
+    EXPECT_TRUE(BodyOf(Ask(under, "/")) == large);
 }
 
 TEST(HttpServer, refusedClientThatStillSends_getsItsAnswer)

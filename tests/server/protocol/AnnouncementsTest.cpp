@@ -107,7 +107,7 @@ TEST(NewerRelease, partsBetweenThePoints_areWholeNumbers)
     }
 }
 
-TEST(IsVersionNumber, numbersAsReleasesHaveThem)
+TEST(IsVersionNumber, numbersOfReleases_areTakenAndOtherTextsAreNot)
 {
     for (const char* const text : {"1", "10", "1.5", "0"}) {
         EXPECT_TRUE(IsVersionNumber(text)) << text;

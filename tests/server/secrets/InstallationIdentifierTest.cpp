@@ -33,7 +33,7 @@ TEST(InstallationIdentifier, made_isOfTheLettersThatGoUnescaped_andTellsItsDay)
     EXPECT_EQ(DayOfInstallationIdentifier(KeyOf(1), identifier), kDay);
 }
 
-TEST(InstallationIdentifier, made_neverTwiceTheSame)
+TEST(InstallationIdentifier, madeManyTimes_isNeverTheSame)
 {
     std::set<std::string> all;
     for (int i = 0; i < 1000; ++i) {
