@@ -7,6 +7,7 @@
 #include "http/ResponseHeader.h"
 #include "http/Worker.h"
 
+#include <boost/asio/post.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/use_awaitable.hpp>
 
@@ -111,6 +112,10 @@ asio::awaitable<bool> Connection::ServeRequests()
         goesOn = co_await ReadRequest(*exchange);
         if (goesOn && exchange->reader.HasMessage()) {
             goesOn = co_await Answer(*exchange);
+        }
+        if (goesOn && exchange->reader.HasBytesLeft()) {
+            // Requests sent at once wait for no event: the other connections and the sweep have their turn.
+            co_await asio::post(m_socket.get_executor(), asio::use_awaitable);
         }
     } while (goesOn && exchange->reader.HasBytesLeft());
     co_return goesOn;

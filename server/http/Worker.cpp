@@ -151,13 +151,13 @@ void Worker::ScheduleSweep()
     if (m_isSweepScheduled) {
         return;
     }
-    m_isSweepScheduled = true;
     m_sweepTimer.expires_after(m_sweepInterval);
     m_sweepTimer.async_wait([this](const boost::system::error_code& failure) {
         if (!failure) {
             Sweep();
         }
     });
+    m_isSweepScheduled = true; // only now: without memory, the next connection schedules it
 }
 
 void Worker::Sweep()
@@ -173,6 +173,11 @@ void Worker::Sweep()
     } else {
         m_lastLateness = m_delay = {};
     }
+}
+
+Worker::Clock::duration Worker::Delay() const
+{
+    return std::max(m_delay, std::min(Clock::now() - m_sweepTimer.expiry(), m_lastLateness));
 }
 
 void Worker::MeasureDelay(Clock::duration late)

@@ -62,8 +62,9 @@ public:
     [[nodiscard]] const HttpOptions& Options() const { return m_options; }
     [[nodiscard]] HttpFigures& Figures() { return m_figures; }
     /// How late this thread runs: the smaller of its last two measures, so that one pause of the machine does
-    /// not count. It sinks by half at each measure, so that shedding does not end and begin in turns.
-    [[nodiscard]] Clock::duration Delay() const { return m_delay; }
+    /// not count. A measure that is overdue counts as it stands. The delay sinks by half at each measure, so
+    /// that shedding does not end and begin in turns.
+    [[nodiscard]] Clock::duration Delay() const;
     [[nodiscard]] std::string_view Date();
     void CountReply(unsigned status);
 
