@@ -12,6 +12,7 @@
 #include <boost/asio/use_awaitable.hpp>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -195,13 +196,22 @@ asio::awaitable<bool> Connection::Answer(Exchange& exchange)
 asio::ip::address Connection::ClientOf(std::string_view forwardedFor)
 {
     const HttpOptions& options = m_worker.Options();
-    if (!forwardedFor.empty() && !options.proxies.Contains(m_peer) && IsLocal(m_peer) &&
-        m_worker.Figures().unlistedProxies.fetch_add(1) == 0) {
-        options.reportWarning(
-            "a loopback or private address sends X-Forwarded-For and is not in http.proxies: "
-            "if it is a proxy, all its clients count as one");
+    HttpFigures& figures = m_worker.Figures();
+    if (!options.proxies.Contains(m_peer)) {
+        if (!forwardedFor.empty() && IsLocal(m_peer) && figures.unlistedProxies.fetch_add(1) == 0) {
+            options.reportWarning(
+                "a loopback or private address sends X-Forwarded-For and is not in http.proxies: "
+                "if it is a proxy, all its clients count as one");
+        }
+        return m_peer;
     }
-    return options.proxies.ClientOf(m_peer, forwardedFor);
+    const std::optional<asio::ip::address> client = options.proxies.ClientIn(forwardedFor);
+    if (!client && figures.unreadableForwards.fetch_add(1) == 0) {
+        options.reportWarning(
+            "an address in http.proxies sends a request without an X-Forwarded-For that can "
+            "be read: if it does so for clients, they count as one");
+    }
+    return client.value_or(m_peer);
 }
 
 asio::awaitable<void> Connection::Refuse(Exchange& exchange)

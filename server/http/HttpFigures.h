@@ -25,6 +25,7 @@ struct HttpFigures
     Count handlerFailures{0};       ///< exceptions of the handler
     Count workerFailures{0};        ///< exceptions outside the handler; the thread goes on
     Count unlistedProxies{0};       ///< requests forwarded by a local address that is not a configured proxy
+    Count unreadableForwards{0};    ///< requests of a configured proxy that name no client
 
     Count headerTimeouts{0};
     Count bodyTimeouts{0};

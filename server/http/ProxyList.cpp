@@ -30,13 +30,29 @@ bool HaveSamePrefix(const Bytes& left, const Bytes& right, unsigned bits)
     return rest == 0 || ((left[whole] ^ right[whole]) >> (8 - rest)) == 0;
 }
 
-std::string_view LastEntry(std::string_view list)
+// Takes the last entry off the list.
+std::string_view TakeLastEntry(std::string_view& list)
 {
     constexpr std::string_view kSpaces = " \t";
-    list.remove_prefix(std::min(list.rfind(',') + 1, list.size()));
-    const std::size_t first = list.find_first_not_of(kSpaces);
-    return first == std::string_view::npos ? std::string_view()
-                                           : list.substr(first, list.find_last_not_of(kSpaces) - first + 1);
+    const std::size_t comma = list.rfind(',');
+    std::string_view entry = list.substr(comma == std::string_view::npos ? 0 : comma + 1);
+    list = list.substr(0, comma == std::string_view::npos ? 0 : comma);
+    entry.remove_prefix(std::min(entry.find_first_not_of(kSpaces), entry.size()));
+    return entry.substr(0, entry.find_last_not_of(kSpaces) + 1);
+}
+
+// "192.0.2.7", "192.0.2.7:51234", "2001:db8::1", "[2001:db8::1]", "[2001:db8::1]:443"
+std::optional<ip::address> AddressOf(std::string_view entry)
+{
+    if (entry.starts_with('[')) {
+        const std::size_t end = entry.find(']');
+        entry = end == std::string_view::npos ? std::string_view() : entry.substr(1, end - 1);
+    } else if (std::count(entry.begin(), entry.end(), ':') == 1) {
+        entry = entry.substr(0, entry.find(':'));
+    }
+    boost::system::error_code failure;
+    const ip::address address = ip::make_address(std::string(entry), failure);
+    return failure ? std::nullopt : std::optional(beacond::Unmapped(address));
 }
 
 } // namespace
@@ -79,14 +95,13 @@ bool ProxyList::Contains(const ip::address& address) const
     });
 }
 
-ip::address ProxyList::ClientOf(const ip::address& peer, std::string_view forwardedFor) const
+std::optional<ip::address> ProxyList::ClientIn(std::string_view forwardedFor) const
 {
-    if (forwardedFor.empty() || !Contains(peer)) {
-        return peer;
-    }
-    boost::system::error_code failure;
-    const ip::address client = ip::make_address(std::string(LastEntry(forwardedFor)), failure);
-    return failure ? peer : Unmapped(client);
+    std::optional<ip::address> client;
+    do {
+        client = AddressOf(TakeLastEntry(forwardedFor));
+    } while (client && Contains(*client) && !forwardedFor.empty());
+    return client;
 }
 
 bool IsLocal(const ip::address& address)

@@ -5,6 +5,7 @@
 #include <boost/asio/ip/address.hpp>
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,10 +23,10 @@ public:
 
     [[nodiscard]] bool Contains(const boost::asio::ip::address& address) const;
 
-    /// The client behind a connection from @p peer: the last entry of @p forwardedFor, the X-Forwarded-For
-    /// that came with the request, if the peer is a proxy and that entry is an address; otherwise the peer.
-    [[nodiscard]] boost::asio::ip::address ClientOf(const boost::asio::ip::address& peer,
-                                                    std::string_view forwardedFor) const;
+    /// The client that @p forwardedFor names, the X-Forwarded-For of a request from a proxy: the last entry
+    /// that is no proxy of this list, with or without a port; the first one if all are proxies. Nothing if
+    /// the entry can't be read.
+    [[nodiscard]] std::optional<boost::asio::ip::address> ClientIn(std::string_view forwardedFor) const;
 
 private:
     using Bytes = std::array<unsigned char, 16>;

@@ -200,6 +200,21 @@ TEST(HttpServer, forwardedByALocalAddressThatIsNoProxy_isWarnedOfOnce)
     EXPECT_EQ(behindProxy.figures.unlistedProxies, 0U);
 }
 
+TEST(HttpServer, proxyThatNamesNoClient_isWarnedOfOnce)
+{
+    Reports reports;
+    HttpOptions options;
+    options.reportWarning = reports.Taker();
+    options.proxies = beacond::ProxyList({"127.0.0.1"});
+    const ServerUnderTest under(AnswerPath, options);
+    (void)Ask(under, "/", "X-Forwarded-For: 203.0.113.9:51234\r\n");
+    EXPECT_EQ(reports.All().size(), 0U);
+    (void)Ask(under, "/", "X-Forwarded-For: unknown\r\n");
+    (void)Ask(under, "/");
+    EXPECT_EQ(under.figures.unreadableForwards, 2U);
+    EXPECT_EQ(reports.All().size(), 1U);
+}
+
 TEST(HttpServer, requestsSentAtOnce_giveWayToOtherConnections)
 {
     constexpr int kRequests = 100;

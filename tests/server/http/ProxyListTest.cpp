@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <stdexcept>
 
 using beacond::ProxyList;
@@ -37,30 +38,36 @@ TEST(ProxyList, badEntry_isNamed)
     }
 }
 
-TEST(ProxyList, forwardedAddress_countsFromAProxyOnly)
+TEST(ProxyList, forwardedAddresses_nameTheClient)
 {
     struct Row
     {
         const char* name;
-        const char* peer;
         const char* forwardedFor;
-        const char* client;
+        std::optional<const char*> client;
     };
     const Row rows[] = {
-        {"one address", "10.0.0.1", "203.0.113.9", "203.0.113.9"},
-        {"the last one", "10.0.0.1", "198.51.100.7, 203.0.113.9", "203.0.113.9"},
-        {"spaces", "10.0.0.1", "198.51.100.7,\t203.0.113.9 ", "203.0.113.9"},
-        {"IPv6", "10.0.0.1", "2001:db8::1", "2001:db8::1"},
-        {"IPv4 in IPv6", "10.0.0.1", "::ffff:203.0.113.9", "203.0.113.9"},
-        {"from elsewhere", "192.0.2.1", "203.0.113.9", "192.0.2.1"},
-        {"nothing", "10.0.0.1", "", "10.0.0.1"},
-        {"no address", "10.0.0.1", "203.0.113.9, unknown", "10.0.0.1"},
-        {"empty last entry", "10.0.0.1", "203.0.113.9, ", "10.0.0.1"},
+        {"one address", "203.0.113.9", "203.0.113.9"},
+        {"the last one", "198.51.100.7, 203.0.113.9", "203.0.113.9"},
+        {"spaces", "198.51.100.7,\t203.0.113.9 ", "203.0.113.9"},
+        {"IPv6", "2001:db8::1", "2001:db8::1"},
+        {"IPv4 in IPv6", "::ffff:203.0.113.9", "203.0.113.9"},
+        {"port", "198.51.100.7, 203.0.113.9:51234", "203.0.113.9"},
+        {"IPv6 and port", "[2001:db8::1]:443", "2001:db8::1"},
+        {"IPv6 in brackets", "[2001:db8::1]", "2001:db8::1"},
+        {"proxies behind it", "198.51.100.7, 203.0.113.9, 10.0.0.2:80,10.0.0.3", "203.0.113.9"},
+        {"proxies only", "10.0.0.2, 10.0.0.3", "10.0.0.2"},
+        {"nothing", "", std::nullopt},
+        {"no address", "203.0.113.9, unknown", std::nullopt},
+        {"no address before a proxy", "203.0.113.9, unknown, 10.0.0.3", std::nullopt},
+        {"empty last entry", "203.0.113.9, ", std::nullopt},
+        {"open bracket", "[2001:db8::1", std::nullopt},
+        {"bracket", "[", std::nullopt},
     };
     const ProxyList list({"10.0.0.0/8"});
     for (const Row& row : rows) {
-        EXPECT_EQ(list.ClientOf(make_address(row.peer), row.forwardedFor), make_address(row.client))
-            << row.name;
+        const auto expected = row.client ? std::optional(make_address(*row.client)) : std::nullopt;
+        EXPECT_EQ(list.ClientIn(row.forwardedFor), expected) << row.name;
     }
 }
 
