@@ -35,7 +35,7 @@ std::optional<std::string> ReasonAgainstWriting(const fs::path& folder)
     while (!fs::exists(present)) {
         present = present.parent_path();
     }
-    // Asking for the permissions would not tell of a file system that takes no files.
+    // access() does not detect a read-only or full file system: create a file.
     std::string name = (present / "check-XXXXXX").string();
     const int file = ::mkostemp(name.data(), O_CLOEXEC);
     if (file < 0) {
@@ -133,12 +133,12 @@ void CheckAddresses(const Settings& settings, Findings& findings)
 {
     const bool isHttps = settings.http.baseUrl.starts_with("https://");
     if (!isHttps) {
-        findings.warnings.push_back("http.base_url: \"" + settings.http.baseUrl +
-                                    "\" is no https address; the world should reach the service by https");
+        findings.warnings.push_back(
+            "http.base_url: \"" + settings.http.baseUrl +
+            "\" is not an https address; clients should reach the service over https");
     }
     if (isHttps && settings.http.proxies.empty()) {
-        findings.warnings.emplace_back(
-            "http.proxies: none; the limits take all clients behind a proxy for one");
+        findings.warnings.emplace_back("http.proxies: empty: all clients behind a proxy share one limit");
     }
 }
 

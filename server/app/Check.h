@@ -16,7 +16,7 @@ struct Findings
     std::vector<std::string> warnings; ///< it would, but not as it should
 };
 
-/// Opens each part as the service would, and changes nothing: what is missing and would be made is not made.
+/// Opens each part as the service would, and creates nothing: a missing file or folder stays missing.
 /// The ports may be free or those of a service that runs.
 [[nodiscard]] Findings CheckParts(const Settings& settings);
 

@@ -11,7 +11,7 @@
 
 namespace beacond {
 
-/// A listener that can't listen; says where and why.
+/// Failure to listen; the text names the address and the reason.
 class ListenError : public std::runtime_error
 {
 public:

@@ -18,8 +18,8 @@ namespace {
 
 constexpr std::chrono::seconds kRepeatWindow{10};
 
-/// Holds repeated warnings and errors back: while the store is away, each request fails with the same text.
-/// spdlog's own filter compares a line with the one before it only, which is that of a request.
+/// Suppresses repeated warnings and errors: while the store is unavailable, each request fails with the same
+/// text. spdlog's own filter compares a line with the one before it only, which is that of a request.
 class RepeatFilter final : public spdlog::sinks::dist_sink<std::mutex>
 {
 private:

@@ -19,7 +19,7 @@ void LogError(std::string_view message);
 /// @param name of the script or page
 void LogRequest(std::string_view name, unsigned status, std::chrono::microseconds duration);
 
-/// @p text as a JSON string, quotes included. Bytes that are no UTF-8 become U+FFFD.
+/// @p text as a JSON string, quotes included. Bytes that are not valid UTF-8 become U+FFFD.
 [[nodiscard]] std::string JsonString(std::string_view text);
 
 } // namespace beacond

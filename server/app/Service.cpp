@@ -40,7 +40,7 @@ using namespace std::chrono_literals;
 // An end takes five seconds at most: the counts of the starts are stored after the last request. Only a disk
 // that hangs takes longer, since a call of the store that has begun can't be broken off.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
-// A change of any other key waits for the next start.
+// A change of any other key needs a restart.
 constexpr std::string_view kKeysOfARunningService[] = {"log.level", "messages.signup_address", "places.file",
                                                        "service.dists"};
 
@@ -82,7 +82,7 @@ private:
 
     const Settings& m_settings;
     const std::filesystem::path m_file;
-    // First and to the end: a signal during the start or the end must not kill the process.
+    // Declared first, so that signals are handled during construction and destruction.
     asio::io_context m_context{1};
     asio::signal_set m_signals{m_context, SIGTERM, SIGINT, SIGHUP};
     Keys m_keys;
@@ -139,16 +139,16 @@ void Service::TakeUp(const Settings& settings)
 void Service::Reload()
 {
     const bool hasFile = !m_file.empty();
-    const std::string parts = hasFile ? "the configuration and the places" : "the places";
+    const std::string parts = hasFile ? "configuration and places" : "places";
     try {
         const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
         TakeUp(settings);
         ReadZonesAgain();
         WarnOfKeysOfTheNextStart(settings);
-        LogInfo(parts + " were read again");
+        LogInfo("the " + parts + " were read again");
         SetLogLevel(settings.log.level);
     } catch (const std::exception& error) {
-        LogError(error.what() + ("; " + parts + " before go on"));
+        LogError(error.what() + ("; the previous " + parts + " stay in use"));
     }
 }
 
@@ -162,7 +162,7 @@ void Service::WarnOfKeysOfTheNextStart(const Settings& settings) const
         }
     }
     if (!waiting.empty()) {
-        LogWarning("taken up at the next start: " + waiting);
+        LogWarning("needs a restart: " + waiting);
     }
 }
 
@@ -185,7 +185,8 @@ void Service::Run()
                                {}};
         },
         m_metricsFigures);
-    // Answers of these go on on the servers' threads, so that they end before the servers, however this ends.
+    // Stop sign-ups and store before the servers are destroyed, also after an exception: their coroutines
+    // resume on the servers' threads.
     const Ending ending{[this] {
         m_signups->Join();
         m_store.reset();

@@ -79,7 +79,7 @@ Settings Read(SettingsReader& reader)
     reader.Take("messages.channels", settings.messages.channels);
     for (const std::string& channel : settings.messages.channels) {
         if (channel != "spool") {
-            reader.Fail("messages.channels", "\"" + channel + "\" is no channel; \"spool\" is one");
+            reader.Fail("messages.channels", "\"" + channel + "\" is not a channel; \"spool\" is one");
         }
     }
     reader.Take("messages.signup_address", settings.messages.signupAddress);

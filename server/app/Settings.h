@@ -32,7 +32,7 @@ private:
 using ListenAddress = boost::asio::ip::tcp::endpoint;
 
 /// The configuration of the service. Each member is a key of the configuration file, described in
-/// server/service.toml.example; what the file does not name has the value given here.
+/// server/service.toml.example; missing keys keep these defaults.
 struct Settings
 {
     struct Http
@@ -95,8 +95,8 @@ struct Settings
 /// The keys whose values differ between two configurations that were read.
 [[nodiscard]] std::vector<std::string> ChangedKeys(const Settings& before, const Settings& after);
 
-/// Throws SettingsError for a file that can't be read, is no TOML, has an unknown key or a value that can't
-/// be used.
+/// Throws SettingsError for a file that can't be read, is not valid TOML, has an unknown key or a value that
+/// can't be used.
 [[nodiscard]] Settings ReadSettings(const std::filesystem::path& file);
 /// The same from a text; @p name stands for the file in errors.
 [[nodiscard]] Settings ParseSettings(std::string_view text, std::string_view name);

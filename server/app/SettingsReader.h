@@ -14,7 +14,7 @@
 
 namespace beacond {
 
-/// Reads the keys of one file, and knows afterwards which of the file's keys were not asked for.
+/// Reads the keys of one file, and records which keys were read, to report unknown ones.
 class SettingsReader final
 {
 public:
@@ -34,9 +34,9 @@ public:
 
     /// Notes a mistake.
     void Fail(std::string_view key, const std::string& reason);
-    /// Throws SettingsError if there was a mistake, or if the file has a key that was not asked for.
+    /// Throws SettingsError if there was a mistake, or if the file has a key that was not read.
     void RequireNoMistake();
-    /// The value of each key that was asked for, as a text.
+    /// The value of each key that was read, as a text.
     [[nodiscard]] const Settings::Values& Values() const { return m_values; }
 
 private:

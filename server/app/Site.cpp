@@ -32,7 +32,7 @@ Response OnlyFor(std::string methods)
     return refusal;
 }
 
-// A name for the log: of a path that exists, the path; otherwise nothing that the client has sent.
+// A name for the log. Only known paths are logged: other paths may hold a secret.
 std::string_view LogName(std::string_view path)
 {
     static constexpr std::string_view kPages[] = {

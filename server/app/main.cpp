@@ -186,15 +186,15 @@ void AddAdCommands(CLI::App& program, Arguments& arguments)
     CLI::App* const ad = program.add_subcommand("ad", "the strips that the program shows");
     ad->require_subcommand(1);
     CLI::App* const add = ad->add_subcommand("add", "adds a strip, whose HTML is read from standard input");
-    add->add_option("--dist", arguments.strip.dist, "distribution that shows it; all without");
-    add->add_option("--country", arguments.strip.country, "two letters; all without")->check(CheckCountry);
+    add->add_option("--dist", arguments.strip.dist, "distribution that shows it (default: all)");
+    add->add_option("--country", arguments.strip.country, "two letters (default: all)")->check(CheckCountry);
     add->add_option("--from", arguments.strip.from, "first day, which begins at midnight UTC")
         ->check(CheckDay);
     add->add_option("--until", arguments.strip.until, "last day, which ends at midnight UTC")
         ->check(CheckDay);
     add->callback([&arguments] { RunAdAdd(arguments); });
-    ad->add_subcommand("list", "lists them")->callback([&arguments] { RunAdList(arguments); });
-    CLI::App* const remove = ad->add_subcommand("remove", "removes one");
+    ad->add_subcommand("list", "lists the strips")->callback([&arguments] { RunAdList(arguments); });
+    CLI::App* const remove = ad->add_subcommand("remove", "removes a strip");
     remove->add_option("id", arguments.stripId, "its number in the list")->required();
     remove->callback([&arguments] { RunAdRemove(arguments); });
 }
@@ -204,8 +204,8 @@ void AddReleaseCommands(CLI::App& program, Arguments& arguments)
     CLI::App* const release =
         program.add_subcommand("release", "the releases that are offered to older ones");
     release->require_subcommand(1);
-    CLI::App* const add = release->add_subcommand("add", "adds one");
-    CLI::App* const remove = release->add_subcommand("remove", "removes one");
+    CLI::App* const add = release->add_subcommand("add", "adds a release");
+    CLI::App* const remove = release->add_subcommand("remove", "removes a release");
     for (CLI::App* const command : {add, remove}) {
         command->add_option("name", arguments.release.name, "the version")
             ->required()
@@ -219,7 +219,9 @@ void AddReleaseCommands(CLI::App& program, Arguments& arguments)
         ->check(CheckPageAddress);
     add->callback([&arguments] { RunReleaseAdd(arguments); });
     remove->callback([&arguments] { RunReleaseRemove(arguments); });
-    release->add_subcommand("list", "lists them")->callback([&arguments] { RunReleaseList(arguments); });
+    release->add_subcommand("list", "lists the releases")->callback([&arguments] {
+        RunReleaseList(arguments);
+    });
 }
 
 void AddMessageCommands(CLI::App& program, Arguments& arguments)
@@ -239,14 +241,14 @@ int RunProgram(int argc, char** argv)
     Arguments arguments;
     program.require_subcommand(1);
     program.fallthrough();
-    program.add_option("--config", arguments.config, "configuration file; defaults without")
+    program.add_option("--config", arguments.config, "configuration file (default: the default of each key)")
         ->check([](const std::string& text) { return text.empty() ? "a path is expected" : std::string(); });
     program.add_subcommand("serve", "answers until SIGTERM")->callback([&] { RunServe(arguments); });
     program.add_subcommand("check", "says what is wrong with the configuration and its parts")->callback([&] {
         RunCheck(arguments);
     });
     CLI::App* const places = program.add_subcommand("import", "makes the places file");
-    places->add_option("--out", arguments.out, "the file; that of the configuration without");
+    places->add_option("--out", arguments.out, "the file (default: places.file of the configuration)");
     places->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();
     places->callback([&] { RunImport(arguments); });
     program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
@@ -262,8 +264,8 @@ int RunProgram(int argc, char** argv)
     }
 }
 
-// The kernel writes a core file to places where the keys must not be. The limit alone does not stop a program
-// that the kernel hands the core to.
+// A core dump would contain the keys. RLIMIT_CORE does not apply to a core_pattern pipe, hence the dumpable
+// flag.
 void KeepKeysOutOfCoreFiles()
 {
     const rlimit none = {0, 0};
@@ -275,7 +277,7 @@ void KeepKeysOutOfCoreFiles()
 
 int main(int argc, char** argv)
 {
-    // Which phone gets a text for which prayer is for the service's own account alone.
+    // Files hold personal data: make them readable by the service's account only.
     ::umask(077);
     KeepKeysOutOfCoreFiles();
     try {

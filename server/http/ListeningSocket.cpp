@@ -82,7 +82,7 @@ tcp::endpoint ParseListenAddress(std::string_view text)
     const auto address = boost::asio::ip::make_address(std::string(host), failure);
     if (failure || problem != std::errc() || stop != end) {
         throw std::invalid_argument("\"" + std::string(text) +
-                                    "\" is no address and port, such as 127.0.0.1:8750 or [::1]:8750");
+                                    "\" is not an address and port, such as 127.0.0.1:8750 or [::1]:8750");
     }
     return {address, port};
 }

@@ -91,14 +91,14 @@ private:
             return "place: not 19 columns";
         const auto id = NumberIn<std::uint32_t>(row[kId]);
         if (!id || *id == 0)
-            return "place: its id is no number";
+            return "place: its id is not a number above 0";
         const auto latitude = UnitsIn(row[kLatitude], 90.0);
         const auto longitude = UnitsIn(row[kLongitude], 180.0);
         if (!latitude || !longitude)
             return "place: latitude or longitude out of range";
         if (!IsText(row[kName]) || Fold(row[kName]).empty() ||
             !(row[kAliases].empty() || IsText(row[kAliases])))
-            return "place: its name is no text";
+            return "place: its name is not valid text";
         if (!IsKnownZone(row[kZone]))
             return "place: unknown time zone";
         const std::string country(row[kCountry]);

@@ -116,7 +116,7 @@ Key Key::FromExistingFile(const std::filesystem::path& file)
         Fail(file);
     }
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-        throw KeyError(file.string() + ": readable by others than its owner; chmod 600 mends that");
+        throw KeyError(file.string() + ": readable by others than its owner; run chmod 600 on it");
     }
     // One byte more than a key has, so that a longer file is seen.
     std::array<unsigned char, kBytes + 1> read{};

@@ -20,8 +20,8 @@ namespace {
 
 const std::string kUsable = "The configuration can be used.\n";
 const std::string kNoHttps =
-    "warning: http.base_url: \"http://localhost:8750\" is no https address; the world should reach the "
-    "service by https\n";
+    "warning: http.base_url: \"http://localhost:8750\" is not an https address; clients should reach "
+    "the service over https\n";
 
 } // namespace
 
@@ -117,7 +117,7 @@ TEST_F(CheckTest, partThatCantBeUsed_isOneLineAndStatusTwo)
          [&] {
              fs::permissions(folder / "state/keys/index.key", fs::perms::owner_all | fs::perms::group_read);
          },
-         "state/keys/index.key: readable by others than its owner; chmod 600 mends that"},
+         "state/keys/index.key: readable by others than its owner; run chmod 600 on it"},
         {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
          "messages.spool: /proc/none: "},
     };

@@ -18,7 +18,7 @@ using testing::Not;
 namespace {
 
 const std::string kTaken = "the configuration and the places were read again";
-const std::string kRefused = "the configuration and the places before go on";
+const std::string kRefused = "the previous configuration and places stay in use";
 
 } // namespace
 
@@ -146,8 +146,8 @@ TEST_F(ReloadTest, keysOfTheNextStart_areNamedInOneWarning)
     Configure("[keys]\nfolder = \"other\"\n[store]\nurl = \"sqlite:state/service.db\"\n"
               "[messages]\nchannels = [\"spool\"]\n[log]\nlevel = \"warning\"\n");
     service.Signal(SIGHUP);
-    ASSERT_TRUE(service.AwaitLog(
-        R"("level":"warning","message":"taken up at the next start: keys.folder, messages.channels")"));
+    ASSERT_TRUE(
+        service.AwaitLog(R"("level":"warning","message":"needs a restart: keys.folder, messages.channels")"));
     EXPECT_EQ(Fetch(port, "/readyz"), "ready\n");
 }
 

@@ -40,7 +40,7 @@ class ServiceLoadTest : public ServiceFixture
 {
 };
 
-// A data race in the program ends it here if the thread sanitizer watches.
+// Under the thread sanitizer a data race in the program ends it here.
 TEST_F(ServiceLoadTest, clientsAndCommandsWhilePlacesAreReadAgain_areAllAnswered)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");

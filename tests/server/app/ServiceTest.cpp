@@ -291,7 +291,7 @@ TEST_F(ServiceTest, term_startsThatWereCounted_areStored)
 TEST_F(ServiceTest, commandLine_mistakesAreStatusTwo)
 {
     for (const std::vector<std::string>& arguments : {std::vector<std::string>{},
-                                                      {"sing"},
+                                                      {"unknown"},
                                                       {"ad"},
                                                       {"release", "add", "one", "6", "https://a/"},
                                                       {"release", "add", "1", "6", "javascript:alert(1)"},

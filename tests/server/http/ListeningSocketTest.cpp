@@ -29,7 +29,7 @@ TEST(ParseListenAddress, anythingElse_isNamed)
             FAIL() << text << endpoint;
         } catch (const std::invalid_argument& error) {
             EXPECT_EQ(error.what(),
-                      "\"" + text + "\" is no address and port, such as 127.0.0.1:8750 or [::1]:8750");
+                      "\"" + text + "\" is not an address and port, such as 127.0.0.1:8750 or [::1]:8750");
         }
     }
 }

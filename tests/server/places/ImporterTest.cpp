@@ -47,13 +47,13 @@ std::ptrdiff_t PlacesFilesIn(const TemporaryFolder& folder)
 TEST(Importer, Import_rowWithAFault_isLeftOutAndCounted)
 {
     EXPECT_EQ(Reason({}), "");
-    EXPECT_EQ(Reason({.id = "x"}), "place: its id is no number");
-    EXPECT_EQ(Reason({.id = "0"}), "place: its id is no number");
+    EXPECT_EQ(Reason({.id = "x"}), "place: its id is not a number above 0");
+    EXPECT_EQ(Reason({.id = "0"}), "place: its id is not a number above 0");
     EXPECT_EQ(Reason({.id = "7"}), "place: its id is there already");
     EXPECT_EQ(Reason({.name = "Good"}), "place: a place of that name at the same point is there already");
-    EXPECT_EQ(Reason({.name = ""}), "place: its name is no text");
-    EXPECT_EQ(Reason({.name = "\xC3("}), "place: its name is no text");
-    EXPECT_EQ(Reason({.name = "--"}), "place: its name is no text");
+    EXPECT_EQ(Reason({.name = ""}), "place: its name is not valid text");
+    EXPECT_EQ(Reason({.name = "\xC3("}), "place: its name is not valid text");
+    EXPECT_EQ(Reason({.name = "--"}), "place: its name is not valid text");
     for (const char* degrees : {"90.1", "nan", "", "1e9", "10N"})
         EXPECT_EQ(Reason({.latitude = degrees}), "place: latitude or longitude out of range") << degrees;
     EXPECT_EQ(Reason({.longitude = "-180.5"}), "place: latitude or longitude out of range");

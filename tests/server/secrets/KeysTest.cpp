@@ -51,7 +51,7 @@ TEST(Keys, fromFile_oneThatOthersCanRead_isRefusedWithItsPath)
     fs::permissions(file, fs::perms::group_read, fs::perm_options::add);
 
     EXPECT_EQ(ErrorOf([&] { (void)Key::FromFile(file); }),
-              file + ": readable by others than its owner; chmod 600 mends that");
+              file + ": readable by others than its owner; run chmod 600 on it");
 }
 
 TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
