@@ -8,7 +8,7 @@ import time
 
 FORM = (b"POST /signup HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/x-www-form-urlencoded\r\n"
         b"Content-Length: 10000\r\n\r\n")
-# What each kind sends at once, and whether it sends a byte now and then afterwards.
+# First bytes of each kind, and whether it sends a byte now and then afterwards.
 KINDS = [(b"", False), (b"GET / HTTP/1.1\r\nHost: localhost\r\nX-Slow: ", True), (FORM, True)]
 SECONDS_OF_A_BYTE = 0.5
 

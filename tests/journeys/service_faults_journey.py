@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The service at its worst, at the start and in the search for places: what the user is told, that the clock goes on, that
+"""Faults of the service, at the start and in the search for places: what the user is told, that the clock goes on, that
 the settings stay whole and that the windows can be used afterwards."""
 import os
 import signal
@@ -186,7 +186,7 @@ def searches(program, service, places, how):
         delete(program, places, f"{name}, Norway")
 
 
-def lying_place(program, service, places):
+def invalid_place(program, service, places):
     """A place that the program could never be started with is refused; with its true latitude it is added."""
     before = hands.Settings(program).read()
     search = open_with(program, service, places, "ok")
@@ -197,7 +197,7 @@ def lying_place(program, service, places):
     service.reply(latitude_final="400")
     search.click(hands.BUTTON, "Add")
     screen.wait_for("the message", lambda: boxes.box(program))
-    hands.picture("service_faults_lying_place")
+    hands.picture("service_faults_invalid_place")
     boxes.answer(program, "Failed to get city info. Please verify internet connection.")
     assert hands.Settings(program).read() == before
     screen.wait_for("the button to be usable", lambda: search.is_usable() and search.is_live(hands.BUTTON, "Add"))
@@ -288,8 +288,8 @@ def main():
                 print("search:", how, flush=True)
                 searches(program, service, places, how)
             hands.picture("service_faults_after_searches")
-            print("search: a place that lies", flush=True)
-            lying_place(program, service, places)
+            print("search: an invalid place", flush=True)
+            invalid_place(program, service, places)
         with start(folder, service, CHICAGO, INSTANT) as program:
             print("search: hang and drip", flush=True)
             endless_searches(program, service, place_windows.open_list(program))

@@ -12,8 +12,8 @@ network; the fault probe=refuse takes the network away. What the protocol doesn'
 HOW is one of: ok, refuse (closes at once), hang (until the script is to behave otherwise, then the reply), drip (a byte a
 second, until the same, then the end in the middle of it), slow (a byte a second, until the same, then the rest), flood
 (far beyond every limit), error (500 with the reply), html, truncated, cut (closes before the length it named), empty, gzip (a
-bomb), loop (redirects to itself), entities (an expansion bomb), certificate (redirects to a door of its own that speaks TLS and
-that nobody vouches for, and prints "refused certificate" when nobody comes in there), utf16, windows1252.
+bomb), loop (redirects to itself), entities (an expansion bomb), certificate (redirects to a TLS port with a
+self-signed certificate, and prints "refused certificate" when the client refuses it), utf16, windows1252.
 """
 import argparse
 import base64
@@ -122,7 +122,7 @@ def packed_bomb():
 
 
 class SecureServer(ThreadingHTTPServer):
-    """Replies as the other door does, over TLS and with a certificate that it has made itself."""
+    """Replies as the plain port does, over TLS with a self-signed certificate."""
     daemon_threads = True
 
     def __init__(self):
@@ -213,8 +213,8 @@ class Handler(BaseHTTPRequestHandler):
         except (BrokenPipeError, ConnectionResetError):
             self.close_connection = True
 
-    def wait_for_mercy(self, script, how, seconds=300):
-        """Waits until the script is to behave otherwise, and answers whether it came to that."""
+    def wait_until_changed(self, script, how, seconds=300):
+        """Waits until the script is to behave otherwise. Answers whether it is before the time is over."""
         deadline = time.monotonic() + seconds
         while time.monotonic() < deadline:
             if self.service.faults.get(script) != how:
@@ -228,21 +228,21 @@ class Handler(BaseHTTPRequestHandler):
             self.close_connection = True
             self.connection.close()
         elif how == "hang":
-            self.wait_for_mercy(script, how)
+            self.wait_until_changed(script, how)
             self.send(data)
         elif how == "drip":
             self.send_endless()
             for byte in data * 100:
                 self.wfile.write(bytes([byte]))
                 self.wfile.flush()
-                if self.wait_for_mercy(script, how, 1):
+                if self.wait_until_changed(script, how, 1):
                     break
         elif how == "slow":
             self.send_endless()
             for sent in range(len(data)):
                 self.wfile.write(data[sent:sent + 1])
                 self.wfile.flush()
-                if self.wait_for_mercy(script, how, 1):
+                if self.wait_until_changed(script, how, 1):
                     self.wfile.write(data[sent + 1:])
                     break
         elif how == "flood":
