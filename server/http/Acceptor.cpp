@@ -20,11 +20,11 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 using boost::system::error_code;
 
-// The connections of the same thread wait meanwhile.
+// Bounds the time in which the thread's other connections are not served.
 constexpr std::size_t kMostAtOnce = 64;
 constexpr std::size_t kMostAtStop = 65'536;
 
-// Without descriptors or memory the next attempt fails too, and the connection goes on waiting.
+// Without descriptors or memory the next attempt fails too, and the connection stays in the backlog.
 constexpr std::chrono::milliseconds kPause{100};
 
 bool IsShortage(int error)

@@ -143,7 +143,7 @@ asio::awaitable<bool> Connection::ReadRequest(Exchange& exchange)
             co_return false;
         }
         if (m_hasAnswered && !reader.HasBytesLeft() && !reader.IsInBody()) {
-            co_return true; // the wait for a request was ended by an event that had been dealt with before
+            co_return true; // a spurious wake-up: the event had been handled before
         }
         m_hasRequest = reader.HasBytesLeft() || reader.IsInBody();
         if (const Phase present = reader.IsInBody() ? Phase::Body : Phase::Header; phase != present) {
@@ -185,7 +185,7 @@ asio::awaitable<bool> Connection::Answer(Exchange& exchange)
     if (!co_await Write(BuffersOf(exchange.header, body))) {
         co_return false;
     }
-    // A client that asked for the end sends nothing more; another one may be about to.
+    // If the client did not ask to close, it may be sending its next request: linger.
     if (!isKept && (reader.IsKeptAlive() || reader.HasUnreadBody() || reader.HasBytesLeft())) {
         co_await Linger(reader);
     }

@@ -53,7 +53,7 @@ private:
 
     // Each answers whether the connection goes on.
     boost::asio::awaitable<bool> ServeRequests();
-    /// Ends without a message if nothing of it has come though the socket was said to be readable.
+    /// Returns true without a message after a spurious wake-up.
     boost::asio::awaitable<bool> ReadRequest(Exchange& exchange);
     boost::asio::awaitable<bool> Answer(Exchange& exchange);
     boost::asio::awaitable<bool> Write(Buffers buffers);

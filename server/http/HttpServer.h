@@ -19,8 +19,7 @@ class HttpServer final
 public:
     /// Begins to answer. Throws std::system_error if a thread or a descriptor is missing.
     /// @param handler is called by all threads at once; its coroutine runs on the thread of its connection.
-    /// One
-    ///   that waits for another thread resumes there through the executor of the coroutine
+    ///   One that waits for another thread resumes there through the executor of the coroutine
     /// @param figures must outlive the server
     HttpServer(ListeningSocket listener, HttpOptions options, Handler handler, HttpFigures& figures);
     /// Ends all connections at once. A handler's coroutine that still waits is destroyed; what would resume

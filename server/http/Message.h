@@ -25,8 +25,8 @@ struct Request
     std::string contentType;
     std::string ifNoneMatch;
     std::string body;
-    boost::asio::ip::address
-        client; ///< the peer, or the forwarded address where the peer is a configured proxy
+    /// The peer, or the forwarded address where the peer is a configured proxy.
+    boost::asio::ip::address client;
     /// How late the thread of the connection runs, as of its last measurements; zero while it keeps up.
     std::chrono::steady_clock::duration delay{};
 };

@@ -12,7 +12,7 @@
 
 namespace beacond {
 
-/// The reverse proxies whose word about a client's address counts.
+/// The reverse proxies that are trusted for X-Forwarded-For.
 class ProxyList final
 {
 public:

@@ -25,9 +25,9 @@ public:
     /// @param text behind the "?"; must outlive the query
     explicit Query(std::string_view text, Plus plus = Plus::Literal);
 
-    /// The value of the first parameter of this very name, empty if there is none. Escapes are decoded once,
-    /// those that are none stay as they stand. The result is UTF-8: bytes that are not are read as
-    /// windows-1252. A control character of ASCII becomes a space.
+    /// The value of the first parameter of this very name, empty if there is none. Escapes are decoded once;
+    /// invalid ones are kept unchanged. The result is UTF-8: bytes that are not are read as windows-1252. A
+    /// control character of ASCII becomes a space.
     [[nodiscard]] std::string Value(std::string_view name) const;
 
 private:

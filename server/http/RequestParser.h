@@ -14,7 +14,7 @@ struct Request;
 
 /// Fills a Request from the pieces that Beast's parser finds, and refuses those messages that two servers
 /// might read differently: a length given twice or in two ways, any transfer coding but "chunked", a Host
-/// that is missing, doubled or no host, a body of a GET.
+/// that is missing, repeated or invalid, a body of a GET.
 class RequestParser final : public boost::beast::http::basic_parser<true>
 {
 public:

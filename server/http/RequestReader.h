@@ -44,7 +44,7 @@ public:
 
     [[nodiscard]] bool HasMessage() const { return m_parser && (m_hasUnreadBody || m_parser->is_done()); }
     [[nodiscard]] const Request& Message() const { return m_request; }
-    /// What the bytes of the request don't say.
+    /// Sets the client's address and the delay of the connection's thread.
     void SetOrigin(const boost::asio::ip::address& client, std::chrono::steady_clock::duration delay)
     {
         m_request.client = client;

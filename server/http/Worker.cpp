@@ -16,7 +16,7 @@ namespace {
 
 namespace asio = boost::asio;
 
-// Beyond it the memory of a busy second is given back.
+// More are freed after a load peak.
 constexpr std::size_t kSpareExchanges = 64;
 
 // Fine enough for the shortest limit, and no more than four times a second.

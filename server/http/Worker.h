@@ -22,8 +22,8 @@ namespace beacond {
 struct HttpFigures;
 struct HttpOptions;
 
-/// The connections of one thread, and what they share. But for Context, Start and the constructor, only that
-/// thread calls it.
+/// The connections of one thread, and what they share. Context() may be used from any thread; everything else
+/// runs on the worker's thread.
 class Worker final
 {
 public:

@@ -23,8 +23,8 @@ bool IsLetterOrDigit(char c)
     return IsLetter(c) || (c >= '0' && c <= '9');
 }
 
-// Of the characters of RFC 5322, section 3.2.3, those that no shell and no option parser knows: an operator's
-// program may hand the address on.
+// Some of the characters of RFC 5322, section 3.2.3. A leading "-" or "'" is refused, so that a program that
+// gets the address does not read it as an option; "'" stays special to a shell.
 bool IsAtom(std::string_view text)
 {
     constexpr std::string_view kMarks = "_+%='-";
@@ -41,19 +41,19 @@ bool IsLabel(std::string_view text)
            std::all_of(text.begin(), text.end(), [](char c) { return IsLetterOrDigit(c) || c == '-'; });
 }
 
-// Whether each piece between the points satisfies the condition.
+// Whether each piece between the dots satisfies the condition.
 template <typename Condition>
 bool IsEachPiece(std::string_view text, Condition condition)
 {
     for (;;) {
-        const std::size_t point = text.find('.');
-        if (!condition(text.substr(0, point))) {
+        const std::size_t dot = text.find('.');
+        if (!condition(text.substr(0, dot))) {
             return false;
         }
-        if (point == std::string_view::npos) {
+        if (dot == std::string_view::npos) {
             return true;
         }
-        text.remove_prefix(point + 1);
+        text.remove_prefix(dot + 1);
     }
 }
 

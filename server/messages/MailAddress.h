@@ -9,8 +9,8 @@
 namespace beacond {
 
 /// A mail address as messages go to it and as it is recognised: white space around it dropped, letters
-/// lower-case. Nothing for a text that is none, or of a rarer form than sign-ups need (quoted or non-ASCII
-/// local parts, address literals, a domain without a dot).
+/// lower-case. Nothing for a text that is not a valid mail address, or has a rarer form than sign-ups need
+/// (quoted or non-ASCII local parts, address literals, a domain without a dot).
 [[nodiscard]] std::optional<std::string> NormalisedMailAddress(std::string_view typed);
 
 } // namespace beacond

@@ -57,8 +57,7 @@ Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, Signu
 {
 }
 
-// The calls of the store and of the channel are named before they are awaited: GCC 12 destroys the captures
-// of a lambda twice that is written into the await.
+// The calls of the store and of the channel are named before they are awaited: see docs/service.md.
 
 boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddress, std::string network,
                                                          std::chrono::sys_seconds now)

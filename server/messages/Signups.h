@@ -50,8 +50,8 @@ public:
 
     [[nodiscard]] bool IsOffered() const { return m_spool != nullptr; }
 
-    /// Signs a mail address up. Answers when the message is handed over; whether the address was known before
-    /// does not show.
+    /// Signs a mail address up. Answers when the message is handed over. The result does not reveal whether
+    /// the address is known.
     /// @param network as of NetworkOf
     [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(std::string typedAddress, std::string network,
                                                          std::chrono::sys_seconds now);

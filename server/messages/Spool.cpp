@@ -75,7 +75,7 @@ Spool::Spool(std::filesystem::path folder)
     if (error) {
         throw ChannelError(m_folder.string() + ": " + error.message());
     }
-    // Shows whether files can be made; the removal takes it.
+    // Create a file to detect an unwritable folder; RemoveUnfinished deletes it.
     ::close(CreateIn(m_folder).descriptor);
     RemoveUnfinished();
 }

@@ -115,7 +115,7 @@ struct Shipped
     std::uint32_t place;
 };
 
-/// A postal code without blanks, in capitals; sorted by the bytes of the code, then the best place first.
+/// A postal code without spaces, in capitals; sorted by the bytes of the code, then the best place first.
 struct Code
 {
     Text code;

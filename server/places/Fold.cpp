@@ -36,7 +36,7 @@ constexpr std::array kLetters = {
     Letter{0x0153, "oe"}, // œ
     Letter{0x0259, "e"},  // ə
     Letter{0x0629, "ه"},  // ة
-    Letter{0x0640, ""},   // lengthening stroke
+    Letter{0x0640, ""},   // tatweel
     Letter{0x0649, "ي"},  // ى
     Letter{0x0671, "ا"},  // ٱ
     Letter{0x06A9, "ك"},  // ک

@@ -12,8 +12,8 @@ namespace beacond {
 struct ImportSources
 {
     std::filesystem::path places; ///< 19 columns, as in GeoNames' cities500.txt
-    std::filesystem::path
-        divisions;                ///< code and name, as in GeoNames' admin1CodesASCII.txt and admin2Codes.txt
+    /// Code and name, as in GeoNames' admin1CodesASCII.txt and admin2Codes.txt.
+    std::filesystem::path divisions;
     std::filesystem::path postal; ///< 12 columns, as in GeoNames' postal codes; the place's name may be empty
     std::filesystem::path regions; ///< the list of countries and states
     std::filesystem::path overlay; ///< corrections

@@ -16,7 +16,7 @@ namespace beacond {
 
 namespace {
 
-// Two and three letters are exactly some code of an airport or an abbreviation too often.
+// Two or three letters often equal an airport code or abbreviation.
 constexpr std::size_t kLettersOfAnAlias = 4;
 // Below that nearly every name lies within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
@@ -77,7 +77,7 @@ private:
         case layout::NameKind::PrimaryWord:
             return kPrimary;
         case layout::NameKind::Alias:
-            // Above the beginnings of names an alias of a hamlet would hide the city that is being typed.
+            // Ranked higher, a hamlet's alias would hide the city being typed.
             return isExact && m_letters >= kLettersOfAnAlias ? kPrimary : kAlias;
         case layout::NameKind::AliasWord:
             break;

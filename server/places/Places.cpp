@@ -140,8 +140,8 @@ const layout::Place* Places::RowOf(std::string_view atlasId) const
                                           });
     if (shipped != m_file.Shipped().end() && m_file.TextAt(shipped->atlasId) == atlasId)
         return &m_file.Places()[shipped->place];
-    // The country before the hyphen is for those who only count: a place keeps its identifier when its
-    // country changes.
+    // The country before the hyphen is for statistics only: a place keeps its identifier when its country
+    // changes.
     const std::size_t mark = atlasId.find('-');
     const std::string_view key = atlasId.substr(mark == std::string_view::npos ? 0 : mark + 1);
     if (!key.starts_with(kKeyMark))

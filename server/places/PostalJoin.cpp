@@ -32,7 +32,7 @@ constexpr int kCellsAround = 1;
 constexpr int kMostCellsAround = 6;
 constexpr std::size_t kMostPlaces = 5;
 constexpr double kReachKm = 40.0;
-// A code's point lies this far from where people count themselves to the nearest place.
+// Distance within which a code's point may miss its place.
 constexpr double kSpreadKm = 2.0;
 // Many small places have no number of inhabitants.
 constexpr double kSmallest = 100.0;

@@ -80,7 +80,7 @@ const Strip* ChooseStrip(const Announcements& announcements, std::string_view id
     if (fitting.empty()) {
         return nullptr;
     }
-    // The next one at each request, which come in that distance, without a memory of who saw which.
+    // Rotate by time: requests come one wait time apart, so no state is kept.
     const auto turn = static_cast<std::uint64_t>(now.time_since_epoch().count()) /
                       static_cast<std::uint64_t>(60 * WaitMinutes(identifier));
     return fitting[(StableHash(identifier) + turn) % fitting.size()];

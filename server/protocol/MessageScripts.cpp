@@ -36,8 +36,8 @@ bool IsClockTime(std::string_view text)
            std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1, text.end(), isDigit);
 }
 
-// The text that a call asks for. Nothing of the request gets into a message but a time of that form; of the
-// place the service's own identifier counts.
+// The text that a call asks for. A message contains only a validated time and the service's own place
+// identifier.
 std::optional<WantedText> TextOf(const Query& query, const Places* places)
 {
     const std::string prayer = TrimmedValue(query, "pno");
@@ -106,8 +106,7 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
     if (!text || identifier.empty()) {
         co_return ScriptReply(XmlReply());
     }
-    // Named before it is awaited: GCC 12 destroys the captures of a lambda twice that is written into the
-    // await.
+    // Named: see docs/service.md.
     auto queue = [installation = HashOfInstallation(identifier), text = *text](Store& store) {
         return store.QueueText(installation, text.prayer, text.time, text.place);
     };

@@ -19,7 +19,7 @@ class StoreThread;
 enum class Confirmation;
 struct Keys;
 
-/// What the scripts that deal with texts have done, for the metrics.
+/// Counters of the scripts that deal with texts, for the metrics.
 struct MessageFigures
 {
     std::atomic<std::uint64_t> textsQueued{0};
@@ -39,7 +39,8 @@ class MessageScripts final
 {
 public:
     /// @param report takes the reason of each failure, for the log, and the alarm about wrong codes
-    /// @param wrongCodesAlarm wrong codes of all within an hour beyond which it comes, once an hour
+    /// @param wrongCodesAlarm report when more wrong codes than this arrive from all clients within an hour,
+    ///   at most once an hour
     MessageScripts(const Keys& keys, StoreThread& store, Report report, int wrongCodesAlarm);
 
     /// Puts a text into the outbox where the call wants one; returns when it is on the disk, long before it

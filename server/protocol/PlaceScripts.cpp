@@ -91,8 +91,7 @@ Response CityInfo(const Places& places, const Query& query, std::chrono::sys_sec
 {
     const auto place = places.ByAtlasId(TrimmedValue(query, "aid"));
     const auto offset = place ? StandardOffset(place->timeZone, now) : std::nullopt;
-    // A place that could stop an older program for good never leaves: the import refuses it, and so does
-    // this.
+    // Older versions fail to start with such a place.
     if (!offset || std::abs(place->latitude) > 90.0 || std::abs(place->longitude) > 180.0 ||
         *offset < std::chrono::hours(-12) || *offset > std::chrono::hours(14)) {
         return ScriptFailure(404, "There is no such place.\n");

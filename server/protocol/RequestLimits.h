@@ -30,8 +30,7 @@ struct LimitOptions
     std::int64_t networkBurst = 20'000;
     std::int64_t installationPerMinute = 60;
     std::int64_t installationBurst = 60;
-    /// The delay of a thread from which on searches are refused, pages at twice, the rest at four times of
-    /// it.
+    /// The delay of a thread from which on searches are refused, pages at twice, the rest at four times this.
     std::chrono::milliseconds overload{250};
 };
 
@@ -46,20 +45,20 @@ struct LimitFigures
 
 struct Refusal
 {
-    bool isByLoad = false; ///< otherwise the client has asked for too much
+    bool isByLoad = false; ///< otherwise the client has exceeded its rate limit
     std::chrono::seconds retryAfter{};
 };
 
-/// A refusal as a page or a script that has nothing better: plain text, which the program reads as a failure.
+/// The reply for requests without a refusal of their own: plain text, which the program reads as a failure.
 [[nodiscard]] Response RefusalReply(const Refusal& refusal);
 
-/// Decides which requests are refused: those of a network or an installation that asks for too much, and
-/// under load the ones that can be missed the most. Thread-safe.
+/// Decides which requests are refused: those of a network or an installation that exceeds its rate limit, and
+/// under load the least important ones first. Thread-safe.
 class RequestLimits final
 {
 public:
     /// @param identifierKey tells the identifiers that the service has given. Any other one, made up or of
-    ///   another service, counts for its network alone: it must cost nothing to have none.
+    ///   another service, counts for its network alone: a client without an identifier must not be worse off.
     RequestLimits(const LimitOptions& options, const Key& identifierKey);
 
     /// Nothing if the request is to be answered.

@@ -27,7 +27,7 @@ struct Keys;
 /// Names of distributions of the program.
 using Distributions = std::set<std::string, std::less<>>;
 
-/// What the scripts answer from. All of it outlives them.
+/// Sources of the scripts, which must outlive them.
 struct ScriptSources
 {
     const Keys& keys;
@@ -39,7 +39,8 @@ struct ScriptSources
     std::function<std::chrono::sys_seconds()> now;
     Report report; ///< takes the reasons of failures
     RequestLimits& limits;
-    int wrongCodesAlarm = 100; ///< wrong personal codes of all within an hour beyond which a report comes
+    /// Report when more wrong codes than this arrive from all clients within an hour, at most once an hour.
+    int wrongCodesAlarm = 100;
 };
 
 /// The requests of the program, each a script under one path. The program doesn't look at the status of a

@@ -13,7 +13,7 @@
 
 namespace beacond {
 
-/// Counts starts of the program in memory until somebody stores them. Thread-safe.
+/// Counts starts of the program in memory until they are stored. Thread-safe.
 class StartCounter final
 {
 public:

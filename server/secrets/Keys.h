@@ -12,7 +12,7 @@
 
 namespace beacond {
 
-/// A key file that can't be read, made or used; says which and why.
+/// Failure to read, make or use a key file; the text names the file and the reason.
 class KeyError : public std::runtime_error
 {
 public:
@@ -36,7 +36,7 @@ public:
 
     /// Keyed BLAKE2b, 32 bytes. Uses of one key are kept apart by @p purpose, of at most 16 bytes.
     [[nodiscard]] std::string Hash(std::string_view purpose, std::string_view text) const;
-    /// Tells two keys apart without telling either.
+    /// Identifies the key without revealing it.
     [[nodiscard]] std::string CheckHash() const { return Hash("check", ""); }
     /// Encrypted and authenticated with a random nonce in front (XChaCha20-Poly1305).
     [[nodiscard]] std::string Seal(std::string_view text) const;

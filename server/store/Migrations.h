@@ -7,8 +7,8 @@
 
 namespace beacond {
 
-/// The steps that bring an empty SQLite file to today's tables, in order. A step that has been released is
-/// never changed: the number of steps that a file has gone through is its version.
+/// The steps that bring an empty SQLite file to the current schema, in order. A step that has been released
+/// is never changed: the number of steps that a file has gone through is its version.
 inline constexpr std::array<std::string_view, 2> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,

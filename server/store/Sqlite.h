@@ -92,7 +92,7 @@ public:
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    /// Without it nothing has happened.
+    /// Commits; the destructor rolls back otherwise.
     void Finish();
 
 private:

@@ -52,17 +52,17 @@ struct Release
     bool operator==(const Release&) const = default;
 };
 
-/// A wish for texts, with the code that will confirm it. Addresses and codes enter sealed or hashed.
+/// A request for texts, with the code that will confirm it. Addresses and codes enter sealed or hashed.
 struct Signup
 {
-    std::string kind;          ///< "mail", "ntfy" or "phone"
+    std::string kind;          ///< "mail"
     std::string sealedAddress; ///< readable with the address key only
     std::string addressIndex;  ///< keyed hash of the normalised address
     std::string codeHash;      ///< keyed hash of the personal code
     std::int64_t lifetime = 0; ///< seconds until the code expires
     std::string road;          ///< how the consent came, such as "form"
     std::string words;         ///< what was consented to
-    std::string domainIndex{}; ///< keyed hash of a mail address's domain; empty for other kinds
+    std::string domainIndex{}; ///< keyed hash of the address's domain
 };
 
 /// Sign-ups of the last 24 hours beyond which a further one is refused.
@@ -97,7 +97,7 @@ struct OutboxRow
     bool operator==(const OutboxRow&) const = default;
 };
 
-/// What changes while the service runs. Each call is one transaction; times are those of the store's own
+/// The service's mutable data. Each call is one transaction; times are those of the store's own
 /// clock, in seconds since 1970. Calls throw StoreError when the store fails; const ones only read. Not
 /// thread-safe: StoreThread owns it.
 class Store
@@ -139,8 +139,8 @@ public:
     [[nodiscard]] virtual Confirmation Confirm(std::string_view codeHash, std::string_view installation) = 0;
     /// Drops the addresses of sign-ups whose code has expired, and what is left of all sign-ups after a day.
     virtual void DropOldSignups() = 0;
-    /// Ends a device and all that hangs on it, sign-ups of its address included. False if there is nothing of
-    /// that address.
+    /// Deletes a device and its dependent rows, sign-ups of its address included. False if there is nothing
+    /// of that address.
     virtual bool Forget(std::string_view addressIndex) = 0;
 
     /// Puts a text into the outbox if @p installation has a confirmed device whose last text for that prayer
@@ -151,7 +151,7 @@ public:
     [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) const = 0;
 
     /// Whether the store was written with that key; remembers the first one of each name.
-    /// @param check a hash of the key that does not tell the key
+    /// @param check identifies the key without revealing it
     [[nodiscard]] virtual bool IsWrittenWith(std::string_view keyName, std::string_view check) = 0;
 
     /// Differs from an earlier answer if another process has changed the store meanwhile.

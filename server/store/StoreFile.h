@@ -14,15 +14,15 @@ class Database;
 /// @param path for the error, here and below
 [[nodiscard]] std::int64_t RequireOurs(Database& database, const std::string& path);
 
-/// Takes a file as the store: an empty one gets today's tables, one of an older version what it lacks. Throws
-/// StoreError, and leaves the file as it is, if another application or a newer version of the service has
-/// written it.
+/// Takes a file as the store: an empty one gets the current schema, one of an older version what it lacks.
+/// Throws StoreError, and leaves the file as it is, if another application or a newer version of the service
+/// has written it.
 void BringUpToDate(Database& database, const std::string& path);
 
-/// Throws StoreError if the file is not a store with today's tables; changes nothing.
+/// Throws StoreError if the file is not a store with the current schema; changes nothing.
 void RequireUpToDate(Database& database, const std::string& path);
 
-/// Writes the version of today's tables.
+/// Writes the version of the current schema.
 void WriteVersion(Database& database);
 
 } // namespace beacond

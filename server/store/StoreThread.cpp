@@ -17,7 +17,7 @@ namespace {
 
 namespace asio = boost::asio;
 
-// Beyond that the disk has been stuck for many seconds, and memory is worth more than one more waiting call.
+// More calls are refused: the disk has been stuck for seconds.
 constexpr std::size_t kMostWaiting = 100'000;
 // Bounds how long the first call of a batch waits for the last one.
 constexpr std::size_t kLargestBatch = 500;

@@ -51,7 +51,7 @@ public:
     boost::asio::awaitable<std::invoke_result_t<Function&, Store&>> Run(Function function)
     {
         const auto call = std::make_shared<StoreCallOf<Function>>(std::move(function));
-        // Named: GCC 12 destroys some temporaries of an await twice.
+        // Named: see docs/service.md.
         const std::shared_ptr<StoreCall> shared = call;
         co_await Wait(shared);
         co_return call->TakeResult();

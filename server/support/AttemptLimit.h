@@ -12,13 +12,13 @@
 
 namespace beacond {
 
-/// Allows each of many names a number of attempts within a while. Thread-safe; in memory only.
+/// Limits the attempts per key within a time window. Thread-safe; in memory only.
 class AttemptLimit final
 {
 public:
     using Time = std::chrono::sys_seconds;
 
-    /// Names that are remembered at once. Beyond that the oldest is forgotten, so that a sender of many
+    /// Keys that are remembered at once. Beyond that the oldest is forgotten, so that a sender of many
     /// addresses can't fill the memory.
     static constexpr std::size_t kMostNames = 100'000;
 

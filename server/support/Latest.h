@@ -22,7 +22,7 @@ public:
     void Set(std::shared_ptr<const Value> value)
     {
         const std::lock_guard lock(m_mutex);
-        m_value.swap(value); // the older one ends with the argument, behind the lock
+        m_value.swap(value); // the older one is destroyed with the argument, after unlocking
     }
 
 private:

@@ -11,7 +11,7 @@
 
 namespace beacond {
 
-/// Holds back a text that is repeated within a while. Not thread-safe.
+/// Suppresses a text that is repeated within a time window. Not thread-safe.
 class RepeatLimit final
 {
 public:
@@ -26,7 +26,7 @@ public:
     {
     }
 
-    /// Nothing if @p text is held back; otherwise how many times it was since it passed last.
+    /// Nothing if @p text is suppressed; otherwise how many times it was since it passed last.
     [[nodiscard]] std::optional<std::size_t> Pass(std::string_view text, Time now);
 
     [[nodiscard]] std::size_t Texts() const { return m_texts.size(); }

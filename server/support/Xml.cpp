@@ -14,7 +14,7 @@ constexpr std::string_view kEmptyEnd = "/>";
 constexpr std::string_view kEnd = "/></root>";
 
 // A white-space character other than a space would be read back as a space, were it not a reference. The
-// other control characters are none of XML 1.0 (section 2.2).
+// other control characters are not allowed in XML 1.0 (section 2.2).
 void AppendSpecial(std::string& text, char character)
 {
     switch (character) {

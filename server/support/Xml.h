@@ -9,9 +9,9 @@
 namespace beacond {
 
 /// Writes a reply: the element `root` with attributes and, below it, elements with attributes and nothing
-/// between them. Values may be any bytes: bytes that are no UTF-8 become U+FFFD, characters that XML can't
-/// carry are left out. Names are taken as they stand and must be names of XML; an element must not get the
-/// same attribute twice.
+/// between them. Values may be any bytes: bytes that are not valid UTF-8 become U+FFFD, characters that XML
+/// does not allow are left out. Names are taken as they stand and must be names of XML; an element must not
+/// get the same attribute twice.
 class XmlReply final
 {
 public:

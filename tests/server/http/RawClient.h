@@ -27,7 +27,7 @@ public:
 
     /// All that comes until the server closes.
     [[nodiscard]] std::string ReadToEnd();
-    /// What comes up to and with @p mark, or all if the server closes before.
+    /// Reads through @p mark, or to the end if the server closes before.
     [[nodiscard]] std::string ReadThrough(std::string_view mark);
     /// Forgets at most a few KiB of what has come, without waiting for more.
     void ReceivePart() const;

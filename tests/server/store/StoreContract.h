@@ -9,7 +9,7 @@
 
 inline constexpr std::int64_t kHour = 3600;
 
-/// What every store does, whatever it keeps its rows in.
+/// Contract of every Store.
 class StoreContract : public testing::Test
 {
 protected:

@@ -113,7 +113,7 @@ TEST_F(StoreThreadTest, run_callThatThrows_failsAlone)
     std::size_t strips = 0;
     Spawn([&]() -> asio::awaitable<void> {
         try {
-            co_await thread.Run([](Store&) -> int { throw StoreError("out of luck"); });
+            co_await thread.Run([](Store&) -> int { throw StoreError("the call fails"); });
         } catch (const StoreError&) {
             ++failed;
         }
