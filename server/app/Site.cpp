@@ -81,7 +81,7 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     if (request.path == kSoundPage) {
         co_return SoundPage();
     }
-    if (request.path == "/" || request.path.empty()) {
+    if (request.path == "/") {
         const auto address = m_signupAddress.Get();
         co_return HomePage(m_signups.IsOffered(), address == nullptr ? std::string_view() : *address);
     }

@@ -21,9 +21,7 @@ struct Request
     Method method = Method::Get;
     std::string path;  ///< the target up to the first "?"
     std::string query; ///< behind the first "?", a "#" and what follows it included
-    std::string host;
     std::string contentType;
-    std::string ifNoneMatch;
     std::string body;
     /// The peer, or the forwarded address where the peer is a configured proxy.
     boost::asio::ip::address client;

@@ -78,19 +78,17 @@ void RequestParser::on_request_impl(Verb method, Text, Text target, int version,
         // Such a body is never read, so its length decides nothing.
         body_limit(boost::none);
     }
-    TakeTarget({target.data(), target.size()}, error);
+    SplitTarget({target.data(), target.size()}, error);
 }
 
-void RequestParser::TakeTarget(std::string_view target, Error& error)
+void RequestParser::SplitTarget(std::string_view target, Error& error)
 {
     std::string& path = m_request.path;
     if (const std::size_t scheme = SchemeLength(target); scheme > 0) {
-        m_hasAbsoluteTarget = true;
         target.remove_prefix(scheme);
-        const std::size_t end = std::min(target.find_first_of("/?#"), target.size());
-        m_request.host = target.substr(0, end);
-        target.remove_prefix(end);
-        if (m_request.host.empty() || !IsHost(m_request.host)) {
+        const std::string_view host = target.substr(0, target.find_first_of("/?#"));
+        target.remove_prefix(host.size());
+        if (host.empty() || !IsHost(host)) {
             error = http::error::bad_target;
             return;
         }
@@ -108,19 +106,6 @@ void RequestParser::TakeTarget(std::string_view target, Error& error)
     }
 }
 
-void RequestParser::TakeHost(std::string_view host, Error& error)
-{
-    if (m_hasHost || !IsHost(host)) {
-        error = http::error::bad_value;
-        return;
-    }
-    m_hasHost = true;
-    // The host of the target counts before that of the field (RFC 9112, section 3.2.2).
-    if (!m_hasAbsoluteTarget) {
-        m_request.host = host;
-    }
-}
-
 void RequestParser::on_field_impl(Field name, Text nameText, Text value, Error& error)
 {
     if (m_isHeaderDone) {
@@ -129,13 +114,13 @@ void RequestParser::on_field_impl(Field name, Text nameText, Text value, Error& 
     const std::string_view text(value.data(), value.size());
     switch (name) {
     case Field::host:
-        TakeHost(text, error);
+        if (m_hasHost || !IsHost(text)) {
+            error = http::error::bad_value;
+        }
+        m_hasHost = true;
         break;
     case Field::content_type:
         m_request.contentType = text;
-        break;
-    case Field::if_none_match:
-        m_request.ifNoneMatch = text;
         break;
     case Field::content_length:
         if (m_hasLength || !IsNumber(text)) {

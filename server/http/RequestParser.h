@@ -44,14 +44,12 @@ private:
     std::size_t on_chunk_body_impl(std::uint64_t remaining, Text body, Error& error) override;
     void on_finish_impl(Error& error) override;
 
-    void TakeTarget(std::string_view target, Error& error);
-    void TakeHost(std::string_view host, Error& error);
+    void SplitTarget(std::string_view target, Error& error);
 
     Request& m_request;
     std::string m_forwardedFor;
     bool m_isHttp11 = false;
     bool m_hasHost = false;
-    bool m_hasAbsoluteTarget = false;
     bool m_hasLength = false;
     bool m_isHeaderDone = false;
     bool m_expectsContinue = false;

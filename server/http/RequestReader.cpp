@@ -14,8 +14,7 @@ namespace http = boost::beast::http;
 // Keeps the memory of the texts for the next request.
 void Empty(beacond::Request& request)
 {
-    for (std::string* text : {&request.path, &request.query, &request.host, &request.contentType,
-                              &request.ifNoneMatch, &request.body}) {
+    for (std::string* text : {&request.path, &request.query, &request.contentType, &request.body}) {
         text->clear();
     }
 }

@@ -74,20 +74,19 @@ std::size_t Places::Count(std::string_view stateId, std::string_view letters) co
     return scope ? FindPlaces(m_file, *scope, FoldLetters(letters)).size() : 0;
 }
 
-SearchResult Places::Search(std::string_view stateId, std::string_view letters, std::size_t most) const
+std::vector<Match> Places::Search(std::string_view stateId, std::string_view letters, std::size_t most) const
 {
-    SearchResult result;
     const layout::Scope* scope = ScopeOf(stateId);
     if (!scope)
-        return result;
+        return {};
     std::vector<FoundPlace> found = FindPlaces(m_file, *scope, FoldLetters(letters));
-    result.total = found.size();
     KeepBest(found, most);
     const bool wholeCountry = stateId.find('-') == std::string_view::npos;
-    result.matches.reserve(found.size());
+    std::vector<Match> matches;
+    matches.reserve(found.size());
     for (const FoundPlace& place : found)
-        result.matches.push_back(MatchOf(place.place, wholeCountry));
-    return result;
+        matches.push_back(MatchOf(place.place, wholeCountry));
+    return matches;
 }
 
 std::vector<Match> Places::ByZip(std::string_view code) const
@@ -122,7 +121,6 @@ std::optional<Place> Places::ByAtlasId(std::string_view id) const
     if (row->elevation != layout::kNoElevation)
         place.elevation = row->elevation;
     place.timeZone = m_file.TextAt(m_file.Zones()[row->zone]);
-    place.population = row->population;
     return place;
 }
 

@@ -30,12 +30,6 @@ struct Match
     std::string atlasId;
 };
 
-struct SearchResult
-{
-    std::size_t total = 0;      ///< of all places that match
-    std::vector<Match> matches; ///< the best of them, best first
-};
-
 struct Place
 {
     std::string key; ///< a valid XML name, the same for ever
@@ -47,7 +41,6 @@ struct Place
     double longitude = 0.0; ///< degrees, east positive, five decimals
     std::optional<int> elevation; ///< metres
     std::string timeZone;         ///< name in the tz database
-    std::uint32_t population = 0; ///< 0 where it is not known
 };
 
 /// All places of one places file. Any number of threads may ask at once.
@@ -66,9 +59,9 @@ public:
     /// The number of places of a country or state that match the letters; 0 for an unknown id or no letters.
     [[nodiscard]] std::size_t Count(std::string_view stateId, std::string_view letters) const;
 
-    /// The same places, the `most` best of them.
-    [[nodiscard]] SearchResult Search(std::string_view stateId, std::string_view letters,
-                                      std::size_t most) const;
+    /// The `most` best of the same places, best first.
+    [[nodiscard]] std::vector<Match> Search(std::string_view stateId, std::string_view letters,
+                                            std::size_t most) const;
 
     /// The places of a postal code, the best first; none if the code is unknown. Takes any case and spacing,
     /// and ZIP+4.

@@ -39,7 +39,7 @@ Response CityList(const Cities& cities)
 {
     XmlReply reply;
     for (const auto& city : cities) {
-        if (reply.Children() == kMostCities || reply.Size() > kLargestReply - 1024) {
+        if (reply.Size() > kLargestReply - 1024) {
             break;
         }
         reply.Child().Attribute("city", city.city).Attribute("atlas_id", city.atlasId);
@@ -84,7 +84,7 @@ Response NumberOfCities(const Places& places, const Query& query, std::chrono::s
 
 Response Cities(const Places& places, const Query& query, std::chrono::sys_seconds /*now*/)
 {
-    return CityList(places.Search(StateId(query), TrimmedValue(query, "city_string"), kMostCities).matches);
+    return CityList(places.Search(StateId(query), TrimmedValue(query, "city_string"), kMostCities));
 }
 
 Response CityInfo(const Places& places, const Query& query, std::chrono::sys_seconds now)
@@ -92,8 +92,7 @@ Response CityInfo(const Places& places, const Query& query, std::chrono::sys_sec
     const auto place = places.ByAtlasId(TrimmedValue(query, "aid"));
     const auto offset = place ? StandardOffset(place->timeZone, now) : std::nullopt;
     // Older versions fail to start with such a place.
-    if (!offset || std::abs(place->latitude) > 90.0 || std::abs(place->longitude) > 180.0 ||
-        *offset < std::chrono::hours(-12) || *offset > std::chrono::hours(14)) {
+    if (!offset || *offset < std::chrono::hours(-12) || *offset > std::chrono::hours(14)) {
         return ScriptFailure(404, "There is no such place.\n");
     }
     XmlReply reply;

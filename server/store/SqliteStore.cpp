@@ -178,12 +178,11 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
 std::vector<OutboxRow> SqliteStore::Outbox(std::size_t most) const
 {
     std::vector<OutboxRow> texts;
-    Statement rows =
-        m_database.Run("SELECT id, device, prayer, time, place, queued_at FROM outbox ORDER BY id LIMIT ?");
+    Statement rows = m_database.Run("SELECT id, device, prayer, time, place FROM outbox ORDER BY id LIMIT ?");
     rows.Bind(static_cast<std::int64_t>(most));
     while (rows.Step()) {
         texts.push_back({rows.Integer(0), rows.Integer(1), static_cast<int>(rows.Integer(2)), rows.Text(3),
-                         rows.Text(4), rows.Integer(5)});
+                         rows.Text(4)});
     }
     return texts;
 }

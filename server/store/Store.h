@@ -92,7 +92,6 @@ struct OutboxRow
     int prayer = 0;    ///< 1 Fajr to 6 Isha
     std::string time;  ///< local, "5:07"
     std::string place; ///< atlas_id
-    std::int64_t queuedAt = 0;
 
     bool operator==(const OutboxRow&) const = default;
 };

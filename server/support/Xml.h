@@ -23,7 +23,6 @@ public:
     /// Begins the next child. The name must be unique among the children.
     XmlReply& Child(std::string_view name);
 
-    [[nodiscard]] std::size_t Children() const { return m_children; }
     /// The length of the document in bytes if it ended here.
     [[nodiscard]] std::size_t Size() const;
 

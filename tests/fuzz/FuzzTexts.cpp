@@ -10,7 +10,6 @@
 #include "places/TypingError.h"
 #include "protocol/PlaceScripts.h"
 #include "server/places/SmallTables.h"
-#include "support/Base64.h"
 #include "support/Utf8.h"
 #include "support/Xml.h"
 
@@ -67,16 +66,6 @@ void CheckXml(const std::string& value)
     const std::string read = WrittenAndRead(value);
     Demand(Printable(read) == Printable(value), "a printable character is read as it was written");
     Demand(WrittenAndRead(read) == read, "a value that XML can carry is read as it was written");
-}
-
-void CheckBase64(const std::string& bytes)
-{
-    Demand(DecodeBase64(EncodeBase64(bytes)) == bytes && DecodeBase64Url(EncodeBase64Url(bytes)) == bytes,
-           "what was encoded decodes to itself");
-    const auto decoded = DecodeBase64(bytes);
-    const auto decodedUrl = DecodeBase64Url(bytes);
-    Demand(!decoded || EncodeBase64(*decoded) == bytes, "bytes have one encoding");
-    Demand(!decodedUrl || EncodeBase64Url(*decodedUrl) == bytes, "bytes have one encoding for an address");
 }
 
 void CheckJson(const std::string& text)
@@ -171,7 +160,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string text(reinterpret_cast<const char*>(data), size);
     CheckXml(text);
-    CheckBase64(text);
     CheckJson(text);
     CheckTyped(text);
     CheckFold(text);

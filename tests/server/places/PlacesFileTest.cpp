@@ -42,7 +42,8 @@ void AskAll(const Places& places)
 {
     for (const beacond::State& state : places.States()) {
         for (const char* letters : {"s", "spr", "sprignfield", "riy", "الر"})
-            EXPECT_EQ(places.Search(state.id, letters, 10).total, places.Count(state.id, letters));
+            EXPECT_EQ(places.Search(state.id, letters, 10).size(),
+                      std::min<std::size_t>(places.Count(state.id, letters), 10));
     }
     for (const char* id : {"US-G1", "US-G2", "SA-Riyadh", "SA-G3"})
         (void)places.ByAtlasId(id);

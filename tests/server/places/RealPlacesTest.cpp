@@ -128,9 +128,8 @@ TEST_F(RealPlaces, Search_rowsOfOneList_allDiffer)
 {
     for (const beacond::State& state : s_places->States()) {
         for (char letter = 'a'; letter <= 'z'; ++letter) {
-            const beacond::SearchResult result = s_places->Search(state.id, std::string(1, letter), 100'000);
             std::unordered_set<std::string_view> cities;
-            for (const beacond::Match& match : result.matches)
+            for (const beacond::Match& match : s_places->Search(state.id, std::string(1, letter), 100'000))
                 ASSERT_TRUE(cities.insert(match.city).second) << state.id << " " << match.city;
         }
     }

@@ -21,7 +21,6 @@ TEST(XmlReply, attributesBeforeChildren_areTheRootsOwn)
     reply.Child().Attribute("city", "Makkah").Attribute("atlas_id", "SA-G104515");
     reply.Child();
     reply.Child("G42").Attribute("city", "Ma'an");
-    EXPECT_EQ(reply.Children(), 3U);
     const std::size_t size = reply.Size();
     const std::string text = reply.Take();
     EXPECT_EQ(text, R"(<root num_matches="2" max_matches="200"><c1 city="Makkah" atlas_id="SA-G104515"/>)"
