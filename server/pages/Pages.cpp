@@ -3,6 +3,7 @@
 #include "pages/Pages.h"
 
 #include "store/Store.h"
+#include "support/Xml.h"
 
 #include <string>
 
@@ -23,27 +24,7 @@ constexpr std::string_view kStyle =
 std::string Escaped(std::string_view text)
 {
     std::string escaped;
-    for (const char character : text) {
-        switch (character) {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '>':
-            escaped += "&gt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        case '\'':
-            escaped += "&#39;";
-            break;
-        default:
-            escaped += character;
-        }
-    }
+    AppendEscaped(escaped, text);
     return escaped;
 }
 

@@ -54,6 +54,10 @@ bool IsPlain(char character)
            character != '\'';
 }
 
+} // namespace
+
+namespace beacond {
+
 void AppendEscaped(std::string& text, std::string_view value)
 {
     while (!value.empty()) {
@@ -65,7 +69,7 @@ void AppendEscaped(std::string& text, std::string_view value)
         if (value.empty()) {
             return;
         }
-        const std::size_t length = beacond::Utf8SequenceLength(value);
+        const std::size_t length = Utf8SequenceLength(value);
         if (length == 1) {
             AppendSpecial(text, value.front());
         } else if (length == 0) {
@@ -77,10 +81,6 @@ void AppendEscaped(std::string& text, std::string_view value)
         value.remove_prefix(length == 0 ? 1 : length);
     }
 }
-
-} // namespace
-
-namespace beacond {
 
 XmlReply& XmlReply::Attribute(std::string_view name, std::string_view value)
 {

@@ -8,10 +8,13 @@
 
 namespace beacond {
 
+/// Appends @p value as a quoted attribute or a text of XML or HTML holds it. Any bytes may come: those that
+/// are not valid UTF-8 become U+FFFD, characters that XML does not allow are left out.
+void AppendEscaped(std::string& text, std::string_view value);
+
 /// Writes a reply: the element `root` with attributes and, below it, elements with attributes and nothing
-/// between them. Values may be any bytes: bytes that are not valid UTF-8 become U+FFFD, characters that XML
-/// does not allow are left out. Names are taken as they stand and must be names of XML; an element must not
-/// get the same attribute twice.
+/// between them. Values are escaped. Names are taken as they stand and must be names of XML; an element must
+/// not get the same attribute twice.
 class XmlReply final
 {
 public:
