@@ -5,6 +5,7 @@
 #include "http/HttpFigures.h"
 #include "http/HttpOptions.h"
 #include "http/ListeningSocket.h"
+#include "support/Network.h"
 
 #include <boost/asio/post.hpp>
 #include <sys/socket.h>

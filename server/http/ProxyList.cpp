@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "http/ProxyList.h"
 
+#include "support/Network.h"
+
 #include <boost/asio/ip/address_v6.hpp>
 
 #include <algorithm>
@@ -109,13 +111,6 @@ bool IsLocal(const ip::address& address)
     static const ProxyList kLocal({"127.0.0.0/8", "10.0.0.0/8", "172.16.0.0/12", "192.168.0.0/16",
                                    "169.254.0.0/16", "::1", "fc00::/7", "fe80::/10"});
     return kLocal.Contains(address);
-}
-
-ip::address Unmapped(const ip::address& address)
-{
-    return address.is_v6() && address.to_v6().is_v4_mapped()
-               ? ip::make_address_v4(ip::v4_mapped, address.to_v6())
-               : address;
 }
 
 } // namespace beacond

@@ -44,7 +44,4 @@ private:
 /// Whether a proxy of the same operator may have this address: the loopback, a private or link-local network.
 [[nodiscard]] bool IsLocal(const boost::asio::ip::address& address);
 
-/// The IPv4 address that an IPv6 one stands for (::ffff:192.0.2.1), or the address itself.
-[[nodiscard]] boost::asio::ip::address Unmapped(const boost::asio::ip::address& address);
-
 } // namespace beacond

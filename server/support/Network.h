@@ -9,6 +9,9 @@
 
 namespace beacond {
 
+/// The IPv4 address that an IPv6 one stands for (::ffff:192.0.2.1), or the address itself.
+[[nodiscard]] boost::asio::ip::address Unmapped(const boost::asio::ip::address& address);
+
 /// The name under which the limits of one client are counted: an IPv4 address, or the /64 of an IPv6 address,
 /// which is what one household gets.
 [[nodiscard]] std::string NetworkOf(const boost::asio::ip::address& address);

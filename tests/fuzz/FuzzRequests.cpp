@@ -5,6 +5,7 @@
 #include "http/ProxyList.h"
 #include "http/Query.h"
 #include "http/RequestReader.h"
+#include "support/Network.h"
 #include "support/Utf8.h"
 
 #include <algorithm>
