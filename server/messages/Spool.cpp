@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Spool.h"
 
+#include "support/DurableFile.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -21,21 +23,6 @@ constexpr std::string_view kPrefix = "message-";
     throw ChannelError(path.string() + ": " + std::strerror(reason));
 }
 
-bool WriteAll(int descriptor, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
 struct NewFile
 {
     std::string name;
@@ -53,26 +40,12 @@ NewFile CreateIn(const std::filesystem::path& folder)
     return file;
 }
 
-bool SyncFolder(const std::filesystem::path& folder)
-{
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    const bool isSynced = descriptor >= 0 && ::fsync(descriptor) == 0;
-    if (descriptor >= 0) {
-        ::close(descriptor);
-    }
-    return isSynced;
-}
-
 } // namespace
 
 Spool::Spool(std::filesystem::path folder)
     : m_folder(std::move(folder))
 {
-    std::error_code error;
-    if (std::filesystem::create_directories(m_folder, error)) {
-        std::filesystem::permissions(m_folder, std::filesystem::perms::owner_all, error);
-    }
-    if (error) {
+    if (const std::error_code error = MakePrivateFolder(m_folder)) {
         throw ChannelError(m_folder.string() + ": " + error.message());
     }
     // Create a file to detect an unwritable folder; RemoveUnfinished deletes it.

@@ -3,6 +3,7 @@
 #include "places/FileContents.h"
 
 #include "places/PlacesError.h"
+#include "support/DurableFile.h"
 
 #include <fcntl.h>
 #include <lzma.h>
@@ -85,12 +86,8 @@ public:
 
     void Write(std::string_view bytes)
     {
-        while (!bytes.empty()) {
-            const ssize_t written = write(m_file, bytes.data(), bytes.size());
-            if (written < 0 && errno != EINTR)
-                Fail();
-            bytes.remove_prefix(written > 0 ? static_cast<std::size_t>(written) : 0);
-        }
+        if (!WriteAll(m_file, bytes))
+            Fail();
     }
 
     void PutInPlace()
@@ -99,15 +96,7 @@ public:
             rename(m_name.c_str(), m_target.c_str()) != 0)
             Fail();
         m_name.clear();
-        // Without this a power cut could bring the older file back.
-        const std::filesystem::path parent = m_target.has_parent_path() ? m_target.parent_path() : ".";
-        const int folder = open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        const bool synced = folder >= 0 && fsync(folder) == 0;
-        const int error = errno;
-        if (folder >= 0)
-            close(folder);
-        errno = error;
-        if (!synced)
+        if (!SyncFolder(m_target.parent_path()))
             Fail();
     }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "secrets/Keys.h"
 
+#include "support/DurableFile.h"
+
 #include <fcntl.h>
 #include <sodium.h>
 #include <sys/stat.h>
@@ -69,9 +71,8 @@ void MakeKeyFile(const std::filesystem::path& file)
     if (temporary.Number() < 0) {
         Fail(file);
     }
-    const bool isWritten =
-        ::write(temporary.Number(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()) &&
-        ::fsync(temporary.Number()) == 0;
+    const std::string_view content(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    const bool isWritten = WriteAll(temporary.Number(), content) && ::fsync(temporary.Number()) == 0;
     sodium_memzero(bytes.data(), bytes.size());
     const bool isLinked = isWritten && (::link(name.c_str(), file.c_str()) == 0 || errno == EEXIST);
     const int reason = errno;
@@ -80,8 +81,7 @@ void MakeKeyFile(const std::filesystem::path& file)
         errno = reason;
         Fail(file);
     }
-    const Descriptor folder(::open(file.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.Number() < 0 || ::fsync(folder.Number()) != 0) {
+    if (!SyncFolder(file.parent_path())) {
         Fail(file);
     }
 }
@@ -170,11 +170,7 @@ std::string Key::Unseal(std::string_view sealed) const
 
 Keys Keys::FromFolder(const std::filesystem::path& folder)
 {
-    std::error_code error;
-    if (std::filesystem::create_directories(folder, error)) {
-        std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
-    }
-    if (error) {
+    if (const std::error_code error = MakePrivateFolder(folder)) {
         throw KeyError(folder.string() + ": " + error.message());
     }
     const auto& [identifier, address, index] = kFileNames;
