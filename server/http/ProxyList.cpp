@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "http/ProxyList.h"
 
+#include "support/Ascii.h"
 #include "support/Network.h"
 
 #include <boost/asio/ip/address_v6.hpp>

@@ -76,11 +76,4 @@ std::string Query::Value(std::string_view name) const
     return value;
 }
 
-std::string_view Trimmed(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 } // namespace beacond

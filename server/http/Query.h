@@ -42,7 +42,4 @@ private:
     std::size_t m_count = 0;
 };
 
-/// @p text without the spaces at both ends.
-[[nodiscard]] std::string_view Trimmed(std::string_view text);
-
 } // namespace beacond

@@ -3,6 +3,7 @@
 #include "http/RequestParser.h"
 
 #include "http/Message.h"
+#include "support/Ascii.h"
 
 #include <boost/beast/core/string.hpp>
 #include <boost/beast/http/error.hpp>
@@ -30,10 +31,7 @@ beacond::Method MethodOf(http::verb verb)
 
 bool IsHostCharacter(char character)
 {
-    const auto isBetween = [character](char first, char last) {
-        return character >= first && character <= last;
-    };
-    return isBetween('a', 'z') || isBetween('A', 'Z') || isBetween('0', '9') ||
+    return beacond::IsLetterOrDigit(character) ||
            std::string_view("-._~%:[]").find(character) != std::string_view::npos;
 }
 
@@ -44,8 +42,7 @@ bool IsHost(std::string_view text)
 
 bool IsNumber(std::string_view text)
 {
-    return !text.empty() &&
-           std::all_of(text.begin(), text.end(), [](char each) { return each >= '0' && each <= '9'; });
+    return !text.empty() && std::all_of(text.begin(), text.end(), &beacond::IsDigit);
 }
 
 // The length of "http://" or "https://" at the start of a target, else 0.

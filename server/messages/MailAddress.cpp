@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/MailAddress.h"
 
+#include "support/Ascii.h"
+
 #include <algorithm>
 
 namespace beacond {
@@ -12,16 +14,6 @@ namespace {
 constexpr std::size_t kLongest = 254;
 constexpr std::size_t kLongestLocalPart = 64;
 constexpr std::size_t kLongestLabel = 63;
-
-bool IsLetter(char c)
-{
-    return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
-
-bool IsLetterOrDigit(char c)
-{
-    return IsLetter(c) || (c >= '0' && c <= '9');
-}
 
 // Some of the characters of RFC 5322, section 3.2.3. A leading "-" or "'" is refused, so that a program that
 // gets the address does not read it as an option; "'" stays special to a shell.
@@ -65,30 +57,18 @@ bool IsHost(std::string_view text)
            IsEachPiece(text, IsLabel);
 }
 
-std::string_view WithoutSpace(std::string_view text)
-{
-    constexpr std::string_view kSpace = " \t\r\n";
-    const std::size_t first = std::min(text.find_first_not_of(kSpace), text.size());
-    text.remove_prefix(first);
-    return text.substr(0, text.find_last_not_of(kSpace) + 1);
-}
-
 } // namespace
 
 std::optional<std::string> NormalisedMailAddress(std::string_view typed)
 {
-    const std::string_view text = WithoutSpace(typed);
+    const std::string_view text = Trimmed(typed, " \t\r\n");
     const std::size_t at = text.find('@');
     if (text.size() > kLongest || at == std::string_view::npos || at > kLongestLocalPart ||
         !IsEachPiece(text.substr(0, at), IsAtom) || !IsHost(text.substr(at + 1))) {
         return std::nullopt;
     }
     std::string address(text);
-    for (char& character : address) {
-        if (character >= 'A' && character <= 'Z') {
-            character = static_cast<char>(character - 'A' + 'a');
-        }
-    }
+    std::transform(address.begin(), address.end(), address.begin(), &ToLower);
     return address;
 }
 

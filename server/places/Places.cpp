@@ -7,6 +7,7 @@
 #include "places/Matching.h"
 #include "places/Numbers.h"
 #include "places/PostalJoin.h"
+#include "support/Ascii.h"
 
 #include <algorithm>
 #include <cstring>
@@ -34,7 +35,7 @@ constexpr std::size_t kCanadianArea = 3;
 
 bool IsDigits(std::string_view text)
 {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return std::all_of(text.begin(), text.end(), &IsDigit);
 }
 
 } // namespace

@@ -8,6 +8,7 @@
 #include "places/ImportReport.h"
 #include "places/Numbers.h"
 #include "places/TextTable.h"
+#include "support/Ascii.h"
 
 #include <algorithm>
 #include <cmath>
@@ -143,10 +144,8 @@ std::string NormalPostalCode(std::string_view code)
 {
     std::string normal;
     for (const char c : code) {
-        if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z'))
-            normal.push_back(c);
-        else if (c >= 'a' && c <= 'z')
-            normal.push_back(static_cast<char>(c - 'a' + 'A'));
+        if (IsLetterOrDigit(c))
+            normal.push_back(ToUpper(c));
     }
     return normal;
 }

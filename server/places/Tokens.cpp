@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "places/Tokens.h"
 
+#include "support/Ascii.h"
+
 #include <algorithm>
 #include <array>
 
@@ -13,22 +15,12 @@ constexpr std::array<std::string_view, 13> kWordsOfTheSettings = {
     "DefaultAd", "alerts",    "app",     "asr",  "current", "duhr",   "fajr",
     "isha",      "locations", "maghrib", "root", "shuruq",  "version"};
 
-bool IsLetter(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
 } // namespace
 
 bool IsToken(std::string_view text)
 {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
-        return IsLetter(c) || IsDigit(c) || c == '.' || c == '_' || c == '~' || c == '-';
+        return IsLetterOrDigit(c) || c == '.' || c == '_' || c == '~' || c == '-';
     });
 }
 

@@ -7,6 +7,7 @@
 #include "protocol/Reply.h"
 #include "secrets/Keys.h"
 #include "store/StoreThread.h"
+#include "support/Ascii.h"
 #include "support/Network.h"
 
 #include <algorithm>
@@ -30,10 +31,9 @@ struct WantedText
 bool IsClockTime(std::string_view text)
 {
     const std::size_t colon = text.find(':');
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     return (colon == 1 || colon == 2) && text.size() == colon + 3 &&
-           std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(colon), isDigit) &&
-           std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1, text.end(), isDigit);
+           std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(colon), &IsDigit) &&
+           std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1, text.end(), &IsDigit);
 }
 
 // The text that a call asks for. A message contains only a validated time and the service's own place

@@ -5,6 +5,7 @@
 #include "places/Places.h"
 #include "places/ZoneOffset.h"
 #include "protocol/Reply.h"
+#include "support/Ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -51,11 +52,7 @@ Response CityList(const Cities& cities)
 std::string StateId(const Query& query)
 {
     std::string id = TrimmedValue(query, "state_id");
-    for (char& letter : id) {
-        if (letter >= 'a' && letter <= 'z') {
-            letter = static_cast<char>(letter - 'a' + 'A');
-        }
-    }
+    std::transform(id.begin(), id.end(), id.begin(), &ToUpper);
     return id;
 }
 

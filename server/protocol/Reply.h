@@ -4,6 +4,7 @@
 
 #include "http/Message.h"
 #include "http/Query.h"
+#include "support/Ascii.h"
 #include "support/Xml.h"
 
 #include <string>

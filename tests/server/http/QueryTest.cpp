@@ -70,10 +70,3 @@ TEST(Query, parametersBeyondThe32nd_areIgnored)
     EXPECT_EQ(Query(text).Value("p32"), "v");
     EXPECT_EQ(Query(text).Value("p33"), "");
 }
-
-TEST(Trimmed, spacesAtTheEnds_areLeftOut)
-{
-    EXPECT_EQ(beacond::Trimmed("  New York "), "New York");
-    EXPECT_EQ(beacond::Trimmed("   "), "");
-    EXPECT_EQ(beacond::Trimmed(""), "");
-}
