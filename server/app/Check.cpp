@@ -54,7 +54,7 @@ void CheckFolder(const char* key, const fs::path& folder, Findings& findings)
 }
 
 // Whether a service of ours listens there: its page holds that text.
-bool IsOurs(const ListenAddress& address, const std::string& path, const std::string& text)
+bool AnswersAsOurService(const ListenAddress& address, const std::string& path, const std::string& text)
 {
     boost::asio::ip::tcp::iostream stream;
     stream.expires_after(std::chrono::seconds(2));

@@ -62,10 +62,10 @@ void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& 
     }
 }
 
-struct Ending
+struct ScopeExit
 {
-    std::function<void()> deed;
-    ~Ending() { deed(); }
+    std::function<void()> action;
+    ~ScopeExit() { action(); }
 };
 
 class Service final
@@ -75,9 +75,9 @@ public:
     void Run();
 
 private:
-    void TakeUp(const Settings& settings);
+    void Apply(const Settings& settings);
     void Reload();
-    void WarnOfKeysOfTheNextStart(const Settings& settings) const;
+    void WarnOfKeysThatNeedARestart(const Settings& settings) const;
     [[nodiscard]] asio::awaitable<void> FollowSignals();
 
     const Settings& m_settings;
@@ -118,7 +118,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     RequireKeysOf(*store, m_keys, settings.keys.folder);
     m_announcements.Set(ReadAnnouncements(*store));
     m_store.emplace(std::move(store));
-    TakeUp(settings);
+    Apply(settings);
     m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, settings.messages.signups,
                       static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
@@ -127,7 +127,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
                    *m_signups, m_signupAddress);
 }
 
-void Service::TakeUp(const Settings& settings)
+void Service::Apply(const Settings& settings)
 {
     // The only part that can fail comes first, so that a failure leaves all as it was.
     m_places.Set(Places::Open(settings.places.file));
@@ -152,12 +152,12 @@ void Service::Reload()
     }
 }
 
-void Service::WarnOfKeysOfTheNextStart(const Settings& settings) const
+void Service::WarnOfKeysThatNeedARestart(const Settings& settings) const
 {
     std::string waiting;
     for (const std::string& key : ChangedKeys(m_settings, settings)) {
-        if (std::find(std::begin(kKeysOfARunningService), std::end(kKeysOfARunningService), key) ==
-            std::end(kKeysOfARunningService)) {
+        if (std::find(std::begin(kReloadableKeys), std::end(kReloadableKeys), key) ==
+            std::end(kReloadableKeys)) {
             waiting += (waiting.empty() ? "" : ", ") + key;
         }
     }
@@ -187,7 +187,7 @@ void Service::Run()
         m_metricsFigures);
     // Stop sign-ups and store before the servers are destroyed, also after an exception: their coroutines
     // resume on the servers' threads.
-    const Ending ending{[this] {
+    const ScopeExit stop{[this] {
         m_signups->Join();
         m_store.reset();
     }};

@@ -34,56 +34,56 @@ void CheckBaseUrl(SettingsReader& reader, std::string& url)
     }
     const bool isPlain = std::all_of(url.begin(), url.end(), [](char c) { return c > ' ' && c < '\x7F'; });
     if (host == 0 || url.size() <= host || !isPlain || url.find_first_of("?#\"<>") != std::string::npos) {
-        reader.Fail("http.base_url",
-                    "an http or https address is expected, such as \"https://service.example.org\"");
+        reader.AddError("http.base_url",
+                        "an http or https address is expected, such as \"https://service.example.org\"");
     }
 }
 
-void TakeLimits(SettingsReader& reader, LimitOptions& limits)
+void ReadLimits(SettingsReader& reader, LimitOptions& limits)
 {
     constexpr std::int64_t kMost = 1'000'000;
-    reader.Take("limits.network_per_minute", limits.networkPerMinute, 0, kMost);
-    reader.Take("limits.network_burst", limits.networkBurst, 1, kMost);
-    reader.Take("limits.installation_per_minute", limits.installationPerMinute, 0, kMost);
-    reader.Take("limits.installation_burst", limits.installationBurst, 1, kMost);
+    reader.Read("limits.network_per_minute", limits.networkPerMinute, 0, kMost);
+    reader.Read("limits.network_burst", limits.networkBurst, 1, kMost);
+    reader.Read("limits.installation_per_minute", limits.installationPerMinute, 0, kMost);
+    reader.Read("limits.installation_burst", limits.installationBurst, 1, kMost);
     std::int64_t overload = limits.overload.count();
-    reader.Take("limits.overload_milliseconds", overload, 0, 60'000);
+    reader.Read("limits.overload_milliseconds", overload, 0, 60'000);
     limits.overload = std::chrono::milliseconds(overload);
 }
 
-Settings Read(SettingsReader& reader)
+Settings ReadAll(SettingsReader& reader)
 {
     Settings settings;
-    reader.Take("http.listen", settings.http.listen);
-    reader.Take("http.base_url", settings.http.baseUrl);
+    reader.Read("http.listen", settings.http.listen);
+    reader.Read("http.base_url", settings.http.baseUrl);
     CheckBaseUrl(reader, settings.http.baseUrl);
-    reader.Take("http.proxies", settings.http.proxies);
+    reader.Read("http.proxies", settings.http.proxies);
     try {
         const ProxyList proxies(settings.http.proxies);
     } catch (const std::exception& error) {
-        reader.Fail("http.proxies", error.what());
+        reader.AddError("http.proxies", error.what());
     }
-    reader.Take("http.threads", settings.http.threads, 0, 256);
-    reader.Take("http.connections", settings.http.connections, 1, 1'000'000);
-    reader.Take("http.connections_per_address", settings.http.connectionsPerAddress, 1, 1'000'000);
-    reader.Take("store.url", settings.store.url);
+    reader.Read("http.threads", settings.http.threads, 0, 256);
+    reader.Read("http.connections", settings.http.connections, 1, 1'000'000);
+    reader.Read("http.connections_per_address", settings.http.connectionsPerAddress, 1, 1'000'000);
+    reader.Read("store.url", settings.store.url);
     // SQLite has names with a colon that stand for no file.
     if (!settings.store.url.starts_with("sqlite:") || settings.store.url.size() == 7 ||
         settings.store.url[7] == ':') {
-        reader.Fail("store.url", "\"sqlite:\" and a path are expected");
+        reader.AddError("store.url", "\"sqlite:\" and a path are expected");
     }
-    reader.Take("keys.folder", settings.keys.folder);
-    reader.Take("places.file", settings.places.file);
-    reader.Take("metrics.listen", settings.metrics.listen);
-    reader.Take("service.dists", settings.service.dists);
-    reader.Take("messages.channels", settings.messages.channels);
+    reader.Read("keys.folder", settings.keys.folder);
+    reader.Read("places.file", settings.places.file);
+    reader.Read("metrics.listen", settings.metrics.listen);
+    reader.Read("service.dists", settings.service.dists);
+    reader.Read("messages.channels", settings.messages.channels);
     for (const std::string& channel : settings.messages.channels) {
         if (channel != "spool") {
-            reader.Fail("messages.channels", "\"" + channel + "\" is not a channel; \"spool\" is one");
+            reader.AddError("messages.channels", "\"" + channel + "\" is not a channel; \"spool\" is one");
         }
     }
-    reader.Take("messages.signup_address", settings.messages.signupAddress);
-    reader.Take("messages.spool", settings.messages.spool);
+    reader.Read("messages.signup_address", settings.messages.signupAddress);
+    reader.Read("messages.spool", settings.messages.spool);
     constexpr std::int64_t kMostSignups = 100'000;
     reader.Take("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
     reader.Take("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);
@@ -96,7 +96,7 @@ Settings Read(SettingsReader& reader)
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {
         reader.Fail("log.level", "\"info\", \"warning\" or \"error\" is expected");
     }
-    reader.RequireNoMistake();
+    reader.RequireNoErrors();
     settings.values = reader.Values();
     return settings;
 }
@@ -126,7 +126,7 @@ Settings ParseSettings(std::string_view text, std::string_view name)
     try {
         const toml::table root = toml::parse(text);
         SettingsReader reader(root, name);
-        return Read(reader);
+        return ReadAll(reader);
     } catch (const toml::parse_error& error) {
         std::ostringstream line;
         line << name << ':' << error.source().begin.line << ": " << error.description();

@@ -13,7 +13,7 @@ const toml::node* SettingsReader::Find(std::string_view key) const
     return m_root.at_path(key).node();
 }
 
-void SettingsReader::FailAt(const toml::node* node, std::string_view key, const std::string& reason)
+void SettingsReader::AddErrorAt(const toml::node* node, std::string_view key, const std::string& reason)
 {
     std::ostringstream text;
     text << m_name;
@@ -22,37 +22,37 @@ void SettingsReader::FailAt(const toml::node* node, std::string_view key, const 
         text << ':' << line;
     }
     text << ": " << key << ": " << reason;
-    m_mistakes.emplace(line, text.str());
+    m_errors.emplace(line, text.str());
 }
 
-void SettingsReader::Fail(std::string_view key, const std::string& reason)
+void SettingsReader::AddError(std::string_view key, const std::string& reason)
 {
-    FailAt(Find(key), key, reason);
+    AddErrorAt(Find(key), key, reason);
 }
 
-void SettingsReader::Take(std::string_view key, std::string& value)
+void SettingsReader::Read(std::string_view key, std::string& value)
 {
     if (const toml::node* const node = Find(key); node != nullptr) {
         if (const auto text = node->value_exact<std::string>()) {
             value = *text;
         } else {
-            FailAt(node, key, "a text in quotes is expected");
+            AddErrorAt(node, key, "a text in quotes is expected");
         }
     }
     m_values[std::string(key)] = value;
 }
 
-void SettingsReader::Take(std::string_view key, std::filesystem::path& value)
+void SettingsReader::Read(std::string_view key, std::filesystem::path& value)
 {
     std::string text = value.string();
-    Take(key, text);
+    Read(key, text);
     if (text.empty()) {
-        Fail(key, "a path is expected");
+        AddError(key, "a path is expected");
     }
     value = text;
 }
 
-void SettingsReader::Take(std::string_view key, std::int64_t& value, std::int64_t lowest,
+void SettingsReader::Read(std::string_view key, std::int64_t& value, std::int64_t lowest,
                           std::int64_t highest)
 {
     if (const toml::node* const node = Find(key); node != nullptr) {
@@ -60,15 +60,15 @@ void SettingsReader::Take(std::string_view key, std::int64_t& value, std::int64_
         if (number && *number >= lowest && *number <= highest) {
             value = *number;
         } else {
-            FailAt(node, key,
-                   "a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest) +
-                       " is expected");
+            AddErrorAt(node, key,
+                       "a whole number from " + std::to_string(lowest) + " to " + std::to_string(highest) +
+                           " is expected");
         }
     }
     m_values[std::string(key)] = std::to_string(value);
 }
 
-void SettingsReader::Take(std::string_view key, std::vector<std::string>& value)
+void SettingsReader::Read(std::string_view key, std::vector<std::string>& value)
 {
     if (const toml::node* const node = Find(key); node != nullptr) {
         const toml::array* const items = node->as_array();
@@ -78,7 +78,7 @@ void SettingsReader::Take(std::string_view key, std::vector<std::string>& value)
                 value.push_back(item.value_or(std::string()));
             }
         } else {
-            FailAt(node, key, "a list of texts is expected");
+            AddErrorAt(node, key, "a list of texts is expected");
         }
     }
     std::string& lines = m_values[std::string(key)];
@@ -87,24 +87,24 @@ void SettingsReader::Take(std::string_view key, std::vector<std::string>& value)
     }
 }
 
-void SettingsReader::Take(std::string_view key, ListenAddress& value)
+void SettingsReader::Read(std::string_view key, ListenAddress& value)
 {
     std::ostringstream text;
     text << value;
     std::string address = text.str();
-    Take(key, address);
+    Read(key, address);
     try {
         value = ParseListenAddress(address);
     } catch (const std::invalid_argument& error) {
-        Fail(key, error.what());
+        AddError(key, error.what());
     }
 }
 
-void SettingsReader::RequireNoMistake()
+void SettingsReader::RequireNoErrors()
 {
-    FailAtUnknown(m_root, "");
+    AddUnknownKeys(m_root, "");
     std::vector<std::string> lines;
-    for (const auto& [line, text] : m_mistakes) {
+    for (const auto& [line, text] : m_errors) {
         lines.push_back(text);
     }
     if (!lines.empty()) {
@@ -112,18 +112,18 @@ void SettingsReader::RequireNoMistake()
     }
 }
 
-void SettingsReader::FailAtUnknown(const toml::table& table, const std::string& prefix)
+void SettingsReader::AddUnknownKeys(const toml::table& table, const std::string& prefix)
 {
     for (const auto& [name, node] : table) {
         const std::string key = prefix + std::string(name.str());
         const auto isWithin = [&](const auto& known) { return known.first.starts_with(key + '.'); };
         const toml::table* const inner = node.as_table();
         if (name.str().find('.') != std::string_view::npos) {
-            FailAt(&node, key, "unknown key: a name in quotes is no table and key");
+            AddErrorAt(&node, key, "unknown key: a name in quotes is no table and key");
         } else if (inner != nullptr && std::any_of(m_values.begin(), m_values.end(), isWithin)) {
-            FailAtUnknown(*inner, key + '.');
+            AddUnknownKeys(*inner, key + '.');
         } else if (!m_values.contains(key)) {
-            FailAt(&node, key, "unknown key");
+            AddErrorAt(&node, key, "unknown key");
         }
     }
 }

@@ -24,30 +24,30 @@ public:
     {
     }
 
-    /// Each takes the value of a key, if the file has it, and leaves the default otherwise. A value of the
-    /// wrong kind is a mistake.
-    void Take(std::string_view key, std::string& value);
-    void Take(std::string_view key, std::filesystem::path& value);
-    void Take(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
-    void Take(std::string_view key, std::vector<std::string>& value);
-    void Take(std::string_view key, ListenAddress& value);
+    /// Each reads the value of a key, if the file has it, and leaves the default otherwise. A value of the
+    /// wrong kind is an error.
+    void Read(std::string_view key, std::string& value);
+    void Read(std::string_view key, std::filesystem::path& value);
+    void Read(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
+    void Read(std::string_view key, std::vector<std::string>& value);
+    void Read(std::string_view key, ListenAddress& value);
 
-    /// Notes a mistake.
-    void Fail(std::string_view key, const std::string& reason);
-    /// Throws SettingsError if there was a mistake, or if the file has a key that was not read.
-    void RequireNoMistake();
+    /// Records an error, which RequireNoErrors throws.
+    void AddError(std::string_view key, const std::string& reason);
+    /// Throws SettingsError if there was an error, or if the file has a key that was not read.
+    void RequireNoErrors();
     /// The value of each key that was read, as a text.
     [[nodiscard]] const Settings::Values& Values() const { return m_values; }
 
 private:
     const toml::node* Find(std::string_view key) const;
-    void FailAtUnknown(const toml::table& table, const std::string& prefix);
-    void FailAt(const toml::node* node, std::string_view key, const std::string& reason);
+    void AddUnknownKeys(const toml::table& table, const std::string& prefix);
+    void AddErrorAt(const toml::node* node, std::string_view key, const std::string& reason);
 
     const toml::table& m_root;
     std::string_view m_name;
     Settings::Values m_values;
-    std::multimap<toml::source_index, std::string> m_mistakes; ///< by their lines in the file
+    std::multimap<toml::source_index, std::string> m_errors; ///< by their lines in the file
 };
 
 } // namespace beacond

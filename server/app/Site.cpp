@@ -68,12 +68,12 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     }
     const bool isHealthCheck = request.path == "/healthz" || request.path == "/readyz";
     if (!isHealthCheck) {
-        if (const auto refusal = m_sources.limits.Judge(RequestKind::Page, request, {})) {
+        if (const auto refusal = m_sources.limits.Refuse(RequestKind::Page, request, {})) {
             co_return RefusalReply(*refusal);
         }
     }
     if (request.path == "/signup") {
-        co_return co_await TakeSignup(request);
+        co_return co_await AnswerSignup(request);
     }
     if (request.method != Method::Get && request.method != Method::Head) {
         co_return OnlyFor("GET, HEAD");
@@ -101,7 +101,7 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     co_return NotFoundPage();
 }
 
-boost::asio::awaitable<Response> Site::TakeSignup(const Request& request)
+boost::asio::awaitable<Response> Site::AnswerSignup(const Request& request)
 {
     if (request.method != Method::Post) {
         co_return OnlyFor("POST");

@@ -24,7 +24,7 @@ public:
 
 private:
     [[nodiscard]] boost::asio::awaitable<Response> AnswerAny(const Request& request);
-    [[nodiscard]] boost::asio::awaitable<Response> TakeSignup(const Request& request);
+    [[nodiscard]] boost::asio::awaitable<Response> AnswerSignup(const Request& request);
     [[nodiscard]] Response Readiness() const;
 
     ScriptSources m_sources;

@@ -82,7 +82,7 @@ asio::awaitable<void> StoreTasks::TidyEveryMinute()
 
 asio::awaitable<void> StoreTasks::StoreStarts()
 {
-    const std::vector<StartCount> counts = m_starts.Take();
+    const std::vector<StartCount> counts = m_starts.Drain();
     if (counts.empty()) {
         co_return;
     }

@@ -127,16 +127,16 @@ void Acceptor::Distribute(int descriptor, const tcp::endpoint& endpoint)
     const asio::ip::address peer = Unmapped(endpoint.address());
     HttpFigures& figures = m_home.Figures();
     ConnectionLimits::Refusal refusal{};
-    std::optional<ConnectionPlace> place =
+    std::optional<ConnectionLease> lease =
         m_limits.Admit(peer, m_home.Options().proxies.Contains(peer), refusal);
-    if (!place) {
+    if (!lease) {
         Increment(refusal == ConnectionLimits::Refusal::Total ? figures.refusedByTotal
                                                               : figures.refusedByAddress);
         return;
     }
     Increment(figures.connectionsAccepted);
     m_next = (m_next + 1) % m_workers.size();
-    asio::post(worker.Context(), [&worker, taken = std::move(socket), held = std::move(*place),
+    asio::post(worker.Context(), [&worker, taken = std::move(socket), held = std::move(*lease),
                                   peer]() mutable { worker.Begin(std::move(taken), std::move(held), peer); });
 }
 

@@ -43,10 +43,10 @@ beacond::Response EmptyResponse(unsigned status)
 
 namespace beacond {
 
-Connection::Connection(Worker& worker, Socket socket, ConnectionPlace place, asio::ip::address peer)
+Connection::Connection(Worker& worker, Socket socket, ConnectionLease lease, asio::ip::address peer)
     : m_worker(worker)
     , m_socket(std::move(socket))
-    , m_place(std::move(place))
+    , m_lease(std::move(lease))
     , m_peer(std::move(peer))
 {
     m_worker.Add(*this);

@@ -33,7 +33,7 @@ public:
     using Socket =
         boost::asio::basic_stream_socket<boost::asio::ip::tcp, boost::asio::io_context::executor_type>;
 
-    Connection(Worker& worker, Socket socket, ConnectionPlace place, boost::asio::ip::address peer);
+    Connection(Worker& worker, Socket socket, ConnectionLease lease, boost::asio::ip::address peer);
     ~Connection();
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -70,7 +70,7 @@ private:
 
     Worker& m_worker;
     Socket m_socket;
-    ConnectionPlace m_place;
+    ConnectionLease m_lease;
     boost::asio::ip::address m_peer;
     bool m_hasAnswered = false;
     bool m_hasRequest = false;  ///< its first byte has been read

@@ -8,19 +8,19 @@
 
 namespace beacond {
 
-ConnectionPlace::ConnectionPlace(ConnectionLimits& limits, std::optional<std::uint64_t> address)
+ConnectionLease::ConnectionLease(ConnectionLimits& limits, std::optional<std::uint64_t> address)
     : m_limits(&limits)
     , m_address(address)
 {
 }
 
-ConnectionPlace::ConnectionPlace(ConnectionPlace&& other) noexcept
+ConnectionLease::ConnectionLease(ConnectionLease&& other) noexcept
     : m_limits(std::exchange(other.m_limits, nullptr))
     , m_address(other.m_address)
 {
 }
 
-ConnectionPlace::~ConnectionPlace()
+ConnectionLease::~ConnectionLease()
 {
     if (m_limits != nullptr) {
         m_limits->Release(m_address);
@@ -33,7 +33,7 @@ ConnectionLimits::ConnectionLimits(std::size_t inAll, std::size_t perAddress)
 {
 }
 
-std::optional<ConnectionPlace> ConnectionLimits::Admit(const boost::asio::ip::address& peer, bool isProxy,
+std::optional<ConnectionLease> ConnectionLimits::Admit(const boost::asio::ip::address& peer, bool isProxy,
                                                        Refusal& refusal)
 {
     const std::lock_guard lock(m_mutex);
@@ -53,7 +53,7 @@ std::optional<ConnectionPlace> ConnectionLimits::Admit(const boost::asio::ip::ad
     }
     ++m_count;
     refusal = Refusal::None;
-    return ConnectionPlace(*this, key);
+    return ConnectionLease(*this, key);
 }
 
 void ConnectionLimits::Release(std::optional<std::uint64_t> address)

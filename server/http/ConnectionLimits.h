@@ -14,17 +14,17 @@ namespace beacond {
 
 class ConnectionLimits;
 
-/// The place of one connection among those that are allowed, given back at the end of its life.
-class ConnectionPlace final
+/// One of the connections that are allowed, given back when it is destroyed.
+class ConnectionLease final
 {
 public:
-    ConnectionPlace(ConnectionPlace&& other) noexcept;
-    ConnectionPlace& operator=(ConnectionPlace&&) = delete;
-    ~ConnectionPlace();
+    ConnectionLease(ConnectionLease&& other) noexcept;
+    ConnectionLease& operator=(ConnectionLease&&) = delete;
+    ~ConnectionLease();
 
 private:
     friend class ConnectionLimits;
-    ConnectionPlace(ConnectionLimits& limits, std::optional<std::uint64_t> address);
+    ConnectionLease(ConnectionLimits& limits, std::optional<std::uint64_t> address);
 
     ConnectionLimits* m_limits = nullptr;
     std::optional<std::uint64_t> m_address;
@@ -38,13 +38,13 @@ public:
 
     ConnectionLimits(std::size_t inAll, std::size_t perAddress);
 
-    /// A place for a connection from @p peer, or nothing if the limit named by @p refusal is reached.
+    /// A lease for a connection from @p peer, or nothing if the limit named by @p refusal is reached.
     /// @param isProxy many clients stand behind it, so that the limit of an address does not apply
-    [[nodiscard]] std::optional<ConnectionPlace> Admit(const boost::asio::ip::address& peer, bool isProxy,
+    [[nodiscard]] std::optional<ConnectionLease> Admit(const boost::asio::ip::address& peer, bool isProxy,
                                                        Refusal& refusal);
 
 private:
-    friend class ConnectionPlace;
+    friend class ConnectionLease;
     void Release(std::optional<std::uint64_t> address);
 
     const std::size_t m_inAll;

@@ -44,7 +44,7 @@ int SocketOption(int descriptor, int name)
     return ::getsockopt(descriptor, SOL_SOCKET, name, &value, &size) == 0 ? value : -1;
 }
 
-void Switch(int descriptor, int level, int name)
+void EnableOption(int descriptor, int level, int name)
 {
     const int on = 1;
     ::setsockopt(descriptor, level, name, &on, sizeof(on));
@@ -53,7 +53,7 @@ void Switch(int descriptor, int level, int name)
 // Accepted connections take over this option, which saves a call for each.
 void SetNoDelay(int descriptor)
 {
-    Switch(descriptor, IPPROTO_TCP, TCP_NODELAY);
+    EnableOption(descriptor, IPPROTO_TCP, TCP_NODELAY);
 }
 
 int NumberOf(const char* text)
@@ -114,7 +114,7 @@ ListeningSocket ListeningSocket::Open(const tcp::endpoint& endpoint)
     const int descriptor = ::socket(endpoint.protocol().family(), SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
     Require(descriptor, endpoint);
     ListeningSocket socket(descriptor);
-    Switch(descriptor, SOL_SOCKET, SO_REUSEADDR);
+    EnableOption(descriptor, SOL_SOCKET, SO_REUSEADDR);
     SetNoDelay(descriptor);
     Require(::bind(descriptor, endpoint.data(), static_cast<socklen_t>(endpoint.size())), endpoint);
     // The kernel lowers it to its own limit. All clients of a city call within the same second.

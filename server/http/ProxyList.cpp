@@ -65,11 +65,11 @@ namespace beacond {
 ProxyList::ProxyList(const std::vector<std::string>& entries)
 {
     for (const std::string& entry : entries) {
-        m_networks.push_back(NetworkOf(entry));
+        m_networks.push_back(ParseNetwork(entry));
     }
 }
 
-ProxyList::Network ProxyList::NetworkOf(const std::string& entry)
+ProxyList::Network ProxyList::ParseNetwork(const std::string& entry)
 {
     const std::invalid_argument error("\"" + entry + "\" is neither an IP address nor a network");
     const std::size_t slash = entry.find('/');

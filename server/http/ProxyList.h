@@ -36,7 +36,7 @@ private:
         unsigned prefix = 0;
     };
 
-    [[nodiscard]] static Network NetworkOf(const std::string& entry);
+    [[nodiscard]] static Network ParseNetwork(const std::string& entry);
 
     std::vector<Network> m_networks;
 };

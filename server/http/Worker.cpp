@@ -72,9 +72,9 @@ void Worker::ReportFailure(const std::exception_ptr& failure)
     m_options.reportError("a thread of the server goes on after: " + reason);
 }
 
-void Worker::Begin(Connection::Socket socket, ConnectionPlace place, const asio::ip::address& peer)
+void Worker::Begin(Connection::Socket socket, ConnectionLease lease, const asio::ip::address& peer)
 {
-    const auto serve = [](Worker& worker, Connection::Socket taken, ConnectionPlace held,
+    const auto serve = [](Worker& worker, Connection::Socket taken, ConnectionLease held,
                           asio::ip::address client) -> asio::awaitable<void> {
         Connection connection(worker, std::move(taken), std::move(held), std::move(client));
         co_await connection.Run();
@@ -84,7 +84,7 @@ void Worker::Begin(Connection::Socket socket, ConnectionPlace place, const asio:
             ReportFailure(failure);
         }
     };
-    asio::co_spawn(m_context, serve(*this, std::move(socket), std::move(place), peer), end);
+    asio::co_spawn(m_context, serve(*this, std::move(socket), std::move(lease), peer), end);
 }
 
 void Worker::Drain()

@@ -46,7 +46,7 @@ public:
     void Run();
     [[nodiscard]] boost::asio::io_context& Context() { return m_context; }
 
-    void Begin(Connection::Socket socket, ConnectionPlace place, const boost::asio::ip::address& peer);
+    void Begin(Connection::Socket socket, ConnectionLease lease, const boost::asio::ip::address& peer);
     /// Closes the connections that wait for a request; every other one ends with its present answer.
     void Drain();
     [[nodiscard]] bool IsDraining() const { return m_isDraining; }

@@ -34,8 +34,8 @@ Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHa
             .addressIndex = MailAddressIndex(keys.index, address),
             .codeHash = std::move(codeHash),
             .lifetime = kCodeLifetime,
-            .road = "form",
-            .words = std::string(kConsentWords),
+            .consentSource = "form",
+            .consentText = std::string(kConsentWords),
             .domainIndex = keys.index.Hash("mail domain", address.substr(address.find('@') + 1))};
 }
 
@@ -69,7 +69,7 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
     if (!address) {
         co_return Outcome::NoAddress;
     }
-    if (!m_networks.Take(network, now)) {
+    if (!m_networks.TryConsume(network, now)) {
         co_return Outcome::TooMany;
     }
     const std::string code = MakePersonalCode();
@@ -102,7 +102,8 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
 void Signups::ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds now)
 {
     const bool isOfADomain = limit == SignupResult::Limit::Domain;
-    if (limit != SignupResult::Limit::Address && m_limitReports.Take(isOfADomain ? "domain" : "all", now)) {
+    if (limit != SignupResult::Limit::Address &&
+        m_limitReports.TryConsume(isOfADomain ? "domain" : "all", now)) {
         m_report(isOfADomain ? "sign-ups are refused: the limit of a domain is reached"
                              : "sign-ups are refused: the limit of a day is reached");
     }

@@ -67,7 +67,7 @@ private:
         row.elevation = place.elevation.value_or(layout::kNoElevation);
         row.shipped = shipped == m_shipped.end() ? layout::kNotShipped : shipped->second;
         m_contents.places.push_back(row);
-        if (place.again)
+        if (place.isCopy)
             return;
         m_contents.ids.push_back({place.id, number});
         if (shipped != m_shipped.end())

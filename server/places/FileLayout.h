@@ -89,7 +89,7 @@ struct Place
     std::uint16_t reserved;
 };
 
-/// In order of merit.
+/// In order of rank.
 enum class NameKind : std::uint8_t { Primary, PrimaryWord, Alias, AliasWord };
 
 /// A folded name, or the rest of one from a later word on. Within a region sorted by the bytes of the text.

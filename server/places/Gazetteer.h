@@ -41,7 +41,7 @@ struct GazetteerPlace
     std::string zone;
     std::size_t region = 0; ///< index in Gazetteer::regions
     bool hidden = false;
-    bool again = false; ///< a copy, for a second region that lists the place
+    bool isCopy = false; ///< for a second region that lists the place
 };
 
 struct ShippedPlace

@@ -22,11 +22,11 @@ constexpr std::size_t kLettersOfAnAlias = 4;
 constexpr std::size_t kLettersOfATypingError = 4;
 constexpr std::uint8_t kUnfound = 0xFF;
 
-enum Merit : std::uint8_t { kExact, kPrimary, kAlias };
+enum Rank : std::uint8_t { kExact, kPrimary, kAlias };
 
 using Names = std::span<const layout::Name>;
 
-/// Finds places of one scope and remembers the best merit of each.
+/// Finds places of one scope and remembers the best rank of each.
 class Finder
 {
 public:
@@ -67,7 +67,7 @@ private:
         return {first, last};
     }
 
-    std::uint8_t MeritOf(const layout::Name& name) const
+    std::uint8_t RankOf(const layout::Name& name) const
     {
         // In a file whose names are not in order, a name that doesn't begin with the letters gets here too.
         const bool isExact = m_folded == m_file.TextAt(name.text);
@@ -91,16 +91,16 @@ private:
             return;
         m_best.assign(region.placeCount, kUnfound);
         for (const layout::Name& name : names)
-            Take(region, name, MeritOf(name));
+            Take(region, name, RankOf(name));
         Collect(region);
     }
 
-    void Take(const layout::Region& region, const layout::Name& name, std::uint8_t merit)
+    void Take(const layout::Region& region, const layout::Name& name, std::uint8_t rank)
     {
         const std::uint32_t place = name.placeAndKind / 4 - region.firstPlace;
         if (m_best[place] == kUnfound)
             m_taken.push_back(place);
-        m_best[place] = std::min(m_best[place], merit);
+        m_best[place] = std::min(m_best[place], rank);
     }
 
     /// Names whose first letter is wrong can't be looked up, so the common errors there are tried one by one;
@@ -134,7 +134,7 @@ private:
     std::span<const layout::Region> m_regions;
     std::string_view m_folded;
     std::size_t m_letters;
-    std::vector<std::uint8_t> m_best;   ///< merit of each place of the present region
+    std::vector<std::uint8_t> m_best;   ///< rank of each place of the present region
     std::vector<std::uint32_t> m_taken; ///< the places of the present region that were found
     std::vector<FoundPlace> m_found;
 };
@@ -151,7 +151,7 @@ std::vector<FoundPlace> FindPlaces(const PlacesFile& file, const layout::Scope& 
 
 void KeepBest(std::vector<FoundPlace>& found, std::size_t most)
 {
-    const auto order = [](const FoundPlace& f) { return std::tuple(f.merit, ~f.population, f.place); };
+    const auto order = [](const FoundPlace& f) { return std::tuple(f.rank, ~f.population, f.place); };
     const auto isBetter = [&order](const FoundPlace& a, const FoundPlace& b) { return order(a) < order(b); };
     const auto last = found.begin() + static_cast<std::ptrdiff_t>(std::min(most, found.size()));
     std::nth_element(found.begin(), last, found.end(), isBetter);

@@ -17,7 +17,7 @@ struct FoundPlace
 {
     std::uint32_t place; ///< its number in the file
     std::uint32_t population;
-    std::uint8_t merit; ///< 0 is best
+    std::uint8_t rank; ///< 0 is best
 };
 
 /// The places of a scope of which a name, or a word of one, begins with `folded`, each once, in no order.

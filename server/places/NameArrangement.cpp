@@ -32,7 +32,7 @@ public:
         std::vector<FoldedName> aliases;
         for (const std::string_view alias : SplitAliases(place.aliases))
             aliases.push_back(FoldName(alias));
-        // The kinds in order of merit: of two equal texts the first is kept.
+        // The kinds in order of rank: of two equal texts the first is kept.
         AddWhole(primary, number, layout::NameKind::Primary);
         for (const FoldedName& alias : aliases)
             AddWhole(alias, number, layout::NameKind::Alias);

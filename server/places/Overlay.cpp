@@ -87,10 +87,10 @@ std::size_t ListAgain(Gazetteer& gazetteer, std::string_view subject, std::strin
     const auto id = NumberIn<std::uint32_t>(subject);
     std::vector<GazetteerPlace> copies;
     for (const GazetteerPlace& place : gazetteer.places) {
-        if (place.again || !(id ? place.id == *id : IsIn(place, subject)))
+        if (place.isCopy || !(id ? place.id == *id : IsIn(place, subject)))
             continue;
         copies.push_back(place);
-        copies.back().again = true;
+        copies.back().isCopy = true;
         copies.back().region = static_cast<std::size_t>(region - gazetteer.regions.begin());
     }
     gazetteer.places.insert(gazetteer.places.end(), copies.begin(), copies.end());

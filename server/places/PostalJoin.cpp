@@ -71,7 +71,7 @@ public:
     {
         for (std::uint32_t i = 0; i < gazetteer.places.size(); ++i) {
             const GazetteerPlace& place = gazetteer.places[i];
-            if (!place.hidden && !place.again)
+            if (!place.hidden && !place.isCopy)
                 m_cells[{Cell(Degrees(place.latitude)), Cell(Degrees(place.longitude))}].push_back(i);
         }
     }

@@ -134,7 +134,7 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
     }
     const std::string network = NetworkOf(request.client);
     // Taken before the store is asked, so that codes that are tried at once count too.
-    if (!m_wrongCodes.Take(network, now)) {
+    if (!m_wrongCodes.TryConsume(network, now)) {
         ++m_figures.codesLimited;
         co_return ConfirmationReply(false, "Too many wrong codes. Please try again in an hour.");
     }
@@ -173,7 +173,7 @@ void MessageScripts::Count(Confirmation confirmation, std::chrono::sys_seconds n
     }
     ++m_figures.codesWrong;
     // Each network has few attempts: many wrong codes together come from many networks.
-    if (!m_wrongCodesOfAll.Take("all", now) && m_alarms.Take("all", now)) {
+    if (!m_wrongCodesOfAll.TryConsume("all", now) && m_alarms.TryConsume("all", now)) {
         m_report("more than " + std::to_string(m_wrongCodesAlarm) + " wrong personal codes within an hour");
     }
 }

@@ -15,7 +15,7 @@ namespace beacond {
 /// A script's reply.
 [[nodiscard]] inline Response ScriptReply(XmlReply reply)
 {
-    return {200, "text/xml; charset=utf-8", reply.Take(), {{"Cache-Control", "no-store"}}};
+    return {200, "text/xml; charset=utf-8", reply.Finish(), {{"Cache-Control", "no-store"}}};
 }
 
 /// A script's failure. The program ignores the status and reads any XML as a reply, so a failure is plain

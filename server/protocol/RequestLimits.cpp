@@ -56,8 +56,8 @@ bool RequestLimits::IsOverloadedFor(RequestKind kind, TokenBuckets::Clock::durat
     return m_overload.count() > 0 && delay >= m_overload * LoadFactor(kind);
 }
 
-std::optional<Refusal> RequestLimits::Judge(RequestKind kind, const Request& request,
-                                            std::string_view identifier)
+std::optional<Refusal> RequestLimits::Refuse(RequestKind kind, const Request& request,
+                                             std::string_view identifier)
 {
     using Duration = TokenBuckets::Clock::duration;
     const auto index = static_cast<std::size_t>(kind);
@@ -68,13 +68,13 @@ std::optional<Refusal> RequestLimits::Judge(RequestKind kind, const Request& req
     const TokenBuckets::Clock::time_point now = TokenBuckets::Clock::now();
     // The installation first, so that one that is refused does not use up what its network shares.
     if (DayOfInstallationIdentifier(m_identifierKey, identifier)) {
-        const Duration wait = m_installations.Take(std::hash<std::string_view>()(identifier), now);
+        const Duration wait = m_installations.TryConsume(std::hash<std::string_view>()(identifier), now);
         if (wait > Duration::zero()) {
             ++m_figures.byInstallation[index];
             return RefusalFor(wait);
         }
     }
-    if (const Duration wait = m_networks.Take(NetworkNumberOf(request.client), now);
+    if (const Duration wait = m_networks.TryConsume(NetworkNumberOf(request.client), now);
         wait > Duration::zero()) {
         ++m_figures.byNetwork[index];
         return RefusalFor(wait);

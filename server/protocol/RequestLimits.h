@@ -63,8 +63,8 @@ public:
 
     /// Nothing if the request is to be answered.
     /// @param identifier of the installation, empty where the request has none
-    [[nodiscard]] std::optional<Refusal> Judge(RequestKind kind, const Request& request,
-                                               std::string_view identifier);
+    [[nodiscard]] std::optional<Refusal> Refuse(RequestKind kind, const Request& request,
+                                                std::string_view identifier);
 
     [[nodiscard]] const LimitFigures& Figures() const { return m_figures; }
 

@@ -99,7 +99,8 @@ boost::asio::awaitable<Response> Scripts::Answer(const Request& request)
     const std::string_view name = std::string_view(request.path).substr(kFolder.size());
     const Query query(request.query);
     if (const std::optional<RequestKind> kind = KindOf(name)) {
-        if (const auto refusal = m_sources.limits.Judge(*kind, request, TrimmedValue(query, kInstallation))) {
+        if (const auto refusal =
+                m_sources.limits.Refuse(*kind, request, TrimmedValue(query, kInstallation))) {
             co_return Refused(*kind, *refusal, query);
         }
     }

@@ -13,7 +13,7 @@ void StartCounter::Add(std::int32_t day, const std::string& country, const std::
     m_counts[{day, country, dist}] += count;
 }
 
-std::vector<StartCount> StartCounter::Take()
+std::vector<StartCount> StartCounter::Drain()
 {
     std::map<std::tuple<std::int32_t, std::string, std::string>, std::int64_t> taken;
     {

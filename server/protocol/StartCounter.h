@@ -20,7 +20,7 @@ public:
     /// @param count starts to add, under a day, country and distribution as in StartCount
     void Add(std::int32_t day, const std::string& country, const std::string& dist, std::int64_t count = 1);
     /// All that was counted since the last call.
-    [[nodiscard]] std::vector<StartCount> Take();
+    [[nodiscard]] std::vector<StartCount> Drain();
 
 private:
     std::mutex m_mutex;

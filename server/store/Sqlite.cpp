@@ -175,7 +175,7 @@ Transaction::~Transaction()
     }
 }
 
-void Transaction::Finish()
+void Transaction::Commit()
 {
     m_database.Execute(m_database.IsInGroup() ? "RELEASE part" : "COMMIT");
     m_isDone = true;

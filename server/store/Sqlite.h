@@ -93,7 +93,7 @@ public:
     Transaction& operator=(const Transaction&) = delete;
 
     /// Commits; the destructor rolls back otherwise.
-    void Finish();
+    void Commit();
 
 private:
     Database& m_database;

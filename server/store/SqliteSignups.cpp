@@ -127,14 +127,14 @@ SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limit
         .BindBytes(signup.codeHash)
         .Bind(now + signup.lifetime)
         .Bind(now)
-        .Bind(signup.road)
-        .Bind(signup.words)
+        .Bind(signup.consentSource)
+        .Bind(signup.consentText)
         .Step();
     if (device == 0) {
         device = m_database.LastRow();
         m_database.Run("UPDATE signup SET device = id WHERE id = ?").Bind(device).Step();
     }
-    transaction.Finish();
+    transaction.Commit();
     return {SignupResult::Limit::None, device};
 }
 
@@ -142,7 +142,7 @@ void SqliteStore::Withdraw(std::string_view codeHash)
 {
     Transaction transaction(m_database);
     m_database.Run("DELETE FROM signup WHERE code_hash = ? AND used_by IS NULL").BindBytes(codeHash).Step();
-    transaction.Finish();
+    transaction.Commit();
 }
 
 Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view installation)
@@ -169,7 +169,7 @@ Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view in
     }
     MakeOrRenewDevice(m_database, signup->id);
     BindInstallation(m_database, installation, signup->device);
-    transaction.Finish();
+    transaction.Commit();
     return Confirmation::Confirmed;
 }
 
@@ -187,7 +187,7 @@ void SqliteStore::DropOldSignups()
         .Bind(now - kDay)
         .Bind(now)
         .Step();
-    transaction.Finish();
+    transaction.Commit();
 }
 
 bool SqliteStore::Forget(std::string_view addressIndex)
@@ -197,7 +197,7 @@ bool SqliteStore::Forget(std::string_view addressIndex)
     const bool hadSignups = m_database.Changes() > 0;
     m_database.Run("DELETE FROM device WHERE address_index = ?").BindBytes(addressIndex).Step();
     const bool hadDevice = m_database.Changes() > 0;
-    transaction.Finish();
+    transaction.Commit();
     return hadSignups || hadDevice;
 }
 

@@ -62,7 +62,7 @@ void SqliteStore::AddStarts(const std::vector<StartCount>& counts)
             .Bind(added.count)
             .Step();
     }
-    transaction.Finish();
+    transaction.Commit();
 }
 
 std::vector<StartCount> SqliteStore::Starts() const
@@ -88,7 +88,7 @@ std::int64_t SqliteStore::AddStrip(const Strip& strip)
         .Bind(strip.until)
         .Step();
     const std::int64_t id = m_database.LastRow();
-    transaction.Finish();
+    transaction.Commit();
     return id;
 }
 
@@ -97,7 +97,7 @@ bool SqliteStore::RemoveStrip(std::int64_t id)
     Transaction transaction(m_database);
     m_database.Run("DELETE FROM strip WHERE id = ?").Bind(id).Step();
     const bool isRemoved = m_database.Changes() > 0;
-    transaction.Finish();
+    transaction.Commit();
     return isRemoved;
 }
 
@@ -121,7 +121,7 @@ void SqliteStore::AddRelease(const Release& release)
         .Bind(release.sequence)
         .Bind(release.url)
         .Step();
-    transaction.Finish();
+    transaction.Commit();
 }
 
 bool SqliteStore::RemoveRelease(std::string_view name, std::string_view sequence)
@@ -129,7 +129,7 @@ bool SqliteStore::RemoveRelease(std::string_view name, std::string_view sequence
     Transaction transaction(m_database);
     m_database.Run("DELETE FROM release WHERE name = ? AND sequence = ?").Bind(name).Bind(sequence).Step();
     const bool isRemoved = m_database.Changes() > 0;
-    transaction.Finish();
+    transaction.Commit();
     return isRemoved;
 }
 
@@ -171,7 +171,7 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
         .Bind(now)
         .BindBytes(installation)
         .Step();
-    transaction.Finish();
+    transaction.Commit();
     return true;
 }
 
@@ -197,7 +197,7 @@ bool SqliteStore::IsWrittenWith(std::string_view keyName, std::string_view check
     Statement known = m_database.Run("SELECT hash FROM key_check WHERE name = ?");
     known.Bind(keyName);
     const bool isSame = known.Step() && known.Text(0) == check;
-    transaction.Finish();
+    transaction.Commit();
     return isSame;
 }
 

@@ -60,8 +60,8 @@ struct Signup
     std::string addressIndex;  ///< keyed hash of the normalised address
     std::string codeHash;      ///< keyed hash of the personal code
     std::int64_t lifetime = 0; ///< seconds until the code expires
-    std::string road;          ///< how the consent came, such as "form"
-    std::string words;         ///< what was consented to
+    std::string consentSource; ///< how the consent came, such as "form"
+    std::string consentText;   ///< the words of the page
     std::string domainIndex{}; ///< keyed hash of the address's domain
 };
 

@@ -34,7 +34,7 @@ StoreCheck CheckStore(const std::string& path)
     StoreCheck check;
     try {
         Database database(path, Database::Access::Read);
-        const std::int64_t version = RequireOurs(database, path);
+        const std::int64_t version = RequireOwnFile(database, path);
         FindDamage(database, path, check);
         if (version > 0 && check.problems.empty()) {
             ReadHashes(database, check);

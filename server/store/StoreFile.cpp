@@ -29,18 +29,18 @@ void Migrate(Database& database, const std::string& path)
 {
     Transaction transaction(database);
     // Another process may have brought it up to date meanwhile.
-    const auto version = static_cast<std::size_t>(RequireOurs(database, path));
+    const auto version = static_cast<std::size_t>(RequireOwnFile(database, path));
     for (std::size_t step = version; step < kSqliteMigrations.size(); ++step) {
         database.Execute(std::string(kSqliteMigrations[step]));
     }
     database.Execute("PRAGMA application_id = " + std::to_string(kApplication));
     WriteVersion(database);
-    transaction.Finish();
+    transaction.Commit();
 }
 
 } // namespace
 
-std::int64_t RequireOurs(Database& database, const std::string& path)
+std::int64_t RequireOwnFile(Database& database, const std::string& path)
 {
     // The first stores had no mark.
     const char* const kIsForeign = "SELECT count(*) > 0 AND total(name = 'key_check') = 0 FROM sqlite_schema";
@@ -59,9 +59,9 @@ std::int64_t RequireOurs(Database& database, const std::string& path)
 
 void BringUpToDate(Database& database, const std::string& path)
 {
-    (void)RequireOurs(database, path);
+    (void)RequireOwnFile(database, path);
     database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
-    if (!IsMarked(database) || RequireOurs(database, path) != std::ssize(kSqliteMigrations)) {
+    if (!IsMarked(database) || RequireOwnFile(database, path) != std::ssize(kSqliteMigrations)) {
         // To replace a table, a migration drops it, which would delete the rows that refer to it.
         database.Execute("PRAGMA foreign_keys = OFF");
         Migrate(database, path);
@@ -71,7 +71,7 @@ void BringUpToDate(Database& database, const std::string& path)
 
 void RequireUpToDate(Database& database, const std::string& path)
 {
-    if (RequireOurs(database, path) != std::ssize(kSqliteMigrations)) {
+    if (RequireOwnFile(database, path) != std::ssize(kSqliteMigrations)) {
         throw StoreError(path +
                          ": written by an older version of the service, which brings it up to date when "
                          "it starts");

@@ -12,7 +12,7 @@ class Database;
 /// The number of migrations that the file has gone through, 0 for an empty one. Throws StoreError if another
 /// application or a newer version of the service has written it; changes nothing.
 /// @param path for the error, here and below
-[[nodiscard]] std::int64_t RequireOurs(Database& database, const std::string& path);
+[[nodiscard]] std::int64_t RequireOwnFile(Database& database, const std::string& path);
 
 /// Takes a file as the store: an empty one gets the current schema, one of an older version what it lacks.
 /// Throws StoreError, and leaves the file as it is, if another application or a newer version of the service

@@ -4,7 +4,7 @@
 
 namespace beacond {
 
-bool AttemptLimit::Take(const std::string& name, Time now)
+bool AttemptLimit::TryConsume(const std::string& name, Time now)
 {
     const std::lock_guard lock(m_mutex);
     Forget(now);

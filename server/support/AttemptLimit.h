@@ -30,8 +30,8 @@ public:
     }
 
     /// Counts an attempt of @p name; false, and nothing counted, if it has had them all.
-    [[nodiscard]] bool Take(const std::string& name, Time now);
-    /// Undoes a Take.
+    [[nodiscard]] bool TryConsume(const std::string& name, Time now);
+    /// Undoes a TryConsume.
     void GiveBack(const std::string& name);
 
     [[nodiscard]] std::size_t Names();

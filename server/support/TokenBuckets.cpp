@@ -30,7 +30,7 @@ TokenBuckets::TokenBuckets(std::int64_t perMinute, std::int64_t burst)
 {
 }
 
-Duration TokenBuckets::Take(std::uint64_t client, Clock::time_point now)
+Duration TokenBuckets::TryConsume(std::uint64_t client, Clock::time_point now)
 {
     if (m_sets.empty()) {
         return Duration::zero();

@@ -28,7 +28,7 @@ public:
     TokenBuckets(std::int64_t perMinute, std::int64_t burst);
 
     /// Takes a token of @p client. Answers zero, or the time until there is one if its bucket is empty.
-    [[nodiscard]] Clock::duration Take(std::uint64_t client, Clock::time_point now);
+    [[nodiscard]] Clock::duration TryConsume(std::uint64_t client, Clock::time_point now);
 
 private:
     struct Bucket

@@ -113,7 +113,7 @@ std::size_t XmlReply::Size() const
     return m_text.size() + (m_children == 0 ? kEmptyEnd : kEnd).size();
 }
 
-std::string XmlReply::Take()
+std::string XmlReply::Finish()
 {
     m_text += m_children == 0 ? kEmptyEnd : kEnd;
     return std::move(m_text);

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::size_t Size() const;
 
     /// Ends the document and hands it over. The writer is of no further use.
-    [[nodiscard]] std::string Take();
+    [[nodiscard]] std::string Finish();
 
 private:
     std::string m_text = "<root";

@@ -44,7 +44,7 @@ std::string WrittenAndRead(const std::string& value)
     reply.Child().Attribute("a", value).Attribute("b", "");
     reply.Child("G1").Attribute("a", value);
     const std::size_t size = reply.Size();
-    const std::string text = reply.Take();
+    const std::string text = reply.Finish();
     Demand(text.size() == size, "a reply's size is known before its end");
     Demand(IsValidUtf8(text) &&
                std::none_of(text.begin(), text.end(), [](char c) { return c >= 0 && c < ' '; }),

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+using beacond::ConnectionLease;
 using beacond::ConnectionLimits;
-using beacond::ConnectionPlace;
 using boost::asio::ip::make_address;
 
 TEST(ConnectionLimits, ofAnAddress_countsNetworksOfIpv6AndSingleAddressesOfIpv4)
@@ -36,7 +36,7 @@ TEST(ConnectionLimits, ofAnAddress_countsNetworksOfIpv6AndSingleAddressesOfIpv4)
     }
 }
 
-TEST(ConnectionLimits, placeThatWasMoved_isGivenBackOnce)
+TEST(ConnectionLimits, leaseThatWasMoved_isGivenBackOnce)
 {
     ConnectionLimits limits(2, 9);
     ConnectionLimits::Refusal refusal{};
@@ -44,7 +44,7 @@ TEST(ConnectionLimits, placeThatWasMoved_isGivenBackOnce)
     auto first = limits.Admit(address, false, refusal);
     const auto second = limits.Admit(address, false, refusal);
     {
-        const ConnectionPlace moved(std::move(*first));
+        const ConnectionLease moved(std::move(*first));
         EXPECT_FALSE(limits.Admit(address, false, refusal));
         EXPECT_EQ(refusal, ConnectionLimits::Refusal::Total);
     }

@@ -144,7 +144,7 @@ TEST_F(ScriptsTest, startup_isCountedByCountryAndConfiguredDistribution)
     Ask("startup.pl", "dist_string=another&aid=SA-G104515");
     Ask("startup.pl", "dist_string=&aid=SA-G9");
 
-    EXPECT_THAT(starts.Take(),
+    EXPECT_THAT(starts.Drain(),
                 ElementsAre(StartCount{20'833, "SA", "mosque", 1}, StartCount{20'833, "SA", "other", 1},
                             StartCount{20'833, "ZZ", "other", 1}));
 }

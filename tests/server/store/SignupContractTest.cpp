@@ -72,7 +72,7 @@ TEST_F(SignupContract, signUp_again_leavesTheDeviceAndTheEarlierCodeAsTheyAre)
     const std::int64_t device = SignUp("a", "first");
     ASSERT_EQ(Confirm("first", "first pc"), Confirmation::Confirmed);
     Signup stranger = SignupOf("a", "third");
-    stranger.words = "words of a stranger";
+    stranger.consentText = "words of a stranger";
 
     EXPECT_EQ(SignUp("a", "second"), device);
     EXPECT_EQ(store.SignUp(stranger, {}).device, device);
@@ -91,7 +91,7 @@ TEST_F(SignupContract, confirm_olderCodeOfTheAddressLast_keepsTheNewerConsent)
     SignUp("a", "older");
     now += 60;
     Signup newer = SignupOf("a", "newer");
-    newer.words = "newer words";
+    newer.consentText = "newer words";
     ASSERT_NE(store.SignUp(newer, {}).device, 0);
     ASSERT_EQ(Confirm("newer", "pc"), Confirmation::Confirmed);
     ASSERT_EQ(Confirm("older", "second pc"), Confirmation::Confirmed);

@@ -13,23 +13,23 @@ TEST(AttemptLimit, beyondTheMost_isRefusedUntilTheWindowIsOver)
 {
     const AttemptLimit::Time begin{1'800'000'000s};
     AttemptLimit limit(2, 1h);
-    EXPECT_TRUE(limit.Take("a", begin));
-    EXPECT_TRUE(limit.Take("a", begin + 30min));
+    EXPECT_TRUE(limit.TryConsume("a", begin));
+    EXPECT_TRUE(limit.TryConsume("a", begin + 30min));
 
-    EXPECT_FALSE(limit.Take("a", begin + 59min));
-    EXPECT_TRUE(limit.Take("b", begin + 59min));
-    EXPECT_TRUE(limit.Take("a", begin + 60min));
+    EXPECT_FALSE(limit.TryConsume("a", begin + 59min));
+    EXPECT_TRUE(limit.TryConsume("b", begin + 59min));
+    EXPECT_TRUE(limit.TryConsume("a", begin + 60min));
 }
 
 TEST(AttemptLimit, givenBack_doesNotCount)
 {
     const AttemptLimit::Time now{1'800'000'000s};
     AttemptLimit limit(1, 1h);
-    EXPECT_TRUE(limit.Take("a", now));
+    EXPECT_TRUE(limit.TryConsume("a", now));
     limit.GiveBack("a");
     limit.GiveBack("unknown");
-    EXPECT_TRUE(limit.Take("a", now));
-    EXPECT_FALSE(limit.Take("a", now));
+    EXPECT_TRUE(limit.TryConsume("a", now));
+    EXPECT_FALSE(limit.TryConsume("a", now));
 }
 
 TEST(AttemptLimit, namesWithoutEnd_pushOutTheOldestAlone)
@@ -37,8 +37,8 @@ TEST(AttemptLimit, namesWithoutEnd_pushOutTheOldestAlone)
     const AttemptLimit::Time now{1'800'000'000s};
     AttemptLimit limit(1, 1h);
     for (std::size_t i = 0; i < AttemptLimit::kMostNames + 50'000; ++i) {
-        EXPECT_TRUE(limit.Take(std::to_string(i), now));
+        EXPECT_TRUE(limit.TryConsume(std::to_string(i), now));
     }
     EXPECT_LE(limit.Names(), AttemptLimit::kMostNames);
-    EXPECT_FALSE(limit.Take(std::to_string(AttemptLimit::kMostNames + 49'999), now));
+    EXPECT_FALSE(limit.TryConsume(std::to_string(AttemptLimit::kMostNames + 49'999), now));
 }

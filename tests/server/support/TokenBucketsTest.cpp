@@ -21,14 +21,14 @@ TEST(TokenBuckets, burst_isFollowedByTheRateAndComesBackWithTime)
 {
     TokenBuckets buckets(60, 3);
     const auto takesThree = [&buckets](TokenBuckets::Clock::time_point now) {
-        return buckets.Take(7, now) == 0s && buckets.Take(7, now) == 0s && buckets.Take(7, now) == 0s &&
-               buckets.Take(7, now) == 1s;
+        return buckets.TryConsume(7, now) == 0s && buckets.TryConsume(7, now) == 0s &&
+               buckets.TryConsume(7, now) == 0s && buckets.TryConsume(7, now) == 1s;
     };
     EXPECT_TRUE(takesThree(kBegin));
-    EXPECT_EQ(buckets.Take(8, kBegin), 0s);
-    EXPECT_EQ(buckets.Take(7, kBegin + 400ms), 600ms);
-    EXPECT_EQ(buckets.Take(7, kBegin + 1s), 0s);
-    EXPECT_EQ(buckets.Take(7, kBegin + 1s), 1s);
+    EXPECT_EQ(buckets.TryConsume(8, kBegin), 0s);
+    EXPECT_EQ(buckets.TryConsume(7, kBegin + 400ms), 600ms);
+    EXPECT_EQ(buckets.TryConsume(7, kBegin + 1s), 0s);
+    EXPECT_EQ(buckets.TryConsume(7, kBegin + 1s), 1s);
     EXPECT_TRUE(takesThree(kBegin + 24h));
 }
 
@@ -36,7 +36,7 @@ TEST(TokenBuckets, rateOfZero_isNoLimit)
 {
     TokenBuckets buckets(0, 1);
     for (int number = 0; number < 1000; ++number) {
-        EXPECT_EQ(buckets.Take(7, kBegin), 0s);
+        EXPECT_EQ(buckets.TryConsume(7, kBegin), 0s);
     }
 }
 
@@ -45,14 +45,14 @@ TEST(TokenBuckets, clientsWithoutEnd_areServedAndPushOutNoneThatHasNoTokens)
     TokenBuckets buckets(60, 3);
     for (std::uint64_t busy = 0; busy < 100; ++busy) {
         for (int token = 0; token < 3; ++token) {
-            ASSERT_EQ(buckets.Take(busy, kBegin), 0s);
+            ASSERT_EQ(buckets.TryConsume(busy, kBegin), 0s);
         }
     }
     for (std::uint64_t quiet = 1'000; quiet < 1'000 + 4 * TokenBuckets::kMostClients; ++quiet) {
-        ASSERT_EQ(buckets.Take(quiet, kBegin), 0s);
+        ASSERT_EQ(buckets.TryConsume(quiet, kBegin), 0s);
     }
     for (std::uint64_t busy = 0; busy < 100; ++busy) {
-        EXPECT_EQ(buckets.Take(busy, kBegin), 1s) << busy;
+        EXPECT_EQ(buckets.TryConsume(busy, kBegin), 1s) << busy;
     }
 }
 
@@ -64,7 +64,7 @@ TEST(TokenBuckets, manyThreads_takeAsManyTokensAsThereAre)
     for (int number = 0; number < 4; ++number) {
         threads.emplace_back([&buckets, &taken] {
             for (int turn = 0; turn < 2'000; ++turn) {
-                taken += buckets.Take(7, kBegin) == 0s ? 1 : 0;
+                taken += buckets.TryConsume(7, kBegin) == 0s ? 1 : 0;
             }
         });
     }

@@ -11,7 +11,7 @@ using beacond::XmlReply;
 
 TEST(XmlReply, nothingAdded_isTheEmptyRoot)
 {
-    EXPECT_EQ(XmlReply().Take(), "<root/>");
+    EXPECT_EQ(XmlReply().Finish(), "<root/>");
 }
 
 TEST(XmlReply, attributesBeforeChildren_areTheRootsOwn)
@@ -22,7 +22,7 @@ TEST(XmlReply, attributesBeforeChildren_areTheRootsOwn)
     reply.Child();
     reply.Child("G42").Attribute("city", "Ma'an");
     const std::size_t size = reply.Size();
-    const std::string text = reply.Take();
+    const std::string text = reply.Finish();
     EXPECT_EQ(text, R"(<root num_matches="2" max_matches="200"><c1 city="Makkah" atlas_id="SA-G104515"/>)"
                     R"(<c2/><G42 city="Ma&#39;an"/></root>)");
     EXPECT_EQ(size, text.size());
@@ -51,6 +51,6 @@ TEST(XmlReply, anyBytes_becomeTextThatXmlCarries)
     for (const Row& row : rows) {
         XmlReply reply;
         reply.Attribute("a", row.value);
-        EXPECT_EQ(reply.Take(), "<root a=\"" + row.written + "\"/>") << row.name;
+        EXPECT_EQ(reply.Finish(), "<root a=\"" + row.written + "\"/>") << row.name;
     }
 }
