@@ -21,10 +21,10 @@ constexpr std::int64_t kCodeLifetime = 30L * 60;
 
 std::string MessageWith(std::int64_t device, const std::string& code)
 {
-    return "Your mobile device ID: " + std::to_string(device) + "\nYour personal code: " + code +
-           "\n\nEnter both in Dusk Beacon, under Alerts and Mobile Alert, within 30 minutes, and click "
-           "Register."
-           "\nIf you did not ask for this, there is nothing to do: without the code nothing changes.";
+    return "Your mobile device ID: " + std::to_string(device) + "\nYour personal code: " + code + R"(
+
+Enter both in Dusk Beacon, under Alerts and Mobile Alert, within 30 minutes, and click Register.
+If you did not ask for this, there is nothing to do: without the code nothing changes.)";
 }
 
 Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHash)

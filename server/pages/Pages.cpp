@@ -13,13 +13,28 @@ namespace {
 
 // The controls of forms follow the colour scheme only where the page says that it has both.
 constexpr std::string_view kStyle =
-    ":root{color-scheme:light dark}"
-    "body{font:16px/1.5 sans-serif;color:#222;background:#fff;max-width:66ch;margin:2em auto;padding:0 1em}"
-    "h1,h2{color:#123a5c;line-height:1.2}a{color:#0b5394}"
-    "input,button{font:inherit;padding:.4em .6em;margin:.25em 0;max-width:100%;box-sizing:border-box}"
-    "footer{margin-top:3em;border-top:1px solid #ccc;color:#555;font-size:.875em}"
-    "@media(prefers-color-scheme:dark){body{color:#ddd;background:#14181c}h1,h2{color:#9cc4e8}"
-    "a{color:#8ab8e6}footer{border-color:#444;color:#aaa}}";
+    R"(:root{color-scheme:light dark}
+body{font:16px/1.5 sans-serif;color:#222;background:#fff;max-width:66ch;margin:2em auto;padding:0 1em}
+h1,h2{color:#123a5c;line-height:1.2}a{color:#0b5394}
+input,button{font:inherit;padding:.4em .6em;margin:.25em 0;max-width:100%;box-sizing:border-box}
+footer{margin-top:3em;border-top:1px solid #ccc;color:#555;font-size:.875em}
+@media(prefers-color-scheme:dark){body{color:#ddd;background:#14181c}h1,h2{color:#9cc4e8}
+a{color:#8ab8e6}footer{border-color:#444;color:#aaa}})";
+
+constexpr std::string_view kHead = R"(<!DOCTYPE html>
+<html lang="en">
+<head>
+<meta charset="utf-8">
+<meta name="viewport" content="width=device-width">
+<title>)";
+
+constexpr std::string_view kFoot = R"(<footer><p><a href="/">Home</a> &middot;
+<a href="/dbeacon/help.html">Help</a> &middot;
+<a href="/downloads/">Downloads</a></p>
+<p>Places: <a href="https://www.geonames.org/">GeoNames</a>, CC BY 4.0, changed.</p></footer>
+</body>
+</html>
+)";
 
 std::string Escaped(std::string_view text)
 {
@@ -30,18 +45,13 @@ std::string Escaped(std::string_view text)
 
 Response Page(unsigned status, std::string_view title, std::string_view content, bool mayBeCached)
 {
-    std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-                       "<meta name=\"viewport\" content=\"width=device-width\">\n<title>";
+    std::string html(kHead);
     html += title;
     html += "</title>\n<style>";
     html += kStyle;
     html += "</style>\n</head>\n<body>\n";
     html += content;
-    html +=
-        "<footer><p><a href=\"/\">Home</a> \xC2\xB7 <a href=\"/dbeacon/help.html\">Help</a> \xC2\xB7 "
-        "<a href=\"/downloads/\">Downloads</a></p>\n"
-        "<p>Places: <a href=\"https://www.geonames.org/\">GeoNames</a>, CC BY 4.0, changed.</p></footer>\n"
-        "</body>\n</html>\n";
+    html += kFoot;
     Response response{status, "text/html; charset=utf-8", std::move(html), {}};
     response.headers = {
         {"Cache-Control", mayBeCached ? "max-age=300" : "no-store"},
@@ -53,6 +63,12 @@ Response Page(unsigned status, std::string_view title, std::string_view content,
     };
     return response;
 }
+
+constexpr std::string_view kIntroduction = R"(<h1>Dusk Beacon</h1>
+<p>Dusk Beacon keeps the daily Islamic prayer times for one place on your desktop and announces each one when it
+comes.</p>
+<h2>Messages at prayer time</h2>
+)";
 
 constexpr std::string_view kSignupForm =
     "<p>Sign up for messages at the prayers that you choose in the program. Enter your mail address: an ID "
@@ -69,13 +85,40 @@ constexpr std::string_view kSignupForm =
 constexpr std::string_view kAfterConsent =
     " Unless you enter the code, it is deleted after half an hour.</p></form>\n";
 
+constexpr std::string_view kHelp = R"(<h1>Help</h1>
+<h2>The main window</h2>
+<p>It shows the place and how its times are calculated, today's date in both calendars, the six times from Fajr to
+Isha, the time left to the next one, the direction of the Qibla, and the sun and the moon in the sky. Minimised, the
+program stays in the notification area: a right click on its icon opens it again, or ends it.</p>
+<h2>Choosing a place</h2>
+<p><em>Locations</em> lists the places that the program knows. <em>Get New Location</em> finds more: by zip code, or
+by country and the first letters of the city. <em>Add</em> takes one into the list, <em>Set Current</em> makes it the
+place whose times are shown.</p>
+<h2>Calculation</h2>
+<p><em>Alerts</em>, page <em>General</em>: the method, or twilight angles of your own; the Asr method; the clock;
+daylight saving, which is yours to tick in summer; and a warning some minutes ahead.</p>
+<h2>Alerts</h2>
+<p>A click on a prayer's name opens its page: whether it is announced at all, with a window, with a sound of your
+choice, with a message to your mobile device. <em>Stop</em> in the main window ends the sound.</p>
+<h2>Messages</h2>
+<p>Sign up on the <a href="/">home page</a>. An ID and a personal code come to you; enter both on the page
+<em>Mobile Alert</em> and click <em>Register</em>. The computer has to be on and the program running at prayer time:
+it asks for each message.</p>
+<h2>Something is wrong</h2>
+<p>Times an hour off: look at <em>Use Day Light Savings</em>. A window that says "Error - 5" or "Error - 6": the file
+settings.xml is damaged or holds a value that can't be used.</p>
+)";
+
+constexpr std::string_view kSounds = R"(<h1>Sounds</h1>
+<p>This service offers no sounds yet. The program plays any WAV, MP3 or OGG file that lies on your computer: choose it
+on the page of a prayer, under <em>Alerts</em>.</p>
+)";
+
 } // namespace
 
 Response HomePage(bool offersSignup, std::string_view signupAddress)
 {
-    std::string content = "<h1>Dusk Beacon</h1>\n<p>Dusk Beacon keeps the daily Islamic prayer times for one "
-                          "place on your desktop and "
-                          "announces each one when it comes.</p>\n<h2>Messages at prayer time</h2>\n";
+    std::string content(kIntroduction);
     if (offersSignup) {
         content += kSignupForm;
         content += kConsentWords;
@@ -91,47 +134,12 @@ Response HomePage(bool offersSignup, std::string_view signupAddress)
 
 Response HelpPage()
 {
-    return Page(
-        200, "Dusk Beacon: help",
-        "<h1>Help</h1>\n"
-        "<h2>The main window</h2>\n<p>It shows the place and how its times are calculated, today's date in "
-        "both "
-        "calendars, the six times from Fajr to Isha, the time left to the next one, the direction of the "
-        "Qibla, "
-        "and the sun and the moon in the sky. Minimised, the program stays in the notification area: a right "
-        "click on its icon opens it again, or ends it.</p>\n"
-        "<h2>Choosing a place</h2>\n<p><em>Locations</em> lists the places that the program knows. <em>Get "
-        "New "
-        "Location</em> finds more: by zip code, or by country and the first letters of the city. "
-        "<em>Add</em> "
-        "takes one into the list, <em>Set Current</em> makes it the place whose times are shown.</p>\n"
-        "<h2>Calculation</h2>\n<p><em>Alerts</em>, page <em>General</em>: the method, or twilight angles of "
-        "your "
-        "own; the Asr method; the clock; daylight saving, which is yours to tick in summer; and a warning "
-        "some "
-        "minutes ahead.</p>\n"
-        "<h2>Alerts</h2>\n<p>A click on a prayer's name opens its page: whether it is announced at all, with "
-        "a "
-        "window, with a sound of your choice, with a message to your mobile device. <em>Stop</em> in the "
-        "main "
-        "window ends the sound.</p>\n"
-        "<h2>Messages</h2>\n<p>Sign up on the <a href=\"/\">home page</a>. An ID and a personal code come to "
-        "you; enter both on the page <em>Mobile Alert</em> and click <em>Register</em>. The computer has to "
-        "be "
-        "on and the program running at prayer time: it asks for each message.</p>\n"
-        "<h2>Something is wrong</h2>\n<p>Times an hour off: look at <em>Use Day Light Savings</em>. A window "
-        "that says \"Error - 5\" or \"Error - 6\": the file settings.xml is damaged or holds a value that "
-        "can't be used.</p>\n",
-        true);
+    return Page(200, "Dusk Beacon: help", kHelp, true);
 }
 
 Response SoundPage()
 {
-    return Page(200, "Dusk Beacon: sounds",
-                "<h1>Sounds</h1>\n<p>This service offers no sounds yet. The program plays any WAV, MP3 or "
-                "OGG file that "
-                "lies on your computer: choose it on the page of a prayer, under <em>Alerts</em>.</p>\n",
-                true);
+    return Page(200, "Dusk Beacon: sounds", kSounds, true);
 }
 
 Response DownloadsPage(const std::vector<Release>& releases)
