@@ -82,7 +82,7 @@ void CheckPorts(const Settings& settings, Findings& findings)
         try {
             opened.push_back(Listen(port.key, port.address));
         } catch (const ListenError& error) {
-            if (!IsOurs(port.address, port.path, port.text)) {
+            if (!AnswersAsOurService(port.address, port.path, port.text)) {
                 findings.errors.emplace_back(error.what());
             }
         }

@@ -41,8 +41,8 @@ using namespace std::chrono_literals;
 // that hangs takes longer, since a call of the store that has begun can't be broken off.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
 // A change of any other key needs a restart.
-constexpr std::string_view kKeysOfARunningService[] = {"log.level", "messages.signup_address", "places.file",
-                                                       "service.dists"};
+constexpr std::string_view kReloadableKeys[] = {"log.level", "messages.signup_address", "places.file",
+                                                "service.dists"};
 
 std::chrono::sys_seconds Now()
 {
@@ -142,9 +142,9 @@ void Service::Reload()
     const std::string parts = hasFile ? "configuration and places" : "places";
     try {
         const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
-        TakeUp(settings);
+        Apply(settings);
         ReadZonesAgain();
-        WarnOfKeysOfTheNextStart(settings);
+        WarnOfKeysThatNeedARestart(settings);
         LogInfo("the " + parts + " were read again");
         SetLogLevel(settings.log.level);
     } catch (const std::exception& error) {

@@ -85,16 +85,16 @@ Settings ReadAll(SettingsReader& reader)
     reader.Read("messages.signup_address", settings.messages.signupAddress);
     reader.Read("messages.spool", settings.messages.spool);
     constexpr std::int64_t kMostSignups = 100'000;
-    reader.Take("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
-    reader.Take("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);
-    reader.Take("messages.signups_per_domain", settings.messages.signups.ofADomain, 1, kMostSignups);
-    reader.Take("messages.signups_per_day", settings.messages.signups.inAll, 1, kMostSignups);
-    reader.Take("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
-    TakeLimits(reader, settings.limits);
-    reader.Take("log.level", settings.log.level);
+    reader.Read("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
+    reader.Read("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);
+    reader.Read("messages.signups_per_domain", settings.messages.signups.ofADomain, 1, kMostSignups);
+    reader.Read("messages.signups_per_day", settings.messages.signups.inAll, 1, kMostSignups);
+    reader.Read("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
+    ReadLimits(reader, settings.limits);
+    reader.Read("log.level", settings.log.level);
     constexpr std::array<std::string_view, 3> kLevels = {"info", "warning", "error"};
     if (std::find(kLevels.begin(), kLevels.end(), settings.log.level) == kLevels.end()) {
-        reader.Fail("log.level", "\"info\", \"warning\" or \"error\" is expected");
+        reader.AddError("log.level", "\"info\", \"warning\" or \"error\" is expected");
     }
     reader.RequireNoErrors();
     settings.values = reader.Values();

@@ -16,7 +16,7 @@ TEST(StartCounter, take_answersWhatWasCountedSinceTheLastTime)
     counter.Add(20'000, "SA", "other");
     counter.Add(20'000, "DE", "mosque", 5);
 
-    EXPECT_THAT(counter.Take(),
+    EXPECT_THAT(counter.Drain(),
                 ElementsAre(StartCount{20'000, "DE", "mosque", 5}, StartCount{20'000, "SA", "other", 2}));
-    EXPECT_THAT(counter.Take(), IsEmpty());
+    EXPECT_THAT(counter.Drain(), IsEmpty());
 }
