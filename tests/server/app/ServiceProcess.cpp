@@ -85,7 +85,7 @@ ProcessEnd ServiceProcess::Wait()
     ::waitpid(m_process, &status, 0);
     m_process = -1;
     return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), Read(m_folder + "/output"),
-            Errors(), WIFSIGNALED(status) && WCOREDUMP(status)};
+            Errors()};
 }
 
 std::string ServiceProcess::Errors() const

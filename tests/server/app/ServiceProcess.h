@@ -16,7 +16,6 @@ struct ProcessEnd
     int status = -1; ///< exit status, or 128 and the signal
     std::string output;
     std::string errors;
-    bool isCoreDumped = false;
 };
 
 /// The real program, started in a folder of its own.
