@@ -116,10 +116,10 @@ TEST(Importer, Import_overlay_corrects)
                                      std::pair("overlay: unknown action or wrong value", 1U)));
     const auto places = Places::Open(folder / "places.bin");
     for (const char* letters : {"makk", "mecc", "bakk"})
-        EXPECT_EQ(places->Search("SA", letters, 1).matches.at(0).city, "Makkah") << letters;
+        EXPECT_EQ(places->Search("SA", letters, 1).at(0).city, "Makkah") << letters;
     EXPECT_EQ(places->ByAtlasId("SA-G1")->timeZone, "Asia/Riyadh");
     EXPECT_EQ(places->ByAtlasId("SA-G1")->elevation, 277);
-    EXPECT_EQ(places->Search("IL", "jer", 1).matches.at(0).atlasId, "IL-G2");
+    EXPECT_EQ(places->Search("IL", "jer", 1).at(0).atlasId, "IL-G2");
     for (const char* state : {"PS", "DE"})
         EXPECT_THAT(Ids(places->Search(state, "jer", 9)), testing::ElementsAre("IL-G2")) << state;
     EXPECT_EQ(places->Count("US", "ghost"), 0U);
@@ -155,8 +155,8 @@ TEST(Importer, Import_shippedPlace_keepsKeyIdentifierAndNames)
             .Import(folder);
     EXPECT_EQ(report.skipped.size(), 2U);
     const auto places = Places::Open(folder / "places.bin");
-    EXPECT_EQ(places->Search("US", "york", 1).matches.at(0).city, "New York");
-    EXPECT_EQ(places->Search("US", "new york city", 1).matches.at(0).atlasId, "US-New_York");
+    EXPECT_EQ(places->Search("US", "york", 1).at(0).city, "New York");
+    EXPECT_EQ(places->Search("US", "new york city", 1).at(0).atlasId, "US-New_York");
     for (const char* id : {"US-New_York", "US-G1"}) {
         const auto place = places->ByAtlasId(id);
         ASSERT_TRUE(place) << id;

@@ -34,7 +34,7 @@ protected:
     static std::vector<std::string> Cities(const char* state, const char* letters, std::size_t most)
     {
         std::vector<std::string> cities;
-        for (const beacond::Match& match : s_places->Search(state, letters, most).matches)
+        for (const beacond::Match& match : s_places->Search(state, letters, most))
             cities.push_back(match.city);
         return cities;
     }
@@ -163,7 +163,7 @@ TEST_F(RealPlaces, ShippedPlaces_areFoundUnderTheirOwnKey)
         EXPECT_EQ(place->key, row[0]);
         EXPECT_EQ(place->city, row[3]);
         EXPECT_EQ(place->state, row[4]);
-        EXPECT_THAT(s_places->Search(place->country, row[3], 1).matches.at(0).atlasId, row[1]) << row[3];
+        EXPECT_THAT(s_places->Search(place->country, row[3], 1).at(0).atlasId, row[1]) << row[3];
     });
 }
 
