@@ -5,12 +5,17 @@
 #include "support/RepeatLimit.h"
 #include "support/Utf8.h"
 
+#include <poll.h>
+#include <spdlog/details/null_mutex.h>
+#include <spdlog/sinks/base_sink.h>
 #include <spdlog/sinks/dist_sink.h>
-#include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
+#include <unistd.h>
 
+#include <cstdint>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 namespace beacond {
 
@@ -45,17 +50,56 @@ private:
     RepeatLimit m_limit{kRepeatWindow};
 };
 
+/// Standard error. A reader that stops reading must stop neither the answers nor the end: lines that would
+/// wait for it are dropped.
+class StderrSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
+{
+private:
+    // A pipe that is ready takes PIPE_BUF bytes at once; lines are shorter.
+    static bool IsReady()
+    {
+        pollfd error = {STDERR_FILENO, POLLOUT, 0};
+        return ::poll(&error, 1, 0) > 0;
+    }
+
+    void sink_it_(const spdlog::details::log_msg& message) override
+    {
+        if (m_dropped > 0 && IsReady()) {
+            const std::string text = "\"message\":\"lines of the log were dropped: its reader did not keep "
+                                     "up\",\"dropped\":" +
+                                     std::to_string(std::exchange(m_dropped, 0));
+            Write({message.time, {}, message.logger_name, spdlog::level::warn, text});
+        }
+        if (IsReady()) {
+            Write(message);
+        } else {
+            ++m_dropped;
+        }
+    }
+
+    void Write(const spdlog::details::log_msg& message)
+    {
+        spdlog::memory_buf_t line;
+        formatter_->format(message, line);
+        // There is no other place to report a failure at.
+        [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, line.data(), line.size());
+    }
+
+    void flush_() override {}
+
+    std::uint64_t m_dropped = 0;
+};
+
 } // namespace
 
 void StartLog(const std::string& level)
 {
     // The messages are JSON already; the pattern adds the time and the level around them.
     auto filter = std::make_shared<RepeatFilter>();
-    filter->add_sink(std::make_shared<spdlog::sinks::stderr_sink_st>());
+    filter->add_sink(std::make_shared<StderrSink>());
     auto logger = std::make_shared<spdlog::logger>("beacond", std::move(filter));
     logger->set_pattern(R"({"time":"%Y-%m-%dT%H:%M:%S.%eZ","level":"%l",%v})",
                         spdlog::pattern_time_type::utc);
-    logger->flush_on(spdlog::level::info);
     spdlog::set_default_logger(std::move(logger));
     SetLogLevel(level);
 }

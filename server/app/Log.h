@@ -9,6 +9,7 @@
 namespace beacond {
 
 /// Sends the log to standard error, a JSON object a line, from @p level on: "info", "warning" or "error".
+/// Lines that its reader is too slow for are dropped and counted: a call never waits.
 void StartLog(const std::string& level);
 void SetLogLevel(const std::string& level);
 
