@@ -13,6 +13,7 @@
 
 #include <cerrno>
 #include <new>
+#include <thread>
 #include <utility>
 
 namespace {
@@ -48,6 +49,7 @@ Acceptor::Acceptor(ListeningSocket listener, const Workers& workers, ConnectionL
     , m_home(*workers.front())
     , m_socket(m_home.Context())
     , m_pause(m_home.Context())
+    , m_isInherited(listener.IsInherited())
 {
     const tcp protocol = ProtocolOf(listener.Endpoint());
     m_socket.assign(protocol, listener.Release());
@@ -61,7 +63,10 @@ void Acceptor::Start()
 
 void Acceptor::Stop()
 {
-    AcceptAll(kMostAtStop);
+    // Connections in the service manager's socket wait there for the next start.
+    if (!m_isInherited) {
+        AcceptAll(kMostAtStop);
+    }
     error_code ignored;
     m_socket.close(ignored);
     m_pause.cancel();
@@ -69,14 +74,23 @@ void Acceptor::Stop()
 
 void Acceptor::AcceptWhenReady()
 {
-    m_socket.async_wait(Socket::wait_read, [this](const error_code& failure) {
-        if (failure) {
-            return; // closed
-        }
-        if (AcceptAll(kMostAtOnce)) {
-            AcceptWhenReady();
-            return;
-        }
+    Arm([this] {
+        m_socket.async_wait(Socket::wait_read, [this](const error_code& failure) {
+            if (failure) {
+                return; // closed
+            }
+            if (AcceptAll(kMostAtOnce)) {
+                AcceptWhenReady();
+            } else {
+                AcceptAfterPause();
+            }
+        });
+    });
+}
+
+void Acceptor::AcceptAfterPause()
+{
+    Arm([this] {
         m_pause.expires_after(kPause);
         m_pause.async_wait([this](const error_code& cancelled) {
             if (!cancelled) {
@@ -84,6 +98,21 @@ void Acceptor::AcceptWhenReady()
             }
         });
     });
+}
+
+template <typename Wait>
+void Acceptor::Arm(Wait wait)
+{
+    for (;;) {
+        try {
+            wait();
+            return;
+        } catch (const std::bad_alloc&) {
+            // Given up, it would accept nothing to the end of the process.
+            Increment(m_home.Figures().acceptErrors);
+            std::this_thread::sleep_for(kPause);
+        }
+    }
 }
 
 bool Acceptor::AcceptAll(std::size_t most)

@@ -25,7 +25,8 @@ public:
 
     /// Begins to accept.
     void Start();
-    /// Accepts what has arrived, then closes the listening socket.
+    /// Closes the listening socket. What has arrived is accepted before, or waits for the next start in a
+    /// socket of the service manager.
     void Stop();
 
 private:
@@ -33,6 +34,10 @@ private:
         boost::asio::basic_socket_acceptor<boost::asio::ip::tcp, boost::asio::io_context::executor_type>;
 
     void AcceptWhenReady();
+    void AcceptAfterPause();
+    /// Begins to wait, which takes memory: tries until there is some.
+    template <typename Wait>
+    void Arm(Wait wait);
     /// Accepts until no connection is left or @p most have come. Answers false if no more can be opened now.
     bool AcceptAll(std::size_t most);
     void Distribute(int descriptor, const boost::asio::ip::tcp::endpoint& peer);
@@ -43,6 +48,7 @@ private:
     std::size_t m_next = 0;
     Socket m_socket;
     boost::asio::steady_timer m_pause;
+    const bool m_isInherited;
 };
 
 } // namespace beacond

@@ -87,13 +87,15 @@ tcp::endpoint ParseListenAddress(std::string_view text)
     return {address, port};
 }
 
-ListeningSocket::ListeningSocket(int descriptor)
+ListeningSocket::ListeningSocket(int descriptor, bool isInherited)
     : m_descriptor(descriptor)
+    , m_isInherited(isInherited)
 {
 }
 
 ListeningSocket::ListeningSocket(ListeningSocket&& other) noexcept
     : m_descriptor(other.Release())
+    , m_isInherited(other.m_isInherited)
 {
 }
 
@@ -109,7 +111,7 @@ int ListeningSocket::Release()
     return std::exchange(m_descriptor, -1);
 }
 
-ListeningSocket ListeningSocket::Open(const tcp::endpoint& endpoint)
+ListeningSocket ListeningSocket::Bind(const tcp::endpoint& endpoint)
 {
     const int descriptor = ::socket(endpoint.protocol().family(), SOCK_STREAM | SOCK_CLOEXEC, IPPROTO_TCP);
     Require(descriptor, endpoint);
@@ -117,10 +119,21 @@ ListeningSocket ListeningSocket::Open(const tcp::endpoint& endpoint)
     EnableOption(descriptor, SOL_SOCKET, SO_REUSEADDR);
     SetNoDelay(descriptor);
     Require(::bind(descriptor, endpoint.data(), static_cast<socklen_t>(endpoint.size())), endpoint);
+    return socket;
+}
+
+ListeningSocket ListeningSocket::Open(const tcp::endpoint& endpoint)
+{
+    ListeningSocket socket = Bind(endpoint);
     // The kernel lowers it to its own limit. All clients of a city call within the same second.
     constexpr int kBacklog = 65'535;
-    Require(::listen(descriptor, kBacklog), endpoint);
+    Require(::listen(socket.m_descriptor, kBacklog), endpoint);
     return socket;
+}
+
+void ListeningSocket::RequireFree(const tcp::endpoint& endpoint)
+{
+    (void)Bind(endpoint);
 }
 
 std::optional<ListeningSocket> ListeningSocket::Inherited()
@@ -143,7 +156,7 @@ std::optional<ListeningSocket> ListeningSocket::Inherited()
     }
     ::fcntl(kFirstInherited, F_SETFD, FD_CLOEXEC);
     SetNoDelay(kFirstInherited);
-    return ListeningSocket(kFirstInherited);
+    return ListeningSocket(kFirstInherited, true);
 }
 
 tcp::endpoint ListeningSocket::Endpoint() const

@@ -27,18 +27,25 @@ public:
     /// socket.
     [[nodiscard]] static std::optional<ListeningSocket> Inherited();
 
+    /// Throws std::system_error like Open if @p endpoint can't be listened at. Takes no connection.
+    static void RequireFree(const boost::asio::ip::tcp::endpoint& endpoint);
+
     ListeningSocket(ListeningSocket&& other) noexcept;
     ListeningSocket& operator=(ListeningSocket&&) = delete;
     ~ListeningSocket();
 
     [[nodiscard]] boost::asio::ip::tcp::endpoint Endpoint() const;
+    /// Whether the service manager keeps it open too.
+    [[nodiscard]] bool IsInherited() const { return m_isInherited; }
     /// Hands over the descriptor, which the caller closes.
     [[nodiscard]] int Release();
 
 private:
-    explicit ListeningSocket(int descriptor);
+    explicit ListeningSocket(int descriptor, bool isInherited = false);
+    [[nodiscard]] static ListeningSocket Bind(const boost::asio::ip::tcp::endpoint& endpoint);
 
     int m_descriptor = -1;
+    bool m_isInherited = false;
 };
 
 } // namespace beacond
