@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Check.h"
 
-#include "app/Listeners.h"
 #include "app/Metrics.h"
 #include "app/Service.h"
 #include "app/Settings.h"
+#include "http/ListeningSocket.h"
 #include "places/Places.h"
 #include "places/PlacesError.h"
 #include "secrets/Keys.h"
@@ -19,7 +19,6 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
-#include <iterator>
 #include <optional>
 
 namespace beacond {
@@ -28,11 +27,26 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// Whether it exists. A path that can't be searched is an error among the findings, and counts as missing.
+bool Exists(const fs::path& path, Findings& findings)
+{
+    std::error_code failure;
+    const bool exists = fs::exists(path, failure);
+    if (failure) {
+        findings.errors.push_back(path.string() + ": " + failure.message());
+    }
+    return exists;
+}
+
 // The reason why files can't be made in a folder, or the folder itself can't be made.
 std::optional<std::string> ReasonAgainstWriting(const fs::path& folder)
 {
     fs::path present = fs::absolute(folder.empty() ? "." : folder);
-    while (!fs::exists(present)) {
+    std::error_code failure;
+    while (!fs::exists(present, failure)) {
+        if (failure) {
+            return failure.message();
+        }
         present = present.parent_path();
     }
     // access() does not detect a read-only or full file system: create a file.
@@ -60,11 +74,13 @@ bool AnswersAsOurService(const ListenAddress& address, const std::string& path, 
     stream.expires_after(std::chrono::seconds(2));
     stream.connect(address);
     stream << "GET " << path << " HTTP/1.0\r\n\r\n" << std::flush;
-    const std::string reply(std::istreambuf_iterator<char>(stream), {});
+    constexpr std::streamsize kMostBytes = 65'536;
+    std::string reply(kMostBytes, '\0');
+    stream.read(reply.data(), kMostBytes);
     return reply.find(text) != std::string::npos;
 }
 
-void CheckPorts(const Settings& settings, Findings& findings)
+void CheckPorts(const Settings& settings, bool isActivated, Findings& findings)
 {
     const struct
     {
@@ -76,16 +92,25 @@ void CheckPorts(const Settings& settings, Findings& findings)
         {"http.listen", settings.http.listen, "/cgi-bin/dbeacon/version.pl", "<root version_name="},
         {"metrics.listen", settings.metrics.listen, "/metrics", kOpenConnectionsMetric},
     };
-    // Kept open, so that two keys with one address are seen.
-    std::vector<ListeningSocket> opened;
     for (const auto& port : ports) {
+        const bool isManagers = isActivated && &port.address == &settings.http.listen;
+        if (isManagers) {
+            continue; // to ask there would start the service
+        }
         try {
-            opened.push_back(Listen(port.key, port.address));
-        } catch (const ListenError& error) {
+            ListeningSocket::RequireFree(port.address);
+        } catch (const std::exception& error) {
             if (!AnswersAsOurService(port.address, port.path, port.text)) {
-                findings.errors.emplace_back(error.what());
+                findings.errors.push_back(std::string(port.key) + ": " + error.what());
             }
         }
+    }
+    const ListenAddress& main = settings.http.listen;
+    const ListenAddress& metrics = settings.metrics.listen;
+    const bool isAnywhere = main.address().is_unspecified() || metrics.address().is_unspecified();
+    if (main.port() == metrics.port() && main.port() != 0 &&
+        (isAnywhere || main.address() == metrics.address())) {
+        findings.errors.emplace_back("metrics.listen: the port of http.listen");
     }
 }
 
@@ -96,7 +121,7 @@ void CheckKeys(const fs::path& folder, const StoreCheck& store, Findings& findin
         const fs::path file = folder / name;
         const auto hash = store.hashes.find(name);
         const bool isKnown = hash != store.hashes.end();
-        if (!fs::exists(file)) {
+        if (!Exists(file, findings)) {
             isAnyMissing = true;
             if (isKnown) {
                 findings.errors.push_back(file.string() + ": missing; the store was written with it");
@@ -121,7 +146,7 @@ void CheckStoreAndKeys(const Settings& settings, Findings& findings)
 {
     const fs::path file = SqlitePath(settings.store.url);
     StoreCheck store;
-    if (fs::exists(file)) {
+    if (Exists(file, findings)) {
         store = CheckStore(file.string());
         findings.errors.insert(findings.errors.end(), store.problems.begin(), store.problems.end());
     }
@@ -144,11 +169,11 @@ void CheckAddresses(const Settings& settings, Findings& findings)
 
 } // namespace
 
-Findings CheckParts(const Settings& settings)
+Findings CheckParts(const Settings& settings, bool isActivated)
 {
     Findings findings;
     CheckAddresses(settings, findings);
-    CheckPorts(settings, findings);
+    CheckPorts(settings, isActivated, findings);
     try {
         (void)Places::Open(settings.places.file);
     } catch (const PlacesError& error) {

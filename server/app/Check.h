@@ -18,6 +18,7 @@ struct Findings
 
 /// Opens each part as the service would, and creates nothing: a missing file or folder stays missing.
 /// The ports may be free or those of a service that runs.
-[[nodiscard]] Findings CheckParts(const Settings& settings);
+/// @param isActivated the service manager listens at http.listen, which is left alone
+[[nodiscard]] Findings CheckParts(const Settings& settings, bool isActivated);
 
 } // namespace beacond

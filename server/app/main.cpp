@@ -41,6 +41,7 @@ struct Arguments
     std::string tables = FolderOfTables();
     std::string out;
     std::string address;
+    bool isActivated = false;
     Strip strip;
     std::int64_t stripId = 0;
     Release release;
@@ -88,7 +89,7 @@ void RunCheck(const Arguments& arguments)
 {
     Findings findings;
     try {
-        findings = CheckParts(SettingsOf(arguments));
+        findings = CheckParts(SettingsOf(arguments), arguments.isActivated);
     } catch (const SettingsError& error) {
         findings.errors = error.Lines();
     }
@@ -244,9 +245,10 @@ int RunProgram(int argc, char** argv)
     program.add_option("--config", arguments.config, "configuration file (default: the default of each key)")
         ->check([](const std::string& text) { return text.empty() ? "a path is expected" : std::string(); });
     program.add_subcommand("serve", "answers until SIGTERM")->callback([&] { RunServe(arguments); });
-    program.add_subcommand("check", "says what is wrong with the configuration and its parts")->callback([&] {
-        RunCheck(arguments);
-    });
+    CLI::App* const check =
+        program.add_subcommand("check", "says what is wrong with the configuration and its parts");
+    check->add_flag("--activated", arguments.isActivated, "the service manager listens at http.listen");
+    check->callback([&] { RunCheck(arguments); });
     CLI::App* const places = program.add_subcommand("import", "makes the places file");
     places->add_option("--out", arguments.out, "the file (default: places.file of the configuration)");
     places->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();

@@ -5,6 +5,7 @@
 #include "store/Sqlite.h"
 
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <csignal>
 #include <filesystem>
@@ -118,6 +119,12 @@ TEST_F(CheckTest, partThatCantBeUsed_isOneLineAndStatusTwo)
              fs::permissions(folder / "state/keys/index.key", fs::perms::owner_all | fs::perms::group_read);
          },
          "state/keys/index.key: readable by others than its owner; run chmod 600 on it"},
+        {"folder that can't be searched",
+         [&] {
+             fs::create_symlink("loop", folder / "loop");
+             Configure("[messages]\nchannels = [\"spool\"]\nspool = \"loop/spool\"\n");
+         },
+         "messages.spool: loop/spool: Too many levels of symbolic links"},
         {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
          "messages.spool: /proc/none: "},
     };
@@ -181,6 +188,37 @@ TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)
                                   : kNoHttps + "error: " + row.key + ": can't listen at " +
                                         address(row.port) + ": Address already in use\n");
     }
+}
+
+TEST_F(CheckTest, pipeForAConfiguration_isRefusedAtOnce)
+{
+    ASSERT_EQ(::mkfifo(folder.File("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(RunService(Path(), {"check", "--config", "pipe"}).output, "error: pipe: can't be read\n");
+}
+
+TEST_F(CheckTest, portOfTheServiceManager_isLeftAlone)
+{
+    const beacond::ListeningSocket manager =
+        beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
+    Write(folder / "service.toml",
+          "[http]\nlisten = \"127.0.0.1:" + std::to_string(manager.Endpoint().port()) +
+              "\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
+              "[places]\nfile = \"places.bin\"\n");
+    const ProcessEnd end = Run({"check", "--activated"});
+    EXPECT_EQ(end.output, kNoHttps + kUsable);
+    EXPECT_EQ(end.status, 0);
+}
+
+TEST_F(CheckTest, onePortOfTwoListeners_isAnError)
+{
+    const unsigned short free =
+        beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0")).Endpoint().port();
+    Write(folder / "service.toml", "[http]\nlisten = \"127.0.0.1:" + std::to_string(free) +
+                                       "\"\n[metrics]\nlisten = \"0.0.0.0:" + std::to_string(free) +
+                                       "\"\n[places]\nfile = \"places.bin\"\n");
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.output, kNoHttps + "error: metrics.listen: the port of http.listen\n");
+    EXPECT_EQ(end.status, 2);
 }
 
 TEST_F(CheckTest, httpsWithoutAProxy_isWarnedOf)
