@@ -6,6 +6,7 @@
 
 #include <sys/resource.h>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <utility>
@@ -14,10 +15,13 @@ namespace beacond {
 
 namespace {
 
-// Each connection takes a descriptor; some are left for files, the store and the libraries.
+// Of the metrics: a few collectors and a person.
+constexpr std::size_t kMetricsConnections = 16;
+
+// Each connection takes a descriptor; some are left for the metrics, files, the store and the libraries.
 std::size_t ConnectionsThatFit(std::size_t wanted)
 {
-    constexpr rlim_t kReserve = 64;
+    constexpr rlim_t kReserve = 64 + kMetricsConnections;
     rlimit limit = {};
     if (::getrlimit(RLIMIT_NOFILE, &limit) != 0) {
         return wanted;
@@ -65,6 +69,16 @@ HttpOptions MainHttpOptions(const Settings& settings)
     options.proxies = ProxyList(settings.http.proxies);
     options.reportError = &LogError;
     options.reportWarning = &LogWarning;
+    return options;
+}
+
+HttpOptions MetricsHttpOptions()
+{
+    HttpOptions options;
+    options.threads = 1;
+    options.maxConnections = kMetricsConnections;
+    options.idleTime = std::chrono::seconds(5);
+    options.reportError = &LogError;
     return options;
 }
 

@@ -29,5 +29,7 @@ public:
 /// The limits of the main listener. Raises the process's limit of open files as far as it may, and lowers the
 /// number of connections, with a warning, to what fits into it.
 [[nodiscard]] HttpOptions MainHttpOptions(const Settings& settings);
+/// The limits of the metrics' listener: 16 connections, each closed after five seconds without a request.
+[[nodiscard]] HttpOptions MetricsHttpOptions();
 
 } // namespace beacond

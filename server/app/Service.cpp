@@ -22,13 +22,14 @@
 #include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
-#include <boost/asio/use_awaitable.hpp>
+#include <boost/asio/steady_timer.hpp>
 
 #include <algorithm>
 #include <csignal>
 #include <functional>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 namespace beacond {
 
@@ -40,6 +41,7 @@ using namespace std::chrono_literals;
 // An end takes five seconds at most: the counts of the starts are stored after the last request. Only a disk
 // that hangs takes longer, since a call of the store that has begun can't be broken off.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
+constexpr auto kReloadDelay = 50ms;
 // A change of any other key needs a restart.
 constexpr std::string_view kReloadableKeys[] = {"log.level", "messages.signup_address", "places.file",
                                                 "service.dists"};
@@ -78,13 +80,16 @@ private:
     void Apply(const Settings& settings);
     void Reload();
     void WarnOfKeysThatNeedARestart(const Settings& settings) const;
-    [[nodiscard]] asio::awaitable<void> FollowSignals();
+    void FollowHangups();
 
     const Settings& m_settings;
     const std::filesystem::path m_file;
     // Declared first, so that signals are handled during construction and destruction.
     asio::io_context m_context{1};
-    asio::signal_set m_signals{m_context, SIGTERM, SIGINT, SIGHUP};
+    asio::signal_set m_ends{m_context, SIGTERM, SIGINT};
+    asio::signal_set m_hangups{m_context, SIGHUP};
+    asio::steady_timer m_reload{m_context};
+    bool m_isReloadDue = false;
     Keys m_keys;
     std::optional<Spool> m_spool;
     Latest<Places> m_places;
@@ -141,6 +146,10 @@ void Service::Reload()
     const bool hasFile = !m_file.empty();
     const std::string parts = hasFile ? "configuration and places" : "places";
     try {
+        // A program that writes the file anew may have emptied it first.
+        if (hasFile && std::filesystem::exists(m_file) && std::filesystem::is_empty(m_file)) {
+            throw SettingsError({m_file.string() + ": empty"});
+        }
         const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
         Apply(settings);
         ReadZonesAgain();
@@ -171,11 +180,8 @@ void Service::Run()
     HttpServer server(
         std::move(m_listener), MainHttpOptions(m_settings),
         [this](const Request& request) { return m_site->Answer(request); }, m_figures);
-    HttpOptions metricsOptions;
-    metricsOptions.threads = 1;
-    metricsOptions.reportError = &LogError;
     HttpServer metrics(
-        std::move(m_metricsListener), metricsOptions,
+        std::move(m_metricsListener), MetricsHttpOptions(),
         [this](const Request& request) -> asio::awaitable<Response> {
             const bool isKnown = request.path == "/metrics";
             co_return Response{isKnown ? 200U : 404U,
@@ -194,7 +200,8 @@ void Service::Run()
     LogInfo("metrics on port " + std::to_string(metrics.Port()));
     LogInfo("ready on port " + std::to_string(server.Port()));
 
-    asio::co_spawn(m_context, FollowSignals(), asio::detached);
+    m_ends.async_wait([this](const boost::system::error_code&, int) { m_context.stop(); });
+    FollowHangups();
     asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), asio::detached);
     asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), asio::detached);
     m_context.run();
@@ -209,17 +216,22 @@ void Service::Run()
     last.run();
 }
 
-asio::awaitable<void> Service::FollowSignals()
+// Signals that come while a reload is due or under way are answered by one reload.
+void Service::FollowHangups()
 {
-    // Not awaited in the condition of a loop: compiled by GCC 12, that crashes at the second wait.
-    for (;;) {
-        const int signal = co_await m_signals.async_wait(asio::use_awaitable);
-        if (signal != SIGHUP) {
-            break;
+    m_hangups.async_wait([this](const boost::system::error_code& failure, int) {
+        if (failure) {
+            return;
         }
-        Reload();
-    }
-    m_context.stop();
+        if (!std::exchange(m_isReloadDue, true)) {
+            m_reload.expires_after(kReloadDelay);
+            m_reload.async_wait([this](const boost::system::error_code&) {
+                m_isReloadDue = false;
+                Reload();
+            });
+        }
+        FollowHangups();
+    });
 }
 
 } // namespace

@@ -136,11 +136,25 @@ Settings ParseSettings(std::string_view text, std::string_view name)
 
 Settings ReadSettings(const std::filesystem::path& file)
 {
-    std::ifstream stream(file, std::ios::binary);
-    if (std::filesystem::is_directory(file) || !stream) {
+    namespace fs = std::filesystem;
+    std::error_code failure;
+    // To open a pipe would wait for its writer.
+    if (!fs::is_regular_file(file, failure)) {
         throw SettingsError({file.string() + ": can't be read"});
     }
-    return ParseSettings(std::string(std::istreambuf_iterator<char>(stream), {}), file.string());
+    const auto state = [&file, &failure] {
+        return std::pair(fs::file_size(file, failure), fs::last_write_time(file, failure));
+    };
+    const auto before = state();
+    std::ifstream stream(file, std::ios::binary);
+    if (!stream) {
+        throw SettingsError({file.string() + ": can't be read"});
+    }
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (state() != before || text.size() != before.first) {
+        throw SettingsError({file.string() + ": changed while it was read"});
+    }
+    return ParseSettings(text, file.string());
 }
 
 } // namespace beacond

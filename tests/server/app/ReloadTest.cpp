@@ -163,6 +163,10 @@ TEST_F(ReloadTest, configurationThatCantBeUsed_isRefusedWhole)
     EXPECT_TRUE(Knows(port, "makkah"));
     EXPECT_FALSE(Knows(port, "jeddah"));
 
+    Write(folder / "service.toml", "");
+    service.Signal(SIGHUP);
+    ASSERT_TRUE(service.AwaitLog("service.toml: empty; " + kRefused));
+
     std::filesystem::remove(folder / "service.toml");
     service.Signal(SIGHUP);
     ASSERT_TRUE(service.AwaitLog("service.toml: can't be read; " + kRefused));
