@@ -114,6 +114,18 @@ void CheckPorts(const Settings& settings, bool isActivated, Findings& findings)
     }
 }
 
+// They could put other keys into place.
+void CheckWritersOf(const fs::path& folder, Findings& findings)
+{
+    std::error_code ignored;
+    const fs::file_status status = fs::status(folder, ignored);
+    const fs::perms others = fs::perms::group_write | fs::perms::others_write;
+    if (fs::is_directory(status) && (status.permissions() & others) != fs::perms::none) {
+        findings.warnings.push_back("keys.folder: " + folder.string() +
+                                    ": others than its owner can write to it");
+    }
+}
+
 void CheckKeys(const fs::path& folder, const StoreCheck& store, Findings& findings)
 {
     bool isAnyMissing = false;
@@ -152,6 +164,7 @@ void CheckStoreAndKeys(const Settings& settings, Findings& findings)
     }
     CheckFolder("store.url", file.parent_path(), findings);
     CheckKeys(settings.keys.folder, store, findings);
+    CheckWritersOf(settings.keys.folder, findings);
 }
 
 void CheckAddresses(const Settings& settings, Findings& findings)

@@ -89,14 +89,15 @@ void MakeKeyFile(const std::filesystem::path& file)
 } // namespace
 
 Key::Key(const std::array<unsigned char, kBytes>& bytes)
-    : m_bytes(bytes)
 {
     RequireSodium();
-}
-
-Key::~Key()
-{
-    sodium_memzero(m_bytes.data(), m_bytes.size());
+    const std::shared_ptr<unsigned char> pages(static_cast<unsigned char*>(sodium_malloc(kBytes)),
+                                               &sodium_free);
+    if (!pages) {
+        throw KeyError("no memory for a key");
+    }
+    std::memcpy(pages.get(), bytes.data(), kBytes);
+    m_bytes = pages;
 }
 
 Key Key::FromFile(const std::filesystem::path& file)
@@ -110,10 +111,18 @@ Key Key::FromFile(const std::filesystem::path& file)
 Key Key::FromExistingFile(const std::filesystem::path& file)
 {
     RequireSodium();
-    const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    // A FIFO would wait for a writer.
+    const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     struct stat status = {};
-    if (descriptor.Number() < 0 || ::fstat(descriptor.Number(), &status) != 0) {
+    const bool isOpen = descriptor.Number() >= 0 && ::fstat(descriptor.Number(), &status) == 0;
+    if (!isOpen && errno != ELOOP) {
         Fail(file);
+    }
+    if (!isOpen || !S_ISREG(status.st_mode)) {
+        throw KeyError(file.string() + ": not a regular file");
+    }
+    if (status.st_uid != ::geteuid() && status.st_uid != 0) {
+        throw KeyError(file.string() + ": of another account");
     }
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
         throw KeyError(file.string() + ": readable by others than its owner; run chmod 600 on it");
@@ -138,7 +147,7 @@ std::string Key::Hash(std::string_view purpose, std::string_view text) const
     std::memcpy(personal.data(), purpose.data(), std::min(purpose.size(), personal.size()));
     std::string hash(crypto_generichash_BYTES, '\0');
     crypto_generichash_blake2b_salt_personal(Bytes(hash), hash.size(), Bytes(text), text.size(),
-                                             m_bytes.data(), m_bytes.size(), nullptr, personal.data());
+                                             m_bytes.get(), kBytes, nullptr, personal.data());
     return hash;
 }
 
@@ -148,7 +157,7 @@ std::string Key::Seal(std::string_view text) const
     const std::size_t head = sealed.size();
     sealed.resize(head + text.size() + crypto_aead_xchacha20poly1305_ietf_ABYTES);
     crypto_aead_xchacha20poly1305_ietf_encrypt(Bytes(sealed) + head, nullptr, Bytes(text), text.size(),
-                                               nullptr, 0, nullptr, Bytes(sealed), m_bytes.data());
+                                               nullptr, 0, nullptr, Bytes(sealed), m_bytes.get());
     return sealed;
 }
 
@@ -162,7 +171,7 @@ std::string Key::Unseal(std::string_view sealed) const
     std::string text(sealed.size() - kHead - kTag, '\0');
     if (crypto_aead_xchacha20poly1305_ietf_decrypt(Bytes(text), nullptr, nullptr, Bytes(sealed) + kHead,
                                                    sealed.size() - kHead, nullptr, 0, Bytes(sealed),
-                                                   m_bytes.data()) != 0) {
+                                                   m_bytes.get()) != 0) {
         throw KeyError("a sealed text was sealed with another key, or is damaged");
     }
     return text;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -19,7 +20,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// 256 secret bits in a file of its own, readable by its owner alone. Wiped from memory at the end.
+/// 256 secret bits in a file of its own, readable by its owner alone. In memory they lie in pages that are
+/// neither swapped out, where the system allows it, nor dumped; copies share them, and the last one wipes
+/// them.
 class Key final
 {
 public:
@@ -27,12 +30,9 @@ public:
 
     /// Reads the file; makes it with random bits if there is none. Throws KeyError.
     static Key FromFile(const std::filesystem::path& file);
-    /// Throws KeyError if there is none.
+    /// Throws KeyError if there is none, or if it is no regular file of this account or the administrator.
     [[nodiscard]] static Key FromExistingFile(const std::filesystem::path& file);
     explicit Key(const std::array<unsigned char, kBytes>& bytes);
-    ~Key();
-    Key(const Key&) = default;
-    Key& operator=(const Key&) = default;
 
     /// Keyed BLAKE2b, 32 bytes. Uses of one key are kept apart by @p purpose, of at most 16 bytes.
     [[nodiscard]] std::string Hash(std::string_view purpose, std::string_view text) const;
@@ -44,7 +44,7 @@ public:
     [[nodiscard]] std::string Unseal(std::string_view sealed) const;
 
 private:
-    std::array<unsigned char, kBytes> m_bytes{};
+    std::shared_ptr<const unsigned char> m_bytes;
 };
 
 /// The keys of the service. Each lies in a file of its own and in no backup.

@@ -221,6 +221,16 @@ TEST_F(CheckTest, onePortOfTwoListeners_isAnError)
     EXPECT_EQ(end.status, 2);
 }
 
+TEST_F(CheckTest, folderOfKeysThatOthersMayWrite_isWarnedOf)
+{
+    ServeOnce();
+    fs::permissions(folder / "state/keys", fs::perms::others_write, fs::perm_options::add);
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.status, 0);
+    EXPECT_THAT(end.output,
+                HasSubstr("warning: keys.folder: state/keys: others than its owner can write to it\n"));
+}
+
 TEST_F(CheckTest, httpsWithoutAProxy_isWarnedOf)
 {
     Configure("", "base_url = \"https://example.org\"\n");

@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "secrets/Keys.h"
 
+#include "server/AsNobody.h"
 #include "server/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <fstream>
 
@@ -24,6 +27,18 @@ std::string ErrorOf(const std::function<void()>& deed)
         return error.what();
     }
     return {};
+}
+
+/// Kilobytes of this process that are never swapped out.
+int LockedMemory()
+{
+    std::ifstream status("/proc/self/status");
+    std::string word;
+    int kilobytes = 0;
+    while (status >> word && word != "VmLck:") {
+    }
+    status >> kilobytes;
+    return kilobytes;
 }
 
 } // namespace
@@ -104,4 +119,46 @@ TEST(Key, hash_dependsOnKeyPurposeAndText)
     EXPECT_NE(key.Hash("address", "1234"), hash);
     EXPECT_NE(key.Hash("code", "1235"), hash);
     EXPECT_NE(Key::FromFile(folder.File("another")).Hash("code", "1234"), hash);
+}
+
+TEST(Key, fromFile_nameThatIsNoRegularFile_isRefused)
+{
+    const TemporaryFolder folder;
+    (void)Key::FromFile(folder.File("key"));
+    fs::create_symlink(folder.File("key"), folder.File("link"));
+    ASSERT_EQ(::mkfifo(folder.File("pipe").c_str(), 0600), 0);
+
+    for (const char* const name : {"link", "pipe"}) {
+        const std::string file = folder.File(name);
+        EXPECT_EQ(ErrorOf([&] { (void)Key::FromExistingFile(file); }), file + ": not a regular file");
+    }
+}
+
+TEST(Key, fromFile_ofAnotherAccount_isRefused)
+{
+    if (::geteuid() != 0) {
+        GTEST_SKIP() << "only the administrator gives files away";
+    }
+    const TemporaryFolder folder;
+    const std::string file = folder.File("key");
+    (void)Key::FromFile(file);
+    ASSERT_EQ(::chown(file.c_str(), AsNobody::kAccount, 0), 0);
+
+    EXPECT_EQ(ErrorOf([&] { (void)Key::FromExistingFile(file); }), file + ": of another account");
+    ASSERT_EQ(::chown(folder.File("").c_str(), AsNobody::kAccount, 0), 0);
+    const AsNobody nobody;
+    EXPECT_EQ(ErrorOf([&] { (void)Key::FromExistingFile(file); }), "");
+}
+
+TEST(Key, inMemory_isNotSwappedOut)
+{
+    rlimit limit = {};
+    ASSERT_EQ(::getrlimit(RLIMIT_MEMLOCK, &limit), 0);
+    if (limit.rlim_cur < 64 * 1024) {
+        GTEST_SKIP() << "the system lets this process lock no memory";
+    }
+    const TemporaryFolder folder;
+    const int before = LockedMemory();
+    const Key key = Key::FromFile(folder.File("key"));
+    EXPECT_GT(LockedMemory(), before);
 }
