@@ -157,6 +157,15 @@ void Database::Fail() const
     throw StoreError(m_path + ": " + sqlite3_errmsg(m_handle));
 }
 
+void Database::RequireItsPath() const
+{
+    int isMoved = 0;
+    sqlite3_file_control(m_handle, nullptr, SQLITE_FCNTL_HAS_MOVED, &isMoved);
+    if (isMoved != 0) {
+        throw StoreError(m_path + ": moved or replaced while the service runs; start the service again");
+    }
+}
+
 Transaction::Transaction(Database& database)
     : m_database(database)
 {

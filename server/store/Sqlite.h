@@ -74,6 +74,8 @@ public:
     [[nodiscard]] std::int64_t Changes() const;
     [[nodiscard]] std::int64_t LastRow() const;
     [[noreturn]] void Fail() const;
+    /// Throws if the file has been moved, removed or replaced since it was opened. Waits for nothing.
+    void RequireItsPath() const;
 
 private:
     std::string m_path;

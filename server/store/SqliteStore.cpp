@@ -28,14 +28,16 @@ SqliteStore::SqliteStore(const std::string& path)
 }
 
 SqliteStore::SqliteStore(const std::string& path, Clock clock)
-    : m_database(path)
+    : m_path(path)
+    , m_database(path)
     , m_now(std::move(clock))
 {
     BringUpToDate(m_database, path);
 }
 
 SqliteStore::SqliteStore(const std::string& path, Database::Access access)
-    : m_database(path, access)
+    : m_path(path)
+    , m_database(path, access)
     , m_now(&SystemSeconds)
 {
     RequireUpToDate(m_database, path);
@@ -203,6 +205,7 @@ bool SqliteStore::IsWrittenWith(std::string_view keyName, std::string_view check
 
 std::int64_t SqliteStore::DataVersion() const
 {
+    m_database.RequireItsPath();
     Statement version = m_database.Run("PRAGMA data_version");
     version.Step();
     return version.Integer(0);
@@ -210,11 +213,16 @@ std::int64_t SqliteStore::DataVersion() const
 
 void SqliteStore::TryToWrite()
 {
+    Transaction transaction(m_database);
+    // A newer service may have changed the tables: its version stays.
+    RequireUpToDate(m_database, m_path);
     WriteVersion(m_database);
+    transaction.Finish();
 }
 
 void SqliteStore::Begin()
 {
+    m_database.RequireItsPath();
     m_database.BeginGroup();
 }
 

@@ -50,6 +50,7 @@ public:
 private:
     SqliteStore(const std::string& path, Database::Access access);
 
+    std::string m_path;
     /// Reading prepares statements.
     mutable Database m_database;
     Clock m_now;

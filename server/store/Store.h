@@ -153,7 +153,8 @@ public:
     /// @param check identifies the key without revealing it
     [[nodiscard]] virtual bool IsWrittenWith(std::string_view keyName, std::string_view check) = 0;
 
-    /// Differs from an earlier answer if another process has changed the store meanwhile.
+    /// Differs from an earlier answer if another process has changed the store meanwhile. Throws StoreError,
+    /// as Begin does, if the file at the store's path is another one than at the start.
     [[nodiscard]] virtual std::int64_t DataVersion() const = 0;
 
     /// Writes something that changes nothing. Throws StoreError while the store can't be written.

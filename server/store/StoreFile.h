@@ -22,7 +22,7 @@ void BringUpToDate(Database& database, const std::string& path);
 /// Throws StoreError if the file is not a store with the current schema; changes nothing.
 void RequireUpToDate(Database& database, const std::string& path);
 
-/// Writes the version of the current schema.
+/// Writes the version of the current schema, to be called for a file that has it.
 void WriteVersion(Database& database);
 
 } // namespace beacond

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "server/Becomes.h"
 #include "server/app/ServiceFixture.h"
-#include "store/Sqlite.h"
+#include "store/SqliteStore.h"
 
 #include <gmock/gmock.h>
 
@@ -47,6 +47,20 @@ TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndSaidByRe
     other.Execute("ROLLBACK");
     EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "ready\n"; }));
     EXPECT_EQ(Fetch(port, prayerCall), "<root/>");
+}
+
+TEST_F(ServiceStoreTest, storeReplacedWhileItRuns_isSaidByReadyz)
+{
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+    EXPECT_TRUE(AwaitReadiness(port, "ready\n"));
+    (void)beacond::SqliteStore(folder.File("backup.db"));
+    std::filesystem::rename(folder / "backup.db", folder / "state/service.db");
+
+    EXPECT_TRUE(AwaitReadiness(port, "the store fails; the log says why\n"));
+    EXPECT_THAT(Fetch(port, confirm), HasSubstr("store anything just now"));
+    EXPECT_EQ(Fetch(port, "/readyz"), "the store fails; the log says why\n");
+    EXPECT_TRUE(service.AwaitLog("state/service.db: moved or replaced while the service runs"));
 }
 
 TEST_F(ServiceStoreTest, term_storeLockedAndARequestThatDoesNotEnd_endsInTime)

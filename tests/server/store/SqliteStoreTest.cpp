@@ -3,6 +3,7 @@
 #include "store/SqliteStore.h"
 
 #include "server/Files.h"
+#include "server/AsNobody.h"
 #include "server/TemporaryFolder.h"
 #include "store/Migrations.h"
 #include "store/Sqlite.h"
@@ -10,7 +11,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <functional>
@@ -52,19 +52,6 @@ std::vector<std::string> NamesIn(const TemporaryFolder& folder)
     }
     return names;
 }
-
-/// Without the rights of the administrator, who may write everywhere.
-class AsNobody final
-{
-public:
-    AsNobody() { EXPECT_EQ(::geteuid() == 0 ? ::seteuid(65'534) : 0, 0); }
-    ~AsNobody() { EXPECT_EQ(::seteuid(m_before), 0); }
-    AsNobody(const AsNobody&) = delete;
-    AsNobody& operator=(const AsNobody&) = delete;
-
-private:
-    uid_t m_before = ::geteuid();
-};
 
 } // namespace
 
@@ -269,4 +256,32 @@ TEST(SqliteStore, open_fileOfTheFirstTables_keepsDevicesAndCodes)
     EXPECT_THAT(store.Outbox(10), testing::SizeIs(1)) << "what refers to a device still goes with it";
     Database database(path);
     EXPECT_FALSE(database.Run("PRAGMA foreign_key_check").Step());
+}
+
+TEST(SqliteStore, tryToWrite_tablesOfANewerService_isRefusedAndKeepsTheirVersion)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    SqliteStore store(path);
+    Database newer(path);
+    newer.Execute("PRAGMA user_version = 99");
+
+    EXPECT_THAT(ErrorOf([&store] { store.TryToWrite(); }),
+                StartsWith(path + ": written by a newer version of the service"));
+    Statement version = newer.Run("PRAGMA user_version");
+    ASSERT_TRUE(version.Step());
+    EXPECT_EQ(version.Integer(0), 99);
+}
+
+TEST(SqliteStore, fileReplacedByAnother_failsWritesAndDataVersion)
+{
+    const TemporaryFolder folder;
+    const std::string path = folder.File("store.db");
+    (void)SqliteStore(folder.File("backup.db"));
+    SqliteStore store(path);
+    std::filesystem::rename(folder / "backup.db", path);
+
+    const std::string error = path + ": moved or replaced while the service runs; start the service again";
+    EXPECT_EQ(ErrorOf([&store] { (void)store.DataVersion(); }), error);
+    EXPECT_EQ(ErrorOf([&store] { store.Begin(); }), error);
 }
