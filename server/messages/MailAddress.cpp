@@ -4,6 +4,8 @@
 
 #include "support/Ascii.h"
 
+#include <libpsl.h>
+
 #include <algorithm>
 
 namespace beacond {
@@ -70,6 +72,20 @@ std::optional<std::string> NormalisedMailAddress(std::string_view typed)
     std::string address(text);
     std::transform(address.begin(), address.end(), address.begin(), &ToLower);
     return address;
+}
+
+std::string WithoutSubaddress(std::string_view address)
+{
+    const std::size_t plus = address.find('+', 1);
+    const std::size_t at = address.find('@');
+    return std::string(address.substr(0, std::min(plus, at))) + std::string(address.substr(at));
+}
+
+std::string RegistrableDomainOf(std::string_view address)
+{
+    const std::string domain(address.substr(address.find('@') + 1));
+    const char* const registrable = psl_registrable_domain(psl_builtin(), domain.c_str());
+    return registrable != nullptr ? registrable : domain;
 }
 
 } // namespace beacond

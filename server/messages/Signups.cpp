@@ -36,7 +36,8 @@ Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHa
             .lifetime = kCodeLifetime,
             .consentSource = "form",
             .consentText = std::string(kConsentWords),
-            .domainIndex = keys.index.Hash("mail domain", address.substr(address.find('@') + 1))};
+            .domainIndex = keys.index.Hash("mail domain", RegistrableDomainOf(address)),
+            .limitIndex = keys.index.Hash("mail address", WithoutSubaddress(address))};
 }
 
 } // namespace

@@ -9,7 +9,7 @@ namespace beacond {
 
 /// The steps that bring an empty SQLite file to the current schema, in order. A step that has been released
 /// is never changed: the number of steps that a file has gone through is its version.
-inline constexpr std::array<std::string_view, 2> kSqliteMigrations = {R"(
+inline constexpr std::array<std::string_view, 3> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,
     hash BLOB NOT NULL) WITHOUT ROWID;
@@ -110,6 +110,11 @@ DELETE FROM device_prayer WHERE device NOT IN (SELECT id FROM confirmed_device);
 DELETE FROM outbox WHERE device NOT IN (SELECT id FROM confirmed_device);
 DROP TABLE device;
 ALTER TABLE confirmed_device RENAME TO device;
+)",
+                                                                      R"(
+ALTER TABLE signup ADD COLUMN limit_index BLOB NOT NULL DEFAULT x'';
+UPDATE signup SET limit_index = address_index;
+CREATE INDEX signup_of_limit ON signup (limit_index, consent_at);
 )"};
 
 } // namespace beacond

@@ -21,6 +21,12 @@ struct StoredSignup
     std::int64_t usedAt = 0;
 };
 
+// The addresses whose sign-ups count together.
+const std::string& LimitIndexOf(const Signup& signup)
+{
+    return signup.limitIndex.empty() ? signup.addressIndex : signup.limitIndex;
+}
+
 SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, const SignupLimits& limits,
                                   std::int64_t since)
 {
@@ -29,20 +35,18 @@ SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, cons
         count.Step();
         return count.Integer(0) >= most;
     };
-    Statement all = database.Run("SELECT COUNT(*) FROM signup WHERE consent_at > ?");
-    if (isReached(all.Bind(since), limits.inAll)) {
+    Statement all = database.Run("SELECT COUNT(*) FROM signup WHERE consent_at > ? AND consent_at <= ?");
+    if (isReached(all, limits.inAll)) {
         return Limit::InAll;
     }
-    Statement ofDomain =
-        database.Run("SELECT COUNT(*) FROM signup WHERE domain_index = ? AND consent_at > ?");
-    if (!signup.domainIndex.empty() &&
-        isReached(ofDomain.BindBytes(signup.domainIndex).Bind(since), limits.ofADomain)) {
+    Statement ofDomain = database.Run(
+        "SELECT COUNT(*) FROM signup WHERE domain_index = ? AND consent_at > ? AND consent_at <= ?");
+    if (!signup.domainIndex.empty() && isReached(ofDomain.BindBytes(signup.domainIndex), limits.ofADomain)) {
         return Limit::Domain;
     }
-    Statement ofAddress =
-        database.Run("SELECT COUNT(*) FROM signup WHERE address_index = ? AND consent_at > ?");
-    const bool isRefused =
-        isReached(ofAddress.BindBytes(signup.addressIndex).Bind(since), limits.ofAnAddress);
+    Statement ofAddress = database.Run(
+        "SELECT COUNT(*) FROM signup WHERE limit_index = ? AND consent_at > ? AND consent_at <= ?");
+    const bool isRefused = isReached(ofAddress.BindBytes(LimitIndexOf(signup)), limits.ofAnAddress);
     return isRefused ? Limit::Address : Limit::None;
 }
 
@@ -111,14 +115,15 @@ SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limit
 {
     const std::int64_t now = m_now();
     Transaction transaction(m_database);
-    const auto exceeded = ExceededLimit(m_database, signup, limits, now - kDay);
+    const auto exceeded = ExceededLimit(m_database, signup, limits, now);
     if (exceeded != SignupResult::Limit::None) {
         return {exceeded, 0};
     }
     std::int64_t device = DeviceOfAddress(m_database, signup.addressIndex);
     m_database
         .Run("INSERT INTO signup (device, kind, sealed_address, address_index, domain_index, code_hash, "
-             "expires_at, consent_at, consent_road, consent_words) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+             "expires_at, consent_at, consent_road, consent_words, limit_index) "
+             "VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
         .Bind(device)
         .Bind(signup.kind)
         .BindBytes(signup.sealedAddress)
@@ -129,6 +134,7 @@ SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limit
         .Bind(now)
         .Bind(signup.consentSource)
         .Bind(signup.consentText)
+        .BindBytes(LimitIndexOf(signup))
         .Step();
     if (device == 0) {
         device = m_database.LastRow();

@@ -62,7 +62,8 @@ struct Signup
     std::int64_t lifetime = 0; ///< seconds until the code expires
     std::string consentSource; ///< how the consent came, such as "form"
     std::string consentText;   ///< the words of the page
-    std::string domainIndex{}; ///< keyed hash of the address's domain
+    std::string domainIndex{}; ///< keyed hash of a mail address's domain; empty for other kinds
+    std::string limitIndex{};  ///< under which the sign-ups of an address count; empty for addressIndex
 };
 
 /// Sign-ups of the last 24 hours beyond which a further one is refused.

@@ -53,11 +53,11 @@ TEST_F(ServiceStoreTest, storeReplacedWhileItRuns_isSaidByReadyz)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
-    EXPECT_TRUE(AwaitReadiness(port, "ready\n"));
+    EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "ready\n"; }));
     (void)beacond::SqliteStore(folder.File("backup.db"));
     std::filesystem::rename(folder / "backup.db", folder / "state/service.db");
 
-    EXPECT_TRUE(AwaitReadiness(port, "the store fails; the log says why\n"));
+    EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "the store fails; the log says why\n"; }));
     EXPECT_THAT(Fetch(port, confirm), HasSubstr("store anything just now"));
     EXPECT_EQ(Fetch(port, "/readyz"), "the store fails; the log says why\n");
     EXPECT_TRUE(service.AwaitLog("state/service.db: moved or replaced while the service runs"));

@@ -217,3 +217,46 @@ TEST_F(SignupsTest, dropOld_isDoneByTheStore)
 
     EXPECT_EQ(Stored("SELECT sealed_address FROM signup"), "");
 }
+
+TEST_F(SignupsTest, failures_leaveTheLimitOfTheNetwork)
+{
+    Start();
+    fs::rename(folder.File("spool"), folder.File("moved"));
+    for (int i = 0; i < 21; ++i) {
+        EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Failed);
+    }
+    fs::rename(folder.File("moved"), folder.File("spool"));
+    Database(folder.File("store.db")).Execute("ALTER TABLE signup RENAME TO hidden");
+    for (int i = 0; i < 21; ++i) {
+        EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Failed);
+    }
+    Database(folder.File("store.db")).Execute("ALTER TABLE hidden RENAME TO signup");
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, limitOfAnAddress_countsItsSubaddresses)
+{
+    limits.ofAnAddress = 2;
+    Start();
+    EXPECT_EQ(SignUp("aisha+1@example.org"), Outcome::Sent);
+    EXPECT_EQ(SignUp("aisha+2@example.org"), Outcome::Sent);
+    EXPECT_EQ(SignUp("aisha+3@example.org"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("+aisha@example.org"), Outcome::Sent);
+
+    EXPECT_THAT(Messages(),
+                testing::Contains(HasSubstr("To: aisha+1@example.org\n\nYour mobile device ID: 1")));
+    EXPECT_THAT(Messages(),
+                testing::Contains(HasSubstr("To: aisha+2@example.org\n\nYour mobile device ID: 2")));
+}
+
+TEST_F(SignupsTest, limitOfADomain_countsItsSubdomains)
+{
+    limits.ofADomain = 2;
+    Start();
+    EXPECT_EQ(SignUp("a@x.example.co.uk"), Outcome::Sent);
+    EXPECT_EQ(SignUp("a@y.z.example.co.uk"), Outcome::Sent);
+    EXPECT_EQ(SignUp("a@example.co.uk"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("a@another.co.uk"), Outcome::Sent);
+    EXPECT_EQ(SignUp("a@co.uk"), Outcome::Sent);
+}
