@@ -107,11 +107,16 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
         co_return ScriptReply(XmlReply());
     }
     // Named: see docs/service.md.
-    auto queue = [installation = HashOfInstallation(identifier), text = *text](Store& store) {
+    auto isDue = [installation, prayer = text->prayer](const Store& store) {
+        return store.IsTextDue(installation, prayer);
+    };
+    auto queue = [installation, text = *text](Store& store) {
         return store.QueueText(installation, text.prayer, text.time, text.place);
     };
     try {
-        const bool isQueued = co_await m_store.Run(std::move(queue));
+        // These calls are never refused: invented identifiers must not keep the writes of others waiting.
+        const bool isWriteNeeded = co_await m_store.Run(std::move(isDue));
+        const bool isQueued = isWriteNeeded && co_await m_store.Run(std::move(queue));
         if (isQueued) {
             ++m_figures.textsQueued;
         }

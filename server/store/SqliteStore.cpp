@@ -145,6 +145,14 @@ std::vector<Release> SqliteStore::Releases() const
     return releases;
 }
 
+bool SqliteStore::IsTextDue(std::string_view installation, int prayer) const
+{
+    Statement due = m_database.Run("SELECT 1 FROM installation LEFT JOIN device_prayer "
+                                   "ON device_prayer.device = installation.device AND prayer = ?2 "
+                                   "WHERE id = ?1 AND (queued_at IS NULL OR ABS(?3 - queued_at) > ?4)");
+    return due.BindBytes(installation).Bind(prayer).Bind(m_now()).Bind(kSecondsBetweenTexts).Step();
+}
+
 bool SqliteStore::QueueText(std::string_view installation, int prayer, std::string_view time,
                             std::string_view place)
 {

@@ -37,6 +37,7 @@ public:
     [[nodiscard]] Confirmation Confirm(std::string_view codeHash, std::string_view installation) override;
     void DropOldSignups() override;
     bool Forget(std::string_view addressIndex) override;
+    [[nodiscard]] bool IsTextDue(std::string_view installation, int prayer) const override;
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;
     [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) const override;

@@ -143,6 +143,8 @@ public:
     /// of that address.
     virtual bool Forget(std::string_view addressIndex) = 0;
 
+    /// Whether QueueText would queue a text. Needs no write lock.
+    [[nodiscard]] virtual bool IsTextDue(std::string_view installation, int prayer) const = 0;
     /// Puts a text into the outbox if @p installation has a confirmed device whose last text for that prayer
     /// is more than six hours old; false if it does not.
     virtual bool QueueText(std::string_view installation, int prayer, std::string_view time,

@@ -37,6 +37,7 @@ public:
     /// Caller: a call that has not begun is dropped; one that has begun may still be stored.
     void GiveUp();
 
+    [[nodiscard]] bool IsWriting() const { return m_isWriting; }
     /// Store's thread: whether the call changes the store and is still to be begun.
     [[nodiscard]] bool IsWriteToDo();
     /// Store's thread: does the call unless its caller has given up or its time is over. Keeps what it

@@ -72,30 +72,35 @@ void StoreThread::Enqueue(std::shared_ptr<StoreCall> call)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (m_waiting.size() >= kMostWaiting) {
+        Batch& waiting = call->IsWriting() ? m_waitingWrites : m_waitingReads;
+        if (waiting.size() >= kMostWaiting) {
             throw StoreError("too many calls wait for the store");
         }
-        m_waiting.push_back(std::move(call));
+        waiting.push_back(std::move(call));
     }
     m_wakeUp.notify_one();
 }
 
-StoreThread::Batch StoreThread::TakeBatch()
+void StoreThread::TakeBatch(Batch& batch)
 {
+    batch.clear();
     std::unique_lock lock(m_mutex);
     m_batchBegin.reset();
-    m_wakeUp.wait(lock, [this] { return m_isEnding || !m_waiting.empty(); });
-    const auto count = static_cast<std::ptrdiff_t>(std::min(m_waiting.size(), kLargestBatch));
-    Batch batch(std::make_move_iterator(m_waiting.begin()),
-                std::make_move_iterator(m_waiting.begin() + count));
-    m_waiting.erase(m_waiting.begin(), m_waiting.begin() + count);
+    m_wakeUp.wait(lock, [this] { return m_isEnding || !m_waitingReads.empty() || !m_waitingWrites.empty(); });
+    m_hasWritten = !m_waitingWrites.empty() && (m_waitingReads.empty() || !m_hasWritten);
+    Batch& waiting = m_hasWritten ? m_waitingWrites : m_waitingReads;
+    const auto count = static_cast<std::ptrdiff_t>(std::min(waiting.size(), kLargestBatch));
+    batch.assign(std::make_move_iterator(waiting.begin()), std::make_move_iterator(waiting.begin() + count));
+    waiting.erase(waiting.begin(), waiting.begin() + count);
     m_batchBegin = StoreCall::Clock::now();
-    return batch;
 }
 
 void StoreThread::RunBatches()
 {
-    for (Batch batch = TakeBatch(); !batch.empty(); batch = TakeBatch()) {
+    Batch batch;
+    // Once: an allocation that fails on this thread would end the process.
+    batch.reserve(kLargestBatch);
+    for (TakeBatch(batch); !batch.empty(); TakeBatch(batch)) {
         RunBatch(batch);
     }
 }

@@ -25,7 +25,8 @@ enum class StoreState {
 };
 
 /// The one thread that touches the store. Calls that wait together are committed together, so that a herd of
-/// them costs one wait for the disk. A call is answered after its commit.
+/// them costs one wait for the disk. Calls that only read take turns with these. A call is answered after its
+/// commit.
 class StoreThread final
 {
 public:
@@ -65,7 +66,8 @@ private:
 
     [[nodiscard]] boost::asio::awaitable<void> Wait(std::shared_ptr<StoreCall> call);
     void Enqueue(std::shared_ptr<StoreCall> call);
-    [[nodiscard]] Batch TakeBatch();
+    /// The calls that go next, at most as many as a batch holds; none at the end.
+    void TakeBatch(Batch& batch);
     void RunBatches();
     [[nodiscard]] std::exception_ptr RunTogether(const Batch& batch, bool isWriting);
     void RunBatch(const Batch& batch);
@@ -74,7 +76,10 @@ private:
     const std::chrono::milliseconds m_longestCall;
     std::mutex m_mutex;
     std::condition_variable m_wakeUp;
-    Batch m_waiting;
+    /// Apart, so that a flood of one kind does not keep the other waiting.
+    Batch m_waitingReads;
+    Batch m_waitingWrites;
+    bool m_hasWritten = false; ///< by the last batch
     std::optional<StoreCall::Clock::time_point> m_batchBegin;
     bool m_isFailing = false;
     bool m_isEnding = false;

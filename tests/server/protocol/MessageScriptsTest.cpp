@@ -191,3 +191,18 @@ TEST_F(MessageScriptsTest, storeThatFails_missesTheTextAndSaysSo)
     EXPECT_EQ(Confirm("1111222233334444", "pc2"),
               Result("0", "The service can&#39;t store anything just now. Please try again later."));
 }
+
+TEST_F(MessageScriptsTest, prayerCall_withNoTextDue_takesNoLockOfTheStore)
+{
+    SignUp(kCode);
+    Confirm(kCode);
+    ASSERT_EQ(Body(kCall, kWanted), "<root/>");
+    Database other(folder.File("store.db"));
+    other.Execute("BEGIN IMMEDIATE");
+    for (int i = 0; i < 1000; ++i) {
+        ASSERT_EQ(Ask(kCall, "prod_string=invented" + std::to_string(i) + "&pno=1&ma=1&time=5:07").status,
+                  200U);
+    }
+    EXPECT_EQ(Ask(kCall, kWanted).status, 200U) << "its text was queued a moment ago";
+    EXPECT_EQ(Ask(kCall, "prod_string=pc&pno=2&ma=1&time=5:07").status, 503U);
+}

@@ -39,6 +39,7 @@ public:
         return m_store.Confirm(code, pc);
     }
     bool Forget(std::string_view index) override { return m_store.Forget(index); }
+    bool IsTextDue(std::string_view pc, int prayer) const override { return m_store.IsTextDue(pc, prayer); }
     bool QueueText(std::string_view pc, int prayer, std::string_view time, std::string_view place) override
     {
         return m_store.QueueText(pc, prayer, time, place);

@@ -248,3 +248,42 @@ TEST_F(StoreThreadTest, destruction_lockHeldByAnotherProcess_endsAtTheLimitOfThe
     other.Execute("ROLLBACK");
     EXPECT_THAT(Stored(), IsEmpty());
 }
+
+TEST_F(StoreThreadTest, run_writeBehindManyReads_isNotTheLast)
+{
+    constexpr int kReads = 2000;
+    StoreThread thread(std::move(store));
+    std::latch isHeld{1};
+    std::latch isReleased{1};
+    const auto hold = [&](const Store&) {
+        isHeld.count_down();
+        isReleased.wait();
+        return true;
+    };
+    std::atomic<int> reads = 0;
+    const auto read = [&reads](const Store&) { return ++reads; };
+    const auto write = [&reads](Store&) { return reads.load(); };
+    Spawn([&]() -> asio::awaitable<void> { co_await thread.Run(hold); });
+    context.poll();
+    isHeld.wait();
+    for (int i = 0; i < kReads; ++i) {
+        Spawn([&]() -> asio::awaitable<void> { co_await thread.Run(read); });
+    }
+    int readsBeforeTheWrite = kReads;
+    Spawn([&]() -> asio::awaitable<void> { readsBeforeTheWrite = co_await thread.Run(write); });
+    context.poll();
+    isReleased.count_down();
+    context.run();
+
+    EXPECT_LE(readsBeforeTheWrite, kReads / 4);
+    EXPECT_EQ(reads, kReads);
+}
+
+TEST(StoreCall, end_callerThatCantBeWoken_keepsTheResultForItsTimeLimit)
+{
+    StoreCallOf call([](Store&) { return true; });
+    call.Prepare(StoreCall::Clock::now() + 1h, [] { throw std::bad_alloc(); });
+
+    EXPECT_NO_THROW(call.End(nullptr));
+    EXPECT_NO_THROW(call.RequireEnd());
+}
