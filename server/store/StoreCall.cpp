@@ -70,7 +70,11 @@ void StoreCall::End(const std::exception_ptr& batchError)
     }
     if (m_state != State::GivenUp) {
         m_state = State::Ended;
-        m_wake();
+        try {
+            m_wake();
+        } catch (...) {
+            // Out of memory: the caller goes on at its time limit, with the result.
+        }
         m_wake = nullptr;
     }
 }
