@@ -28,11 +28,12 @@ const std::string& LimitIndexOf(const Signup& signup)
 }
 
 SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, const SignupLimits& limits,
-                                  std::int64_t since)
+                                  std::int64_t now)
 {
     using Limit = SignupResult::Limit;
-    const auto isReached = [](Statement& count, std::int64_t most) {
-        count.Step();
+    // Sign-ups that are dated ahead do not count: the clock was wrong.
+    const auto isReached = [now](Statement& count, std::int64_t most) {
+        count.Bind(now - kDay).Bind(now).Step();
         return count.Integer(0) >= most;
     };
     Statement all = database.Run("SELECT COUNT(*) FROM signup WHERE consent_at > ? AND consent_at <= ?");
@@ -160,7 +161,8 @@ Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view in
         return Confirmation::Unknown;
     }
     const bool isFirst = signup->usedBy.empty();
-    if (isFirst && signup->expiresAt < now) {
+    // A code lives for minutes: one that expires in days was given by a clock that was ahead.
+    if (isFirst && (signup->expiresAt < now || signup->expiresAt > now + kDay)) {
         return Confirmation::Expired;
     }
     if (!isFirst && (signup->usedBy != installation || signup->usedAt < now - kDay)) {
@@ -189,9 +191,11 @@ void SqliteStore::DropOldSignups()
         .Bind(now)
         .Step();
     m_database
-        .Run("DELETE FROM signup WHERE consent_at <= ?1 AND COALESCE(used_at, 0) < ?1 AND expires_at < ?2")
+        .Run("DELETE FROM signup WHERE (consent_at <= ?1 AND COALESCE(used_at, 0) < ?1 AND expires_at < ?2) "
+             "OR MAX(consent_at, COALESCE(used_at, 0)) > ?3")
         .Bind(now - kDay)
         .Bind(now)
+        .Bind(now + kDay)
         .Step();
     transaction.Commit();
 }

@@ -158,12 +158,13 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
 {
     const std::int64_t now = m_now();
     Transaction transaction(m_database);
-    // No date is sent, and two computers may share a phone: the time since the last text decides.
+    // No date is sent, and two computers may share a phone: the time since the last text decides. One of a
+    // clock that was far ahead must not hold texts back until then.
     m_database
         .Run("INSERT INTO device_prayer (device, prayer, queued_at) "
              "SELECT device, ?2, ?3 FROM installation WHERE id = ?1 "
              "ON CONFLICT (device, prayer) DO UPDATE SET queued_at = excluded.queued_at "
-             "WHERE device_prayer.queued_at < excluded.queued_at - ?4")
+             "WHERE ABS(excluded.queued_at - device_prayer.queued_at) > ?4")
         .BindBytes(installation)
         .Bind(prayer)
         .Bind(now)

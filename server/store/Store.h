@@ -138,6 +138,7 @@ public:
     /// @param installation keyed hash of the installation identifier
     [[nodiscard]] virtual Confirmation Confirm(std::string_view codeHash, std::string_view installation) = 0;
     /// Drops the addresses of sign-ups whose code has expired, and what is left of all sign-ups after a day.
+    /// Drops sign-ups that are dated more than a day ahead too: the clock was wrong.
     virtual void DropOldSignups() = 0;
     /// Deletes a device and its dependent rows, sign-ups of its address included. False if there is nothing
     /// of that address.
@@ -146,7 +147,8 @@ public:
     /// Whether QueueText would queue a text. Needs no write lock.
     [[nodiscard]] virtual bool IsTextDue(std::string_view installation, int prayer) const = 0;
     /// Puts a text into the outbox if @p installation has a confirmed device whose last text for that prayer
-    /// is more than six hours old; false if it does not.
+    /// is more than six hours old; false if it does not. A text that is dated more than six hours ahead does
+    /// not count: the clock was wrong.
     virtual bool QueueText(std::string_view installation, int prayer, std::string_view time,
                            std::string_view place) = 0;
     /// Oldest first, at most @p most.

@@ -222,3 +222,22 @@ TEST_F(SignupContract, forget_takesTheDeviceItsInstallationsItsTextsAndItsCodes)
     EXPECT_EQ(Confirm("code", "pc"), Confirmation::Unknown);
     EXPECT_EQ(RowsWith("a"), 0);
 }
+
+TEST_F(SignupContract, signupsByAClockFarAhead_doNotCountAndEnd)
+{
+    now += 365 * 24 * kHour;
+    SignUp("a", "waiting");
+    SignUp("a", "used");
+    SignUp("a", "third");
+    ASSERT_EQ(SignUp("a", "fourth"), 0);
+    ASSERT_EQ(Confirm("used", "pc"), Confirmation::Confirmed);
+
+    now -= 365 * 24 * kHour;
+    EXPECT_NE(SignUp("a", "fourth"), 0);
+    EXPECT_EQ(Confirm("waiting", "second pc"), Confirmation::Expired);
+    store.DropOldSignups();
+    EXPECT_EQ(Confirm("waiting", "second pc"), Confirmation::Unknown);
+    EXPECT_EQ(Confirm("used", "pc"), Confirmation::Unknown);
+    EXPECT_EQ(Confirm("fourth", "second pc"), Confirmation::Confirmed);
+    EXPECT_NE(DeviceOf("pc"), 0) << "the device stays";
+}

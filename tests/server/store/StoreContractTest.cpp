@@ -57,12 +57,17 @@ TEST_F(StoreContract, queueText_onceInSixHours_forADeviceAndAPrayer)
     SignUp("a", "code b");
     ASSERT_EQ(store.Confirm("code b", "second pc of that phone"), Confirmation::Confirmed);
 
+    EXPECT_FALSE(store.IsTextDue("stranger", 1));
+    EXPECT_TRUE(store.IsTextDue("pc", 1));
     EXPECT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
+    EXPECT_FALSE(store.IsTextDue("second pc of that phone", 1));
     EXPECT_FALSE(store.QueueText("second pc of that phone", 1, "5:07", "SA-G1"));
     EXPECT_TRUE(store.QueueText("pc", 2, "6:30", "SA-G1"));
     now += 6 * kHour;
+    EXPECT_FALSE(store.IsTextDue("pc", 1));
     EXPECT_FALSE(store.QueueText("pc", 1, "5:07", "SA-G1"));
     now += 1;
+    EXPECT_TRUE(store.IsTextDue("pc", 1));
     EXPECT_TRUE(store.QueueText("pc", 1, "5:08", "SA-G1"));
     EXPECT_EQ(store.Outbox(10).size(), 3U);
 }
@@ -96,4 +101,18 @@ TEST_F(StoreContract, abandon_undoesEverythingSinceTheBeginning)
     store.Abandon();
 
     EXPECT_THAT(store.Releases(), IsEmpty());
+}
+
+TEST_F(StoreContract, queueText_lastTextByAClockFarAhead_doesNotCount)
+{
+    SignUp("a", "code");
+    ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
+    now += 365 * 24 * kHour;
+    ASSERT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
+
+    now -= 6 * kHour;
+    EXPECT_FALSE(store.QueueText("pc", 1, "5:07", "SA-G1"));
+    now -= 1;
+    EXPECT_TRUE(store.IsTextDue("pc", 1));
+    EXPECT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
 }
