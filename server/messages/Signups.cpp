@@ -113,7 +113,9 @@ void Signups::ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds no
 boost::asio::awaitable<bool> Signups::Send(const std::string& address, const std::string& text)
 {
     auto send = [this, &address, &text]() -> boost::asio::awaitable<void> {
-        m_spool->Send(address, text);
+        if (const std::optional<std::string> warning = m_spool->Send(address, text)) {
+            m_report(*warning);
+        }
         co_return;
     };
     try {

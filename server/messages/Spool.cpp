@@ -18,9 +18,14 @@ namespace {
 
 constexpr std::string_view kPrefix = "message-";
 
+std::string Failure(const std::filesystem::path& path, int reason)
+{
+    return path.string() + ": " + std::strerror(reason);
+}
+
 [[noreturn]] void Fail(const std::filesystem::path& path, int reason)
 {
-    throw ChannelError(path.string() + ": " + std::strerror(reason));
+    throw ChannelError(Failure(path, reason));
 }
 
 struct NewFile
@@ -68,7 +73,7 @@ void Spool::RemoveUnfinished() const
     }
 }
 
-void Spool::Send(std::string_view address, std::string_view text) const
+std::optional<std::string> Spool::Send(std::string_view address, std::string_view text) const
 {
     const auto [name, descriptor] = CreateIn(m_folder);
     const std::string content = "To: " + std::string(address) + "\n\n" + std::string(text) + "\n";
@@ -76,10 +81,8 @@ void Spool::Send(std::string_view address, std::string_view text) const
     int reason = errno;
     isWritten = ::close(descriptor) == 0 && isWritten;
     if (isWritten && ::rename(name.c_str(), (name + ".txt").c_str()) == 0) {
-        if (!SyncFolder(m_folder)) {
-            Fail(m_folder, errno);
-        }
-        return;
+        // From here on it may be taken: it is handed over, whatever the folder says.
+        return SyncFolder(m_folder) ? std::nullopt : std::optional(Failure(m_folder, errno));
     }
     reason = isWritten ? errno : reason;
     ::unlink(name.c_str());

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -26,9 +27,10 @@ public:
     /// process, which hold an address. Throws ChannelError, for a folder that can't be written too.
     explicit Spool(std::filesystem::path folder);
 
-    /// Returns when the file is on the disk. Throws ChannelError. Thread-safe.
+    /// Returns when the file is on the disk. Throws ChannelError, and leaves no file. Thread-safe.
+    /// @return nothing, or a reason why a power cut may still lose the message
     /// @param address without line breaks
-    void Send(std::string_view address, std::string_view text) const;
+    std::optional<std::string> Send(std::string_view address, std::string_view text) const;
 
 private:
     void RemoveUnfinished() const;

@@ -3,6 +3,7 @@
 #include "messages/Spool.h"
 
 #include "server/Files.h"
+#include "server/AsNobody.h"
 #include "server/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -80,4 +81,19 @@ TEST(Spool, send_writeThatFails_isAnErrorAndLeavesNothing)
     ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
 
     EXPECT_TRUE(fs::is_empty(folder.File("spool")));
+}
+
+TEST(Spool, send_folderThatCantBeSynced_handsTheMessageOverAndSaysSo)
+{
+    const TemporaryFolder folder;
+    const Spool spool(folder.File("spool"));
+    fs::permissions(folder / "", fs::perms(0755));
+    // Files can be made in it, and it can't be opened.
+    fs::permissions(folder / "spool", fs::perms(0333));
+    {
+        const AsNobody nobody;
+        EXPECT_EQ(spool.Send("someone@example.org", "text"), folder.File("spool") + ": Permission denied");
+    }
+    fs::permissions(folder / "spool", fs::perms(0700));
+    EXPECT_THAT(fs::directory_iterator(folder.File("spool"))->path().string(), EndsWith(".txt"));
 }
