@@ -75,14 +75,15 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
     }
     const std::string code = MakePersonalCode();
     const std::string codeHash = m_keys.index.Hash("personal code", *DigitsOfPersonalCode(code));
-    auto store = [this, signup = SignupOf(m_keys, *address, codeHash)](Store& rows) {
-        return rows.SignUp(signup, m_limits);
+    auto store = [signup = SignupOf(m_keys, *address, codeHash), limits = m_limits](Store& rows) {
+        return rows.SignUp(signup, limits);
     };
     SignupResult stored;
     try {
         stored = co_await m_store.Run(std::move(store));
     } catch (const StoreError& error) {
         m_report(error.what());
+        m_networks.GiveBack(network);
         co_return Outcome::Failed;
     }
     if (stored.exceeded != SignupResult::Limit::None) {
@@ -92,6 +93,7 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
     // After the row: a code that has come is known, and a row whose message was lost expires.
     const bool isSent = co_await Send(*address, MessageWith(stored.device, code));
     if (!isSent) {
+        m_networks.GiveBack(network);
         co_await Withdraw(codeHash);
         co_return Outcome::Failed;
     }
@@ -127,14 +129,14 @@ boost::asio::awaitable<bool> Signups::Send(const std::string& address, const std
     }
 }
 
-boost::asio::awaitable<void> Signups::Withdraw(const std::string& codeHash)
+boost::asio::awaitable<void> Signups::Withdraw(std::string codeHash)
 {
-    auto withdraw = [&codeHash](Store& rows) {
+    auto withdraw = [codeHash = std::move(codeHash)](Store& rows) {
         rows.Withdraw(codeHash);
         return true;
     };
     try {
-        co_await m_store.Run(withdraw);
+        co_await m_store.Run(std::move(withdraw));
     } catch (const StoreError& error) {
         m_report(error.what());
     }

@@ -66,7 +66,7 @@ private:
     void ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds now);
     /// False after a failure, which is reported.
     [[nodiscard]] boost::asio::awaitable<bool> Send(const std::string& address, const std::string& text);
-    [[nodiscard]] boost::asio::awaitable<void> Withdraw(const std::string& codeHash);
+    [[nodiscard]] boost::asio::awaitable<void> Withdraw(std::string codeHash);
 
     const Keys& m_keys;
     StoreThread& m_store;
