@@ -26,6 +26,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <exception>
 #include <functional>
 #include <iterator>
 #include <optional>
@@ -61,6 +62,18 @@ void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& 
         if (!store.IsWrittenWith(name, key.CheckHash())) {
             throw KeyError((folder / name).string() + ": not the key that the store was written with");
         }
+    }
+}
+
+// Of a task of its own: an error that ends it must not pass in silence.
+void LogEnd(const std::exception_ptr& error)
+{
+    try {
+        if (error) {
+            std::rethrow_exception(error);
+        }
+    } catch (const std::exception& failure) {
+        LogError(std::string("a task of the service has ended: ") + failure.what());
     }
 }
 
@@ -202,8 +215,8 @@ void Service::Run()
 
     m_ends.async_wait([this](const boost::system::error_code&, int) { m_context.stop(); });
     FollowHangups();
-    asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), asio::detached);
-    asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), asio::detached);
+    asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogEnd);
+    asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogEnd);
     m_context.run();
 
     LogInfo("ending");
@@ -212,7 +225,7 @@ void Service::Run()
     }
     metrics.Drain(0ms);
     asio::io_context last;
-    asio::co_spawn(last, m_tasks->StoreStarts(), asio::detached);
+    asio::co_spawn(last, m_tasks->StoreStarts(), &LogEnd);
     last.run();
 }
 

@@ -61,7 +61,7 @@ asio::awaitable<void> StoreTasks::FollowAnnouncements()
             } else {
                 known = co_await m_store.Run(writeAndLoad);
             }
-        } catch (const StoreError& error) {
+        } catch (const std::exception& error) {
             LogError(error.what());
         }
         timer.expires_after(kAnnouncementsAge);
@@ -92,7 +92,7 @@ asio::awaitable<void> StoreTasks::StoreStarts()
             return true;
         };
         co_await m_store.Run(add);
-    } catch (const StoreError& error) {
+    } catch (const std::exception& error) {
         LogError(error.what());
         // Counts that are stored after the time limit of the call are counted twice: an error of a figure.
         for (const StartCount& count : counts) {

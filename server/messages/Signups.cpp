@@ -150,7 +150,7 @@ boost::asio::awaitable<void> Signups::DropOld()
     };
     try {
         co_await m_store.Run(drop);
-    } catch (const StoreError& error) {
+    } catch (const std::exception& error) {
         m_report(error.what());
     }
 }
