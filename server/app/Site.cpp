@@ -112,7 +112,8 @@ boost::asio::awaitable<Response> Site::AnswerSignup(const Request& request)
     const Query form(request.body, Query::Plus::Space);
     std::string address = form.Value("address");
     std::string network = NetworkOf(request.client);
-    co_return SignupPage(co_await m_signups.SignUp(std::move(address), std::move(network), m_sources.now()));
+    co_return SignupPage(
+        co_await m_signups.SignUp(std::move(address), std::move(network), m_sources.elapsed()));
 }
 
 Response Site::Readiness() const

@@ -61,7 +61,7 @@ Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, Signu
 // The calls of the store and of the channel are named before they are awaited: see docs/service.md.
 
 boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddress, std::string network,
-                                                         std::chrono::sys_seconds now)
+                                                         AttemptLimit::Time now)
 {
     if (!IsOffered()) {
         co_return Outcome::NotOffered;
@@ -102,7 +102,7 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
 
 // People are turned away until the operator raises the limit. The limit of an address needs no report: it
 // turns away one person, who has three codes.
-void Signups::ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds now)
+void Signups::ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now)
 {
     const bool isOfADomain = limit == SignupResult::Limit::Domain;
     if (limit != SignupResult::Limit::Address &&

@@ -54,7 +54,7 @@ public:
     /// the address is known.
     /// @param network as of NetworkOf
     [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(std::string typedAddress, std::string network,
-                                                         std::chrono::sys_seconds now);
+                                                         AttemptLimit::Time now);
 
     /// Drops what is kept of sign-ups that were not confirmed in time. A failure is reported.
     [[nodiscard]] boost::asio::awaitable<void> DropOld();
@@ -63,7 +63,7 @@ public:
     void Join() { m_sender.join(); }
 
 private:
-    void ReportLimit(SignupResult::Limit limit, std::chrono::sys_seconds now);
+    void ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now);
     /// False after a failure, which is reported.
     [[nodiscard]] boost::asio::awaitable<bool> Send(const std::string& address, const std::string& text);
     [[nodiscard]] boost::asio::awaitable<void> Withdraw(std::string codeHash);

@@ -106,6 +106,7 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
     if (!text || identifier.empty()) {
         co_return ScriptReply(XmlReply());
     }
+    const std::string installation = HashOfInstallation(identifier);
     // Named: see docs/service.md.
     auto isDue = [installation, prayer = text->prayer](const Store& store) {
         return store.IsTextDue(installation, prayer);
@@ -129,7 +130,7 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
 }
 
 boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& query, const Request& request,
-                                                               std::chrono::sys_seconds now)
+                                                               AttemptLimit::Time now)
 {
     const std::string identifier = TrimmedValue(query, "prod_string");
     if (identifier.empty()) {
@@ -166,7 +167,7 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
     co_return ConfirmationReply(isConfirmed, MessageOf(confirmation));
 }
 
-void MessageScripts::Count(Confirmation confirmation, std::chrono::sys_seconds now)
+void MessageScripts::Count(Confirmation confirmation, AttemptLimit::Time now)
 {
     if (confirmation == Confirmation::Confirmed) {
         ++m_figures.codesConfirmed;

@@ -49,12 +49,12 @@ public:
     [[nodiscard]] boost::asio::awaitable<Response> PrayerCall(const Query& query, const Places* places);
     /// Binds the installation to the device of a personal code.
     [[nodiscard]] boost::asio::awaitable<Response> ConfirmSignup(const Query& query, const Request& request,
-                                                                 std::chrono::sys_seconds now);
+                                                                 AttemptLimit::Time now);
 
     [[nodiscard]] const MessageFigures& Figures() const { return m_figures; }
 
 private:
-    void Count(Confirmation confirmation, std::chrono::sys_seconds now);
+    void Count(Confirmation confirmation, AttemptLimit::Time now);
     [[nodiscard]] std::string HashOfInstallation(std::string_view identifier) const;
 
     const Keys& m_keys;

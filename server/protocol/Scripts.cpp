@@ -109,7 +109,7 @@ boost::asio::awaitable<Response> Scripts::Answer(const Request& request)
         co_return co_await m_messages.PrayerCall(query, places.get());
     }
     if (name == kConfirmSignup) {
-        co_return co_await m_messages.ConfirmSignup(query, request, m_sources.now());
+        co_return co_await m_messages.ConfirmSignup(query, request, m_sources.elapsed());
     }
     if (const Script* const script = Find(name); script != nullptr) {
         co_return (this->*script->answer)(query);

@@ -41,6 +41,7 @@ struct ScriptSources
     RequestLimits& limits;
     /// Report when more wrong codes than this arrive from all clients within an hour, at most once an hour.
     int wrongCodesAlarm = 100;
+    std::function<AttemptLimit::Time()> elapsed = &AttemptLimit::Clock::now; ///< for limits of an hour
 };
 
 /// The requests of the program, each a script under one path. The program doesn't look at the status of a

@@ -16,7 +16,9 @@ namespace beacond {
 class AttemptLimit final
 {
 public:
-    using Time = std::chrono::sys_seconds;
+    /// Of a clock that is never set: a step back would stop the forgetting.
+    using Clock = std::chrono::steady_clock;
+    using Time = Clock::time_point;
 
     /// Keys that are remembered at once. Beyond that the oldest is forgotten, so that a sender of many
     /// addresses can't fill the memory.

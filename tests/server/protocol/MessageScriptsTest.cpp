@@ -72,6 +72,11 @@ TEST_F(MessageScriptsTest, confirmSignup_elevenWrongCodes_lockTheNetworkForAnHou
     EXPECT_EQ(scripts.Figures().codesConfirmed, 1U);
     EXPECT_EQ(scripts.Figures().codesWrong, 10U);
     EXPECT_EQ(scripts.Figures().codesLimited, 1U);
+
+    client = "192.0.2.1";
+    now -= std::chrono::days(1);
+    elapsed += std::chrono::hours(1);
+    EXPECT_EQ(Confirm("0000000000000000"), kUnknown) << "a clock that is set back does not lengthen the hour";
 }
 
 TEST_F(MessageScriptsTest, confirmSignup_wrongCodes_countForTheHouseholdOfAnIpv6Address)
@@ -99,7 +104,7 @@ TEST_F(MessageScriptsTest, confirmSignup_wrongCodesOfAllBeyondTheAlarm_areReport
     EXPECT_THAT(reports, IsEmpty());
     guess(kWrongCodesAlarm);
     EXPECT_THAT(reports, testing::ElementsAre("more than 5 wrong personal codes within an hour"));
-    now += std::chrono::hours(1);
+    elapsed += std::chrono::hours(1);
     guess(kWrongCodesAlarm);
     EXPECT_EQ(reports.size(), 1U) << "they are counted anew";
     guess(1);

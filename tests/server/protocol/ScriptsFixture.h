@@ -75,6 +75,7 @@ protected:
 
     TemporaryFolder folder;
     std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
+    beacond::AttemptLimit::Time elapsed; ///< by the clock that is never set
     std::string client = "192.0.2.1";
     std::chrono::milliseconds delay{0}; ///< of the thread that answers
     beacond::Keys keys = beacond::Keys::FromFolder(folder.File("keys"));
@@ -88,5 +89,5 @@ protected:
     beacond::RequestLimits limits;
     beacond::Scripts scripts{{keys, store, starts, places, announcements, dists, [this] { return now; },
                               [this](std::string_view reason) { reports.emplace_back(reason); }, limits,
-                              kWrongCodesAlarm}};
+                              kWrongCodesAlarm, [this] { return elapsed; }}};
 };
