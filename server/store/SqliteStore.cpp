@@ -226,7 +226,7 @@ void SqliteStore::TryToWrite()
     // A newer service may have changed the tables: its version stays.
     RequireUpToDate(m_database, m_path);
     WriteVersion(m_database);
-    transaction.Finish();
+    transaction.Commit();
 }
 
 void SqliteStore::Begin()

@@ -32,8 +32,8 @@ struct Taken
     }
     [[nodiscard]] auto All() const
     {
-        return std::tie(request.method, request.path, request.query, request.host, request.contentType,
-                        request.ifNoneMatch, request.body, forwardedFor, isHttp11, isKeptAlive);
+        return std::tie(request.method, request.path, request.query, request.contentType, request.body,
+                        forwardedFor, isHttp11, isKeptAlive);
     }
     bool operator==(const Taken& other) const { return All() == other.All(); }
 
@@ -162,8 +162,6 @@ void CheckRequest(const Taken& taken)
            "a path has neither a control character nor a space");
     Demand(!HasControl(request.query) && request.query.find(' ') == std::string::npos,
            "a query has neither a control character nor a space");
-    Demand(!HasControl(request.host) && request.host.find_first_of(" /?#@,") == std::string::npos,
-           "a host is one host");
     Demand(request.body.size() <= RequestReader::kBodyLimit, "a body is bounded");
     Demand(request.body.empty() || request.method == Method::Post, "only a POST has a body");
     CheckQuery(request.query, Query::Plus::Literal);

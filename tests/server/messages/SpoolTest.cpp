@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Spool.h"
 
-#include "server/Files.h"
 #include "server/AsNobody.h"
+#include "server/Files.h"
 #include "server/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
