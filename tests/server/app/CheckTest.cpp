@@ -236,5 +236,5 @@ TEST_F(CheckTest, httpsWithoutAProxy_isWarnedOf)
     Configure("", "base_url = \"https://example.org\"\n");
     const ProcessEnd end = Run({"check"});
     EXPECT_EQ(end.status, 0);
-    EXPECT_THAT(end.output, StartsWith("warning: http.proxies: none; "));
+    EXPECT_THAT(end.output, StartsWith("warning: http.proxies: empty: "));
 }

@@ -58,6 +58,7 @@ TEST(Metrics, everyCount_hasItsOwnNameAndLabel)
         {"beacond_handler_failures_total", http.handlerFailures},
         {"beacond_worker_failures_total", http.workerFailures},
         {"beacond_unlisted_proxy_requests_total", http.unlistedProxies},
+        {"beacond_unreadable_forwards_total", http.unreadableForwards},
         {R"(beacond_timeouts_total{phase="header"})", http.headerTimeouts},
         {R"(beacond_timeouts_total{phase="body"})", http.bodyTimeouts},
         {R"(beacond_timeouts_total{phase="idle"})", http.idleTimeouts},

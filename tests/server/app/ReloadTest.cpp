@@ -17,7 +17,7 @@ using testing::Not;
 
 namespace {
 
-const std::string kTaken = "the configuration and the places were read again";
+const std::string kTaken = "the configuration and places were read again";
 const std::string kRefused = "the previous configuration and places stay in use";
 
 } // namespace

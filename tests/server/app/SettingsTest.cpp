@@ -119,9 +119,9 @@ TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
         std::string error;
     } rows[] = {
         {"[http]\nlisten = 8750", "service.toml:2: http.listen: a text in quotes is expected"},
-        {"[http]\nlisten = \"localhost:8750\"",
-         "service.toml:2: http.listen: \"localhost:8750\" is no address and port, such as 127.0.0.1:8750 or "
-         "[::1]:8750"},
+        {"[http]\nlisten = \"localhost:8750\"", "service.toml:2: http.listen: \"localhost:8750\" is not an "
+                                                "address and port, such as 127.0.0.1:8750 or "
+                                                "[::1]:8750"},
         {"[http]\nbase_url = \"ftp://a\"", "service.toml:2: http.base_url: " + kUrl},
         {"[http]\nbase_url = \"https://\"", "service.toml:2: http.base_url: " + kUrl},
         {"[http]\nbase_url = \"http://a b\"", "service.toml:2: http.base_url: " + kUrl},
