@@ -12,7 +12,6 @@
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
-#include "platform/Dom.h"
 #include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
@@ -20,6 +19,7 @@
 #include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
+#include "store/Dom.h"
 
 #include <QApplication>
 #include <QDir>

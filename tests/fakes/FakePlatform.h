@@ -4,7 +4,6 @@
 
 #include "platform/Browser.h"
 #include "platform/Clock.h"
-#include "platform/Dom.h"
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
 #include "platform/MessageBoxes.h"
@@ -13,6 +12,7 @@
 #include "platform/Process.h"
 #include "platform/Timers.h"
 #include "platform/TrayIcon.h"
+#include "store/Dom.h"
 #include "support/ModRegion.h"
 
 #include <QDir>

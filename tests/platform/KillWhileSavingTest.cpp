@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/Environment.h"
 #include "fakes/FakePlatform.h"
-#include "platform/Dom.h"
+#include "store/Dom.h"
 
 #include <QElapsedTimer>
 

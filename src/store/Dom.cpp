@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/Dom.h"
+#include "store/Dom.h"
 
 #include "platform/FileStore.h"
 #include "platform/Http.h"
-#include "platform/XmlText.h"
+#include "store/XmlText.h"
 #include "support/RuntimeError.h"
 
 #include <pugixml.hpp>

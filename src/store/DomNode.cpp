@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/Dom.h"
-#include "platform/XmlText.h"
+#include "store/Dom.h"
+#include "store/XmlText.h"
 #include "support/RuntimeError.h"
 
 #include <pugixml.hpp>
