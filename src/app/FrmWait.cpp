@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FrmWait.h"
 
-#include "controls/Layout.h"
 #include "forms/Forms.h"
+#include "forms/Layout.h"
 #include "forms/MainForm.h"
 
 #include <QLabel>

@@ -3,8 +3,8 @@
 #include "app/Instruments.h"
 
 #include "app/MainControls.h"
-#include "controls/Layout.h"
 #include "engine/PTimer.h"
+#include "forms/Layout.h"
 #include "instruments/VBCompas.h"
 #include "instruments/VBSunAndMoon.h"
 #include "platform/Clock.h"

@@ -3,9 +3,9 @@
 #include "app/MainControls.h"
 
 #include "app/Appearance.h"
-#include "controls/Layout.h"
-#include "controls/LevelBar.h"
-#include "controls/LinkLabel.h"
+#include "forms/Bars.h"
+#include "forms/Layout.h"
+#include "forms/LinkLabel.h"
 
 #include <QGroupBox>
 #include <QLabel>

@@ -3,9 +3,9 @@
 #include "app/SoundControls.h"
 
 #include "app/MainControls.h"
-#include "controls/LevelBar.h"
-#include "controls/LinkLabel.h"
+#include "forms/Bars.h"
 #include "forms/Form.h"
+#include "forms/LinkLabel.h"
 #include "platform/MediaPlayer.h"
 
 SoundControls::SoundControls(Form& form, MediaPlayer& player, MainControls& controls)

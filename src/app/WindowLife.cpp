@@ -3,8 +3,8 @@
 #include "app/WindowLife.h"
 
 #include "forms/Forms.h"
+#include "forms/Guard.h"
 #include "forms/MainForm.h"
-#include "platform/Guard.h"
 #include "platform/Platform.h"
 #include "platform/TrayIcon.h"
 #include "support/RuntimeError.h"

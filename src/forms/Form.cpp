@@ -3,7 +3,7 @@
 #include "forms/Form.h"
 
 #include "forms/Forms.h"
-#include "platform/Guard.h"
+#include "forms/Guard.h"
 #include "support/RuntimeError.h"
 
 #include <QCloseEvent>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/VBCompas.h"
 
-#include "controls/Layout.h"
+#include "forms/Layout.h"
 #include "instruments/QuietEnd.h"
 #include "support/Conversions.h"
 #include "support/ModRegion.h"

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/FrmLocation.h"
 
-#include "controls/HoverArea.h"
-#include "controls/LinkLabel.h"
-#include "controls/ListBox.h"
+#include "forms/Areas.h"
 #include "forms/DisabledControl.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
+#include "forms/ListBox.h"
 #include "forms/MainForm.h"
 #include "locations/Children.h"
 #include "locations/ReturnToMain.h"

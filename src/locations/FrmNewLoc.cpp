@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/FrmNewLoc.h"
 
-#include "controls/HoverArea.h"
-#include "controls/LinkLabel.h"
-#include "controls/ListBox.h"
-#include "controls/TextBox.h"
+#include "forms/Areas.h"
+#include "forms/Boxes.h"
 #include "forms/DisabledControl.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
+#include "forms/ListBox.h"
 #include "forms/MainForm.h"
 #include "locations/AddPlaces.h"
 #include "locations/Children.h"

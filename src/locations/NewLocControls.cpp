@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/NewLocControls.h"
 
-#include "controls/LinkLabel.h"
-#include "controls/ListBox.h"
-#include "controls/TextBox.h"
+#include "forms/Boxes.h"
+#include "forms/LinkLabel.h"
+#include "forms/ListBox.h"
 
 #include <QComboBox>
 #include <QGroupBox>

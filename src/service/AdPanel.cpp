@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/AdPanel.h"
 
-#include "controls/Layout.h"
 #include "forms/Form.h"
+#include "forms/Layout.h"
 #include "forms/MainForm.h"
 #include "platform/Browser.h"
 #include "platform/FileStore.h"

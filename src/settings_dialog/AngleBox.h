@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "controls/TextBox.h"
+#include "forms/Boxes.h"
 
 #include <functional>
 #include <optional>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/CalculationMethod.h"
 
-#include "controls/OptionButton.h"
-#include "controls/SpinBar.h"
+#include "forms/Bars.h"
+#include "forms/Boxes.h"
 #include "platform/Platform.h"
 #include "settings_dialog/AngleBox.h"
 #include "settings_dialog/AngleText.h"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/FrmAlerts.h"
 
-#include "controls/HoverArea.h"
-#include "controls/Layout.h"
+#include "forms/Areas.h"
 #include "forms/Forms.h"
+#include "forms/Layout.h"
 #include "forms/MainForm.h"
 
 #include <QFrame>

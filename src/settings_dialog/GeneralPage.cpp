@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/GeneralPage.h"
 
-#include "controls/CheckBox.h"
-#include "controls/OptionButton.h"
-#include "controls/SpinBar.h"
-#include "controls/TextBox.h"
+#include "forms/Bars.h"
+#include "forms/Boxes.h"
 #include "forms/Form.h"
 #include "platform/Platform.h"
 #include "settings_dialog/DialogContext.h"

@@ -2,11 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/PrayerPage.h"
 
-#include "controls/CheckBox.h"
-#include "controls/HoverArea.h"
-#include "controls/LinkLabel.h"
-#include "controls/TextBox.h"
+#include "forms/Areas.h"
+#include "forms/Boxes.h"
 #include "forms/Form.h"
+#include "forms/LinkLabel.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
 #include "settings_dialog/DialogContext.h"

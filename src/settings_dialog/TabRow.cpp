@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/TabRow.h"
 
-#include "controls/Layout.h"
-#include "controls/LinkLabel.h"
 #include "forms/Form.h"
+#include "forms/Layout.h"
+#include "forms/LinkLabel.h"
 #include "settings_dialog/DialogContext.h"
 #include "settings_dialog/Placement.h"
 

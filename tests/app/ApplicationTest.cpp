@@ -3,9 +3,9 @@
 #include "app/Application.h"
 
 #include "alerts/FrmPopup.h"
-#include "controls/LinkLabel.h"
 #include "fakes/FakePlatform.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
 
 #include <QAccessible>
 #include <QApplication>

@@ -3,10 +3,10 @@
 #include "app/MainLinks.h"
 
 #include "app/MainControls.h"
-#include "controls/LinkLabel.h"
 #include "fakes/Desk.h"
 #include "fakes/FakePlatform.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
 #include "forms/MainForm.h"
 #include "service/ServiceRequests.h"
 #include "support/RuntimeError.h"

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Appearance.h"
-#include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/PaintCount.h"
 #include "fakes/SettingsFile.h"
 #include "fakes/StartWindows.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
 #include "instruments/VBCompas.h"
 #include "instruments/VBSunAndMoon.h"
 

@@ -3,7 +3,7 @@
 #include "alerts/FrmPopup.h"
 #include "app/FrmWait.h"
 #include "app/MainWindowFixture.h"
-#include "controls/LinkLabel.h"
+#include "forms/LinkLabel.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
 #include "settings_dialog/FrmAlerts.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/MainWindowFixture.h"
-#include "controls/LinkLabel.h"
+#include "forms/LinkLabel.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 

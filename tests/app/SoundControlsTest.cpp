@@ -3,13 +3,13 @@
 #include "app/SoundControls.h"
 
 #include "alerts/FrmPopup.h"
-#include "controls/LevelBar.h"
-#include "controls/LinkLabel.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
 #include "fakes/StartWindows.h"
+#include "forms/Bars.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
 #include "store/SimpleXML.h"
 
 #include <QTest>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/LinkLabel.h"
-#include "controls/ListBox.h"
-#include "controls/TextBox.h"
 #include "fakes/PlainWindow.h"
+#include "forms/Boxes.h"
+#include "forms/LinkLabel.h"
+#include "forms/ListBox.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
 #include "locations/FrmLocation.h"

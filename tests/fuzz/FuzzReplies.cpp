@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FirstStart.h"
-#include "controls/TextBox.h"
+#include "forms/Boxes.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
 #include "service/AdPanel.h"

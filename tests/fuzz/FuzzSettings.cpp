@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/LinkLabel.h"
-#include "controls/SpinBar.h"
-#include "controls/TextBox.h"
+#include "forms/Bars.h"
+#include "forms/Boxes.h"
+#include "forms/LinkLabel.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
 #include "service/ServiceAddresses.h"

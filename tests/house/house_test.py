@@ -7,9 +7,9 @@ import re
 import sys
 
 TREE = pathlib.Path(sys.argv[1])
-BASE = {"forms", "engine", "store", "controls", "platform", "support"}
+BASE = {"forms", "engine", "store", "platform", "support"}
 MAY_INCLUDE = {
-    "support": set(), "calculation": set(), "platform": {"support"}, "controls": {"platform", "support"},
+    "support": set(), "calculation": set(), "platform": {"support"},
     "engine": {"platform", "support"}, "store": {"platform", "support"}, "forms": BASE,
     "alerts": BASE, "service": BASE, "instruments": BASE, "locations": BASE | {"service"},
     "settings_dialog": BASE | {"service"},

@@ -3,12 +3,12 @@
 #pragma once
 
 #include "app/FrmWait.h"
-#include "controls/LinkLabel.h"
-#include "controls/ListBox.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/LockableFiles.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
+#include "forms/ListBox.h"
 #include "forms/MainForm.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/LinkLabel.h"
 #include "fakes/LockableFiles.h"
 #include "fakes/LoopbackServer.h"
 #include "fakes/RebasedHttp.h"
 #include "fakes/SettingsFile.h"
+#include "forms/LinkLabel.h"
 #include "service/StartUpProgram.h"
 #include "service/WebAd.h"
 #include "store/SimpleXML.h"

@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "controls/CheckBox.h"
-#include "controls/LinkLabel.h"
-#include "controls/OptionButton.h"
-#include "controls/SpinBar.h"
-#include "controls/TextBox.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
+#include "forms/Bars.h"
+#include "forms/Boxes.h"
 #include "forms/Forms.h"
+#include "forms/LinkLabel.h"
 #include "forms/MainForm.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/Guard.h"
+#include "forms/Guard.h"
 
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"

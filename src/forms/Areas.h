@@ -25,3 +25,20 @@ private:
     std::function<void()> m_handler;
     bool m_pressed = false;
 };
+
+/// Calls a handler whenever the mouse moves over an enabled widget itself, or over a disabled link on it, but
+/// not over its other children.
+class HoverArea final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param widget also the parent of this object
+    /// @param handler must not let an exception out
+    HoverArea(QWidget* widget, std::function<void()> handler);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    std::function<void()> m_handler;
+};

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/LinkLabel.h"
+#include "forms/LinkLabel.h"
 
-#include "controls/HoverArea.h"
 #include "fakes/Desk.h"
+#include "forms/Areas.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/LinkLabel.h"
+#include "forms/LinkLabel.h"
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/SpinBar.h"
-
+#include "forms/Bars.h"
 #include "support/RuntimeError.h"
 
 #include <QAccessible>

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/CheckBox.h"
-#include "controls/OptionButton.h"
+#include "forms/Boxes.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "controls/SpinBar.h"
+#include "forms/Bars.h"
 
 #include "support/RuntimeError.h"
 
@@ -17,6 +17,29 @@ constexpr int kRepeatDelay = 400;   // milliseconds before a held arrow repeats
 constexpr int kRepeatInterval = 60; // milliseconds between two repeats
 
 } // namespace
+
+LevelBar::LevelBar(int lowest, int highest, QWidget* parent)
+    : QScrollBar(Qt::Horizontal, parent)
+{
+    setRange(lowest, highest);
+    setTracking(false);
+    // A scroll bar of its own takes its keys upside down: right would lower the level.
+    setInvertedControls(false);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QScrollBar::valueChanged, this, [this] {
+        if (m_change) {
+            m_change();
+        }
+    });
+}
+
+void LevelBar::SetValue(int value)
+{
+    if (value < minimum() || value > maximum()) {
+        throw RuntimeError(ErrorNumber::kInvalidPropertyValue, QStringLiteral("Invalid property value"));
+    }
+    setValue(value);
+}
 
 SpinBar::SpinBar(int lowest, int highest, int value, QWidget* parent)
     : QAbstractSlider(parent)

@@ -3,8 +3,29 @@
 #pragma once
 
 #include <QAbstractSlider>
+#include <QScrollBar>
 
 #include <functional>
+
+/// A horizontal scroll bar that raises Change when the thumb is released or a step is made, not while it is
+/// dragged, and inside the setter.
+class LevelBar final : public QScrollBar
+{
+    Q_OBJECT
+
+public:
+    /// @param lowest,highest closed interval of the value
+    LevelBar(int lowest, int highest, QWidget* parent);
+
+    [[nodiscard]] int Value() const { return value(); }
+    /// Throws kInvalidPropertyValue for a value outside the limits.
+    void SetValue(int value);
+    /// @param handler must not let an exception out
+    void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
+
+private:
+    std::function<void()> m_change;
+};
 
 /// A small vertical bar of two arrows: the top one raises the value by a step, the bottom one lowers it, and
 /// so do the arrow keys; an arrow that is held repeats. The mouse wheel, Home and End do nothing.
