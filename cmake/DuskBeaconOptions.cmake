@@ -55,12 +55,18 @@ macro(duskbeacon_unity folder)
   endif()
 endmacro()
 
-# A library of the program, named after its folder under src/.
+# The library of a folder: duskbeacon_library(NAME SOURCES … LINKS …). Its headers are found as "folder/Header.h", through an
+# include root that holds a link to this one folder, and only by what links the library: an include that is missing in LINKS
+# does not compile.
 function(duskbeacon_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
-  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-  target_link_libraries(${name} PUBLIC ${ARG_PUBLIC} PRIVATE duskbeacon_shipped ${ARG_PRIVATE})
+  cmake_path(GET CMAKE_CURRENT_SOURCE_DIR FILENAME folder)
+  set(root ${PROJECT_BINARY_DIR}/include/${name})
+  file(MAKE_DIRECTORY ${root})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} SYMBOLIC)
+  target_include_directories(${name} PUBLIC ${root})
+  target_link_libraries(${name} PRIVATE duskbeacon_shipped ${ARG_LINKS})
 endfunction()
 
 # Two mistakes of GCC 12: it takes the joining of strings for an overlap at -O3 (its bug 105651), and the frames of Asio's

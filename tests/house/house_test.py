@@ -7,14 +7,6 @@ import re
 import sys
 
 TREE = pathlib.Path(sys.argv[1])
-BASE = {"forms", "engine", "store", "platform", "support"}
-MAY_INCLUDE = {
-    "support": set(), "calculation": set(), "platform": {"support"},
-    "engine": {"platform", "support"}, "store": {"platform", "support"}, "forms": BASE,
-    "alerts": BASE, "service": BASE, "instruments": BASE, "locations": BASE | {"service"},
-    "settings_dialog": BASE | {"service"},
-    "app": BASE | {"alerts", "service", "instruments", "locations", "settings_dialog"},
-}
 # The loader of the module is known to the folder that is written on it, and to what constructs it.
 MAY_LOAD_THE_MODULE = ("src/engine/", "src/app/Application.cpp")
 CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsSinceEpoch|(?:system|steady|high_resolution)_clock|QElapsedTimer|gettimeofday|clock_gettime|\btime\((0|NULL|nullptr)\)")
@@ -39,17 +31,12 @@ def faults():
         folder = path.relative_to(TREE / "src").parts[0]
         for number, line in enumerate(path.read_text().splitlines(), 1):
             where = f"{path.relative_to(TREE)}:{number}"
-            included = re.match(r'#include "([a-z_]+)/', line)
-            if included and included[1] != folder and included[1] not in MAY_INCLUDE[folder]:
-                yield f"{where}: {folder} must not know {included[1]}"
             if line.startswith('#include "engine/CalculationLibrary.h"') and not str(path.relative_to(TREE)).startswith(MAY_LOAD_THE_MODULE):
                 yield f"{where}: only the scheduler asks the module"
             if folder != "platform" and CLOCK.search(line):
                 yield f"{where}: only the clock of platform/ reads the time"
             if folder not in ("platform", "engine") and OUTSIDE.search(line):
                 yield f"{where}: only platform/ calls the operating system"
-            if folder == "calculation" and re.match(r"#include <Q", line):
-                yield f"{where}: the calculation knows no Qt"
     for path in sources("server"):
         if re.search(r"#include <Q|#include \"(?:platform|forms)/", path.read_text()):
             yield f"{path.relative_to(TREE)}: the service knows neither Qt nor the desktop program"

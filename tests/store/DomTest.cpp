@@ -16,19 +16,19 @@
 
 namespace {
 
-const QString kFile = QStringLiteral("document.xml");
+const QString kDocumentFile = QStringLiteral("document.xml");
 constexpr qint64 kMostTimesTheFile = 12;
 
 void WriteFile(const QByteArray& bytes)
 {
-    QFile file(kFile);
+    QFile file(kDocumentFile);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     ASSERT_EQ(file.write(bytes), bytes.size());
 }
 
 QByteArray FileContent()
 {
-    QFile file(kFile);
+    QFile file(kDocumentFile);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -115,7 +115,7 @@ TEST_P(LoadRows, document_loadsOrLeavesNothing)
     QElapsedTimer watch;
     watch.start();
     const qint64 before = Memory::ForgetPeak();
-    EXPECT_EQ(document->Load(kFile), GetParam().loads);
+    EXPECT_EQ(document->Load(kDocumentFile), GetParam().loads);
     const qint64 eaten = Memory::Peak() - before;
     if (Memory::kIsTrue) {
         EXPECT_LT(eaten, kMostTimesTheFile * bytes.size() + 4 * 1024 * 1024);
@@ -195,7 +195,7 @@ protected:
     DomNode Loaded(const QByteArray& bytes)
     {
         WriteFile(bytes);
-        EXPECT_TRUE(document->Load(kFile));
+        EXPECT_TRUE(document->Load(kDocumentFile));
         return document->DocumentElement();
     }
     static int ErrorOf(const std::function<void()>& step)
@@ -337,10 +337,10 @@ TEST_F(DomTest, save_whatWasLoaded_comesBackTheSame)
                             "  <mixed>one<b />two &amp; three</mixed>\n"
                             "</root>\n";
     Loaded(text);
-    ASSERT_TRUE(document->Save(kFile));
+    ASSERT_TRUE(document->Save(kDocumentFile));
     EXPECT_EQ(FileContent().toStdString(), text.toStdString());
-    ASSERT_TRUE(document->Load(kFile));
-    ASSERT_TRUE(document->Save(kFile));
+    ASSERT_TRUE(document->Load(kDocumentFile));
+    ASSERT_TRUE(document->Save(kDocumentFile));
     EXPECT_EQ(FileContent().toStdString(), text.toStdString());
 }
 
@@ -367,7 +367,7 @@ TEST_F(DomTest, save_documentThatCouldNotBeLoaded_isFalse_fileAsBefore)
     for (const auto& row : rows) {
         Loaded("<r/>");
         row.spoil();
-        EXPECT_FALSE(document->Save(kFile)) << row.name;
+        EXPECT_FALSE(document->Save(kDocumentFile)) << row.name;
         EXPECT_EQ(FileContent(), "<r/>") << row.name;
     }
 }
@@ -379,15 +379,15 @@ TEST_F(DomTest, save_documentThatGrowsTooLargeInWriting_isFalse_fileAsBefore)
     ASSERT_LT(kQuotes, DomDocument::kLargestDocument);
     ASSERT_GT(6 * kQuotes, DomDocument::kLargestDocument);
     Loaded("<r/>").SetAttribute(QStringLiteral("a"), QString(kQuotes, u'"'));
-    EXPECT_FALSE(document->Save(kFile));
+    EXPECT_FALSE(document->Save(kDocumentFile));
     EXPECT_EQ(FileContent(), "<r/>");
 }
 
 TEST_F(DomTest, save_loneHalfOfACharacter_isReplaced_andLoads)
 {
     Loaded("<r/>").SetAttribute(QStringLiteral("a"), QString(QChar(0xD83D)));
-    EXPECT_TRUE(document->Save(kFile));
-    EXPECT_TRUE(document->Load(kFile));
+    EXPECT_TRUE(document->Save(kDocumentFile));
+    EXPECT_TRUE(document->Load(kDocumentFile));
 }
 
 TEST_F(DomTest, save_toAUrl_isFalse)
