@@ -5,7 +5,6 @@
 #include "calculation/Series.h"
 
 #include <array>
-#include <numbers>
 
 // The earth's heliocentric longitude, latitude and distance, mean ecliptic and equinox of date: the larger
 // terms of VSOP87, version D (Bretagnon and Francou, Astronomy and Astrophysics 202, 1988, 309) as selected
@@ -15,15 +14,8 @@
 // only what counts here is kept.
 namespace calculation::earth {
 
-inline constexpr double kDaysPerMillennium = 365250.0;
-
-template <std::size_t Count>
-constexpr Series<Count> VsopSeries(const std::array<PublishedTerm, Count>& terms)
-{
-    return {terms, 2.0 * std::numbers::pi, kDaysPerMillennium};
-}
-
-inline constexpr Series<63> kLongitude0 = VsopSeries<63>({{
+inline constexpr std::array<Term, 64> kLongitude0{{
+    {175347046, 0, 0},
     {3341656, 4.6692568, 6283.0758500},
     {34894, 4.62610, 12566.15170},
     {3497, 2.7441, 5753.3849},
@@ -87,11 +79,10 @@ inline constexpr Series<63> kLongitude0 = VsopSeries<63>({{
     {30, 0.44, 83996.85},
     {30, 2.74, 1349.87},
     {25, 3.16, 4690.48},
-}});
-inline constexpr double kMeanLongitude = 175347046.0;
-inline constexpr double kMeanMotion = 628331966747.0;
+}};
 
-inline constexpr Series<11> kLongitude1 = VsopSeries<11>({{
+inline constexpr std::array<Term, 12> kLongitude1{{
+    {628331966747, 0, 0},
     {206059, 2.678235, 6283.075850},
     {4303, 2.6351, 12566.1517},
     {425, 1.590, 3.523},
@@ -103,31 +94,31 @@ inline constexpr Series<11> kLongitude1 = VsopSeries<11>({{
     {67, 4.41, 5507.55},
     {59, 2.89, 5223.69},
     {56, 2.17, 155.42},
-}});
+}};
 
-inline constexpr Series<3> kLongitude2 = VsopSeries<3>({{
+inline constexpr std::array<Term, 4> kLongitude2{{
+    {52919, 0, 0},
     {8720, 1.0721, 6283.0758},
     {309, 0.867, 12566.152},
     {27, 0.05, 3.52},
-}});
-inline constexpr double kSecularLongitude2 = 52919.0;
+}};
 
-inline constexpr Series<1> kLongitude3 = VsopSeries<1>({{{289, 5.844, 6283.076}}});
+inline constexpr std::array<Term, 1> kLongitude3{{{289, 5.844, 6283.076}}};
 
-inline constexpr Series<5> kLatitude0 = VsopSeries<5>({{
+inline constexpr std::array<Term, 5> kLatitude0{{
     {280, 3.199, 84334.662},
     {102, 5.422, 5507.553},
     {80, 3.88, 5223.69},
     {44, 3.70, 2352.87},
     {32, 4.00, 1577.34},
-}});
+}};
 
-inline constexpr Series<2> kDistance0 = VsopSeries<2>({{
+inline constexpr std::array<Term, 3> kDistance0{{
+    {100013989, 0, 0},
     {1670700, 3.0984635, 6283.0758500},
     {13956, 3.05525, 12566.15170},
-}});
-inline constexpr double kMeanDistance = 100013989.0;
+}};
 
-inline constexpr Series<1> kDistance1 = VsopSeries<1>({{{103019, 1.107490, 6283.075850}}});
+inline constexpr std::array<Term, 1> kDistance1{{{103019, 1.107490, 6283.075850}}};
 
 } // namespace calculation::earth

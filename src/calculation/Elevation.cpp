@@ -32,8 +32,9 @@ double MoonElevation(const Place& place, double daysSince2000)
     constexpr double kEccentricitySquared = kFlattening * (2.0 - kFlattening);
 
     const MoonPosition moon = ApparentMoon(daysSince2000 + DeltaT(daysSince2000) / 86400.0);
-    const SineCosine sidereal = SineCosineOfTurns(GreenwichMeanSiderealTime(daysSince2000) +
-                                                  place.LongitudeTurns() + moon.equationOfEquinoxes / kTurn);
+    const SineCosine sidereal =
+        SineCosineOf((GreenwichMeanSiderealTime(daysSince2000) + place.LongitudeTurns()) * kTurn +
+                     moon.equationOfEquinoxes);
     const Latitude latitude = Latitude::FromDegrees(place.LatitudeDegrees());
 
     // In the plane of the place's meridian, in earth radii: towards the celestial equator, east, and the

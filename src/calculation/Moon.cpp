@@ -5,6 +5,7 @@
 #include "calculation/Angle.h"
 #include "calculation/MoonTables.h"
 #include "calculation/Nutation.h"
+#include "calculation/Series.h"
 
 #include <array>
 #include <cmath>
@@ -16,47 +17,6 @@ namespace {
 
 constexpr double kEarthRadius = 6378.14; // kilometres, as in the parallax of Meeus, chapter 47
 constexpr double kMillionths = 1e-6;
-
-// Cosine and sine of an angle as one complex number, so that angles add by multiplication.
-struct Phasor
-{
-    double real = 1.0;
-    double imaginary = 0.0;
-
-    constexpr Phasor operator*(const Phasor& other) const
-    {
-        return {real * other.real - imaginary * other.imaginary,
-                real * other.imaginary + imaginary * other.real};
-    }
-};
-
-// The phasors of the multiples of an angle from -Most to Most.
-template <int Most>
-class MultiplesOfAngle final
-{
-public:
-    explicit MultiplesOfAngle(double turns)
-    {
-        const SineCosine angle = SineCosineOfTurns(turns);
-        const Phasor one{angle.cosine, angle.sine};
-        for (int multiple = 1; multiple <= Most; ++multiple) {
-            const Phasor next = (*this)[multiple - 1] * one;
-            m_phasors[Index(multiple)] = next;
-            m_phasors[Index(-multiple)] = {next.real, -next.imaginary};
-        }
-    }
-
-    const Phasor& operator[](int multiple) const { return m_phasors[Index(multiple)]; }
-
-private:
-    static constexpr std::size_t Index(int multiple)
-    {
-        const int index = Most + multiple;
-        return static_cast<std::size_t>(index);
-    }
-
-    std::array<Phasor, 2 * Most + 1> m_phasors;
-};
 
 // The polynomials of Meeus, formulas 47.1 to 47.6, in degrees, and the three arguments of the planets.
 struct Arguments
@@ -90,9 +50,14 @@ struct Arguments
     double eccentricity; // of the earth's orbit, against that of 2000
 };
 
+double CosineOfDegrees(double degrees)
+{
+    return Cosine(degrees * kRadiansPerDegree);
+}
+
 double SineOfDegrees(double degrees)
 {
-    return SineCosineOfTurns(degrees / 360.0).sine;
+    return CosineOfDegrees(degrees - 90.0);
 }
 
 struct Sums
@@ -104,33 +69,29 @@ struct Sums
 
 Sums SumTables(const Arguments& arguments)
 {
-    const MultiplesOfAngle<6> elongation(arguments.elongation / 360.0);
-    const MultiplesOfAngle<3> sunAnomaly(arguments.sunAnomaly / 360.0);
-    const MultiplesOfAngle<4> moonAnomaly(arguments.moonAnomaly / 360.0);
-    const MultiplesOfAngle<4> latitudeArgument(arguments.latitudeArgument / 360.0);
-    const double e = arguments.eccentricity;
-    const std::array<double, 4> eccentricity{1.0, e, e * e, e * e * e};
-
-    const auto phasor = [&](const moon::Multiples& multiples) {
-        return elongation[multiples.elongation] * sunAnomaly[multiples.sunAnomaly] *
-               (moonAnomaly[multiples.moonAnomaly] * latitudeArgument[multiples.latitudeArgument]);
+    const auto argument = [&](const moon::Multiples& multiples) {
+        return multiples.elongation * arguments.elongation + multiples.sunAnomaly * arguments.sunAnomaly +
+               multiples.moonAnomaly * arguments.moonAnomaly +
+               multiples.latitudeArgument * arguments.latitudeArgument;
     };
+    const double e = arguments.eccentricity;
+    const std::array<double, 4> powersOfEccentricity{1.0, e, e * e, e * e * e};
     const auto weight = [&](const moon::Multiples& multiples) {
-        return eccentricity[static_cast<std::size_t>(std::abs(multiples.sunAnomaly))];
+        return powersOfEccentricity[static_cast<std::size_t>(std::abs(multiples.sunAnomaly))];
     };
     const auto sumOfSines = [&](const auto& terms) {
         double sum = 0.0;
         for (const moon::SineTerm& term : terms) {
-            sum += weight(term.multiples) * term.amplitude * phasor(term.multiples).imaginary;
+            sum += weight(term.multiples) * term.amplitude * SineOfDegrees(argument(term.multiples));
         }
         return sum;
     };
 
     Sums sums;
     for (const moon::LongitudeTerm& term : moon::kLongitudeTerms) {
-        const Phasor argument = phasor(term.multiples);
-        sums.longitude += weight(term.multiples) * term.longitude * argument.imaginary;
-        sums.distance += weight(term.multiples) * term.distance * argument.real;
+        const double degrees = argument(term.multiples);
+        sums.longitude += weight(term.multiples) * term.longitude * SineOfDegrees(degrees);
+        sums.distance += weight(term.multiples) * term.distance * CosineOfDegrees(degrees);
     }
     sums.longitude += sumOfSines(moon::kFurtherLongitudeTerms);
     sums.latitude += sumOfSines(moon::kLatitudeTerms) + sumOfSines(moon::kFurtherLatitudeTerms);
@@ -151,14 +112,13 @@ MoonPosition ApparentMoon(double daysSince2000)
 {
     const Arguments arguments(daysSince2000 / 36525.0);
     const Sums sums = SumTables(arguments);
-    const Nutation nutation = NutationAround(daysSince2000);
+    const Nutation nutation = NutationAt(daysSince2000);
 
-    const double meanLongitude = (arguments.longitude + sums.longitude) / 360.0;
-    const double correction = PrecessionCorrection(daysSince2000) + nutation.inLongitude[1];
-    const SineCosine longitude = SineCosineOfTurns(meanLongitude + correction / kTurn);
-    const SineCosine latitude = SineCosineOfTurns(sums.latitude / 360.0);
-    const SineCosine obliquity =
-        SineCosineOfTurns((MeanObliquity(daysSince2000) + nutation.inObliquity[1]) / kTurn);
+    const double correction = PrecessionCorrection(daysSince2000) + nutation.inLongitude;
+    const SineCosine longitude =
+        SineCosineOf((arguments.longitude + sums.longitude) * kRadiansPerDegree + correction);
+    const SineCosine latitude = SineCosineOf(sums.latitude * kRadiansPerDegree);
+    const SineCosine obliquity = SineCosineOf(MeanObliquity(daysSince2000) + nutation.inObliquity);
 
     MoonPosition moon;
     const double eastward = latitude.cosine * longitude.sine;
@@ -166,7 +126,7 @@ MoonPosition ApparentMoon(double daysSince2000)
                       eastward * obliquity.cosine - latitude.sine * obliquity.sine,
                       eastward * obliquity.sine + latitude.sine * obliquity.cosine};
     moon.distance = (385000.56 + sums.distance) / kEarthRadius;
-    moon.equationOfEquinoxes = nutation.inLongitude[1] * obliquity.cosine;
+    moon.equationOfEquinoxes = nutation.inLongitude * obliquity.cosine;
     return moon;
 }
 

@@ -46,51 +46,38 @@ constexpr double kMoonAnomaly[2] = {134.96298, 477198.867398};
 constexpr double kLatitudeArgument[2] = {93.27191, 483202.017538};
 constexpr double kNode[2] = {125.04452, -1934.136261};
 
-constexpr double Combine(const NutationTerm& term, int power)
+// The sum of a term's multiples, of the angles at the epoch ([0]) or of their rates ([1]).
+constexpr double Combine(const NutationTerm& term, std::size_t part)
 {
-    return term.elongation * kElongation[power] + term.sunAnomaly * kSunAnomaly[power] +
-           term.moonAnomaly * kMoonAnomaly[power] + term.latitudeArgument * kLatitudeArgument[power] +
-           term.node * kNode[power];
+    return term.elongation * kElongation[part] + term.sunAnomaly * kSunAnomaly[part] +
+           term.moonAnomaly * kMoonAnomaly[part] + term.latitudeArgument * kLatitudeArgument[part] +
+           term.node * kNode[part];
 }
 
-constexpr std::size_t kCount = kTerms.size();
+using NutationSeries = std::array<Term, kTerms.size()>;
 
-constexpr std::array<PublishedTerm, kCount> PublishedTerms()
+constexpr NutationSeries SeriesOf(double NutationTerm::*coefficient, double shiftInDegrees)
 {
-    std::array<PublishedTerm, kCount> terms{};
-    for (std::size_t i = 0; i < kCount; ++i) {
-        terms[i] = {kTerms[i].longitude, Combine(kTerms[i], 0), Combine(kTerms[i], 1)};
+    NutationSeries series{};
+    for (std::size_t i = 0; i < series.size(); ++i) {
+        const NutationTerm& term = kTerms[i];
+        series[i] = {term.*coefficient, (Combine(term, 0) + shiftInDegrees) * kRadiansPerDegree,
+                     Combine(term, 1) * kRadiansPerDegree};
     }
-    return terms;
+    return series;
 }
 
-constexpr std::array<double, kCount> Column(double NutationTerm::*coefficient)
-{
-    std::array<double, kCount> column{};
-    for (std::size_t i = 0; i < kCount; ++i) {
-        column[i] = kTerms[i].*coefficient;
-    }
-    return column;
-}
-
-constexpr Series<kCount> kSeries{PublishedTerms(), 360.0, kDaysPerCentury};
-constexpr std::array<double, kCount> kLongitude = Column(&NutationTerm::longitude);
-constexpr std::array<double, kCount> kObliquity = Column(&NutationTerm::obliquity);
+// The terms in longitude are sines: the cosine of 90 degrees less.
+constexpr NutationSeries kLongitude = SeriesOf(&NutationTerm::longitude, -90.0);
+constexpr NutationSeries kObliquity = SeriesOf(&NutationTerm::obliquity, 0.0);
 
 } // namespace
 
-Nutation NutationAround(double daysSince2000)
+Nutation NutationAt(double daysSince2000)
 {
     constexpr double kUnit = 0.0001 * kRadiansPerArcsecond;
-    const auto arguments = kSeries.ArgumentsAt(daysSince2000);
-    const ThreeDays longitude = kSeries.Sines(kLongitude, arguments);
-    const ThreeDays obliquity = kSeries.Cosines(kObliquity, arguments);
-    Nutation nutation;
-    for (std::size_t i = 0; i < longitude.size(); ++i) {
-        nutation.inLongitude[i] = longitude[i] * kUnit;
-        nutation.inObliquity[i] = obliquity[i] * kUnit;
-    }
-    return nutation;
+    const double centuries = daysSince2000 / kDaysPerCentury;
+    return {kUnit * Sum(kLongitude, centuries), kUnit * Sum(kObliquity, centuries)};
 }
 
 double MeanObliquity(double daysSince2000)

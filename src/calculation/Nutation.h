@@ -4,17 +4,17 @@
 
 namespace calculation {
 
-// Radians, at three instants one day apart ([1] is the instant asked for).
+// In radians.
 struct Nutation
 {
-    double inLongitude[3] = {};
-    double inObliquity[3] = {};
+    double inLongitude = 0.0;
+    double inObliquity = 0.0;
 };
 
 // Nutation of the IAU 1980 theory, its terms above 0.003" and one of 0.0029" (Seidelmann, Celestial Mechanics
 // 27, 1982; Meeus, "Astronomical Algorithms", 2nd ed., table 22.A); within 0.03" of the whole theory over
 // 1900 to 2100. daysSince2000: days of TT from 2000 January 1, 12h.
-[[nodiscard]] Nutation NutationAround(double daysSince2000);
+[[nodiscard]] Nutation NutationAt(double daysSince2000);
 
 // Mean obliquity of the ecliptic in radians, IAU 2006 (Hilton et al., Celestial Mechanics and Dynamical
 // Astronomy 94, 2006, 351).

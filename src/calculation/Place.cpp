@@ -10,7 +10,7 @@ namespace calculation {
 
 Latitude Latitude::FromDegrees(double degrees)
 {
-    const SineCosine parts = SineCosineOfTurns(degrees / 360.0);
+    const SineCosine parts = SineCosineOf(degrees * kRadiansPerDegree);
     Latitude latitude;
     latitude.m_sine = parts.sine;
     latitude.m_cosine = std::max(0.0, parts.cosine);

@@ -53,7 +53,7 @@ void PrayerDay::SetPlaceAndDate(const Place& place, double utNoon)
     m_latitude = Latitude::FromDegrees(place.LatitudeDegrees());
     m_latitude45 =
         Latitude::FromDegrees(m_latitude.IsNorthern() ? kLatitudeOfOrdinaryDays : -kLatitudeOfOrdinaryDays);
-    m_horizonSine = m_track.GeocentricSine(SineCosineOfTurns(kHorizonDegrees / 360.0).sine);
+    m_horizonSine = m_track.GeocentricSine(std::sin(kHorizonDegrees * kRadiansPerDegree));
     m_days = {};
 }
 
@@ -66,7 +66,7 @@ void PrayerDay::SetTwilightAngles(double fajrDegrees, double ishaDegrees)
 PrayerDay::Twilight PrayerDay::TwilightOf(double degrees)
 {
     const double altitude = std::clamp(degrees, -90.0, kHorizonDegrees);
-    return {SineCosineOfTurns(altitude / 360.0).sine, std::min(-altitude / kDegreesOfNight, 0.5)};
+    return {std::sin(altitude * kRadiansPerDegree), std::min(-altitude / kDegreesOfNight, 0.5)};
 }
 
 double PrayerDay::WithinDate(Event event)
@@ -226,11 +226,11 @@ double PrayerDay::Isha(int index)
 
 double PrayerDay::Asr(int index, double lengths)
 {
-    constexpr double kLeastNoonSine = SineCosineOfTurns(kLeastNoonDegrees / 360.0).sine;
+    const double leastNoonSine = std::sin(kLeastNoonDegrees * kRadiansPerDegree);
     const SolarDay& day = DayOf(index);
     const Latitude& latitude = LatitudeOf(day);
     const double sunset = Sunset(index);
-    if (NoonSine(day, latitude) > kLeastNoonSine) {
+    if (NoonSine(day, latitude) > leastNoonSine) {
         return AsrOf(day, sunset, lengths, latitude);
     }
     // The noon sun shows itself but casts no shadow to measure. The afternoon of latitude 45 ends long after

@@ -23,8 +23,7 @@ struct SunAround
     [[nodiscard]] double HorizontalParallax() const; // radians
 };
 
-// daysSince2000: days of TT from 2000 January 1, 12h. Within 0.75" over 1900 to 2100. Three instants cost
-// little more than one (see Series).
+// daysSince2000: days of TT from 2000 January 1, 12h. Within 0.75" over 1900 to 2100.
 [[nodiscard]] SunAround ApparentSunAround(double daysSince2000);
 
 } // namespace calculation

@@ -40,7 +40,7 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
         // two other days enters here because the hour angle is counted with that of the noon.
         const double turned = rightAscension + kSiderealGainPerDay * (static_cast<double>(i) - 1.0) +
                               (sun.equationOfEquinoxes[i] - sun.equationOfEquinoxes[1]) / kTurn;
-        const SineCosine frame = SineCosineOfTurns(turned);
+        const SineCosine frame = SineCosineOf(turned * kTurn);
         x[i] = sun.directions[i].x * frame.cosine + sun.directions[i].y * frame.sine;
         y[i] = sun.directions[i].y * frame.cosine - sun.directions[i].x * frame.sine;
     }
@@ -62,11 +62,10 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
 // stands a little off that axis.
 double SunTrack::TransitNear(double time) const
 {
-    const double axis = -m_hourAngleAtNoon + NearestWhole(time + m_hourAngleAtNoon);
+    const double axis = -m_hourAngleAtNoon + std::round(time + m_hourAngleAtNoon);
     double transit = axis;
     for (int pass = 0; pass < 2; ++pass) {
-        const double slope = m_y.At(transit) / m_x.At(transit);
-        transit = axis + slope * (1.0 - slope * slope / 3.0) / kTurn;
+        transit = axis + std::atan2(m_y.At(transit), m_x.At(transit)) / kTurn;
     }
     return transit;
 }
@@ -78,7 +77,7 @@ double SunTrack::Transit(int index) const
 
 SunTrack::Sample SunTrack::Altitude(double time, const Latitude& latitude) const
 {
-    const SineCosine hourAngle = SineCosineOfTurns(time + m_hourAngleAtNoon);
+    const SineCosine hourAngle = SineCosineOf((time + m_hourAngleAtNoon) * kTurn);
     const double x = m_x.At(time);
     const double y = m_y.At(time);
     const double turning = latitude.Cosine() * (x * hourAngle.cosine + y * hourAngle.sine);
