@@ -21,7 +21,7 @@ constexpr std::int32_t kLastMinute = kMinutesPerDay - 1;
 constexpr std::int16_t kNoMinute = -1;
 constexpr std::int32_t kTenthsPerTurn = 3600;
 
-// The reach of the day's track, beyond which an elevation is worked out from the theory itself.
+// Days from noon up to which the day's track serves; the theory itself serves for an elevation beyond.
 constexpr double kDaysOfTrack = 1.5;
 
 std::optional<Event> EventOf(std::int16_t slot)
@@ -58,16 +58,23 @@ double DaysFromNoon(std::int16_t minute)
 
 } // namespace
 
+// The angles are those of the Muslim World League. There is no Hijri date before SetHorParams, so that the
+// program shows none of the year 2000.
+Calculator::Calculator()
+{
+    SetHorParams({}, 0, 1, 1, 2000);
+    SetHorAngle(-1800, -1700);
+    m_hijri = HijriDate{0, 0, 0};
+}
+
 void Calculator::SetHorParams(const Place& place, std::int16_t offsetMinutes, std::int16_t day,
                               std::int16_t month, std::int16_t year)
 {
     m_place = place;
-    m_offsetMinutes = offsetMinutes;
     m_daysSince2000 = DaysSince2000(day, month, year);
-    m_isDayKnown = false;
-    m_isMinuteKnown.reset();
-    m_qibla.reset();
-    m_moon.reset();
+    // The epoch of the day count is the noon of its first day, as is that of the astronomers.
+    m_utNoon = WithinTheories(m_daysSince2000) - static_cast<double>(offsetMinutes) / kMinutesPerDay;
+    m_day.SetPlaceAndDate(m_place, m_utNoon);
     m_hijri.reset();
 }
 
@@ -78,31 +85,12 @@ void Calculator::SetHorTemkin(const std::array<std::int16_t, kSlotCount>& margin
 
 void Calculator::SetHorAngle(std::int16_t fajr, std::int16_t isha)
 {
-    m_fajrAngle = fajr;
-    m_ishaAngle = isha;
     m_day.SetTwilightAngles(fajr / 100.0, isha / 100.0);
-    m_isMinuteKnown.reset();
 }
 
-// The epoch of the day count is the noon of its first day, as is that of the astronomers.
-double Calculator::UtNoon() const
+std::int32_t Calculator::MinuteOf(Event event)
 {
-    return WithinTheories(m_daysSince2000) - static_cast<double>(m_offsetMinutes) / kMinutesPerDay;
-}
-
-PrayerDay& Calculator::Day()
-{
-    if (!m_isDayKnown) {
-        m_day.SetPlaceAndDate(m_place, UtNoon());
-        m_day.SetTwilightAngles(m_fajrAngle / 100.0, m_ishaAngle / 100.0);
-        m_isDayKnown = true;
-    }
-    return m_day;
-}
-
-std::int32_t Calculator::MinuteOfEvent(Event event)
-{
-    const double minutes = (Day().WithinDate(event) + 0.5) * kMinutesPerDay;
+    const double minutes = (m_day.WithinDate(event) + 0.5) * kMinutesPerDay;
     // The last half minute of the date would round to the midnight at its end.
     return std::min(static_cast<std::int32_t>(std::lround(minutes)), kLastMinute);
 }
@@ -113,42 +101,30 @@ std::int16_t Calculator::Horarium(std::int16_t slot)
     if (!event) {
         return kNoMinute;
     }
-    const auto index = static_cast<std::size_t>(slot - 1);
-    if (!m_isMinuteKnown[index]) {
-        m_minutes[index] = static_cast<std::int16_t>(MinuteOfEvent(*event));
-        m_isMinuteKnown[index] = true;
-    }
-    const std::int32_t sum = (m_minutes[index] + m_margins[index]) % kMinutesPerDay;
+    const std::int32_t margin = m_margins[static_cast<std::size_t>(slot - 1)];
+    const std::int32_t sum = (MinuteOf(*event) + margin) % kMinutesPerDay;
     const std::int32_t minute = sum < 0 ? sum + kMinutesPerDay : sum;
     return static_cast<std::int16_t>(std::max(minute, kFirstMinute));
 }
 
-std::int16_t Calculator::QiblaDir()
+std::int16_t Calculator::QiblaDir() const
 {
-    if (!m_qibla) {
-        m_qibla = static_cast<std::int16_t>(Tenths(QiblaBearing(m_place)) % kTenthsPerTurn);
-    }
-    return *m_qibla;
+    return static_cast<std::int16_t>(Tenths(QiblaBearing(m_place)) % kTenthsPerTurn);
 }
 
-std::int16_t Calculator::SunElev(std::int16_t minute)
+std::int16_t Calculator::SunElev(std::int16_t minute) const
 {
     const double time = DaysFromNoon(minute);
+    const Latitude& latitude = m_day.OwnLatitude();
     if (std::abs(time) <= kDaysOfTrack) {
-        const PrayerDay& day = Day();
-        return Tenths(SunElevation(day.Track(), day.OwnLatitude(), time));
+        return Tenths(SunElevation(m_day.Track(), latitude, time));
     }
-    const SunTrack track(UtNoon() + time, m_place.LongitudeTurns());
-    return Tenths(SunElevation(track, Latitude::FromDegrees(m_place.LatitudeDegrees()), 0.0));
+    return Tenths(SunElevation(SunTrack(m_utNoon + time, m_place.LongitudeTurns()), latitude, 0.0));
 }
 
-std::int16_t Calculator::MoonElevation(std::int16_t minute)
+std::int16_t Calculator::MoonElevation(std::int16_t minute) const
 {
-    if (!m_moon || m_moon->minute != minute) {
-        const double elevation = calculation::MoonElevation(m_place, UtNoon() + DaysFromNoon(minute));
-        m_moon = MoonReading{minute, Tenths(elevation)};
-    }
-    return m_moon->tenths;
+    return Tenths(calculation::MoonElevation(m_place, m_utNoon + DaysFromNoon(minute)));
 }
 
 HijriDate Calculator::Hijri()

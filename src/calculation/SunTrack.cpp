@@ -48,14 +48,11 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
     m_y = Parabola::Through(y[0], y[1], y[2]);
     m_z = Parabola::Through(sun.directions[0].z, noon.z, sun.directions[2].z);
 
-    m_ownTransit = TransitNear(-m_hourAngleAtNoon);
-    // At the edge of the date the passage a day off may be nearer to noon after all, by part of a second: the
-    // hour angle of noon knows nothing of how the sun changes its pace over the day.
-    constexpr double kNearEdge = 0.49;
-    if (std::abs(m_ownTransit) > kNearEdge) {
-        const double other = TransitNear(m_ownTransit < 0.0 ? m_ownTransit + 1.0 : m_ownTransit - 1.0);
-        m_ownTransit = std::abs(other) < std::abs(m_ownTransit) ? other : m_ownTransit;
-    }
+    // Near the edge of the date the passage a day off may be nearer to noon after all, by part of a second:
+    // the hour angle of noon knows nothing of how the sun changes its pace over the day.
+    const double transit = TransitNear(-m_hourAngleAtNoon);
+    const double other = TransitNear(transit < 0.0 ? transit + 1.0 : transit - 1.0);
+    m_ownTransit = std::abs(other) < std::abs(transit) ? other : transit;
 }
 
 // The frame turns once a day, so that its x axis is in the meridian a whole number of days from now; the sun

@@ -262,7 +262,6 @@ struct Answers
     bool operator==(const Answers&) const = default;
 };
 
-// The moon at the same minute each time, as it is that whose answer is kept.
 Answers AllAnswers(Calculator& calculator)
 {
     constexpr Short kMinute = 600;
