@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -26,6 +27,12 @@ struct SineCosine
 [[nodiscard]] inline double WithinHalfTurn(double turns)
 {
     return std::remainder(turns, 1.0);
+}
+
+// -90 to 90. Rounding may leave a sine a little beyond 1.
+[[nodiscard]] inline double DegreesOfSine(double sine)
+{
+    return std::asin(std::clamp(sine, -1.0, 1.0)) / kRadiansPerDegree;
 }
 
 } // namespace calculation

@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/Calculator.h"
 
-#include "calculation/CivilDate.h"
-#include "calculation/Elevation.h"
-#include "calculation/Qibla.h"
+#include "calculation/Moon.h"
 
 #include <algorithm>
 #include <cmath>
@@ -117,9 +115,9 @@ std::int16_t Calculator::SunElev(std::int16_t minute) const
     const double time = DaysFromNoon(minute);
     const Latitude& latitude = m_day.OwnLatitude();
     if (std::abs(time) <= kDaysOfTrack) {
-        return Tenths(SunElevation(m_day.Track(), latitude, time));
+        return Tenths(m_day.Track().Elevation(time, latitude));
     }
-    return Tenths(SunElevation(SunTrack(m_utNoon + time, m_place.LongitudeTurns()), latitude, 0.0));
+    return Tenths(SunTrack(m_utNoon + time, m_place.LongitudeTurns()).Elevation(0.0, latitude));
 }
 
 std::int16_t Calculator::MoonElevation(std::int16_t minute) const

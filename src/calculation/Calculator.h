@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "calculation/HijriDate.h"
+#include "calculation/Calendar.h"
 #include "calculation/Place.h"
 #include "calculation/PrayerDay.h"
 

@@ -3,8 +3,8 @@
 #include "calculation/Moon.h"
 
 #include "calculation/Angle.h"
+#include "calculation/EarthOrientation.h"
 #include "calculation/MoonTables.h"
-#include "calculation/Nutation.h"
 #include "calculation/Series.h"
 
 #include <array>
@@ -18,7 +18,7 @@ namespace {
 constexpr double kEarthRadius = 6378.14; // kilometres, as in the parallax of Meeus, chapter 47
 constexpr double kMillionths = 1e-6;
 
-// The polynomials of Meeus, formulas 47.1 to 47.6, in degrees, and the three arguments of the planets.
+// The polynomials of Meeus, formulas 47.1 to 47.6, in degrees, and the arguments A1 to A3 of chapter 47.
 struct Arguments
 {
     explicit Arguments(double centuries)
@@ -67,6 +67,8 @@ struct Sums
     double distance = 0.0;  // kilometres
 };
 
+// Tables 47.A and 47.B with the additive terms after them (Meeus, chapter 47). Terms with the sun's anomaly
+// shrink with the eccentricity of the earth's orbit.
 Sums SumTables(const Arguments& arguments)
 {
     const auto argument = [&](const moon::Multiples& multiples) {
@@ -114,6 +116,7 @@ MoonPosition ApparentMoon(double daysSince2000)
     const Sums sums = SumTables(arguments);
     const Nutation nutation = NutationAt(daysSince2000);
 
+    // Apparent place: the true equinox, and the obliquity with its nutation.
     const double correction = PrecessionCorrection(daysSince2000) + nutation.inLongitude;
     const SineCosine longitude =
         SineCosineOf((arguments.longitude + sums.longitude) * kRadiansPerDegree + correction);
@@ -121,13 +124,38 @@ MoonPosition ApparentMoon(double daysSince2000)
     const SineCosine obliquity = SineCosineOf(MeanObliquity(daysSince2000) + nutation.inObliquity);
 
     MoonPosition moon;
-    const double eastward = latitude.cosine * longitude.sine;
-    moon.direction = {latitude.cosine * longitude.cosine,
-                      eastward * obliquity.cosine - latitude.sine * obliquity.sine,
-                      eastward * obliquity.sine + latitude.sine * obliquity.cosine};
+    moon.direction = EquatorialDirection(longitude, latitude, obliquity);
     moon.distance = (385000.56 + sums.distance) / kEarthRadius;
     moon.equationOfEquinoxes = nutation.inLongitude * obliquity.cosine;
     return moon;
+}
+
+double MoonElevation(const Place& place, double daysSince2000)
+{
+    constexpr double kSecondsPerDay = 86400.0;
+    constexpr double kFlattening = 1.0 / 298.257;
+    constexpr double kEccentricitySquared = kFlattening * (2.0 - kFlattening);
+
+    const MoonPosition moon = ApparentMoon(daysSince2000 + DeltaT(daysSince2000) / kSecondsPerDay);
+    const double meanTime = GreenwichMeanSiderealTime(daysSince2000) + place.LongitudeTurns();
+    const SineCosine sidereal = SineCosineOf(meanTime * kTurn + moon.equationOfEquinoxes);
+    const Latitude latitude = Latitude::FromDegrees(place.LatitudeDegrees());
+
+    // In the plane of the place's meridian, in earth radii: towards the celestial equator, east, and the
+    // pole.
+    const double equator =
+        moon.distance * (moon.direction.x * sidereal.cosine + moon.direction.y * sidereal.sine);
+    const double east =
+        moon.distance * (moon.direction.y * sidereal.cosine - moon.direction.x * sidereal.sine);
+    const double pole = moon.distance * moon.direction.z;
+
+    // Less the place itself, on the ellipsoid (Meeus, chapter 11).
+    const double curvature = 1.0 / std::sqrt(1.0 - kEccentricitySquared * latitude.Sine() * latitude.Sine());
+    const double equatorFromPlace = equator - curvature * latitude.Cosine();
+    const double poleFromPlace = pole - curvature * (1.0 - kEccentricitySquared) * latitude.Sine();
+    const double distance =
+        std::sqrt(equatorFromPlace * equatorFromPlace + east * east + poleFromPlace * poleFromPlace);
+    return DegreesOfSine((equatorFromPlace * latitude.Cosine() + poleFromPlace * latitude.Sine()) / distance);
 }
 
 } // namespace calculation

@@ -5,6 +5,7 @@
 #include "calculation/Angle.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace calculation {
 
@@ -20,6 +21,26 @@ Latitude Latitude::FromDegrees(double degrees)
 double Place::LatitudeDegrees() const
 {
     return std::clamp(latitude / 100.0, -90.0, 90.0);
+}
+
+double QiblaBearing(const Place& place)
+{
+    constexpr double kKaabaLatitude = 21.4225 * kRadiansPerDegree;
+    constexpr double kKaabaLongitude = 39.8262;
+    // Half the step of the places that the boundary can name, so that the nearest of them counts as the
+    // Kaaba.
+    constexpr double kSamePlace = 0.005 * kRadiansPerDegree;
+
+    const double latitude = place.LatitudeDegrees() * kRadiansPerDegree;
+    const double eastward = (kKaabaLongitude - place.LongitudeDegrees()) * kRadiansPerDegree;
+    const double east = std::sin(eastward) * std::cos(kKaabaLatitude);
+    const double north = std::cos(latitude) * std::sin(kKaabaLatitude) -
+                         std::sin(latitude) * std::cos(kKaabaLatitude) * std::cos(eastward);
+    if (std::hypot(east, north) < kSamePlace) {
+        return 0.0;
+    }
+    const double bearing = std::atan2(east, north) / kRadiansPerDegree;
+    return bearing < 0.0 ? bearing + 360.0 : bearing;
 }
 
 } // namespace calculation

@@ -3,7 +3,6 @@
 #include "calculation/PrayerDay.h"
 
 #include "calculation/Angle.h"
-#include "calculation/Crossing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,8 +25,8 @@ constexpr double kLeastNoonDegrees = 0.2;
 // The angle whose portion of the night is the whole night.
 constexpr double kDegreesOfNight = 60.0;
 
-// Hour angle (Meeus, formula 15.1) in days, 0 to 0.5, at which a sun of the given declination has the given
-// sine of altitude.
+// Hour angle (Meeus, "Astronomical Algorithms", 2nd ed., formula 15.1) in days, 0 to 0.5, at which a sun of
+// the given declination has the given sine of altitude.
 double HourAngle(double sineOfAltitude, const SineCosine& declination, const Latitude& latitude)
 {
     const double cosine = (sineOfAltitude - latitude.Sine() * declination.sine) /
@@ -143,8 +142,8 @@ double PrayerDay::Sunrise(int index)
 double PrayerDay::SunriseOf(const SolarDay& day, const Latitude& latitude) const
 {
     const double hourAngle = HourAngle(m_horizonSine, day.declination, latitude);
-    return TimeOf({day.transit - kHalfDay, day.transit, m_horizonSine, day.transit - hourAngle}, m_track,
-                  latitude);
+    return m_track.TimeOf({day.transit - kHalfDay, day.transit, m_horizonSine, day.transit - hourAngle},
+                          latitude);
 }
 
 double PrayerDay::Sunset(int index)
@@ -159,8 +158,8 @@ double PrayerDay::Sunset(int index)
 double PrayerDay::SunsetOf(const SolarDay& day, const Latitude& latitude) const
 {
     const double hourAngle = HourAngle(m_horizonSine, day.declination, latitude);
-    return TimeOf({day.transit + kHalfDay, day.transit, m_horizonSine, day.transit + hourAngle}, m_track,
-                  latitude);
+    return m_track.TimeOf({day.transit + kHalfDay, day.transit, m_horizonSine, day.transit + hourAngle},
+                          latitude);
 }
 
 // Between a day of its own latitude and one of latitude 45 there is no night to measure. A day of latitude 45
@@ -197,15 +196,15 @@ double PrayerDay::Fajr(int index)
     const SolarDay& day = DayOf(index);
     const double midnight = day.transit - kHalfDay;
     const double sunrise = Sunrise(index);
-    const double bound = sunrise - m_fajr.portionOfNight * NightBefore(index);
+    const double limit = sunrise - m_fajr.portionOfNight * NightBefore(index);
 
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_fajr.sine);
     if (LowestSine(midnight, latitude) >= sine) {
-        return bound;
+        return limit;
     }
     const double guess = day.transit - HourAngle(sine, day.declination, latitude);
-    return std::max(bound, TimeOf({midnight, sunrise, sine, guess}, m_track, latitude));
+    return std::max(limit, m_track.TimeOf({midnight, sunrise, sine, guess}, latitude));
 }
 
 double PrayerDay::Isha(int index)
@@ -213,15 +212,15 @@ double PrayerDay::Isha(int index)
     const SolarDay& day = DayOf(index);
     const double midnight = day.transit + kHalfDay;
     const double sunset = Sunset(index);
-    const double bound = sunset + m_isha.portionOfNight * NightAfter(index);
+    const double limit = sunset + m_isha.portionOfNight * NightAfter(index);
 
     const Latitude& latitude = LatitudeOf(day);
     const double sine = m_track.GeocentricSine(m_isha.sine);
     if (LowestSine(midnight, latitude) >= sine) {
-        return bound;
+        return limit;
     }
     const double guess = day.transit + HourAngle(sine, day.declination, latitude);
-    return std::min(bound, TimeOf({midnight, sunset, sine, guess}, m_track, latitude));
+    return std::min(limit, m_track.TimeOf({midnight, sunset, sine, guess}, latitude));
 }
 
 double PrayerDay::Asr(int index, double lengths)
@@ -252,7 +251,7 @@ double PrayerDay::AsrOf(const SolarDay& day, double sunset, double lengths, cons
     const double shadow = std::sqrt(1.0 - noon * noon) / noon + lengths;
     const double sine = m_track.GeocentricSine(1.0 / std::sqrt(1.0 + shadow * shadow));
     const double guess = day.transit + HourAngle(sine, day.declination, latitude);
-    return TimeOf({sunset, day.transit, sine, guess}, m_track, latitude);
+    return m_track.TimeOf({sunset, day.transit, sine, guess}, latitude);
 }
 
 } // namespace calculation

@@ -18,14 +18,15 @@ enum class Event { Fajr, Sunrise, Transit, AsrOneLength, AsrTwoLengths, Sunset, 
 class PrayerDay final
 {
 public:
-    // utNoon and longitude as for SunTrack.
+    // utNoon: the date's local noon in days of UT from 2000 January 1, 12h.
     void SetPlaceAndDate(const Place& place, double utNoon);
-    // Degrees, negative below the horizon. What is not below the horizon of sunrise counts as
-    // that, what is below the nadir as the nadir.
+    // Degrees, negative below the horizon, limited to the nadir (-90) and to the horizon of sunrise
+    // (-0.8333).
     void SetTwilightAngles(double fajrDegrees, double ishaDegrees);
 
     // The event as the date's clock shows it, -0.5 <= time < 0.5: the one that falls within the date; of two
-    // the date's own; of none the nearest, moved by a day.
+    // the date's own; of none the nearest, moved by a day. Between 65 N and 65 S within 0.2 s as a rule; the
+    // limits and the rules of high latitudes: docs/accuracy.md.
     [[nodiscard]] double WithinDate(Event event);
     // The event of one solar day, -1 to 1, wherever it falls.
     [[nodiscard]] double OfSolarDay(Event event, int index);

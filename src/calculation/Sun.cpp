@@ -3,8 +3,8 @@
 #include "calculation/Sun.h"
 
 #include "calculation/Angle.h"
+#include "calculation/EarthOrientation.h"
 #include "calculation/EarthSeries.h"
-#include "calculation/Nutation.h"
 #include "calculation/Series.h"
 
 #include <cstddef>
@@ -21,14 +21,19 @@ constexpr double kAberration = 20.4898 * kRadiansPerArcsecond;
 // Parallax at the mean distance (IAU 1976).
 constexpr double kParallax = 8.794 * kRadiansPerArcsecond;
 
-// Heliocentric longitude in radians and distance in astronomical units, by powers of the time (Meeus, chapter
-// 32).
+// Heliocentric longitude and latitude in radians, distance in astronomical units: sums of series by powers of
+// the time (Meeus, formula 32.2).
 double EarthLongitude(double millennia)
 {
     const double t = millennia;
     return kUnit * (Sum(earth::kLongitude0, t) +
                     t * (Sum(earth::kLongitude1, t) +
                          t * (Sum(earth::kLongitude2, t) + t * Sum(earth::kLongitude3, t))));
+}
+
+double EarthLatitude(double millennia)
+{
+    return kUnit * Sum(earth::kLatitude0, millennia);
 }
 
 double EarthDistance(double millennia)
@@ -53,15 +58,14 @@ SunAround ApparentSunAround(double daysSince2000)
         const double days = daysSince2000 + static_cast<double>(i) - 1.0;
         const double millennia = days / kDaysPerMillennium;
         const Nutation nutation = NutationAt(days);
-        // Seen from the earth: half a turn on, and the latitude turned round. The latitude, below 1.2", and
-        // the nutation, below 20", are their own sines.
-        const SineCosine longitude =
-            SineCosineOf(EarthLongitude(millennia) + 0.5 * kTurn + correction + nutation.inLongitude);
-        const double latitude = -kUnit * Sum(earth::kLatitude0, millennia);
+        // The nutation, below 20", and the latitude, below 1.2", are their own sines.
         const SineCosine obliquity{meanObliquity.sine + nutation.inObliquity * meanObliquity.cosine,
                                    meanObliquity.cosine - nutation.inObliquity * meanObliquity.sine};
-        sun.directions[i] = {longitude.cosine, longitude.sine * obliquity.cosine - latitude * obliquity.sine,
-                             longitude.sine * obliquity.sine + latitude * obliquity.cosine};
+        // Seen from the earth: half a turn on, and the latitude turned round (Meeus, chapter 25).
+        const SineCosine longitude =
+            SineCosineOf(EarthLongitude(millennia) + 0.5 * kTurn + correction + nutation.inLongitude);
+        const SineCosine latitude{-EarthLatitude(millennia), 1.0};
+        sun.directions[i] = EquatorialDirection(longitude, latitude, obliquity);
         sun.equationOfEquinoxes[i] = nutation.inLongitude * obliquity.cosine;
     }
     return sun;

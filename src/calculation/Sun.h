@@ -2,19 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "calculation/EarthOrientation.h"
+
 #include <array>
 
 namespace calculation {
 
-// Towards a body, true equator and equinox of date: x to the equinox, z to the north pole.
-struct Direction
-{
-    double x = 0.0;
-    double y = 0.0;
-    double z = 0.0;
-};
-
-// The apparent geocentric sun at an instant ([1]) and one day before ([0]) and after ([2]) it.
+// The apparent geocentric sun at an instant ([1]) and one day before ([0]) and after ([2]) it, for the
+// interpolation between them.
 struct SunAround
 {
     std::array<Direction, 3> directions;             // of length 1
@@ -23,7 +18,9 @@ struct SunAround
     [[nodiscard]] double HorizontalParallax() const; // radians
 };
 
-// daysSince2000: days of TT from 2000 January 1, 12h. Within 0.75" over 1900 to 2100.
+// daysSince2000: days of TT from 2000 January 1, 12h. Within 0.75" over 1900 to 2100; 8,000 years are the
+// reach of the theory (VSOP87, see EarthSeries.h). Aberration and mean obliquity of the middle instant stand
+// for all three, within 0.01".
 [[nodiscard]] SunAround ApparentSunAround(double daysSince2000);
 
 } // namespace calculation

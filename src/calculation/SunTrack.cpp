@@ -2,22 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/SunTrack.h"
 
-#include "calculation/DeltaT.h"
-#include "calculation/SiderealTime.h"
+#include "calculation/EarthOrientation.h"
 #include "calculation/Sun.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
 
 namespace calculation {
 
-namespace {
-
-constexpr double kSecondsPerDay = 86400.0;
-
-} // namespace
-
+// Meeus, formula 3.3, in powers of the time.
 SunTrack::Parabola SunTrack::Parabola::Through(double before, double at, double after)
 {
     return {at, 0.5 * (after - before), 0.5 * (after + before) - at};
@@ -25,9 +20,12 @@ SunTrack::Parabola SunTrack::Parabola::Through(double before, double at, double 
 
 SunTrack::SunTrack(double utNoon, double longitudeTurns)
 {
+    constexpr double kSecondsPerDay = 86400.0;
     const SunAround sun = ApparentSunAround(utNoon + DeltaT(utNoon) / kSecondsPerDay);
     m_parallax = sun.HorizontalParallax();
 
+    // Local hour angle = apparent sidereal time at Greenwich + longitude - right ascension (Meeus, chapter
+    // 13).
     const Direction& noon = sun.directions[1];
     const double rightAscension = std::atan2(noon.y, noon.x) / kTurn;
     m_hourAngleAtNoon = WithinHalfTurn(GreenwichMeanSiderealTime(utNoon) + longitudeTurns +
@@ -88,10 +86,49 @@ SunTrack::Sample SunTrack::Altitude(double time, const Latitude& latitude) const
     return sample;
 }
 
+double SunTrack::Elevation(double time, const Latitude& latitude) const
+{
+    return DegreesOfSine(TopocentricSine(Altitude(time, latitude).sine));
+}
+
 SineCosine SunTrack::Declination(double time) const
 {
     const double sine = m_z.At(time);
     return {sine, std::sqrt(1.0 - sine * sine)};
+}
+
+// Halley's method (Philosophical Transactions 18, 1694, 136; Newton's with the curvature): the root of f lies
+// near t - f / (f' - f f'' / (2 f')). It triples the good digits with each step, so that one altitude settles
+// an ordinary event; Newton's takes two or three. Halving keeps it between the two sides.
+double SunTrack::TimeOf(const Crossing& crossing, const Latitude& latitude) const
+{
+    constexpr int kMostSteps = 40;
+    constexpr double kEnough = 1e-8; // days: a thousandth of a second
+    double below = crossing.below;
+    double above = crossing.above;
+    double time = crossing.guess;
+    for (int step = 0; step < kMostSteps; ++step) {
+        const Sample sample = Altitude(time, latitude);
+        const double excess = sample.sine - crossing.sine;
+        (excess < 0.0 ? below : above) = time;
+        const double newton = -excess / sample.rate;
+        const double bend = 0.5 * sample.curvature / sample.rate;
+        double move = newton / (1.0 + bend * newton);
+        // The first term that the method neglects; the third derivative is that of the earth's turning.
+        double error = std::abs(move * move * move) * (bend * bend + kTurn * kTurn / 6.0);
+        const double low = std::min(below, above);
+        const double high = std::max(below, above);
+        // Written so that a step that is no number is refused too.
+        if (!(time + move >= low && time + move <= high)) {
+            move = 0.5 * (low + high) - time;
+            error = high - low;
+        }
+        time += move;
+        if (error < kEnough) {
+            break;
+        }
+    }
+    return time;
 }
 
 } // namespace calculation

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/Calculator.h"
-#include "calculation/CivilDate.h"
-#include "calculation/Elevation.h"
+#include "calculation/Calendar.h"
 #include "calculation/ErrorStatistics.h"
+#include "calculation/Moon.h"
 #include "calculation/ReferenceTable.h"
 
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ Errors ErrorsOfTheTable()
         const double time = row.Whole(6) / 1440.0 - 0.5;
         const SunTrack track(noon, place.LongitudeTurns());
         const Latitude latitude = Latitude::FromDegrees(place.LatitudeDegrees());
-        errors.sun.Add(SunElevation(track, latitude, time) - sun, row.Line());
+        errors.sun.Add(track.Elevation(time, latitude) - sun, row.Line());
         errors.moon.Add(MoonElevation(place, noon + time) - moon, row.Line());
 
         Calculator calculator;

@@ -1,12 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/Angle.h"
+#include "calculation/EarthOrientation.h"
 #include "calculation/ErrorStatistics.h"
 #include "calculation/IndependentSky.h"
 #include "calculation/Moon.h"
-#include "calculation/Nutation.h"
 #include "calculation/Series.h"
-#include "calculation/SiderealTime.h"
 #include "calculation/Sun.h"
 
 #include <erfa.h>

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/Angle.h"
 #include "calculation/Calculator.h"
-#include "calculation/CivilDate.h"
-#include "calculation/Elevation.h"
+#include "calculation/Calendar.h"
 #include "calculation/PrayerDay.h"
 
 #include <gtest/gtest.h>
@@ -61,8 +60,8 @@ TEST(HighLatitude, nightWithoutTwilight_fajrAndIshaAtTheirPortionOfTheNight)
 TEST(HighLatitude, twilightWithinItsPortion_untouched)
 {
     PrayerDay day = DayAt(kLondon, DaysSince2000(21, 12, 2026));
-    const double fajr = SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(Event::Fajr, 0));
-    const double isha = SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(Event::Isha, 0));
+    const double fajr = day.Track().Elevation(day.OfSolarDay(Event::Fajr, 0), day.OwnLatitude());
+    const double isha = day.Track().Elevation(day.OfSolarDay(Event::Isha, 0), day.OwnLatitude());
     EXPECT_NEAR(fajr, -18.0, 1e-6);
     EXPECT_NEAR(isha, -17.0, 1e-6);
 }
@@ -81,7 +80,7 @@ TEST(HighLatitude, throughTheSeasons_fajrAndIshaWithoutAJump)
         const double isha = day.OfSolarDay(Event::Isha, 0);
         ASSERT_LT(std::abs(fajr - fajrBefore), 4.0 * kMinute) << number;
         ASSERT_LT(std::abs(isha - ishaBefore), 4.0 * kMinute) << number;
-        const bool isAtAngle = SunElevation(day.Track(), day.OwnLatitude(), fajr) < -17.9999;
+        const bool isAtAngle = day.Track().Elevation(fajr, day.OwnLatitude()) < -17.9999;
         (isAtAngle ? wasTrue : wasBounded) = true;
         fajrBefore = fajr;
         ishaBefore = isha;
@@ -111,7 +110,7 @@ TEST(HighLatitude, daysBesidesThem_ownSunriseAndSunset)
     for (const std::int32_t date : {DaysSince2000(10, 3, 2026), DaysSince2000(10, 10, 2026)}) {
         PrayerDay day = DayAt(kTromso, date);
         for (const Event event : {Event::Sunrise, Event::Sunset}) {
-            const double altitude = SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(event, 0));
+            const double altitude = day.Track().Elevation(day.OfSolarDay(event, 0), day.OwnLatitude());
             EXPECT_NEAR(altitude, -0.8333, 1e-6);
         }
     }
@@ -182,7 +181,7 @@ TEST(HighLatitude, noonSunWithoutShadow_asrAtItsPartOfTheAfternoonOfLatitude45)
         PrayerDay day = DayAt(kTromso, date);
         PrayerDay day45 = DayAt(kTromsoMeridian45, date);
         const double transit = day.OfSolarDay(Event::Transit, 0);
-        const double noon = SunElevation(day.Track(), day.OwnLatitude(), transit);
+        const double noon = day.Track().Elevation(transit, day.OwnLatitude());
         if (noon <= -0.8333 || noon > 0.2) {
             continue;
         }
@@ -206,10 +205,8 @@ TEST(HighLatitude, noonSunWithShadow_asrOfItsOwnShadow)
         const Place place{static_cast<std::int16_t>(latitude), 1896};
         for (int number = 0; number < 365; ++number) {
             PrayerDay day = DayAt(place, DaysSince2000(1, 1, 2026) + number);
-            const double noon =
-                SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(Event::Transit, 0));
-            const double sunset =
-                SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(Event::Sunset, 0));
+            const double noon = day.Track().Elevation(day.OfSolarDay(Event::Transit, 0), day.OwnLatitude());
+            const double sunset = day.Track().Elevation(day.OfSolarDay(Event::Sunset, 0), day.OwnLatitude());
             const bool isOfItsOwnLatitude = std::abs(sunset + 0.8333) < 1e-6;
             if (noon <= 0.2 || !isOfItsOwnLatitude) {
                 continue;
@@ -218,7 +215,7 @@ TEST(HighLatitude, noonSunWithShadow_asrOfItsOwnShadow)
             constexpr double kDegree = calculation::kRadiansPerDegree;
             double lengths = 1.0;
             for (const Event event : {Event::AsrOneLength, Event::AsrTwoLengths}) {
-                const double asr = SunElevation(day.Track(), day.OwnLatitude(), day.OfSolarDay(event, 0));
+                const double asr = day.Track().Elevation(day.OfSolarDay(event, 0), day.OwnLatitude());
                 ASSERT_NEAR(asr, std::atan(1.0 / (1.0 / std::tan(noon * kDegree) + lengths)) / kDegree, 1e-6)
                     << latitude << ' ' << number;
                 lengths += 1.0;

@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "calculation/HijriDate.h"
-
-#include "calculation/CivilDate.h"
+#include "calculation/Calendar.h"
 #include "calculation/ReferenceTable.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "calculation/CivilDate.h"
-#include "calculation/DeltaT.h"
-#include "calculation/Elevation.h"
+#include "calculation/Calendar.h"
+#include "calculation/EarthOrientation.h"
 #include "calculation/ErrorStatistics.h"
 #include "calculation/IndependentSky.h"
+#include "calculation/Moon.h"
 #include "calculation/PrayerDay.h"
 
 #include <gtest/gtest.h>
@@ -210,7 +210,7 @@ TEST(IndependentSky, sunElevation_anyMinute)
         const double time = times(generator);
         const calculation::SunTrack track(noon, place.LongitudeTurns());
         const double found =
-            SunElevation(track, calculation::Latitude::FromDegrees(place.LatitudeDegrees()), time);
+            track.Elevation(time, calculation::Latitude::FromDegrees(place.LatitudeDegrees()));
         errors.Add(found - independent::SunAltitude(noon + time, calculation::DeltaT(noon + time),
                                                     place.LatitudeDegrees(), place.LongitudeDegrees()));
     }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/PrayerDay.h"
 
-#include "calculation/CivilDate.h"
+#include "calculation/Calendar.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "calculation/CivilDate.h"
+#include "calculation/Calendar.h"
 #include "calculation/PrayerDay.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "calculation/Qibla.h"
-
 #include "calculation/Calculator.h"
 #include "calculation/ErrorStatistics.h"
+#include "calculation/Place.h"
 #include "calculation/ReferenceTable.h"
 
 #include <gtest/gtest.h>
