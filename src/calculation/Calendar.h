@@ -26,12 +26,9 @@ struct HijriDate
 };
 
 // daysSince2000: whole days from 1 January 2000. The Umm al-Qura calendar by ICU's tables, 1300 to 1600 AH;
-// outside them the civil (tabular) calendar.
+// outside them ICU's civil (tabular) calendar: the epoch of 16 July 622 (Julian) and the leap years 2, 5, 7,
+// 10, 13, 16, 18, 21, 24, 26 and 29 of its cycle of 30 (Reingold and Dershowitz, "Calendrical Calculations",
+// chapter on the Islamic calendar). Zeros if ICU fails.
 [[nodiscard]] HijriDate HijriDateOf(std::int32_t daysSince2000);
-
-// The tabular calendar with the epoch of 16 July 622 (Julian) and the leap years 2, 5, 7, 10, 13, 16, 18, 21,
-// 24, 26 and 29 of its cycle of 30, the one that ICU calls islamic-civil (Reingold and Dershowitz,
-// "Calendrical Calculations", chapter on the Islamic calendar).
-[[nodiscard]] HijriDate CivilHijriDateOf(std::int32_t daysSince2000);
 
 } // namespace calculation
