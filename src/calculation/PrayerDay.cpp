@@ -162,9 +162,8 @@ double PrayerDay::SunsetOf(const SolarDay& day, const Latitude& latitude) const
                           latitude);
 }
 
-// Between a day of its own latitude and one of latitude 45 there is no night to measure. A day of latitude 45
-// is so wholly: its night is that of latitude 45, whatever its neighbour is. For one of its own latitude it
-// is twice the half that belongs to this day.
+// From sunset to sunrise, if both days follow the same latitude. Otherwise a day of latitude 45 takes the
+// night of latitude 45, and a day of its own latitude twice the half of the night that belongs to it.
 double PrayerDay::NightBefore(int index)
 {
     const SolarDay& day = DayOf(index);
