@@ -24,7 +24,7 @@ struct Ground
         }
         QFile::setPermissions(QStringLiteral("settings.xml"),
                               QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
     }
 
     FakePlatform platform;
@@ -70,7 +70,7 @@ BENCHMARK(OneTick)->Unit(benchmark::kMicrosecond);
 void LoadOfTheShippedFile(benchmark::State& state)
 {
     Ground ground;
-    SimpleXML settings(ground.platform.documents);
+    SimpleXML settings(ground.platform.doors);
     for (auto _ : state) {
         if (!settings.Load(QStringLiteral("settings.xml"))) {
             state.SkipWithError("can't load");
@@ -82,7 +82,7 @@ BENCHMARK(LoadOfTheShippedFile)->Unit(benchmark::kMicrosecond);
 void SaveOfTheShippedFile(benchmark::State& state)
 {
     Ground ground;
-    SimpleXML settings(ground.platform.documents);
+    SimpleXML settings(ground.platform.doors);
     if (!settings.Load(QStringLiteral("settings.xml"))) {
         state.SkipWithError("can't load");
     }

@@ -39,8 +39,7 @@ public:
         if (!shipped.open(QIODevice::ReadOnly) || !m_files.Write(kSettingsFile, shipped.readAll())) {
             qFatal("The shipped settings.xml can't be put in place");
         }
-        m_forms.Register(FrmAlerts::kName,
-                         [this] { return std::make_unique<FrmAlerts>(m_forms, m_documents, m_signup); });
+        m_forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(m_forms, m_signup); });
         m_forms.SetMain(m_main);
     }
     [[nodiscard]] QByteArray Settings() const
@@ -60,9 +59,9 @@ private:
     FakePlatform m_platform;
     MemoryFiles m_memory;
     FileStore& m_files;
-    DomDocuments m_documents{m_files, m_platform.http};
-    Forms m_forms{m_platform.doors};
-    MobileSignup m_signup{m_forms, m_documents};
+    Platform m_doors = m_platform.With(m_files, m_platform.http);
+    Forms m_forms{m_doors};
+    MobileSignup m_signup{m_forms};
     SilentMain m_main;
 };
 

@@ -57,10 +57,8 @@ const AlertDispatch::Slot* AlertDispatch::Find(std::int16_t PrayerID)
     return found == std::end(kSlots) ? nullptr : found;
 }
 
-AlertDispatch::AlertDispatch(Forms& forms, const DomDocuments& documents, const PTimer& prayerTimer,
-                             AlertHooks hooks)
+AlertDispatch::AlertDispatch(Forms& forms, const PTimer& prayerTimer, AlertHooks hooks)
     : m_forms(forms)
-    , m_documents(documents)
     , m_prayerTimer(prayerTimer)
     , m_hooks(std::move(hooks))
 {
@@ -71,7 +69,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     if (!MainWindowHasAttention()) {
         return;
     }
-    SimpleXML settings(m_documents);
+    SimpleXML settings(m_forms.Outside());
     settings.Load(kSettingsFile);
     const Slot* const slot = Find(PrayerID);
     if (slot == nullptr) {
@@ -133,7 +131,7 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     if (!MainWindowHasAttention()) {
         return;
     }
-    SimpleXML settings(m_documents);
+    SimpleXML settings(m_forms.Outside());
     settings.Load(kSettingsFile);
     const bool is24Hour = Main().Settings.HourMode == u"24";
     const Slot* const slot = Find(PrayerID);

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <functional>
 
-class DomDocuments;
 class Forms;
 class MainForm;
 class PTimer;
@@ -32,7 +31,7 @@ struct AlertHooks
 class AlertDispatch final
 {
 public:
-    AlertDispatch(Forms& forms, const DomDocuments& documents, const PTimer& prayerTimer, AlertHooks hooks);
+    AlertDispatch(Forms& forms, const PTimer& prayerTimer, AlertHooks hooks);
 
     /// The minute of a slot has come: popup, request to the service, sound and ad, in this order. Serves
     /// events while it waits for the reply to the request, for at most 3 seconds. A message box or another
@@ -53,7 +52,6 @@ private:
     void TellService(const Slot& slot, const SimpleXML& settings, bool wantsMobile, bool wantsSound) const;
 
     Forms& m_forms;
-    const DomDocuments& m_documents;
     const PTimer& m_prayerTimer;
     AlertHooks m_hooks;
 };

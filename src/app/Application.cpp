@@ -19,7 +19,7 @@
 #include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
-#include "store/Dom.h"
+#include "store/Configuration.h"
 
 #include <QApplication>
 #include <QDir>
@@ -48,16 +48,14 @@ void EnterSettingsFolder(const Platform& platform)
 
 int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
 {
-    const DomDocuments documents(platform.files, platform.http);
     CalculationLibrary calculation(platform.process.ApplicationFolder());
     Forms forms(platform);
-    MobileSignup mobileSignup(forms, documents);
+    MobileSignup mobileSignup(forms);
     forms.Register(DlgStart::kName, [&] { return std::make_unique<DlgStart>(forms); });
-    forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, documents, calculation); });
-    forms.Register(FrmAlerts::kName,
-                   [&] { return std::make_unique<FrmAlerts>(forms, documents, mobileSignup); });
-    forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms, documents); });
-    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FrmNewLoc>(forms, documents); });
+    forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, calculation); });
+    forms.Register(FrmAlerts::kName, [&] { return std::make_unique<FrmAlerts>(forms, mobileSignup); });
+    forms.Register(FrmLocation::kName, [&] { return std::make_unique<FrmLocation>(forms); });
+    forms.Register(FrmNewLoc::kName, [&] { return std::make_unique<FrmNewLoc>(forms); });
     forms.Register(FrmPopup::kName, [&] { return std::make_unique<FrmPopup>(forms); });
     forms.Register(FrmWait::kName, [&] { return std::make_unique<FrmWait>(forms); });
 

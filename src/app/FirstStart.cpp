@@ -28,7 +28,7 @@ bool FirstStart::IsDue(const SimpleXML& settings, bool isConnected)
 
 void FirstStart::Run(SimpleXML& settings, const Configuration& configuration) const
 {
-    SimpleXML reply(m_documents);
+    SimpleXML reply(m_platform);
     const QString dist = settings.GetAttribute(QStringLiteral("dist"), kApp);
     if (!reply.Load(ServiceRequests::RequestProdID(configuration, dist))) {
         return;

@@ -2,16 +2,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class DomDocuments;
 class SimpleXML;
 struct Configuration;
+struct Platform;
 
 /// Fetches the installation identifier on the first start, or when there still is none.
 class FirstStart final
 {
 public:
-    explicit FirstStart(const DomDocuments& documents)
-        : m_documents(documents)
+    explicit FirstStart(const Platform& platform)
+        : m_platform(platform)
     {
     }
 
@@ -22,5 +22,5 @@ public:
     void Run(SimpleXML& settings, const Configuration& configuration) const;
 
 private:
-    const DomDocuments& m_documents;
+    const Platform& m_platform;
 };

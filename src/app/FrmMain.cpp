@@ -47,11 +47,10 @@ std::int16_t Integer16(bool value)
 
 } // namespace
 
-FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calculation)
+FrmMain::FrmMain(Forms& forms, Calculation& calculation)
     : Form(forms, kName,
            Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                Qt::WindowCloseButtonHint)
-    , m_documents(documents)
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Settings, PrayerTimer, m_controls)
@@ -60,8 +59,8 @@ FrmMain::FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calcu
     , m_tray(*this)
     , m_life(*this, *this, forms)
     , m_sound(*this, Outside().player, m_controls)
-    , m_adPanel(Outside(), documents, *this, *this)
-    , m_alerts(forms, documents, PrayerTimer, HooksOfAlerts())
+    , m_adPanel(Outside(), *this, *this)
+    , m_alerts(forms, PrayerTimer, HooksOfAlerts())
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
@@ -111,7 +110,7 @@ void FrmMain::RunLoadSequence()
 
     SkySeconds = 0.0F;
     Connected = false;
-    SimpleXML settings(m_documents);
+    SimpleXML settings(Outside());
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
     }
@@ -119,7 +118,7 @@ void FrmMain::RunLoadSequence()
     Connected = InternetClass(Outside(), ServiceAddresses::Probe(Settings)).VerifyConnectivity();
     const bool OpenLocationList = FirstStart::IsDue(settings, Connected);
     if (OpenLocationList) {
-        FirstStart(m_documents).Run(settings, Settings);
+        FirstStart(Outside()).Run(settings, Settings);
     }
     UpdateEverything();
     ActiveForm = Name();
@@ -139,7 +138,7 @@ void FrmMain::AskService()
         Outside().http.Notify(ServiceRequests::Startup(Settings), kNotifyLimits);
     }
     m_adPanel.RefreshAd(Connected);
-    VersionCheck(Outside(), m_documents, *this, *this).CheckNewVersion(Connected);
+    VersionCheck(Outside(), *this, *this).CheckNewVersion(Connected);
 }
 
 void FrmMain::OpenLocationListNow()
@@ -166,7 +165,7 @@ int FrmMain::UpdateEverything()
         return 0;
     }
     try {
-        LoadConfiguration(Settings, m_documents, Outside().region);
+        LoadConfiguration(Settings, Outside());
         FeedFromConfiguration();
         return 1;
     } catch (const RuntimeError& error) {

@@ -15,8 +15,6 @@
 #include "forms/MainForm.h"
 #include "service/AdPanel.h"
 
-class DomDocuments;
-
 /// The main window and the centre of the program.
 class FrmMain final : public Form, public MainForm
 {
@@ -25,7 +23,7 @@ class FrmMain final : public Form, public MainForm
 public:
     static constexpr QLatin1String kName{"FrmMain"};
 
-    FrmMain(Forms& forms, const DomDocuments& documents, Calculation& calculation);
+    FrmMain(Forms& forms, Calculation& calculation);
 
     int UpdateEverything() override;
     void PopLocation() override;
@@ -50,7 +48,6 @@ private:
     void RefreshAdIfDue(int second);
     [[nodiscard]] AlertHooks HooksOfAlerts();
 
-    const DomDocuments& m_documents;
     MainControls m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;

@@ -104,9 +104,9 @@ bool AreUsablePlaces(const SimpleXML& places)
     return true;
 }
 
-bool AddPlaces(const DomDocuments& documents, const SimpleXML& places)
+bool AddPlaces(const Platform& platform, const SimpleXML& places)
 {
-    SimpleXML settings(documents);
+    SimpleXML settings(platform);
     settings.Load(kSettingsFile);
     bool areNew = true;
     // Each place leaves the reply as it is stored, so that of several the walk passes over every second one.

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class DomDocuments;
 class SimpleXML;
+struct Platform;
 
 /// Whether the children of the root of @p places can be stored without harm to the settings: each element has
 /// its latitude (-90 to 90), longitude (-180 to 180) and zone (-12 to 14), both ends included and written
@@ -14,4 +14,4 @@ class SimpleXML;
 /// Moves the children of the node at the remembered path of @p places unchanged behind the places of
 /// settings.xml. False, after what was stored before it, at the first one whose name is taken. Whether the
 /// file could be written is not looked at.
-[[nodiscard]] bool AddPlaces(const DomDocuments& documents, const SimpleXML& places);
+[[nodiscard]] bool AddPlaces(const Platform& platform, const SimpleXML& places);

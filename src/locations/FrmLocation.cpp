@@ -37,9 +37,8 @@ QString ListAt(const QStringList& list, int row)
 
 } // namespace
 
-FrmLocation::FrmLocation(Forms& forms, const DomDocuments& documents)
+FrmLocation::FrmLocation(Forms& forms)
     : Form(forms, kName, Qt::Window)
-    , m_documents(documents)
 {
     setWindowTitle(QStringLiteral("Dusk Beacon: Location"));
     BuildControls();
@@ -144,7 +143,7 @@ void FrmLocation::RefreshList()
 
 void FrmLocation::ReadPlaces()
 {
-    SimpleXML settings(m_documents);
+    SimpleXML settings(Outside());
     if (!settings.Load(kSettingsFile)) {
         FailAndUnload(kListProblem);
         return;
@@ -168,7 +167,7 @@ void FrmLocation::ReadPlaces()
 void FrmLocation::SetCurrent()
 {
     QString key = ListAt(LstLocHidden, LstLocations->ListIndex());
-    SimpleXML settings(m_documents);
+    SimpleXML settings(Outside());
     settings.Load(kSettingsFile);
     const QString before = settings.GetAttribute(kCurrent, kLocations);
     for (;;) {
@@ -202,7 +201,7 @@ void FrmLocation::Delete()
         Outside().boxes.Show(QStringLiteral("Can not remove last location from list."));
         return;
     }
-    SimpleXML settings(m_documents);
+    SimpleXML settings(Outside());
     if (!settings.Load(kSettingsFile)) {
         Outside().boxes.Show(QStringLiteral("Could not change default location."));
         return;

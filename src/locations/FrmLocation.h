@@ -6,7 +6,6 @@
 
 #include <QStringList>
 
-class DomDocuments;
 class LinkLabel;
 class ListBox;
 class QPushButton;
@@ -20,7 +19,7 @@ class FrmLocation final : public Form
 public:
     static constexpr QLatin1String kName{"FrmLocation"};
 
-    FrmLocation(Forms& forms, const DomDocuments& documents);
+    explicit FrmLocation(Forms& forms);
 
     /// Fills the list anew from settings.xml. After a failure it says so and unloads the window.
     void RefreshList();
@@ -43,7 +42,6 @@ private:
     /// Runs an action of the user; its one catch-all.
     void Act(void (FrmLocation::*action)());
 
-    const DomDocuments& m_documents;
     ListBox* LstLocations = nullptr;
     /// Element names of the places, row by row of LstLocations.
     QStringList LstLocHidden;

@@ -50,9 +50,8 @@ bool IsLarger(const DomDocument& reply, int mostChildren)
 
 } // namespace
 
-FrmNewLoc::FrmNewLoc(Forms& forms, const DomDocuments& documents)
+FrmNewLoc::FrmNewLoc(Forms& forms)
     : Form(forms, kName, Qt::Window)
-    , m_documents(documents)
     , m_controls(*this)
     , Timer1(Outside().timers.CreateTimer())
 {
@@ -135,13 +134,13 @@ void FrmNewLoc::SayAndUnload(const QString& message)
 
 std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren, Surplus surplus) const
 {
-    SimpleXML reply(m_documents);
+    SimpleXML reply(Outside());
     if (!reply.Load(url)) {
         return nullptr;
     }
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
-        root = std::make_unique<SimpleXML>(m_documents);
+        root = std::make_unique<SimpleXML>(Outside());
     } else {
         if (surplus == Surplus::kIsCut) {
             root->xmldoc->DocumentElement().RemoveChildrenFrom(mostChildren);
@@ -300,7 +299,7 @@ void FrmNewLoc::FetchAndStore(const QString& atlasId)
         Say(QStringLiteral("Failed to get city info. Please verify internet connection."));
         return;
     }
-    if (!AddPlaces(m_documents, *places)) {
+    if (!AddPlaces(Outside(), *places)) {
         Say(QStringLiteral("This location has already been added to location list."));
         return;
     }

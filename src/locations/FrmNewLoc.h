@@ -10,7 +10,6 @@
 
 #include <memory>
 
-class DomDocuments;
 class SimpleXML;
 
 /// Finds a place through the service, by zip code or by country and name, and adds it to settings.xml. Its
@@ -23,7 +22,7 @@ class FrmNewLoc final : public Form
 public:
     static constexpr QLatin1String kName{"FrmNewLoc"};
 
-    FrmNewLoc(Forms& forms, const DomDocuments& documents);
+    explicit FrmNewLoc(Forms& forms);
 
 protected:
     void OnLoad() override;
@@ -62,7 +61,6 @@ private:
     void Say(const QString& message) const;
     void SayAndUnload(const QString& message);
 
-    const DomDocuments& m_documents;
     NewLocControls m_controls;
     /// Keys behind the shown lists, row by row.
     QStringList CombStateID;

@@ -39,9 +39,8 @@ QString Decoded(const QString& ad)
 
 } // namespace
 
-AdPanel::AdPanel(const Platform& platform, const DomDocuments& documents, Form& window, MainForm& main)
+AdPanel::AdPanel(const Platform& platform, Form& window, MainForm& main)
     : m_platform(platform)
-    , m_documents(documents)
     , m_window(window)
     , m_main(main)
     , m_webAd(new WebAd(platform.http, &window))
@@ -82,7 +81,7 @@ void AdPanel::Refresh(bool fetch)
 
 QString AdPanel::FetchedAd()
 {
-    SimpleXML document(m_documents);
+    SimpleXML document(m_platform);
     m_main.Connected = document.Load(ServiceRequests::GetAd(m_main.Settings));
     if (!m_main.Connected) {
         return {};

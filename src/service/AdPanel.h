@@ -4,7 +4,6 @@
 
 #include <QString>
 
-class DomDocuments;
 class Form;
 class MainForm;
 class WebAd;
@@ -16,7 +15,7 @@ class AdPanel final
 {
 public:
     /// Puts the strip into @p window, which is the main window.
-    AdPanel(const Platform& platform, const DomDocuments& documents, Form& window, MainForm& main);
+    AdPanel(const Platform& platform, Form& window, MainForm& main);
 
     /// Shows an ad of the service if @p fetch is true and the network is there, otherwise the default one.
     /// Sets Connected and AdTimer of the main window from the service's reply. Any failure ends it without a
@@ -33,7 +32,6 @@ private:
     [[nodiscard]] QString WritePage(const QString& html) const;
 
     const Platform& m_platform;
-    const DomDocuments& m_documents;
     Form& m_window;
     MainForm& m_main;
     WebAd* m_webAd = nullptr;

@@ -29,10 +29,8 @@ const QString kVersion = QStringLiteral("//root//app//version");
 
 } // namespace
 
-VersionCheck::VersionCheck(const Platform& platform, const DomDocuments& documents, const Form& window,
-                           const MainForm& main)
+VersionCheck::VersionCheck(const Platform& platform, const Form& window, const MainForm& main)
     : m_platform(platform)
-    , m_documents(documents)
     , m_window(window)
     , m_main(main)
 {
@@ -52,11 +50,11 @@ void VersionCheck::CheckNewVersion(const bool& check)
 
 void VersionCheck::Check()
 {
-    SimpleXML settings(m_documents);
+    SimpleXML settings(m_platform);
     // "settings.XML" and "settings.xml" are one file, also where both lie in the folder. Whether it loads
     // shows when something is written to it.
     settings.Load(kSettingsFile);
-    SimpleXML document(m_documents);
+    SimpleXML document(m_platform);
     document.Load(ServiceRequests::Version(m_main.Settings));
     const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
     if (!m_window.IsLoaded() || reply == nullptr) {

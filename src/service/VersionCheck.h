@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class DomDocuments;
 class Form;
 class MainForm;
 class SimpleXML;
@@ -13,8 +12,7 @@ class VersionCheck final
 {
 public:
     /// @param window the main window; nothing more happens once it is unloaded
-    VersionCheck(const Platform& platform, const DomDocuments& documents, const Form& window,
-                 const MainForm& main);
+    VersionCheck(const Platform& platform, const Form& window, const MainForm& main);
 
     /// Asks the service if @p check is true and the network is there, and asks the user if the service has
     /// another version. Yes opens the download and ends the program; No silences the question for fourteen
@@ -28,7 +26,6 @@ private:
     void Offer(SimpleXML& settings, const SimpleXML& reply);
 
     const Platform& m_platform;
-    const DomDocuments& m_documents;
     const Form& m_window;
     const MainForm& m_main;
 };

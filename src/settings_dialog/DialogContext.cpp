@@ -2,19 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/DialogContext.h"
 
-#include "forms/Forms.h"
+#include "forms/Form.h"
 
-DialogContext::DialogContext(Form& dialog, Forms& forms, const DomDocuments& documents)
+DialogContext::DialogContext(Form& dialog)
     : m_dialog(dialog)
-    , m_forms(forms)
-    , m_documents(documents)
 {
 }
 
 SimpleXML& DialogContext::settingsDoc()
 {
     if (!m_settingsDoc) {
-        m_settingsDoc.emplace(m_documents);
+        m_settingsDoc.emplace(Outside());
     }
     return *m_settingsDoc;
 }
@@ -63,5 +61,5 @@ bool DialogContext::IsMobileConfirmed()
 
 const Platform& DialogContext::Outside() const
 {
-    return m_forms.Outside();
+    return m_dialog.Outside();
 }

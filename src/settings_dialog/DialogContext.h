@@ -9,16 +9,14 @@
 #include <functional>
 #include <optional>
 
-class DomDocuments;
 class Form;
-class Forms;
 struct Platform;
 
 /// What the pages of the settings dialog share: its document, its flags and its failure rule.
 class DialogContext final
 {
 public:
-    DialogContext(Form& dialog, Forms& forms, const DomDocuments& documents);
+    explicit DialogContext(Form& dialog);
 
     /// Set while code is setting controls, so that the handlers which those sets raise write nothing.
     bool loading = false;
@@ -49,8 +47,6 @@ public:
 
 private:
     Form& m_dialog;
-    Forms& m_forms;
-    const DomDocuments& m_documents;
     std::optional<SimpleXML> m_settingsDoc;
 };
 

@@ -20,9 +20,9 @@ constexpr std::int16_t kLastPrayerTab = 8;
 
 } // namespace
 
-FrmAlerts::FrmAlerts(Forms& forms, const DomDocuments& documents, MobileSignup& signup)
+FrmAlerts::FrmAlerts(Forms& forms, MobileSignup& signup)
     : Form(forms, kName, Qt::Window)
-    , m_context(*this, forms, documents)
+    , m_context(*this)
     , m_tabs(m_context, [this](std::int16_t tab) { SelectTab(tab); })
     , m_general(m_context, kPage)
     , m_mobile(m_context, signup, kPage)

@@ -21,7 +21,7 @@ class FrmAlerts final : public Form
 public:
     static constexpr QLatin1String kName{"FrmAlerts"};
 
-    FrmAlerts(Forms& forms, const DomDocuments& documents, MobileSignup& signup);
+    FrmAlerts(Forms& forms, MobileSignup& signup);
 
     /// Shows page 1 General, 2 Mobile Alert, 3 Fajr, 4 Shuruq, 5 Duhr, 6 Asr, 7 Maghrib or 8 Isha; any other
     /// number shows page 1. An error on the way closes the dialog, silently.

@@ -39,9 +39,8 @@ void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString&
     settings.Save(kSettingsFile);
 }
 
-MobileSignup::MobileSignup(Forms& forms, const DomDocuments& documents)
+MobileSignup::MobileSignup(Forms& forms)
     : m_forms(forms)
-    , m_documents(documents)
 {
 }
 
@@ -69,7 +68,7 @@ void MobileSignup::Reset()
 
 void MobileSignup::SignUp(const MobileDevice& device)
 {
-    SimpleXML document(m_documents);
+    SimpleXML document(m_forms.Outside());
     if (!InternetClass(m_forms.Outside(), ServiceAddresses::Probe(m_forms.Main().Settings))
              .VerifyConnectivity() ||
         !Fetch(document, device.personalCode)) {
@@ -104,7 +103,7 @@ void MobileSignup::Store(const MobileDevice& device, const QString& result)
         return;
     }
     try {
-        SimpleXML settings(m_documents);
+        SimpleXML settings(m_forms.Outside());
         StoreSignup(settings, device, result);
     } catch (const std::exception&) {
         // The failure rule of the dialog, which is not there to be closed: the message is shown all the same.

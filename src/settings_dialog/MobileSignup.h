@@ -6,7 +6,6 @@
 
 #include <optional>
 
-class DomDocuments;
 class Forms;
 class SimpleXML;
 
@@ -27,7 +26,7 @@ void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString&
 class MobileSignup final
 {
 public:
-    MobileSignup(Forms& forms, const DomDocuments& documents);
+    explicit MobileSignup(Forms& forms);
 
     /// The e-mail address to which the user sends the first text message.
     [[nodiscard]] QString Address() const;
@@ -47,7 +46,6 @@ private:
     void Say(const QString& message) const;
 
     Forms& m_forms;
-    const DomDocuments& m_documents;
     bool m_isUnderWay = false;
     /// The device to sign up as soon as no request is pending.
     std::optional<MobileDevice> m_next;

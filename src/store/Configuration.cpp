@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/Configuration.h"
 
+#include "platform/Platform.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
 #include "support/ModRegion.h"
@@ -76,9 +77,9 @@ void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const Q
     configuration.HourMode = read(u"hourmode");
 }
 
-void Read(Configuration& configuration, const DomDocuments& documents, const RegionalSettings& region)
+void Read(Configuration& configuration, const Platform& platform)
 {
-    SimpleXML settings(documents);
+    SimpleXML settings(platform);
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kConfiguration, QStringLiteral("settings.xml can't be loaded"));
     }
@@ -87,8 +88,8 @@ void Read(Configuration& configuration, const DomDocuments& documents, const Reg
     configuration.ProdID = settings.GetAttribute(QStringLiteral("pid"), kApp);
     configuration.PID = configuration.ProdID;
     ReadAddresses(configuration, settings);
-    const QString decimalSign = GetDecimalSign(region);
-    const QLocale locale = region.UserLocale();
+    const QString decimalSign = GetDecimalSign(platform.region);
+    const QLocale locale = platform.region.UserLocale();
     ReadPlace(configuration, settings, decimalSign, locale);
     configuration.DistText = settings.GetAttribute(QStringLiteral("dist"), kApp);
     configuration.DefaultAdText =
@@ -106,11 +107,10 @@ void ReadAddresses(Configuration& configuration, const SimpleXML& settings)
     configuration.ProbeText = settings.GetAttribute(QStringLiteral("probe"), kApp);
 }
 
-void LoadConfiguration(Configuration& configuration, const DomDocuments& documents,
-                       const RegionalSettings& region)
+void LoadConfiguration(Configuration& configuration, const Platform& platform)
 {
     try {
-        Read(configuration, documents, region);
+        Read(configuration, platform);
     } catch (const RuntimeError& error) {
         throw RuntimeError(ErrorNumber::kConfiguration, error.Description());
     }

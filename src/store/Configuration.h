@@ -7,9 +7,8 @@
 #include <cstdint>
 #include <optional>
 
-class DomDocuments;
-class RegionalSettings;
 class SimpleXML;
+struct Platform;
 
 /// What the program holds of settings.xml between two loads of it.
 struct Configuration
@@ -57,5 +56,4 @@ void ReadAddresses(Configuration& configuration, const SimpleXML& settings);
 
 /// Reads settings.xml into @p configuration. There are no defaults: a number that does not convert ends the
 /// load with the RuntimeError kConfiguration, and the fields read before it keep their new values.
-void LoadConfiguration(Configuration& configuration, const DomDocuments& documents,
-                       const RegionalSettings& region);
+void LoadConfiguration(Configuration& configuration, const Platform& platform);

@@ -106,22 +106,3 @@ private:
     Http& m_http;
     std::unique_ptr<pugi::xml_document> m_document;
 };
-
-/// Makes documents that read through the given doors.
-class DomDocuments final
-{
-public:
-    DomDocuments(FileStore& files, Http& http)
-        : m_files(files)
-        , m_http(http)
-    {
-    }
-    [[nodiscard]] std::shared_ptr<DomDocument> Create() const
-    {
-        return std::make_shared<DomDocument>(m_files, m_http);
-    }
-
-private:
-    FileStore& m_files;
-    Http& m_http;
-};

@@ -4,9 +4,9 @@
 
 #include "support/RuntimeError.h"
 
-EnumerationObject::EnumerationObject(const DomDocuments& documents,
-                                     const std::shared_ptr<DomDocument>& document, const QString& Path)
-    : m_documents(documents)
+EnumerationObject::EnumerationObject(const Platform& platform, const std::shared_ptr<DomDocument>& document,
+                                     const QString& Path)
+    : m_platform(platform)
     , xmldoc(document)
     , BasePath(Path)
     , ChildPath(Path)
@@ -35,7 +35,7 @@ std::unique_ptr<SimpleXML> EnumerationObject::nextElement()
             return nullptr;
         }
         ChildPath = BasePath + QStringLiteral("//") + parent.Child(ChildIndex).NodeName();
-        auto child = std::make_unique<SimpleXML>(m_documents);
+        auto child = std::make_unique<SimpleXML>(m_platform);
         child->SetDocument(xmldoc, ChildPath);
         ++ChildIndex;
         return child;

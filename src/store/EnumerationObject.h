@@ -10,7 +10,7 @@
 class EnumerationObject final
 {
 public:
-    EnumerationObject(const DomDocuments& documents, const std::shared_ptr<DomDocument>& document,
+    EnumerationObject(const Platform& platform, const std::shared_ptr<DomDocument>& document,
                       const QString& Path);
 
     /// Another parent from here on; the index stays.
@@ -22,7 +22,7 @@ public:
 private:
     [[nodiscard]] DomNode Parent() const;
 
-    const DomDocuments& m_documents;
+    const Platform& m_platform;
     std::shared_ptr<DomDocument> xmldoc;
     QString BasePath;
     QString ChildPath;

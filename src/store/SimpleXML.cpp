@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/SimpleXML.h"
 
+#include "platform/Platform.h"
 #include "store/EnumerationObject.h"
 #include "support/RuntimeError.h"
 
@@ -20,11 +21,16 @@ Result Answer(Result failure, Step step)
     }
 }
 
+std::shared_ptr<DomDocument> EmptyDocument(const Platform& platform)
+{
+    return std::make_shared<DomDocument>(platform.files, platform.http);
+}
+
 } // namespace
 
-SimpleXML::SimpleXML(const DomDocuments& documents)
-    : xmldoc(documents.Create())
-    , m_documents(&documents)
+SimpleXML::SimpleXML(const Platform& platform)
+    : xmldoc(EmptyDocument(platform))
+    , m_platform(&platform)
 {
 }
 
@@ -75,7 +81,7 @@ bool SimpleXML::SetCurrentPath(const QString& Path)
 
 bool SimpleXML::Reset()
 {
-    xmldoc = m_documents->Create();
+    xmldoc = EmptyDocument(*m_platform);
     return true;
 }
 
@@ -177,7 +183,7 @@ bool SimpleXML::RemoveElement(bool ignoreChild, const QString& Path)
 
 std::unique_ptr<EnumerationObject> SimpleXML::getEnumeration(const QString& Path) const
 {
-    return std::make_unique<EnumerationObject>(*m_documents, xmldoc, Resolved(Path));
+    return std::make_unique<EnumerationObject>(*m_platform, xmldoc, Resolved(Path));
 }
 
 QString SimpleXML::GetAttribute(const QString& AttribName, const QString& Path) const
@@ -198,7 +204,7 @@ QString SimpleXML::GetNodeText(const QString& Path) const
 std::unique_ptr<SimpleXML> SimpleXML::GetElement(const QString& Path) const
 {
     return Answer<std::unique_ptr<SimpleXML>>(nullptr, [&] {
-        auto element = std::make_unique<SimpleXML>(*m_documents);
+        auto element = std::make_unique<SimpleXML>(*m_platform);
         element->xmldoc->SetDocumentElement(NodeAt(Path));
         return element;
     });

@@ -7,6 +7,7 @@
 #include <memory>
 
 class EnumerationObject;
+struct Platform;
 
 /// One XML document and one remembered path; the only way the program reads and writes XML.
 ///
@@ -16,7 +17,8 @@ class EnumerationObject;
 class SimpleXML final
 {
 public:
-    explicit SimpleXML(const DomDocuments& documents);
+    /// Files and URLs are read through @p platform, which must outlive the object.
+    explicit SimpleXML(const Platform& platform);
 
     /// The document. Shared with the objects that an enumeration hands out, which look at the same live tree.
     std::shared_ptr<DomDocument> xmldoc;
@@ -69,6 +71,6 @@ private:
     [[nodiscard]] const QString& Resolved(const QString& Path) const;
     void AppendNode(DomNode node, const QString& Path) const;
 
-    const DomDocuments* m_documents = nullptr;
+    const Platform* m_platform = nullptr;
     QString CurrPath;
 };

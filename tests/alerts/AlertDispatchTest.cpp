@@ -426,7 +426,7 @@ TEST_F(AlertDispatchTest, mainWindow_keepsItsStateAndItsFocusIsNotAskedFor)
 TEST_F(AlertDispatchTest, hooksLeftUnset_arePassedOver)
 {
     SetPrayer(QStringLiteral("fajr"), kOn);
-    AlertDispatch bare(forms, platform.documents, timer, {});
+    AlertDispatch bare(forms, timer, {});
     bare.Alarm(1);
     EXPECT_TRUE(PopupIsUp());
     EXPECT_EQ(platform.player.url, QStringLiteral("a.mp3"));

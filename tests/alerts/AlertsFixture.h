@@ -126,7 +126,7 @@ protected:
     QStringList log;
     StubMain* main = nullptr;
     QString settings = SettingsText();
-    AlertDispatch dispatch{forms, platform.documents, timer, Hooks()};
+    AlertDispatch dispatch{forms, timer, Hooks()};
 
 private:
     [[nodiscard]] AlertHooks Hooks()

@@ -204,7 +204,7 @@ protected:
 
     CalculationLibrary library{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
     PTimer realTimer{platform.doors, library};
-    AlertDispatch realDispatch{forms, platform.documents, realTimer, RequestHook()};
+    AlertDispatch realDispatch{forms, realTimer, RequestHook()};
     QStringList happened;
     qint64 now = 0;
 

@@ -31,11 +31,11 @@ protected:
         WriteSettings(text);
         // The warning of Isha falls due in the same tick.
         calculation.slots_[9] = 1132;
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
         forms.Register(FrmMain::kName, [this] {
             ++mainWindows;
-            return std::make_unique<FrmMain>(forms, platform.documents, calculation);
+            return std::make_unique<FrmMain>(forms, calculation);
         });
         forms.SetLastUnloadedHandler([this] { ++ended; });
         forms.Touch<FrmMain>().Show();

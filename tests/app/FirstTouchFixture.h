@@ -20,7 +20,7 @@ protected:
     FirstTouchFixture()
     {
         WriteSettings();
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
     }
 
     FrmMain& Window() { return forms.Touch<FrmMain>(); }

@@ -12,8 +12,7 @@ class LocationListTest : public MainWindowFixture
 protected:
     LocationListTest()
     {
-        forms.Register(FrmLocation::kName,
-                       [this] { return std::make_unique<FrmLocation>(forms, platform.documents); });
+        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
     }
 
     [[nodiscard]] static LinkLabel& Link(const FrmMain& main)

@@ -35,7 +35,7 @@ protected:
     MainWindowFace()
     {
         WriteSettings();
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
     }
 
     template <typename Widget>

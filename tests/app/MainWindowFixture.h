@@ -22,7 +22,7 @@ protected:
     MainWindowFixture()
     {
         WriteSettings();
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
         for (const char* name : {"FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup", "FrmWait"}) {
             PlainWindow::Register(forms, QLatin1String(name));
         }

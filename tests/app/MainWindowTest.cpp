@@ -110,7 +110,7 @@ TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
                          platform.player, broken,          platform.boxes, platform.browser,
                          platform.region, platform.process};
     Forms others{doors};
-    RegisterStartWindows(others, platform.documents, calculation);
+    RegisterStartWindows(others, calculation);
     auto& main = others.Touch<FrmMain>();
     main.Show();
     main.showMinimized();

@@ -31,12 +31,9 @@ class RealDialogsTest : public MainWindowFixture, public testing::WithParamInter
 protected:
     RealDialogsTest()
     {
-        forms.Register(FrmAlerts::kName,
-                       [this] { return std::make_unique<FrmAlerts>(forms, platform.documents, signup); });
-        forms.Register(FrmLocation::kName,
-                       [this] { return std::make_unique<FrmLocation>(forms, platform.documents); });
-        forms.Register(FrmNewLoc::kName,
-                       [this] { return std::make_unique<FrmNewLoc>(forms, platform.documents); });
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
+        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
+        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
         forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
         main = &Start();
@@ -116,7 +113,7 @@ protected:
     }
 
     FrmMain* main = nullptr;
-    MobileSignup signup{forms, platform.documents};
+    MobileSignup signup{forms};
 };
 
 TEST_P(RealDialogsTest, minimiseOpenClose_endsWithTheMainWindow)

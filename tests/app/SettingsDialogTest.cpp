@@ -15,8 +15,7 @@ class SettingsDialogTest : public MainWindowFixture
 protected:
     SettingsDialogTest()
     {
-        forms.Register(FrmAlerts::kName,
-                       [this] { return std::make_unique<FrmAlerts>(forms, platform.documents, signup); });
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
     }
 
     [[nodiscard]] static LinkLabel& Link(const FrmMain& main, const char* name)
@@ -31,7 +30,7 @@ protected:
     }
 
 private:
-    MobileSignup signup{forms, platform.documents};
+    MobileSignup signup{forms};
 };
 
 TEST_F(SettingsDialogTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOnceRepaired)

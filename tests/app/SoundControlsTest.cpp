@@ -34,7 +34,7 @@ protected:
         WriteSettings(text);
         platform.player.volume = 37;
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
         main = &forms.Touch<FrmMain>();
         main->Show();
         platform.player.log.clear();
@@ -167,7 +167,7 @@ TEST_F(SoundControlsTest, alarmWithPopup_disablesTheWindowUntilItGoes)
 
 TEST_F(SoundControlsTest, alarmWithPopupAndSound_leavesTheLinkAndTheBarEnabledInTheDisabledWindow)
 {
-    SimpleXML settings(platform.documents);
+    SimpleXML settings(platform.doors);
     ASSERT_TRUE(settings.Load(QStringLiteral("settings.xml")));
     settings.AddAttributeByName(QStringLiteral("popup"), QStringLiteral("true"),
                                 QStringLiteral("//root//alerts//maghrib"));
@@ -243,7 +243,7 @@ TEST(SoundControls, windowGone_playerReportsToNobody)
     WriteSettings();
     {
         Forms forms(platform.doors);
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
         forms.Touch<FrmMain>();
     }
     platform.player.log.clear();

@@ -87,7 +87,7 @@ TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
     const Platform doors{platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
                          platform.tray,  platform.boxes,  platform.browser, platform.region, process};
     Forms windows(doors);
-    RegisterStartWindows(windows, platform.documents, calculation);
+    RegisterStartWindows(windows, calculation);
     bool slept = false;
     const SlowDesktop desktop;
     const PaintCount splashes(DlgStart::kName);
@@ -209,7 +209,7 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
         platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
         tray,           platform.boxes,  platform.browser, platform.region, platform.process};
     Forms windows(doors);
-    RegisterStartWindows(windows, platform.documents, calculation);
+    RegisterStartWindows(windows, calculation);
     windows.Touch<FrmMain>();
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(5)});
     EXPECT_EQ(platform.process.ended, 1);
@@ -220,15 +220,16 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
 {
     WriteSettings(Changed("FirstRun=\"false\"", "FirstRun=\"true\""));
     platform.http.replies[QStringLiteral("requestProdID.pl")] = "<root prod_string='P-1'/>";
-    platform.http.whileWaiting = [this] {
-        forms.Main().DebugMode = true;
-        forms.Main().ActiveForm = QStringLiteral("FrmPopup");
-    };
     LockableFiles files;
     files.isLocked = true;
-    const DomDocuments documents(files, platform.http);
-    RegisterStartWindows(forms, documents, calculation);
-    Window();
+    const Platform doors = platform.With(files, platform.http);
+    Forms windows(doors);
+    RegisterStartWindows(windows, calculation);
+    platform.http.whileWaiting = [&windows] {
+        windows.Main().DebugMode = true;
+        windows.Main().ActiveForm = QStringLiteral("FrmPopup");
+    };
+    windows.Touch<FrmMain>();
     EXPECT_EQ(platform.boxes.boxes, (std::vector<FakeMessageBoxes::Box>{
                                         {QStringLiteral("settings.xml can't be written 5 on FrmPopup"),
                                          QStringLiteral("Dusk Beacon"), QStringLiteral("OK")},

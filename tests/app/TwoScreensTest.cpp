@@ -35,7 +35,7 @@ protected:
         ASSERT_EQ(Right().devicePixelRatio(), 2.0);
         WriteSettings();
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        RegisterStartWindows(forms, platform.documents, calculation);
+        RegisterStartWindows(forms, calculation);
         main = &forms.Touch<FrmMain>();
         main->Show();
         MoveTo(Left());

@@ -80,8 +80,7 @@ private:
 TEST_F(UpdateEverythingTest, skyComesBeforeDateAndTimes)
 {
     CalculationThatFailsInTheSky failing(calculation);
-    forms.Register(FrmMain::kName,
-                   [&] { return std::make_unique<FrmMain>(forms, platform.documents, failing); });
+    forms.Register(FrmMain::kName, [&] { return std::make_unique<FrmMain>(forms, failing); });
     Window();
     EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(6)});
     EXPECT_TRUE(IsRunning()) << "the scheduler had been started";

@@ -12,7 +12,6 @@
 #include "platform/Process.h"
 #include "platform/Timers.h"
 #include "platform/TrayIcon.h"
-#include "store/Dom.h"
 #include "support/ModRegion.h"
 
 #include <QDir>
@@ -330,7 +329,12 @@ struct FakeDoors
     FakeRegion region;
     FakeProcess process;
     Platform doors{clock, timers, files, http, player, tray, boxes, browser, region, process};
-    DomDocuments documents{files, http};
+
+    /// These doors with other files and another HTTP.
+    [[nodiscard]] Platform With(FileStore& otherFiles, Http& otherHttp)
+    {
+        return {clock, timers, otherFiles, otherHttp, player, tray, boxes, browser, region, process};
+    }
 };
 
 /// With real files, in a temporary folder that is the working directory while this object lives.

@@ -10,10 +10,9 @@
 
 /// Makes the main window known, and the splash that its load shows. All that is handed in must outlive @p
 /// forms.
-inline void RegisterStartWindows(Forms& forms, const DomDocuments& documents, Calculation& calculation)
+inline void RegisterStartWindows(Forms& forms, Calculation& calculation)
 {
     forms.Register(DlgStart::kName, [&forms] { return std::make_unique<DlgStart>(forms); });
-    forms.Register(FrmMain::kName, [&forms, &documents, &calculation] {
-        return std::make_unique<FrmMain>(forms, documents, calculation);
-    });
+    forms.Register(FrmMain::kName,
+                   [&forms, &calculation] { return std::make_unique<FrmMain>(forms, calculation); });
 }

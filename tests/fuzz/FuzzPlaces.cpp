@@ -107,7 +107,7 @@ void UseSearch(FuzzWorld& world, const Form& search, Choices& choices)
 bool IsUsable(Configuration& held, const FuzzWorld& world)
 {
     try {
-        LoadConfiguration(held, world.documents, world.platform.region);
+        LoadConfiguration(held, world.platform.doors);
         return true;
     } catch (const RuntimeError&) {
         return false;
@@ -155,10 +155,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);
     FuzzWorld world;
-    world.forms.Register(FrmLocation::kName,
-                         [&world] { return std::make_unique<FrmLocation>(world.forms, world.documents); });
-    world.forms.Register(FrmNewLoc::kName,
-                         [&world] { return std::make_unique<FrmNewLoc>(world.forms, world.documents); });
+    world.forms.Register(FrmLocation::kName, [&world] { return std::make_unique<FrmLocation>(world.forms); });
+    world.forms.Register(FrmNewLoc::kName, [&world] { return std::make_unique<FrmNewLoc>(world.forms); });
     PlainWindow::Register(world.forms, kWait);
     for (const char* const script : {"getStates.pl", "getUsCanCity.pl", "getNumMatchingCities.pl",
                                      "getMatchingCities.pl", "getCityInfo.pl"}) {

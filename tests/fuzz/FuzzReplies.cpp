@@ -25,7 +25,7 @@ constexpr std::int16_t kMobileTab = 2;
 struct Reply
 {
     Reply(const FuzzWorld& world, const QString& script)
-        : document(world.documents)
+        : document(world.platform.doors)
         , isLoaded(document.Load(QStringLiteral("http://service.example/") + script))
     {
     }
@@ -44,7 +44,7 @@ void CheckVersion(FuzzWorld& world, bool wants)
     const Reply reply(world, QStringLiteral("version.pl"));
     const QByteArray before = world.Settings();
     world.platform.boxes.answers = {wants};
-    VersionCheck(world.platform.doors, world.documents, *world.main, *world.main).CheckNewVersion(true);
+    VersionCheck(world.platform.doors, *world.main, *world.main).CheckNewVersion(true);
     const bool isAsked = !world.platform.boxes.boxes.empty();
     Demand(world.platform.boxes.boxes.size() <= 1, "the question comes once");
     Demand(!isAsked || !reply.Read("version_name").isEmpty(), "nothing is offered without a version");
@@ -65,7 +65,7 @@ void CheckAd(FuzzWorld& world)
 {
     const Reply reply(world, QStringLiteral("getAd.pl"));
     const QByteArray before = world.Settings();
-    AdPanel panel(world.platform.doors, world.documents, *world.main, *world.main);
+    AdPanel panel(world.platform.doors, *world.main, *world.main);
     panel.RefreshAd(true);
     Demand(world.main->Connected == reply.isLoaded, "Connected tells whether the reply came");
     Demand(std::isfinite(world.main->AdTimer), "the time to the next ad is a number");
@@ -83,10 +83,9 @@ void CheckAd(FuzzWorld& world)
 void CheckSignUp(FuzzWorld& world)
 {
     const Reply reply(world, QStringLiteral("confirmSignup.pl"));
-    MobileSignup signup(world.forms, world.documents);
-    world.forms.Register(FrmAlerts::kName, [&world, &signup] {
-        return std::make_unique<FrmAlerts>(world.forms, world.documents, signup);
-    });
+    MobileSignup signup(world.forms);
+    world.forms.Register(FrmAlerts::kName,
+                         [&world, &signup] { return std::make_unique<FrmAlerts>(world.forms, signup); });
     auto& dialog = world.forms.Touch<FrmAlerts>();
     dialog.Show();
     dialog.SelectTab(kMobileTab);
@@ -108,10 +107,10 @@ void CheckSignUp(FuzzWorld& world)
 void CheckIdentifier(FuzzWorld& world)
 {
     const Reply reply(world, QStringLiteral("requestProdID.pl"));
-    SimpleXML settings(world.documents);
+    SimpleXML settings(world.platform.doors);
     Demand(settings.Load(kSettingsFile), "the settings load");
     const QByteArray before = world.Settings();
-    FirstStart(world.documents).Run(settings, world.main->Settings);
+    FirstStart(world.platform.doors).Run(settings, world.main->Settings);
     if (!reply.isLoaded) {
         Demand(world.Settings() == before, "without a reply nothing changes");
         return;

@@ -19,9 +19,8 @@ class FuzzMain final : public Form, public MainForm
 public:
     static constexpr QLatin1String kName{"FrmMain"};
 
-    FuzzMain(Forms& forms, const DomDocuments& documents)
+    explicit FuzzMain(Forms& forms)
         : Form(forms, kName, Qt::Window)
-        , m_documents(documents)
     {
         forms.SetMain(*this);
         resize(602, 423);
@@ -29,7 +28,7 @@ public:
     int UpdateEverything() override
     {
         try {
-            LoadConfiguration(Settings, m_documents, Outside().region);
+            LoadConfiguration(Settings, Outside());
             return 1;
         } catch (const RuntimeError&) {
             return 0;
@@ -39,9 +38,6 @@ public:
     void PopPrayerFrame() override {}
     void Enable(bool enabled) override { setEnabled(enabled); }
     void TakeFocus() override {}
-
-private:
-    const DomDocuments& m_documents;
 };
 
 /// All that one input can touch: the doors, and a main window, in the tray, that has read a whole
@@ -51,7 +47,7 @@ class FuzzWorld final
 public:
     FuzzWorld()
     {
-        forms.Register(FuzzMain::kName, [this] { return std::make_unique<FuzzMain>(forms, documents); });
+        forms.Register(FuzzMain::kName, [this] { return std::make_unique<FuzzMain>(forms); });
         files.Write(kSettingsFile, SettingsText().toUtf8());
         main = &forms.Touch<FuzzMain>();
         main->UpdateEverything();
@@ -72,10 +68,10 @@ public:
     {
         return files.Read(kSettingsFile, DomDocument::kLargestDocument).value_or(QByteArray());
     }
-    [[nodiscard]] bool IsSettingsWhole() const { return SimpleXML(documents).Load(kSettingsFile); }
+    [[nodiscard]] bool IsSettingsWhole() const { return SimpleXML(platform.doors).Load(kSettingsFile); }
     [[nodiscard]] QString Setting(const QString& name, const QString& path) const
     {
-        SimpleXML settings(documents);
+        SimpleXML settings(platform.doors);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(name, path);
     }
@@ -99,7 +95,6 @@ public:
 
     FakeDoors<MemoryFiles> platform;
     MemoryFiles& files = platform.files;
-    DomDocuments& documents = platform.documents;
     Forms forms{platform.doors};
     FuzzMain* main = nullptr;
 };

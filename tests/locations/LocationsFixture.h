@@ -26,9 +26,8 @@
 class FakeMain final : public Form, public MainForm
 {
 public:
-    FakeMain(Forms& forms, const DomDocuments& documents)
+    explicit FakeMain(Forms& forms)
         : Form(forms, QStringLiteral("FrmMain"), Qt::Window)
-        , m_documents(documents)
     {
         forms.SetMain(*this);
         ActiveForm = QStringLiteral("FrmMain");
@@ -40,7 +39,7 @@ public:
             return 0;
         }
         try {
-            LoadConfiguration(Settings, m_documents, Outside().region);
+            LoadConfiguration(Settings, Outside());
             return 1;
         } catch (const RuntimeError&) {
             return 0;
@@ -71,9 +70,6 @@ public:
     QStringList calls;
     /// So many of the next PopLocation throw.
     int paintsFail = 0;
-
-private:
-    const DomDocuments& m_documents;
 };
 
 /// The windows of the places over a fake main window, acted on as a user does.
@@ -86,13 +82,12 @@ protected:
     {
         WriteSettings();
         forms.Register(QStringLiteral("FrmMain"), [this] {
-            auto form = std::make_unique<FakeMain>(forms, documents);
+            auto form = std::make_unique<FakeMain>(forms);
             main = form.get();
             return form;
         });
-        forms.Register(FrmLocation::kName,
-                       [this] { return std::make_unique<FrmLocation>(forms, documents); });
-        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms, documents); });
+        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
+        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
         forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
         forms.Touch(QStringLiteral("FrmMain")).Show();
         main->UpdateEverything();
@@ -177,7 +172,7 @@ protected:
     }
     QString Setting(const QString& name, const QString& path) const
     {
-        SimpleXML settings(documents);
+        SimpleXML settings(doors);
         EXPECT_TRUE(settings.Load(kSettingsFile));
         return settings.GetAttribute(name, path);
     }
@@ -217,7 +212,7 @@ protected:
 
     FakePlatform platform;
     LockableFiles files;
-    DomDocuments documents{files, platform.http};
-    Forms forms{platform.doors};
+    Platform doors = platform.With(files, platform.http);
+    Forms forms{doors};
     FakeMain* main = nullptr;
 };

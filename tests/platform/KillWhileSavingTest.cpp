@@ -85,7 +85,7 @@ TEST(KillWhileSaving, atAnyInstant_leavesAWholeDocument)
     const int kills = FromEnvironment("DUSKBEACON_KILL_ROUNDS", kKills);
     FakePlatform platform;
     const QString file = QStringLiteral("settings.xml");
-    const auto document = platform.documents.Create();
+    const auto document = std::make_shared<DomDocument>(platform.files, platform.http);
     std::mt19937 random(20260320); // NOLINT: the same sequence in each run
     // A few saves from the first on, however long one takes here.
     std::uniform_real_distribution<double> saves(0.0, 4.0);
@@ -123,7 +123,7 @@ TEST(KillWhileSaving, twoInstancesAtOnce_seeAWholeDocumentAllTheTime_andLoseNoSa
     constexpr qint64 kLongest = 60'000;
     FakePlatform platform;
     const QString file = QStringLiteral("settings.xml");
-    const auto document = platform.documents.Create();
+    const auto document = std::make_shared<DomDocument>(platform.files, platform.http);
     const Saver one = StartSaver(file.toLocal8Bit());
     const Saver other = StartSaver(file.toLocal8Bit(), kOther);
     ASSERT_TRUE(one.pid > 0 && other.pid > 0) << "the savers did not start";

@@ -43,7 +43,7 @@ protected:
         return window->findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText();
     }
 
-    AdPanel panel{platform.doors, platform.documents, *window, *window};
+    AdPanel panel{platform.doors, *window, *window};
 };
 
 TEST_F(AdPanelTest, strip_liesInItsPlace)

@@ -39,9 +39,7 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
     const HttpLimits limits =
         GetParam().isEndless ? HttpLimits{1024 * 1024, 1, 20} : HttpLimits{1024 * 1024, 10, 20'000};
     RebasedHttp http = service.Http(limits);
-    const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                         platform.player, platform.tray,   platform.boxes, platform.browser,
-                         platform.region, platform.process};
+    const Platform doors = platform.With(platform.files, http);
     WriteSettings(
         SettingsText().replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\"")));
     const QByteArray settings = ReadSettings();

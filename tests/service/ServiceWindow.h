@@ -35,7 +35,7 @@ public:
         WriteSettings();
         forms.Register(ServiceWindow::kName, [this] { return std::make_unique<ServiceWindow>(forms); });
         window = &forms.Touch<ServiceWindow>();
-        LoadConfiguration(window->Settings, platform.documents, platform.region);
+        LoadConfiguration(window->Settings, platform.doors);
         window->AdTimer = 600.0F;
         window->ActiveForm = QStringLiteral("FrmMain");
         platform.http.reachable = true;

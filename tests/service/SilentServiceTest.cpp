@@ -59,9 +59,7 @@ protected:
     }};
     FakePlatform platform;
     RebasedHttp http{QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{}};
-    const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                         platform.player, platform.tray,   platform.boxes, platform.browser,
-                         platform.region, platform.process};
+    const Platform doors = platform.With(platform.files, http);
     Program program{doors};
 };
 

@@ -14,21 +14,15 @@ class Program final
 {
 public:
     explicit Program(const Platform& doors)
-        : m_documents(doors.files, doors.http)
-        , forms(doors)
+        : forms(doors)
     {
         forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
-        forms.Register(FrmMain::kName,
-                       [this] { return std::make_unique<FrmMain>(forms, m_documents, calculation); });
+        forms.Register(FrmMain::kName, [this] { return std::make_unique<FrmMain>(forms, calculation); });
         // Stands in for the list of places, which a first start opens.
         PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
     }
     FrmMain& Start() { return forms.Touch<FrmMain>(); }
 
-private:
-    DomDocuments m_documents;
-
-public:
     Forms forms;
     FakeCalculation calculation;
 };

@@ -42,7 +42,7 @@ protected:
     }
     [[nodiscard]] QString App(const QString& attribute) const
     {
-        SimpleXML settings(platform.documents);
+        SimpleXML settings(platform.doors);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(attribute, QStringLiteral("//root//app"));
     }
@@ -228,9 +228,7 @@ TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal_fileAsItWas)
     platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
     LockableFiles files;
     files.isLocked = true;
-    const Platform doors{platform.clock,  platform.timers, files,          platform.http,
-                         platform.player, platform.tray,   platform.boxes, platform.browser,
-                         platform.region, platform.process};
+    const Platform doors = platform.With(files, platform.http);
     Program locked(doors);
     EXPECT_NO_THROW(locked.Start());
     EXPECT_EQ(Scripts(), QStringList(QStringLiteral("requestProdID.pl")));
@@ -269,13 +267,11 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
     const LoopbackServer server(GetParam().handler);
     FakePlatform platform;
     RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 1, 400});
-    const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                         platform.player, platform.tray,   platform.boxes, platform.browser,
-                         platform.region, platform.process};
+    const Platform doors = platform.With(platform.files, http);
     WriteSettings(SettingsText()
                       .replace(QStringLiteral("FirstRun=\"false\""), QStringLiteral("FirstRun=\"true\""))
                       .replace(QStringLiteral("P-77"), QString()));
-    SimpleXML before(platform.documents);
+    SimpleXML before(platform.doors);
     ASSERT_TRUE(before.Load(kSettingsFile));
     Program program(doors);
     int ticks = 0;
@@ -295,7 +291,7 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
     EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
     EXPECT_GE(server.Requests().size(), 3U);
     // Nothing but the identifier may have changed.
-    SimpleXML after(platform.documents);
+    SimpleXML after(platform.doors);
     ASSERT_TRUE(after.Load(kSettingsFile));
     for (SimpleXML* const settings : {&before, &after}) {
         settings->AddAttributeByName(QStringLiteral("pid"), QString(), QStringLiteral("//root//app"));
@@ -369,9 +365,7 @@ TEST(StartUpEncodings, ad_isReadFromWindows1252AndUtf16)
         const LoopbackServer server(LoopbackServer::Answer(body));
         FakePlatform platform;
         RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 2, 4000});
-        const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                             platform.player, platform.tray,   platform.boxes, platform.browser,
-                             platform.region, platform.process};
+        const Platform doors = platform.With(platform.files, http);
         WriteSettings(SettingsText().replace(QStringLiteral("P-77"), QString()));
         Program program(doors);
         const FrmMain& window = program.Start();
@@ -392,9 +386,7 @@ TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
     time.start();
     QTimer::singleShot(0, QCoreApplication::instance(), [&] {
         RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{});
-        const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                             platform.player, platform.tray,   platform.boxes, platform.browser,
-                             platform.region, platform.process};
+        const Platform doors = platform.With(platform.files, http);
         Program program(doors);
         QTimer::singleShot(700, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
         program.Start();
@@ -417,9 +409,7 @@ TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
     });
     FakePlatform platform;
     RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 20, 20'000});
-    const Platform doors{platform.clock,  platform.timers, platform.files, http,
-                         platform.player, platform.tray,   platform.boxes, platform.browser,
-                         platform.region, platform.process};
+    const Platform doors = platform.With(platform.files, http);
     WriteSettings();
     Program program(doors);
     isDeep = true;

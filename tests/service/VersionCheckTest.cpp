@@ -16,10 +16,7 @@ protected:
     {
         platform.http.replies[QStringLiteral("version.pl")] = "<root " + attributes + "/>";
     }
-    void Check(bool check = true)
-    {
-        VersionCheck(platform.doors, platform.documents, *window, *window).CheckNewVersion(check);
-    }
+    void Check(bool check = true) { VersionCheck(platform.doors, *window, *window).CheckNewVersion(check); }
     void SetRemind(const QString& remind)
     {
         WriteSettings(SettingsText().replace(QStringLiteral("remind=\"\""),
@@ -27,7 +24,7 @@ protected:
     }
     [[nodiscard]] QString Remind() const
     {
-        SimpleXML settings(platform.documents);
+        SimpleXML settings(platform.doors);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(QStringLiteral("remind"), QStringLiteral("//root//app//version"));
     }
@@ -163,10 +160,10 @@ TEST_F(VersionCheckTest, noLateInTheYear_silencesForGood)
 TEST_F(VersionCheckTest, no_keepsEverythingElseOfTheSettings)
 {
     Answer("version_name='2' version_sequence='0'");
-    SimpleXML before(platform.documents);
+    SimpleXML before(platform.doors);
     before.Load(kSettingsFile);
     Check();
-    SimpleXML after(platform.documents);
+    SimpleXML after(platform.doors);
     ASSERT_TRUE(after.Load(kSettingsFile));
     after.AddAttributeByName(QStringLiteral("remind"), QString(), QStringLiteral("//root//app//version"));
     EXPECT_EQ(after.XML(), before.XML());

@@ -79,8 +79,7 @@ private:
     QDateTime m_second;
     int m_late = 0;
     LockableFiles m_files;
-    Platform m_doors{platform.clock, platform.timers, m_files,          platform.http,   platform.player,
-                     platform.tray,  platform.boxes,  platform.browser, platform.region, platform.process};
+    Platform m_doors = platform.With(m_files, platform.http);
     Program m_program{m_doors};
 };
 

@@ -104,8 +104,7 @@ class DialogTest : public testing::Test
 protected:
     DialogTest()
     {
-        forms.Register(FrmAlerts::kName,
-                       [this] { return std::make_unique<FrmAlerts>(forms, documents, signup); });
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
         forms.SetMain(main);
         main.ActiveForm = QStringLiteral("FrmMain");
         main.Settings.PID = QStringLiteral("P-77");
@@ -248,12 +247,9 @@ protected:
 
     FakePlatform platform;
     CountingFiles files{platform.files};
-    Platform doors{platform.clock,  platform.timers, files,          platform.http,
-                   platform.player, platform.tray,   platform.boxes, platform.browser,
-                   platform.region, platform.process};
-    DomDocuments documents{files, platform.http};
+    Platform doors = platform.With(files, platform.http);
     Forms forms{doors};
-    MobileSignup signup{forms, documents};
+    MobileSignup signup{forms};
     RecordingMain main;
     FrmAlerts* dialog = nullptr;
 

@@ -30,20 +30,15 @@ public:
     }
     /// @param http null for the table of replies of the fakes
     ProgramWorld(FileStore& files, Http* http, const QString& settings)
-        : doors{platform.clock,  platform.timers, files,          http != nullptr ? *http : platform.http,
-                platform.player, platform.tray,   platform.boxes, platform.browser,
-                platform.region, platform.process}
-        , documents{files, doors.http}
+        : doors(platform.With(files, http != nullptr ? *http : platform.http))
         , forms{doors}
     {
         WriteSettings(settings);
         platform.http.reachable = true;
-        RegisterStartWindows(forms, documents, calculation);
-        forms.Register(FrmAlerts::kName,
-                       [this] { return std::make_unique<FrmAlerts>(forms, documents, signup); });
-        forms.Register(FrmLocation::kName,
-                       [this] { return std::make_unique<FrmLocation>(forms, documents); });
-        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms, documents); });
+        RegisterStartWindows(forms, calculation);
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
+        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
+        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
         forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
     }
@@ -88,10 +83,9 @@ public:
 
     FakePlatform platform;
     Platform doors;
-    DomDocuments documents;
     CalculationLibrary calculation{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
     Forms forms;
-    MobileSignup signup{forms, documents};
+    MobileSignup signup{forms};
 
 private:
     FrmMain* m_main = nullptr;

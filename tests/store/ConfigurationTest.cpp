@@ -23,7 +23,7 @@ protected:
     int Reload()
     {
         try {
-            LoadConfiguration(held, platform.documents, platform.region);
+            LoadConfiguration(held, platform.doors);
         } catch (const RuntimeError& error) {
             return error.Number();
         }

@@ -110,7 +110,7 @@ TEST_P(LoadRows, document_loadsOrLeavesNothing)
 {
     const QByteArray bytes = GetParam().make();
     WriteFile(bytes);
-    const auto document = platform.documents.Create();
+    const auto document = std::make_shared<DomDocument>(platform.files, platform.http);
     document->SetDocumentElement(QStringLiteral("before"));
     QElapsedTimer watch;
     watch.start();
@@ -209,7 +209,7 @@ protected:
     }
 
     FakePlatform platform;
-    std::shared_ptr<DomDocument> document = platform.documents.Create();
+    std::shared_ptr<DomDocument> document = std::make_shared<DomDocument>(platform.files, platform.http);
 };
 
 TEST_F(DomTest, load_declaredEncodings_readTheSameText)
@@ -362,7 +362,7 @@ TEST_F(DomTest, save_documentThatCouldNotBeLoaded_isFalse_fileAsBefore)
                  node = node.AppendElement(QStringLiteral("a"));
              }
          }},
-        {"empty document", [&] { document = platform.documents.Create(); }},
+        {"empty document", [&] { document = std::make_shared<DomDocument>(platform.files, platform.http); }},
     };
     for (const auto& row : rows) {
         Loaded("<r/>");
