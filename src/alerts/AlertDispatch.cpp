@@ -4,7 +4,7 @@
 
 #include "alerts/FrmPopup.h"
 #include "engine/PTimer.h"
-#include "engine/PrayerTime.h"
+#include "engine/Prayers.h"
 #include "forms/Forms.h"
 #include "forms/MainForm.h"
 #include "platform/Http.h"
@@ -13,7 +13,6 @@
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace {
@@ -30,33 +29,6 @@ QString PathOf(QLatin1String element)
 
 } // namespace
 
-struct AlertDispatch::Slot
-{
-    std::int16_t prayerId = 0;
-    int pno = 0;
-    QLatin1String element;
-    /// The asrMethode under which the slot counts; empty for a slot that always does.
-    QLatin1String asrMethode;
-    QLatin1String name;
-};
-
-const AlertDispatch::Slot* AlertDispatch::Find(std::int16_t PrayerID)
-{
-    // Slots 3, 4 and 8 are computed and announced by nobody.
-    static constexpr Slot kSlots[] = {
-        {1, 1, QLatin1String("fajr"), QLatin1String(""), QLatin1String("Fajr")},
-        {2, 2, QLatin1String("shuruq"), QLatin1String(""), QLatin1String("Shuruq")},
-        {5, 3, QLatin1String("duhr"), QLatin1String(""), QLatin1String("Duhr")},
-        {6, 4, QLatin1String("asr"), QLatin1String("shafi"), QLatin1String("Asr (Shafi)")},
-        {7, 4, QLatin1String("asr"), QLatin1String("hanafi"), QLatin1String("Asr (Hanafi)")},
-        {9, 5, QLatin1String("maghrib"), QLatin1String(""), QLatin1String("Maghrib")},
-        {10, 6, QLatin1String("isha"), QLatin1String(""), QLatin1String("Isha")},
-    };
-    const auto* const found = std::find_if(std::begin(kSlots), std::end(kSlots),
-                                           [&](const Slot& slot) { return slot.prayerId == PrayerID; });
-    return found == std::end(kSlots) ? nullptr : found;
-}
-
 AlertDispatch::AlertDispatch(Forms& forms, const PTimer& prayerTimer, AlertHooks hooks)
     : m_forms(forms)
     , m_prayerTimer(prayerTimer)
@@ -71,14 +43,14 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     }
     SimpleXML settings(m_forms.Outside());
     settings.Load(kSettingsFile);
-    const Slot* const slot = Find(PrayerID);
-    if (slot == nullptr) {
+    const Prayer* const prayer = PrayerOfSlot(PrayerID);
+    if (prayer == nullptr) {
         return;
     }
-    const QString path = PathOf(slot->element);
+    const QString path = PathOf(prayer->element);
     // By the copy in memory; the advance warning asks the file. Of the two Asr slots one can pass, or none.
     if (settings.GetAttribute(QStringLiteral("enabled"), path) != kTrue ||
-        (!slot->asrMethode.isEmpty() && Main().Settings.AsrMethod != slot->asrMethode)) {
+        !prayer->CountsUnder(Main().Settings.AsrMethod)) {
         return;
     }
     const bool wantsPopup = settings.GetAttribute(QStringLiteral("popup"), path) == kTrue;
@@ -91,10 +63,10 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
         // The warning asks for "24" instead; with a third value the two differ, and are meant to.
         const QString time =
             FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), Main().Settings.HourMode != u"12");
-        popup.ShowPopup(QStringLiteral("Prayer Time:\r\n") + slot->name + QStringLiteral(": ") + time,
+        popup.ShowPopup(QStringLiteral("Prayer Time:\r\n") + prayer->name + QStringLiteral(": ") + time,
                         kAlarmSeconds);
     }
-    TellService(*slot, settings, wantsMobile, wantsSound);
+    TellService(*prayer, settings, wantsMobile, wantsSound);
     if (!IsMainWindowThere()) {
         // Closed while the reply was awaited: the user has left the program, so no sound starts.
         return;
@@ -111,7 +83,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     }
 }
 
-void AlertDispatch::TellService(const Slot& slot, const SimpleXML& settings, bool wantsMobile,
+void AlertDispatch::TellService(const Prayer& prayer, const SimpleXML& settings, bool wantsMobile,
                                 bool wantsSound) const
 {
     if (!m_hooks.PrayerCall) {
@@ -121,9 +93,9 @@ void AlertDispatch::TellService(const Slot& slot, const SimpleXML& settings, boo
         settings.GetAttribute(QStringLiteral("mobileConfirm"), kAlerts) == QStringLiteral("1");
     const QString ma = wantsMobile && isConfirmed ? QStringLiteral("1") : QStringLiteral("0");
     const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
-    const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot.prayerId), true);
+    const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(prayer.slot), true);
     // At every alarm, whether a text message is wanted or not and whether the network is there or not.
-    m_forms.Outside().http.Notify(m_hooks.PrayerCall(slot.pno, alertType, ma, time), kNotifyLimits);
+    m_forms.Outside().http.Notify(m_hooks.PrayerCall(prayer.number, alertType, ma, time), kNotifyLimits);
 }
 
 void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
@@ -134,13 +106,12 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     SimpleXML settings(m_forms.Outside());
     settings.Load(kSettingsFile);
     const bool is24Hour = Main().Settings.HourMode == u"24";
-    const Slot* const slot = Find(PrayerID);
-    if (slot == nullptr) {
+    const Prayer* const prayer = PrayerOfSlot(PrayerID);
+    if (prayer == nullptr) {
         return;
     }
-    if (settings.GetAttribute(QStringLiteral("enabled"), PathOf(slot->element)) != kTrue ||
-        (!slot->asrMethode.isEmpty() &&
-         settings.GetAttribute(QStringLiteral("asrMethode"), kAlerts) != slot->asrMethode)) {
+    if (settings.GetAttribute(QStringLiteral("enabled"), PathOf(prayer->element)) != kTrue ||
+        !prayer->CountsUnder(settings.GetAttribute(QStringLiteral("asrMethode"), kAlerts))) {
         return;
     }
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), is24Hour);
@@ -149,7 +120,7 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     // than 547 minutes leave the 16-bit range.
     const std::int16_t seconds =
         AddInteger16(MultiplyInteger16(AddInteger16(Main().Settings.AdvAlertMinutes, -1), 60), 1);
-    popup.ShowPopup(QStringLiteral("Advanced Alert\r\n") + slot->name + u' ' + time, seconds);
+    popup.ShowPopup(QStringLiteral("Advanced Alert\r\n") + prayer->name + u' ' + time, seconds);
 }
 
 bool AlertDispatch::MainWindowHasAttention() const

@@ -11,6 +11,7 @@ class Forms;
 class MainForm;
 class PTimer;
 class SimpleXML;
+struct Prayer;
 
 /// What an alert asks of its neighbours. Each may be left unset and is then passed over.
 struct AlertHooks
@@ -43,13 +44,11 @@ public:
     void AdvAlarm(std::int16_t PrayerID);
 
 private:
-    struct Slot;
-    static const Slot* Find(std::int16_t PrayerID);
-
     [[nodiscard]] bool MainWindowHasAttention() const;
     [[nodiscard]] bool IsMainWindowThere() const;
     [[nodiscard]] const MainForm& Main() const;
-    void TellService(const Slot& slot, const SimpleXML& settings, bool wantsMobile, bool wantsSound) const;
+    void TellService(const Prayer& prayer, const SimpleXML& settings, bool wantsMobile,
+                     bool wantsSound) const;
 
     Forms& m_forms;
     const PTimer& m_prayerTimer;

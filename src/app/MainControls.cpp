@@ -3,6 +3,7 @@
 #include "app/MainControls.h"
 
 #include "app/Appearance.h"
+#include "engine/Prayers.h"
 #include "forms/Bars.h"
 #include "forms/Layout.h"
 #include "forms/LinkLabel.h"
@@ -151,26 +152,13 @@ void MainControls::BuildPrayerFrame(QWidget& window)
     Label1 = Text(*PrayerFrame, "Label1", QStringLiteral("Hajri Date: "), TwipsRect(480, 300, 1080, 240));
     LblHajri = Text(*PrayerFrame, "LblHajri", QString(), TwipsRect(1560, 300, 5280, 240));
 
-    const struct
-    {
-        LinkLabel** link;
-        QLabel** time;
-        const char* linkName;
-        const char* timeName;
-        QString caption;
-        int left;
-    } columns[] = {
-        {&LblFarjLink, &LblFarjTime, "LblFarjLink", "LblFarjTime", QStringLiteral("Fajr:"), 480},
-        {&LblShuruqLink, &LblShuruqTime, "LblShuruqLink", "LblShuruqTime", QStringLiteral("Shuruq:"), 1560},
-        {&LblDuhrLink, &LblDuhrTime, "LblDuhrLink", "LblDuhrTime", QStringLiteral("Duhr:"), 2640},
-        {&LblAsrLink, &LblAsrTime, "LblAsrLink", "LblAsrTime", QStringLiteral("Asr:"), 3720},
-        {&LblMaghribLink, &LblMaghribTime, "LblMaghribLink", "LblMaghribTime", QStringLiteral("Maghrib:"),
-         4800},
-        {&LblIshaLink, &LblIshaTime, "LblIshaLink", "LblIshaTime", QStringLiteral("Isha:"), 5880},
-    };
-    for (const auto& column : columns) {
-        *column.link =
-            Link(*PrayerFrame, column.linkName, column.caption, TwipsRect(column.left, 600, 1050, 240));
-        *column.time = Text(*PrayerFrame, column.timeName, QString(), TwipsRect(column.left, 840, 1050, 255));
+    int left = 480;
+    for (std::int16_t tab = kPrayers.front().tab; tab <= kPrayers.back().tab; ++tab) {
+        const Prayer& prayer = *PrayerOfTab(tab);
+        PrayerColumns.push_back(
+            {&prayer,
+             Link(*PrayerFrame, prayer.link.latin1(), prayer.caption + u':', TwipsRect(left, 600, 1050, 240)),
+             Text(*PrayerFrame, prayer.time.latin1(), QString(), TwipsRect(left, 840, 1050, 255))});
+        left += 1080;
     }
 }

@@ -2,13 +2,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QtGlobal>
+#include <vector>
 
 class LevelBar;
 class LinkLabel;
 class QGroupBox;
 class QLabel;
 class QWidget;
+struct Prayer;
+
+/// Link and time of one prayer. Asr has one column for both of its slots, with the first row of the table.
+struct PrayerColumn
+{
+    const Prayer* prayer = nullptr;
+    LinkLabel* link = nullptr;
+    QLabel* time = nullptr;
+};
 
 /// The controls of the main window, each under its name, in their places.
 struct MainControls
@@ -46,18 +55,8 @@ struct MainControls
     QGroupBox* PrayerFrame = nullptr;
     QLabel* Label1 = nullptr;
     QLabel* LblHajri = nullptr;
-    LinkLabel* LblFarjLink = nullptr;
-    QLabel* LblFarjTime = nullptr;
-    LinkLabel* LblShuruqLink = nullptr;
-    QLabel* LblShuruqTime = nullptr;
-    LinkLabel* LblDuhrLink = nullptr;
-    QLabel* LblDuhrTime = nullptr;
-    LinkLabel* LblAsrLink = nullptr;
-    QLabel* LblAsrTime = nullptr;
-    LinkLabel* LblMaghribLink = nullptr;
-    QLabel* LblMaghribTime = nullptr;
-    LinkLabel* LblIshaLink = nullptr;
-    QLabel* LblIshaTime = nullptr;
+    /// From left to right, in the order of the day.
+    std::vector<PrayerColumn> PrayerColumns;
 
 private:
     void BuildSettingsBlock(QWidget& window);

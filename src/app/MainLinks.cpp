@@ -3,6 +3,7 @@
 #include "app/MainLinks.h"
 
 #include "app/MainControls.h"
+#include "engine/Prayers.h"
 #include "forms/Areas.h"
 #include "forms/DisabledControl.h"
 #include "forms/Forms.h"
@@ -49,16 +50,8 @@ void MainLinks::ConnectClicks()
     };
     onClick(m_controls.LblAlertsLink, [this] { ClickLblAlertsLink(); });
     onClick(m_controls.LblLocLink, [this] { ClickLblLocLink(); });
-    const struct
-    {
-        LinkLabel* link;
-        std::int16_t tab;
-    } prayers[] = {
-        {m_controls.LblFarjLink, 3}, {m_controls.LblShuruqLink, 4},  {m_controls.LblDuhrLink, 5},
-        {m_controls.LblAsrLink, 6},  {m_controls.LblMaghribLink, 7}, {m_controls.LblIshaLink, 8},
-    };
-    for (const auto& [link, tab] : prayers) {
-        onClick(link, [this, link = link, tab = tab] { ClickPrayerLink(*link, tab); });
+    for (const PrayerColumn& column : m_controls.PrayerColumns) {
+        onClick(column.link, [this, &column] { ClickPrayerLink(*column.link, column.prayer->tab); });
     }
     onClick(m_controls.LblGetMoreLink, [this] {
         OpenPage(*m_controls.LblGetMoreLink, ServiceRequests::SoundFilesPage(m_main.Settings));
@@ -73,10 +66,7 @@ void MainLinks::ConnectClicks()
 
 void MainLinks::ConnectPointer()
 {
-    for (LinkLabel* const link :
-         {m_controls.LblAlertsLink, m_controls.LblFarjLink, m_controls.LblShuruqLink, m_controls.LblDuhrLink,
-          m_controls.LblAsrLink, m_controls.LblMaghribLink, m_controls.LblIshaLink, m_controls.LblLocLink,
-          m_controls.LblStopLink, m_controls.LblGetMoreLink, m_controls.LblHelp}) {
+    for (LinkLabel* const link : m_window.findChildren<LinkLabel*>()) {
         link->OnMouseMove([this] { m_window.Handle([this] { m_window.SetHandPointer(); }); });
     }
     // Over all other places the pointer stays as it is, so that the hand may outlive the link. That is

@@ -4,7 +4,7 @@
 
 #include "app/MainControls.h"
 #include "engine/PTimer.h"
-#include "engine/PrayerTime.h"
+#include "engine/Prayers.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
 #include "store/Configuration.h"
@@ -78,43 +78,32 @@ void PrayerDisplay::PopPrayerFrame() const
     m_controls.LblHajri->setText(m_prayerTimer.GetHDate());
 
     const bool is24Hour = m_configuration.HourMode == u"24";
-    const auto show = [&](QLabel* label, std::int16_t slot) {
-        label->setText(FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot), is24Hour));
-    };
-    show(m_controls.LblFarjTime, 1);
-    show(m_controls.LblShuruqTime, 2);
-    show(m_controls.LblDuhrTime, 5);
-    show(m_controls.LblAsrTime, m_configuration.AsrMethod == u"shafi" ? 6 : 7);
-    show(m_controls.LblMaghribTime, 9);
-    show(m_controls.LblIshaTime, 10);
+    for (const PrayerColumn& column : m_controls.PrayerColumns) {
+        // Intended: each Asr method but "shafi" shows slot 7, also one under which neither slot counts.
+        const std::int16_t slot =
+            column.prayer->CountsUnder(m_configuration.AsrMethod) ? column.prayer->slot : std::int16_t{7};
+        column.time->setText(FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot), is24Hour));
+    }
 }
 
 void PrayerDisplay::UpdateCountDown() const
 {
     const QTime time = m_platform.clock.Now().time();
     const int now = time.hour() * 60 + time.minute();
-    const auto isAhead = [&](std::int16_t slot) { return now < m_prayerTimer.GetPrayerTime(slot); };
-    if (now > m_prayerTimer.GetPrayerTime(10)) {
+    if (now > m_prayerTimer.GetPrayerTime(kPrayers.back().slot)) {
         m_controls.LblCountDown->setText(QStringLiteral("Done"));
         return;
     }
-    // From last to first, so that the earliest that is still ahead stands in the end. In Isha's own minute
-    // none is, and the label counts down from nothing: a negative clock for that minute, as it has always
-    // been.
+    // Intended: from last to first, and the last one ahead wins, which need not be the earliest. In Isha's
+    // own minute none is ahead: the label counts down from 0 and shows a negative clock.
     int next = 0;
-    const auto consider = [&](std::int16_t slot, bool counts) {
-        if (counts && isAhead(slot)) {
-            next = m_prayerTimer.GetPrayerTime(slot);
+    for (auto prayer = kPrayers.rbegin(); prayer != kPrayers.rend(); ++prayer) {
+        const std::int16_t minutes = m_prayerTimer.GetPrayerTime(prayer->slot);
+        if (prayer->CountsUnder(m_configuration.AsrMethod) && now < minutes) {
+            next = minutes;
         }
-    };
-    consider(10, true);
-    consider(9, true);
-    consider(7, m_configuration.AsrMethod == u"hanafi");
-    consider(6, m_configuration.AsrMethod == u"shafi");
-    consider(5, true);
-    consider(2, true);
-    consider(1, true);
-    // The display asks for "24", the countdown for anything but "12".
+    }
+    // Intended: the countdown compares with "12", the labels with "24".
     m_controls.LblCountDown->setText(
         FormatPrayerTime(AddInteger16(next, -now), m_configuration.HourMode != u"12"));
 }

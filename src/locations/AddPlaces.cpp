@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/AddPlaces.h"
 
+#include "engine/Prayers.h"
 #include "locations/Children.h"
 #include "store/Configuration.h"
 #include "support/Conversions.h"
@@ -16,10 +17,15 @@ const QString kPlaces = QStringLiteral("//root//locations");
 
 // A path finds the first element of a name wherever it stands, so that a place with such a name, or with such
 // an element in it, can hide the settings of that name.
-constexpr std::array kNamesOfSettings{
-    QLatin1String("root"),      QLatin1String("app"),    QLatin1String("DefaultAd"), QLatin1String("version"),
-    QLatin1String("locations"), QLatin1String("alerts"), QLatin1String("fajr"),      QLatin1String("shuruq"),
-    QLatin1String("duhr"),      QLatin1String("asr"),    QLatin1String("maghrib"),   QLatin1String("isha")};
+bool IsNameOfSettings(const QString& name)
+{
+    static constexpr std::array kNames{QLatin1String("root"),      QLatin1String("app"),
+                                       QLatin1String("DefaultAd"), QLatin1String("version"),
+                                       QLatin1String("locations"), QLatin1String("alerts")};
+    return std::find(kNames.begin(), kNames.end(), name) != kNames.end() ||
+           std::any_of(kPrayers.begin(), kPrayers.end(),
+                       [&name](const Prayer& prayer) { return prayer.element == name; });
+}
 
 struct Number
 {
@@ -61,8 +67,7 @@ bool IsUsable(const DomNode& element, bool needsNumbers)
     if (element.NodeValue()) {
         return true; // a text or a comment, which no path finds
     }
-    const QString name = element.BaseName();
-    if (std::find(kNamesOfSettings.begin(), kNamesOfSettings.end(), name) != kNamesOfSettings.end()) {
+    if (IsNameOfSettings(element.BaseName())) {
         return false;
     }
     for (const Number& number : kNumbers) {

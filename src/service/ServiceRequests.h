@@ -17,7 +17,7 @@ namespace ServiceRequests {
 [[nodiscard]] QString Startup(const Configuration& configuration);
 [[nodiscard]] QString GetAd(const Configuration& configuration);
 [[nodiscard]] QString Version(const Configuration& configuration);
-/// @param pno 1 Fajr, 2 Shuruq, 3 Duhr, 4 Asr, 5 Maghrib, 6 Isha
+/// @param pno the number of the prayer, 1 to 6
 /// @param alertType "Normal" or "Quite"
 /// @param ma "1" asks for a text message, "0" does not
 /// @param time hours and minutes in 24-hour form

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/FrmAlerts.h"
 
+#include "engine/Prayers.h"
 #include "forms/Areas.h"
 #include "forms/Forms.h"
 #include "forms/Layout.h"
@@ -15,8 +16,6 @@ constexpr QRect kPage = TwipsRect(60, 420, 7530, 4020);
 
 constexpr std::int16_t kGeneralTab = 1;
 constexpr std::int16_t kMobileTab = 2;
-constexpr std::int16_t kFirstPrayerTab = 3;
-constexpr std::int16_t kLastPrayerTab = 8;
 
 } // namespace
 
@@ -70,7 +69,7 @@ void FrmAlerts::SelectTab(std::int16_t tab)
     m_context.Armed([this, tab] {
         HideFrames();
         m_context.currentTab = tab;
-        if (tab >= kFirstPrayerTab && tab <= kLastPrayerTab) {
+        if (PrayerOfTab(tab) != nullptr) {
             m_prayer.LoadPrayerPage();
         } else if (tab == kMobileTab) {
             m_mobile.LoadMobilePage();

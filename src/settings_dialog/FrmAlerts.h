@@ -23,8 +23,8 @@ public:
 
     FrmAlerts(Forms& forms, MobileSignup& signup);
 
-    /// Shows page 1 General, 2 Mobile Alert, 3 Fajr, 4 Shuruq, 5 Duhr, 6 Asr, 7 Maghrib or 8 Isha; any other
-    /// number shows page 1. An error on the way closes the dialog, silently.
+    /// Shows page 1 General, 2 Mobile Alert or the tab of a prayer; any other number shows page 1. An error
+    /// on the way closes the dialog, silently.
     void SelectTab(std::int16_t tab);
     /// Stores and shows what the service said of a device, "1" for a confirmation, whichever page is showing.
     /// An error on the way closes the dialog, silently.

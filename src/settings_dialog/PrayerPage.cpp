@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/PrayerPage.h"
 
+#include "engine/Prayers.h"
 #include "forms/Areas.h"
 #include "forms/Boxes.h"
 #include "forms/Form.h"
@@ -13,29 +14,6 @@
 #include "support/RuntimeError.h"
 
 namespace {
-
-constexpr int kTabOfFirstPrayer = 3;
-
-struct Prayer
-{
-    QString element;
-    QString text;
-};
-
-const Prayer kPrayers[] = {
-    {QStringLiteral("fajr"), QStringLiteral("Fajr")},
-    {QStringLiteral("shuruq"), QStringLiteral("Shuruq")},
-    {QStringLiteral("duhr"), QStringLiteral("Duhr")},
-    {QStringLiteral("asr"), QStringLiteral("Asr")},
-    {QStringLiteral("maghrib"), QStringLiteral("Maghrib")},
-    {QStringLiteral("isha"), QStringLiteral("Isha")},
-};
-
-const Prayer* PrayerOfTab(int tab)
-{
-    const int index = tab - kTabOfFirstPrayer;
-    return index >= 0 && index < static_cast<int>(std::size(kPrayers)) ? &kPrayers[index] : nullptr;
-}
 
 void PlaceLine(QWidget* parent, const char* name, const QRect& place)
 {
@@ -124,7 +102,7 @@ void PrayerPage::LoadPrayerPage()
     m_context.loading = true;
     FrmPrayer->show();
     if (const Prayer* const prayer = PrayerOfTab(m_context.currentTab); prayer != nullptr) {
-        LblPrayerName->setText(prayer->text);
+        LblPrayerName->setText(prayer->caption);
     }
     const QString path = ElementPath();
     const auto isSet = [this, &path](const char16_t* attribute) {

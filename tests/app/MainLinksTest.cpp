@@ -376,7 +376,7 @@ TEST_F(MainLinksTest, pointer_comesBackOnlyWhereAHandlerIs)
         {"LblLocation", c.LblLocation, {4, 4}, Qt::PointingHandCursor},
         {"Label3", c.Label3, {4, 4}, Qt::PointingHandCursor},
         {"LblVolume", c.LblVolume, {4, 4}, Qt::PointingHandCursor},
-        {"LblFarjTime", c.LblFarjTime, {4, 4}, Qt::PointingHandCursor},
+        {"LblFarjTime", c.PrayerColumns.front().time, {4, 4}, Qt::PointingHandCursor},
         {"LblHajri", c.LblHajri, {4, 4}, Qt::PointingHandCursor},
     };
     for (const auto& row : rows) {

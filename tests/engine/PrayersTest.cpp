@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "engine/PrayerTime.h"
+#include "engine/Prayers.h"
 
 #include <gtest/gtest.h>
 
