@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "LimitReporter.h"
+#include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/MemoryFiles.h"
 #include "forms/Forms.h"
-#include "forms/MainForm.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 #include "store/Configuration.h"
@@ -17,16 +17,6 @@
 #include <benchmark/benchmark.h>
 
 namespace {
-
-class SilentMain final : public MainForm
-{
-public:
-    int UpdateEverything() override { return 1; }
-    void PopLocation() override {}
-    void PopPrayerFrame() override {}
-    void Enable(bool /*enabled*/) override {}
-    void TakeFocus() override {}
-};
 
 // The settings dialog over the file that the program is shipped with.
 class ShippedDialog

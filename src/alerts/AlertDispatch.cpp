@@ -6,14 +6,12 @@
 #include "engine/PTimer.h"
 #include "engine/Prayers.h"
 #include "forms/Forms.h"
-#include "forms/MainForm.h"
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Platform.h"
+#include "service/ServiceRequests.h"
 #include "store/SimpleXML.h"
 #include "support/Conversions.h"
-
-#include <utility>
 
 namespace {
 
@@ -29,10 +27,9 @@ QString PathOf(QLatin1String element)
 
 } // namespace
 
-AlertDispatch::AlertDispatch(Forms& forms, const PTimer& prayerTimer, AlertHooks hooks)
+AlertDispatch::AlertDispatch(Forms& forms, const PTimer& prayerTimer)
     : m_forms(forms)
     , m_prayerTimer(prayerTimer)
-    , m_hooks(std::move(hooks))
 {
 }
 
@@ -50,7 +47,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     const QString path = PathOf(prayer->element);
     // By the copy in memory; the advance warning asks the file. Of the two Asr slots one can pass, or none.
     if (settings.GetAttribute(QStringLiteral("enabled"), path) != kTrue ||
-        !prayer->CountsUnder(Main().Settings.AsrMethod)) {
+        !prayer->CountsUnder(Settings().AsrMethod)) {
         return;
     }
     const bool wantsPopup = settings.GetAttribute(QStringLiteral("popup"), path) == kTrue;
@@ -62,7 +59,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
         auto& popup = m_forms.Touch<FrmPopup>();
         // The warning asks for "24" instead; with a third value the two differ, and are meant to.
         const QString time =
-            FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), Main().Settings.HourMode != u"12");
+            FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), Settings().HourMode != u"12");
         popup.ShowPopup(QStringLiteral("Prayer Time:\r\n") + prayer->name + QStringLiteral(": ") + time,
                         kAlarmSeconds);
     }
@@ -74,28 +71,22 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     if (wantsSound) {
         m_forms.Outside().player.SetUrl(audioFile);
         // Also for a path that can't be played, the empty one among them: nobody checks.
-        if (m_hooks.EnableStopLink) {
-            m_hooks.EnableStopLink(true);
-        }
+        m_forms.Main().EnableStopLink();
     }
-    if (m_hooks.RefreshAd) {
-        m_hooks.RefreshAd(true);
-    }
+    m_forms.Main().RefreshAd();
 }
 
 void AlertDispatch::TellService(const Prayer& prayer, const SimpleXML& settings, bool wantsMobile,
                                 bool wantsSound) const
 {
-    if (!m_hooks.PrayerCall) {
-        return;
-    }
     const bool isConfirmed =
         settings.GetAttribute(QStringLiteral("mobileConfirm"), kAlerts) == QStringLiteral("1");
     const QString ma = wantsMobile && isConfirmed ? QStringLiteral("1") : QStringLiteral("0");
     const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(prayer.slot), true);
     // At every alarm, whether a text message is wanted or not and whether the network is there or not.
-    m_forms.Outside().http.Notify(m_hooks.PrayerCall(prayer.number, alertType, ma, time), kNotifyLimits);
+    m_forms.Outside().http.Notify(ServiceRequests::PrayerCall(Settings(), prayer.number, alertType, ma, time),
+                                  kNotifyLimits);
 }
 
 void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
@@ -105,7 +96,7 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     }
     SimpleXML settings(m_forms.Outside());
     settings.Load(kSettingsFile);
-    const bool is24Hour = Main().Settings.HourMode == u"24";
+    const bool is24Hour = Settings().HourMode == u"24";
     const Prayer* const prayer = PrayerOfSlot(PrayerID);
     if (prayer == nullptr) {
         return;
@@ -119,14 +110,14 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     // A minute and a second short of the prayer's own alarm, which would find the popup in its way. More
     // than 547 minutes leave the 16-bit range.
     const std::int16_t seconds =
-        AddInteger16(MultiplyInteger16(AddInteger16(Main().Settings.AdvAlertMinutes, -1), 60), 1);
+        AddInteger16(MultiplyInteger16(AddInteger16(Settings().AdvAlertMinutes, -1), 60), 1);
     popup.ShowPopup(QStringLiteral("Advanced Alert\r\n") + prayer->name + u' ' + time, seconds);
 }
 
 bool AlertDispatch::MainWindowHasAttention() const
 {
     // What is due while another window has the attention is lost; nothing is kept for later.
-    return IsMainWindowThere() && Main().ActiveForm == kMainWindow;
+    return IsMainWindowThere() && m_forms.Variables().ActiveForm == kMainWindow;
 }
 
 bool AlertDispatch::IsMainWindowThere() const
@@ -134,7 +125,7 @@ bool AlertDispatch::IsMainWindowThere() const
     return m_forms.Loaded(kMainWindow) != nullptr;
 }
 
-const MainForm& AlertDispatch::Main() const
+const Configuration& AlertDispatch::Settings() const
 {
-    return m_forms.Main();
+    return m_forms.Variables().Settings;
 }

@@ -2,28 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
-
 #include <cstdint>
-#include <functional>
 
 class Forms;
-class MainForm;
 class PTimer;
 class SimpleXML;
+struct Configuration;
 struct Prayer;
-
-/// What an alert asks of its neighbours. Each may be left unset and is then passed over.
-struct AlertHooks
-{
-    /// The address of the request that tells the service of a prayer call; takes pno, alert_type, ma and
-    /// time.
-    std::function<QString(int pno, const QString& alertType, const QString& ma, const QString& time)>
-        PrayerCall;
-    /// Greys the stop link, or lets it take clicks.
-    std::function<void(bool enabled)> EnableStopLink;
-    std::function<void(bool fetch)> RefreshAd;
-};
 
 /// Decides what happens when a prayer is due, or is about to be: reads the prayer's settings afresh and fires
 /// what they ask for. Keeps no state between two events.
@@ -32,7 +17,7 @@ struct AlertHooks
 class AlertDispatch final
 {
 public:
-    AlertDispatch(Forms& forms, const PTimer& prayerTimer, AlertHooks hooks);
+    AlertDispatch(Forms& forms, const PTimer& prayerTimer);
 
     /// The minute of a slot has come: popup, request to the service, sound and ad, in this order. Serves
     /// events while it waits for the reply to the request, for at most 3 seconds. A message box or another
@@ -46,11 +31,10 @@ public:
 private:
     [[nodiscard]] bool MainWindowHasAttention() const;
     [[nodiscard]] bool IsMainWindowThere() const;
-    [[nodiscard]] const MainForm& Main() const;
+    [[nodiscard]] const Configuration& Settings() const;
     void TellService(const Prayer& prayer, const SimpleXML& settings, bool wantsMobile,
                      bool wantsSound) const;
 
     Forms& m_forms;
     const PTimer& m_prayerTimer;
-    AlertHooks m_hooks;
 };

@@ -4,7 +4,6 @@
 
 #include "forms/Forms.h"
 #include "forms/Layout.h"
-#include "forms/MainForm.h"
 #include "platform/BesideBox.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
@@ -100,14 +99,13 @@ void FrmPopup::OnLoad()
 
 void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
 {
-    MainForm& main = Siblings().Main();
-    main.Enable(false);
+    Siblings().Main().Enable(false);
     setEnabled(true);
     // Ahead of showing, so that a screen reader that hears of the window meets its text.
     setAccessibleName(Message.simplified());
     MoveToCentre();
     Show();
-    main.ActiveForm = Name();
+    Variables().ActiveForm = Name();
     m_counter = 0;
     Label1->setText(Message);
     m_limit = SecLifeSpan;
@@ -161,9 +159,8 @@ void FrmPopup::OnTick()
 void FrmPopup::OnUnload()
 {
     Timer1->SetEnabled(false);
-    MainForm& main = Siblings().Main();
-    main.Enable(true);
-    main.ActiveForm = kMainName;
+    Siblings().Main().Enable(true);
+    Variables().ActiveForm = kMainName;
 }
 
 void InstallPopupAccessibility()

@@ -53,14 +53,14 @@ FrmMain::FrmMain(Forms& forms, Calculation& calculation)
                Qt::WindowCloseButtonHint)
     , m_controls(*this)
     , PrayerTimer(Outside(), calculation)
-    , m_display(Outside(), Settings, PrayerTimer, m_controls)
+    , m_display(Outside(), Variables().Settings, PrayerTimer, m_controls)
     , m_instruments(Outside(), PrayerTimer, m_controls)
-    , m_links(*this, *this, m_controls, MainLinks::DialogsAmong(forms))
+    , m_links(*this, m_controls)
     , m_tray(*this)
-    , m_life(*this, *this, forms)
-    , m_sound(*this, Outside().player, m_controls)
-    , m_adPanel(Outside(), *this, *this)
-    , m_alerts(forms, PrayerTimer, HooksOfAlerts())
+    , m_life(*this)
+    , m_sound(*this, m_controls)
+    , m_adPanel(*this)
+    , m_alerts(forms, PrayerTimer)
 {
     setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
     setFixedSize(Pixels(9030), Pixels(6345));
@@ -88,7 +88,7 @@ void FrmMain::OnUnload()
     // program running.
     PrayerTimer.StopTimer();
     Outside().player.Stop();
-    if (!DebugMode) {
+    if (!Variables().DebugMode) {
         m_tray.RemoveMeFromSysTray();
     }
 }
@@ -100,30 +100,32 @@ void FrmMain::OnGotFocus()
 
 void FrmMain::RunLoadSequence()
 {
-    DebugMode = false;
+    MainVariables& variables = Variables();
+    variables.DebugMode = false;
     auto& splash = Siblings().Touch<DlgStart>();
     splash.Show();
     splash.PaintNow();
-    AdTimer = kFirstAdTimer;
+    variables.AdTimer = kFirstAdTimer;
     // Nothing happens in these two seconds; people are to see the splash.
     Outside().process.Sleep(kSplashMilliseconds);
 
     SkySeconds = 0.0F;
-    Connected = false;
+    variables.Connected = false;
     SimpleXML settings(Outside());
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
     }
-    ReadAddresses(Settings, settings);
-    Connected = InternetClass(Outside(), ServiceAddresses::Probe(Settings)).VerifyConnectivity();
-    const bool OpenLocationList = FirstStart::IsDue(settings, Connected);
+    ReadAddresses(variables.Settings, settings);
+    variables.Connected =
+        InternetClass(Outside(), ServiceAddresses::Probe(variables.Settings)).VerifyConnectivity();
+    const bool OpenLocationList = FirstStart::IsDue(settings, variables.Connected);
     if (OpenLocationList) {
-        FirstStart(Outside()).Run(settings, Settings);
+        FirstStart(Outside()).Run(settings, variables.Settings);
     }
     UpdateEverything();
-    ActiveForm = Name();
+    variables.ActiveForm = Name();
     AskService();
-    if (!DebugMode) {
+    if (!variables.DebugMode) {
         m_tray.PutMeInSysTray();
     }
     Siblings().Unload(DlgStart::kName);
@@ -134,11 +136,12 @@ void FrmMain::RunLoadSequence()
 
 void FrmMain::AskService()
 {
-    if (Connected) {
-        Outside().http.Notify(ServiceRequests::Startup(Settings), kNotifyLimits);
+    const MainVariables& variables = Variables();
+    if (variables.Connected) {
+        Outside().http.Notify(ServiceRequests::Startup(variables.Settings), kNotifyLimits);
     }
-    m_adPanel.RefreshAd(Connected);
-    VersionCheck(Outside(), *this, *this).CheckNewVersion(Connected);
+    m_adPanel.RefreshAd(variables.Connected);
+    VersionCheck(*this).CheckNewVersion(variables.Connected);
 }
 
 void FrmMain::OpenLocationListNow()
@@ -149,9 +152,9 @@ void FrmMain::OpenLocationListNow()
 
 void FrmMain::FailLoad(const QString& description, int number)
 {
-    if (DebugMode) {
+    if (Variables().DebugMode) {
         Outside().boxes.Show(
-            QStringLiteral("%1 %2 on %3").arg(description, QString::number(number), ActiveForm));
+            QStringLiteral("%1 %2 on %3").arg(description, QString::number(number), Variables().ActiveForm));
     }
     Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
                          QStringLiteral("Error - 5"));
@@ -165,7 +168,7 @@ int FrmMain::UpdateEverything()
         return 0;
     }
     try {
-        LoadConfiguration(Settings, Outside());
+        LoadConfiguration(Variables().Settings, Outside());
         FeedFromConfiguration();
         return 1;
     } catch (const RuntimeError& error) {
@@ -181,11 +184,12 @@ void FrmMain::FeedFromConfiguration()
 {
     m_sound.ShowVolume();
     PopLocation();
+    const Configuration& settings = Variables().Settings;
     PrayerTimer.SetupPTimer(
-        Hundredths(Settings.LatitudeFinal), Hundredths(Settings.LongitudeFinal), Settings.ZoneHours,
-        Integer16(Settings.UseDayLight), MultiplyInteger16(Settings.FajrAngle, 100),
-        MultiplyInteger16(Settings.IshaAngle, 100), Integer16(Settings.UseAdvAlert), Settings.AdvAlertMinutes,
-        Integer16(true), Settings.MinutesBeyondZone.value_or(0));
+        Hundredths(settings.LatitudeFinal), Hundredths(settings.LongitudeFinal), settings.ZoneHours,
+        Integer16(settings.UseDayLight), MultiplyInteger16(settings.FajrAngle, 100),
+        MultiplyInteger16(settings.IshaAngle, 100), Integer16(settings.UseAdvAlert), settings.AdvAlertMinutes,
+        Integer16(true), settings.MinutesBeyondZone.value_or(0));
     PrayerTimer.StartTimer();
     m_instruments.ShowQibla();
     m_instruments.RefreshSkyPicture();
@@ -220,6 +224,20 @@ void FrmMain::TakeFocus()
     }
 }
 
+void FrmMain::EnableStopLink()
+{
+    if (IsLoaded()) {
+        m_controls.LblStopLink->setEnabled(true);
+    }
+}
+
+void FrmMain::RefreshAd()
+{
+    if (IsLoaded()) {
+        m_adPanel.RefreshAd(true);
+    }
+}
+
 void FrmMain::OnTick()
 {
     // Read first: a tick just ahead of second 0 must not count as that of second 0 later on.
@@ -243,9 +261,9 @@ void FrmMain::OnAlarm(std::int16_t PrayerID)
 
 void FrmMain::RefreshAdIfDue(int second)
 {
-    // Equality, so that an AdTimer that falls below the count stops the refreshes until something raises it
-    // again.
-    if (AdSeconds != AdTimer && !(m_isAdPutOff && second > 0)) {
+    // Equality, so that an AdTimer that falls below the count stops the refreshes until something
+    // raises it again.
+    if (AdSeconds != Variables().AdTimer && !(m_isAdPutOff && second > 0)) {
         return;
     }
     // The refresh begins with the probe, which blocks the ticks. A second 0 that falls into it is lost with
@@ -258,15 +276,4 @@ void FrmMain::RefreshAdIfDue(int second)
         m_adPanel.RefreshAd(true);
         AdSeconds = 0.0F;
     }
-}
-
-AlertHooks FrmMain::HooksOfAlerts()
-{
-    AlertHooks hooks;
-    hooks.PrayerCall = [this](int pno, const QString& alertType, const QString& ma, const QString& time) {
-        return ServiceRequests::PrayerCall(Settings, pno, alertType, ma, time);
-    };
-    hooks.EnableStopLink = [this](bool enabled) { m_controls.LblStopLink->setEnabled(enabled); };
-    hooks.RefreshAd = [this](bool fetch) { m_adPanel.RefreshAd(fetch); };
-    return hooks;
 }

@@ -30,6 +30,8 @@ public:
     void PopPrayerFrame() override;
     void Enable(bool enabled) override;
     void TakeFocus() override;
+    void EnableStopLink() override;
+    void RefreshAd() override;
 
 protected:
     void OnLoad() override;
@@ -46,7 +48,6 @@ private:
     void OnAlarm(std::int16_t PrayerID);
     /// @param second of the tick, 0 to 59
     void RefreshAdIfDue(int second);
-    [[nodiscard]] AlertHooks HooksOfAlerts();
 
     MainControls m_controls;
     PTimer PrayerTimer;

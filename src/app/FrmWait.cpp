@@ -4,7 +4,6 @@
 
 #include "forms/Forms.h"
 #include "forms/Layout.h"
-#include "forms/MainForm.h"
 
 #include <QLabel>
 
@@ -19,5 +18,5 @@ FrmWait::FrmWait(Forms& forms)
     label1->setTextFormat(Qt::PlainText);
     label1->setAlignment(Qt::AlignCenter);
     label1->setGeometry(rect());
-    CentreOver(forms.Loaded(forms.Main().ActiveForm));
+    CentreOver(forms.Loaded(Variables().ActiveForm));
 }

@@ -9,7 +9,6 @@
 #include "forms/Forms.h"
 #include "forms/Guard.h"
 #include "forms/LinkLabel.h"
-#include "forms/MainForm.h"
 #include "locations/FrmLocation.h"
 #include "platform/Browser.h"
 #include "platform/Platform.h"
@@ -19,25 +18,9 @@
 #include <QGroupBox>
 #include <QLabel>
 
-MainLinks::Dialogs MainLinks::DialogsAmong(Forms& forms)
-{
-    return {[&forms] { forms.Touch(FrmAlerts::kName).Show(); },
-            [&forms](std::int16_t tab) {
-                forms.Touch<FrmAlerts>().SelectTab(tab);
-                return forms.Loaded(FrmAlerts::kName) != nullptr;
-            },
-            [&forms] {
-                Form& location = forms.Touch(FrmLocation::kName);
-                location.Enable(true);
-                location.Show();
-            }};
-}
-
-MainLinks::MainLinks(Form& window, MainForm& main, MainControls& controls, Dialogs dialogs)
+MainLinks::MainLinks(Form& window, MainControls& controls)
     : m_window(window)
-    , m_main(main)
     , m_controls(controls)
-    , m_dialogs(std::move(dialogs))
 {
     ConnectClicks();
     ConnectPointer();
@@ -54,13 +37,15 @@ void MainLinks::ConnectClicks()
         onClick(column.link, [this, &column] { ClickPrayerLink(*column.link, column.prayer->tab); });
     }
     onClick(m_controls.LblGetMoreLink, [this] {
-        OpenPage(*m_controls.LblGetMoreLink, ServiceRequests::SoundFilesPage(m_main.Settings));
+        OpenPage(*m_controls.LblGetMoreLink, ServiceRequests::SoundFilesPage(m_window.Variables().Settings));
     });
-    onClick(m_controls.LblHelp,
-            [this] { OpenPage(*m_controls.LblHelp, ServiceRequests::HelpPage(m_main.Settings)); });
+    onClick(m_controls.LblHelp, [this] {
+        OpenPage(*m_controls.LblHelp, ServiceRequests::HelpPage(m_window.Variables().Settings));
+    });
     new ClickArea(m_controls.Picture2, [this] {
-        m_window.Handle(
-            [this] { m_window.Outside().browser.Open(ServiceRequests::HomePage(m_main.Settings)); });
+        m_window.Handle([this] {
+            m_window.Outside().browser.Open(ServiceRequests::HomePage(m_window.Variables().Settings));
+        });
     });
 }
 
@@ -81,20 +66,20 @@ void MainLinks::ConnectPointer()
 bool MainLinks::ClickLblAlertsLink()
 {
     const auto trace = [this](int step) {
-        m_main.TraceLoc = QStringLiteral("FrmMain - LblAlertsLink_Click %1").arg(step);
+        m_window.Variables().TraceLoc = QStringLiteral("FrmMain - LblAlertsLink_Click %1").arg(step);
     };
     trace(0);
     DisabledControl link(m_window, *m_controls.LblAlertsLink);
     trace(1);
     try {
         trace(2);
-        m_dialogs.ShowAlerts();
+        m_window.Siblings().Touch<FrmAlerts>().Show();
         trace(3);
-        const bool isOpen = m_dialogs.SelectTab(1);
+        const bool isOpen = SelectTab(1);
         trace(4);
         // Settings that can't be shown close the dialog at once. To name it then would drop every alert.
         if (isOpen) {
-            m_main.ActiveForm = FrmAlerts::kName;
+            m_window.Variables().ActiveForm = FrmAlerts::kName;
         }
         trace(5);
         link.Enable();
@@ -110,18 +95,27 @@ void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
     DisabledControl disabled(m_window, link);
     // Each opening goes through the first page: it loads the settings that the other pages show.
     if (ClickLblAlertsLink()) {
-        m_dialogs.SelectTab(tab);
+        SelectTab(tab);
     }
     disabled.Enable();
+}
+
+bool MainLinks::SelectTab(std::int16_t tab)
+{
+    Forms& forms = m_window.Siblings();
+    forms.Touch<FrmAlerts>().SelectTab(tab);
+    return forms.Loaded(FrmAlerts::kName) != nullptr;
 }
 
 void MainLinks::ClickLblLocLink()
 {
     DisabledControl link(m_window, *m_controls.LblLocLink);
     try {
-        m_main.Enable(false);
-        m_dialogs.ShowLocation();
-        m_main.ActiveForm = FrmLocation::kName;
+        m_window.Enable(false);
+        auto& location = m_window.Siblings().Touch(FrmLocation::kName);
+        location.Enable(true);
+        location.Show();
+        m_window.Variables().ActiveForm = FrmLocation::kName;
         link.Enable();
     } catch (const std::exception&) {
         EndWithFatalBox(m_window.Outside(), 3);

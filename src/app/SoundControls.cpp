@@ -7,9 +7,10 @@
 #include "forms/Form.h"
 #include "forms/LinkLabel.h"
 #include "platform/MediaPlayer.h"
+#include "platform/Platform.h"
 
-SoundControls::SoundControls(Form& form, MediaPlayer& player, MainControls& controls)
-    : m_player(player)
+SoundControls::SoundControls(Form& form, MainControls& controls)
+    : m_player(form.Outside().player)
     , m_controls(controls)
 {
     m_controls.LblStopLink->OnClick([this, &form] {

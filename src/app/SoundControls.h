@@ -11,7 +11,7 @@ class SoundControls final
 {
 public:
     /// @param form the window that the controls stand in
-    SoundControls(Form& form, MediaPlayer& player, MainControls& controls);
+    SoundControls(Form& form, MainControls& controls);
     ~SoundControls();
     SoundControls(const SoundControls&) = delete;
     SoundControls& operator=(const SoundControls&) = delete;

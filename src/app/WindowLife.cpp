@@ -4,7 +4,6 @@
 
 #include "forms/Forms.h"
 #include "forms/Guard.h"
-#include "forms/MainForm.h"
 #include "platform/Platform.h"
 #include "platform/TrayIcon.h"
 #include "support/RuntimeError.h"
@@ -17,10 +16,8 @@
 #include <algorithm>
 #include <array>
 
-WindowLife::WindowLife(Form& window, MainForm& main, Forms& forms)
+WindowLife::WindowLife(Form& window)
     : m_window(window)
-    , m_main(main)
-    , m_forms(forms)
 {
     window.installEventFilter(this);
     // Where a desktop lets people raise a disabled window it would stand in front of its dialog until
@@ -54,7 +51,7 @@ void WindowLife::AwaitPaint()
 
 void WindowLife::Resize()
 {
-    if (!m_window.IsLoaded() || m_main.DebugMode) {
+    if (!m_window.IsLoaded() || m_window.Variables().DebugMode) {
         return;
     }
     try {
@@ -80,7 +77,7 @@ void WindowLife::FollowState()
 
 void WindowLife::Paint()
 {
-    if (!m_window.IsLoaded() || m_main.ActiveForm == m_window.Name()) {
+    if (!m_window.IsLoaded() || m_window.Variables().ActiveForm == m_window.Name()) {
         return;
     }
     try {
@@ -106,10 +103,11 @@ void WindowLife::HandOnFocus()
     static const std::array<QString, 4> kDialogs = {QStringLiteral("FrmAlerts"),
                                                     QStringLiteral("FrmLocation"),
                                                     QStringLiteral("FrmNewLoc"), QStringLiteral("FrmPopup")};
-    if (std::find(kDialogs.begin(), kDialogs.end(), m_main.ActiveForm) == kDialogs.end()) {
+    if (std::find(kDialogs.begin(), kDialogs.end(), m_window.Variables().ActiveForm) == kDialogs.end()) {
         return;
     }
-    if (Form* const dialog = m_forms.Loaded(m_main.ActiveForm); dialog != nullptr && dialog->IsLoaded()) {
+    if (Form* const dialog = m_window.Siblings().Loaded(m_window.Variables().ActiveForm);
+        dialog != nullptr && dialog->IsLoaded()) {
         dialog->SetFocus();
         dialog->Refresh();
     }

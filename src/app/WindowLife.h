@@ -5,8 +5,6 @@
 #include <QObject>
 
 class Form;
-class Forms;
-class MainForm;
 
 /// What the main window does by itself when the window system resizes or paints it: it hides when minimised,
 /// does not stay maximised, and leaves the focus to the dialog that is open, as a disabled dialog does.
@@ -15,8 +13,8 @@ class WindowLife final : public QObject
     Q_OBJECT
 
 public:
-    /// @param window the main window as a window, @p main the same one with its public variables
-    WindowLife(Form& window, MainForm& main, Forms& forms);
+    /// @param window the main window
+    explicit WindowLife(Form& window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -28,7 +26,5 @@ private:
     void HandOnFocus();
 
     Form& m_window;
-    MainForm& m_main;
-    Forms& m_forms;
     bool m_paintIsPending = false;
 };

@@ -55,6 +55,11 @@ const Platform& Form::Outside() const
     return m_forms.Outside();
 }
 
+MainVariables& Form::Variables() const
+{
+    return m_forms.Variables();
+}
+
 void Form::CentreOver(const QWidget* window)
 {
     const QScreen* const screen = window == nullptr ? QGuiApplication::primaryScreen() : window->screen();

@@ -8,6 +8,7 @@
 #include <functional>
 
 class Forms;
+struct MainVariables;
 struct Platform;
 
 /// A window of the program, known by its name. Created on first touch by Forms, gone when unloaded.
@@ -54,6 +55,9 @@ public:
     void KeepWhile(const std::function<void()>& work);
 
     [[nodiscard]] const Platform& Outside() const;
+    [[nodiscard]] Forms& Siblings() const { return m_forms; }
+    /// Those of the main window.
+    [[nodiscard]] MainVariables& Variables() const;
 
 protected:
     /// The window has been created and is about to be used. May unload it again.
@@ -63,7 +67,6 @@ protected:
     /// The window has become the active one.
     virtual void OnGotFocus() {}
 
-    [[nodiscard]] Forms& Siblings() const { return m_forms; }
     /// Stands the window over the middle of @p window, or of the screen if there is none, wholly on the
     /// screen if it fits. The window must have its size.
     void CentreOver(const QWidget* window);

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "forms/Forms.h"
 
-#include "forms/MainForm.h"
 #include "support/RuntimeError.h"
 
 #include <QTimer>

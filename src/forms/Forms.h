@@ -3,13 +3,13 @@
 #pragma once
 
 #include "forms/Form.h"
+#include "forms/MainForm.h"
 
 #include <functional>
 #include <map>
 #include <memory>
 #include <vector>
 
-class MainForm;
 struct Platform;
 
 /// The windows of the program, one of each name. A window is created and loaded on first touch and stays
@@ -42,6 +42,7 @@ public:
     /// The main window, also after it has been unloaded.
     [[nodiscard]] MainForm& Main();
     void SetMain(MainForm& main) { m_main = &main; }
+    [[nodiscard]] MainVariables& Variables() { return m_variables; }
 
     [[nodiscard]] const Platform& Outside() const { return m_platform; }
     /// Whether the main window or one that was ever shown is left.
@@ -61,6 +62,7 @@ private:
 
     const Platform& m_platform;
     MainForm* m_main = nullptr;
+    MainVariables m_variables;
     std::map<QString, Factory> m_factories;
     std::map<QString, std::unique_ptr<Form>> m_loaded;
     std::vector<std::unique_ptr<Form>> m_unloaded;

@@ -6,16 +6,9 @@
 
 #include <QString>
 
-/// The main window as the other windows see it: its public variables and what they may ask of it. Once the
-/// main window is gone the calls do nothing, so that a window that closes after it can't bring it back.
-class MainForm
+/// The public variables of the main window, for every window to read and set. They stay when it is gone.
+struct MainVariables
 {
-public:
-    MainForm() = default;
-    MainForm(const MainForm&) = delete;
-    MainForm& operator=(const MainForm&) = delete;
-    virtual ~MainForm() = default;
-
     /// What the last load of settings.xml brought; PID and Dstr are among it.
     Configuration Settings;
     /// Name of the window that has the user's attention; while it is not "FrmMain" alerts are dropped.
@@ -28,6 +21,17 @@ public:
     float AdTimer = 0.0F;
     /// The last step that a routine which traces itself reached. Written, never shown.
     QString TraceLoc;
+};
+
+/// The main window as the other windows see it: what they may ask of it. Once the main window is gone the
+/// calls do nothing, so that a window that closes after it can't bring it back.
+class MainForm
+{
+public:
+    MainForm() = default;
+    MainForm(const MainForm&) = delete;
+    MainForm& operator=(const MainForm&) = delete;
+    virtual ~MainForm() = default;
 
     /// Rereads settings.xml and feeds everything from it: 1, or 0 if the file holds no usable configuration.
     virtual int UpdateEverything() = 0;
@@ -40,4 +44,8 @@ public:
     /// whoever closes a dialog meanwhile must still get to the step behind this one, without which every
     /// alert is dropped.
     virtual void TakeFocus() = 0;
+    /// Lets the stop link take clicks.
+    virtual void EnableStopLink() = 0;
+    /// Asks the service for an ad and shows it.
+    virtual void RefreshAd() = 0;
 };

@@ -7,7 +7,6 @@
 #include "forms/Forms.h"
 #include "forms/LinkLabel.h"
 #include "forms/ListBox.h"
-#include "forms/MainForm.h"
 #include "locations/Children.h"
 #include "locations/ReturnToMain.h"
 #include "platform/MessageBoxes.h"
@@ -110,7 +109,7 @@ void FrmLocation::OnUnload()
     // The main window shows what it holds: after a deletion that is still the place that was deleted.
     main.PopLocation();
     main.PopPrayerFrame();
-    ReturnToMain(main);
+    ReturnToMain(Siblings());
 }
 
 void FrmLocation::FailAndUnload(const QString& message)
@@ -218,18 +217,17 @@ void FrmLocation::Delete()
 
 void FrmLocation::OpenNewLocation()
 {
-    MainForm& main = Siblings().Main();
     DisabledControl link(*this, *LblNewLocLink);
     const std::array<std::function<void()>, 7> steps{
         [this] { Enable(false); },
         [this] { Siblings().Touch(kFrmWait).Show(); },
-        [this, &main] {
-            main.ActiveForm = kFrmWait;
+        [this] {
+            Variables().ActiveForm = kFrmWait;
             Siblings().Touch(kFrmWait).PaintNow();
         },
         // Its Load makes a request, and may unload it again.
         [this] { Siblings().Touch(kFrmNewLoc).Show(); },
-        [&main] { main.ActiveForm = kFrmNewLoc; },
+        [this] { Variables().ActiveForm = kFrmNewLoc; },
         [this] { Siblings().Unload(kFrmWait); },
         [&link] { link.Enable(); },
     };

@@ -8,7 +8,6 @@
 #include "forms/Forms.h"
 #include "forms/LinkLabel.h"
 #include "forms/ListBox.h"
-#include "forms/MainForm.h"
 #include "locations/AddPlaces.h"
 #include "locations/Children.h"
 #include "locations/FrmLocation.h"
@@ -85,12 +84,12 @@ void FrmNewLoc::ConnectControls()
 void FrmNewLoc::OnLoad()
 {
     Refresh();
-    if (!InternetClass(Outside(), ServiceAddresses::Probe(Siblings().Main().Settings)).VerifyConnectivity()) {
+    if (!InternetClass(Outside(), ServiceAddresses::Probe(Variables().Settings)).VerifyConnectivity()) {
         SayAndUnload(QStringLiteral(
             "You must be connected to the Internet to add locations.  Please check your connection."));
         return;
     }
-    const std::unique_ptr<SimpleXML> states = Request(ServiceRequests::GetStates(Siblings().Main().Settings));
+    const std::unique_ptr<SimpleXML> states = Request(ServiceRequests::GetStates(Variables().Settings));
     if (!IsLoaded()) {
         return;
     }
@@ -107,15 +106,14 @@ void FrmNewLoc::OnLoad()
 void FrmNewLoc::OnUnload()
 {
     Timer1->SetEnabled(false);
-    MainForm& main = Siblings().Main();
     Form* const location = Siblings().Loaded(FrmLocation::kName);
     if (location == nullptr) {
         // Touching the list would bring it back.
-        ReturnToMain(main);
+        ReturnToMain(Siblings());
         return;
     }
     location->Enable(true);
-    main.ActiveForm = location->Name();
+    Variables().ActiveForm = location->Name();
     if (location->isVisible()) {
         location->SetFocus();
     }
@@ -195,7 +193,7 @@ void FrmNewLoc::LookUpZipCode()
 void FrmNewLoc::SearchZipCode()
 {
     const std::unique_ptr<SimpleXML> cities =
-        Request(ServiceRequests::GetUsCanCity(Siblings().Main().Settings, m_controls.TxtZipCode->Text()));
+        Request(ServiceRequests::GetUsCanCity(Variables().Settings, m_controls.TxtZipCode->Text()));
     if (!IsLoaded()) {
         return;
     }
@@ -231,16 +229,16 @@ void FrmNewLoc::SearchCity()
         return;
     }
     const QString stateId = CombStateID.at(row);
-    const std::unique_ptr<SimpleXML> count = Request(ServiceRequests::GetNumMatchingCities(
-        Siblings().Main().Settings, stateId, m_controls.TxtCity->Text()));
+    const std::unique_ptr<SimpleXML> count = Request(
+        ServiceRequests::GetNumMatchingCities(Variables().Settings, stateId, m_controls.TxtCity->Text()));
     // Without a count the list is asked for all the same.
     if (!IsLoaded() || (count && !WantsMatches(*count)) || !IsLoaded()) {
         return;
     }
     // The user may have asked for all of a long list: the first ones are more than nothing.
-    const std::unique_ptr<SimpleXML> cities = Request(
-        ServiceRequests::GetMatchingCities(Siblings().Main().Settings, stateId, m_controls.TxtCity->Text()),
-        kMostListed, Surplus::kIsCut);
+    const std::unique_ptr<SimpleXML> cities =
+        Request(ServiceRequests::GetMatchingCities(Variables().Settings, stateId, m_controls.TxtCity->Text()),
+                kMostListed, Surplus::kIsCut);
     if (IsLoaded() && cities) {
         FillResults(*cities);
     }
@@ -291,7 +289,7 @@ void FrmNewLoc::FetchAndStore(const QString& atlasId)
     // The service sends one place. Each is looked for among all that are stored, and saved for itself.
     constexpr int kMostPlaces = 100;
     const std::unique_ptr<SimpleXML> places =
-        Request(ServiceRequests::GetCityInfo(Siblings().Main().Settings, atlasId), kMostPlaces);
+        Request(ServiceRequests::GetCityInfo(Variables().Settings, atlasId), kMostPlaces);
     if (!IsLoaded()) {
         return;
     }

@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/ReturnToMain.h"
 
-#include "forms/MainForm.h"
+#include "forms/Forms.h"
 
-void ReturnToMain(MainForm& main)
+void ReturnToMain(Forms& forms)
 {
+    MainForm& main = forms.Main();
     main.Enable(true);
     main.TakeFocus();
-    main.ActiveForm = QStringLiteral("FrmMain");
+    forms.Variables().ActiveForm = QStringLiteral("FrmMain");
 }

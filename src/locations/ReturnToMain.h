@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class MainForm;
+class Forms;
 
 /// Makes the main window the one with the user's attention again.
-void ReturnToMain(MainForm& main);
+void ReturnToMain(Forms& forms);

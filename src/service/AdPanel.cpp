@@ -39,26 +39,26 @@ QString Decoded(const QString& ad)
 
 } // namespace
 
-AdPanel::AdPanel(const Platform& platform, Form& window, MainForm& main)
-    : m_platform(platform)
-    , m_window(window)
-    , m_main(main)
-    , m_webAd(new WebAd(platform.http, &window))
+AdPanel::AdPanel(Form& window)
+    : m_window(window)
+    , m_platform(window.Outside())
+    , m_variables(window.Variables())
+    , m_webAd(new WebAd(m_platform.http, &window))
 {
     m_webAd->setGeometry(TwipsRect(1920, 4080, 7020, 900));
     m_webAd->OnLink(
         [this](const QString& address) { m_window.Handle([&] { m_platform.browser.Open(address); }); });
 }
 
-void AdPanel::RefreshAd(const bool& fetch)
+void AdPanel::RefreshAd(bool fetch)
 {
     try {
         Refresh(fetch);
     } catch (const RuntimeError& error) {
-        if (m_main.DebugMode) {
+        if (m_variables.DebugMode) {
             m_platform.boxes.Show(
                 QStringLiteral("%1 %2 on %3")
-                    .arg(error.Description(), QString::number(error.Number()), m_main.ActiveForm));
+                    .arg(error.Description(), QString::number(error.Number()), m_variables.ActiveForm));
         }
     }
 }
@@ -67,13 +67,13 @@ void AdPanel::Refresh(bool fetch)
 {
     // Also when nothing is to be fetched: the probe comes first, whatever it is good for.
     const bool isReached =
-        InternetClass(m_platform, ServiceAddresses::Probe(m_main.Settings)).VerifyConnectivity();
+        InternetClass(m_platform, ServiceAddresses::Probe(m_variables.Settings)).VerifyConnectivity();
     QString ad = fetch && isReached ? FetchedAd() : QString();
     if (!m_window.IsLoaded()) {
         return;
     }
     if (ad.isEmpty()) {
-        ad = m_main.Settings.DefaultAdText;
+        ad = m_variables.Settings.DefaultAdText;
     }
     const QString html = QStringLiteral("<html>") + Decoded(ad) + QStringLiteral("</html>");
     m_webAd->Navigate(m_platform.files, WritePage(html));
@@ -82,8 +82,8 @@ void AdPanel::Refresh(bool fetch)
 QString AdPanel::FetchedAd()
 {
     SimpleXML document(m_platform);
-    m_main.Connected = document.Load(ServiceRequests::GetAd(m_main.Settings));
-    if (!m_main.Connected) {
+    m_variables.Connected = document.Load(ServiceRequests::GetAd(m_variables.Settings));
+    if (!m_variables.Connected) {
         return {};
     }
     const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
@@ -92,7 +92,7 @@ QString AdPanel::FetchedAd()
     }
     reply->SetCurrentPath(reply->GetRootName());
     QString ad = reply->GetAttribute(QStringLiteral("ad_url"), kRoot);
-    m_main.AdTimer = SecondsOf(reply->GetAttribute(QStringLiteral("wait_time"), kRoot));
+    m_variables.AdTimer = SecondsOf(reply->GetAttribute(QStringLiteral("wait_time"), kRoot));
     return ad;
 }
 

@@ -5,8 +5,8 @@
 #include <QString>
 
 class Form;
-class MainForm;
 class WebAd;
+struct MainVariables;
 struct Platform;
 
 /// The strip at the bottom of the main window: asks the service for an ad, writes it as a page and shows the
@@ -15,13 +15,12 @@ class AdPanel final
 {
 public:
     /// Puts the strip into @p window, which is the main window.
-    AdPanel(const Platform& platform, Form& window, MainForm& main);
+    explicit AdPanel(Form& window);
 
     /// Shows an ad of the service if @p fetch is true and the network is there, otherwise the default one.
     /// Sets Connected and AdTimer of the main window from the service's reply. Any failure ends it without a
     /// word, and the strip keeps what it had. May run inside itself, while it waits for the reply.
-    /// @param fetch may be the main window's own Connected
-    void RefreshAd(const bool& fetch);
+    void RefreshAd(bool fetch);
 
 private:
     void Refresh(bool fetch);
@@ -31,8 +30,8 @@ private:
     /// The page's file.
     [[nodiscard]] QString WritePage(const QString& html) const;
 
-    const Platform& m_platform;
     Form& m_window;
-    MainForm& m_main;
+    const Platform& m_platform;
+    MainVariables& m_variables;
     WebAd* m_webAd = nullptr;
 };

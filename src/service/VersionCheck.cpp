@@ -29,18 +29,18 @@ const QString kVersion = QStringLiteral("//root//app//version");
 
 } // namespace
 
-VersionCheck::VersionCheck(const Platform& platform, const Form& window, const MainForm& main)
-    : m_platform(platform)
-    , m_window(window)
-    , m_main(main)
+VersionCheck::VersionCheck(const Form& window)
+    : m_window(window)
+    , m_platform(window.Outside())
+    , m_configuration(window.Variables().Settings)
 {
 }
 
-void VersionCheck::CheckNewVersion(const bool& check)
+void VersionCheck::CheckNewVersion(bool check)
 {
     try {
         if (check &&
-            InternetClass(m_platform, ServiceAddresses::Probe(m_main.Settings)).VerifyConnectivity()) {
+            InternetClass(m_platform, ServiceAddresses::Probe(m_configuration)).VerifyConnectivity()) {
             Check();
         }
     } catch (const RuntimeError&) {
@@ -55,7 +55,7 @@ void VersionCheck::Check()
     // shows when something is written to it.
     settings.Load(kSettingsFile);
     SimpleXML document(m_platform);
-    document.Load(ServiceRequests::Version(m_main.Settings));
+    document.Load(ServiceRequests::Version(m_configuration));
     const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
     if (!m_window.IsLoaded() || reply == nullptr) {
         return;

@@ -3,8 +3,8 @@
 #pragma once
 
 class Form;
-class MainForm;
 class SimpleXML;
+struct Configuration;
 struct Platform;
 
 /// Offers another version of the program, once at each start.
@@ -12,12 +12,12 @@ class VersionCheck final
 {
 public:
     /// @param window the main window; nothing more happens once it is unloaded
-    VersionCheck(const Platform& platform, const Form& window, const MainForm& main);
+    explicit VersionCheck(const Form& window);
 
     /// Asks the service if @p check is true and the network is there, and asks the user if the service has
     /// another version. Yes opens the download and ends the program; No silences the question for fourteen
     /// days. Any failure ends it without a word.
-    void CheckNewVersion(const bool& check);
+    void CheckNewVersion(bool check);
 
 private:
     void Check();
@@ -25,7 +25,7 @@ private:
     [[nodiscard]] bool IsSilenced(const SimpleXML& settings) const;
     void Offer(SimpleXML& settings, const SimpleXML& reply);
 
-    const Platform& m_platform;
     const Form& m_window;
-    const MainForm& m_main;
+    const Platform& m_platform;
+    const Configuration& m_configuration;
 };

@@ -6,7 +6,6 @@
 #include "forms/Areas.h"
 #include "forms/Forms.h"
 #include "forms/Layout.h"
-#include "forms/MainForm.h"
 
 #include <QFrame>
 
@@ -48,7 +47,7 @@ void FrmAlerts::OnUnload()
         main.Enable(true);
         main.UpdateEverything();
         main.TakeFocus();
-        main.ActiveForm = QStringLiteral("FrmMain");
+        Variables().ActiveForm = QStringLiteral("FrmMain");
     });
 }
 

@@ -3,7 +3,6 @@
 #include "settings_dialog/MobileSignup.h"
 
 #include "forms/Forms.h"
-#include "forms/MainForm.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
@@ -46,7 +45,7 @@ MobileSignup::MobileSignup(Forms& forms)
 
 QString MobileSignup::Address() const
 {
-    return ServiceAddresses::Signup(m_forms.Main().Settings);
+    return ServiceAddresses::Signup(m_forms.Variables().Settings);
 }
 
 void MobileSignup::Register(const MobileDevice& device)
@@ -69,7 +68,7 @@ void MobileSignup::Reset()
 void MobileSignup::SignUp(const MobileDevice& device)
 {
     SimpleXML document(m_forms.Outside());
-    if (!InternetClass(m_forms.Outside(), ServiceAddresses::Probe(m_forms.Main().Settings))
+    if (!InternetClass(m_forms.Outside(), ServiceAddresses::Probe(m_forms.Variables().Settings))
              .VerifyConnectivity() ||
         !Fetch(document, device.personalCode)) {
         Say(kNotConnected);
@@ -93,7 +92,7 @@ bool MobileSignup::Fetch(SimpleXML& reply, const QString& personalCode)
     m_isUnderWay = true;
     m_isReset = false;
     const auto end = qScopeGuard([this] { m_isUnderWay = false; });
-    return reply.Load(ServiceRequests::ConfirmSignup(m_forms.Main().Settings, personalCode));
+    return reply.Load(ServiceRequests::ConfirmSignup(m_forms.Variables().Settings, personalCode));
 }
 
 void MobileSignup::Store(const MobileDevice& device, const QString& result)

@@ -29,13 +29,13 @@ class AlertSecondsAdvance : public AlertSecondsTest, public testing::WithParamIn
 
 TEST_P(AlertSecondsAdvance, popup_goesAtItsTick)
 {
-    main->Settings.AdvAlertMinutes = GetParam().minutes;
+    main->Variables().Settings.AdvAlertMinutes = GetParam().minutes;
     dispatch.AdvAlarm(9);
     ASSERT_TRUE(PassSeconds(GetParam().ticks - 1));
     EXPECT_TRUE(PopupIsUp());
     ASSERT_TRUE(PassSeconds(1));
     EXPECT_FALSE(PopupIsUp());
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
 }
 
 const AdvanceRow kAdvanceRows[] = {
@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Minutes, AlertSecondsAdvance, testing::ValuesIn(kAdvanc
 TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverflow)
 {
     for (const int minutes : {548, 600, 32767, -546, -32768}) {
-        main->Settings.AdvAlertMinutes = static_cast<std::int16_t>(minutes);
+        main->Variables().Settings.AdvAlertMinutes = static_cast<std::int16_t>(minutes);
         try {
             dispatch.AdvAlarm(9);
             ADD_FAILURE() << minutes;
@@ -57,7 +57,7 @@ TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverfl
         }
         EXPECT_NE(Popup(), nullptr) << "the seconds are computed when the popup is loaded";
         EXPECT_FALSE(PopupIsUp());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
         EXPECT_TRUE(main->isEnabled());
         forms.Unload(FrmPopup::kName);
     }
@@ -65,7 +65,7 @@ TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverfl
 
 TEST_F(AlertSecondsTest, overflow_isAnErrorOfTheTick)
 {
-    main->Settings.AdvAlertMinutes = 548;
+    main->Variables().Settings.AdvAlertMinutes = 548;
     SetUpTimer(-1);
     TickAt(9, 34); // 548 minutes before 18:42
     ASSERT_EQ(platform.boxes.boxes.size(), 1U);
@@ -125,7 +125,7 @@ TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_withoutAPopupBothRun)
 
 TEST_F(AlertSecondsTest, warningOfZeroMinutes_isDroppedByTheAlarmsPopup)
 {
-    main->Settings.AdvAlertMinutes = 0;
+    main->Variables().Settings.AdvAlertMinutes = 0;
     SetUpTimer(-1);
     TickAt(18, 42);
     EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
@@ -143,12 +143,12 @@ TEST_F(AlertSecondsTest, ignoredSlot_hidesThePrayerThatSharesItsMinute)
 TEST_F(AlertSecondsTest, equalAsrMinutes_underHanafiFireNothing)
 {
     calculation.slots_[5] = 1000;
-    main->Settings.AsrMethod = QStringLiteral("hanafi");
+    main->Variables().Settings.AsrMethod = QStringLiteral("hanafi");
     SetAlertsAttribute(QStringLiteral("asrMethode"), QStringLiteral("hanafi"));
     SetUpTimer(0);
     TickAt(16, 40);
     EXPECT_FALSE(PopupIsUp());
-    main->Settings.AsrMethod = QStringLiteral("shafi");
+    main->Variables().Settings.AsrMethod = QStringLiteral("shafi");
     TickAt(16, 40);
     EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nAsr (Shafi): 16:40"));
 }

@@ -6,36 +6,30 @@
 #include "alerts/FrmPopup.h"
 #include "engine/PTimer.h"
 #include "fakes/FakeCalculation.h"
+#include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
-#include "forms/Forms.h"
-#include "forms/MainForm.h"
 
 #include <QLabel>
 #include <QRegularExpression>
+#include <QUrlQuery>
 
 #include <gtest/gtest.h>
 
-/// A main window of which alerts see no more than they may.
-class StubMain final : public Form, public MainForm
+/// A main window that notes what alerts ask of it.
+class NotingMain final : public FakeMain
 {
     Q_OBJECT
 
 public:
-    explicit StubMain(Forms& forms)
-        : Form(forms, QStringLiteral("FrmMain"), Qt::Window)
-    {
-        resize(602, 423);
-        forms.SetMain(*this);
-        ActiveForm = Name();
-    }
-    int UpdateEverything() override { return 1; }
-    void PopLocation() override {}
-    void PopPrayerFrame() override {}
-    void Enable(bool enabled) override { setEnabled(enabled); }
+    using FakeMain::FakeMain;
+
     void TakeFocus() override { ++focusTaken; }
+    void EnableStopLink() override { note(QStringLiteral("link")); }
+    void RefreshAd() override { note(QStringLiteral("ad")); }
 
     int focusTaken = 0;
+    std::function<void(const QString&)> note;
 };
 
 /// The alert handlers under a scheduler whose slots and clock a test sets.
@@ -44,12 +38,14 @@ class AlertsFixture : public testing::Test
 protected:
     AlertsFixture()
     {
-        forms.Register(QStringLiteral("FrmMain"), [this] { return std::make_unique<StubMain>(forms); });
+        forms.Register(QStringLiteral("FrmMain"), [this] { return std::make_unique<NotingMain>(forms); });
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        main = static_cast<StubMain*>(&forms.Touch(QStringLiteral("FrmMain")));
-        main->Settings.AsrMethod = QStringLiteral("shafi");
-        main->Settings.HourMode = QStringLiteral("24");
-        main->Settings.AdvAlertMinutes = 10;
+        main = static_cast<NotingMain*>(&forms.Touch(QStringLiteral("FrmMain")));
+        main->note = [this](const QString& what) { Note(what); };
+        platform.http.onRequest = [this](const QString& url) { NoteRequest(url); };
+        main->Variables().Settings.AsrMethod = QStringLiteral("shafi");
+        main->Variables().Settings.HourMode = QStringLiteral("24");
+        main->Variables().Settings.AdvAlertMinutes = 10;
         timer.events.Alarm = [this](std::int16_t id) { dispatch.Alarm(id); };
         timer.events.AdvAlarm = [this](std::int16_t id) { dispatch.AdvAlarm(id); };
         SetUpTimer(0);
@@ -58,7 +54,8 @@ protected:
 
     void SetUpTimer(std::int16_t useAdvWarn)
     {
-        timer.SetupPTimer(4185, -8765, -6, 0, -1500, -1500, useAdvWarn, main->Settings.AdvAlertMinutes, -1);
+        timer.SetupPTimer(4185, -8765, -6, 0, -1500, -1500, useAdvWarn,
+                          main->Variables().Settings.AdvAlertMinutes, -1);
         timer.StartTimer();
     }
 
@@ -124,28 +121,19 @@ protected:
     Forms forms{platform.doors};
     PTimer timer{platform.doors, calculation};
     QStringList log;
-    StubMain* main = nullptr;
+    NotingMain* main = nullptr;
     QString settings = SettingsText();
-    AlertDispatch dispatch{forms, timer, Hooks()};
+    AlertDispatch dispatch{forms, timer};
 
 private:
-    [[nodiscard]] AlertHooks Hooks()
+    void Note(const QString& what) { log << std::exchange(platform.player.log, {}) << what; }
+    void NoteRequest(const QString& url)
     {
-        AlertHooks hooks;
-        hooks.PrayerCall = [this](int pno, const QString& alertType, const QString& ma, const QString& time) {
-            log << (PopupIsUp() ? QStringLiteral("popup ") + TextOf("Label1") : QStringLiteral("no popup"))
-                << QStringLiteral("request %1 %2 %3 %4").arg(QString::number(pno), alertType, ma, time);
-            platform.player.log.clear();
-            return QStringLiteral("http://service/prayerCall.pl");
-        };
-        hooks.EnableStopLink = [this](bool enabled) {
-            log << platform.player.log << QStringLiteral("link %1").arg(enabled);
-            platform.player.log.clear();
-        };
-        hooks.RefreshAd = [this](bool fetch) {
-            log << platform.player.log << QStringLiteral("ad %1").arg(fetch);
-            platform.player.log.clear();
-        };
-        return hooks;
+        const QUrlQuery query{QUrl(url)};
+        const auto value = [&query](const char* name) { return query.queryItemValue(QLatin1String(name)); };
+        log << (PopupIsUp() ? QStringLiteral("popup ") + TextOf("Label1") : QStringLiteral("no popup"))
+            << QStringLiteral("request %1 %2 %3 %4")
+                   .arg(value("pno"), value("alert_type"), value("ma"), value("time"));
+        platform.player.log.clear();
     }
 };

@@ -30,7 +30,7 @@ protected:
     void ExpectMainIsFree() const
     {
         EXPECT_TRUE(main->isEnabled());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
     }
 };
 
@@ -104,7 +104,7 @@ TEST_F(FrmPopupTest, showPopup_takesOver)
     EXPECT_TRUE(Popup()->isEnabled());
     EXPECT_FALSE(Popup()->isModal());
     EXPECT_FALSE(main->isEnabled());
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmPopup"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmPopup"));
     EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
     EXPECT_EQ(TextOf("LblCurrTime"), QString()) << "filled by the first tick";
     ASSERT_NE(PopupTimer(), nullptr);
@@ -156,7 +156,7 @@ class FrmPopupClock : public FrmPopupTest, public testing::WithParamInterface<Cl
 
 TEST_P(FrmPopupClock, tick_showsTheTime)
 {
-    main->Settings.HourMode = QStringLiteral("24");
+    main->Variables().Settings.HourMode = QStringLiteral("24");
     ShowPopup();
     platform.clock.now.setTime(GetParam().time);
     ASSERT_TRUE(PassSeconds(1));

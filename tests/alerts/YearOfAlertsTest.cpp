@@ -142,9 +142,9 @@ protected:
                           .arg(Word(year.enabled.contains(element)), Word(year.popups)));
         }
         const QString asr = QString::fromLatin1(year.asrMethode);
-        main->Settings.AsrMethod = asr;
+        main->Variables().Settings.AsrMethod = asr;
         SetAlertsAttribute(QStringLiteral("asrMethode"), asr);
-        main->Settings.AdvAlertMinutes = static_cast<std::int16_t>(year.advance);
+        main->Variables().Settings.AdvAlertMinutes = static_cast<std::int16_t>(year.advance);
         realTimer.events.Alarm = [this](std::int16_t id) { OnAlarm(id); };
         realTimer.events.AdvAlarm = [this](std::int16_t id) { OnAdvAlarm(id); };
     }
@@ -161,7 +161,7 @@ protected:
         if (!log.isEmpty()) {
             happened << QStringLiteral("%1 alarm %2").arg(now).arg(slot);
             EXPECT_EQ(PopupIsUp(), GetParam().popups);
-            EXPECT_EQ(log, QStringList{QStringLiteral("request")});
+            EXPECT_EQ(log.filter(QStringLiteral("request")).size(), 1);
         }
     }
     void OnAdvAlarm(std::int16_t slot)
@@ -204,21 +204,11 @@ protected:
 
     CalculationLibrary library{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
     PTimer realTimer{platform.doors, library};
-    AlertDispatch realDispatch{forms, realTimer, RequestHook()};
+    AlertDispatch realDispatch{forms, realTimer};
     QStringList happened;
     qint64 now = 0;
 
 private:
-    [[nodiscard]] AlertHooks RequestHook()
-    {
-        AlertHooks hooks;
-        hooks.PrayerCall = [this](int, const QString&, const QString&, const QString&) {
-            log << QStringLiteral("request");
-            return QStringLiteral("http://service/prayerCall.pl");
-        };
-        return hooks;
-    }
-
     int m_secondsUp = 0;
 };
 

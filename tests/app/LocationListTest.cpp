@@ -30,7 +30,7 @@ TEST_F(LocationListTest, wholeFile_listIsUpOverTheDisabledMainWindow)
     EXPECT_TRUE(OpenedList()->isVisible() && OpenedList()->isEnabled());
     EXPECT_FALSE(main.isEnabled());
     EXPECT_EQ(Link(main).foregroundRole(), QPalette::Link) << "grey is only what is disabled itself";
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmLocation"));
+    EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmLocation"));
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0);
 }

@@ -4,13 +4,19 @@
 
 #include "app/MainControls.h"
 #include "fakes/Desk.h"
+#include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
-#include "forms/Forms.h"
+#include "fakes/PlainWindow.h"
+#include "fakes/SettingsFile.h"
+#include "forms/Boxes.h"
 #include "forms/LinkLabel.h"
-#include "forms/MainForm.h"
+#include "locations/FrmLocation.h"
 #include "service/ServiceRequests.h"
+#include "settings_dialog/FrmAlerts.h"
+#include "settings_dialog/MobileSignup.h"
 #include "support/RuntimeError.h"
 
+#include <QApplication>
 #include <QGroupBox>
 #include <QLabel>
 
@@ -18,21 +24,16 @@
 
 namespace {
 
-class StandInMain final : public Form, public MainForm
+/// A main window of its controls alone.
+class ControlsMain final : public FakeMain
 {
 public:
-    explicit StandInMain(Forms& forms)
-        : Form(forms, QStringLiteral("FrmMain"), Qt::Window)
+    explicit ControlsMain(Forms& forms)
+        : FakeMain(forms)
         , controls(*this)
     {
         setFixedSize(602, 423);
-        ActiveForm = Name();
     }
-    int UpdateEverything() override { return 1; }
-    void PopLocation() override {}
-    void PopPrayerFrame() override {}
-    void Enable(bool enabled) override { setEnabled(enabled); }
-    void TakeFocus() override {}
 
     MainControls controls;
 };
@@ -42,11 +43,21 @@ class MainLinksTest : public testing::Test
 protected:
     MainLinksTest()
     {
-        window.Settings.PID = QStringLiteral("P-77");
+        WriteSettings();
+        forms.Register(FrmAlerts::kName, [this] {
+            Opens(FrmAlerts::kName);
+            return std::make_unique<FrmAlerts>(forms, signup);
+        });
+        forms.Register(FrmLocation::kName, [this] {
+            Opens(FrmLocation::kName);
+            return std::make_unique<PlainWindow>(forms, FrmLocation::kName);
+        });
+        window.Variables().Settings.PID = QStringLiteral("P-77");
         window.show();
         // Away from where the last test left the mouse: a move to the same place is none.
         Desk::MoveTo(window, {600, 420});
     }
+    ~MainLinksTest() override { Desk::Settle(); }
 
     [[nodiscard]] LinkLabel& Link(const char* name)
     {
@@ -56,28 +67,14 @@ protected:
     }
     [[nodiscard]] Qt::CursorShape Pointer() const { return window.cursor().shape(); }
 
-    MainLinks::Dialogs Recorded()
+    [[nodiscard]] FrmAlerts* Dialog() const
     {
-        const auto record = [this](const QString& what, const QString& failure) {
-            log << what;
-            traces << window.TraceLoc;
-            wasWindowEnabled = window.isEnabled();
-            disabledMeanwhile.clear();
-            for (const auto* link : window.findChildren<LinkLabel*>()) {
-                if (!link->isEnabledTo(&window)) {
-                    disabledMeanwhile << link->objectName();
-                }
-            }
-            if (failure == what) {
-                throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("nothing there"));
-            }
-        };
-        return {[=, this] { record(QStringLiteral("ShowAlerts"), failsAt); },
-                [=, this](std::int16_t tab) {
-                    record(QStringLiteral("SelectTab %1").arg(tab), failsAt);
-                    return !closesItself;
-                },
-                [=, this] { record(QStringLiteral("ShowLocation"), failsAt); }};
+        return static_cast<FrmAlerts*>(forms.Loaded(FrmAlerts::kName));
+    }
+    [[nodiscard]] QString DialogText(const char* label) const
+    {
+        const auto* const found = Dialog()->findChild<QLabel*>(QLatin1String(label));
+        return found->isVisible() ? found->text() : QStringLiteral("(hidden)");
     }
 
     [[nodiscard]] static FakeMessageBoxes::Box FatalBox(int number)
@@ -88,22 +85,35 @@ protected:
 
     FakePlatform platform;
     Forms forms{platform.doors};
-    StandInMain window{forms};
-    MainLinks links{window, window, window.controls, Recorded()};
-    QString failsAt;
-    /// As the dialog does over settings that it can't show.
-    bool closesItself = false;
-    QStringList log;
-    QStringList traces;
+    MobileSignup signup{forms};
+    ControlsMain window{forms};
+    MainLinks links{window, window.controls};
+    /// Neither dialog can be made.
+    bool fails = false;
+    QStringList opened;
     QStringList disabledMeanwhile;
     bool wasWindowEnabled = false;
+
+private:
+    void Opens(const QString& name)
+    {
+        opened << name;
+        wasWindowEnabled = window.isEnabled();
+        for (const auto* link : window.findChildren<LinkLabel*>()) {
+            if (!link->isEnabledTo(&window)) {
+                disabledMeanwhile << link->objectName();
+            }
+        }
+        if (fails) {
+            throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("nothing there"));
+        }
+    }
 };
 
 struct PrayerLink
 {
     const char* name;
     const char* caption;
-    int tab;
 };
 
 class PrayerLinkTest : public MainLinksTest, public testing::WithParamInterface<PrayerLink>
@@ -115,111 +125,100 @@ TEST_P(PrayerLinkTest, click_opensTheDialogAtItsTab)
     LinkLabel& link = Link(GetParam().name);
     EXPECT_EQ(link.text(), QLatin1String(GetParam().caption));
     Desk::Click(link);
-    EXPECT_EQ(log, (QStringList{QStringLiteral("ShowAlerts"), QStringLiteral("SelectTab 1"),
-                                QStringLiteral("SelectTab %1").arg(GetParam().tab)}));
+    ASSERT_NE(Dialog(), nullptr);
+    EXPECT_TRUE(Dialog()->isVisible());
+    EXPECT_EQ(DialogText("LblPrayerName") + u':', link.text());
+    EXPECT_TRUE(Dialog()->findChild<CheckBox*>(QStringLiteral("ChkSilAlert"))->isChecked())
+        << "the first page has loaded the settings";
     EXPECT_TRUE(disabledMeanwhile.contains(QLatin1String(GetParam().name)));
     EXPECT_TRUE(link.isEnabled());
     EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmAlerts"));
-    EXPECT_EQ(window.TraceLoc, QStringLiteral("FrmMain - LblAlertsLink_Click 5"));
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
+    EXPECT_EQ(window.Variables().TraceLoc, QStringLiteral("FrmMain - LblAlertsLink_Click 5"));
     EXPECT_TRUE(window.isEnabled()) << "the settings dialog leaves the main window usable";
 }
 
 TEST_P(PrayerLinkTest, dialogThatFailsToOpen_endsAndSelectsNoTab)
 {
-    failsAt = QStringLiteral("ShowAlerts");
+    fails = true;
     Desk::Click(Link(GetParam().name));
-    EXPECT_EQ(log, QStringList{QStringLiteral("ShowAlerts")});
+    EXPECT_EQ(opened, QStringList{FrmAlerts::kName}) << "once";
     EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(4)});
     EXPECT_EQ(platform.process.ended, 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, PrayerLinkTest,
-    testing::Values(PrayerLink{"LblFarjLink", "Fajr:", 3}, PrayerLink{"LblShuruqLink", "Shuruq:", 4},
-                    PrayerLink{"LblDuhrLink", "Duhr:", 5}, PrayerLink{"LblAsrLink", "Asr:", 6},
-                    PrayerLink{"LblMaghribLink", "Maghrib:", 7}, PrayerLink{"LblIshaLink", "Isha:", 8}),
-    [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(All, PrayerLinkTest,
+                         testing::Values(PrayerLink{"LblFarjLink", "Fajr:"},
+                                         PrayerLink{"LblShuruqLink", "Shuruq:"},
+                                         PrayerLink{"LblDuhrLink", "Duhr:"}, PrayerLink{"LblAsrLink", "Asr:"},
+                                         PrayerLink{"LblMaghribLink", "Maghrib:"},
+                                         PrayerLink{"LblIshaLink", "Isha:"}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(MainLinksTest, prayerLink_tabThatFails_isNoFailureOfTheOpening)
-{
-    failsAt = QStringLiteral("SelectTab 6");
-    Desk::Click(Link("LblAsrLink"));
-    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
-    EXPECT_EQ(platform.boxes.boxes.front(),
-              (FakeMessageBoxes::Box{QStringLiteral("Run-time error '91':\r\n\r\nnothing there"),
-                                     QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
-    EXPECT_EQ(platform.process.ended, 1);
-}
-
-TEST_F(MainLinksTest, alertsLink_tracesEachStep)
+TEST_F(MainLinksTest, alertsLink_opensTheFirstPage)
 {
     Desk::Click(Link("LblAlertsLink"));
-    EXPECT_EQ(log, (QStringList{QStringLiteral("ShowAlerts"), QStringLiteral("SelectTab 1")}));
-    EXPECT_EQ(traces, (QStringList{QStringLiteral("FrmMain - LblAlertsLink_Click 2"),
-                                   QStringLiteral("FrmMain - LblAlertsLink_Click 3")}));
-    EXPECT_EQ(window.TraceLoc, QStringLiteral("FrmMain - LblAlertsLink_Click 5"));
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmAlerts"));
+    ASSERT_NE(Dialog(), nullptr);
+    EXPECT_TRUE(Dialog()->findChild<QWidget*>(QStringLiteral("FrmGeneral"))->isVisible());
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
     EXPECT_EQ(disabledMeanwhile,
               (QStringList{QStringLiteral("LblAlertsLink"), QStringLiteral("LblStopLink")}));
     EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
 }
 
-TEST_F(MainLinksTest, alertsLink_isDisabledInItsFirstStep_enabledInItsLast)
+TEST_F(MainLinksTest, alertsLink_tracesItsSteps)
 {
-    class EnabledWatch final : public QObject
+    // The label is disabled and enabled again, the dialog shown, and its first page hidden to be filled.
+    class Watch final : public QObject
     {
     public:
-        explicit EnabledWatch(const MainForm& main)
-            : m_main(main)
+        explicit Watch(const MainVariables& variables)
+            : m_variables(variables)
         {
+            qApp->installEventFilter(this);
         }
-        bool eventFilter(QObject* /*watched*/, QEvent* event) override
+        bool eventFilter(QObject* watched, QEvent* event) override
         {
-            if (event->type() == QEvent::EnabledChange) {
-                traces << m_main.TraceLoc;
+            const QString name = watched->objectName();
+            if ((event->type() == QEvent::EnabledChange && name == u"LblAlertsLink") ||
+                (event->type() == QEvent::Show && name == FrmAlerts::kName) ||
+                (event->type() == QEvent::Hide && name == u"FrmGeneral")) {
+                traces << m_variables.TraceLoc;
             }
             return false;
         }
         QStringList traces;
 
     private:
-        const MainForm& m_main;
-    } watch(window);
-    Link("LblAlertsLink").installEventFilter(&watch);
+        const MainVariables& m_variables;
+    } watch(window.Variables());
     Desk::Click(Link("LblAlertsLink"));
-    EXPECT_EQ(watch.traces, (QStringList{QStringLiteral("FrmMain - LblAlertsLink_Click 0"),
-                                         QStringLiteral("FrmMain - LblAlertsLink_Click 5")}));
+    QStringList expected;
+    for (const int step : {0, 2, 3, 5}) {
+        expected << QStringLiteral("FrmMain - LblAlertsLink_Click %1").arg(step);
+    }
+    EXPECT_EQ(watch.traces, expected);
 }
 
-TEST_F(MainLinksTest, alertsLink_failures_leaveTheLastStepAndEnd)
+TEST_F(MainLinksTest, alertsLink_failure_leavesItsStepAndEnds)
 {
-    const struct
-    {
-        const char* failsAt;
-        const char* trace;
-    } rows[] = {{"ShowAlerts", "FrmMain - LblAlertsLink_Click 2"},
-                {"SelectTab 1", "FrmMain - LblAlertsLink_Click 3"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.failsAt);
-        failsAt = QLatin1String(row.failsAt);
-        platform.boxes.boxes.clear();
-        platform.process.ended = 0;
-        EXPECT_FALSE(links.ClickLblAlertsLink());
-        EXPECT_EQ(window.TraceLoc, QLatin1String(row.trace));
-        EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(4)});
-        EXPECT_EQ(platform.process.ended, 1);
-        EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
-    }
+    fails = true;
+    EXPECT_FALSE(links.ClickLblAlertsLink());
+    EXPECT_EQ(window.Variables().TraceLoc, QStringLiteral("FrmMain - LblAlertsLink_Click 2"));
+    EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(4)});
+    EXPECT_EQ(platform.process.ended, 1);
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
 }
 
 TEST_F(MainLinksTest, prayerLink_dialogThatClosesItself_leavesTheAttentionToTheMainWindow)
 {
-    closesItself = true;
+    WriteSettings(SettingsText().replace(QStringLiteral(R"(useAdvWarn="false" advWarn="10")"),
+                                         QStringLiteral(R"(useAdvWarn="true")")));
     Desk::Click(Link("LblAsrLink"));
-    EXPECT_EQ(log, (QStringList{QStringLiteral("ShowAlerts"), QStringLiteral("SelectTab 1")}))
+    EXPECT_EQ(opened, QStringList{FrmAlerts::kName})
         << "the closed dialog must not be brought back for its tab";
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain")) << "or every alert would be dropped";
+    EXPECT_EQ(Dialog(), nullptr);
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain")) << "or every alert would be dropped";
     EXPECT_TRUE(Link("LblAsrLink").isEnabled());
     EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
 }
@@ -227,29 +226,30 @@ TEST_F(MainLinksTest, prayerLink_dialogThatClosesItself_leavesTheAttentionToTheM
 TEST_F(MainLinksTest, locationLink_disablesTheWindowAndOpensTheList)
 {
     Desk::Click(Link("LblLocLink"));
-    EXPECT_EQ(log, QStringList{QStringLiteral("ShowLocation")});
+    EXPECT_TRUE(forms.Loaded(FrmLocation::kName)->isVisible());
+    EXPECT_EQ(opened, QStringList{FrmLocation::kName});
     EXPECT_TRUE(disabledMeanwhile.contains(QStringLiteral("LblLocLink")));
     EXPECT_FALSE(wasWindowEnabled) << "out of reach before the list opens";
     EXPECT_FALSE(window.isEnabled());
     EXPECT_TRUE(Link("LblLocLink").isEnabledTo(&window));
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmLocation"));
-    EXPECT_TRUE(window.TraceLoc.isEmpty()) << "only one link traces itself";
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmLocation"));
+    EXPECT_TRUE(window.Variables().TraceLoc.isEmpty()) << "only one link traces itself";
 }
 
 TEST_F(MainLinksTest, locationLink_calledAsARoutine_doesTheSame)
 {
     links.ClickLblLocLink();
-    EXPECT_EQ(log, QStringList{QStringLiteral("ShowLocation")});
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmLocation"));
+    EXPECT_EQ(opened, QStringList{FrmLocation::kName});
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmLocation"));
 }
 
 TEST_F(MainLinksTest, locationLink_failure_ends)
 {
-    failsAt = QStringLiteral("ShowLocation");
+    fails = true;
     Desk::Click(Link("LblLocLink"));
     EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(3)});
     EXPECT_EQ(platform.process.ended, 1);
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
 }
 
 TEST_F(MainLinksTest, webLinks_openTheirPages)
@@ -259,19 +259,19 @@ TEST_F(MainLinksTest, webLinks_openTheirPages)
         << platform.browser.opened.value(0).toStdString();
     EXPECT_TRUE(Link("LblGetMoreLink").isEnabled());
     Desk::Click(Link("LblHelp"));
-    EXPECT_EQ(platform.browser.opened.value(1), ServiceRequests::HelpPage(window.Settings));
+    EXPECT_EQ(platform.browser.opened.value(1), ServiceRequests::HelpPage(window.Variables().Settings));
     EXPECT_TRUE(platform.browser.opened.value(1).endsWith(QStringLiteral("/dbeacon/help.html")));
     EXPECT_TRUE(Link("LblHelp").isEnabled());
     Desk::Click(*window.controls.Picture2);
-    EXPECT_EQ(platform.browser.opened.value(2), ServiceRequests::HomePage(window.Settings));
+    EXPECT_EQ(platform.browser.opened.value(2), ServiceRequests::HomePage(window.Variables().Settings));
     EXPECT_TRUE(window.controls.Picture2->isEnabled());
     EXPECT_EQ(platform.browser.opened.size(), 3);
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
 }
 
 TEST_F(MainLinksTest, webLinks_serviceOfTheSettings_opensItsPages)
 {
-    window.Settings.ServiceText = QStringLiteral("https://times.example.org/beacon/");
+    window.Variables().Settings.ServiceText = QStringLiteral("https://times.example.org/beacon/");
     Desk::Click(Link("LblGetMoreLink"));
     Desk::Click(Link("LblHelp"));
     Desk::Click(*window.controls.Picture2);
@@ -313,7 +313,7 @@ TEST_F(MainLinksTest, doubleClick_opensOnePage)
 
 TEST_F(MainLinksTest, soundFiles_withoutIdentifier_openAllTheSame)
 {
-    window.Settings.PID.clear();
+    window.Variables().Settings.PID.clear();
     Desk::Click(Link("LblGetMoreLink"));
     EXPECT_TRUE(platform.browser.opened.value(0).endsWith(QStringLiteral("sound/sound.pl?prod_string=")));
 }
@@ -407,7 +407,7 @@ TEST_F(MainLinksTest, disabledWindow_takesNeitherMoveNorClick)
     EXPECT_EQ(Pointer(), Qt::PointingHandCursor);
     Desk::Click(Link("LblAlertsLink"));
     Desk::Click(*window.controls.Picture2);
-    EXPECT_TRUE(log.isEmpty());
+    EXPECT_TRUE(opened.isEmpty());
     EXPECT_TRUE(platform.browser.opened.isEmpty());
 }
 
@@ -417,7 +417,7 @@ TEST_F(MainLinksTest, keyboard_pressesALinkAndStaysOnIt)
     help.setFocus(Qt::TabFocusReason);
     ASSERT_EQ(window.focusWidget(), &help);
     QTest::keyClick(&help, Qt::Key_Return);
-    EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage(window.Settings)});
+    EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage(window.Variables().Settings)});
     EXPECT_EQ(window.focusWidget(), &help);
 }
 

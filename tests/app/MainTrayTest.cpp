@@ -104,7 +104,7 @@ TEST_F(MainTrayTest, open_ofADisabledWindow_bringsItBackDisabled_underItsDialog)
         EXPECT_TRUE(main.isVisible());
         EXPECT_FALSE(main.isMinimized());
         EXPECT_FALSE(main.isEnabled()) << "the dialog alone enables it again";
-        EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmLocation"));
+        EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmLocation"));
         EXPECT_EQ(QApplication::activeWindow(), &dialog);
     }
     EXPECT_TRUE(platform.boxes.boxes.empty());
@@ -133,7 +133,7 @@ TEST_F(MainTrayTest, close_removesTheIconOnce)
 TEST_F(MainTrayTest, debugMode_unloadLeavesTheIconAlone)
 {
     FrmMain& main = Start();
-    main.DebugMode = true;
+    main.Variables().DebugMode = true;
     main.close();
     Desk::Settle();
     EXPECT_EQ(platform.tray.removed, 0);

@@ -43,7 +43,7 @@ protected:
     {
         PlainWindow& dialog = Dialog(name);
         dialog.Show();
-        m_main->ActiveForm = QLatin1String(name);
+        m_main->Variables().ActiveForm = QLatin1String(name);
         Desk::Settle();
         dialog.focusRequests = 0;
         return dialog;

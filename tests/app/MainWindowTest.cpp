@@ -72,7 +72,7 @@ TEST_F(MainWindowTest, minimise_withoutAnIcon_staysOnTheTaskbar)
 TEST_F(MainWindowTest, minimise_inDebugMode_doesNothing)
 {
     FrmMain& main = Start();
-    main.DebugMode = true;
+    main.Variables().DebugMode = true;
     main.showMinimized();
     Desk::Settle();
     EXPECT_TRUE(main.isVisible());
@@ -172,7 +172,7 @@ TEST_P(DialogInFrontTest, dialogThatCannotTakeTheFocus_isLeftAlone)
         EXPECT_TRUE(platform.boxes.boxes.empty());
         EXPECT_EQ(platform.process.ended, 0);
         dialog.Unload();
-        main.ActiveForm = FrmMain::kName;
+        main.Variables().ActiveForm = FrmMain::kName;
         Desk::Settle();
     }
 }
@@ -190,7 +190,7 @@ TEST_P(DialogInFrontTest, otherFailure_endsWithItsBox)
 TEST_P(DialogInFrontTest, closedDialog_isNotBroughtBack)
 {
     FrmMain& main = Start();
-    main.ActiveForm = QLatin1String(GetParam());
+    main.Variables().ActiveForm = QLatin1String(GetParam());
     Activate(main);
     main.Refresh();
     Desk::Settle();
@@ -290,13 +290,13 @@ TEST_F(MainWindowTest, locationLink_opensAListThatTakesInput)
     PlainWindow& list = OpenDialog("FrmLocation");
     // As its search, still open, has left it.
     list.setEnabled(false);
-    main.ActiveForm = FrmMain::kName;
+    main.Variables().ActiveForm = FrmMain::kName;
     Activate(main);
     Desk::Click(*main.findChild<QWidget*>(QStringLiteral("LblLocLink")));
     EXPECT_TRUE(list.isEnabled());
     EXPECT_TRUE(list.isVisible());
     EXPECT_FALSE(main.isEnabled());
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmLocation"));
+    EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmLocation"));
 }
 
 TEST_F(MainWindowTest, paint_whileAnyOtherNameHasTheAttention_doesNothing)
@@ -386,8 +386,8 @@ TEST_F(MainWindowTest, unloaded_whatADialogAsksOfItDoesNothing)
         return all << main.findChild<QGroupBox*>(QStringLiteral("PrayerFrame"))->title();
     };
     const QStringList before = texts();
-    gone.Settings.CityName = QStringLiteral("Cicero");
-    gone.Settings.HourMode = QStringLiteral("12");
+    forms.Variables().Settings.CityName = QStringLiteral("Cicero");
+    forms.Variables().Settings.HourMode = QStringLiteral("12");
     platform.clock.Set(QDate(2027, 1, 1), QTime(0, 0));
     gone.PopLocation();
     gone.PopPrayerFrame();

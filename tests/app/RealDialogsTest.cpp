@@ -67,7 +67,7 @@ protected:
         }
         Desk::Settle();
         ASSERT_TRUE(Dialog() != nullptr && Dialog()->isVisible());
-        ASSERT_EQ(main->ActiveForm, name);
+        ASSERT_EQ(main->Variables().ActiveForm, name);
         ASSERT_EQ(main->isEnabled(), GetParam().isMainUsable);
     }
     [[nodiscard]] Form* Dialog() const { return forms.Loaded(QLatin1String(GetParam().name)); }
@@ -97,13 +97,14 @@ protected:
         EXPECT_TRUE(main->isVisible());
         EXPECT_FALSE(main->isMinimized());
         EXPECT_EQ(main->isEnabled(), GetParam().isMainUsable);
-        EXPECT_EQ(main->ActiveForm, QLatin1String(GetParam().name));
+        EXPECT_EQ(main->Variables().ActiveForm, QLatin1String(GetParam().name));
         EXPECT_EQ(QApplication::activeWindow(), Dialog());
     }
     void ExpectMainInCharge()
     {
         EXPECT_TRUE(main->isEnabled());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain")) << "or every alert would be dropped";
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"))
+            << "or every alert would be dropped";
         EXPECT_EQ(ended, 0) << "the main window is loaded, hidden or not";
     }
     void CloseMain()

@@ -41,7 +41,7 @@ TEST_F(SettingsDialogTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOn
     LinkLabel& link = Link(main, "LblAsrLink");
     Desk::Click(link);
     EXPECT_EQ(OpenedDialog(), nullptr);
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmMain"));
     EXPECT_TRUE(link.isEnabled());
     EXPECT_TRUE(Link(main, "LblAlertsLink").isEnabled());
 
@@ -53,7 +53,7 @@ TEST_F(SettingsDialogTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOn
     ASSERT_NE(prayer, nullptr);
     EXPECT_TRUE(prayer->isVisible());
     EXPECT_EQ(prayer->text(), QStringLiteral("Asr"));
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmAlerts"));
+    EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
@@ -78,7 +78,7 @@ TEST_F(SettingsDialogTest, closedOverAMainWindowInTheTray_leavesItThere)
     ASSERT_FALSE(main.isVisible());
     Close(*OpenedDialog());
     EXPECT_EQ(OpenedDialog(), nullptr);
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmMain")) << "or every alert would be dropped";
+    EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmMain")) << "or every alert would be dropped";
     EXPECT_FALSE(main.isVisible());
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(ended, 0);

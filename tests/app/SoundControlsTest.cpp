@@ -157,12 +157,12 @@ TEST_F(SoundControlsTest, alarm_enablesTheLinkAndAsksTheServiceByTheSettings)
 TEST_F(SoundControlsTest, alarmWithPopup_disablesTheWindowUntilItGoes)
 {
     TickAt(20, 15);
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmPopup"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmPopup"));
     EXPECT_FALSE(main->isEnabled());
     EXPECT_FALSE(StopLink()->isEnabledTo(main)) << "no sound is wanted";
     forms.Unload(FrmPopup::kName);
     EXPECT_TRUE(main->isEnabled());
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
 }
 
 TEST_F(SoundControlsTest, alarmWithPopupAndSound_leavesTheLinkAndTheBarEnabledInTheDisabledWindow)

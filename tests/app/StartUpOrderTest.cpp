@@ -41,16 +41,16 @@ protected:
 TEST_F(StartUpOrderTest, attention_isTheMainWindowsBeforeTheFirstRequest)
 {
     Inside("startup.pl", [this] {
-        EXPECT_EQ(forms.Main().ActiveForm, QStringLiteral("FrmMain"))
+        EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmMain"))
             << "or alerts would be dropped meanwhile";
         EXPECT_TRUE(IsRunning());
         EXPECT_EQ(Text("LblLocation"), QStringLiteral("Chicago, Illinois"));
         // An alert that comes now.
-        forms.Main().ActiveForm = QStringLiteral("FrmPopup");
+        forms.Variables().ActiveForm = QStringLiteral("FrmPopup");
     });
     Window();
     EXPECT_EQ(seen, 1);
-    EXPECT_EQ(forms.Main().ActiveForm, QStringLiteral("FrmPopup")) << "not overwritten";
+    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmPopup")) << "not overwritten";
 }
 
 TEST_F(StartUpOrderTest, icon_isAddedBehindAllRequests)
@@ -83,7 +83,7 @@ TEST_F(StartUpOrderTest, icon_isAddedBehindTheQuestionForTheNewVersion)
 
 TEST_F(StartUpOrderTest, debugMode_addsNoIcon)
 {
-    Inside("startup.pl", [this] { forms.Main().DebugMode = true; });
+    Inside("startup.pl", [this] { forms.Variables().DebugMode = true; });
     Window();
     EXPECT_EQ(seen, 1);
     EXPECT_EQ(platform.tray.added, 0);
@@ -98,7 +98,7 @@ TEST_F(StartUpOrderTest, identifierThatIsMissing_isAskedForAndFirstRunWritten_wh
     Window();
     EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
     EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
-    EXPECT_EQ(forms.Main().ActiveForm, QStringLiteral("FrmLocation"));
+    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmLocation"));
 }
 
 } // namespace

@@ -59,11 +59,11 @@ TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay)
 {
     EXPECT_EQ(Window().windowTitle(), QStringLiteral("Dusk Beacon v1.0.5"));
     EXPECT_EQ(Window().size(), QSize(602, 423));
-    EXPECT_FALSE(Window().DebugMode);
-    EXPECT_EQ(Window().AdTimer, 600.0F);
+    EXPECT_FALSE(Window().Variables().DebugMode);
+    EXPECT_EQ(Window().Variables().AdTimer, 600.0F);
     EXPECT_EQ(platform.process.sleptMilliseconds, 2000);
-    EXPECT_EQ(Window().ActiveForm, QStringLiteral("FrmMain"));
-    EXPECT_EQ(Window().Settings.PID, QStringLiteral("P-77"));
+    EXPECT_EQ(Window().Variables().ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(Window().Variables().Settings.PID, QStringLiteral("P-77"));
     EXPECT_TRUE(IsRunning());
     EXPECT_EQ(platform.tray.added, 1);
     EXPECT_EQ(forms.Loaded(QStringLiteral("DlgStart")), nullptr);
@@ -226,8 +226,8 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
     Forms windows(doors);
     RegisterStartWindows(windows, calculation);
     platform.http.whileWaiting = [&windows] {
-        windows.Main().DebugMode = true;
-        windows.Main().ActiveForm = QStringLiteral("FrmPopup");
+        windows.Variables().DebugMode = true;
+        windows.Variables().ActiveForm = QStringLiteral("FrmPopup");
     };
     windows.Touch<FrmMain>();
     EXPECT_EQ(platform.boxes.boxes, (std::vector<FakeMessageBoxes::Box>{

@@ -217,8 +217,8 @@ TEST_F(UpdateEverythingTest, failedLoad_keepsWhatWasReadBefore)
     EXPECT_EQ(Update(Changed("pid=\"P-77\"", "pid=\"P-78\"")
                          .replace(QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"\""))),
               0);
-    EXPECT_EQ(Window().Settings.PID, QStringLiteral("P-78"));
-    EXPECT_EQ(Window().Settings.FajrAngle, -15);
+    EXPECT_EQ(Window().Variables().Settings.PID, QStringLiteral("P-78"));
+    EXPECT_EQ(Window().Variables().Settings.FajrAngle, -15);
 }
 
 TEST_F(UpdateEverythingTest, commaSystem_readsThePointedLatitude)

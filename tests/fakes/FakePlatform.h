@@ -115,6 +115,9 @@ public:
     {
         requests << url;
         limits = asked;
+        if (onRequest) {
+            onRequest(url);
+        }
         if (whileWaiting) {
             // Once: a handler that asks again is not asked about again.
             const auto act = std::exchange(whileWaiting, nullptr);
@@ -153,6 +156,8 @@ public:
     HttpLimits limits{};
     HttpLimits backgroundLimits{};
     std::vector<std::function<void(Reply)>> backgroundDone;
+    /// Runs inside each Fetch and Notify, with their address.
+    std::function<void(const QString&)> onRequest;
     /// Runs inside the next Fetch or Notify, as events do in the real one.
     std::function<void()> whileWaiting;
 };

@@ -57,7 +57,7 @@ void CheckList(const FuzzWorld& world, const FrmLocation& list)
            "the list of places is usable");
     Demand(world.forms.Loaded(FrmNewLoc::kName) == nullptr && world.forms.Loaded(kWait) == nullptr,
            "nothing stands in front of the list of places");
-    Demand(world.main->ActiveForm == list.Name(), "the list of places has the attention");
+    Demand(world.main->Variables().ActiveForm == list.Name(), "the list of places has the attention");
     // A reply that ends at a place which is there already leaves those before it unshown.
     Demand(FuzzWorld::Find<ListBox>(list, "LstLocations").count() <= StoredPlaces(world).size(),
            "the list shows what is stored");
@@ -129,21 +129,21 @@ void SetCurrent(FuzzWorld& world, const FrmLocation& list, Choices& choices)
     Demand(std::abs(held.LatitudeFinal) <= 90.0 && std::abs(held.LongitudeFinal) <= 180.0 &&
                held.ZoneHours >= -12 && held.ZoneHours <= 14,
            "the place can be computed");
-    Demand(held.CurrentKey == world.main->Settings.CurrentKey, "what is shown is what is stored");
+    Demand(held.CurrentKey == world.main->Variables().Settings.CurrentKey, "what is shown is what is stored");
 }
 
 void UseList(FuzzWorld& world, FrmLocation& list, Choices& choices)
 {
     FuzzWorld::Find<LinkLabel>(list, "LblNewLocLink").Click();
     if (const Form* const search = world.forms.Loaded(FrmNewLoc::kName); search != nullptr) {
-        Demand(search->IsLoaded() && world.main->ActiveForm == search->Name(),
+        Demand(search->IsLoaded() && world.main->Variables().ActiveForm == search->Name(),
                "the search has the attention");
         UseSearch(world, *search, choices);
     }
     CheckList(world, list);
     CheckRequests(world.platform.http);
     SetCurrent(world, list, choices);
-    Demand(world.main->isEnabled() && world.main->ActiveForm == world.main->Name(),
+    Demand(world.main->isEnabled() && world.main->Variables().ActiveForm == world.main->Name(),
            "the main window has the attention again");
 }
 
@@ -169,7 +169,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     world.main->Enable(false);
     auto& list = world.forms.Touch<FrmLocation>();
     list.Show();
-    world.main->ActiveForm = list.Name();
+    world.main->Variables().ActiveForm = list.Name();
     UseList(world, list, choices);
     world.DemandAlive();
     return 0;

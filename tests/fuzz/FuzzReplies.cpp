@@ -44,7 +44,7 @@ void CheckVersion(FuzzWorld& world, bool wants)
     const Reply reply(world, QStringLiteral("version.pl"));
     const QByteArray before = world.Settings();
     world.platform.boxes.answers = {wants};
-    VersionCheck(world.platform.doors, *world.main, *world.main).CheckNewVersion(true);
+    VersionCheck(*world.main).CheckNewVersion(true);
     const bool isAsked = !world.platform.boxes.boxes.empty();
     Demand(world.platform.boxes.boxes.size() <= 1, "the question comes once");
     Demand(!isAsked || !reply.Read("version_name").isEmpty(), "nothing is offered without a version");
@@ -65,11 +65,11 @@ void CheckAd(FuzzWorld& world)
 {
     const Reply reply(world, QStringLiteral("getAd.pl"));
     const QByteArray before = world.Settings();
-    AdPanel panel(world.platform.doors, *world.main, *world.main);
+    AdPanel panel(*world.main);
     panel.RefreshAd(true);
-    Demand(world.main->Connected == reply.isLoaded, "Connected tells whether the reply came");
-    Demand(std::isfinite(world.main->AdTimer), "the time to the next ad is a number");
-    Demand(!reply.isLoaded || !reply.Read("wait_time").isEmpty() || world.main->AdTimer == 600.0F,
+    Demand(world.main->Variables().Connected == reply.isLoaded, "Connected tells whether the reply came");
+    Demand(std::isfinite(world.main->Variables().AdTimer), "the time to the next ad is a number");
+    Demand(!reply.isLoaded || !reply.Read("wait_time").isEmpty() || world.main->Variables().AdTimer == 600.0F,
            "without a time it is ten minutes");
     const QByteArray page = world.files.Read(QStringLiteral("/temp.html"), 1 << 20).value_or(QByteArray());
     Demand(page.isEmpty() || (page.startsWith("<html>") && page.endsWith("</html>")), "a page is whole");
@@ -110,7 +110,7 @@ void CheckIdentifier(FuzzWorld& world)
     SimpleXML settings(world.platform.doors);
     Demand(settings.Load(kSettingsFile), "the settings load");
     const QByteArray before = world.Settings();
-    FirstStart(world.platform.doors).Run(settings, world.main->Settings);
+    FirstStart(world.platform.doors).Run(settings, world.main->Variables().Settings);
     if (!reply.isLoaded) {
         Demand(world.Settings() == before, "without a reply nothing changes");
         return;

@@ -157,7 +157,8 @@ void CheckDialog(FuzzWorld& world, Choices& choices, const QByteArray& typed)
         Act(dialog, choices, typed);
     }
     world.forms.Unload(FrmAlerts::kName);
-    Demand(world.main->ActiveForm == world.main->Name(), "the main window has the attention again");
+    Demand(world.main->Variables().ActiveForm == world.main->Name(),
+           "the main window has the attention again");
     if (!wasWhole) {
         Demand(world.Settings() == bytes, "a file that does not load is left alone");
         return;

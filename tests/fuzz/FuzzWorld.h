@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/MemoryFiles.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
-#include "forms/MainForm.h"
 #include "fuzz/FuzzTarget.h"
 #include "store/SimpleXML.h"
 #include "support/RuntimeError.h"
@@ -14,30 +14,20 @@
 #include <QCoreApplication>
 
 /// A main window that reads settings.xml as the real one does.
-class FuzzMain final : public Form, public MainForm
+class FuzzMain final : public FakeMain
 {
 public:
-    static constexpr QLatin1String kName{"FrmMain"};
+    using FakeMain::FakeMain;
 
-    explicit FuzzMain(Forms& forms)
-        : Form(forms, kName, Qt::Window)
-    {
-        forms.SetMain(*this);
-        resize(602, 423);
-    }
     int UpdateEverything() override
     {
         try {
-            LoadConfiguration(Settings, Outside());
+            LoadConfiguration(Variables().Settings, Outside());
             return 1;
         } catch (const RuntimeError&) {
             return 0;
         }
     }
-    void PopLocation() override {}
-    void PopPrayerFrame() override {}
-    void Enable(bool enabled) override { setEnabled(enabled); }
-    void TakeFocus() override {}
 };
 
 /// All that one input can touch: the doors, and a main window, in the tray, that has read a whole
@@ -51,8 +41,7 @@ public:
         files.Write(kSettingsFile, SettingsText().toUtf8());
         main = &forms.Touch<FuzzMain>();
         main->UpdateEverything();
-        main->ActiveForm = main->Name();
-        main->AdTimer = 600.0F;
+        main->Variables().AdTimer = 600.0F;
         platform.http.reachable = true;
     }
     ~FuzzWorld()

@@ -49,6 +49,6 @@ protected:
     {
         EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), &window);
         EXPECT_TRUE(window.isVisible() && Find<QWidget>(window, "CmdAdd").isEnabled());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     }
 };

@@ -38,7 +38,7 @@ TEST_F(AddLocationTest, add_movesTheElementUnchangedBehindThePlaces)
     platform.http.whileWaiting = [&] { EXPECT_FALSE(Find<QWidget>(window, "CmdAdd").isEnabled()); };
     AddRow(window, 1);
     EXPECT_EQ(platform.http.requests,
-              QStringList{ServiceRequests::GetCityInfo(main->Settings, QStringLiteral("EG-2"))})
+              QStringList{ServiceRequests::GetCityInfo(main->Variables().Settings, QStringLiteral("EG-2"))})
         << "the identifier of the row, not of the name";
     EXPECT_EQ(Lines(Places()),
               (QStringList{QStringLiteral("Chicago, Illinois"), QStringLiteral("Makkah, Saudi Arabia"),
@@ -57,8 +57,8 @@ TEST_F(AddLocationTest, add_thenSet_makesItCurrent)
     AddRow(OpenResults(), 0);
     ClickRow(Places(), 2);
     ClickOn(*forms.Loaded(FrmLocation::kName), "CmdSet");
-    EXPECT_EQ(main->Settings.CityName, QStringLiteral("Cairo"));
-    EXPECT_DOUBLE_EQ(main->Settings.LatitudeFinal, 30.05);
+    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Cairo"));
+    EXPECT_DOUBLE_EQ(main->Variables().Settings.LatitudeFinal, 30.05);
     ExpectBackInMain();
 }
 
@@ -67,7 +67,7 @@ TEST_F(AddLocationTest, doubleClick_adds)
     const FrmNewLoc& window = OpenResults();
     DoubleClick(Results(window), Results(window).visualItemRect(Results(window).item(1)).center());
     EXPECT_EQ(platform.http.requests,
-              QStringList{ServiceRequests::GetCityInfo(main->Settings, QStringLiteral("EG-2"))});
+              QStringList{ServiceRequests::GetCityInfo(main->Variables().Settings, QStringLiteral("EG-2"))});
     ExpectBackInList();
 }
 
@@ -232,7 +232,7 @@ TEST_P(OddPlaceTest, add_isListedSetAndDeletedAgain)
     ClickRow(Places(), 2);
     ClickOn(list, "CmdSet");
     EXPECT_EQ(Current(), place.key);
-    EXPECT_EQ(main->Settings.CityName, place.city);
+    EXPECT_EQ(main->Variables().Settings.CityName, place.city);
     const FrmLocation& again = OpenList();
     EXPECT_EQ(Places().ListIndex(), 2);
     platform.boxes.answers = {true};

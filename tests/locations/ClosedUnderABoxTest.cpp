@@ -31,7 +31,7 @@ TEST_F(ClosedUnderABoxTest, refusedPlace_theOldKeyIsBackInTheFile)
     ClickOn(window, "CmdSet");
     ExpectBoxes({Plain(QStringLiteral("Can not load setting for this area, location will not be changed."))});
     EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_EQ(main->Settings.CityName, QStringLiteral("Chicago"));
+    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Chicago"));
     ExpectBackInMain();
 }
 
@@ -85,8 +85,9 @@ TEST_F(ClosedUnderABoxTest, agreedLongList_isNotAskedFor)
     CloseUnderTheBox(FrmNewLoc::kName);
     ClickOn(window, "LblGet2Link");
     ExpectBoxes({Question(QStringLiteral("There are over 50 matches.\r\nWould you like to display all?"))});
-    EXPECT_EQ(platform.http.requests, QStringList{ServiceRequests::GetNumMatchingCities(
-                                          main->Settings, QStringLiteral("EG"), QStringLiteral("Ca"))});
+    EXPECT_EQ(platform.http.requests,
+              QStringList{ServiceRequests::GetNumMatchingCities(main->Variables().Settings,
+                                                                QStringLiteral("EG"), QStringLiteral("Ca"))});
     ExpectBackInList();
 }
 

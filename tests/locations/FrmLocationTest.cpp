@@ -172,7 +172,7 @@ TEST_F(FrmLocationTest, set_writesTheSelectedKeyAndCloses)
     ClickRow(List(window), 1);
     ClickOn(window, "CmdSet");
     EXPECT_EQ(Current(), QStringLiteral("Makkah"));
-    EXPECT_EQ(main->Settings.CityName, QStringLiteral("Makkah"));
+    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Makkah"));
     EXPECT_EQ(main->calls.first(), QStringLiteral("UpdateEverything"));
     ExpectBackInMain();
     ExpectBoxes({});
@@ -189,7 +189,7 @@ TEST_F(FrmLocationTest, set_placeThatCanNotBeLoaded_putsTheOldKeyBack)
     EXPECT_EQ(whileAsked, QStringLiteral("Makkah")) << "the trial is live";
     ExpectBoxes({Plain(kNotSet)});
     EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_EQ(main->Settings.CityName, QStringLiteral("Chicago"));
+    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Chicago"));
     ExpectBackInMain();
 }
 
@@ -301,7 +301,7 @@ TEST_F(FrmLocationTest, delete_currentPlace_makesTheFirstOneCurrent_theMainWindo
     EXPECT_EQ(Current(), QStringLiteral("Chicago"));
     EXPECT_EQ(List(window).ListIndex(), 0);
     window.close();
-    EXPECT_EQ(main->Settings.CityName, QStringLiteral("Makkah"));
+    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Makkah"));
     EXPECT_FALSE(main->calls.contains(QStringLiteral("UpdateEverything")));
 }
 

@@ -65,9 +65,10 @@ protected:
     }
     QStringList CityRequests() const
     {
-        return {
-            ServiceRequests::GetNumMatchingCities(main->Settings, QStringLiteral("EG"), QStringLiteral("Ca")),
-            ServiceRequests::GetMatchingCities(main->Settings, QStringLiteral("EG"), QStringLiteral("Ca"))};
+        return {ServiceRequests::GetNumMatchingCities(main->Variables().Settings, QStringLiteral("EG"),
+                                                      QStringLiteral("Ca")),
+                ServiceRequests::GetMatchingCities(main->Variables().Settings, QStringLiteral("EG"),
+                                                   QStringLiteral("Ca"))};
     }
 };
 
@@ -97,7 +98,7 @@ TEST_F(FrmNewLocTest, load_asksOnceAndListsTheCountries_noneSelected)
 {
     ClickOn(OpenList(), "LblNewLocLink");
     EXPECT_EQ(platform.http.probes.size(), 1);
-    EXPECT_EQ(platform.http.requests, QStringList{ServiceRequests::GetStates(main->Settings)});
+    EXPECT_EQ(platform.http.requests, QStringList{ServiceRequests::GetStates(main->Variables().Settings)});
     const auto& countries = Find<QComboBox>(*forms.Loaded(FrmNewLoc::kName), "CombState");
     EXPECT_EQ(countries.count(), 2);
     EXPECT_EQ(countries.itemText(0), QStringLiteral("Illinois"));
@@ -107,12 +108,12 @@ TEST_F(FrmNewLocTest, load_asksOnceAndListsTheCountries_noneSelected)
 
 TEST_F(FrmNewLocTest, load_serviceOfTheSettings_isAsked)
 {
-    main->Settings.ServiceText = QStringLiteral("https://times.example.org");
-    main->Settings.ProbeText = QStringLiteral("http://probe.example.org/");
+    main->Variables().Settings.ServiceText = QStringLiteral("https://times.example.org");
+    main->Variables().Settings.ProbeText = QStringLiteral("http://probe.example.org/");
     ClickOn(OpenList(), "LblNewLocLink");
-    EXPECT_EQ(platform.http.probes, QStringList(main->Settings.ProbeText));
+    EXPECT_EQ(platform.http.probes, QStringList(main->Variables().Settings.ProbeText));
     ASSERT_EQ(platform.http.requests.size(), 1);
-    EXPECT_TRUE(platform.http.requests.front().startsWith(main->Settings.ServiceText + u'/'));
+    EXPECT_TRUE(platform.http.requests.front().startsWith(main->Variables().Settings.ServiceText + u'/'));
 }
 
 TEST_F(FrmNewLocTest, load_noNetwork_saysSoAndGivesTheListBack)
@@ -159,7 +160,7 @@ TEST_F(FrmNewLocTest, close_listGone_leavesTheMainWindowInCharge)
 {
     FrmNewLoc& window = OpenSearch();
     forms.Unload(FrmLocation::kName);
-    main->ActiveForm = QStringLiteral("FrmNewLoc");
+    main->Variables().ActiveForm = QStringLiteral("FrmNewLoc");
     window.close();
     ExpectBackInMain();
 }
@@ -193,8 +194,8 @@ TEST_F(FrmNewLocTest, zip_listsTheCities)
         EXPECT_FALSE(IsSearching(window)) << "no progress for this search";
     };
     ClickOn(window, "LblGetLink");
-    EXPECT_EQ(platform.http.requests,
-              QStringList{ServiceRequests::GetUsCanCity(main->Settings, QStringLiteral("60201"))});
+    EXPECT_EQ(platform.http.requests, QStringList{ServiceRequests::GetUsCanCity(main->Variables().Settings,
+                                                                                QStringLiteral("60201"))});
     EXPECT_EQ(Results(window), QStringList{QStringLiteral("Evanston")});
     EXPECT_TRUE(Find<QWidget>(window, "LblGetLink").isEnabled());
     ExpectBoxes({});
@@ -228,7 +229,8 @@ TEST_F(FrmNewLocTest, zip_emptyBox_saysSoAndAsksAllTheSame)
     };
     ClickOn(window, "LblGetLink");
     ExpectBoxes({Plain(QStringLiteral("You must enter a zipcode to search for."))});
-    EXPECT_EQ(platform.http.requests, QStringList{ServiceRequests::GetUsCanCity(main->Settings, QString())});
+    EXPECT_EQ(platform.http.requests,
+              QStringList{ServiceRequests::GetUsCanCity(main->Variables().Settings, QString())});
     EXPECT_EQ(Results(window), QStringList{QStringLiteral("Evanston")});
 }
 
@@ -489,7 +491,7 @@ TEST_F(FrmNewLocTest, reopenedDuringAWait_theOldSearchLeavesTheNewWindowAlone)
     ClickOn(old, "LblGetLink");
     ASSERT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
     EXPECT_EQ(Results(*forms.Loaded(FrmNewLoc::kName)), QStringList());
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     ExpectBoxes({});
 }
 

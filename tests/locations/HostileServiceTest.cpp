@@ -75,7 +75,7 @@ protected:
             EXPECT_TRUE(Find<QWidget>(window, name).isEnabled()) << name;
         }
         EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     }
 };
 

@@ -3,13 +3,13 @@
 #pragma once
 
 #include "app/FrmWait.h"
+#include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/LockableFiles.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Forms.h"
 #include "forms/LinkLabel.h"
 #include "forms/ListBox.h"
-#include "forms/MainForm.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
 #include "store/SimpleXML.h"
@@ -23,15 +23,11 @@
 #include <gtest/gtest.h>
 
 /// A main window that reads settings.xml as the real one does and remembers what it was asked.
-class FakeMain final : public Form, public MainForm
+class ReadingMain final : public FakeMain
 {
 public:
-    explicit FakeMain(Forms& forms)
-        : Form(forms, QStringLiteral("FrmMain"), Qt::Window)
-    {
-        forms.SetMain(*this);
-        ActiveForm = QStringLiteral("FrmMain");
-    }
+    using FakeMain::FakeMain;
+
     int UpdateEverything() override
     {
         calls << QStringLiteral("UpdateEverything");
@@ -39,7 +35,7 @@ public:
             return 0;
         }
         try {
-            LoadConfiguration(Settings, Outside());
+            LoadConfiguration(Variables().Settings, Outside());
             return 1;
         } catch (const RuntimeError&) {
             return 0;
@@ -57,11 +53,11 @@ public:
     void Enable(bool enabled) override
     {
         calls << (enabled ? QStringLiteral("Enable") : QStringLiteral("Disable"));
-        Form::Enable(enabled);
+        FakeMain::Enable(enabled);
     }
     void TakeFocus() override
     {
-        calls << QStringLiteral("TakeFocus while ") + ActiveForm;
+        calls << QStringLiteral("TakeFocus while ") + Variables().ActiveForm;
         if (IsLoaded() && isVisible() && isEnabled()) {
             SetFocus();
         }
@@ -82,7 +78,7 @@ protected:
     {
         WriteSettings();
         forms.Register(QStringLiteral("FrmMain"), [this] {
-            auto form = std::make_unique<FakeMain>(forms);
+            auto form = std::make_unique<ReadingMain>(forms);
             main = form.get();
             return form;
         });
@@ -104,7 +100,7 @@ protected:
         auto& list = forms.Touch<FrmLocation>();
         list.Enable(true);
         list.Show();
-        main->ActiveForm = list.Name();
+        main->Variables().ActiveForm = list.Name();
         main->calls.clear();
         return list;
     }
@@ -196,7 +192,7 @@ protected:
         EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), nullptr);
         EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
         EXPECT_TRUE(main->isEnabled());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
     }
     /// The list of places in front, usable.
     void ExpectBackInList()
@@ -207,12 +203,12 @@ protected:
         EXPECT_TRUE(Find<QWidget>(*list, "LblNewLocLink").isEnabled());
         EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), nullptr);
         EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmLocation"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmLocation"));
     }
 
     FakePlatform platform;
     LockableFiles files;
     Platform doors = platform.With(files, platform.http);
     Forms forms{doors};
-    FakeMain* main = nullptr;
+    ReadingMain* main = nullptr;
 };

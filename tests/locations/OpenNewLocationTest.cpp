@@ -56,7 +56,7 @@ TEST_F(OpenNewLocationTest, click_opensTheSearch_overTheDisabledList)
     EXPECT_FALSE(Find<QWidget>(list, "LblNewLocLink").testAttribute(Qt::WA_ForceDisabled))
         << "enabled itself, though its window is not";
     EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     ExpectBoxes({});
 }
 
@@ -72,7 +72,7 @@ TEST_F(OpenNewLocationTest, click_showsTheWaitWindowWhileTheRequestRuns)
         EXPECT_EQ(Find<QLabel>(*wait, "Label1").text(), QStringLiteral("Please Wait..."));
         EXPECT_FALSE(list.isEnabled());
         EXPECT_FALSE(Find<QWidget>(list, "LblNewLocLink").isEnabled());
-        EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmWait"));
+        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmWait"));
         EXPECT_LT((wait->frameGeometry().center() - list.frameGeometry().center()).manhattanLength(), 8)
             << "over the window in front";
     };
@@ -109,7 +109,7 @@ TEST_F(OpenNewLocationTest, otherFailure_saysErrorSevenAndTriesTheStepAgain)
     ASSERT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
     EXPECT_TRUE(forms.Loaded(FrmNewLoc::kName)->isVisible());
     EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     forms.Unload(FrmNewLoc::kName);
 }
 
@@ -145,7 +145,7 @@ TEST_F(OpenNewLocationTest, waitWindowGoneDuringTheRequest_isNoMatter)
 {
     platform.http.whileWaiting = [&] { forms.Unload(FrmWait::kName); };
     ClickOn(OpenList(), "LblNewLocLink");
-    EXPECT_EQ(main->ActiveForm, QStringLiteral("FrmNewLoc"));
+    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     EXPECT_TRUE(forms.Loaded(FrmNewLoc::kName)->isVisible());
     ExpectBoxes({});
 }

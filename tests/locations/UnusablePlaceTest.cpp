@@ -81,8 +81,8 @@ TEST_F(UnusablePlaceTest, numbersUpToTheirLimits_areStoredAndLoaded_onEveryLocal
             ClickRow(Places(), 2);
             ClickOn(*forms.Loaded(FrmLocation::kName), "CmdSet");
             ExpectBoxes({});
-            ASSERT_EQ(main->Settings.CurrentKey, QStringLiteral("Cairo"));
-            const Configuration& held = main->Settings;
+            ASSERT_EQ(main->Variables().Settings.CurrentKey, QStringLiteral("Cairo"));
+            const Configuration& held = main->Variables().Settings;
             EXPECT_EQ(attribute == kLatitude
                           ? held.LatitudeFinal
                           : (attribute == kLongitude ? held.LongitudeFinal : held.ZoneHours),

@@ -3,7 +3,7 @@
 #include "service/AdPanel.h"
 
 #include "service/ServiceRequests.h"
-#include "service/ServiceWindow.h"
+#include "service/ServiceWorld.h"
 #include "service/WebAd.h"
 
 #include <QElapsedTimer>
@@ -43,7 +43,7 @@ protected:
         return window->findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText();
     }
 
-    AdPanel panel{platform.doors, *window, *window};
+    AdPanel panel{*window};
 };
 
 TEST_F(AdPanelTest, strip_liesInItsPlace)
@@ -67,12 +67,12 @@ TEST_F(AdPanelTest, refresh_asksWithTheExactRequest)
 TEST_F(AdPanelTest, ad_isWrittenAsItIsAndShown)
 {
     AnswerAd("<b>Buy</b> \x80 </html>", "wait_time=\"5\"");
-    window->Connected = false;
+    window->Variables().Connected = false;
     Refresh();
     EXPECT_EQ(Page(), "<html><b>Buy</b> \x80 </html></html>") << "nothing is looked at or escaped";
     EXPECT_EQ(Shown().trimmed(), QStringLiteral("Buy \u20AC"));
-    EXPECT_TRUE(window->Connected);
-    EXPECT_EQ(window->AdTimer, 300.0F);
+    EXPECT_TRUE(window->Variables().Connected);
+    EXPECT_EQ(window->Variables().AdTimer, 300.0F);
 }
 
 TEST_F(AdPanelTest, adThatNamesItsEncoding_isReadInIt)
@@ -176,10 +176,10 @@ class AdPanelWait : public AdPanelTest, public testing::WithParamInterface<WaitR
 
 TEST_P(AdPanelWait, waitTime_setsAdTimer)
 {
-    window->AdTimer = 77.0F;
+    window->Variables().AdTimer = 77.0F;
     AnswerAd("x", GetParam().attribute);
     Refresh();
-    EXPECT_EQ(window->AdTimer, GetParam().adTimer);
+    EXPECT_EQ(window->Variables().AdTimer, GetParam().adTimer);
     EXPECT_EQ(Page(), "<html>x</html>");
 }
 
@@ -198,7 +198,7 @@ TEST_F(AdPanelTest, waitTime_onACommaSystem_isReadWithItsPoint)
     platform.region.locale = QLocale(QLocale::German, QLocale::Germany);
     AnswerAd("x", "wait_time='2.5'");
     Refresh();
-    EXPECT_EQ(window->AdTimer, 120.0F);
+    EXPECT_EQ(window->Variables().AdTimer, 120.0F);
 }
 
 TEST_F(AdPanelTest, waitTimeThatIsNoNumber_endsTheRefreshAndKeepsTheOldPage)
@@ -208,7 +208,7 @@ TEST_F(AdPanelTest, waitTimeThatIsNoNumber_endsTheRefreshAndKeepsTheOldPage)
     for (const char* const bad : {"abc", "1x", "--1", "1e999", "9e300"}) {
         AnswerAd("<b>new</b>", QByteArray("wait_time='") + bad + "'");
         Refresh();
-        EXPECT_EQ(window->AdTimer, 300.0F) << bad;
+        EXPECT_EQ(window->Variables().AdTimer, 300.0F) << bad;
         EXPECT_EQ(Page(), "<html><b>old</b></html>") << bad;
         EXPECT_EQ(Shown(), QStringLiteral("old")) << bad;
     }
@@ -218,25 +218,25 @@ TEST_F(AdPanelTest, waitTimeThatIsNoNumber_endsTheRefreshAndKeepsTheOldPage)
 TEST_F(AdPanelTest, replyWithoutAd_showsTheDefaultAndHonoursTheTime)
 {
     for (const char* const attributes : {"wait_time='7'", "ad_url='' wait_time='7'"}) {
-        window->AdTimer = 1.0F;
+        window->Variables().AdTimer = 1.0F;
         Answer(attributes);
         Refresh();
         EXPECT_EQ(Page(), kDefaultPage);
         EXPECT_EQ(Shown(), QStringLiteral("Dusk Beacon"));
-        EXPECT_EQ(window->AdTimer, 420.0F);
+        EXPECT_EQ(window->Variables().AdTimer, 420.0F);
     }
 }
 
 TEST_F(AdPanelTest, noNetwork_showsTheDefaultAndLeavesTheRest)
 {
     platform.http.reachable = false;
-    window->AdTimer = 33.0F;
-    window->Connected = true;
+    window->Variables().AdTimer = 33.0F;
+    window->Variables().Connected = true;
     Refresh();
     EXPECT_TRUE(platform.http.requests.isEmpty());
     EXPECT_EQ(Page(), kDefaultPage);
-    EXPECT_EQ(window->AdTimer, 33.0F);
-    EXPECT_TRUE(window->Connected);
+    EXPECT_EQ(window->Variables().AdTimer, 33.0F);
+    EXPECT_TRUE(window->Variables().Connected);
 }
 
 TEST_F(AdPanelTest, fetchFalse_probesButDoesNotAsk)
@@ -249,27 +249,27 @@ TEST_F(AdPanelTest, fetchFalse_probesButDoesNotAsk)
 
 TEST_F(AdPanelTest, failedRequest_clearsConnectedAndShowsTheDefault)
 {
-    window->Connected = true;
-    panel.RefreshAd(window->Connected);
+    window->Variables().Connected = true;
+    panel.RefreshAd(window->Variables().Connected);
     EXPECT_EQ(platform.http.requests.size(), 1);
-    EXPECT_FALSE(window->Connected);
+    EXPECT_FALSE(window->Variables().Connected);
     EXPECT_EQ(Page(), kDefaultPage);
-    EXPECT_EQ(window->AdTimer, 600.0F);
+    EXPECT_EQ(window->Variables().AdTimer, 600.0F);
 }
 
 TEST_F(AdPanelTest, replyWithAnotherRoot_endsTheRefresh)
 {
     Refresh();
     platform.http.replies[QStringLiteral("getAd.pl")] = "<html><root ad_url='eA=='/></html>";
-    window->Settings.DefaultAdText = QStringLiteral("eHg=");
+    window->Variables().Settings.DefaultAdText = QStringLiteral("eHg=");
     Refresh();
-    EXPECT_TRUE(window->Connected) << "it was loaded";
+    EXPECT_TRUE(window->Variables().Connected) << "it was loaded";
     EXPECT_EQ(Page(), kDefaultPage) << "the page is as before";
 }
 
 TEST_F(AdPanelTest, emptyDefault_givesAnEmptyPage)
 {
-    window->Settings.DefaultAdText.clear();
+    window->Variables().Settings.DefaultAdText.clear();
     platform.http.reachable = false;
     Refresh();
     EXPECT_EQ(Page(), "<html></html>");
@@ -280,7 +280,7 @@ TEST_F(AdPanelTest, adThatDecodesToNothing_endsTheRefresh)
 {
     Refresh();
     Answer("ad_url='='");
-    window->Settings.DefaultAdText = QStringLiteral("eHg=");
+    window->Variables().Settings.DefaultAdText = QStringLiteral("eHg=");
     Refresh();
     EXPECT_EQ(Page(), kDefaultPage);
 }
@@ -309,7 +309,7 @@ TEST_F(AdPanelTest, noFolderThatCanBeWritten_endsTheRefresh)
 
 TEST_F(AdPanelTest, debugMode_tellsTheFailure)
 {
-    window->DebugMode = true;
+    window->Variables().DebugMode = true;
     AnswerAd("x", "wait_time='abc'");
     Refresh();
     ASSERT_EQ(platform.boxes.boxes.size(), 1U);
@@ -392,7 +392,7 @@ TEST_F(AdPanelTest, secondRefreshInsideTheFirst_isServed)
     };
     Refresh();
     EXPECT_EQ(Shown(), QStringLiteral("outer"));
-    EXPECT_EQ(window->AdTimer, 180.0F);
+    EXPECT_EQ(window->Variables().AdTimer, 180.0F);
 }
 
 TEST_F(AdPanelTest, windowClosedDuringTheRequest_nothingIsWritten)

@@ -108,11 +108,11 @@ TEST_F(AdScheduleTest, alarm_refreshesAlsoWithoutAConnection)
     platform.http.reachable = false;
     Start();
     EXPECT_EQ(Asked(), QStringList());
-    ASSERT_FALSE(Window().Connected);
+    ASSERT_FALSE(Window().Variables().Connected);
     platform.http.reachable = true;
     TickAtDuhr();
     EXPECT_EQ(Asked(), (QStringList{kPrayer, kAd}));
-    EXPECT_TRUE(Window().Connected);
+    EXPECT_TRUE(Window().Variables().Connected);
     EXPECT_EQ(Shown(), QStringLiteral("ad"));
 }
 
@@ -140,7 +140,7 @@ TEST_F(AdScheduleTest, adTimerThatFallsBelowTheCount_stopsTheTicksUntilAnAlarmRa
     WaitTime("1");
     TickAtDuhr();
     EXPECT_EQ(Asked(), (QStringList{kPrayer, kAd}));
-    EXPECT_EQ(Window().AdTimer, 60.0F);
+    EXPECT_EQ(Window().Variables().AdTimer, 60.0F);
     Tick(79);
     EXPECT_EQ(Asked(), QStringList());
     WaitTime("5");
@@ -246,10 +246,10 @@ TEST_F(AdScheduleTest, tick_asksAlsoWithoutAConnection)
     platform.http.reachable = true;
     Tick(599);
     EXPECT_EQ(Asked(), QStringList());
-    EXPECT_FALSE(Window().Connected);
+    EXPECT_FALSE(Window().Variables().Connected);
     Tick(1);
     EXPECT_EQ(Asked(), QStringList(kAd));
-    EXPECT_TRUE(Window().Connected);
+    EXPECT_TRUE(Window().Variables().Connected);
 }
 
 TEST_F(AdScheduleTest, start_asksOnlyWithAConnection)
@@ -260,7 +260,7 @@ TEST_F(AdScheduleTest, start_asksOnlyWithAConnection)
     Start();
     EXPECT_EQ(Asked(), QStringList());
     EXPECT_EQ(Shown(), QStringLiteral("Dusk Beacon"));
-    EXPECT_FALSE(Window().Connected);
+    EXPECT_FALSE(Window().Variables().Connected);
     EXPECT_EQ(platform.http.probes.size(), 2) << "none for a version that nobody asks for";
 }
 

@@ -122,7 +122,7 @@ private:
             break;
         default:
             world.platform.clock.SetTime(3, 0, 15);
-            world.Main().AdTimer = static_cast<float>(m_ticks + 1);
+            world.Main().Variables().AdTimer = static_cast<float>(m_ticks + 1);
             m_http.whileWaiting = [this] { GoDeeper(); };
             Tick();
             PassOver();
@@ -167,7 +167,7 @@ TEST_F(NestedWaitsTest, twentyOfAllKinds_unwind)
         EXPECT_EQ(world.Loaded(window), nullptr) << window.data();
     }
     EXPECT_TRUE(world.Main().isEnabled());
-    EXPECT_EQ(world.Main().ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(world.Main().Variables().ActiveForm, QStringLiteral("FrmMain"));
     ExpectSignedUp();
     EXPECT_EQ(world.platform.process.ended, 0);
     world.Click(FrmMain::kName, "LblLocLink");

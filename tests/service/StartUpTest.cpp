@@ -59,7 +59,7 @@ protected:
     void ExpectListOpen(const FrmMain& window) const
     {
         EXPECT_NE(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);
-        EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmLocation"));
+        EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmLocation"));
         EXPECT_FALSE(window.isEnabled());
     }
 
@@ -82,8 +82,8 @@ TEST_F(StartUpTest, usualStart_asksInThisOrder)
                                                   "&curr_v=1&curr_s=5")}));
     EXPECT_EQ(platform.http.probes.size(), 3) << "at the start, for the ad and for the version";
     EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"));
-    EXPECT_EQ(window.AdTimer, 120.0F);
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(window.Variables().AdTimer, 120.0F);
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
     EXPECT_EQ(program.forms.Loaded(DlgStart::kName), nullptr);
     EXPECT_EQ(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);
     EXPECT_TRUE(window.isEnabled());
@@ -102,7 +102,7 @@ TEST_F(StartUpTest, firstStart_savesTheIdentifierAndUsesIt)
     EXPECT_TRUE(platform.http.requests[1].contains(QStringLiteral("prod_string=P-1&")));
     EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
     EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
-    EXPECT_EQ(window.Settings.PID, QStringLiteral("P-1"));
+    EXPECT_EQ(window.Variables().Settings.PID, QStringLiteral("P-1"));
     ExpectListOpen(window);
 }
 
@@ -135,7 +135,7 @@ TEST_F(StartUpTest, firstStartWithoutNetwork_asksAllTheSameAndKeepsAsking)
     EXPECT_EQ(Scripts(), QStringList(QStringLiteral("requestProdID.pl")))
         << "goes out whatever the probe said, and nothing else does";
     EXPECT_EQ(ReadSettings(), before);
-    EXPECT_FALSE(window.Connected);
+    EXPECT_FALSE(window.Variables().Connected);
     EXPECT_TRUE(window.IsLoaded());
     EXPECT_TRUE(platform.boxes.boxes.empty());
     ExpectListOpen(window);
@@ -164,7 +164,7 @@ TEST_F(StartUpTest, alertUpWhileTheStartWaits_opensTheListAllTheSame)
         platform.http.whileWaiting = [&] {
             isUp = Scripts().back() == u"startup.pl";
             program.forms.Main().Enable(false);
-            program.forms.Main().ActiveForm = QStringLiteral("FrmPopup");
+            program.forms.Variables().ActiveForm = QStringLiteral("FrmPopup");
         };
     };
     const FrmMain& window = Start();
@@ -178,7 +178,7 @@ TEST_F(StartUpTest, noIdentifierAndNoNetwork_asksNobody)
     const FrmMain& window = Start();
     EXPECT_TRUE(platform.http.requests.isEmpty());
     EXPECT_EQ(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);
-    EXPECT_EQ(window.ActiveForm, QStringLiteral("FrmMain"));
+    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
     EXPECT_TRUE(window.isEnabled());
 }
 
@@ -189,7 +189,7 @@ TEST_F(StartUpTest, adRequestThatFails_leavesNoVersionCheck)
     const FrmMain& window = Start();
     EXPECT_EQ(Scripts(), (QStringList{QStringLiteral("startup.pl"), QStringLiteral("getAd.pl")}))
         << "the refresh overwrites Connected, which the check is given";
-    EXPECT_FALSE(window.Connected);
+    EXPECT_FALSE(window.Variables().Connected);
 }
 
 TEST_F(StartUpTest, firstRunInOtherLetters_isNoFirstRun)
@@ -243,7 +243,7 @@ TEST_F(StartUpTest, noNetwork_showsTheDefaultAd)
     const FrmMain& window = Start();
     EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(),
               QStringLiteral("Dusk Beacon"));
-    EXPECT_EQ(window.AdTimer, 600.0F);
+    EXPECT_EQ(window.Variables().AdTimer, 600.0F);
 }
 
 struct WorstRow
@@ -369,7 +369,7 @@ TEST(StartUpEncodings, ad_isReadFromWindows1252AndUtf16)
         WriteSettings(SettingsText().replace(QStringLiteral("P-77"), QString()));
         Program program(doors);
         const FrmMain& window = program.Start();
-        EXPECT_EQ(window.Settings.PID, QStringLiteral("P-\u00e4")) << name;
+        EXPECT_EQ(window.Variables().Settings.PID, QStringLiteral("P-\u00e4")) << name;
         EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"))
             << name;
     }
@@ -422,7 +422,7 @@ TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
             return;
         }
         // The next tick but one equals the count again and starts a refresh inside the one that waits.
-        window.AdTimer = static_cast<float>(depth);
+        window.Variables().AdTimer = static_cast<float>(depth);
         QTimer::singleShot(1, QCoreApplication::instance(), goDeeper);
         platform.timers.Ticker()->Fire();
     };

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/VersionCheck.h"
 
-#include "service/ServiceWindow.h"
+#include "service/ServiceWorld.h"
 #include "store/SimpleXML.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ protected:
     {
         platform.http.replies[QStringLiteral("version.pl")] = "<root " + attributes + "/>";
     }
-    void Check(bool check = true) { VersionCheck(platform.doors, *window, *window).CheckNewVersion(check); }
+    void Check(bool check = true) { VersionCheck(*window).CheckNewVersion(check); }
     void SetRemind(const QString& remind)
     {
         WriteSettings(SettingsText().replace(QStringLiteral("remind=\"\""),

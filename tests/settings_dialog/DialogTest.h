@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
 #include "forms/Bars.h"
 #include "forms/Boxes.h"
 #include "forms/Forms.h"
 #include "forms/LinkLabel.h"
-#include "forms/MainForm.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 #include "support/RuntimeError.h"
@@ -66,13 +66,18 @@ private:
 };
 
 /// A main window that records what the dialog asks of it.
-class RecordingMain final : public MainForm
+class RecordingMain final : public SilentMain
 {
 public:
+    explicit RecordingMain(Forms& windows)
+        : forms(windows)
+    {
+        forms.SetMain(*this);
+    }
     int UpdateEverything() override
     {
         calls << QStringLiteral("UpdateEverything");
-        activeFormAtUpdate = ActiveForm;
+        activeFormAtUpdate = forms.Variables().ActiveForm;
         if (updateFails) {
             throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow"));
         }
@@ -93,6 +98,7 @@ public:
     }
 
     QStringList calls;
+    Forms& forms;
     QString activeFormAtUpdate;
     bool updateFails = false;
     bool focusFails = false;
@@ -105,10 +111,9 @@ protected:
     DialogTest()
     {
         forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
-        forms.SetMain(main);
-        main.ActiveForm = QStringLiteral("FrmMain");
-        main.Settings.PID = QStringLiteral("P-77");
-        main.Settings.Dstr = QStringLiteral("dbeacon");
+        forms.Variables().ActiveForm = QStringLiteral("FrmMain");
+        forms.Variables().Settings.PID = QStringLiteral("P-77");
+        forms.Variables().Settings.Dstr = QStringLiteral("dbeacon");
         WriteSettings();
     }
 
@@ -138,7 +143,7 @@ protected:
         dialog = &forms.Touch<FrmAlerts>();
         dialog->Show();
         dialog->SelectTab(1);
-        main.ActiveForm = QStringLiteral("FrmAlerts");
+        forms.Variables().ActiveForm = QStringLiteral("FrmAlerts");
         if (tab != 1) {
             dialog->SelectTab(tab);
         }
@@ -237,11 +242,11 @@ protected:
             EXPECT_EQ(Widget(frame).isVisible(), qstrcmp(frame, shown) == 0) << frame;
         }
     }
-    void ExpectHandedOver() const
+    void ExpectHandedOver()
     {
         EXPECT_FALSE(IsOpen());
         EXPECT_EQ(main.calls, HandOver());
-        EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmMain"));
         EXPECT_TRUE(platform.boxes.boxes.empty());
     }
 
@@ -250,7 +255,7 @@ protected:
     Platform doors = platform.With(files, platform.http);
     Forms forms{doors};
     MobileSignup signup{forms};
-    RecordingMain main;
+    RecordingMain main{forms};
     FrmAlerts* dialog = nullptr;
 
 private:

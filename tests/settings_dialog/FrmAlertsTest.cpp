@@ -190,7 +190,7 @@ TEST_F(FrmAlertsFrame, closing_updateFails_skipsFocusAndActiveForm)
     Click("CmdClose");
     EXPECT_FALSE(IsOpen());
     EXPECT_EQ(main.calls, QStringList({QStringLiteral("Enable"), QStringLiteral("UpdateEverything")}));
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmAlerts"));
+    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0);
 }
@@ -202,7 +202,7 @@ TEST_F(FrmAlertsFrame, closing_focusFails_skipsActiveForm)
     Click("CmdClose");
     EXPECT_FALSE(IsOpen());
     EXPECT_EQ(main.calls, HandOver());
-    EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmAlerts"));
+    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 

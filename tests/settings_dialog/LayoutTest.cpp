@@ -72,7 +72,7 @@ TEST_F(Layout, eachPage_fitsWithoutOverlap)
                   {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
                   {QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")}});
     // As long as a usable one can be, of letters of medium width.
-    main.Settings.SignupText = QStringLiteral("signup@") + QString(43, u'e');
+    forms.Variables().Settings.SignupText = QStringLiteral("signup@") + QString(43, u'e');
     Open();
     EXPECT_EQ(dialog->size(), QSize(510, 300));
     for (std::int16_t tab = 1; tab <= 8; ++tab) {

@@ -184,17 +184,17 @@ TEST_F(MobilePageTest, register_asksWithTheCodeAsTyped)
 
 TEST_F(MobilePageTest, serviceOfTheSettings_isNamedAndAsked)
 {
-    main.Settings.ServiceText = QStringLiteral("https://times.example.org");
-    main.Settings.SignupText = QStringLiteral("test@example.org");
-    main.Settings.ProbeText = QStringLiteral("http://probe.example.org/");
+    forms.Variables().Settings.ServiceText = QStringLiteral("https://times.example.org");
+    forms.Variables().Settings.SignupText = QStringLiteral("test@example.org");
+    forms.Variables().Settings.ProbeText = QStringLiteral("http://probe.example.org/");
     OpenFilled();
     EXPECT_EQ(Find<QLabel>("LblMobil1").text(),
               QStringLiteral("1. From your mobile device, send a text message to test@example.org with the "
                              "word \"test\"."));
     Click("CmdMobilReg");
-    EXPECT_EQ(platform.http.probes, QStringList(main.Settings.ProbeText));
+    EXPECT_EQ(platform.http.probes, QStringList(forms.Variables().Settings.ProbeText));
     ASSERT_EQ(platform.http.requests.size(), 1);
-    EXPECT_TRUE(platform.http.requests.front().startsWith(main.Settings.ServiceText + u'/'));
+    EXPECT_TRUE(platform.http.requests.front().startsWith(forms.Variables().Settings.ServiceText + u'/'));
 }
 
 TEST_F(MobilePageTest, register_replies_areStoredAndShown)

@@ -301,7 +301,7 @@ TEST_F(MobileSignupTest, storingThatThrows_closesTheDialogAndTheReplyIsShown)
         files.throws = false;
         ExpectBox(kWelcome);
         EXPECT_FALSE(IsOpen());
-        EXPECT_EQ(main.ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmMain"));
     }
 }
 

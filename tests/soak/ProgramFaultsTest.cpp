@@ -130,7 +130,8 @@ const Deed kDeeds[] = {
              return "the dialog is gone";
          }
          world.Click(FrmAlerts::kName, "CmdClose");
-         return world.Main().Settings.HourMode == (isSaved ? u"12" : u"24") ? nullptr : "another hour mode";
+         return world.Main().Variables().Settings.HourMode == (isSaved ? u"12" : u"24") ? nullptr
+                                                                                        : "another hour mode";
      }},
     {"the choice of a place",
      R"(Current="Chicago")",

@@ -201,8 +201,9 @@ void SoakWorld::Compare()
     m_given.clear();
     model.due.clear();
     const FrmMain& main = m_world.Main();
-    if (main.ActiveForm != model.activeForm) {
-        Differ(QStringLiteral("ActiveForm is %1 and not %2").arg(main.ActiveForm, model.activeForm));
+    if (main.Variables().ActiveForm != model.activeForm) {
+        Differ(
+            QStringLiteral("ActiveForm is %1 and not %2").arg(main.Variables().ActiveForm, model.activeForm));
     }
     if (main.isEnabled() != model.isMainEnabled) {
         Differ(QStringLiteral("the main window is enabled, or is not"));

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "forms/Form.h"
+#include "forms/Forms.h"
+
+/// The verbs of a main window, without effect.
+class SilentMain : public MainForm
+{
+public:
+    int UpdateEverything() override { return 1; }
+    void PopLocation() override {}
+    void PopPrayerFrame() override {}
+    void Enable(bool /*enabled*/) override {}
+    void TakeFocus() override {}
+    void EnableStopLink() override {}
+    void RefreshAd() override {}
+};
+
+/// A main window with nothing in it, which has the user's attention.
+class FakeMain : public Form, public SilentMain
+{
+public:
+    static constexpr QLatin1String kName{"FrmMain"};
+
+    explicit FakeMain(Forms& forms)
+        : Form(forms, kName, Qt::Window)
+    {
+        resize(602, 423);
+        forms.SetMain(*this);
+        Variables().ActiveForm = kName;
+    }
+    void Enable(bool enabled) override { Form::Enable(enabled); }
+};
