@@ -15,14 +15,12 @@
 
 namespace {
 
-const QString kMainWindow = QStringLiteral("FrmMain");
-const QString kAlerts = QStringLiteral("//root//alerts");
 const QString kTrue = QStringLiteral("true");
 constexpr std::int16_t kAlarmSeconds = 600;
 
 QString PathOf(QLatin1String element)
 {
-    return kAlerts + QStringLiteral("//") + element;
+    return kAlertsPath + QStringLiteral("//") + element;
 }
 
 } // namespace
@@ -80,7 +78,7 @@ void AlertDispatch::TellService(const Prayer& prayer, const SimpleXML& settings,
                                 bool wantsSound) const
 {
     const bool isConfirmed =
-        settings.GetAttribute(QStringLiteral("mobileConfirm"), kAlerts) == QStringLiteral("1");
+        settings.GetAttribute(QStringLiteral("mobileConfirm"), kAlertsPath) == QStringLiteral("1");
     const QString ma = wantsMobile && isConfirmed ? QStringLiteral("1") : QStringLiteral("0");
     const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(prayer.slot), true);
@@ -102,7 +100,7 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
         return;
     }
     if (settings.GetAttribute(QStringLiteral("enabled"), PathOf(prayer->element)) != kTrue ||
-        !prayer->CountsUnder(settings.GetAttribute(QStringLiteral("asrMethode"), kAlerts))) {
+        !prayer->CountsUnder(settings.GetAttribute(QStringLiteral("asrMethode"), kAlertsPath))) {
         return;
     }
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), is24Hour);
@@ -117,12 +115,12 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
 bool AlertDispatch::MainWindowHasAttention() const
 {
     // What is due while another window has the attention is lost; nothing is kept for later.
-    return IsMainWindowThere() && m_forms.Variables().ActiveForm == kMainWindow;
+    return IsMainWindowThere() && m_forms.Variables().ActiveForm == MainForm::kName;
 }
 
 bool AlertDispatch::IsMainWindowThere() const
 {
-    return m_forms.Loaded(kMainWindow) != nullptr;
+    return m_forms.Loaded(MainForm::kName) != nullptr;
 }
 
 const Configuration& AlertDispatch::Settings() const

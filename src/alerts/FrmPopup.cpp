@@ -20,8 +20,6 @@
 
 namespace {
 
-const QString kMainName = QStringLiteral("FrmMain");
-
 // Always in 12-hour form, without padding; the hour from 12:00 on reads AM, as it does in the prayer times.
 QString ClockText(const QTime& time)
 {
@@ -117,7 +115,7 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
 void FrmPopup::MoveToCentre()
 {
     // A main window that is hidden in the tray keeps its place.
-    const Form* const main = Siblings().Loaded(kMainName);
+    const Form* const main = Siblings().Loaded(MainForm::kName);
     const QScreen* screen =
         main != nullptr ? QGuiApplication::screenAt(main->frameGeometry().center()) : nullptr;
     if (screen == nullptr) {
@@ -160,7 +158,7 @@ void FrmPopup::OnUnload()
 {
     Timer1->SetEnabled(false);
     Siblings().Main().Enable(true);
-    Variables().ActiveForm = kMainName;
+    Variables().ActiveForm = MainForm::kName;
 }
 
 void InstallPopupAccessibility()

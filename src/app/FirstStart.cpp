@@ -9,8 +9,6 @@
 
 namespace {
 
-const QString kApp = QStringLiteral("//root//app");
-
 void Require(bool isWritten)
 {
     if (!isWritten) {
@@ -22,19 +20,19 @@ void Require(bool isWritten)
 
 bool FirstStart::IsDue(const SimpleXML& settings, bool isConnected)
 {
-    return settings.GetAttribute(QStringLiteral("FirstRun"), kApp) == u"true" ||
-           (isConnected && settings.GetAttribute(QStringLiteral("pid"), kApp).isEmpty());
+    return settings.GetAttribute(QStringLiteral("FirstRun"), kAppPath) == u"true" ||
+           (isConnected && settings.GetAttribute(QStringLiteral("pid"), kAppPath).isEmpty());
 }
 
 void FirstStart::Run(SimpleXML& settings, const Configuration& configuration) const
 {
     SimpleXML reply(m_platform);
-    const QString dist = settings.GetAttribute(QStringLiteral("dist"), kApp);
+    const QString dist = settings.GetAttribute(QStringLiteral("dist"), kAppPath);
     if (!reply.Load(ServiceRequests::RequestProdID(configuration, dist))) {
         return;
     }
-    const QString identifier = reply.GetAttribute(QStringLiteral("prod_string"), QStringLiteral("//root"));
-    Require(settings.AddAttributeByName(QStringLiteral("pid"), identifier, kApp));
-    Require(settings.AddAttributeByName(QStringLiteral("FirstRun"), QStringLiteral("false"), kApp));
+    const QString identifier = reply.GetAttribute(QStringLiteral("prod_string"), kRootPath);
+    Require(settings.AddAttributeByName(QStringLiteral("pid"), identifier, kAppPath));
+    Require(settings.AddAttributeByName(QStringLiteral("FirstRun"), QStringLiteral("false"), kAppPath));
     Require(settings.Save(kSettingsFile));
 }

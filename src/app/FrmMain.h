@@ -21,8 +21,6 @@ class FrmMain final : public Form, public MainForm
     Q_OBJECT
 
 public:
-    static constexpr QLatin1String kName{"FrmMain"};
-
     FrmMain(Forms& forms, Calculation& calculation);
 
     int UpdateEverything() override;

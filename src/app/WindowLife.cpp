@@ -2,10 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/WindowLife.h"
 
+#include "alerts/FrmPopup.h"
 #include "forms/Forms.h"
 #include "forms/Guard.h"
+#include "locations/FrmLocation.h"
+#include "locations/FrmNewLoc.h"
 #include "platform/Platform.h"
 #include "platform/TrayIcon.h"
+#include "settings_dialog/FrmAlerts.h"
 #include "support/RuntimeError.h"
 
 #include <QApplication>
@@ -100,9 +104,8 @@ void WindowLife::HandOnFocus()
     if (!isToBeHandedOn || QApplication::activeModalWidget() != nullptr) {
         return;
     }
-    static const std::array<QString, 4> kDialogs = {QStringLiteral("FrmAlerts"),
-                                                    QStringLiteral("FrmLocation"),
-                                                    QStringLiteral("FrmNewLoc"), QStringLiteral("FrmPopup")};
+    static constexpr std::array kDialogs{FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName,
+                                         FrmPopup::kName};
     if (std::find(kDialogs.begin(), kDialogs.end(), m_window.Variables().ActiveForm) == kDialogs.end()) {
         return;
     }

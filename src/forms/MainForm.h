@@ -11,7 +11,8 @@ struct MainVariables
 {
     /// What the last load of settings.xml brought; PID and Dstr are among it.
     Configuration Settings;
-    /// Name of the window that has the user's attention; while it is not "FrmMain" alerts are dropped.
+    /// Name of the window that has the user's attention; while it is not the main window's, alerts are
+    /// dropped.
     QString ActiveForm;
     /// A developers' switch; never set by the program.
     bool DebugMode = false;
@@ -28,6 +29,9 @@ struct MainVariables
 class MainForm
 {
 public:
+    /// Of the main window.
+    static constexpr QLatin1String kName{"FrmMain"};
+
     MainForm() = default;
     MainForm(const MainForm&) = delete;
     MainForm& operator=(const MainForm&) = delete;

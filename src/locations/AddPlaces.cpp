@@ -13,8 +13,6 @@
 
 namespace {
 
-const QString kPlaces = QStringLiteral("//root//locations");
-
 // A path finds the first element of a name wherever it stands, so that a place with such a name, or with such
 // an element in it, can hide the settings of that name.
 bool IsNameOfSettings(const QString& name)
@@ -88,7 +86,7 @@ bool IsUsable(const DomNode& element, bool needsNumbers)
 bool HoldsPlace(const SimpleXML& settings, const QString& key)
 {
     bool holds = false;
-    WalkChildren(settings, kPlaces, [&](const SimpleXML& location) {
+    WalkChildren(settings, kLocationsPath, [&](const SimpleXML& location) {
         holds = location.ElementName() == key;
         return !holds;
     });
@@ -116,10 +114,10 @@ bool AddPlaces(const Platform& platform, const SimpleXML& places)
     bool areNew = true;
     // Each place leaves the reply as it is stored, so that of several the walk passes over every second one.
     // The service sends one.
-    WalkChildren(places, QStringLiteral("current"), [&](SimpleXML& location) {
+    WalkChildren(places, kCurrentPath, [&](SimpleXML& location) {
         areNew = !HoldsPlace(settings, location.ElementName());
         if (areNew) {
-            settings.AddSimpleXML(location, kPlaces);
+            settings.AddSimpleXML(location, kLocationsPath);
             // At once, and unchecked: a file that can't be written loses the place, and the list shows so.
             settings.Save(kSettingsFile);
         }

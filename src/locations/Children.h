@@ -26,8 +26,8 @@ inline std::pair<QStringList, QStringList> ReadPairs(const SimpleXML& parent, co
 {
     std::pair<QStringList, QStringList> pairs;
     WalkChildren(parent, path, [&](const SimpleXML& child) {
-        pairs.first << child.GetAttribute(shown, QStringLiteral("current"));
-        pairs.second << child.GetAttribute(key, QStringLiteral("current"));
+        pairs.first << child.GetAttribute(shown, kCurrentPath);
+        pairs.second << child.GetAttribute(key, kCurrentPath);
         return true;
     });
     return pairs;

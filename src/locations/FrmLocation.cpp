@@ -8,6 +8,8 @@
 #include "forms/LinkLabel.h"
 #include "forms/ListBox.h"
 #include "locations/Children.h"
+#include "locations/FrmNewLoc.h"
+#include "locations/FrmWait.h"
 #include "locations/ReturnToMain.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
@@ -22,12 +24,8 @@
 
 namespace {
 
-const QString kLocations = QStringLiteral("//root//locations");
 const QString kCurrent = QStringLiteral("Current");
 const QString kListProblem = QStringLiteral("There was a problem retrieving list of locations.");
-const QString kFrmMain = QStringLiteral("FrmMain");
-const QString kFrmNewLoc = QStringLiteral("FrmNewLoc");
-const QString kFrmWait = QStringLiteral("FrmWait");
 
 QString ListAt(const QStringList& list, int row)
 {
@@ -42,7 +40,7 @@ FrmLocation::FrmLocation(Forms& forms)
     setWindowTitle(QStringLiteral("Dusk Beacon: Location"));
     BuildControls();
     ConnectControls();
-    CentreOver(forms.Loaded(kFrmMain));
+    CentreOver(forms.Loaded(MainForm::kName));
 }
 
 void FrmLocation::BuildControls()
@@ -149,12 +147,11 @@ void FrmLocation::ReadPlaces()
     }
     LstLocations->clear();
     LstLocHidden.clear();
-    const QString current = settings.GetAttribute(kCurrent, kLocations);
-    const QString here = QStringLiteral("current");
+    const QString current = settings.GetAttribute(kCurrent, kLocationsPath);
     QStringList lines;
-    WalkChildren(settings, kLocations, [&](const SimpleXML& location) {
-        lines << location.GetAttribute(QStringLiteral("city"), here) + QStringLiteral(", ") +
-                     location.GetAttribute(QStringLiteral("state"), here);
+    WalkChildren(settings, kLocationsPath, [&](const SimpleXML& location) {
+        lines << location.GetAttribute(QStringLiteral("city"), kCurrentPath) + QStringLiteral(", ") +
+                     location.GetAttribute(QStringLiteral("state"), kCurrentPath);
         LstLocHidden << location.ElementName();
         return true;
     });
@@ -168,13 +165,13 @@ void FrmLocation::SetCurrent()
     QString key = ListAt(LstLocHidden, LstLocations->ListIndex());
     SimpleXML settings(Outside());
     settings.Load(kSettingsFile);
-    const QString before = settings.GetAttribute(kCurrent, kLocations);
+    const QString before = settings.GetAttribute(kCurrent, kLocationsPath);
     for (;;) {
-        settings.AddAttributeByName(kCurrent, key, kLocations);
+        settings.AddAttributeByName(kCurrent, key, kLocationsPath);
         settings.Save(kSettingsFile);
         // Without a main window nothing could ever succeed; the program is about to end. A list that went
         // under the message has its old place back by now.
-        if (Siblings().Main().UpdateEverything() != 0 || Siblings().Loaded(kFrmMain) == nullptr ||
+        if (Siblings().Main().UpdateEverything() != 0 || Siblings().Loaded(MainForm::kName) == nullptr ||
             !IsLoaded()) {
             Unload();
             return;
@@ -205,10 +202,10 @@ void FrmLocation::Delete()
         Outside().boxes.Show(QStringLiteral("Could not change default location."));
         return;
     }
-    settings.RemoveElement(true, kLocations + QStringLiteral("//") + key);
-    if (settings.GetAttribute(kCurrent, kLocations) == key) {
-        const QString first = settings.xmldoc->SelectSingleNode(kLocations).Child(0).NodeName();
-        settings.AddAttributeByName(kCurrent, first, kLocations);
+    settings.RemoveElement(true, kLocationsPath + QStringLiteral("//") + key);
+    if (settings.GetAttribute(kCurrent, kLocationsPath) == key) {
+        const QString first = settings.xmldoc->SelectSingleNode(kLocationsPath).Child(0).NodeName();
+        settings.AddAttributeByName(kCurrent, first, kLocationsPath);
     }
     // The main window goes on with the deleted place until something else makes it read the file.
     settings.Save(kSettingsFile);
@@ -220,15 +217,15 @@ void FrmLocation::OpenNewLocation()
     DisabledControl link(*this, *LblNewLocLink);
     const std::array<std::function<void()>, 7> steps{
         [this] { Enable(false); },
-        [this] { Siblings().Touch(kFrmWait).Show(); },
+        [this] { Siblings().Touch(FrmWait::kName).Show(); },
         [this] {
-            Variables().ActiveForm = kFrmWait;
-            Siblings().Touch(kFrmWait).PaintNow();
+            Variables().ActiveForm = FrmWait::kName;
+            Siblings().Touch(FrmWait::kName).PaintNow();
         },
         // Its Load makes a request, and may unload it again.
-        [this] { Siblings().Touch(kFrmNewLoc).Show(); },
-        [this] { Variables().ActiveForm = kFrmNewLoc; },
-        [this] { Siblings().Unload(kFrmWait); },
+        [this] { Siblings().Touch(FrmNewLoc::kName).Show(); },
+        [this] { Variables().ActiveForm = FrmNewLoc::kName; },
+        [this] { Siblings().Unload(FrmWait::kName); },
         [&link] { link.Enable(); },
     };
     constexpr std::size_t kUnloadWait = 5;
@@ -236,8 +233,8 @@ void FrmLocation::OpenNewLocation()
     for (std::size_t step = 0; step < steps.size();) {
         if (!IsLoaded()) {
             // Gone while something was waited for: nothing may stand in front of nothing.
-            Siblings().Unload(kFrmNewLoc);
-            Siblings().Unload(kFrmWait);
+            Siblings().Unload(FrmNewLoc::kName);
+            Siblings().Unload(FrmWait::kName);
             return;
         }
         try {

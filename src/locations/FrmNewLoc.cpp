@@ -27,9 +27,6 @@
 
 namespace {
 
-const QString kRoot = QStringLiteral("//root");
-const QString kHere = QStringLiteral("current");
-
 // Counts are read like the numbers of the file, not by the user's locale, and a text without a number counts
 // as 0: what a service sends must not end the program.
 double WholeNumberPart(const QString& text)
@@ -93,11 +90,12 @@ void FrmNewLoc::OnLoad()
     if (!IsLoaded()) {
         return;
     }
-    if (!states || !states->hasChildren(kHere)) {
+    if (!states || !states->hasChildren(kCurrentPath)) {
         SayAndUnload(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."));
         return;
     }
-    const auto [names, keys] = ReadPairs(*states, kRoot, QStringLiteral("state"), QStringLiteral("state_id"));
+    const auto [names, keys] =
+        ReadPairs(*states, kRootPath, QStringLiteral("state"), QStringLiteral("state_id"));
     CombStateID = keys;
     m_controls.CombState->addItems(names);
     m_controls.CombState->setCurrentIndex(-1);
@@ -147,7 +145,7 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildr
             return nullptr;
         }
     }
-    root->SetCurrentPath(kRoot);
+    root->SetCurrentPath(kRootPath);
     return root;
 }
 
@@ -201,7 +199,7 @@ void FrmNewLoc::SearchZipCode()
         Say(QStringLiteral("Failed to retrieve list"));
         return;
     }
-    if (!cities->hasChildren(kHere)) {
+    if (!cities->hasChildren(kCurrentPath)) {
         Say(QStringLiteral("No city found matching this Zip Code"));
         return;
     }
@@ -246,12 +244,12 @@ void FrmNewLoc::SearchCity()
 
 bool FrmNewLoc::WantsMatches(const SimpleXML& count)
 {
-    const QString matches = count.GetAttribute(QStringLiteral("num_matches"), kHere);
+    const QString matches = count.GetAttribute(QStringLiteral("num_matches"), kCurrentPath);
     if (matches.isEmpty() || matches == u"0") {
         Say(QStringLiteral("There are no matches for this search criteria.\r\nPlease try again."));
         return false;
     }
-    const QString limit = count.GetAttribute(QStringLiteral("max_matches"), kHere);
+    const QString limit = count.GetAttribute(QStringLiteral("max_matches"), kCurrentPath);
     if (WholeNumberPart(matches) <= WholeNumberPart(limit)) {
         return true;
     }
@@ -266,7 +264,8 @@ bool FrmNewLoc::WantsMatches(const SimpleXML& count)
 
 void FrmNewLoc::FillResults(const SimpleXML& cities)
 {
-    const auto [names, keys] = ReadPairs(cities, kHere, QStringLiteral("city"), QStringLiteral("atlas_id"));
+    const auto [names, keys] =
+        ReadPairs(cities, kCurrentPath, QStringLiteral("city"), QStringLiteral("atlas_id"));
     m_controls.LstSearchResults->clear();
     m_controls.LstSearchResults->addItems(names);
     LstSearchResultsHid = keys;

@@ -9,5 +9,5 @@ void ReturnToMain(Forms& forms)
     MainForm& main = forms.Main();
     main.Enable(true);
     main.TakeFocus();
-    forms.Variables().ActiveForm = QStringLiteral("FrmMain");
+    forms.Variables().ActiveForm = MainForm::kName;
 }

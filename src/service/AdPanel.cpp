@@ -29,8 +29,6 @@ namespace {
 constexpr float kUsualAdTimer = 600.0F;
 constexpr double kSecondsPerMinute = 60.0;
 
-const QString kRoot = QStringLiteral("//root");
-
 // The codec refuses the empty text; an empty ad is an empty page all the same.
 QString Decoded(const QString& ad)
 {
@@ -91,8 +89,8 @@ QString AdPanel::FetchedAd()
         throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("The reply has no root"));
     }
     reply->SetCurrentPath(reply->GetRootName());
-    QString ad = reply->GetAttribute(QStringLiteral("ad_url"), kRoot);
-    m_variables.AdTimer = SecondsOf(reply->GetAttribute(QStringLiteral("wait_time"), kRoot));
+    QString ad = reply->GetAttribute(QStringLiteral("ad_url"), kRootPath);
+    m_variables.AdTimer = SecondsOf(reply->GetAttribute(QStringLiteral("wait_time"), kRootPath));
     return ad;
 }
 

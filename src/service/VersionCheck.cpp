@@ -24,8 +24,7 @@ constexpr double kOwnName = 1.0;
 constexpr double kOwnSequence = 5.0;
 constexpr int kSilentDays = 14;
 
-const QString kReplyRoot = QStringLiteral("//root");
-const QString kVersion = QStringLiteral("//root//app//version");
+const QString kVersion = kAppPath + QStringLiteral("//version");
 
 } // namespace
 
@@ -60,7 +59,7 @@ void VersionCheck::Check()
     if (!m_window.IsLoaded() || reply == nullptr) {
         return;
     }
-    reply->SetCurrentPath(kReplyRoot);
+    reply->SetCurrentPath(kRootPath);
     if (IsOther(*reply) && !IsSilenced(settings)) {
         Offer(settings, *reply);
     }
@@ -68,8 +67,8 @@ void VersionCheck::Check()
 
 bool VersionCheck::IsOther(const SimpleXML& reply) const
 {
-    const QString name = reply.GetAttribute(QStringLiteral("version_name"), kReplyRoot);
-    const QString sequence = reply.GetAttribute(QStringLiteral("version_sequence"), kReplyRoot);
+    const QString name = reply.GetAttribute(QStringLiteral("version_name"), kRootPath);
+    const QString sequence = reply.GetAttribute(QStringLiteral("version_sequence"), kRootPath);
     if (name.isEmpty()) {
         return false;
     }
@@ -103,6 +102,6 @@ void VersionCheck::Offer(SimpleXML& settings, const SimpleXML& reply)
     }
     // As sent. The browser takes http and https with a host and passes over all else: a stranger's word must
     // not start a program. This one ends all the same.
-    m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kReplyRoot));
+    m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kRootPath));
     m_platform.process.End();
 }

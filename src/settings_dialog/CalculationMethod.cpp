@@ -151,14 +151,9 @@ void CalculationMethod::OnPresetClick(const OptionButton& option, const QString&
                                       const QString& angle1, const QString& angle2)
 {
     RefreshAngleControls();
-    if (!option.Value() || m_context.loading) {
-        return;
+    if (option.Value()) {
+        m_context.Store({{kMethod, method}, {kAngle1, angle1}, {kAngle2, angle2}});
     }
-    m_context.Load();
-    m_context.Write(kMethod, method, kAlertsPath);
-    m_context.Write(kAngle1, angle1, kAlertsPath);
-    m_context.Write(kAngle2, angle2, kAlertsPath);
-    m_context.Save();
 }
 
 void CalculationMethod::RefreshAngleControls()

@@ -4,6 +4,15 @@
 
 #include "forms/Form.h"
 
+void StoreAtOnce(SimpleXML& settings, const Attributes& attributes, const QString& path)
+{
+    settings.Load(kSettingsFile);
+    for (const auto& [attribute, value] : attributes) {
+        settings.AddAttributeByName(attribute, value, path);
+    }
+    settings.Save(kSettingsFile);
+}
+
 DialogContext::DialogContext(Form& dialog)
     : m_dialog(dialog)
 {
@@ -35,6 +44,13 @@ QString DialogContext::Read(const QString& attribute, const QString& path)
 void DialogContext::Write(const QString& attribute, const QString& value, const QString& path)
 {
     settingsDoc().AddAttributeByName(attribute, value, path);
+}
+
+void DialogContext::Store(const Attributes& attributes, const QString& path)
+{
+    if (!loading) {
+        StoreAtOnce(settingsDoc(), attributes, path);
+    }
 }
 
 void DialogContext::Armed(const std::function<void()>& routine)

@@ -8,9 +8,18 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <utility>
+#include <vector>
 
 class Form;
 struct Platform;
+
+/// Attributes of one element with their values.
+using Attributes = std::vector<std::pair<QString, QString>>;
+
+/// Loads settings.xml into @p settings, writes the attributes of the element at @p path and saves it. A file
+/// that can't be loaded or saved is no error: the change is lost without a word.
+void StoreAtOnce(SimpleXML& settings, const Attributes& attributes, const QString& path = kAlertsPath);
 
 /// What the pages of the settings dialog share: its document, its flags and its failure rule.
 class DialogContext final
@@ -32,6 +41,9 @@ public:
     void Save();
     [[nodiscard]] QString Read(const QString& attribute, const QString& path);
     void Write(const QString& attribute, const QString& value, const QString& path);
+    /// Stores a change of the user at once: loads the file, writes the attributes and saves it. Does nothing
+    /// while loading.
+    void Store(const Attributes& attributes, const QString& path = kAlertsPath);
 
     /// The failure rule: any error inside @p routine closes the dialog through its normal unload, silently,
     /// and this returns as if nothing had happened. Handlers that the routine raises have their own rule.
@@ -49,9 +61,6 @@ private:
     Form& m_dialog;
     std::optional<SimpleXML> m_settingsDoc;
 };
-
-/// The element that holds the calculation, clock, advance alert and mobile options.
-inline const QString kAlertsPath = QStringLiteral("//root//alerts");
 
 /// Exactly "true"; anything else counts as not set.
 [[nodiscard]] inline bool IsTrue(const QString& value)

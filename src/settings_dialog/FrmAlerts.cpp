@@ -28,7 +28,7 @@ FrmAlerts::FrmAlerts(Forms& forms, MobileSignup& signup)
 {
     setWindowTitle(QStringLiteral("Alerts"));
     resize(Pixels(7650), Pixels(4500));
-    CentreOver(forms.Loaded(QStringLiteral("FrmMain")));
+    CentreOver(forms.Loaded(MainForm::kName));
     // The general and the mobile page have no such area: the hand stays on when the mouse goes from a tab
     // straight onto them.
     new HoverArea(this, [this] { Handle([this] { SetDefaultPointer(); }); });
@@ -47,7 +47,7 @@ void FrmAlerts::OnUnload()
         main.Enable(true);
         main.UpdateEverything();
         main.TakeFocus();
-        Variables().ActiveForm = QStringLiteral("FrmMain");
+        Variables().ActiveForm = MainForm::kName;
     });
 }
 

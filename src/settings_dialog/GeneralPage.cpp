@@ -83,11 +83,7 @@ void GeneralPage::BuildGeneral()
 void GeneralPage::ConnectGeneral()
 {
     ChkDLS->OnClick(m_context.ArmedHandler([this] {
-        if (!m_context.loading) {
-            m_context.Load();
-            m_context.Write(kUseDls, TrueOrFalse(ChkDLS->Value() == 1), kAlertsPath);
-            m_context.Save();
-        }
+        m_context.Store({{kUseDls, TrueOrFalse(ChkDLS->Value() == 1)}});
     }));
     ChkAdvWarn->OnClick(m_context.ArmedHandler([this] { OnAdvWarnClick(); }));
     TxtAdvWarn->OnChange(m_context.ArmedHandler([this] { OnAdvWarnTextChange(); }));
@@ -113,10 +109,8 @@ void GeneralPage::BuildFoot()
 void GeneralPage::StoreOnClick(OptionButton* option, const QString& attribute, const QString& value)
 {
     option->OnClick(m_context.ArmedHandler([this, option, attribute, value] {
-        if (option->Value() && !m_context.loading) {
-            m_context.Load();
-            m_context.Write(attribute, value, kAlertsPath);
-            m_context.Save();
+        if (option->Value()) {
+            m_context.Store({{attribute, value}});
         }
     }));
 }
@@ -156,11 +150,7 @@ void GeneralPage::OnAdvWarnClick()
     const bool isTicked = ChkAdvWarn->Value() == 1;
     TxtAdvWarn->setEnabled(isTicked);
     VScroll1->setEnabled(isTicked);
-    if (!m_context.loading) {
-        m_context.Load();
-        m_context.Write(kUseAdvWarn, TrueOrFalse(isTicked), kAlertsPath);
-        m_context.Save();
-    }
+    m_context.Store({{kUseAdvWarn, TrueOrFalse(isTicked)}});
 }
 
 void GeneralPage::OnAdvWarnTextChange()

@@ -90,11 +90,7 @@ void MobilePage::Connect()
     ChkMobilEnable->OnClick(m_context.ArmedHandler([this] { OnMobilEnableClick(); }));
     const auto storeOnChange = [this](TextBox* box, const QString& attribute) {
         box->OnChange(m_context.ArmedHandler([this, box, attribute] {
-            if (!m_context.loading) {
-                m_context.Load();
-                m_context.Write(attribute, box->Text(), kAlertsPath);
-                m_context.Save();
-            }
+            m_context.Store({{attribute, box->Text()}});
         }));
     };
     storeOnChange(TxtMDID, kMobileDid);
@@ -126,11 +122,8 @@ void MobilePage::LoadMobilePage()
 void MobilePage::OnMobilEnableClick()
 {
     const bool isTicked = ChkMobilEnable->Value() == 1;
-    if (!m_context.loading) {
-        m_context.Load();
-        m_context.Write(kMobileEnabled, TrueOrFalse(isTicked), kAlertsPath);
-        m_context.Save();
-    }
+    m_context.Store({{kMobileEnabled, TrueOrFalse(isTicked)}});
+    // Intended: while loading too the document takes the value, without a save.
     m_context.Write(kMobileEnabled, TrueOrFalse(isTicked), kAlertsPath);
     FrmMobilSub->setEnabled(isTicked);
     LblReset->setEnabled(isTicked);

@@ -23,19 +23,17 @@ const QString kNotConnected =
 // Of the root of a reply; empty for a reply without that root.
 QString ReadReply(const SimpleXML* reply, const QString& attribute)
 {
-    return reply == nullptr ? QString() : reply->GetAttribute(attribute, QStringLiteral("//root"));
+    return reply == nullptr ? QString() : reply->GetAttribute(attribute, kRootPath);
 }
 
 } // namespace
 
 void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result)
 {
-    settings.Load(kSettingsFile);
     // A rejection is stored just as well.
-    settings.AddAttributeByName(QStringLiteral("mobileConfirm"), result, kAlertsPath);
-    settings.AddAttributeByName(QStringLiteral("mobileDID"), device.id, kAlertsPath);
-    settings.AddAttributeByName(QStringLiteral("mobilePC"), device.personalCode, kAlertsPath);
-    settings.Save(kSettingsFile);
+    StoreAtOnce(settings, {{QStringLiteral("mobileConfirm"), result},
+                           {QStringLiteral("mobileDID"), device.id},
+                           {QStringLiteral("mobilePC"), device.personalCode}});
 }
 
 MobileSignup::MobileSignup(Forms& forms)
@@ -76,7 +74,7 @@ void MobileSignup::SignUp(const MobileDevice& device)
     }
     const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
     if (reply != nullptr) {
-        reply->SetCurrentPath(QStringLiteral("//root"));
+        reply->SetCurrentPath(kRootPath);
     }
     if (!m_isReset) {
         Store(device, ReadReply(reply.get(), QStringLiteral("result")));

@@ -67,7 +67,8 @@ void PrayerPage::BuildFileSelect()
                                {64, 138, 420, 56});
     TxtPath = Place(new TextBox(FrmFileSelect), "TxtPath", {10, 25, 336, 23});
     TxtPath->setAccessibleName(QStringLiteral("File to play at prayer time"));
-    TxtPath->OnChange(m_context.ArmedHandler([this] { OnPathChange(); }));
+    TxtPath->OnChange(
+        m_context.ArmedHandler([this] { Store(QStringLiteral("audioFile"), TxtPath->Text()); }));
     LblBrowseLink = new LinkLabel(QStringLiteral("Browse"), FrmFileSelect);
     LblBrowseLink->setObjectName(QStringLiteral("LblBrowseLink"));
     LblBrowseLink->setGeometry(360, 27, 50, 19);
@@ -136,24 +137,15 @@ void PrayerPage::OnAlertMainClick()
 
 void PrayerPage::StoreOnClick(CheckBox* box, const QString& attribute)
 {
-    box->OnClick(m_context.ArmedHandler([this, box, attribute] {
-        if (m_context.loading || !IsOnPrayer()) {
-            return;
-        }
-        m_context.Load();
-        m_context.Write(attribute, TrueOrFalse(box->Value() != 0), ElementPath());
-        m_context.Save();
-    }));
+    box->OnClick(
+        m_context.ArmedHandler([this, box, attribute] { Store(attribute, TrueOrFalse(box->Value() != 0)); }));
 }
 
-void PrayerPage::OnPathChange()
+void PrayerPage::Store(const QString& attribute, const QString& value)
 {
-    if (m_context.loading || !IsOnPrayer()) {
-        return;
+    if (IsOnPrayer()) {
+        m_context.Store({{attribute, value}}, ElementPath());
     }
-    m_context.Load();
-    m_context.Write(QStringLiteral("audioFile"), TxtPath->Text(), ElementPath());
-    m_context.Save();
 }
 
 void PrayerPage::OnBrowseClick()

@@ -31,9 +31,9 @@ private:
     void BuildFileSelect();
     void BuildLines();
     void StoreOnClick(CheckBox* box, const QString& attribute);
+    void Store(const QString& attribute, const QString& value);
 
     void OnAlertMainClick();
-    void OnPathChange();
     void OnBrowseClick();
     [[nodiscard]] bool IsOnPrayer() const;
     /// The path of the prayer's element; empty on another page.

@@ -15,9 +15,6 @@
 
 namespace {
 
-const QString kApp = QStringLiteral("//root//app");
-const QString kAlerts = QStringLiteral("//root//alerts");
-
 // Strict, since a place that gives no such number has only its zone: ASCII digits with at most one sign.
 std::optional<int> WholeNumber(const QString& text)
 {
@@ -41,7 +38,7 @@ std::optional<std::int16_t> MinutesBeyond(std::int16_t zoneHours, const QString&
 void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QString& decimalSign,
                const QLocale& locale)
 {
-    const QString place = QStringLiteral("//root//locations//") + configuration.CurrentKey;
+    const QString place = kLocationsPath + QStringLiteral("//") + configuration.CurrentKey;
     const auto read = [&](const char16_t* name) {
         return settings.GetAttribute(QString::fromUtf16(name), place);
     };
@@ -62,7 +59,7 @@ void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const Q
                 const QLocale& locale)
 {
     const auto read = [&](const char16_t* name) {
-        return settings.GetAttribute(QString::fromUtf16(name), kAlerts);
+        return settings.GetAttribute(QString::fromUtf16(name), kAlertsPath);
     };
 
     // The fraction of an angle is lost here although the dialog stores it: the scheduler takes whole degrees.
@@ -83,17 +80,16 @@ void Read(Configuration& configuration, const Platform& platform)
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kConfiguration, QStringLiteral("settings.xml can't be loaded"));
     }
-    configuration.CurrentKey =
-        settings.GetAttribute(QStringLiteral("Current"), QStringLiteral("//root//locations"));
-    configuration.ProdID = settings.GetAttribute(QStringLiteral("pid"), kApp);
+    configuration.CurrentKey = settings.GetAttribute(QStringLiteral("Current"), kLocationsPath);
+    configuration.ProdID = settings.GetAttribute(QStringLiteral("pid"), kAppPath);
     configuration.PID = configuration.ProdID;
     ReadAddresses(configuration, settings);
     const QString decimalSign = GetDecimalSign(platform.region);
     const QLocale locale = platform.region.UserLocale();
     ReadPlace(configuration, settings, decimalSign, locale);
-    configuration.DistText = settings.GetAttribute(QStringLiteral("dist"), kApp);
+    configuration.DistText = settings.GetAttribute(QStringLiteral("dist"), kAppPath);
     configuration.DefaultAdText =
-        settings.GetAttribute(QStringLiteral("Ad"), QStringLiteral("//root//app//DefaultAd"));
+        settings.GetAttribute(QStringLiteral("Ad"), kAppPath + QStringLiteral("//DefaultAd"));
     configuration.Dstr = configuration.DistText;
     ReadAlerts(configuration, settings, decimalSign, locale);
 }
@@ -102,9 +98,9 @@ void Read(Configuration& configuration, const Platform& platform)
 
 void ReadAddresses(Configuration& configuration, const SimpleXML& settings)
 {
-    configuration.ServiceText = settings.GetAttribute(QStringLiteral("service"), kApp);
-    configuration.SignupText = settings.GetAttribute(QStringLiteral("signup"), kApp);
-    configuration.ProbeText = settings.GetAttribute(QStringLiteral("probe"), kApp);
+    configuration.ServiceText = settings.GetAttribute(QStringLiteral("service"), kAppPath);
+    configuration.SignupText = settings.GetAttribute(QStringLiteral("signup"), kAppPath);
+    configuration.ProbeText = settings.GetAttribute(QStringLiteral("probe"), kAppPath);
 }
 
 void LoadConfiguration(Configuration& configuration, const Platform& platform)

@@ -49,6 +49,11 @@ struct Configuration
 
 /// The name by which settings.xml is opened, everywhere.
 inline const QString kSettingsFile = QStringLiteral("settings.xml");
+/// Its elements: the program itself, the places, and the options of calculation, clock and alerts with an
+/// element for each prayer.
+inline const QString kAppPath = QStringLiteral("//root//app");
+inline const QString kLocationsPath = QStringLiteral("//root//locations");
+inline const QString kAlertsPath = QStringLiteral("//root//alerts");
 
 /// Reads the three addresses alone from @p settings: the first requests of a start come before the rest is
 /// loaded.

@@ -42,7 +42,7 @@ void SimpleXML::SetDocument(const std::shared_ptr<DomDocument>& document, const 
 
 const QString& SimpleXML::Resolved(const QString& Path) const
 {
-    return Path == u"current" ? CurrPath : Path;
+    return Path == kCurrentPath ? CurrPath : Path;
 }
 
 DomNode SimpleXML::NodeAt(const QString& Path) const

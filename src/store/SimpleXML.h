@@ -9,6 +9,11 @@
 class EnumerationObject;
 struct Platform;
 
+/// The root of settings.xml and of every reply of the service.
+inline const QString kRootPath = QStringLiteral("//root");
+/// Stands for the remembered path.
+inline const QString kCurrentPath = QStringLiteral("current");
+
 /// One XML document and one remembered path; the only way the program reads and writes XML.
 ///
 /// A path is an XPath pattern such as "//root//alerts"; the first node in document order that matches is

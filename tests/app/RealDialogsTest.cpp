@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "alerts/FrmPopup.h"
-#include "app/FrmWait.h"
 #include "app/MainWindowFixture.h"
 #include "forms/LinkLabel.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
+#include "locations/FrmWait.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 

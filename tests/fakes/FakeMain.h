@@ -22,8 +22,6 @@ public:
 class FakeMain : public Form, public SilentMain
 {
 public:
-    static constexpr QLatin1String kName{"FrmMain"};
-
     explicit FakeMain(Forms& forms)
         : Form(forms, kName, Qt::Window)
     {

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/FrmWait.h"
 #include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/LockableFiles.h"
@@ -12,6 +11,7 @@
 #include "forms/ListBox.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
+#include "locations/FrmWait.h"
 #include "store/SimpleXML.h"
 #include "support/RuntimeError.h"
 

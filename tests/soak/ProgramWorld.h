@@ -3,7 +3,6 @@
 #pragma once
 
 #include "alerts/FrmPopup.h"
-#include "app/FrmWait.h"
 #include "engine/CalculationLibrary.h"
 #include "fakes/Desk.h"
 #include "fakes/FakePlatform.h"
@@ -13,6 +12,7 @@
 #include "forms/LinkLabel.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
+#include "locations/FrmWait.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 

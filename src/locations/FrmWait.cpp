@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/FrmWait.h"
+#include "locations/FrmWait.h"
 
 #include "forms/Forms.h"
 #include "forms/Layout.h"
