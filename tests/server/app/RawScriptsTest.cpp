@@ -13,7 +13,7 @@ struct Row
 };
 
 /// A request as the desktop program sends it, the last one of its connection.
-std::string Get(const std::string& target)
+std::string RequestOfTheProgram(const std::string& target)
 {
     return "GET " + target +
            " HTTP/1.1\r\nHost: 127.0.0.1:8750\r\nUser-Agent: DuskBeacon/1.0.5\r\nAccept-Encoding: gzip\r\n"
@@ -69,7 +69,8 @@ protected:
         ServiceProcess service(Path(), serve);
         const unsigned short port = service.AwaitPort();
         for (const Row& row : rows) {
-            EXPECT_EQ(WithoutDates(Exchange(port, Get(kScripts + row.target))), row.answer) << row.name;
+            EXPECT_EQ(WithoutDates(Exchange(port, RequestOfTheProgram(kScripts + row.target))), row.answer)
+                << row.name;
         }
     }
 };
@@ -123,7 +124,7 @@ TEST_F(RawScriptsTest, parameters_areTheFirstOfTheirNameOrEmpty)
 TEST_F(RawScriptsTest, longTarget_isAnsweredUpToTheLimitOfAHeader)
 {
     const std::string script = "getCityInfo.pl?aid=SA-G104515&prod_string=";
-    const std::size_t rest = Get(kScripts + script).size();
+    const std::size_t rest = RequestOfTheProgram(kScripts + script).size();
     ExpectAnswers({
         {"8 KiB in all", script + std::string(8192 - rest, 'x'), kMakkah},
         {"a byte more", script + std::string(8193 - rest, 'x'),
