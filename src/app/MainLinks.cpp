@@ -94,6 +94,7 @@ void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
 {
     DisabledControl disabled(m_window, link);
     // Each opening goes through the first page: it loads the settings that the other pages show.
+    // Intended: outside the failure path of the opening, which ends the program.
     if (ClickLblAlertsLink()) {
         SelectTab(tab);
     }

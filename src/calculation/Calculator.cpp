@@ -19,7 +19,7 @@ constexpr std::int32_t kLastMinute = kMinutesPerDay - 1;
 constexpr std::int16_t kNoMinute = -1;
 constexpr std::int32_t kTenthsPerTurn = 3600;
 
-// Days from noon up to which the day's track serves; the theory itself serves for an elevation beyond.
+// Days from noon covered by the day's track. For an elevation further away a track of its own is computed.
 constexpr double kDaysOfTrack = 1.5;
 
 std::optional<Event> EventOf(std::int16_t slot)
@@ -56,8 +56,8 @@ double DaysFromNoon(std::int16_t minute)
 
 } // namespace
 
-// The angles are those of the Muslim World League. There is no Hijri date before SetHorParams, so that the
-// program shows none of the year 2000.
+// The angles are those of the Muslim World League. The Hijri date is 0 until SetHorParams, so that the
+// program does not show the default date.
 Calculator::Calculator()
 {
     SetHorParams({}, 0, 1, 1, 2000);

@@ -21,8 +21,8 @@ constexpr std::int32_t kDaysPerGregorianCycle = 146097; // 400 years
 constexpr std::int32_t kFirstTabledYear = 1300;
 constexpr std::int32_t kLastTabledYear = 1600;
 
-// The date in one of ICU's calendars. That is opened for each date and not kept: a date is asked for once a
-// day, and nothing then has to be closed when the module is unloaded.
+// The date in one of ICU's calendars. The calendar is opened for each date and not kept: a date is asked for
+// once a day, and nothing then has to be closed when the module is unloaded.
 HijriDate DateIn(const char* calendarName, std::int32_t daysSince2000)
 {
     constexpr double kMillisecondsPerDay = 86400000.0;

@@ -21,8 +21,8 @@
 //    sunset. One below -90 counts as -90.
 //
 // No function allocates, waits for a lock, asks for the locale or reads a file, but for the Hijri date: the
-// first of its three readings after SetHorParams opens a calendar of ICU, which allocates and locks, and
-// loads its data when it is first used.
+// first of its three readings after SetHorParams opens one or two calendars of ICU, which allocate and lock,
+// and loads its data when it is first used.
 
 #ifdef __cplusplus
 extern "C" {
@@ -58,7 +58,8 @@ int16_t SunElev(int16_t minute);
 int16_t MoonElevation(int16_t minute);
 
 // The Hijri date of the stored date: Umm al-Qura from 1300 to 1600 AH, the civil (tabular) calendar outside.
-// Hmon is 1 to 12; Hyear stays within its 16 bits. Until SetHorParams has been called each of them is 0.
+// Hmon is 1 to 12; Hyear stays within its 16 bits. Until SetHorParams has been called, or if ICU fails, each
+// of them is 0.
 int16_t Hday(void);
 int16_t Hmon(void);
 int16_t Hyear(void);

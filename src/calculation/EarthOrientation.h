@@ -4,7 +4,7 @@
 
 #include "calculation/Angle.h"
 
-// The turning earth against uniform time and the stars. Days count from 2000 January 1, 12h.
+// Delta T, sidereal time, precession, obliquity and nutation. Days count from 2000 January 1, 12h.
 namespace calculation {
 
 // TT - UT1 in seconds, for any date; daysSince2000 counts days of UT from 2000 January 1, 12h.
@@ -57,8 +57,7 @@ struct Direction
                                             const SineCosine& obliquity);
 
 // In radians, to add to a longitude counted from the mean equinox of date in VSOP87 or ELP-2000/82: both
-// carry
-//  the precession of IAU 1976, the sidereal time that of IAU 2006 (Capitaine, Wallace, Chapront,
+// carry the precession of IAU 1976, the sidereal time that of IAU 2006 (Capitaine, Wallace, Chapront,
 // Astronomy and Astrophysics 412, 2003, 567), slower by 0.3" a century. The equinoxes agree at 2000 within
 // 0.05", so that the correction to the FK5 that Meeus applies is left out. daysSince2000: days of TT.
 [[nodiscard]] double PrecessionCorrection(double daysSince2000);

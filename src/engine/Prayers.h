@@ -18,14 +18,14 @@ struct Prayer
     QLatin1String caption; ///< in the main window and in the settings dialog
     QLatin1String name;    ///< in the popup
     /// The Asr method under which the slot counts; empty for a slot that always does.
-    QLatin1String asrRule;
+    QLatin1String asrMethod;
     QLatin1String link;     ///< control of the main window that opens the tab
     QLatin1String time;     ///< control of the main window
     QLatin1String tabLabel; ///< control of the settings dialog that opens the tab
 
-    [[nodiscard]] bool CountsUnder(const QString& asrMethod) const
+    [[nodiscard]] bool CountsUnder(const QString& method) const
     {
-        return asrRule.isEmpty() || asrMethod == asrRule;
+        return asrMethod.isEmpty() || method == asrMethod;
     }
 };
 

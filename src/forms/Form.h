@@ -56,7 +56,7 @@ public:
 
     [[nodiscard]] const Platform& Outside() const;
     [[nodiscard]] Forms& Siblings() const { return m_forms; }
-    /// Those of the main window.
+    /// The public variables of the main window.
     [[nodiscard]] MainVariables& Variables() const;
 
 protected:

@@ -16,7 +16,7 @@ struct MainVariables
     QString ActiveForm;
     /// A developers' switch; never set by the program.
     bool DebugMode = false;
-    /// Whether the outside world could be reached when somebody last looked.
+    /// Whether the last probe or request reached the network.
     bool Connected = false;
     /// Seconds between two refreshes of the ad.
     float AdTimer = 0.0F;
@@ -29,7 +29,7 @@ struct MainVariables
 class MainForm
 {
 public:
-    /// Of the main window.
+    /// The name of the main window.
     static constexpr QLatin1String kName{"FrmMain"};
 
     MainForm() = default;

@@ -123,7 +123,7 @@ void MobilePage::OnMobilEnableClick()
 {
     const bool isTicked = ChkMobilEnable->Value() == 1;
     m_context.Store({{kMobileEnabled, TrueOrFalse(isTicked)}});
-    // Intended: while loading too the document takes the value, without a save.
+    // Intended: the document takes the value also while loading, without a save.
     m_context.Write(kMobileEnabled, TrueOrFalse(isTicked), kAlertsPath);
     FrmMobilSub->setEnabled(isTicked);
     LblReset->setEnabled(isTicked);

@@ -22,7 +22,6 @@ TabRow::TabRow(DialogContext& context, const std::function<void(std::int16_t)>& 
     };
     place(1, QLatin1String("LblGeneral"), QStringLiteral("General"), 150, 780);
     place(2, QLatin1String("LblMobilAlert"), QStringLiteral("Mobile Alert"), 1080, 1095);
-    PlaceText(&dialog, "Label9", QStringLiteral("Prayers:"), TwipsRect(2355, 75, 765, 255));
     constexpr int kGap = 150;
     constexpr int kWidths[] = {420, 705, 495, 390, 795, 450};
     std::int16_t tab = kPrayers.front().tab;
@@ -32,4 +31,5 @@ TabRow::TabRow(DialogContext& context, const std::function<void(std::int16_t)>& 
         place(tab++, prayer.tabLabel, prayer.caption, left, width);
         left += width + kGap;
     }
+    PlaceText(&dialog, "Label9", QStringLiteral("Prayers:"), TwipsRect(2355, 75, 765, 255));
 }
