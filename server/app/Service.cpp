@@ -19,7 +19,6 @@
 #include "store/StoreThread.h"
 
 #include <boost/asio/co_spawn.hpp>
-#include <boost/asio/detached.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
 #include <boost/asio/steady_timer.hpp>
@@ -43,9 +42,9 @@ using namespace std::chrono_literals;
 // that hangs takes longer, since a call of the store that has begun can't be broken off.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
 constexpr auto kReloadDelay = 50ms;
-// A change of any other key needs a restart.
-constexpr std::string_view kReloadableKeys[] = {"log.level", "messages.signup_address", "places.file",
-                                                "service.dists"};
+// A change of any other key needs a restart. Of these, http.base_url is read by check alone.
+constexpr std::string_view kReloadableKeys[] = {"http.base_url", "log.level", "messages.signup_address",
+                                                "places.file", "service.dists"};
 
 std::chrono::sys_seconds Now()
 {

@@ -75,8 +75,12 @@ asio::awaitable<void> StoreTasks::TidyEveryMinute()
     for (;;) {
         timer.expires_after(kTidyInterval);
         co_await timer.async_wait(asio::use_awaitable);
-        co_await StoreStarts();
-        co_await m_signups.DropOld();
+        try {
+            co_await StoreStarts();
+            co_await m_signups.DropOld();
+        } catch (const std::exception& error) {
+            LogError(error.what());
+        }
     }
 }
 

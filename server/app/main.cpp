@@ -31,7 +31,8 @@ constexpr int kUnusable = 2;
 // From the program's own place, so that an installation can be moved, and two builds are alike.
 std::filesystem::path FolderOfTables()
 {
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
+    std::error_code ignored;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
     return program.parent_path().parent_path() / "share/dusk-beacon/places";
 }
 

@@ -103,7 +103,7 @@ void Acceptor::AcceptAfterPause()
 template <typename Wait>
 void Acceptor::Arm(Wait wait)
 {
-    for (;;) {
+    while (!m_home.Context().stopped()) {
         try {
             wait();
             return;

@@ -63,7 +63,7 @@ void PlacesFile::Map(const std::filesystem::path& path)
     const auto fail = [&path] {
         throw PlacesError("places file " + path.string() + ": " + std::generic_category().message(errno));
     };
-    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0)
         fail();
     struct stat status = {};

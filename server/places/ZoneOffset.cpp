@@ -54,8 +54,10 @@ fs::file_time_type NewestChange(const fs::path& folder)
 {
     std::error_code ignored;
     fs::file_time_type newest = fs::last_write_time(folder, ignored);
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder, ignored)) {
-        newest = std::max(newest, entry.last_write_time(ignored));
+    // By increment: the operator throws where a folder vanishes meanwhile.
+    fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, ignored);
+    for (; entry != fs::recursive_directory_iterator(); entry.increment(ignored)) {
+        newest = std::max(newest, entry->last_write_time(ignored));
     }
     return newest;
 }

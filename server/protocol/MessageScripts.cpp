@@ -114,10 +114,13 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
     auto queue = [installation, text = *text](Store& store) {
         return store.QueueText(installation, text.prayer, text.time, text.place);
     };
+    const StoreCall::Clock::time_point begin = StoreCall::Clock::now();
     try {
         // These calls are never refused: invented identifiers must not keep the writes of others waiting.
-        const bool isWriteNeeded = co_await m_store.Run(std::move(isDue));
-        const bool isQueued = isWriteNeeded && co_await m_store.Run(std::move(queue));
+        bool isQueued = co_await m_store.Run(std::move(isDue), begin);
+        if (isQueued) {
+            isQueued = co_await m_store.Run(std::move(queue), begin);
+        }
         if (isQueued) {
             ++m_figures.textsQueued;
         }

@@ -73,7 +73,7 @@ std::optional<StoredSignup> SignupOfCode(Database& database, std::string_view co
 }
 
 // Codes for one address may be confirmed in any order: the newest consent stays.
-void MakeOrRenewDevice(Database& database, std::int64_t signup)
+void MakeOrRenewDevice(Database& database, std::int64_t signup, std::int64_t now)
 {
     database
         .Run("INSERT INTO device (id, kind, sealed_address, address_index, consent_at, consent_road, "
@@ -82,8 +82,10 @@ void MakeOrRenewDevice(Database& database, std::int64_t signup)
              "FROM signup WHERE id = ? "
              "ON CONFLICT DO UPDATE SET kind = excluded.kind, sealed_address = excluded.sealed_address, "
              "consent_at = excluded.consent_at, consent_road = excluded.consent_road, "
-             "consent_words = excluded.consent_words WHERE excluded.consent_at >= device.consent_at")
+             "consent_words = excluded.consent_words WHERE excluded.consent_at >= device.consent_at "
+             "OR device.consent_at > ?")
         .Bind(signup)
+        .Bind(now)
         .Step();
 }
 
@@ -175,7 +177,7 @@ Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view in
             .Bind(signup->id)
             .Step();
     }
-    MakeOrRenewDevice(m_database, signup->id);
+    MakeOrRenewDevice(m_database, signup->id, now);
     BindInstallation(m_database, installation, signup->device);
     transaction.Commit();
     return Confirmation::Confirmed;

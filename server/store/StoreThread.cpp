@@ -50,7 +50,7 @@ StoreState StoreThread::State()
     return m_isFailing ? StoreState::Failing : StoreState::Working;
 }
 
-asio::awaitable<void> StoreThread::Wait(std::shared_ptr<StoreCall> call)
+asio::awaitable<void> StoreThread::Wait(std::shared_ptr<StoreCall> call, StoreCall::Clock::time_point begin)
 {
     // At the end of the wait, and where the coroutine is destroyed while it waits.
     struct Leaving
@@ -59,7 +59,7 @@ asio::awaitable<void> StoreThread::Wait(std::shared_ptr<StoreCall> call)
         ~Leaving() { call.GiveUp(); }
     };
     const asio::any_io_executor executor = co_await asio::this_coro::executor;
-    const auto timer = std::make_shared<asio::steady_timer>(executor, m_longestCall);
+    const auto timer = std::make_shared<asio::steady_timer>(executor, begin + m_longestCall);
     const Leaving leaving{*call};
     call->Prepare(timer->expiry(), [executor, timer] { asio::post(executor, [timer] { timer->cancel(); }); });
     Enqueue(call);

@@ -48,13 +48,15 @@ public:
     /// failed.
     /// @param function runs at any time until the end of the store's thread: it holds values, no references
     /// to the caller's. One that takes const Store& only reads, and needs no write lock.
+    /// @param begin of the time limit: calls that answer one request share it
     template <typename Function>
-    boost::asio::awaitable<std::invoke_result_t<Function&, Store&>> Run(Function function)
+    boost::asio::awaitable<std::invoke_result_t<Function&, Store&>>
+    Run(Function function, StoreCall::Clock::time_point begin = StoreCall::Clock::now())
     {
         const auto call = std::make_shared<StoreCallOf<Function>>(std::move(function));
         // Named: see docs/service.md.
         const std::shared_ptr<StoreCall> shared = call;
-        co_await Wait(shared);
+        co_await Wait(shared, begin);
         co_return call->TakeResult();
     }
 
@@ -64,7 +66,8 @@ public:
 private:
     using Batch = std::vector<std::shared_ptr<StoreCall>>;
 
-    [[nodiscard]] boost::asio::awaitable<void> Wait(std::shared_ptr<StoreCall> call);
+    [[nodiscard]] boost::asio::awaitable<void> Wait(std::shared_ptr<StoreCall> call,
+                                                    StoreCall::Clock::time_point begin);
     void Enqueue(std::shared_ptr<StoreCall> call);
     /// The calls that go next, at most as many as a batch holds; none at the end.
     void TakeBatch(Batch& batch);
