@@ -10,7 +10,7 @@ namespace beacond {
 namespace {
 
 // The window of the limits, and how long a used code confirms the same installation again.
-constexpr std::int64_t kDay = 24 * 3600;
+constexpr std::int64_t kDay = 24L * 3600;
 
 struct StoredSignup
 {
