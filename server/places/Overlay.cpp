@@ -77,17 +77,23 @@ bool IsIn(const GazetteerPlace& place, std::string_view code)
            (place.firstDivision.size() == code.size() || place.firstDivision[code.size()] == '.');
 }
 
-/// Adds a copy of each place that is, or lies in, `subject` to a region; the number of copies.
+/// Adds a copy of each place that is, or lies in, `subject` to a region whose country doesn't list it yet;
+/// the number of copies.
 std::size_t ListAgain(Gazetteer& gazetteer, std::string_view subject, std::string_view regionId)
 {
     const auto region = std::find_if(gazetteer.regions.begin(), gazetteer.regions.end(),
                                      [&](const GazetteerRegion& r) { return r.id == regionId; });
     if (region == gazetteer.regions.end() || subject.empty())
         return 0;
+    std::unordered_set<std::uint32_t> listed;
+    for (const GazetteerPlace& place : gazetteer.places) {
+        if (gazetteer.regions[place.region].Country() == region->Country())
+            listed.insert(place.id);
+    }
     const auto id = NumberIn<std::uint32_t>(subject);
     std::vector<GazetteerPlace> copies;
     for (const GazetteerPlace& place : gazetteer.places) {
-        if (place.isCopy || !(id ? place.id == *id : IsIn(place, subject)))
+        if (place.isCopy || listed.contains(place.id) || !(id ? place.id == *id : IsIn(place, subject)))
             continue;
         copies.push_back(place);
         copies.back().isCopy = true;
@@ -124,7 +130,7 @@ void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& 
     // The copies come last, so that they have the corrections.
     for (const Listing& listing : listings) {
         if (ListAgain(gazetteer, listing.subject, listing.region) == 0)
-            report.Skip("overlay: no such place or region");
+            report.Skip("overlay: no such place or region, or its country lists it already");
     }
 }
 

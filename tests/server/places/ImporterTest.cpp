@@ -111,9 +111,10 @@ TEST(Importer, Import_overlay_corrects)
                 "\n"}
             .Import(folder);
     EXPECT_THAT(report.skipped,
-                testing::ElementsAre(std::pair("overlay: no such place", 1U),
-                                     std::pair("overlay: no such place or region", 1U),
-                                     std::pair("overlay: unknown action or wrong value", 1U)));
+                testing::ElementsAre(
+                    std::pair("overlay: no such place", 1U),
+                    std::pair("overlay: no such place or region, or its country lists it already", 1U),
+                    std::pair("overlay: unknown action or wrong value", 1U)));
     const auto places = Places::Open(folder / "places.bin");
     for (const char* letters : {"makk", "mecc", "bakk"})
         EXPECT_EQ(places->Search("SA", letters, 1).at(0).city, "Makkah") << letters;
@@ -124,6 +125,19 @@ TEST(Importer, Import_overlay_corrects)
         EXPECT_THAT(Ids(places->Search(state, "jer", 9)), testing::ElementsAre("IL-G2")) << state;
     EXPECT_EQ(places->Count("US", "ghost"), 0U);
     EXPECT_TRUE(places->ByAtlasId("US-G3")) << "clients that have it ask for it";
+}
+
+TEST(Importer, Import_placeListedAgainInItsCountry_standsThereOnce)
+{
+    const TemporaryFolder folder;
+    (void)SmallTables{.places = PlaceLine{.name = "Jerusalem", .country = "IL"}.Text() +
+                                PlaceLine{.id = "2"}.Text(),
+                      .overlay = "listed\t1\tPS\nlisted\tIL\tPS\nlisted\t1\tIL\nlisted\t2\tUS-TX\n"}
+        .Import(folder);
+    const Places places(folder / "places.bin");
+    EXPECT_EQ(places.Count("PS", "jer"), 1U);
+    EXPECT_EQ(places.Count("IL", "jer"), 1U);
+    EXPECT_EQ(places.Count("US", "spr"), 1U);
 }
 
 TEST(Importer, Import_regionThatListsCouldNotShow_isLeftOut)
