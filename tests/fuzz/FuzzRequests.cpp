@@ -183,7 +183,13 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     portions.push_back(1);
     const std::string_view bytes = parts.Rest();
     const Outcome outcome = Read(bytes, {RequestReader::kHeaderLimit});
-    Demand(Read(bytes, portions) == outcome, "the same bytes in other portions are the same requests");
+    const Outcome other = Read(bytes, portions);
+    Demand(other.requests == outcome.requests, "the same bytes in other portions are the same requests");
+    // Beast takes the line of a chunk with an open quotation mark for one that is not whole, and counts the
+    // chunk again with each portion: the request never completes, but when and how it is refused depends on
+    // the portions.
+    Demand(other.refusal == outcome.refusal || bytes.find('"') != std::string_view::npos,
+           "a refusal is the same in other portions");
     for (const Taken& taken : outcome.requests) {
         CheckRequest(taken);
     }
