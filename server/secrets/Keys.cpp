@@ -135,7 +135,7 @@ Key Key::FromExistingFile(const std::filesystem::path& file)
     }
     std::array<unsigned char, kBytes> bytes{};
     std::memcpy(bytes.data(), read.data(), kBytes);
-    const Key key(bytes);
+    Key key(bytes);
     sodium_memzero(read.data(), read.size());
     sodium_memzero(bytes.data(), bytes.size());
     return key;
