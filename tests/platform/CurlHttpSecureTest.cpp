@@ -43,6 +43,8 @@ public:
     }
     ~SecureServer()
     {
+        // The slot of a derived class uses members that are gone.
+        m_openssl.blockSignals(true);
         m_openssl.kill();
         m_openssl.waitForFinished();
     }
