@@ -1,41 +1,35 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "calculation/Calendar.h"
+#include "calculation/Angle.h"
+#include "calculation/Days.h"
 #include "calculation/EarthOrientation.h"
-#include "calculation/ErrorStatistics.h"
 #include "calculation/IndependentSky.h"
-#include "calculation/Moon.h"
-#include "calculation/PrayerDay.h"
+#include "calculation/Reference.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <numbers>
 #include <random>
 #include <string>
-#include <utility>
 
 namespace {
 
 using calculation::Event;
+using calculation::kRadiansPerDegree;
 using calculation::Place;
-using calculation::PrayerDay;
 
-constexpr double kRadiansPerDegree = std::numbers::pi / 180.0;
-constexpr double kSecondsPerDay = 86400.0;
+constexpr double kHorizon = -0.8333;
 
 // A day at a place, asked both of the calculation and of the independent sky.
 class Case final
 {
 public:
-    Case(const Place& place, std::int32_t daysSince2000, double fajrAngle, double ishaAngle)
+    Case(const Place& place, std::int32_t daysSince2000)
         : m_place(place)
         , m_noon(daysSince2000 - std::round(place.LongitudeDegrees() / 15.0) / 24.0)
+        , m_day(DayOf(place, m_noon))
     {
-        m_day.SetPlaceAndDate(place, m_noon);
-        m_day.SetTwilightAngles(fajrAngle, ishaAngle);
     }
 
     [[nodiscard]] double Time(Event event, int index = 0) { return m_day.OfSolarDay(event, index); }
@@ -47,6 +41,14 @@ public:
                                         m_place.LongitudeDegrees());
     }
 
+    // Degrees between both skies. Near the zenith and the nadir the sine hardly tells altitudes apart.
+    [[nodiscard]] double ElevationError(double time) const
+    {
+        const double altitude = Altitude(time);
+        const double found = m_day.Track().Elevation(time, m_day.OwnLatitude());
+        return std::abs(altitude) < 88.0 ? found - altitude : 0.0;
+    }
+
     [[nodiscard]] double HourAngle(double time) const
     {
         const double days = m_noon + time;
@@ -55,14 +57,15 @@ public:
 
     [[nodiscard]] double DegreesPerMinute(double time) const
     {
-        constexpr double kHalfMinute = 0.5 / 1440.0;
+        constexpr double kHalfMinute = 0.5 / kMinutesPerDay;
         return Altitude(time + kHalfMinute) - Altitude(time - kHalfMinute);
     }
 
-    // Seconds from the instant when the sun stands at the altitude.
-    [[nodiscard]] double Error(double time, double altitude) const
+    // Degrees at which the shadow is so many lengths longer than at the transit.
+    [[nodiscard]] double AsrAltitude(double lengths)
     {
-        return (Altitude(time) - altitude) / DegreesPerMinute(time) * 60.0;
+        const double noon = Altitude(Time(Event::Transit)) * kRadiansPerDegree;
+        return std::atan(1.0 / (1.0 / std::tan(noon) + lengths)) / kRadiansPerDegree;
     }
 
     [[nodiscard]] std::string Text() const
@@ -74,184 +77,138 @@ public:
 private:
     Place m_place;
     double m_noon;
-    PrayerDay m_day;
+    calculation::PrayerDay m_day;
 };
 
-class RandomCases final
+// Any longitude and any day from 1900 to 2100 between two latitudes of both hemispheres, in hundredths.
+class RandomDays final
 {
 public:
-    Case operator()(double fajrAngle, double ishaAngle)
+    RandomDays(unsigned seed, int leastLatitude, int mostLatitude)
+        : m_generator(seed)
+        , m_latitude(leastLatitude, mostLatitude)
     {
-        const Place place{static_cast<std::int16_t>(m_latitude(m_generator)),
-                          static_cast<std::int16_t>(m_longitude(m_generator))};
-        return {place, m_day(m_generator), fajrAngle, ishaAngle};
     }
 
+    Place NextPlace()
+    {
+        const int latitude = m_latitude(m_generator);
+        return {static_cast<Short>(m_isNorthern(m_generator) ? latitude : -latitude),
+                static_cast<Short>(m_longitude(m_generator))};
+    }
+    std::int32_t NextDay() { return m_day(m_generator); }
+
 private:
-    std::mt19937 m_generator{424242};
-    // Where every day has a sunrise and a sunset.
-    std::uniform_int_distribution<int> m_latitude{-6500, 6500};
+    std::mt19937 m_generator;
+    std::bernoulli_distribution m_isNorthern;
+    std::uniform_int_distribution<int> m_latitude;
     std::uniform_int_distribution<int> m_longitude{-18000, 18000};
     std::uniform_int_distribution<std::int32_t> m_day{-36524, 36524};
 };
 
+// In seconds of time; apart where the sun moves by less than 0.03 degrees a minute.
 struct EventErrors
 {
     ErrorStatistics quick;
-    ErrorStatistics slow; // where the sun moves under 0.03 degrees a minute
+    ErrorStatistics slow;
 
     void Add(const Case& theCase, double time, double altitude)
     {
         const double rate = theCase.DegreesPerMinute(time);
-        auto& errors = std::abs(rate) < 0.03 ? slow : quick;
-        errors.Add((theCase.Altitude(time) - altitude) / rate * 60.0, theCase.Text());
+        (std::abs(rate) < 0.03 ? slow : quick)
+            .Add((theCase.Altitude(time) - altitude) / rate * 60.0, theCase.Text());
     }
-    void Expect(const std::string& subject, bool hasSlow) const
+    void Expect(const std::string& subject, double quickLimit, double slowLimit) const
     {
         quick.Print(subject, "s");
-        if (hasSlow) {
-            slow.Print(subject + " where the sun moves slowly", "s");
-        }
-        EXPECT_GT(quick.Count(), 700);
-        EXPECT_EQ(slow.Count() > 0, hasSlow);
-        EXPECT_LT(quick.Largest(), 0.2) << quick.WorstRow();
-        EXPECT_LT(slow.Largest(), 0.5) << slow.WorstRow();
+        slow.Print(subject + " where the sun moves slowly", "s");
+        EXPECT_LT(quick.Largest(), quickLimit) << quick.WorstRow();
+        EXPECT_LT(slow.Largest(), slowLimit) << slow.WorstRow();
     }
 };
-
-constexpr int kCases = 800;
-
-TEST(IndependentSky, transit_atHourAngleZero)
-{
-    RandomCases cases;
-    ErrorStatistics errors;
-    for (int i = 0; i < kCases; ++i) {
-        Case theCase = cases(-18.0, -17.0);
-        // 15 degrees in an hour.
-        errors.Add(theCase.HourAngle(theCase.Time(Event::Transit)) * 240.0, theCase.Text());
-    }
-    errors.Print("transit", "s");
-    EXPECT_LT(errors.Largest(), 0.06) << errors.WorstRow();
-}
-
-TEST(IndependentSky, sunriseAndSunset_upperEdgeAtTheHorizon)
-{
-    RandomCases cases;
-    EventErrors errors;
-    for (int i = 0; i < kCases; ++i) {
-        Case theCase = cases(-18.0, -17.0);
-        errors.Add(theCase, theCase.Time(Event::Sunrise), -0.8333);
-        errors.Add(theCase, theCase.Time(Event::Sunset), -0.8333);
-    }
-    errors.Expect("sunrise and sunset", false);
-}
-
-TEST(IndependentSky, asr_shadowBeyondThatOfTheTransit)
-{
-    RandomCases cases;
-    EventErrors errors;
-    for (int i = 0; i < kCases; ++i) {
-        Case theCase = cases(-18.0, -17.0);
-        const double noon = theCase.Altitude(theCase.Time(Event::Transit)) * kRadiansPerDegree;
-        const double shadow = 1.0 / std::tan(noon);
-        errors.Add(theCase, theCase.Time(Event::AsrOneLength),
-                   std::atan(1.0 / (shadow + 1.0)) / kRadiansPerDegree);
-        errors.Add(theCase, theCase.Time(Event::AsrTwoLengths),
-                   std::atan(1.0 / (shadow + 2.0)) / kRadiansPerDegree);
-    }
-    errors.Expect("Asr", true);
-}
 
 // Either the sun is at the angle, or the portion of the night ends here and the sun is still above it.
-TEST(IndependentSky, twilight_atTheAngleOrAtTheEndOfItsPortionOfTheNight)
+bool IsAtLimit(const Case& theCase, double time, double limit, double angle)
 {
-    RandomCases cases;
-    EventErrors errors;
-    int bounded = 0;
+    if (std::abs(time - limit) * 86400.0 >= 0.01) {
+        return false;
+    }
+    EXPECT_GT(theCase.Altitude(time), angle) << theCase.Text();
+    return true;
+}
+
+constexpr int kCases = 800;
+constexpr double kArcsecond = 1.0 / 3600.0;
+
+// From -1.5 to 1.5 days from noon.
+double TimeOfCase(int number)
+{
+    return 3.0 * number / kCases - 1.5;
+}
+
+// Where every day has a sunrise and a sunset.
+TEST(IndependentSky, upTo65Degrees_eachEventWhereItsRuleSaysIt)
+{
+    RandomDays days(424242, 0, 6500);
+    ErrorStatistics transit;
+    EventErrors horizon;
+    EventErrors asr;
+    EventErrors twilight;
+    int limited = 0;
     for (int i = 0; i < kCases; ++i) {
-        Case theCase = cases(-18.0, -17.0);
+        const Place place = days.NextPlace();
+        Case theCase(place, days.NextDay());
+        EXPECT_NEAR(theCase.ElevationError(TimeOfCase(i)), 0.0, kArcsecond) << theCase.Text();
+        // 15 degrees in an hour.
+        transit.Add(theCase.HourAngle(theCase.Time(Event::Transit)) * 240.0, theCase.Text());
         const double sunrise = theCase.Time(Event::Sunrise);
         const double sunset = theCase.Time(Event::Sunset);
+        horizon.Add(theCase, sunrise, kHorizon);
+        horizon.Add(theCase, sunset, kHorizon);
+        asr.Add(theCase, theCase.Time(Event::AsrOneLength), theCase.AsrAltitude(1.0));
+        asr.Add(theCase, theCase.Time(Event::AsrTwoLengths), theCase.AsrAltitude(2.0));
+
         const double fajr = theCase.Time(Event::Fajr);
+        const double fajrLimit = sunrise - 18.0 / 60.0 * (sunrise - theCase.Time(Event::Sunset, -1));
+        if (IsAtLimit(theCase, fajr, fajrLimit, -18.0)) {
+            ++limited;
+        } else {
+            EXPECT_GT(fajr, fajrLimit) << theCase.Text();
+            twilight.Add(theCase, fajr, -18.0);
+        }
         const double isha = theCase.Time(Event::Isha);
-        const double fajrBound = sunrise - 18.0 / 60.0 * (sunrise - theCase.Time(Event::Sunset, -1));
-        const double ishaBound = sunset + 17.0 / 60.0 * (theCase.Time(Event::Sunrise, 1) - sunset);
-        if (std::abs(fajr - fajrBound) * kSecondsPerDay < 0.01) {
-            ++bounded;
-            EXPECT_GT(theCase.Altitude(fajr), -18.0) << theCase.Text();
+        const double ishaLimit = sunset + 17.0 / 60.0 * (theCase.Time(Event::Sunrise, 1) - sunset);
+        if (IsAtLimit(theCase, isha, ishaLimit, -17.0)) {
+            ++limited;
         } else {
-            EXPECT_GT(fajr, fajrBound) << theCase.Text();
-            errors.Add(theCase, fajr, -18.0);
-        }
-        if (std::abs(isha - ishaBound) * kSecondsPerDay < 0.01) {
-            ++bounded;
-            EXPECT_GT(theCase.Altitude(isha), -17.0) << theCase.Text();
-        } else {
-            EXPECT_LT(isha, ishaBound) << theCase.Text();
-            errors.Add(theCase, isha, -17.0);
+            EXPECT_LT(isha, ishaLimit) << theCase.Text();
+            twilight.Add(theCase, isha, -17.0);
         }
     }
-    errors.Expect("twilight", false);
-    EXPECT_GT(bounded, 100);
+    transit.Print("transit", "s");
+    EXPECT_LT(transit.Largest(), 0.06) << transit.WorstRow();
+    horizon.Expect("sunrise and sunset", 0.2, 0.2);
+    asr.Expect("Asr", 0.2, 0.5);
+    twilight.Expect("twilight", 0.2, 0.2);
+    EXPECT_EQ(horizon.slow.Count() + twilight.slow.Count(), 0);
+    EXPECT_GT(asr.slow.Count(), 0);
+    EXPECT_GT(twilight.quick.Count(), 700);
+    EXPECT_GT(limited, 100);
 }
 
-TEST(IndependentSky, sunElevation_anyMinute)
-{
-    std::mt19937 generator(7);
-    std::uniform_real_distribution<double> times(-1.5, 1.5);
-    std::uniform_int_distribution<int> latitudes(-9000, 9000);
-    std::uniform_int_distribution<int> longitudes(-18000, 18000);
-    std::uniform_int_distribution<int> days(-36524, 36524);
-    ErrorStatistics errors;
-    for (int i = 0; i < kCases; ++i) {
-        const Place place{static_cast<std::int16_t>(latitudes(generator)),
-                          static_cast<std::int16_t>(longitudes(generator))};
-        const double noon = days(generator);
-        const double time = times(generator);
-        const calculation::SunTrack track(noon, place.LongitudeTurns());
-        const double found =
-            track.Elevation(time, calculation::Latitude::FromDegrees(place.LatitudeDegrees()));
-        errors.Add(found - independent::SunAltitude(noon + time, calculation::DeltaT(noon + time),
-                                                    place.LatitudeDegrees(), place.LongitudeDegrees()));
-    }
-    errors.Print("sun's elevation", "degrees");
-    // One second of arc.
-    EXPECT_LT(errors.Largest(), 1.0 / 3600.0);
-}
-
-// Beyond 65 degrees not every day has a sunrise and a sunset. Which have, and where the sun then stands, is
-// for the independent sky to say.
-class PolarCases final
-{
-public:
-    // Latitudes from 65 to 89.99 degrees, north and south.
-    std::pair<Place, std::int32_t> operator()()
-    {
-        const int latitude = m_latitude(m_generator);
-        const Place place{static_cast<std::int16_t>(m_isNorthern(m_generator) ? latitude : -latitude),
-                          static_cast<std::int16_t>(m_longitude(m_generator))};
-        return {place, m_day(m_generator)};
-    }
-
-private:
-    std::mt19937 m_generator{656565};
-    std::bernoulli_distribution m_isNorthern;
-    std::uniform_int_distribution<int> m_latitude{6500, 8999};
-    std::uniform_int_distribution<int> m_longitude{-18000, 18000};
-    std::uniform_int_distribution<std::int32_t> m_day{-36524, 36524};
-};
-
+// Not every day has a sunrise and a sunset there. Which have, and where the sun then stands, is for the
+// independent sky to say.
 TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
 {
-    constexpr double kHorizon = -0.8333;
-    constexpr int kPolarCases = 800;
-    PolarCases cases;
+    RandomDays days(656565, 6500, 8999);
     EventErrors horizon;
     EventErrors asr;
     int without = 0;
-    for (int i = 0; i < kPolarCases; ++i) {
-        const auto [place, date] = cases();
-        Case theCase(place, date, -18.0, -17.0);
+    for (int i = 0; i < kCases; ++i) {
+        const Place place = days.NextPlace();
+        const std::int32_t date = days.NextDay();
+        Case theCase(place, date);
+        EXPECT_NEAR(theCase.ElevationError(TimeOfCase(i)), 0.0, kArcsecond) << theCase.Text();
         const double transit = theCase.Time(Event::Transit);
         const double noon = theCase.Altitude(transit);
         const double lowest = std::max(theCase.Altitude(transit - 0.5), theCase.Altitude(transit + 0.5));
@@ -263,37 +220,29 @@ TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
         }
         if (spare < 0.0) {
             ++without;
-            Case at45({static_cast<std::int16_t>(place.latitude < 0 ? -4500 : 4500), place.longitude}, date,
-                      -18.0, -17.0);
-            EXPECT_LT(std::abs(at45.Error(sunrise, kHorizon)), 0.2) << theCase.Text();
-            EXPECT_LT(std::abs(at45.Error(sunset, kHorizon)), 0.2) << theCase.Text();
+            const Case at45({static_cast<Short>(place.latitude < 0 ? -4500 : 4500), place.longitude}, date);
+            EventErrors horizon45;
+            horizon45.Add(at45, sunrise, kHorizon);
+            horizon45.Add(at45, sunset, kHorizon);
+            EXPECT_LT(horizon45.quick.Largest(), 0.2) << theCase.Text();
+            EXPECT_EQ(horizon45.quick.Count(), 2) << theCase.Text();
             continue;
         }
         horizon.Add(theCase, sunrise, kHorizon);
         horizon.Add(theCase, sunset, kHorizon);
         if (noon > 0.21) {
-            const double shadow = 1.0 / std::tan(noon * kRadiansPerDegree);
-            for (const auto& [event, lengths] :
-                 {std::pair{Event::AsrOneLength, 1.0}, std::pair{Event::AsrTwoLengths, 2.0}}) {
-                asr.Add(theCase, theCase.Time(event),
-                        std::atan(1.0 / (shadow + lengths)) / kRadiansPerDegree);
-            }
+            asr.Add(theCase, theCase.Time(Event::AsrOneLength), theCase.AsrAltitude(1.0));
+            asr.Add(theCase, theCase.Time(Event::AsrTwoLengths), theCase.AsrAltitude(2.0));
         }
     }
-    horizon.quick.Print("sunrise and sunset beyond 65 degrees", "s");
-    horizon.slow.Print("the same where the sun moves slowly", "s");
-    asr.quick.Print("Asr beyond 65 degrees", "s");
-    asr.slow.Print("the same where the sun moves slowly", "s");
+    // Where the sun's path almost touches the horizon, a second of arc is seconds of time.
+    horizon.Expect("sunrise and sunset beyond 65 degrees", 0.25, 1.0);
+    asr.Expect("Asr beyond 65 degrees", 0.2, 0.2);
     EXPECT_GT(without, 300);
     EXPECT_GT(horizon.quick.Count(), 300);
     EXPECT_GT(horizon.slow.Count(), 60);
     EXPECT_GT(asr.quick.Count(), 200);
     EXPECT_GT(asr.slow.Count(), 60);
-    EXPECT_LT(horizon.quick.Largest(), 0.25) << horizon.quick.WorstRow();
-    // Where the sun's path almost touches the horizon, a second of arc is seconds of time.
-    EXPECT_LT(horizon.slow.Largest(), 1.0) << horizon.slow.WorstRow();
-    EXPECT_LT(asr.quick.Largest(), 0.2) << asr.quick.WorstRow();
-    EXPECT_LT(asr.slow.Largest(), 0.2) << asr.slow.WorstRow();
 }
 
 } // namespace

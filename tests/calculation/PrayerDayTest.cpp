@@ -2,39 +2,40 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/PrayerDay.h"
 
-#include "calculation/Calendar.h"
+#include "calculation/Days.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <map>
-#include <string>
 
 namespace {
 
 using calculation::DaysSince2000;
 using calculation::Event;
-using calculation::Place;
 using calculation::PrayerDay;
 
+// The events of a date and of its neighbours.
 struct Candidates
 {
     double own;
     double before;
     double after;
 
+    [[nodiscard]] static Candidates Of(PrayerDay& day, Event event)
+    {
+        return {day.OfSolarDay(event, 0), day.OfSolarDay(event, -1), day.OfSolarDay(event, 1)};
+    }
     [[nodiscard]] static bool IsWithin(double time) { return time >= -0.5 && time < 0.5; }
     [[nodiscard]] int CountWithin() const { return IsWithin(own) + IsWithin(before) + IsWithin(after); }
     // Of all three the one that has the least way to the date.
     [[nodiscard]] double Nearest() const
     {
-        return std::min({own, before, after}, [](double one, double other) { return Way(one) < Way(other); });
+        const auto way = [](double time) { return std::max({0.0, -0.5 - time, time - 0.5}); };
+        return std::min({own, before, after},
+                        [way](double one, double other) { return way(one) < way(other); });
     }
-
-private:
-    [[nodiscard]] static double Way(double time) { return std::max({0.0, -0.5 - time, time - 0.5}); }
 };
 
 // Modulo a day, to a microsecond.
@@ -43,67 +44,37 @@ bool IsSameClockTime(double one, double other)
     return std::abs(std::remainder(one - other, 1.0)) < 1e-11;
 }
 
-// Moves the clock of a place through a whole day, minute by minute, so that each event meets midnight, and
-// counts how many events a date was found to have.
-std::map<int, int> CheckEveryOffset(Event event, const Place& place, std::int32_t firstDay, int days)
+// Moves the clock of a place through a whole day, minute by minute, so that each event meets midnight. At 60
+// N the events move by minutes from day to day, earlier in one season and later in the other, so that both a
+// date with two and a date with none come up.
+TEST(PrayerDay, everyEventAtEveryOffset_theOneOfTheDate)
 {
-    std::map<int, int> cases;
-    for (std::int32_t date = firstDay; date < firstDay + days; ++date) {
-        for (int offset = -720; offset < 720; ++offset) {
-            PrayerDay day;
-            day.SetPlaceAndDate(place, date - offset / 1440.0);
-            day.SetTwilightAngles(-15.0, -15.0);
-            const Candidates candidates{day.OfSolarDay(event, 0), day.OfSolarDay(event, -1),
-                                        day.OfSolarDay(event, 1)};
-            const double time = day.WithinDate(event);
-            const int count = candidates.CountWithin();
-            ++cases[count];
-            EXPECT_TRUE(Candidates::IsWithin(time));
-            if (Candidates::IsWithin(candidates.own)) {
-                EXPECT_EQ(time, candidates.own);
-            } else if (count > 0) {
-                EXPECT_EQ(time,
-                          Candidates::IsWithin(candidates.before) ? candidates.before : candidates.after);
-            } else {
-                EXPECT_TRUE(IsSameClockTime(time, candidates.Nearest())) << offset;
+    for (const NamedEvent& event : kEvents) {
+        std::map<int, int> cases; // how many events a date has
+        for (const std::int32_t firstDay : {DaysSince2000(1, 3, 2026), DaysSince2000(25, 10, 2026)}) {
+            for (int minute = -720; minute < 3 * 1440 - 720; ++minute) {
+                PrayerDay day = DayOf({6000, 1000}, firstDay + minute / kMinutesPerDay, -15.0, -15.0);
+                const auto candidates = Candidates::Of(day, event.event);
+                const double time = day.WithinDate(event.event);
+                const int count = candidates.CountWithin();
+                ++cases[count];
+                ASSERT_TRUE(Candidates::IsWithin(time)) << event.name << ' ' << minute;
+                if (Candidates::IsWithin(candidates.own)) {
+                    ASSERT_EQ(time, candidates.own) << event.name << ' ' << minute;
+                } else if (count > 0) {
+                    ASSERT_EQ(time,
+                              Candidates::IsWithin(candidates.before) ? candidates.before : candidates.after)
+                        << event.name << ' ' << minute;
+                } else {
+                    ASSERT_TRUE(IsSameClockTime(time, candidates.Nearest())) << event.name << ' ' << minute;
+                }
             }
         }
-    }
-    return cases;
-}
-
-struct NamedEvent
-{
-    std::string name;
-    Event event;
-};
-
-class EventOfDate : public ::testing::TestWithParam<NamedEvent>
-{
-};
-
-INSTANTIATE_TEST_SUITE_P(
-    events, EventOfDate,
-    ::testing::Values(NamedEvent{"Fajr", Event::Fajr}, NamedEvent{"Sunrise", Event::Sunrise},
-                      NamedEvent{"Transit", Event::Transit}, NamedEvent{"AsrOneLength", Event::AsrOneLength},
-                      NamedEvent{"AsrTwoLengths", Event::AsrTwoLengths}, NamedEvent{"Sunset", Event::Sunset},
-                      NamedEvent{"Isha", Event::Isha}),
-    [](const auto& parameter) { return parameter.param.name; });
-
-// At 60 N the events move by minutes from day to day, earlier in one season and later in the other, so that
-// both a date with two and a date with none come up.
-TEST_P(EventOfDate, everyOffset_theOneOfTheDate)
-{
-    constexpr Place kPlace{6000, 1000};
-    std::map<int, int> cases = CheckEveryOffset(GetParam().event, kPlace, DaysSince2000(1, 3, 2026), 3);
-    for (const auto& [count, times] :
-         CheckEveryOffset(GetParam().event, kPlace, DaysSince2000(25, 10, 2026), 3)) {
-        cases[count] += times;
-    }
-    EXPECT_GT(cases[1], 1000);
-    if (GetParam().event != Event::Transit) {
-        EXPECT_GT(cases[0], 0);
-        EXPECT_GT(cases[2], 0);
+        EXPECT_GT(cases[1], 1000) << event.name;
+        if (event.event != Event::Transit) {
+            EXPECT_GT(cases[0], 0) << event.name;
+            EXPECT_GT(cases[2], 0) << event.name;
+        }
     }
 }
 
@@ -113,12 +84,10 @@ TEST_P(EventOfDate, everyOffset_theOneOfTheDate)
 TEST(PrayerDay, transitNearMidnight_theOneNearestToTheDatesNoon)
 {
     std::map<int, int> cases;
-    for (std::int16_t longitude = 17000; longitude < 19000; ++longitude) {
+    for (Short longitude = 17000; longitude < 19000; ++longitude) {
         for (const std::int32_t date : {DaysSince2000(22, 12, 2026), DaysSince2000(16, 9, 2026)}) {
-            PrayerDay day;
-            day.SetPlaceAndDate({0, longitude}, date);
-            const Candidates candidates{day.OfSolarDay(Event::Transit, 0), day.OfSolarDay(Event::Transit, -1),
-                                        day.OfSolarDay(Event::Transit, 1)};
+            PrayerDay day = DayOf({0, longitude}, date);
+            const auto candidates = Candidates::Of(day, Event::Transit);
             ++cases[candidates.CountWithin()];
             EXPECT_LE(std::abs(candidates.own), std::abs(candidates.before)) << longitude;
             EXPECT_LE(std::abs(candidates.own), std::abs(candidates.after)) << longitude;
@@ -130,23 +99,6 @@ TEST(PrayerDay, transitNearMidnight_theOneNearestToTheDatesNoon)
     EXPECT_GT(cases[0], 5);
     EXPECT_GT(cases[1], 1000);
     EXPECT_GT(cases[2], 5);
-}
-
-TEST(PrayerDay, ishaAfterMidnight_minuteOfTheDateInWhichItLies)
-{
-    // Helsinki in May: the evening's Isha at 12 degrees is half past midnight.
-    constexpr Place kHelsinki{6017, 2494};
-    constexpr double kOffset = 180.0 / 1440.0;
-    const std::int32_t date = DaysSince2000(14, 5, 2026);
-    PrayerDay eve;
-    eve.SetPlaceAndDate(kHelsinki, date - 1 - kOffset);
-    eve.SetTwilightAngles(-12.0, -24.0);
-    PrayerDay day;
-    day.SetPlaceAndDate(kHelsinki, date - kOffset);
-    day.SetTwilightAngles(-12.0, -24.0);
-    ASSERT_GT(eve.OfSolarDay(Event::Isha, 0), 0.5);
-    EXPECT_NEAR(day.WithinDate(Event::Isha), eve.OfSolarDay(Event::Isha, 0) - 1.0, 1e-6);
-    EXPECT_LT(day.WithinDate(Event::Isha), -0.5 + 90.0 / 1440.0);
 }
 
 } // namespace
