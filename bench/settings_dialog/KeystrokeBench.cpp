@@ -8,6 +8,7 @@
 #include "settings_dialog/FrmAlerts.h"
 #include "settings_dialog/MobileSignup.h"
 #include "store/Configuration.h"
+#include "store/XmlText.h"
 
 #include <QApplication>
 #include <QFile>
@@ -34,7 +35,7 @@ public:
     }
     [[nodiscard]] QByteArray Settings() const
     {
-        return m_files.Read(kSettingsFile, DomDocument::kLargestDocument).value_or(QByteArray());
+        return m_files.Read(kSettingsFile, XmlLimits::kBytes).value_or(QByteArray());
     }
     FrmAlerts& Open(std::int16_t tab)
     {

@@ -128,7 +128,7 @@ void FrmNewLoc::SayAndUnload(const QString& message)
     Unload();
 }
 
-std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren, Surplus surplus) const
+std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren) const
 {
     SimpleXML reply(Outside());
     if (!reply.Load(url)) {
@@ -137,13 +137,8 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildr
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
         root = std::make_unique<SimpleXML>(Outside());
-    } else {
-        if (surplus == Surplus::kIsCut) {
-            root->xmldoc->DocumentElement().RemoveChildrenFrom(mostChildren);
-        }
-        if (IsLarger(*root->xmldoc, mostChildren)) {
-            return nullptr;
-        }
+    } else if (IsLarger(*root->xmldoc, mostChildren)) {
+        return nullptr;
     }
     root->SetCurrentPath(kRootPath);
     return root;
@@ -233,10 +228,8 @@ void FrmNewLoc::SearchCity()
     if (!IsLoaded() || (count && !WantsMatches(*count)) || !IsLoaded()) {
         return;
     }
-    // The user may have asked for all of a long list: the first ones are more than nothing.
-    const std::unique_ptr<SimpleXML> cities =
-        Request(ServiceRequests::GetMatchingCities(Variables().Settings, stateId, m_controls.TxtCity->Text()),
-                kMostListed, Surplus::kIsCut);
+    const std::unique_ptr<SimpleXML> cities = Request(
+        ServiceRequests::GetMatchingCities(Variables().Settings, stateId, m_controls.TxtCity->Text()));
     if (IsLoaded() && cities) {
         FillResults(*cities);
     }

@@ -5,6 +5,7 @@
 #include "forms/Form.h"
 #include "locations/NewLocControls.h"
 #include "platform/Timers.h"
+#include "store/XmlText.h"
 
 #include <QStringList>
 
@@ -47,17 +48,11 @@ private:
     void AddLocation();
     void FetchAndStore(const QString& atlasId);
 
-    /// A child is looked up by its name among all of them: a list much longer than any country's cities would
-    /// hold up the clock.
-    static constexpr int kMostListed = 6000;
-    /// Children beyond the most: the reply counts as none that came, or is cut to the first ones.
-    enum class Surplus { kCountsAsNoReply, kIsCut };
     /// The root of a reply on an object of its own, or nothing if the request failed. A document with another
-    /// root reads as an empty one, and one with more children, unless they are cut, or more below them, or
-    /// roots deep within, counts as none that came. Serves events: the window may have been unloaded
-    /// meanwhile.
-    [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url, int mostChildren = kMostListed,
-                                                     Surplus surplus = Surplus::kCountsAsNoReply) const;
+    /// root reads as an empty one, and one with more children, or more below them, or roots deep within,
+    /// counts as none that came. Serves events: the window may have been unloaded meanwhile.
+    [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url,
+                                                     int mostChildren = XmlLimits::kChildren) const;
     void Say(const QString& message) const;
     void SayAndUnload(const QString& message);
 

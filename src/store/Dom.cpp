@@ -34,16 +34,11 @@ bool DomDocument::Load(const QString& path)
 {
     m_document->reset();
     const std::optional<QByteArray> bytes =
-        IsUrl(path) ? m_http.Fetch(path, HttpLimits{}) : m_files.Read(path, kLargestDocument);
-    return bytes && bytes->size() <= kLargestDocument && Parse(*bytes);
-}
-
-bool DomDocument::Parse(const QByteArray& bytes)
-{
+        IsUrl(path) ? m_http.Fetch(path, HttpLimits{}) : m_files.Read(path, XmlLimits::kBytes);
     // pugixml alone takes two roots, undeclared entities and invalid UTF-8, and leaves half a tree after an
     // error.
-    const std::optional<QByteArray> utf8 = DecodeXml(bytes);
-    if (!utf8 || !IsWellFormedXml(*utf8, kDeepestNesting)) {
+    const std::optional<QByteArray> utf8 = bytes ? CheckedXml(*bytes) : std::nullopt;
+    if (!utf8) {
         return false;
     }
     const auto length = static_cast<std::size_t>(utf8->size());
@@ -61,8 +56,7 @@ bool DomDocument::Save(const QString& path) const
     m_document->save(stream, "  ", pugi::format_indent, pugi::encoding_utf8);
     const QByteArray bytes = QByteArray::fromStdString(stream.str());
     // A control character in a value, or too much of it, would make a file that can never be loaded again.
-    return bytes.size() <= kLargestDocument && IsWellFormedXml(bytes, kDeepestNesting) &&
-           m_files.Replace(path, bytes);
+    return CheckedXml(bytes) && m_files.Replace(path, bytes);
 }
 
 DomNode DomDocument::DocumentElement() const

@@ -59,8 +59,6 @@ public:
     /// then.
     DomNode AppendChild(DomNode node) const;
     void RemoveChild(DomNode child) const;
-    /// Removes the children from @p index on; nothing if there are not so many.
-    void RemoveChildrenFrom(int index) const;
 
 private:
     friend class DomDocument;
@@ -73,19 +71,16 @@ private:
 class DomDocument final
 {
 public:
-    /// Beyond these a document is not loaded: no honest settings file or reply comes near them.
-    static constexpr qint64 kLargestDocument = 16LL * 1024 * 1024;
-    static constexpr int kDeepestNesting = 256;
-
     DomDocument(FileStore& files, Http& http);
     ~DomDocument();
     DomDocument(const DomDocument&) = delete;
     DomDocument& operator=(const DomDocument&) = delete;
 
     /// Replaces the content by the document at a file name or an http or https URL; a URL is waited for with
-    /// events served. False, and an empty document, if it can't be read or is not well-formed.
+    /// events served. False, and an empty document, if it can't be read, is not well-formed or exceeds
+    /// XmlLimits.
     bool Load(const QString& path);
-    /// Writes UTF-8, indented. False if the document is not well-formed or the file can't be written.
+    /// Writes UTF-8, indented. False if Load would refuse the document or the file can't be written.
     [[nodiscard]] bool Save(const QString& path) const;
 
     /// The empty handle while the document is empty.
@@ -100,8 +95,6 @@ public:
     [[nodiscard]] DomNode SelectSingleNode(const QString& pattern) const;
 
 private:
-    bool Parse(const QByteArray& bytes);
-
     FileStore& m_files;
     Http& m_http;
     std::unique_ptr<pugi::xml_document> m_document;

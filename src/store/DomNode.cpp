@@ -205,14 +205,3 @@ void DomNode::RemoveChild(DomNode child) const
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("Not a child of this node"));
     }
 }
-
-void DomNode::RemoveChildrenFrom(int index) const
-{
-    pugi::xml_node parent(Node());
-    pugi::xml_node child(Child(index).m_node);
-    while (child) {
-        const pugi::xml_node next = child.next_sibling();
-        parent.remove_child(child);
-        child = next;
-    }
-}

@@ -2,216 +2,121 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/XmlText.h"
 
-#include <QXmlStreamReader>
+#include <QRegularExpression>
+#include <QStringDecoder>
 
-#include <unicode/ucnv.h>
+#include <expat.h>
 
 #include <memory>
+#include <vector>
 
 namespace {
 
-// The encoding that <?xml … encoding="…"?> names; empty if the text has no such declaration.
-QByteArray DeclaredEncoding(const QByteArray& bytes)
+std::optional<QString> Decoded(const QByteArray& bytes)
 {
-    const QByteArray head = bytes.left(256);
-    if (!head.startsWith("<?xml")) {
-        return {};
+    static const QRegularExpression declaration(
+        QStringLiteral("^<\\?xml\\s[^>]*\\sencoding\\s*=\\s*[\"']([^\"']*)"));
+    constexpr qsizetype kDeclarationWithin = 256;
+    QByteArray name = "UTF-8";
+    if (const auto encoding = QStringConverter::encodingForData(bytes, u'<')) {
+        name = QStringConverter::nameForEncoding(*encoding);
+    } else if (const auto match = declaration.match(QString::fromLatin1(bytes.left(kDeclarationWithin)));
+               match.hasMatch()) {
+        name = match.captured(1).toLatin1();
     }
-    const QByteArray declaration = head.left(head.indexOf("?>"));
-    const qsizetype key = declaration.indexOf("encoding");
-    if (key < 0) {
-        return {};
+    // Without a state for further bytes, a character that is cut off at the end is an error.
+    QStringDecoder decoder(name.constData(), QStringConverter::Flag::Stateless);
+    QString text = decoder(bytes);
+    if (!decoder.isValid() || decoder.hasError() || !text.isValidUtf16()) {
+        return std::nullopt;
     }
-    qsizetype quote = key + 8;
-    while (quote < declaration.size() && declaration[quote] != '"' && declaration[quote] != '\'') {
-        ++quote;
-    }
-    const qsizetype end =
-        quote < declaration.size() ? declaration.indexOf(declaration[quote], quote + 1) : -1;
-    return end < 0 ? QByteArray() : declaration.mid(quote + 1, end - quote - 1);
+    return text;
 }
 
-struct Encoding
+/// One pass of libexpat over one document. Its time grows with the length alone, however many attributes and
+/// namespaces there are.
+class XmlPass final
 {
-    QByteArray name;
-    qsizetype markLength = 0;
-};
-
-Encoding DetectEncoding(const QByteArray& bytes)
-{
-    if (bytes.startsWith("\xEF\xBB\xBF")) {
-        return {"UTF-8", 3};
+public:
+    XmlPass()
+    {
+        XML_Parser const parser = m_parser.get();
+        XML_SetUserData(parser, this);
+        XML_SetXmlDeclHandler(parser, &XmlPass::OnDeclaration);
+        XML_SetElementHandler(parser, &XmlPass::OnStart, &XmlPass::OnEnd);
+        XML_SetCommentHandler(parser, [](void* self, const char* /*text*/) { Self(self).Count(); });
+        XML_SetProcessingInstructionHandler(
+            parser, [](void* self, const char* /*target*/, const char* /*text*/) { Self(self).Count(); });
+        XML_SetStartCdataSectionHandler(parser, [](void* self) { Self(self).Count(); });
+        XML_SetStartDoctypeDeclHandler(parser, &XmlPass::OnDocumentType);
     }
-    if (bytes.startsWith("\xFF\xFE")) {
-        return {"UTF-16LE", 2};
-    }
-    if (bytes.startsWith("\xFE\xFF")) {
-        return {"UTF-16BE", 2};
-    }
-    // Without a mark a UTF-16 document still starts with "<" in two bytes.
-    if (bytes.size() >= 2 && bytes[0] == '<' && bytes[1] == '\0') {
-        return {"UTF-16LE", 0};
-    }
-    if (bytes.size() >= 2 && bytes[0] == '\0' && bytes[1] == '<') {
-        return {"UTF-16BE", 0};
-    }
-    const QByteArray declared = DeclaredEncoding(bytes);
-    return {declared.isEmpty() ? QByteArray("UTF-8") : declared, 0};
-}
 
-struct ConverterCloser
-{
-    void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
+    [[nodiscard]] bool Accepts(const QByteArray& utf8)
+    {
+        return XML_Parse(m_parser.get(), utf8.constData(), static_cast<int>(utf8.size()), XML_TRUE) ==
+               XML_STATUS_OK;
+    }
+    [[nodiscard]] const QByteArray& RootName() const { return m_rootName; }
 
-// Where the markup that starts at @p at ends: behind @p end, or nowhere.
-qsizetype Behind(const QByteArray& text, qsizetype at, const char* end)
-{
-    const qsizetype found = text.indexOf(end, at);
-    return found < 0 ? text.size() : found + static_cast<qsizetype>(qstrlen(end));
-}
+private:
+    static XmlPass& Self(void* self) { return *static_cast<XmlPass*>(self); }
 
-struct TagContent
-{
-    int attributes = 0;
-    int namespaces = 0;
-};
-
-// Goes over a start tag that begins at @p at and counts what it holds.
-qsizetype BehindTag(const QByteArray& text, qsizetype at, TagContent& content)
-{
-    char quote = '\0';
-    for (; at < text.size(); ++at) {
-        const char c = text[at];
-        if (quote != '\0') {
-            quote = c == quote ? '\0' : quote;
-        } else if (c == '"' || c == '\'') {
-            quote = c;
-        } else if (c == '=') {
-            ++content.attributes;
-        } else if (c == '>') {
-            return at + 1;
-        } else if (c == 'x' && QByteArrayView(text).sliced(at).startsWith("xmlns")) {
-            // A name that merely holds the word counts too: no document comes near the limit.
-            ++content.namespaces;
+    static void OnDeclaration(void* self, const char* version, const char* /*encoding*/, int /*standalone*/)
+    {
+        // XML 1.1 has other characters and line ends, which neither parser knows.
+        Self(self).RefuseIf(QByteArrayView(version) != "1.0");
+    }
+    static void OnStart(void* self, const char* name, const char** /*attributes*/)
+    {
+        XmlPass& pass = Self(self);
+        pass.Count();
+        if (pass.m_children.size() == 1) {
+            pass.m_rootName = name;
+        }
+        // One entry is the document's.
+        pass.RefuseIf(pass.m_children.size() > XmlLimits::kDepth ||
+                      XML_GetCurrentByteCount(pass.m_parser.get()) > XmlLimits::kTagBytes);
+        pass.m_children.push_back(0);
+    }
+    static void OnEnd(void* self, const char* /*name*/) { Self(self).m_children.pop_back(); }
+    static void OnDocumentType(void* self, const char* /*name*/, const char* systemId, const char* publicId,
+                               int hasDeclarations)
+    {
+        // Entities and default attributes can multiply what a document holds.
+        Self(self).RefuseIf(hasDeclarations != 0 || systemId != nullptr || publicId != nullptr);
+    }
+    void Count() { RefuseIf(++m_nodes > XmlLimits::kNodes || ++m_children.back() > XmlLimits::kChildren); }
+    void RefuseIf(bool isRefused)
+    {
+        if (isRefused) {
+            XML_StopParser(m_parser.get(), XML_FALSE);
         }
     }
-    return at;
-}
+
+    std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser{XML_ParserCreateNS("UTF-8", '\0'),
+                                                                          &XML_ParserFree};
+    int m_nodes = 0;
+    /// Of the document and of each open element.
+    std::vector<int> m_children = {0};
+    QByteArray m_rootName;
+};
 
 } // namespace
 
-std::optional<QByteArray> DecodeXml(const QByteArray& bytes)
+std::optional<QByteArray> CheckedXml(const QByteArray& bytes)
 {
-    const Encoding encoding = DetectEncoding(bytes);
-    const QByteArray body = bytes.mid(encoding.markLength);
-    if (body.isEmpty()) {
+    const std::optional<QString> text = bytes.size() <= XmlLimits::kBytes ? Decoded(bytes) : std::nullopt;
+    if (!text) {
         return std::nullopt;
     }
-    UErrorCode status = U_ZERO_ERROR;
-    const std::unique_ptr<UConverter, ConverterCloser> converter(
-        ucnv_open(encoding.name.constData(), &status));
-    if (U_FAILURE(status) != 0) {
-        return std::nullopt;
-    }
-    // An eight-bit declaration inside a text that is not in eight bits is a lie that nobody can read.
-    if (ucnv_getMinCharSize(converter.get()) > 1 && encoding.markLength == 0 && body.startsWith("<?xml")) {
-        return std::nullopt;
-    }
-    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-    QString text(body.size() + 1, Qt::Uninitialized);
-    const int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar*>(text.data()),
-                                         static_cast<int32_t>(text.size()), body.constData(),
-                                         static_cast<int32_t>(body.size()), &status);
-    if (U_FAILURE(status) != 0) {
-        return std::nullopt;
-    }
-    text.truncate(length);
-    return text.toUtf8();
-}
-
-bool HasModestMarkup(const QByteArray& utf8)
-{
-    constexpr int kMostNodes = 65'536;
-    constexpr int kMostAttributes = 256;
-    constexpr int kMostNamespaces = 256;
-    // Of attributes with those of the same element and with the namespaces before them.
-    constexpr int kMostComparisons = 1024 * kMostAttributes * kMostAttributes;
-    int comparisons = 0;
-    int nodes = 0;
-    int namespaces = 0;
-    for (qsizetype at = utf8.indexOf('<'); at >= 0; at = utf8.indexOf('<', at)) {
-        const QByteArrayView rest = QByteArrayView(utf8).sliced(at);
-        if (rest.startsWith("</")) {
-            at = Behind(utf8, at, ">");
-            continue;
-        }
-        if (++nodes > kMostNodes) {
-            return false;
-        }
-        // The end is looked for behind the start: "<!-->" and "<?>" are no whole ones.
-        if (rest.startsWith("<!--")) {
-            at = Behind(utf8, at + 4, "-->");
-        } else if (rest.startsWith("<![CDATA[")) {
-            at = Behind(utf8, at + 9, "]]>");
-        } else if (rest.startsWith("<?")) {
-            at = Behind(utf8, at + 2, "?>");
-        } else if (rest.startsWith("<!")) {
-            const qsizetype end = Behind(utf8, at, ">");
-            // A reader takes a second for a few thousand declarations, and none of them is wanted. Behind a
-            // quote a ">" would end nothing, and what is quoted here is a declaration elsewhere.
-            const QByteArray declaration = utf8.mid(at, end - at);
-            if (declaration.contains('[') || declaration.contains('"') || declaration.contains('\'')) {
-                return false;
-            }
-            at = end;
-        } else {
-            TagContent content;
-            at = BehindTag(utf8, at + 1, content);
-            namespaces += content.namespaces;
-            if (content.attributes > kMostAttributes || namespaces > kMostNamespaces) {
-                return false;
-            }
-            comparisons += content.attributes * (content.attributes + namespaces);
-            if (comparisons > kMostComparisons) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-
-bool IsWellFormedXml(const QByteArray& utf8, int deepest)
-{
-    // The reader compares each attribute of a tag with every other one and with every namespace. Nothing is
-    // declared in modest markup, so that no entity or default attribute is met behind it.
-    if (!HasModestMarkup(utf8)) {
-        return false;
-    }
-    // Given text, the reader leaves the encoding declaration alone; it has been obeyed already.
-    QXmlStreamReader reader(QString::fromUtf8(utf8));
-    int depth = 0;
-    while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            if (++depth > deepest) {
-                return false;
-            }
-            break;
-        case QXmlStreamReader::EndElement:
-            --depth;
-            break;
-        default:
-            break;
-        }
-    }
-    return !reader.hasError();
+    QByteArray utf8 = text->toUtf8();
+    return XmlPass().Accepts(utf8) ? std::optional(std::move(utf8)) : std::nullopt;
 }
 
 bool IsXmlName(const QString& name)
 {
-    // The reader decides, so that no name can be given that makes a saved document unreadable.
-    QXmlStreamReader reader(u'<' + name + QStringLiteral("/>"));
-    return reader.readNextStartElement() && reader.name() == name && !reader.readNextStartElement() &&
-           !reader.hasError();
+    // The parser decides, so that no name can be given that makes a saved document unreadable.
+    const QByteArray utf8 = name.toUtf8();
+    XmlPass pass;
+    return pass.Accepts('<' + utf8 + "/>") && pass.RootName() == utf8;
 }

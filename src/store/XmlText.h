@@ -7,21 +7,25 @@
 
 #include <optional>
 
+/// A document beyond these limits is neither loaded nor saved: no honest settings file or reply comes near
+/// them, and within them no search through a document takes long.
+struct XmlLimits
+{
+    static constexpr qsizetype kBytes = 8LL * 1024 * 1024;
+    static constexpr int kDepth = 256;
+    /// Of a start tag with its attributes, in UTF-8.
+    static constexpr int kTagBytes = 64 * 1024;
+    /// Elements, comments, instructions and CDATA sections directly in one element, or around the root.
+    static constexpr int kChildren = 6000;
+    /// The same in the whole document.
+    static constexpr int kNodes = 65'536;
+};
+
 /// The document in UTF-8, without a byte order mark, from the encoding that its mark or its declaration names
-/// (UTF-8 if neither does). Nothing if the encoding is unknown or the bytes are not valid in it.
-[[nodiscard]] std::optional<QByteArray> DecodeXml(const QByteArray& bytes);
+/// (UTF-8 if neither does). Nothing if the encoding is unknown, the bytes are not valid in it, the document
+/// is not well-formed XML 1.0 with namespaces, its document type declares something or refers to another
+/// file, or it exceeds XmlLimits.
+[[nodiscard]] std::optional<QByteArray> CheckedXml(const QByteArray& bytes);
 
-/// True for markup of a size that every reader gets through in good time: up to 65,536 pieces in all
-/// (elements, comments, instructions, CDATA sections), up to 256 attributes in an element (in 1,024
-/// elements as full as that, in more that are less full, in fewer behind namespaces), up to 256 namespaces
-/// named in the whole text, and no document type with declarations inside or elsewhere. Whether the text is
-/// well-formed is another question.
-[[nodiscard]] bool HasModestMarkup(const QByteArray& utf8);
-
-/// True for exactly one well-formed document in UTF-8 of modest markup whose elements nest no deeper than
-/// @p deepest, and whose type, if it names one, is declared nowhere.
-[[nodiscard]] bool IsWellFormedXml(const QByteArray& utf8, int deepest);
-
-/// True for a name without a prefix that an element or attribute can have: XML 1.0, fourth edition, which
-/// is what the readers take.
+/// True for a name without a prefix that an element or attribute can have: XML 1.0, fourth edition.
 [[nodiscard]] bool IsXmlName(const QString& name);

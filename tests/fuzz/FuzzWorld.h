@@ -9,6 +9,7 @@
 #include "forms/Forms.h"
 #include "fuzz/FuzzTarget.h"
 #include "store/SimpleXML.h"
+#include "store/XmlText.h"
 #include "support/RuntimeError.h"
 
 #include <QCoreApplication>
@@ -55,7 +56,7 @@ public:
 
     [[nodiscard]] QByteArray Settings() const
     {
-        return files.Read(kSettingsFile, DomDocument::kLargestDocument).value_or(QByteArray());
+        return files.Read(kSettingsFile, XmlLimits::kBytes).value_or(QByteArray());
     }
     [[nodiscard]] bool IsSettingsWhole() const { return SimpleXML(platform.doors).Load(kSettingsFile); }
     [[nodiscard]] QString Setting(const QString& name, const QString& path) const

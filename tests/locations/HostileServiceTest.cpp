@@ -185,10 +185,10 @@ TEST_F(LargeReplyTest, endlessCountries_countAsNoReply_inGoodTime)
 TEST_F(LargeReplyTest, fewCountriesAboveMuchElse_countAsNoReply)
 {
     const auto above = [](int count) {
-        return "<root><a state=\"Egypt\" state_id=\"20\">" + QByteArray("<b/>").repeated(count) +
-               "</a></root>";
+        const QByteArray much = "<b>" + QByteArray("<b/>").repeated(count) + "</b>";
+        return "<root><a state=\"Egypt\" state_id=\"20\">" + much + much + much + "</a></root>";
     };
-    const FrmLocation& list = OpenListAndLoseCountries(above(13'000));
+    const FrmLocation& list = OpenListAndLoseCountries(above(5000));
     platform.http.replies[QStringLiteral("getStates.pl")] = above(100);
     ClickOn(list, "LblNewLocLink");
     EXPECT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
@@ -242,17 +242,13 @@ protected:
     static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
 };
 
-TEST_F(LongCityListTest, beyondSixThousand_showsTheFirst_inGoodTime)
+TEST_F(LongCityListTest, sixThousand_areAllShown_inGoodTime)
 {
     const FrmNewLoc& window = OpenWithAResult();
-    for (const int count : {6001, 7000, 65'000}) {
-        SCOPED_TRACE(count);
-        Search(window, ManyChildren(1));
-        Search(window, ManyChildren(count));
-        ASSERT_EQ(Results(window).count(), 6000);
-        EXPECT_EQ(Results(window).List(0), QStringLiteral("City 0"));
-        EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 5999"));
-    }
+    Search(window, ManyChildren(6000));
+    ASSERT_EQ(Results(window).count(), 6000);
+    EXPECT_EQ(Results(window).List(0), QStringLiteral("City 0"));
+    EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 5999"));
     ClickRow(Results(window), 5999);
     ClickOn(window, "CmdAdd");
     EXPECT_TRUE(platform.http.requests.last().contains(QStringLiteral("aid=5999&"))) << "its own identifier";
@@ -262,19 +258,20 @@ TEST_F(LongCityListTest, namesThatComeAgain_stillShowTheFirstOfThem)
 {
     const FrmNewLoc& window = OpenWithAResult();
     QByteArray reply = ManyChildren(5999);
-    reply.insert(reply.size() - 7, "<c7 city=\"Another\"/><c8000 city=\"Last\"/>");
+    reply.insert(reply.size() - 7, "<c7 city=\"Another\"/>");
     Search(window, reply);
     EXPECT_EQ(Results(window).count(), 6000);
     EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 7"));
 }
 
-// More than a document may hold, and cities above much else.
-TEST_F(LongCityListTest, replyThatIsTooLargeInOtherWays_leavesTheEarlierResults_inGoodTime)
+// More cities than are listed, and cities above much else.
+TEST_F(LongCityListTest, replyThatIsTooLarge_leavesTheEarlierResults_inGoodTime)
 {
     const FrmNewLoc& window = OpenWithAResult();
-    QByteArray nested = ManyChildren(7000);
-    nested.replace("\"/><c1 ", "\">" + QByteArray("<b/>").repeated(13'000) + "</c0><c1 ");
-    for (const QByteArray& reply : {ManyChildren(100'000), nested}) {
+    QByteArray nested = ManyChildren(3);
+    nested.replace("\"/><c1 ", "\"><d>" + QByteArray("<b/>").repeated(5999) + "</d><e>" +
+                                   QByteArray("<b/>").repeated(5999) + "</e></c0><c1 ");
+    for (const QByteArray& reply : {ManyChildren(6001), ManyChildren(100'000), nested}) {
         Search(window, reply);
         EXPECT_EQ(Lines(Results(window)), QStringList{QStringLiteral("City 0")});
     }

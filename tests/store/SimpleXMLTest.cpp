@@ -203,9 +203,13 @@ TEST_F(SimpleXMLTest, childCount_countsEveryNode_upTo32767)
     Load("<root>text<!--note--><a/></root>");
     EXPECT_EQ(xml.ChildCount(kRoot), 3);
     EXPECT_EQ(xml.ChildCount(Q("//root//b")), 0);
-    Load("<root>" + QByteArray("<a/>").repeated(32'767) + "</root>");
+    // No file holds as many: only the program itself could add them.
+    const DomNode root = xml.xmldoc->DocumentElement();
+    for (int count = 3; count < 32'767; ++count) {
+        root.AppendElement(Q("a"));
+    }
     EXPECT_EQ(xml.ChildCount(kRoot), 32'767);
-    Load("<root>" + QByteArray("<a/>").repeated(32'768) + "</root>");
+    root.AppendElement(Q("a"));
     EXPECT_EQ(xml.ChildCount(kRoot), 0);
     EXPECT_TRUE(xml.hasChildren(kRoot));
 }

@@ -34,17 +34,13 @@ class EncodingRows : public testing::TestWithParam<EncodingRow>
 
 TEST_P(EncodingRows, bytes_becomeUtf8OrNothing)
 {
-    const std::optional<QByteArray> decoded = DecodeXml(GetParam().bytes);
-    ASSERT_EQ(decoded.has_value(), GetParam().utf8.has_value());
-    if (decoded) {
-        EXPECT_EQ(*decoded, *GetParam().utf8);
-    }
+    EXPECT_EQ(CheckedXml(GetParam().bytes), GetParam().utf8);
 }
 
 const QString kCafe = QStringLiteral("<a b=\"caf\u00E9\"/>");
 
 INSTANTIATE_TEST_SUITE_P(
-    DecodeXml, EncodingRows,
+    CheckedXml, EncodingRows,
     testing::Values(
         EncodingRow{"plain", "<a/>", "<a/>"}, EncodingRow{"utf8", kCafe.toUtf8(), kCafe.toUtf8()},
         EncodingRow{"utf8WithMark", "\xEF\xBB\xBF<a/>", "<a/>"},
@@ -62,6 +58,8 @@ INSTANTIATE_TEST_SUITE_P(
         EncodingRow{"utf16LittleWithoutMark", Utf16(kCafe, false, false), kCafe.toUtf8()},
         EncodingRow{"utf16BigWithoutMark", Utf16(kCafe, true, false), kCafe.toUtf8()},
         EncodingRow{"utf16Declared_inEightBits", "<?xml version='1.0' encoding='UTF-16'?><a/>", std::nullopt},
+        EncodingRow{"utf16_loneSurrogate", Utf16(QStringLiteral("<a b='\xD83D'/>"), false, true),
+                    std::nullopt},
         EncodingRow{"utf16_cutInACharacter", Utf16(kCafe, false, true).chopped(1), std::nullopt},
         EncodingRow{"unknownEncoding", "<?xml version='1.0' encoding='no-such'?><a/>", std::nullopt},
         EncodingRow{"utf8_loneContinuation", "<a b='\x80'/>", std::nullopt},
@@ -119,79 +117,41 @@ INSTANTIATE_TEST_SUITE_P(IsXmlName, NameRows,
                              return std::string(row.param.name);
                          });
 
-TEST(HasModestMarkup, piecesOfAnyKind_upTo65536)
+const char* const kPieces[] = {"<a/>", "<a></a>", "<!---->", "<?a?>", "<![CDATA[]]>"};
+
+TEST(CheckedXml, piecesOfAnyKind_upTo6000InOneElement)
 {
-    for (const QByteArray piece : {"<a/>", "<a></a>", "<!---->", "<?a?>", "<![CDATA[]]>"}) {
-        const auto children = [&](int count) { return "<r>" + piece.repeated(count) + "</r>"; };
-        EXPECT_TRUE(HasModestMarkup(children(65'535))) << piece.constData();
-        EXPECT_FALSE(HasModestMarkup(children(65'536))) << piece.constData();
+    for (const QByteArray piece : kPieces) {
+        const auto holds = [&](int count) {
+            return CheckedXml("<r><b/>" + (piece + "text").repeated(count - 1) + "</r>").has_value();
+        };
+        EXPECT_TRUE(holds(6000)) << piece.constData();
+        EXPECT_FALSE(holds(6001)) << piece.constData();
     }
 }
 
-TEST(HasModestMarkup, attributes_upTo256_in1024Elements)
+TEST(CheckedXml, piecesOfAnyKind_upTo65536InAll)
 {
-    const auto attributes = [](int count) {
-        QByteArray tag = "<a";
-        for (int i = 0; i < count; ++i) {
-            tag += " n" + QByteArray::number(i) + (i % 2 == 0 ? "='>\"'" : "=\"x='\"");
-        }
-        return tag + "/>";
-    };
-    EXPECT_TRUE(HasModestMarkup(attributes(256)));
-    EXPECT_FALSE(HasModestMarkup(attributes(257)));
-    const QByteArray full = "<r>" + attributes(256).repeated(1024);
-    EXPECT_TRUE(HasModestMarkup(full + "</r>"));
-    EXPECT_FALSE(HasModestMarkup(full + attributes(1) + "</r>"));
-    EXPECT_TRUE(HasModestMarkup("<r>" + attributes(32).repeated(65'535) + "</r>"));
-}
-
-TEST(HasModestMarkup, namespaces_upTo256_inAllTagsTogether)
-{
-    const auto nested = [](int count) {
-        return QByteArray("<a xmlns:b='xmlns' xmlns='c'>").repeated(count / 2) + "xmlns" +
-               QByteArray("</a>").repeated(count / 2);
-    };
-    EXPECT_TRUE(HasModestMarkup(nested(256)));
-    EXPECT_FALSE(HasModestMarkup(nested(258)));
-    const QByteArray words = QByteArray(" xmlns").repeated(1000);
-    EXPECT_TRUE(HasModestMarkup("<a b='" + words + "'>" + words + "<!--" + words + "--></a>"));
-}
-
-TEST(HasModestMarkup, namespaces_countForEachAttribute)
-{
-    QByteArray elements;
-    for (int number = 0; number < 64; ++number) {
-        elements += " p:a" + QByteArray::number(number) + "=''";
-    }
-    elements = ("<a" + elements + "/>").repeated(4000);
-    EXPECT_TRUE(HasModestMarkup("<r xmlns:p='p'>" + elements + "</r>"));
-    EXPECT_FALSE(HasModestMarkup("<r" + QByteArray(" xmlns:p='p'").repeated(256) + ">" + elements + "</r>"));
-}
-
-TEST(HasModestMarkup, declarations_areNone)
-{
-    EXPECT_TRUE(HasModestMarkup("<!DOCTYPE a><a b='[\"'/>"));
-    for (const char* const type :
-         {"<!DOCTYPE a []>", "<!DOCTYPE a SYSTEM \">\" []>", "<!DOCTYPE a SYSTEM '>' []>"}) {
-        EXPECT_FALSE(HasModestMarkup(QByteArray(type) + "<a/>")) << type;
+    for (const QByteArray piece : kPieces) {
+        // The root and 13 elements around 5000 each.
+        const QByteArray full = ("<b>" + piece.repeated(5000) + "</b>").repeated(13);
+        const auto holds = [&](int count) {
+            return CheckedXml("<r>" + full + piece.repeated(count) + "</r>").has_value();
+        };
+        EXPECT_TRUE(holds(65'536 - 1 - 13 * 5001)) << piece.constData();
+        EXPECT_FALSE(holds(65'536 - 13 * 5001)) << piece.constData();
     }
 }
 
-TEST(HasModestMarkup, whatIsNoTag_doesNotCount)
+TEST(CheckedXml, startTag_upTo64KiB_otherMarkupAndTextLonger)
 {
-    const QByteArray equals(1000, '=');
-    EXPECT_TRUE(HasModestMarkup("<?p " + equals + "?><!--<a " + equals + ">--><a><![CDATA[<b " + equals +
-                                "]]>" + equals + "</a>"));
-}
-
-TEST(HasModestMarkup, tagsBehindSkippedMarkup_count)
-{
-    QByteArray tag = "<a";
-    tag += QByteArray(" a=''").repeated(300) + "/>";
-    for (const QByteArray before : {"<!-- -->", "<!--><![CDATA[-->", "<!---><![CDATA[-->", "<?p ?>",
-                                    "<?><![CDATA[?>", "<r><![CDATA[ ]]>", "<r></r>", "<!DOCTYPE a>"}) {
-        EXPECT_FALSE(HasModestMarkup(before + tag)) << before.constData();
-    }
+    const QByteArray value(64 * 1024 - static_cast<int>(qstrlen("<a b=''>")), '>');
+    EXPECT_TRUE(CheckedXml("<a b='" + value + "'></a>"));
+    EXPECT_FALSE(CheckedXml("<a b='" + value + "'/>"));
+    EXPECT_FALSE(CheckedXml("<r><a b='" + value + "x'></a></r>"));
+    const QByteArray text(100'000, '=');
+    EXPECT_TRUE(
+        CheckedXml("<?p " + text + "?><!--" + text + "--><a><![CDATA[" + text + "]]>" + text + "</a>"));
 }
 
 } // namespace
