@@ -57,7 +57,7 @@ endmacro()
 
 # The library of a folder: duskbeacon_library(NAME SOURCES … LINKS …). Its headers are found as "folder/Header.h", through an
 # include root that holds a link to this one folder, and only by what links the library: an include that is missing in LINKS
-# does not compile.
+# does not compile. A source that includes "ui_Window.h" has Window.ui beside it.
 function(duskbeacon_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
@@ -67,6 +67,9 @@ function(duskbeacon_library name)
   file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${root}/${folder} SYMBOLIC)
   target_include_directories(${name} PUBLIC ${root})
   target_link_libraries(${name} PRIVATE duskbeacon_shipped ${ARG_LINKS})
+  if("Qt6::Widgets" IN_LIST ARG_LINKS)
+    set_target_properties(${name} PROPERTIES AUTOUIC ON AUTOUIC_OPTIONS --no-autoconnection)
+  endif()
 endfunction()
 
 # Two mistakes of GCC 12: it takes the joining of strings for an overlap at -O3 (its bug 105651), and the frames of Asio's

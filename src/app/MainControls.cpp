@@ -72,7 +72,9 @@ private:
 
 LinkLabel* Link(QWidget& parent, const char* name, const QString& caption, const QRect& place)
 {
-    return Place(new LinkLabel(caption, &parent), name, place);
+    auto* const link = Place(new LinkLabel(&parent), name, place);
+    link->setText(caption);
+    return link;
 }
 
 } // namespace
@@ -136,7 +138,8 @@ void MainControls::BuildLeftColumn(QWidget& window)
                           TwipsRect(120, 990, 1695, 240));
 
     LblVolume = Text(window, "LblVolume", QStringLiteral("Volume Control:"), TwipsRect(120, 3240, 1695, 255));
-    VolControl = Place(new LevelBar(0, 100, &window), "VolControl", TwipsRect(120, 3480, 1815, 255));
+    VolControl = Place(new LevelBar(&window), "VolControl", TwipsRect(120, 3480, 1815, 255));
+    VolControl->setRange(0, 100);
     VolControl->setAttribute(Qt::WA_NoMousePropagation);
     VolControl->setAccessibleName(QStringLiteral("Volume"));
     LblStopLink = Link(window, "LblStopLink", QStringLiteral("Stop Playing"), TwipsRect(480, 3840, 975, 255));

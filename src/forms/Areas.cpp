@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "forms/Areas.h"
 
+#include "forms/LinkLabel.h"
+
 #include <QEvent>
 #include <QMouseEvent>
 #include <QWidget>
@@ -17,6 +19,15 @@ void LetThroughWhileDisabled(QWidget& area)
 }
 
 } // namespace
+
+void KeepMouseMoves(QWidget& window)
+{
+    for (QWidget* const control : window.findChildren<QWidget*>()) {
+        if (qobject_cast<LinkLabel*>(control) == nullptr) {
+            control->setAttribute(Qt::WA_NoMousePropagation);
+        }
+    }
+}
 
 ClickArea::ClickArea(QWidget* widget, std::function<void()> handler)
     : QObject(widget)

@@ -5,8 +5,24 @@
 #include <QObject>
 
 #include <functional>
+#include <memory>
 
 class QWidget;
+
+/// Keeps mouse moves over the controls of @p window from what lies behind them, so that the pointer stays as
+/// it is there. Links are left out: a disabled one lets moves through. To be called before the first
+/// HoverArea.
+void KeepMouseMoves(QWidget& window);
+
+/// The controls of a .ui file, made in @p window, with KeepMouseMoves.
+template <typename Controls, typename Window>
+[[nodiscard]] std::unique_ptr<Controls> MakeControls(Window& window)
+{
+    auto controls = std::make_unique<Controls>();
+    controls->setupUi(&window);
+    KeepMouseMoves(window);
+    return controls;
+}
 
 /// Calls a handler when the left button goes down and up again over an enabled widget: Click for a picture,
 /// one for a double click too.

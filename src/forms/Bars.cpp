@@ -18,10 +18,9 @@ constexpr int kRepeatInterval = 60; // milliseconds between two repeats
 
 } // namespace
 
-LevelBar::LevelBar(int lowest, int highest, QWidget* parent)
+LevelBar::LevelBar(QWidget* parent)
     : QScrollBar(Qt::Horizontal, parent)
 {
-    setRange(lowest, highest);
     setTracking(false);
     // A scroll bar of its own takes its keys upside down: right would lower the level.
     setInvertedControls(false);
@@ -41,15 +40,13 @@ void LevelBar::SetValue(int value)
     setValue(value);
 }
 
-SpinBar::SpinBar(int lowest, int highest, int value, QWidget* parent)
+SpinBar::SpinBar(QWidget* parent)
     : QAbstractSlider(parent)
 {
     setOrientation(Qt::Vertical);
-    setRange(lowest, highest);
     setSingleStep(1);
     setPageStep(1);
     setFocusPolicy(Qt::StrongFocus);
-    setValue(value);
     connect(this, &QAbstractSlider::valueChanged, this, [this] {
         if (m_change) {
             m_change();

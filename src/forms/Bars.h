@@ -14,11 +14,10 @@ class LevelBar final : public QScrollBar
     Q_OBJECT
 
 public:
-    /// @param lowest,highest closed interval of the value
-    LevelBar(int lowest, int highest, QWidget* parent);
+    explicit LevelBar(QWidget* parent);
 
     [[nodiscard]] int Value() const { return value(); }
-    /// Throws kInvalidPropertyValue for a value outside the limits.
+    /// Throws kInvalidPropertyValue for a value outside the closed interval of the limits.
     void SetValue(int value);
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
@@ -35,11 +34,10 @@ class SpinBar final : public QAbstractSlider
     Q_OBJECT
 
 public:
-    /// @param lowest,highest closed interval of the value
-    SpinBar(int lowest, int highest, int value, QWidget* parent);
+    explicit SpinBar(QWidget* parent);
 
     [[nodiscard]] int Value() const { return value(); }
-    /// Throws kInvalidPropertyValue for a value outside the limits.
+    /// Throws kInvalidPropertyValue for a value outside the closed interval of the limits.
     void SetValue(int value);
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "forms/Boxes.h"
 
-CheckBox::CheckBox(const QString& caption, QWidget* parent)
-    : QCheckBox(caption, parent)
+CheckBox::CheckBox(QWidget* parent)
+    : QCheckBox(parent)
 {
     connect(this, &QCheckBox::toggled, this, [this] {
         if (m_click) {
@@ -12,8 +12,8 @@ CheckBox::CheckBox(const QString& caption, QWidget* parent)
     });
 }
 
-OptionButton::OptionButton(const QString& caption, QWidget* parent)
-    : QRadioButton(caption, parent)
+OptionButton::OptionButton(QWidget* parent)
+    : QRadioButton(parent)
 {
     connect(this, &QRadioButton::toggled, this, [this](bool selected) {
         if (selected && m_click) {

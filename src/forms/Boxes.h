@@ -15,7 +15,7 @@ class CheckBox final : public QCheckBox
     Q_OBJECT
 
 public:
-    explicit CheckBox(const QString& caption, QWidget* parent);
+    explicit CheckBox(QWidget* parent);
 
     /// 1 ticked, 0 clear
     [[nodiscard]] int Value() const { return isChecked() ? 1 : 0; }
@@ -34,7 +34,7 @@ class OptionButton final : public QRadioButton
     Q_OBJECT
 
 public:
-    explicit OptionButton(const QString& caption, QWidget* parent);
+    explicit OptionButton(QWidget* parent);
 
     [[nodiscard]] bool Value() const { return isChecked(); }
     void Select() { setChecked(true); }

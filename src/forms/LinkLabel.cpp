@@ -55,11 +55,9 @@ bool IsDisabledInItsWindow(const QWidget& widget)
 
 } // namespace
 
-LinkLabel::LinkLabel(const QString& caption, QWidget* parent)
+LinkLabel::LinkLabel(QWidget* parent)
     : QLabel(parent)
 {
-    // The first text makes the screen reader ask what this is, which inside the base class would be a label.
-    setText(caption);
     setTextFormat(Qt::PlainText);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);

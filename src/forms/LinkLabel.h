@@ -14,7 +14,7 @@ class LinkLabel final : public QLabel
     Q_OBJECT
 
 public:
-    LinkLabel(const QString& caption, QWidget* parent);
+    explicit LinkLabel(QWidget* parent);
 
     /// @param handler must not let an exception out
     void OnClick(std::function<void()> handler) { m_click = std::move(handler); }

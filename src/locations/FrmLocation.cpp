@@ -63,7 +63,8 @@ void FrmLocation::BuildControls()
     CmdDel = named(new QPushButton(QStringLiteral("Delete"), this), "CmdDel");
     CmdSet->setAutoDefault(true);
     CmdDel->setAutoDefault(true);
-    LblNewLocLink = named(new LinkLabel(QStringLiteral("Get New Location"), this), "LblNewLocLink");
+    LblNewLocLink = named(new LinkLabel(this), "LblNewLocLink");
+    LblNewLocLink->setText(QStringLiteral("Get New Location"));
 
     auto* const grid = new QGridLayout(this);
     grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);

@@ -79,7 +79,8 @@ void NewLocControls::BuildZipSearch(QWidget& window)
     Label2 = Text(*FrmSearch, "Label2", QStringLiteral("Enter Zip Code: "));
     TxtZipCode = Named(new TextBox(FrmSearch), "TxtZipCode");
     TxtZipCode->setAccessibleName(QStringLiteral("Zip Code"));
-    LblGetLink = Named(new LinkLabel(QStringLiteral("Lookup"), FrmSearch), "LblGetLink");
+    LblGetLink = Named(new LinkLabel(FrmSearch), "LblGetLink");
+    LblGetLink->setText(QStringLiteral("Lookup"));
     LblGetLink->setAccessibleDescription(QStringLiteral("Search by zip code"));
 
     auto* const grid = SearchGrid(FrmSearch);
@@ -100,7 +101,8 @@ void NewLocControls::BuildCitySearch(QWidget& window)
     Label4 = Text(*Frame1, "Label4", QStringLiteral("City Name (2 characters):"));
     TxtCity = Named(new TextBox(Frame1), "TxtCity");
     TxtCity->setAccessibleName(QStringLiteral("City Name"));
-    LblGet2Link = Named(new LinkLabel(QStringLiteral("Lookup"), Frame1), "LblGet2Link");
+    LblGet2Link = Named(new LinkLabel(Frame1), "LblGet2Link");
+    LblGet2Link->setText(QStringLiteral("Lookup"));
     LblGet2Link->setAccessibleDescription(QStringLiteral("Search by country and city name"));
 
     auto* const grid = SearchGrid(Frame1);

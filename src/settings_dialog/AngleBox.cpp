@@ -12,9 +12,8 @@
 #include <cstdlib>
 #include <utility>
 
-AngleBox::AngleBox(const RegionalSettings& region, QWidget* parent)
+AngleBox::AngleBox(QWidget* parent)
     : TextBox(parent)
-    , m_region(region)
 {
     // Raised by edits of the user only, and before Change.
     connect(this, &QLineEdit::textEdited, this, &AngleBox::UseLocaleSigns);
@@ -22,7 +21,7 @@ AngleBox::AngleBox(const RegionalSettings& region, QWidget* parent)
 
 void AngleBox::UseLocaleSigns()
 {
-    const QString decimalSign = GetDecimalSign(m_region);
+    const QString decimalSign = GetDecimalSign(*m_region);
     const QString typed = AngleAsTyped(text(), decimalSign);
     if (typed != text()) {
         const QString beforeCaret = AngleAsTyped(text().left(cursorPosition()), decimalSign);

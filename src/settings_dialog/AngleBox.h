@@ -21,7 +21,11 @@ class AngleBox final : public TextBox
     Q_OBJECT
 
 public:
-    AngleBox(const RegionalSettings& region, QWidget* parent);
+    explicit AngleBox(QWidget* parent);
+
+    /// To be called before the first key.
+    /// @param region by whose signs the box reads; must outlive it
+    void SetRegion(const RegionalSettings& region) { m_region = &region; }
 
     /// Keeps the text, which is not numeric, as the draft and shows @p stored. For the handler of Change.
     void Refuse(const QString& stored);
@@ -48,6 +52,6 @@ private:
     void Edit(const std::function<void()>& edit);
     void ShowDraftSelection();
 
-    const RegionalSettings& m_region;
+    const RegionalSettings* m_region = nullptr;
     std::optional<Entry> m_draft;
 };

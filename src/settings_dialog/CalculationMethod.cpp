@@ -8,14 +8,11 @@
 #include "settings_dialog/AngleBox.h"
 #include "settings_dialog/AngleText.h"
 #include "settings_dialog/DialogContext.h"
-#include "settings_dialog/Placement.h"
 #include "support/Conversions.h"
 #include "support/ModRegion.h"
+#include "ui_GeneralPage.h"
 
 namespace {
-
-constexpr int kLowestAngle = -30;
-constexpr int kHighestAngle = 30;
 
 const QString kMethod = QStringLiteral("method");
 const QString kAngle1 = QStringLiteral("angle1");
@@ -27,102 +24,48 @@ const QString kWorldLeague = QStringLiteral("Muslim World League");
 const QString kEgyptian = QStringLiteral("Egyptian General Authority of Survey");
 const QString kUserDefined = QStringLiteral("User Defined");
 
-OptionButton* PlaceMethod(QWidget* parent, const char* name, const QString& caption, int top)
+void MakeSmall(QLabel& note)
 {
-    auto* const option = Place(new OptionButton(caption, parent), name, {8, top, parent->width() - 16, 18});
-    MakeBold(option);
-    return option;
-}
-
-void PlaceNote(QWidget* parent, const char* name, const QString& caption, int top)
-{
-    QLabel* const note = PlaceText(parent, name, caption, {25, top, parent->width() - 27, 15});
-    QFont small = note->font();
+    QFont small = note.font();
     small.setPixelSize(11);
-    note->setFont(small);
-    QPalette colours = note->palette();
-    colours.setColor(QPalette::WindowText, QColor(0x58, 0x58, 0x58));
-    note->setPalette(colours);
+    note.setFont(small);
 }
 
 } // namespace
 
-CalculationMethod::CalculationMethod(DialogContext& context, QWidget* FrmGeneral)
+CalculationMethod::CalculationMethod(DialogContext& context, const Ui::GeneralPage& controls)
     : m_context(context)
+    , m_ui(controls)
+    , m_fajr{controls.TxtSetFarjAngle, controls.VScroll2, kAngle1}
+    , m_isha{controls.TxtSetIshaAngle, controls.VScroll3, kAngle2}
 {
-    QWidget* const Frame2 = PlaceFrame(FrmGeneral, "Frame2",
-                                       QStringLiteral("Fajr and Isha Calculation Method"), {6, 4, 328, 224});
-    BuildPresets(Frame2);
-    BuildUserAngles(Frame2);
-}
-
-void CalculationMethod::BuildPresets(QWidget* Frame2)
-{
-    const struct
-    {
-        OptionButton** option;
-        const char* name;
-        QString method;
-        QString angle1;
-        QString angle2;
-        const char* note;
-    } presets[] = {
-        {&OptISNA, "OptISNA", kIsna, QStringLiteral("-15"), QStringLiteral("-15"), "Label3"},
-        {&OptUOIS, "OptUOIS", kUniversity, QStringLiteral("-18"), QStringLiteral("-18"), "Label4"},
-        {&OptMWL, "OptMWL", kWorldLeague, QStringLiteral("-18"), QStringLiteral("-17"), "Label5"},
-        {&OptEGAS, "OptEGAS", kEgyptian, QStringLiteral("-19.5"), QStringLiteral("-17.5"), "Label6"},
-    };
-    int top = 20;
-    for (const auto& preset : presets) {
-        OptionButton* const option = PlaceMethod(Frame2, preset.name, preset.method + u':', top);
-        *preset.option = option;
-        PlaceNote(Frame2, preset.note,
-                  QStringLiteral("(Fajr Twilight = %1 Degrees, Isha Twilight = %2 Degrees)")
-                      .arg(preset.angle1, preset.angle2),
-                  top + 18);
-        top += 37;
+    // A .ui file has font sizes in points only.
+    for (QLabel* const note : {m_ui.Label3, m_ui.Label4, m_ui.Label5, m_ui.Label6}) {
+        MakeSmall(*note);
     }
-    OptISNA->Select();
-    for (const auto& preset : presets) {
-        OptionButton* const option = *preset.option;
-        option->OnClick(m_context.ArmedHandler(
-            [this, option, method = preset.method, angle1 = preset.angle1, angle2 = preset.angle2] {
-                OnPresetClick(*option, method, angle1, angle2);
-            }));
-    }
-}
-
-void CalculationMethod::BuildUserAngles(QWidget* Frame2)
-{
-    OptSetByUser = PlaceMethod(Frame2, "OptSetByUser", QStringLiteral("Set Twighlight Angles:"), 168);
-    OptSetByUser->OnClick(m_context.ArmedHandler([this] { RefreshAngleControls(); }));
-
-    PlaceText(Frame2, "Label7", QStringLiteral("Fajr:"), {27, 192, 30, 22});
-    m_fajr.box =
-        Place(new AngleBox(m_context.Outside().region, Frame2), "TxtSetFarjAngle", {60, 192, 60, 22});
-    m_fajr.box->setAccessibleName(QStringLiteral("Fajr angle in degrees"));
-    // The unlike starting values are wanted; they show until the first user-defined angles are loaded.
-    m_fajr.bar = Place(new SpinBar(kLowestAngle, kHighestAngle, kHighestAngle, Frame2), "VScroll2",
-                       {121, 192, 17, 22});
-    m_fajr.bar->setAccessibleName(QStringLiteral("Fajr angle in whole degrees"));
-    m_fajr.attribute = kAngle1;
-
-    PlaceText(Frame2, "Label8", QStringLiteral("Isha:"), {168, 192, 30, 22});
-    m_isha.box =
-        Place(new AngleBox(m_context.Outside().region, Frame2), "TxtSetIshaAngle", {201, 192, 60, 22});
-    m_isha.box->setAccessibleName(QStringLiteral("Isha angle in degrees"));
-    m_isha.bar =
-        Place(new SpinBar(kLowestAngle, kHighestAngle, kLowestAngle, Frame2), "VScroll3", {262, 192, 17, 22});
-    m_isha.bar->setAccessibleName(QStringLiteral("Isha angle in whole degrees"));
-    m_isha.attribute = kAngle2;
-
-    EnableAngles(false);
+    ConnectPresets();
+    m_ui.OptSetByUser->OnClick(m_context.ArmedHandler([this] { RefreshAngleControls(); }));
+    // Intended: the bars start at unlike values, 30 and -30, which show until the user's angles are loaded.
     ConnectAngle(m_fajr);
     ConnectAngle(m_isha);
 }
 
+void CalculationMethod::ConnectPresets()
+{
+    const auto connectPreset = [this](OptionButton& option, const QString& method, const QString& angle1,
+                                      const QString& angle2) {
+        option.OnClick(m_context.ArmedHandler(
+            [this, &option, method, angle1, angle2] { OnPresetClick(option, method, angle1, angle2); }));
+    };
+    connectPreset(*m_ui.OptISNA, kIsna, QStringLiteral("-15"), QStringLiteral("-15"));
+    connectPreset(*m_ui.OptUOIS, kUniversity, QStringLiteral("-18"), QStringLiteral("-18"));
+    connectPreset(*m_ui.OptMWL, kWorldLeague, QStringLiteral("-18"), QStringLiteral("-17"));
+    connectPreset(*m_ui.OptEGAS, kEgyptian, QStringLiteral("-19.5"), QStringLiteral("-17.5"));
+}
+
 void CalculationMethod::ConnectAngle(const Angle& angle)
 {
+    angle.box->SetRegion(m_context.Outside().region);
     angle.box->OnChange(m_context.ArmedHandler([this, &angle] { OnAngleChange(angle); }));
     // The bar writes nothing itself: it puts a whole number into the box, and the box's Change saves that.
     angle.bar->OnChange(m_context.ArmedHandler([this, &angle] {
@@ -135,15 +78,15 @@ void CalculationMethod::ConnectAngle(const Angle& angle)
 void CalculationMethod::Select(const QString& method)
 {
     if (method == kUniversity) {
-        OptUOIS->Select();
+        m_ui.OptUOIS->Select();
     } else if (method == kWorldLeague) {
-        OptMWL->Select();
+        m_ui.OptMWL->Select();
     } else if (method == kEgyptian) {
-        OptEGAS->Select();
+        m_ui.OptEGAS->Select();
     } else if (method == kUserDefined) {
-        OptSetByUser->Select();
+        m_ui.OptSetByUser->Select();
     } else {
-        OptISNA->Select();
+        m_ui.OptISNA->Select();
     }
 }
 
@@ -161,7 +104,7 @@ void CalculationMethod::RefreshAngleControls()
     m_context.Armed([this] {
         const QString decimalSign = GetDecimalSign(m_context.Outside().region);
         m_context.Load();
-        if (!OptSetByUser->Value()) {
+        if (!m_ui.OptSetByUser->Value()) {
             EnableAngles(false);
             return;
         }

@@ -7,14 +7,16 @@
 class AngleBox;
 class DialogContext;
 class OptionButton;
-class QWidget;
 class SpinBar;
+namespace Ui {
+class GeneralPage;
+}
 
 /// The choice of the twilight angles on the General page: four presets, or two angles that the user sets.
 class CalculationMethod final
 {
 public:
-    CalculationMethod(DialogContext& context, QWidget* FrmGeneral);
+    CalculationMethod(DialogContext& context, const Ui::GeneralPage& controls);
 
     /// Selects the option of the stored @p method, the first one if it is none of the five.
     void Select(const QString& method);
@@ -28,8 +30,7 @@ private:
         QString attribute;
     };
 
-    void BuildPresets(QWidget* Frame2);
-    void BuildUserAngles(QWidget* Frame2);
+    void ConnectPresets();
     void ConnectAngle(const Angle& angle);
 
     void RefreshAngleControls();
@@ -41,11 +42,7 @@ private:
     [[nodiscard]] double Degrees(const Angle& angle) const;
 
     DialogContext& m_context;
-    OptionButton* OptISNA = nullptr;
-    OptionButton* OptUOIS = nullptr;
-    OptionButton* OptMWL = nullptr;
-    OptionButton* OptEGAS = nullptr;
-    OptionButton* OptSetByUser = nullptr;
+    const Ui::GeneralPage& m_ui;
     Angle m_fajr;
     Angle m_isha;
 };

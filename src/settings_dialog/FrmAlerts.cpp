@@ -5,13 +5,10 @@
 #include "engine/Prayers.h"
 #include "forms/Areas.h"
 #include "forms/Forms.h"
-#include "forms/Layout.h"
-
-#include <QFrame>
+#include "forms/LinkLabel.h"
+#include "ui_FrmAlerts.h"
 
 namespace {
-
-constexpr QRect kPage = TwipsRect(60, 420, 7530, 4020);
 
 constexpr std::int16_t kGeneralTab = 1;
 constexpr std::int16_t kMobileTab = 2;
@@ -21,17 +18,31 @@ constexpr std::int16_t kMobileTab = 2;
 FrmAlerts::FrmAlerts(Forms& forms, MobileSignup& signup)
     : Form(forms, kName, Qt::Window)
     , m_context(*this)
-    , m_tabs(m_context, [this](std::int16_t tab) { SelectTab(tab); })
-    , m_general(m_context, kPage)
-    , m_mobile(m_context, signup, kPage)
-    , m_prayer(m_context, kPage)
+    , m_ui(MakeControls<Ui::FrmAlerts>(*this))
+    , m_general(m_context, *m_ui->FrmGeneral)
+    , m_mobile(m_context, signup, *m_ui->FrmMobilAlert)
+    , m_prayer(m_context, *m_ui->FrmPrayer)
 {
-    setWindowTitle(QStringLiteral("Alerts"));
-    resize(Pixels(7650), Pixels(4500));
+    ConnectTabs();
     CentreOver(forms.Loaded(MainForm::kName));
     // The general and the mobile page have no such area: the hand stays on when the mouse goes from a tab
     // straight onto them.
     new HoverArea(this, [this] { Handle([this] { SetDefaultPointer(); }); });
+}
+
+FrmAlerts::~FrmAlerts() = default;
+
+void FrmAlerts::ConnectTabs()
+{
+    const auto connectTab = [this](LinkLabel& label, std::int16_t tab) {
+        label.OnMouseMove([this] { Handle([this] { SetHandPointer(); }); });
+        label.OnClick([this, tab] { SelectTab(tab); });
+    };
+    connectTab(*m_ui->LblGeneral, kGeneralTab);
+    connectTab(*m_ui->LblMobilAlert, kMobileTab);
+    for (const Prayer& prayer : kPrayers) {
+        connectTab(*findChild<LinkLabel*>(prayer.tabLabel), prayer.tab);
+    }
 }
 
 void FrmAlerts::OnLoad()
@@ -58,9 +69,9 @@ void FrmAlerts::OnGotFocus()
 
 void FrmAlerts::HideFrames()
 {
-    m_general.FrmGeneral->hide();
-    m_mobile.FrmMobilAlert->hide();
-    m_prayer.FrmPrayer->hide();
+    for (QFrame* const frame : {m_ui->FrmGeneral, m_ui->FrmMobilAlert, m_ui->FrmPrayer}) {
+        frame->hide();
+    }
 }
 
 void FrmAlerts::SelectTab(std::int16_t tab)

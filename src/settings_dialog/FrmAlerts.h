@@ -7,9 +7,13 @@
 #include "settings_dialog/GeneralPage.h"
 #include "settings_dialog/MobilePage.h"
 #include "settings_dialog/PrayerPage.h"
-#include "settings_dialog/TabRow.h"
 
 #include <cstdint>
+#include <memory>
+
+namespace Ui {
+class FrmAlerts;
+}
 
 /// The settings dialog: one window with eight pages behind a row of link labels. Every control writes
 /// settings.xml the moment it changes, there is no Cancel; what closing does is to tell the main window to
@@ -22,6 +26,7 @@ public:
     static constexpr QLatin1String kName{"FrmAlerts"};
 
     FrmAlerts(Forms& forms, MobileSignup& signup);
+    ~FrmAlerts() override;
 
     /// Shows page 1 General, 2 Mobile Alert or the tab of a prayer; any other number shows page 1. An error
     /// on the way closes the dialog, silently.
@@ -36,11 +41,12 @@ protected:
     void OnGotFocus() override;
 
 private:
+    void ConnectTabs();
     void HideFrames();
     void LoadGeneralPage();
 
     DialogContext m_context;
-    TabRow m_tabs;
+    std::unique_ptr<Ui::FrmAlerts> m_ui;
     GeneralPage m_general;
     MobilePage m_mobile;
     PrayerPage m_prayer;

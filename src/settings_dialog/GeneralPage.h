@@ -4,31 +4,26 @@
 
 #include "settings_dialog/CalculationMethod.h"
 
-class CheckBox;
+#include <memory>
+
 class DialogContext;
 class OptionButton;
 class QFrame;
-class QRect;
-class SpinBar;
-class TextBox;
 
 /// How prayer times are calculated and shown. Each control stores its own attribute at once.
 class GeneralPage final
 {
 public:
-    GeneralPage(DialogContext& context, const QRect& place);
-
-    QFrame* FrmGeneral;
+    /// @param frame that the page is made in
+    GeneralPage(DialogContext& context, QFrame& frame);
+    ~GeneralPage();
 
     /// Shows the frame and fills the controls from the file, which it loads. Writes nothing.
     void Load();
 
 private:
-    void BuildAsr();
-    void BuildFormat();
-    void BuildGeneral();
+    void ConnectOptions();
     void ConnectGeneral();
-    void BuildFoot();
     void StoreOnClick(OptionButton* option, const QString& attribute, const QString& value);
 
     void LoadAdvanceAlert();
@@ -36,13 +31,7 @@ private:
     void OnAdvWarnTextChange();
 
     DialogContext& m_context;
+    QFrame& m_frame;
+    std::unique_ptr<Ui::GeneralPage> m_ui;
     CalculationMethod m_method;
-    OptionButton* OptShafi = nullptr;
-    OptionButton* OptHanafi = nullptr;
-    OptionButton* Opt12Hour = nullptr;
-    OptionButton* Opt24Hour = nullptr;
-    CheckBox* ChkDLS = nullptr;
-    CheckBox* ChkAdvWarn = nullptr;
-    TextBox* TxtAdvWarn = nullptr;
-    SpinBar* VScroll1 = nullptr;
 };

@@ -2,24 +2,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class CheckBox;
+#include <memory>
+
 class DialogContext;
-class LinkLabel;
 class MobileSignup;
 class QFrame;
-class QPushButton;
-class QRect;
 class QString;
-class TextBox;
 struct MobileDevice;
+namespace Ui {
+class MobilePage;
+}
 
 /// The sign-up of a mobile device for text messages at prayer time.
 class MobilePage final
 {
 public:
-    MobilePage(DialogContext& context, MobileSignup& signup, const QRect& place);
-
-    QFrame* FrmMobilAlert;
+    /// @param frame that the page is made in
+    MobilePage(DialogContext& context, MobileSignup& signup, QFrame& frame);
+    ~MobilePage();
 
     /// Shows the frame and fills the controls from the dialog's document as it stands. Saves nothing.
     void LoadMobilePage();
@@ -28,9 +28,6 @@ public:
     void ShowSignup(const MobileDevice& device, const QString& result);
 
 private:
-    void BuildHead();
-    void BuildSteps();
-    void BuildEntry();
     void Connect();
 
     void OnMobilEnableClick();
@@ -40,10 +37,6 @@ private:
 
     DialogContext& m_context;
     MobileSignup& m_signup;
-    CheckBox* ChkMobilEnable = nullptr;
-    QFrame* FrmMobilSub = nullptr;
-    TextBox* TxtMDID = nullptr;
-    TextBox* TxtPC = nullptr;
-    QPushButton* CmdMobilReg = nullptr;
-    LinkLabel* LblReset = nullptr;
+    QFrame& m_frame;
+    std::unique_ptr<Ui::MobilePage> m_ui;
 };

@@ -4,87 +4,44 @@
 
 #include "engine/Prayers.h"
 #include "forms/Areas.h"
-#include "forms/Boxes.h"
 #include "forms/Form.h"
-#include "forms/LinkLabel.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
 #include "settings_dialog/DialogContext.h"
-#include "settings_dialog/Placement.h"
 #include "support/RuntimeError.h"
+#include "ui_PrayerPage.h"
 
-namespace {
-
-void PlaceLine(QWidget* parent, const char* name, const QRect& place)
+PrayerPage::PrayerPage(DialogContext& context, QFrame& frame)
+    : m_context(context)
+    , m_frame(frame)
+    , m_ui(MakeControls<Ui::PrayerPage>(frame))
 {
-    auto* const line = new QFrame(parent);
-    line->setObjectName(QLatin1String(name));
-    line->setGeometry(place);
-    line->setFrameShape(place.width() > place.height() ? QFrame::HLine : QFrame::VLine);
-    line->setFrameShadow(QFrame::Plain);
-    line->setForegroundRole(QPalette::Mid);
-    // A drawn line; the mouse is over what lies behind it.
-    line->setAttribute(Qt::WA_TransparentForMouseEvents);
-}
-
-} // namespace
-
-PrayerPage::PrayerPage(DialogContext& context, const QRect& place)
-    : FrmPrayer(PlacePlainFrame(&context.Dialog(), "FrmPrayer", place))
-    , m_context(context)
-{
-    BuildLines();
-    BuildBoxes();
-    FrmPrayer->hide();
-    new HoverArea(FrmPrayer, context.ArmedHandler([&context] { context.Dialog().SetDefaultPointer(); }));
-}
-
-void PrayerPage::BuildBoxes()
-{
-    LblPrayerName = PlaceText(FrmPrayer, "LblPrayerName", QString(), {16, 12, 300, 20});
-    MakeBold(LblPrayerName);
-    ChkAlertMain =
-        Place(new CheckBox(QStringLiteral("Alert on"), FrmPrayer), "ChkAlertMain", {16, 40, 200, 22});
-    ChkSilAlert = Place(new CheckBox(QStringLiteral("Silent alert (Pop up message)"), FrmPrayer),
-                        "ChkSilAlert", {44, 76, 300, 22});
-    ChkAudioAlert =
-        Place(new CheckBox(QStringLiteral("Audio alert"), FrmPrayer), "ChkAudioAlert", {44, 110, 200, 22});
-    BuildFileSelect();
-    ChkIndMobAlert =
-        Place(new CheckBox(QStringLiteral("Mobile Alert"), FrmPrayer), "ChkIndMobAlert", {44, 208, 200, 22});
-    for (CheckBox* const box : {ChkSilAlert, ChkAudioAlert, ChkIndMobAlert}) {
-        box->setEnabled(false);
+    for (QFrame* const line : {m_ui->Line1, m_ui->Line2, m_ui->Line3, m_ui->Line4}) {
+        line->setForegroundRole(QPalette::Mid);
+        // A drawn line; the mouse is over what lies behind it.
+        line->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
-    ChkAlertMain->OnClick(m_context.ArmedHandler([this] { OnAlertMainClick(); }));
-    StoreOnClick(ChkSilAlert, QStringLiteral("popup"));
-    StoreOnClick(ChkAudioAlert, QStringLiteral("play"));
-    StoreOnClick(ChkIndMobAlert, QStringLiteral("mobil"));
+    Connect();
+    m_frame.hide();
 }
 
-void PrayerPage::BuildFileSelect()
+PrayerPage::~PrayerPage() = default;
+
+void PrayerPage::Connect()
 {
-    FrmFileSelect = PlaceFrame(FrmPrayer, "FrmFileSelect", QStringLiteral("File to play at prayer time:"),
-                               {64, 138, 420, 56});
-    TxtPath = Place(new TextBox(FrmFileSelect), "TxtPath", {10, 25, 336, 23});
-    TxtPath->setAccessibleName(QStringLiteral("File to play at prayer time"));
-    TxtPath->OnChange(
-        m_context.ArmedHandler([this] { Store(QStringLiteral("audioFile"), TxtPath->Text()); }));
-    LblBrowseLink = new LinkLabel(QStringLiteral("Browse"), FrmFileSelect);
-    LblBrowseLink->setObjectName(QStringLiteral("LblBrowseLink"));
-    LblBrowseLink->setGeometry(360, 27, 50, 19);
+    m_ui->ChkAlertMain->OnClick(m_context.ArmedHandler([this] { OnAlertMainClick(); }));
+    StoreOnClick(m_ui->ChkSilAlert, QStringLiteral("popup"));
+    StoreOnClick(m_ui->ChkAudioAlert, QStringLiteral("play"));
+    StoreOnClick(m_ui->ChkIndMobAlert, QStringLiteral("mobil"));
+    m_ui->TxtPath->OnChange(
+        m_context.ArmedHandler([this] { Store(QStringLiteral("audioFile"), m_ui->TxtPath->Text()); }));
     Form& dialog = m_context.Dialog();
-    LblBrowseLink->OnMouseMove(m_context.ArmedHandler([&dialog] { dialog.SetHandPointer(); }));
-    LblBrowseLink->OnClick(m_context.ArmedHandler([this] { OnBrowseClick(); }));
-    FrmFileSelect->setEnabled(false);
-    new HoverArea(FrmFileSelect, m_context.ArmedHandler([&dialog] { dialog.SetDefaultPointer(); }));
-}
-
-void PrayerPage::BuildLines()
-{
-    PlaceLine(FrmPrayer, "Line1", {23, 62, 1, 158});
-    PlaceLine(FrmPrayer, "Line2", {23, 87, 18, 1});
-    PlaceLine(FrmPrayer, "Line3", {23, 121, 18, 1});
-    PlaceLine(FrmPrayer, "Line4", {23, 219, 18, 1});
+    m_ui->LblBrowseLink->OnMouseMove(m_context.ArmedHandler([&dialog] { dialog.SetHandPointer(); }));
+    m_ui->LblBrowseLink->OnClick(m_context.ArmedHandler([this] { OnBrowseClick(); }));
+    for (QWidget* const area :
+         {static_cast<QWidget*>(&m_frame), static_cast<QWidget*>(m_ui->FrmFileSelect)}) {
+        new HoverArea(area, m_context.ArmedHandler([&dialog] { dialog.SetDefaultPointer(); }));
+    }
 }
 
 bool PrayerPage::IsOnPrayer() const
@@ -101,9 +58,9 @@ QString PrayerPage::ElementPath() const
 void PrayerPage::LoadPrayerPage()
 {
     m_context.loading = true;
-    FrmPrayer->show();
+    m_frame.show();
     if (const Prayer* const prayer = PrayerOfTab(m_context.currentTab); prayer != nullptr) {
-        LblPrayerName->setText(prayer->caption);
+        m_ui->LblPrayerName->setText(prayer->caption);
     }
     const QString path = ElementPath();
     const auto isSet = [this, &path](const char16_t* attribute) {
@@ -111,26 +68,27 @@ void PrayerPage::LoadPrayerPage()
     };
     // Raises Click, and with it the greying of the sub-options, only if the value differs from that of the
     // prayer before; otherwise the grey state stays as that one left it.
-    ChkAlertMain->SetValue(isSet(u"enabled"));
-    ChkSilAlert->SetValue(isSet(u"popup"));
-    ChkAudioAlert->SetValue(isSet(u"play"));
-    TxtPath->SetText(m_context.Read(QStringLiteral("audioFile"), path));
+    m_ui->ChkAlertMain->SetValue(isSet(u"enabled"));
+    m_ui->ChkSilAlert->SetValue(isSet(u"popup"));
+    m_ui->ChkAudioAlert->SetValue(isSet(u"play"));
+    m_ui->TxtPath->SetText(m_context.Read(QStringLiteral("audioFile"), path));
     // Doesn't look at ChkAlertMain: a prayer whose alert is off still offers the mobile alert, and must.
-    ChkIndMobAlert->setEnabled(m_context.IsMobileConfirmed());
-    ChkIndMobAlert->SetValue(isSet(u"mobil"));
+    m_ui->ChkIndMobAlert->setEnabled(m_context.IsMobileConfirmed());
+    m_ui->ChkIndMobAlert->SetValue(isSet(u"mobil"));
     m_context.loading = false;
 }
 
 void PrayerPage::OnAlertMainClick()
 {
     m_context.Load();
-    const bool isTicked = ChkAlertMain->Value() == 1;
-    ChkSilAlert->setEnabled(isTicked);
-    ChkAudioAlert->setEnabled(isTicked);
-    FrmFileSelect->setEnabled(isTicked);
-    ChkIndMobAlert->setEnabled(isTicked && m_context.IsMobileConfirmed());
+    const bool isTicked = m_ui->ChkAlertMain->Value() == 1;
+    m_ui->ChkSilAlert->setEnabled(isTicked);
+    m_ui->ChkAudioAlert->setEnabled(isTicked);
+    m_ui->FrmFileSelect->setEnabled(isTicked);
+    m_ui->ChkIndMobAlert->setEnabled(isTicked && m_context.IsMobileConfirmed());
     if (!m_context.loading && IsOnPrayer()) {
-        m_context.Write(QStringLiteral("enabled"), TrueOrFalse(ChkAlertMain->Value() != 0), ElementPath());
+        m_context.Write(QStringLiteral("enabled"), TrueOrFalse(m_ui->ChkAlertMain->Value() != 0),
+                        ElementPath());
         m_context.Save();
     }
 }
@@ -150,7 +108,7 @@ void PrayerPage::Store(const QString& attribute, const QString& value)
 
 void PrayerPage::OnBrowseClick()
 {
-    LblBrowseLink->setEnabled(false);
+    m_ui->LblBrowseLink->setEnabled(false);
     const QString folder = m_context.Outside().process.ApplicationFolder() + QStringLiteral("\\sound");
     // Nothing ever supplies a file dialog to start in that folder, so this closes the settings dialog, and
     // has to: typing the path is the one way to choose a file.

@@ -4,32 +4,30 @@
 
 #include <QString>
 
+#include <memory>
+
 class CheckBox;
 class DialogContext;
-class LinkLabel;
 class QFrame;
-class QGroupBox;
-class QLabel;
-class QRect;
-class TextBox;
+namespace Ui {
+class PrayerPage;
+}
 
 /// Whether a prayer is announced and how. One page serves the six prayers; which one it writes to is told by
 /// the dialog's currentTab.
 class PrayerPage final
 {
 public:
-    PrayerPage(DialogContext& context, const QRect& place);
-
-    QFrame* FrmPrayer;
+    /// @param frame that the page is made in
+    PrayerPage(DialogContext& context, QFrame& frame);
+    ~PrayerPage();
 
     /// Shows the frame and fills the controls from the dialog's document as it stands: every way here goes
     /// through a handler that has just loaded or saved it. Writes nothing.
     void LoadPrayerPage();
 
 private:
-    void BuildBoxes();
-    void BuildFileSelect();
-    void BuildLines();
+    void Connect();
     void StoreOnClick(CheckBox* box, const QString& attribute);
     void Store(const QString& attribute, const QString& value);
 
@@ -40,12 +38,6 @@ private:
     [[nodiscard]] QString ElementPath() const;
 
     DialogContext& m_context;
-    QLabel* LblPrayerName = nullptr;
-    CheckBox* ChkAlertMain = nullptr;
-    CheckBox* ChkSilAlert = nullptr;
-    CheckBox* ChkAudioAlert = nullptr;
-    QGroupBox* FrmFileSelect = nullptr;
-    TextBox* TxtPath = nullptr;
-    LinkLabel* LblBrowseLink = nullptr;
-    CheckBox* ChkIndMobAlert = nullptr;
+    QFrame& m_frame;
+    std::unique_ptr<Ui::PrayerPage> m_ui;
 };

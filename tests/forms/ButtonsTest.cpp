@@ -8,7 +8,7 @@
 
 TEST(CheckBox, setValue_raisesClickInsideTheSetterOnlyOnAChange)
 {
-    CheckBox box(QStringLiteral("Box"), nullptr);
+    CheckBox box(nullptr);
     std::vector<int> clicks;
     box.OnClick([&] { clicks.push_back(box.Value()); });
     box.SetValue(0);
@@ -22,7 +22,7 @@ TEST(CheckBox, setValue_raisesClickInsideTheSetterOnlyOnAChange)
 
 TEST(CheckBox, mouseAndSpaceBar_raiseClickWithTheNewValue)
 {
-    CheckBox box(QStringLiteral("Box"), nullptr);
+    CheckBox box(nullptr);
     std::vector<int> clicks;
     box.OnClick([&] { clicks.push_back(box.Value()); });
     box.show();
@@ -33,7 +33,7 @@ TEST(CheckBox, mouseAndSpaceBar_raiseClickWithTheNewValue)
 
 TEST(CheckBox, disabled_takesNoClickByHandButOneByCode)
 {
-    CheckBox box(QStringLiteral("Box"), nullptr);
+    CheckBox box(nullptr);
     int clicks = 0;
     box.OnClick([&] { ++clicks; });
     box.setEnabled(false);
@@ -67,8 +67,8 @@ protected:
     }
 
     QWidget group;
-    OptionButton first{QStringLiteral("First"), &group};
-    OptionButton second{QStringLiteral("Second"), &group};
+    OptionButton first{&group};
+    OptionButton second{&group};
     std::vector<int> clicks;
 };
 
@@ -110,7 +110,7 @@ TEST_F(OptionGroup, arrowKeys_select)
 TEST_F(OptionGroup, optionsOfAnotherContainer_areAnotherGroup)
 {
     QWidget elsewhere;
-    OptionButton third(QStringLiteral("Third"), &elsewhere);
+    OptionButton third(&elsewhere);
     first.Select();
     third.Select();
     EXPECT_TRUE(first.Value());

@@ -16,6 +16,8 @@ class SpinBarControl : public testing::Test
 protected:
     SpinBarControl()
     {
+        bar.setRange(-30, 30);
+        bar.setValue(5);
         bar.OnChange([this] { changes.push_back(bar.Value()); });
         bar.show();
     }
@@ -33,26 +35,23 @@ protected:
     /// Long enough for a bar that were still held to have moved on.
     static void WaitForRepeatsElsewhere()
     {
-        SpinBar witness(0, 100, 0, nullptr);
+        SpinBar witness(nullptr);
+        witness.setRange(0, 100);
         witness.show();
         QTest::mousePress(&witness, Qt::LeftButton, {}, QPoint(witness.width() / 2, 2));
         ASSERT_TRUE(QTest::qWaitFor([&witness] { return witness.Value() >= 4; }, 10'000));
     }
 
-    SpinBar bar{-30, 30, 5, nullptr};
+    SpinBar bar{nullptr};
     std::vector<int> changes;
 };
 
 } // namespace
 
-TEST_F(SpinBarControl, built_hasItsLimitsAndStepsOfOne)
+TEST_F(SpinBarControl, built_hasStepsOfOne)
 {
-    EXPECT_EQ(bar.minimum(), -30);
-    EXPECT_EQ(bar.maximum(), 30);
     EXPECT_EQ(bar.singleStep(), 1);
     EXPECT_EQ(bar.pageStep(), 1);
-    EXPECT_EQ(bar.Value(), 5);
-    EXPECT_TRUE(changes.empty());
 }
 
 TEST_F(SpinBarControl, topArrow_raises)
