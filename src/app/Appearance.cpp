@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QIcon>
 #include <QImage>
+#include <QPainter>
 #include <QPalette>
 
 #include <algorithm>
@@ -87,4 +88,13 @@ QPixmap ShippedPicture(const QString& name, double devicePixelRatio)
     picture = picture.scaled(size * devicePixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     picture.setDevicePixelRatio(devicePixelRatio);
     return QPixmap::fromImage(picture);
+}
+
+void PictureLabel::paintEvent(QPaintEvent* /*event*/)
+{
+    if (m_ratio != devicePixelRatioF()) {
+        m_ratio = devicePixelRatioF();
+        setPixmap(ShippedPicture(objectName(), m_ratio));
+    }
+    QPainter(this).drawPixmap(contentsRect().topLeft(), pixmap());
 }

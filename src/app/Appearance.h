@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QLabel>
 #include <QPixmap>
 
 /// Gives all windows their style, colours, font and icon. Once, before the first window.
@@ -11,3 +12,20 @@ void SetAppearance();
 /// @param name of the picture at scale 1, without folder and ending; larger ones are used where they exist
 /// @param devicePixelRatio of the screen, 1 or more
 [[nodiscard]] QPixmap ShippedPicture(const QString& name, double devicePixelRatio);
+
+/// Shows the picture of the program's resources that has the label's object name, at the pixels of the screen
+/// on which it is painted.
+class PictureLabel final : public QLabel
+{
+    Q_OBJECT
+
+public:
+    using QLabel::QLabel;
+
+protected:
+    // Drawn here: the base class greys a picture whose window takes no input.
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    double m_ratio = 0.0;
+};

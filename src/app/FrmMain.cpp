@@ -4,10 +4,9 @@
 
 #include "app/DlgStart.h"
 #include "app/FirstStart.h"
+#include "app/MainControls.h"
 #include "forms/Forms.h"
 #include "forms/Guard.h"
-#include "forms/Layout.h"
-#include "forms/LinkLabel.h"
 #include "platform/Clock.h"
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
@@ -51,19 +50,17 @@ FrmMain::FrmMain(Forms& forms, Calculation& calculation)
     : Form(forms, kName,
            Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                Qt::WindowCloseButtonHint)
-    , m_controls(*this)
+    , m_controls(std::make_unique<MainControls>(*this))
     , PrayerTimer(Outside(), calculation)
-    , m_display(Outside(), Variables().Settings, PrayerTimer, m_controls)
-    , m_instruments(Outside(), PrayerTimer, m_controls)
-    , m_links(*this, m_controls)
+    , m_display(Outside(), Variables().Settings, PrayerTimer, *m_controls)
+    , m_instruments(Outside(), PrayerTimer, *m_controls)
+    , m_links(*this, *m_controls)
     , m_tray(*this)
     , m_life(*this)
-    , m_sound(*this, m_controls)
+    , m_sound(*this, *m_controls)
     , m_adPanel(*this)
     , m_alerts(forms, PrayerTimer)
 {
-    setWindowTitle(QStringLiteral("Dusk Beacon v1.0.5"));
-    setFixedSize(Pixels(9030), Pixels(6345));
     // A place that is known before the desktop maps the window: the list of the first start opens over it.
     CentreOver(nullptr);
     PrayerTimer.events.Tick = [this] { OnTick(); };
@@ -72,6 +69,8 @@ FrmMain::FrmMain(Forms& forms, Calculation& calculation)
     PrayerTimer.events.AdvAlarm = [this](std::int16_t PrayerID) { m_alerts.AdvAlarm(PrayerID); };
     forms.SetMain(*this);
 }
+
+FrmMain::~FrmMain() = default;
 
 void FrmMain::OnLoad()
 {
@@ -227,7 +226,7 @@ void FrmMain::TakeFocus()
 void FrmMain::EnableStopLink()
 {
     if (IsLoaded()) {
-        m_controls.LblStopLink->setEnabled(true);
+        m_controls->LblStopLink->setEnabled(true);
     }
 }
 

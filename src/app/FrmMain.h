@@ -4,7 +4,6 @@
 
 #include "alerts/AlertDispatch.h"
 #include "app/Instruments.h"
-#include "app/MainControls.h"
 #include "app/MainLinks.h"
 #include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
@@ -15,6 +14,10 @@
 #include "forms/MainForm.h"
 #include "service/AdPanel.h"
 
+#include <memory>
+
+struct MainControls;
+
 /// The main window and the centre of the program.
 class FrmMain final : public Form, public MainForm
 {
@@ -22,6 +25,7 @@ class FrmMain final : public Form, public MainForm
 
 public:
     FrmMain(Forms& forms, Calculation& calculation);
+    ~FrmMain() override;
 
     int UpdateEverything() override;
     void PopLocation() override;
@@ -47,7 +51,7 @@ private:
     /// @param second of the tick, 0 to 59
     void RefreshAdIfDue(int second);
 
-    MainControls m_controls;
+    std::unique_ptr<MainControls> m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
     Instruments m_instruments;

@@ -4,13 +4,10 @@
 
 #include "app/MainControls.h"
 #include "engine/PTimer.h"
-#include "forms/Layout.h"
 #include "instruments/VBCompas.h"
 #include "instruments/VBSunAndMoon.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
-
-#include <QGroupBox>
 
 Instruments::Instruments(const Platform& platform, const PTimer& prayerTimer, const MainControls& controls)
     : m_platform(platform)
@@ -19,9 +16,9 @@ Instruments::Instruments(const Platform& platform, const PTimer& prayerTimer, co
     , VBSunAndMoon1(new VBSunAndMoon(platform.files, QStringLiteral(":/pictures"), controls.Frame6))
 {
     VBCompas1->setObjectName(QStringLiteral("VBCompas1"));
-    VBCompas1->setGeometry(TwipsRect(105, 270, 1530, 1755));
+    VBCompas1->setGeometry(7, 18, 102, 117);
     VBSunAndMoon1->setObjectName(QStringLiteral("VBSunAndMoon1"));
-    VBSunAndMoon1->setGeometry(TwipsRect(120, 240, 4095, 1935));
+    VBSunAndMoon1->setGeometry(8, 16, 273, 129);
 }
 
 void Instruments::ShowQibla() const

@@ -8,15 +8,11 @@
 #include "forms/DisabledControl.h"
 #include "forms/Forms.h"
 #include "forms/Guard.h"
-#include "forms/LinkLabel.h"
 #include "locations/FrmLocation.h"
 #include "platform/Browser.h"
 #include "platform/Platform.h"
 #include "service/ServiceRequests.h"
 #include "settings_dialog/FrmAlerts.h"
-
-#include <QGroupBox>
-#include <QLabel>
 
 MainLinks::MainLinks(Form& window, MainControls& controls)
     : m_window(window)

@@ -11,8 +11,6 @@
 #include "support/Conversions.h"
 
 #include <QDate>
-#include <QGroupBox>
-#include <QLabel>
 
 #include <array>
 #include <cstdlib>

@@ -3,9 +3,7 @@
 #include "app/SoundControls.h"
 
 #include "app/MainControls.h"
-#include "forms/Bars.h"
 #include "forms/Form.h"
-#include "forms/LinkLabel.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Platform.h"
 

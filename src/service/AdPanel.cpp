@@ -3,7 +3,6 @@
 #include "service/AdPanel.h"
 
 #include "forms/Form.h"
-#include "forms/Layout.h"
 #include "forms/MainForm.h"
 #include "platform/Browser.h"
 #include "platform/FileStore.h"
@@ -43,7 +42,7 @@ AdPanel::AdPanel(Form& window)
     , m_variables(window.Variables())
     , m_webAd(new WebAd(m_platform.http, &window))
 {
-    m_webAd->setGeometry(TwipsRect(1920, 4080, 7020, 900));
+    m_webAd->setGeometry(128, 272, 468, 60);
     m_webAd->OnLink(
         [this](const QString& address) { m_window.Handle([&] { m_platform.browser.Open(address); }); });
 }

@@ -32,7 +32,6 @@ public:
         : FakeMain(forms)
         , controls(*this)
     {
-        setFixedSize(602, 423);
     }
 
     MainControls controls;
