@@ -45,7 +45,6 @@ CalculationMethod::CalculationMethod(DialogContext& context, const Ui::GeneralPa
     }
     ConnectPresets();
     m_ui.OptSetByUser->OnClick(m_context.ArmedHandler([this] { RefreshAngleControls(); }));
-    // Intended: the bars start at unlike values, 30 and -30, which show until the user's angles are loaded.
     ConnectAngle(m_fajr);
     ConnectAngle(m_isha);
 }
