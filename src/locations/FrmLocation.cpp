@@ -5,8 +5,6 @@
 #include "forms/Areas.h"
 #include "forms/DisabledControl.h"
 #include "forms/Forms.h"
-#include "forms/LinkLabel.h"
-#include "forms/ListBox.h"
 #include "locations/Children.h"
 #include "locations/FrmNewLoc.h"
 #include "locations/FrmWait.h"
@@ -14,10 +12,7 @@
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "support/RuntimeError.h"
-
-#include <QGridLayout>
-#include <QLabel>
-#include <QPushButton>
+#include "ui_FrmLocation.h"
 
 #include <array>
 #include <functional>
@@ -36,60 +31,22 @@ QString ListAt(const QStringList& list, int row)
 
 FrmLocation::FrmLocation(Forms& forms)
     : Form(forms, kName, Qt::Window)
+    , m_ui(std::make_unique<Ui::FrmLocation>())
 {
-    setWindowTitle(QStringLiteral("Dusk Beacon: Location"));
-    BuildControls();
+    m_ui->setupUi(this);
     ConnectControls();
     CentreOver(forms.Loaded(MainForm::kName));
 }
 
-void FrmLocation::BuildControls()
-{
-    constexpr int kMargin = 12;
-    const auto named = [](auto* control, const char* name) {
-        control->setObjectName(QLatin1String(name));
-        return control;
-    };
-    const auto label = [&](const char* name, const QString& text) {
-        auto* const control = named(new QLabel(text, this), name);
-        control->setTextFormat(Qt::PlainText);
-        return control;
-    };
-    auto* const label7 = label("Label7", QStringLiteral("1. Select Loaction:"));
-    LstLocations = named(new ListBox(this), "LstLocations");
-    LstLocations->setAccessibleName(QStringLiteral("Locations"));
-    auto* const label8 = label("Label8", QStringLiteral("2. Select an action to take:"));
-    CmdSet = named(new QPushButton(QStringLiteral("Set Current"), this), "CmdSet");
-    CmdDel = named(new QPushButton(QStringLiteral("Delete"), this), "CmdDel");
-    CmdSet->setAutoDefault(true);
-    CmdDel->setAutoDefault(true);
-    LblNewLocLink = named(new LinkLabel(this), "LblNewLocLink");
-    LblNewLocLink->setText(QStringLiteral("Get New Location"));
-
-    auto* const grid = new QGridLayout(this);
-    grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-    grid->setSpacing(kMargin / 2);
-    grid->addWidget(label7, 0, 0, 1, 4);
-    grid->addWidget(LstLocations, 1, 0, 1, 4);
-    grid->setRowMinimumHeight(2, kMargin / 2);
-    grid->addWidget(label8, 3, 0, 1, 4);
-    grid->addWidget(CmdSet, 4, 0);
-    grid->addWidget(CmdDel, 4, 1);
-    grid->addWidget(LblNewLocLink, 4, 3);
-    grid->setColumnStretch(2, 1);
-    grid->setRowStretch(1, 1);
-    constexpr QSize kSize(380, 400);
-    setMinimumSize(kSize * 3 / 4);
-    resize(kSize);
-}
+FrmLocation::~FrmLocation() = default;
 
 void FrmLocation::ConnectControls()
 {
-    LstLocations->OnDoubleClick([this] { Act(&FrmLocation::SetCurrent); });
-    connect(CmdSet, &QPushButton::clicked, this, [this] { Act(&FrmLocation::SetCurrent); });
-    connect(CmdDel, &QPushButton::clicked, this, [this] { Act(&FrmLocation::Delete); });
-    LblNewLocLink->OnClick([this] { Handle([this] { OpenNewLocation(); }); });
-    LblNewLocLink->OnMouseMove([this] { SetHandPointer(); });
+    m_ui->LstLocations->OnDoubleClick([this] { Act(&FrmLocation::SetCurrent); });
+    connect(m_ui->CmdSet, &QPushButton::clicked, this, [this] { Act(&FrmLocation::SetCurrent); });
+    connect(m_ui->CmdDel, &QPushButton::clicked, this, [this] { Act(&FrmLocation::Delete); });
+    m_ui->LblNewLocLink->OnClick([this] { Handle([this] { OpenNewLocation(); }); });
+    m_ui->LblNewLocLink->OnMouseMove([this] { SetHandPointer(); });
     new HoverArea(this, [this] { SetDefaultPointer(); });
 }
 
@@ -146,7 +103,7 @@ void FrmLocation::ReadPlaces()
         FailAndUnload(kListProblem);
         return;
     }
-    LstLocations->clear();
+    m_ui->LstLocations->clear();
     LstLocHidden.clear();
     const QString current = settings.GetAttribute(kCurrent, kLocationsPath);
     QStringList lines;
@@ -156,14 +113,14 @@ void FrmLocation::ReadPlaces()
         LstLocHidden << location.ElementName();
         return true;
     });
-    LstLocations->addItems(lines);
+    m_ui->LstLocations->addItems(lines);
     // A Current that names no place leaves no row selected.
-    LstLocations->SetListIndex(static_cast<int>(LstLocHidden.lastIndexOf(current)));
+    m_ui->LstLocations->SetListIndex(static_cast<int>(LstLocHidden.lastIndexOf(current)));
 }
 
 void FrmLocation::SetCurrent()
 {
-    QString key = ListAt(LstLocHidden, LstLocations->ListIndex());
+    QString key = ListAt(LstLocHidden, m_ui->LstLocations->ListIndex());
     SimpleXML settings(Outside());
     settings.Load(kSettingsFile);
     const QString before = settings.GetAttribute(kCurrent, kLocationsPath);
@@ -187,9 +144,10 @@ void FrmLocation::SetCurrent()
 
 void FrmLocation::Delete()
 {
-    const int row = LstLocations->ListIndex();
+    const int row = m_ui->LstLocations->ListIndex();
     // The question comes first, also when the answer can only be that the last place stays.
-    if (!Outside().boxes.Ask(QStringLiteral("Are you sure you want to remove: ") + LstLocations->List(row)) ||
+    if (!Outside().boxes.Ask(QStringLiteral("Are you sure you want to remove: ") +
+                             m_ui->LstLocations->List(row)) ||
         !IsLoaded()) {
         return;
     }
@@ -215,7 +173,7 @@ void FrmLocation::Delete()
 
 void FrmLocation::OpenNewLocation()
 {
-    DisabledControl link(*this, *LblNewLocLink);
+    DisabledControl link(*this, *m_ui->LblNewLocLink);
     const std::array<std::function<void()>, 7> steps{
         [this] { Enable(false); },
         [this] { Siblings().Touch(FrmWait::kName).Show(); },

@@ -6,9 +6,11 @@
 
 #include <QStringList>
 
-class LinkLabel;
-class ListBox;
-class QPushButton;
+#include <memory>
+
+namespace Ui {
+class FrmLocation;
+}
 
 /// The list of places: makes one current, deletes one, leads to the search for a new one. While it is open
 /// the main window is disabled.
@@ -20,6 +22,7 @@ public:
     static constexpr QLatin1String kName{"FrmLocation"};
 
     explicit FrmLocation(Forms& forms);
+    ~FrmLocation() override;
 
     /// Fills the list anew from settings.xml. After a failure it says so and unloads the window.
     void RefreshList();
@@ -32,7 +35,6 @@ protected:
     void OnGotFocus() override { Refresh(); }
 
 private:
-    void BuildControls();
     void ConnectControls();
     void ReadPlaces();
     void SetCurrent();
@@ -42,10 +44,7 @@ private:
     /// Runs an action of the user; its one catch-all.
     void Act(void (FrmLocation::*action)());
 
-    ListBox* LstLocations = nullptr;
+    std::unique_ptr<Ui::FrmLocation> m_ui;
     /// Element names of the places, row by row of LstLocations.
     QStringList LstLocHidden;
-    QPushButton* CmdSet = nullptr;
-    QPushButton* CmdDel = nullptr;
-    LinkLabel* LblNewLocLink = nullptr;
 };
