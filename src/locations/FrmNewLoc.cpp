@@ -3,11 +3,8 @@
 #include "locations/FrmNewLoc.h"
 
 #include "forms/Areas.h"
-#include "forms/Boxes.h"
 #include "forms/DisabledControl.h"
 #include "forms/Forms.h"
-#include "forms/LinkLabel.h"
-#include "forms/ListBox.h"
 #include "locations/AddPlaces.h"
 #include "locations/Children.h"
 #include "locations/FrmLocation.h"
@@ -17,12 +14,8 @@
 #include "service/InternetClass.h"
 #include "service/ServiceAddresses.h"
 #include "service/ServiceRequests.h"
+#include "ui_FrmNewLoc.h"
 
-#include <QComboBox>
-#include <QGroupBox>
-#include <QLabel>
-#include <QProgressBar>
-#include <QPushButton>
 #include <QRegularExpression>
 
 namespace {
@@ -48,33 +41,33 @@ bool IsLarger(const DomDocument& reply, int mostChildren)
 
 FrmNewLoc::FrmNewLoc(Forms& forms)
     : Form(forms, kName, Qt::Window)
-    , m_controls(*this)
+    , m_ui(std::make_unique<Ui::FrmNewLoc>())
     , Timer1(Outside().timers.CreateTimer())
 {
-    constexpr QSize kSize(440, 480);
-    setWindowTitle(QStringLiteral("Dusk Beacon: New Location"));
-    setMinimumSize(kSize * 4 / 5);
-    resize(kSize);
+    m_ui->setupUi(this);
+    HideProgress();
     ConnectControls();
     CentreOver(forms.Loaded(FrmLocation::kName));
 }
+
+FrmNewLoc::~FrmNewLoc() = default;
 
 void FrmNewLoc::ConnectControls()
 {
     const auto setHand = [this] { SetHandPointer(); };
     const auto setDefault = [this] { SetDefaultPointer(); };
-    m_controls.LblGetLink->OnClick([this] { Handle([this] { LookUpZipCode(); }); });
-    m_controls.LblGetLink->OnMouseMove(setHand);
-    m_controls.LblGet2Link->OnClick([this] { Handle([this] { LookUpCity(); }); });
-    m_controls.LblGet2Link->OnMouseMove(setHand);
-    new HoverArea(m_controls.FrmSearch, setDefault);
-    new HoverArea(m_controls.Frame1, setDefault);
+    m_ui->LblGetLink->OnClick([this] { Handle([this] { LookUpZipCode(); }); });
+    m_ui->LblGetLink->OnMouseMove(setHand);
+    m_ui->LblGet2Link->OnClick([this] { Handle([this] { LookUpCity(); }); });
+    m_ui->LblGet2Link->OnMouseMove(setHand);
+    new HoverArea(m_ui->FrmSearch, setDefault);
+    new HoverArea(m_ui->Frame1, setDefault);
     // The Click of a link or button that is disabled does nothing: its work is under way already.
-    m_controls.TxtZipCode->OnEnter([this] { m_controls.LblGetLink->Click(); });
-    m_controls.TxtCity->OnEnter([this] { m_controls.LblGet2Link->Click(); });
-    m_controls.LstSearchResults->OnDoubleClick([this] { m_controls.CmdAdd->click(); });
-    connect(m_controls.CmdAdd, &QPushButton::clicked, this, [this] { Handle([this] { AddLocation(); }); });
-    connect(m_controls.CmdCancel, &QPushButton::clicked, this, [this] { Handle([this] { Unload(); }); });
+    m_ui->TxtZipCode->OnEnter([this] { m_ui->LblGetLink->Click(); });
+    m_ui->TxtCity->OnEnter([this] { m_ui->LblGet2Link->Click(); });
+    m_ui->LstSearchResults->OnDoubleClick([this] { m_ui->CmdAdd->click(); });
+    connect(m_ui->CmdAdd, &QPushButton::clicked, this, [this] { Handle([this] { AddLocation(); }); });
+    connect(m_ui->CmdCancel, &QPushButton::clicked, this, [this] { Handle([this] { Unload(); }); });
     Timer1->SetHandler([this] { Handle([this] { Tick(); }); });
 }
 
@@ -97,8 +90,8 @@ void FrmNewLoc::OnLoad()
     const auto [names, keys] =
         ReadPairs(*states, kRootPath, QStringLiteral("state"), QStringLiteral("state_id"));
     CombStateID = keys;
-    m_controls.CombState->addItems(names);
-    m_controls.CombState->setCurrentIndex(-1);
+    m_ui->CombState->addItems(names);
+    m_ui->CombState->setCurrentIndex(-1);
 }
 
 void FrmNewLoc::OnUnload()
@@ -147,32 +140,32 @@ std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildr
 void FrmNewLoc::ShowProgress()
 {
     Timer1->SetInterval(1000);
-    m_controls.ProgressBar1->show();
-    m_controls.LblStatus->setEnabled(true);
-    m_controls.ProgressBar1->setValue(0);
-    m_controls.LblStatus->setText(QStringLiteral("Retrieving Information"));
-    m_controls.LblStatus->show();
+    m_ui->ProgressBar1->show();
+    m_ui->LblStatus->setEnabled(true);
+    m_ui->ProgressBar1->setValue(0);
+    m_ui->LblStatus->setText(QStringLiteral("Retrieving Information"));
+    m_ui->LblStatus->show();
     Timer1->SetEnabled(true);
 }
 
 void FrmNewLoc::HideProgress()
 {
     Timer1->SetEnabled(false);
-    m_controls.ProgressBar1->hide();
-    m_controls.LblStatus->hide();
+    m_ui->ProgressBar1->hide();
+    m_ui->LblStatus->hide();
 }
 
 void FrmNewLoc::Tick()
 {
     // The bar shows that time goes by, nothing more; a search that outlasts it leaves it at its end.
-    QProgressBar& bar = *m_controls.ProgressBar1;
+    QProgressBar& bar = *m_ui->ProgressBar1;
     bar.setValue(qMin(bar.value() + 1, bar.maximum()));
 }
 
 void FrmNewLoc::LookUpZipCode()
 {
-    DisabledControl link(*this, *m_controls.LblGetLink);
-    if (m_controls.TxtZipCode->Text().isEmpty()) {
+    DisabledControl link(*this, *m_ui->LblGetLink);
+    if (m_ui->TxtZipCode->Text().isEmpty()) {
         Say(QStringLiteral("You must enter a zipcode to search for."));
         link.Enable();
         // It goes on with the empty zip code; what to make of that is the service's matter.
@@ -186,7 +179,7 @@ void FrmNewLoc::LookUpZipCode()
 void FrmNewLoc::SearchZipCode()
 {
     const std::unique_ptr<SimpleXML> cities =
-        Request(ServiceRequests::GetUsCanCity(Variables().Settings, m_controls.TxtZipCode->Text()));
+        Request(ServiceRequests::GetUsCanCity(Variables().Settings, m_ui->TxtZipCode->Text()));
     if (!IsLoaded()) {
         return;
     }
@@ -203,7 +196,7 @@ void FrmNewLoc::SearchZipCode()
 
 void FrmNewLoc::LookUpCity()
 {
-    DisabledControl link(*this, *m_controls.LblGet2Link);
+    DisabledControl link(*this, *m_ui->LblGet2Link);
     ShowProgress();
     SearchCity();
     HideProgress();
@@ -212,24 +205,24 @@ void FrmNewLoc::LookUpCity()
 
 void FrmNewLoc::SearchCity()
 {
-    const int row = m_controls.CombState->currentIndex();
+    const int row = m_ui->CombState->currentIndex();
     if (row < 0) {
         Say(QStringLiteral("You must first select a Country/Region."));
         return;
     }
-    if (m_controls.TxtCity->Text().size() < 2) {
+    if (m_ui->TxtCity->Text().size() < 2) {
         Say(QStringLiteral("You must supply at least the first\r\n 2 characters of the city name."));
         return;
     }
     const QString stateId = CombStateID.at(row);
-    const std::unique_ptr<SimpleXML> count = Request(
-        ServiceRequests::GetNumMatchingCities(Variables().Settings, stateId, m_controls.TxtCity->Text()));
+    const std::unique_ptr<SimpleXML> count =
+        Request(ServiceRequests::GetNumMatchingCities(Variables().Settings, stateId, m_ui->TxtCity->Text()));
     // Without a count the list is asked for all the same.
     if (!IsLoaded() || (count && !WantsMatches(*count)) || !IsLoaded()) {
         return;
     }
-    const std::unique_ptr<SimpleXML> cities = Request(
-        ServiceRequests::GetMatchingCities(Variables().Settings, stateId, m_controls.TxtCity->Text()));
+    const std::unique_ptr<SimpleXML> cities =
+        Request(ServiceRequests::GetMatchingCities(Variables().Settings, stateId, m_ui->TxtCity->Text()));
     if (IsLoaded() && cities) {
         FillResults(*cities);
     }
@@ -259,15 +252,15 @@ void FrmNewLoc::FillResults(const SimpleXML& cities)
 {
     const auto [names, keys] =
         ReadPairs(cities, kCurrentPath, QStringLiteral("city"), QStringLiteral("atlas_id"));
-    m_controls.LstSearchResults->clear();
-    m_controls.LstSearchResults->addItems(names);
+    m_ui->LstSearchResults->clear();
+    m_ui->LstSearchResults->addItems(names);
     LstSearchResultsHid = keys;
 }
 
 void FrmNewLoc::AddLocation()
 {
-    DisabledControl button(*this, *m_controls.CmdAdd);
-    const int row = m_controls.LstSearchResults->ListIndex();
+    DisabledControl button(*this, *m_ui->CmdAdd);
+    const int row = m_ui->LstSearchResults->ListIndex();
     if (row < 0) {
         Say(QStringLiteral("You must first select a city to add."));
     } else {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "forms/Form.h"
-#include "locations/NewLocControls.h"
 #include "platform/Timers.h"
 #include "store/XmlText.h"
 
@@ -12,6 +11,9 @@
 #include <memory>
 
 class SimpleXML;
+namespace Ui {
+class FrmNewLoc;
+}
 
 /// Finds a place through the service, by zip code or by country and name, and adds it to settings.xml. Its
 /// Load asks for the countries and unloads the window again if there are none. While it is open the list of
@@ -24,6 +26,7 @@ public:
     static constexpr QLatin1String kName{"FrmNewLoc"};
 
     explicit FrmNewLoc(Forms& forms);
+    ~FrmNewLoc() override;
 
 protected:
     void OnLoad() override;
@@ -56,7 +59,7 @@ private:
     void Say(const QString& message) const;
     void SayAndUnload(const QString& message);
 
-    NewLocControls m_controls;
+    std::unique_ptr<Ui::FrmNewLoc> m_ui;
     /// Keys behind the shown lists, row by row.
     QStringList CombStateID;
     QStringList LstSearchResultsHid;
