@@ -3,20 +3,13 @@
 #include "locations/FrmWait.h"
 
 #include "forms/Forms.h"
-#include "forms/Layout.h"
-
-#include <QLabel>
+#include "ui_FrmWait.h"
 
 // Without a close button: there is nothing that closing it could stop.
 FrmWait::FrmWait(Forms& forms)
     : Form(forms, kName, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
 {
-    setWindowTitle(QStringLiteral("Dusk Beacon"));
-    setFixedSize(Pixels(3300), Pixels(1200));
-    auto* const label1 = new QLabel(QStringLiteral("Please Wait..."), this);
-    label1->setObjectName(QStringLiteral("Label1"));
-    label1->setTextFormat(Qt::PlainText);
-    label1->setAlignment(Qt::AlignCenter);
-    label1->setGeometry(rect());
+    Ui::FrmWait ui;
+    ui.setupUi(this);
     CentreOver(forms.Loaded(Variables().ActiveForm));
 }
