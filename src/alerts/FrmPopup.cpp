@@ -3,19 +3,17 @@
 #include "alerts/FrmPopup.h"
 
 #include "forms/Forms.h"
-#include "forms/Layout.h"
 #include "platform/BesideBox.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
 #include "platform/Timers.h"
 #include "support/Conversions.h"
+#include "ui_FrmPopup.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QEvent>
 #include <QGuiApplication>
-#include <QLabel>
-#include <QPushButton>
 #include <QScreen>
 
 namespace {
@@ -45,48 +43,26 @@ FrmPopup::FrmPopup(Forms& forms)
     : Form(forms, kName,
            Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint)
+    , m_ui(std::make_unique<Ui::FrmPopup>())
     , Timer1(Outside().timers.CreateTimer())
 {
-    setWindowTitle(QStringLiteral("Dusk Beacon Alert"));
-    setFixedSize(Pixels(3105), Pixels(1440));
+    m_ui->setupUi(this);
     // Whoever is typing goes on typing.
     setAttribute(Qt::WA_ShowWithoutActivating);
-    BuildControls();
-    Timer1->SetHandler([this] { Handle([this] { OnTick(); }); });
-}
-
-FrmPopup::~FrmPopup() = default;
-
-void FrmPopup::BuildControls()
-{
-    Label1 = new QLabel(this);
-    Label1->setObjectName(QStringLiteral("Label1"));
-    Label1->setGeometry(TwipsRect(120, 120, 2775, 495));
-    Label1->setTextFormat(Qt::PlainText);
-    Label1->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-
-    Command1 = new QPushButton(QStringLiteral("OK"), this);
-    Command1->setObjectName(QStringLiteral("Command1"));
-    // No default button of the window: Enter presses it only where it has the focus.
-    Command1->setAutoDefault(true);
-    Command1->setGeometry(TwipsRect(1200, 1080, 735, 255));
-    connect(Command1, &QPushButton::clicked, this, [this] {
+    // A .ui file has no stretch. In its own width the widest time would lose its edges.
+    QFont narrow = m_ui->LblCurrTime->font();
+    narrow.setStretch(QFont::SemiCondensed);
+    m_ui->LblCurrTime->setFont(narrow);
+    connect(m_ui->Command1, &QPushButton::clicked, this, [this] {
         Handle([this] {
             Timer1->SetEnabled(false);
             Unload();
         });
     });
-
-    LblCurrTime = new QLabel(this);
-    LblCurrTime->setObjectName(QStringLiteral("LblCurrTime"));
-    LblCurrTime->setGeometry(TwipsRect(1080, 720, 975, 255));
-    LblCurrTime->setTextFormat(Qt::PlainText);
-    LblCurrTime->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
-    // In its own width the widest time would lose its edges.
-    QFont narrow = LblCurrTime->font();
-    narrow.setStretch(QFont::SemiCondensed);
-    LblCurrTime->setFont(narrow);
+    Timer1->SetHandler([this] { Handle([this] { OnTick(); }); });
 }
+
+FrmPopup::~FrmPopup() = default;
 
 void FrmPopup::OnLoad()
 {
@@ -105,7 +81,7 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
     Show();
     Variables().ActiveForm = Name();
     m_counter = 0;
-    Label1->setText(Message);
+    m_ui->Label1->setText(Message);
     m_limit = SecLifeSpan;
     Timer1->SetEnabled(true);
     QAccessibleEvent alert(this, QAccessible::Alert);
@@ -151,7 +127,7 @@ void FrmPopup::OnTick()
     }
     // Also in the tick that unloads: the window of this name then comes back, loaded and hidden, and the
     // next alert finds it so.
-    Siblings().Touch<FrmPopup>().LblCurrTime->setText(ClockText(Outside().clock.Now().time()));
+    Siblings().Touch<FrmPopup>().m_ui->LblCurrTime->setText(ClockText(Outside().clock.Now().time()));
 }
 
 void FrmPopup::OnUnload()

@@ -7,10 +7,11 @@
 #include <cstdint>
 #include <memory>
 
-class QLabel;
-class QPushButton;
 class QTime;
 class Timer;
+namespace Ui {
+class FrmPopup;
+}
 
 /// The small window that carries an alert. While it is up the main window takes no input and no further alert
 /// comes through. Goes when its time is up or by "OK", also beside a message box.
@@ -36,13 +37,10 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    void BuildControls();
     void MoveToCentre();
     void OnTick();
 
-    QLabel* Label1 = nullptr;
-    QLabel* LblCurrTime = nullptr;
-    QPushButton* Command1 = nullptr;
+    std::unique_ptr<Ui::FrmPopup> m_ui;
     std::unique_ptr<Timer> Timer1;
     std::int16_t m_limit = 0;
     std::int16_t m_counter = 0;
