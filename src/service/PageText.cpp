@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/PageText.h"
 
-#include "service/HtmlTokens.h"
+#include "strip/HtmlTokens.h"
 #include "support/CodePage.h"
 
 #include <QRegularExpression>
@@ -14,20 +14,20 @@ namespace {
 
 constexpr qsizetype kEncodingNamedWithin = 1024;
 
-// Of a name only the letters that names are made of: the library takes others for orders.
-QByteArray NameIn(const QString& assignment)
+// Keeps only the characters of names: ICU reads others as converter options.
+QByteArray NameIn(const std::string& assignment)
 {
     static const QRegularExpression named(QStringLiteral("charset\\s*=\\s*[\"']?([a-z0-9_:.-]+)"),
                                           QRegularExpression::CaseInsensitiveOption);
-    return named.match(assignment).captured(1).toLower().toLatin1();
+    return named.match(QString::fromLatin1(assignment)).captured(1).toLower().toLatin1();
 }
 
 QByteArray EncodingOf(const HtmlToken& tag)
 {
     for (const auto& [name, value] : tag.attributes) {
-        QByteArray encoding = name == u"charset"   ? NameIn(QStringLiteral("charset=") + value)
-                              : name == u"content" ? NameIn(value)
-                                                   : QByteArray();
+        QByteArray encoding = name == "charset"   ? NameIn("charset=" + value)
+                              : name == "content" ? NameIn(value)
+                                                  : QByteArray();
         if (!encoding.isEmpty()) {
             return encoding;
         }
@@ -37,14 +37,15 @@ QByteArray EncodingOf(const HtmlToken& tag)
 
 QByteArray NamedEncoding(const QByteArray& page)
 {
-    const QString head = QString::fromLatin1(page.left(kEncodingNamedWithin));
+    const auto size = static_cast<std::size_t>(std::min(page.size(), kEncodingNamedWithin));
+    const std::string_view head(page.constData(), size);
     HtmlTokens tokens(head);
     while (const std::optional<HtmlToken> token = tokens.Next()) {
-        // A tag that is cut may name half of what it means.
-        const bool isMeta = token->kind == HtmlToken::Kind::Open && token->name == u"meta";
-        QByteArray encoding = isMeta && tokens.Position() <= head.size() ? EncodingOf(*token) : QByteArray();
-        if (!encoding.isEmpty()) {
-            return encoding;
+        // A tag that is cut may hold half of a name.
+        if (token->name == "meta" && tokens.Position() <= head.size()) {
+            if (QByteArray encoding = EncodingOf(*token); !encoding.isEmpty()) {
+                return encoding;
+            }
         }
     }
     return {};

@@ -3,9 +3,9 @@
 #include "service/WebAd.h"
 
 #include "platform/FileStore.h"
-#include "service/BannerHtml.h"
 #include "service/BannerImages.h"
 #include "service/PageText.h"
+#include "strip/Banner.h"
 #include "support/RuntimeError.h"
 
 #include <QContextMenuEvent>
@@ -54,17 +54,23 @@ void WebAd::Navigate(const FileStore& files, const QString& path)
     if (!bytes) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("The page can't be read"));
     }
-    const std::optional<Banner> banner = CleanBanner(PageText(*bytes));
+    const QByteArray page = PageText(*bytes).toUtf8();
+    const std::optional<Banner> banner =
+        CleanBanner({page.constData(), static_cast<std::size_t>(page.size())});
     if (!banner) {
         return;
     }
+    QStringList addresses;
+    for (const std::string& address : banner->images) {
+        addresses << QString::fromStdString(address);
+    }
     // The pictures of the page before are of no use any more, nor are those still on their way.
-    m_images = std::make_unique<BannerImages>(m_http, banner->images);
+    m_images = std::make_unique<BannerImages>(m_http, addresses);
     m_images->SetRunning(isVisible());
     connect(m_images.get(), &BannerImages::Changed, this, &WebAd::TakePicture);
     // A new text alone would keep the pictures of the page before under the same names.
     document()->clear();
-    setHtml(banner->html);
+    setHtml(QString::fromStdString(banner->html));
 }
 
 void WebAd::TakePicture(qsizetype number, bool resized)

@@ -3,9 +3,10 @@
 #include "fakes/ProcessorTime.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
-#include "service/BannerHtml.h"
-#include "service/HtmlTokens.h"
 #include "service/WebAd.h"
+#include "strip/Banner.h"
+#include "strip/HtmlText.h"
+#include "strip/HtmlTokens.h"
 #include "support/CodePage.h"
 
 #include <QTextBlock>
@@ -19,64 +20,64 @@ namespace {
 
 const QString kPage = QStringLiteral("temp.html");
 
-bool IsWebAddress(const QString& address)
+bool IsWebAddress(const std::string& address)
 {
-    return address.startsWith(u"http://", Qt::CaseInsensitive) ||
-           address.startsWith(u"https://", Qt::CaseInsensitive);
+    const std::string lower = LowerCase(address);
+    return lower.starts_with("http://") || lower.starts_with("https://");
 }
 
-void CheckTokens(const QString& page)
+void CheckTokens(const std::string& page)
 {
     HtmlTokens tokens(page);
-    qsizetype before = 0;
+    std::size_t before = 0;
     while (const std::optional<HtmlToken> token = tokens.Next()) {
-        Demand(tokens.Position() > before, "each token takes something of the page");
+        Demand(tokens.Position() > before, "each token takes a part of the page");
         before = tokens.Position();
-        if (token->kind == HtmlToken::Kind::Text) {
-            Demand(!token->text.contains(u'<') && !token->text.contains(u'>'), "a text holds no markup");
-        } else {
-            Demand(!token->name.isEmpty() && token->name == token->name.toLower(), "a tag has a name");
+        if (token->kind != HtmlToken::Kind::Text) {
+            Demand(!token->name.empty() && token->name == LowerCase(token->name), "a tag has a name");
         }
     }
 }
 
-void CheckTag(const HtmlToken& tag, QStringList& open)
+void CheckTag(const HtmlToken& tag, std::vector<std::string>& open)
 {
     constexpr std::array kDangerous{"script", "iframe", "object", "embed", "form",  "input",
                                     "link",   "base",   "meta",   "style", "frame", "applet"};
-    Demand(std::none_of(kDangerous.begin(), kDangerous.end(),
-                        [&](const char* name) { return tag.name == QLatin1String(name); }),
+    Demand(std::ranges::find(kDangerous, tag.name) == kDangerous.end(),
            "a clean page holds nothing but what can be shown");
     for (const auto& [name, value] : tag.attributes) {
-        Demand(!name.startsWith(u"on") && name != u"background", "a clean page runs and loads nothing");
-        Demand(name != u"src" || value.startsWith(u"image:"), "pictures are named by number");
-        Demand(name != u"href" || IsWebAddress(value), "a link leads to the web");
-        Demand(name != u"style" || !value.contains(u"url", Qt::CaseInsensitive), "a style loads nothing");
+        Demand(!name.starts_with("on") && name != "background", "a clean page runs and loads nothing");
+        Demand(name != "src" || value.starts_with("image:"), "pictures are named by number");
+        Demand(name != "href" || IsWebAddress(value), "a link leads to the web");
+        Demand(name != "style" || LowerCase(value).find("url") == std::string::npos, "a style loads nothing");
     }
     if (tag.kind == HtmlToken::Kind::Close) {
-        Demand(!open.isEmpty() && open.takeLast() == tag.name, "tags end in the order of their beginning");
-    } else if (tag.name != u"br" && tag.name != u"hr" && tag.name != u"img") {
-        open << tag.name;
+        Demand(!open.empty() && open.back() == tag.name, "tags end in the order of their beginning");
+        open.pop_back();
+    } else if (tag.name != "br" && tag.name != "hr" && tag.name != "img") {
+        open.push_back(tag.name);
     }
 }
 
 void CheckBanner(const Banner& banner)
 {
     HtmlTokens tokens(banner.html);
-    QStringList open;
+    std::vector<std::string> open;
     while (const std::optional<HtmlToken> token = tokens.Next()) {
-        if (token->kind != HtmlToken::Kind::Text) {
+        if (token->kind == HtmlToken::Kind::Text) {
+            Demand(token->text.find_first_of("<>") == std::string_view::npos, "a text holds no markup");
+        } else {
             CheckTag(*token, open);
         }
     }
-    Demand(open.isEmpty(), "every tag ends");
+    Demand(open.empty(), "every tag ends");
     Demand(banner.images.size() <= 16, "a strip has few pictures");
-    for (const QString& address : banner.images) {
-        Demand(IsWebAddress(address) || address.startsWith(u"data:", Qt::CaseInsensitive),
+    for (const std::string& address : banner.images) {
+        Demand(IsWebAddress(address) || LowerCase(address).starts_with("data:"),
                "a picture comes from the web or lies in the page");
     }
-    if (banner.images.isEmpty()) {
-        // The first time blanks may go that were controls.
+    if (banner.images.empty()) {
+        // The first time spaces may go that were controls.
         const std::optional<Banner> second = CleanBanner(banner.html);
         const std::optional<Banner> third = second ? CleanBanner(second->html) : std::nullopt;
         Demand(third && third->html == second->html, "a clean page stays as it is");
@@ -87,7 +88,7 @@ void CheckRequests(const FakeHttp& http)
 {
     Demand(http.requests.isEmpty() && http.probes.isEmpty(), "nobody waits for an ad");
     for (const QString& address : http.backgroundRequests) {
-        Demand(IsWebAddress(address), "nothing but the web is asked for a picture");
+        Demand(IsWebAddress(address.toStdString()), "nothing but the web is asked for a picture");
     }
 }
 
@@ -96,7 +97,7 @@ void CheckLinks(const QTextDocument& document)
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         for (auto part = block.begin(); !part.atEnd(); ++part) {
             const QString address = part.fragment().charFormat().anchorHref();
-            Demand(address.isEmpty() || IsWebAddress(address),
+            Demand(address.isEmpty() || IsWebAddress(address.toStdString()),
                    "a link that can be followed leads to the web");
         }
     }
@@ -146,8 +147,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     InputParts parts(data, size);
     const QByteArray page = QByteArray::fromStdString(parts.Next());
     const QByteArray picture = QByteArray::fromStdString(parts.Next());
-    const QString text = FromCodePage(page);
-    CheckTokens(text);
+    const std::string text = FromCodePage(page).toStdString();
+    CheckTokens(page.toStdString());
     if (const std::optional<Banner> banner = CleanBanner(text)) {
         CheckBanner(*banner);
     }

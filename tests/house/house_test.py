@@ -7,7 +7,7 @@ import re
 import sys
 
 TREE = pathlib.Path(sys.argv[1])
-LAYERS = ("support", "platform", "engine", "store", "forms", "service", "alerts", "locations", "settings_dialog", "instruments", "app")
+LAYERS = ("strip", "support", "platform", "engine", "store", "forms", "service", "alerts", "locations", "settings_dialog", "instruments", "app")
 # The loader of the module is known to the folder that is written on it, and to what constructs it.
 MAY_LOAD_THE_MODULE = ("src/engine/", "src/app/Application.cpp")
 CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsSinceEpoch|(?:system|steady|high_resolution)_clock|QElapsedTimer|gettimeofday|clock_gettime|\btime\((0|NULL|nullptr)\)")
@@ -42,8 +42,8 @@ def faults():
         listing = (TREE / "src" / folder / "CMakeLists.txt").read_text()
         for link in re.findall(r"LINKS\s([^)]*)", listing)[0].split():
             room = link.removeprefix("duskbeacon_")
-            if folder == "calculation" and link.startswith(("Qt", "duskbeacon_")):
-                yield f"src/{folder}: links {link}; the calculation knows neither Qt nor the program"
+            if folder in ("calculation", "strip") and link.startswith(("Qt", "duskbeacon_")):
+                yield f"src/{folder}: links {link}; it knows neither Qt nor the program"
             elif link.startswith("duskbeacon_") and LAYERS.index(room) >= LAYERS.index(folder):
                 yield f"src/{folder}: links {room}, which does not lie below it"
     for path in sources("server"):

@@ -1,0 +1,186 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "fakes/FakePlatform.h"
+#include "fakes/ProcessorTime.h"
+#include "service/WebAd.h"
+#include "strip/Banner.h"
+
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Of processor time, with which the clock misses no second. A page that is not limited takes many seconds,
+// the costliest page that is shown some 60 milliseconds of a slow machine, and several times that with
+// sanitizers.
+#ifdef __SANITIZE_ADDRESS__
+constexpr double kMostOfAPage = 800.0;
+#else
+constexpr double kMostOfAPage = 200.0;
+#endif
+
+// The processor time from a page to the painted strip.
+class StripCost
+{
+public:
+    StripCost()
+    {
+        m_strip.resize(468, 60);
+        Of("<b>warm</b>");
+    }
+    double Of(const QByteArray& page)
+    {
+        QFile file(QStringLiteral("page.html"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(page);
+        file.close();
+        const double start = ProcessorMilliseconds();
+        m_strip.Navigate(m_platform.files, file.fileName());
+        static_cast<void>(m_strip.grab());
+        return ProcessorMilliseconds() - start;
+    }
+    [[nodiscard]] const FakeHttp& Http() const { return m_platform.http; }
+
+private:
+    FakePlatform m_platform;
+    WebAd m_strip{m_platform.http, nullptr};
+};
+
+// The longest page of the form before + (unit)* + after that is still shown.
+QByteArray LongestShown(const QByteArray& before, const QByteArray& unit, const QByteArray& after)
+{
+    qsizetype least = 0;
+    qsizetype most = 20'000 / unit.size();
+    const auto page = [&](qsizetype count) { return before + unit.repeated(count) + after; };
+    while (least < most) {
+        const qsizetype middle = (least + most + 1) / 2;
+        if (CleanBanner(page(middle).toStdString())) {
+            least = middle;
+        } else {
+            most = middle - 1;
+        }
+    }
+    return page(least);
+}
+
+TEST(WebAdCost, costliestPagesThatAreShown_areLaidOutQuickly)
+{
+    StripCost cost;
+    double largest = 0.0;
+    const QByteArray units[] = {"word ",
+                                "x",
+                                "<b>a</b>",
+                                "<br>",
+                                "<p>a",
+                                "<hr>",
+                                "<div>a</div>",
+                                "<ul><li>a</ul>",
+                                "<font size=7>a</font><font size=1>b</font>",
+                                "<a href=http://x.example/>a</a>",
+                                "<img src=http://x.example/>",
+                                "<table><tr><td>a</table>",
+                                "<div>",
+                                "\xD8\xB3\xD9\x84\xD8\xA7\xD9\x85 "};
+    for (const int depth : {0, 1, 3, 6}) {
+        const QByteArray before = "<meta charset=utf-8>" + QByteArray("<table><tr><td>").repeated(depth);
+        const QByteArray cells = LongestShown(before + "<table><tr>", "<td>a", "</table>");
+        const QByteArray wide =
+            LongestShown(before, "<table><tr><td colspan=10>a<tr><td rowspan=10>b</table>", "");
+        std::vector<QByteArray> pages{cells, wide};
+        for (const QByteArray& unit : units) {
+            pages.push_back(LongestShown(before, unit, QByteArray()));
+        }
+        for (const QByteArray& page : pages) {
+            const double spent = std::min(cost.Of(page), cost.Of(page));
+            largest = std::max(largest, spent);
+        }
+    }
+    std::cout << "the costliest page took " << largest << " ms\n";
+    EXPECT_LT(largest, kMostOfAPage);
+}
+
+TEST(WebAdCost, hostilePages_areGivenUpQuickly)
+{
+    StripCost cost;
+    const QByteArray pages[] = {
+        QByteArray("<table><tr><td>").repeated(500'000), QByteArray(8'000'000, 'x'),
+        QByteArray("<div>").repeated(1'600'000),         QByteArray("<").repeated(8'000'000),
+        QByteArray("<b ").repeated(2'600'000),           QByteArray("<!--").repeated(2'000'000),
+        QByteArray("</b>").repeated(2'000'000),          QByteArray("&#").repeated(4'000'000),
+        QByteArray("<script>").repeated(1'000'000),      QByteArray("<td>").repeated(2'000'000),
+        QByteArray("<a b=\"").repeated(1'300'000),       QByteArray("<unknown>").repeated(800'000)};
+    for (const QByteArray& page : pages) {
+        const double spent = cost.Of(page);
+        EXPECT_LT(spent, kMostOfAPage) << page.left(20).constData();
+    }
+}
+
+// Random pages made of pieces that matter.
+TEST(WebAdCost, randomPages_areShownOrNotButNeverHarm)
+{
+    const QByteArray pieces[] = {"<table>",
+                                 "</table>",
+                                 "<tr>",
+                                 "</tr>",
+                                 "<td>",
+                                 "</td>",
+                                 "<b>",
+                                 "</b>",
+                                 "<p>",
+                                 "<ul>",
+                                 "<li>",
+                                 "</ul>",
+                                 "<a href=\"",
+                                 "http://x.example/",
+                                 "\">",
+                                 "</a>",
+                                 "<img src=",
+                                 "data:,x ",
+                                 "file:///etc/passwd ",
+                                 "<script>",
+                                 "</script>",
+                                 "<!--",
+                                 "-->",
+                                 "'",
+                                 "\"",
+                                 "<",
+                                 ">",
+                                 "&",
+                                 "&#",
+                                 "xFDD0;",
+                                 "\xEF\xB7\x90",
+                                 "\0",
+                                 "text",
+                                 " style=\"font-size:",
+                                 "999px",
+                                 "<iframe src=http://x.example/frame>",
+                                 "<link href=http://x.example/css>",
+                                 "<base href=file:///>",
+                                 " colspan=",
+                                 "20"};
+    StripCost cost;
+    QRandomGenerator random(20260320);
+    double largest = 0.0;
+    for (int round = 0; round < 1500; ++round) {
+        QByteArray page = round % 2 == 0 ? "<meta charset=utf-8>" : "";
+        const int length = random.bounded(1, 120);
+        for (int i = 0; i < length; ++i) {
+            if (random.bounded(10) == 0) {
+                page += static_cast<char>(random.bounded(256));
+            } else {
+                page += pieces[random.bounded(static_cast<int>(std::size(pieces)))];
+            }
+        }
+        largest = std::max(largest, cost.Of(page));
+    }
+    EXPECT_LT(largest, kMostOfAPage);
+    EXPECT_TRUE(cost.Http().requests.isEmpty());
+    for (const QString& address : cost.Http().backgroundRequests) {
+        EXPECT_TRUE(address.startsWith(u"http://")) << address.toStdString();
+        EXPECT_FALSE(address.contains(u"/frame")) << address.toStdString();
+    }
+}
+
+} // namespace
