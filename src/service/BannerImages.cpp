@@ -3,19 +3,24 @@
 #include "service/BannerImages.h"
 
 #include "platform/Http.h"
-#include "service/GifFrames.h"
-#include "service/PngChunks.h"
+#include "service/PictureBytes.h"
+
+#include <QImageReader>
+#include <QTimer>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
 constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10, 10'000};
-// Faster than this nobody sees it, and a clock has better things to do.
+// Limit the frames: they are decoded on the UI thread, and the eye sees no faster ones.
 constexpr int kShortestFrameMilliseconds = 50;
 // All pictures that move, together: about two hundredths of a slow core.
 constexpr qint64 kMostCostPerSecond = 5'000'000;
+
+// Some ten times what decoding takes on a slow machine: so much for any picture, and more for a large one.
+constexpr int kMillisecondsOfAPicture = 30;
+constexpr qint64 kPixelsOfAMillisecond = 5'000;
 
 // The bytes of a data address (RFC 2397); nothing if it is none or too long.
 QByteArray BytesOf(const QString& address)
@@ -29,48 +34,50 @@ QByteArray BytesOf(const QString& address)
                                                                          : bytes;
 }
 
-// One of the four formats that are shown, by the first bytes; empty for anything else. The library would hand
-// them to each reader that is installed, and one of drawings opens the files that they name.
-QByteArray FormatOf(const QByteArray& bytes)
-{
-    constexpr std::array<std::pair<QByteArrayView, const char*>, 4> kMarks{
-        {{"\x89PNG\r\n\x1a\n", "png"}, {"GIF8", "gif"}, {"\xFF\xD8\xFF", "jpeg"}, {"BM", "bmp"}}};
-    const auto* const found = std::find_if(kMarks.begin(), kMarks.end(),
-                                           [&](const auto& mark) { return bytes.startsWith(mark.first); });
-    return found == kMarks.end() ? QByteArray() : QByteArray(found->second);
-}
-
 qint64 PixelsOf(const QSize& size)
 {
     return static_cast<qint64>(size.width()) * size.height();
 }
 
-// A small file can hold minutes of decoding: pixels behind a picture's last one, or a picture in thousands of
-// steps, each of which goes over it whole. Usual are ten steps.
-bool IsDecodedSoon(const QByteArray& format, const QByteArray& bytes, qint64 pixels)
-{
-    if (format == "png") {
-        // Eight bytes are the longest pixel, and each row has one more.
-        constexpr qint64 kMostBytesOfPixel = 9;
-        return HasModestPixels(bytes, kMostBytesOfPixel * pixels);
-    }
-    if (format == "gif") {
-        return HasModestFrames(bytes, BannerImages::kMostPixels);
-    }
-    // A step can't hold the mark of one (ITU-T T.81, B.1.1.5). A profile or a small picture inside the file
-    // can, but not so many.
-    constexpr qsizetype kMostSteps = 64;
-    return format != "jpeg" || bytes.count("\xFF\xDA") <= kMostSteps;
-}
-
 } // namespace
+
+struct BannerImages::Image
+{
+    /// The next frame; none at the end, or if it takes too long.
+    [[nodiscard]] QImage Read()
+    {
+        file->Allow(kMillisecondsOfAPicture + static_cast<int>(pixels / kPixelsOfAMillisecond));
+        const QImage frame = reader->read();
+        return file->IsOverdue() ? QImage() : frame;
+    }
+    void Rewind()
+    {
+        file->seek(0);
+        reader = std::make_unique<QImageReader>(file.get(), file->Format());
+        reader->setAutoDetectImageFormat(false);
+    }
+    void Forget()
+    {
+        isMoving = false;
+        reader.reset();
+        file.reset();
+    }
+
+    std::unique_ptr<PictureBytes> file;
+    std::unique_ptr<QImageReader> reader;
+    QPixmap shown = Dot();
+    QTimer timer;
+    qint64 pixels = 0;
+    qint64 cost = 0;
+    int loopsLeft = 0;
+    bool isMoving = false;
+};
 
 BannerImages::BannerImages(Http& http, const QStringList& addresses)
 {
     for (const QString& address : addresses) {
         const auto number = static_cast<qsizetype>(m_images.size());
         m_images.push_back(std::make_unique<Image>());
-        m_images.back()->shown = Dot();
         if (address.startsWith(u"data:", Qt::CaseInsensitive)) {
             Start(number, BytesOf(address));
             continue;
@@ -81,6 +88,8 @@ BannerImages::BannerImages(Http& http, const QStringList& addresses)
             [this, number](const Http::Reply& reply) { Start(number, reply.value_or(QByteArray())); });
     }
 }
+
+BannerImages::~BannerImages() = default;
 
 QPixmap BannerImages::Dot()
 {
@@ -107,26 +116,17 @@ void BannerImages::SetRunning(bool running)
     }
 }
 
-bool BannerImages::Rewind(Image& image)
-{
-    image.buffer.close();
-    image.buffer.setBuffer(&image.bytes);
-    image.buffer.open(QIODevice::ReadOnly);
-    image.reader = std::make_unique<QImageReader>(&image.buffer, image.format);
-    image.reader->setAutoDetectImageFormat(false);
-    const QSize size = image.reader->size();
-    return size.isValid() && PixelsOf(size) <= kMostPixels;
-}
-
 bool BannerImages::MayBeShown(Image& image) const
 {
-    // A file's bytes alone may be too many: those aren't looked into.
-    if (image.format.isEmpty() || m_cost + image.bytes.size() > kMostCost || !Rewind(image)) {
+    // The bytes of a file alone may be too many: do not decode those.
+    if (image.file->Format().isEmpty() || m_cost + image.file->size() > kMostCost) {
         return false;
     }
-    const qint64 pixels = PixelsOf(image.reader->size());
-    image.cost = pixels + image.bytes.size();
-    return m_cost + image.cost <= kMostCost && IsDecodedSoon(image.format, image.bytes, pixels);
+    image.Rewind();
+    const QSize size = image.reader->size();
+    image.pixels = PixelsOf(size);
+    image.cost = image.pixels + image.file->size();
+    return size.isValid() && image.pixels <= kMostPixels && m_cost + image.cost <= kMostCost;
 }
 
 int BannerImages::ShortestFrameMilliseconds() const
@@ -141,11 +141,9 @@ int BannerImages::ShortestFrameMilliseconds() const
 void BannerImages::Start(qsizetype number, const QByteArray& bytes)
 {
     Image& image = *m_images[static_cast<std::size_t>(number)];
-    image.format = FormatOf(bytes);
-    image.bytes = image.format == "png" ? PlainPng(bytes) : bytes;
+    image.file = std::make_unique<PictureBytes>(bytes);
     if (!MayBeShown(image)) {
-        image.reader.reset();
-        image.bytes.clear();
+        image.Forget();
         return;
     }
     m_cost += image.cost;
@@ -158,25 +156,28 @@ void BannerImages::Start(qsizetype number, const QByteArray& bytes)
 void BannerImages::ShowNextFrame(qsizetype number)
 {
     Image& image = *m_images[static_cast<std::size_t>(number)];
-    QImage frame = image.reader->read();
-    const bool mayRepeat = image.loopsLeft != 0 && image.reader->supportsAnimation();
-    if (frame.isNull() && mayRepeat && Rewind(image)) {
+    QImage frame = image.Read();
+    if (frame.isNull() && !image.file->IsOverdue() && image.loopsLeft != 0 &&
+        image.reader->supportsAnimation()) {
         image.loopsLeft -= image.loopsLeft > 0 ? 1 : 0;
-        frame = image.reader->read();
+        image.Rewind();
+        frame = image.Read();
+    }
+    if (image.file->IsOverdue()) {
+        // A banner with such a picture gets no others.
+        m_cost = kMostCost;
     }
     image.isMoving = !frame.isNull() && image.reader->supportsAnimation();
-    if (!image.isMoving) {
-        image.reader.reset();
-        image.bytes.clear();
+    if (image.isMoving) {
+        image.timer.setInterval(std::max(image.reader->nextImageDelay(), ShortestFrameMilliseconds()));
+    } else {
+        image.Forget();
     }
     if (frame.isNull()) {
         return;
     }
     const QSize before = image.shown.size();
     image.shown = QPixmap::fromImage(frame);
-    if (image.isMoving) {
-        image.timer.setInterval(std::max(image.reader->nextImageDelay(), ShortestFrameMilliseconds()));
-    }
     if (image.isMoving && m_running) {
         image.timer.start();
     }

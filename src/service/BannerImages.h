@@ -2,12 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QBuffer>
-#include <QImageReader>
 #include <QObject>
 #include <QPixmap>
 #include <QStringList>
-#include <QTimer>
 
 #include <memory>
 #include <vector>
@@ -29,6 +26,7 @@ public:
 
     /// @param addresses http, https or data
     BannerImages(Http& http, const QStringList& addresses);
+    ~BannerImages() override;
 
     [[nodiscard]] static QPixmap Dot();
     /// The picture as it is to be shown now; the dot for a number that no picture has.
@@ -41,21 +39,9 @@ signals:
     void Changed(qsizetype number, bool resized);
 
 private:
-    struct Image
-    {
-        QByteArray format;
-        QByteArray bytes;
-        QBuffer buffer;
-        std::unique_ptr<QImageReader> reader;
-        QPixmap shown;
-        QTimer timer;
-        qint64 cost = 0;
-        int loopsLeft = 0;
-        bool isMoving = false;
-    };
+    struct Image;
 
     void Start(qsizetype number, const QByteArray& bytes);
-    [[nodiscard]] static bool Rewind(Image& image);
     [[nodiscard]] bool MayBeShown(Image& image) const;
     [[nodiscard]] int ShortestFrameMilliseconds() const;
     void ShowNextFrame(qsizetype number);

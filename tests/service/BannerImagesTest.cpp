@@ -8,12 +8,11 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/Memory.h"
 #include "fakes/ProcessorTime.h"
-#include "service/GifFrames.h"
-#include "service/PngChunks.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QImageIOPlugin>
+#include <QImageReader>
 #include <QImageWriter>
 #include <QtEndian>
 #include <QtPlugin>
@@ -23,8 +22,7 @@
 
 namespace {
 
-// Of processor time. What is guarded against takes seconds, what is allowed some ten milliseconds, and with
-// sanitizers several times that.
+// Of processor time. Without a limit these pictures take seconds; the largest may take 230 ms.
 constexpr double kMostOfAPicture = 400.0;
 constexpr qint64 kMegabyte = 1024LL * 1024;
 
@@ -208,58 +206,21 @@ QByteArray JpegInSteps(int side, int repetitions)
 TEST_F(BannerImagesTest, pictureInThousandsOfSteps_isNotShown)
 {
     EXPECT_TRUE(IsShown(JpegInSteps(1000, 1)));
-    const QByteArray jpeg = JpegInSteps(1000, 300);
+    const QByteArray jpeg = JpegInSteps(1000, 3000);
     const double before = ProcessorMilliseconds();
     EXPECT_FALSE(IsShown(jpeg));
     EXPECT_LT(ProcessorMilliseconds() - before, kMostOfAPicture);
 }
 
-// Two frames of 2 by 2 pixels, red and blue, 100 ms each, for ever.
-const QByteArray kGif = QByteArray::fromHex("47494638396102000200f00000ff00000000ff21ff0b4e45545343415045322e"
-                                            "30030100000021f9040000000a002c00000000020002"
-                                            "000002028451002"
-                                            "1f904000a0000002c0000000002000200000202"
-                                            "8c53003b");
-
 TEST_F(BannerImagesTest, pictureWithEndlessPixels_isNotShown)
 {
-    EXPECT_TRUE(HasModestFrames(kGif, 4));
-    EXPECT_FALSE(HasModestFrames(kGif, 3));
-    EXPECT_TRUE(HasModestFrames(kGif.left(70), 4)) << "the rest has not come";
-    EXPECT_FALSE(HasModestFrames(kGif.left(kGif.size() - 1) + "x", 4)) << "no block begins like that";
-    // 1 + 2 + … + 3839 pixels before the longest row; a few hundredths of them all, lest a failure takes
-    // minutes.
+    EXPECT_TRUE(IsShown(EndlessGif(0)));
+    // A few hundredths of all that a file can hold, lest a failure takes minutes.
     const QByteArray gif = EndlessGif(52'000);
-    EXPECT_TRUE(HasModestFrames(EndlessGif(0), 3839 * 3840 / 2));
-    EXPECT_FALSE(HasModestFrames(EndlessGif(0), 3839 * 3840 / 2 - 1));
     const double before = ProcessorMilliseconds();
     EXPECT_FALSE(IsShown(gif));
     EXPECT_LT(ProcessorMilliseconds() - before, kMostOfAPicture);
 }
-
-struct StepsRow
-{
-    const char* name;
-    int steps;
-    bool isShown;
-};
-
-class BannerImagesSteps : public BannerImagesTest, public testing::WithParamInterface<StepsRow>
-{
-};
-
-TEST_P(BannerImagesSteps, upToSixtyFour_areShown)
-{
-    const auto marks = [](int repetitions) { return JpegInSteps(16, repetitions).count("\xFF\xDA"); };
-    const auto repetitions = static_cast<int>(GetParam().steps - marks(0));
-    ASSERT_EQ(marks(repetitions), GetParam().steps);
-    EXPECT_EQ(IsShown(JpegInSteps(16, repetitions)), GetParam().isShown);
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, BannerImagesSteps,
-                         testing::Values(StepsRow{"usual", 10, true}, StepsRow{"most", 64, true},
-                                         StepsRow{"too_many", 65, false}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 QByteArray Chunk(const QByteArray& type, const QByteArray& content)
 {
@@ -294,17 +255,6 @@ QByteArray PlainPixels(int side, const QByteArray& pixel)
     return Packed((QByteArray(1, '\0') + pixel.repeated(side)).repeated(side), 0);
 }
 
-TEST_F(BannerImagesTest, markOfAStepInOtherFormats_meansNothing)
-{
-    const QColor colour(0xFF, 0xDA, 0x11);
-    const QByteArray png = PngOf(10, Chunk("IDAT", PlainPixels(10, "\xFF\xDA\x11")));
-    ASSERT_GT(png.count("\xFF\xDA"), 64);
-    EXPECT_EQ(Shown(png).pixelColor(5, 5), colour);
-    const QByteArray bmp = Written(Filled(10, 10, QColor(0x11, 0xDA, 0xFF)), "bmp");
-    ASSERT_GT(bmp.count("\xFF\xDA"), 64);
-    EXPECT_EQ(Shown(bmp).pixelColor(5, 5), QColor(0x11, 0xDA, 0xFF));
-}
-
 TEST_F(BannerImagesTest, pngOfFewColoursWithTexts_isShownAsItIs)
 {
     QImage picture(40, 20, QImage::Format_Indexed8);
@@ -326,21 +276,23 @@ TEST_F(BannerImagesTest, pngOfFewColoursWithTexts_isShownAsItIs)
 
 TEST_F(BannerImagesTest, coloursNamedAgain_areLeftOut)
 {
-    const QByteArray pixels = Chunk("IDAT", PlainPixels(10, "\xFF\x11\x22"));
-    const QByteArray colours = Chunk("PLTE", QByteArray(3, '\x7F'));
-    const QByteArray clear = Chunk("tRNS", QByteArray(6, '\x00'));
-    EXPECT_EQ(
-        PlainPng(PngOf(10, colours + clear + (clear + colours).repeated(100) + pixels + clear + colours)),
-        PngOf(10, colours + clear + pixels));
+    QImage picture(10, 10, QImage::Format_Indexed8);
+    picture.setColorTable({qRgb(255, 0, 0), qRgba(0, 0, 0, 0)});
+    picture.fill(0);
+    const QByteArray png = Written(picture, "png");
+    const qsizetype pixels = png.indexOf("IDAT") - 4;
+    const QByteArray again = Chunk("PLTE", QByteArray(6, '\x7F')) + Chunk("tRNS", QByteArray(2, '\0'));
+    testing::internal::CaptureStderr();
+    const QImage shown = Shown(png.first(pixels) + again.repeated(100) + png.sliced(pixels));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "the reader logs each of them";
+    EXPECT_EQ(shown.pixelColor(5, 5), QColor(Qt::red));
 }
 
-TEST_F(BannerImagesTest, pixelsInSeveralPiecesOrWithALittleBehind_areShown)
+TEST_F(BannerImagesTest, pixelsInSeveralPieces_areShown)
 {
     const QByteArray pixels = PlainPixels(10, "\xFF\x11\x22");
     EXPECT_TRUE(IsShown(PngOf(10, Chunk("IDAT", pixels.first(40)) + Chunk("IDAT", QByteArray()) +
                                       Chunk("IDAT", pixels.sliced(40)))));
-    EXPECT_TRUE(IsShown(PngOf(10, Chunk("IDAT", Packed(QByteArray(9 * 100, '\x00'), 9)))));
-    EXPECT_FALSE(IsShown(PngOf(10, Chunk("IDAT", Packed(QByteArray(9 * 100 + 1, '\x00'), 9)))));
     EXPECT_FALSE(IsShown(PngOf(10, Chunk("IDAT", pixels).chopped(1)).chopped(12))) << "cut";
 }
 
