@@ -103,7 +103,7 @@ int open(const char* path, int flags, ...)
     const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
     static auto* const real = Real<int(const char*, int, ...)>("open");
-    return Fails("open") ? -1 : real(path, flags, mode);
+    return Fails((flags & O_EXCL) != 0 ? "create" : "open") ? -1 : real(path, flags, mode);
 }
 
 int open64(const char* path, int flags, ...)
@@ -114,12 +114,6 @@ int open64(const char* path, int flags, ...)
     va_end(arguments);
     static auto* const real = Real<int(const char*, int, ...)>("open64");
     return Fails("open64") ? -1 : real(path, flags, mode);
-}
-
-int mkostemp(char* pattern, int flags)
-{
-    static auto* const real = Real<int(char*, int)>("mkostemp");
-    return Fails("mkostemp") ? -1 : real(pattern, flags);
 }
 
 int close(int descriptor)
