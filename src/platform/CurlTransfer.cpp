@@ -8,7 +8,6 @@
 namespace {
 
 constexpr int kMostRedirects = 10;
-constexpr qint64 kLongestHead = 256LL * 1024;
 
 using UrlHandle = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
@@ -87,7 +86,6 @@ bool CurlTransfer::Prepare()
         m_total.setRemainingTime(m_limits.totalMilliseconds);
     }
     m_body.clear();
-    m_headBytes = 0;
     m_isRedirect = false;
     CURL* const easy = m_easy.get();
     if (easy == nullptr || m_total.hasExpired()) {
@@ -195,7 +193,6 @@ long CurlTransfer::Status() const
 
 bool CurlTransfer::TakeHeader(const QByteArray& line)
 {
-    m_headBytes += line.size();
     if (line.startsWith("HTTP/")) {
         m_answered = true;
         m_location.clear();
@@ -206,7 +203,7 @@ bool CurlTransfer::TakeHeader(const QByteArray& line)
         m_isRedirect =
             std::find(std::begin(kRedirects), std::end(kRedirects), Status()) != std::end(kRedirects);
     }
-    return !m_onlyReach && !m_isRedirect && m_headBytes <= kLongestHead;
+    return !m_onlyReach && !m_isRedirect;
 }
 
 std::size_t CurlTransfer::OnHeader(char* bytes, std::size_t size, std::size_t count, void* self)

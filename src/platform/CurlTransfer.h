@@ -53,7 +53,6 @@ private:
     int m_redirects = 0;
 
     QByteArray m_body;
-    qint64 m_headBytes = 0;
     QByteArray m_location;
     bool m_isRedirect = false;
     bool m_onlyReach = false;
