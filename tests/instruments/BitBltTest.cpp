@@ -15,29 +15,17 @@ QImage Plain(int width, int height, QRgb colour)
     return picture;
 }
 
-struct OperationRow
+TEST(BitBlt, eachOperation_combinesEachBit)
 {
-    const char* name;
-    RasterOperation operation;
-    QRgb result;
-};
-
-class BitBltOperation : public testing::TestWithParam<OperationRow>
-{
-};
-
-TEST_P(BitBltOperation, mixedBits_combinesEachBit)
-{
-    QImage destination = Plain(2, 2, 0xff00f0cc);
-    BitBlt(destination, 0, 0, Plain(2, 2, 0xff0ff0aa), GetParam().operation);
-    EXPECT_EQ(destination.pixel(1, 1), GetParam().result);
+    const std::pair<RasterOperation, QRgb> results[]{{RasterOperation::SRCCOPY, 0xff0ff0aa},
+                                                     {RasterOperation::SRCAND, 0xff00f088},
+                                                     {RasterOperation::SRCPAINT, 0xff0ff0ee}};
+    for (const auto& [operation, result] : results) {
+        QImage destination = Plain(2, 2, 0xff00f0cc);
+        BitBlt(destination, 0, 0, Plain(2, 2, 0xff0ff0aa), operation);
+        EXPECT_EQ(destination, Plain(2, 2, result)) << std::hex << result;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, BitBltOperation,
-                         testing::Values(OperationRow{"copy", RasterOperation::SRCCOPY, 0xff0ff0aa},
-                                         OperationRow{"and", RasterOperation::SRCAND, 0xff00f088},
-                                         OperationRow{"paint", RasterOperation::SRCPAINT, 0xff0ff0ee}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST(BitBlt, codes_areThoseOfTheWindowSystem)
 {
@@ -60,20 +48,20 @@ TEST(BitBlt, maskThenPicture_replacesTheShapeOnly)
     EXPECT_EQ(destination.pixel(2, 0), 0xff123456);
 }
 
-struct PlaceRow
+TEST(BitBlt, source_isCutOffAtTheEdges)
 {
-    const char* name;
-    int left;
-    int top;
-    QRect covered;
-};
-
-class BitBltPlace : public testing::TestWithParam<PlaceRow>
-{
-};
-
-TEST_P(BitBltPlace, source_isCutOffAtTheEdges)
-{
+    struct Row
+    {
+        const char* name;
+        QPoint corner;
+        QRect covered;
+    };
+    const Row rows[]{{"inside", {3, 2}, {3, 2, 4, 3}},
+                     {"left top", {-2, -1}, {0, 0, 2, 2}},
+                     {"right bottom", {8, 6}, {8, 6, 2, 2}},
+                     {"just left", {-4, 0}, {}},
+                     {"just below", {0, 8}, {}},
+                     {"far away", {-32768, 32767}, {}}};
     // Each source pixel differs, so that a shifted row shows.
     QImage source(4, 3, QImage::Format_RGB32);
     for (int y = 0; y < 3; ++y) {
@@ -81,25 +69,18 @@ TEST_P(BitBltPlace, source_isCutOffAtTheEdges)
             source.setPixel(x, y, qRgb(10 * x + 1, 10 * y + 1, 200));
         }
     }
-    QImage destination = Plain(10, 8, 0xff000000);
-    const PlaceRow& row = GetParam();
-    BitBlt(destination, row.left, row.top, source, RasterOperation::SRCCOPY);
-    for (int y = 0; y < 8; ++y) {
-        for (int x = 0; x < 10; ++x) {
-            const QRgb expected =
-                row.covered.contains(x, y) ? source.pixel(x - row.left, y - row.top) : 0xff000000;
-            ASSERT_EQ(destination.pixel(x, y), expected) << x << ',' << y;
+    for (const auto& [name, corner, covered] : rows) {
+        QImage destination = Plain(10, 8, 0xff000000);
+        BitBlt(destination, corner.x(), corner.y(), source, RasterOperation::SRCCOPY);
+        for (int y = 0; y < 8; ++y) {
+            for (int x = 0; x < 10; ++x) {
+                const QRgb expected =
+                    covered.contains(x, y) ? source.pixel(QPoint(x, y) - corner) : 0xff000000;
+                ASSERT_EQ(destination.pixel(x, y), expected) << name << ' ' << x << ',' << y;
+            }
         }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, BitBltPlace,
-                         testing::Values(PlaceRow{"inside", 3, 2, {3, 2, 4, 3}},
-                                         PlaceRow{"left_top", -2, -1, {0, 0, 2, 2}},
-                                         PlaceRow{"right_bottom", 8, 6, {8, 6, 2, 2}},
-                                         PlaceRow{"just_left", -4, 0, {}}, PlaceRow{"just_below", 0, 8, {}},
-                                         PlaceRow{"far_away", -32768, 32767, {}}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST(BitBlt, missingPicture_changesNothing)
 {

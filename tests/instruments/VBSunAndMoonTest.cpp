@@ -21,10 +21,11 @@ class VBSunAndMoonTest : public testing::Test
 {
 protected:
     /// The pixels of the scene as the window shows them.
-    [[nodiscard]] QImage Scene()
+    [[nodiscard]] static QImage SceneOf(VBSunAndMoon& shown)
     {
-        return sky.grab(QRect(0, 0, 273, 125)).toImage().convertToFormat(QImage::Format_RGB32);
+        return shown.grab(QRect(0, 0, 273, 125)).toImage().convertToFormat(QImage::Format_RGB32);
     }
+    [[nodiscard]] QImage Scene() { return SceneOf(sky); }
     [[nodiscard]] QRect Sun() { return BoundsOf(Scene(), PlainPictures::kSun); }
     [[nodiscard]] QRect Moon() { return BoundsOf(Scene(), PlainPictures::kMoon); }
 
@@ -37,32 +38,19 @@ protected:
 class VBSunAndMoonOpen : public VBSunAndMoonTest
 {
 protected:
-    VBSunAndMoonOpen()
-        : m_bare(Bare())
-        , open(platform.files, pictures.Folder(), nullptr)
-    {
-        open.Setup(kPixelSunrise, kPixelSunset);
-    }
-    [[nodiscard]] QRect Bounds(QRgb colour)
-    {
-        return BoundsOf(open.grab(QRect(0, 0, 273, 125)).toImage().convertToFormat(QImage::Format_RGB32),
-                        colour);
-    }
-
-private:
-    bool Bare() const
+    VBSunAndMoonOpen() { open.Setup(kPixelSunrise, kPixelSunset); }
+    [[nodiscard]] QString BareFolder() const
     {
         for (const char* name : {"PicFrontDay", "PicFrontNight"}) {
             const QString picture = QLatin1String(name);
             pictures.Save(picture, PlainPictures::Plain(273, 125, 1, 0xff000000));
             pictures.Save(picture + QStringLiteral("Mask"), PlainPictures::Plain(273, 125, 1, 0xffffffff));
         }
-        return true;
+        return pictures.Folder();
     }
-    bool m_bare;
+    [[nodiscard]] QRect Bounds(QRgb colour) { return BoundsOf(SceneOf(open), colour); }
 
-protected:
-    VBSunAndMoon open;
+    VBSunAndMoon open{platform.files, BareFolder(), nullptr};
 };
 
 TEST_F(VBSunAndMoonTest, creation_showsTheDayWithoutSunAndMoon)
@@ -83,43 +71,36 @@ TEST_F(VBSunAndMoonTest, creation_keepsTheNoteOutOfSight)
     EXPECT_TRUE(label1->isHidden());
 }
 
-struct DayRow
+TEST_F(VBSunAndMoonTest, update_choosesSkyAndLandscape)
 {
-    const char* name;
-    std::int16_t sunrise;
-    std::int16_t sunset;
-    std::int16_t minute;
-    bool isDay;
-};
-
-class VBSunAndMoonDay : public testing::TestWithParam<DayRow>
-{
-};
-
-TEST_P(VBSunAndMoonDay, update_choosesSkyAndLandscape)
-{
-    FakePlatform platform;
-    const PlainPictures pictures;
-    VBSunAndMoon sky(platform.files, pictures.Folder(), nullptr);
-    const DayRow& row = GetParam();
-    sky.Setup(row.sunrise, row.sunset);
-    sky.Update(kBelow, kBelow, row.minute);
-    const QImage scene = sky.grab().toImage();
-    EXPECT_EQ(scene.pixel(0, 0), row.isDay ? PlainPictures::kDay : PlainPictures::kNight);
-    EXPECT_EQ(scene.pixel(0, 124), row.isDay ? PlainPictures::kDayLand : PlainPictures::kNightLand);
-    EXPECT_TRUE(sky.accessibleName().startsWith(row.isDay ? QStringLiteral("Sky: day, ")
-                                                          : QStringLiteral("Sky: night, ")));
+    struct Row
+    {
+        const char* name;
+        std::int16_t sunrise;
+        std::int16_t sunset;
+        std::int16_t minute;
+        bool isDay;
+    };
+    constexpr Row kRows[]{{"before sunrise", 390, 1122, 389, false},
+                          {"sunrise", 390, 1122, 390, true},
+                          {"noon", 390, 1122, 750, true},
+                          {"sunset", 390, 1122, 1122, true},
+                          {"after sunset", 390, 1122, 1123, false},
+                          {"midnight", 390, 1122, 0, false},
+                          {"equal at that minute", 600, 600, 600, true},
+                          {"equal at another", 600, 600, 601, false},
+                          {"sunset before sunrise", 1122, 390, 750, false}};
+    for (const Row& row : kRows) {
+        SCOPED_TRACE(row.name);
+        sky.Setup(row.sunrise, row.sunset);
+        sky.Update(kBelow, kBelow, row.minute);
+        const QImage scene = Scene();
+        EXPECT_EQ(scene.pixel(0, 0), row.isDay ? PlainPictures::kDay : PlainPictures::kNight);
+        EXPECT_EQ(scene.pixel(0, 124), row.isDay ? PlainPictures::kDayLand : PlainPictures::kNightLand);
+        EXPECT_TRUE(sky.accessibleName().startsWith(row.isDay ? QStringLiteral("Sky: day, ")
+                                                              : QStringLiteral("Sky: night, ")));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, VBSunAndMoonDay,
-    testing::Values(DayRow{"before_sunrise", 390, 1122, 389, false}, DayRow{"sunrise", 390, 1122, 390, true},
-                    DayRow{"noon", 390, 1122, 750, true}, DayRow{"sunset", 390, 1122, 1122, true},
-                    DayRow{"after_sunset", 390, 1122, 1123, false}, DayRow{"midnight", 390, 1122, 0, false},
-                    DayRow{"equal_at_that_minute", 600, 600, 600, true},
-                    DayRow{"equal_at_another", 600, 600, 601, false},
-                    DayRow{"sunset_before_sunrise", 1122, 390, 750, false}),
-    [](const auto& row) { return row.param.name; });
 
 struct DiscRow
 {
@@ -129,37 +110,26 @@ struct DiscRow
     QRect visible;
 };
 
-void PrintTo(const DiscRow& row, std::ostream* stream)
+TEST_F(VBSunAndMoonOpen, update_drawsTheSunByTimeAndElevation)
 {
-    *stream << row.name;
+    // 32 by 33 pixels around the centre, 16 of them left of it and 16 above.
+    const DiscRow rows[]{{"sunrise half outside", 450, 0, {0, 46, 16, 33}},
+                         {"middle", 450, 136, {120, 46, 32, 33}},
+                         {"sunset half outside", 450, 273, {257, 46, 16, 33}},
+                         {"one minute after sunset", 450, 274, {258, 46, 15, 33}},
+                         {"far after sunset", 450, 300, {}},
+                         {"on the horizon", 0, 136, {120, 109, 32, 16}},
+                         {"highest", 900, 136, {120, 0, 32, 17}},
+                         {"half goes down to even", 18, 136, {120, 106, 32, 19}},
+                         {"half goes up to even", 54, 136, {120, 102, 32, 23}},
+                         {"below", -144, 136, {}},
+                         {"last row below", -108, 136, {120, 124, 32, 1}},
+                         {"far above", 2000, 136, {}}};
+    for (const DiscRow& row : rows) {
+        open.Update(row.elevation, kBelow, row.minute);
+        EXPECT_EQ(Bounds(PlainPictures::kSun), row.visible) << row.name;
+    }
 }
-
-class VBSunAndMoonSun : public VBSunAndMoonOpen, public testing::WithParamInterface<DiscRow>
-{
-};
-
-TEST_P(VBSunAndMoonSun, update_drawsItByTimeAndElevation)
-{
-    const DiscRow& row = GetParam();
-    open.Update(row.elevation, kBelow, row.minute);
-    EXPECT_EQ(Bounds(PlainPictures::kSun), row.visible);
-}
-
-// 32 by 33 pixels around the centre, 16 of them left of it and 16 above.
-INSTANTIATE_TEST_SUITE_P(All, VBSunAndMoonSun,
-                         testing::Values(DiscRow{"sunrise_half_outside", 450, 0, {0, 46, 16, 33}},
-                                         DiscRow{"middle", 450, 136, {120, 46, 32, 33}},
-                                         DiscRow{"sunset_half_outside", 450, 273, {257, 46, 16, 33}},
-                                         DiscRow{"one_minute_after_sunset", 450, 274, {258, 46, 15, 33}},
-                                         DiscRow{"far_after_sunset", 450, 300, {}},
-                                         DiscRow{"on_the_horizon", 0, 136, {120, 109, 32, 16}},
-                                         DiscRow{"highest", 900, 136, {120, 0, 32, 17}},
-                                         DiscRow{"half_goes_down_to_even", 18, 136, {120, 106, 32, 19}},
-                                         DiscRow{"half_goes_up_to_even", 54, 136, {120, 102, 32, 23}},
-                                         DiscRow{"below", -144, 136, {}},
-                                         DiscRow{"last_row_below", -108, 136, {120, 124, 32, 1}},
-                                         DiscRow{"far_above", 2000, 136, {}}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST_F(VBSunAndMoonOpen, sun_halfColumnGoesToTheEvenNeighbour)
 {
@@ -170,29 +140,23 @@ TEST_F(VBSunAndMoonOpen, sun_halfColumnGoesToTheEvenNeighbour)
     EXPECT_EQ(Bounds(PlainPictures::kSun).left(), 136 - 16);
 }
 
-class VBSunAndMoonMoon : public VBSunAndMoonOpen, public testing::WithParamInterface<DiscRow>
+TEST_F(VBSunAndMoonOpen, update_drawsTheMoonByElevationOnly)
 {
-};
-
-TEST_P(VBSunAndMoonMoon, update_drawsItByElevationOnly)
-{
-    const DiscRow& row = GetParam();
-    open.Update(kBelow, row.elevation, row.minute);
-    EXPECT_EQ(Bounds(PlainPictures::kMoon), row.visible);
+    // The left edge stands at 106 at any time; fractions of a row are rounded down, not to the nearest.
+    const DiscRow rows[]{{"by day", 450, 136, {106, 46, 31, 32}},
+                         {"at sunrise", 450, 0, {106, 46, 31, 32}},
+                         {"by night", 450, 1000, {106, 46, 31, 32}},
+                         {"on the horizon", 0, 136, {106, 109, 31, 16}},
+                         {"highest", 900, 136, {106, 0, 31, 16}},
+                         {"half goes down", 54, 136, {106, 101, 31, 24}},
+                         {"fraction goes down", 1, 136, {106, 108, 31, 17}},
+                         {"above the top", 1000, 136, {106, 0, 31, 2}},
+                         {"below", -300, 136, {}}};
+    for (const DiscRow& row : rows) {
+        open.Update(kBelow, row.elevation, row.minute);
+        EXPECT_EQ(Bounds(PlainPictures::kMoon), row.visible) << row.name;
+    }
 }
-
-// The left edge stands at 106 at any time; fractions of a row are rounded down, not to the nearest.
-INSTANTIATE_TEST_SUITE_P(All, VBSunAndMoonMoon,
-                         testing::Values(DiscRow{"by_day", 450, 136, {106, 46, 31, 32}},
-                                         DiscRow{"at_sunrise", 450, 0, {106, 46, 31, 32}},
-                                         DiscRow{"by_night", 450, 1000, {106, 46, 31, 32}},
-                                         DiscRow{"on_the_horizon", 0, 136, {106, 109, 31, 16}},
-                                         DiscRow{"highest", 900, 136, {106, 0, 31, 16}},
-                                         DiscRow{"half_goes_down", 54, 136, {106, 101, 31, 24}},
-                                         DiscRow{"fraction_goes_down", 1, 136, {106, 108, 31, 17}},
-                                         DiscRow{"above_the_top", 1000, 136, {106, 0, 31, 2}},
-                                         DiscRow{"below", -300, 136, {}}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST_F(VBSunAndMoonTest, layers_moonCoversSunAndLandscapeCoversBoth)
 {
@@ -271,38 +235,25 @@ TEST_F(VBSunAndMoonTest, updateAfterAFailedOne_showsTheSunAgain)
     EXPECT_EQ(Sun(), QRect(84, 46, 32, 33));
 }
 
-struct OverflowRow
+TEST_F(VBSunAndMoonTest, overflow_leavesTheSunOutQuietly)
 {
-    const char* name;
-    std::int16_t sunrise;
-    std::int16_t sunset;
-    std::int16_t minute;
-};
-
-class VBSunAndMoonOverflow : public testing::TestWithParam<OverflowRow>
-{
-};
-
-TEST_P(VBSunAndMoonOverflow, sun_isLeftOutQuietly)
-{
-    FakePlatform platform;
-    const PlainPictures pictures;
-    VBSunAndMoon sky(platform.files, pictures.Folder(), nullptr);
-    const OverflowRow& row = GetParam();
-    sky.Setup(row.sunrise, row.sunset);
-    EXPECT_NO_THROW(sky.Update(450, 450, row.minute));
-    const QImage scene = sky.grab().toImage();
-    EXPECT_TRUE(BoundsOf(scene, PlainPictures::kSun).isNull());
-    EXPECT_FALSE(BoundsOf(scene, PlainPictures::kMoon).isNull());
-    EXPECT_NE(scene.pixel(0, 124), PlainPictures::kDay);
+    struct Row
+    {
+        const char* name;
+        std::int16_t sunrise;
+        std::int16_t sunset;
+        std::int16_t minute;
+    };
+    for (const Row& row : {Row{"column", 600, 601, 1439}, Row{"left edge", 0, 1, -120},
+                           Row{"elapsed", -32768, 100, 1439}, Row{"length of the day", -32768, 32767, 0}}) {
+        SCOPED_TRACE(row.name);
+        sky.Setup(row.sunrise, row.sunset);
+        EXPECT_NO_THROW(sky.Update(450, 450, row.minute));
+        EXPECT_TRUE(Sun().isNull());
+        EXPECT_FALSE(Moon().isNull());
+        EXPECT_NE(Scene().pixel(0, 124), PlainPictures::kDay);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(All, VBSunAndMoonOverflow,
-                         testing::Values(OverflowRow{"column", 600, 601, 1439},
-                                         OverflowRow{"left_edge", 0, 1, -120},
-                                         OverflowRow{"elapsed", -32768, 100, 1439},
-                                         OverflowRow{"length_of_the_day", -32768, 32767, 0}),
-                         [](const auto& row) { return row.param.name; });
 
 TEST_F(VBSunAndMoonTest, drawSunAndDrawMoon_addToTheSceneThatStands)
 {
@@ -367,12 +318,11 @@ TEST_F(VBSunAndMoonTest, withoutASky_pictureIsClearedBeforeEachScene)
         QFile::remove(pictures.Path(QLatin1String(name)));
     }
     VBSunAndMoon bare(platform.files, pictures.Folder(), nullptr);
-    const auto scene = [&] { return bare.grab(QRect(0, 0, 273, 125)).toImage(); };
-    EXPECT_EQ(BoundsOf(scene(), 0xffffffff), QRect(0, 0, 273, 95));
+    EXPECT_EQ(BoundsOf(SceneOf(bare), 0xffffffff), QRect(0, 0, 273, 95));
     bare.Setup(kPixelSunrise, kPixelSunset);
     bare.Update(450, kBelow, 50);
     bare.Update(450, kBelow, 200);
-    EXPECT_EQ(BoundsOf(scene(), PlainPictures::kSun), QRect(184, 46, 32, 33));
+    EXPECT_EQ(BoundsOf(SceneOf(bare), PlainPictures::kSun), QRect(184, 46, 32, 33));
 }
 
 TEST_F(VBSunAndMoonTest, accessibleName_tellsTheScene)
