@@ -65,20 +65,12 @@ protected:
     CalculationLibrary library{m_folder.path()};
 };
 
-TEST_F(CalculationLibraryTest, missingFile_isAnErrorOfEachCall)
+TEST_F(CalculationLibraryTest, fileThatIsMissingEmptyOrNoLibrary_isAnErrorOfEachCall)
 {
     ExpectEachCallFails();
-}
-
-TEST_F(CalculationLibraryTest, fileThatIsNoLibrary_isAnErrorOfEachCall)
-{
-    PlaceText("no library");
-    ExpectEachCallFails();
-}
-
-TEST_F(CalculationLibraryTest, emptyFile_isAnErrorOfEachCall)
-{
     PlaceText("");
+    ExpectEachCallFails();
+    PlaceText("no library");
     ExpectEachCallFails();
 }
 
@@ -125,24 +117,6 @@ TEST_F(CalculationLibraryTest, arguments_arriveInTheirPlaces_signsAndAll)
     library.SetHorParams(-9000, 18000, -720, 31, 12, 9999);
     EXPECT_EQ(library.Horarium(1), -9000);
     EXPECT_EQ(library.Horarium(2), 18000);
-}
-
-TEST_F(CalculationLibraryTest, realModule_answersForADay)
-{
-    Place(DUSKBEACON_MODULE);
-    library.SetHorParams(2142, 3983, 180, 20, 3, 2026);
-    library.SetHorTemkin({});
-    library.SetHorAngle(-1500, 500, 500, -1500);
-    std::int16_t before = 0;
-    for (const int slot : {1, 2, 5, 6, 7, 9, 10}) {
-        const std::int16_t minute = library.Horarium(static_cast<std::int16_t>(slot));
-        EXPECT_GT(minute, before) << slot;
-        EXPECT_LT(minute, 1440) << slot;
-        before = minute;
-    }
-    EXPECT_EQ(library.Horarium(3), -1);
-    EXPECT_EQ(library.Hmon(), 10) << "the first of Shawwal 1447";
-    EXPECT_EQ(library.Hyear(), 1447);
 }
 
 } // namespace
