@@ -30,51 +30,41 @@ struct PlaceRow
     bool hasRoomForBoth = true;
 };
 
-class ClearPlaceRows : public testing::TestWithParam<PlaceRow>
+WindowOutline PlacedBeside(const WindowOutline& other, WindowOutline window, const QRect& area)
 {
-protected:
-    [[nodiscard]] static QRect Area() { return {QPoint(), GetParam().screen}; }
-    [[nodiscard]] static WindowOutline PlacedBeside(const WindowOutline& other, WindowOutline window)
-    {
-        const QPoint offset = ClearPlace(window, {other}, Area()) - window.frame.topLeft();
-        window.frame.translate(offset);
-        window.buttons.translate(offset);
-        return window;
-    }
-    static void ExpectUsable(const WindowOutline& popup, const WindowOutline& box)
-    {
-        EXPECT_TRUE(Area().contains(popup.frame));
-        EXPECT_TRUE(Area().contains(box.frame));
-        EXPECT_FALSE(popup.frame.intersects(box.buttons)) << "the popup lies over the box";
-        EXPECT_EQ(popup.frame.intersects(box.frame), !GetParam().hasRoomForBoth);
-    }
-};
-
-TEST_P(ClearPlaceRows, popupAndBox_keepEachOthersButtonsFree)
-{
-    const WindowOutline popup = Popup(GetParam().popup);
-    const WindowOutline box = Question(GetParam().box, GetParam().boxSize);
-    {
-        SCOPED_TRACE("the popup was first");
-        ExpectUsable(popup, PlacedBeside(popup, box));
-    }
-    {
-        SCOPED_TRACE("the box was first");
-        ExpectUsable(PlacedBeside(box, popup), box);
-    }
+    const QPoint offset = ClearPlace(window, {other}, area) - window.frame.topLeft();
+    window.frame.translate(offset);
+    window.buttons.translate(offset);
+    return window;
 }
 
-const PlaceRow kPlaceRows[] = {
-    {"atTheSamePlace", {1024, 768}, {408, 326}, {403, 331}},
-    {"apartAlready", {1024, 768}, {408, 326}, {10, 10}},
-    {"topLeftCorner", {1024, 768}, {0, 0}, {20, 5}},
-    {"bottomRightCorner", {1024, 768}, {815, 651}, {805, 661}},
-    {"smallScreen", {320, 240}, {56, 120}, {50, 130}, {219, 107}},
-    {"tooSmallForBoth", {320, 200}, {56, 42}, {50, 46}, {219, 107}, false},
-    {"tooLongForBoth", {640, 480}, {216, 182}, {10, 10}, {620, 440}, false},
-};
-INSTANTIATE_TEST_SUITE_P(Places, ClearPlaceRows, testing::ValuesIn(kPlaceRows),
-                         [](const auto& row) { return std::string(row.param.title); });
+TEST(ClearPlace, popupAndBox_keepEachOthersButtonsFree)
+{
+    const PlaceRow rows[] = {
+        {"at the same place", {1024, 768}, {408, 326}, {403, 331}},
+        {"apart already", {1024, 768}, {408, 326}, {10, 10}},
+        {"top left corner", {1024, 768}, {0, 0}, {20, 5}},
+        {"bottom right corner", {1024, 768}, {815, 651}, {805, 661}},
+        {"small screen", {320, 240}, {56, 120}, {50, 130}, {219, 107}},
+        {"too small for both", {320, 200}, {56, 42}, {50, 46}, {219, 107}, false},
+        {"too long for both", {640, 480}, {216, 182}, {10, 10}, {620, 440}, false},
+    };
+    for (const PlaceRow& row : rows) {
+        const QRect area(QPoint(), row.screen);
+        const auto expectUsable = [&](const WindowOutline& popup, const WindowOutline& box,
+                                      const char* first) {
+            SCOPED_TRACE(testing::Message() << row.title << ", first the " << first);
+            EXPECT_TRUE(area.contains(popup.frame));
+            EXPECT_TRUE(area.contains(box.frame));
+            EXPECT_FALSE(popup.frame.intersects(box.buttons)) << "the popup lies over the box";
+            EXPECT_EQ(popup.frame.intersects(box.frame), !row.hasRoomForBoth);
+        };
+        const WindowOutline popup = Popup(row.popup);
+        const WindowOutline box = Question(row.box, row.boxSize);
+        expectUsable(popup, PlacedBeside(popup, box, area), "popup");
+        expectUsable(PlacedBeside(box, popup, area), box, "box");
+    }
+}
 
 TEST(ClearPlace, withRoomWhereItWouldBe_isThatPlace)
 {

@@ -90,13 +90,6 @@ TEST(QtMessageBoxes, show_withoutTitle_isTitledAsTheProgram)
     EXPECT_EQ(onlooker.title, QStringLiteral("Dusk Beacon"));
 }
 
-TEST(QtMessageBoxes, show_escape_closesIt)
-{
-    Onlooker onlooker([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    Boxes().Show(QStringLiteral("text"));
-    EXPECT_TRUE(onlooker.seen);
-}
-
 TEST(QtMessageBoxes, ask_yesAndNo_answerByTheButton)
 {
     Onlooker yes([](QMessageBox& box) { Click(box, QMessageBox::Yes); });
@@ -108,21 +101,18 @@ TEST(QtMessageBoxes, ask_yesAndNo_answerByTheButton)
     EXPECT_EQ(no.title, QStringLiteral("Dusk Beacon"));
 }
 
-TEST(QtMessageBoxes, ask_escape_meansNo)
+TEST(QtMessageBoxes, escapeOrCloseButton_closesTheBoxAndMeansNo)
 {
-    Onlooker onlooker([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    EXPECT_FALSE(Boxes().Ask(QStringLiteral("Sure?")));
-    EXPECT_TRUE(onlooker.seen);
-}
-
-TEST(QtMessageBoxes, closeButton_closesIt_andMeansNo)
-{
-    Onlooker shown([](QMessageBox& box) { box.close(); });
-    Boxes().Show(QStringLiteral("text"));
-    EXPECT_TRUE(shown.seen);
-    Onlooker asked([](QMessageBox& box) { box.close(); });
-    EXPECT_FALSE(Boxes().Ask(QStringLiteral("Sure?")));
-    EXPECT_TRUE(asked.seen);
+    const auto pressEscape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+    const auto close = [](QMessageBox& box) { box.close(); };
+    for (const auto& act : std::initializer_list<std::function<void(QMessageBox&)>>{pressEscape, close}) {
+        Onlooker shown(act);
+        Boxes().Show(QStringLiteral("text"));
+        EXPECT_TRUE(shown.seen);
+        Onlooker asked(act);
+        EXPECT_FALSE(Boxes().Ask(QStringLiteral("Sure?")));
+        EXPECT_TRUE(asked.seen);
+    }
 }
 
 TEST(QtMessageBoxes, show_markup_isTextAndNothingElse)

@@ -3,67 +3,42 @@
 #include "platform/QtRegionalSettings.h"
 
 #include <QProcess>
-#include <QProcessEnvironment>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-struct LocaleRow
-{
-    const char* name;
-    QList<std::pair<QString, QString>> environment;
-    const char* sign;
-};
-
-class LocaleRows : public testing::TestWithParam<LocaleRow>
-{
-};
-
 // A process of its own for each row, since the system's locale is read once in a process.
-TEST_P(LocaleRows, pointedTextOfAFile_readsAsItsNumber)
+TEST(QtRegionalSettings, pointedTextOfAFile_readsAsItsNumber)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const QString& name : environment.keys()) {
-        if (name.startsWith(QStringLiteral("LC_")) || name == QStringLiteral("LANG") ||
-            name == QStringLiteral("LANGUAGE")) {
-            environment.remove(name);
-        }
+    const std::pair<const char*, const char*> rows[]{
+        {"LC_ALL=en_US.UTF-8", "."},
+        {"LC_ALL=de_DE.UTF-8", ","},
+        {"LC_ALL=ar_EG.UTF-8", "\u066B"},
+        {"LC_ALL=sv_SE.UTF-8", ","},
+        {"LC_ALL=fa_IR.UTF-8", "\u066B"},
+        {"LC_ALL=de_CH.UTF-8", "."},
+        {"LC_ALL=tr_TR.UTF-8", ","},
+        {"LC_ALL=C", "."},
+        {"", "."},
+        {"LANG=de_DE.UTF-8", ","},
+        {"LANG=de_DE.UTF-8 LC_NUMERIC=en_US.UTF-8", "."},
+        {"LC_ALL=de_DE.UTF-8 LC_NUMERIC=en_US.UTF-8", ","},
+    };
+    QStringList unchanged = QProcess::systemEnvironment();
+    unchanged.removeIf([](const QString& variable) {
+        return variable.startsWith(QStringLiteral("LC_")) || variable.startsWith(QStringLiteral("LANG"));
+    });
+    for (const auto& [variables, sign] : rows) {
+        QProcess process;
+        process.setEnvironment(unchanged + QString::fromLatin1(variables).split(u' '));
+        process.start(QStringLiteral(DUSKBEACON_REGION), QStringList());
+        ASSERT_TRUE(process.waitForFinished(20'000));
+        EXPECT_EQ(QString::fromUtf8(process.readAllStandardOutput()).trimmed(),
+                  QStringLiteral("[%1] 41.12 -87.65 -18 41.12").arg(QString::fromUtf8(sign)))
+            << variables;
     }
-    for (const auto& [name, value] : GetParam().environment) {
-        environment.insert(name, value);
-    }
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(DUSKBEACON_REGION), QStringList());
-    ASSERT_TRUE(process.waitForFinished(20'000));
-    EXPECT_EQ(QString::fromUtf8(process.readAllStandardOutput()).trimmed(),
-              QStringLiteral("[%1] 41.12 -87.65 -18 41.12").arg(QString::fromUtf8(GetParam().sign)));
 }
-
-const QString kAll = QStringLiteral("LC_ALL");
-const QString kNumeric = QStringLiteral("LC_NUMERIC");
-const QString kLanguage = QStringLiteral("LANG");
-
-INSTANTIATE_TEST_SUITE_P(
-    QtRegionalSettings, LocaleRows,
-    testing::Values(
-        LocaleRow{"american", {{kAll, QStringLiteral("en_US.UTF-8")}}, "."},
-        LocaleRow{"german", {{kAll, QStringLiteral("de_DE.UTF-8")}}, ","},
-        LocaleRow{"egyptian", {{kAll, QStringLiteral("ar_EG.UTF-8")}}, "\u066B"},
-        LocaleRow{"swedish", {{kAll, QStringLiteral("sv_SE.UTF-8")}}, ","},
-        LocaleRow{"persian", {{kAll, QStringLiteral("fa_IR.UTF-8")}}, "\u066B"},
-        LocaleRow{"swiss", {{kAll, QStringLiteral("de_CH.UTF-8")}}, "."},
-        LocaleRow{"turkish", {{kAll, QStringLiteral("tr_TR.UTF-8")}}, ","},
-        LocaleRow{"plain", {{kAll, QStringLiteral("C")}}, "."}, LocaleRow{"none", {}, "."},
-        LocaleRow{"byLanguage", {{kLanguage, QStringLiteral("de_DE.UTF-8")}}, ","},
-        LocaleRow{"numbersBeforeLanguage",
-                  {{kLanguage, QStringLiteral("de_DE.UTF-8")}, {kNumeric, QStringLiteral("en_US.UTF-8")}},
-                  "."},
-        LocaleRow{"allBeforeNumbers",
-                  {{kAll, QStringLiteral("de_DE.UTF-8")}, {kNumeric, QStringLiteral("en_US.UTF-8")}},
-                  ","}),
-    [](const testing::TestParamInfo<LocaleRow>& row) { return std::string(row.param.name); });
 
 TEST(QtRegionalSettings, anythingButTheUsersDecimalSign_isUnknown)
 {

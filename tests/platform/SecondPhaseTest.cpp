@@ -28,8 +28,11 @@ public:
     }
 
     // One wait of the timer, which ends @p late milliseconds after it should (before it, if negative).
-    void Wait(double late)
+    void Wait(double late, int times = 1)
     {
+        for (int i = 1; i < times; ++i) {
+            Wait(late);
+        }
         wall += (m_wait + late) * rate;
         const QDateTime now = Now();
         m_wait = m_phase.MillisecondsToNext(now);
@@ -72,53 +75,41 @@ testing::AssertionResult EachSecondOnce(const std::map<qint64, int>& hits)
     return testing::AssertionSuccess();
 }
 
-struct TimerRow
+TEST(SecondPhase, aDayOfWaits_hitsEachSecondOnce)
 {
-    const char* name;
-    double earliest;
-    double latest;
-    double rate;
-};
-
-class TimerRows : public testing::TestWithParam<TimerRow>
-{
-};
-
-TEST_P(TimerRows, aDayOfWaits_hitsEachSecondOnce)
-{
-    const TimerRow& row = GetParam();
-    SimulatedTicker ticker(kStart);
-    ticker.rate = row.rate;
-    std::mt19937 random(4711); // NOLINT: the same sequence in each run
-    std::uniform_real_distribution<double> late(row.earliest, row.latest);
-    const double end = ticker.wall + 86'400'000.0;
-    while (ticker.wall < end) {
-        ticker.Wait(late(random));
-        ASSERT_LE(ticker.latest, row.latest + 2.0) << "out of phase";
+    struct Row
+    {
+        const char* name;
+        double earliest;
+        double latest;
+        double rate;
+    };
+    for (const Row& row :
+         {Row{"exact", 0.0, 0.001, 1.0}, Row{"late", 0.0, 40.0, 1.0}, Row{"very late", 0.0, 900.0, 1.0},
+          Row{"early", -0.9, 0.0, 1.0}, Row{"early and late", -0.9, 40.0, 1.0},
+          Row{"clock runs fast", 0.0, 3.0, 1.001}, Row{"clock runs slow", 0.0, 3.0, 0.999}}) {
+        SCOPED_TRACE(row.name);
+        SimulatedTicker ticker(kStart);
+        ticker.rate = row.rate;
+        std::mt19937 random(4711); // NOLINT: the same sequence in each run
+        std::uniform_real_distribution<double> late(row.earliest, row.latest);
+        const double end = ticker.wall + 86'400'000.0;
+        while (ticker.wall < end) {
+            ticker.Wait(late(random));
+            ASSERT_LE(ticker.latest, row.latest + 2.0) << "out of phase";
+        }
+        EXPECT_TRUE(EachSecondOnce(ticker.hits));
+        EXPECT_GE(ticker.hits.size(), 86'399U);
     }
-    EXPECT_TRUE(EachSecondOnce(ticker.hits));
-    EXPECT_GE(ticker.hits.size(), 86'399U);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    SecondPhase, TimerRows,
-    testing::Values(TimerRow{"exact", 0.0, 0.001, 1.0}, TimerRow{"late", 0.0, 40.0, 1.0},
-                    TimerRow{"veryLate", 0.0, 900.0, 1.0}, TimerRow{"early", -0.9, 0.0, 1.0},
-                    TimerRow{"earlyAndLate", -0.9, 40.0, 1.0}, TimerRow{"clockRunsFast", 0.0, 3.0, 1.001},
-                    TimerRow{"clockRunsSlow", 0.0, 3.0, 0.999}),
-    [](const testing::TestParamInfo<TimerRow>& row) { return std::string(row.param.name); });
 
 TEST(SecondPhase, clockSetAWhileForward_isFollowedWithTheNextSecond)
 {
     SimulatedTicker ticker(kStart);
-    for (int i = 0; i < 10; ++i) {
-        ticker.Wait(1.0);
-    }
+    ticker.Wait(1.0, 10);
     ticker.wall += 3'600'250.0;
     ticker.hits.clear();
-    for (int i = 0; i < 10; ++i) {
-        ticker.Wait(1.0);
-    }
+    ticker.Wait(1.0, 10);
     EXPECT_TRUE(EachSecondOnce(ticker.hits));
     EXPECT_GE(ticker.hits.size(), 9U);
     EXPECT_LE(ticker.latest, 3) << "back in phase";
@@ -127,14 +118,10 @@ TEST(SecondPhase, clockSetAWhileForward_isFollowedWithTheNextSecond)
 TEST(SecondPhase, clockSetBack_isFollowed_andItsSecondsComeAgain)
 {
     SimulatedTicker ticker(kStart);
-    for (int i = 0; i < 10; ++i) {
-        ticker.Wait(1.0);
-    }
+    ticker.Wait(1.0, 10);
     const qint64 before = ticker.hits.rbegin()->first;
     ticker.wall -= 5'300.0;
-    for (int i = 0; i < 10; ++i) {
-        ticker.Wait(1.0);
-    }
+    ticker.Wait(1.0, 10);
     EXPECT_EQ(ticker.hits.at(before), 2);
     EXPECT_LE(ticker.latest, 3);
 }
@@ -161,9 +148,7 @@ TEST(SecondPhase, blockedForSeconds_leavesThoseOut_andGoesOnInPhase)
     ticker.Wait(1.0);
     ticker.Wait(3'400.0);
     ticker.hits.clear();
-    for (int i = 0; i < 5; ++i) {
-        ticker.Wait(1.0);
-    }
+    ticker.Wait(1.0, 5);
     EXPECT_TRUE(EachSecondOnce(ticker.hits));
     EXPECT_LE(ticker.latest, 3);
 }
