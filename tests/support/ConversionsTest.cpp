@@ -29,91 +29,80 @@ int ErrorOf(const std::function<void()>& step)
     return 0;
 }
 
-struct NumberRow
+TEST(ToDouble, text_readsByTheLocale)
 {
-    const char* name;
-    QLocale locale;
-    QString text;
-    std::optional<double> value;
-};
-
-class NumberRows : public testing::TestWithParam<NumberRow>
-{
-};
-
-TEST_P(NumberRows, text_readsByTheLocale)
-{
-    const NumberRow& row = GetParam();
-    EXPECT_EQ(IsNumeric(row.text, row.locale), row.value.has_value());
-    if (row.value) {
-        EXPECT_DOUBLE_EQ(ToDouble(row.text, row.locale), *row.value);
-    } else {
-        EXPECT_EQ(ErrorOf([&] { static_cast<void>(ToDouble(row.text, row.locale)); }),
-                  ErrorNumber::kTypeMismatch);
+    struct Row
+    {
+        const char* name;
+        QLocale locale;
+        QString text;
+        std::optional<double> value;
+    };
+    const Row rows[]{{"point", kAmerican, QStringLiteral("41.12"), 41.12},
+                     {"comma", kGerman, QStringLiteral("41,12"), 41.12},
+                     {"commaNegative", kGerman, QStringLiteral("-87,65"), -87.65},
+                     {"pointWhereCommaIsTheSign", kGerman, QStringLiteral("41.12"), std::nullopt},
+                     {"arabicSignLatinDigits", kEgyptian, QStringLiteral("41٫12"), 41.12},
+                     {"arabicSignLatinDigitsNegative", kEgyptian, QStringLiteral("-87٫65"), -87.65},
+                     {"arabicDigits", kEgyptian, QStringLiteral("٤١٫١٢"), 41.12},
+                     {"arabicLatinDigitsOnly", kEgyptian, QStringLiteral("-15"), -15.0},
+                     {"minusOfTheLocale", kSwedish, QStringLiteral("\u221215"), -15.0},
+                     {"plainMinusWhereAnotherIsUsual", kSwedish, QStringLiteral("-15"), -15.0},
+                     {"plus", kAmerican, QStringLiteral("+3"), 3.0},
+                     {"blanksAround", kAmerican, QStringLiteral(" 7 "), 7.0},
+                     {"groupInPlace", kAmerican, QStringLiteral("1,234.5"), 1234.5},
+                     {"exponent", kAmerican, QStringLiteral("1e3"), 1000.0},
+                     {"empty", kAmerican, QString(), std::nullopt},
+                     {"blanks", kAmerican, QStringLiteral(" "), std::nullopt},
+                     {"word", kAmerican, QStringLiteral("north"), std::nullopt},
+                     {"numberAndWord", kAmerican, QStringLiteral("41 N"), std::nullopt},
+                     {"twoPoints", kAmerican, QStringLiteral("4.1.2"), std::nullopt},
+                     {"infinity", kAmerican, QStringLiteral("inf"), std::nullopt},
+                     {"notANumber", kAmerican, QStringLiteral("nan"), std::nullopt},
+                     {"beyondEveryNumber", kAmerican, QStringLiteral("1e999"), std::nullopt}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.name);
+        EXPECT_EQ(IsNumeric(row.text, row.locale), row.value.has_value());
+        if (row.value) {
+            EXPECT_DOUBLE_EQ(ToDouble(row.text, row.locale), *row.value);
+        } else {
+            EXPECT_EQ(ErrorOf([&] { static_cast<void>(ToDouble(row.text, row.locale)); }),
+                      ErrorNumber::kTypeMismatch);
+        }
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Conversions, NumberRows,
-    testing::Values(NumberRow{"point", kAmerican, QStringLiteral("41.12"), 41.12},
-                    NumberRow{"comma", kGerman, QStringLiteral("41,12"), 41.12},
-                    NumberRow{"commaNegative", kGerman, QStringLiteral("-87,65"), -87.65},
-                    NumberRow{"pointWhereCommaIsTheSign", kGerman, QStringLiteral("41.12"), std::nullopt},
-                    NumberRow{"arabicSignLatinDigits", kEgyptian, QStringLiteral("41٫12"), 41.12},
-                    NumberRow{"arabicSignLatinDigitsNegative", kEgyptian, QStringLiteral("-87٫65"), -87.65},
-                    NumberRow{"arabicDigits", kEgyptian, QStringLiteral("٤١٫١٢"), 41.12},
-                    NumberRow{"arabicLatinDigitsOnly", kEgyptian, QStringLiteral("-15"), -15.0},
-                    NumberRow{"minusOfTheLocale", kSwedish, QStringLiteral("\u221215"), -15.0},
-                    NumberRow{"plainMinusWhereAnotherIsUsual", kSwedish, QStringLiteral("-15"), -15.0},
-                    NumberRow{"plus", kAmerican, QStringLiteral("+3"), 3.0},
-                    NumberRow{"blanksAround", kAmerican, QStringLiteral("  7 "), 7.0},
-                    NumberRow{"groupInPlace", kAmerican, QStringLiteral("1,234.5"), 1234.5},
-                    NumberRow{"exponent", kAmerican, QStringLiteral("1e3"), 1000.0},
-                    NumberRow{"empty", kAmerican, QString(), std::nullopt},
-                    NumberRow{"blanks", kAmerican, QStringLiteral("   "), std::nullopt},
-                    NumberRow{"word", kAmerican, QStringLiteral("north"), std::nullopt},
-                    NumberRow{"numberAndWord", kAmerican, QStringLiteral("41 N"), std::nullopt},
-                    NumberRow{"twoPoints", kAmerican, QStringLiteral("4.1.2"), std::nullopt},
-                    NumberRow{"infinity", kAmerican, QStringLiteral("inf"), std::nullopt},
-                    NumberRow{"notANumber", kAmerican, QStringLiteral("nan"), std::nullopt},
-                    NumberRow{"beyondEveryNumber", kAmerican, QStringLiteral("1e999"), std::nullopt}),
-    [](const testing::TestParamInfo<NumberRow>& row) { return std::string(row.param.name); });
-
-struct RoundingRow
+TEST(ToInteger16, number_roundsToTheNearest_halvesToTheEven)
 {
-    const char* name;
-    double value;
-    std::optional<std::int16_t> rounded;
-};
-
-class RoundingRows : public testing::TestWithParam<RoundingRow>
-{
-};
-
-TEST_P(RoundingRows, number_roundsToTheNearest_halvesToTheEven)
-{
-    const RoundingRow& row = GetParam();
-    if (row.rounded) {
-        EXPECT_EQ(ToInteger16(row.value), *row.rounded);
-    } else {
-        EXPECT_EQ(ErrorOf([&] { static_cast<void>(ToInteger16(row.value)); }), ErrorNumber::kOverflow);
+    using Limits = std::numeric_limits<double>;
+    const std::pair<double, std::optional<std::int16_t>> rows[]{{0.5, 0},
+                                                                {1.5, 2},
+                                                                {5.5, 6},
+                                                                {6.5, 6},
+                                                                {-0.5, 0},
+                                                                {-17.5, -18},
+                                                                {-19.5, -20},
+                                                                {-18.5, -18},
+                                                                {0.49999999999999994, 0},
+                                                                {0.50000000000000011, 1},
+                                                                {32767.0, 32767},
+                                                                {32767.4, 32767},
+                                                                {32767.5, std::nullopt},
+                                                                {-32768.0, -32768},
+                                                                {-32768.5, -32768},
+                                                                {-32768.6, std::nullopt},
+                                                                {Limits::quiet_NaN(), std::nullopt},
+                                                                {Limits::infinity(), std::nullopt}};
+    for (const auto& [number, rounded] : rows) {
+        const double value = number;
+        SCOPED_TRACE(value);
+        if (rounded) {
+            EXPECT_EQ(ToInteger16(value), *rounded);
+        } else {
+            EXPECT_EQ(ErrorOf([value] { static_cast<void>(ToInteger16(value)); }), ErrorNumber::kOverflow);
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Conversions, RoundingRows,
-    testing::Values(
-        RoundingRow{"half", 0.5, 0}, RoundingRow{"oneAndAHalf", 1.5, 2}, RoundingRow{"fiveAndAHalf", 5.5, 6},
-        RoundingRow{"sixAndAHalf", 6.5, 6}, RoundingRow{"minusHalf", -0.5, 0},
-        RoundingRow{"minus17AndAHalf", -17.5, -18}, RoundingRow{"minus19AndAHalf", -19.5, -20},
-        RoundingRow{"minus18AndAHalf", -18.5, -18}, RoundingRow{"justBelowHalf", 0.49999999999999994, 0},
-        RoundingRow{"justAboveHalf", 0.50000000000000011, 1}, RoundingRow{"largest", 32767.0, 32767},
-        RoundingRow{"largestWithFraction", 32767.4, 32767}, RoundingRow{"overLargest", 32767.5, std::nullopt},
-        RoundingRow{"smallest", -32768.0, -32768}, RoundingRow{"smallestByRounding", -32768.5, -32768},
-        RoundingRow{"belowSmallest", -32768.6, std::nullopt},
-        RoundingRow{"notANumber", std::numeric_limits<double>::quiet_NaN(), std::nullopt},
-        RoundingRow{"infinite", std::numeric_limits<double>::infinity(), std::nullopt}),
-    [](const testing::TestParamInfo<RoundingRow>& row) { return std::string(row.param.name); });
 
 TEST(ToInteger16, text_isReadAndRounded)
 {
@@ -125,44 +114,23 @@ TEST(ToInteger16, text_isReadAndRounded)
               ErrorNumber::kTypeMismatch);
 }
 
-struct BooleanRow
+TEST(ToBoolean, text_isTrueOrFalseOrAMismatch)
 {
-    const char* name;
-    QString text;
-    std::optional<bool> value;
-};
-
-class BooleanRows : public testing::TestWithParam<BooleanRow>
-{
-};
-
-TEST_P(BooleanRows, text_isTrueOrFalseOrAMismatch)
-{
-    const BooleanRow& row = GetParam();
-    if (row.value) {
-        EXPECT_EQ(ToBoolean(row.text, kAmerican), *row.value);
-    } else {
-        EXPECT_EQ(ErrorOf([&] { static_cast<void>(ToBoolean(row.text, kAmerican)); }),
-                  ErrorNumber::kTypeMismatch);
+    const std::pair<const char*, std::optional<bool>> rows[]{
+        {"true", true},        {"TRUE", true},    {"True", true}, {"false", false}, {"fAlSe", false},
+        {"0", false},          {"1", true},       {"-1", true},   {"0.5", true},    {"maybe", std::nullopt},
+        {"yes", std::nullopt}, {"", std::nullopt}};
+    for (const auto& [row, value] : rows) {
+        const QString text = QLatin1String(row);
+        if (value) {
+            EXPECT_EQ(ToBoolean(text, kAmerican), *value) << row;
+        } else {
+            EXPECT_EQ(ErrorOf([&text] { static_cast<void>(ToBoolean(text, kAmerican)); }),
+                      ErrorNumber::kTypeMismatch)
+                << row;
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Conversions, BooleanRows,
-                         testing::Values(BooleanRow{"true_", QStringLiteral("true"), true},
-                                         BooleanRow{"trueInCapitals", QStringLiteral("TRUE"), true},
-                                         BooleanRow{"trueMixed", QStringLiteral("True"), true},
-                                         BooleanRow{"false_", QStringLiteral("false"), false},
-                                         BooleanRow{"falseMixed", QStringLiteral("fAlSe"), false},
-                                         BooleanRow{"zero", QStringLiteral("0"), false},
-                                         BooleanRow{"one", QStringLiteral("1"), true},
-                                         BooleanRow{"minusOne", QStringLiteral("-1"), true},
-                                         BooleanRow{"fraction", QStringLiteral("0.5"), true},
-                                         BooleanRow{"maybe", QStringLiteral("maybe"), std::nullopt},
-                                         BooleanRow{"yes", QStringLiteral("yes"), std::nullopt},
-                                         BooleanRow{"empty", QString(), std::nullopt}),
-                         [](const testing::TestParamInfo<BooleanRow>& row) {
-                             return std::string(row.param.name);
-                         });
 
 TEST(Int, anyNumber_isTheWholeNumberAtOrBelow)
 {
