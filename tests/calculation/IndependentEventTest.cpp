@@ -80,32 +80,6 @@ private:
     calculation::PrayerDay m_day;
 };
 
-// Any longitude and any day from 1900 to 2100 between two latitudes of both hemispheres, in hundredths.
-class RandomDays final
-{
-public:
-    RandomDays(unsigned seed, int leastLatitude, int mostLatitude)
-        : m_generator(seed)
-        , m_latitude(leastLatitude, mostLatitude)
-    {
-    }
-
-    Place NextPlace()
-    {
-        const int latitude = m_latitude(m_generator);
-        return {static_cast<Short>(m_isNorthern(m_generator) ? latitude : -latitude),
-                static_cast<Short>(m_longitude(m_generator))};
-    }
-    std::int32_t NextDay() { return m_day(m_generator); }
-
-private:
-    std::mt19937 m_generator;
-    std::bernoulli_distribution m_isNorthern;
-    std::uniform_int_distribution<int> m_latitude;
-    std::uniform_int_distribution<int> m_longitude{-18000, 18000};
-    std::uniform_int_distribution<std::int32_t> m_day{-36524, 36524};
-};
-
 // In seconds of time; apart where the sun moves by less than 0.03 degrees a minute.
 struct EventErrors
 {
@@ -127,38 +101,39 @@ struct EventErrors
     }
 };
 
-// Either the sun is at the angle, or the portion of the night ends here and the sun is still above it.
-bool IsAtLimit(const Case& theCase, double time, double limit, double angle)
+// Calls check with random days between two latitudes of both hemispheres, in hundredths: any longitude, 1900
+// to 2100. On each of them the sun's elevation is compared, from -1.5 to 1.5 days from noon.
+template <typename Check>
+void OnRandomCases(unsigned seed, int leastLatitude, int mostLatitude, Check check)
 {
-    if (std::abs(time - limit) * 86400.0 >= 0.01) {
-        return false;
+    constexpr int kCases = 800;
+    constexpr double kArcsecond = 1.0 / 3600.0;
+    std::mt19937 generator(seed);
+    std::bernoulli_distribution isNorthern;
+    std::uniform_int_distribution<int> latitudes(leastLatitude, mostLatitude);
+    std::uniform_int_distribution<int> longitudes(-18000, 18000);
+    std::uniform_int_distribution<std::int32_t> days(-36524, 36524);
+    for (int i = 0; i < kCases; ++i) {
+        const int latitude = latitudes(generator);
+        const Place place{static_cast<Short>(isNorthern(generator) ? latitude : -latitude),
+                          static_cast<Short>(longitudes(generator))};
+        const std::int32_t date = days(generator);
+        Case theCase(place, date);
+        SCOPED_TRACE(theCase.Text());
+        EXPECT_NEAR(theCase.ElevationError(3.0 * i / kCases - 1.5), 0.0, kArcsecond);
+        check(theCase, place, date);
     }
-    EXPECT_GT(theCase.Altitude(time), angle) << theCase.Text();
-    return true;
-}
-
-constexpr int kCases = 800;
-constexpr double kArcsecond = 1.0 / 3600.0;
-
-// From -1.5 to 1.5 days from noon.
-double TimeOfCase(int number)
-{
-    return 3.0 * number / kCases - 1.5;
 }
 
 // Where every day has a sunrise and a sunset.
 TEST(IndependentSky, upTo65Degrees_eachEventWhereItsRuleSaysIt)
 {
-    RandomDays days(424242, 0, 6500);
     ErrorStatistics transit;
     EventErrors horizon;
     EventErrors asr;
     EventErrors twilight;
     int limited = 0;
-    for (int i = 0; i < kCases; ++i) {
-        const Place place = days.NextPlace();
-        Case theCase(place, days.NextDay());
-        EXPECT_NEAR(theCase.ElevationError(TimeOfCase(i)), 0.0, kArcsecond) << theCase.Text();
+    OnRandomCases(424242, 0, 6500, [&](Case& theCase, const Place& /*place*/, std::int32_t /*date*/) {
         // 15 degrees in an hour.
         transit.Add(theCase.HourAngle(theCase.Time(Event::Transit)) * 240.0, theCase.Text());
         const double sunrise = theCase.Time(Event::Sunrise);
@@ -167,24 +142,22 @@ TEST(IndependentSky, upTo65Degrees_eachEventWhereItsRuleSaysIt)
         horizon.Add(theCase, sunset, kHorizon);
         asr.Add(theCase, theCase.Time(Event::AsrOneLength), theCase.AsrAltitude(1.0));
         asr.Add(theCase, theCase.Time(Event::AsrTwoLengths), theCase.AsrAltitude(2.0));
-
-        const double fajr = theCase.Time(Event::Fajr);
-        const double fajrLimit = sunrise - 18.0 / 60.0 * (sunrise - theCase.Time(Event::Sunset, -1));
-        if (IsAtLimit(theCase, fajr, fajrLimit, -18.0)) {
-            ++limited;
-        } else {
-            EXPECT_GT(fajr, fajrLimit) << theCase.Text();
-            twilight.Add(theCase, fajr, -18.0);
-        }
-        const double isha = theCase.Time(Event::Isha);
-        const double ishaLimit = sunset + 17.0 / 60.0 * (theCase.Time(Event::Sunrise, 1) - sunset);
-        if (IsAtLimit(theCase, isha, ishaLimit, -17.0)) {
-            ++limited;
-        } else {
-            EXPECT_LT(isha, ishaLimit) << theCase.Text();
-            twilight.Add(theCase, isha, -17.0);
-        }
-    }
+        // Either the sun is at the angle, or the portion of the night ends here and the sun is still above
+        // it.
+        const auto checkTwilight = [&](double time, double angle, double edge, double night) {
+            const double portion = (time - edge) / night;
+            const double largest = -angle / 60.0;
+            if (std::abs(portion - largest) * std::abs(night) * 86400.0 < 0.01) {
+                ++limited;
+                EXPECT_GT(theCase.Altitude(time), angle);
+            } else {
+                EXPECT_LT(portion, largest);
+                twilight.Add(theCase, time, angle);
+            }
+        };
+        checkTwilight(theCase.Time(Event::Fajr), -18.0, sunrise, theCase.Time(Event::Sunset, -1) - sunrise);
+        checkTwilight(theCase.Time(Event::Isha), -17.0, sunset, theCase.Time(Event::Sunrise, 1) - sunset);
+    });
     transit.Print("transit", "s");
     EXPECT_LT(transit.Largest(), 0.06) << transit.WorstRow();
     horizon.Expect("sunrise and sunset", 0.2, 0.2);
@@ -200,45 +173,33 @@ TEST(IndependentSky, upTo65Degrees_eachEventWhereItsRuleSaysIt)
 // independent sky to say.
 TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
 {
-    RandomDays days(656565, 6500, 8999);
     EventErrors horizon;
+    EventErrors horizon45;
     EventErrors asr;
-    int without = 0;
-    for (int i = 0; i < kCases; ++i) {
-        const Place place = days.NextPlace();
-        const std::int32_t date = days.NextDay();
-        Case theCase(place, date);
-        EXPECT_NEAR(theCase.ElevationError(TimeOfCase(i)), 0.0, kArcsecond) << theCase.Text();
+    OnRandomCases(656565, 6500, 8999, [&](Case& theCase, const Place& place, std::int32_t date) {
         const double transit = theCase.Time(Event::Transit);
         const double noon = theCase.Altitude(transit);
         const double lowest = std::max(theCase.Altitude(transit - 0.5), theCase.Altitude(transit + 0.5));
         const double spare = std::min(noon - kHorizon, kHorizon - lowest);
-        const double sunrise = theCase.Time(Event::Sunrise);
-        const double sunset = theCase.Time(Event::Sunset);
         if (std::abs(spare) < 0.001) {
-            continue; // the two skies may differ
+            return; // the two skies may differ
         }
-        if (spare < 0.0) {
-            ++without;
-            const Case at45({static_cast<Short>(place.latitude < 0 ? -4500 : 4500), place.longitude}, date);
-            EventErrors horizon45;
-            horizon45.Add(at45, sunrise, kHorizon);
-            horizon45.Add(at45, sunset, kHorizon);
-            EXPECT_LT(horizon45.quick.Largest(), 0.2) << theCase.Text();
-            EXPECT_EQ(horizon45.quick.Count(), 2) << theCase.Text();
-            continue;
-        }
-        horizon.Add(theCase, sunrise, kHorizon);
-        horizon.Add(theCase, sunset, kHorizon);
-        if (noon > 0.21) {
+        const Place at45{static_cast<Short>(place.latitude < 0 ? -4500 : 4500), place.longitude};
+        const Case which = spare < 0.0 ? Case(at45, date) : theCase;
+        EventErrors& errors = spare < 0.0 ? horizon45 : horizon;
+        errors.Add(which, theCase.Time(Event::Sunrise), kHorizon);
+        errors.Add(which, theCase.Time(Event::Sunset), kHorizon);
+        if (spare > 0.0 && noon > 0.21) {
             asr.Add(theCase, theCase.Time(Event::AsrOneLength), theCase.AsrAltitude(1.0));
             asr.Add(theCase, theCase.Time(Event::AsrTwoLengths), theCase.AsrAltitude(2.0));
         }
-    }
+    });
     // Where the sun's path almost touches the horizon, a second of arc is seconds of time.
     horizon.Expect("sunrise and sunset beyond 65 degrees", 0.25, 1.0);
+    horizon45.Expect("the same by latitude 45", 0.2, 0.2);
     asr.Expect("Asr beyond 65 degrees", 0.2, 0.2);
-    EXPECT_GT(without, 300);
+    EXPECT_GT(horizon45.quick.Count(), 600);
+    EXPECT_EQ(horizon45.slow.Count(), 0);
     EXPECT_GT(horizon.quick.Count(), 300);
     EXPECT_GT(horizon.slow.Count(), 60);
     EXPECT_GT(asr.quick.Count(), 200);

@@ -3,18 +3,15 @@
 #include "engine/CalculationLibrary.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
-#include <cstdio>
-#include <filesystem>
 #include <random>
 #include <set>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 
 namespace {
@@ -24,46 +21,53 @@ using Short = std::int16_t;
 // The slots that hold an event.
 constexpr std::array<Short, 7> kSlots{1, 2, 5, 6, 7, 9, 10};
 
-// Each object opens a copy of the file of its own, and so has a state of its own that no setter has touched.
-struct FreshModule
+// The module that the program loads, in copies of its file, so that each has a state of its own that no
+// setter has touched.
+class Module : public testing::Test
 {
-    QTemporaryDir folder;
-    bool isCopied =
-        QFile::copy(QStringLiteral(DUSKBEACON_MODULE), folder.filePath(QStringLiteral("DuskBeacon.DBN")));
-    CalculationLibrary functions{folder.path()};
+protected:
+    Module()
+    {
+        QFile::copy(QStringLiteral(DUSKBEACON_MODULE), m_folder.filePath(kName));
+        QFile::copy(QStringLiteral(DUSKBEACON_MODULE), m_otherFolder.filePath(kName));
+    }
+    static std::array<Short, 11> AllSlots(CalculationLibrary& library)
+    {
+        std::array<Short, 11> slots_{};
+        for (Short slot = 1; slot <= 10; ++slot) {
+            slots_.at(static_cast<std::size_t>(slot)) = library.Horarium(slot);
+        }
+        return slots_;
+    }
+
+private:
+    static inline const QString kName = QStringLiteral("DuskBeacon.DBN");
+    QTemporaryDir m_folder;
+    QTemporaryDir m_otherFolder;
+
+protected:
+    CalculationLibrary module{m_folder.path()};
+    CalculationLibrary other{m_otherFolder.path()};
 };
 
-std::array<Short, 11> AllSlots(CalculationLibrary& module)
-{
-    std::array<Short, 11> slots_{};
-    for (Short slot = 1; slot <= 10; ++slot) {
-        slots_.at(static_cast<std::size_t>(slot)) = module.Horarium(slot);
-    }
-    return slots_;
-}
-
 // The names that nm lists with this option in the module's dynamic table, without their versions.
-std::set<std::string> Symbols(const std::string& option)
+std::set<std::string> Symbols(const char* option)
 {
-    const std::string command = "'" DUSKBEACON_NM "' -D " + option + " '" DUSKBEACON_MODULE "'";
-    FILE* const pipe = ::popen(command.c_str(), "r");
-    if (pipe == nullptr) {
-        throw std::runtime_error("cannot run " + command);
-    }
+    QProcess nm;
+    nm.start(QStringLiteral(DUSKBEACON_NM),
+             {QStringLiteral("-D"), QLatin1String(option), QStringLiteral(DUSKBEACON_MODULE)});
+    EXPECT_TRUE(nm.waitForFinished());
+    EXPECT_EQ(nm.exitCode(), 0);
     std::set<std::string> names;
-    std::array<char, 4096> line{};
-    while (std::fgets(line.data(), static_cast<int>(line.size()), pipe) != nullptr) {
-        const std::string text(line.data());
-        const std::string name = text.substr(text.find_last_of(' ') + 1);
-        names.insert(name.substr(0, name.find_first_of("@\n")));
+    for (const QByteArray& line : nm.readAllStandardOutput().trimmed().split('\n')) {
+        names.insert(line.mid(line.lastIndexOf(' ') + 1).split('@').first().toStdString());
     }
-    EXPECT_EQ(::pclose(pipe), 0) << command;
     return names;
 }
 
 TEST(ModuleFile, name_isTheOneThatTheProgramLoads)
 {
-    EXPECT_EQ(std::filesystem::path(DUSKBEACON_MODULE).filename(), "DuskBeacon.DBN");
+    EXPECT_TRUE(QStringLiteral(DUSKBEACON_MODULE).endsWith(QStringLiteral("/DuskBeacon.DBN")));
 }
 
 TEST(ModuleSymbols, dynamicTable_definesTheTenFunctionsAndNothingElse)
@@ -85,27 +89,21 @@ TEST(ModuleSymbols, neededFunctions_areOfCAndNoneAllocates)
     EXPECT_TRUE(needed.contains("lround")) << "the table was read";
 }
 
-TEST(Module, beforeAnySetter_answersForTheNullPointAtTheStartOf2000)
+TEST_F(Module, beforeAnySetter_answersForTheNullPointAtTheStartOf2000)
 {
-    FreshModule one;
-    FreshModule other;
-    CalculationLibrary& fresh = one.functions;
-    CalculationLibrary& set = other.functions;
-    set.SetHorParams(0, 0, 0, 1, 1, 2000);
-    set.SetHorTemkin({});
-    set.SetHorAngle(-1800, 500, 500, -1700);
-    EXPECT_EQ(AllSlots(fresh), AllSlots(set));
-    EXPECT_EQ(fresh.QiblaDir(), set.QiblaDir());
-    EXPECT_EQ(fresh.SunElev(720), set.SunElev(720));
-    EXPECT_EQ(fresh.MoonElevation(720), set.MoonElevation(720));
+    other.SetHorParams(0, 0, 0, 1, 1, 2000);
+    other.SetHorTemkin({});
+    other.SetHorAngle(-1800, 500, 500, -1700);
+    EXPECT_EQ(AllSlots(module), AllSlots(other));
+    EXPECT_EQ(module.QiblaDir(), other.QiblaDir());
+    EXPECT_EQ(module.SunElev(720), other.SunElev(720));
+    EXPECT_EQ(module.MoonElevation(720), other.MoonElevation(720));
     // The sun's transit of that day.
-    EXPECT_EQ(fresh.Horarium(5), 723);
+    EXPECT_EQ(module.Horarium(5), 723);
 }
 
-TEST(Module, hijriDate_isZeroUntilADateIsSet)
+TEST_F(Module, hijriDate_isZeroUntilADateIsSet)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     module.SetHorAngle(-1800, 500, 500, -1700);
     EXPECT_EQ(module.Hday(), 0);
     EXPECT_EQ(module.Hmon(), 0);
@@ -116,10 +114,8 @@ TEST(Module, hijriDate_isZeroUntilADateIsSet)
     EXPECT_EQ(module.Hyear(), 1420);
 }
 
-TEST(Module, aRoundOfTheScheduler_answersForThatPlaceAndDate)
+TEST_F(Module, aRoundOfTheScheduler_answersForThatPlaceAndDate)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     module.SetHorParams(2142, 3982, 180, 21, 11, 2026);
     module.SetHorTemkin({});
     module.SetHorAngle(-1800, 500, 500, -1700);
@@ -131,20 +127,16 @@ TEST(Module, aRoundOfTheScheduler_answersForThatPlaceAndDate)
     EXPECT_EQ(module.Hyear(), 1448);
 }
 
-TEST(Module, largestLongitude_fits)
+TEST_F(Module, largestLongitude_fits)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     module.SetHorParams(0, 18000, 720, 21, 3, 2026);
     EXPECT_NEAR(module.Horarium(5), 727, 1);
     module.SetHorParams(0, -18000, -720, 21, 3, 2026);
     EXPECT_NEAR(module.Horarium(5), 727, 1);
 }
 
-TEST(Module, tenMargins_eachReachesItsSlot)
+TEST_F(Module, tenMargins_eachReachesItsSlot)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     module.SetHorParams(2142, 3982, 180, 21, 11, 2026);
     const auto before = AllSlots(module);
     module.SetHorTemkin({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
@@ -153,20 +145,16 @@ TEST(Module, tenMargins_eachReachesItsSlot)
     }
 }
 
-TEST(Module, theMiddleAngles_changeNothing)
+TEST_F(Module, theMiddleAngles_changeNothing)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     module.SetHorAngle(-1500, 500, 500, -1500);
     const auto before = AllSlots(module);
     module.SetHorAngle(-1500, -32768, 32767, -1500);
     EXPECT_EQ(AllSlots(module), before);
 }
 
-TEST(Module, hijriYearBeyond16Bits_staysWithin)
+TEST_F(Module, hijriYearBeyond16Bits_staysWithin)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     module.SetHorParams(0, 0, 0, 31, 12, 32767);
     EXPECT_EQ(module.Hyear(), 32767);
     module.SetHorParams(0, 0, 0, 1, 1, -32768);
@@ -204,10 +192,8 @@ bool IsWithin(Short value, int least, int most)
     return value >= least && value <= most;
 }
 
-TEST(Module, anySixteenBits_everyAnswerInItsRange)
+TEST_F(Module, anySixteenBits_everyAnswerInItsRange)
 {
-    FreshModule fresh;
-    CalculationLibrary& module = fresh.functions;
     RandomShorts random;
     // Each round is nineteen calls or more.
     constexpr int kRounds = 500000;
