@@ -5,6 +5,7 @@
 import pathlib
 import re
 import sys
+from xml.etree import ElementTree
 
 TREE = pathlib.Path(sys.argv[1])
 LAYERS = ("strip", "support", "platform", "engine", "store", "forms", "service", "alerts", "locations", "settings_dialog", "instruments", "app")
@@ -46,6 +47,10 @@ def faults():
                 yield f"src/{folder}: links {link}; it knows neither Qt nor the program"
             elif link.startswith("duskbeacon_") and LAYERS.index(room) >= LAYERS.index(folder):
                 yield f"src/{folder}: links {room}, which does not lie below it"
+    for path in sorted((TREE / "src").rglob("*.ui")):
+        for label in ElementTree.parse(path).iterfind(".//widget[@class='QLabel']"):
+            if label.findtext("property[@name='textFormat']/enum") != "Qt::PlainText":
+                yield f"{path.relative_to(TREE)}: {label.get('name')} takes markup; set its textFormat to PlainText"
     for path in sources("server"):
         if re.search(r"#include <Q|#include \"(?:platform|forms)/", path.read_text()):
             yield f"{path.relative_to(TREE)}: the service knows neither Qt nor the desktop program"
