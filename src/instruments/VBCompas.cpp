@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/VBCompas.h"
 
-#include "forms/Layout.h"
 #include "instruments/QuietEnd.h"
 #include "support/Conversions.h"
 #include "support/ModRegion.h"
@@ -20,6 +19,7 @@ constexpr double kPi = 3.14159;
 // By how much the tip passes half the height of the shape's frame.
 constexpr double kOvershoot = 3.0;
 
+constexpr double kTwipsPerPixel = 15.0;
 constexpr QRgb kCardColour = 0xfffffdf6;
 constexpr QRgb kRimColour = 0xff3b3478;
 constexpr QRgb kPointerColour = 0xffb03a2e;
@@ -41,12 +41,12 @@ VBCompas::VBCompas(const RegionalSettings& region, QWidget* parent)
     : QWidget(parent)
     , m_region(region)
 {
-    resize(Pixels(1530), Pixels(1755));
-    Letter(this, "LblNorth", QStringLiteral("N"), TwipsRect(720, 0, 135, 255));
-    Letter(this, "LblEast", QStringLiteral("E"), TwipsRect(1320, 600, 135, 255));
-    Letter(this, "LblSouth", QStringLiteral("S"), TwipsRect(720, 1200, 135, 255));
-    Letter(this, "LblWest", QStringLiteral("W"), TwipsRect(120, 600, 255, 255));
-    LblAngle = Letter(this, "LblAngle", QStringLiteral("Angle: "), TwipsRect(120, 1440, 1335, 255));
+    resize(102, 117);
+    Letter(this, "LblNorth", QStringLiteral("N"), {48, 0, 9, 17});
+    Letter(this, "LblEast", QStringLiteral("E"), {88, 40, 9, 17});
+    Letter(this, "LblSouth", QStringLiteral("S"), {48, 80, 9, 17});
+    Letter(this, "LblWest", QStringLiteral("W"), {8, 40, 17, 17});
+    LblAngle = Letter(this, "LblAngle", QStringLiteral("Angle: "), {8, 96, 89, 17});
     DrawPointer(m_angle);
 }
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/VBSunAndMoon.h"
 
-#include "forms/Layout.h"
 #include "instruments/QuietEnd.h"
 #include "platform/FileStore.h"
 #include "support/Conversions.h"
@@ -32,7 +31,7 @@ VBSunAndMoon::VBSunAndMoon(FileStore& files, const QString& pictures, QWidget* p
     , m_files(files)
     , m_folder(pictures)
 {
-    resize(Pixels(4095), Pixels(1935));
+    resize(273, 129);
     // A note to whoever opens the control; nobody sees it in the window.
     auto* const label1 = new QLabel(QStringLiteral("These are the images being used.. "), this);
     label1->setObjectName(QStringLiteral("Label1"));
