@@ -87,6 +87,13 @@ MainForm& Forms::Main()
     return *m_main;
 }
 
+void Forms::ReturnToMain()
+{
+    Main().Enable(true);
+    Main().TakeFocus();
+    m_variables.ActiveForm = MainForm::kName;
+}
+
 bool Forms::IsMain(const Form& form) const
 {
     return m_main != nullptr && dynamic_cast<const MainForm*>(&form) == m_main;

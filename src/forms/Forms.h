@@ -42,6 +42,8 @@ public:
     /// The main window, also after it has been unloaded.
     [[nodiscard]] MainForm& Main();
     void SetMain(MainForm& main) { m_main = &main; }
+    /// Makes the main window the one with the user's attention again.
+    void ReturnToMain();
     [[nodiscard]] MainVariables& Variables() { return m_variables; }
 
     [[nodiscard]] const Platform& Outside() const { return m_platform; }

@@ -8,7 +8,6 @@
 #include "locations/Children.h"
 #include "locations/FrmNewLoc.h"
 #include "locations/FrmWait.h"
-#include "locations/ReturnToMain.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "support/RuntimeError.h"
@@ -65,7 +64,7 @@ void FrmLocation::OnUnload()
     // The main window shows what it holds: after a deletion that is still the place that was deleted.
     main.PopLocation();
     main.PopPrayerFrame();
-    ReturnToMain(Siblings());
+    Siblings().ReturnToMain();
 }
 
 void FrmLocation::FailAndUnload(const QString& message)

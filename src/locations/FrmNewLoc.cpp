@@ -8,7 +8,6 @@
 #include "locations/AddPlaces.h"
 #include "locations/Children.h"
 #include "locations/FrmLocation.h"
-#include "locations/ReturnToMain.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
@@ -100,7 +99,7 @@ void FrmNewLoc::OnUnload()
     Form* const location = Siblings().Loaded(FrmLocation::kName);
     if (location == nullptr) {
         // Touching the list would bring it back.
-        ReturnToMain(Siblings());
+        Siblings().ReturnToMain();
         return;
     }
     location->Enable(true);
