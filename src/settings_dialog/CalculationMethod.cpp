@@ -6,7 +6,6 @@
 #include "forms/Boxes.h"
 #include "platform/Platform.h"
 #include "settings_dialog/AngleBox.h"
-#include "settings_dialog/AngleText.h"
 #include "settings_dialog/DialogContext.h"
 #include "support/Conversions.h"
 #include "support/ModRegion.h"

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "settings_dialog/AngleText.h"
+#include "settings_dialog/AngleBox.h"
 
 #include <QLocale>
 
