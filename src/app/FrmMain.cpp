@@ -53,7 +53,6 @@ FrmMain::FrmMain(Forms& forms, Calculation& calculation)
     , m_controls(std::make_unique<MainControls>(*this))
     , PrayerTimer(Outside(), calculation)
     , m_display(Outside(), Variables().Settings, PrayerTimer, *m_controls)
-    , m_instruments(Outside(), PrayerTimer, *m_controls)
     , m_links(*this, *m_controls)
     , m_tray(*this)
     , m_life(*this)
@@ -190,8 +189,8 @@ void FrmMain::FeedFromConfiguration()
         MultiplyInteger16(settings.IshaAngle, 100), Integer16(settings.UseAdvAlert), settings.AdvAlertMinutes,
         Integer16(true), settings.MinutesBeyondZone.value_or(0));
     PrayerTimer.StartTimer();
-    m_instruments.ShowQibla();
-    m_instruments.RefreshSkyPicture();
+    m_display.ShowQibla();
+    m_display.RefreshSkyPicture();
     PopPrayerFrame();
 }
 
@@ -245,7 +244,7 @@ void FrmMain::OnTick()
     AdSeconds += 1.0F;
     m_display.UpdateCountDown();
     if (SkySeconds >= kTicksPerSkyRefresh) {
-        m_instruments.RefreshSkyPicture();
+        m_display.RefreshSkyPicture();
         SkySeconds = 0.0F;
     }
     RefreshAdIfDue(second);

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "alerts/AlertDispatch.h"
-#include "app/Instruments.h"
 #include "app/MainLinks.h"
 #include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
@@ -54,7 +53,6 @@ private:
     std::unique_ptr<MainControls> m_controls;
     PTimer PrayerTimer;
     PrayerDisplay m_display;
-    Instruments m_instruments;
     MainLinks m_links;
     MainTray m_tray;
     WindowLife m_life;

@@ -5,6 +5,8 @@
 #include "app/MainControls.h"
 #include "engine/PTimer.h"
 #include "engine/Prayers.h"
+#include "instruments/VBCompas.h"
+#include "instruments/VBSunAndMoon.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
 #include "store/Configuration.h"
@@ -46,7 +48,13 @@ PrayerDisplay::PrayerDisplay(const Platform& platform, const Configuration& conf
     , m_configuration(configuration)
     , m_prayerTimer(prayerTimer)
     , m_controls(controls)
+    , VBCompas1(new VBCompas(platform.region, controls.Frame3))
+    , VBSunAndMoon1(new VBSunAndMoon(platform.files, QStringLiteral(":/pictures"), controls.Frame6))
 {
+    VBCompas1->setObjectName(QStringLiteral("VBCompas1"));
+    VBCompas1->move(7, 18);
+    VBSunAndMoon1->setObjectName(QStringLiteral("VBSunAndMoon1"));
+    VBSunAndMoon1->move(8, 16);
 }
 
 void PrayerDisplay::PopLocation() const
@@ -104,4 +112,17 @@ void PrayerDisplay::UpdateCountDown() const
     // Intended: the countdown compares with "12", the labels with "24".
     m_controls.LblCountDown->setText(
         FormatPrayerTime(AddInteger16(next, -now), m_configuration.HourMode != u"12"));
+}
+
+void PrayerDisplay::ShowQibla() const
+{
+    VBCompas1->SetNewAngle(m_prayerTimer.QDir());
+}
+
+void PrayerDisplay::RefreshSkyPicture() const
+{
+    VBSunAndMoon1->Setup(m_prayerTimer.GetPrayerTime(2), m_prayerTimer.GetPrayerTime(9));
+    const QTime time = m_platform.clock.Now().time();
+    VBSunAndMoon1->Update(m_prayerTimer.GetSunElev(), m_prayerTimer.GetMoonElev(),
+                          static_cast<std::int16_t>(time.hour() * 60 + time.minute()));
 }
