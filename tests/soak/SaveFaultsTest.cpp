@@ -7,6 +7,7 @@
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -248,6 +249,35 @@ TEST(SaveFaults, anotherInstanceSavingBetweenAnyTwoCalls_spoilsNothing)
         EXPECT_EQ(files.Read(path, 10'000), moment <= renaming ? mine : theirs) << "at call " << moment;
         EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{kName});
     }
+}
+
+TEST(SaveFaults, temporaryFileLockedByAnotherInstance_isReplacedByANewOne)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(kName);
+    FaultyFiles files;
+    ASSERT_TRUE(files.Replace(path, kOld));
+    ASSERT_TRUE(files.Replace(path, kOld));
+    const auto first = [&](const char* name) {
+        return std::find(files.calls.begin(), files.calls.end(), name) - files.calls.begin();
+    };
+    const auto locking = first("flock");
+    const auto renaming = first("rename");
+    // The other instance takes the file for a leftover, and removes it some time later.
+    QFile leftover;
+    files.bystander = [&](int call) {
+        if (call == locking) {
+            const QStringList names = QDir(folder.path()).entryList({kName + QStringLiteral(".*")});
+            ASSERT_EQ(names.size(), 1);
+            leftover.setFileName(folder.filePath(names.first()));
+            ASSERT_TRUE(leftover.open(QIODevice::ReadOnly));
+            ASSERT_EQ(::flock(leftover.handle(), LOCK_EX | LOCK_NB), 0);
+        } else if (call == renaming) {
+            ::unlink(QFile::encodeName(leftover.fileName()).constData());
+        }
+    };
+    EXPECT_TRUE(files.Replace(path, "new"));
+    EXPECT_EQ(files.Read(path, 10), "new");
 }
 
 TEST(SaveFaults, anOwnerThatCannotBeGiven_isWrittenInPlace)
