@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QExposeEvent>
+#include <QPaintEvent>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -30,6 +31,22 @@ public:
 
 private:
     QString m_name;
+};
+
+/// The parts of a widget that have been painted since this looks.
+class PaintedRegion final : public QObject
+{
+public:
+    explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            region += static_cast<QPaintEvent*>(event)->region();
+        }
+        return false;
+    }
+
+    QRegion region;
 };
 
 /// A desktop that asks for the picture of a new window only when the program serves events: what has been

@@ -3,8 +3,10 @@
 #include "instruments/VBCompas.h"
 
 #include "fakes/FakePlatform.h"
+#include "fakes/PaintCount.h"
 
 #include <QLabel>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -178,6 +180,15 @@ TEST_F(VBCompasTest, painting_drawsRoundCardAndPointer)
     EXPECT_NE(picture.pixel(65, 48), card) << "the pointer runs east";
     EXPECT_EQ(picture.pixel(40, 48), card) << "nothing runs west";
     EXPECT_NE(picture.pixel(82, 48), picture.pixel(82, 30)) << "the tip leaves the card";
+}
+
+TEST_F(VBCompasTest, newAngle_repaintsTheCard)
+{
+    compass.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&compass));
+    PaintedRegion painted(compass);
+    compass.SetNewAngle(90.0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return painted.region.contains(QPoint(82, 48)); }));
 }
 
 } // namespace
