@@ -109,7 +109,6 @@ void VBSunAndMoon::SaveImage(const QString& fileName)
     EndQuietly([&] {
         QByteArray bitmap;
         QBuffer buffer(&bitmap);
-        buffer.open(QIODevice::WriteOnly);
         m_boxes.front().PicBox.convertToFormat(QImage::Format_RGB888).save(&buffer, "BMP");
         m_files.Write(fileName, bitmap);
     });
