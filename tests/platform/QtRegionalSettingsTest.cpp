@@ -56,4 +56,12 @@ TEST(QtRegionalSettings, bufferThatIsTooSmall_takesNothing)
     EXPECT_EQ(region.GetLocaleInfo(region.GetUserDefaultLCID(), LOCALE_SDECIMAL, nullptr, 0), 2);
 }
 
+TEST(QtRegionalSettings, bufferThatFits_takesTheSignAndATerminator)
+{
+    const QtRegionalSettings region;
+    QString buffer = QStringLiteral("xxx");
+    EXPECT_EQ(region.GetLocaleInfo(region.GetUserDefaultLCID(), LOCALE_SDECIMAL, buffer.data(), 2), 2);
+    EXPECT_EQ(buffer, QStringLiteral(".") + QChar() + u'x');
+}
+
 } // namespace
