@@ -72,7 +72,6 @@ void QtTrayIcon::Remove()
     m_icon->disconnect(this);
     m_icon->hide();
     m_icon.release()->deleteLater();
-    m_menu.clear();
 }
 
 bool QtTrayIcon::IsShown() const
