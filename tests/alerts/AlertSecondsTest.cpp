@@ -16,34 +16,24 @@ protected:
     AlertSecondsTest() { SetAllPrayers(kPopupOnly); }
 };
 
-struct AdvanceRow
+TEST_F(AlertSecondsTest, advancePopup_goesAtItsTick)
 {
-    const char* title;
-    std::int16_t minutes;
-    int ticks;
-};
-
-class AlertSecondsAdvance : public AlertSecondsTest, public testing::WithParamInterface<AdvanceRow>
-{
-};
-
-TEST_P(AlertSecondsAdvance, popup_goesAtItsTick)
-{
-    main->Variables().Settings.AdvAlertMinutes = GetParam().minutes;
-    dispatch.AdvAlarm(9);
-    ASSERT_TRUE(PassSeconds(GetParam().ticks - 1));
-    EXPECT_TRUE(PopupIsUp());
-    ASSERT_TRUE(PassSeconds(1));
-    EXPECT_FALSE(PopupIsUp());
-    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
+    const struct
+    {
+        std::int16_t minutes;
+        int ticks;
+    } rows[] = {{1, 1}, {0, 1}, {-5, 1}, {2, 61}, {10, 541}, {30, 1741}, {547, 32761}};
+    for (const auto& [minutes, ticks] : rows) {
+        SCOPED_TRACE(minutes);
+        main->Variables().Settings.AdvAlertMinutes = minutes;
+        dispatch.AdvAlarm(9);
+        ASSERT_TRUE(PassSeconds(ticks - 1));
+        EXPECT_TRUE(PopupIsUp());
+        ASSERT_TRUE(PassSeconds(1));
+        EXPECT_FALSE(PopupIsUp());
+        ExpectMainIsFree();
+    }
 }
-
-const AdvanceRow kAdvanceRows[] = {
-    {"one", 1, 1},    {"zero", 0, 1},       {"negative", -5, 1},         {"two", 2, 61},
-    {"ten", 10, 541}, {"thirty", 30, 1741}, {"largest_547", 547, 32761},
-};
-INSTANTIATE_TEST_SUITE_P(Minutes, AlertSecondsAdvance, testing::ValuesIn(kAdvanceRows),
-                         [](const auto& row) { return std::string(row.param.title); });
 
 TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverflow)
 {
@@ -57,8 +47,7 @@ TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverfl
         }
         EXPECT_NE(Popup(), nullptr) << "the seconds are computed when the popup is loaded";
         EXPECT_FALSE(PopupIsUp());
-        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
-        EXPECT_TRUE(main->isEnabled());
+        ExpectMainIsFree();
         forms.Unload(FrmPopup::kName);
     }
 }
@@ -99,36 +88,30 @@ TEST_F(AlertSecondsTest, alarmPopup_blocksEveryAlertForItsSixHundredSeconds)
     ASSERT_TRUE(PassSeconds(1));
     TickAt(5, 10);
     EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nDuhr: 5:10"));
-    EXPECT_EQ(log.filter(QStringLiteral("request")), (QStringList{QStringLiteral("request 1 Quite 0 5:00"),
-                                                                  QStringLiteral("request 3 Quite 0 5:10")}));
+    EXPECT_EQ(log.filter(QStringLiteral("request")).join(u'|'),
+              u"request 1 Quite 0 5:00|request 3 Quite 0 5:10");
 }
 
-TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_alarmsPopupDropsTheWarning)
+TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_alarmsPopupDropsTheWarning_withoutAPopupBothRun)
 {
     calculation.slots_[9] = 1132;
     SetUpTimer(-1);
     TickAt(18, 42);
-    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
-    EXPECT_EQ(log.filter(QStringLiteral("request")).size(), 1);
-}
-
-TEST_F(AlertSecondsTest, alarmAndWarningInOneTick_withoutAPopupBothRun)
-{
-    calculation.slots_[9] = 1132;
-    SetPrayer(QStringLiteral("maghrib"), kNothingOfIt);
-    SetUpTimer(-1);
+    EXPECT_EQ(TextOf("Label1"), u"Prayer Time:\r\nMaghrib: 18:42");
+    EXPECT_EQ(TakeLog().count(QStringLiteral("request")), 1);
+    forms.Unload(FrmPopup::kName);
+    SetPrayer(u"maghrib", kNothingOfIt);
     TickAt(18, 42);
-    EXPECT_EQ(log.filter(QStringLiteral("request")), QStringList{QStringLiteral("request 5 Quite 0 18:42")});
+    EXPECT_EQ(TakeLog(), u"no popup|request 5 Quite 0 18:42|ad");
     ASSERT_TRUE(PopupIsUp());
-    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Advanced Alert\r\nIsha 18:52"));
-}
-
-TEST_F(AlertSecondsTest, warningOfZeroMinutes_isDroppedByTheAlarmsPopup)
-{
+    EXPECT_EQ(TextOf("Label1"), u"Advanced Alert\r\nIsha 18:52");
+    forms.Unload(FrmPopup::kName);
+    // Its own warning, too, where it is due in the same minute.
+    SetPrayer(u"maghrib", kPopupOnly);
     main->Variables().Settings.AdvAlertMinutes = 0;
     SetUpTimer(-1);
     TickAt(18, 42);
-    EXPECT_EQ(TextOf("Label1"), QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"));
+    EXPECT_EQ(TextOf("Label1"), u"Prayer Time:\r\nMaghrib: 18:42");
 }
 
 TEST_F(AlertSecondsTest, ignoredSlot_hidesThePrayerThatSharesItsMinute)
@@ -143,8 +126,7 @@ TEST_F(AlertSecondsTest, ignoredSlot_hidesThePrayerThatSharesItsMinute)
 TEST_F(AlertSecondsTest, equalAsrMinutes_underHanafiFireNothing)
 {
     calculation.slots_[5] = 1000;
-    main->Variables().Settings.AsrMethod = QStringLiteral("hanafi");
-    SetAlertsAttribute(QStringLiteral("asrMethode"), QStringLiteral("hanafi"));
+    SetAsrMethod(QStringLiteral("hanafi"));
     SetUpTimer(0);
     TickAt(16, 40);
     EXPECT_FALSE(PopupIsUp());

@@ -11,6 +11,7 @@
 #include "fakes/SettingsFile.h"
 
 #include <QLabel>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QUrlQuery>
 
@@ -66,23 +67,29 @@ protected:
     }
 
     /// Replaces all attributes of one prayer's element and writes the file.
-    void SetPrayer(const QString& element, const QString& attributes)
+    void SetPrayer(QStringView element, const QString& attributes)
     {
-        settings.replace(QRegularExpression(u'<' + element + QStringLiteral(" [^>]*/>")),
-                         u'<' + element + u' ' + attributes + QStringLiteral("/>"));
+        settings.replace(QRegularExpression(QStringLiteral("<%1 [^>]*/>").arg(element)),
+                         QStringLiteral("<%1 %2/>").arg(element, attributes));
         WriteSettings(settings);
     }
-    void SetAlertsAttribute(const QString& name, const QString& value)
+    void SetAlertsAttribute(QStringView name, QStringView value)
     {
-        settings.replace(QRegularExpression(name + QStringLiteral("=\"[^\"]*\"")),
-                         name + QStringLiteral("=\"") + value + u'"');
+        settings.replace(QRegularExpression(QStringLiteral("%1=\"[^\"]*\"").arg(name)),
+                         QStringLiteral("%1=\"%2\"").arg(name, value));
         WriteSettings(settings);
     }
     void SetAllPrayers(const QString& attributes)
     {
-        for (const char* const element : {"fajr", "shuruq", "duhr", "asr", "maghrib", "isha"}) {
-            SetPrayer(QString::fromLatin1(element), attributes);
+        for (const auto* const element : {u"fajr", u"shuruq", u"duhr", u"asr", u"maghrib", u"isha"}) {
+            SetPrayer(element, attributes);
         }
+    }
+    /// In the file and in memory.
+    void SetAsrMethod(const QString& method)
+    {
+        main->Variables().Settings.AsrMethod = method;
+        SetAlertsAttribute(u"asrMethode", method);
     }
 
     [[nodiscard]] FrmPopup* Popup() const { return static_cast<FrmPopup*>(forms.Loaded(FrmPopup::kName)); }
@@ -113,8 +120,22 @@ protected:
         }
         return true;
     }
-    /// What has happened since the last look, in its order.
-    [[nodiscard]] QStringList TakeLog() { return std::exchange(log, {}); }
+    /// Shows the popup for so many seconds, outside any alert.
+    void ShowPopup(std::int16_t seconds = 600)
+    {
+        forms.Touch<FrmPopup>().ShowPopup(QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"), seconds);
+    }
+    [[nodiscard]] QPushButton& Ok() const
+    {
+        return *Popup()->findChild<QPushButton*>(QStringLiteral("Command1"));
+    }
+    void ExpectMainIsFree() const
+    {
+        EXPECT_TRUE(main->isEnabled());
+        EXPECT_EQ(main->Variables().ActiveForm, u"FrmMain");
+    }
+    /// What has happened since the last look, in its order, as one text.
+    [[nodiscard]] QString TakeLog() { return std::exchange(log, {}).join(u'|'); }
 
     FakePlatform platform;
     FakeCalculation calculation;

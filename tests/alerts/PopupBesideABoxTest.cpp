@@ -3,7 +3,6 @@
 #include "AlertsFixture.h"
 #include "fakes/UnderABox.h"
 
-#include <QAbstractButton>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -24,10 +23,15 @@ protected:
 
     void ShowPopup(std::int16_t seconds = 600)
     {
-        forms.Touch<FrmPopup>().ShowPopup(QStringLiteral("Prayer Time:\r\nMaghrib: 18:42"), seconds);
+        AlertsFixture::ShowPopup(seconds);
         Desk::Settle();
     }
-    void ClickOk() const { Desk::Click(*Popup()->findChild<QPushButton*>(QStringLiteral("Command1"))); }
+    /// The popup takes its "OK".
+    void ClickOk() const
+    {
+        Desk::Click(Ok());
+        EXPECT_EQ(Popup(), nullptr);
+    }
     void ExpectMainIsBlocked()
     {
         Desk::Click(*button);
@@ -45,15 +49,21 @@ protected:
     int clicks = 0;
 };
 
-TEST_F(PopupBesideABoxTest, popupThatComesUnderTheBox_takesItsOk_mainStaysBlocked)
+TEST_F(PopupBesideABoxTest, popupThatComesUnderTheBox_takesItsOkOrItsTime_mainStaysBlocked)
 {
-    UnderABox([this](QMessageBox&) {
-        ShowPopup();
-        ClickOk();
-        EXPECT_EQ(Popup(), nullptr);
-        EXPECT_TRUE(main->isEnabled());
-        ExpectMainIsBlocked();
-    });
+    for (const bool isTimeUp : {false, true}) {
+        UnderABox([&](QMessageBox&) {
+            ShowPopup(2);
+            if (isTimeUp) {
+                ASSERT_TRUE(PassSeconds(2));
+                EXPECT_FALSE(PopupIsUp());
+            } else {
+                ClickOk();
+            }
+            EXPECT_TRUE(main->isEnabled());
+            ExpectMainIsBlocked();
+        });
+    }
     ExpectMainIsUsable();
 }
 
@@ -62,18 +72,6 @@ TEST_F(PopupBesideABoxTest, popupThatWasThere_takesItsOk_mainStaysBlocked)
     ShowPopup();
     UnderABox([this](QMessageBox&) {
         ClickOk();
-        EXPECT_EQ(Popup(), nullptr);
-        ExpectMainIsBlocked();
-    });
-    ExpectMainIsUsable();
-}
-
-TEST_F(PopupBesideABoxTest, popupWhoseTimeIsUp_goes_mainStaysBlocked)
-{
-    UnderABox([this](QMessageBox&) {
-        ShowPopup(2);
-        ASSERT_TRUE(PassSeconds(2));
-        EXPECT_FALSE(PopupIsUp());
         ExpectMainIsBlocked();
     });
     ExpectMainIsUsable();
@@ -86,7 +84,6 @@ TEST_F(PopupBesideABoxTest, boxIsAnsweredFirst_popupStaysUsable)
     ASSERT_TRUE(PopupIsUp());
     EXPECT_FALSE(main->isEnabled());
     ClickOk();
-    EXPECT_EQ(Popup(), nullptr);
     ExpectMainIsUsable();
 }
 
@@ -98,7 +95,6 @@ TEST_F(PopupBesideABoxTest, boxOverABox_popupIsUsableUnderBothAndUnderTheFirstAg
             UnderABox([&](QMessageBox&) {
                 if (isClosedUnderBoth) {
                     ClickOk();
-                    EXPECT_EQ(Popup(), nullptr);
                     ExpectMainIsBlocked();
                 }
             });
@@ -108,7 +104,6 @@ TEST_F(PopupBesideABoxTest, boxOverABox_popupIsUsableUnderBothAndUnderTheFirstAg
                           Popup()->windowHandle()->transientParent())
                     << "the window system lets it have the keyboard";
                 ClickOk();
-                EXPECT_EQ(Popup(), nullptr);
             }
             ExpectMainIsBlocked();
         });
@@ -124,7 +119,6 @@ TEST_F(PopupBesideABoxTest, mainWindowGoesUnderTheBox_popupAndBoxStayUsable)
         Desk::Settle();
         EXPECT_TRUE(box.isVisible());
         ClickOk();
-        EXPECT_EQ(Popup(), nullptr);
     });
 }
 
@@ -149,57 +143,34 @@ TEST_F(PopupBesideABoxTest, boxThatComesWhileThePopupHasTheKeyboard_isInFrontOfN
     UnderABox([this](const QMessageBox& box) {
         EXPECT_NE(box.windowHandle()->transientParent(), Popup()->windowHandle());
         ClickOk();
-        EXPECT_EQ(Popup(), nullptr);
     });
 }
 
-/// Where the buttons of a window are on the screen.
-[[nodiscard]] QRegion ButtonsOf(const QWidget& window)
+TEST_F(PopupBesideABoxTest, popupAndBox_doNotCoverEachOther)
 {
-    QRegion region;
-    for (const auto* const each : window.findChildren<QAbstractButton*>()) {
-        region += QRect(each->mapToGlobal(QPoint()), each->size());
-    }
-    return region;
-}
-
-class PopupPlaceTest : public PopupBesideABoxTest, public testing::WithParamInterface<bool>
-{
-protected:
-    static void ExpectApart(const QWidget& popup, const QWidget& box)
-    {
-        EXPECT_FALSE(popup.frameGeometry().intersects(box.frameGeometry()));
-        EXPECT_FALSE(ButtonsOf(box).isEmpty());
-        const QRect screen = popup.screen()->availableGeometry();
-        EXPECT_TRUE(screen.contains(popup.frameGeometry()));
-        EXPECT_TRUE(screen.contains(box.frameGeometry()));
-    }
-};
-
-TEST_P(PopupPlaceTest, popupAndBox_doNotCoverEachOther)
-{
-    const bool isPopupFirst = GetParam();
     const QRect screen = main->screen()->availableGeometry();
     for (const QPoint& corner : {screen.center() - main->rect().center(), screen.topLeft(),
                                  screen.bottomRight() - main->rect().bottomRight()}) {
-        main->move(corner);
-        Desk::Settle();
-        if (isPopupFirst) {
-            ShowPopup();
+        for (const bool isPopupFirst : {false, true}) {
+            SCOPED_TRACE(isPopupFirst);
+            main->move(corner);
+            Desk::Settle();
+            if (isPopupFirst) {
+                ShowPopup();
+            }
+            UnderABox(
+                [&](const QMessageBox& box) {
+                    if (!isPopupFirst) {
+                        ShowPopup();
+                    }
+                    EXPECT_FALSE(Popup()->frameGeometry().intersects(box.frameGeometry()));
+                    EXPECT_TRUE(screen.contains(Popup()->frameGeometry()));
+                    EXPECT_TRUE(screen.contains(box.frameGeometry()));
+                },
+                QStringLiteral("Would you like to Download\r\nthe new version of DuskBeacon?"));
+            ClickOk();
         }
-        UnderABox(
-            [&](const QMessageBox& box) {
-                if (!isPopupFirst) {
-                    ShowPopup();
-                }
-                ExpectApart(*Popup(), box);
-            },
-            QStringLiteral("Would you like to Download\r\nthe new version of DuskBeacon?"));
-        ClickOk();
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(Order, PopupPlaceTest, testing::Bool(),
-                         [](const auto& row) { return std::string(row.param ? "popupFirst" : "boxFirst"); });
 
 } // namespace

@@ -21,8 +21,8 @@ struct Year
     bool popups;
     /// Seconds after which the user presses "OK"; 0 for a user who never does.
     int patience;
-    /// Prayers that are on.
-    QStringList enabled;
+    /// The elements of the prayers that are on.
+    QString enabled;
 };
 
 void PrintTo(const Year& year, std::ostream* stream)
@@ -30,28 +30,18 @@ void PrintTo(const Year& year, std::ostream* stream)
     *stream << year.place;
 }
 
-const QStringList kAll{QStringLiteral("fajr"), QStringLiteral("shuruq"),  QStringLiteral("duhr"),
-                       QStringLiteral("asr"),  QStringLiteral("maghrib"), QStringLiteral("isha")};
+const QString kAll = QStringLiteral("fajr shuruq duhr asr maghrib isha");
 
 const Year kYears[] = {
     {"Chicago", 4185, -8765, -6, 0, "shafi", -1, true, 0, kAll},
     {"Makkah", 2142, 3983, 3, 0, "hanafi", 10, true, 5, kAll},
     {"London", 5151, -13, 0, -1, "shafi", 1, false, 0, kAll},
     // Isha's warning stands in the way of Maghrib's alarm.
-    {"Jakarta",
-     -621,
-     10685,
-     7,
-     0,
-     "shafi",
-     80,
-     true,
-     900,
-     {QStringLiteral("maghrib"), QStringLiteral("isha")}},
+    {"Jakarta", -621, 10685, 7, 0, "shafi", 80, true, 900, QStringLiteral("maghrib isha")},
     {"Oslo", 5991, 1075, 1, 0, "hanafi", 5, true, 3, kAll},
     {"Sydney", -3387, 15121, 10, 0, "shafi", 0, false, 30, kAll},
     // The alarm's popup stands in the way of a warning that comes five minutes late.
-    {"Karachi", 2486, 6701, 5, 0, "hanafi", -5, true, 0, {QStringLiteral("asr"), QStringLiteral("isha")}},
+    {"Karachi", 2486, 6701, 5, 0, "hanafi", -5, true, 0, QStringLiteral("asr isha")},
     {"Nairobi", -129, 3682, 3, 0, "none", 20, false, 20, kAll},
 };
 
@@ -101,22 +91,14 @@ private:
     }
     [[nodiscard]] bool IsOn(int slot) const
     {
-        switch (slot) {
-        case 1:
-        case 2:
-            return m_year.enabled.contains(kAll.at(slot - 1));
-        case 5:
-            return m_year.enabled.contains(QStringLiteral("duhr"));
-        case 6:
-        case 7:
-            return m_year.enabled.contains(QStringLiteral("asr")) &&
-                   QLatin1String(m_year.asrMethode) == QLatin1String(slot == 6 ? "shafi" : "hanafi");
-        case 9:
-        case 10:
-            return m_year.enabled.contains(kAll.at(slot - 5));
-        default:
-            return false;
-        }
+        // By slot; none for a slot that raises nothing.
+        static const QStringList elements =
+            QStringLiteral(",fajr,shuruq,,,duhr,asr,asr,,maghrib,isha").split(u',');
+        const QString& element = elements.at(slot);
+        const bool isAsrOfTheMethod =
+            QLatin1String(m_year.asrMethode) == QLatin1String(slot == 6 ? "shafi" : "hanafi");
+        return !element.isEmpty() && m_year.enabled.contains(element) &&
+               ((slot != 6 && slot != 7) || isAsrOfTheMethod);
     }
     // The scheduler's tick comes ahead of the popup's in the same second, so that the last second counts.
     [[nodiscard]] bool IsFree(qint64 now) const { return now > m_occupiedUntil; }
@@ -136,14 +118,12 @@ protected:
     YearOfAlerts()
     {
         const Year& year = GetParam();
-        for (const QString& element : kAll) {
+        for (const QString& element : kAll.split(u' ')) {
             SetPrayer(element,
                       QStringLiteral(R"(enabled="%1" popup="%2" mobil="false" play="true" audioFile="")")
                           .arg(Word(year.enabled.contains(element)), Word(year.popups)));
         }
-        const QString asr = QString::fromLatin1(year.asrMethode);
-        main->Variables().Settings.AsrMethod = asr;
-        SetAlertsAttribute(QStringLiteral("asrMethode"), asr);
+        SetAsrMethod(QString::fromLatin1(year.asrMethode));
         main->Variables().Settings.AdvAlertMinutes = static_cast<std::int16_t>(year.advance);
         realTimer.events.Alarm = [this](std::int16_t id) { OnAlarm(id); };
         realTimer.events.AdvAlarm = [this](std::int16_t id) { OnAdvAlarm(id); };
