@@ -15,11 +15,11 @@ class AddLocationFixture : public LocationsFixture
 protected:
     AddLocationFixture()
     {
-        platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
-            "<root><a city=\"Cairo\" atlas_id=\"EG-1\"/><b city=\"Cairo\" atlas_id=\"EG-2\"/></root>";
+        Answer("getUsCanCity.pl",
+               "<root><a city=\"Cairo\" atlas_id=\"EG-1\"/><b city=\"Cairo\" atlas_id=\"EG-2\"/></root>");
         Info(kCairoReply);
     }
-    void Info(const QByteArray& reply) { platform.http.replies[QStringLiteral("getCityInfo.pl")] = reply; }
+    void Info(const QByteArray& reply) { Answer("getCityInfo.pl", reply); }
     /// An element that can be stored: the city is called as the element, the state is "s".
     static QByteArray Place(const QByteArray& name, const QByteArray& inside = QByteArray())
     {
@@ -33,18 +33,15 @@ protected:
     FrmNewLoc& OpenResults()
     {
         FrmNewLoc& window = OpenSearch();
-        Type(window, "TxtZipCode", QStringLiteral("1"));
-        ClickOn(window, "LblGetLink");
+        SearchZip(window);
         platform.http.requests.clear();
         return window;
     }
-    static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
     void AddRow(const Form& window, int row)
     {
         ClickRow(Results(window), row);
         ClickOn(window, "CmdAdd");
     }
-    ListBox& Places() const { return Find<ListBox>(*forms.Loaded(FrmLocation::kName), "LstLocations"); }
     void ExpectStillOpen(const Form& window) const
     {
         EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), &window);

@@ -3,8 +3,6 @@
 #include "locations/LocationsFixture.h"
 #include "service/ServiceRequests.h"
 
-#include <QComboBox>
-
 namespace {
 
 /// A window goes while a message of its own is up.
@@ -23,8 +21,7 @@ protected:
 
 TEST_F(ClosedUnderABoxTest, refusedPlace_theOldKeyIsBackInTheFile)
 {
-    WriteSettings(SettingsText().replace(QStringLiteral("latitude_final=\"21.42\""),
-                                         QStringLiteral("latitude_final=\"\"")));
+    WriteChanged(QStringLiteral("latitude_final=\"21.42\""), QStringLiteral("latitude_final=\"\""));
     FrmLocation& window = OpenList();
     ClickRow(Find<ListBox>(window, "LstLocations"), 1);
     CloseUnderTheBox(FrmLocation::kName);
@@ -38,8 +35,7 @@ TEST_F(ClosedUnderABoxTest, refusedPlace_theOldKeyIsBackInTheFile)
 TEST_F(ClosedUnderABoxTest, refusedPlaceAndABrokenOldOne_theMessagesEnd)
 {
     FrmLocation& window = OpenList();
-    WriteSettings(
-        SettingsText().replace(QStringLiteral("useDLS=\"false\""), QStringLiteral("useDLS=\"maybe\"")));
+    WriteChanged(QStringLiteral("useDLS=\"false\""), QStringLiteral("useDLS=\"maybe\""));
     platform.boxes.whileOpen = [&] {
         window.Unload();
         if (platform.boxes.boxes.size() == 3) {
@@ -76,14 +72,11 @@ TEST_F(ClosedUnderABoxTest, emptyZipCode_asksForNothing)
 
 TEST_F(ClosedUnderABoxTest, agreedLongList_isNotAskedFor)
 {
-    platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] =
-        "<root num_matches=\"51\" max_matches=\"50\"/>";
+    Answer("getNumMatchingCities.pl", "<root num_matches=\"51\" max_matches=\"50\"/>");
     const FrmNewLoc& window = OpenSearch();
-    Find<QComboBox>(window, "CombState").setCurrentIndex(1);
-    Type(window, "TxtCity", QStringLiteral("Ca"));
     platform.boxes.answers = {true};
     CloseUnderTheBox(FrmNewLoc::kName);
-    ClickOn(window, "LblGet2Link");
+    SearchCity(window);
     ExpectBoxes({Question(QStringLiteral("There are over 50 matches.\r\nWould you like to display all?"))});
     EXPECT_EQ(platform.http.requests,
               QStringList{ServiceRequests::GetNumMatchingCities(main->Variables().Settings,

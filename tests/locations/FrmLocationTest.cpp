@@ -11,70 +11,71 @@ namespace {
 
 const QString kListProblem = QStringLiteral("There was a problem retrieving list of locations.");
 const QString kNotSet = QStringLiteral("Can not load setting for this area, location will not be changed.");
+const QString kChicago = QStringLiteral("Chicago, Illinois");
+const QString kMakkah = QStringLiteral("Makkah, Saudi Arabia");
 
 class FrmLocationTest : public LocationsFixture
 {
 protected:
     static ListBox& List(const Form& form) { return Find<ListBox>(form, "LstLocations"); }
-
-    static void WriteChanged(const QString& from, const QString& to)
+    static Box Sure(const QString& place)
     {
-        QString text = SettingsText();
-        ASSERT_TRUE(text.contains(from));
-        WriteSettings(text.replace(from, to));
+        return Question(QStringLiteral("Are you sure you want to remove: ") + place);
     }
     /// One place less: Makkah goes.
     static void WriteOnePlace()
     {
-        const QString text = SettingsText();
-        const auto start = text.indexOf(QStringLiteral("<Makkah"));
-        WriteSettings(text.left(start) + text.mid(text.indexOf(QStringLiteral("/>"), start) + 2));
+        WriteSettings(SettingsText().remove(QRegularExpression(QStringLiteral("<Makkah [^>]*/>"))));
+    }
+    /// Another row than the selected one is clicked first.
+    void SetRow(const Form& window, int row)
+    {
+        ClickRow(List(window), row);
+        ClickOn(window, "CmdSet");
+    }
+    void DeleteAnsweringYes(const Form& window)
+    {
+        platform.boxes.answers = {true};
+        ClickOn(window, "CmdDel");
     }
 };
 
 TEST_F(FrmLocationTest, window_hasItsTexts)
 {
     const FrmLocation& window = OpenList();
-    EXPECT_EQ(window.windowTitle(), QStringLiteral("Dusk Beacon: Location"));
-    EXPECT_EQ(Find<QLabel>(window, "Label7").text(), QStringLiteral("1. Select Loaction:"));
-    EXPECT_EQ(Find<QLabel>(window, "Label8").text(), QStringLiteral("2. Select an action to take:"));
-    EXPECT_EQ(Find<QPushButton>(window, "CmdSet").text(), QStringLiteral("Set Current"));
-    EXPECT_EQ(Find<QPushButton>(window, "CmdDel").text(), QStringLiteral("Delete"));
-    EXPECT_EQ(Find<LinkLabel>(window, "LblNewLocLink").text(), QStringLiteral("Get New Location"));
+    EXPECT_EQ(window.windowTitle(), u"Dusk Beacon: Location");
+    EXPECT_EQ(Find<QLabel>(window, "Label7").text(), u"1. Select Loaction:");
+    EXPECT_EQ(Find<QLabel>(window, "Label8").text(), u"2. Select an action to take:");
+    EXPECT_EQ(Find<QPushButton>(window, "CmdSet").text(), u"Set Current");
+    EXPECT_EQ(Find<QPushButton>(window, "CmdDel").text(), u"Delete");
+    EXPECT_EQ(Find<LinkLabel>(window, "LblNewLocLink").text(), u"Get New Location");
 }
 
-TEST_F(FrmLocationTest, load_listsThePlacesInTheOrderOfTheFile_currentSelected)
+TEST_F(FrmLocationTest, load_listsThePlacesInTheOrderOfTheFile_lastOfTheCurrentNameSelected)
 {
-    const ListBox& list = List(OpenList());
-    EXPECT_EQ(Lines(list),
-              (QStringList{QStringLiteral("Chicago, Illinois"), QStringLiteral("Makkah, Saudi Arabia")}));
-    EXPECT_EQ(list.ListIndex(), 0);
-}
-
-TEST_F(FrmLocationTest, load_currentThatNamesNoPlace_selectsNothing)
-{
-    for (const auto* current : {"Nowhere", "", "chicago"}) {
-        WriteChanged(QStringLiteral("Current=\"Chicago\""),
-                     QStringLiteral("Current=\"%1\"").arg(QLatin1String(current)));
-        EXPECT_EQ(List(OpenList()).ListIndex(), -1) << current;
+    const struct
+    {
+        const char* from;
+        const char* to;
+        QStringList places;
+        int selected;
+    } rows[] = {
+        {"", "", {kChicago, kMakkah}, 0},
+        {"Current=\"Chicago\"", "Current=\"Nowhere\"", {kChicago, kMakkah}, -1},
+        {"Current=\"Chicago\"", "Current=\"\"", {kChicago, kMakkah}, -1},
+        {"Current=\"Chicago\"", "Current=\"chicago\"", {kChicago, kMakkah}, -1},
+        // Two of one name read as the first.
+        {"<Makkah ", "<Chicago ", {kChicago, kChicago}, 1},
+        {"<Makkah ", "<!-- east --><Makkah ", {kChicago, QStringLiteral(", "), kMakkah}, 0},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.to);
+        WriteChanged(QLatin1String(row.from), QLatin1String(row.to));
+        const ListBox& list = List(OpenList());
+        EXPECT_EQ(Lines(list), row.places);
+        EXPECT_EQ(list.ListIndex(), row.selected);
         forms.Unload(FrmLocation::kName);
     }
-}
-
-TEST_F(FrmLocationTest, load_twoPlacesOfOneName_readAsTheFirst_lastRowSelected)
-{
-    WriteChanged(QStringLiteral("<Makkah "), QStringLiteral("<Chicago "));
-    const ListBox& list = List(OpenList());
-    EXPECT_EQ(Lines(list),
-              (QStringList{QStringLiteral("Chicago, Illinois"), QStringLiteral("Chicago, Illinois")}));
-    EXPECT_EQ(list.ListIndex(), 1);
-}
-
-TEST_F(FrmLocationTest, load_commentAmongThePlaces_isARowWithoutText)
-{
-    WriteChanged(QStringLiteral("<Makkah "), QStringLiteral("<!-- east --><Makkah "));
-    EXPECT_EQ(Lines(List(OpenList())), (QStringList{QStringLiteral("Chicago, Illinois"), QStringLiteral(", "),
-                                                    QStringLiteral("Makkah, Saudi Arabia")}));
 }
 
 TEST_F(FrmLocationTest, load_twoThousandPlaces_showsThemAll)
@@ -83,13 +84,11 @@ TEST_F(FrmLocationTest, load_twoThousandPlaces_showsThemAll)
     for (int i = 0; i < 2000; ++i) {
         places += QStringLiteral("<P%1 city=\"City %1\" state=\"State\"/>").arg(i);
     }
-    WriteChanged(QStringLiteral("<Makkah "), places + QStringLiteral("<Makkah "));
-    WriteSettings(QString::fromUtf8(ReadSettings())
-                      .replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"P1500\"")));
+    WriteChanged(QStringLiteral("Current=\"Chicago\">"), QStringLiteral("Current=\"P1500\">") + places);
     const ListBox& list = List(OpenList());
     EXPECT_EQ(list.count(), 2002);
-    EXPECT_EQ(list.ListIndex(), 1501);
-    EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(list.item(1501)))) << "scrolled there";
+    EXPECT_EQ(list.ListIndex(), 1500);
+    EXPECT_TRUE(list.viewport()->rect().contains(list.visualItemRect(list.item(1500)))) << "scrolled there";
 }
 
 TEST_F(FrmLocationTest, load_unreadableFile_saysSoAndUnloadsItself)
@@ -118,25 +117,17 @@ TEST_F(FrmLocationTest, load_failureBeyondTheList_hasItsOwnMessage)
     ExpectBackInMain();
 }
 
-TEST_F(FrmLocationTest, close_repaintsEnablesAndNamesTheMainWindowInOrder)
+TEST_F(FrmLocationTest, close_repaintsEnablesAndNamesTheMainWindowInOrder_hiddenOrNot)
 {
-    FrmLocation& window = OpenList();
-    window.close();
-    EXPECT_EQ(main->calls,
-              (QStringList{QStringLiteral("PopLocation"), QStringLiteral("PopPrayerFrame"),
-                           QStringLiteral("Enable"), QStringLiteral("TakeFocus while FrmLocation")}));
-    ExpectBackInMain();
-    ExpectBoxes({});
-}
-
-TEST_F(FrmLocationTest, close_overAHiddenMainWindow_isNoError)
-{
-    FrmLocation& window = OpenList();
-    main->hide();
-    window.close();
-    ExpectBackInMain();
-    ExpectBoxes({});
-    EXPECT_EQ(platform.process.ended, 0);
+    for (const bool isHidden : {false, true}) {
+        FrmLocation& window = OpenList();
+        main->setVisible(!isHidden);
+        window.close();
+        EXPECT_EQ(main->calls.join(u'|'), u"PopLocation|PopPrayerFrame|Enable|TakeFocus while FrmLocation");
+        ExpectBackInMain();
+        ExpectBoxes({});
+        EXPECT_EQ(platform.process.ended, 0);
+    }
 }
 
 TEST_F(FrmLocationTest, close_whileDisabled_isRefused)
@@ -166,30 +157,40 @@ TEST_F(FrmLocationTest, pointer_isAHandOverTheLinkOnly)
     EXPECT_EQ(window.cursor().shape(), Qt::ArrowCursor);
 }
 
-TEST_F(FrmLocationTest, set_writesTheSelectedKeyAndCloses)
+TEST_F(FrmLocationTest, setOrDoubleClick_writesTheSelectedKeyAndCloses)
 {
-    FrmLocation& window = OpenList();
-    ClickRow(List(window), 1);
-    ClickOn(window, "CmdSet");
-    EXPECT_EQ(Current(), QStringLiteral("Makkah"));
-    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Makkah"));
-    EXPECT_EQ(main->calls.first(), QStringLiteral("UpdateEverything"));
-    ExpectBackInMain();
-    ExpectBoxes({});
+    const std::pair<const char*, std::function<void(const Form&)>> rows[] = {
+        {"button", [this](const Form& window) { SetRow(window, 1); }},
+        {"double click on a line", [](const Form& window) { DoubleClick(List(window), 1); }},
+        {"double click below the lines",
+         [](const Form& window) {
+             ListBox& list = List(window);
+             ClickRow(list, 1);
+             DoubleClick(list, list.viewport()->rect().bottomRight() - QPoint(10, 10));
+         }},
+    };
+    for (const auto& [name, act] : rows) {
+        SCOPED_TRACE(name);
+        WriteSettings();
+        act(OpenList());
+        EXPECT_EQ(Current(), u"Makkah");
+        EXPECT_EQ(main->Variables().Settings.CityName, u"Makkah");
+        EXPECT_EQ(main->calls.first(), u"UpdateEverything");
+        ExpectBackInMain();
+        ExpectBoxes({});
+    }
 }
 
 TEST_F(FrmLocationTest, set_placeThatCanNotBeLoaded_putsTheOldKeyBack)
 {
     WriteChanged(QStringLiteral("latitude_final=\"21.42\""), QStringLiteral("latitude_final=\"north\""));
-    FrmLocation& window = OpenList();
-    ClickRow(List(window), 1);
     QString whileAsked;
     platform.boxes.whileOpen = [&] { whileAsked = Current(); };
-    ClickOn(window, "CmdSet");
-    EXPECT_EQ(whileAsked, QStringLiteral("Makkah")) << "the trial is live";
+    SetRow(OpenList(), 1);
+    EXPECT_EQ(whileAsked, u"Makkah") << "the trial is live";
     ExpectBoxes({Plain(kNotSet)});
-    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Chicago"));
+    EXPECT_EQ(Current(), u"Chicago");
+    EXPECT_EQ(main->Variables().Settings.CityName, u"Chicago");
     ExpectBackInMain();
 }
 
@@ -203,9 +204,9 @@ TEST_F(FrmLocationTest, set_oldKeyFailsToo_asksUntilTheMainWindowGoes)
         }
     };
     ClickOn(window, "CmdSet");
-    ExpectBoxes({Plain(kNotSet), Plain(kNotSet), Plain(kNotSet), Plain(kNotSet), Plain(kNotSet)});
+    ExpectBoxes(std::vector<Box>(5, Plain(kNotSet)));
     EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr) << "no message for ever once the program is left";
-    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
+    EXPECT_EQ(Current(), u"Chicago");
 }
 
 TEST_F(FrmLocationTest, set_damagedFile_isLeftAsItIs_andAsksUntilItIsWhole)
@@ -220,15 +221,14 @@ TEST_F(FrmLocationTest, set_damagedFile_isLeftAsItIs_andAsksUntilItIsWhole)
         }
     };
     ClickOn(window, "CmdSet");
-    ExpectBoxes({Plain(kNotSet), Plain(kNotSet), Plain(kNotSet)});
-    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
+    ExpectBoxes(std::vector<Box>(3, Plain(kNotSet)));
+    EXPECT_EQ(Current(), u"Chicago");
     ExpectBackInMain();
 }
 
 TEST_F(FrmLocationTest, set_nothingSelected_triesTheEmptyKey)
 {
-    WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Nowhere\""));
-    FrmLocation& window = OpenList();
+    WriteCurrent(u"Nowhere");
     QStringList tried;
     platform.boxes.whileOpen = [&] {
         tried << Current();
@@ -236,7 +236,7 @@ TEST_F(FrmLocationTest, set_nothingSelected_triesTheEmptyKey)
             main->Unload();
         }
     };
-    ClickOn(window, "CmdSet");
+    ClickOn(OpenList(), "CmdSet");
     EXPECT_EQ(tried, (QStringList{QString(), QStringLiteral("Nowhere")}));
 }
 
@@ -249,165 +249,136 @@ TEST_F(FrmLocationTest, set_failureBeyondTheTrial_isTheListProblem)
     ExpectBackInMain();
 }
 
-TEST_F(FrmLocationTest, doubleClick_onALine_setsIt)
+TEST_F(FrmLocationTest, set_fileThatCanNotBeWritten_losesTheChoiceQuietly)
 {
-    FrmLocation& window = OpenList();
-    ListBox& list = List(window);
-    DoubleClick(list, list.visualItemRect(list.item(1)).center());
-    EXPECT_EQ(Current(), QStringLiteral("Makkah"));
+    files.isLocked = true;
+    SetRow(OpenList(), 1);
+    EXPECT_EQ(Current(), u"Chicago");
+    ExpectBoxes({});
     ExpectBackInMain();
 }
 
-TEST_F(FrmLocationTest, doubleClick_belowTheLines_setsTheSelectedOne)
+TEST_F(FrmLocationTest, delete_asksFirst_thenTheListShowsWhatTheFileHolds)
 {
-    FrmLocation& window = OpenList();
-    ListBox& list = List(window);
-    ClickRow(list, 1);
-    DoubleClick(list, list.viewport()->rect().bottomRight() - QPoint(10, 10));
-    EXPECT_EQ(Current(), QStringLiteral("Makkah"));
-    ExpectBackInMain();
+    const Box last = Plain(QStringLiteral("Can not remove last location from list."));
+    const struct
+    {
+        const char* name;
+        std::function<void()> prepare;
+        int row;
+        bool answer;
+        std::vector<Box> boxes;
+        QStringList left;
+        QString current;
+    } rows[] = {
+        {"no", [] {}, 0, false, {Sure(kChicago)}, {kChicago, kMakkah}, QStringLiteral("Chicago")},
+        {"other place", [] {}, 1, true, {Sure(kMakkah)}, {kChicago}, QStringLiteral("Chicago")},
+        {"place with children",
+         [] {
+             WriteChanged(QStringLiteral("latitude_final=\"21.42\" time_zone2=\"3\"/>"),
+                          QStringLiteral("time_zone2=\"3\"><note/></Makkah>"));
+         },
+         1,
+         true,
+         {Sure(kMakkah)},
+         {kChicago},
+         QStringLiteral("Chicago")},
+        {"last place",
+         [] { WriteOnePlace(); },
+         0,
+         true,
+         {Sure(kChicago), last},
+         {kChicago},
+         QStringLiteral("Chicago")},
+        {"nothing selected",
+         [] { WriteCurrent(u"Nowhere"); },
+         -1,
+         true,
+         {Sure(QString())},
+         {kChicago, kMakkah},
+         QStringLiteral("Nowhere")},
+        {"file that can't be written",
+         [this] { files.isLocked = true; },
+         1,
+         true,
+         {Sure(kMakkah)},
+         {kChicago, kMakkah},
+         QStringLiteral("Chicago")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        WriteSettings();
+        row.prepare();
+        const FrmLocation& window = OpenList();
+        const QByteArray before = ReadSettings();
+        if (row.row >= 0) {
+            ClickRow(List(window), row.row);
+        }
+        platform.boxes.answers = {row.answer};
+        ClickOn(window, "CmdDel");
+        ExpectBoxes(row.boxes);
+        EXPECT_EQ(Lines(List(window)), row.left);
+        EXPECT_EQ(List(window).ListIndex(), row.row < 0 ? -1 : 0);
+        EXPECT_EQ(Current(), row.current);
+        EXPECT_EQ(ReadSettings() == before, row.row == 0 || files.isLocked);
+        EXPECT_TRUE(main->calls.isEmpty()) << "nothing is calculated anew";
+        platform.boxes.answers.clear();
+        forms.Unload(FrmLocation::kName);
+    }
 }
 
-TEST_F(FrmLocationTest, delete_no_changesNothing)
+TEST_F(FrmLocationTest, delete_currentPlace_theMainWindowKeepsIt)
 {
-    FrmLocation& window = OpenList();
-    const QByteArray before = ReadSettings();
-    ClickOn(window, "CmdDel");
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Chicago, Illinois"))});
-    EXPECT_EQ(ReadSettings(), before);
-    EXPECT_EQ(List(window).count(), 2);
-}
-
-TEST_F(FrmLocationTest, delete_otherPlace_keepsTheCurrentOne)
-{
-    FrmLocation& window = OpenList();
-    ClickRow(List(window), 1);
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Makkah, Saudi Arabia"))});
-    EXPECT_EQ(Lines(List(window)), QStringList{QStringLiteral("Chicago, Illinois")});
-    EXPECT_EQ(List(window).ListIndex(), 0);
-    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_TRUE(main->calls.isEmpty()) << "nothing is calculated anew";
-}
-
-TEST_F(FrmLocationTest, delete_currentPlace_makesTheFirstOneCurrent_theMainWindowKeepsTheOld)
-{
-    WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""));
+    WriteCurrent(u"Makkah");
     main->UpdateEverything();
     FrmLocation& window = OpenList();
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    EXPECT_EQ(List(window).ListIndex(), 0);
+    DeleteAnsweringYes(window);
+    EXPECT_EQ(Current(), u"Chicago");
     window.close();
-    EXPECT_EQ(main->Variables().Settings.CityName, QStringLiteral("Makkah"));
+    EXPECT_EQ(main->Variables().Settings.CityName, u"Makkah");
     EXPECT_FALSE(main->calls.contains(QStringLiteral("UpdateEverything")));
 }
 
 TEST_F(FrmLocationTest, delete_currentPlaceOfThree_theFirstOfTheFileBecomesCurrent)
 {
-    const QString place = QStringLiteral("<%1 city=\"%1\" state=\"s\"/>");
-    const auto write = [&](const QStringList& keys) {
+    const auto write = [&](QStringView keys) {
         QString text = SettingsText();
         const auto start = text.indexOf(QStringLiteral("<Chicago"));
         QString places;
-        for (const QString& key : keys) {
-            places += place.arg(key);
+        for (const QChar key : keys) {
+            places += QStringLiteral("<%1 city=\"%1\" state=\"s\"/>").arg(key);
         }
         text.replace(start, text.indexOf(QStringLiteral("</locations>")) - start, places);
         WriteSettings(text.replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"C\"")));
     };
-    write({QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C"), QStringLiteral("D")});
-    FrmLocation& window = OpenList();
+    write(u"ABCD");
+    const FrmLocation& window = OpenList();
     ASSERT_EQ(List(window).ListIndex(), 2);
     // Somebody else has put them into another order since.
-    write({QStringLiteral("D"), QStringLiteral("A"), QStringLiteral("C"), QStringLiteral("B")});
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    EXPECT_EQ(Current(), QStringLiteral("D")) << "neither the last one nor a neighbour nor the list's first";
-    EXPECT_EQ(Lines(List(window)),
-              (QStringList{QStringLiteral("D, s"), QStringLiteral("A, s"), QStringLiteral("B, s")}));
+    write(u"DACB");
+    DeleteAnsweringYes(window);
+    EXPECT_EQ(Current(), u"D") << "neither the last one nor a neighbour nor the list's first";
+    EXPECT_EQ(Shown(List(window)), u"D, s|A, s|B, s");
     EXPECT_EQ(List(window).ListIndex(), 0);
-}
-
-TEST_F(FrmLocationTest, delete_placeWithChildren_goesAsWell)
-{
-    WriteChanged(QStringLiteral("latitude_final=\"21.42\" time_zone2=\"3\"/>"),
-                 QStringLiteral("time_zone2=\"3\"><note/></Makkah>"));
-    FrmLocation& window = OpenList();
-    ClickRow(List(window), 1);
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    EXPECT_EQ(List(window).count(), 1);
-}
-
-TEST_F(FrmLocationTest, delete_lastPlace_isRefusedAfterTheQuestion)
-{
-    WriteOnePlace();
-    FrmLocation& window = OpenList();
-    const QByteArray before = ReadSettings();
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Chicago, Illinois")),
-                 Plain(QStringLiteral("Can not remove last location from list."))});
-    EXPECT_EQ(ReadSettings(), before);
-}
-
-TEST_F(FrmLocationTest, delete_nothingSelected_asksAboutNothingAndDeletesNothing)
-{
-    WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Nowhere\""));
-    FrmLocation& window = OpenList();
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: "))});
-    EXPECT_EQ(List(window).count(), 2);
-    EXPECT_EQ(Current(), QStringLiteral("Nowhere"));
 }
 
 TEST_F(FrmLocationTest, delete_damagedFile_saysSoAndStays)
 {
-    FrmLocation& window = OpenList();
+    const FrmLocation& window = OpenList();
     WriteSettings(QStringLiteral("<root>"));
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Chicago, Illinois")),
-                 Plain(QStringLiteral("Could not change default location."))});
+    DeleteAnsweringYes(window);
+    ExpectBoxes({Sure(kChicago), Plain(QStringLiteral("Could not change default location."))});
     EXPECT_EQ(ReadSettings(), QByteArray("<root>"));
     EXPECT_NE(forms.Loaded(FrmLocation::kName), nullptr);
 }
 
 TEST_F(FrmLocationTest, delete_placesGoneMeanwhile_isTheListProblem)
 {
-    FrmLocation& window = OpenList();
+    const FrmLocation& window = OpenList();
     WriteOnePlace();
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Chicago, Illinois")),
-                 Plain(kListProblem)});
-    EXPECT_EQ(Current(), QStringLiteral("Chicago")) << "nothing was written";
-    ExpectBackInMain();
-}
-
-TEST_F(FrmLocationTest, delete_fileThatCanNotBeWritten_keepsThePlaceQuietly)
-{
-    files.isLocked = true;
-    FrmLocation& window = OpenList();
-    ClickRow(List(window), 1);
-    platform.boxes.answers = {true};
-    ClickOn(window, "CmdDel");
-    EXPECT_EQ(List(window).count(), 2);
-    EXPECT_EQ(platform.boxes.boxes.size(), 1U) << "the question only";
-}
-
-TEST_F(FrmLocationTest, set_fileThatCanNotBeWritten_losesTheChoiceQuietly)
-{
-    files.isLocked = true;
-    FrmLocation& window = OpenList();
-    ClickRow(List(window), 1);
-    ClickOn(window, "CmdSet");
-    EXPECT_EQ(Current(), QStringLiteral("Chicago"));
-    ExpectBoxes({});
+    DeleteAnsweringYes(window);
+    ExpectBoxes({Sure(kChicago), Plain(kListProblem)});
+    EXPECT_EQ(Current(), u"Chicago") << "nothing was written";
     ExpectBackInMain();
 }
 

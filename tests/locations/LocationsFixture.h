@@ -15,6 +15,7 @@
 #include "store/SimpleXML.h"
 #include "support/RuntimeError.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -89,9 +90,15 @@ protected:
         main->UpdateEverything();
         main->calls.clear();
         platform.http.reachable = true;
-        platform.http.replies[QStringLiteral("getStates.pl")] =
-            "<root><a state=\"Illinois\" state_id=\"17\"/><b state=\"Egypt\" state_id=\"EG\"/></root>";
+        Answer("getStates.pl",
+               "<root><a state=\"Illinois\" state_id=\"17\"/><b state=\"Egypt\" state_id=\"EG\"/></root>");
     }
+
+    void Answer(const char* script, const QByteArray& reply)
+    {
+        platform.http.replies[QLatin1String(script)] = reply;
+    }
+    void Refuse(const char* script) { platform.http.replies.erase(QLatin1String(script)); }
 
     /// As the main window's link does it.
     FrmLocation& OpenList()
@@ -107,12 +114,27 @@ protected:
     FrmNewLoc& OpenSearch()
     {
         ClickOn(OpenList(), "LblNewLocLink");
-        Form* const search = forms.Loaded(FrmNewLoc::kName);
-        if (search == nullptr) {
+        if (Search() == nullptr) {
             throw std::runtime_error("the search window did not open");
         }
         platform.http.requests.clear();
-        return static_cast<FrmNewLoc&>(*search);
+        return static_cast<FrmNewLoc&>(*Search());
+    }
+
+    [[nodiscard]] Form* List() const { return forms.Loaded(FrmLocation::kName); }
+    [[nodiscard]] Form* Search() const { return forms.Loaded(FrmNewLoc::kName); }
+    [[nodiscard]] ListBox& Places() const { return Find<ListBox>(*List(), "LstLocations"); }
+    static ListBox& Results(const Form& search) { return Find<ListBox>(search, "LstSearchResults"); }
+    static void SearchZip(const Form& search)
+    {
+        Type(search, "TxtZipCode", QStringLiteral("60201"));
+        ClickOn(search, "LblGetLink");
+    }
+    static void SearchCity(const Form& search, const QString& text = QStringLiteral("Ca"), int country = 1)
+    {
+        Find<QComboBox>(search, "CombState").setCurrentIndex(country);
+        Type(search, "TxtCity", text);
+        ClickOn(search, "LblGet2Link");
     }
 
     template <typename Control>
@@ -143,6 +165,10 @@ protected:
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(row)).center());
     }
     /// A whole double click, as the window system sends it.
+    static void DoubleClick(ListBox& list, int row)
+    {
+        DoubleClick(list, list.visualItemRect(list.item(row)).center());
+    }
     static void DoubleClick(ListBox& list, const QPoint& place)
     {
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
@@ -161,6 +187,18 @@ protected:
             lines << list.List(row);
         }
         return lines;
+    }
+    static QString Shown(const ListBox& list) { return Lines(list).join(u'|'); }
+    /// Writes the usual settings.xml with another text in place of @p from.
+    static void WriteChanged(const QString& from, const QString& to)
+    {
+        QString text = SettingsText();
+        ASSERT_TRUE(text.contains(from));
+        WriteSettings(text.replace(from, to));
+    }
+    static void WriteCurrent(QStringView key)
+    {
+        WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"%1\"").arg(key));
     }
     QString Current() const
     {
@@ -188,22 +226,21 @@ protected:
     /// The main window alone, in charge.
     void ExpectBackInMain()
     {
-        EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
-        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), nullptr);
+        EXPECT_EQ(List(), nullptr);
+        EXPECT_EQ(Search(), nullptr);
         EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
         EXPECT_TRUE(main->isEnabled());
-        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(main->Variables().ActiveForm, u"FrmMain");
     }
     /// The list of places in front, usable.
     void ExpectBackInList()
     {
-        Form* const list = forms.Loaded(FrmLocation::kName);
-        ASSERT_NE(list, nullptr);
-        EXPECT_TRUE(list->isEnabled() && list->isVisible());
-        EXPECT_TRUE(Find<QWidget>(*list, "LblNewLocLink").isEnabled());
-        EXPECT_EQ(forms.Loaded(FrmNewLoc::kName), nullptr);
+        ASSERT_NE(List(), nullptr);
+        EXPECT_TRUE(List()->isEnabled() && List()->isVisible());
+        EXPECT_TRUE(Find<QWidget>(*List(), "LblNewLocLink").isEnabled());
+        EXPECT_EQ(Search(), nullptr);
         EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
-        EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmLocation"));
+        EXPECT_EQ(main->Variables().ActiveForm, u"FrmLocation");
     }
 
     FakePlatform platform;

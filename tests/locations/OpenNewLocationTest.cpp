@@ -36,36 +36,32 @@ private:
 
 using OpenNewLocationTest = LocationsFixture;
 
-TEST_F(OpenNewLocationTest, linkOfTheListBehindTheSearch_isBlueAgain)
-{
-    OpenSearch();
-    const auto& link = Find<LinkLabel>(*forms.Loaded(FrmLocation::kName), "LblNewLocLink");
-    EXPECT_FALSE(link.isEnabled());
-    EXPECT_EQ(link.foregroundRole(), QPalette::Link);
-}
-
 TEST_F(OpenNewLocationTest, click_opensTheSearch_overTheDisabledList)
 {
-    FrmLocation& list = OpenList();
+    const FrmLocation& list = OpenList();
     ClickOn(list, "LblNewLocLink");
-    Form* const search = forms.Loaded(FrmNewLoc::kName);
-    ASSERT_NE(search, nullptr);
-    EXPECT_TRUE(search->isVisible() && search->isEnabled());
+    ASSERT_NE(Search(), nullptr);
+    EXPECT_TRUE(Search()->isVisible() && Search()->isEnabled());
     EXPECT_FALSE(list.isEnabled());
     EXPECT_FALSE(main->isEnabled());
-    EXPECT_FALSE(Find<QWidget>(list, "LblNewLocLink").testAttribute(Qt::WA_ForceDisabled))
-        << "enabled itself, though its window is not";
+    const auto& link = Find<LinkLabel>(list, "LblNewLocLink");
+    EXPECT_FALSE(link.testAttribute(Qt::WA_ForceDisabled)) << "enabled itself, though its window is not";
+    EXPECT_FALSE(link.isEnabled());
+    EXPECT_EQ(link.foregroundRole(), QPalette::Link) << "blue again";
     EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
-    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
+    EXPECT_EQ(main->Variables().ActiveForm, u"FrmNewLoc");
     ExpectBoxes({});
 }
 
 TEST_F(OpenNewLocationTest, click_showsTheWaitWindowWhileTheRequestRuns)
 {
     FrmLocation& list = OpenList();
+    const SlowDesktop desktop;
+    const PaintCount count(FrmWait::kName);
     bool hasLooked = false;
     platform.http.whileWaiting = [&] {
         hasLooked = true;
+        EXPECT_GE(count.paints, 1) << "painted before the request";
         const Form* const wait = forms.Loaded(FrmWait::kName);
         ASSERT_NE(wait, nullptr);
         EXPECT_TRUE(wait->isVisible());
@@ -80,25 +76,6 @@ TEST_F(OpenNewLocationTest, click_showsTheWaitWindowWhileTheRequestRuns)
     EXPECT_TRUE(hasLooked);
 }
 
-TEST_F(OpenNewLocationTest, waitWindow_isPaintedBeforeTheRequest)
-{
-    const FrmLocation& list = OpenList();
-    const SlowDesktop desktop;
-    const PaintCount count(FrmWait::kName);
-    int paints = 0;
-    platform.http.whileWaiting = [&] { paints = count.paints; };
-    ClickOn(list, "LblNewLocLink");
-    EXPECT_GE(paints, 1);
-}
-
-TEST_F(OpenNewLocationTest, searchThatClosesItself_leavesTheListInCharge)
-{
-    platform.http.reachable = false;
-    ClickOn(OpenList(), "LblNewLocLink");
-    EXPECT_EQ(platform.boxes.boxes.size(), 1U) << "the search's own message only";
-    ExpectBackInList();
-}
-
 TEST_F(OpenNewLocationTest, otherFailure_saysErrorSevenAndTriesTheStepAgain)
 {
     int failures = 2;
@@ -106,8 +83,8 @@ TEST_F(OpenNewLocationTest, otherFailure_saysErrorSevenAndTriesTheStepAgain)
     ClickOn(OpenList(), "LblNewLocLink");
     ExpectBoxes({kError7, kError7});
     EXPECT_EQ(platform.process.ended, 0) << "in spite of the words";
-    ASSERT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
-    EXPECT_TRUE(forms.Loaded(FrmNewLoc::kName)->isVisible());
+    ASSERT_NE(Search(), nullptr);
+    EXPECT_TRUE(Search()->isVisible());
     EXPECT_EQ(forms.Loaded(FrmWait::kName), nullptr);
     EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
     forms.Unload(FrmNewLoc::kName);
@@ -124,29 +101,19 @@ TEST_F(OpenNewLocationTest, listGoneWhileFailing_endsTheTries)
     ExpectBackInMain();
 }
 
-TEST_F(OpenNewLocationTest, listGoneDuringTheRequest_leavesTheMainWindowInCharge)
+TEST_F(OpenNewLocationTest, windowGoneDuringTheRequest_leavesTheOneBelowInCharge)
 {
     FrmLocation& list = OpenList();
     platform.http.whileWaiting = [&] { list.Unload(); };
     ClickOn(list, "LblNewLocLink");
     ExpectBackInMain();
-    ExpectBoxes({});
-}
-
-TEST_F(OpenNewLocationTest, searchGoneDuringItsRequest_leavesTheListInCharge)
-{
     platform.http.whileWaiting = [&] { forms.Unload(FrmNewLoc::kName); };
     ClickOn(OpenList(), "LblNewLocLink");
     ExpectBackInList();
-    ExpectBoxes({});
-}
-
-TEST_F(OpenNewLocationTest, waitWindowGoneDuringTheRequest_isNoMatter)
-{
     platform.http.whileWaiting = [&] { forms.Unload(FrmWait::kName); };
-    ClickOn(OpenList(), "LblNewLocLink");
-    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmNewLoc"));
-    EXPECT_TRUE(forms.Loaded(FrmNewLoc::kName)->isVisible());
+    ClickOn(*List(), "LblNewLocLink");
+    EXPECT_EQ(main->Variables().ActiveForm, u"FrmNewLoc");
+    EXPECT_TRUE(Search()->isVisible()) << "the wait window is missed by nobody";
     ExpectBoxes({});
 }
 
@@ -154,10 +121,10 @@ TEST_F(OpenNewLocationTest, mainWindowGoneDuringTheRequest_searchStillOpensAndCl
 {
     platform.http.whileWaiting = [&] { main->Unload(); };
     ClickOn(OpenList(), "LblNewLocLink");
-    ClickOn(*forms.Loaded(FrmNewLoc::kName), "CmdCancel");
+    ClickOn(*Search(), "CmdCancel");
     ExpectBackInList();
-    forms.Loaded(FrmLocation::kName)->close();
-    EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
+    List()->close();
+    EXPECT_EQ(List(), nullptr);
     ExpectBoxes({});
 }
 

@@ -10,15 +10,14 @@ class PlacesKeyboardTest : public LocationsFixture
 protected:
     PlacesKeyboardTest()
     {
-        platform.http.replies[QStringLiteral("getUsCanCity.pl")] =
-            "<root><a city=\"Evanston\" atlas_id=\"US-9\"/></root>";
-        platform.http.replies[QStringLiteral("getCityInfo.pl")] =
-            "<root><Evanston city=\"Evanston\" state=\"Illinois\" longitude_final=\"-87.69\" "
-            "latitude_final=\"42.04\" time_zone2=\"-6\"/></root>";
+        Answer("getUsCanCity.pl", "<root><a city=\"Evanston\" atlas_id=\"US-9\"/></root>");
+        Answer("getCityInfo.pl",
+               "<root><Evanston city=\"Evanston\" state=\"Illinois\" longitude_final=\"-87.69\" "
+               "latitude_final=\"42.04\" time_zone2=\"-6\"/></root>");
     }
 
     /// The names of the controls that the Tab key reaches, from the first one on until it comes round.
-    static QStringList TabOrder(const Form& window, const char* first)
+    static QString TabOrder(const Form& window, const char* first)
     {
         QStringList names;
         Find<QWidget>(window, first).setFocus();
@@ -26,7 +25,7 @@ protected:
             names << window.focusWidget()->objectName();
             QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
         }
-        return names;
+        return names.join(u' ');
     }
     static void Press(const Form& window, const char* name, Qt::Key key = Qt::Key_Return)
     {
@@ -47,24 +46,17 @@ protected:
     }
 };
 
-TEST_F(PlacesKeyboardTest, list_tabGoesWithTheEye)
+TEST_F(PlacesKeyboardTest, tab_goesWithTheEye)
 {
-    EXPECT_EQ(TabOrder(OpenList(), "LstLocations"),
-              QStringLiteral("LstLocations CmdSet CmdDel LblNewLocLink").split(u' '));
-}
-
-TEST_F(PlacesKeyboardTest, search_tabGoesWithTheEye)
-{
+    EXPECT_EQ(TabOrder(OpenList(), "LstLocations"), u"LstLocations CmdSet CmdDel LblNewLocLink");
     EXPECT_EQ(TabOrder(OpenSearch(), "TxtZipCode"),
-              QStringLiteral(
-                  "TxtZipCode LblGetLink CombState TxtCity LblGet2Link LstSearchResults CmdAdd CmdCancel")
-                  .split(u' '));
+              u"TxtZipCode LblGetLink CombState TxtCity LblGet2Link LstSearchResults CmdAdd CmdCancel");
 }
 
 TEST_F(PlacesKeyboardTest, boxesAndLists_haveAccessibleNames_linksTellApart)
 {
     const FrmNewLoc& search = OpenSearch();
-    const Form& list = *forms.Loaded(FrmLocation::kName);
+    const Form& list = *List();
     EXPECT_EQ(Find<ListBox>(list, "LstLocations").accessibleName(), QStringLiteral("Locations"));
     const std::vector<std::pair<const char*, QString>> names{
         {"TxtZipCode", QStringLiteral("Zip Code")},
@@ -82,85 +74,58 @@ TEST_F(PlacesKeyboardTest, boxesAndLists_haveAccessibleNames_linksTellApart)
               QStringLiteral("Search by country and city name"));
 }
 
-class PlacesKeyTest : public PlacesKeyboardTest, public testing::WithParamInterface<Qt::Key>
+TEST_F(PlacesKeyboardTest, enterKeypadEnterAndSpace_pressEachButton)
 {
-};
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space}) {
+        SCOPED_TRACE(key);
+        WriteSettings();
+        const FrmLocation& list = OpenList();
+        Press(list, "CmdDel", key);
+        ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Chicago, Illinois"))});
+        Press(list, "LstLocations", Qt::Key_Down);
+        Press(list, "CmdSet", key);
+        EXPECT_EQ(Current(), u"Makkah");
+        ExpectBackInMain();
 
-TEST_P(PlacesKeyTest, setCurrent_isPressed)
-{
-    const FrmLocation& window = OpenList();
-    auto& list = Find<ListBox>(window, "LstLocations");
-    list.setFocus();
-    QTest::keyClick(&list, Qt::Key_Down);
-    Press(window, "CmdSet", GetParam());
-    EXPECT_EQ(Current(), QStringLiteral("Makkah"));
-    ExpectBackInMain();
+        FrmNewLoc& window = OpenSearch();
+        MakeActive(window);
+        Type(window, "TxtZipCode", QStringLiteral("60201"));
+        Press(window, "TxtZipCode");
+        Press(window, "LstSearchResults", Qt::Key_Space);
+        ASSERT_EQ(Results(window).ListIndex(), 0);
+        Press(window, "CmdAdd", key);
+        EXPECT_EQ(Lines(Places()).last(), u"Evanston, Illinois");
+        ExpectBackInList();
+
+        Press(OpenSearch(), "CmdCancel", key);
+        ExpectBackInList();
+        forms.Unload(FrmLocation::kName);
+    }
 }
-
-TEST_P(PlacesKeyTest, delete_isPressed)
-{
-    Press(OpenList(), "CmdDel", GetParam());
-    ExpectBoxes({Question(QStringLiteral("Are you sure you want to remove: Chicago, Illinois"))});
-}
-
-TEST_P(PlacesKeyTest, add_isPressed)
-{
-    FrmNewLoc& window = OpenSearch();
-    MakeActive(window);
-    Type(window, "TxtZipCode", QStringLiteral("60201"));
-    Press(window, "TxtZipCode");
-    auto& results = Find<ListBox>(window, "LstSearchResults");
-    results.setFocus();
-    QTest::keyClick(&results, Qt::Key_Space);
-    ASSERT_EQ(results.ListIndex(), 0);
-    Press(window, "CmdAdd", GetParam());
-    EXPECT_EQ(Lines(Find<ListBox>(*forms.Loaded(FrmLocation::kName), "LstLocations")).last(),
-              QStringLiteral("Evanston, Illinois"));
-    ExpectBackInList();
-}
-
-TEST_P(PlacesKeyTest, cancel_isPressed)
-{
-    Press(OpenSearch(), "CmdCancel", GetParam());
-    ExpectBackInList();
-}
-
-INSTANTIATE_TEST_SUITE_P(Keys, PlacesKeyTest, testing::Values(Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space),
-                         [](const auto& row) {
-                             return row.param == Qt::Key_Return  ? std::string("enter")
-                                    : row.param == Qt::Key_Enter ? std::string("keypadEnter")
-                                                                 : std::string("space");
-                         });
 
 TEST_F(PlacesKeyboardTest, enterElsewhere_pressesNoButton)
 {
     const FrmLocation& window = OpenList();
     Press(window, "LstLocations");
-    EXPECT_EQ(forms.Loaded(FrmLocation::kName), &window);
+    EXPECT_EQ(List(), &window);
     EXPECT_EQ(Current(), QStringLiteral("Chicago"));
     ExpectBoxes({});
 }
 
-TEST_F(PlacesKeyboardTest, linkOfTheList_hasTheFocusBackOnceTheSearchIsClosed)
+TEST_F(PlacesKeyboardTest, linkOfTheList_leavesTheFocusWhereItWas)
 {
     const FrmLocation& list = OpenList();
     Press(list, "LblNewLocLink");
-    ASSERT_NE(forms.Loaded(FrmNewLoc::kName), nullptr);
-    Press(*forms.Loaded(FrmNewLoc::kName), "CmdCancel");
-    EXPECT_EQ(Focused(list), QStringLiteral("LblNewLocLink"));
-    // Also where the search never comes up.
-    platform.http.reachable = false;
-    Press(list, "LblNewLocLink");
-    EXPECT_EQ(Focused(list), QStringLiteral("LblNewLocLink"));
-}
-
-TEST_F(PlacesKeyboardTest, linkOfTheListByMouse_leavesTheFocusWhereItWas)
-{
-    const FrmLocation& list = OpenList();
+    ASSERT_NE(Search(), nullptr);
+    Press(*Search(), "CmdCancel");
+    EXPECT_EQ(Focused(list), u"LblNewLocLink");
     Find<QWidget>(list, "CmdDel").setFocus();
     ClickOn(list, "LblNewLocLink");
-    Press(*forms.Loaded(FrmNewLoc::kName), "CmdCancel");
-    EXPECT_EQ(Focused(list), QStringLiteral("CmdDel"));
+    Press(*Search(), "CmdCancel");
+    EXPECT_EQ(Focused(list), u"CmdDel") << "by mouse";
+    platform.http.reachable = false;
+    Press(list, "LblNewLocLink");
+    EXPECT_EQ(Focused(list), u"LblNewLocLink") << "also where the search never comes up";
 }
 
 TEST_F(PlacesKeyboardTest, afterAMessageOrAReply_theFocusIsWhereItWas)
@@ -194,7 +159,7 @@ TEST_F(PlacesKeyboardTest, searchClosed_givesTheListTheFocus)
     MakeActive(other);
     window.close();
     ExpectBackInList();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(forms.Loaded(FrmLocation::kName)));
+    EXPECT_TRUE(QTest::qWaitForWindowActive(List()));
 }
 
 } // namespace

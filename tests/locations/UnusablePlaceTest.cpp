@@ -79,7 +79,7 @@ TEST_F(UnusablePlaceTest, numbersUpToTheirLimits_areStoredAndLoaded_onEveryLocal
             Info(Reply(With(attribute, text)));
             AddRow(OpenResults(), 0);
             ClickRow(Places(), 2);
-            ClickOn(*forms.Loaded(FrmLocation::kName), "CmdSet");
+            ClickOn(*List(), "CmdSet");
             ExpectBoxes({});
             ASSERT_EQ(main->Variables().Settings.CurrentKey, QStringLiteral("Cairo"));
             const Configuration& held = main->Variables().Settings;
