@@ -14,6 +14,7 @@ MAY_LOAD_THE_MODULE = ("src/engine/", "src/app/Application.cpp")
 CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsSinceEpoch|(?:system|steady|high_resolution)_clock|QElapsedTimer|gettimeofday|clock_gettime|\btime\((0|NULL|nullptr)\)")
 OUTSIDE = re.compile(r"\b(fopen|getenv|qgetenv|system|fork|execv|execl)\s*\(")
 FAILURES = TREE / "docs/failure-tests.md"
+FAILURES_FOR_USERS = TREE / "docs/failures.md"
 # The doors to a message box: those of the platform, and the routines that hand their `message` on to them.
 RELAYS = ("Say", "SayAndUnload", "FailAndUnload")
 SPEAKS = re.compile(r"\b(?:boxes\.(?:Show|Ask)|%s)\(" % "|".join(RELAYS))
@@ -118,8 +119,13 @@ def boxes():
         yield launcher.name, [re.sub(r"\$\w+", FILLED_IN, said)]
 
 
+def on_one_line(text):
+    return " ".join(text.replace("<br>", " ").split())
+
+
 def failures_page():
-    """The table of failures lists every box of the program, and each test, journey and script that it names exists."""
+    """The table of failures lists every box of the program, and each test, journey and script that it names exists. The page
+    for users quotes every box too."""
     tests = {f"{suite}.{name}" for path in sources("tests") for suite, name in
              re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", path.read_text(), re.MULTILINE)}
     told, rows = {}, []
@@ -138,12 +144,14 @@ def failures_page():
         if len(cells) == 5:
             rows.extend((where, cell) for cell in cells[:2] if cell != UNTITLED)
             told.update((re.sub(r"\*[^*]+\*", FILLED_IN, cell.strip('"')), where) for cell in cells[:2])
-    said = set()
+    said, page_for_users = set(), on_one_line(re.sub(r"\*[^*\n]+\*", FILLED_IN, FAILURES_FOR_USERS.read_text()))
     for where, texts in boxes():
         said.update(texts)
         if not texts:
             yield f"{where}: the words of this box can't be read off here; write them here, or name their routine in RELAYS"
         yield from (f"{where}: {FAILURES.name} has no \"{text}\"" for text in texts if text not in told)
+        yield from (f"{where}: {FAILURES_FOR_USERS.name} has no \"{on_one_line(text)}\"" for text in texts
+                    if f'"{on_one_line(text)}"' not in page_for_users)
     for where, text in rows:
         if text.startswith('"') and re.sub(r"\*[^*]+\*", FILLED_IN, text.strip('"')) not in said:
             yield f"{where}: nothing in the program says {text}"
