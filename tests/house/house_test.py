@@ -133,11 +133,11 @@ def failures_page():
         where = f"{FAILURES.relative_to(TREE)}:{number}"
         cells = [cell.strip() for cell in line.strip("|").split(" | ")] if line.startswith("| ") else []
         named = {*re.findall(r"`([A-Z]\w*\.[a-z]\w*)`", line)}
-        if cells and cells[-1] != "Held by":
+        if cells and cells[-1] != "Tests":
             held = re.findall(r"`([^`]+)`", cells[-1])
             named.update(held)
             if not held:
-                yield f"{where}: a row names what holds it"
+                yield f"{where}: a row names its tests"
         for name in sorted(named):
             if name not in tests and not ("/" in name and (TREE / "tests" / name).is_file()):
                 yield f"{where}: there is no {name} under tests/"
