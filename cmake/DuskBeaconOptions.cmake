@@ -16,7 +16,7 @@ if(DUSKBEACON_SANITIZE)
   target_link_options(duskbeacon_options INTERFACE -fsanitize=${DUSKBEACON_SANITIZE})
 endif()
 if(DUSKBEACON_FUZZ)
-  # The fuzzer sees which code an input reaches, and an index outside a container stops it.
+  # Report the code that an input reaches to the fuzzer, and stop at an index outside a container.
   target_compile_options(duskbeacon_options INTERFACE -fsanitize=fuzzer-no-link)
   target_compile_definitions(duskbeacon_options INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
@@ -25,8 +25,7 @@ if(DUSKBEACON_COVERAGE)
   target_link_options(duskbeacon_options INTERFACE --coverage)
 endif()
 
-# For what is shipped. A program that reads what strangers send is built to be hard to abuse, and paths of the build stay out
-# of it.
+# For the shipped programs: hardened, since they read data from the network, and without paths of the build folder.
 add_library(duskbeacon_shipped INTERFACE)
 target_link_libraries(duskbeacon_shipped INTERFACE duskbeacon_options)
 target_compile_options(duskbeacon_shipped INTERFACE
@@ -41,16 +40,16 @@ endif()
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
-# What the program needs at run time lies together, so that it starts from the build tree as it stands.
+# All files that the program needs at run time, so that it starts from the build tree.
 set(DUSKBEACON_BIN_DIR ${PROJECT_BINARY_DIR}/bin)
 
-# Compiles the files of each folder below this one together, if the tree's folder FOLDER is asked for. A header that a file has
-# forgotten is not missed there; the preset dev finds it.
+# Makes a unity build of each folder below this one if DUSKBEACON_UNITY lists FOLDER. A unity build hides a missing include; the
+# preset dev finds it.
 macro(duskbeacon_unity folder)
   if(${folder} IN_LIST DUSKBEACON_UNITY)
     set(CMAKE_UNITY_BUILD ON)
     set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
-    # Compiled together, a source file looks like a header to this warning.
+    # This warning treats a source file of a unity build as a header.
     add_compile_options($<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
   endif()
 endmacro()
@@ -72,15 +71,15 @@ function(duskbeacon_library name)
   endif()
 endfunction()
 
-# Two mistakes of GCC 12: it takes the joining of strings for an overlap at -O3 (its bug 105651), and the frames of Asio's
-# coroutines, which have an allocation of their own, for mismatched.
-# One of Clang 14: its check of a function's type can't be compiled for a coroutine.
+# Two false warnings of GCC 12: an overlap where strings are joined at -O3 (its bug 105651), and a mismatched new and delete for
+# the frames of Asio's coroutines, which have their own allocator.
+# One defect of Clang 14: -fsanitize=function does not compile for a coroutine.
 add_library(duskbeacon_server_warnings INTERFACE)
 target_compile_options(duskbeacon_server_warnings INTERFACE
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-mismatched-new-delete>
   $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function>)
 
-# A room of the service, named after its folder under server/. It knows no Qt.
+# The library of a folder under server/. It does not use Qt.
 function(duskbeacon_server_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 include(GoogleTest)
 
-# A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds] [STARTED_ELSEWHERE]). The last is for
-# one whose folder registers its tests itself. The label "clock" says that the tests count seconds of a real clock: scripts/run_tests
+# A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds] [STARTED_ELSEWHERE]). With
+# STARTED_ELSEWHERE the folder registers the tests itself. The label "clock" says that the tests count seconds of a real clock: scripts/run_tests
 # gives these one more try. A program has one label, "slow_clock" where it is both: labels are looked for as patterns.
 function(duskbeacon_test name)
   cmake_parse_arguments(ARG "STARTED_ELSEWHERE" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
@@ -11,11 +11,11 @@ function(duskbeacon_test name)
     set(ARG_TIMEOUT 120)
   endif()
   add_executable(${name} ${ARG_SOURCES})
-  # A test's own code runs for milliseconds; its optimisation costs minutes of every build.
+  # Tests run for milliseconds; optimising them would cost minutes of every build.
   target_compile_options(${name} PRIVATE -O0)
   target_link_libraries(${name} PRIVATE duskbeacon_options ${ARG_LIBRARIES} test_main test_sanitizing)
-  # Half of what a test costs to compile is the headers that nearly all of them include. GStreamer's flags are not those that
-  # these are compiled with.
+  # The headers that nearly all tests include are half of their compile time. The flags of GStreamer do not fit the precompiled
+  # header.
   if(NOT "PkgConfig::GSTREAMER" IN_LIST ARG_LIBRARIES)
     target_precompile_headers(${name} REUSE_FROM test_main)
   endif()
@@ -24,20 +24,20 @@ function(duskbeacon_test name)
   if(ARG_STARTED_ELSEWHERE)
     return()
   endif()
-  # An empty value would swallow the property behind it.
+  # An empty value would make the next property its value.
   set(properties TIMEOUT ${ARG_TIMEOUT})
   if(ARG_LABELS)
     list(APPEND properties LABELS ${ARG_LABELS})
   endif()
-  # What is slow starts early, so that it isn't left alone at the end.
+  # Start slow tests first, so that none runs alone at the end.
   if(ARG_LABELS MATCHES slow)
     list(APPEND properties COST 300)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES ${properties})
 endfunction()
 
-# duskbeacon_scaled_tests(program filter): the tests of that program which the filter names, at other scales of the screen as
-# well, which are settled when a program starts. Fonts grow in steps of their own there.
+# duskbeacon_scaled_tests(program filter): runs the filtered tests of the program at other scales of the screen too. A scale is set
+# when a program starts; fonts do not grow in exact proportion to it.
 function(duskbeacon_scaled_tests program filter)
   foreach(scale 1.25 1.5 2)
     string(REPLACE . _ name ${scale})

@@ -1,14 +1,14 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# To be sourced, by any shell: a virtual display of the caller's own.
+# Source this file from any POSIX shell to start a virtual display for the calling script.
 
-# start_display FOLDER [OPTION…]: starts one and waits for its number, which it writes into the folder. Sets DISPLAY, and
-# `server` to the process, which is the caller's to end. False if none has come within twenty seconds.
+# start_display FOLDER [OPTION…]: starts Xvfb with the options and waits for its display number, which is written into FOLDER.
+# Sets DISPLAY, and `server` to the process id; the caller ends the process. False after twenty seconds without a number.
 start_display() {
   display_file=$1/display
   shift
-  # Without -noreset the display starts over whenever its last client leaves, and takes along whoever comes just then.
+  # Without -noreset Xvfb resets when its last client disconnects, which also disconnects a client that connects meanwhile.
   Xvfb -displayfd 3 -nolisten tcp -noreset "$@" 3>"$display_file" >/dev/null 2>&1 &
   server=$!
   display_tries=0
