@@ -45,7 +45,7 @@ std::string CheckPageAddress(const std::string& text)
     return hasHost && isPlain ? std::string() : "an http or https address in ASCII is expected";
 }
 
-// The program shows no more; other characters go in as numeric entities.
+// The program shows no longer strips; other characters must be numeric entities.
 void RequireStrip(const Strip& strip)
 {
     constexpr std::size_t kLargest = 16UL * 1024;

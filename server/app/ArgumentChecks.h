@@ -9,25 +9,27 @@ namespace beacond {
 
 struct Strip;
 
-/// An argument or an input of the command line that can't be used; says why.
+/// An argument or an input of the command line is unusable; the text gives the reason.
 class UsageError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// The checks of single arguments answer what is expected, or an empty text for an argument that can be used.
+// The checks of single arguments return a description of the expected form, or an empty text for a valid
+// argument.
 
 [[nodiscard]] std::string CheckVersionNumber(const std::string& text);
 /// A day of the calendar such as "2027-03-10".
 [[nodiscard]] std::string CheckDay(const std::string& text);
-/// The form of a country's code only.
+/// Checks the form of a country code only.
 [[nodiscard]] std::string CheckCountry(const std::string& text);
 [[nodiscard]] std::string CheckPageAddress(const std::string& text);
 
-/// Checks size, characters and the order of the days; the HTML is not read. Throws UsageError.
+/// Checks the size, the characters and the order of the days, but not the HTML. Throws UsageError.
 void RequireStrip(const Strip& strip);
-/// The address as sign-ups are stored by it. Throws UsageError for a text that is no mail address.
+/// The address in the normalised form that sign-ups are stored by. Throws UsageError for a text that is no
+/// mail address.
 [[nodiscard]] std::string RequireMailAddress(const std::string& text);
 
 } // namespace beacond

@@ -27,7 +27,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Whether it exists. A path that can't be searched is an error among the findings, and counts as missing.
+// Whether the path exists. A path that can't be searched is reported as an error, and counts as missing.
 bool Exists(const fs::path& path, Findings& findings)
 {
     std::error_code failure;
@@ -38,7 +38,7 @@ bool Exists(const fs::path& path, Findings& findings)
     return exists;
 }
 
-// The reason why files can't be made in a folder, or the folder itself can't be made.
+// The reason why the folder, or a file in it, can't be created; empty if it can.
 std::optional<std::string> ReasonAgainstWriting(const fs::path& folder)
 {
     fs::path present = fs::absolute(folder.empty() ? "." : folder);
@@ -67,7 +67,7 @@ void CheckFolder(const char* key, const fs::path& folder, Findings& findings)
     }
 }
 
-// Whether a service of ours listens there: its page holds that text.
+// Whether a dusk-beacond listens there: its page contains that text.
 bool AnswersAsOurService(const ListenAddress& address, const std::string& path, const std::string& text)
 {
     boost::asio::ip::tcp::iostream stream;
@@ -95,7 +95,7 @@ void CheckPorts(const Settings& settings, bool isActivated, Findings& findings)
     for (const auto& port : ports) {
         const bool isManagers = isActivated && &port.address == &settings.http.listen;
         if (isManagers) {
-            continue; // to ask there would start the service
+            continue; // a connection would start the service
         }
         try {
             ListeningSocket::RequireFree(port.address);
@@ -114,7 +114,7 @@ void CheckPorts(const Settings& settings, bool isActivated, Findings& findings)
     }
 }
 
-// They could put other keys into place.
+// Other accounts could replace the keys.
 void CheckWritersOf(const fs::path& folder, Findings& findings)
 {
     std::error_code ignored;

@@ -15,10 +15,11 @@ namespace beacond {
 
 namespace {
 
-// Of the metrics: a few collectors and a person.
+// Enough for a few collectors and an operator.
 constexpr std::size_t kMetricsConnections = 16;
 
-// Each connection takes a descriptor; some are left for the metrics, files, the store and the libraries.
+// Each connection takes a descriptor; this number is reserved for the metrics, files, the store and the
+// libraries.
 std::size_t ConnectionsThatFit(std::size_t wanted)
 {
     constexpr rlim_t kReserve = 64 + kMetricsConnections;

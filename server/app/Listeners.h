@@ -11,7 +11,7 @@
 
 namespace beacond {
 
-/// Failure to listen; the text names the address and the reason.
+/// A listener could not be opened; the text names the address and the reason.
 class ListenError : public std::runtime_error
 {
 public:
@@ -19,17 +19,17 @@ public:
 };
 
 /// Throws ListenError.
-/// @param key the one of the configuration that names the address
+/// @param key the key of the configuration that names the address
 [[nodiscard]] ListeningSocket Listen(const std::string& key, const ListenAddress& address);
 
-/// The socket that the service manager hands over, otherwise one at the configured address. Call it before
-/// other threads run. Throws ListenError, also for a socket that can't be used.
+/// The socket that the service manager passes on, otherwise one at the configured address. Call it before
+/// other threads run. Throws ListenError, also for an unusable socket.
 [[nodiscard]] ListeningSocket MainListener(const Settings& settings);
 
-/// The limits of the main listener. Raises the process's limit of open files as far as it may, and lowers the
-/// number of connections, with a warning, to what fits into it.
+/// The limits of the main listener. Raises the process's limit of open files as far as permitted, and lowers
+/// the number of connections to that limit, with a warning.
 [[nodiscard]] HttpOptions MainHttpOptions(const Settings& settings);
-/// The limits of the metrics' listener: 16 connections, each closed after five seconds without a request.
+/// The limits of the listener for metrics: 16 connections, each closed after five seconds without a request.
 [[nodiscard]] HttpOptions MetricsHttpOptions();
 
 } // namespace beacond

@@ -24,7 +24,8 @@ namespace {
 constexpr std::chrono::seconds kRepeatWindow{10};
 
 /// Suppresses repeated warnings and errors: while the store is unavailable, each request fails with the same
-/// text. spdlog's own filter compares a line with the one before it only, which is that of a request.
+/// text. spdlog's own filter compares a line only with the line before it, which is usually that of a
+/// request.
 class RepeatFilter final : public spdlog::sinks::dist_sink<std::mutex>
 {
 private:
@@ -50,12 +51,12 @@ private:
     RepeatLimit m_limit{kRepeatWindow};
 };
 
-/// Standard error. A reader that stops reading must stop neither the answers nor the end: lines that would
-/// wait for it are dropped.
+/// Standard error. A reader that stops reading must block neither the answers nor the shutdown: lines that
+/// would block are dropped.
 class StderrSink final : public spdlog::sinks::base_sink<spdlog::details::null_mutex>
 {
 private:
-    // A pipe that is ready takes PIPE_BUF bytes at once; lines are shorter.
+    // A writable pipe takes PIPE_BUF bytes at once; lines are shorter.
     static bool IsReady()
     {
         pollfd error = {STDERR_FILENO, POLLOUT, 0};
@@ -81,7 +82,7 @@ private:
     {
         spdlog::memory_buf_t line;
         formatter_->format(message, line);
-        // There is no other place to report a failure at.
+        // There is no other place to report a failure.
         [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, line.data(), line.size());
     }
 

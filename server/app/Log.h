@@ -8,15 +8,15 @@
 
 namespace beacond {
 
-/// Sends the log to standard error, a JSON object a line, from @p level on: "info", "warning" or "error".
-/// Lines that its reader is too slow for are dropped and counted: a call never waits.
+/// Writes the log to standard error, one JSON object a line, from @p level on: "info", "warning" or "error".
+/// If the reader is too slow, lines are dropped and counted: a call never blocks.
 void StartLog(const std::string& level);
 void SetLogLevel(const std::string& level);
 
 void LogInfo(std::string_view message);
 void LogWarning(std::string_view message);
 void LogError(std::string_view message);
-/// One answered request. Neither its query nor its address is ever logged: the identifier in it is a secret.
+/// Logs an answered request, but never its query or its address: the identifier in the query is a secret.
 /// @param name of the script or page
 void LogRequest(std::string_view name, unsigned status, std::chrono::microseconds duration);
 

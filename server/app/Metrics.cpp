@@ -27,7 +27,7 @@ struct Labelled
     const std::atomic<std::uint64_t>& count;
 };
 
-// A family of counts that differ in one label; without a label where that is empty.
+// A family of counters that differ in one label; an empty name means no label.
 MetricFamily Family(const char* name, const char* help, MetricType type, const char* label,
                     const std::vector<Labelled>& counts)
 {

@@ -10,7 +10,7 @@ struct HttpFigures;
 struct LimitFigures;
 struct MessageFigures;
 
-/// A metric that every /metrics of the service has.
+/// A metric that is always in /metrics.
 inline constexpr char kOpenConnectionsMetric[] = "beacond_connections_open";
 
 /// The figures of the service in the text format of Prometheus.

@@ -38,11 +38,11 @@ namespace {
 namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
-// An end takes five seconds at most: the counts of the starts are stored after the last request. Only a disk
-// that hangs takes longer, since a call of the store that has begun can't be broken off.
+// Shutdown takes five seconds at most: the counted starts are stored after the last request. It takes longer
+// only if the disk hangs, since a call of the store that has begun can't be cancelled.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
 constexpr auto kReloadDelay = 50ms;
-// A change of any other key needs a restart. Of these, http.base_url is read by check alone.
+// A change of any other key needs a restart. Only the command check reads http.base_url.
 constexpr std::string_view kReloadableKeys[] = {"http.base_url", "log.level", "messages.signup_address",
                                                 "places.file", "service.dists"};
 
@@ -51,7 +51,7 @@ std::chrono::sys_seconds Now()
     return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
 }
 
-// With other keys the addresses in the store could be neither read nor found again.
+// With other keys the service could neither read nor find the addresses in the store.
 void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& folder)
 {
     const auto& [identifier, address, index] = Keys::kFileNames;
@@ -64,7 +64,7 @@ void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& 
     }
 }
 
-// Of a task of its own: an error that ends it must not pass in silence.
+// Completion of a detached task: report an error that ends it.
 void LogEnd(const std::exception_ptr& error)
 {
     try {
@@ -146,7 +146,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
 
 void Service::Apply(const Settings& settings)
 {
-    // The only part that can fail comes first, so that a failure leaves all as it was.
+    // The part that can fail comes first, so that a failure changes nothing.
     m_places.Set(Places::Open(settings.places.file));
     const std::vector<std::string>& dists = settings.service.dists;
     m_dists.Set(std::make_shared<const Distributions>(dists.begin(), dists.end()));
@@ -158,7 +158,7 @@ void Service::Reload()
     const bool hasFile = !m_file.empty();
     const std::string parts = hasFile ? "configuration and places" : "places";
     try {
-        // A program that writes the file anew may have emptied it first.
+        // A program that rewrites the file may just have truncated it.
         if (hasFile && std::filesystem::exists(m_file) && std::filesystem::is_empty(m_file)) {
             throw SettingsError({m_file.string() + ": empty"});
         }
@@ -228,7 +228,7 @@ void Service::Run()
     last.run();
 }
 
-// Signals that come while a reload is due or under way are answered by one reload.
+// One reload serves all signals that arrive while a reload is due or under way.
 void Service::FollowHangups()
 {
     m_hangups.async_wait([this](const boost::system::error_code& failure, int) {
@@ -250,7 +250,7 @@ void Service::FollowHangups()
 
 void Serve(const Settings& settings, const std::filesystem::path& file)
 {
-    // A reader of the log that has gone must not end the service.
+    // A closed reader of the log must not end the service.
     std::signal(SIGPIPE, SIG_IGN);
     Service(settings, file).Run();
 }
@@ -264,7 +264,7 @@ std::string SqlitePathInItsFolder(const std::string& url)
 {
     const std::filesystem::path path = SqlitePath(url);
     std::error_code ignored;
-    // A folder that can't be made shows in the error of opening the file.
+    // If the folder can't be created, opening the file reports it.
     std::filesystem::create_directories(path.parent_path(), ignored);
     return path.string();
 }

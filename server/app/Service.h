@@ -8,16 +8,16 @@
 
 namespace beacond {
 
-/// Answers the world until SIGTERM or SIGINT, then lets the requests under way end, for at most three
-/// seconds, and stores the counted starts. SIGHUP reads the configuration and the places file again and takes
-/// up either all that a running service can, or nothing. Throws before it answers anything if a part can't be
+/// Answers requests until SIGTERM or SIGINT, then waits at most three seconds for the requests under way, and
+/// stores the counted starts. SIGHUP reads the configuration and the places file again and applies either all
+/// changes that a running service can apply, or none. Throws before the first answer if a part can't be
 /// opened: ListenError, StoreError, KeyError, PlacesError, ChannelError.
-/// @param file of the configuration, empty for none: then SIGHUP reads the places file alone
+/// @param file the configuration file, empty for none: then SIGHUP reads only the places file
 void Serve(const Settings& settings, const std::filesystem::path& file);
 
 /// The path of a store address such as "sqlite:state/service.db".
 [[nodiscard]] std::string SqlitePath(const std::string& url);
-/// The same; its folder is made if it is missing.
+/// The same; creates the folder if it is missing.
 [[nodiscard]] std::string SqlitePathInItsFolder(const std::string& url);
 
 } // namespace beacond

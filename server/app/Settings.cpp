@@ -67,7 +67,7 @@ Settings ReadAll(SettingsReader& reader)
     reader.Read("http.connections", settings.http.connections, 1, 1'000'000);
     reader.Read("http.connections_per_address", settings.http.connectionsPerAddress, 1, 1'000'000);
     reader.Read("store.url", settings.store.url);
-    // SQLite has names with a colon that stand for no file.
+    // SQLite has special names with a colon that are not files.
     if (!settings.store.url.starts_with("sqlite:") || settings.store.url.size() == 7 ||
         settings.store.url[7] == ':') {
         reader.AddError("store.url", "\"sqlite:\" and a path are expected");
@@ -138,7 +138,7 @@ Settings ReadSettings(const std::filesystem::path& file)
 {
     namespace fs = std::filesystem;
     std::error_code failure;
-    // To open a pipe would wait for its writer.
+    // Opening a pipe would wait for a writer.
     if (!fs::is_regular_file(file, failure)) {
         throw SettingsError({file.string() + ": can't be read"});
     }

@@ -16,11 +16,11 @@
 
 namespace beacond {
 
-/// A configuration that can't be used. Its text is one line for the first mistake: file, line, key, reason.
+/// The configuration is unusable. The text is one line for the first mistake: file, line, key, reason.
 class SettingsError : public std::runtime_error
 {
 public:
-    /// @param lines one for each mistake; at least one. A line break of the file that one quotes becomes a
+    /// @param lines one for each mistake, at least one. A line break that is quoted from the file becomes a
     ///   space
     explicit SettingsError(std::vector<std::string> lines);
     [[nodiscard]] const std::vector<std::string>& Lines() const { return m_lines; }
@@ -39,7 +39,7 @@ struct Settings
     {
         ListenAddress listen = ParseListenAddress("127.0.0.1:8750");
         std::string baseUrl = "http://localhost:8750"; ///< without a slash at the end
-        std::vector<std::string> proxies;              ///< addresses whose forwarded address counts
+        std::vector<std::string> proxies;              ///< addresses whose X-Forwarded-For is trusted
         std::int64_t threads = 0;                      ///< 0: one for each core
         std::int64_t connections = 10'000;
         std::int64_t connectionsPerAddress = 1'000;
@@ -87,18 +87,18 @@ struct Settings
         std::string level = "info"; ///< "info", "warning" or "error"
     } log;
 
-    /// The text of each value by its key, to tell two configurations apart.
+    /// The text of each value by its key, to compare two configurations.
     using Values = std::map<std::string, std::string, std::less<>>;
     Values values;
 };
 
-/// The keys whose values differ between two configurations that were read.
+/// The keys whose values differ between two configurations.
 [[nodiscard]] std::vector<std::string> ChangedKeys(const Settings& before, const Settings& after);
 
-/// Throws SettingsError for a file that can't be read, is not valid TOML, has an unknown key or a value that
-/// can't be used.
+/// Throws SettingsError for a file that can't be read, is not valid TOML, or has an unknown key or an invalid
+/// value.
 [[nodiscard]] Settings ReadSettings(const std::filesystem::path& file);
-/// The same from a text; @p name stands for the file in errors.
+/// The same from a text; errors name it as @p name.
 [[nodiscard]] Settings ParseSettings(std::string_view text, std::string_view name);
 
 } // namespace beacond

@@ -24,8 +24,8 @@ public:
     {
     }
 
-    /// Each reads the value of a key, if the file has it, and leaves the default otherwise. A value of the
-    /// wrong kind is an error.
+    /// Each function reads the value of a key if the file has it, and keeps the default otherwise. A value of
+    /// the wrong type is an error.
     void Read(std::string_view key, std::string& value);
     void Read(std::string_view key, std::filesystem::path& value);
     void Read(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
@@ -36,7 +36,7 @@ public:
     void AddError(std::string_view key, const std::string& reason);
     /// Throws SettingsError if there was an error, or if the file has a key that was not read.
     void RequireNoErrors();
-    /// The value of each key that was read, as a text.
+    /// The values of the keys that were read, as texts.
     [[nodiscard]] const Settings::Values& Values() const { return m_values; }
 
 private:

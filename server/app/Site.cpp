@@ -121,7 +121,7 @@ Response Site::Readiness() const
     if (m_sources.places.Get() == nullptr) {
         return Plain(503, "no places are loaded\n");
     }
-    // By what the store last did: a check must be answered while the store is stuck.
+    // Use the result of the store's last call: the check must be answered while the store is stuck.
     switch (m_sources.store.State()) {
     case StoreState::Failing:
         return Plain(503, "the store fails; the log says why\n");

@@ -11,8 +11,7 @@ namespace beacond {
 
 class Signups;
 
-/// Everything that the listener for the world answers: the scripts, the pages, the two health checks.
-/// Thread-safe.
+/// The requests of the main listener: the scripts, the pages, the two health checks. Thread-safe.
 class Site final
 {
 public:

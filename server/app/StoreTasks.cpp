@@ -18,7 +18,7 @@ namespace {
 namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
-// How soon a strip that a subcommand has added is shown.
+// The longest delay until a strip added by a subcommand is shown.
 constexpr auto kAnnouncementsAge = 2s;
 constexpr auto kTidyInterval = 60s;
 
@@ -51,7 +51,7 @@ asio::awaitable<void> StoreTasks::FollowAnnouncements()
                 }
                 return version;
             };
-            // Reads may succeed while writes fail: only a write tells that the store works again.
+            // Reads may succeed while writes fail: only a write proves that the store works again.
             auto writeAndLoad = [load](Store& store) {
                 store.TryToWrite();
                 return load(store);
@@ -98,7 +98,8 @@ asio::awaitable<void> StoreTasks::StoreStarts()
         co_await m_store.Run(add);
     } catch (const std::exception& error) {
         LogError(error.what());
-        // Counts that are stored after the time limit of the call are counted twice: an error of a figure.
+        // Counts that are stored after the time limit of the call are counted twice; only a statistic
+        // suffers.
         for (const StartCount& count : counts) {
             m_starts.Add(count.day, count.country, count.dist, count.count);
         }

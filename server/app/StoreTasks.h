@@ -13,23 +13,22 @@ class Signups;
 class StartCounter;
 class StoreThread;
 
-/// The strips and releases of the store as they stand now. Throws StoreError.
+/// The current strips and releases of the store. Throws StoreError.
 [[nodiscard]] std::shared_ptr<const Announcements> ReadAnnouncements(const Store& store);
 
-/// The service's own calls of the store, which no request asks for. A call that fails is logged and made
-/// again at its next time.
+/// The periodic calls of the store. A call that fails is logged and repeated at its next time.
 class StoreTasks final
 {
 public:
-    /// All of them outlive the coroutines.
+    /// All references must outlive the coroutines.
     StoreTasks(StoreThread& store, Latest<Announcements>& announcements, StartCounter& starts,
                Signups& signups);
 
-    /// Takes up the strips and releases that another process has changed, within two seconds. Does not end.
+    /// Applies changes of strips and releases by another process within two seconds. Does not end.
     [[nodiscard]] boost::asio::awaitable<void> FollowAnnouncements();
     /// Stores the counted starts and drops old sign-ups once a minute. Does not end.
     [[nodiscard]] boost::asio::awaitable<void> TidyEveryMinute();
-    /// Stores the starts counted up to now; goes on counting them if that fails.
+    /// Stores the starts counted so far; keeps them counted if that fails.
     [[nodiscard]] boost::asio::awaitable<void> StoreStarts();
 
 private:

@@ -25,10 +25,10 @@ namespace {
 
 using namespace beacond;
 
-// Bad usage, a bad configuration or a part that can't be opened.
+// Exit status for bad usage, a bad configuration or a part that can't be opened.
 constexpr int kUnusable = 2;
 
-// From the program's own place, so that an installation can be moved, and two builds are alike.
+// Relative to the program, so that an installation can be moved, and two builds are identical.
 std::filesystem::path FolderOfTables()
 {
     std::error_code ignored;
@@ -85,7 +85,7 @@ void RunImport(const Arguments& arguments)
     }
 }
 
-// Throws CLI::RuntimeError with the exit status if there are errors.
+// Throws CLI::RuntimeError with the exit status if there were errors.
 void RunCheck(const Arguments& arguments)
 {
     Findings findings;
@@ -152,7 +152,7 @@ void RunReleaseRemove(const Arguments& arguments)
 void RunForget(const Arguments& arguments)
 {
     const std::string address = RequireMailAddress(arguments.address);
-    // A store is not made for this: one that is missing is an error.
+    // A missing store is an error: this command creates none.
     (void)OpenStoreToRead(arguments);
     const std::filesystem::path file = SettingsOf(arguments).keys.folder / "index.key";
     const Key index = Key::FromExistingFile(file);

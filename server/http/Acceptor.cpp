@@ -22,11 +22,12 @@ namespace asio = boost::asio;
 using asio::ip::tcp;
 using boost::system::error_code;
 
-// Bounds the time in which the thread's other connections are not served.
+// Limits the time in which the thread's other connections are not served.
 constexpr std::size_t kMostAtOnce = 64;
 constexpr std::size_t kMostAtStop = 65'536;
 
-// Without descriptors or memory the next attempt fails too, and the connection stays in the backlog.
+// Pause before the next attempt: without descriptors or memory it fails too, and the connection stays in the
+// backlog.
 constexpr std::chrono::milliseconds kPause{100};
 
 bool IsShortage(int error)
@@ -63,7 +64,7 @@ void Acceptor::Start()
 
 void Acceptor::Stop()
 {
-    // Connections in the service manager's socket wait there for the next start.
+    // Connections in the service manager's socket stay there for the next start.
     if (!m_isInherited) {
         AcceptAll(kMostAtStop);
     }
@@ -108,7 +109,7 @@ void Acceptor::Arm(Wait wait)
             wait();
             return;
         } catch (const std::bad_alloc&) {
-            // Given up, it would accept nothing to the end of the process.
+            // Retry: otherwise the process would never accept a connection again.
             Increment(m_home.Figures().acceptErrors);
             std::this_thread::sleep_for(kPause);
         }
@@ -130,7 +131,7 @@ bool Acceptor::AcceptAll(std::size_t most)
             return false;
         }
         if (descriptor < 0) {
-            continue; // the connection has ended before it was accepted
+            continue; // the client closed the connection before it was accepted
         }
         peer.resize(size);
         try {

@@ -15,7 +15,7 @@ namespace beacond {
 
 class ListeningSocket;
 
-/// Accepts the connections and spreads them over the workers. Lives on the thread of the first one.
+/// Accepts connections and distributes them to the workers. Runs on the thread of the first worker.
 class Acceptor final
 {
 public:
@@ -25,8 +25,8 @@ public:
 
     /// Begins to accept.
     void Start();
-    /// Closes the listening socket. What has arrived is accepted before, or waits for the next start in a
-    /// socket of the service manager.
+    /// Closes the listening socket. First accepts the connections that have arrived; in a socket of the
+    /// service manager they wait for the next start.
     void Stop();
 
 private:
@@ -35,10 +35,11 @@ private:
 
     void AcceptWhenReady();
     void AcceptAfterPause();
-    /// Begins to wait, which takes memory: tries until there is some.
+    /// Starts to wait for connections. This needs memory: retries until it succeeds.
     template <typename Wait>
     void Arm(Wait wait);
-    /// Accepts until no connection is left or @p most have come. Answers false if no more can be opened now.
+    /// Accepts until no connection is left or @p most have been accepted. Returns false if no more can be
+    /// opened now.
     bool AcceptAll(std::size_t most);
     void Distribute(int descriptor, const boost::asio::ip::tcp::endpoint& peer);
 

@@ -20,7 +20,7 @@ namespace {
 namespace asio = boost::asio;
 using boost::system::error_code;
 
-// A client that sends faster than it is answered gives way to the others after so many buffers.
+// After so many buffers a client that sends faster than it is answered yields to the other connections.
 constexpr unsigned kMostReadsInARow = 4;
 constexpr std::string_view kContinue = "HTTP/1.1 100 Continue\r\n\r\n";
 constexpr std::chrono::seconds kLingerTime{1};
@@ -85,7 +85,7 @@ void Connection::CloseIfIdle()
 {
     const bool isWithoutRequest = m_phase == Phase::Idle || (m_phase == Phase::Header && !m_hasRequest);
     error_code failure;
-    // A request whose event this thread has not seen yet is answered.
+    // Still answer a request whose event this thread has not handled yet.
     if (isWithoutRequest && (m_socket.available(failure) == 0 || failure)) {
         Close();
     }
@@ -97,7 +97,7 @@ asio::awaitable<void> Connection::Run()
     m_socket.non_blocking(true, failure);
     bool goesOn = co_await ServeRequests();
     while (goesOn && !m_worker.IsDraining()) {
-        // No buffer is held here: most of ten thousand connections wait.
+        // Hold no buffer here: most of ten thousand connections are idle.
         goesOn = co_await Wait(Socket::wait_read, Phase::Idle, Clock::now() + m_worker.Options().idleTime);
         if (goesOn) {
             goesOn = co_await ServeRequests();
@@ -115,7 +115,7 @@ asio::awaitable<bool> Connection::ServeRequests()
             goesOn = co_await Answer(*exchange);
         }
         if (goesOn && exchange->reader.HasBytesLeft()) {
-            // Requests sent at once wait for no event: the other connections and the sweep have their turn.
+            // Pipelined requests wait for no event: yield to the other connections and to the sweep.
             co_await asio::post(m_socket.get_executor(), asio::use_awaitable);
         }
     } while (goesOn && exchange->reader.HasBytesLeft());
@@ -143,7 +143,7 @@ asio::awaitable<bool> Connection::ReadRequest(Exchange& exchange)
             co_return false;
         }
         if (m_hasAnswered && !reader.HasBytesLeft() && !reader.IsInBody()) {
-            co_return true; // a spurious wake-up: the event had been handled before
+            co_return true; // a spurious wake-up: the event has been handled before
         }
         m_hasRequest = reader.HasBytesLeft() || reader.IsInBody();
         if (const Phase present = reader.IsInBody() ? Phase::Body : Phase::Header; phase != present) {
@@ -185,7 +185,7 @@ asio::awaitable<bool> Connection::Answer(Exchange& exchange)
     if (!co_await Write(BuffersOf(exchange.header, body))) {
         co_return false;
     }
-    // If the client did not ask to close, it may be sending its next request: linger.
+    // Linger: a client that did not ask to close may be sending its next request.
     if (!isKept && (reader.IsKeptAlive() || reader.HasUnreadBody() || reader.HasBytesLeft())) {
         co_await Linger(reader);
     }
@@ -248,7 +248,8 @@ asio::awaitable<bool> Connection::Write(Buffers buffers)
             const std::chrono::seconds perSize(asio::buffer_size(buffers) / options.answerBytesPerSecond);
             last = now + options.answerTime + perSize;
         }
-        // The kernel takes more when a third of its buffer is free, so a client can't read byte by byte.
+        // The kernel reports a writable socket only when a third of its buffer is free, so that a client
+        // can't read byte by byte.
         if (!co_await Wait(Socket::wait_write, Phase::Writing, std::min(now + options.writeTime, last))) {
             co_return false;
         }

@@ -18,14 +18,14 @@ namespace beacond {
 
 class Worker;
 
-/// The memory that a connection needs only while a request is under way.
+/// The memory that a connection needs only during a request.
 struct Exchange
 {
     RequestReader reader;
     std::string header; ///< of the answer
 };
 
-/// One connection, from its acceptance to its end. Lives on the thread of its worker.
+/// One connection, from its acceptance to its end. Used only on the thread of its worker.
 class Connection final
 {
 public:
@@ -41,17 +41,17 @@ public:
     /// Answers the requests of the connection, one after the other, until it ends.
     [[nodiscard]] boost::asio::awaitable<void> Run();
 
-    /// Closes the connection if it waits for the client and the time for that is over.
+    /// Closes the connection if it waits for the client and the time limit has passed.
     void CloseIfLate(Clock::time_point now);
-    /// Closes the connection unless something of a request has arrived.
+    /// Closes the connection unless a part of a request has arrived.
     void CloseIfIdle();
 
 private:
-    /// The client is waited for in each phase but Handling.
+    /// In each phase except Handling the connection waits for the client.
     enum class Phase { Handling, Header, Body, Idle, Writing, Lingering };
     using Buffers = std::array<boost::asio::const_buffer, 2>;
 
-    // Each answers whether the connection goes on.
+    // Each returns whether the connection goes on.
     boost::asio::awaitable<bool> ServeRequests();
     /// Returns true without a message after a spurious wake-up.
     boost::asio::awaitable<bool> ReadRequest(Exchange& exchange);
@@ -60,7 +60,7 @@ private:
     boost::asio::awaitable<bool> Wait(Socket::wait_type what, Phase phase, Clock::time_point deadline);
 
     boost::asio::awaitable<void> Refuse(Exchange& exchange);
-    /// Waits for the client to close. If the socket were closed with bytes unread, the kernel would reset the
+    /// Waits for the client to close. Closing a socket with unread bytes makes the kernel reset the
     /// connection, and the client could lose the answer.
     boost::asio::awaitable<void> Linger(RequestReader& reader);
 
@@ -73,7 +73,7 @@ private:
     ConnectionLease m_lease;
     boost::asio::ip::address m_peer;
     bool m_hasAnswered = false;
-    bool m_hasRequest = false;  ///< its first byte has been read
+    bool m_hasRequest = false;  ///< the first byte of a request has been read
     unsigned m_readsInARow = 0; ///< without a wait between them
     Phase m_phase = Phase::Handling;
     Clock::time_point m_deadline = Clock::time_point::max();

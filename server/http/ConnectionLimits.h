@@ -14,7 +14,7 @@ namespace beacond {
 
 class ConnectionLimits;
 
-/// One of the connections that are allowed, given back when it is destroyed.
+/// A lease on one of the allowed connections, returned by the destructor.
 class ConnectionLease final
 {
 public:
@@ -30,7 +30,7 @@ private:
     std::optional<std::uint64_t> m_address;
 };
 
-/// Counts the connections, in all and of each address. Every function may be called by any thread.
+/// Counts the connections, in all and for each address. Thread-safe.
 class ConnectionLimits final
 {
 public:
@@ -39,7 +39,7 @@ public:
     ConnectionLimits(std::size_t inAll, std::size_t perAddress);
 
     /// A lease for a connection from @p peer, or nothing if the limit named by @p refusal is reached.
-    /// @param isProxy many clients stand behind it, so that the limit of an address does not apply
+    /// @param isProxy the peer is a proxy for many clients, so that the limit of an address does not apply
     [[nodiscard]] std::optional<ConnectionLease> Admit(const boost::asio::ip::address& peer, bool isProxy,
                                                        Refusal& refusal);
 

@@ -9,19 +9,19 @@
 
 namespace beacond {
 
-/// Counts of a server since its start, for any thread to read.
+/// Counters of a server since its start. Any thread may read them.
 struct HttpFigures
 {
     using Count = std::atomic<std::uint64_t>;
 
-    Count connectionsOpen{0}; ///< at the moment
+    Count connectionsOpen{0}; ///< current number
     Count connectionsAccepted{0};
     Count refusedByTotal{0};   ///< connections beyond the limit of all
     Count refusedByAddress{0}; ///< connections beyond the limit of one address
-    Count acceptErrors{0};     ///< mostly: no descriptor was left
+    Count acceptErrors{0};     ///< mostly for want of a descriptor
 
     std::array<Count, 6> replies{}; ///< by the first digit of the status
-    Count requestsRefused{0};       ///< malformed or too large, answered here and not by the handler
+    Count requestsRefused{0};       ///< malformed or too large; answered without the handler
     Count handlerFailures{0};       ///< exceptions of the handler
     Count workerFailures{0};        ///< exceptions outside the handler; the thread goes on
     Count unlistedProxies{0};       ///< requests forwarded by a local address that is not a configured proxy

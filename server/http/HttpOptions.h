@@ -10,21 +10,22 @@
 
 namespace beacond {
 
-/// The limits of a server. A connection is closed within a quarter of a second after its time is over.
+/// The limits of a server. A connection is closed within a quarter of a second after its time limit.
 struct HttpOptions
 {
     unsigned threads = 0; ///< 0: one for each core
     std::size_t maxConnections = 10'000;
-    /// An IPv6 address stands for its /64. A configured proxy has no such limit.
+    /// An IPv6 address counts as its /64. A configured proxy has no such limit.
     std::size_t maxConnectionsPerAddress = 1'000;
     ProxyList proxies;
 
-    /// From the first byte of a request, or from the connection, to the end of the header.
+    /// From the first byte of a request, or from the start of the connection, to the end of the header.
     std::chrono::milliseconds headerTime{5'000};
-    std::chrono::milliseconds bodyTime{10'000};  ///< from the end of the header to that of the body
+    std::chrono::milliseconds bodyTime{10'000};  ///< from the end of the header to the end of the body
     std::chrono::milliseconds idleTime{75'000};  ///< from an answer to the next request
-    std::chrono::milliseconds writeTime{10'000}; ///< until the client takes the next part of an answer
-    /// Until the client has taken a whole answer; a second more for each answerBytesPerSecond of it.
+    std::chrono::milliseconds writeTime{10'000}; ///< until the client receives the next part of an answer
+    /// Until the client has received a whole answer; one more second for each answerBytesPerSecond of its
+    /// size.
     std::chrono::milliseconds answerTime{10'000};
     std::size_t answerBytesPerSecond = 16'384;
 

@@ -116,7 +116,7 @@ void HttpServer::Threads::Stop()
 bool HttpServer::Threads::Drain(std::chrono::milliseconds limit)
 {
     const auto deadline = std::chrono::steady_clock::now() + limit;
-    // Behind the connections that the acceptor has handed out, each worker finds the order to end.
+    // Posted after the connections that the acceptor has distributed, so that each worker handles them first.
     boost::asio::post(m_workers.front()->Context(), [this] {
         m_acceptor.Stop();
         for (const std::unique_ptr<Worker>& worker : m_workers) {

@@ -13,26 +13,26 @@ namespace beacond {
 struct HttpFigures;
 class ListeningSocket;
 
-/// Answers HTTP/1.0 and HTTP/1.1 at one address with a thread for each core.
+/// Answers HTTP/1.0 and HTTP/1.1 at one address, by default with one thread for each core.
 class HttpServer final
 {
 public:
-    /// Begins to answer. Throws std::system_error if a thread or a descriptor is missing.
-    /// @param handler is called by all threads at once; its coroutine runs on the thread of its connection.
-    ///   One that waits for another thread resumes there through the executor of the coroutine
+    /// Starts the server. Throws std::system_error if no thread or descriptor can be created.
+    /// @param handler is called by several threads at once; its coroutine runs on the thread of the
+    ///   connection. A coroutine that awaits another thread must resume through its own executor
     /// @param figures must outlive the server
     HttpServer(ListeningSocket listener, HttpOptions options, Handler handler, HttpFigures& figures);
-    /// Ends all connections at once. A handler's coroutine that still waits is destroyed; what would resume
-    /// it must have ended before.
+    /// Closes all connections at once. A suspended coroutine of a handler is destroyed; the object that would
+    /// resume it must have ended before.
     ~HttpServer();
     HttpServer(const HttpServer&) = delete;
     HttpServer& operator=(const HttpServer&) = delete;
 
     [[nodiscard]] unsigned short Port() const;
 
-    /// Accepts no more connections, closes those without a request and waits for the others, each of which
-    /// ends with its present answer. Answers whether all have ended within @p limit; the rest is cut off. The
-    /// server answers nothing afterwards.
+    /// Accepts no more connections, closes the connections without a request and waits for the others, each
+    /// of which ends with its current answer. Returns whether all have ended within @p limit; the rest is
+    /// closed. The server answers nothing afterwards.
     bool Drain(std::chrono::milliseconds limit);
 
 private:

@@ -19,7 +19,7 @@ namespace {
 
 using boost::asio::ip::tcp;
 
-// Descriptors of a service manager begin behind the three standard streams.
+// Descriptors passed by a service manager start after the three standard streams.
 constexpr int kFirstInherited = 3;
 
 std::string TextOf(const tcp::endpoint& endpoint)
@@ -50,7 +50,7 @@ void EnableOption(int descriptor, int level, int name)
     ::setsockopt(descriptor, level, name, &on, sizeof(on));
 }
 
-// Accepted connections take over this option, which saves a call for each.
+// Accepted connections inherit this option, which saves a system call for each.
 void SetNoDelay(int descriptor)
 {
     EnableOption(descriptor, IPPROTO_TCP, TCP_NODELAY);
@@ -125,7 +125,8 @@ ListeningSocket ListeningSocket::Bind(const tcp::endpoint& endpoint)
 ListeningSocket ListeningSocket::Open(const tcp::endpoint& endpoint)
 {
     ListeningSocket socket = Bind(endpoint);
-    // The kernel lowers it to its own limit. All clients of a city call within the same second.
+    // All clients of a city send their requests within the same second. The kernel lowers the value to its
+    // own limit.
     constexpr int kBacklog = 65'535;
     Require(::listen(socket.m_descriptor, kBacklog), endpoint);
     return socket;

@@ -13,21 +13,21 @@ namespace beacond {
 /// the user.
 [[nodiscard]] boost::asio::ip::tcp::endpoint ParseListenAddress(std::string_view text);
 
-/// A socket that listens for connections, closed at the end of its life.
+/// A listening socket, closed by the destructor.
 class ListeningSocket final
 {
 public:
-    /// Listens at @p endpoint; port 0 takes any free port. Throws std::system_error, whose text names the
+    /// Listens at @p endpoint; port 0 means any free port. Throws std::system_error, whose text names the
     /// address.
     [[nodiscard]] static ListeningSocket Open(const boost::asio::ip::tcp::endpoint& endpoint);
 
     /// The socket that the service manager has opened for this process (LISTEN_PID, LISTEN_FDS); nothing if
-    /// there is none. These variables and LISTEN_FDNAMES are taken out of the environment, so call it before
-    /// other threads run. Throws std::runtime_error if there are several sockets or if it is no listening TCP
-    /// socket.
+    /// there is none. Removes these variables and LISTEN_FDNAMES from the environment, so call it before
+    /// other threads run. Throws std::runtime_error if there are several sockets, or if the socket is not a
+    /// listening TCP socket.
     [[nodiscard]] static std::optional<ListeningSocket> Inherited();
 
-    /// Throws std::system_error like Open if @p endpoint can't be listened at. Takes no connection.
+    /// Throws std::system_error like Open if listening at @p endpoint is impossible. Accepts no connection.
     static void RequireFree(const boost::asio::ip::tcp::endpoint& endpoint);
 
     ListeningSocket(ListeningSocket&& other) noexcept;
@@ -35,9 +35,9 @@ public:
     ~ListeningSocket();
 
     [[nodiscard]] boost::asio::ip::tcp::endpoint Endpoint() const;
-    /// Whether the service manager keeps it open too.
+    /// Whether the service manager keeps the socket open too.
     [[nodiscard]] bool IsInherited() const { return m_isInherited; }
-    /// Hands over the descriptor, which the caller closes.
+    /// Releases the descriptor; the caller closes it.
     [[nodiscard]] int Release();
 
 private:

@@ -15,17 +15,17 @@ namespace beacond {
 
 enum class Method { Get, Head, Post, Other };
 
-/// One request as it came, its limits checked. The texts are bytes: nothing is decoded yet.
+/// One request within the limits. The texts are raw bytes: nothing is decoded.
 struct Request
 {
     Method method = Method::Get;
     std::string path;  ///< the target up to the first "?"
-    std::string query; ///< behind the first "?", a "#" and what follows it included
+    std::string query; ///< everything after the first "?", also a "#" and the text after it
     std::string contentType;
     std::string body;
     /// The peer, or the forwarded address where the peer is a configured proxy.
     boost::asio::ip::address client;
-    /// How late the thread of the connection runs, as of its last measurements; zero while it keeps up.
+    /// The delay of the connection's thread by its last measurements; zero while it keeps up.
     std::chrono::steady_clock::duration delay{};
 };
 
@@ -43,8 +43,8 @@ struct Response
     std::vector<Header> headers; ///< beyond Content-Type, Content-Length, Date and Connection
 };
 
-/// Answers a request. Runs on the thread of the connection and must not block it. An exception is answered
-/// with an empty 500.
+/// Answers a request. Runs on the thread of the connection and must not block it. After an exception the
+/// server sends an empty 500.
 using Handler = std::function<boost::asio::awaitable<Response>(const Request&)>;
 
 } // namespace beacond

@@ -15,7 +15,7 @@ namespace {
 
 namespace ip = boost::asio::ip;
 
-// Both families in one form; the prefix of an IPv4 network lies behind 96 bits.
+// Addresses of both families as IPv6; the prefix of an IPv4 network starts after 96 bits.
 ip::address_v6::bytes_type BytesOf(const ip::address& address)
 {
     return address.is_v4() ? ip::make_address_v6(ip::v4_mapped, address.to_v4()).to_bytes()
@@ -33,7 +33,7 @@ bool HaveSamePrefix(const Bytes& left, const Bytes& right, unsigned bits)
     return rest == 0 || ((left[whole] ^ right[whole]) >> (8 - rest)) == 0;
 }
 
-// Takes the last entry off the list.
+// Removes and returns the last entry of the list.
 std::string_view TakeLastEntry(std::string_view& list)
 {
     constexpr std::string_view kSpaces = " \t";

@@ -12,20 +12,20 @@
 
 namespace beacond {
 
-/// The reverse proxies that are trusted for X-Forwarded-For.
+/// The reverse proxies whose X-Forwarded-For is trusted.
 class ProxyList final
 {
 public:
     ProxyList() = default;
     /// @param entries addresses ("192.0.2.1") and networks ("10.0.0.0/8", "2001:db8::/32")
-    /// Throws std::invalid_argument, whose text names the entry that is neither.
+    /// Throws std::invalid_argument if an entry is neither; the text names it.
     explicit ProxyList(const std::vector<std::string>& entries);
 
     [[nodiscard]] bool Contains(const boost::asio::ip::address& address) const;
 
-    /// The client that @p forwardedFor names, the X-Forwarded-For of a request from a proxy: the last entry
-    /// that is no proxy of this list, with or without a port; the first one if all are proxies. Nothing if
-    /// the entry can't be read.
+    /// The client named by @p forwardedFor, the X-Forwarded-For of a request from a proxy: the last entry
+    /// that is not a proxy of this list, with or without a port; the first entry if all are proxies. Nothing
+    /// if that entry can't be read.
     [[nodiscard]] std::optional<boost::asio::ip::address> ClientIn(std::string_view forwardedFor) const;
 
 private:
@@ -41,7 +41,7 @@ private:
     std::vector<Network> m_networks;
 };
 
-/// Whether a proxy of the same operator may have this address: the loopback, a private or link-local network.
+/// Whether the operator's own proxy could have this address: a loopback, private or link-local address.
 [[nodiscard]] bool IsLocal(const boost::asio::ip::address& address);
 
 } // namespace beacond

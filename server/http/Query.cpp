@@ -17,7 +17,7 @@ int EscapedByte(std::string_view text)
     }
     int byte = 0;
     const char* end = text.data() + 3;
-    // A minus is no digit of an escape, though from_chars takes it.
+    // Refuse a minus sign, which from_chars would accept.
     const auto [stop, problem] = std::from_chars(text.data() + 1, end, byte, 16);
     return problem == std::errc() && stop == end && byte >= 0 && text[1] != '-' ? byte : -1;
 }

@@ -9,8 +9,8 @@
 
 namespace beacond {
 
-/// The parameters of a query as the desktop program writes it: nothing but "%XX" is an escape, a plus is a
-/// plus, and a "#" belongs to its value.
+/// The parameters of a query in the form of the desktop program: only "%XX" is an escape, "+" stands for
+/// itself, and "#" is part of a value.
 class Query final
 {
 public:
@@ -19,15 +19,15 @@ public:
 
     enum class Plus {
         Literal,
-        Space ///< in the body that a browser makes of a form
+        Space ///< in the body of a submitted form
     };
 
-    /// @param text behind the "?"; must outlive the query
+    /// @param text the part after the "?"; must outlive the query
     explicit Query(std::string_view text, Plus plus = Plus::Literal);
 
-    /// The value of the first parameter of this very name, empty if there is none. Escapes are decoded once;
-    /// invalid ones are kept unchanged. The result is UTF-8: bytes that are not are read as windows-1252. A
-    /// control character of ASCII becomes a space.
+    /// The value of the first parameter with exactly this name, empty if there is none. Escapes are decoded
+    /// once; invalid ones are kept unchanged. The result is UTF-8; a value that is not valid UTF-8 is read as
+    /// windows-1252. ASCII control characters become spaces.
     [[nodiscard]] std::string Value(std::string_view name) const;
 
 private:

@@ -45,7 +45,7 @@ bool IsNumber(std::string_view text)
     return !text.empty() && std::all_of(text.begin(), text.end(), &beacond::IsDigit);
 }
 
-// The length of "http://" or "https://" at the start of a target, else 0.
+// The length of "http://" or "https://" at the start of a target, otherwise 0.
 std::size_t SchemeLength(std::string_view target)
 {
     for (const std::string_view scheme : {"http://", "https://"}) {
@@ -72,7 +72,7 @@ void RequestParser::on_request_impl(Verb method, Text, Text target, int version,
     m_request.method = MethodOf(method);
     m_isHttp11 = version >= 11;
     if (m_request.method != Method::Post) {
-        // Such a body is never read, so its length decides nothing.
+        // The body is never read, so that its length does not matter.
         body_limit(boost::none);
     }
     SplitTarget({target.data(), target.size()}, error);
@@ -106,7 +106,7 @@ void RequestParser::SplitTarget(std::string_view target, Error& error)
 void RequestParser::on_field_impl(Field name, Text nameText, Text value, Error& error)
 {
     if (m_isHeaderDone) {
-        return; // a trailer, which must not change what the header says
+        return; // a trailer must not change the header
     }
     const std::string_view text(value.data(), value.size());
     switch (name) {
@@ -160,7 +160,7 @@ std::size_t RequestParser::on_chunk_body_impl(std::uint64_t, Text body, Error& e
     return on_body_impl(body, error);
 }
 
-// The base class demands these.
+// Required by the base class.
 void RequestParser::on_response_impl(int, Text, int, Error&) {}
 void RequestParser::on_body_init_impl(const boost::optional<std::uint64_t>&, Error&) {}
 void RequestParser::on_chunk_header_impl(std::uint64_t, Text, Error&) {}

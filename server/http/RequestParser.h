@@ -12,9 +12,9 @@ namespace beacond {
 
 struct Request;
 
-/// Fills a Request from the pieces that Beast's parser finds, and refuses those messages that two servers
-/// might read differently: a length given twice or in two ways, any transfer coding but "chunked", a Host
-/// that is missing, repeated or invalid, a body of a GET.
+/// Fills a Request from the callbacks of Beast's parser, and refuses messages that two servers might
+/// interpret differently: a length given twice or in two ways, any transfer coding except "chunked", a Host
+/// that is missing, repeated or invalid, a GET with a body.
 class RequestParser final : public boost::beast::http::basic_parser<true>
 {
 public:
@@ -24,7 +24,7 @@ public:
     [[nodiscard]] const std::string& ForwardedFor() const { return m_forwardedFor; }
     [[nodiscard]] bool IsHttp11() const { return m_isHttp11; }
     [[nodiscard]] bool ExpectsContinue() const { return m_expectsContinue && m_isHttp11; }
-    /// Whether an expectation other than "100-continue" came, which can't be met.
+    /// Whether the request has an expectation other than "100-continue", which can't be met.
     [[nodiscard]] bool ExpectsMore() const { return m_expectsMore; }
     [[nodiscard]] bool HasBody() const { return chunked() || content_length().value_or(0) > 0; }
 

@@ -11,7 +11,7 @@ namespace {
 
 namespace http = boost::beast::http;
 
-// Keeps the memory of the texts for the next request.
+// Keeps the allocated memory of the texts for the next request.
 void Empty(beacond::Request& request)
 {
     for (std::string* text : {&request.path, &request.query, &request.contentType, &request.body}) {
@@ -74,8 +74,8 @@ RequestReader::State RequestReader::Parse()
     return m_parser ? ParseBody() : FindHeader();
 }
 
-// The lines are looked at here, since Beast's parser alone would wait for the rest of a header whose lines
-// end in LF, and would join a field that goes on in the next line.
+// Check the lines here: Beast's parser would wait for the rest of a header whose lines end in LF, and would
+// accept a field that continues on the next line.
 RequestReader::State RequestReader::FindHeader()
 {
     for (;;) {
@@ -128,8 +128,8 @@ RequestReader::State RequestReader::ParseHeader(std::size_t length)
 
 RequestReader::State RequestReader::ParseBody()
 {
-    // Beast 1.81 asserts that the last chunk and its end, "0" and two line ends, don't come in smaller
-    // pieces. No chunked body has fewer bytes left.
+    // Beast 1.81 asserts that the last chunk, "0" and two line ends, arrives in one piece. Wait for five
+    // bytes: a chunked body that has not ended has at least these left.
     const std::size_t least = m_parser->chunked() ? 5 : 1;
     while (!m_parser->is_done()) {
         if (Bytes().size() < least) {
@@ -138,7 +138,7 @@ RequestReader::State RequestReader::ParseBody()
         boost::beast::error_code error;
         m_begin += m_parser->put(boost::asio::buffer(m_buffer.data() + m_begin, m_end - m_begin), error);
         if (error == http::error::need_more) {
-            // Only a chunk's header or trailer that fills the whole buffer leaves no room.
+            // Only a chunk header or a trailer that fills the whole buffer leaves no room.
             return Room().empty() ? Refuse(400) : State::NeedsInput;
         }
         if (error) {

@@ -13,7 +13,7 @@
 
 namespace beacond {
 
-/// Takes the bytes of a connection and finds the requests in them, one after the other.
+/// Receives the bytes of a connection and finds the requests in them, one after the other.
 class RequestReader final
 {
 public:
@@ -24,22 +24,23 @@ public:
     enum class State {
         NeedsInput,
         Complete, ///< Message() is whole
-        Refused   ///< RefusalStatus() says why; the bytes that follow have no meaning
+        Refused   ///< RefusalStatus() has the reason; the following bytes are not interpreted
     };
 
-    /// Forgets all bytes, for another connection.
+    /// Discards all bytes, to be used for another connection.
     void Clear();
 
-    /// Where the next bytes belong. There is room for at least one while more are needed.
+    /// The buffer for the next bytes. Has room for at least one byte while more are needed.
     [[nodiscard]] std::span<char> Room();
-    /// Takes the first @p count bytes of Room().
+    /// Accepts the first @p count bytes of Room().
     [[nodiscard]] State Append(std::size_t count);
-    /// Begins a new request with the bytes behind the last one.
+    /// Begins a new request with the bytes after the last one.
     [[nodiscard]] State Next();
 
     [[nodiscard]] bool HasBytesLeft() const { return m_begin != m_end; }
     [[nodiscard]] bool IsInBody() const { return m_parser.has_value(); }
-    /// Whether the client waits for "100 Continue" before it sends the body. True once for a request.
+    /// Whether the client waits for "100 Continue" before it sends the body. True at most once for each
+    /// request.
     [[nodiscard]] bool TakeContinue();
 
     [[nodiscard]] bool HasMessage() const { return m_parser && (m_hasUnreadBody || m_parser->is_done()); }
@@ -68,7 +69,7 @@ private:
     std::array<char, kHeaderLimit> m_buffer{};
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
-    std::size_t m_line = 0; ///< in Bytes(): where the line begins whose end has not come yet
+    std::size_t m_line = 0; ///< in Bytes(): the start of the line that is not complete yet
     Request m_request;
     std::optional<RequestParser> m_parser; ///< from the end of the header on
     bool m_awaitsContinue = false;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Neither the system's nor the user's language may change these.
+// Fixed English names: no locale may change them.
 constexpr std::array<const char*, 7> kDays = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
 constexpr std::array<const char*, 12> kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};

@@ -10,7 +10,7 @@ namespace beacond {
 
 struct Response;
 
-/// The text of a Date field, made anew once a second.
+/// The text of a Date field, renewed once a second.
 class DateText final
 {
 public:
@@ -27,11 +27,11 @@ private:
     return status != 204 && status != 304;
 }
 
-/// Whether the connection ends after an answer, and if not, how the answer says so.
+/// Whether the connection is closed after an answer, and if not, how the header says so.
 enum class Persistence { Close, KeepAlive, KeepAliveAsOfHttp10 };
 
-/// Replaces @p text by the status line and the header fields of @p response, with the empty line behind them.
-/// A field whose value holds a line end or a NUL is left out.
+/// Replaces @p text by the status line and the header fields of @p response, including the final empty line.
+/// Omits a field whose value contains a line end or a NUL.
 void WriteHeader(std::string& text, const Response& response, Persistence persistence, std::string_view date);
 
 } // namespace beacond

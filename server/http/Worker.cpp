@@ -16,10 +16,10 @@ namespace {
 
 namespace asio = boost::asio;
 
-// More are freed after a load peak.
+// Any further free buffers are deleted after a peak.
 constexpr std::size_t kSpareExchanges = 64;
 
-// Fine enough for the shortest limit, and no more than four times a second.
+// Often enough for the shortest limit, but at most four times a second.
 beacond::Worker::Clock::duration SweepIntervalOf(const beacond::HttpOptions& options)
 {
     const auto shortest = std::min(
@@ -51,7 +51,7 @@ void Worker::Run()
             m_context.run();
             return;
         } catch (const std::bad_alloc&) {
-            // No memory for a new connection, which is closed. The others go on.
+            // No memory for a new connection: close it. The others go on.
             Increment(m_figures.acceptErrors);
         } catch (...) {
             ReportFailure(std::current_exception());
@@ -145,7 +145,7 @@ void Worker::CountReply(unsigned status)
     Increment(m_figures.replies[std::min<std::size_t>(status / 100, m_figures.replies.size() - 1)]);
 }
 
-// One timer for all connections: one of its own would cost each request two calls of the kernel.
+// One timer for all connections: a timer for each would cost two system calls for each request.
 void Worker::ScheduleSweep()
 {
     if (m_isSweepScheduled) {
@@ -157,7 +157,7 @@ void Worker::ScheduleSweep()
             Sweep();
         }
     });
-    m_isSweepScheduled = true; // only now: without memory, the next connection schedules it
+    m_isSweepScheduled = true; // set last: if memory runs out above, the next connection schedules it
 }
 
 void Worker::Sweep()
@@ -182,7 +182,7 @@ Worker::Clock::duration Worker::Delay() const
 
 void Worker::MeasureDelay(Clock::duration late)
 {
-    // The timer itself may be some milliseconds late.
+    // The timer itself can be some milliseconds late.
     constexpr std::chrono::milliseconds kTimely{10};
     const Clock::duration lasting = std::min(late, std::exchange(m_lastLateness, late));
     m_delay = std::max(lasting, m_delay / 2);

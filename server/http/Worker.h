@@ -22,8 +22,8 @@ namespace beacond {
 struct HttpFigures;
 struct HttpOptions;
 
-/// The connections of one thread, and what they share. Context() may be used from any thread; everything else
-/// runs on the worker's thread.
+/// The connections of one thread and their shared data. Context() may be used from any thread; everything
+/// else runs on the worker's thread.
 class Worker final
 {
 public:
@@ -34,7 +34,7 @@ public:
         Worker* worker;
         void operator()(Exchange* exchange) const { worker->TakeBack(exchange); }
     };
-    /// The memory for a request, taken back for the next one.
+    /// The memory for a request, reused for the next one.
     using ExchangeLease = std::unique_ptr<Exchange, ExchangeReturn>;
 
     Worker(const HttpOptions& options, const Handler& handler, HttpFigures& figures);
@@ -42,12 +42,12 @@ public:
     Worker(const Worker&) = delete;
     Worker& operator=(const Worker&) = delete;
 
-    /// Answers until the last connection has ended after a Drain, or until the context is stopped.
+    /// Runs until the last connection has ended after a Drain, or until the context is stopped.
     void Run();
     [[nodiscard]] boost::asio::io_context& Context() { return m_context; }
 
     void Begin(Connection::Socket socket, ConnectionLease lease, const boost::asio::ip::address& peer);
-    /// Closes the connections that wait for a request; every other one ends with its present answer.
+    /// Closes the connections that wait for a request; the others end with their current answer.
     void Drain();
     [[nodiscard]] bool IsDraining() const { return m_isDraining; }
 
@@ -61,9 +61,9 @@ public:
     }
     [[nodiscard]] const HttpOptions& Options() const { return m_options; }
     [[nodiscard]] HttpFigures& Figures() { return m_figures; }
-    /// How late this thread runs: the smaller of its last two measures, so that one pause of the machine does
-    /// not count. A measure that is overdue counts as it stands. The delay sinks by half at each measure, so
-    /// that shedding does not end and begin in turns.
+    /// The delay of this thread: the smaller of its last two measurements, so that one pause of the machine
+    /// does not count. An overdue measurement counts at once. The delay falls by at most half at each
+    /// measurement, so that refusing does not switch on and off.
     [[nodiscard]] Clock::duration Delay() const;
     [[nodiscard]] std::string_view Date();
     void CountReply(unsigned status);
@@ -86,7 +86,7 @@ private:
     bool m_isSweepScheduled = false;
     std::vector<std::unique_ptr<Exchange>> m_exchanges;
     std::unordered_set<Connection*> m_connections;
-    // Destroyed before all that the connections use, since it destroys those that are left.
+    // Destroyed before the members that the connections use, since it destroys the remaining connections.
     boost::asio::io_context m_context;
     boost::asio::executor_work_guard<boost::asio::io_context::executor_type> m_work;
     boost::asio::steady_timer m_sweepTimer;

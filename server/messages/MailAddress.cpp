@@ -17,8 +17,8 @@ constexpr std::size_t kLongest = 254;
 constexpr std::size_t kLongestLocalPart = 64;
 constexpr std::size_t kLongestLabel = 63;
 
-// Some of the characters of RFC 5322, section 3.2.3. A leading "-" or "'" is refused, so that a program that
-// gets the address does not read it as an option; "'" stays special to a shell.
+// Some of the characters of RFC 5322, section 3.2.3. A leading "-" or "'" is refused: another program could
+// read it as an option. "'" remains special in a shell.
 bool IsAtom(std::string_view text)
 {
     constexpr std::string_view kMarks = "_+%='-";
@@ -35,7 +35,7 @@ bool IsLabel(std::string_view text)
            std::all_of(text.begin(), text.end(), [](char c) { return IsLetterOrDigit(c) || c == '-'; });
 }
 
-// Whether each piece between the dots satisfies the condition.
+// Whether each label between the dots satisfies the condition.
 template <typename Condition>
 bool IsEachPiece(std::string_view text, Condition condition)
 {
@@ -54,7 +54,7 @@ bool IsEachPiece(std::string_view text, Condition condition)
 bool IsHost(std::string_view text)
 {
     const std::size_t last = text.rfind('.');
-    // A top-level domain begins with a letter, unlike the last number of an address.
+    // A top-level domain begins with a letter, unlike the last part of an IPv4 address.
     return last != std::string_view::npos && last + 1 < text.size() && IsLetter(text[last + 1]) &&
            IsEachPiece(text, IsLabel);
 }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kDigits = 16;
 constexpr std::size_t kDigitsOfAGroup = 4;
-// Four bytes for each digit, and as many separators.
+// At most four bytes for each digit, and as many separators as digits.
 constexpr std::size_t kLongestTyped = 8 * kDigits;
 
 bool IsSeparator(UChar32 character)
@@ -41,7 +41,7 @@ std::optional<std::string> DigitsOfPersonalCode(std::string_view typed)
     if (typed.size() > kLongestTyped) {
         return std::nullopt;
     }
-    // Bytes that are not valid UTF-8 become a character that is neither a digit nor a separator.
+    // Invalid UTF-8 becomes a character that is neither a digit nor a separator.
     const auto text = icu::UnicodeString::fromUTF8({typed.data(), static_cast<std::int32_t>(typed.size())});
     std::string digits;
     for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {

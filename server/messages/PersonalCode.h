@@ -8,12 +8,12 @@
 
 namespace beacond {
 
-/// A new personal code: 16 random digits in fours, "1234 5678 9012 3456". The device ID is not asked for when
-/// it is confirmed, so the code alone is unique and can't be guessed.
+/// A new personal code: 16 random digits in groups of four, "1234 5678 9012 3456". The confirmation does not
+/// check the device ID, so that the code alone must be unique and impossible to guess.
 [[nodiscard]] std::string MakePersonalCode();
 
-/// The 16 digits of a code as somebody typed it: digits of any script, spaces and hyphens between them
-/// ignored. Nothing if there are other characters or another number of digits.
+/// The 16 digits of a typed code: accepts digits of any script, and ignores spaces and hyphens. Nothing if
+/// there are other characters or another number of digits.
 /// @param typed UTF-8
 [[nodiscard]] std::optional<std::string> DigitsOfPersonalCode(std::string_view typed);
 

@@ -58,7 +58,7 @@ Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, Signu
 {
 }
 
-// The calls of the store and of the channel are named before they are awaited: see docs/service.md.
+// The calls of the store and of the channel are named variables before they are awaited: see docs/service.md.
 
 boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddress, std::string network,
                                                          AttemptLimit::Time now)
@@ -90,7 +90,8 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
         ReportLimit(stored.exceeded, now);
         co_return Outcome::TooMany;
     }
-    // After the row: a code that has come is known, and a row whose message was lost expires.
+    // Send after the row is stored: the code in an arrived message is then known, and the row of a lost
+    // message expires.
     const bool isSent = co_await Send(*address, MessageWith(stored.device, code));
     if (!isSent) {
         m_networks.GiveBack(network);
@@ -100,8 +101,8 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUp(std::string typedAddres
     co_return Outcome::Sent;
 }
 
-// People are turned away until the operator raises the limit. The limit of an address needs no report: it
-// turns away one person, who has three codes.
+// Report these limits: all sign-ups are refused until the operator raises the limit. The limit of an address
+// needs no report: it affects one person, who has three codes.
 void Signups::ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now)
 {
     const bool isOfADomain = limit == SignupResult::Limit::Domain;

@@ -20,17 +20,17 @@ class Spool;
 class StoreThread;
 struct Keys;
 
-/// The words by which the form of the home page asks for consent. They are stored with each sign-up.
+/// The words of the form on the home page that ask for consent; stored with each sign-up.
 inline constexpr std::string_view kConsentWords = "By sending it you agree that the address is kept, "
                                                   "encrypted, for these messages alone, until you ask for "
                                                   "its deletion.";
 
-/// The keyed hash by which the store finds what it keeps of a mail address.
-/// @param address as of NormalisedMailAddress
+/// The keyed hash by which the store finds the data of a mail address.
+/// @param address a result of NormalisedMailAddress
 [[nodiscard]] std::string MailAddressIndex(const Key& index, std::string_view address);
 
-/// Takes sign-ups of devices: stores each, and sends it its ID and its personal code. A device is made when
-/// the code is confirmed. Thread-safe.
+/// Accepts sign-ups of devices: stores each one, and sends the ID and the personal code to its address. The
+/// device is created when the code is confirmed. Thread-safe.
 class Signups final
 {
 public:
@@ -38,33 +38,33 @@ public:
         Sent,
         NotOffered, ///< no channel is configured
         NoAddress,  ///< the text is no mail address
-        TooMany,    ///< from this network, or of this day: for this address, its domain, or in all
+        TooMany,    ///< of this network in an hour; or of this address, its domain or in all in a day
         Failed      ///< the store or the channel
     };
 
-    /// @param spool null where no channel is configured
+    /// @param spool null if no channel is configured
     /// @param mostOfANetwork sign-ups from one network within an hour
-    /// @param report takes the reason of each failure, for the log
+    /// @param report receives the reason of each failure, for the log
     Signups(const Keys& keys, StoreThread& store, const Spool* spool, SignupLimits limits, int mostOfANetwork,
             Report report);
 
     [[nodiscard]] bool IsOffered() const { return m_spool != nullptr; }
 
-    /// Signs a mail address up. Answers when the message is handed over. The result does not reveal whether
-    /// the address is known.
-    /// @param network as of NetworkOf
+    /// Signs up a mail address. Returns when the message has been handed over. The result does not reveal
+    /// whether the address is known.
+    /// @param network a result of NetworkOf
     [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(std::string typedAddress, std::string network,
                                                          AttemptLimit::Time now);
 
-    /// Drops what is kept of sign-ups that were not confirmed in time. A failure is reported.
+    /// Drops the stored data of expired sign-ups. Reports a failure.
     [[nodiscard]] boost::asio::awaitable<void> DropOld();
 
-    /// Waits for the messages that are being handed over. Afterwards none is.
+    /// Waits until all messages under way have been handed over. No message is handed over afterwards.
     void Join() { m_sender.join(); }
 
 private:
     void ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now);
-    /// False after a failure, which is reported.
+    /// On failure reports it and returns false.
     [[nodiscard]] boost::asio::awaitable<bool> Send(const std::string& address, const std::string& text);
     [[nodiscard]] boost::asio::awaitable<void> Withdraw(std::string codeHash);
 
@@ -74,9 +74,9 @@ private:
     SignupLimits m_limits;
     Report m_report;
     AttemptLimit m_networks;
-    /// Reports of a limit that is reached.
+    /// Suppresses repeated reports of a reached limit.
     AttemptLimit m_limitReports{1, std::chrono::hours(1)};
-    /// Hands messages over, which waits for the disk.
+    /// A thread for handing messages over, since that waits for the disk.
     boost::asio::thread_pool m_sender{1};
 };
 

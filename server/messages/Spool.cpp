@@ -34,7 +34,7 @@ struct NewFile
     int descriptor = -1;
 };
 
-// For its owner alone. Throws ChannelError.
+// Creates the file, accessible only to its owner. Throws ChannelError.
 NewFile CreateIn(const std::filesystem::path& folder)
 {
     NewFile file{(folder / (std::string(kPrefix) + std::to_string(std::time(nullptr)) + "-XXXXXX")).string()};
@@ -81,7 +81,8 @@ std::optional<std::string> Spool::Send(std::string_view address, std::string_vie
     int reason = errno;
     isWritten = ::close(descriptor) == 0 && isWritten;
     if (isWritten && ::rename(name.c_str(), (name + ".txt").c_str()) == 0) {
-        // From here on it may be taken: it is handed over, whatever the folder says.
+        // From here on the message may be taken: it counts as handed over even if the sync of the folder
+        // fails.
         return SyncFolder(m_folder) ? std::nullopt : std::optional(Failure(m_folder, errno));
     }
     reason = isWritten ? errno : reason;

@@ -10,25 +10,26 @@
 
 namespace beacond {
 
-/// A message that could not be handed over; says why.
+/// A message could not be handed over; the text gives the reason.
 class ChannelError : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// A folder from which a program of the operator takes messages, a file each: "To: ADDRESS", an empty line,
-/// the text in UTF-8. A file appears whole, under a name that ends in ".txt"; the names sort by age. A file
-/// without such an end is unfinished.
+/// A folder from which a program of the operator takes messages, one file each: "To: ADDRESS", an empty line,
+/// the text in UTF-8. A complete file appears under a name that ends in ".txt"; the names sort by age. A file
+/// with another name is unfinished.
 class Spool final
 {
 public:
-    /// Makes the folder if it is missing, for its owner alone. Removes the unfinished files of an earlier
-    /// process, which hold an address. Throws ChannelError, for a folder that can't be written too.
+    /// Creates the folder if it is missing, accessible only to its owner. Removes the unfinished files of an
+    /// earlier process, since they contain addresses. Throws ChannelError, also if the folder is not
+    /// writable.
     explicit Spool(std::filesystem::path folder);
 
     /// Returns when the file is on the disk. Throws ChannelError, and leaves no file. Thread-safe.
-    /// @return nothing, or a reason why a power cut may still lose the message
+    /// @return nothing, or the reason why a power cut may still lose the message
     /// @param address without line breaks
     std::optional<std::string> Send(std::string_view address, std::string_view text) const;
 

@@ -11,7 +11,7 @@ namespace beacond {
 
 namespace {
 
-// The controls of forms follow the colour scheme only where the page says that it has both.
+// Form controls follow the colour scheme only if the page declares both.
 constexpr std::string_view kStyle =
     R"(:root{color-scheme:light dark}
 body{font:16px/1.5 sans-serif;color:#222;background:#fff;max-width:66ch;margin:2em auto;padding:0 1em}

@@ -12,10 +12,10 @@ namespace beacond {
 
 struct Release;
 
-/// The pages that people see. Each is whole in itself: no script, nothing fetched from elsewhere.
+/// The HTML pages. Each is self-contained: no script, no external resource.
 
 /// @param offersSignup whether the form for mail addresses is shown
-/// @param signupAddress where a first text message goes; empty for none
+/// @param signupAddress the address for a first text message; empty for none
 [[nodiscard]] Response HomePage(bool offersSignup, std::string_view signupAddress);
 [[nodiscard]] Response HelpPage();
 [[nodiscard]] Response SoundPage();

@@ -116,7 +116,7 @@ std::string NameOf(const Gazetteer& gazetteer, std::size_t country, std::size_t 
     return region == country ? name : gazetteer.regions[country].name + std::string(kStateMark) + name;
 }
 
-/// A country or state that has a place which a search finds.
+/// A country or state with at least one place that a search finds.
 struct ListedScope
 {
     icu::UnicodeString country; ///< the states of a country follow it directly
@@ -172,7 +172,7 @@ void FillScopes(const Gazetteer& gazetteer, FileContents& contents)
         contents.scopes.push_back(scope.row);
 }
 
-/// Sets the distinctions of the places from `first` to `last`, which one list may show together.
+/// Sets the distinctions of the places from `first` to `last`, which a list may show together.
 void DistinguishPlaces(const Gazetteer& gazetteer, FileContents& contents, std::size_t first,
                        std::size_t last, ListKind list)
 {

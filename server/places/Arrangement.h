@@ -9,8 +9,8 @@ struct Gazetteer;
 struct ImportReport;
 
 /// Puts the gazetteer into the order of a places file: places by region, the largest first, and shipped
-/// places by identifier. The other functions of this file need that order: an index in the gazetteer is the
-/// number in the file.
+/// places by identifier. The other functions of this file need that order: a place's index in the gazetteer
+/// is its number in the file.
 void SortPlaces(Gazetteer& gazetteer);
 
 /// Fills scopes, regions, places, ids, shipped places and zones.

@@ -50,7 +50,7 @@ void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
         alike.push_back(i);
     if (alike.size() < 2)
         return;
-    // Also the texts of places that are settled: one without a second division is shown like one without a
+    // Include the texts of settled places: a place without a second division can look like one without a
     // first.
     std::unordered_map<std::string, std::size_t> taken;
     for (const Distinction distinction : {Distinction::FirstDivision, Distinction::SecondDivision}) {

@@ -15,7 +15,7 @@ namespace beacond {
 /// A list of places: of a whole country, or of one region of it.
 enum class ListKind { Country, Region };
 
-/// All that a list can show of a place.
+/// The parts of a place that a list can show.
 struct PlaceLabel
 {
     std::string_view name;
@@ -26,16 +26,17 @@ struct PlaceLabel
 };
 
 /// "Springfield", "Springfield (Illinois)", "Springfield (Sangamon County, Illinois)" or "Springfield (39.802
-/// N, 89.644 W)". A list of one region leaves its name out.
+/// N, 89.644 W)". A list of one region omits the region's name.
 [[nodiscard]] std::string DistinctName(const PlaceLabel& label, layout::Distinction distinction,
                                        ListKind list);
 
-/// Finds for places of one name the least distinction that makes their texts differ, and hands it to `set`
-/// with the place's index in `labels`. A single place has none.
+/// Finds the least distinction by which the texts of places of one name differ, and passes it to `set` with
+/// the place's index in `labels`. A single place has none.
 void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
                  const std::function<void(std::size_t, layout::Distinction)>& set);
 
-/// "39.802 N" of the units of the places file; `letters` are those of the positive and of the negative side.
+/// A coordinate in units of the places file as "39.802 N"; `letters` are the letters of the positive and the
+/// negative side.
 [[nodiscard]] std::string CoordinateText(std::int32_t units, std::string_view letters);
 
 } // namespace beacond

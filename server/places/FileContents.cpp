@@ -60,7 +60,7 @@ private:
     std::string m_bytes;
 };
 
-/// A file that vanishes unless it is put in place.
+/// A temporary file that is deleted unless it replaces the target.
 class TemporaryFile
 {
 public:
@@ -101,7 +101,7 @@ public:
     }
 
 private:
-    /// Gives the present file a second name, so that it is in place until the new one is.
+    /// Gives the current file a second name, so that its first name exists until the new file takes it.
     [[nodiscard]] bool KeepPrevious() const
     {
         const std::string link = m_name + ".previous";
@@ -109,7 +109,7 @@ private:
             return errno == ENOENT;
         const bool kept = rename(link.c_str(), (m_target.string() + ".previous").c_str()) == 0;
         const int error = errno;
-        // A rename between two names of one file leaves both.
+        // rename() does nothing if both names belong to one file.
         unlink(link.c_str());
         errno = error;
         return kept;

@@ -16,10 +16,10 @@ namespace beacond {
 class TextPool
 {
 public:
-    /// The place of a text that may stand there already.
+    /// The offset of the text; adds it only if it is not there yet.
     layout::Text Share(std::string_view text);
 
-    /// The place of a new copy of the text.
+    /// The offset of a new copy of the text.
     layout::Text Append(std::string_view text);
 
     [[nodiscard]] const std::string& Bytes() const { return m_bytes; }
@@ -43,9 +43,9 @@ struct FileContents
     TextPool texts;
 };
 
-/// Writes the file `out`: to a temporary file beside it, which takes its place when all is on the disk. The
-/// older file gets the name of `out` and ".previous", in place of the one that had it.
-/// Throws PlacesError if that fails, and then leaves an older file as it was.
+/// Writes the file `out`: to a temporary file beside it, which replaces `out` after it has been synced to the
+/// disk. The replaced file is kept under the name of `out` with ".previous" appended; an earlier ".previous"
+/// file is overwritten. On failure throws PlacesError and leaves the existing file as it was.
 void WritePlacesFile(const FileContents& contents, const std::filesystem::path& out);
 
 } // namespace beacond

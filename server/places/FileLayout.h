@@ -11,7 +11,7 @@
 
 // The places file: a header, then one array for each section, each at a multiple of 8 bytes. Numbers are in
 // the machine's own byte order. A text is the offset of NUL-terminated UTF-8 in the section of texts. A
-// change of any of these types takes a new version.
+// change of any of these types needs a new version.
 namespace beacond::layout {
 
 static_assert(std::endian::native == std::endian::little,
@@ -25,7 +25,7 @@ inline constexpr std::size_t kSections = 9;
 
 struct Section
 {
-    std::uint64_t offset; ///< from the begin of the file
+    std::uint64_t offset; ///< from the start of the file
     std::uint64_t count;  ///< of items, not bytes
 };
 
@@ -35,13 +35,13 @@ struct Header
     std::uint32_t version;
     std::uint32_t sectionCount;
     std::uint64_t size;     ///< of the whole file
-    std::uint64_t checksum; ///< CRC-64 (as in ECMA-182) of everything behind this field
+    std::uint64_t checksum; ///< CRC-64 (as in ECMA-182) of all bytes after this field
     std::array<Section, kSections> sections;
 };
 
 using Text = std::uint32_t;
 
-/// A row of the list of countries and states, which stand in the order in which a person reads them.
+/// A row of the list of countries and states; the rows are in the order of the list.
 struct Scope
 {
     Text id;
@@ -62,7 +62,7 @@ struct Region
     std::uint32_t nameCount;
 };
 
-/// How much stands beside a name in a list, so that two places of one name differ there.
+/// The part of a place that a list shows beside its name, so that two places of one name differ.
 enum class Distinction : std::uint8_t { None, FirstDivision, SecondDivision, Coordinates };
 inline constexpr std::uint8_t kDistinctions = 4;
 
@@ -92,14 +92,14 @@ struct Place
 /// In order of rank.
 enum class NameKind : std::uint8_t { Primary, PrimaryWord, Alias, AliasWord };
 
-/// A folded name, or the rest of one from a later word on. Within a region sorted by the bytes of the text.
+/// A folded name, or its rest from a later word on. Sorted within a region by the bytes of the text.
 struct Name
 {
     Text text;
     std::uint32_t placeAndKind; ///< the place's number times 4, plus the kind
 };
 
-/// Sorted by id. A place that is listed twice has its first row here.
+/// Sorted by id. A place that is listed twice is here with its first row.
 struct Id
 {
     std::uint32_t id;

@@ -21,8 +21,8 @@ struct Letter
     std::string_view to;
 };
 
-// Letters without a decomposition that people type as others. The Arabic ones are written differently in
-// Persian and Urdu.
+// Letters without a decomposition, with the letters that people type for them. The Arabic ones are written
+// differently in Persian and Urdu.
 constexpr std::array kLetters = {
     Letter{0x00E6, "ae"}, // æ
     Letter{0x00F0, "d"},  // ð
@@ -79,11 +79,11 @@ void AppendFolded(UChar32 c, std::string& text)
     std::for_each_n(bytes.begin(), length, [&text](std::uint8_t b) { text.push_back(static_cast<char>(b)); });
 }
 
-/// Collects letters and remembers where words begin.
+/// Collects letters and the offsets of words.
 class Folding
 {
 public:
-    /// Takes the next character; `startsCapital` says whether the name has a capital letter here.
+    /// Adds the next character; `startsCapital` says whether the name has a capital letter here.
     void Take(UChar32 c, bool startsCapital)
     {
         if (IsAccent(c))

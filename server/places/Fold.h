@@ -9,16 +9,16 @@
 
 namespace beacond {
 
-/// A name reduced to what a search compares.
+/// A name in the form that a search compares.
 struct FoldedName
 {
     std::string text;               ///< UTF-8, letters and digits only
     std::vector<std::size_t> words; ///< offsets in `text` at which a second or later word begins, ascending
 };
 
-/// Folds letter case, accents and spelling variants of one letter, and drops everything that is neither
-/// letter nor digit: "Saint-Denis", "saint denis" and "SAINTDENIS" are equal. Vowel signs of Indic scripts
-/// stay, since they tell names apart. Invalid UTF-8 is dropped.
+/// Folds letter case, accents and spelling variants of one letter, and drops all other characters than
+/// letters and digits: "Saint-Denis", "saint denis" and "SAINTDENIS" are equal. Vowel signs of Indic scripts
+/// stay: names differ only by them. Invalid UTF-8 is dropped.
 [[nodiscard]] FoldedName FoldName(std::string_view name);
 
 /// The text of FoldName alone.

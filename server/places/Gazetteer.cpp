@@ -35,7 +35,7 @@ enum Column : std::size_t {
     kSecondDivision,
     kPopulation = 14,
     kElevation,
-    kSurface, ///< height of the terrain model, -9999 where that has a hole
+    kSurface, ///< height in the terrain model, -9999 where it has no data
     kZone,
     kColumns = 19
 };
@@ -84,7 +84,7 @@ public:
     }
 
 private:
-    /// The reason why the row can't be used, or null.
+    /// The reason why the row is invalid, or null.
     const char* Take(TextTable::Columns row, GazetteerPlace& place)
     {
         if (row.size() != kColumns)
@@ -125,7 +125,7 @@ private:
         return nullptr;
     }
 
-    /// Places of one name whose coordinates a list shows alike can't be told apart there.
+    /// A list can't distinguish places of one name whose displayed coordinates are equal.
     bool IsNew(const std::string& country, std::string_view name, std::int32_t latitude,
                std::int32_t longitude)
     {
@@ -157,7 +157,8 @@ private:
     std::unordered_set<std::string> m_points;
 };
 
-/// "US" of a country, or "US-TX" and "US.TX" of a state: a search knows a state by its hyphen.
+/// The id and code of a country ("US") or of a state ("US-TX", "US.TX"). A search recognises a state by the
+/// hyphen.
 bool IsRegion(std::string_view id, std::string_view code)
 {
     const bool isCountry = code.size() == 2;

@@ -41,7 +41,7 @@ struct GazetteerPlace
     std::string zone;
     std::size_t region = 0; ///< index in Gazetteer::regions
     bool hidden = false;
-    bool isCopy = false; ///< for a second region that lists the place
+    bool isCopy = false; ///< in a second region that lists the place too
 };
 
 struct ShippedPlace
@@ -52,7 +52,7 @@ struct ShippedPlace
     std::string state;
 };
 
-/// All that is known of places before they are arranged for the search.
+/// The data of the places before they are arranged for the search.
 struct Gazetteer
 {
     std::vector<GazetteerRegion> regions; ///< a country before its states
@@ -61,7 +61,7 @@ struct Gazetteer
     std::unordered_map<std::string, std::string> divisions; ///< name by code
 };
 
-/// Reads the tables, and brings in the overlay and the shipped places. Throws PlacesError if a table can't be
+/// Reads the tables, and applies the overlay and the shipped places. Throws PlacesError if a table can't be
 /// read.
 [[nodiscard]] Gazetteer ReadGazetteer(const ImportSources& sources, ImportReport& report);
 

@@ -15,7 +15,7 @@ struct ImportReport
     std::size_t names = 0;                      ///< folded names and words of names that a search finds
     std::size_t codes = 0;                      ///< postal codes
     std::size_t scopes = 0;                     ///< rows of the list of countries and states
-    std::map<std::string, std::size_t> skipped; ///< rows left out, by reason
+    std::map<std::string, std::size_t> skipped; ///< skipped rows, by reason
 
     void Skip(const char* reason) { ++skipped[reason]; }
 };

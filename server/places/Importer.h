@@ -8,7 +8,7 @@
 
 namespace beacond {
 
-/// The tables of an import. Each is plain text or, where its name ends in ".xz", packed.
+/// The tables of an import. Each is plain text, or compressed if its name ends in ".xz".
 struct ImportSources
 {
     std::filesystem::path places; ///< 19 columns, as in GeoNames' cities500.txt
@@ -23,9 +23,9 @@ struct ImportSources
     [[nodiscard]] static ImportSources InFolder(const std::filesystem::path& folder);
 };
 
-/// Makes the places file `out` from the tables. The file appears whole, in place of an older one, or not at
-/// all. The older one stays beside it, with ".previous" behind its name. A row with a fault is left out and
-/// counted. Throws PlacesError if a table can't be read, no place remains, or the file can't be written.
+/// Makes the places file `out` from the tables. The file replaces an older one as a whole, or not at all; the
+/// older one is kept with ".previous" appended to its name. An invalid row is skipped and counted. Throws
+/// PlacesError if a table can't be read, no place remains, or the file can't be written.
 ImportReport ImportPlaces(const ImportSources& sources, const std::filesystem::path& out);
 
 } // namespace beacond

@@ -16,9 +16,9 @@ namespace beacond {
 
 namespace {
 
-// Two or three letters often equal an airport code or abbreviation.
+// Texts of two or three letters are often airport codes or abbreviations.
 constexpr std::size_t kLettersOfAnAlias = 4;
-// Below that nearly every name lies within one typing error.
+// For shorter texts nearly every name is within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
 constexpr std::uint8_t kUnfound = 0xFF;
 
@@ -69,7 +69,7 @@ private:
 
     std::uint8_t RankOf(const layout::Name& name) const
     {
-        // In a file whose names are not in order, a name that doesn't begin with the letters gets here too.
+        // If the names in the file are not sorted, a name without the prefix also gets here.
         const bool isExact = m_folded == m_file.TextAt(name.text);
         switch (static_cast<layout::NameKind>(name.placeAndKind % 4)) {
         case layout::NameKind::Primary:
@@ -77,7 +77,7 @@ private:
         case layout::NameKind::PrimaryWord:
             return kPrimary;
         case layout::NameKind::Alias:
-            // Ranked higher, a hamlet's alias would hide the city being typed.
+            // Rank it low: the alias of a hamlet must not hide the city that the user is typing.
             return isExact && m_letters >= kLettersOfAnAlias ? kPrimary : kAlias;
         case layout::NameKind::AliasWord:
             break;
@@ -103,8 +103,8 @@ private:
         m_best[place] = std::min(m_best[place], rank);
     }
 
-    /// Names whose first letter is wrong can't be looked up, so the common errors there are tried one by one;
-    /// all others share their first letter with what was typed.
+    /// A lookup needs the first letter. The common errors in the first letter are tried one by one; all other
+    /// candidates share the first letter with the typed text.
     void TakeMistyped(const layout::Region& region)
     {
         m_best.assign(region.placeCount, kUnfound);
@@ -134,8 +134,8 @@ private:
     std::span<const layout::Region> m_regions;
     std::string_view m_folded;
     std::size_t m_letters;
-    std::vector<std::uint8_t> m_best;   ///< rank of each place of the present region
-    std::vector<std::uint32_t> m_taken; ///< the places of the present region that were found
+    std::vector<std::uint8_t> m_best;   ///< best rank of each place of the current region
+    std::vector<std::uint32_t> m_taken; ///< the places found in the current region
     std::vector<FoundPlace> m_found;
 };
 

@@ -20,8 +20,8 @@ struct FoundPlace
     std::uint8_t rank; ///< 0 is best
 };
 
-/// The places of a scope of which a name, or a word of one, begins with `folded`, each once, in no order.
-/// Where there is none, those of which a name begins with it but for one typing error.
+/// The places of a scope with a name, or a word of a name, that begins with `folded`; each once, in no order.
+/// If there are none, the places with a name that begins with `folded` except for one typing error.
 [[nodiscard]] std::vector<FoundPlace> FindPlaces(const PlacesFile& file, const layout::Scope& scope,
                                                  std::string_view folded);
 

@@ -16,7 +16,7 @@ namespace beacond {
 
 namespace {
 
-/// Adds the names of one place after the other.
+/// Adds the names of the places, place by place.
 class NameRows
 {
 public:
@@ -32,7 +32,7 @@ public:
         std::vector<FoldedName> aliases;
         for (const std::string_view alias : SplitAliases(place.aliases))
             aliases.push_back(FoldName(alias));
-        // The kinds in order of rank: of two equal texts the first is kept.
+        // In order of rank: only the first of two equal texts is kept.
         AddWhole(primary, number, layout::NameKind::Primary);
         for (const FoldedName& alias : aliases)
             AddWhole(alias, number, layout::NameKind::Alias);
@@ -48,7 +48,7 @@ private:
             Push(m_contents.texts.Append(name.text), place, kind);
     }
 
-    /// Each word begins a text of its own that reaches to the name's end: "york city" finds New York City.
+    /// Each word begins a further text that extends to the end of the name: "york city" finds New York City.
     void AddWords(const FoldedName& name, std::uint32_t place, layout::NameKind kind)
     {
         for (const std::size_t word : name.words) {
@@ -64,7 +64,7 @@ private:
     }
 
     FileContents& m_contents;
-    std::unordered_set<std::string> m_seen; ///< texts of the present place
+    std::unordered_set<std::string> m_seen; ///< texts of the current place
 };
 
 } // namespace

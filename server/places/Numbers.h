@@ -13,7 +13,7 @@
 
 namespace beacond {
 
-/// The number that is all of `text`, in the notation of the C locale.
+/// The number in `text`, in the notation of the C locale; nothing if `text` contains anything else.
 template <typename Number>
 [[nodiscard]] std::optional<Number> NumberIn(std::string_view text)
 {
@@ -27,7 +27,7 @@ template <typename Number>
 [[nodiscard]] inline std::optional<std::int32_t> UnitsIn(std::string_view degrees, double most)
 {
     const std::optional<double> number = NumberIn<double>(degrees);
-    // Also false for a NaN.
+    // Also false for NaN.
     if (!number || !(std::abs(*number) <= most))
         return std::nullopt;
     return static_cast<std::int32_t>(std::lround(*number * layout::kUnitsPerDegree));

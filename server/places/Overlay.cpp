@@ -43,7 +43,7 @@ void Rename(GazetteerPlace& place, std::string_view name)
     place.name = name;
 }
 
-/// Whether the action is one of those on a single place, and its value fits.
+/// Whether the action is one on a single place, with a valid value.
 bool Correct(GazetteerPlace& place, std::string_view action, std::string_view value)
 {
     if (action == "hidden") {
@@ -77,8 +77,8 @@ bool IsIn(const GazetteerPlace& place, std::string_view code)
            (place.firstDivision.size() == code.size() || place.firstDivision[code.size()] == '.');
 }
 
-/// Adds a copy of each place that is, or lies in, `subject` to a region whose country doesn't list it yet;
-/// the number of copies.
+/// Adds a copy of each place that is `subject` or lies in it to a region whose country doesn't list it yet.
+/// Returns the number of copies.
 std::size_t ListAgain(Gazetteer& gazetteer, std::string_view subject, std::string_view regionId)
 {
     const auto region = std::find_if(gazetteer.regions.begin(), gazetteer.regions.end(),
@@ -127,7 +127,7 @@ void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& 
         else if (!Correct(gazetteer.places[place->second], row[0], value))
             report.Skip("overlay: unknown action or wrong value");
     });
-    // The copies come last, so that they have the corrections.
+    // Copy last, so that the copies have the corrections.
     for (const Listing& listing : listings) {
         if (ListAgain(gazetteer, listing.subject, listing.region) == 0)
             report.Skip("overlay: no such place or region, or its country lists it already");

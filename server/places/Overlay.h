@@ -8,11 +8,11 @@ class TextTable;
 struct Gazetteer;
 struct ImportReport;
 
-/// Brings the corrections of an overlay table into the gazetteer. A row that fits no place is counted as
+/// Applies the corrections of an overlay table to the gazetteer. A row without a matching place counts as
 /// skipped.
 void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& report);
 
-/// Takes in the places of the program's own list; each is shown under its name there.
+/// Adds the places of the program's own list; each is shown under its name in that list.
 void ApplyShipped(const TextTable& shipped, Gazetteer& gazetteer, ImportReport& report);
 
 } // namespace beacond

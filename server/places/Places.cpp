@@ -16,8 +16,8 @@ namespace beacond {
 
 namespace {
 
-// The longest name of the tables is shorter. Folding can make eighteen letters of one, and typing errors are
-// looked for in several ways: longer texts would cost much and find nothing.
+// Limit the text: no name in the tables is longer. Folding can expand one letter to eighteen, and the search
+// for typing errors runs several times, so that a longer text would cost much and find nothing.
 constexpr std::size_t kLongestLetters = 200;
 
 std::string FoldLetters(std::string_view letters)
@@ -30,7 +30,7 @@ constexpr std::string_view kKeyMark = "G";
 constexpr std::size_t kZipDigits = 5;
 constexpr std::size_t kZipPlusFourDigits = 9;
 constexpr std::size_t kCanadianLetters = 6;
-// Files of Canadian codes often hold their first half only, which stands for a part of a city.
+// Tables of Canadian codes often contain only the first half of a code, which covers a part of a city.
 constexpr std::size_t kCanadianArea = 3;
 
 bool IsDigits(std::string_view text)

@@ -43,7 +43,7 @@ struct Place
     std::string timeZone;         ///< name in the tz database
 };
 
-/// All places of one places file. Any number of threads may ask at once.
+/// All places of one places file. Thread-safe.
 class Places final
 {
 public:
@@ -52,22 +52,21 @@ public:
 
     explicit Places(const std::filesystem::path& path);
 
-    /// The countries and states in the order in which a person reads them. The texts live as long as this
-    /// object.
+    /// The countries and states in the order of the list. The texts live as long as this object.
     [[nodiscard]] std::vector<State> States() const;
 
     /// The number of places of a country or state that match the letters; 0 for an unknown id or no letters.
     [[nodiscard]] std::size_t Count(std::string_view stateId, std::string_view letters) const;
 
-    /// The `most` best of the same places, best first.
+    /// The `most` best of these places, best first.
     [[nodiscard]] std::vector<Match> Search(std::string_view stateId, std::string_view letters,
                                             std::size_t most) const;
 
-    /// The places of a postal code, the best first; none if the code is unknown. Takes any case and spacing,
+    /// The places of a postal code, best first; none if the code is unknown. Accepts any case and spacing,
     /// and ZIP+4.
     [[nodiscard]] std::vector<Match> ByZip(std::string_view code) const;
 
-    /// The place with this identifier, hidden places too.
+    /// The place with this identifier, also if it is hidden.
     [[nodiscard]] std::optional<Place> ByAtlasId(std::string_view id) const;
 
 private:
@@ -80,7 +79,7 @@ private:
 
     PlacesFile m_file;
     std::unordered_map<std::string_view, const layout::Scope*> m_scopes; ///< by id
-    /// Of the places that are listed twice, the first row by the second.
+    /// For the places that are listed twice: the first row, by the second.
     std::unordered_map<const layout::Place*, const layout::Place*> m_firstRows;
 };
 

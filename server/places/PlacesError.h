@@ -6,7 +6,7 @@
 
 namespace beacond {
 
-/// A table or places file that can't be used. The text names the file and the reason, for the operator.
+/// A table or places file is unusable. The text names the file and the reason, for the operator.
 class PlacesError : public std::runtime_error
 {
 public:

@@ -33,12 +33,12 @@ constexpr int kCellsAround = 1;
 constexpr int kMostCellsAround = 6;
 constexpr std::size_t kMostPlaces = 5;
 constexpr double kReachKm = 40.0;
-// Distance within which a code's point may miss its place.
+// The distance that a code's point may have from its place.
 constexpr double kSpreadKm = 2.0;
-// Many small places have no number of inhabitants.
+// Many small places have no population in the table.
 constexpr double kSmallest = 100.0;
 
-// Territories share the codes of the United States, but are countries of their own in the table of places.
+// Territories share the postal codes of the United States, but are separate countries in the table of places.
 bool SharesCodes(std::string_view postalCountry, std::string_view country)
 {
     static constexpr std::string_view kTerritories[] = {"AS", "GU", "MP", "PR", "VI"};
@@ -47,7 +47,8 @@ bool SharesCodes(std::string_view postalCountry, std::string_view country)
             std::find(std::begin(kTerritories), std::end(kTerritories), country) != std::end(kTerritories));
 }
 
-/// On a sphere that is flat at the mean latitude: exact to a per cent over the distances compared here.
+/// Equirectangular approximation at the mean latitude: exact to one per cent over the distances compared
+/// here.
 double DistanceKm(double latitudeA, double longitudeA, double latitudeB, double longitudeB)
 {
     const double east = std::remainder(longitudeA - longitudeB, 360.0) *
@@ -62,7 +63,7 @@ struct Candidate
     double weight;
 };
 
-/// The places by cell of the map.
+/// The places, indexed by cells of a map grid.
 class Grid
 {
 public:
@@ -107,8 +108,7 @@ private:
                 continue;
             const double km =
                 DistanceKm(latitude, longitude, Degrees(place.latitude), Degrees(place.longitude));
-            // The fourth power keeps a suburb before the city that it borders on, and the city before its own
-            // quarters.
+            // The fourth power ranks a suburb above the city next to it, and the city above its own quarters.
             found.push_back(
                 {i, km, std::max<double>(place.population, kSmallest) / std::pow(km + kSpreadKm, 4.0)});
         }

@@ -12,13 +12,13 @@ struct FileContents;
 struct Gazetteer;
 struct ImportReport;
 
-/// Fills the postal codes, each with the places that a person with that code may look for: the one that the
-/// table names, then those around the code's point, where a large place counts from farther away. The
+/// Fills the postal codes, each with the places that a user with that code may mean: the place that the table
+/// names, then the places around the code's point, where a large place counts from farther away. The
 /// gazetteer is in the file's order.
 void JoinPostalCodes(const TextTable& postal, const Gazetteer& gazetteer, FileContents& contents,
                      ImportReport& report);
 
-/// A postal code as it is compared: letters and digits only, in capitals.
+/// The postal code in the form that is compared: letters and digits only, in capitals.
 [[nodiscard]] std::string NormalPostalCode(std::string_view code);
 
 } // namespace beacond

@@ -10,17 +10,16 @@
 
 namespace beacond {
 
-/// A table of lines whose columns are separated by tabs, held in memory. A name that ends in ".xz" is
-/// unpacked.
+/// A table of tab-separated columns, held in memory. A file whose name ends in ".xz" is decompressed.
 class TextTable final
 {
 public:
     using Columns = std::span<const std::string_view>;
 
-    /// Throws PlacesError if the file can't be read or unpacked, or is larger than 1 GiB.
+    /// Throws PlacesError if the file can't be read or decompressed, or is larger than 1 GiB.
     explicit TextTable(const std::filesystem::path& path);
 
-    /// Calls `row` with the columns of each line but empty ones and those that begin with "#". The texts
+    /// Calls `row` with the columns of each line, except empty lines and lines that begin with "#". The texts
     /// point into this object.
     void ForEach(const std::function<void(Columns)>& row) const;
 

@@ -6,12 +6,11 @@
 
 namespace beacond {
 
-/// Whether a request can carry the text without escapes: at least one of A-Z a-z 0-9 . _ ~ - and nothing
-/// else.
+/// Whether a request can contain the text without escapes: one or more of A-Z a-z 0-9 . _ ~ - only.
 [[nodiscard]] bool IsToken(std::string_view text);
 
-/// Whether the program can keep a place under this key: an ASCII name of an XML element, and none of the
-/// words with which the program's settings have a meaning of their own.
+/// Whether the program can store a place under this key: an ASCII name of an XML element that the program's
+/// settings do not use themselves.
 [[nodiscard]] bool IsPlaceKey(std::string_view text);
 
 } // namespace beacond

@@ -27,11 +27,11 @@ bool BeginsWithOneError(std::string_view name, std::string_view typed)
         return true;
     const std::string_view nextTyped = typed.substr(LetterLength(typed));
     const std::string_view nextName = name.substr(LetterLength(name));
-    if (name.starts_with(nextTyped)) // one too much
+    if (name.starts_with(nextTyped)) // an additional letter
         return true;
     if (name.empty())
         return false;
-    if (nextName.starts_with(nextTyped) || nextName.starts_with(typed)) // wrong, or missing
+    if (nextName.starts_with(nextTyped) || nextName.starts_with(typed)) // a wrong or a missing letter
         return true;
     const std::string_view first = typed.substr(0, LetterLength(typed));
     const std::string_view second = nextTyped.substr(0, LetterLength(nextTyped));

@@ -9,15 +9,14 @@
 
 namespace beacond {
 
-/// The bytes of the first letter of valid UTF-8; 0 of nothing.
+/// The length in bytes of the first character of valid UTF-8; 0 for an empty text.
 [[nodiscard]] std::size_t LetterLength(std::string_view text);
 
-/// Whether `name` begins with `typed` but for one letter that is wrong, missing or too much, or two
-/// neighbours that are swapped.
+/// Whether `name` begins with `typed`, except for one typing error in `typed`: a wrong, missing or additional
+/// letter, or two neighbouring letters swapped.
 [[nodiscard]] bool BeginsWithOneError(std::string_view name, std::string_view typed);
 
-/// The texts that may have been meant if the error is in the first letter. Letters to add or to replace are
-/// those of ASCII.
+/// The corrected texts if the error is in the first letter. Only ASCII letters are added or replaced.
 [[nodiscard]] std::vector<std::string> VariantsOfFirstLetter(std::string_view typed);
 
 } // namespace beacond

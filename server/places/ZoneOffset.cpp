@@ -16,12 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Summer time that is not due within this time has been abolished.
+// Summer time without a change within this period counts as abolished.
 constexpr absl::Duration kSeason = absl::Hours(24 * 366);
-// Ramadan with some days on both sides; the shortest winter time of a zone is four months.
+// Longer than Ramadan, and shorter than the four months of the shortest winter time of any zone.
 constexpr absl::Duration kSomeWeeks = absl::Hours(24 * 60);
 
-// Abseil reads any path and the offsets that it names itself; those are no zones of the tz database.
+// Abseil also accepts paths, and names of its own for fixed offsets; both are not zones of the tz database.
 bool IsZoneName(std::string_view name)
 {
     const auto allowed = [](char c) {
@@ -32,9 +32,9 @@ bool IsZoneName(std::string_view name)
            std::all_of(name.begin(), name.end(), allowed);
 }
 
-// Abseil keeps each zone, and each failure to find one, under the zone's name until the process ends. It
-// reads an absolute path as it stands: one more slash in the path names the same file, and reads it again.
-// Belongs to the process, as that cache does.
+// Abseil caches each zone, and each failed lookup, by name until the process ends. An absolute path is read
+// unchanged: one more slash in the path names the same file, but is a new name for the cache. Global, as that
+// cache is.
 std::atomic<std::size_t> slashes{1};
 
 fs::path Database()
@@ -54,7 +54,7 @@ fs::file_time_type NewestChange(const fs::path& folder)
 {
     std::error_code ignored;
     fs::file_time_type newest = fs::last_write_time(folder, ignored);
-    // By increment: the operator throws where a folder vanishes meanwhile.
+    // Use increment(): operator++ throws if a folder vanishes meanwhile.
     fs::recursive_directory_iterator entry(folder, fs::directory_options::skip_permission_denied, ignored);
     for (; entry != fs::recursive_directory_iterator(); entry.increment(ignored)) {
         newest = std::max(newest, entry->last_write_time(ignored));
@@ -62,7 +62,7 @@ fs::file_time_type NewestChange(const fs::path& folder)
     return newest;
 }
 
-/// A time without a change of the offset, half-open.
+/// A period of one offset, half-open.
 struct Period
 {
     absl::TimeZone::CivilInfo info;
@@ -79,7 +79,7 @@ absl::Time NextChange(const absl::TimeZone& zone, absl::Time after)
 absl::Time LastChange(const absl::TimeZone& zone, absl::Time at)
 {
     absl::TimeZone::CivilTransition change;
-    // PrevTransition looks before its argument, and a period begins at its change.
+    // PrevTransition searches strictly before its argument, but a period includes the time of its change.
     return zone.PrevTransition(at + absl::Seconds(1), &change) ? zone.At(change.to).trans
                                                                : absl::InfinitePast();
 }
@@ -89,7 +89,7 @@ Period PeriodAt(const absl::TimeZone& zone, absl::Time at)
     return {zone.At(at), LastChange(zone, at), NextChange(zone, at)};
 }
 
-/// The period from `now` on in which summer time begins or ends, if that is within a year.
+/// The period after the next begin or end of summer time, if that is within a year of `now`.
 std::optional<Period> OtherSeason(const absl::TimeZone& zone, const Period& present, absl::Time now)
 {
     for (absl::Time change = present.end; change < now + kSeason; change = NextChange(zone, change)) {
@@ -119,8 +119,8 @@ std::optional<std::chrono::minutes> StandardOffset(std::string_view zone, std::c
     if (other) {
         const Period& lower = other->info.offset < present.info.offset ? *other : present;
         const Period& higher = other->info.offset < present.info.offset ? present : *other;
-        // Only where the database itself calls the lower offset the exception: elsewhere a summer time that
-        // was interrupted for Ramadan would pass for the standard time.
+        // Only if the database marks the lower offset as daylight saving: otherwise a summer time that is
+        // interrupted for Ramadan would count as the standard time.
         const bool isException = lower.info.is_dst && lower.end - lower.begin < kSomeWeeks;
         seconds = isException ? higher.info.offset : lower.info.offset;
     }
@@ -129,7 +129,7 @@ std::optional<std::chrono::minutes> StandardOffset(std::string_view zone, std::c
 
 void ReadZonesAgain()
 {
-    // The zones read before stay in memory: read them again only after a change.
+    // Read zones again only after a change: the zones read before stay in memory.
     static fs::file_time_type known = fs::file_time_type::min();
     const fs::file_time_type newest = NewestChange(Database());
     if (newest != known) {

@@ -12,8 +12,8 @@ namespace beacond {
 
 namespace {
 
-// FNV-1a. The value decides about an installation for ever, so that it must not depend on a library's
-// version.
+// FNV-1a. The value must stay the same for an installation for ever, so that it can't depend on the version
+// of a library.
 std::uint64_t StableHash(std::string_view text)
 {
     std::uint64_t hash = 14695981039346656037ULL;
@@ -30,7 +30,7 @@ bool IsFor(const Strip& strip, std::string_view dist, std::string_view country, 
            (strip.until.empty() || day <= strip.until);
 }
 
-// The whole numbers before and behind the point. 1.10 is newer than 1.9; 1 and 1.0 are the same.
+// The whole numbers before and after the point. 1.10 is newer than 1.9; 1 and 1.0 are the same.
 using Version = std::array<std::int64_t, 2>;
 
 Version VersionOf(std::string_view text)

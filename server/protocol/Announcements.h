@@ -12,34 +12,34 @@
 
 namespace beacond {
 
-/// The strips and releases as they were last read from the store.
+/// The strips and releases last read from the store.
 struct Announcements
 {
     std::vector<Strip> strips;
     std::vector<Release> releases;
 };
 
-/// The day of a moment, UTC: "2027-03-10".
+/// The day of a time in UTC: "2027-03-10".
 [[nodiscard]] std::string DayText(std::chrono::sys_seconds time);
 
 /// Minutes until an installation asks for its next strip: 10 to 14, always the same for one identifier. A
-/// client whose time becomes shorter than before would stop asking.
+/// client whose interval becomes shorter would stop asking.
 [[nodiscard]] int WaitMinutes(std::string_view identifier);
 
-/// The strip for an installation: of those for its distribution, its country and the day, one after the
-/// other. Null if there is none, and the client shows its own.
+/// The strip for an installation: the strips for its distribution, its country and the day take turns. Null
+/// if there is none; the client then shows its default.
 /// @param country two letters, or "ZZ"
 [[nodiscard]] const Strip* ChooseStrip(const Announcements& announcements, std::string_view identifier,
                                        std::string_view dist, std::string_view country,
                                        std::chrono::sys_seconds now);
 
-/// The newest release if it is newer than the client's; null if none is. Versions compare by name, then by
+/// The newest release if it is newer than the client's, otherwise null. Versions compare by name, then by
 /// sequence, as numbers.
-/// @param name,sequence the client's own, as it sends them; a text that is no number counts as 0
+/// @param name,sequence the client's version; a text that is no number counts as 0
 [[nodiscard]] const Release* NewerRelease(const Announcements& announcements, std::string_view name,
                                           std::string_view sequence);
 
-/// Whether the text is a number as releases are numbered: digits, and perhaps a point and more digits.
+/// Whether the text is a release number: digits, optionally a point and more digits.
 [[nodiscard]] bool IsVersionNumber(std::string_view text);
 
 } // namespace beacond

@@ -17,7 +17,7 @@ namespace beacond {
 
 namespace {
 
-// Wrong codes of one household within an hour. The code alone is asked for, so that guessing has to be slow.
+// Wrong codes of one household within an hour. The code is the only secret, so that guessing must be slow.
 constexpr int kMostWrongCodes = 10;
 
 struct WantedText
@@ -27,7 +27,7 @@ struct WantedText
     std::string place;
 };
 
-// Hours and minutes as the program sends them: "5:07", "17:30".
+// Hours and minutes in the form that the program sends: "5:07", "17:30".
 bool IsClockTime(std::string_view text)
 {
     const std::size_t colon = text.find(':');
@@ -59,7 +59,7 @@ Response ConfirmationReply(bool isConfirmed, std::string_view message)
 {
     XmlReply reply;
     reply.Attribute("result", isConfirmed ? "1" : "0");
-    // Always there: without a message the program says that it could not verify the settings.
+    // Always send a message: without one the program says that it could not verify the settings.
     reply.Attribute("message", message);
     return ScriptReply(std::move(reply));
 }
@@ -107,7 +107,7 @@ boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, 
         co_return ScriptReply(XmlReply());
     }
     const std::string installation = HashOfInstallation(identifier);
-    // Named: see docs/service.md.
+    // A named variable: see docs/service.md.
     auto isDue = [installation, prayer = text->prayer](const Store& store) {
         return store.IsTextDue(installation, prayer);
     };
@@ -142,7 +142,7 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
                                     "while the computer is connected to the Internet, then register.");
     }
     const std::string network = NetworkOf(request.client);
-    // Taken before the store is asked, so that codes that are tried at once count too.
+    // Count the attempt before the store is asked, so that simultaneous attempts count too.
     if (!m_wrongCodes.TryConsume(network, now)) {
         ++m_figures.codesLimited;
         co_return ConfirmationReply(false, "Too many wrong codes. Please try again in an hour.");
@@ -181,7 +181,7 @@ void MessageScripts::Count(Confirmation confirmation, AttemptLimit::Time now)
         return;
     }
     ++m_figures.codesWrong;
-    // Each network has few attempts: many wrong codes together come from many networks.
+    // A network has few attempts, so that many wrong codes together come from many networks.
     if (!m_wrongCodesOfAll.TryConsume("all", now) && m_alarms.TryConsume("all", now)) {
         m_report("more than " + std::to_string(m_wrongCodesAlarm) + " wrong personal codes within an hour");
     }

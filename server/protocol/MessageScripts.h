@@ -23,15 +23,15 @@ struct Keys;
 struct MessageFigures
 {
     std::atomic<std::uint64_t> textsQueued{0};
-    std::atomic<std::uint64_t> textsMissed{0}; ///< wanted, and not queued since the store failed
+    std::atomic<std::uint64_t> textsMissed{0}; ///< asked for, but not queued because the store failed
     std::atomic<std::uint64_t> codesConfirmed{0};
     std::atomic<std::uint64_t> codesWrong{0};
     std::atomic<std::uint64_t> codesExpired{0};
     std::atomic<std::uint64_t> codesLimited{0}; ///< not looked up: too many wrong ones from that network
 };
 
-/// The reply to a confirmation that is refused unread. The program shows its text; to anything but XML it
-/// would say that there is no Internet.
+/// The reply to a confirmation that is refused before it is read. The program shows its text; for a reply
+/// that is not XML it would say that there is no Internet.
 [[nodiscard]] Response RefusedConfirmation();
 
 /// The scripts that need the store: the prayer call and the confirmation of a sign-up. Thread-safe.
@@ -43,8 +43,8 @@ public:
     ///   at most once an hour
     MessageScripts(const Keys& keys, StoreThread& store, Report report, int wrongCodesAlarm);
 
-    /// Puts a text into the outbox where the call wants one; returns when it is on the disk, long before it
-    /// is sent.
+    /// Puts a text into the outbox if the call asks for one; returns when it is on the disk, not when it is
+    /// sent.
     /// @param places may be null while none are loaded
     [[nodiscard]] boost::asio::awaitable<Response> PrayerCall(const Query& query, const Places* places);
     /// Binds the installation to the device of a personal code.

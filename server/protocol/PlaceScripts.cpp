@@ -17,7 +17,7 @@ namespace beacond {
 
 namespace {
 
-// Above that the program asks its user before it fetches the list.
+// Above this number the program asks its user before it fetches the list.
 constexpr std::size_t kMostUnasked = 200;
 constexpr std::size_t kMostCities = 1'000;
 constexpr std::size_t kLargestReply = 256UL * 1024;
@@ -88,7 +88,7 @@ Response CityInfo(const Places& places, const Query& query, std::chrono::sys_sec
 {
     const auto place = places.ByAtlasId(TrimmedValue(query, "aid"));
     const auto offset = place ? StandardOffset(place->timeZone, now) : std::nullopt;
-    // Older versions fail to start with such a place.
+    // Older versions of the program fail to start with such a place.
     if (!offset || *offset < std::chrono::hours(-12) || *offset > std::chrono::hours(14)) {
         return ScriptFailure(404, "There is no such place.\n");
     }

@@ -66,7 +66,7 @@ std::optional<Refusal> RequestLimits::Refuse(RequestKind kind, const Request& re
         return Refusal{true, kRetryUnderLoad};
     }
     const TokenBuckets::Clock::time_point now = TokenBuckets::Clock::now();
-    // The installation first, so that one that is refused does not use up what its network shares.
+    // Check the installation first, so that a refused one does not use up the tokens of its network.
     if (DayOfInstallationIdentifier(m_identifierKey, identifier)) {
         const Duration wait = m_installations.TryConsume(std::hash<std::string_view>()(identifier), now);
         if (wait > Duration::zero()) {

@@ -16,8 +16,8 @@ namespace beacond {
 
 class Key;
 
-/// Requests that can be refused, in the order in which they are refused under load. All others, above all
-/// prayer calls, never are.
+/// The kinds of requests that can be refused, in the order in which they are refused under load. All other
+/// requests, such as prayer calls, are never refused.
 enum class RequestKind { Search, Page, Identifier, Confirmation, Strip, Version };
 
 inline constexpr std::array<std::string_view, 6> kRequestKindNames = {"search",       "page",  "identifier",
@@ -30,7 +30,8 @@ struct LimitOptions
     std::int64_t networkBurst = 20'000;
     std::int64_t installationPerMinute = 60;
     std::int64_t installationBurst = 60;
-    /// The delay of a thread from which on searches are refused, pages at twice, the rest at four times this.
+    /// Searches are refused from this delay of a thread on, pages from twice, the rest from four times this
+    /// delay.
     std::chrono::milliseconds overload{250};
 };
 
@@ -49,20 +50,21 @@ struct Refusal
     std::chrono::seconds retryAfter{};
 };
 
-/// The reply for requests without a refusal of their own: plain text, which the program reads as a failure.
+/// The reply for requests without a special refusal: plain text, which the program reads as a failure.
 [[nodiscard]] Response RefusalReply(const Refusal& refusal);
 
-/// Decides which requests are refused: those of a network or an installation that exceeds its rate limit, and
-/// under load the least important ones first. Thread-safe.
+/// Decides which requests are refused: the requests of a network or an installation that exceeds its rate
+/// limit, and under load the least important ones first. Thread-safe.
 class RequestLimits final
 {
 public:
-    /// @param identifierKey tells the identifiers that the service has given. Any other one, made up or of
-    ///   another service, counts for its network alone: a client without an identifier must not be worse off.
+    /// @param identifierKey verifies the identifiers that the service has issued. A request with any other
+    ///   identifier, invented or of another service, counts for its network alone: a client without an
+    ///   identifier must not be worse off.
     RequestLimits(const LimitOptions& options, const Key& identifierKey);
 
-    /// Nothing if the request is to be answered.
-    /// @param identifier of the installation, empty where the request has none
+    /// The refusal, or nothing if the request is to be answered.
+    /// @param identifier of the installation, empty if the request has none
     [[nodiscard]] std::optional<Refusal> Refuse(RequestKind kind, const Request& request,
                                                 std::string_view identifier);
 

@@ -26,7 +26,7 @@ std::int32_t DayOf(std::chrono::sys_seconds time)
     return static_cast<std::int32_t>(std::chrono::floor<std::chrono::days>(time).time_since_epoch().count());
 }
 
-// Without a strip of ours the program shows its own.
+// With an empty strip the program shows its default.
 Response StripReply(const Strip* strip, std::string_view identifier)
 {
     XmlReply reply;
@@ -64,7 +64,7 @@ const Scripts::Script* Scripts::Find(std::string_view name)
 {
     static constexpr Script kScripts[] = {
         {"requestProdID.pl", RequestKind::Identifier, &Scripts::RequestProdID},
-        // Never refused: the program waits for it before it opens its window.
+        // Never refused: the program waits for this reply before it opens its window.
         {"startup.pl", std::nullopt, &Scripts::Startup},
         {"getAd.pl", RequestKind::Strip, &Scripts::GetAd},
         {"version.pl", RequestKind::Version, &Scripts::Version},
@@ -133,7 +133,7 @@ Response Scripts::Refused(RequestKind kind, const Refusal& refusal, const Query&
 {
     switch (kind) {
     case RequestKind::Strip:
-        // After a failure the program would leave out its question for a newer version.
+        // After a failure the program would not ask for a newer version.
         return StripReply(nullptr, TrimmedValue(query, kInstallation));
     case RequestKind::Version:
         return VersionReply(nullptr);

@@ -27,7 +27,7 @@ struct Keys;
 /// Names of distributions of the program.
 using Distributions = std::set<std::string, std::less<>>;
 
-/// Sources of the scripts, which must outlive them.
+/// The data and services that the scripts use; they must outlive the scripts.
 struct ScriptSources
 {
     const Keys& keys;
@@ -37,9 +37,9 @@ struct ScriptSources
     const Latest<Announcements>& announcements;
     const Latest<Distributions>& dists; ///< counted by name
     std::function<std::chrono::sys_seconds()> now;
-    Report report; ///< takes the reasons of failures
+    Report report; ///< receives the reasons of failures
     RequestLimits& limits;
-    /// Report when more wrong codes than this arrive from all clients within an hour, at most once an hour.
+    /// More wrong codes than this from all clients within an hour are reported, at most once an hour.
     int wrongCodesAlarm = 100;
     std::function<AttemptLimit::Time()> elapsed = &AttemptLimit::Clock::now; ///< for limits of an hour
 };
@@ -53,10 +53,11 @@ public:
 
     explicit Scripts(ScriptSources sources);
 
-    /// @param request of a path that begins with kFolder
+    /// @param request its path begins with kFolder
     [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request);
 
-    /// The script's name that @p path ends in, such as "getAd.pl", or "unknown": fit for a log.
+    /// The name of the script at the end of @p path, such as "getAd.pl", or "unknown". Never contains text of
+    /// the client.
     [[nodiscard]] static std::string_view NameOf(std::string_view path);
 
     [[nodiscard]] const MessageFigures& Figures() const { return m_messages.Figures(); }
@@ -72,7 +73,7 @@ private:
     [[nodiscard]] Response Startup(const Query& query) const;
     [[nodiscard]] Response GetAd(const Query& query) const;
     [[nodiscard]] Response Version(const Query& query) const;
-    /// Two letters, "ZZ" for a place that is not known.
+    /// Two letters, "ZZ" for an unknown place.
     [[nodiscard]] std::string CountryOf(std::string_view atlasId) const;
 
     ScriptSources m_sources;

@@ -19,7 +19,7 @@ class StartCounter final
 public:
     /// @param count starts to add, under a day, country and distribution as in StartCount
     void Add(std::int32_t day, const std::string& country, const std::string& dist, std::int64_t count = 1);
-    /// All that was counted since the last call.
+    /// The starts counted since the last call.
     [[nodiscard]] std::vector<StartCount> Drain();
 
 private:

@@ -29,7 +29,7 @@ std::string MakeInstallationIdentifier(const Key& key, std::int32_t day)
     std::string bytes = {kKeyVersion, static_cast<char>(day & 0xFF), static_cast<char>((day >> 8) & 0xFF)};
     bytes += RandomBytes(kRandomBytes);
     bytes += HashOf(key, bytes);
-    // The length counts the NUL behind the text.
+    // The length includes the NUL after the text.
     std::string text(sodium_base64_ENCODED_LEN(kBytes, kBase64), '\0');
     sodium_bin2base64(text.data(), text.size(), reinterpret_cast<const unsigned char*>(bytes.data()),
                       bytes.size(), kBase64);

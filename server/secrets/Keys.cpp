@@ -60,8 +60,8 @@ private:
     int m_number;
 };
 
-// Under another name first, then linked into place: a crash leaves no half key, and of two services that
-// start at once one makes the key and both read it.
+// Written under another name, then linked to its final one: a crash leaves no partial key, and of two
+// services that start at once one creates the key and both read it.
 void MakeKeyFile(const std::filesystem::path& file)
 {
     std::array<unsigned char, Key::kBytes> bytes{};
@@ -111,7 +111,7 @@ Key Key::FromFile(const std::filesystem::path& file)
 Key Key::FromExistingFile(const std::filesystem::path& file)
 {
     RequireSodium();
-    // A FIFO would wait for a writer.
+    // Without O_NONBLOCK, opening a FIFO would wait for a writer.
     const Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     struct stat status = {};
     const bool isOpen = descriptor.Number() >= 0 && ::fstat(descriptor.Number(), &status) == 0;
@@ -127,7 +127,7 @@ Key Key::FromExistingFile(const std::filesystem::path& file)
     if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
         throw KeyError(file.string() + ": readable by others than its owner; run chmod 600 on it");
     }
-    // One byte more than a key has, so that a longer file is seen.
+    // One byte more than a key, so that a longer file is detected.
     std::array<unsigned char, kBytes + 1> read{};
     const ssize_t count = ::read(descriptor.Number(), read.data(), read.size());
     if (count != static_cast<ssize_t>(kBytes)) {

@@ -7,8 +7,8 @@
 
 namespace beacond {
 
-/// The steps that bring an empty SQLite file to the current schema, in order. A step that has been released
-/// is never changed: the number of steps that a file has gone through is its version.
+/// The steps that bring an empty SQLite file to the current schema, in order. Never change a released step:
+/// the number of the steps applied to a file is its version.
 inline constexpr std::array<std::string_view, 3> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,

@@ -70,8 +70,7 @@ std::string Statement::Text(int column) const
 Database::Database(const std::string& path, Access access)
     : m_path(path)
 {
-    // A connection that only reads is opened for writing as well: otherwise it leaves the files of its log
-    // behind.
+    // Open a read-only connection for writing too: otherwise SQLite leaves the files of its log behind.
     const int flags =
         SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (access == Access::Write ? SQLITE_OPEN_CREATE : 0);
     if (sqlite3_open_v2(path.c_str(), &m_handle, flags, nullptr) != SQLITE_OK) {
@@ -80,8 +79,8 @@ Database::Database(const std::string& path, Access access)
         throw StoreError(path + ": " + reason);
     }
     sqlite3_extended_result_codes(m_handle, 1);
-    // Another process, such as a subcommand that adds a strip, holds the store for milliseconds. Shorter than
-    // the time limit of a call, so that the call says what it has waited for.
+    // Another process, such as a subcommand that adds a strip, holds the lock for milliseconds. The timeout
+    // is shorter than the time limit of a call, so that the error of the call names the lock.
     constexpr int kBusyMilliseconds = 1000;
     sqlite3_busy_timeout(m_handle, kBusyMilliseconds);
     if (access == Access::Read) {
@@ -169,7 +168,7 @@ void Database::RequireItsPath() const
 Transaction::Transaction(Database& database)
     : m_database(database)
 {
-    // Alone it would be stored, although the group fails.
+    // Outside a transaction the statements would be stored even though the group has failed.
     if (m_database.IsInGroup() && m_database.IsAutocommit()) {
         throw StoreError("an error before this call has undone its transaction");
     }
@@ -178,7 +177,7 @@ Transaction::Transaction(Database& database)
 
 Transaction::~Transaction()
 {
-    // SQLite has rolled back by itself after a full disk or the like.
+    // SQLite may already have rolled back by itself, for instance on a full disk.
     if (!m_isDone && !m_database.IsAutocommit()) {
         m_database.TryExecute(m_database.IsInGroup() ? "ROLLBACK TO part; RELEASE part" : "ROLLBACK");
     }

@@ -15,8 +15,8 @@ namespace beacond {
 
 class Database;
 
-/// One run of a prepared statement: bind in order, then step through its rows. Ready for the next run when it
-/// ends.
+/// One run of a prepared statement: bind the values in order, then step through the rows. The destructor
+/// resets the statement for its next run.
 class Statement final
 {
 public:
@@ -28,7 +28,7 @@ public:
     Statement& Bind(std::int64_t value);
     Statement& Bind(std::string_view text);
     Statement& BindBytes(std::string_view bytes);
-    /// True while there is a row to read.
+    /// Returns true while there is a row to read.
     bool Step();
 
     [[nodiscard]] std::int64_t Integer(int column) const;
@@ -43,13 +43,13 @@ private:
     int m_bound = 0;
 };
 
-/// A SQLite file. Each statement is prepared once. Failures throw StoreError with the file's name. Waits a
-/// second for a lock of another process.
+/// An SQLite file. Each statement is prepared once. Failures throw StoreError with the file's name. Waits at
+/// most one second for a lock of another process.
 class Database final
 {
 public:
     enum class Access {
-        Write, ///< makes the file if it is missing
+        Write, ///< creates the file if it is missing
         Read
     };
 
@@ -58,13 +58,13 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// @param sql a literal, by whose address its preparation is kept
+    /// @param sql a literal: its address is the key of the prepared statement
     [[nodiscard]] Statement Run(const char* sql);
-    /// Statements without results, one or several.
+    /// Runs one or several statements without results.
     void Execute(const std::string& sql);
-    /// The same, with failures passed over.
+    /// The same, but ignores failures.
     void TryExecute(const char* sql) noexcept;
-    /// Joins the transactions until EndGroup or AbandonGroup into one.
+    /// Combines the following transactions into one, until EndGroup or AbandonGroup.
     void BeginGroup();
     void EndGroup();
     void AbandonGroup() noexcept;
@@ -74,7 +74,7 @@ public:
     [[nodiscard]] std::int64_t Changes() const;
     [[nodiscard]] std::int64_t LastRow() const;
     [[noreturn]] void Fail() const;
-    /// Throws if the file has been moved, removed or replaced since it was opened. Waits for nothing.
+    /// Throws if the file has been moved, removed or replaced since it was opened. Does not wait for a lock.
     void RequireItsPath() const;
 
 private:
@@ -84,8 +84,8 @@ private:
     bool m_isInGroup = false;
 };
 
-/// The statements of one call: all or none of them happen. Alone it is a transaction, in a group a part of
-/// it.
+/// The statements of one call: all of them take effect, or none. A transaction of its own, or a savepoint
+/// within a group.
 class Transaction final
 {
 public:
@@ -94,7 +94,7 @@ public:
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    /// Commits; the destructor rolls back otherwise.
+    /// Commits. Without it the destructor rolls back.
     void Commit();
 
 private:

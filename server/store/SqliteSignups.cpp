@@ -9,7 +9,7 @@ namespace beacond {
 
 namespace {
 
-// The window of the limits, and how long a used code confirms the same installation again.
+// The window of the limits; also the time in which a used code confirms the same installation again.
 constexpr std::int64_t kDay = 24L * 3600;
 
 struct StoredSignup
@@ -21,7 +21,7 @@ struct StoredSignup
     std::int64_t usedAt = 0;
 };
 
-// The addresses whose sign-ups count together.
+// The groups of addresses whose sign-ups count together.
 const std::string& LimitIndexOf(const Signup& signup)
 {
     return signup.limitIndex.empty() ? signup.addressIndex : signup.limitIndex;
@@ -31,7 +31,7 @@ SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, cons
                                   std::int64_t now)
 {
     using Limit = SignupResult::Limit;
-    // Sign-ups that are dated ahead do not count: the clock was wrong.
+    // Ignore sign-ups dated in the future: the clock was wrong.
     const auto isReached = [now](Statement& count, std::int64_t most) {
         count.Bind(now - kDay).Bind(now).Step();
         return count.Integer(0) >= most;
@@ -51,8 +51,8 @@ SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, cons
     return isRefused ? Limit::Address : Limit::None;
 }
 
-// The number of the device of an address; 0 for an address that has neither a device nor a sign-up. All codes
-// that wait for one address make the same device.
+// The number of the device of an address; 0 for an address with neither a device nor a sign-up. All pending
+// codes of one address create the same device.
 std::int64_t DeviceOfAddress(Database& database, std::string_view addressIndex)
 {
     Statement device = database.Run("SELECT COALESCE((SELECT id FROM device WHERE address_index = ?1), "
@@ -72,7 +72,7 @@ std::optional<StoredSignup> SignupOfCode(Database& database, std::string_view co
                         signup.Integer(4)};
 }
 
-// Codes for one address may be confirmed in any order: the newest consent stays.
+// Codes of one address may be confirmed in any order: keep the newest consent.
 void MakeOrRenewDevice(Database& database, std::int64_t signup, std::int64_t now)
 {
     database
@@ -89,7 +89,7 @@ void MakeOrRenewDevice(Database& database, std::int64_t signup, std::int64_t now
         .Step();
 }
 
-// The device that the installation had before; 0 for none.
+// The previous device of the installation; 0 for none.
 std::int64_t DeviceOfInstallation(Database& database, std::string_view installation)
 {
     Statement device = database.Run("SELECT device FROM installation WHERE id = ?");
@@ -163,7 +163,7 @@ Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view in
         return Confirmation::Unknown;
     }
     const bool isFirst = signup->usedBy.empty();
-    // A code lives for minutes: one that expires in days was given by a clock that was ahead.
+    // A code is valid for minutes: if it expires in days, the clock was ahead when it was issued.
     if (isFirst && (signup->expiresAt < now || signup->expiresAt > now + kDay)) {
         return Confirmation::Expired;
     }

@@ -158,8 +158,8 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
 {
     const std::int64_t now = m_now();
     Transaction transaction(m_database);
-    // No date is sent, and two computers may share a phone: the time since the last text decides. One of a
-    // clock that was far ahead must not hold texts back until then.
+    // The request has no date, and two computers may share a phone: compare the time with that of the last
+    // text. A text dated far ahead by a wrong clock must not block later texts until its date.
     m_database
         .Run("INSERT INTO device_prayer (device, prayer, queued_at) "
              "SELECT device, ?2, ?3 FROM installation WHERE id = ?1 "
@@ -223,7 +223,7 @@ std::int64_t SqliteStore::DataVersion() const
 void SqliteStore::TryToWrite()
 {
     Transaction transaction(m_database);
-    // A newer service may have changed the tables: its version stays.
+    // A newer service may have migrated the file meanwhile: keep its version.
     RequireUpToDate(m_database, m_path);
     WriteVersion(m_database);
     transaction.Commit();

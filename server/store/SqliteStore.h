@@ -16,12 +16,12 @@ public:
     /// Seconds since 1970.
     using Clock = std::function<std::int64_t()>;
 
-    /// Opens or makes the file and brings its tables up to date. Throws StoreError if that fails, or if
-    /// another application or a newer version of the service has written it.
+    /// Opens or creates the file and migrates it to the current schema. Throws StoreError on failure, or if
+    /// another application or a newer version of the service has written the file.
     explicit SqliteStore(const std::string& path);
     SqliteStore(const std::string& path, Clock clock);
-    /// A store whose rows can be listed, and not changed. Throws StoreError if there is no file, or if the
-    /// file is not of this version.
+    /// Opens the store for reading only. Throws StoreError if the file is missing, or has another schema
+    /// version.
     [[nodiscard]] static SqliteStore ToRead(const std::string& path);
 
     void AddStarts(const std::vector<StartCount>& counts) override;
@@ -52,7 +52,7 @@ private:
     SqliteStore(const std::string& path, Database::Access access);
 
     std::string m_path;
-    /// Reading prepares statements.
+    /// Mutable: reading prepares statements.
     mutable Database m_database;
     Clock m_now;
 };

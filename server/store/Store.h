@@ -11,7 +11,7 @@
 
 namespace beacond {
 
-/// The store could not be opened, read or written; says which file or address and why.
+/// The store could not be opened, read or written; the text names the file or address and the reason.
 class StoreError : public std::runtime_error
 {
 public:
@@ -29,7 +29,7 @@ struct StartCount
     bool operator==(const StartCount&) const = default;
 };
 
-/// A strip (announcement) and where and when it is shown.
+/// A strip (announcement), with the places and days where it is shown.
 struct Strip
 {
     std::int64_t id = 0; ///< given by the store
@@ -42,7 +42,7 @@ struct Strip
     bool operator==(const Strip&) const = default;
 };
 
-/// A release of the program that is offered to older ones.
+/// A release of the program that is offered to older releases.
 struct Release
 {
     std::string name;     ///< the version's number, such as "1"
@@ -52,7 +52,7 @@ struct Release
     bool operator==(const Release&) const = default;
 };
 
-/// A request for texts, with the code that will confirm it. Addresses and codes enter sealed or hashed.
+/// A request for texts, with the code that will confirm it. Addresses are sealed or hashed, codes are hashed.
 struct Signup
 {
     std::string kind;          ///< "mail"
@@ -60,10 +60,10 @@ struct Signup
     std::string addressIndex;  ///< keyed hash of the normalised address
     std::string codeHash;      ///< keyed hash of the personal code
     std::int64_t lifetime = 0; ///< seconds until the code expires
-    std::string consentSource; ///< how the consent came, such as "form"
+    std::string consentSource; ///< the way of the consent, such as "form"
     std::string consentText;   ///< the words of the page
     std::string domainIndex{}; ///< keyed hash of a mail address's domain; empty for other kinds
-    std::string limitIndex{};  ///< under which the sign-ups of an address count; empty for addressIndex
+    std::string limitIndex{};  ///< key for the limit of an address; empty for addressIndex
 };
 
 /// Sign-ups of the last 24 hours beyond which a further one is refused.
@@ -85,7 +85,7 @@ struct SignupResult
 
 enum class Confirmation { Confirmed, Unknown, Expired };
 
-/// A text that waits to be sent. Holds neither address nor wording.
+/// A text that waits to be sent; without the address and the wording.
 struct OutboxRow
 {
     std::int64_t id = 0;
@@ -97,9 +97,9 @@ struct OutboxRow
     bool operator==(const OutboxRow&) const = default;
 };
 
-/// The service's mutable data. Each call is one transaction; times are those of the store's own
-/// clock, in seconds since 1970. Calls throw StoreError when the store fails; const ones only read. Not
-/// thread-safe: StoreThread owns it.
+/// The service's mutable data. Each call is one transaction. Times are of the store's own clock, in seconds
+/// since 1970. Calls throw StoreError on failure; const calls only read. Not thread-safe: StoreThread owns
+/// it.
 class Store
 {
 public:
@@ -108,68 +108,68 @@ public:
     Store& operator=(const Store&) = delete;
     virtual ~Store() = default;
 
-    /// Adds to what was counted before under the same day, country and distribution.
+    /// Adds to the earlier count of the same day, country and distribution.
     virtual void AddStarts(const std::vector<StartCount>& counts) = 0;
     [[nodiscard]] virtual std::vector<StartCount> Starts() const = 0;
 
-    /// The identifier of the new strip; that of @p strip is not looked at.
+    /// Returns the identifier of the new strip; the identifier in @p strip is ignored.
     virtual std::int64_t AddStrip(const Strip& strip) = 0;
-    /// False if there is none of that identifier.
+    /// False if there is no such strip.
     virtual bool RemoveStrip(std::int64_t id) = 0;
-    /// By identifier, lowest first.
+    /// In ascending order of the identifiers.
     [[nodiscard]] virtual std::vector<Strip> Strips() const = 0;
 
     virtual void AddRelease(const Release& release) = 0;
-    /// Removes every release of that version; false if there is none.
+    /// Removes all releases of that version; false if there is none.
     virtual bool RemoveRelease(std::string_view name, std::string_view sequence) = 0;
-    /// In the order of their addition.
+    /// In the order in which they were added.
     [[nodiscard]] virtual std::vector<Release> Releases() const = 0;
 
     /// Stores a sign-up until its code is confirmed or expires. Nothing else changes: neither a confirmed
     /// device of that address nor an earlier sign-up whose code is still valid.
     [[nodiscard]] virtual SignupResult SignUp(const Signup& signup, const SignupLimits& limits) = 0;
-    /// Drops a sign-up whose message could not be handed over, so that it does not count in the limits. A
-    /// code that has been confirmed stays.
+    /// Drops a sign-up whose message could not be handed over, so that it does not count in the limits. Keeps
+    /// a confirmed sign-up.
     virtual void Withdraw(std::string_view codeHash) = 0;
-    /// Makes or renews the device of the code and binds @p installation to it, for the one that it had
-    /// before. The same code confirms the same installation again for 24 hours, so that a lost reply undoes
-    /// nothing; any other installation is refused once the code has been used. A device that loses its last
-    /// installation goes with its texts: no text can be asked for it any more.
+    /// Creates or renews the device of the code and binds @p installation to it, in place of its earlier
+    /// device. For 24 hours the same code confirms the same installation again, so that a lost reply does no
+    /// harm; other installations are refused once the code has been used. A device without installations is
+    /// deleted with its texts, since none could ask for a text any more.
     /// @param installation keyed hash of the installation identifier
     [[nodiscard]] virtual Confirmation Confirm(std::string_view codeHash, std::string_view installation) = 0;
-    /// Drops the addresses of sign-ups whose code has expired, and what is left of all sign-ups after a day.
-    /// Drops sign-ups that are dated more than a day ahead too: the clock was wrong.
+    /// Drops the addresses of sign-ups whose code has expired, and whole sign-ups after a day. Also drops
+    /// sign-ups dated more than a day ahead: the clock was wrong.
     virtual void DropOldSignups() = 0;
-    /// Deletes a device and its dependent rows, sign-ups of its address included. False if there is nothing
-    /// of that address.
+    /// Deletes the device of an address with its dependent rows, and the sign-ups of the address. False if
+    /// there are none.
     virtual bool Forget(std::string_view addressIndex) = 0;
 
     /// Whether QueueText would queue a text. Needs no write lock.
     [[nodiscard]] virtual bool IsTextDue(std::string_view installation, int prayer) const = 0;
     /// Puts a text into the outbox if @p installation has a confirmed device whose last text for that prayer
-    /// is more than six hours old; false if it does not. A text that is dated more than six hours ahead does
-    /// not count: the clock was wrong.
+    /// is more than six hours old; false if it does not. Ignores a text dated more than six hours ahead: the
+    /// clock was wrong.
     virtual bool QueueText(std::string_view installation, int prayer, std::string_view time,
                            std::string_view place) = 0;
     /// Oldest first, at most @p most.
     [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) const = 0;
 
-    /// Whether the store was written with that key; remembers the first one of each name.
+    /// Whether the store was written with that key; the first key of each name is recorded.
     /// @param check identifies the key without revealing it
     [[nodiscard]] virtual bool IsWrittenWith(std::string_view keyName, std::string_view check) = 0;
 
-    /// Differs from an earlier answer if another process has changed the store meanwhile. Throws StoreError,
-    /// as Begin does, if the file at the store's path is another one than at the start.
+    /// Returns a different number after another process has changed the store. Throws StoreError, as Begin
+    /// does, if the file at the store's path has been replaced since the start.
     [[nodiscard]] virtual std::int64_t DataVersion() const = 0;
 
-    /// Writes something that changes nothing. Throws StoreError while the store can't be written.
+    /// Makes a write without a change. Throws StoreError if the store can't be written.
     virtual void TryToWrite() = 0;
 
-    /// Runs calls as one transaction that is on the disk when End returns: many callers share one wait for
-    /// the disk.
+    /// Runs the calls until End as one transaction, which is on the disk when End returns: many callers share
+    /// one sync.
     virtual void Begin() = 0;
     virtual void End() = 0;
-    /// After an error within a transaction: nothing since Begin happened.
+    /// After an error within a transaction: undoes all calls since Begin.
     virtual void Abandon() noexcept = 0;
 };
 

@@ -63,7 +63,7 @@ void StoreCall::Run(Store& store)
 
 void StoreCall::End(const std::exception_ptr& batchError)
 {
-    // Waking within the lock: after GiveUp the executor that it uses may be gone.
+    // Wake under the lock: after GiveUp the executor may be gone.
     const std::lock_guard lock(m_mutex);
     if (batchError) {
         m_error = batchError;
@@ -73,7 +73,7 @@ void StoreCall::End(const std::exception_ptr& batchError)
         try {
             m_wake();
         } catch (...) {
-            // Out of memory: the caller goes on at its time limit, with the result.
+            // Out of memory: the caller resumes at its time limit, with the result.
         }
         m_wake = nullptr;
     }

@@ -14,7 +14,7 @@
 
 namespace beacond {
 
-/// A call of the store. Its caller and the store's thread share it, because the caller may give up first.
+/// A call of the store. Shared by its caller and the store's thread, because the caller may give up first.
 class StoreCall
 {
 public:
@@ -29,24 +29,24 @@ public:
     StoreCall& operator=(const StoreCall&) = delete;
 
     /// Caller: before the call is handed to the store's thread.
-    /// @param deadline from then on the call is not begun any more
+    /// @param deadline the call must have begun by then
     /// @param wake called once at the end of the call; never during or after GiveUp
     void Prepare(Clock::time_point deadline, std::function<void()> wake);
-    /// Caller: throws what the call has thrown, or StoreError if it has not ended.
+    /// Caller: throws the exception of the call, or StoreError if the call has not ended.
     void RequireEnd();
     /// Caller: a call that has not begun is dropped; one that has begun may still be stored.
     void GiveUp();
 
     [[nodiscard]] bool IsWriting() const { return m_isWriting; }
-    /// Store's thread: whether the call changes the store and is still to be begun.
+    /// Store's thread: whether the call changes the store and has not begun yet.
     [[nodiscard]] bool IsWriteToDo();
-    /// Store's thread: does the call unless its caller has given up or its time is over. Keeps what it
-    /// throws.
+    /// Store's thread: runs the call unless its caller has given up or its deadline has passed. Keeps its
+    /// exception.
     void Run(Store& store);
     /// Store's thread: whether the call has thrown.
     [[nodiscard]] bool HasFailed() const { return m_error != nullptr; }
     /// Store's thread: wakes the caller.
-    /// @param batchError of the transaction that the call was part of; null if that is stored
+    /// @param batchError the error of the call's transaction; null if it was committed
     void End(const std::exception_ptr& batchError);
 
 private:
@@ -78,7 +78,7 @@ public:
     {
     }
 
-    /// Once, after RequireEnd.
+    /// Call it once, after RequireEnd.
     [[nodiscard]] Result TakeResult() { return std::move(*m_result); }
 
 private:

@@ -11,11 +11,12 @@ namespace beacond {
 /// The findings about a store file.
 struct StoreCheck
 {
-    std::vector<std::string> problems;         ///< each a line that begins with the file's name
-    std::map<std::string, std::string> hashes; ///< of the keys that it was written with, by their names
+    std::vector<std::string> problems; ///< lines that begin with the file's name
+    std::map<std::string, std::string>
+        hashes; ///< hashes of the keys that the store was written with, by key name
 };
 
-/// Reads a whole store file that exists, and changes nothing in it.
+/// Checks an existing store file completely, without changing it.
 [[nodiscard]] StoreCheck CheckStore(const std::string& path);
 
 } // namespace beacond

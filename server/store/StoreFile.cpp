@@ -28,7 +28,7 @@ bool IsMarked(Database& database)
 void Migrate(Database& database, const std::string& path)
 {
     Transaction transaction(database);
-    // Another process may have brought it up to date meanwhile.
+    // Another process may have migrated the file meanwhile.
     const auto version = static_cast<std::size_t>(RequireOwnFile(database, path));
     for (std::size_t step = version; step < kSqliteMigrations.size(); ++step) {
         database.Execute(std::string(kSqliteMigrations[step]));
@@ -42,7 +42,7 @@ void Migrate(Database& database, const std::string& path)
 
 std::int64_t RequireOwnFile(Database& database, const std::string& path)
 {
-    // The first stores had no mark.
+    // The first version of the service wrote no application id.
     const char* const kIsForeign = "SELECT count(*) > 0 AND total(name = 'key_check') = 0 FROM sqlite_schema";
     if (!IsMarked(database) &&
         (Number(database, "PRAGMA application_id") != 0 || Number(database, kIsForeign) != 0)) {
@@ -62,7 +62,7 @@ void BringUpToDate(Database& database, const std::string& path)
     (void)RequireOwnFile(database, path);
     database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
     if (!IsMarked(database) || RequireOwnFile(database, path) != std::ssize(kSqliteMigrations)) {
-        // To replace a table, a migration drops it, which would delete the rows that refer to it.
+        // A migration that replaces a table drops it, which would delete the rows that refer to it.
         database.Execute("PRAGMA foreign_keys = OFF");
         Migrate(database, path);
     }

@@ -9,20 +9,19 @@ namespace beacond {
 
 class Database;
 
-/// The number of migrations that the file has gone through, 0 for an empty one. Throws StoreError if another
+/// The number of migrations applied to the file, 0 for an empty file. Throws StoreError if another
 /// application or a newer version of the service has written it; changes nothing.
-/// @param path for the error, here and below
+/// @param path named in errors, here and below
 [[nodiscard]] std::int64_t RequireOwnFile(Database& database, const std::string& path);
 
-/// Takes a file as the store: an empty one gets the current schema, one of an older version what it lacks.
-/// Throws StoreError, and leaves the file as it is, if another application or a newer version of the service
-/// has written it.
+/// Migrates an empty or older file to the current schema. Throws StoreError, and leaves the file as it is, if
+/// another application or a newer version of the service has written it.
 void BringUpToDate(Database& database, const std::string& path);
 
 /// Throws StoreError if the file is not a store with the current schema; changes nothing.
 void RequireUpToDate(Database& database, const std::string& path);
 
-/// Writes the version of the current schema, to be called for a file that has it.
+/// Writes the version of the current schema into a file that has this schema.
 void WriteVersion(Database& database);
 
 } // namespace beacond

@@ -17,9 +17,9 @@ namespace {
 
 namespace asio = boost::asio;
 
-// More calls are refused: the disk has been stuck for seconds.
+// Beyond this number calls are refused: the disk has been stuck for seconds.
 constexpr std::size_t kMostWaiting = 100'000;
-// Bounds how long the first call of a batch waits for the last one.
+// Limits the time that the first call of a batch waits for the last one.
 constexpr std::size_t kLargestBatch = 500;
 
 } // namespace
@@ -52,7 +52,7 @@ StoreState StoreThread::State()
 
 asio::awaitable<void> StoreThread::Wait(std::shared_ptr<StoreCall> call, StoreCall::Clock::time_point begin)
 {
-    // At the end of the wait, and where the coroutine is destroyed while it waits.
+    // Runs at the end of the wait, also if the coroutine is destroyed while it waits.
     struct Leaving
     {
         StoreCall& call;
@@ -98,7 +98,7 @@ void StoreThread::TakeBatch(Batch& batch)
 void StoreThread::RunBatches()
 {
     Batch batch;
-    // Once: an allocation that fails on this thread would end the process.
+    // Reserve once: a failed allocation on this thread would end the process.
     batch.reserve(kLargestBatch);
     for (TakeBatch(batch); !batch.empty(); TakeBatch(batch)) {
         RunBatch(batch);

@@ -6,7 +6,7 @@
 
 namespace beacond {
 
-// Unlike those of <cctype>, these are the same in every locale.
+// Unlike the functions of <cctype>, these do not depend on the locale.
 
 [[nodiscard]] constexpr bool IsDigit(char character)
 {
@@ -23,19 +23,19 @@ namespace beacond {
     return IsLetter(character) || IsDigit(character);
 }
 
-/// The capital of a small letter; any other character stays.
+/// The capital of a small letter; any other character unchanged.
 [[nodiscard]] constexpr char ToUpper(char character)
 {
     return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
 }
 
-/// The small letter of a capital; any other character stays.
+/// The small letter of a capital; any other character unchanged.
 [[nodiscard]] constexpr char ToLower(char character)
 {
     return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
 }
 
-/// @p text without the characters of @p space at both ends.
+/// @p text without the characters in @p space at both ends.
 [[nodiscard]] constexpr std::string_view Trimmed(std::string_view text, std::string_view space = " ")
 {
     const std::size_t first = text.find_first_not_of(space);

@@ -12,15 +12,15 @@
 
 namespace beacond {
 
-/// Limits the attempts per key within a time window. Thread-safe; in memory only.
+/// Limits the attempts per name within a time window. Thread-safe; in memory only.
 class AttemptLimit final
 {
 public:
-    /// Of a clock that is never set: a step back would stop the forgetting.
+    /// Of a steady clock: if the clock were set back, old attempts would not expire.
     using Clock = std::chrono::steady_clock;
     using Time = Clock::time_point;
 
-    /// Keys that are remembered at once. Beyond that the oldest is forgotten, so that a sender of many
+    /// The number of names that are remembered. Beyond it the oldest is forgotten, so that a sender with many
     /// addresses can't fill the memory.
     static constexpr std::size_t kMostNames = 100'000;
 
@@ -31,7 +31,7 @@ public:
     {
     }
 
-    /// Counts an attempt of @p name; false, and nothing counted, if it has had them all.
+    /// Counts an attempt of @p name. Returns false, without counting, if none is left.
     [[nodiscard]] bool TryConsume(const std::string& name, Time now);
     /// Undoes a TryConsume.
     void GiveBack(const std::string& name);

@@ -8,14 +8,13 @@
 
 namespace beacond {
 
-/// Writes all bytes, also when the kernel takes them in parts. False if it fails; errno has the reason.
+/// Writes all bytes, also if the kernel accepts them in parts. False on failure; errno has the reason.
 [[nodiscard]] bool WriteAll(int descriptor, std::string_view bytes);
 
-/// Waits until the names in a folder are on the disk: without it a power cut could undo a rename. False if it
-/// fails; errno has the reason.
+/// Syncs a folder, so that a power cut can't undo a rename in it. False on failure; errno has the reason.
 [[nodiscard]] bool SyncFolder(const std::filesystem::path& folder);
 
-/// Makes a missing folder, readable by its owner alone. A folder that exists stays as it is.
+/// Creates a missing folder, accessible only to its owner. An existing folder stays unchanged.
 [[nodiscard]] std::error_code MakePrivateFolder(const std::filesystem::path& folder);
 
 } // namespace beacond

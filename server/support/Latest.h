@@ -7,8 +7,8 @@
 
 namespace beacond {
 
-/// An immutable value that is replaced as a whole while others read it. A reader keeps what it got for as
-/// long as it holds on to it.
+/// An immutable value that is replaced as a whole while other threads read it. A reader keeps its version as
+/// long as it holds the pointer.
 template <typename Value>
 class Latest final
 {
@@ -22,12 +22,12 @@ public:
     void Set(std::shared_ptr<const Value> value)
     {
         const std::lock_guard lock(m_mutex);
-        m_value.swap(value); // the older one is destroyed with the argument, after unlocking
+        m_value.swap(value); // the previous value is destroyed with the argument, after unlocking
     }
 
 private:
-    // A mutex: the load of GCC 12's std::atomic<std::shared_ptr> releases its lock without an order, so that
-    // the next Set races with it.
+    // A mutex: in GCC 12 std::atomic<std::shared_ptr>::load() releases its internal lock with relaxed order,
+    // which is a data race with the next Set.
     mutable std::mutex m_mutex;
     std::shared_ptr<const Value> m_value;
 };

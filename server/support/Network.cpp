@@ -24,7 +24,7 @@ std::string NetworkOf(const boost::asio::ip::address& address)
     return boost::asio::ip::address_v6(bytes).to_string() + "/64";
 }
 
-// An IPv4 address takes a prefix of the multicast range, from which no connection comes.
+// An IPv4 address gets a prefix of the multicast range, which no client can have.
 std::uint64_t NetworkNumberOf(const boost::asio::ip::address& address)
 {
     constexpr std::uint64_t kIpv4 = 0xFFFF'FFFF'0000'0000U;

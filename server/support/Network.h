@@ -9,14 +9,14 @@
 
 namespace beacond {
 
-/// The IPv4 address that an IPv6 one stands for (::ffff:192.0.2.1), or the address itself.
+/// The IPv4 address in an IPv4-mapped IPv6 address (::ffff:192.0.2.1), otherwise the address itself.
 [[nodiscard]] boost::asio::ip::address Unmapped(const boost::asio::ip::address& address);
 
-/// The name under which the limits of one client are counted: an IPv4 address, or the /64 of an IPv6 address,
-/// which is what one household gets.
+/// The key under which the limits of one client are counted: an IPv4 address, or the /64 of an IPv6 address,
+/// which one household gets.
 [[nodiscard]] std::string NetworkOf(const boost::asio::ip::address& address);
 
-/// The same as a number, another one for each network.
+/// The same as a number, different for each network.
 [[nodiscard]] std::uint64_t NetworkNumberOf(const boost::asio::ip::address& address);
 
 } // namespace beacond

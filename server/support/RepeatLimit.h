@@ -17,16 +17,16 @@ class RepeatLimit final
 public:
     using Time = std::chrono::steady_clock::time_point;
 
-    /// Texts that are remembered at once. Any further text passes until one of them is forgotten.
+    /// The number of texts that are remembered. A further text always passes until one of them is forgotten.
     static constexpr std::size_t kMostTexts = 100;
 
-    /// @param window from a text that passes to the next time that it does
+    /// @param window the shortest time between two passes of one text
     explicit RepeatLimit(std::chrono::seconds window)
         : m_window(window)
     {
     }
 
-    /// Nothing if @p text is suppressed; otherwise how many times it was since it passed last.
+    /// Nothing if @p text is suppressed; otherwise how often it was suppressed since its last pass.
     [[nodiscard]] std::optional<std::size_t> Pass(std::string_view text, Time now);
 
     [[nodiscard]] std::size_t Texts() const { return m_texts.size(); }

@@ -7,7 +7,7 @@
 
 namespace beacond {
 
-/// Takes the reason of a failure, which holds nothing of a request. Called by any thread.
+/// Receives the reason of a failure, a text without any data of a request. Called by any thread.
 using Report = std::function<void(std::string_view reason)>;
 
 } // namespace beacond

@@ -11,10 +11,10 @@
 
 namespace beacond {
 
-/// A token bucket for each of many clients: requests at a steady rate, and a burst of them after a rest.
-/// Thread-safe; clients share a lock with few others. In memory only, of a fixed size: a new client replaces
-/// the one of those beside it whose bucket is the nearest to full. So in a flood of clients those that asked
-/// for little are forgotten, which costs nothing, before those that have used up their tokens.
+/// A token bucket for each of many clients: a steady rate of requests, and a burst after a rest. Thread-safe;
+/// few clients share a lock. In memory only, of a fixed size: a new client replaces the client of the same
+/// hash set whose bucket is the fullest. So a flood of clients displaces those with few requests, which loses
+/// nothing, before those that have used up their tokens.
 class TokenBuckets final
 {
 public:
@@ -23,18 +23,18 @@ public:
     /// Clients that are remembered at once.
     static constexpr std::size_t kMostClients = 131'072;
 
-    /// @param perMinute tokens that come into a bucket each minute; 0 for no limit at all
+    /// @param perMinute tokens added to a bucket each minute; 0 for no limit
     /// @param burst tokens of a full bucket, at least 1
     TokenBuckets(std::int64_t perMinute, std::int64_t burst);
 
-    /// Takes a token of @p client. Answers zero, or the time until there is one if its bucket is empty.
+    /// Takes a token of @p client. Returns zero, or, if its bucket is empty, the time until the next token.
     [[nodiscard]] Clock::duration TryConsume(std::uint64_t client, Clock::time_point now);
 
 private:
     struct Bucket
     {
         std::uint64_t client = 0;
-        Clock::time_point full; ///< when the bucket will be full again, which tells how many tokens it has
+        Clock::time_point full; ///< when the bucket will be full again; gives the number of its tokens
     };
     /// Clients of one hash.
     using Set = std::array<Bucket, 8>;

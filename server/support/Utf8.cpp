@@ -27,8 +27,8 @@ void AppendUtf8(std::string& text, char16_t character)
     }
 }
 
-// The second byte of a sequence decides whether it is overlong, a surrogate or too high (The Unicode
-// Standard, table 3-7); the others are 80 to BF.
+// The second byte shows whether a sequence is overlong, a surrogate or too high (The Unicode Standard, table
+// 3-7); the other bytes are 80 to BF.
 bool IsSecondByte(unsigned char first, unsigned char second)
 {
     switch (first) {

@@ -13,8 +13,8 @@ constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 constexpr std::string_view kEmptyEnd = "/>";
 constexpr std::string_view kEnd = "/></root>";
 
-// A white-space character other than a space would be read back as a space, were it not a reference. The
-// other control characters are not allowed in XML 1.0 (section 2.2).
+// White space other than a space is written as a reference: a parser would normalise it to a space. The other
+// control characters are not allowed in XML 1.0 (section 2.2).
 void AppendSpecial(std::string& text, char character)
 {
     switch (character) {
@@ -47,7 +47,7 @@ void AppendSpecial(std::string& text, char character)
     }
 }
 
-// Whether XML carries the character as it stands.
+// Whether the character needs no escape in XML.
 bool IsPlain(char character)
 {
     return character >= ' ' && character != '&' && character != '<' && character != '>' && character != '"' &&
@@ -61,7 +61,7 @@ namespace beacond {
 void AppendEscaped(std::string& text, std::string_view value)
 {
     while (!value.empty()) {
-        // Long replies consist of such runs nearly alone.
+        // Append a run at once: long replies consist almost only of such runs.
         const auto run =
             static_cast<std::size_t>(std::find_if_not(value.begin(), value.end(), IsPlain) - value.begin());
         text += value.substr(0, run);

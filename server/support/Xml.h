@@ -8,28 +8,29 @@
 
 namespace beacond {
 
-/// Appends @p value as a quoted attribute or a text of XML or HTML holds it. Any bytes may come: those that
-/// are not valid UTF-8 become U+FFFD, characters that XML does not allow are left out.
+/// Appends @p value, escaped for a quoted attribute or a text of XML or HTML. Accepts any bytes: invalid
+/// UTF-8 becomes U+FFFD, and characters that XML does not allow are omitted.
 void AppendEscaped(std::string& text, std::string_view value);
 
-/// Writes a reply: the element `root` with attributes and, below it, elements with attributes and nothing
-/// between them. Values are escaped. Names are taken as they stand and must be names of XML; an element must
-/// not get the same attribute twice.
+/// Writes a reply: the element `root` with attributes and, in it, empty elements with attributes. Values are
+/// escaped. Names are written unchanged and must be valid XML names; an element must not get the same
+/// attribute twice.
 class XmlReply final
 {
 public:
     /// Adds an attribute to the element begun last, which is the root until the first child.
     XmlReply& Attribute(std::string_view name, std::string_view value);
 
-    /// Begins the next child, named by its number: c1, c2 and so on, since the readers need different names.
+    /// Begins the next child, named by its number: c1, c2 and so on. The program finds children by name, so
+    /// that the names must differ.
     XmlReply& Child();
     /// Begins the next child. The name must be unique among the children.
     XmlReply& Child(std::string_view name);
 
-    /// The length of the document in bytes if it ended here.
+    /// The length in bytes of the document if it ended now.
     [[nodiscard]] std::size_t Size() const;
 
-    /// Ends the document and hands it over. The writer is of no further use.
+    /// Ends the document and returns it. The writer can't be used afterwards.
     [[nodiscard]] std::string Finish();
 
 private:
