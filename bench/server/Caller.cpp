@@ -52,7 +52,7 @@ bool Caller::IsFine() const
     return m_reply.starts_with("HTTP/1.1 200 ");
 }
 
-// Both servers name the length of every reply in these words.
+// Both servers write the length of every reply in this form.
 bool Caller::IsWhole() const
 {
     constexpr std::string_view kLength = "\r\nContent-Length: ";

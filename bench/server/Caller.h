@@ -5,13 +5,13 @@
 #include <string>
 #include <string_view>
 
-/// A connection to a server at the loopback that asks one thing at a time. Throws std::runtime_error if it
-/// can't connect.
+/// A connection to a server on the loopback with one request at a time. Throws std::runtime_error if it can't
+/// connect.
 class Caller final
 {
 public:
-    /// How far the reply to the last call has come. Closed: the server ended the connection before it was
-    /// whole, or after.
+    /// The state of the reply to the last call. Closed: the server has closed the connection, before the
+    /// reply was complete or after.
     enum class Progress { Waiting, Answered, Closed };
 
     explicit Caller(unsigned short port);
@@ -19,12 +19,12 @@ public:
     Caller(const Caller&) = delete;
     Caller& operator=(const Caller&) = delete;
 
-    /// For epoll: readable when Receive has something to do.
+    /// For epoll: readable when Receive should be called.
     [[nodiscard]] int Descriptor() const { return m_descriptor; }
 
-    /// Answers false if the server has ended the connection.
+    /// Returns false if the server has closed the connection.
     [[nodiscard]] bool Send(std::string_view request);
-    /// Takes what has come. Call it only when the descriptor is readable.
+    /// Reads the available bytes. Call it only when the descriptor is readable.
     [[nodiscard]] Progress Receive();
     /// Whether the status of the last reply is 200.
     [[nodiscard]] bool IsFine() const;
@@ -36,5 +36,5 @@ private:
     std::string m_reply;
 };
 
-/// A request as the program sends it.
+/// A request in the form of the desktop program.
 [[nodiscard]] std::string RequestFor(std::string_view target, bool isLast);

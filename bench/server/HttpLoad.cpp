@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a server at the loopback over many connections, each of which asks again when it is answered, and
-// prints the processor time in microseconds that each call cost the server.
+// Calls a server on the loopback over many connections, each of which sends the next request after an answer.
+// Prints the processor time of the server for each call, in microseconds.
 #include "Caller.h"
 
 #include <sys/epoll.h>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The HTTP side of the service alone: answers every request with "ok", like a web server with a file of two
+// Only the HTTP library of the service: answers every request with "ok", like a web server with a file of two
 // bytes.
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
@@ -28,7 +28,7 @@ void Serve(const char* address, const char* threads)
     options.proxies =
         beacond::ProxyList({"127.0.0.1"}); // no limit for the one address that all calls come from
     beacond::HttpFigures figures;
-    // Blocked in the threads of the server too, since they begin with the mask of this one.
+    // Also blocked in the threads of the server, which inherit this signal mask.
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Calls a server at the loopback at a given pace, whether it keeps up or not, and prints how many calls were
-// answered with 200, how many were not, and the milliseconds that half of the answers, 99 per cent and all of
-// them took.
+// Calls a server on the loopback at a given rate, whether it keeps up or not. Prints the number of answers
+// with status 200, the number of other calls, and the latency in milliseconds: median, 99th percentile and
+// maximum.
 #include "Caller.h"
 
 #include <sys/epoll.h>
@@ -26,10 +26,10 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-/// The requests of one client, each sent when the one before is answered.
+/// The requests of one client, each sent after the answer to the previous one.
 using Client = std::vector<std::string>;
 
-// Calls that are not answered so long after the last one was due count as failed.
+// Calls without an answer this long after the last one was due count as failed.
 constexpr std::chrono::seconds kPatience{10};
 
 class PacedLoad
@@ -45,7 +45,7 @@ public:
     PacedLoad(const PacedLoad&) = delete;
     PacedLoad& operator=(const PacedLoad&) = delete;
 
-    /// The clients begin at even distances within @p time.
+    /// The clients begin at equal intervals within @p time.
     void Run(std::chrono::duration<double> time)
     {
         const auto begin = Clock::now();
@@ -93,7 +93,7 @@ private:
     {
         std::unique_ptr<Caller> caller;
         std::deque<Waiting> waiting;
-        std::size_t step = 0; ///< the request of the first of them that is under way
+        std::size_t step = 0; ///< the current request of the first client
     };
 
     void Begin(std::size_t client, Clock::time_point due)
@@ -106,8 +106,8 @@ private:
         }
     }
 
-    // The time counts from when a client wanted to ask, so that a late answer is not hidden by the calls
-    // behind it.
+    // Measure from the time at which the call was due, so that the latency includes the time in the queue
+    // behind a late answer.
     void Ask(Slot& slot)
     {
         while (!slot.waiting.empty()) {
@@ -194,7 +194,7 @@ private:
     std::vector<double> m_milliseconds;
 };
 
-// A line for each client, its targets separated by tabs.
+// One line for each client: its targets, separated by tabs.
 std::vector<Client> ReadClients(const char* path)
 {
     std::vector<Client> clients;

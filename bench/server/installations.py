@@ -49,14 +49,14 @@ def identifiers(service, count):
 
 
 def places(service):
-    """Some for each of the searches."""
+    """A few identifiers of places for each search."""
     found = [attributes("atlas_id", get(service.port, search(*words)))[:5] for words in SEARCHES]
     assert all(found), found
     return sum(found, [])
 
 
 def register_phones(service, folder, installations):
-    """Signs up an address for each installation, from a network of its own, and confirms it with the code that was sent."""
+    """Signs up an address for each installation, each from another network, and confirms it with the code in its message."""
     for number, _ in enumerate(installations):
         form = urllib.parse.urlencode({"address": f"someone@mosque{number}.example"})
         get(service.port, "/signup", {"Content-Type": "application/x-www-form-urlencoded", **network(number)}, form)

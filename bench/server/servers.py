@@ -11,8 +11,8 @@ import time
 HOST = "127.0.0.1"
 PATIENCE = 20  # seconds
 
-# All calls come from one address, as from a proxy in front, so that no limit of connections applies. Limits of requests and of
-# load would hide the cost.
+# All calls come from one address, which is a configured proxy, so that no limit of connections applies. The limits of requests
+# and of load are off: they would hide the cost.
 SERVICE = """
 [http]
 listen = "{host}:{port}"
@@ -69,7 +69,7 @@ def free_port():
 
 
 def get(port, target, headers=None, body=None):
-    """The body of the reply, which has to be a 200."""
+    """The body of the reply, whose status must be 200."""
     connection = http.client.HTTPConnection(HOST, port, timeout=PATIENCE)
     connection.request("POST" if body else "GET", target, body, headers or {})
     reply = connection.getresponse()
@@ -81,7 +81,7 @@ def get(port, target, headers=None, body=None):
 
 
 class Server:
-    """A process, ended with the block that it is used in."""
+    """A process that ends with its with-block."""
 
     def __init__(self, folder, name, command, port, path):
         with open(os.path.join(folder, name + ".log"), "wb") as log:
@@ -125,18 +125,18 @@ class Service(Server):
         self.seconds_to_ready = time.monotonic() - begin
 
     def metric(self, name):
-        """A count, such as 'beacond_texts_total{outcome="queued"}'."""
+        """A counter, such as 'beacond_texts_total{outcome="queued"}'."""
         text = get(self._metrics, "/metrics").decode()
         return float(re.search(f"^{re.escape(name)} (.+)$", text, re.MULTILINE)[1])
 
     def private_bytes(self):
-        """What it has for itself, the places too where no other process has mapped their file."""
+        """The private memory, including the places file if no other process has mapped it."""
         with open(f"/proc/{self.process.pid}/smaps_rollup", encoding="ascii") as file:
             return 1024 * sum(int(kilobytes) for kilobytes in re.findall(r"^Private_\w+: +(\d+) kB$", file.read(), re.MULTILINE))
 
 
 class OkServer(Server):
-    """The HTTP side of the service alone."""
+    """Only the HTTP library of the service."""
 
     def __init__(self, program, folder):
         port = free_port()
@@ -144,7 +144,7 @@ class OkServer(Server):
 
 
 class Nginx(Server):
-    """Serves the files of a folder, and the service at that port by TLS with a P-256 key."""
+    """Serves the files of a folder, and forwards to the service at that port, by TLS with a P-256 key."""
 
     def __init__(self, folder, service, log):
         name = "nginx-log" if log else "nginx"

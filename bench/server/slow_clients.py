@@ -8,14 +8,14 @@ import time
 
 FORM = (b"POST /signup HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/x-www-form-urlencoded\r\n"
         b"Content-Length: 10000\r\n\r\n")
-# First bytes of each kind, and whether it sends a byte now and then afterwards.
+# For each kind: the first bytes, and whether the client sends single bytes afterwards.
 KINDS = [(b"", False), (b"GET / HTTP/1.1\r\nHost: localhost\r\nX-Slow: ", True), (FORM, True)]
 SECONDS_OF_A_BYTE = 0.5
 
 
 class SlowClients:
-    """While its block runs, so many clients are connected: a third of them sends nothing, a third sends a header a byte at a
-    time, and a third sends a form so. One that is dropped comes again."""
+    """Connects `count` clients for the duration of its block: a third sends nothing, a third sends a header byte by byte, and a
+    third sends a form byte by byte. A dropped client connects again."""
 
     def __init__(self, address, count):
         self._address = address

@@ -11,7 +11,7 @@ class Table:
         self._is_reached = True
 
     def add(self, name, value):
-        """A value of one round."""
+        """Adds the value of one round."""
         self._values.setdefault(name, []).append(value)
 
     def median(self, name):
@@ -25,7 +25,7 @@ class Table:
         return " ".join(filter(None, [f"{self.median(name):.4g}", unit, f"[{min(values):.4g}, {max(values):.4g}]"]))
 
     def row(self, figure, text, aim="", is_reached=None):
-        """A row without an aim is named for comparison."""
+        """Adds a row. Without an aim it is for comparison only."""
         self._rows.append((figure, text, aim, {True: "reached", False: "NOT reached", None: ""}[is_reached]))
         self._is_reached = self._is_reached and is_reached is not False
 
@@ -37,7 +37,7 @@ class Table:
         self.row(figure, self.text(name, unit), f"<= {most:.4g} {unit}", is_whole and self.median(name) <= most)
 
     def print(self):
-        """Answers whether every aim is reached."""
+        """Prints the table. Returns whether every aim is reached."""
         widths = [max(len(row[column]) for row in self._rows) for column in range(3)]
         for figure, text, aim, result in self._rows:
             print(f"{figure:{widths[0]}}  {text:{widths[1]}}  {aim:{widths[2]}}  {result}".rstrip())
