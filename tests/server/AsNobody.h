@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-/// Without the rights of the administrator, who may write everywhere.
+/// Runs without root's rights: root may write everywhere.
 class AsNobody final
 {
 public:

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <thread>
 
-/// Waits at most 20 seconds until @p condition holds. Answers whether it ever did.
+/// Waits at most 20 seconds for @p condition. Returns whether it became true.
 template <typename Condition>
 [[nodiscard]] bool Becomes(Condition condition)
 {

@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string>
 
-/// A folder of its own that goes with the object.
+/// A new folder, deleted by the destructor.
 class TemporaryFolder final
 {
 public:

@@ -30,7 +30,7 @@ const std::string kNoHttps =
 class CheckTest : public ServiceFixture
 {
 protected:
-    /// Makes the keys and the store.
+    /// Starts the service once, which creates the keys and the store.
     void ServeOnce()
     {
         ServiceProcess service(Path(), serve);
@@ -38,7 +38,7 @@ protected:
         service.Signal(SIGTERM);
         ASSERT_EQ(service.Wait().status, 0);
     }
-    /// Every file below the folder with its content, but those that the runs themselves write.
+    /// All files below the folder with their contents, except the files that the runs of the program write.
     std::map<std::string, std::string> Files()
     {
         std::map<std::string, std::string> files;
@@ -76,7 +76,7 @@ TEST_F(CheckTest, configurationInUse_canBeUsedAndChangesNothing)
     EXPECT_EQ(Files(), before);
 }
 
-TEST_F(CheckTest, partThatCantBeUsed_isOneLineAndStatusTwo)
+TEST_F(CheckTest, unusablePart_isOneLineAndStatusTwo)
 {
     ServeOnce();
     const struct
@@ -147,7 +147,7 @@ TEST_F(CheckTest, partThatCantBeUsed_isOneLineAndStatusTwo)
     }
 }
 
-TEST_F(CheckTest, mistakesOfAConfiguration_areALineEach)
+TEST_F(CheckTest, mistakesOfAConfiguration_areOneLineEach)
 {
     Configure("[log]\nlevel = \"loud\"\n[messages]\nspol = \"a\"\n[service]\ndists = \"mosque\"\n");
     const ProcessEnd end = Run({"check"});
@@ -169,7 +169,7 @@ TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)
     {
         unsigned short main;
         unsigned short metrics;
-        std::string key; ///< of the port that is refused
+        std::string key; ///< the key of the refused port
         unsigned short port;
     } rows[] = {
         {main, metrics, "", 0},
@@ -196,7 +196,7 @@ TEST_F(CheckTest, pipeForAConfiguration_isRefusedAtOnce)
     EXPECT_EQ(RunService(Path(), {"check", "--config", "pipe"}).output, "error: pipe: can't be read\n");
 }
 
-TEST_F(CheckTest, portOfTheServiceManager_isLeftAlone)
+TEST_F(CheckTest, portOfTheServiceManager_isNotChecked)
 {
     const beacond::ListeningSocket manager =
         beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
@@ -221,7 +221,7 @@ TEST_F(CheckTest, onePortOfTwoListeners_isAnError)
     EXPECT_EQ(end.status, 2);
 }
 
-TEST_F(CheckTest, folderOfKeysThatOthersMayWrite_isWarnedOf)
+TEST_F(CheckTest, keyFolderWritableByOthers_isAWarning)
 {
     ServeOnce();
     fs::permissions(folder / "state/keys", fs::perms::others_write, fs::perm_options::add);
@@ -231,7 +231,7 @@ TEST_F(CheckTest, folderOfKeysThatOthersMayWrite_isWarnedOf)
                 HasSubstr("warning: keys.folder: state/keys: others than its owner can write to it\n"));
 }
 
-TEST_F(CheckTest, httpsWithoutAProxy_isWarnedOf)
+TEST_F(CheckTest, httpsWithoutAProxy_isAWarning)
 {
     Configure("", "base_url = \"https://example.org\"\n");
     const ProcessEnd end = Run({"check"});

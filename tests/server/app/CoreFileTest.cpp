@@ -19,7 +19,7 @@ rlimit LimitOfTheCaller()
 
 } // namespace
 
-/// Each guard is tested without the other one.
+/// Each protection is tested without the other one.
 class CoreFileTest : public ServiceFixture
 {
 };
@@ -40,7 +40,7 @@ TEST_F(CoreFileTest, limit_isLoweredToZero)
     EXPECT_EQ(limit.rlim_max, 0U);
 }
 
-// The system then shows root as the owner of most files of a process, whatever account it runs under.
+// For a process that is not dumpable, /proc shows root as the owner of most of its files.
 TEST_F(CoreFileTest, process_isNotDumpable)
 {
     ServiceProcess service(Path(), serve, {}, [] {

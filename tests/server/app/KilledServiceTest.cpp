@@ -20,12 +20,12 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr int kClients = 4;
-// In each round each client signs up so many devices at most, and asks for these texts of each.
+// In each round each client signs up at most this number of devices, and asks for these texts for each.
 constexpr int kSignups = 5;
 constexpr int kPrayersDuring = 5;
-// Asked for after the restart, which tells whether the confirmation is still there.
+// Requested after the restart, to check whether the confirmation has been kept.
 constexpr int kPrayerAfter = 6;
-// After so many rounds the service is killed once more, during its start.
+// After this number of rounds the service is also killed during its start.
 constexpr int kRoundsBetweenEarlyKills = 4;
 
 int Rounds()
@@ -34,7 +34,7 @@ int Rounds()
     return given == nullptr ? 20 : std::atoi(given);
 }
 
-/// An installation, the name of its device and its code, and the prayers whose texts were acknowledged.
+/// An installation, the ID and the code of its device, and the prayers whose texts were acknowledged.
 struct Customer
 {
     std::string identifier;
@@ -45,7 +45,7 @@ struct Customer
 
 } // namespace
 
-/// The real program under load, killed at any instant and started again on the same state.
+/// The real program under load, killed at any instant and restarted on the same state.
 class KilledService : public ServiceFixture
 {
 protected:
@@ -55,16 +55,16 @@ protected:
                   "proxies = [\"127.0.0.1\"]\n");
     }
 
-    /// The header field of a client of that address behind a proxy.
+    /// The X-Forwarded-For field for a client of that address.
     static std::string From(const std::string& client) { return "X-Forwarded-For: " + client + "\r\n"; }
-    /// Asks a script from a client of that address, and answers the whole reply.
+    /// Sends a request for a script from a client of that address, and returns the whole reply.
     std::string Ask(unsigned short port, const std::string& client, const std::string& script) const
     {
         return Exchange(port, "GET " + kScripts + script +
                                   " HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n" + From(client) +
                                   "\r\n");
     }
-    /// Answers the ID and the code of the message to that address.
+    /// Returns the ID and the code in the message to that address.
     [[nodiscard]] std::pair<std::string, std::string> MessageTo(const std::string& address) const
     {
         for (const auto& entry : fs::directory_iterator(folder / "state/spool")) {
@@ -96,7 +96,7 @@ protected:
         }
         return isAcknowledged;
     }
-    /// Signs a device up and asks for its texts. False once the service does not answer.
+    /// Signs up a device and asks for its texts. False when the service no longer answers.
     bool UseOnce(unsigned short port, const std::string& client, const std::string& name)
     {
         const std::string address = "a@" + name + ".example";
@@ -152,7 +152,7 @@ protected:
     }
     void ExpectEverythingThere(unsigned short port)
     {
-        // The sign-up was acknowledged, so its code is good whether or not the confirmation was stored.
+        // The sign-up was acknowledged, so that its code is valid whether or not the confirmation was stored.
         for (const Customer& customer : unconfirmed) {
             EXPECT_TRUE(Confirm(port, "10.0.0.1", customer)) << customer.identifier;
             customers.push_back(customer);
@@ -199,7 +199,7 @@ TEST_F(KilledService, anyInstant_keepsWhatWasAcknowledged)
         if (round % kRoundsBetweenEarlyKills == 0) {
             KillDuringStart();
         }
-        // Only messages of the round are looked through.
+        // Keep only the messages of one round: each search reads all of them.
         std::error_code ignored;
         for (const auto& entry : fs::directory_iterator(folder / "state/spool", ignored)) {
             fs::remove(entry.path());

@@ -14,7 +14,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// A small pipe that takes the log of a process, and is read on demand.
+/// A small pipe for the log of a process, read only on demand.
 class LogPipe final
 {
 public:
@@ -31,10 +31,10 @@ public:
     LogPipe(const LogPipe&) = delete;
     LogPipe& operator=(const LogPipe&) = delete;
 
-    /// Called in the new process.
+    /// Called in the child process.
     void BecomeErrors() const { ::dup2(m_ends[1], STDERR_FILENO); }
 
-    /// Waits until the text has come; answers all that has come since the last call.
+    /// Waits for the text; returns everything read since the last call.
     [[nodiscard]] std::string ReadThrough(const std::string& text) const
     {
         std::string all;

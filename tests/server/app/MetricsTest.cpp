@@ -18,7 +18,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// The values by the names and labels before them; comments are left out.
+/// The values by name and labels, without the comments.
 std::map<std::string, std::string> Values(const std::string& text)
 {
     std::map<std::string, std::string> values;
@@ -34,7 +34,7 @@ std::map<std::string, std::string> Values(const std::string& text)
 
 } // namespace
 
-TEST(Metrics, everyCount_hasItsOwnNameAndLabel)
+TEST(Metrics, everyCounter_hasItsOwnNameAndLabel)
 {
     HttpFigures http;
     MessageFigures messages;
@@ -98,7 +98,7 @@ class MetricsTest : public ServiceFixture
 {
 };
 
-TEST_F(MetricsTest, listenerOfItsOwn_answersTheCountsOfTheService)
+TEST_F(MetricsTest, separateListener_answersTheCountersOfTheService)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();

@@ -8,11 +8,11 @@ namespace {
 struct Row
 {
     const char* name;
-    std::string target; ///< behind the folder of the scripts
+    std::string target; ///< after the folder of the scripts
     std::string answer;
 };
 
-/// A request as the desktop program sends it, the last one of its connection.
+/// A request in the form of the desktop program, the last one of its connection.
 std::string RequestOfTheProgram(const std::string& target)
 {
     return "GET " + target +
@@ -47,8 +47,8 @@ std::string Cities(const std::string& city, const std::string& atlasId)
 
 } // namespace
 
-/// Targets as the desktop program sends them: only spaces, control characters and bytes from 0x80 on are
-/// escaped.
+/// Targets in the form of the desktop program, which escapes only spaces, control characters and bytes from
+/// 0x80 on.
 class RawScriptsTest : public ServiceFixture
 {
 protected:
@@ -75,7 +75,7 @@ protected:
     }
 };
 
-TEST_F(RawScriptsTest, valuesAsTheyWereTyped_areAnsweredByTheirMeaning)
+TEST_F(RawScriptsTest, typedValues_inAnyEncoding_findTheSamePlaces)
 {
     const std::string german = "getMatchingCities.pl?prod_string=pc&state_id=DE&dist_string=d&city_string=";
     const std::string place = "getCityInfo.pl?prod_string=pc&dist_string=d&aid=";

@@ -22,7 +22,7 @@ const std::string kRefused = "the previous configuration and places stay in use"
 
 } // namespace
 
-/// SIGHUP to the real program.
+/// Tests of SIGHUP with the real program.
 class ReloadTest : public ServiceFixture
 {
 protected:
@@ -34,7 +34,7 @@ protected:
                 .Text();
         tables.Import(target);
     }
-    /// A places file that takes the place of the present one.
+    /// Replaces the places file by a new one.
     void Replace(const std::string& content)
     {
         Write(folder / "new.bin", content);
@@ -47,7 +47,7 @@ protected:
     }
 };
 
-TEST_F(ReloadTest, placesFile_isTakenUp)
+TEST_F(ReloadTest, placesFile_isReloaded)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
@@ -58,7 +58,7 @@ TEST_F(ReloadTest, placesFile_isTakenUp)
     EXPECT_TRUE(Knows(port, "jeddah"));
 }
 
-TEST_F(ReloadTest, zonesOfTheSystem_areReadAgain)
+TEST_F(ReloadTest, zonesOfTheSystem_areReloaded)
 {
     const auto install = [this](const char* zone) {
         std::filesystem::create_directories(folder / "zones/Asia");
@@ -85,7 +85,7 @@ TEST_F(ReloadTest, zonesOfTheSystem_areReadAgain)
     EXPECT_THAT(Fetch(port, place), HasSubstr("utc_minutes=\"330\""));
 }
 
-TEST_F(ReloadTest, placesFileThatCantBeUsed_isRefusedAndTheOneBeforeGoesOn)
+TEST_F(ReloadTest, unusablePlacesFile_isRefusedAndThePreviousOneStays)
 {
     const std::string whole = Read(folder / "places.bin");
     std::string damaged = whole;
@@ -111,7 +111,7 @@ TEST_F(ReloadTest, placesFileThatCantBeUsed_isRefusedAndTheOneBeforeGoesOn)
     }
 }
 
-TEST_F(ReloadTest, configuration_isTakenUpWhereARunningServiceCan)
+TEST_F(ReloadTest, configuration_isReloadedForTheKeysThatNeedNoRestart)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
     ServiceProcess service(Path(), serve);
@@ -138,11 +138,11 @@ TEST_F(ReloadTest, configuration_isTakenUpWhereARunningServiceCan)
     EXPECT_THAT(Run({"starts"}).output, HasSubstr("\tother\t1\n"));
 }
 
-TEST_F(ReloadTest, keysOfTheNextStart_areNamedInOneWarning)
+TEST_F(ReloadTest, keysThatNeedARestart_areNamedInOneWarning)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
-    // The default, written out, is no change.
+    // Writing out a default value is no change.
     Configure("[keys]\nfolder = \"other\"\n[store]\nurl = \"sqlite:state/service.db\"\n"
               "[messages]\nchannels = [\"spool\"]\n[log]\nlevel = \"warning\"\n");
     service.Signal(SIGHUP);
@@ -151,7 +151,7 @@ TEST_F(ReloadTest, keysOfTheNextStart_areNamedInOneWarning)
     EXPECT_EQ(Fetch(port, "/readyz"), "ready\n");
 }
 
-TEST_F(ReloadTest, configurationThatCantBeUsed_isRefusedWhole)
+TEST_F(ReloadTest, unusableConfiguration_isRefusedAsAWhole)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// The real program over a small places file, on ports that the system chooses.
+/// The real program with a small places file, on ports that the system chooses.
 class ServiceFixture : public testing::Test
 {
 protected:
@@ -24,8 +24,8 @@ protected:
         Configure("");
     }
 
-    /// @param more tables, as text
-    /// @param http more keys of the table "http"
+    /// @param more further tables of the configuration, as text
+    /// @param http further keys of the table "http"
     void Configure(const std::string& more, const std::string& http = {})
     {
         Write(folder / "service.toml",

@@ -18,7 +18,7 @@ std::string Get(const std::string& target)
     return "GET " + target + " HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n";
 }
 
-/// Each script and two pages.
+/// Requests for each script and two pages.
 std::vector<std::string> AllRequests()
 {
     std::vector<std::string> requests;
@@ -40,7 +40,7 @@ class ServiceLoadTest : public ServiceFixture
 {
 };
 
-// Under the thread sanitizer a data race in the program ends it here.
+// Under the thread sanitizer a data race ends the program during this test.
 TEST_F(ServiceLoadTest, clientsAndCommandsWhilePlacesAreReadAgain_areAllAnswered)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");

@@ -34,7 +34,7 @@ ServiceProcess::ServiceProcess(std::string folder, const std::vector<std::string
     : m_folder(std::move(folder))
 {
     Write(m_folder + "/input", input);
-    // The log of an earlier process in that folder is not taken for this one's.
+    // Remove the log of an earlier process in that folder.
     Write(m_folder + "/errors", {});
     std::vector<char*> words;
     std::string program = DUSKBEACON_SERVICE_PROGRAM;
@@ -66,7 +66,8 @@ ServiceProcess::~ServiceProcess()
         ::kill(m_process, SIGKILL);
         ::waitpid(m_process, nullptr, 0);
     }
-    // A sanitizer's report is a fault whatever the test expected, and would go with the folder.
+    // A sanitizer report must appear in the log of the tests, whatever the test expects. The folder with the
+    // report is deleted afterwards.
     const std::string errors = Errors();
     if (errors.find("Sanitizer: ") != std::string::npos ||
         errors.find("runtime error: ") != std::string::npos) {

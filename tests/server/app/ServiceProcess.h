@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-/// How a run of dusk-beacond ended, and what it wrote.
+/// The exit status and the output of a run of dusk-beacond.
 struct ProcessEnd
 {
     int status = -1; ///< exit status, or 128 and the signal
@@ -18,28 +18,28 @@ struct ProcessEnd
     std::string errors;
 };
 
-/// The real program, started in a folder of its own.
+/// The real program, started in a given folder.
 class ServiceProcess final
 {
 public:
     /// @param folder becomes the working directory
-    /// @param prepare is called in the new process before the program takes its place
+    /// @param prepare is called in the child process before exec
     ServiceProcess(std::string folder, const std::vector<std::string>& arguments,
                    const std::string& input = {}, const std::function<void()>& prepare = {});
-    /// Kills it if it still runs.
+    /// Kills the process if it still runs.
     ~ServiceProcess();
     ServiceProcess(const ServiceProcess&) = delete;
     ServiceProcess& operator=(const ServiceProcess&) = delete;
 
     void Signal(int number) const;
     [[nodiscard]] pid_t Id() const { return m_process; }
-    /// Waits for its end.
+    /// Waits for the end of the process.
     ProcessEnd Wait();
-    /// Waits until its log says that it is ready; answers the port, or 0 if it ended before.
+    /// Waits until the log says that the service is ready. Returns its port, or 0 if it ended before.
     unsigned short AwaitPort();
-    /// The same of the listener for /metrics.
+    /// The same for the listener of /metrics.
     unsigned short AwaitMetricsPort();
-    /// Waits until its log holds the text; false if it ends without, or doesn't within 20 seconds.
+    /// Waits until the log contains the text; false if the process ends without it, or after 20 seconds.
     bool AwaitLog(const std::string& text);
 
 private:
@@ -51,15 +51,15 @@ private:
     pid_t m_process = -1;
 };
 
-/// Runs it to its end.
+/// Runs the program to its end.
 [[nodiscard]] ProcessEnd RunService(const std::string& folder, const std::vector<std::string>& arguments,
                                     const std::string& input = {});
 
-/// The body of the reply to a GET of the loopback, empty if there was none.
+/// The body of the reply to a GET on the loopback; empty without a reply.
 [[nodiscard]] std::string Fetch(unsigned short port, const std::string& target);
-/// The whole reply to what is sent.
+/// Sends the text and returns the whole reply.
 [[nodiscard]] std::string Exchange(unsigned short port, const std::string& request);
-/// The whole reply to the sign-up form.
-/// @param fields more header fields, each with its line end
+/// Submits the sign-up form and returns the whole reply.
+/// @param fields further header fields, each with its line end
 [[nodiscard]] std::string PostSignup(unsigned short port, const std::string& form,
                                      const std::string& fields = {});

@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 
 } // namespace
 
-/// The real program, and its store in trouble.
+/// The real program with a store that fails.
 class ServiceStoreTest : public ServiceFixture
 {
 protected:
@@ -28,7 +28,7 @@ protected:
     const std::string confirm = kScripts + "ma/confirmSignup.pl?prod_string=pc&vCode=0000-0000-0000-0000";
 };
 
-TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndSaidByReadyz)
+TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndReportedByReadyz)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
@@ -49,7 +49,7 @@ TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndSaidByRe
     EXPECT_EQ(Fetch(port, prayerCall), "<root/>");
 }
 
-TEST_F(ServiceStoreTest, storeReplacedWhileItRuns_isSaidByReadyz)
+TEST_F(ServiceStoreTest, storeReplacedWhileRunning_isReportedByReadyz)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
@@ -81,7 +81,7 @@ TEST_F(ServiceStoreTest, term_storeLockedAndARequestThatDoesNotEnd_endsInTime)
     EXPECT_LT(Clock::now() - begin, 5500ms);
 }
 
-TEST_F(ServiceStoreTest, lists_storeThatIsMissing_areStatusTwoAndMakeNone)
+TEST_F(ServiceStoreTest, lists_missingStore_areStatusTwoAndCreateNone)
 {
     for (const std::vector<std::string>& list :
          {std::vector<std::string>{"outbox"}, {"starts"}, {"ad", "list"}, {"release", "list"}}) {

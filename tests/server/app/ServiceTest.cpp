@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 class ServiceTest : public ServiceFixture
 {
 protected:
-    /// The personal code of the one message in the spool.
+    /// The personal code in the only message of the spool.
     std::string CodeInSpool()
     {
         for (const auto& entry : fs::directory_iterator(folder / "state/spool")) {
@@ -75,7 +75,7 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
     EXPECT_THAT(log, Not(HasSubstr("forged")));
 }
 
-TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
+TEST_F(ServiceTest, unusableParts_areOneLineAndStatusTwo)
 {
     const std::string places = Read(folder / "places.bin");
     const struct
@@ -109,7 +109,7 @@ TEST_F(ServiceTest, partsThatCantBeUsed_areOneLineAndStatusTwo)
     }
 }
 
-TEST_F(ServiceTest, keysThatTheStoreWasNotWrittenWith_areRefused)
+TEST_F(ServiceTest, keysOfAnotherStore_areRefused)
 {
     ServiceProcess first(Path(), serve);
     ASSERT_NE(first.AwaitPort(), 0);
@@ -192,7 +192,7 @@ TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
     EXPECT_EQ(Run({"forget", "someone"}).errors, "dusk-beacond: \"someone\" is no mail address\n");
 }
 
-TEST_F(ServiceTest, forget_keyThatTheStoreWasNotWrittenWith_isRefused)
+TEST_F(ServiceTest, forget_keyOfAnotherStore_isRefused)
 {
     ServiceProcess service(Path(), serve);
     ASSERT_NE(service.AwaitPort(), 0);
@@ -210,7 +210,7 @@ TEST_F(ServiceTest, signup_withoutAChannel_isNotOffered)
     EXPECT_THAT(PostSignup(port, "address=a%40example.org"), StartsWith("HTTP/1.1 404 "));
 }
 
-TEST_F(ServiceTest, signup_requestsThatAreNone_areRefused)
+TEST_F(ServiceTest, signup_invalidRequests_areRefused)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
     ServiceProcess service(Path(), serve);
@@ -258,14 +258,14 @@ TEST_F(ServiceTest, release_isRemovedByWhatTheListShows)
     EXPECT_EQ(end.errors, "dusk-beacond: there is no release 1.2.7\n");
 }
 
-TEST_F(ServiceTest, log_repeatedError_isHeldBackAndThenCounted)
+TEST_F(ServiceTest, log_repeatedError_isSuppressedAndThenCounted)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();
     beacond::Database((folder / "state/service.db").string()).Execute("DROP TABLE installation");
     const auto log = [this] { return Read(folder / "errors"); };
     int calls = 0;
-    // The error comes again ten seconds after the first.
+    // The error may be logged again ten seconds after the first time.
     EXPECT_TRUE(Becomes([&] {
         ++calls;
         return Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42") !=
@@ -278,7 +278,7 @@ TEST_F(ServiceTest, log_repeatedError_isHeldBackAndThenCounted)
     EXPECT_EQ(log().find(error, log().find(error) + 1), log().rfind(error));
 }
 
-TEST_F(ServiceTest, term_startsThatWereCounted_areStored)
+TEST_F(ServiceTest, term_countedStarts_areStored)
 {
     ServiceProcess service(Path(), serve);
     const unsigned short port = service.AwaitPort();

@@ -25,7 +25,7 @@ std::string ErrorOf(const std::string& text)
 
 } // namespace
 
-TEST(Settings, lineBreakInWhatAnErrorQuotes_becomesASpace)
+TEST(Settings, lineBreakInAQuotedText_becomesASpace)
 {
     for (const char* const text : {"a = i\n", "\"a\\nb\" = 1\n", "[messages]\nchannels = [\"a\\nb\"]\n"}) {
         EXPECT_THAT(ErrorOf(text), StartsWith("service.toml:")) << text;
@@ -43,7 +43,7 @@ TEST(Settings, empty_hasTheDefaults)
     EXPECT_EQ(settings.metrics.listen, ParseListenAddress("127.0.0.1:8751"));
 }
 
-TEST(Settings, everyKey_isTaken)
+TEST(Settings, everyKey_isRead)
 {
     const Settings settings = ParseSettings(R"(
 [http]
@@ -110,7 +110,7 @@ level = "error"
     EXPECT_EQ(settings.log.level, "error");
 }
 
-TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
+TEST(Settings, invalidValues_areRefusedWithLineAndKey)
 {
     const std::string kUrl = "an http or https address is expected, such as \"https://service.example.org\"";
     const struct
@@ -152,12 +152,12 @@ TEST(Settings, valuesThatCantBeUsed_areRefusedWithLineAndKey)
     }
 }
 
-TEST(Settings, noToml_isRefusedWithItsLine)
+TEST(Settings, invalidToml_isRefusedWithItsLine)
 {
     EXPECT_THAT(ErrorOf("[http]\nlisten ="), StartsWith("service.toml:2: "));
 }
 
-TEST(Settings, fileThatCantBeRead_isRefusedWithItsPath)
+TEST(Settings, unreadableFile_isRefusedWithItsPath)
 {
     for (const char* const path : {"/nonexistent/service.toml", "/tmp"}) {
         try {

@@ -42,7 +42,7 @@ protected:
               signupAddress};
 };
 
-TEST_F(SiteTest, networkThatAsksForTooMuch_isRefusedPagesButNoHealthCheck)
+TEST_F(SiteTest, networkBeyondItsRate_isRefusedPagesButNoHealthCheck)
 {
     EXPECT_EQ(StatusOf("/"), 200U);
     for (const char* const path :
@@ -54,7 +54,7 @@ TEST_F(SiteTest, networkThatAsksForTooMuch_isRefusedPagesButNoHealthCheck)
     EXPECT_EQ(StatusOf("/readyz"), 200U);
 }
 
-TEST_F(SiteTest, threadThatLagsBehind_refusesPagesAfterSearches)
+TEST_F(SiteTest, delayedThread_refusesPagesAfterSearches)
 {
     delay = std::chrono::milliseconds(499);
     EXPECT_EQ(StatusOf("/cgi-bin/dbeacon/getStates.pl"), 503U);

@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// A TCP socket of the loopback that a service manager hands over.
+/// A TCP socket on the loopback, in the role of the socket of a service manager.
 class ManagerSocket final
 {
 public:
@@ -37,7 +37,7 @@ public:
     ManagerSocket& operator=(const ManagerSocket&) = delete;
 
     [[nodiscard]] unsigned short Port() const { return m_port; }
-    /// Called in the new process.
+    /// Called in the child process.
     void HandOver(const std::string& process, const char* count) const
     {
         ::dup2(m_descriptor, 3);
@@ -68,14 +68,14 @@ TEST_F(SocketActivationTest, listeningSocket_isTheMainListener)
 {
     const ManagerSocket socket(true);
     ServiceProcess service = Start(socket, true, "1");
-    // It waits in the socket until the service answers.
+    // The connection waits in the socket until the service accepts it.
     EXPECT_EQ(Fetch(socket.Port(), "/healthz"), "ok\n");
     EXPECT_EQ(service.AwaitPort(), socket.Port());
     service.Signal(SIGTERM);
     EXPECT_EQ(service.Wait().status, 0);
 }
 
-TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isLeftAlone)
+TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isNotUsed)
 {
     const struct
     {
@@ -91,7 +91,7 @@ TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isLeftAlone)
     }
 }
 
-TEST_F(SocketActivationTest, handoverThatCantBeUsed_isOneLineAndStatusTwo)
+TEST_F(SocketActivationTest, unusableHandover_isOneLineAndStatusTwo)
 {
     const struct
     {

@@ -17,7 +17,7 @@
 using namespace beacond;
 using namespace std::chrono_literals;
 
-TEST(StoreTasks, followAnnouncements_errorOfAnyKind_goesOn)
+TEST(StoreTasks, followAnnouncements_anyError_goesOn)
 {
     const TemporaryFolder folder;
     std::atomic<int> commits = 0;

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""nginx_test.py SITE PROGRAM BENCH: the site for nginx that is shipped, in front of the real service. Skipped without nginx."""
+"""nginx_test.py SITE PROGRAM BENCH: tests the shipped site of nginx in front of the real service. Skipped without nginx."""
 import lzma
 import os
 import shutil

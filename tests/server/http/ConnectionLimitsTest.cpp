@@ -36,7 +36,7 @@ TEST(ConnectionLimits, ofAnAddress_countsNetworksOfIpv6AndSingleAddressesOfIpv4)
     }
 }
 
-TEST(ConnectionLimits, leaseThatWasMoved_isGivenBackOnce)
+TEST(ConnectionLimits, movedLease_isReturnedOnce)
 {
     ConnectionLimits limits(2, 9);
     ConnectionLimits::Refusal refusal{};

@@ -17,7 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Answers "/held" when the gate is open, anything else at once.
+// Answers "/held" when the gate opens, other paths at once.
 class Gate
 {
 public:
@@ -77,7 +77,7 @@ TEST(Drain, connectionWithoutAByteOfARequest_isClosed)
     EXPECT_TRUE(silent.IsClosedSilently());
 }
 
-TEST(Drain, requestThatTheThreadHasNotSeenYet_isAnswered)
+TEST(Drain, requestNotYetHandledByTheThread_isAnswered)
 {
     std::promise<void> opened;
     std::atomic<bool> isBusy = false;
@@ -90,7 +90,7 @@ TEST(Drain, requestThatTheThreadHasNotSeenYet_isAnswered)
         co_return co_await AnswerPath(request);
     };
     ServerUnderTest under(handler);
-    // The threads take the connections in turn; the acceptor lives on the first one.
+    // The threads get the connections in turn; the acceptor runs on the first thread.
     const RawClient ofFirstThread = under.ConnectKept();
     RawClient busy = under.ConnectKept();
     const RawClient alsoOfFirstThread = under.ConnectKept();
@@ -114,7 +114,7 @@ TEST(Drain, withoutConnections_endsAtOnce)
     EXPECT_TRUE(under.server.Drain(RawClient::kPatience));
 }
 
-TEST(Drain, beyondItsLimit_cutsTheRestOff)
+TEST(Drain, beyondItsLimit_closesTheRest)
 {
     Gate gate;
     RawClient held = [&gate] {

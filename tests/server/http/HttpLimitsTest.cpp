@@ -23,8 +23,8 @@ bool IsServed(RawClient& client)
     return client.ReadToEnd().ends_with("/served");
 }
 
-// Answers "/large" with more than the kernel takes for a client that doesn't read, anything else with the
-// path.
+// Answers "/large" with more bytes than the kernel buffers for a client that doesn't read, other paths with
+// the path.
 boost::asio::awaitable<Response> AnswerLargely(const Request& request)
 {
     Response response;
@@ -32,7 +32,7 @@ boost::asio::awaitable<Response> AnswerLargely(const Request& request)
     co_return response;
 }
 
-// Sends its header or its body byte by byte, or reads its answer slowly.
+// A client that sends its header or body byte by byte, or reads its answer slowly.
 class SlowClient
 {
 public:
@@ -61,7 +61,7 @@ public:
     RawClient client;
 };
 
-// The number of descriptors that the process may use, @p count while it lives.
+// Limits the descriptors of the process to @p count during its lifetime.
 class DescriptorLimit
 {
 public:
@@ -89,8 +89,8 @@ int LowestFreeDescriptor()
 
 } // namespace
 
-// docs/service.md names them.
-TEST(HttpOptions, withoutAConfiguration_areThoseOfTheManual)
+// docs/service.md documents these values.
+TEST(HttpOptions, defaults_areThoseOfTheDocumentation)
 {
     const HttpOptions options;
     EXPECT_EQ(options.headerTime, 5s);
@@ -101,7 +101,7 @@ TEST(HttpOptions, withoutAConfiguration_areThoseOfTheManual)
     EXPECT_EQ(options.idleTime, 75s);
 }
 
-TEST(HttpLimits, phaseThatTakesTooLong_endsTheConnection)
+TEST(HttpLimits, phaseBeyondItsLimit_endsTheConnection)
 {
     struct Row
     {
@@ -109,7 +109,7 @@ TEST(HttpLimits, phaseThatTakesTooLong_endsTheConnection)
         std::chrono::milliseconds HttpOptions::*limit;
         HttpFigures::Count HttpFigures::*count;
         const char* request;
-        const char* answer; ///< its end
+        const char* answer; ///< the end of the answer
     };
     const std::vector<Row> rows = {
         {"nothing sent", &HttpOptions::headerTime, &HttpFigures::headerTimeouts, "", ""},
@@ -134,13 +134,14 @@ TEST(HttpLimits, phaseThatTakesTooLong_endsTheConnection)
     }
 }
 
-TEST(HttpLimits, keptConnections_areIdleAndNotLateWithAHeader)
+TEST(HttpLimits, keptConnections_endByTheIdleLimitNotTheHeaderLimit)
 {
     HttpOptions options;
     options.headerTime = 500ms;
     options.idleTime = 1500ms;
     const ServerUnderTest under(AnswerPath, options);
-    // Many, since an event of a request that has been read already sometimes ends the wait for the next one.
+    // Many connections: sometimes a late event of a request that has been read ends the wait for the next
+    // one.
     std::vector<RawClient> clients;
     for (int number = 0; number < 50; ++number) {
         clients.push_back(under.ConnectKept());
@@ -175,14 +176,14 @@ TEST(HttpLimits, clientThatReadsSlowlyForEver_isDropped)
     const ServerUnderTest under(AnswerLargely, options);
     RawClient client = under.Connect(4096);
     client.Send("GET /large HTTP/1.1\r\nHost: h\r\n\r\n");
-    // Each part is taken in time.
+    // The client reads each part in time, but not the whole answer.
     EXPECT_TRUE(Becomes([&under, &client] {
         client.ReceivePart();
         return under.figures.writeTimeouts == 1;
     }));
 }
 
-TEST(HttpLimits, thousandSlowClients_holdUpNoOther)
+TEST(HttpLimits, thousandSlowClients_delayNoOther)
 {
     HttpOptions options;
     options.maxConnectionsPerAddress = 2'000;
@@ -207,14 +208,15 @@ TEST(HttpLimits, thousandSlowClients_holdUpNoOther)
         ASSERT_TRUE(IsServed(good)) << served;
         ++served;
     }
-    // Each was served between two bytes of the slow ones, which were all there for two seconds.
+    // Each request was served between two bytes of the slow clients, which were all connected for two
+    // seconds.
     EXPECT_GT(served, 3U);
     EXPECT_EQ(under.figures.headerTimeouts, 500U);
     EXPECT_EQ(under.figures.bodyTimeouts, 480U);
     EXPECT_EQ(under.figures.writeTimeouts, 20U);
 }
 
-TEST(HttpLimits, clientThatSendsWithoutPause_isDroppedAndHoldsUpNoOther)
+TEST(HttpLimits, clientThatSendsWithoutPause_isDroppedAndDelaysNoOther)
 {
     HttpOptions options;
     options.headerTime = 500ms;
@@ -275,14 +277,15 @@ TEST(HttpLimits, connectionBeyondTheLimit_isClosedAtOnce)
     }
 }
 
-TEST(HttpLimits, noDescriptorLeft_isTriedAgainAfterPauses)
+TEST(HttpLimits, noDescriptorLeft_isRetriedAfterPauses)
 {
     const ServerUnderTest under(AnswerPath);
     RawClient kept = under.ConnectKept();
     std::optional<RawClient> waiting;
     {
         const DescriptorLimit limit(LowestFreeDescriptor() + 1);
-        waiting.emplace(under.Connect()); // takes the last one, so that none is left to accept it
+        waiting.emplace(
+            under.Connect()); // takes the last descriptor, so that none is left to accept the connection
         ASSERT_TRUE(Becomes([&under] { return under.figures.acceptErrors > 0; }));
         const auto begin = std::chrono::steady_clock::now();
         ASSERT_TRUE(Becomes([&under] { return under.figures.acceptErrors > 2; }));

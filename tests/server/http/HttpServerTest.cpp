@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::string_view kEnd = "\r\n\r\n";
 
-// One request on a connection of its own.
+// One request on a separate connection.
 std::string Ask(const ServerUnderTest& under, const std::string& path, const std::string& fields = "")
 {
     RawClient client = under.Connect();
@@ -31,7 +31,7 @@ std::string Ask(const ServerUnderTest& under, const std::string& path, const std
     return client.ReadToEnd();
 }
 
-// The texts that a server reports.
+// Collects the texts that a server reports.
 class Reports
 {
 public:
@@ -160,7 +160,7 @@ TEST(HttpServer, exceptionOnAThread_isReportedAndTheThreadGoesOn)
             co_return co_await AnswerPath(request);
         },
         options);
-    // Both threads get one of them.
+    // Each of the two threads gets one of them.
     for (int number = 0; number < 4; ++number) {
         EXPECT_EQ(BodyOf(Ask(under, "/")), "/");
     }
@@ -180,7 +180,7 @@ TEST(HttpServer, exceptionThatEndsAConnection_isReported)
     EXPECT_EQ(reports.All(), std::vector<std::string>(1, "a thread of the server goes on after: broken"));
 }
 
-TEST(HttpServer, forwardedByALocalAddressThatIsNoProxy_isWarnedOfOnce)
+TEST(HttpServer, forwardedByALocalAddressThatIsNoProxy_isOneWarning)
 {
     const std::string field = "X-Forwarded-For: 203.0.113.9\r\n";
     Reports reports;
@@ -200,7 +200,7 @@ TEST(HttpServer, forwardedByALocalAddressThatIsNoProxy_isWarnedOfOnce)
     EXPECT_EQ(behindProxy.figures.unlistedProxies, 0U);
 }
 
-TEST(HttpServer, proxyThatNamesNoClient_isWarnedOfOnce)
+TEST(HttpServer, proxyThatNamesNoClient_isOneWarning)
 {
     Reports reports;
     HttpOptions options;
@@ -215,7 +215,7 @@ TEST(HttpServer, proxyThatNamesNoClient_isWarnedOfOnce)
     EXPECT_EQ(reports.All().size(), 1U);
 }
 
-TEST(HttpServer, requestsSentAtOnce_giveWayToOtherConnections)
+TEST(HttpServer, pipelinedRequests_yieldToOtherConnections)
 {
     constexpr int kRequests = 100;
     std::atomic<int> answered = 0;
@@ -228,7 +228,7 @@ TEST(HttpServer, requestsSentAtOnce_giveWayToOtherConnections)
         response.body = std::to_string(answered) + " answered";
         co_return response;
     });
-    // The threads take the connections in turn.
+    // The threads get the connections in turn.
     RawClient greedy = under.Connect();
     const RawClient ofOtherThread = under.Connect();
     RawClient other = under.Connect();
@@ -242,11 +242,11 @@ TEST(HttpServer, requestsSentAtOnce_giveWayToOtherConnections)
     EXPECT_LT(std::stoi(BodyOf(other.ReadToEnd())), kRequests);
 }
 
-TEST(HttpServer, threadThatLagsBehind_showsInItsRequestsUntilItKeepsUpAgain)
+TEST(HttpServer, delayOfTheThread_isInItsRequestsUntilItKeepsUpAgain)
 {
     constexpr int kRequests = 8;
     HttpOptions options;
-    options.bodyTime = 100ms; // a shorter time is measured more often
+    options.bodyTime = 100ms; // the delay is measured more often with a shorter limit
     const ServerUnderTest under(
         [](const Request& request) -> awaitable<Response> {
             if (request.path == "/busy") {

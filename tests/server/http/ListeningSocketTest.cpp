@@ -12,14 +12,14 @@ using beacond::ListeningSocket;
 using boost::asio::ip::make_address;
 using boost::asio::ip::tcp;
 
-TEST(ParseListenAddress, addresses_areTakenApart)
+TEST(ParseListenAddress, addresses_areParsed)
 {
     EXPECT_EQ(beacond::ParseListenAddress("127.0.0.1:8750"), tcp::endpoint(make_address("127.0.0.1"), 8750));
     EXPECT_EQ(beacond::ParseListenAddress("[::1]:80"), tcp::endpoint(make_address("::1"), 80));
     EXPECT_EQ(beacond::ParseListenAddress("0.0.0.0:0"), tcp::endpoint(make_address("0.0.0.0"), 0));
 }
 
-TEST(ParseListenAddress, anythingElse_isNamed)
+TEST(ParseListenAddress, otherText_isRefusedByName)
 {
     for (const std::string text :
          {"", "8750", ":8750", "localhost:8750", "127.0.0.1", "127.0.0.1:", "127.0.0.1:x", "127.0.0.1:65536",
@@ -34,7 +34,7 @@ TEST(ParseListenAddress, anythingElse_isNamed)
     }
 }
 
-TEST(ListeningSocket, addressInUse_isNamed)
+TEST(ListeningSocket, addressInUse_throwsTheAddress)
 {
     const ListeningSocket first = ListeningSocket::Open({boost::asio::ip::address_v4::loopback(), 0});
     const std::string address = "127.0.0.1:" + std::to_string(first.Endpoint().port());

@@ -25,7 +25,7 @@ TEST(ProxyList, addressesAndNetworks_containTheirOwn)
     EXPECT_FALSE(ProxyList({"0.0.0.0/0"}).Contains(make_address("2001:db8::1")));
 }
 
-TEST(ProxyList, badEntry_isNamed)
+TEST(ProxyList, invalidEntry_isRefusedByName)
 {
     for (const std::string entry :
          {"", "localhost", "10.0.0.0/33", "10.0.0.0/", "10.0.0.0/a", "10.0.0.0/8 ", "::1/129"}) {
@@ -71,7 +71,7 @@ TEST(ProxyList, forwardedAddresses_nameTheClient)
     }
 }
 
-TEST(IsLocal, addressesWhereAProxyMayStand_areTold)
+TEST(IsLocal, loopbackAndPrivateAddresses_areLocal)
 {
     for (const char* inside : {"127.0.0.1", "10.1.2.3", "172.16.0.1", "172.31.255.255", "192.168.7.7",
                                "169.254.1.1", "::1", "fd00::1", "fe80::1"}) {

@@ -9,7 +9,7 @@
 using namespace std::string_literals;
 using beacond::Query;
 
-TEST(Query, valueOfCity_isTakenAsTheProgramWritesIt)
+TEST(Query, valueOfCity_isReadInTheFormOfTheProgram)
 {
     struct Row
     {

@@ -7,34 +7,34 @@
 #include <string>
 #include <string_view>
 
-/// A connection to the loopback that sends and receives bytes as they are. Each call waits at most kPatience.
+/// A connection on the loopback that sends and receives raw bytes. Each call waits at most kPatience.
 class RawClient final
 {
 public:
     static constexpr std::chrono::seconds kPatience{20};
 
-    /// @param receiveBuffer the size that is asked of the kernel; 0 is its own
+    /// @param receiveBuffer the requested size of the kernel's buffer; 0 for the default
     explicit RawClient(unsigned short port, int receiveBuffer = 0);
     RawClient(RawClient&& other) noexcept;
     RawClient& operator=(RawClient&&) = delete;
     ~RawClient();
 
-    /// Answers false if the server has closed the connection.
+    /// Returns false if the server has closed the connection.
     bool Send(std::string_view bytes) const;
-    /// Tells the server that nothing more comes.
+    /// Shuts down the sending side of the connection.
     void EndSending() const;
     void Close();
 
-    /// All that comes until the server closes.
+    /// All bytes until the server closes the connection.
     [[nodiscard]] std::string ReadToEnd();
-    /// Reads through @p mark, or to the end if the server closes before.
+    /// Reads up to and including @p mark, or to the end if the server closes before.
     [[nodiscard]] std::string ReadThrough(std::string_view mark);
-    /// Forgets at most a few KiB of what has come, without waiting for more.
+    /// Discards a few KiB at most of the received bytes, without waiting for more.
     void ReceivePart() const;
-    /// Waits until the server closes. Answers whether nothing came before.
+    /// Waits until the server closes the connection. Returns whether no byte came before.
     [[nodiscard]] bool IsClosedSilently() { return ReadToEnd().empty(); }
 
-    /// Whether the server closed without having read everything, which can cost a client the answer.
+    /// Whether the server closed with unread bytes, which can lose the answer of a client.
     [[nodiscard]] bool WasReset() const { return m_wasReset; }
 
 private:

@@ -8,7 +8,7 @@ using namespace std::string_literals;
 
 namespace {
 
-// The request as the handler sees it, a line for each of its texts that is not empty.
+// The request that the handler gets: one line for each non-empty text.
 boost::asio::awaitable<beacond::Response> Describe(const beacond::Request& request)
 {
     constexpr const char* kMethods[] = {"GET", "HEAD", "POST", "other"};
@@ -22,7 +22,7 @@ boost::asio::awaitable<beacond::Response> Describe(const beacond::Request& reque
     co_return response;
 }
 
-// The answer's header, Date left out.
+// The header of the answer, without Date.
 std::string Header(std::size_t length, const std::string& connection)
 {
     return "HTTP/1.1 200 OK\r\nContent-Type: text/plain; charset=utf-8\r\nContent-Length: " +
@@ -54,7 +54,7 @@ struct Row
     std::string answer;
 };
 
-// A GET of the target as the desktop program sends it.
+// A GET of the target in the form of the desktop program.
 std::string Get(const std::string& target)
 {
     return "GET " + target +
@@ -75,7 +75,7 @@ void ExpectAnswers(const std::vector<Row>& rows)
         client.EndSending();
         EXPECT_EQ(WithoutDates(client.ReadToEnd()), row.answer) << row.name;
     }
-    // Once more in pieces, so that each boundary between two bytes is one between two packets as well.
+    // Send it again byte by byte, so that a packet may end after every byte.
     for (const Row& row : rows) {
         RawClient client = under.Connect();
         for (const char& byte : row.request) {
@@ -88,7 +88,7 @@ void ExpectAnswers(const std::vector<Row>& rows)
     }
 }
 
-// A request whose header is so long in all.
+// A request with a header of this length.
 std::string OfLength(std::size_t length)
 {
     const std::string empty = Get("/?");
@@ -163,7 +163,7 @@ TEST(RawRequests, connection_isKeptOrClosed)
     });
 }
 
-TEST(RawRequests, headerFields_areTakenOrRefused)
+TEST(RawRequests, headerFields_areAcceptedOrRefused)
 {
     const auto with = [](const std::string& fields) { return "GET /p HTTP/1.1\r\n" + fields + "\r\n"; };
     ExpectAnswers({
@@ -191,7 +191,7 @@ TEST(RawRequests, headerFields_areTakenOrRefused)
     });
 }
 
-TEST(RawRequests, bodies_areReadOnceAndAlike)
+TEST(RawRequests, bodies_inOnePieceOrMany_areReadAlike)
 {
     const std::string form = "Content-Type: a/b\r\n";
     const std::string chunked = "Transfer-Encoding: chunked\r\n";

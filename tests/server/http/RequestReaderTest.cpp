@@ -11,7 +11,7 @@ using beacond::RequestReader;
 
 namespace {
 
-// The path and body of each request in @p bytes, which come in pieces of so many bytes, and the status of a
+// The path and body of each request in @p bytes, read in pieces of the given size, and the status of a
 // refusal.
 std::vector<std::string> RequestsIn(std::string_view bytes, std::size_t piece)
 {
@@ -56,7 +56,7 @@ TEST(RequestReader, bytesInPiecesOfAnySize_giveTheSameRequests)
     }
 }
 
-TEST(RequestReader, manyRequestsInOneBuffer_areReadThrough)
+TEST(RequestReader, manyRequestsInOneBuffer_areAllRead)
 {
     std::string bytes;
     std::vector<std::string> requests;

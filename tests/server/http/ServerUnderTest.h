@@ -29,7 +29,7 @@ struct ServerUnderTest
         return RawClient(server.Port(), receiveBuffer);
     }
 
-    /// One that has been served and waits for the next request.
+    /// A connection after its first answer, waiting for the next request.
     [[nodiscard]] RawClient ConnectKept() const
     {
         RawClient client = Connect();
@@ -48,7 +48,7 @@ struct ServerUnderTest
     beacond::HttpServer server;
 };
 
-/// Answers with the path.
+/// Answers each request with its path.
 inline boost::asio::awaitable<beacond::Response> AnswerPath(const beacond::Request& request)
 {
     beacond::Response response;

@@ -12,7 +12,7 @@ TEST(MailAddress, addresses_areTrimmedAndLowerCase)
     EXPECT_EQ(NormalisedMailAddress("o'neil@a-b.example"), "o'neil@a-b.example");
 }
 
-TEST(MailAddress, textsThatAreNone_areRefused)
+TEST(MailAddress, otherTexts_areRefused)
 {
     for (const std::string& text : {std::string(),
                                     std::string("  "),

@@ -8,7 +8,7 @@
 using namespace beacond;
 using testing::MatchesRegex;
 
-TEST(PersonalCode, made_isSixteenDigitsInFours_andAnotherEachTime)
+TEST(PersonalCode, new_isSixteenDigitsInGroupsOfFour_andAlwaysDifferent)
 {
     const std::string code = MakePersonalCode();
 
@@ -33,7 +33,7 @@ TEST(PersonalCode, typed_inAnyScriptAndGrouping_isTheSixteenDigits)
     }
 }
 
-TEST(PersonalCode, typedTextThatIsNone_isRefused)
+TEST(PersonalCode, otherTypedText_isRefused)
 {
     for (const std::string& typed : {std::string(), std::string("123456789012345"),
                                      std::string("12345678901234567"), std::string("1234 5678 9012 345x"),

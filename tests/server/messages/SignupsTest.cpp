@@ -30,7 +30,7 @@ using Outcome = Signups::Outcome;
 
 namespace fs = std::filesystem;
 
-/// Sign-ups over a real store, real keys and a real spool folder.
+/// Sign-ups with a real store, real keys and a real spool folder.
 class SignupsTest : public testing::Test
 {
 protected:
@@ -42,7 +42,7 @@ protected:
         context.run();
         return outcome.get();
     }
-    /// The same service after its end and a new start.
+    /// The same service after a restart.
     void Restart()
     {
         signups.reset();
@@ -85,7 +85,7 @@ protected:
 
     TemporaryFolder folder;
     std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
-    AttemptLimit::Time elapsed; ///< by the clock that is never set
+    AttemptLimit::Time elapsed; ///< time of the steady clock
     Keys keys = Keys::FromFolder(folder.File("keys"));
     Spool spool{folder.File("spool")};
     SignupLimits limits;
@@ -95,7 +95,7 @@ protected:
     std::unique_ptr<Signups> signups;
 };
 
-TEST_F(SignupsTest, message_holdsTheNumberAndTheCodeOfTheDevice)
+TEST_F(SignupsTest, message_containsTheNumberAndTheCodeOfTheDevice)
 {
     Start();
     EXPECT_EQ(SignUp(" Aisha@Example.org"), Outcome::Sent);
@@ -166,7 +166,7 @@ TEST_F(SignupsTest, limitOfANetwork_isForAnHour)
     EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
 }
 
-TEST_F(SignupsTest, spoolThatFails_isReportedAndDoesNotCount)
+TEST_F(SignupsTest, failingSpool_isReportedAndDoesNotCount)
 {
     Start();
     fs::rename(folder.File("spool"), folder.File("moved"));
@@ -180,7 +180,7 @@ TEST_F(SignupsTest, spoolThatFails_isReportedAndDoesNotCount)
     EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
 }
 
-TEST_F(SignupsTest, storeThatFails_sendsNothing)
+TEST_F(SignupsTest, failingStore_sendsNothing)
 {
     Start();
     Database(folder.File("store.db")).Execute("DROP TABLE signup");
@@ -219,7 +219,7 @@ TEST_F(SignupsTest, dropOld_isDoneByTheStore)
     EXPECT_EQ(Stored("SELECT sealed_address FROM signup"), "");
 }
 
-TEST_F(SignupsTest, failures_leaveTheLimitOfTheNetwork)
+TEST_F(SignupsTest, failures_doNotCountInTheLimitOfTheNetwork)
 {
     Start();
     fs::rename(folder.File("spool"), folder.File("moved"));

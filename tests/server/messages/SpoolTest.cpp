@@ -19,7 +19,7 @@ using testing::UnorderedElementsAre;
 
 namespace fs = std::filesystem;
 
-TEST(Spool, send_writesOneWholeFileForItsOwnerAlone)
+TEST(Spool, send_writesOneWholeFileForItsOwnerOnly)
 {
     const TemporaryFolder folder;
     const Spool spool(folder.File("a/spool"));
@@ -34,7 +34,7 @@ TEST(Spool, send_writesOneWholeFileForItsOwnerAlone)
     EXPECT_EQ(Read(files[0]), "To: someone@example.org\n\nMaghrib: 18:42\n");
 }
 
-TEST(Spool, start_removesWhatACrashLeftUnfinished_andNothingElse)
+TEST(Spool, start_removesOnlyUnfinishedFilesOfACrash)
 {
     const TemporaryFolder folder;
     Spool(folder.File("spool")).Send("someone@example.org", "text");
@@ -52,7 +52,7 @@ TEST(Spool, start_removesWhatACrashLeftUnfinished_andNothingElse)
     EXPECT_THAT(names, UnorderedElementsAre(sent, sent + ".taken", "other"));
 }
 
-TEST(Spool, folderThatCantBeMadeOrWrittenOrHasGone_isAnErrorWithItsPath)
+TEST(Spool, unusableFolder_isAnErrorWithItsPath)
 {
     EXPECT_THROW(Spool("/proc/none/spool"), ChannelError);
     EXPECT_THROW(Spool("/proc"), ChannelError);
@@ -83,12 +83,12 @@ TEST(Spool, send_writeThatFails_isAnErrorAndLeavesNothing)
     EXPECT_TRUE(fs::is_empty(folder.File("spool")));
 }
 
-TEST(Spool, send_folderThatCantBeSynced_handsTheMessageOverAndSaysSo)
+TEST(Spool, send_folderThatCantBeSynced_handsTheMessageOverAndWarns)
 {
     const TemporaryFolder folder;
     const Spool spool(folder.File("spool"));
     fs::permissions(folder / "", fs::perms(0755));
-    // Files can be made in it, and it can't be opened.
+    // Files can be created in this folder, but the folder can't be opened.
     fs::permissions(folder / "spool", fs::perms(0333));
     {
         const AsNobody nobody;

@@ -10,7 +10,7 @@
 using namespace beacond;
 using testing::HasSubstr;
 
-// The desk of a federation may add releases for others, and a mail address may hold most of these characters.
+// A release may come from another organisation, and a mail address may contain most of these characters.
 TEST(Pages, charactersOfMarkup_areEscaped)
 {
     EXPECT_THAT(DownloadsPage({{"1<", "6>", "https://a.example/?\"<>&'"}}).body,

@@ -32,7 +32,7 @@ TEST(Distinction, Distinguish_aloneInItsList_isItsName)
                 testing::ElementsAre("Springfield"));
 }
 
-TEST(Distinction, Distinguish_wholeCountry_takesTheLeastThatDiffers)
+TEST(Distinction, Distinguish_wholeCountry_usesTheLeastDistinction)
 {
     const std::vector<PlaceLabel> labels = {{"Springfield", "Illinois", "Sangamon County", 0, 0},
                                             {"Springfield", "Ohio", "Clark County", 0, 0},
@@ -54,7 +54,7 @@ TEST(Distinction, Distinguish_divisionsWithoutNames_giveNoTextTwice)
                                      "Springfield (Hardin County, Ohio)"));
 }
 
-TEST(Distinction, Distinguish_oneState_leavesItsNameOut)
+TEST(Distinction, Distinguish_oneState_omitsItsName)
 {
     const std::vector<PlaceLabel> labels = {{"Oak Grove", "Texas", "Bowie County", 3343210, -9480000},
                                             {"Oak Grove", "Texas", "Wood County", 3285000, -9550000},

@@ -38,7 +38,7 @@ TEST(Fold, Fold_vowelSignsOfIndicScripts_stay)
     EXPECT_NE(Fold("दिल्ली"), Fold("दुल्ली"));
 }
 
-TEST(Fold, FoldName_words_beginBehindGaps)
+TEST(Fold, FoldName_words_beginAfterGaps)
 {
     const auto words = [](const char* name) { return FoldName(name).words; };
     EXPECT_THAT(words("Kuala Lumpur"), testing::ElementsAre(5U));
@@ -50,7 +50,7 @@ TEST(Fold, FoldName_words_beginBehindGaps)
     EXPECT_THAT(words("São Paulo"), testing::ElementsAre(3U));
 }
 
-TEST(Fold, Fold_bytesThatAreNoText_areDropped)
+TEST(Fold, Fold_invalidUtf8_isDropped)
 {
     EXPECT_EQ(Fold("\xFFMe\xC3kka\x80"), "mekka");
     EXPECT_EQ(Fold("- ' ."), "");

@@ -33,7 +33,7 @@ std::vector<std::string> Ids(const std::vector<beacond::Match>& matches)
     return ids;
 }
 
-/// The places file, the one before it, and any that were left unfinished.
+/// The names of the places file, the previous file and unfinished files.
 std::ptrdiff_t PlacesFilesIn(const TemporaryFolder& folder)
 {
     const std::filesystem::directory_iterator files(folder / "");
@@ -44,7 +44,7 @@ std::ptrdiff_t PlacesFilesIn(const TemporaryFolder& folder)
 
 } // namespace
 
-TEST(Importer, Import_rowWithAFault_isLeftOutAndCounted)
+TEST(Importer, Import_invalidRow_isSkippedAndCounted)
 {
     EXPECT_EQ(Reason({}), "");
     EXPECT_EQ(Reason({.id = "x"}), "place: its id is not a number above 0");
@@ -127,7 +127,7 @@ TEST(Importer, Import_overlay_corrects)
     EXPECT_TRUE(places->ByAtlasId("US-G3")) << "clients that have it ask for it";
 }
 
-TEST(Importer, Import_placeListedAgainInItsCountry_standsThereOnce)
+TEST(Importer, Import_placeListedAgainInItsCountry_isListedOnce)
 {
     const TemporaryFolder folder;
     (void)SmallTables{.places = PlaceLine{.name = "Jerusalem", .country = "IL"}.Text() +
@@ -140,7 +140,7 @@ TEST(Importer, Import_placeListedAgainInItsCountry_standsThereOnce)
     EXPECT_EQ(places.Count("US", "spr"), 1U);
 }
 
-TEST(Importer, Import_regionThatListsCouldNotShow_isLeftOut)
+TEST(Importer, Import_invalidRegion_isSkippedAndCounted)
 {
     const TemporaryFolder folder;
     const ImportReport report =
@@ -200,7 +200,7 @@ TEST(Importer, Import_failure_leavesTheOldFileAndNoOther)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder / "sub"), {}), 1);
 }
 
-TEST(Importer, Import_again_keepsTheFileBeforeForTheWayBack)
+TEST(Importer, Import_again_keepsThePreviousFile)
 {
     const TemporaryFolder folder;
     for (const char* name : {"First", "Second", "Third"})
@@ -208,7 +208,7 @@ TEST(Importer, Import_again_keepsTheFileBeforeForTheWayBack)
     EXPECT_EQ(Places::Open(folder / "places.bin.previous")->Count("US", "second"), 1U);
     EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "third"), 1U);
 
-    // An import that ended between its two renames has left one file under both names.
+    // After an import that ended between its two renames one file has both names.
     std::filesystem::remove(folder / "places.bin.previous");
     std::filesystem::create_hard_link(folder / "places.bin", folder / "places.bin.previous");
     (void)SmallTables{.places = PlaceLine{.name = "Fourth"}.Text()}.Import(folder);
@@ -222,7 +222,7 @@ TEST(Importer, Import_fullDisk_leavesBothFilesAndNoOther)
     const TemporaryFolder folder;
     for (const char* name : {"First", "Second"})
         (void)SmallTables{.places = PlaceLine{.name = name}.Text()}.Import(folder);
-    // Stands for a full disk: the tables are smaller, the places file is larger.
+    // Simulates a full disk: the tables are smaller than the limit, the places file is larger.
     const rlimit small = {1024, RLIM_INFINITY};
     rlimit before = {};
     ::getrlimit(RLIMIT_FSIZE, &before);
@@ -237,7 +237,7 @@ TEST(Importer, Import_fullDisk_leavesBothFilesAndNoOther)
     EXPECT_EQ(PlacesFilesIn(folder), 2);
 }
 
-TEST(Importer, Import_packedTableCutOff_saysSo)
+TEST(Importer, Import_truncatedCompressedTable_throwsTheReason)
 {
     const TemporaryFolder folder;
     const std::string packed = Read(std::filesystem::path(PLACES_DATA) / "divisions.tsv.xz");

@@ -37,7 +37,7 @@ std::string ReasonToRefuse(const std::filesystem::path& path)
     }
 }
 
-/// Asks for everything, so that the sanitizers see each access.
+/// Calls every function, so that the sanitizers check each access.
 void AskAll(const Places& places)
 {
     for (const beacond::State& state : places.States()) {
@@ -60,7 +60,7 @@ void RenewChecksum(std::string& file)
 
 } // namespace
 
-TEST(PlacesFile, Open_cutOffAtAnyLength_isRefused)
+TEST(PlacesFile, Open_truncatedAtAnyLength_isRefused)
 {
     const TemporaryFolder folder;
     const std::string file = SmallFile(folder);
@@ -82,7 +82,7 @@ TEST(PlacesFile, Open_anyByteChanged_isRefused)
     }
 }
 
-TEST(PlacesFile, Open_wrongContentUnderARightChecksum_isRefusedOrHarmless)
+TEST(PlacesFile, Open_wrongContentWithAValidChecksum_isRefusedOrHarmless)
 {
     const TemporaryFolder folder;
     const std::string file = SmallFile(folder);
@@ -98,7 +98,7 @@ TEST(PlacesFile, Open_wrongContentUnderARightChecksum_isRefusedOrHarmless)
     }
 }
 
-TEST(PlacesFile, Open_unusable_saysWhy)
+TEST(PlacesFile, Open_unusableFile_throwsTheReason)
 {
     const TemporaryFolder folder;
     const std::string file = SmallFile(folder);
@@ -120,7 +120,7 @@ TEST(PlacesFile, Open_unusable_saysWhy)
     EXPECT_EQ(ReasonToRefuse(folder / "damaged.bin"), "damaged: its checksum is wrong");
 }
 
-TEST(PlacesFile, Open_replacedByARename_goesOnAnswering)
+TEST(PlacesFile, Open_fileReplacedByARename_keepsAnswering)
 {
     const TemporaryFolder folder;
     (void)SmallFile(folder);

@@ -10,7 +10,7 @@ using beacond::Places;
 
 namespace {
 
-/// The places of a small table, each at a point of its own.
+/// The places of a small table, each with different coordinates.
 std::shared_ptr<const Places> Open(SmallTables tables, std::vector<PlaceLine> lines)
 {
     const TemporaryFolder folder;
@@ -47,7 +47,7 @@ TEST(Places, Search_order_isExactThenPrimaryThenAliasThenPopulation)
                                   {.name = "Oldtown", .aliases = "Roma,Rom,Rome", .population = "700"}});
     EXPECT_THAT(Cities(*places, "US", "rome"),
                 testing::ElementsAre("Rome", "New Rome", "Oldtown", "Romeo", "Bigtown"));
-    // With three letters an exact alias is one like the others.
+    // With three letters an exact alias has no higher rank than the others.
     EXPECT_THAT(Cities(*places, "US", "rom"),
                 testing::ElementsAre("New Rome", "Romeo", "Rome", "Bigtown", "Oldtown"));
     EXPECT_THAT(Cities(*places, "US", "rom", 2), testing::ElementsAre("New Rome", "Romeo"));
@@ -63,7 +63,7 @@ TEST(Places, Search_words_matchFromEachWordOn)
     EXPECT_THAT(Cities(*places, "US", "mpur"), testing::IsEmpty());
 }
 
-TEST(Places, Search_typingError_isForgivenOnlyWhereNothingMatches)
+TEST(Places, Search_typingError_isCorrectedOnlyWithoutAMatch)
 {
     const auto places = Open({}, {{.name = "Springfield"}, {.name = "Springdale"}, {.name = "Sprimgfield"}});
     EXPECT_THAT(Cities(*places, "US", "springf"), testing::ElementsAre("Springfield"));
@@ -72,7 +72,7 @@ TEST(Places, Search_typingError_isForgivenOnlyWhereNothingMatches)
     EXPECT_THAT(Cities(*places, "US", "sxr"), testing::IsEmpty()) << "too short to guess";
 }
 
-TEST(Places, Search_nothingToSearchFor_isEmpty)
+TEST(Places, Search_unusableTextOrState_isEmpty)
 {
     const auto places = Open({}, {{}});
     for (const char* letters : {"", " ", "-'", "\xFF", "&+%"})
@@ -82,7 +82,7 @@ TEST(Places, Search_nothingToSearchFor_isEmpty)
     EXPECT_THAT(Cities(*places, "US", std::string(9000, 's').c_str()), testing::IsEmpty());
 }
 
-TEST(Places, Search_countryAndState_tellDoublesApart)
+TEST(Places, Search_countryAndState_distinguishPlacesOfOneName)
 {
     const auto places = Open({}, {{.population = "900"},
                                   {.division = "TX", .population = "800"},
@@ -97,7 +97,7 @@ TEST(Places, Search_countryAndState_tellDoublesApart)
     EXPECT_THAT(Cities(*places, "DE", "salem"), testing::ElementsAre("Salem"));
 }
 
-TEST(Places, States_withPlaces_standAsAPersonReadsThem)
+TEST(Places, States_withPlaces_areInTheOrderOfTheirNames)
 {
     const auto places =
         Open({}, {{.division = "TX"}, {.country = "SA"}, {.country = "AX"}, {.country = "DE"}});

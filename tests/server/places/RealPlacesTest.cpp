@@ -19,7 +19,7 @@ namespace {
 
 const std::filesystem::path kData = PLACES_DATA;
 
-/// The places file of the table in the tree, made once.
+/// The places file of the shipped tables, imported once.
 class RealPlaces : public testing::Test
 {
 protected:
@@ -167,14 +167,15 @@ TEST_F(RealPlaces, ShippedPlaces_areFoundUnderTheirOwnKey)
     });
 }
 
-TEST_F(RealPlaces, Zones_lieWhereTheirPlacesLie)
+TEST_F(RealPlaces, Zones_matchTheLongitudesOfTheirPlaces)
 {
     using namespace std::chrono_literals;
     const std::chrono::sys_seconds now = std::chrono::sys_days(2025y / 6 / 1);
     beacond::TextTable(kData / "places.tsv.xz").ForEach([&now](beacond::TextTable::Columns row) {
         const auto offset = beacond::StandardOffset(row[17], now);
         ASSERT_TRUE(offset) << row[17];
-        // China's one zone and Kiribati's leap over the date line go farthest from the sun.
+        // The largest differences from solar time are China's single zone and Kiribati's move across the date
+        // line.
         const double sun = Degrees(row[5]) * 4.0;
         ASSERT_LE(std::abs(std::remainder(static_cast<double>(offset->count()) - sun, 1440.0)), 200.0)
             << row[1];

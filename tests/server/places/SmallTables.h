@@ -8,7 +8,7 @@
 
 #include <string>
 
-/// A row of a table of places, with the columns that matter here.
+/// A row of a table of places, with the columns that the tests use.
 struct PlaceLine
 {
     std::string id = "1";
@@ -35,7 +35,7 @@ struct PlaceLine
     }
 };
 
-/// The tables of an import in a folder, of which a test replaces what it is about.
+/// The tables of an import; a test replaces the tables that it is about.
 struct SmallTables
 {
     std::string places = {};

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-TEST(TypingError, BeginsWithOneError_oneSlip_isForgiven)
+TEST(TypingError, BeginsWithOneError_oneTypingError_matches)
 {
     struct Row
     {
@@ -26,7 +26,7 @@ TEST(TypingError, BeginsWithOneError_lettersOfSeveralBytes_countAsOne)
     EXPECT_FALSE(beacond::BeginsWithOneError("москва", "мхххва"));
 }
 
-TEST(TypingError, VariantsOfFirstLetter_holdTheIntendedText)
+TEST(TypingError, VariantsOfFirstLetter_containTheIntendedText)
 {
     for (const char* typed : {"xondon", "olndon", "xlondon", "ondon"})
         EXPECT_THAT(beacond::VariantsOfFirstLetter(typed), testing::Contains("london")) << typed;

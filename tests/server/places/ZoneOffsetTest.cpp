@@ -28,7 +28,7 @@ TEST(ZoneOffset, StandardOffset_anySeason_isWithoutSummerTime)
         {"Asia/Kolkata", 330},       {"Asia/Kathmandu", 345},
         {"America/St_Johns", -210},  {"Australia/Lord_Howe", 630}, // summer time is half an hour
         {"Antarctica/Troll", 0},                                   // summer time is two hours
-        {"Europe/Dublin", 0},                                 // the database calls the winter the exception
+        {"Europe/Dublin", 0}, // the database marks the winter time as daylight saving
         {"Africa/Casablanca", 60},   {"Africa/El_Aaiun", 60}, // an hour back in Ramadan only
         {"Pacific/Chatham", 765},    {"Pacific/Kiritimati", 840},
         {"Pacific/Marquesas", -570}, {"Asia/Tehran", 210},

@@ -33,12 +33,12 @@ TEST(WaitMinutes, identifiers_areSpreadOverTenToFourteen_eachAlwaysTheSame)
         EXPECT_LE(minutes, 14);
         EXPECT_NEAR(count, 1000, 150) << minutes;
     }
-    // Clients in the field rely on these.
+    // Installed clients rely on these values.
     EXPECT_EQ(WaitMinutes(""), 10);
     EXPECT_EQ(WaitMinutes("AQIDBAUGBwgJCgsMDQ4PEBESExQVFhcY"), 10);
 }
 
-TEST(ChooseStrip, onlyThoseOfDistributionCountryAndDay_areShown)
+TEST(ChooseStrip, otherDistributionCountryOrDay_isNotShown)
 {
     const struct
     {
@@ -61,7 +61,7 @@ TEST(ChooseStrip, onlyThoseOfDistributionCountryAndDay_areShown)
     }
 }
 
-TEST(ChooseStrip, requestsOfOneInstallation_goThroughAll)
+TEST(ChooseStrip, requestsOfOneInstallation_getAllStripsInTurn)
 {
     const Announcements announcements{
         {StripFor(1, "", "", "", ""), StripFor(2, "", "", "", ""), StripFor(3, "", "", "", "")}, {}};
@@ -107,7 +107,7 @@ TEST(NewerRelease, partsBetweenThePoints_areWholeNumbers)
     }
 }
 
-TEST(IsVersionNumber, numbersOfReleases_areTakenAndOtherTextsAreNot)
+TEST(IsVersionNumber, releaseNumbers_areAcceptedAndOtherTextsAreNot)
 {
     for (const char* const text : {"1", "10", "1.5", "0"}) {
         EXPECT_TRUE(IsVersionNumber(text)) << text;

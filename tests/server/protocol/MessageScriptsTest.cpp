@@ -45,7 +45,7 @@ TEST_F(MessageScriptsTest, confirmSignup_codeInAnyGrouping_isConfirmed)
     EXPECT_EQ(Confirm(kCode, "another"), kUnknown);
 }
 
-TEST_F(MessageScriptsTest, confirmSignup_refusals_areReadableToo)
+TEST_F(MessageScriptsTest, confirmSignup_refusals_haveAMessageInXml)
 {
     SignUp(kCode);
     EXPECT_EQ(Confirm("6543210987654321"), kUnknown);
@@ -155,7 +155,7 @@ TEST_F(MessageScriptsTest, prayerCall_ofAConfirmedInstallation_queuesOneText)
     EXPECT_EQ(scripts.Figures().textsQueued, 1U);
 }
 
-TEST_F(MessageScriptsTest, prayerCall_thatAsksForNoneOrIsMalformed_queuesNothing)
+TEST_F(MessageScriptsTest, prayerCall_withoutARequestOrMalformed_queuesNothing)
 {
     SignUp(kCode);
     Confirm(kCode);
@@ -171,7 +171,7 @@ TEST_F(MessageScriptsTest, prayerCall_thatAsksForNoneOrIsMalformed_queuesNothing
     }
 }
 
-TEST_F(MessageScriptsTest, prayerCall_placeThatIsNotKnown_isNotStored)
+TEST_F(MessageScriptsTest, prayerCall_unknownPlace_isNotStored)
 {
     SignUp(kCode);
     Confirm(kCode);
@@ -180,7 +180,7 @@ TEST_F(MessageScriptsTest, prayerCall_placeThatIsNotKnown_isNotStored)
     EXPECT_EQ(Outbox()[0].place, "");
 }
 
-TEST_F(MessageScriptsTest, storeThatFails_missesTheTextAndSaysSo)
+TEST_F(MessageScriptsTest, failingStore_missesTheTextAndIsReported)
 {
     SignUp(kCode);
     Confirm(kCode);
@@ -197,7 +197,7 @@ TEST_F(MessageScriptsTest, storeThatFails_missesTheTextAndSaysSo)
               Result("0", "The service can&#39;t store anything just now. Please try again later."));
 }
 
-TEST_F(MessageScriptsTest, prayerCall_withNoTextDue_takesNoLockOfTheStore)
+TEST_F(MessageScriptsTest, prayerCall_withNoTextDue_needsNoLockOfTheStore)
 {
     SignUp(kCode);
     Confirm(kCode);

@@ -64,7 +64,7 @@ protected:
     {
         return Ask("getNumMatchingCities.pl", "prod_string=" + identifier).status;
     }
-    /// Whether the script was refused as it should be.
+    /// Whether the script was refused in the expected way.
     void ExpectRefusal(const Script& script, const std::string& identifier, unsigned status)
     {
         SCOPED_TRACE(script.name);
@@ -85,7 +85,7 @@ protected:
     }
 };
 
-TEST_F(RequestLimitsTest, installationThatAsksForTooMuch_isRefusedAndItsNetworkIsNot)
+TEST_F(RequestLimitsTest, installationBeyondItsRate_isRefusedAndItsNetworkIsNot)
 {
     const std::string identifier = Identifier();
     for (int number = 0; number < 3; ++number) {
@@ -99,7 +99,7 @@ TEST_F(RequestLimitsTest, installationThatAsksForTooMuch_isRefusedAndItsNetworkI
     EXPECT_EQ(limits.Figures().byInstallation[static_cast<std::size_t>(RequestKind::Search)], 6U);
 }
 
-TEST_F(RequestLimitsTest, networkThatAsksForTooMuch_isRefusedWhateverIdentifierItSends)
+TEST_F(RequestLimitsTest, networkBeyondItsRate_isRefusedWithAnyIdentifier)
 {
     for (int number = 0; number < 8; ++number) {
         EXPECT_EQ(Search("invented" + std::to_string(number % 2)), 200U);
@@ -116,7 +116,7 @@ TEST_F(RequestLimitsTest, networkThatAsksForTooMuch_isRefusedWhateverIdentifierI
     EXPECT_EQ(limits.Figures().byNetwork[static_cast<std::size_t>(RequestKind::Strip)], 2U);
 }
 
-TEST_F(RequestLimitsTest, threadThatLagsBehind_refusesSearchesFirstAndCallsNever)
+TEST_F(RequestLimitsTest, delayedThread_refusesSearchesFirstAndPrayerCallsNever)
 {
     int number = 0;
     for (const Script& script : RefusableScripts("pc")) {

@@ -19,7 +19,7 @@
 
 inline constexpr int kWrongCodesAlarm = 5;
 
-/// The scripts over a real store, real keys and a small places file.
+/// The scripts with a real store, real keys and a small places file.
 class ScriptsTest : public testing::Test
 {
 protected:
@@ -59,7 +59,7 @@ protected:
     {
         return Ask(script, query).body;
     }
-    /// A device that waits for its code to be confirmed.
+    /// Stores a sign-up whose code is not confirmed yet.
     void SignUp(const std::string& digits)
     {
         beacond::SqliteStore another(folder.File("store.db"), [this] { return Seconds(); });
@@ -75,9 +75,9 @@ protected:
 
     TemporaryFolder folder;
     std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
-    beacond::AttemptLimit::Time elapsed; ///< by the clock that is never set
+    beacond::AttemptLimit::Time elapsed; ///< time of the steady clock
     std::string client = "192.0.2.1";
-    std::chrono::milliseconds delay{0}; ///< of the thread that answers
+    std::chrono::milliseconds delay{0}; ///< delay of the answering thread
     beacond::Keys keys = beacond::Keys::FromFolder(folder.File("keys"));
     beacond::StoreThread store{
         std::make_unique<beacond::SqliteStore>(folder.File("store.db"), [this] { return Seconds(); })};

@@ -60,7 +60,7 @@ TEST_F(ScriptsTest, replies_areTheseDocuments)
 }
 
 // The program ignores the status and reads any well-formed document as a reply.
-TEST_F(ScriptsTest, failures_areNoXml)
+TEST_F(ScriptsTest, failures_areNotXml)
 {
     const struct
     {
@@ -84,7 +84,7 @@ TEST_F(ScriptsTest, failures_areNoXml)
     }
 }
 
-TEST_F(ScriptsTest, lettersBeyondEveryName_findNothingAtOnce)
+TEST_F(ScriptsTest, lettersLongerThanAnyName_findNothingQuickly)
 {
     std::string letters = "ma";
     while (letters.size() < 8000) {
@@ -95,7 +95,7 @@ TEST_F(ScriptsTest, lettersBeyondEveryName_findNothingAtOnce)
     EXPECT_EQ(Body("getMatchingCities.pl", "state_id=SA&city_string=" + letters), "<root/>");
 }
 
-TEST_F(ScriptsTest, moreThanAThousandMatches_areCountedAllAndListedToTheThousandth)
+TEST_F(ScriptsTest, moreThanAThousandMatches_areAllCountedAndListedUpToAThousand)
 {
     SmallTables tables;
     for (int number = 1; number <= 1001; ++number) {
@@ -123,7 +123,7 @@ TEST_F(ScriptsTest, withoutPlaces_theScriptsThatNeedThemFail)
     EXPECT_EQ(Body("startup.pl", "aid=SA-G104515"), "<root/>");
 }
 
-TEST_F(ScriptsTest, requestProdID_isAnotherIdentifierOfToday)
+TEST_F(ScriptsTest, requestProdID_isANewIdentifierOfToday)
 {
     const std::string body = Body("requestProdID.pl", "dist=mosque");
     EXPECT_THAT(body, MatchesRegex("<root prod_string=\"[A-Za-z0-9_-]{32}\"/>"));

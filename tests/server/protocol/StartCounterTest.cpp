@@ -9,7 +9,7 @@ using namespace beacond;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-TEST(StartCounter, take_answersWhatWasCountedSinceTheLastTime)
+TEST(StartCounter, take_returnsTheStartsSinceTheLastCall)
 {
     StartCounter counter;
     counter.Add(20'000, "SA", "other");

@@ -25,7 +25,7 @@ Key KeyOf(unsigned char fill)
 
 } // namespace
 
-TEST(InstallationIdentifier, made_isOfTheLettersThatGoUnescaped_andTellsItsDay)
+TEST(InstallationIdentifier, new_needsNoEscape_andContainsItsDay)
 {
     const std::string identifier = MakeInstallationIdentifier(KeyOf(1), kDay);
 
@@ -33,7 +33,7 @@ TEST(InstallationIdentifier, made_isOfTheLettersThatGoUnescaped_andTellsItsDay)
     EXPECT_EQ(DayOfInstallationIdentifier(KeyOf(1), identifier), kDay);
 }
 
-TEST(InstallationIdentifier, madeManyTimes_isNeverTheSame)
+TEST(InstallationIdentifier, newOnes_areNeverTheSame)
 {
     std::set<std::string> all;
     for (int i = 0; i < 1000; ++i) {
@@ -52,7 +52,7 @@ TEST(InstallationIdentifier, anyCharacterChanged_isNotOurs)
     }
 }
 
-TEST(InstallationIdentifier, textsThatAreNone_areNotOurs)
+TEST(InstallationIdentifier, otherTexts_areNotOurs)
 {
     const std::string identifier = MakeInstallationIdentifier(KeyOf(1), kDay);
     for (const std::string& text :

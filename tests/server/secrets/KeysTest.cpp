@@ -43,7 +43,7 @@ int LockedMemory()
 
 } // namespace
 
-TEST(Keys, fromFolder_makesThemOnceForTheirOwnerAlone)
+TEST(Keys, fromFolder_createsTheKeysOnceForTheirOwnerOnly)
 {
     const TemporaryFolder folder;
     const std::string keys = folder.File("keys");
@@ -58,7 +58,7 @@ TEST(Keys, fromFolder_makesThemOnceForTheirOwnerAlone)
     EXPECT_EQ(std::distance(fs::directory_iterator(keys), fs::directory_iterator()), 3);
 }
 
-TEST(Keys, fromFile_oneThatOthersCanRead_isRefusedWithItsPath)
+TEST(Keys, fromFile_readableByOthers_isRefusedWithItsPath)
 {
     const TemporaryFolder folder;
     const std::string file = folder.File("address.key");
@@ -82,7 +82,7 @@ TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
     }
 }
 
-TEST(Keys, fromFolder_thatCantBeMade_isRefusedWithItsPath)
+TEST(Keys, fromFolder_thatCantBeCreated_isRefusedWithItsPath)
 {
     EXPECT_THAT(ErrorOf([] { (void)Keys::FromFolder("/proc/none/keys"); }), HasSubstr("/proc/none/keys"));
 }
@@ -101,7 +101,7 @@ TEST(Key, unseal_anyByteChanged_isRefused)
     EXPECT_THROW((void)Key::FromFile(folder.File("another")).Unseal(sealed), KeyError);
 }
 
-TEST(Key, seal_sameTextTwice_looksUnlike)
+TEST(Key, seal_sameTextTwice_differs)
 {
     const TemporaryFolder folder;
     const Key key = Key::FromFile(folder.File("key"));
@@ -121,7 +121,7 @@ TEST(Key, hash_dependsOnKeyPurposeAndText)
     EXPECT_NE(Key::FromFile(folder.File("another")).Hash("code", "1234"), hash);
 }
 
-TEST(Key, fromFile_nameThatIsNoRegularFile_isRefused)
+TEST(Key, fromFile_notARegularFile_isRefused)
 {
     const TemporaryFolder folder;
     (void)Key::FromFile(folder.File("key"));

@@ -7,7 +7,7 @@
 #include <atomic>
 #include <functional>
 
-/// Counts the transactions of the store behind it, and can hold them up.
+/// Counts the transactions of the wrapped store, and can delay them.
 class CountingStore final : public beacond::Store
 {
 public:

@@ -32,7 +32,7 @@ Signup SignupOf(const std::string& name)
     return {"mail", "sealed " + name, "index " + name, "code " + name, 1800, "form", "texts"};
 }
 
-// Checkpoints come after a few pages already, so that cuts meet them too.
+// Frequent checkpoints, so that power cuts also happen during them.
 int CheckpointSoon(sqlite3* database, const char** /*error*/, const sqlite3_api_routines* /*unused*/)
 {
     constexpr int kPages = 8;
@@ -43,7 +43,7 @@ void (*const kCheckpointSoon)() = reinterpret_cast<void (*)()>(&CheckpointSoon);
 
 } // namespace
 
-/// Calls of a store until the power is cut, and what each call that has returned promises.
+/// Calls of a store until the power cut, and the guarantees of each call that has returned.
 class PowerCut : public testing::Test
 {
 protected:
@@ -80,7 +80,7 @@ protected:
         SignUpAndQueue(store, name, made);
         CountStart(store, made);
     }
-    /// A day of a store in short: made, written one by one and together, closed, opened again.
+    /// A short life of a store: creation, single writes, grouped writes, close, reopening.
     void Live(const std::string& path)
     {
         starts = 0;
@@ -99,7 +99,7 @@ protected:
         SqliteStore store(path, &Now);
         DoAll(store, "sixth", promises);
     }
-    /// False if the cut came.
+    /// False after the cut.
     bool LiveUntilCut(const std::string& path)
     {
         try {
@@ -115,12 +115,12 @@ protected:
         Statement check = database.Run("PRAGMA integrity_check");
         ASSERT_TRUE(check.Step());
         EXPECT_EQ(check.Text(0), "ok");
-        // The last one first: the promise of a sign-up binds the installation anew.
+        // Check in reverse order: the check of a sign-up binds the installation again.
         for (auto promise = promises.rbegin(); promise != promises.rend(); ++promise) {
             (*promise)(store);
         }
     }
-    /// Cuts the power after each change of the disk, one life of a store each.
+    /// Runs one life of a store for each change of the disk, with a power cut after that change.
     void CutEverywhere(const std::function<void()>& restart)
     {
         bool hasEnded = false;
@@ -193,7 +193,7 @@ TEST_F(PowerCut, fullDiskWithinAGroup_storesNothingOfTheGroup)
 {
     const TemporaryFolder folder;
     SqliteStore store(folder.File("store.db"), &Now);
-    // More than the cache holds, so that a call in the midst of the group meets the full disk.
+    // More than the cache holds, so that the disk is full in the middle of the group.
     const Strip large{0, std::string(16'384, 'x'), "", "", "", ""};
     disk->FillAfter(100);
     store.Begin();

@@ -16,13 +16,13 @@ protected:
     {
         return store.Confirm(code, installation);
     }
-    /// The device that gets the texts of an installation; 0 for none.
+    /// The device that receives the texts of an installation; 0 for none.
     std::int64_t DeviceOf(const std::string& installation)
     {
         now += 6 * kHour + 1;
         return store.QueueText(installation, 1, "5:07", "SA-G1") ? store.Outbox(1000).back().device : 0;
     }
-    /// Rows of the file in which a text of an address stands.
+    /// The number of rows in the file that contain a text of an address.
     std::int64_t RowsWith(const std::string& address)
     {
         Database database(folder.File("store.db"));
@@ -33,7 +33,7 @@ protected:
     }
 };
 
-TEST_F(SignupContract, confirm_codeOfASignup_makesTheDeviceOfTheInstallation)
+TEST_F(SignupContract, confirm_codeOfASignup_createsTheDeviceOfTheInstallation)
 {
     const std::int64_t device = SignUp("a", "code");
 
@@ -112,7 +112,7 @@ TEST_F(SignupContract, confirm_newerDevice_replacesTheOneOfTheInstallation)
     EXPECT_EQ(DeviceOf("pc"), newer);
 }
 
-TEST_F(SignupContract, device_goesWithItsLastInstallation)
+TEST_F(SignupContract, device_isDeletedWithItsLastInstallation)
 {
     const std::int64_t first = SignUp("a", "code");
     SignUp("a", "second code");
@@ -207,7 +207,7 @@ TEST_F(SignupContract, withdraw_undoesASignupUntilItsCodeIsConfirmed)
     EXPECT_EQ(Confirm("1", "pc"), Confirmation::Confirmed);
 }
 
-TEST_F(SignupContract, forget_takesTheDeviceItsInstallationsItsTextsAndItsCodes)
+TEST_F(SignupContract, forget_deletesTheDeviceItsInstallationsItsTextsAndItsCodes)
 {
     SignUp("a", "code");
     SignUp("a", "waiting");
@@ -223,7 +223,7 @@ TEST_F(SignupContract, forget_takesTheDeviceItsInstallationsItsTextsAndItsCodes)
     EXPECT_EQ(RowsWith("a"), 0);
 }
 
-TEST_F(SignupContract, signupsByAClockFarAhead_doNotCountAndEnd)
+TEST_F(SignupContract, signupsDatedFarAhead_doNotCountAndAreDropped)
 {
     now += 365 * 24 * kHour;
     SignUp("a", "waiting");

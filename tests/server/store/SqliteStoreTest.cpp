@@ -72,7 +72,7 @@ TEST(SqliteStore, open_fileOfANewerVersion_isRefusedWithItsPath)
     EXPECT_THAT(ErrorOfOpening(path), StartsWith(path + ": written by a newer version of the service"));
 }
 
-TEST(SqliteStore, open_fileThatIsNoStore_isRefusedAndKept)
+TEST(SqliteStore, open_otherFile_isRefusedAndKept)
 {
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");
@@ -100,7 +100,7 @@ TEST(SqliteStore, open_fileOfAnotherApplication_isRefusedAndKept)
     }
 }
 
-TEST(SqliteStore, open_storeWithoutAMark_marksIt)
+TEST(SqliteStore, open_storeWithoutAnApplicationId_writesIt)
 {
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");
@@ -169,7 +169,7 @@ TEST(SqliteStore, toRead_listsAndChangesNothing)
     EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
 }
 
-TEST(SqliteStore, toRead_fileThatIsMissing_isRefusedAndNotMade)
+TEST(SqliteStore, toRead_missingFile_isRefusedAndNotCreated)
 {
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");
@@ -188,7 +188,7 @@ TEST(SqliteStore, toRead_fileOfAnOlderVersion_isRefused)
     EXPECT_THAT(ErrorOfReading(path), StartsWith(path + ": written by an older version of the service"));
 }
 
-TEST(SqliteStore, open_folderThatIsMissing_isRefusedWithThePath)
+TEST(SqliteStore, open_missingFolder_isRefusedWithThePath)
 {
     EXPECT_THAT(ErrorOfOpening("/nonexistent/store.db"), HasSubstr("/nonexistent/store.db"));
 }
@@ -216,7 +216,7 @@ TEST(SqliteStore, dataVersion_changesWithAnotherProcessOnly)
     EXPECT_NE(served.DataVersion(), version);
 }
 
-TEST(SqliteStore, open_fileOfTheFirstTables_keepsDevicesAndCodes)
+TEST(SqliteStore, open_fileOfTheFirstSchema_keepsDevicesAndCodes)
 {
     const TemporaryFolder folder;
     const std::string path = folder.File("store.db");

@@ -9,7 +9,7 @@
 
 inline constexpr std::int64_t kHour = 3600;
 
-/// Contract of every Store.
+/// The contract of a Store.
 class StoreContract : public testing::Test
 {
 protected:
@@ -18,7 +18,7 @@ protected:
         return {"mail",  "sealed " + address, "index " + address, code, 1800, "form", "texts at prayer times",
                 "domain"};
     }
-    /// Answers the number of the device; 0 for a refusal.
+    /// Returns the number of the device; 0 for a refusal.
     std::int64_t SignUp(const std::string& address, const std::string& code)
     {
         return store.SignUp(SignupOf(address, code), {}).device;

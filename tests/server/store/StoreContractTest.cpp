@@ -31,7 +31,7 @@ TEST_F(StoreContract, strips_areKeptAsGivenUntilRemoved)
     EXPECT_THAT(store.Strips(), ElementsAre(second));
 }
 
-TEST_F(StoreContract, releases_comeInTheOrderOfTheirAddition)
+TEST_F(StoreContract, releases_areListedInTheOrderOfTheirAddition)
 {
     store.AddRelease({"1", "6", "https://example.org/6"});
     store.AddRelease({"1", "5", "https://example.org/5"});
@@ -40,7 +40,7 @@ TEST_F(StoreContract, releases_comeInTheOrderOfTheirAddition)
                                               Release{"1", "5", "https://example.org/5"}));
 }
 
-TEST_F(StoreContract, removeRelease_takesThatVersionAlone)
+TEST_F(StoreContract, removeRelease_removesOnlyThatVersion)
 {
     for (const char* const sequence : {"6", "7", "7"}) {
         store.AddRelease({"1", sequence, "https://example.org/"});
@@ -94,7 +94,7 @@ TEST_F(StoreContract, isWrittenWith_holdsForTheFirstKeyOfAName)
     EXPECT_TRUE(store.IsWrittenWith("index.key", "b"));
 }
 
-TEST_F(StoreContract, abandon_undoesEverythingSinceTheBeginning)
+TEST_F(StoreContract, abandon_undoesAllCallsSinceBegin)
 {
     store.Begin();
     store.AddRelease({"1", "6", "https://example.org/6"});
@@ -103,7 +103,7 @@ TEST_F(StoreContract, abandon_undoesEverythingSinceTheBeginning)
     EXPECT_THAT(store.Releases(), IsEmpty());
 }
 
-TEST_F(StoreContract, queueText_lastTextByAClockFarAhead_doesNotCount)
+TEST_F(StoreContract, queueText_lastTextDatedFarAhead_doesNotCount)
 {
     SignUp("a", "code");
     ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);

@@ -28,7 +28,7 @@ constexpr auto kShort = 100ms;
 class StoreThreadTest : public testing::Test
 {
 protected:
-    /// Adds a strip with that text, and counts a failure.
+    /// Adds a strip with that text; counts a failure.
     void SpawnAdd(StoreThread& thread, const std::string& html)
     {
         Spawn([this, &thread, html]() -> asio::awaitable<void> {
@@ -48,7 +48,7 @@ protected:
         }
         return texts;
     }
-    /// Until Release, commits stay under way.
+    /// Commits block until Release.
     void HoldCommits()
     {
         store->beforeCommit = [this] {
@@ -89,7 +89,7 @@ TEST_F(StoreThreadTest, run_answersTheResultOnTheCallersThread)
     EXPECT_EQ(resumed, std::this_thread::get_id());
 }
 
-TEST_F(StoreThreadTest, run_callsThatWaitTogether_shareCommits)
+TEST_F(StoreThreadTest, run_queuedCalls_shareCommits)
 {
     constexpr int kCalls = 1000;
     StoreThread thread(std::move(store));
@@ -106,7 +106,7 @@ TEST_F(StoreThreadTest, run_callsThatWaitTogether_shareCommits)
     EXPECT_LT(commits, kCalls / 2);
 }
 
-TEST_F(StoreThreadTest, run_callThatThrows_failsAlone)
+TEST_F(StoreThreadTest, run_throwingCall_failsAlone)
 {
     StoreThread thread(std::move(store));
     int failed = 0;
@@ -128,7 +128,7 @@ TEST_F(StoreThreadTest, run_callThatThrows_failsAlone)
     EXPECT_EQ(strips, 1U);
 }
 
-TEST_F(StoreThreadTest, run_commitThatFails_failsEveryCallOfTheBatch)
+TEST_F(StoreThreadTest, run_failingCommit_failsEveryCallOfTheBatch)
 {
     store->beforeCommit = [] { throw StoreError("the disk is full"); };
     StoreThread thread(std::move(store));
@@ -147,7 +147,7 @@ TEST_F(StoreThreadTest, run_commitThatFails_failsEveryCallOfTheBatch)
     EXPECT_EQ(failed, 10);
 }
 
-TEST_F(StoreThreadTest, destruction_runsTheCallsThatWait)
+TEST_F(StoreThreadTest, destruction_runsTheQueuedCalls)
 {
     {
         StoreThread thread(std::move(store));
@@ -161,7 +161,7 @@ TEST_F(StoreThreadTest, destruction_runsTheCallsThatWait)
     EXPECT_EQ(SqliteStore(folder.File("store.db")).Strips().size(), 100U);
 }
 
-TEST_F(StoreThreadTest, run_diskThatHangs_failsAtTheLimitAndDropsWhatHasNotBegun)
+TEST_F(StoreThreadTest, run_hangingDisk_failsAtTheLimitAndDropsCallsThatHaveNotBegun)
 {
     HoldCommits();
     {
@@ -238,7 +238,7 @@ TEST_F(StoreThreadTest, destruction_lockHeldByAnotherProcess_endsAtTheLimitOfThe
     const auto begin = std::chrono::steady_clock::now();
     {
         StoreThread thread(std::move(store), kShort);
-        // More than go together, so that each group would wait for the lock.
+        // More than one batch, so that each batch would wait for the lock.
         for (int i = 0; i < 2000; ++i) {
             SpawnAdd(thread, "during");
         }
@@ -249,7 +249,7 @@ TEST_F(StoreThreadTest, destruction_lockHeldByAnotherProcess_endsAtTheLimitOfThe
     EXPECT_THAT(Stored(), IsEmpty());
 }
 
-TEST_F(StoreThreadTest, run_writeBehindManyReads_isNotTheLast)
+TEST_F(StoreThreadTest, run_writeQueuedAfterManyReads_isNotTheLast)
 {
     constexpr int kReads = 2000;
     StoreThread thread(std::move(store));
@@ -279,7 +279,7 @@ TEST_F(StoreThreadTest, run_writeBehindManyReads_isNotTheLast)
     EXPECT_EQ(reads, kReads);
 }
 
-TEST(StoreCall, end_callerThatCantBeWoken_keepsTheResultForItsTimeLimit)
+TEST(StoreCall, end_callerThatCantBeWoken_getsTheResultAtItsTimeLimit)
 {
     StoreCallOf call([](Store&) { return true; });
     call.Prepare(StoreCall::Clock::now() + 1h, [] { throw std::bad_alloc(); });

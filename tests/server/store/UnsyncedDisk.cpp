@@ -62,7 +62,7 @@ void UnsyncedDisk::Track(const char* path, sqlite3_file* file, int flags)
     if (present == nullptr) {
         present = std::make_shared<File>();
     }
-    // As the system's files do: the first sync of a log that may be new syncs its name too.
+    // Like SQLite's own file system: the first sync of a log that may be new also syncs its name.
     const bool mayBeNew = (flags & SQLITE_OPEN_CREATE) != 0 && (flags & SQLITE_OPEN_MAIN_DB) == 0;
     OpenFile& open = m_open[file];
     open = {*file->pMethods, this, file->pMethods, present, mayBeNew};
@@ -208,7 +208,7 @@ void UnsyncedDisk::Restart(std::minstd_rand* chance)
     for (const auto& [path, unused] : names) {
         const Folder& folder = Happens(chance) ? m_present : m_synced;
         std::filesystem::remove(path);
-        // Shared memory does not outlive the system.
+        // Shared memory does not survive a power cut.
         std::filesystem::remove(path + "-shm");
         if (const auto found = folder.find(path); found != folder.end()) {
             const std::string content = ContentAfterCut(*found->second, chance);

@@ -14,9 +14,9 @@
 #include <string_view>
 #include <vector>
 
-/// SQLite's file system as long as the object lives: the system's files, with a record of which bytes and
-/// which names in the folder have been synced. Loses the others at a power cut, or is full. For one folder
-/// and one thread; a sync does not wait for the real disk.
+/// Replaces SQLite's file system during its lifetime: real files, with a record of the synced bytes and names
+/// in the folder. Simulates a power cut, which loses unsynced changes, and a full disk. For one folder and
+/// one thread; a sync does not wait for the real disk.
 class UnsyncedDisk final
 {
 public:
@@ -25,21 +25,22 @@ public:
     UnsyncedDisk(const UnsyncedDisk&) = delete;
     UnsyncedDisk& operator=(const UnsyncedDisk&) = delete;
 
-    /// Only so many more writes, syncs, truncations and deletions happen; the others fail.
+    /// Allows this number of further writes, syncs, truncations and deletions; later ones fail.
     void CutAfter(std::size_t changes) { m_changesLeft = changes; }
-    /// Whether one has failed.
+    /// Whether one of them has failed.
     [[nodiscard]] bool IsCut() const { return m_isCut; }
-    /// Brings the files into the state after the cut, and ends it. Unsynced changes are lost.
+    /// Puts the files into their state after the power cut, without the unsynced changes, and restores the
+    /// power.
     void Restart();
-    /// The same, but each unsynced name, truncation and 4 KiB of a write is kept by chance.
+    /// The same, but keeps a random part of the unsynced names, truncations and 4 KiB blocks.
     void Restart(unsigned seed);
 
-    /// Only so many more writes find room.
+    /// The disk is full after this number of further writes.
     void FillAfter(std::size_t writes) { m_writesLeft = writes; }
     void MakeRoom() { m_writesLeft.reset(); }
 
 private:
-    /// A write, or a truncation to the offset where there are no bytes.
+    /// A write; without bytes, a truncation to the offset.
     struct Change
     {
         std::size_t offset = 0;
@@ -51,7 +52,7 @@ private:
         std::vector<Change> unsynced;
     };
     using Folder = std::map<std::string, std::shared_ptr<File>>;
-    /// With the system's functions for the file, and the same with some of them replaced.
+    /// The system's functions of the file, and a copy with some functions replaced.
     struct OpenFile : sqlite3_io_methods
     {
         UnsyncedDisk* disk = nullptr;

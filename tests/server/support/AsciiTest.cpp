@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(Trimmed, spacesAtTheEnds_areLeftOut)
+TEST(Trimmed, spacesAtTheEnds_areRemoved)
 {
     EXPECT_EQ(beacond::Trimmed("  New York "), "New York");
     EXPECT_EQ(beacond::Trimmed("\t a\r\n", " \t\r\n"), "a");

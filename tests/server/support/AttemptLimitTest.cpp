@@ -9,7 +9,7 @@
 using beacond::AttemptLimit;
 using namespace std::chrono_literals;
 
-TEST(AttemptLimit, beyondTheMost_isRefusedUntilTheWindowIsOver)
+TEST(AttemptLimit, beyondTheLimit_isRefusedUntilTheWindowEnds)
 {
     const AttemptLimit::Time begin{1'800'000s};
     AttemptLimit limit(2, 1h);
@@ -21,7 +21,7 @@ TEST(AttemptLimit, beyondTheMost_isRefusedUntilTheWindowIsOver)
     EXPECT_TRUE(limit.TryConsume("a", begin + 60min));
 }
 
-TEST(AttemptLimit, givenBack_doesNotCount)
+TEST(AttemptLimit, returnedAttempt_doesNotCount)
 {
     const AttemptLimit::Time now{1'800'000s};
     AttemptLimit limit(1, 1h);
@@ -32,7 +32,7 @@ TEST(AttemptLimit, givenBack_doesNotCount)
     EXPECT_FALSE(limit.TryConsume("a", now));
 }
 
-TEST(AttemptLimit, namesWithoutEnd_pushOutTheOldestAlone)
+TEST(AttemptLimit, manyNames_displaceOnlyTheOldest)
 {
     const AttemptLimit::Time now{1'800'000s};
     AttemptLimit limit(1, 1h);

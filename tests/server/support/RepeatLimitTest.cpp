@@ -9,7 +9,7 @@
 using beacond::RepeatLimit;
 using namespace std::chrono_literals;
 
-TEST(RepeatLimit, sameText_passesOnceAWindowWithTheNumberHeldBack)
+TEST(RepeatLimit, sameText_passesOnceAWindowWithTheNumberSuppressed)
 {
     RepeatLimit limit(10s);
     const RepeatLimit::Time begin{};

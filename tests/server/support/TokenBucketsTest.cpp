@@ -17,7 +17,7 @@ constexpr TokenBuckets::Clock::time_point kBegin{1h};
 
 } // namespace
 
-TEST(TokenBuckets, burst_isFollowedByTheRateAndComesBackWithTime)
+TEST(TokenBuckets, burst_isFollowedByTheRateAndRefillsWithTime)
 {
     TokenBuckets buckets(60, 3);
     const auto takesThree = [&buckets](TokenBuckets::Clock::time_point now) {
@@ -40,7 +40,7 @@ TEST(TokenBuckets, rateOfZero_isNoLimit)
     }
 }
 
-TEST(TokenBuckets, clientsWithoutEnd_areServedAndPushOutNoneThatHasNoTokens)
+TEST(TokenBuckets, manyClients_areServedAndDisplaceNoneWithoutTokens)
 {
     TokenBuckets buckets(60, 3);
     for (std::uint64_t busy = 0; busy < 100; ++busy) {
@@ -56,7 +56,7 @@ TEST(TokenBuckets, clientsWithoutEnd_areServedAndPushOutNoneThatHasNoTokens)
     }
 }
 
-TEST(TokenBuckets, manyThreads_takeAsManyTokensAsThereAre)
+TEST(TokenBuckets, manyThreads_takeExactlyTheTokensOfTheBucket)
 {
     TokenBuckets buckets(1, 5'000);
     std::atomic<int> taken = 0;

@@ -8,7 +8,7 @@
 
 using namespace std::string_literals;
 
-TEST(IsValidUtf8, sequences_answersAsTheStandard)
+TEST(IsValidUtf8, sequences_areValidAsInTheStandard)
 {
     struct Row
     {

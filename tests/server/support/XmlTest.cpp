@@ -28,7 +28,7 @@ TEST(XmlReply, attributesBeforeChildren_areTheRootsOwn)
     EXPECT_EQ(size, text.size());
 }
 
-TEST(XmlReply, anyBytes_becomeTextThatXmlCarries)
+TEST(XmlReply, anyBytes_becomeValidXmlText)
 {
     struct Row
     {
