@@ -65,7 +65,7 @@ void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& 
 }
 
 // Completion of a detached task: report an error that ends it.
-void LogEnd(const std::exception_ptr& error)
+void LogTaskError(const std::exception_ptr& error)
 {
     try {
         if (error) {
@@ -92,7 +92,7 @@ private:
     void Apply(const Settings& settings);
     void Reload();
     void WarnOfKeysThatNeedARestart(const Settings& settings) const;
-    void FollowHangups();
+    void ReloadOnHangup();
 
     const Settings& m_settings;
     const std::filesystem::path m_file;
@@ -164,7 +164,7 @@ void Service::Reload()
         }
         const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
         Apply(settings);
-        ReadZonesAgain();
+        ReloadZones();
         WarnOfKeysThatNeedARestart(settings);
         LogInfo("the " + parts + " were read again");
         SetLogLevel(settings.log.level);
@@ -213,9 +213,9 @@ void Service::Run()
     LogInfo("ready on port " + std::to_string(server.Port()));
 
     m_ends.async_wait([this](const boost::system::error_code&, int) { m_context.stop(); });
-    FollowHangups();
-    asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogEnd);
-    asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogEnd);
+    ReloadOnHangup();
+    asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogTaskError);
+    asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogTaskError);
     m_context.run();
 
     LogInfo("ending");
@@ -224,12 +224,12 @@ void Service::Run()
     }
     metrics.Drain(0ms);
     asio::io_context last;
-    asio::co_spawn(last, m_tasks->StoreStarts(), &LogEnd);
+    asio::co_spawn(last, m_tasks->StoreStarts(), &LogTaskError);
     last.run();
 }
 
 // One reload serves all signals that arrive while a reload is due or under way.
-void Service::FollowHangups()
+void Service::ReloadOnHangup()
 {
     m_hangups.async_wait([this](const boost::system::error_code& failure, int) {
         if (failure) {
@@ -242,7 +242,7 @@ void Service::FollowHangups()
                 Reload();
             });
         }
-        FollowHangups();
+        ReloadOnHangup();
     });
 }
 

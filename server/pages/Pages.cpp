@@ -28,7 +28,7 @@ constexpr std::string_view kHead = R"(<!DOCTYPE html>
 <meta name="viewport" content="width=device-width">
 <title>)";
 
-constexpr std::string_view kFoot = R"(<footer><p><a href="/">Home</a> &middot;
+constexpr std::string_view kFooter = R"(<footer><p><a href="/">Home</a> &middot;
 <a href="/dbeacon/help.html">Help</a> &middot;
 <a href="/downloads/">Downloads</a></p>
 <p>Places: <a href="https://www.geonames.org/">GeoNames</a>, CC BY 4.0, changed.</p></footer>
@@ -51,7 +51,7 @@ Response Page(unsigned status, std::string_view title, std::string_view content,
     html += kStyle;
     html += "</style>\n</head>\n<body>\n";
     html += content;
-    html += kFoot;
+    html += kFooter;
     Response response{status, "text/html; charset=utf-8", std::move(html), {}};
     response.headers = {
         {"Cache-Control", mayBeCached ? "max-age=300" : "no-store"},

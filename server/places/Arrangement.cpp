@@ -22,7 +22,7 @@ namespace beacond {
 
 namespace {
 
-constexpr std::string_view kStateMark = " - ";
+constexpr std::string_view kStateSeparator = " - ";
 
 /// Fills the rows of places and what they refer to.
 class PlaceRows
@@ -113,7 +113,7 @@ void FillRegions(const Gazetteer& gazetteer, FileContents& contents)
 std::string NameOf(const Gazetteer& gazetteer, std::size_t country, std::size_t region)
 {
     const std::string& name = gazetteer.regions[region].name;
-    return region == country ? name : gazetteer.regions[country].name + std::string(kStateMark) + name;
+    return region == country ? name : gazetteer.regions[country].name + std::string(kStateSeparator) + name;
 }
 
 /// A country or state with at least one place that a search finds.

@@ -39,7 +39,7 @@ enum Column : std::size_t {
     kZone,
     kColumns = 19
 };
-constexpr std::int16_t kHole = -9999;
+constexpr std::int16_t kNoHeight = -9999;
 
 bool IsText(std::string_view text)
 {
@@ -56,7 +56,7 @@ std::optional<std::int16_t> ElevationOf(TextTable::Columns row)
 {
     for (const Column column : {kElevation, kSurface}) {
         const auto metres = NumberIn<std::int16_t>(row[column]);
-        if (metres && *metres != kHole)
+        if (metres && *metres != kNoHeight)
             return metres;
     }
     return std::nullopt;

@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kLettersOfAnAlias = 4;
 // For shorter texts nearly every name is within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
-constexpr std::uint8_t kUnfound = 0xFF;
+constexpr std::uint8_t kNotFound = 0xFF;
 
 enum Rank : std::uint8_t { kExact, kPrimary, kAlias };
 
@@ -89,7 +89,7 @@ private:
     {
         if (names.empty())
             return;
-        m_best.assign(region.placeCount, kUnfound);
+        m_best.assign(region.placeCount, kNotFound);
         for (const layout::Name& name : names)
             Take(region, name, RankOf(name));
         Collect(region);
@@ -98,7 +98,7 @@ private:
     void Take(const layout::Region& region, const layout::Name& name, std::uint8_t rank)
     {
         const std::uint32_t place = name.placeAndKind / 4 - region.firstPlace;
-        if (m_best[place] == kUnfound)
+        if (m_best[place] == kNotFound)
             m_taken.push_back(place);
         m_best[place] = std::min(m_best[place], rank);
     }
@@ -107,7 +107,7 @@ private:
     /// candidates share the first letter with the typed text.
     void TakeMistyped(const layout::Region& region)
     {
-        m_best.assign(region.placeCount, kUnfound);
+        m_best.assign(region.placeCount, kNotFound);
         const Names names = NamesOf(region);
         const std::string_view first = m_folded.substr(0, LetterLength(m_folded));
         for (const layout::Name& name : BeginningWith(names, first)) {

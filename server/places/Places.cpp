@@ -26,7 +26,7 @@ std::string FoldLetters(std::string_view letters)
     return folded.size() > kLongestLetters ? std::string() : folded;
 }
 
-constexpr std::string_view kKeyMark = "G";
+constexpr std::string_view kKeyPrefix = "G";
 constexpr std::size_t kZipDigits = 5;
 constexpr std::size_t kZipPlusFourDigits = 9;
 constexpr std::size_t kCanadianLetters = 6;
@@ -108,7 +108,7 @@ std::optional<Place> Places::ByAtlasId(std::string_view id) const
         return std::nullopt;
     const layout::Region& region = m_file.Regions()[row->region];
     Place place;
-    place.key = std::string(kKeyMark) + std::to_string(row->id);
+    place.key = std::string(kKeyPrefix) + std::to_string(row->id);
     place.state = m_file.TextAt(region.name);
     if (row->shipped != layout::kNotShipped) {
         place.key = m_file.TextAt(m_file.Shipped()[row->shipped].key);
@@ -143,9 +143,9 @@ const layout::Place* Places::RowOf(std::string_view atlasId) const
     // changes.
     const std::size_t mark = atlasId.find('-');
     const std::string_view key = atlasId.substr(mark == std::string_view::npos ? 0 : mark + 1);
-    if (!key.starts_with(kKeyMark))
+    if (!key.starts_with(kKeyPrefix))
         return nullptr;
-    const auto number = NumberIn<std::uint32_t>(key.substr(kKeyMark.size()));
+    const auto number = NumberIn<std::uint32_t>(key.substr(kKeyPrefix.size()));
     return number ? RowOfId(*number) : nullptr;
 }
 
@@ -164,7 +164,8 @@ std::string Places::AtlasIdOf(const layout::Place& row) const
     const auto first = m_firstRows.find(&row);
     const layout::Region& region =
         m_file.Regions()[first == m_firstRows.end() ? row.region : first->second->region];
-    return std::string(m_file.TextAt(region.country)) + "-" + std::string(kKeyMark) + std::to_string(row.id);
+    return std::string(m_file.TextAt(region.country)) + "-" + std::string(kKeyPrefix) +
+           std::to_string(row.id);
 }
 
 Match Places::MatchOf(std::uint32_t place, bool wholeCountry) const

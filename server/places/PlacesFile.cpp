@@ -164,12 +164,12 @@ void PlacesFile::CheckIndexes() const
             Demand(name.placeAndKind / 4 - region.firstPlace < region.placeCount,
                    "a name of another region's place");
     }
-    constexpr auto kQuarter = static_cast<std::int32_t>(90 * layout::kUnitsPerDegree);
+    constexpr auto kRightAngle = static_cast<std::int32_t>(90 * layout::kUnitsPerDegree);
     const auto isWithin = [](std::int32_t units, std::int32_t most) {
         return units >= -most && units <= most;
     };
     for (const layout::Place& place : m_places) {
-        Demand(isWithin(place.latitude, kQuarter) && isWithin(place.longitude, 2 * kQuarter),
+        Demand(isWithin(place.latitude, kRightAngle) && isWithin(place.longitude, 2 * kRightAngle),
                "a place lies outside the globe");
         Demand(place.region < m_regions.size() && place.zone < m_zones.size() &&
                    (place.shipped == layout::kNotShipped || place.shipped < m_shipped.size()) &&

@@ -127,7 +127,7 @@ std::optional<std::chrono::minutes> StandardOffset(std::string_view zone, std::c
     return std::chrono::duration_cast<std::chrono::minutes>(std::chrono::seconds(seconds));
 }
 
-void ReadZonesAgain()
+void ReloadZones()
 {
     // Read zones again only after a change: the zones read before stay in memory.
     static fs::file_time_type known = fs::file_time_type::min();

@@ -20,6 +20,6 @@ namespace beacond {
 
 /// Makes later calls read the zones again if the tz database has changed since the last call of this
 /// function. One thread at a time; the other functions may run meanwhile.
-void ReadZonesAgain();
+void ReloadZones();
 
 } // namespace beacond

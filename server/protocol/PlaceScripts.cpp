@@ -18,7 +18,7 @@ namespace beacond {
 namespace {
 
 // Above this number the program asks its user before it fetches the list.
-constexpr std::size_t kMostUnasked = 200;
+constexpr std::size_t kMostWithoutQuestion = 200;
 constexpr std::size_t kMostCities = 1'000;
 constexpr std::size_t kLargestReply = 256UL * 1024;
 
@@ -75,7 +75,7 @@ Response NumberOfCities(const Places& places, const Query& query, std::chrono::s
     const std::size_t count = places.Count(StateId(query), TrimmedValue(query, "city_string"));
     XmlReply reply;
     reply.Attribute("num_matches", std::to_string(count));
-    reply.Attribute("max_matches", std::to_string(kMostUnasked));
+    reply.Attribute("max_matches", std::to_string(kMostWithoutQuestion));
     return ScriptReply(std::move(reply));
 }
 

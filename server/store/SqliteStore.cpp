@@ -32,7 +32,7 @@ SqliteStore::SqliteStore(const std::string& path, Clock clock)
     , m_database(path)
     , m_now(std::move(clock))
 {
-    BringUpToDate(m_database, path);
+    UpdateSchema(m_database, path);
 }
 
 SqliteStore::SqliteStore(const std::string& path, Database::Access access)
@@ -40,7 +40,7 @@ SqliteStore::SqliteStore(const std::string& path, Database::Access access)
     , m_database(path, access)
     , m_now(&SystemSeconds)
 {
-    RequireUpToDate(m_database, path);
+    RequireCurrentSchema(m_database, path);
 }
 
 SqliteStore SqliteStore::ToRead(const std::string& path)
@@ -224,7 +224,7 @@ void SqliteStore::TryToWrite()
 {
     Transaction transaction(m_database);
     // A newer service may have migrated the file meanwhile: keep its version.
-    RequireUpToDate(m_database, m_path);
+    RequireCurrentSchema(m_database, m_path);
     WriteVersion(m_database);
     transaction.Commit();
 }

@@ -31,21 +31,21 @@ void StoreCall::GiveUp()
     }
 }
 
-bool StoreCall::IsToBegin() const
+bool StoreCall::MayBegin() const
 {
     return m_state == State::Waiting && Clock::now() < m_deadline;
 }
 
-bool StoreCall::IsWriteToDo()
+bool StoreCall::IsPendingWrite()
 {
     const std::lock_guard lock(m_mutex);
-    return m_isWriting && IsToBegin();
+    return m_isWriting && MayBegin();
 }
 
 bool StoreCall::Begin()
 {
     const std::lock_guard lock(m_mutex);
-    m_state = IsToBegin() ? State::Begun : State::GivenUp;
+    m_state = MayBegin() ? State::Begun : State::GivenUp;
     return m_state == State::Begun;
 }
 

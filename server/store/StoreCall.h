@@ -39,7 +39,7 @@ public:
 
     [[nodiscard]] bool IsWriting() const { return m_isWriting; }
     /// Store's thread: whether the call changes the store and has not begun yet.
-    [[nodiscard]] bool IsWriteToDo();
+    [[nodiscard]] bool IsPendingWrite();
     /// Store's thread: runs the call unless its caller has given up or its deadline has passed. Keeps its
     /// exception.
     void Run(Store& store);
@@ -54,7 +54,7 @@ private:
 
     virtual void Work(Store& store) = 0;
     [[nodiscard]] bool Begin();
-    [[nodiscard]] bool IsToBegin() const;
+    [[nodiscard]] bool MayBegin() const;
 
     const bool m_isWriting;
     std::mutex m_mutex;

@@ -57,7 +57,7 @@ std::int64_t RequireOwnFile(Database& database, const std::string& path)
     return version;
 }
 
-void BringUpToDate(Database& database, const std::string& path)
+void UpdateSchema(Database& database, const std::string& path)
 {
     (void)RequireOwnFile(database, path);
     database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
@@ -69,7 +69,7 @@ void BringUpToDate(Database& database, const std::string& path)
     database.Execute("PRAGMA foreign_keys = ON");
 }
 
-void RequireUpToDate(Database& database, const std::string& path)
+void RequireCurrentSchema(Database& database, const std::string& path)
 {
     if (RequireOwnFile(database, path) != std::ssize(kSqliteMigrations)) {
         throw StoreError(path +

@@ -16,10 +16,10 @@ class Database;
 
 /// Migrates an empty or older file to the current schema. Throws StoreError, and leaves the file as it is, if
 /// another application or a newer version of the service has written it.
-void BringUpToDate(Database& database, const std::string& path);
+void UpdateSchema(Database& database, const std::string& path);
 
 /// Throws StoreError if the file is not a store with the current schema; changes nothing.
-void RequireUpToDate(Database& database, const std::string& path);
+void RequireCurrentSchema(Database& database, const std::string& path);
 
 /// Writes the version of the current schema into a file that has this schema.
 void WriteVersion(Database& database);

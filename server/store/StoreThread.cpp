@@ -127,7 +127,7 @@ std::exception_ptr StoreThread::RunTogether(const Batch& batch, bool isWriting)
 void StoreThread::RunBatch(const Batch& batch)
 {
     const bool isWriting =
-        std::any_of(batch.begin(), batch.end(), [](const auto& call) { return call->IsWriteToDo(); });
+        std::any_of(batch.begin(), batch.end(), [](const auto& call) { return call->IsPendingWrite(); });
     const std::exception_ptr error = RunTogether(batch, isWriting);
     const bool hasFailed =
         error || std::any_of(batch.begin(), batch.end(), [](const auto& call) { return call->HasFailed(); });

@@ -35,7 +35,7 @@ int Rounds()
 }
 
 /// An installation, the ID and the code of its device, and the prayers whose texts were acknowledged.
-struct Customer
+struct Installation
 {
     std::string identifier;
     std::string device;
@@ -77,22 +77,23 @@ protected:
         }
         return {};
     }
-    [[nodiscard]] bool Confirm(unsigned short port, const std::string& client, const Customer& customer) const
+    [[nodiscard]] bool Confirm(unsigned short port, const std::string& client,
+                               const Installation& installation) const
     {
         return Ask(port, client,
-                   "ma/confirmSignup.pl?prod_string=" + customer.identifier + "&vCode=" + customer.code +
-                       "&dist_string=")
+                   "ma/confirmSignup.pl?prod_string=" + installation.identifier +
+                       "&vCode=" + installation.code + "&dist_string=")
                    .find("<root result=\"1\"") != std::string::npos;
     }
-    bool Call(unsigned short port, const std::string& client, Customer& customer, int prayer) const
+    bool Call(unsigned short port, const std::string& client, Installation& installation, int prayer) const
     {
         const std::string reply = Ask(port, client,
-                                      "prayerCall.pl?prod_string=" + customer.identifier +
+                                      "prayerCall.pl?prod_string=" + installation.identifier +
                                           "&aid=SA-G104515&pno=" + std::to_string(prayer) +
                                           "&alert_type=Normal&ma=1&time=5:07&aid=SA-G104515");
         const bool isAcknowledged = reply.starts_with("HTTP/1.1 200 ") && reply.ends_with("\r\n\r\n<root/>");
         if (isAcknowledged) {
-            customer.prayers.insert(prayer);
+            installation.prayers.insert(prayer);
         }
         return isAcknowledged;
     }
@@ -104,18 +105,18 @@ protected:
             return false;
         }
         const auto [device, code] = MessageTo(address);
-        Customer customer{"pc-" + name, device, code, {}};
-        bool isAnswered = Confirm(port, client, customer);
+        Installation installation{"pc-" + name, device, code, {}};
+        bool isAnswered = Confirm(port, client, installation);
         if (!isAnswered) {
             const std::lock_guard lock(mutex);
-            unconfirmed.push_back(customer);
+            unconfirmed.push_back(installation);
             return false;
         }
         for (int prayer = 1; prayer <= kPrayersDuring && isAnswered; ++prayer) {
-            isAnswered = Call(port, client, customer, prayer);
+            isAnswered = Call(port, client, installation, prayer);
         }
         const std::lock_guard lock(mutex);
-        customers.push_back(customer);
+        installations.push_back(installation);
         return isAnswered;
     }
     void Use(unsigned short port, int round, int number)
@@ -153,14 +154,14 @@ protected:
     void ExpectEverythingThere(unsigned short port)
     {
         // The sign-up was acknowledged, so that its code is valid whether or not the confirmation was stored.
-        for (const Customer& customer : unconfirmed) {
-            EXPECT_TRUE(Confirm(port, "10.0.0.1", customer)) << customer.identifier;
-            customers.push_back(customer);
+        for (const Installation& installation : unconfirmed) {
+            EXPECT_TRUE(Confirm(port, "10.0.0.1", installation)) << installation.identifier;
+            installations.push_back(installation);
         }
         confirmedLater += unconfirmed.size();
         unconfirmed.clear();
-        for (; checked < customers.size(); ++checked) {
-            EXPECT_TRUE(Call(port, "10.0.0.1", customers[checked], kPrayerAfter));
+        for (; checked < installations.size(); ++checked) {
+            EXPECT_TRUE(Call(port, "10.0.0.1", installations[checked], kPrayerAfter));
         }
         const std::string path = folder.File("state/service.db");
         beacond::Database database(path, beacond::Database::Access::Read);
@@ -171,10 +172,10 @@ protected:
         for (const beacond::OutboxRow& row : beacond::SqliteStore::ToRead(path).Outbox(1'000'000)) {
             EXPECT_TRUE(stored.emplace(std::to_string(row.device), row.prayer).second) << "twice";
         }
-        for (const Customer& customer : customers) {
-            for (const int prayer : customer.prayers) {
-                ASSERT_TRUE(stored.contains({customer.device, prayer}))
-                    << customer.identifier << " device " << customer.device << " prayer " << prayer;
+        for (const Installation& installation : installations) {
+            for (const int prayer : installation.prayers) {
+                ASSERT_TRUE(stored.contains({installation.device, prayer}))
+                    << installation.identifier << " device " << installation.device << " prayer " << prayer;
             }
         }
     }
@@ -182,8 +183,8 @@ protected:
     static constexpr unsigned kSeed = 20'260'320;
     std::mt19937 chance{kSeed};
     std::mutex mutex;
-    std::vector<Customer> customers;
-    std::vector<Customer> unconfirmed;
+    std::vector<Installation> installations;
+    std::vector<Installation> unconfirmed;
     std::size_t checked = 0;
     std::size_t confirmedLater = 0;
 };
@@ -210,10 +211,10 @@ TEST_F(KilledService, anyInstant_keepsWhatWasAcknowledged)
     ASSERT_NE(port, 0);
     ExpectEverythingThere(port);
     std::size_t texts = 0;
-    for (const Customer& customer : customers) {
-        texts += customer.prayers.size();
+    for (const Installation& installation : installations) {
+        texts += installation.prayers.size();
     }
-    std::cout << customers.size() << " confirmations, " << confirmedLater << " of them after a kill, and "
+    std::cout << installations.size() << " confirmations, " << confirmedLater << " of them after a kill, and "
               << texts << " texts acknowledged\n";
-    EXPECT_GE(customers.size(), static_cast<std::size_t>(rounds));
+    EXPECT_GE(installations.size(), static_cast<std::size_t>(rounds));
 }
