@@ -3,8 +3,8 @@
 include(GoogleTest)
 
 # A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds] [STARTED_ELSEWHERE]). With
-# STARTED_ELSEWHERE the folder registers the tests itself. The label "clock" says that the tests count seconds of a real clock: scripts/run_tests
-# gives these one more try. A program has one label, "slow_clock" where it is both: labels are looked for as patterns.
+# STARTED_ELSEWHERE the folder registers the tests itself. The label "clock" marks tests that count seconds of a real clock:
+# scripts/run_tests retries them once. A program has one label, "slow_clock" where it is both: ctest reads labels as patterns.
 function(duskbeacon_test name)
   cmake_parse_arguments(ARG "STARTED_ELSEWHERE" "TIMEOUT" "SOURCES;LIBRARIES;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
