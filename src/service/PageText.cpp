@@ -38,11 +38,10 @@ QByteArray EncodingOf(const HtmlToken& tag)
 QByteArray NamedEncoding(const QByteArray& page)
 {
     const auto size = static_cast<std::size_t>(std::min(page.size(), kEncodingNamedWithin));
-    const std::string_view head(page.constData(), size);
-    HtmlTokens tokens(head);
+    HtmlTokens tokens({page.constData(), size});
     while (const std::optional<HtmlToken> token = tokens.Next()) {
         // A tag that is cut may hold half of a name.
-        if (token->name == "meta" && tokens.Position() <= head.size()) {
+        if (token->name == "meta" && token->isWhole) {
             if (QByteArray encoding = EncodingOf(*token); !encoding.isEmpty()) {
                 return encoding;
             }

@@ -287,7 +287,7 @@ std::optional<Banner> CleanBanner(std::string_view page)
     std::size_t longest = kLongestSource;
     while (const std::optional<HtmlToken> token = tokens.Next()) {
         longest += LengthOfDataAddress(*token);
-        if (tokens.Position() > longest) {
+        if (page.size() - tokens.Rest().size() > longest) {
             return std::nullopt;
         }
         builder.Take(*token);
@@ -295,5 +295,5 @@ std::optional<Banner> CleanBanner(std::string_view page)
             return std::nullopt;
         }
     }
-    return tokens.Position() > longest ? std::nullopt : std::optional(builder.Finish());
+    return page.size() > longest ? std::nullopt : std::optional(builder.Finish());
 }

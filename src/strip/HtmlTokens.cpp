@@ -31,6 +31,82 @@ std::string_view Trimmed(std::string_view text)
     return text.substr(0, text.find_last_not_of(kHtmlSpaces) + 1);
 }
 
+// Takes @p rest up to the first of @p ends, which is looked for @p from bytes further on.
+std::string_view TakeUpTo(std::string_view& rest, std::string_view ends, std::size_t from = 0)
+{
+    const std::string_view taken = rest.substr(0, rest.find_first_of(ends, from));
+    rest.remove_prefix(taken.size());
+    return taken;
+}
+
+void Skip(std::string_view& rest, std::string_view characters)
+{
+    rest.remove_prefix(std::min(rest.find_first_not_of(characters), rest.size()));
+}
+
+// False if @p end, in lower case, does not follow; it is looked for no further than an honest page needs.
+bool SkipPast(std::string_view& rest, std::string_view end)
+{
+    constexpr std::size_t kLongestPart = 64UL * 1024;
+    const std::string_view part = rest.substr(0, kLongestPart);
+    const auto* const found =
+        std::search(part.begin(), part.end(), end.begin(), end.end(),
+                    [](char character, char wanted) { return LowerCase(character) == wanted; });
+    rest = found == part.end() ? std::string_view()
+                               : rest.substr(static_cast<std::size_t>(found - part.begin()) + end.size());
+    return found != part.end();
+}
+
+// From behind the "=".
+std::string_view TakeValue(std::string_view& rest)
+{
+    Skip(rest, kHtmlSpaces);
+    if (!rest.starts_with('"') && !rest.starts_with('\'')) {
+        return TakeUpTo(rest, " \t\n\f\r>");
+    }
+    const std::string_view quote = rest.substr(0, 1);
+    rest.remove_prefix(1);
+    const std::string_view value = TakeUpTo(rest, quote);
+    rest.remove_prefix(std::min<std::size_t>(rest.size(), 1));
+    return value;
+}
+
+void TakeAttributes(std::string_view& rest, HtmlToken& tag)
+{
+    for (int count = 0; count < kMostAttributes; ++count) {
+        Skip(rest, " \t\n\f\r/");
+        if (rest.empty() || rest.front() == '>') {
+            return;
+        }
+        std::string name = LowerCase(TakeUpTo(rest, " \t\n\f\r/>=", 1));
+        std::string value;
+        Skip(rest, kHtmlSpaces);
+        if (rest.starts_with('=')) {
+            rest.remove_prefix(1);
+            value = AttributeValue(TakeValue(rest));
+        }
+        // Of two attributes of one name the first counts.
+        if (tag.Find(name) == nullptr) {
+            tag.attributes.emplace_back(std::move(name), Trimmed(value));
+        }
+    }
+}
+
+HtmlToken TakeTag(std::string_view& rest)
+{
+    HtmlToken tag;
+    const bool isClosing = rest.starts_with("</");
+    tag.kind = isClosing ? HtmlToken::Kind::Close : HtmlToken::Kind::Open;
+    rest.remove_prefix(isClosing ? 2 : 1);
+    tag.name = LowerCase(TakeUpTo(rest, " \t\n\f\r/>"));
+    TakeAttributes(rest, tag);
+    tag.isWhole = SkipPast(rest, ">");
+    if (!isClosing && HasHiddenContent(tag.name) && SkipPast(rest, "</" + tag.name)) {
+        SkipPast(rest, ">");
+    }
+    return tag;
+}
+
 } // namespace
 
 const std::string* HtmlToken::Find(std::string_view attribute) const
@@ -42,102 +118,20 @@ const std::string* HtmlToken::Find(std::string_view attribute) const
 
 std::optional<HtmlToken> HtmlTokens::Next()
 {
-    while (m_at < m_page.size()) {
-        if (Rest().starts_with("<!--")) {
-            m_at += 4;
-            SkipPast("-->");
-        } else if (Rest().starts_with("<!") || Rest().starts_with("<?")) {
-            SkipPast(">");
+    while (!m_rest.empty()) {
+        if (m_rest.starts_with("<!--")) {
+            m_rest.remove_prefix(4);
+            SkipPast(m_rest, "-->");
+        } else if (m_rest.starts_with("<!") || m_rest.starts_with("<?")) {
+            SkipPast(m_rest, ">");
+        } else if (StartsTag(m_rest)) {
+            return TakeTag(m_rest);
         } else {
-            return StartsTag(Rest()) ? Tag() : Text();
+            HtmlToken text;
+            // A "<" that starts no tag is text.
+            text.text = TakeUpTo(m_rest, "<", 1);
+            return text;
         }
     }
     return std::nullopt;
-}
-
-HtmlToken HtmlTokens::Text()
-{
-    HtmlToken token;
-    // A "<" that starts no tag is text.
-    token.text = TakeUpTo("<", 1);
-    return token;
-}
-
-HtmlToken HtmlTokens::Tag()
-{
-    HtmlToken token;
-    token.kind = Rest().starts_with("</") ? HtmlToken::Kind::Close : HtmlToken::Kind::Open;
-    m_at += token.kind == HtmlToken::Kind::Close ? 2 : 1;
-    token.name = LowerCase(TakeUpTo(" \t\n\f\r/>"));
-    TakeAttributes(token);
-    SkipPast(">");
-    if (token.kind == HtmlToken::Kind::Open && HasHiddenContent(token.name)) {
-        SkipPast("</" + token.name);
-        SkipPast(">");
-    }
-    return token;
-}
-
-void HtmlTokens::TakeAttributes(HtmlToken& tag)
-{
-    for (int count = 0; count < kMostAttributes; ++count) {
-        Skip(" \t\n\f\r/");
-        if (Rest().empty() || IsAt(">")) {
-            return;
-        }
-        std::string name = LowerCase(TakeUpTo(" \t\n\f\r/>=", 1));
-        Skip(kHtmlSpaces);
-        std::string value = IsAt("=") ? AttributeValue(Value()) : std::string();
-        // Of two attributes of one name the first counts.
-        if (tag.Find(name) == nullptr) {
-            tag.attributes.emplace_back(std::move(name), Trimmed(value));
-        }
-    }
-}
-
-std::string_view HtmlTokens::Value()
-{
-    ++m_at;
-    Skip(kHtmlSpaces);
-    if (!IsAt("\"'")) {
-        return TakeUpTo(" \t\n\f\r>");
-    }
-    const std::string_view quote = Rest().substr(0, 1);
-    ++m_at;
-    const std::string_view value = TakeUpTo(quote);
-    m_at += Rest().empty() ? 0 : 1;
-    return value;
-}
-
-bool HtmlTokens::IsAt(std::string_view characters) const
-{
-    return !Rest().empty() && characters.find(Rest().front()) != std::string_view::npos;
-}
-
-std::string_view HtmlTokens::Rest() const
-{
-    return m_page.substr(std::min(m_at, m_page.size()));
-}
-
-// Up to the first of the characters, which is looked for @p from bytes further on.
-std::string_view HtmlTokens::TakeUpTo(std::string_view characters, std::size_t from)
-{
-    const std::string_view taken = Rest().substr(0, Rest().find_first_of(characters, from));
-    m_at += taken.size();
-    return taken;
-}
-
-void HtmlTokens::Skip(std::string_view characters)
-{
-    m_at = std::min(m_page.find_first_not_of(characters, m_at), m_page.size());
-}
-
-// @p end in lower case. The end of a part longer than this is not looked for: no honest page has one.
-void HtmlTokens::SkipPast(std::string_view end)
-{
-    constexpr std::size_t kLongestPart = 64UL * 1024;
-    const auto found =
-        std::ranges::search(Rest().substr(0, kLongestPart), end,
-                            [](char character, char wanted) { return LowerCase(character) == wanted; });
-    m_at = found.empty() ? m_page.size() + 1 : static_cast<std::size_t>(found.end() - m_page.begin());
 }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +22,8 @@ struct HtmlToken
     std::string name;
     /// Of an opening tag: names in lower case, each once, and values without references.
     std::vector<std::pair<std::string, std::string>> attributes;
+    /// Of a tag: whether the page holds its end.
+    bool isWhole = true;
 };
 
 /// Splits a page into tags and texts as forgivingly as browsers do. Comments, declarations and the content of
@@ -30,28 +31,17 @@ struct HtmlToken
 class HtmlTokens final
 {
 public:
-    /// @param page UTF-8, or another encoding that holds ASCII; must outlive the tokens
+    /// @param page UTF-8, or another encoding that holds ASCII; must outlive the texts of the tokens
     explicit HtmlTokens(std::string_view page)
-        : m_page(page)
+        : m_rest(page)
     {
     }
 
     /// Nothing at the end of the page.
     [[nodiscard]] std::optional<HtmlToken> Next();
-    /// Number of bytes taken so far; more than the page has if its last tag does not end.
-    [[nodiscard]] std::size_t Position() const { return m_at; }
+    /// The part of the page behind the last token.
+    [[nodiscard]] std::string_view Rest() const { return m_rest; }
 
 private:
-    [[nodiscard]] HtmlToken Text();
-    [[nodiscard]] HtmlToken Tag();
-    void TakeAttributes(HtmlToken& tag);
-    [[nodiscard]] std::string_view Value();
-    [[nodiscard]] bool IsAt(std::string_view characters) const;
-    [[nodiscard]] std::string_view Rest() const;
-    [[nodiscard]] std::string_view TakeUpTo(std::string_view characters, std::size_t from = 0);
-    void Skip(std::string_view characters);
-    void SkipPast(std::string_view end);
-
-    std::string_view m_page;
-    std::size_t m_at = 0;
+    std::string_view m_rest;
 };

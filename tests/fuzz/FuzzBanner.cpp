@@ -29,10 +29,10 @@ bool IsWebAddress(const std::string& address)
 void CheckTokens(const std::string& page)
 {
     HtmlTokens tokens(page);
-    std::size_t before = 0;
+    std::size_t left = page.size();
     while (const std::optional<HtmlToken> token = tokens.Next()) {
-        Demand(tokens.Position() > before, "each token takes a part of the page");
-        before = tokens.Position();
+        Demand(tokens.Rest().size() < left, "each token takes a part of the page");
+        left = tokens.Rest().size();
         if (token->kind != HtmlToken::Kind::Text) {
             Demand(!token->name.empty() && token->name == LowerCase(token->name), "a tag has a name");
         }

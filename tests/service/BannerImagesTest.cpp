@@ -222,6 +222,16 @@ TEST_F(BannerImagesTest, pictureWithEndlessPixels_isNotShown)
     EXPECT_LT(ProcessorMilliseconds() - before, kMostOfAPicture);
 }
 
+TEST_F(BannerImagesTest, pictureBehindOneThatTookTooLong_isNotShown)
+{
+    FakeHttp http;
+    const QString address = QStringLiteral("http://x.example/");
+    const BannerImages images(http, {address, address});
+    http.backgroundDone.front()(EndlessGif(52'000));
+    http.backgroundDone.back()(Written(Filled(20, 10, Qt::red), "png"));
+    EXPECT_EQ(images.Picture(1).size(), BannerImages::Dot().size());
+}
+
 QByteArray Chunk(const QByteArray& type, const QByteArray& content)
 {
     QByteArray chunk(4, '\0');

@@ -45,6 +45,8 @@ constexpr CleanRow kClean[] = {
     {"angles_in_text", "1 < 2 > 1 <3", "1 &lt; 2 &gt; 1 &lt;3"},
     {"entities", "&lt;b&gt; &amp;&#65;&#x42;", "&lt;b&gt; &amp;&#65;&#66;"},
     {"marks_of_the_layout", "&#xFDD0;&#0;&#xFFFC;&#x2029;&#55296;&#99999999;a", "      a"},
+    {"marks_of_the_layout_as_bytes", "\uFDD0\x01\u2028\uFFFC\u00A0\U0001F319", "    \u00A0\U0001F319"},
+    {"style_in_a_paragraph", "<p>a<b>b</b>", "<p>a<b>b</b></p>"},
     {"quotes", "<a href='http://x.example/?a=\"b\"'>c</a>",
      "<a href=\"http://x.example/?a=&quot;b&quot;\">c</a>"},
     {"end_tag_in_an_attribute", "<font face=\"</table>\">a</font>", "<font face=\"&lt;/table&gt;\">a</font>"},
@@ -92,12 +94,55 @@ constexpr CleanRow kClean[] = {
     {"number_beyond_all", "a&#99999999999999999999;b", "a b"},
     {"numbers_that_are_none_in_a_link", "<a href='http://x.example/?a=1&#38b=2&#special-offers'>a</a>",
      "<a href=\"http://x.example/?a=1&amp;b=2&amp;#special-offers\">a</a>"},
+    {"names_that_begin_parameters", "<font face='&ampa &ampz &amp0 &amp9 &amp= &amp-'>a</font>",
+     "<font face=\"&amp;ampa &amp;ampz &amp;amp0 &amp;amp9 &amp;amp= &amp;-\">a</font>"},
+    {"spaces_around_a_value", "<a href=' http://x.example/ '>a</a>", "<a href=\"http://x.example/\">a</a>"},
+    {"attribute_right_behind_a_quote", "<font face='a'color=red>b</font>",
+     "<font face=\"a\" color=\"red\">b</font>"},
+    {"attribute_twice", "<font color=red COLOR=blue>a</font>", "<font color=\"red\">a</font>"},
+    {"first_and_last_letters", "<a>b</a><z>c</z><{d}>", "<a>b</a>c&lt;{d}&gt;"},
+    {"colours", "<p style='color:#a00009;background:#9F1234'>a</p>",
+     "<p style=\"color:#a00009;background:#9F1234\">a</p>"},
+    {"list_in_a_list", "<ul><li>a<ul><li>b</ul><li>c</ul>",
+     "<ul><li>a<ul><li>b</li></ul></li><li>c</li></ul>"},
     {"nothing", "", ""}};
 
 TEST(Banner, page_keepsTheElementsOfBanners)
 {
     for (const CleanRow& row : kClean) {
         EXPECT_EQ(Html(row.page), row.html) << row.name;
+    }
+}
+
+std::string Repeated(const std::string& unit, std::size_t count)
+{
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += unit;
+    }
+    return text;
+}
+
+struct LimitRow
+{
+    const char* name;
+    std::string before;
+    std::string unit;
+    std::size_t most;
+};
+
+TEST(Banner, page_upToItsLimits_isShown)
+{
+    const std::string data = "<img src=data:" + std::string(70'000, 'A') + '>';
+    const LimitRow rows[] = {{"html", "", "x", 16'384},
+                             {"cost in a table", "<table><tr><td>", "x", 24'576 / 2 - 15},
+                             {"tables", "", "<table><tr><td>", 6},
+                             {"nesting", "", "<b>", 60},
+                             {"source", "a<x", " ", 65'536 - 3},
+                             {"source beside a data address", data + "<x", " ", 65'536 - 12}};
+    for (const LimitRow& row : rows) {
+        EXPECT_TRUE(CleanBanner(row.before + Repeated(row.unit, row.most))) << row.name;
+        EXPECT_FALSE(CleanBanner(row.before + Repeated(row.unit, row.most + 1))) << row.name;
     }
 }
 
@@ -111,6 +156,12 @@ TEST(Banner, valuesThatAreTooLong_areLeftOut)
     EXPECT_EQ(Html(link(address + 'a')), "<a>b</a>");
     EXPECT_EQ(Html(font(family)), font(family));
     EXPECT_EQ(Html(font(family + 'a')), "<font>b</font>");
+}
+
+TEST(Banner, attributes_thirtyTwoAreRead)
+{
+    EXPECT_EQ(Html("<font " + Repeated("x ", 31) + "color=red>a"), "<font color=\"red\">a</font>");
+    EXPECT_EQ(Html("<font " + Repeated("x ", 32) + "color=red>a"), "<font>a</font>");
 }
 
 TEST(Banner, images_areNumberedAndKept)
@@ -132,11 +183,7 @@ TEST(Banner, images_referencesInTheirAddresses_areReplaced)
 
 TEST(Banner, images_sixteenAreTheMost)
 {
-    std::string page;
-    for (int i = 0; i < 100; ++i) {
-        page += "<img src=http://a.example/x>";
-    }
-    EXPECT_EQ(Images(page).size(), 16U);
+    EXPECT_EQ(Images(Repeated("<img src=http://a.example/x>", 100)).size(), 16U);
 }
 
 TEST(Banner, longDataAddress_costsNothing)
