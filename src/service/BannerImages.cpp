@@ -18,7 +18,7 @@ constexpr int kShortestFrameMilliseconds = 50;
 // All pictures that move, together: about two hundredths of a slow core.
 constexpr qint64 kMostCostPerSecond = 5'000'000;
 
-// Some ten times what decoding takes on a slow machine: so much for any picture, and more for a large one.
+// Processor time for a frame, some ten times what honest ones take: a fixed part, and a part for its pixels.
 constexpr int kMillisecondsOfAPicture = 30;
 constexpr qint64 kPixelsOfAMillisecond = 5'000;
 
@@ -43,7 +43,7 @@ qint64 PixelsOf(const QSize& size)
 
 struct BannerImages::Image
 {
-    /// The next frame; none at the end, or if it takes too long.
+    /// The next frame; null at the end, or if decoding takes too long.
     [[nodiscard]] QImage Read()
     {
         file->Allow(kMillisecondsOfAPicture + static_cast<int>(pixels / kPixelsOfAMillisecond));

@@ -18,10 +18,10 @@ class BannerImages final : public QObject
     Q_OBJECT
 
 public:
-    /// More than these of one picture are not shown: 1000 by 1000, or as many in another shape.
+    /// Limit for one picture: 1000 by 1000, or as many pixels in another shape.
     static constexpr qint64 kMostPixels = 1'000'000;
-    /// What the pictures of a banner may cost together, a picture its pixels and its bytes. One that would
-    /// take more than is left is not shown.
+    /// Limit for the pictures of a banner together; a picture costs its pixels and its bytes. One that costs
+    /// more than is left is not shown, and none is shown after one that takes too long to decode.
     static constexpr qint64 kMostCost = 4'000'000;
 
     /// @param addresses http, https or data

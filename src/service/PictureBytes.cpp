@@ -11,10 +11,11 @@
 
 namespace {
 
-// What is decoded of so many bytes takes some milliseconds.
+// Decoding so many bytes takes a few milliseconds at most.
 constexpr qint64 kPortion = 256;
 
-// The library would try each reader that is installed, and one of drawings opens the files that they name.
+// Qt would try each reader that is installed, and the reader of drawings opens the files that a drawing
+// names.
 QByteArray FormatOf(const QByteArray& file)
 {
     constexpr std::array<std::pair<QByteArrayView, const char*>, 4> kMarks{
