@@ -8,7 +8,6 @@
 #include "app/FrmMain.h"
 #include "engine/CalculationLibrary.h"
 #include "forms/Forms.h"
-#include "forms/Guard.h"
 #include "forms/LinkLabel.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"

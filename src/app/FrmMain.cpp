@@ -6,7 +6,6 @@
 #include "app/FirstStart.h"
 #include "app/MainControls.h"
 #include "forms/Forms.h"
-#include "forms/Guard.h"
 #include "platform/Clock.h"
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"

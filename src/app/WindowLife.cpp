@@ -4,7 +4,6 @@
 
 #include "alerts/FrmPopup.h"
 #include "forms/Forms.h"
-#include "forms/Guard.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
 #include "platform/Platform.h"

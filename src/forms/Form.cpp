@@ -3,7 +3,9 @@
 #include "forms/Form.h"
 
 #include "forms/Forms.h"
-#include "forms/Guard.h"
+#include "platform/MessageBoxes.h"
+#include "platform/Platform.h"
+#include "platform/Process.h"
 #include "support/RuntimeError.h"
 
 #include <QCloseEvent>
@@ -14,6 +16,8 @@
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
+
+#include <utility>
 
 namespace {
 
@@ -41,7 +45,31 @@ QWidget* NextInTabOrder(const QWidget& control)
     return nullptr;
 }
 
+void EndWithUntrappedError(const Platform& platform, const QString& number, const QString& description)
+{
+    platform.boxes.Show(QStringLiteral("Run-time error '%1':\r\n\r\n%2").arg(number, description));
+    platform.process.End();
+}
+
 } // namespace
+
+void RunGuarded(const Platform& platform, const std::function<void()>& handler) noexcept
+{
+    try {
+        handler();
+    } catch (const RuntimeError& error) {
+        EndWithUntrappedError(platform, QString::number(error.Number()), error.Description());
+    } catch (const std::exception& error) {
+        EndWithUntrappedError(platform, QStringLiteral("51"), QString::fromUtf8(error.what()));
+    }
+}
+
+void EndWithFatalBox(const Platform& platform, int number)
+{
+    platform.boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
+                        QStringLiteral("Error - %1").arg(number));
+    platform.process.End();
+}
 
 Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
     : QWidget(nullptr, flags)
@@ -208,4 +236,25 @@ void Form::closeEvent(QCloseEvent* event)
     if (m_loaded && isEnabled()) {
         Handle([this] { Unload(); });
     }
+}
+
+DisabledControl::DisabledControl(Form& window, QWidget& control, std::function<void(bool)> setEnabled)
+    : m_window(window)
+    , m_control(control)
+    , m_setEnabled(std::move(setEnabled))
+    , m_hadFocus(window.focusWidget() == &control)
+{
+    m_setEnabled(false);
+    m_heir = window.focusWidget();
+}
+
+void DisabledControl::Enable()
+{
+    m_setEnabled(true);
+    const QWidget* const holder = m_window.focusWidget();
+    if (m_hadFocus && (holder == nullptr || holder == m_heir)) {
+        m_window.GiveFocus(m_control);
+    }
+    // Once: what the user does with the focus from here on stands.
+    m_hadFocus = false;
 }

@@ -11,6 +11,13 @@ class Forms;
 struct MainVariables;
 struct Platform;
 
+/// Runs a handler that the window system calls. What it lets through is shown, and the program ends: no
+/// exception may cross the window system's frames.
+void RunGuarded(const Platform& platform, const std::function<void()>& handler) noexcept;
+
+/// The fatal box, "Error - @p number", and the end of the process.
+void EndWithFatalBox(const Platform& platform, int number);
+
 /// A window of the program, known by its name. Created on first touch by Forms, gone when unloaded.
 class Form : public QWidget
 {
@@ -85,4 +92,31 @@ private:
     int m_handling = 0;
     /// The control that has the keyboard as soon as the window takes input.
     QPointer<QWidget> m_nextFocus;
+};
+
+/// A control of a window while its own work is under way: disabled, so that it can't be pressed twice.
+/// Whoever works by keyboard finds it under the fingers again afterwards, unless they have gone elsewhere
+/// meanwhile.
+class DisabledControl final
+{
+public:
+    /// By the control's own setEnabled: a link label has one that shows its state inside a disabled window
+    /// too.
+    template <typename Control>
+    DisabledControl(Form& window, Control& control)
+        : DisabledControl(window, control, [&control](bool enabled) { control.setEnabled(enabled); })
+    {
+    }
+
+    void Enable();
+
+private:
+    DisabledControl(Form& window, QWidget& control, std::function<void(bool)> setEnabled);
+
+    Form& m_window;
+    QWidget& m_control;
+    std::function<void(bool)> m_setEnabled;
+    bool m_hadFocus = false;
+    /// Where the toolkit took the focus by itself.
+    QPointer<QWidget> m_heir;
 };

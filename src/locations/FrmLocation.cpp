@@ -3,7 +3,6 @@
 #include "locations/FrmLocation.h"
 
 #include "forms/Areas.h"
-#include "forms/DisabledControl.h"
 #include "forms/Forms.h"
 #include "locations/Children.h"
 #include "locations/FrmNewLoc.h"

@@ -3,7 +3,6 @@
 #include "locations/FrmNewLoc.h"
 
 #include "forms/Areas.h"
-#include "forms/DisabledControl.h"
 #include "forms/Forms.h"
 #include "locations/AddPlaces.h"
 #include "locations/Children.h"

@@ -3,7 +3,6 @@
 #include "settings_dialog/MobilePage.h"
 
 #include "forms/Areas.h"
-#include "forms/DisabledControl.h"
 #include "forms/Form.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"

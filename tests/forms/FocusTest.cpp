@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/FakePlatform.h"
 #include "fakes/PlainWindow.h"
-#include "forms/DisabledControl.h"
 
 #include <QLineEdit>
 #include <QTest>

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "forms/Guard.h"
-
 #include "fakes/FakePlatform.h"
+#include "forms/Form.h"
 #include "support/RuntimeError.h"
 
 #include <gtest/gtest.h>
