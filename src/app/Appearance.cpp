@@ -90,11 +90,23 @@ QPixmap ShippedPicture(const QString& name, double devicePixelRatio)
     return QPixmap::fromImage(picture);
 }
 
-void PictureLabel::paintEvent(QPaintEvent* /*event*/)
+PictureLabel::PictureLabel(QWidget* parent)
+    : QLabel(parent)
+{
+    // Ahead of the first painting: a screen reader asks early whether this is a picture.
+    connect(this, &QObject::objectNameChanged, this, &PictureLabel::MatchScreen);
+}
+
+void PictureLabel::MatchScreen()
 {
     if (m_ratio != devicePixelRatioF()) {
         m_ratio = devicePixelRatioF();
         setPixmap(ShippedPicture(objectName(), m_ratio));
     }
+}
+
+void PictureLabel::paintEvent(QPaintEvent* /*event*/)
+{
+    MatchScreen();
     QPainter(this).drawPixmap(contentsRect().topLeft(), pixmap());
 }

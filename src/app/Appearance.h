@@ -20,12 +20,14 @@ class PictureLabel final : public QLabel
     Q_OBJECT
 
 public:
-    using QLabel::QLabel;
+    explicit PictureLabel(QWidget* parent);
 
 protected:
     // Drawn here: the base class greys a picture whose window takes no input.
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void MatchScreen();
+
     double m_ratio = 0.0;
 };

@@ -214,9 +214,7 @@ TEST_F(MainWindowFace, countdownLine_standsInItsPlace)
 
 TEST_F(MainWindowFace, banner_fillsItsPicture)
 {
-    auto* const label = Find<QLabel>("Picture2");
-    label->grab();
-    const QPixmap banner = label->pixmap(Qt::ReturnByValue);
+    const QPixmap banner = Find<QLabel>("Picture2")->pixmap(Qt::ReturnByValue);
     EXPECT_EQ(banner.deviceIndependentSize(), QSizeF(129, 89));
 }
 
