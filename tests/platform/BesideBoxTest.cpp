@@ -3,6 +3,7 @@
 #include "platform/BesideBox.h"
 
 #include <QSize>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -82,6 +83,14 @@ TEST(ClearPlace, largerThanTheArea_beginsAtItsCorner)
 {
     EXPECT_EQ(ClearPlace(Question({-50, -60}, {400, 300}), {Popup({56, 60})}, {0, 24, 320, 240}),
               QPoint(0, 24));
+}
+
+TEST(MoveClear, withRoomInTheMiddle_standsThere)
+{
+    QWidget window;
+    window.resize(100, 60);
+    MoveClear(window, {200, 100, 300, 200}, {}, {0, 0, 800, 600});
+    EXPECT_EQ(window.geometry(), QRect(300, 170, 100, 60));
 }
 
 } // namespace
