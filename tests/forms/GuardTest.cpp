@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -49,6 +50,27 @@ TEST(Guard, errorThatNobodyCaught_isShown_andEndsTheProgram)
     EXPECT_EQ(platform.boxes.boxes[1], (Box{QStringLiteral("Run-time error '51':\r\n\r\nbroken"),
                                             QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
     EXPECT_EQ(platform.process.ended, 2);
+}
+
+TEST(Guard, eachKindOfError_isShownUnderItsNumber)
+{
+    constexpr std::pair<int, int> kRows[] = {{ErrorNumber::kInvalidCall, 5},
+                                             {ErrorNumber::kOverflow, 6},
+                                             {ErrorNumber::kSubscript, 9},
+                                             {ErrorNumber::kDivisionByZero, 11},
+                                             {ErrorNumber::kTypeMismatch, 13},
+                                             {ErrorNumber::kLibraryNotFound, 53},
+                                             {ErrorNumber::kObjectNotSet, 91},
+                                             {ErrorNumber::kFormUnloaded, 364},
+                                             {ErrorNumber::kInvalidPropertyValue, 380},
+                                             {ErrorNumber::kFunctionNotFound, 453},
+                                             {ErrorNumber::kConfiguration, 2002}};
+    for (const auto& [error, number] : kRows) {
+        FakePlatform platform;
+        RunGuarded(platform.doors, [kind = error] { throw RuntimeError(kind, QStringLiteral("It failed")); });
+        EXPECT_EQ(platform.boxes.boxes.front().text,
+                  QStringLiteral("Run-time error '%1':\r\n\r\nIt failed").arg(number));
+    }
 }
 
 } // namespace
