@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "engine/CalculationLibrary.h"
 
-#include "support/RuntimeError.h"
+#include "fakes/ErrorOf.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -28,16 +28,6 @@ protected:
     }
     void Remove() const { ASSERT_TRUE(QFile::remove(m_name)); }
     [[nodiscard]] QString Folder() const { return m_folder.path(); }
-    static int ErrorOf(const std::function<void()>& step)
-    {
-        try {
-            step();
-        } catch (const RuntimeError& error) {
-            EXPECT_FALSE(error.Description().isEmpty());
-            return error.Number();
-        }
-        return 0;
-    }
     void ExpectEachCallFails()
     {
         const std::pair<const char*, std::function<void()>> calls[] = {
@@ -79,12 +69,12 @@ TEST_F(CalculationLibraryTest, file_isNotOpenedBeforeTheFirstCall)
     Place(DUSKBEACON_ECHO_MODULE);
     CalculationLibrary late(Folder());
     Remove();
-    EXPECT_EQ(ErrorOf([&late] { static_cast<void>(late.Hday()); }), ErrorNumber::kLibraryNotFound);
+    EXPECT_EQ(ErrorOf([&late] { return late.Hday(); }), ErrorNumber::kLibraryNotFound);
 }
 
 TEST_F(CalculationLibraryTest, file_isOpenedOnTheFirstCall_andStaysOpen)
 {
-    EXPECT_EQ(ErrorOf([this] { static_cast<void>(library.Hday()); }), ErrorNumber::kLibraryNotFound);
+    EXPECT_EQ(ErrorOf([this] { return library.Hday(); }), ErrorNumber::kLibraryNotFound);
     Place(DUSKBEACON_ECHO_MODULE);
     EXPECT_EQ(library.Hday(), 12) << "it is there now, and a failure is not remembered";
     Remove();
@@ -95,7 +85,7 @@ TEST_F(CalculationLibraryTest, missingFunction_isAnErrorOfItsCallOnly)
 {
     Place(DUSKBEACON_HOLEY_MODULE);
     EXPECT_EQ(library.Hday(), 12);
-    EXPECT_EQ(ErrorOf([this] { static_cast<void>(library.Hyear()); }), ErrorNumber::kFunctionNotFound);
+    EXPECT_EQ(ErrorOf([this] { return library.Hyear(); }), ErrorNumber::kFunctionNotFound);
     EXPECT_EQ(library.Hmon(), 7);
 }
 

@@ -2,13 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Base64Class.h"
 
-#include "support/RuntimeError.h"
+#include "fakes/ErrorOf.h"
 
 #include <QStringList>
 
 #include <gtest/gtest.h>
-
-#include <functional>
 
 namespace {
 
@@ -19,16 +17,6 @@ QByteArray Bytes(int count)
         bytes += static_cast<char>(i * 7 + 3);
     }
     return bytes;
-}
-
-int ErrorOf(const std::function<void()>& act)
-{
-    try {
-        act();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
 }
 
 // Source: RFC 4648, section 10.
@@ -123,10 +111,10 @@ TEST(Base64Class, strings_goThroughTheCodePage)
 TEST(Base64Class, nothing_isAFailureInTheCaller)
 {
     const Base64Class codec;
-    EXPECT_EQ(ErrorOf([&] { static_cast<void>(codec.EncodeString(QString())); }), ErrorNumber::kSubscript);
-    EXPECT_EQ(ErrorOf([&] { static_cast<void>(codec.EncodeByteArray({})); }), ErrorNumber::kSubscript);
+    EXPECT_EQ(ErrorOf([&] { return codec.EncodeString(QString()); }), ErrorNumber::kSubscript);
+    EXPECT_EQ(ErrorOf([&] { return codec.EncodeByteArray({}); }), ErrorNumber::kSubscript);
     for (const char16_t* const text : {u"", u"=", u"\r\n", u"A"}) {
-        EXPECT_EQ(ErrorOf([&] { static_cast<void>(codec.DecodeToString(QString::fromUtf16(text))); }),
+        EXPECT_EQ(ErrorOf([&] { return codec.DecodeToString(QString::fromUtf16(text)); }),
                   ErrorNumber::kSubscript);
     }
 }

@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/Conversions.h"
 
-#include "support/RuntimeError.h"
+#include "fakes/ErrorOf.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <functional>
 #include <limits>
 #include <optional>
 
@@ -17,17 +16,6 @@ const QLocale kAmerican(QLocale::English, QLocale::UnitedStates);
 const QLocale kGerman(QLocale::German, QLocale::Germany);
 const QLocale kEgyptian(QLocale::Arabic, QLocale::Egypt);
 const QLocale kSwedish(QLocale::Swedish, QLocale::Sweden);
-
-// The number of the run-time error that a step throws, 0 for none.
-int ErrorOf(const std::function<void()>& step)
-{
-    try {
-        step();
-    } catch (const RuntimeError& error) {
-        return error.Number();
-    }
-    return 0;
-}
 
 TEST(ToDouble, text_readsByTheLocale)
 {
@@ -68,8 +56,7 @@ TEST(ToDouble, text_readsByTheLocale)
         if (row.value) {
             EXPECT_DOUBLE_EQ(ToDouble(row.text, row.locale), *row.value);
         } else {
-            EXPECT_EQ(ErrorOf([&] { static_cast<void>(ToDouble(row.text, row.locale)); }),
-                      ErrorNumber::kTypeMismatch);
+            EXPECT_EQ(ErrorOf([&] { return ToDouble(row.text, row.locale); }), ErrorNumber::kTypeMismatch);
         }
     }
 }
@@ -101,7 +88,7 @@ TEST(ToInteger16, number_roundsToTheNearest_halvesToTheEven)
         if (rounded) {
             EXPECT_EQ(ToInteger16(value), *rounded);
         } else {
-            EXPECT_EQ(ErrorOf([value] { static_cast<void>(ToInteger16(value)); }), ErrorNumber::kOverflow);
+            EXPECT_EQ(ErrorOf([value] { return ToInteger16(value); }), ErrorNumber::kOverflow);
         }
     }
 }
@@ -110,10 +97,9 @@ TEST(ToInteger16, text_isReadAndRounded)
 {
     EXPECT_EQ(ToInteger16(QStringLiteral("-17.5"), kAmerican), -18);
     EXPECT_EQ(ToInteger16(QStringLiteral("-17,5"), kGerman), -18);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(ToInteger16(QStringLiteral("40000"), kAmerican)); }),
+    EXPECT_EQ(ErrorOf([] { return ToInteger16(QStringLiteral("40000"), kAmerican); }),
               ErrorNumber::kOverflow);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(ToInteger16(QString(), kAmerican)); }),
-              ErrorNumber::kTypeMismatch);
+    EXPECT_EQ(ErrorOf([] { return ToInteger16(QString(), kAmerican); }), ErrorNumber::kTypeMismatch);
 }
 
 TEST(ToBoolean, text_isTrueOrFalseOrAMismatch)
@@ -127,8 +113,7 @@ TEST(ToBoolean, text_isTrueOrFalseOrAMismatch)
         if (value) {
             EXPECT_EQ(ToBoolean(text, kAmerican), *value) << row;
         } else {
-            EXPECT_EQ(ErrorOf([&text] { static_cast<void>(ToBoolean(text, kAmerican)); }),
-                      ErrorNumber::kTypeMismatch)
+            EXPECT_EQ(ErrorOf([&text] { return ToBoolean(text, kAmerican); }), ErrorNumber::kTypeMismatch)
                 << row;
         }
     }
@@ -146,18 +131,17 @@ TEST(MultiplyInteger16, product_inRangeOrOverflow)
     EXPECT_EQ(MultiplyInteger16(-15, 100), -1500);
     EXPECT_EQ(MultiplyInteger16(327, 100), 32700);
     EXPECT_EQ(MultiplyInteger16(-327, 100), -32700);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(MultiplyInteger16(328, 100)); }), ErrorNumber::kOverflow);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(MultiplyInteger16(-328, 100)); }), ErrorNumber::kOverflow);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(MultiplyInteger16(100'000, 100'000)); }),
-              ErrorNumber::kOverflow);
+    EXPECT_EQ(ErrorOf([] { return MultiplyInteger16(328, 100); }), ErrorNumber::kOverflow);
+    EXPECT_EQ(ErrorOf([] { return MultiplyInteger16(-328, 100); }), ErrorNumber::kOverflow);
+    EXPECT_EQ(ErrorOf([] { return MultiplyInteger16(100'000, 100'000); }), ErrorNumber::kOverflow);
 }
 
 TEST(AddInteger16, sum_inRangeOrOverflow)
 {
     EXPECT_EQ(AddInteger16(-360, 60), -300);
     EXPECT_EQ(AddInteger16(32766, 1), 32767);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(AddInteger16(32767, 1)); }), ErrorNumber::kOverflow);
-    EXPECT_EQ(ErrorOf([] { static_cast<void>(AddInteger16(-32768, -1)); }), ErrorNumber::kOverflow);
+    EXPECT_EQ(ErrorOf([] { return AddInteger16(32767, 1); }), ErrorNumber::kOverflow);
+    EXPECT_EQ(ErrorOf([] { return AddInteger16(-32768, -1); }), ErrorNumber::kOverflow);
 }
 
 TEST(ToText, numbers_carryTheSignOfTheLocale_andNoGroups)
