@@ -80,8 +80,8 @@ QByteArray CreateBeside(const std::filesystem::path& target, mode_t mode, QFile&
 {
     constexpr int kMostTries = 100;
     for (int i = 0; i < kMostTries; ++i) {
-        const QByteArray name = QByteArray::fromStdString(target.string()) + ".saving-" +
-                                QUuid::createUuid().toByteArray(QUuid::Id128).left(6);
+        QByteArray name = QByteArray::fromStdString(target.string()) + ".saving-" +
+                          QUuid::createUuid().toByteArray(QUuid::Id128).left(6);
         if (!Open(file, name.constData(), O_CREAT | O_EXCL, mode)) {
             return {};
         }
