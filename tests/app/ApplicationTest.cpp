@@ -43,16 +43,12 @@ TEST_F(ApplicationTest, font_isOneFamilyForAllWindows)
     }
 }
 
-TEST_F(ApplicationTest, coloursAndIcon_areTheProgramsOwn)
+TEST_F(ApplicationTest, coloursIconAndEnd_areTheProgramsOwn)
 {
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), QColor(0xf5, 0xf2, 0xec));
     EXPECT_FALSE(QApplication::windowIcon().isNull());
-    EXPECT_EQ(QGuiApplication::desktopFileName(), QStringLiteral("dusk-beacon"));
-}
-
-TEST_F(ApplicationTest, lastWindowHidden_doesNotEndIt)
-{
-    EXPECT_FALSE(QGuiApplication::quitOnLastWindowClosed());
+    EXPECT_EQ(QGuiApplication::desktopFileName(), u"dusk-beacon");
+    EXPECT_FALSE(QGuiApplication::quitOnLastWindowClosed()) << "a hidden window goes on";
 }
 
 TEST_F(ApplicationTest, screenReader_meetsThePopupAsAnAlertAndALinkAsALink)

@@ -1,44 +1,33 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "alerts/FrmPopup.h"
+#include "app/FirstTouchFixture.h"
 #include "fakes/Desk.h"
-#include "fakes/FakeCalculation.h"
-#include "fakes/FakePlatform.h"
-#include "fakes/SettingsFile.h"
-#include "fakes/StartWindows.h"
-#include "forms/Forms.h"
 
 #include <QPushButton>
-
-#include <gtest/gtest.h>
 
 namespace {
 
 /// The user leaves the program while the alarm of 18:42 waits for the service's reply.
-class ClosedDuringAlarm : public testing::TestWithParam<bool>
+class ClosedDuringAlarm : public FirstTouchFixture, public testing::WithParamInterface<bool>
 {
 protected:
     ClosedDuringAlarm()
     {
-        QString text = SettingsText();
-        text.replace(
-            QStringLiteral(
-                R"(<maghrib enabled="true" popup="true" mobil="false" play="false" audioFile=""/>)"),
-            QStringLiteral(
-                R"(<maghrib enabled="true" popup="%1" mobil="false" play="true" audioFile="a.mp3"/>)")
-                .arg(HasPopup() ? QStringLiteral("true") : QStringLiteral("false")));
-        text.replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\""));
-        WriteSettings(text);
+        WriteSettings(
+            Changed(R"(<maghrib enabled="true" popup="true" mobil="false" play="false" audioFile=""/>)",
+                    R"(<maghrib enabled="true" popup="%1" mobil="false" play="true" audioFile="a.mp3"/>)")
+                .arg(HasPopup() ? QStringLiteral("true") : QStringLiteral("false"))
+                .replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")));
         // The warning of Isha falls due in the same tick.
         calculation.slots_[9] = 1132;
-        RegisterStartWindows(forms, calculation);
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
         forms.Register(FrmMain::kName, [this] {
             ++mainWindows;
             return std::make_unique<FrmMain>(forms, calculation);
         });
         forms.SetLastUnloadedHandler([this] { ++ended; });
-        forms.Touch<FrmMain>().Show();
+        Window().Show();
         Desk::Settle();
         platform.player.log.clear();
         platform.http.requests.clear();
@@ -54,20 +43,16 @@ protected:
             Desk::Settle();
             requestsBefore = platform.http.requests;
         };
-        platform.clock.SetTime(18, 42);
-        platform.timers.Ticker()->Fire();
+        TickAt(18, 42);
         Desk::Settle();
     }
 
-    FakePlatform platform;
-    FakeCalculation calculation;
-    Forms forms{platform.doors};
     QStringList requestsBefore;
     int mainWindows = 0;
     int ended = 0;
 };
 
-TEST_P(ClosedDuringAlarm, afterTheReply_nothingIsBegun)
+TEST_P(ClosedDuringAlarm, afterTheReply_nothingIsBegun_andTheProgramEndsWithThePopup)
 {
     TickOfTheAlarm();
     ASSERT_EQ(requestsBefore.size(), 1);
@@ -80,11 +65,7 @@ TEST_P(ClosedDuringAlarm, afterTheReply_nothingIsBegun)
     EXPECT_EQ(Popup() != nullptr, HasPopup()) << "the popup that was up stays, and no warning comes";
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_FALSE(platform.timers.Ticker() != nullptr && platform.timers.Ticker()->IsEnabled());
-}
-
-TEST_P(ClosedDuringAlarm, program_endsWhenThePopupIsGone)
-{
-    TickOfTheAlarm();
+    // The program ends once the popup is gone.
     if (HasPopup()) {
         ASSERT_NE(Popup(), nullptr);
         EXPECT_TRUE(Popup()->isVisible());

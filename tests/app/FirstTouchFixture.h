@@ -24,17 +24,20 @@ protected:
     }
 
     FrmMain& Window() { return forms.Touch<FrmMain>(); }
-    QString Text(const char* label)
+    template <typename Control>
+    Control& Find(const char* name)
     {
-        const auto* const found = Window().findChild<QLabel*>(QLatin1String(label));
-        return found == nullptr ? QStringLiteral("(no label)") : found->text();
+        auto* const found = Window().findChild<Control*>(QLatin1String(name));
+        if (found == nullptr) {
+            qFatal("no %s", name);
+        }
+        return *found;
     }
-    QString DateCaption()
-    {
-        const auto* const frame = Window().findChild<QGroupBox*>(QStringLiteral("PrayerFrame"));
-        return frame == nullptr ? QStringLiteral("(no frame)") : frame->title();
-    }
-    QStringList Times()
+    QString Text(const char* label) { return Find<QLabel>(label).text(); }
+    QString DateCaption() { return Find<QGroupBox>("PrayerFrame").title(); }
+    /// The six times from Fajr to Isha as one text.
+    QString Times() { return AllTimes().join(u'|'); }
+    QStringList AllTimes()
     {
         QStringList times;
         for (const char* label :
@@ -59,6 +62,14 @@ protected:
         return {QStringLiteral("An error has occured, The application will be terminated."),
                 QStringLiteral("Error - %1").arg(number), QStringLiteral("OK")};
     }
+    /// The fatal box alone has come, and the program ends.
+    void ExpectFatal(int number)
+    {
+        EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(number)});
+        EXPECT_EQ(platform.process.ended, 1);
+    }
+    /// The file names a place that there is none of.
+    static void WriteWithoutAPlace() { WriteSettings(Changed("Current=\"Chicago\"", "Current=\"\"")); }
     [[nodiscard]] bool IsRunning() const { return platform.timers.Ticker()->IsEnabled(); }
 
     FakePlatform platform;

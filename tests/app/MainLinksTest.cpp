@@ -109,50 +109,32 @@ private:
     }
 };
 
-struct PrayerLink
-{
-    const char* name;
-    const char* caption;
-};
+constexpr std::pair<const char*, const char16_t*> kPrayerLinks[] = {
+    {"LblFarjLink", u"Fajr:"}, {"LblShuruqLink", u"Shuruq:"},   {"LblDuhrLink", u"Duhr:"},
+    {"LblAsrLink", u"Asr:"},   {"LblMaghribLink", u"Maghrib:"}, {"LblIshaLink", u"Isha:"}};
 
-class PrayerLinkTest : public MainLinksTest, public testing::WithParamInterface<PrayerLink>
+TEST_F(MainLinksTest, prayerLink_opensTheDialogAtItsTab)
 {
-};
-
-TEST_P(PrayerLinkTest, click_opensTheDialogAtItsTab)
-{
-    LinkLabel& link = Link(GetParam().name);
-    EXPECT_EQ(link.text(), QLatin1String(GetParam().caption));
-    Desk::Click(link);
-    ASSERT_NE(Dialog(), nullptr);
-    EXPECT_TRUE(Dialog()->isVisible());
-    EXPECT_EQ(DialogText("LblPrayerName") + u':', link.text());
-    EXPECT_TRUE(Dialog()->findChild<CheckBox*>(QStringLiteral("ChkSilAlert"))->isChecked())
-        << "the first page has loaded the settings";
-    EXPECT_TRUE(disabledMeanwhile.contains(QLatin1String(GetParam().name)));
-    EXPECT_TRUE(link.isEnabled());
-    EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
-    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
-    EXPECT_EQ(window.Variables().TraceLoc, QStringLiteral("FrmMain - LblAlertsLink_Click 5"));
-    EXPECT_TRUE(window.isEnabled()) << "the settings dialog leaves the main window usable";
+    for (const auto& [name, caption] : kPrayerLinks) {
+        SCOPED_TRACE(name);
+        disabledMeanwhile.clear();
+        const LinkLabel& link = Link(name);
+        EXPECT_EQ(link.text(), caption);
+        Desk::Click(link);
+        ASSERT_NE(Dialog(), nullptr);
+        EXPECT_TRUE(Dialog()->isVisible());
+        EXPECT_EQ(DialogText("LblPrayerName") + u':', link.text());
+        EXPECT_TRUE(Dialog()->findChild<CheckBox*>(QStringLiteral("ChkSilAlert"))->isChecked())
+            << "the first page has loaded the settings";
+        EXPECT_TRUE(disabledMeanwhile.contains(QLatin1String(name)));
+        EXPECT_TRUE(link.isEnabled());
+        EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
+        EXPECT_EQ(window.Variables().ActiveForm, u"FrmAlerts");
+        EXPECT_EQ(window.Variables().TraceLoc, u"FrmMain - LblAlertsLink_Click 5");
+        EXPECT_TRUE(window.isEnabled()) << "the settings dialog leaves the main window usable";
+        forms.Unload(FrmAlerts::kName);
+    }
 }
-
-TEST_P(PrayerLinkTest, dialogThatFailsToOpen_endsAndSelectsNoTab)
-{
-    fails = true;
-    Desk::Click(Link(GetParam().name));
-    EXPECT_EQ(opened, QStringList{FrmAlerts::kName}) << "once";
-    EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(4)});
-    EXPECT_EQ(platform.process.ended, 1);
-}
-
-INSTANTIATE_TEST_SUITE_P(All, PrayerLinkTest,
-                         testing::Values(PrayerLink{"LblFarjLink", "Fajr:"},
-                                         PrayerLink{"LblShuruqLink", "Shuruq:"},
-                                         PrayerLink{"LblDuhrLink", "Duhr:"}, PrayerLink{"LblAsrLink", "Asr:"},
-                                         PrayerLink{"LblMaghribLink", "Maghrib:"},
-                                         PrayerLink{"LblIshaLink", "Isha:"}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(MainLinksTest, alertsLink_opensTheFirstPage)
 {
@@ -160,8 +142,7 @@ TEST_F(MainLinksTest, alertsLink_opensTheFirstPage)
     ASSERT_NE(Dialog(), nullptr);
     EXPECT_TRUE(Dialog()->findChild<QWidget*>(QStringLiteral("FrmGeneral"))->isVisible());
     EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
-    EXPECT_EQ(disabledMeanwhile,
-              (QStringList{QStringLiteral("LblAlertsLink"), QStringLiteral("LblStopLink")}));
+    EXPECT_EQ(disabledMeanwhile.join(u' '), u"LblAlertsLink LblStopLink");
     EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
 }
 
@@ -199,14 +180,28 @@ TEST_F(MainLinksTest, alertsLink_tracesItsSteps)
     EXPECT_EQ(watch.traces, expected);
 }
 
-TEST_F(MainLinksTest, alertsLink_failure_leavesItsStepAndEnds)
+TEST_F(MainLinksTest, link_dialogThatFailsToOpen_leavesItsStepAndEnds)
 {
     fails = true;
+    std::vector<std::pair<const char*, int>> rows{{"LblAlertsLink", 4}, {"LblLocLink", 3}};
+    for (const auto& [name, caption] : kPrayerLinks) {
+        rows.emplace_back(name, 4);
+    }
+    for (const auto& [name, number] : rows) {
+        SCOPED_TRACE(name);
+        window.setEnabled(true);
+        opened.clear();
+        platform.boxes.boxes.clear();
+        platform.process.ended = 0;
+        Desk::Click(Link(name));
+        EXPECT_EQ(opened.size(), 1) << "once, so that no tab is selected";
+        EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(number)});
+        EXPECT_EQ(platform.process.ended, 1);
+        EXPECT_EQ(window.Variables().ActiveForm, u"FrmMain");
+        EXPECT_EQ(window.Variables().TraceLoc, u"FrmMain - LblAlertsLink_Click 2")
+            << "the list traces nothing";
+    }
     EXPECT_FALSE(links.ClickLblAlertsLink());
-    EXPECT_EQ(window.Variables().TraceLoc, QStringLiteral("FrmMain - LblAlertsLink_Click 2"));
-    EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(4)});
-    EXPECT_EQ(platform.process.ended, 1);
-    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
 }
 
 TEST_F(MainLinksTest, prayerLink_dialogThatClosesItself_leavesTheAttentionToTheMainWindow)
@@ -233,72 +228,40 @@ TEST_F(MainLinksTest, locationLink_disablesTheWindowAndOpensTheList)
     EXPECT_TRUE(Link("LblLocLink").isEnabledTo(&window));
     EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmLocation"));
     EXPECT_TRUE(window.Variables().TraceLoc.isEmpty()) << "only one link traces itself";
-}
-
-TEST_F(MainLinksTest, locationLink_calledAsARoutine_doesTheSame)
-{
+    forms.Unload(FrmLocation::kName);
     links.ClickLblLocLink();
-    EXPECT_EQ(opened, QStringList{FrmLocation::kName});
-    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmLocation"));
+    EXPECT_EQ(opened.size(), 2) << "called as a routine it does the same";
 }
 
-TEST_F(MainLinksTest, locationLink_failure_ends)
+TEST_F(MainLinksTest, webLinks_openTheirPagesAtTheServiceOfTheSettings_takingNoOtherClick)
 {
-    fails = true;
-    Desk::Click(Link("LblLocLink"));
-    EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(3)});
-    EXPECT_EQ(platform.process.ended, 1);
-    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
-}
-
-TEST_F(MainLinksTest, webLinks_openTheirPages)
-{
-    Desk::Click(Link("LblGetMoreLink"));
-    EXPECT_TRUE(platform.browser.opened.value(0).endsWith(QStringLiteral("sound/sound.pl?prod_string=P-77")))
-        << platform.browser.opened.value(0).toStdString();
-    EXPECT_TRUE(Link("LblGetMoreLink").isEnabled());
-    Desk::Click(Link("LblHelp"));
-    EXPECT_EQ(platform.browser.opened.value(1), ServiceRequests::HelpPage(window.Variables().Settings));
-    EXPECT_TRUE(platform.browser.opened.value(1).endsWith(QStringLiteral("/dbeacon/help.html")));
-    EXPECT_TRUE(Link("LblHelp").isEnabled());
-    Desk::Click(*window.controls.Picture2);
-    EXPECT_EQ(platform.browser.opened.value(2), ServiceRequests::HomePage(window.Variables().Settings));
-    EXPECT_TRUE(window.controls.Picture2->isEnabled());
-    EXPECT_EQ(platform.browser.opened.size(), 3);
-    EXPECT_EQ(window.Variables().ActiveForm, QStringLiteral("FrmMain"));
-}
-
-TEST_F(MainLinksTest, webLinks_serviceOfTheSettings_opensItsPages)
-{
-    window.Variables().Settings.ServiceText = QStringLiteral("https://times.example.org/beacon/");
-    Desk::Click(Link("LblGetMoreLink"));
-    Desk::Click(Link("LblHelp"));
-    Desk::Click(*window.controls.Picture2);
-    const QString base = QStringLiteral("https://times.example.org/beacon");
-    EXPECT_EQ(platform.browser.opened,
-              (QStringList{base + QStringLiteral("/cgi-bin/dbeacon/sound/sound.pl?prod_string=P-77"),
-                           base + QStringLiteral("/dbeacon/help.html"), base}));
-}
-
-TEST_F(MainLinksTest, webLinks_takeNoClickWhileTheyOpen_theBannerDoes)
-{
+    Configuration& settings = window.Variables().Settings;
     QStringList disabled;
     platform.browser.whileOpening = [&] {
-        disabled.clear();
         for (const QWidget* widget : window.findChildren<QWidget*>()) {
             if (widget->testAttribute(Qt::WA_ForceDisabled) && widget != window.controls.LblStopLink) {
                 disabled << widget->objectName();
             }
         }
     };
-    for (const char* name : {"LblGetMoreLink", "LblHelp"}) {
-        Desk::Click(Link(name));
-        EXPECT_EQ(disabled, QStringList{QLatin1String(name)});
-        EXPECT_TRUE(Link(name).isEnabled());
+    for (const char* const service : {"", "https://times.example.org/beacon/"}) {
+        platform.browser.opened.clear();
+        disabled.clear();
+        settings.ServiceText = QLatin1String(service);
+        Desk::Click(Link("LblGetMoreLink"));
+        Desk::Click(Link("LblHelp"));
+        Desk::Click(*window.controls.Picture2);
+        EXPECT_EQ(disabled.join(u' '), u"LblGetMoreLink LblHelp") << "not the banner";
+        EXPECT_TRUE(Link("LblGetMoreLink").isEnabled() && Link("LblHelp").isEnabled());
+        ASSERT_EQ(platform.browser.opened.size(), 3);
+        const QString base = ServiceRequests::HomePage(settings);
+        EXPECT_EQ(platform.browser.opened.at(0),
+                  base + QStringLiteral("/cgi-bin/dbeacon/sound/sound.pl?prod_string=P-77"));
+        EXPECT_EQ(platform.browser.opened.at(1), base + QStringLiteral("/dbeacon/help.html"));
+        EXPECT_EQ(platform.browser.opened.at(2), base);
+        EXPECT_TRUE(base.startsWith(settings.ServiceText.chopped(*service == 0 ? 0 : 1)));
+        EXPECT_EQ(window.Variables().ActiveForm, u"FrmMain");
     }
-    Desk::Click(*window.controls.Picture2);
-    EXPECT_EQ(platform.browser.opened.size(), 3);
-    EXPECT_EQ(disabled, QStringList());
 }
 
 TEST_F(MainLinksTest, doubleClick_opensOnePage)
@@ -329,17 +292,13 @@ TEST_F(MainLinksTest, banner_otherButtonOrReleaseElsewhere_opensNothing)
 
 TEST_F(MainLinksTest, captions_areTheFixedOnes)
 {
-    const struct
-    {
-        const char* name;
-        const char* caption;
-    } rows[] = {{"LblAlertsLink", "Alerts"},
-                {"LblLocLink", "Locations"},
-                {"LblStopLink", "Stop Playing"},
-                {"LblGetMoreLink", "More Sound Files"},
-                {"LblHelp", "Help"}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(Link(row.name).text(), QLatin1String(row.caption));
+    const std::pair<const char*, const char16_t*> rows[] = {{"LblAlertsLink", u"Alerts"},
+                                                            {"LblLocLink", u"Locations"},
+                                                            {"LblStopLink", u"Stop Playing"},
+                                                            {"LblGetMoreLink", u"More Sound Files"},
+                                                            {"LblHelp", u"Help"}};
+    for (const auto& [name, caption] : rows) {
+        EXPECT_EQ(Link(name).text(), caption);
     }
 }
 

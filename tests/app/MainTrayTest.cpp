@@ -6,68 +6,42 @@
 
 namespace {
 
-class MainTrayTest : public MainWindowFixture
-{
-};
+using MainTrayTest = MainWindowFixture;
 
-TEST_F(MainTrayTest, load_addsTheIconWithTheCaptionAsTip)
-{
-    const FrmMain& main = Start();
-    EXPECT_EQ(platform.tray.added, 1);
-    EXPECT_EQ(platform.tray.lastTip, QStringLiteral("Dusk Beacon v1.0.5"));
-    EXPECT_TRUE(main.isVisible()) << "the program starts visible, the icon is there as well";
-}
-
-TEST_F(MainTrayTest, load_addsTheWindowsOwnIcon)
+TEST_F(MainTrayTest, load_addsTheWindowsOwnIconWithTheCaptionOfThatTimeAsTip)
 {
     QPixmap picture(22, 22);
     picture.fill(Qt::darkBlue);
     const QIcon icon(picture);
     QApplication::setWindowIcon(icon);
-    const FrmMain& main = Start();
+    FrmMain& main = Start();
     QApplication::setWindowIcon(QIcon());
+    main.setWindowTitle(QStringLiteral("Another"));
+    Desk::Settle();
+    EXPECT_EQ(platform.tray.added, 1);
+    EXPECT_EQ(platform.tray.lastTip, u"Dusk Beacon v1.0.5");
     EXPECT_EQ(platform.tray.lastIcon.cacheKey(), icon.cacheKey());
-    EXPECT_TRUE(main.isVisible());
+    EXPECT_TRUE(main.isVisible()) << "the program starts visible, the icon is there as well";
 }
 
 TEST_F(MainTrayTest, load_withoutAUsablePlace_addsTheIcon)
 {
-    WriteSettings(
-        SettingsText().replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"\"")));
+    WriteWithoutAPlace();
     Start();
     EXPECT_EQ(platform.tray.added, 1);
     EXPECT_TRUE(platform.boxes.boxes.empty());
-}
-
-TEST_F(MainTrayTest, tip_isNotUpdatedWithTheCaption)
-{
-    FrmMain& main = Start();
-    main.setWindowTitle(QStringLiteral("Another"));
-    Desk::Settle();
-    EXPECT_EQ(platform.tray.added, 1);
-    EXPECT_EQ(platform.tray.lastTip, QStringLiteral("Dusk Beacon v1.0.5"));
 }
 
 TEST_F(MainTrayTest, menu_hasTwoEntries)
 {
     Start();
     const QMenu& menu = *platform.tray.lastMenu;
-    EXPECT_EQ(menu.objectName(), QStringLiteral("mnuTrayIcon"));
+    EXPECT_EQ(menu.objectName(), u"mnuTrayIcon");
     ASSERT_EQ(menu.actions().size(), 2);
-    EXPECT_EQ(menu.actions().at(0)->text(), QStringLiteral("&Open"));
-    EXPECT_EQ(menu.actions().at(0)->objectName(), QStringLiteral("mnuOpen"));
-    EXPECT_EQ(menu.actions().at(1)->text(), QStringLiteral("E&xit"));
-    EXPECT_EQ(menu.actions().at(1)->objectName(), QStringLiteral("mnuExit"));
-}
-
-TEST_F(MainTrayTest, exit_asksForTheRemovalTwiceAndUnloads)
-{
-    Start();
-    ClickMenu("mnuExit");
-    EXPECT_EQ(platform.tray.removed, 2);
-    EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
-    EXPECT_EQ(ended, 1);
-    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(menu.actions().at(0)->text(), u"&Open");
+    EXPECT_EQ(menu.actions().at(0)->objectName(), u"mnuOpen");
+    EXPECT_EQ(menu.actions().at(1)->text(), u"E&xit");
+    EXPECT_EQ(menu.actions().at(1)->objectName(), u"mnuExit");
 }
 
 TEST_F(MainTrayTest, open_ofAWindowBehindAnother_bringsItToTheFront)
@@ -90,62 +64,48 @@ TEST_F(MainTrayTest, open_ofAWindowBehindAnother_bringsItToTheFront)
     }
 }
 
-TEST_F(MainTrayTest, open_ofADisabledWindow_bringsItBackDisabled_underItsDialog)
+TEST_F(MainTrayTest, exit_asksForTheRemovalTwiceAndUnloads_writesNothing)
 {
-    FrmMain& main = Start();
-    main.Enable(false);
-    const PlainWindow& dialog = OpenDialog("FrmLocation");
-    main.showMinimized();
-    Desk::Settle();
-    ASSERT_FALSE(main.isVisible());
-    for (const char* state : {"hidden", "up"}) {
-        SCOPED_TRACE(state);
-        ClickMenu("mnuOpen");
-        EXPECT_TRUE(main.isVisible());
-        EXPECT_FALSE(main.isMinimized());
-        EXPECT_FALSE(main.isEnabled()) << "the dialog alone enables it again";
-        EXPECT_EQ(main.Variables().ActiveForm, QStringLiteral("FrmLocation"));
-        EXPECT_EQ(QApplication::activeWindow(), &dialog);
+    for (const bool isDisabledAndHidden : {false, true}) {
+        FrmMain& main = Start();
+        platform.tray.removed = 0;
+        ended = 0;
+        if (isDisabledAndHidden) {
+            main.Enable(false);
+            Minimise(main);
+            ASSERT_FALSE(main.isVisible());
+        }
+        const QByteArray before = ReadSettings();
+        const QStringList files = QDir().entryList(QDir::Files);
+        ClickMenu("mnuExit");
+        EXPECT_EQ(platform.tray.removed, 2);
+        EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
+        EXPECT_EQ(ended, 1);
+        EXPECT_TRUE(platform.boxes.boxes.empty());
+        EXPECT_EQ(ReadSettings(), before);
+        EXPECT_EQ(QDir().entryList(QDir::Files), files);
     }
-    EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
-TEST_F(MainTrayTest, exit_worksWhileTheWindowIsDisabledAndHidden)
+TEST_F(MainTrayTest, close_removesTheIconOnce_inDebugModeNever)
 {
-    FrmMain& main = Start();
-    main.Enable(false);
-    main.showMinimized();
-    Desk::Settle();
-    ASSERT_FALSE(main.isVisible());
-    ClickMenu("mnuExit");
-    EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
-    EXPECT_EQ(ended, 1);
-}
-
-TEST_F(MainTrayTest, close_removesTheIconOnce)
-{
-    Start().close();
-    Desk::Settle();
-    EXPECT_EQ(platform.tray.removed, 1);
-    EXPECT_EQ(ended, 1);
-}
-
-TEST_F(MainTrayTest, debugMode_unloadLeavesTheIconAlone)
-{
-    FrmMain& main = Start();
-    main.Variables().DebugMode = true;
-    main.close();
-    Desk::Settle();
-    EXPECT_EQ(platform.tray.removed, 0);
-    EXPECT_EQ(ended, 1);
+    for (const bool debugMode : {false, true}) {
+        FrmMain& main = Start();
+        main.Variables().DebugMode = debugMode;
+        platform.tray.removed = 0;
+        ended = 0;
+        main.close();
+        EXPECT_EQ(platform.tray.removed, debugMode ? 0 : 1);
+        EXPECT_EQ(ended, 1);
+        Desk::Settle();
+    }
 }
 
 TEST_F(MainTrayTest, menuEntries_afterTheWindowIsGone_bringNothingBack)
 {
     FrmMain& main = Start();
     OpenDialog("FrmAlerts");
-    main.close();
-    Desk::Settle();
+    Close(main);
     ClickMenu("mnuOpen");
     EXPECT_FALSE(main.isVisible());
     EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
@@ -160,16 +120,6 @@ TEST_F(MainTrayTest, failedAddition_leavesARunningProgram)
     EXPECT_TRUE(main.isVisible());
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0);
-}
-
-TEST_F(MainTrayTest, nothingIsWrittenAtTheEnd)
-{
-    Start();
-    const QByteArray before = ReadSettings();
-    const QStringList files = QDir().entryList(QDir::Files);
-    ClickMenu("mnuExit");
-    EXPECT_EQ(ReadSettings(), before);
-    EXPECT_EQ(QDir().entryList(QDir::Files), files);
 }
 
 } // namespace

@@ -2,27 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/FirstTouchFixture.h"
 #include "fakes/Desk.h"
-#include "fakes/FakeCalculation.h"
-#include "fakes/FakePlatform.h"
 #include "fakes/PlainWindow.h"
-#include "fakes/SettingsFile.h"
-#include "fakes/StartWindows.h"
-#include "forms/Forms.h"
 
 #include <QAction>
 #include <QMenu>
 
-#include <gtest/gtest.h>
-
 /// The main window, loaded from a valid file and shown, among plain windows that stand in for the dialogs.
-class MainWindowFixture : public testing::Test
+class MainWindowFixture : public FirstTouchFixture
 {
 protected:
     MainWindowFixture()
     {
-        WriteSettings();
-        RegisterStartWindows(forms, calculation);
         for (const char* name : {"FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup", "FrmWait"}) {
             PlainWindow::Register(forms, QLatin1String(name));
         }
@@ -32,10 +24,21 @@ protected:
 
     FrmMain& Start()
     {
-        m_main = &forms.Touch<FrmMain>();
+        m_main = &Window();
         m_main->Show();
         Desk::Settle();
         return *m_main;
+    }
+    /// Into the tray, where there is one.
+    static void Minimise(QWidget& window)
+    {
+        window.showMinimized();
+        Desk::Settle();
+    }
+    static void Close(QWidget& window)
+    {
+        window.close();
+        Desk::Settle();
     }
     PlainWindow& Dialog(const char* name) { return PlainWindow::Touch(forms, QLatin1String(name)); }
     /// A dialog as a link leaves it: up, and named as the one that has the attention.
@@ -62,9 +65,6 @@ protected:
         Desk::Settle();
     }
 
-    FakePlatform platform;
-    FakeCalculation calculation;
-    Forms forms{platform.doors};
     int ended = 0;
 
 private:

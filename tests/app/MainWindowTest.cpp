@@ -9,9 +9,7 @@
 
 namespace {
 
-class MainWindowTest : public MainWindowFixture
-{
-};
+using MainWindowTest = MainWindowFixture;
 
 /// A notification area that fails when asked.
 class BrokenTray final : public TrayIcon
@@ -25,43 +23,17 @@ public:
     }
 };
 
-FakeMessageBoxes::Box FatalBox(int number)
-{
-    return {QStringLiteral("An error has occured, The application will be terminated."),
-            QStringLiteral("Error - %1").arg(number), QStringLiteral("OK")};
-}
-
 long ResidentPages()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
     return file.open(QIODevice::ReadOnly) ? file.readAll().split(' ').value(1).toLong() : -1;
 }
 
-TEST_F(MainWindowTest, minimise_hidesTheWindow_andOpenBringsItBackNormal)
-{
-    FrmMain& main = Start();
-    main.showMinimized();
-    Desk::Settle();
-    EXPECT_FALSE(main.isVisible());
-    ClickMenu("mnuOpen");
-    EXPECT_TRUE(main.isVisible());
-    EXPECT_EQ(main.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), Qt::WindowNoState);
-    EXPECT_EQ(ended, 0);
-}
-
-TEST_F(MainWindowTest, open_onAVisibleWindow_leavesItThere)
-{
-    const FrmMain& main = Start();
-    ClickMenu("mnuOpen");
-    EXPECT_TRUE(main.isVisible());
-}
-
 TEST_F(MainWindowTest, minimise_withoutAnIcon_staysOnTheTaskbar)
 {
     platform.tray.available = false;
     FrmMain& main = Start();
-    main.showMinimized();
-    Desk::Settle();
+    Minimise(main);
     EXPECT_TRUE(main.isVisible());
     EXPECT_TRUE(main.isMinimized());
     main.showNormal();
@@ -73,34 +45,27 @@ TEST_F(MainWindowTest, minimise_inDebugMode_doesNothing)
 {
     FrmMain& main = Start();
     main.Variables().DebugMode = true;
-    main.showMinimized();
-    Desk::Settle();
+    Minimise(main);
     EXPECT_TRUE(main.isVisible());
     main.showMaximized();
     Desk::Settle();
     EXPECT_TRUE(main.isMaximized());
 }
 
-TEST_F(MainWindowTest, maximised_doesNotLast)
+TEST_F(MainWindowTest, maximised_upOrHidden_isShownNormal)
 {
     FrmMain& main = Start();
-    main.showMaximized();
-    Desk::Settle();
-    EXPECT_TRUE(main.isVisible());
-    EXPECT_FALSE(main.isMaximized());
-    EXPECT_EQ(main.size(), QSize(602, 423));
-}
-
-TEST_F(MainWindowTest, hiddenWindow_whoseStateChanges_isShownNormal)
-{
-    FrmMain& main = Start();
-    main.showMinimized();
-    Desk::Settle();
-    ASSERT_FALSE(main.isVisible());
-    main.setWindowState(Qt::WindowMaximized);
-    Desk::Settle();
-    EXPECT_TRUE(main.isVisible());
-    EXPECT_EQ(main.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), Qt::WindowNoState);
+    for (const bool isHidden : {false, true}) {
+        if (isHidden) {
+            Minimise(main);
+            ASSERT_FALSE(main.isVisible());
+        }
+        main.setWindowState(Qt::WindowMaximized);
+        Desk::Settle();
+        EXPECT_TRUE(main.isVisible());
+        EXPECT_EQ(main.windowState() & (Qt::WindowMinimized | Qt::WindowMaximized), Qt::WindowNoState);
+        EXPECT_EQ(main.size(), QSize(602, 423));
+    }
 }
 
 TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
@@ -113,10 +78,8 @@ TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
     RegisterStartWindows(others, calculation);
     auto& main = others.Touch<FrmMain>();
     main.Show();
-    main.showMinimized();
-    Desk::Settle();
-    EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(2)});
-    EXPECT_EQ(platform.process.ended, 1);
+    Minimise(main);
+    ExpectFatal(2);
 }
 
 class DialogInFrontTest : public MainWindowFixture, public testing::WithParamInterface<const char*>
@@ -198,55 +161,6 @@ TEST_P(DialogInFrontTest, closedDialog_isNotBroughtBack)
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
-TEST_P(DialogInFrontTest, everyOrderOfClosing_endsWithTheLastWindow)
-{
-    const struct
-    {
-        const char* name;
-        bool byMenu;
-        bool minimised;
-        bool dialogFirst;
-    } rows[] = {
-        {"close, dialog last", false, false, false},
-        {"exit, dialog last", true, false, false},
-        {"minimise, exit, dialog last", true, true, false},
-        {"dialog, close", false, false, true},
-        {"dialog, exit", true, false, true},
-        {"minimise, dialog, exit", true, true, true},
-    };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        ended = 0;
-        FrmMain& main = Start();
-        OpenDialog(GetParam());
-        if (row.minimised) {
-            main.showMinimized();
-            Desk::Settle();
-            ASSERT_FALSE(main.isVisible());
-        }
-        const auto closeDialog = [&] {
-            forms.Loaded(QLatin1String(GetParam()))->close();
-            Desk::Settle();
-        };
-        if (row.dialogFirst) {
-            closeDialog();
-            EXPECT_EQ(ended, 0) << "the main window is loaded, hidden or not";
-        }
-        if (row.byMenu) {
-            ClickMenu("mnuExit");
-        } else {
-            main.close();
-            Desk::Settle();
-        }
-        if (!row.dialogFirst) {
-            EXPECT_EQ(ended, 0) << "the dialog is still there";
-            closeDialog();
-        }
-        EXPECT_EQ(ended, 1);
-        EXPECT_FALSE(platform.tray.shown);
-    }
-}
-
 INSTANTIATE_TEST_SUITE_P(Each, DialogInFrontTest,
                          testing::Values("FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup"),
                          [](const auto& row) { return std::string(row.param); });
@@ -312,8 +226,7 @@ TEST_F(MainWindowTest, paint_ofAMinimisedDialog_leavesItOnTheTaskbar)
 {
     FrmMain& main = Start();
     PlainWindow& dialog = OpenDialog("FrmAlerts");
-    dialog.showMinimized();
-    Desk::Settle();
+    Minimise(dialog);
     Activate(main);
     EXPECT_TRUE(dialog.isMinimized());
     EXPECT_EQ(QApplication::activeWindow(), &main);
@@ -330,10 +243,11 @@ TEST_F(MainWindowTest, gotFocus_repaints)
     EXPECT_EQ(count.paints, 1) << "at once, inside the event";
 }
 
-TEST_F(MainWindowTest, closeButton_endsWithoutAQuestion)
+TEST_F(MainWindowTest, closeButton_endsWithoutAQuestion_withAWindowThatWasNeverShown)
 {
-    Start().close();
-    Desk::Settle();
+    FrmMain& main = Start();
+    Dialog("FrmPopup");
+    Close(main);
     EXPECT_EQ(ended, 1);
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0) << "no forced end";
@@ -343,30 +257,19 @@ TEST_F(MainWindowTest, closeButton_ofADisabledWindow_doesNothing)
 {
     FrmMain& main = Start();
     main.Enable(false);
-    main.close();
-    Desk::Settle();
+    Close(main);
     EXPECT_TRUE(main.isVisible());
     EXPECT_EQ(forms.Loaded(FrmMain::kName), &main);
     EXPECT_EQ(ended, 0);
-}
-
-TEST_F(MainWindowTest, windowThatWasNeverShown_keepsNoProcess)
-{
-    FrmMain& main = Start();
-    Dialog("FrmPopup");
-    main.close();
-    Desk::Settle();
-    EXPECT_EQ(ended, 1);
 }
 
 TEST_F(MainWindowTest, unload_takesSchedulerAndPlayerAlong)
 {
     FrmMain& main = Start();
     OpenDialog("FrmAlerts");
-    ASSERT_TRUE(platform.timers.Ticker()->IsEnabled());
-    main.close();
-    Desk::Settle();
-    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+    ASSERT_TRUE(IsRunning());
+    Close(main);
+    EXPECT_FALSE(IsRunning());
     EXPECT_TRUE(platform.player.log.contains(QStringLiteral("stop")));
 }
 
@@ -374,8 +277,7 @@ TEST_F(MainWindowTest, unloaded_whatADialogAsksOfItDoesNothing)
 {
     FrmMain& main = Start();
     OpenDialog("FrmAlerts");
-    main.close();
-    Desk::Settle();
+    Close(main);
     ASSERT_FALSE(main.IsLoaded());
     MainForm& gone = forms.Main();
     const auto texts = [&] {
@@ -405,8 +307,7 @@ TEST_F(MainWindowTest, thousandTimesMinimiseAndOpen_losesAndGrowsNothing)
     FrmMain& main = Start();
     const auto cycle = [&](int times) {
         for (int i = 0; i < times; ++i) {
-            main.showMinimized();
-            Desk::Settle();
+            Minimise(main);
             ASSERT_FALSE(main.isVisible()) << "round " << i;
             ClickMenu("mnuOpen");
             ASSERT_TRUE(main.isVisible() && !main.isMinimized()) << "round " << i;

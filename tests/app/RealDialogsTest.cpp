@@ -73,23 +73,20 @@ protected:
     [[nodiscard]] Form* Dialog() const { return forms.Loaded(QLatin1String(GetParam().name)); }
     void Minimise()
     {
-        main->showMinimized();
-        Desk::Settle();
+        MainWindowFixture::Minimise(*main);
         ASSERT_FALSE(main->isVisible());
         ASSERT_TRUE(Dialog() == nullptr || Dialog()->isVisible()) << "the dialog stays";
     }
     /// With the window below, if there is one, the main window is out of reach until that goes as well.
     void CloseDialog()
     {
-        Dialog()->close();
-        Desk::Settle();
+        Close(*Dialog());
         ASSERT_EQ(Dialog(), nullptr);
         if (GetParam().below != nullptr) {
             Form* const below = forms.Loaded(QLatin1String(GetParam().below));
             ASSERT_NE(below, nullptr);
             EXPECT_TRUE(below->isEnabled());
-            below->close();
-            Desk::Settle();
+            Close(*below);
         }
     }
     void ExpectDialogInFront()
@@ -107,25 +104,23 @@ protected:
             << "or every alert would be dropped";
         EXPECT_EQ(ended, 0) << "the main window is loaded, hidden or not";
     }
-    void CloseMain()
-    {
-        main->close();
-        Desk::Settle();
-    }
-
     FrmMain* main = nullptr;
     MobileSignup signup{forms};
 };
 
-TEST_P(RealDialogsTest, minimiseOpenClose_endsWithTheMainWindow)
+TEST_P(RealDialogsTest, openWhileUpOrHidden_leavesTheDialogInFront_closingEndsWithTheMainWindow)
 {
+    ClickMenu("mnuOpen");
+    ExpectDialogInFront();
     Minimise();
+    ClickMenu("mnuOpen");
+    ExpectDialogInFront();
     ClickMenu("mnuOpen");
     ExpectDialogInFront();
     CloseDialog();
     ExpectMainInCharge();
     EXPECT_TRUE(main->isVisible());
-    CloseMain();
+    Close(*main);
     EXPECT_EQ(ended, 1);
     EXPECT_FALSE(platform.tray.shown);
 }
@@ -143,46 +138,31 @@ TEST_P(RealDialogsTest, minimiseCloseOpen_leavesTheMainWindowHiddenMeanwhile)
     EXPECT_EQ(ended, 1);
 }
 
-TEST_P(RealDialogsTest, openWhileUp_leavesTheDialogInFront)
+TEST_P(RealDialogsTest, exit_upOrHidden_endsWithTheDialog)
 {
-    ClickMenu("mnuOpen");
-    ExpectDialogInFront();
-    Minimise();
-    ClickMenu("mnuOpen");
-    ClickMenu("mnuOpen");
-    ExpectDialogInFront();
-    CloseDialog();
-    ExpectMainInCharge();
-}
-
-TEST_P(RealDialogsTest, minimiseOpenExit_endsWithTheDialog)
-{
-    Minimise();
-    ClickMenu("mnuOpen");
-    ClickMenu("mnuExit");
-    EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
-    EXPECT_FALSE(platform.tray.shown);
-    EXPECT_EQ(ended, 0) << "the dialog is still there";
-    CloseDialog();
-    EXPECT_EQ(ended, 1);
-    EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr) << "nothing brought it back";
-}
-
-TEST_P(RealDialogsTest, exitWhileHidden_endsWithTheDialog)
-{
-    Minimise();
-    ClickMenu("mnuExit");
-    EXPECT_FALSE(platform.tray.shown);
-    EXPECT_EQ(ended, 0);
-    ClickMenu("mnuOpen");
-    EXPECT_FALSE(main->isVisible());
-    CloseDialog();
-    EXPECT_EQ(ended, 1);
+    for (const bool isHidden : {false, true}) {
+        if (isHidden) {
+            main = &Start();
+            Open();
+            Minimise();
+            ended = 0;
+        }
+        ClickMenu("mnuExit");
+        EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
+        EXPECT_FALSE(platform.tray.shown);
+        EXPECT_EQ(ended, 0) << "the dialog is still there";
+        ClickMenu("mnuOpen");
+        EXPECT_FALSE(main->isVisible());
+        CloseDialog();
+        EXPECT_EQ(ended, 1);
+        EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr) << "nothing brought it back";
+        EXPECT_FALSE(IsRunning());
+    }
 }
 
 TEST_P(RealDialogsTest, closeButton_isRefusedWhileDisabled)
 {
-    CloseMain();
+    Close(*main);
     if (GetParam().isMainUsable) {
         EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
         EXPECT_EQ(ended, 0);
@@ -192,17 +172,15 @@ TEST_P(RealDialogsTest, closeButton_isRefusedWhileDisabled)
         EXPECT_TRUE(main->isVisible());
         CloseDialog();
         ExpectMainInCharge();
-        CloseMain();
+        Close(*main);
     }
     EXPECT_EQ(ended, 1);
 }
 
 TEST_P(RealDialogsTest, bothMinimised_openBringsTheMainWindowAlone)
 {
-    Dialog()->showMinimized();
-    Desk::Settle();
-    main->showMinimized();
-    Desk::Settle();
+    MainWindowFixture::Minimise(*Dialog());
+    MainWindowFixture::Minimise(*main);
     ASSERT_FALSE(main->isVisible());
     ClickMenu("mnuOpen");
     EXPECT_TRUE(main->isVisible());
@@ -218,5 +196,64 @@ INSTANTIATE_TEST_SUITE_P(Each, RealDialogsTest,
                                          DialogRow{"FrmNewLoc", "FrmLocation", false},
                                          DialogRow{"FrmPopup", nullptr, false}),
                          [](const auto& row) { return std::string(row.param.name); });
+
+/// The main window with the two dialogs behind its links.
+class LinkedDialogsTest : public MainWindowFixture
+{
+protected:
+    LinkedDialogsTest()
+    {
+        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
+        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
+    }
+
+    MobileSignup signup{forms};
+};
+
+TEST_F(LinkedDialogsTest, opened_standOverTheMiddleOfTheMainWindow)
+{
+    FrmMain& main = Start();
+    main.move(60, 70);
+    Desk::Settle();
+    for (const auto& [link, name] :
+         {std::pair{"LblAlertsLink", FrmAlerts::kName}, std::pair{"LblLocLink", FrmLocation::kName}}) {
+        Desk::Click(Find<LinkLabel>(link));
+        ASSERT_NE(forms.Loaded(name), nullptr);
+        const QPoint middle = main.frameGeometry().center();
+        EXPECT_LT((forms.Loaded(name)->frameGeometry().center() - middle).manhattanLength(), 8) << link;
+    }
+}
+
+TEST_F(LinkedDialogsTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOnceRepaired)
+{
+    FrmMain& main = Start();
+    WriteSettings(Changed(R"(useAdvWarn="false" advWarn="10")", R"(useAdvWarn="true")"));
+    Desk::Click(Find<LinkLabel>("LblAsrLink"));
+    EXPECT_EQ(forms.Loaded(FrmAlerts::kName), nullptr);
+    EXPECT_EQ(main.Variables().ActiveForm, u"FrmMain");
+
+    WriteSettings();
+    Desk::Click(Find<LinkLabel>("LblAsrLink"));
+    ASSERT_NE(forms.Loaded(FrmAlerts::kName), nullptr);
+    const auto* const prayer =
+        forms.Loaded(FrmAlerts::kName)->findChild<QLabel*>(QStringLiteral("LblPrayerName"));
+    EXPECT_TRUE(prayer->isVisible());
+    EXPECT_EQ(prayer->text(), u"Asr");
+    EXPECT_EQ(main.Variables().ActiveForm, u"FrmAlerts");
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+// Unlike the settings dialog, which just doesn't stay: a list that can't be opened is fatal.
+TEST_F(LinkedDialogsTest, damagedFile_listSaysSoThenEndsTheProgram)
+{
+    Start();
+    WriteSettings(QStringLiteral("<root><locations"));
+    Desk::Click(Find<LinkLabel>("LblLocLink"));
+    const FakeMessageBoxes::Box problem{QStringLiteral("There was a problem retrieving list of locations."),
+                                        QStringLiteral("Dusk Beacon"), QStringLiteral("OK")};
+    EXPECT_EQ(platform.boxes.boxes, (std::vector{problem, FatalBox(3)}));
+    EXPECT_EQ(platform.process.ended, 1);
+    EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
+}
 
 } // namespace

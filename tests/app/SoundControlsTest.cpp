@@ -3,89 +3,66 @@
 #include "app/SoundControls.h"
 
 #include "alerts/FrmPopup.h"
-#include "fakes/FakeCalculation.h"
-#include "fakes/FakePlatform.h"
-#include "fakes/SettingsFile.h"
-#include "fakes/StartWindows.h"
+#include "app/FirstTouchFixture.h"
+#include "fakes/Desk.h"
 #include "forms/Bars.h"
-#include "forms/Forms.h"
 #include "forms/LinkLabel.h"
-#include "store/SimpleXML.h"
-
-#include <QTest>
-
-#include <gtest/gtest.h>
 
 namespace {
 
-/// The whole main window on fakes, loaded and shown.
-class SoundControlsTest : public testing::Test
+constexpr const char* kMaghrib =
+    R"(<maghrib enabled="true" popup="true" mobil="false" play="false" audioFile=""/>)";
+
+/// The whole main window on fakes, loaded and shown; Maghrib sounds without a popup.
+class SoundControlsTest : public FirstTouchFixture
 {
 protected:
     SoundControlsTest()
     {
-        QString text = SettingsText();
-        text.replace(
-            QStringLiteral(
-                R"(<maghrib enabled="true" popup="true" mobil="false" play="false" audioFile=""/>)"),
-            QStringLiteral(
-                R"(<maghrib enabled="true" popup="false" mobil="true" play="true" audioFile="a.mp3"/>)"));
-        text.replace(QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\""));
-        WriteSettings(text);
+        WriteMaghrib("false");
         platform.player.volume = 37;
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        RegisterStartWindows(forms, calculation);
-        main = &forms.Touch<FrmMain>();
+        main = &Window();
         main->Show();
         platform.player.log.clear();
         platform.http.requests.clear();
     }
-
-    template <typename Control>
-    [[nodiscard]] Control* Find(const char* name) const
+    static void WriteMaghrib(const char* popup)
     {
-        return main->findChild<Control*>(QString::fromLatin1(name));
+        WriteSettings(
+            Changed(kMaghrib,
+                    R"(<maghrib enabled="true" popup="%1" mobil="true" play="true" audioFile="a.mp3"/>)")
+                .arg(QLatin1String(popup))
+                .replace(QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\"")));
     }
-    [[nodiscard]] LinkLabel* StopLink() const { return Find<LinkLabel>("LblStopLink"); }
-    [[nodiscard]] LevelBar* Volume() const { return Find<LevelBar>("VolControl"); }
-    void TickAt(int hour, int minute)
+    LinkLabel& StopLink() { return Find<LinkLabel>("LblStopLink"); }
+    LevelBar& Volume() { return Find<LevelBar>("VolControl"); }
+    /// The alarm of Maghrib, which plays.
+    void Sound()
     {
-        platform.clock.SetTime(hour, minute);
-        platform.timers.Ticker()->Fire();
+        TickAt(18, 42);
+        EXPECT_EQ(std::exchange(platform.player.log, {}), QStringList{QStringLiteral("url a.mp3")});
+        EXPECT_TRUE(StopLink().isEnabledTo(main));
     }
 
-    FakePlatform platform;
-    FakeCalculation calculation;
-    Forms forms{platform.doors};
     FrmMain* main = nullptr;
 };
 
-TEST_F(SoundControlsTest, controls_standWhereTheyWereDesigned)
+TEST_F(SoundControlsTest, start_bringsTheBarToThePlayersVolume_linkIsDisabled)
 {
-    EXPECT_EQ(Find<QLabel>("LblVolume")->pos(), QPoint(8, 216));
-    EXPECT_EQ(Find<QLabel>("LblVolume")->text(), QStringLiteral("Volume Control:"));
-    EXPECT_EQ(Volume()->geometry(), QRect(8, 232, 121, 17));
-    EXPECT_EQ(Volume()->minimum(), 0);
-    EXPECT_EQ(Volume()->maximum(), 100);
-    // As wide as designed, or as the text needs.
-    EXPECT_EQ(StopLink()->pos(), QPoint(32, 256));
-    EXPECT_EQ(StopLink()->width(), 65);
-    EXPECT_EQ(StopLink()->text(), QStringLiteral("Stop Playing"));
-    EXPECT_FALSE(StopLink()->isEnabled());
-    EXPECT_TRUE(StopLink()->isVisible());
-}
-
-TEST_F(SoundControlsTest, start_bringsTheBarToThePlayersVolume)
-{
-    EXPECT_EQ(Volume()->Value(), 37);
+    EXPECT_EQ(Volume().Value(), 37);
     EXPECT_EQ(platform.player.volume, 37);
+    EXPECT_EQ(Volume().minimum(), 0);
+    EXPECT_EQ(Volume().maximum(), 100);
+    EXPECT_FALSE(StopLink().isEnabled());
+    EXPECT_TRUE(StopLink().isVisible());
 }
 
 TEST_F(SoundControlsTest, updateEverything_bringsTheBarBackToThePlayersVolume)
 {
     platform.player.volume = 12;
     EXPECT_EQ(main->UpdateEverything(), 1);
-    EXPECT_EQ(Volume()->Value(), 12);
+    EXPECT_EQ(Volume().Value(), 12);
 }
 
 TEST_F(SoundControlsTest, updateEverything_withoutAConfiguration_leavesTheBar)
@@ -93,7 +70,7 @@ TEST_F(SoundControlsTest, updateEverything_withoutAConfiguration_leavesTheBar)
     platform.player.volume = 12;
     WriteSettings(QStringLiteral("<root/>"));
     EXPECT_EQ(main->UpdateEverything(), 0);
-    EXPECT_EQ(Volume()->Value(), 37);
+    EXPECT_EQ(Volume().Value(), 37);
 }
 
 TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsShown)
@@ -102,7 +79,7 @@ TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsSho
         QStringList texts;
         for (const char* label :
              {"LblLocation", "LblTimeZ", "LblCaclMeth", "LblAsrMeth", "LblDLSavings", "LblAdvWarning"}) {
-            texts << Find<QLabel>(label)->text();
+            texts << Text(label);
         }
         return texts;
     };
@@ -116,37 +93,27 @@ TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsSho
             .replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")));
     platform.player.volume = 101;
     EXPECT_EQ(main->UpdateEverything(), 0);
-    EXPECT_EQ(platform.boxes.boxes,
-              std::vector{(FakeMessageBoxes::Box{
-                  QStringLiteral("An error has occured, The application will be terminated."),
-                  QStringLiteral("Error - 6"), QStringLiteral("OK")})});
-    EXPECT_EQ(platform.process.ended, 1);
+    ExpectFatal(6);
     EXPECT_EQ(block(), before) << "the volume comes before the labels";
-    EXPECT_EQ(Volume()->Value(), 37);
+    EXPECT_EQ(Volume().Value(), 37);
 }
 
-TEST_F(SoundControlsTest, volumeStep_setsThePlayerAtOnce)
+TEST_F(SoundControlsTest, volume_stepSetsThePlayerAtOnce_dragAtTheRelease)
 {
-    Volume()->setFocus();
-    QTest::keyClick(Volume(), Qt::Key_Right);
-    EXPECT_EQ(platform.player.log, QStringList{QStringLiteral("volume 38")});
-}
-
-TEST_F(SoundControlsTest, volumeDragged_setsThePlayerAtTheRelease)
-{
-    Volume()->setSliderDown(true);
-    Volume()->setSliderPosition(60);
-    Volume()->setSliderPosition(80);
-    EXPECT_EQ(platform.player.log, QStringList()) << "nothing while the thumb is held";
-    Volume()->setSliderDown(false);
-    EXPECT_EQ(platform.player.log, QStringList{QStringLiteral("volume 80")});
+    Volume().setFocus();
+    QTest::keyClick(&Volume(), Qt::Key_Right);
+    EXPECT_EQ(platform.player.log.join(u'|'), u"volume 38");
+    Volume().setSliderDown(true);
+    Volume().setSliderPosition(60);
+    Volume().setSliderPosition(80);
+    EXPECT_EQ(platform.player.log.size(), 1) << "nothing while the thumb is held";
+    Volume().setSliderDown(false);
+    EXPECT_EQ(platform.player.log.join(u'|'), u"volume 38|volume 80");
 }
 
 TEST_F(SoundControlsTest, alarm_enablesTheLinkAndAsksTheServiceByTheSettings)
 {
-    TickAt(18, 42);
-    EXPECT_TRUE(StopLink()->isEnabled());
-    EXPECT_EQ(platform.player.log, QStringList{QStringLiteral("url a.mp3")});
+    Sound();
     ASSERT_FALSE(platform.http.requests.isEmpty());
     EXPECT_TRUE(platform.http.requests.front().endsWith(
         QStringLiteral("/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-77&aid=US-1&pno=5&alert_type=Normal&ma=1"
@@ -154,85 +121,55 @@ TEST_F(SoundControlsTest, alarm_enablesTheLinkAndAsksTheServiceByTheSettings)
         << platform.http.requests.front().toStdString();
 }
 
-TEST_F(SoundControlsTest, alarmWithPopup_disablesTheWindowUntilItGoes)
+TEST_F(SoundControlsTest, alarmWithPopup_disablesTheWindowUntilItGoes_soundGoesOn)
 {
     TickAt(20, 15);
-    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmPopup"));
+    EXPECT_EQ(main->Variables().ActiveForm, u"FrmPopup");
     EXPECT_FALSE(main->isEnabled());
-    EXPECT_FALSE(StopLink()->isEnabledTo(main)) << "no sound is wanted";
+    EXPECT_FALSE(StopLink().isEnabledTo(main)) << "no sound is wanted";
     forms.Unload(FrmPopup::kName);
     EXPECT_TRUE(main->isEnabled());
-    EXPECT_EQ(main->Variables().ActiveForm, QStringLiteral("FrmMain"));
-}
+    EXPECT_EQ(main->Variables().ActiveForm, u"FrmMain");
 
-TEST_F(SoundControlsTest, alarmWithPopupAndSound_leavesTheLinkAndTheBarEnabledInTheDisabledWindow)
-{
-    SimpleXML settings(platform.doors);
-    ASSERT_TRUE(settings.Load(QStringLiteral("settings.xml")));
-    settings.AddAttributeByName(QStringLiteral("popup"), QStringLiteral("true"),
-                                QStringLiteral("//root//alerts//maghrib"));
-    ASSERT_TRUE(settings.Save(QStringLiteral("settings.xml")));
-    TickAt(18, 42);
+    WriteMaghrib("true");
+    Sound();
     EXPECT_FALSE(main->isEnabled());
-    EXPECT_TRUE(StopLink()->isEnabledTo(main));
-    EXPECT_TRUE(main->findChild<QWidget*>(QStringLiteral("VolControl"))->isEnabledTo(main));
+    EXPECT_TRUE(Volume().isEnabledTo(main));
+    forms.Unload(FrmPopup::kName);
+    EXPECT_EQ(platform.player.log, QStringList());
+    EXPECT_TRUE(StopLink().isEnabled());
 }
 
 TEST_F(SoundControlsTest, stopLink_clicked_greysBeforeThePlayerHasReported)
 {
-    TickAt(18, 42);
+    Volume().SetValue(0); // silent, but playing
     platform.player.log.clear();
-    QTest::mouseClick(StopLink(), Qt::LeftButton);
-    EXPECT_FALSE(StopLink()->isEnabled());
-    EXPECT_EQ(platform.player.log, QStringList{QStringLiteral("stop")});
-    QTest::mouseClick(StopLink(), Qt::LeftButton);
+    Sound();
+    QTest::mouseClick(&StopLink(), Qt::LeftButton);
+    EXPECT_FALSE(StopLink().isEnabled());
+    EXPECT_EQ(platform.player.log.join(u'|'), u"stop");
+    QTest::mouseClick(&StopLink(), Qt::LeftButton);
     EXPECT_EQ(platform.player.log.size(), 1) << "a greyed link takes no click";
 }
 
-TEST_F(SoundControlsTest, stoppedState_clearsThePlaylistAndGreysTheLink)
+TEST_F(SoundControlsTest, stoppedState_clearsThePlaylistAndGreysTheLink_othersAreIgnored)
 {
-    TickAt(18, 42);
-    platform.player.log.clear();
-    platform.player.Report(MediaPlayer::kStopped);
-    EXPECT_FALSE(StopLink()->isEnabled());
-    EXPECT_EQ(platform.player.log, QStringList{QStringLiteral("clear")});
-}
-
-TEST_F(SoundControlsTest, otherStates_areIgnored)
-{
-    TickAt(18, 42);
-    platform.player.log.clear();
+    Sound();
     for (const int state : {0, 2, 3, 6, 8, 9, 10, -1}) {
         platform.player.Report(state);
     }
-    EXPECT_TRUE(StopLink()->isEnabled());
+    EXPECT_TRUE(StopLink().isEnabled());
     EXPECT_EQ(platform.player.log, QStringList());
-}
-
-TEST_F(SoundControlsTest, popupClosed_soundGoesOn)
-{
-    TickAt(18, 42);
-    platform.player.log.clear();
-    TickAt(20, 15);
-    forms.Unload(FrmPopup::kName);
-    EXPECT_EQ(platform.player.log, QStringList());
-    EXPECT_TRUE(StopLink()->isEnabled());
-}
-
-TEST_F(SoundControlsTest, volumeAtZero_leavesTheLinkWorking)
-{
-    Volume()->SetValue(0);
-    TickAt(18, 42);
-    EXPECT_TRUE(StopLink()->isEnabled());
-    QTest::mouseClick(StopLink(), Qt::LeftButton);
-    EXPECT_TRUE(platform.player.log.contains(QStringLiteral("stop")));
+    platform.player.Report(MediaPlayer::kStopped);
+    EXPECT_FALSE(StopLink().isEnabled());
+    EXPECT_EQ(platform.player.log.join(u'|'), u"clear");
 }
 
 TEST_F(SoundControlsTest, mouseOverTheLink_makesTheHand)
 {
-    TickAt(18, 42);
+    Sound();
     ASSERT_NE(main->cursor().shape(), Qt::PointingHandCursor);
-    QTest::mouseMove(StopLink(), QPoint(5, 5));
+    QTest::mouseMove(&StopLink(), QPoint(5, 5));
     EXPECT_TRUE(QTest::qWaitFor([this] { return main->cursor().shape() == Qt::PointingHandCursor; }));
 }
 

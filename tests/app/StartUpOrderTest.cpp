@@ -53,32 +53,28 @@ TEST_F(StartUpOrderTest, attention_isTheMainWindowsBeforeTheFirstRequest)
     EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmPopup")) << "not overwritten";
 }
 
-TEST_F(StartUpOrderTest, icon_isAddedBehindAllRequests)
+TEST_F(StartUpOrderTest, icon_isAddedBehindAllRequestsAndTheQuestionForTheNewVersion)
 {
+    platform.http.replies[QStringLiteral("version.pl")] = "<root version_name='2' version_sequence='6'/>";
+    int questions = 0;
+    const auto look = [this] {
+        EXPECT_EQ(platform.tray.added, 0);
+        EXPECT_NE(forms.Loaded(DlgStart::kName), nullptr) << "the splash stays until the end";
+    };
+    platform.boxes.whileOpen = [&] {
+        ++questions;
+        look();
+    };
     for (const char* script : {"startup.pl", "getAd.pl", "version.pl"}) {
         forms.Unload(FrmMain::kName);
         platform.tray.added = 0;
-        Inside(script, [this] {
-            EXPECT_EQ(platform.tray.added, 0);
-            EXPECT_NE(forms.Loaded(DlgStart::kName), nullptr) << "the splash stays until the end";
-        });
+        Inside(script, look);
         Window();
         EXPECT_EQ(platform.tray.added, 1) << script;
         EXPECT_EQ(forms.Loaded(DlgStart::kName), nullptr);
     }
     EXPECT_EQ(seen, 3);
-}
-
-TEST_F(StartUpOrderTest, icon_isAddedBehindTheQuestionForTheNewVersion)
-{
-    platform.http.replies[QStringLiteral("version.pl")] = "<root version_name='2' version_sequence='6'/>";
-    platform.boxes.whileOpen = [this] {
-        ++seen;
-        EXPECT_EQ(platform.tray.added, 0);
-    };
-    Window();
-    EXPECT_EQ(seen, 1);
-    EXPECT_EQ(platform.tray.added, 1);
+    EXPECT_EQ(questions, 1) << "the answer No is remembered";
 }
 
 TEST_F(StartUpOrderTest, debugMode_addsNoIcon)

@@ -21,17 +21,11 @@ protected:
             endedUnderTheBox = platform.process.ended;
         };
     }
-    QLabel* SplashLabel(const char* name)
-    {
-        Form* const splash = forms.Loaded(QStringLiteral("DlgStart"));
-        return splash == nullptr ? nullptr : splash->findChild<QLabel*>(QLatin1String(name));
-    }
     void ExpectFatalEnd()
     {
-        EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(5)});
+        ExpectFatal(5);
         EXPECT_TRUE(isSplashUnderTheBox);
         EXPECT_EQ(endedUnderTheBox, 0);
-        EXPECT_EQ(platform.process.ended, 1);
         EXPECT_EQ(forms.Loaded(DlgStart::kName), nullptr) << "the splash goes behind the box";
         EXPECT_TRUE(platform.http.probes.isEmpty()) << "the file comes before the network";
         EXPECT_FALSE(IsRunning());
@@ -55,30 +49,25 @@ public:
     std::function<void(int)> whileAsleep;
 };
 
-TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay)
+TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay_changesNoFile)
 {
-    EXPECT_EQ(Window().windowTitle(), QStringLiteral("Dusk Beacon v1.0.5"));
+    const QByteArray before = ReadSettings();
+    EXPECT_EQ(Window().windowTitle(), u"Dusk Beacon v1.0.5");
     EXPECT_EQ(Window().size(), QSize(602, 423));
     EXPECT_FALSE(Window().Variables().DebugMode);
     EXPECT_EQ(Window().Variables().AdTimer, 600.0F);
     EXPECT_EQ(platform.process.sleptMilliseconds, 2000);
-    EXPECT_EQ(Window().Variables().ActiveForm, QStringLiteral("FrmMain"));
-    EXPECT_EQ(Window().Variables().Settings.PID, QStringLiteral("P-77"));
+    EXPECT_EQ(Window().Variables().ActiveForm, u"FrmMain");
+    EXPECT_EQ(Window().Variables().Settings.PID, u"P-77");
     EXPECT_TRUE(IsRunning());
     EXPECT_EQ(platform.tray.added, 1);
-    EXPECT_EQ(forms.Loaded(QStringLiteral("DlgStart")), nullptr);
+    EXPECT_EQ(forms.Loaded(DlgStart::kName), nullptr);
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0);
-    EXPECT_EQ(Text("LblLocation"), QStringLiteral("Chicago, Illinois"));
-}
-
-TEST_F(StartUpTest, load_readsAndChangesNoFile)
-{
-    const QByteArray before = ReadSettings();
-    Window();
+    EXPECT_EQ(Text("LblLocation"), u"Chicago, Illinois");
     EXPECT_EQ(ReadSettings(), before);
-    EXPECT_EQ(QDir().entryList(QDir::Files | QDir::Hidden).filter(QStringLiteral("settings")),
-              QStringList{QStringLiteral("settings.xml")});
+    EXPECT_EQ(QDir().entryList(QDir::Files | QDir::Hidden).filter(QStringLiteral("settings")).join(u' '),
+              u"settings.xml");
 }
 
 TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
@@ -123,63 +112,48 @@ TEST_F(StartUpTest, splash_dotsGrowFromOneToEleven_andFallBackToOne)
     }
 }
 
-struct BrokenRow
-{
-    const char* name;
-    QByteArray content;
-};
-
-class BrokenSettings : public StartUpTest, public testing::WithParamInterface<BrokenRow>
+class BrokenSettings : public StartUpTest, public testing::WithParamInterface<const char*>
 {
 };
 
 TEST_P(BrokenSettings, load_saysError5_andEnds_fileAsItWas)
 {
+    const std::map<std::string, QByteArray> contents{{"empty", ""},
+                                                     {"truncated", SettingsText().toUtf8().left(700)},
+                                                     {"notXml", "[settings]\npid=P-77\n"},
+                                                     {"binary", QByteArray(4096, '\0')},
+                                                     {"unreadable", SettingsText().toUtf8()}};
+    const std::string name = GetParam();
     QFile file(kSettingsFile);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(GetParam().content);
-    file.close();
-    Window();
+    file.remove();
+    if (const auto content = contents.find(name); content != contents.end()) {
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content->second);
+        file.close();
+    } else if (name == "folder") {
+        ASSERT_TRUE(QDir().mkdir(kSettingsFile));
+    }
+    {
+        // Root can read everything.
+        std::optional<PlainUser> user;
+        if (name == "unreadable") {
+            ASSERT_EQ(::chmod("settings.xml", 0), 0);
+            user.emplace(platform.folder.path());
+            ASSERT_TRUE(user->IsPlain());
+        }
+        Window();
+    }
     ExpectFatalEnd();
-    EXPECT_EQ(ReadSettings(), GetParam().content);
+    ASSERT_TRUE(name != "unreadable" || ::chmod("settings.xml", 0600) == 0);
+    EXPECT_EQ(ReadSettings(), contents.contains(name) ? contents.at(name) : QByteArray());
+    EXPECT_EQ(QFileInfo(kSettingsFile).isDir(), name == "folder");
+    EXPECT_EQ(QDir().isEmpty(), name == "missing");
 }
 
 INSTANTIATE_TEST_SUITE_P(StartUp, BrokenSettings,
-                         testing::Values(BrokenRow{"empty", ""},
-                                         BrokenRow{"truncated", SettingsText().toUtf8().left(700)},
-                                         BrokenRow{"notXml", "[settings]\npid=P-77\n"},
-                                         BrokenRow{"binary", QByteArray(4096, '\0')}),
-                         [](const testing::TestParamInfo<BrokenRow>& row) {
-                             return std::string(row.param.name);
-                         });
-
-TEST_F(StartUpTest, settingsMissing_saysError5_andEnds_nothingIsMade)
-{
-    QFile::remove(kSettingsFile);
-    Window();
-    ExpectFatalEnd();
-    EXPECT_TRUE(QDir().isEmpty());
-}
-
-TEST_F(StartUpTest, settingsThatAreAFolder_saysError5_andEnds)
-{
-    QFile::remove(kSettingsFile);
-    ASSERT_TRUE(QDir().mkdir(kSettingsFile));
-    Window();
-    ExpectFatalEnd();
-    EXPECT_TRUE(QFileInfo(kSettingsFile).isDir());
-}
-
-TEST_F(StartUpTest, settingsThatCannotBeRead_saysError5_andEnds)
-{
-    ASSERT_EQ(::chmod("settings.xml", 0), 0);
-    // Root can read everything.
-    const PlainUser user(platform.folder.path());
-    ASSERT_TRUE(user.IsPlain());
-    ASSERT_FALSE(QFile(QStringLiteral("settings.xml")).open(QIODevice::ReadOnly));
-    Window();
-    ExpectFatalEnd();
-}
+                         testing::Values("empty", "truncated", "notXml", "binary", "missing", "folder",
+                                         "unreadable"),
+                         [](const auto& row) { return std::string(row.param); });
 
 TEST_F(StartUpTest, settingsThatAPlainUserCanRead_areEnough)
 {
@@ -211,8 +185,7 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
     Forms windows(doors);
     RegisterStartWindows(windows, calculation);
     windows.Touch<FrmMain>();
-    EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(5)});
-    EXPECT_EQ(platform.process.ended, 1);
+    ExpectFatal(5);
     EXPECT_EQ(windows.Loaded(QStringLiteral("DlgStart")), nullptr);
 }
 
@@ -239,23 +212,25 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
 
 TEST_F(StartUpTest, designTexts_standUntilAConfigurationIsRead)
 {
-    WriteSettings(Changed("Current=\"Chicago\"", "Current=\"\""));
+    WriteWithoutAPlace();
     Window();
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0);
     EXPECT_FALSE(IsRunning());
     EXPECT_EQ(platform.tray.added, 1);
-    EXPECT_EQ(Text("LblTimeZ"), QStringLiteral("Time Zone:"));
-    EXPECT_EQ(Text("LblAsrMeth"), QStringLiteral("Asr Method:"));
-    EXPECT_EQ(Text("LblCaclMeth"), QStringLiteral("Calculation Method:"));
-    EXPECT_EQ(Text("LblDLSavings"), QStringLiteral("Day Light Savings is:"));
-    EXPECT_EQ(Text("LblAdvWarning"), QStringLiteral("Advanced Warning:"));
-    const auto* const frame = Window().findChild<QGroupBox*>(QStringLiteral("PrayerFrame"));
-    EXPECT_EQ(frame->findChild<QLabel*>(QStringLiteral("Label1"))->text(), QStringLiteral("Hajri Date: "));
-    EXPECT_EQ(Text("Label3"), QStringLiteral("Time till next prayer:"));
-    EXPECT_EQ(Text("LblVolume"), QStringLiteral("Volume Control:"));
-    EXPECT_EQ(DateCaption(), QStringLiteral("Date:"));
-    EXPECT_EQ(Times(), QStringList(6, QString()));
+    const std::pair<const char*, const char16_t*> labels[] = {{"LblTimeZ", u"Time Zone:"},
+                                                              {"LblAsrMeth", u"Asr Method:"},
+                                                              {"LblCaclMeth", u"Calculation Method:"},
+                                                              {"LblDLSavings", u"Day Light Savings is:"},
+                                                              {"LblAdvWarning", u"Advanced Warning:"},
+                                                              {"Label3", u"Time till next prayer:"}};
+    for (const auto& [name, text] : labels) {
+        EXPECT_EQ(Text(name), text);
+    }
+    EXPECT_EQ(Find<QGroupBox>("PrayerFrame").findChild<QLabel*>(QStringLiteral("Label1"))->text(),
+              u"Hajri Date: ");
+    EXPECT_EQ(DateCaption(), u"Date:");
+    EXPECT_EQ(Times(), u"|||||");
 }
 
 class SettingsFolderTest : public testing::Test
@@ -263,9 +238,9 @@ class SettingsFolderTest : public testing::Test
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(QDir(platform.folder.path()).mkpath(QStringLiteral("own")));
-        ASSERT_TRUE(QDir(platform.folder.path()).mkpath(QStringLiteral("data")));
-        ASSERT_TRUE(QDir(platform.folder.path()).mkpath(QStringLiteral("elsewhere")));
+        for (const char* const name : {"own", "data", "elsewhere"}) {
+            ASSERT_TRUE(QDir(platform.folder.path()).mkpath(QLatin1String(name)));
+        }
         platform.process.folder = Folder("own");
         platform.process.dataFolder = Folder("data");
         QDir::setCurrent(Folder("elsewhere"));
@@ -285,18 +260,14 @@ protected:
     FakePlatform platform;
 };
 
-TEST_F(SettingsFolderTest, fileBesideTheProgram_isTakenThere)
+TEST_F(SettingsFolderTest, fileBesideTheProgram_isTakenThere_elseFromTheUsersData)
 {
-    WriteInto(Folder("own"));
     WriteInto(Folder("data"));
     EnterSettingsFolder(platform.doors);
-    EXPECT_EQ(QDir::currentPath(), Folder("own"));
-}
-
-TEST_F(SettingsFolderTest, noFileBesideTheProgram_isTakenFromTheUsersData)
-{
-    EnterSettingsFolder(platform.doors);
     EXPECT_EQ(QDir::currentPath(), Folder("data"));
+    WriteInto(Folder("own"));
+    EnterSettingsFolder(platform.doors);
+    EXPECT_EQ(QDir::currentPath(), Folder("own"));
 }
 
 TEST_F(SettingsFolderTest, noFolderAtAll_neverTakesAFileThatLiesAroundWhereItWasStarted)

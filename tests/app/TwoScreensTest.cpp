@@ -2,19 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "alerts/FrmPopup.h"
 #include "app/Appearance.h"
+#include "app/FirstTouchFixture.h"
 #include "fakes/Desk.h"
-#include "fakes/FakeCalculation.h"
-#include "fakes/FakePlatform.h"
-#include "fakes/SettingsFile.h"
-#include "fakes/StartWindows.h"
-#include "forms/Forms.h"
 #include "instruments/VBSunAndMoon.h"
 
 #include <QGuiApplication>
-#include <QLabel>
 #include <QScreen>
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -22,7 +15,7 @@ namespace {
 const bool kHasTwoScreens = qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" TWO_SCREENS);
 
 /// The main window on a desk of two screens, of which the right one has twice the pixels.
-class TwoScreens : public testing::Test
+class TwoScreens : public FirstTouchFixture
 {
 protected:
     static void SetUpTestSuite() { SetAppearance(); }
@@ -33,10 +26,8 @@ protected:
         ASSERT_EQ(QGuiApplication::screens().size(), 2);
         ASSERT_EQ(Left().devicePixelRatio(), 1.0);
         ASSERT_EQ(Right().devicePixelRatio(), 2.0);
-        WriteSettings();
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        RegisterStartWindows(forms, calculation);
-        main = &forms.Touch<FrmMain>();
+        main = &Window();
         main->Show();
         MoveTo(Left());
     }
@@ -50,18 +41,9 @@ protected:
         Desk::Settle();
         ASSERT_EQ(main->screen(), &screen);
     }
-    [[nodiscard]] QImage Sky() const
-    {
-        return main->findChild<VBSunAndMoon*>(QStringLiteral("VBSunAndMoon1"))->grab().toImage();
-    }
-    [[nodiscard]] QPixmap Banner() const
-    {
-        return main->findChild<QLabel*>(QStringLiteral("Picture2"))->pixmap(Qt::ReturnByValue);
-    }
+    QImage Sky() { return Find<VBSunAndMoon>("VBSunAndMoon1").grab().toImage(); }
+    QPixmap Banner() { return Find<QLabel>("Picture2").pixmap(Qt::ReturnByValue); }
 
-    FakePlatform platform;
-    FakeCalculation calculation;
-    Forms forms{platform.doors};
     FrmMain* main = nullptr;
 };
 

@@ -45,6 +45,9 @@ public:
     [[nodiscard]] std::int16_t QiblaDir() override { return qibla; }
     [[nodiscard]] std::int16_t SunElev(std::int16_t minute) override
     {
+        if (failsInTheSky) {
+            throw RuntimeError(ErrorNumber::kFunctionNotFound, QStringLiteral("no SunElev"));
+        }
         calls << QStringLiteral("SunElev %1").arg(minute);
         return sun;
     }
@@ -67,6 +70,8 @@ public:
     std::int16_t hijriYear = 1429;
     /// The next SetHorParams throws, as it does without a library.
     bool fails = false;
+    /// Each SunElev throws, as it does with a library that has none.
+    bool failsInTheSky = false;
     QStringList calls;
 
 private:
