@@ -53,7 +53,7 @@ TEST_F(UnusablePlaceTest, numberThatDoesNotConvert_countsAsNoReply_onEveryLocale
         platform.region.locale = QLocale(QLatin1String(locale));
         for (const char* const attribute : {kLatitude, kLongitude, kZone}) {
             for (const char* const value :
-                 {"", "north", "2 N", "1,5", "1,0", "0x1", "nan", "inf", "-inf", "1e400"}) {
+                 {"", "north", "2 N", "1,5", "1,0", "0,001", "0x1", "nan", "inf", "-inf", "1e400"}) {
                 ExpectRefused(window, With(attribute, value));
             }
         }
