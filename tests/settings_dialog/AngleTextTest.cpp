@@ -8,9 +8,9 @@
 
 TEST(AngleText, forBox_putsTheUsersSignInPlaceOfEachPoint)
 {
-    EXPECT_EQ(AngleForBox(QStringLiteral("-19.5"), QStringLiteral(",")), QStringLiteral("-19,5"));
-    EXPECT_EQ(AngleForBox(QStringLiteral("-19.5"), QStringLiteral(".")), QStringLiteral("-19.5"));
-    EXPECT_EQ(AngleForBox(QStringLiteral("1.2.3"), QStringLiteral(",")), QStringLiteral("1,2,3"));
+    EXPECT_EQ(AngleForBox(QStringLiteral("-19.5"), QStringLiteral(",")), u"-19,5");
+    EXPECT_EQ(AngleForBox(QStringLiteral("-19.5"), QStringLiteral(".")), u"-19.5");
+    EXPECT_EQ(AngleForBox(QStringLiteral("1.2.3"), QStringLiteral(",")), u"1,2,3");
     EXPECT_EQ(AngleForBox(QString(), QStringLiteral(",")), QString());
 }
 
@@ -61,5 +61,5 @@ TEST(AngleText, forFile_canBeReadUnderEveryLocale)
 
 TEST(AngleText, forFile_withoutADecimalSign_leavesTheTextAlone)
 {
-    EXPECT_EQ(AngleForFile(QStringLiteral("-17"), QString(), QLocale::c()), QStringLiteral("-17"));
+    EXPECT_EQ(AngleForFile(QStringLiteral("-17"), QString(), QLocale::c()), u"-17");
 }

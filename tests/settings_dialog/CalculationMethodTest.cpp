@@ -10,29 +10,17 @@ namespace {
 struct Preset
 {
     const char* option;
-    const char* caption;
     const char* method;
     const char* angle1;
     const char* angle2;
     const char* note;
-    const char* noteText;
 };
 
 constexpr Preset kPresets[] = {
-    {"OptISNA", "ISNA:", "ISNA", "-15", "-15", "Label3",
-     "(Fajr Twilight = -15 Degrees, Isha Twilight = -15 Degrees)"},
-    {"OptUOIS", "University Of Islamic Sciences:", "University Of Islamic Sciences", "-18", "-18", "Label4",
-     "(Fajr Twilight = -18 Degrees, Isha Twilight = -18 Degrees)"},
-    {"OptMWL", "Muslim World League:", "Muslim World League", "-18", "-17", "Label5",
-     "(Fajr Twilight = -18 Degrees, Isha Twilight = -17 Degrees)"},
-    {"OptEGAS", "Egyptian General Authority of Survey:", "Egyptian General Authority of Survey", "-19.5",
-     "-17.5", "Label6", "(Fajr Twilight = -19.5 Degrees, Isha Twilight = -17.5 Degrees)"},
-};
-
-void PrintTo(const Preset& preset, std::ostream* stream)
-{
-    *stream << preset.option;
-}
+    {"OptISNA", "ISNA", "-15", "-15", "Label3"},
+    {"OptUOIS", "University Of Islamic Sciences", "-18", "-18", "Label4"},
+    {"OptMWL", "Muslim World League", "-18", "-17", "Label5"},
+    {"OptEGAS", "Egyptian General Authority of Survey", "-19.5", "-17.5", "Label6"}};
 
 constexpr const char* kAngleControls[] = {"TxtSetFarjAngle", "VScroll2", "TxtSetIshaAngle", "VScroll3"};
 
@@ -47,20 +35,16 @@ protected:
     }
 };
 
-class CalculationMethodPreset : public CalculationMethodPage, public testing::WithParamInterface<Preset>
-{
-};
-
 } // namespace
 
 TEST_F(CalculationMethodPage, built_hasItsStartState)
 {
     dialog = &forms.Touch<FrmAlerts>();
-    EXPECT_EQ(Find<QGroupBox>("Frame2").title(), QStringLiteral("Fajr and Isha Calculation Method"));
+    EXPECT_EQ(Find<QGroupBox>("Frame2").title(), u"Fajr and Isha Calculation Method");
     EXPECT_TRUE(IsTicked("OptISNA"));
-    EXPECT_EQ(Find<OptionButton>("OptSetByUser").text(), QStringLiteral("Set Twighlight Angles:"));
-    EXPECT_EQ(Find<QLabel>("Label7").text(), QStringLiteral("Fajr:"));
-    EXPECT_EQ(Find<QLabel>("Label8").text(), QStringLiteral("Isha:"));
+    EXPECT_EQ(Find<OptionButton>("OptSetByUser").text(), u"Set Twighlight Angles:");
+    EXPECT_EQ(Find<QLabel>("Label7").text(), u"Fajr:");
+    EXPECT_EQ(Find<QLabel>("Label8").text(), u"Isha:");
     ExpectAnglesLive(false);
     for (const char* const name : {"VScroll2", "VScroll3"}) {
         EXPECT_EQ(Bar(name).minimum(), -30);
@@ -72,58 +56,52 @@ TEST_F(CalculationMethodPage, built_hasItsStartState)
     EXPECT_EQ(TextOf("TxtSetIshaAngle"), QString());
 }
 
-TEST_P(CalculationMethodPreset, captions_standAsGiven)
+TEST_F(CalculationMethodPage, presets_haveTheirCaptionsAndNotesBelow)
 {
     Open();
-    const auto& option = Find<OptionButton>(GetParam().option);
-    EXPECT_EQ(option.text(), QString::fromUtf8(GetParam().caption));
-    EXPECT_TRUE(option.font().bold());
-    EXPECT_EQ(Find<QLabel>(GetParam().note).text(), QString::fromUtf8(GetParam().noteText));
-    EXPECT_GT(Widget(GetParam().note).y(), option.y());
-}
-
-TEST_F(CalculationMethodPage, optionOfTheUser_isBoldToo)
-{
-    Open();
+    for (const Preset& preset : kPresets) {
+        const auto& option = Find<OptionButton>(preset.option);
+        EXPECT_EQ(option.text(), QString::fromUtf8(preset.method) + u':');
+        EXPECT_TRUE(option.font().bold());
+        EXPECT_EQ(Find<QLabel>(preset.note).text(),
+                  QStringLiteral("(Fajr Twilight = %1 Degrees, Isha Twilight = %2 Degrees)")
+                      .arg(QString::fromUtf8(preset.angle1), QString::fromUtf8(preset.angle2)));
+        EXPECT_GT(Widget(preset.note).y(), option.y());
+    }
     EXPECT_TRUE(Find<OptionButton>("OptSetByUser").font().bold());
 }
 
-TEST_P(CalculationMethodPreset, click_storesMethodAndAnglesInOneSave)
+TEST_F(CalculationMethodPage, preset_clicked_storesMethodAndAnglesInOneSave_andOpensSelectedAfterwards)
 {
-    // From a state in which no preset is selected, so that each of them becomes so.
-    WriteUserDefined("-12.5", "-13");
-    Open();
-    Click(GetParam().option);
-    EXPECT_EQ(Saves(), 1U);
-    EXPECT_EQ(Stored(QStringLiteral("method")), QString::fromUtf8(GetParam().method));
-    EXPECT_EQ(Stored(QStringLiteral("angle1")), QString::fromUtf8(GetParam().angle1));
-    EXPECT_EQ(Stored(QStringLiteral("angle2")), QString::fromUtf8(GetParam().angle2));
-    // Once in RefreshAngleControls and once to write.
-    EXPECT_EQ(files.loads, 2);
-    ExpectAnglesLive(false);
-    // The boxes keep what they showed.
-    EXPECT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-12.5"));
-    EXPECT_EQ(TextOf("TxtSetIshaAngle"), QStringLiteral("-13"));
-    EXPECT_EQ(Bar("VScroll2").Value(), -13);
-    Forget();
-    Click(GetParam().option);
-    EXPECT_EQ(Saves(), 0U);
-    EXPECT_EQ(files.loads, 0);
+    for (const Preset& preset : kPresets) {
+        SCOPED_TRACE(preset.option);
+        // From a state in which no preset is selected, so that each of them becomes so.
+        WriteUserDefined("-12.5", "-13");
+        Open();
+        Click(preset.option);
+        EXPECT_EQ(Saves(), 1U);
+        EXPECT_EQ(Stored("method"), QString::fromUtf8(preset.method));
+        EXPECT_EQ(Stored("angle1"), QString::fromUtf8(preset.angle1));
+        EXPECT_EQ(Stored("angle2"), QString::fromUtf8(preset.angle2));
+        // Once in RefreshAngleControls and once to write.
+        EXPECT_EQ(files.loads, 2);
+        ExpectAnglesLive(false);
+        // The boxes keep what they showed.
+        EXPECT_EQ(TextOf("TxtSetFarjAngle"), u"-12.5");
+        EXPECT_EQ(TextOf("TxtSetIshaAngle"), u"-13");
+        EXPECT_EQ(Bar("VScroll2").Value(), -13);
+        Forget();
+        Click(preset.option);
+        EXPECT_EQ(files.loads, 0);
+        dialog->Unload();
+        const QByteArray before = ReadSettings();
+        Open();
+        EXPECT_TRUE(IsTicked(preset.option));
+        ExpectAnglesLive(false);
+        EXPECT_EQ(ReadSettings(), before);
+        dialog->Unload();
+    }
 }
-
-TEST_P(CalculationMethodPreset, storedMethod_opensSelectedWithoutAWrite)
-{
-    WriteChanged(QStringLiteral("method=\"ISNA\""),
-                 QStringLiteral("method=\"%1\"").arg(QString::fromUtf8(GetParam().method)));
-    const QByteArray before = ReadSettings();
-    Open();
-    EXPECT_TRUE(IsTicked(GetParam().option));
-    ExpectAnglesLive(false);
-    EXPECT_EQ(ReadSettings(), before);
-}
-
-INSTANTIATE_TEST_SUITE_P(Presets, CalculationMethodPreset, testing::ValuesIn(kPresets),
-                         [](const auto& row) { return std::string(row.param.option); });
 
 TEST_F(CalculationMethodPage, preset_onAFileWithoutTheAttributes_writesThemInOrder)
 {
@@ -147,52 +125,34 @@ TEST_F(CalculationMethodPage, unknownMethods_openOnIsnaWithoutAWrite)
     }
 }
 
-TEST_F(CalculationMethodPage, userDefined_startsFromThePresetsAngles)
+TEST_F(CalculationMethodPage, userDefined_startsFromThePresetsAngles_withTheDecimalSignOfThatMoment)
 {
     const struct
     {
         const char* locale;
-        const char* fajr;
-        const char* isha;
-    } rows[] = {
-        {"en_US", "-19.5", "-17.5"}, {"de_DE", "-19,5", "-17,5"}, {"ar_EG", "-19\u066b5", "-17\u066b5"}};
+        const char16_t* fajr;
+        const char16_t* isha;
+    } rows[] = {{"en_US", u"-19.5", u"-17.5"},
+                {"de_DE", u"-19,5", u"-17,5"},
+                {"ar_EG", u"-19\u066b5", u"-17\u066b5"}};
+    Open();
     for (const auto& row : rows) {
         SCOPED_TRACE(row.locale);
-        platform.region.locale = QLocale(QLatin1String(row.locale));
-        WriteSettings();
-        Open();
         Click("OptEGAS");
+        platform.region.locale = QLocale(QLatin1String(row.locale));
         Forget();
         Click("OptSetByUser");
-        EXPECT_EQ(TextOf("TxtSetFarjAngle"), QString::fromUtf8(row.fajr));
-        EXPECT_EQ(TextOf("TxtSetIshaAngle"), QString::fromUtf8(row.isha));
+        EXPECT_EQ(TextOf("TxtSetFarjAngle"), row.fajr);
+        EXPECT_EQ(TextOf("TxtSetIshaAngle"), row.isha);
         EXPECT_EQ(Bar("VScroll2").Value(), -20);
         EXPECT_EQ(Bar("VScroll3").Value(), -18);
         ExpectAnglesLive(true);
         // Each box writes its angle back, then the method follows.
-        EXPECT_EQ(SavedValues(QStringLiteral("angle1")), Values("-19.5 -19.5 -19.5"));
-        EXPECT_EQ(SavedValues(QStringLiteral("angle2")), Values("-17.5 -17.5 -17.5"));
-        EXPECT_EQ(SavedValues(QStringLiteral("method")),
-                  QStringList({QStringLiteral("Egyptian General Authority of Survey"),
-                               QStringLiteral("Egyptian General Authority of Survey"),
-                               QStringLiteral("User Defined")}));
-        dialog->Unload();
+        EXPECT_EQ(SavedValues("angle1"), u"-19.5|-19.5|-19.5");
+        EXPECT_EQ(SavedValues("angle2"), u"-17.5|-17.5|-17.5");
+        EXPECT_EQ(SavedValues("method"), u"Egyptian General Authority of Survey|"
+                                         u"Egyptian General Authority of Survey|User Defined");
     }
-}
-
-TEST_F(CalculationMethodPage, userDefined_fetchesTheDecimalSignAfresh)
-{
-    platform.region.locale = QLocale(QStringLiteral("en_US"));
-    Open();
-    Click("OptEGAS");
-    Click("OptSetByUser");
-    ASSERT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-19.5"));
-    platform.region.locale = QLocale(QStringLiteral("de_DE"));
-    Click("OptEGAS");
-    Click("OptSetByUser");
-    EXPECT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-19,5"));
-    EXPECT_EQ(TextOf("TxtSetIshaAngle"), QStringLiteral("-17,5"));
-    EXPECT_EQ(Stored(QStringLiteral("angle1")), QStringLiteral("-19.5"));
 }
 
 TEST_F(CalculationMethodPage, userDefinedAgainWithTheSameAngles_savesTheMethodOnly)
@@ -202,7 +162,7 @@ TEST_F(CalculationMethodPage, userDefinedAgainWithTheSameAngles_savesTheMethodOn
     Click("OptISNA");
     Forget();
     Click("OptSetByUser");
-    EXPECT_EQ(SavedValues(QStringLiteral("method")), QStringList(QStringLiteral("User Defined")));
+    EXPECT_EQ(SavedValues("method"), u"User Defined");
 }
 
 TEST_F(CalculationMethodPage, userDefinedInTheFile_opensLiveWithoutAWrite)
@@ -213,32 +173,22 @@ TEST_F(CalculationMethodPage, userDefinedInTheFile_opensLiveWithoutAWrite)
     ASSERT_TRUE(IsOpen());
     EXPECT_TRUE(IsTicked("OptSetByUser"));
     ExpectAnglesLive(true);
-    EXPECT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-19.5"));
+    EXPECT_EQ(TextOf("TxtSetFarjAngle"), u"-19.5");
     EXPECT_EQ(Bar("VScroll2").Value(), -20);
-    EXPECT_EQ(TextOf("TxtSetIshaAngle"), QStringLiteral("30.9"));
+    EXPECT_EQ(TextOf("TxtSetIshaAngle"), u"30.9");
     EXPECT_EQ(Bar("VScroll3").Value(), 30);
     EXPECT_EQ(ReadSettings(), before);
 }
 
 TEST_F(CalculationMethodPage, anglesThatTheBarRefuses_closeTheDialogOnOpening)
 {
-    const struct
-    {
-        const char* angle1;
-        const char* angle2;
-    } rows[] = {{"", "-15"},      {"abc", "-15"},   {"-45", "-15"}, {"-30.1", "-15"},
-                {"31", "-15"},    {"-15", ""},      {"-15", "31"},  {"-15", "-30.5"},
-                {"1e300", "-15"}, {"-15", "99999"}, {"-15,5", "0"}, {"1 5", "0"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.angle1 << " and " << row.angle2);
-        WriteUserDefined(row.angle1, row.angle2);
-        const QByteArray before = ReadSettings();
-        main.calls.clear();
-        dialog = &forms.Touch<FrmAlerts>();
-        dialog->Show();
-        dialog->SelectTab(1);
-        ExpectHandedOver();
-        EXPECT_EQ(ReadSettings(), before);
+    const std::pair<const char*, const char*> rows[] = {
+        {"", "-15"},   {"abc", "-15"},   {"-45", "-15"},   {"-30.1", "-15"}, {"31", "-15"},  {"-15", ""},
+        {"-15", "31"}, {"-15", "-30.5"}, {"1e300", "-15"}, {"-15", "99999"}, {"-15,5", "0"}, {"1 5", "0"}};
+    for (const auto& [angle1, angle2] : rows) {
+        SCOPED_TRACE(testing::Message() << angle1 << " and " << angle2);
+        WriteUserDefined(angle1, angle2);
+        ExpectClosedOnOpening();
     }
 }
 
@@ -249,9 +199,9 @@ TEST_F(CalculationMethodPage, angleOutOfLimits_chosenByHand_isCutInsteadOfFailin
     Open();
     Click("OptSetByUser");
     ASSERT_TRUE(IsOpen());
-    EXPECT_EQ(TextOf("TxtSetFarjAngle"), QStringLiteral("-30"));
-    EXPECT_EQ(Stored(QStringLiteral("angle1")), QStringLiteral("-30"));
-    EXPECT_EQ(Stored(QStringLiteral("method")), QStringLiteral("User Defined"));
+    EXPECT_EQ(TextOf("TxtSetFarjAngle"), u"-30");
+    EXPECT_EQ(Stored("angle1"), u"-30");
+    EXPECT_EQ(Stored("method"), u"User Defined");
 }
 
 TEST_F(CalculationMethodPage, angleThatIsNoNumber_chosenByHand_closesTheDialogWithoutAWrite)
@@ -260,6 +210,6 @@ TEST_F(CalculationMethodPage, angleThatIsNoNumber_chosenByHand_closesTheDialogWi
     Open();
     Click("OptSetByUser");
     ExpectHandedOver();
-    EXPECT_EQ(Stored(QStringLiteral("angle2")), QStringLiteral("abc"));
-    EXPECT_EQ(Stored(QStringLiteral("method")), QStringLiteral("ISNA"));
+    EXPECT_EQ(Stored("angle2"), u"abc");
+    EXPECT_EQ(Stored("method"), u"ISNA");
 }

@@ -118,7 +118,10 @@ protected:
     }
 
     /// settings.xml with one text put in place of another that must be there.
-    static void WriteChanged(const QString& before, const QString& after) { WriteChanged({{before, after}}); }
+    static void WriteChanged(QAnyStringView before, QAnyStringView after)
+    {
+        WriteChanged({{before.toString(), after.toString()}});
+    }
     static void WriteChanged(const std::vector<std::pair<QString, QString>>& changes)
     {
         QString text = SettingsText();
@@ -210,31 +213,31 @@ protected:
     }
 
     /// An attribute in the file, "(absent)" if there is none.
-    [[nodiscard]] static QString Stored(const QString& attribute, const char* element = "")
+    [[nodiscard]] static QString Stored(QAnyStringView attribute, const char* element = "")
     {
-        return AttributeIn(ReadSettings(), attribute, element);
+        return AttributeIn(ReadSettings(), attribute.toString(), element);
     }
-    /// The attribute in each of the texts that have been saved, in order.
-    [[nodiscard]] QStringList SavedValues(const QString& attribute, const char* element = "") const
+    /// The attribute in each of the texts that have been saved, in order, with "|" between them.
+    [[nodiscard]] QString SavedValues(QAnyStringView attribute, const char* element = "") const
     {
         QStringList values;
         for (const QByteArray& text : files.saved) {
-            values << AttributeIn(text, attribute, element);
+            values << AttributeIn(text, attribute.toString(), element);
         }
-        return values;
-    }
-    /// A list of values as a row of a table has it: with blanks between them.
-    [[nodiscard]] static QStringList Values(const char* values)
-    {
-        const QString text = QString::fromUtf8(values);
-        return text.isEmpty() ? QStringList() : text.split(u' ');
+        return values.join(u'|');
     }
     [[nodiscard]] std::size_t Saves() const { return files.saved.size(); }
 
-    /// What closing asks of the main window.
-    [[nodiscard]] static QStringList HandOver()
+    /// Opens on a file that closes the dialog again, which leaves the file alone.
+    void ExpectClosedOnOpening()
     {
-        return {QStringLiteral("Enable"), QStringLiteral("UpdateEverything"), QStringLiteral("TakeFocus")};
+        const QByteArray before = ReadSettings();
+        main.calls.clear();
+        dialog = &forms.Touch<FrmAlerts>();
+        dialog->Show();
+        dialog->SelectTab(1);
+        ExpectHandedOver();
+        EXPECT_EQ(ReadSettings(), before);
     }
     void ExpectOnlyFrame(const char* shown) const
     {
@@ -245,11 +248,13 @@ protected:
     void ExpectHandedOver()
     {
         EXPECT_FALSE(IsOpen());
-        EXPECT_EQ(main.calls, HandOver());
-        EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(main.calls.join(u'|'), kHandOver);
+        EXPECT_EQ(forms.Variables().ActiveForm, u"FrmMain");
         EXPECT_TRUE(platform.boxes.boxes.empty());
     }
 
+    /// What closing asks of the main window.
+    static constexpr const char16_t* kHandOver = u"Enable|UpdateEverything|TakeFocus";
     FakePlatform platform;
     CountingFiles files{platform.files};
     Platform doors = platform.With(files, platform.http);
@@ -276,9 +281,4 @@ private:
 inline void PrintTo(const QString& text, std::ostream* stream)
 {
     *stream << '"' << text.toStdString() << '"';
-}
-
-inline void PrintTo(const QStringList& texts, std::ostream* stream)
-{
-    *stream << '[' << texts.join(QStringLiteral(", ")).toStdString() << ']';
 }

@@ -4,29 +4,26 @@
 
 namespace {
 
-struct BadFile
-{
-    const char* name;
-    const char* text;
-};
-
-class FrmAlertsFile : public DialogTest
-{
-};
-
-class FrmAlertsBadFile : public DialogTest, public testing::WithParamInterface<BadFile>
+/// A settings.xml that is missing, empty or no document.
+class FrmAlertsBadFile : public DialogTest, public testing::WithParamInterface<const char*>
 {
 protected:
     static void Spoil()
     {
-        if (GetParam().text == nullptr) {
+        WriteSettings(QLatin1String(GetParam()));
+        if (IsMissing()) {
             ASSERT_TRUE(QFile::remove(QStringLiteral("settings.xml")));
-        } else {
-            WriteSettings(QString::fromUtf8(GetParam().text));
         }
     }
-    static QByteArray Spoilt() { return {GetParam().text}; }
+    static bool IsMissing() { return qstrcmp(GetParam(), "missing") == 0; }
+    static void ExpectSpoilt()
+    {
+        EXPECT_EQ(ReadSettings(), IsMissing() ? QByteArray() : QByteArray(GetParam()));
+        EXPECT_EQ(QFile::exists(QStringLiteral("settings.xml")), !IsMissing());
+    }
 };
+
+using FrmAlertsFile = DialogTest;
 
 } // namespace
 
@@ -35,9 +32,9 @@ TEST_P(FrmAlertsBadFile, beforeOpening_showsTheDefaults)
     Spoil();
     Open();
     ASSERT_TRUE(IsOpen());
-    EXPECT_TRUE(IsTicked("OptISNA"));
-    EXPECT_TRUE(IsTicked("OptHanafi"));
-    EXPECT_TRUE(IsTicked("Opt12Hour"));
+    for (const char* const name : {"OptISNA", "OptHanafi", "Opt12Hour"}) {
+        EXPECT_TRUE(IsTicked(name)) << name;
+    }
     EXPECT_FALSE(IsTicked("ChkDLS"));
     EXPECT_FALSE(IsTicked("ChkAdvWarn"));
     for (std::int16_t tab = 2; tab <= 8; ++tab) {
@@ -61,8 +58,7 @@ TEST_P(FrmAlertsBadFile, whileOpen_changesAreLostAndTheFileStaysAsItIs)
     dialog->SelectTab(2);
     Paste("TxtPC", QStringLiteral("55"));
     EXPECT_TRUE(IsOpen());
-    EXPECT_EQ(ReadSettings(), Spoilt());
-    EXPECT_EQ(QFile::exists(QStringLiteral("settings.xml")), GetParam().text != nullptr);
+    ExpectSpoilt();
     dialog->close();
     ExpectHandedOver();
 }
@@ -73,14 +69,11 @@ TEST_P(FrmAlertsBadFile, userAnglesChosen_closesTheDialog)
     Spoil();
     Click("OptSetByUser");
     ExpectHandedOver();
-    EXPECT_EQ(ReadSettings(), Spoilt());
+    ExpectSpoilt();
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, FrmAlertsBadFile,
-                         testing::Values(BadFile{"missing", nullptr}, BadFile{"empty", ""},
-                                         BadFile{"damaged", "<root><alerts method="},
-                                         BadFile{"noise", "not a document"}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         testing::Values("missing", "", "<root><alerts method=", "not a document"));
 
 TEST_F(FrmAlertsFile, fileWithoutAlerts_takesNoChange)
 {
@@ -103,7 +96,7 @@ TEST_F(FrmAlertsFile, fileThatCantBeWritten_losesTheChangeWithoutAWord)
     Click("OptHanafi");
     EXPECT_TRUE(IsOpen());
     EXPECT_TRUE(IsTicked("OptMWL"));
-    EXPECT_EQ(Stored(QStringLiteral("method")), QStringLiteral("ISNA"));
+    EXPECT_EQ(Stored("method"), u"ISNA");
     Click("CmdClose");
     ExpectHandedOver();
 }

@@ -20,9 +20,7 @@ bool IsHand(const QWidget& window)
     return window.cursor().shape() == Qt::PointingHandCursor;
 }
 
-class FrmAlertsHover : public DialogTest
-{
-};
+using FrmAlertsHover = DialogTest;
 
 } // namespace
 
@@ -61,24 +59,21 @@ TEST_F(FrmAlertsHover, behindTheLinks_onlyTheListedAreasTakeTheHandAway)
     }
 }
 
-TEST_F(FrmAlertsHover, browseAndReset_setTheHand)
+TEST_F(FrmAlertsHover, browseAndReset_setTheHand_disabledTheFrameTakesItAway)
 {
-    Open(3);
-    MoveOver(Widget("LblBrowseLink"));
-    EXPECT_TRUE(IsHand(*dialog));
-    Open(2);
-    dialog->SetDefaultPointer();
-    MoveOver(Widget("LblReset"));
-    EXPECT_TRUE(IsHand(*dialog));
-}
-
-TEST_F(FrmAlertsHover, disabledBrowse_letsTheFrameTakeTheHandAway)
-{
-    Open(4);
-    ASSERT_FALSE(IsLive("LblBrowseLink"));
-    dialog->SetHandPointer();
-    MoveOver(Widget("LblBrowseLink"));
-    EXPECT_FALSE(IsHand(*dialog));
+    const struct
+    {
+        std::int16_t tab;
+        const char* link;
+    } rows[] = {{3, "LblBrowseLink"}, {2, "LblReset"}, {4, "LblBrowseLink"}};
+    for (const auto& [tab, link] : rows) {
+        Open(tab);
+        EXPECT_EQ(IsLive(link), tab != 4) << "the alert of this prayer is off";
+        IsLive(link) ? dialog->SetDefaultPointer() : dialog->SetHandPointer();
+        MoveOver(Widget(link));
+        EXPECT_EQ(IsHand(*dialog), IsLive(link)) << link;
+        dialog->Unload();
+    }
 }
 
 namespace {
@@ -86,55 +81,39 @@ namespace {
 class FrmAlertsKeyboard : public DialogTest
 {
 protected:
-    [[nodiscard]] QStringList TabOrder() const
+    /// The controls behind the tabs, in the order in which the Tab key reaches them.
+    [[nodiscard]] QString TabOrder() const
     {
         QStringList names;
-        QWidget* const first = &Widget("LblGeneral");
-        first->setFocus();
+        Widget("LblGeneral").setFocus();
         while (dialog->focusWidget() != nullptr && !names.contains(dialog->focusWidget()->objectName())) {
             names << dialog->focusWidget()->objectName();
             QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
         }
-        return names;
-    }
-    static QStringList Row()
-    {
-        return QStringLiteral("LblGeneral LblMobilAlert LblFajr LblShuruq LblDuhr LblAsr Maghrib LblIsha")
-            .split(u' ');
+        EXPECT_EQ(names.mid(0, 8).join(u' '),
+                  u"LblGeneral LblMobilAlert LblFajr LblShuruq LblDuhr LblAsr Maghrib LblIsha");
+        return names.mid(8).join(u' ');
     }
 };
 
 } // namespace
 
-TEST_F(FrmAlertsKeyboard, generalPage_tabGoesWithTheEye)
+TEST_F(FrmAlertsKeyboard, eachPage_tabGoesWithTheEye)
 {
     WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
                   {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")}});
     Open();
-    const QStringList page =
-        QStringLiteral("OptISNA OptUOIS OptMWL OptEGAS OptSetByUser TxtSetFarjAngle VScroll2 "
-                       "TxtSetIshaAngle VScroll3 OptShafi OptHanafi Opt12Hour Opt24Hour "
-                       "ChkDLS ChkAdvWarn TxtAdvWarn VScroll1 CmdClose")
-            .split(u' ');
-    EXPECT_EQ(TabOrder(), Row() + page);
-}
-
-TEST_F(FrmAlertsKeyboard, prayerPage_tabGoesWithTheEye)
-{
+    EXPECT_EQ(TabOrder(),
+              u"OptISNA OptUOIS OptMWL OptEGAS OptSetByUser TxtSetFarjAngle VScroll2 TxtSetIshaAngle "
+              u"VScroll3 OptShafi OptHanafi Opt12Hour Opt24Hour ChkDLS ChkAdvWarn TxtAdvWarn VScroll1 "
+              u"CmdClose");
+    dialog->SelectTab(2);
+    EXPECT_EQ(TabOrder(), u"ChkMobilEnable TxtMDID TxtPC CmdMobilReg LblReset");
+    dialog->Unload();
     WriteChanged({{QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")},
                   {QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\"")}});
     Open(3);
-    EXPECT_EQ(
-        TabOrder(),
-        Row() + QStringLiteral("ChkAlertMain ChkSilAlert ChkAudioAlert TxtPath LblBrowseLink ChkIndMobAlert")
-                    .split(u' '));
-}
-
-TEST_F(FrmAlertsKeyboard, mobilePage_tabGoesWithTheEye)
-{
-    Open(2);
-    EXPECT_EQ(TabOrder(),
-              Row() + QStringLiteral("ChkMobilEnable TxtMDID TxtPC CmdMobilReg LblReset").split(u' '));
+    EXPECT_EQ(TabOrder(), u"ChkAlertMain ChkSilAlert ChkAudioAlert TxtPath LblBrowseLink ChkIndMobAlert");
 }
 
 TEST_F(FrmAlertsKeyboard, closeByEnterAndBySpace)

@@ -23,18 +23,7 @@ constexpr Tab kTabs[] = {
     {7, "Maghrib", "Maghrib", "FrmPrayer"},     {8, "LblIsha", "Isha", "FrmPrayer"},
 };
 
-void PrintTo(const Tab& tab, std::ostream* stream)
-{
-    *stream << tab.label;
-}
-
-class FrmAlertsFrame : public DialogTest
-{
-};
-
-class FrmAlertsTab : public FrmAlertsFrame, public testing::WithParamInterface<Tab>
-{
-};
+using FrmAlertsFrame = DialogTest;
 
 } // namespace
 
@@ -45,17 +34,12 @@ TEST_F(FrmAlertsFrame, built_hasItsSizeCaptionAndGeneralFrame)
     EXPECT_EQ(built.size(), QSize(510, 300));
     EXPECT_LT(built.minimumWidth(), 510);
     EXPECT_GT(built.maximumWidth(), 510);
-    EXPECT_EQ(built.windowTitle(), QStringLiteral("Alerts"));
+    EXPECT_EQ(built.windowTitle(), u"Alerts");
     EXPECT_FALSE(built.isModal());
     built.Show();
     ExpectOnlyFrame("FrmGeneral");
-    EXPECT_EQ(Find<QLabel>("Label9").text(), QStringLiteral("Prayers:"));
+    EXPECT_EQ(Find<QLabel>("Label9").text(), u"Prayers:");
     EXPECT_EQ(files.loads, 0);
-}
-
-TEST_F(FrmAlertsFrame, framesShareOnePlace)
-{
-    Open();
     EXPECT_EQ(Widget("FrmGeneral").geometry(), Widget("FrmMobilAlert").geometry());
     EXPECT_EQ(Widget("FrmGeneral").geometry(), Widget("FrmPrayer").geometry());
 }
@@ -91,41 +75,30 @@ TEST_F(FrmAlertsFrame, tabRow_readsFromLeftToRight)
     }
 }
 
-TEST_P(FrmAlertsTab, click_showsItsPage)
+TEST_F(FrmAlertsFrame, tab_clickOrEnterShowsItsPage_onlyTheGeneralOneLoadsTheFile)
 {
-    // From another page, so that there is something to switch.
-    Open(GetParam().number == 1 ? 5 : 1);
-    EXPECT_EQ(Find<LinkLabel>(GetParam().label).text(), QLatin1String(GetParam().caption));
-    Click(GetParam().label);
-    ExpectOnlyFrame(GetParam().frame);
-    for (const Tab& tab : kTabs) {
-        EXPECT_TRUE(Widget(tab.label).isVisible()) << tab.label;
+    for (const bool byKey : {false, true}) {
+        for (const Tab& tab : kTabs) {
+            SCOPED_TRACE(tab.label);
+            Open();
+            // From another page, so that there is something to switch.
+            dialog->SelectTab(tab.number == 1 ? 2 : 1);
+            Forget();
+            EXPECT_EQ(Find<LinkLabel>(tab.label).text(), QLatin1String(tab.caption));
+            byKey ? Press(tab.label, QStringLiteral("Return")) : Click(tab.label);
+            ExpectOnlyFrame(tab.frame);
+            for (const Tab& other : kTabs) {
+                EXPECT_TRUE(Widget(other.label).isVisible()) << other.label;
+            }
+            EXPECT_TRUE(Widget("Label9").isVisible());
+            EXPECT_EQ(Widget("CmdClose").isVisible(), tab.number == 1);
+            EXPECT_EQ(Saves(), 0U);
+            // Every prayer of this file but Shuruq is on, and a tick that changes loads once.
+            EXPECT_EQ(files.loads, tab.number == 2 || tab.number == 4 ? 0 : 1);
+            dialog->Unload();
+        }
     }
-    EXPECT_TRUE(Widget("Label9").isVisible());
-    EXPECT_EQ(Widget("CmdClose").isVisible(), GetParam().number == 1);
-    EXPECT_EQ(Saves(), 0U);
 }
-
-TEST_P(FrmAlertsTab, enterKey_showsItsPage)
-{
-    Open(GetParam().number == 1 ? 5 : 1);
-    QTest::keyClick(&Widget(GetParam().label), Qt::Key_Return);
-    ExpectOnlyFrame(GetParam().frame);
-}
-
-TEST_P(FrmAlertsTab, selection_loadsTheFileOnlyForTheGeneralPage)
-{
-    Open();
-    dialog->SelectTab(GetParam().number == 1 ? 2 : 1);
-    Forget();
-    // Every prayer of this file but Shuruq is on, and a tick that changes loads once more.
-    const int ticks = GetParam().number >= 3 && GetParam().number != 4 ? 1 : 0;
-    dialog->SelectTab(GetParam().number);
-    EXPECT_EQ(files.loads, GetParam().number == 1 ? 1 : ticks);
-}
-
-INSTANTIATE_TEST_SUITE_P(Pages, FrmAlertsTab, testing::ValuesIn(kTabs),
-                         [](const auto& row) { return std::string(row.param.label); });
 
 TEST_F(FrmAlertsFrame, selectTab_unknownNumbers_showTheGeneralPageAsNumberOne)
 {
@@ -155,55 +128,39 @@ TEST_F(FrmAlertsFrame, everyPageOpened_writesNothing)
     EXPECT_TRUE(main.calls.isEmpty());
 }
 
-TEST_F(FrmAlertsFrame, cmdClose_handsOverToTheMainWindow)
-{
-    Open();
-    Click("CmdClose");
-    ExpectHandedOver();
-    // The main window still belongs to the dialog while it rereads the file.
-    EXPECT_EQ(main.activeFormAtUpdate, QStringLiteral("FrmAlerts"));
-    EXPECT_EQ(Saves(), 0U);
-}
-
-TEST_F(FrmAlertsFrame, closeBoxOnAPrayerPage_handsOverAsCmdCloseDoes)
-{
-    Open(6);
-    dialog->close();
-    ExpectHandedOver();
-}
-
-TEST_F(FrmAlertsFrame, changes_reachTheMainWindowOnlyOnClosing)
+TEST_F(FrmAlertsFrame, closing_handsOverToTheMainWindow_whichHearsOfNothingBefore)
 {
     Open();
     Click("OptEGAS");
     Click("OptHanafi");
     Click("ChkDLS");
     EXPECT_TRUE(main.calls.isEmpty());
+    Forget();
     Click("CmdClose");
-    EXPECT_EQ(main.calls.count(QStringLiteral("UpdateEverything")), 1);
+    ExpectHandedOver();
+    // The main window still belongs to the dialog while it rereads the file.
+    EXPECT_EQ(main.activeFormAtUpdate, u"FrmAlerts");
+    EXPECT_EQ(Saves(), 0U);
+    main.calls.clear();
+    Open(6);
+    dialog->close();
+    ExpectHandedOver();
 }
 
-TEST_F(FrmAlertsFrame, closing_updateFails_skipsFocusAndActiveForm)
+TEST_F(FrmAlertsFrame, closing_stepThatFails_skipsThoseBehindIt)
 {
-    Open();
-    main.updateFails = true;
-    Click("CmdClose");
-    EXPECT_FALSE(IsOpen());
-    EXPECT_EQ(main.calls, QStringList({QStringLiteral("Enable"), QStringLiteral("UpdateEverything")}));
-    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
-    EXPECT_TRUE(platform.boxes.boxes.empty());
-    EXPECT_EQ(platform.process.ended, 0);
-}
-
-TEST_F(FrmAlertsFrame, closing_focusFails_skipsActiveForm)
-{
-    Open();
-    main.focusFails = true;
-    Click("CmdClose");
-    EXPECT_FALSE(IsOpen());
-    EXPECT_EQ(main.calls, HandOver());
-    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmAlerts"));
-    EXPECT_TRUE(platform.boxes.boxes.empty());
+    for (const bool isUpdate : {true, false}) {
+        main.updateFails = isUpdate;
+        main.focusFails = !isUpdate;
+        main.calls.clear();
+        Open();
+        Click("CmdClose");
+        EXPECT_FALSE(IsOpen());
+        EXPECT_EQ(main.calls.join(u'|'), isUpdate ? u"Enable|UpdateEverything" : kHandOver);
+        EXPECT_EQ(forms.Variables().ActiveForm, u"FrmAlerts");
+        EXPECT_TRUE(platform.boxes.boxes.empty());
+        EXPECT_EQ(platform.process.ended, 0);
+    }
 }
 
 TEST_F(FrmAlertsFrame, shownAgain_isBuiltAnew)
@@ -220,24 +177,18 @@ TEST_F(FrmAlertsFrame, shownAgain_isBuiltAnew)
     EXPECT_FALSE(IsLive("VScroll1"));
 }
 
-TEST_F(FrmAlertsFrame, openedWhileOpen_reloadsTheNamedPage)
+TEST_F(FrmAlertsFrame, openedWhileOpen_comesToTheFrontWithTheNamedPage)
 {
     Open(3);
     const FrmAlerts* const first = dialog;
-    Open(8);
-    EXPECT_EQ(dialog, first);
-    EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QStringLiteral("Isha"));
-    EXPECT_TRUE(main.calls.isEmpty());
-}
-
-TEST_F(FrmAlertsFrame, openedWhileOpen_comesToTheFront)
-{
-    Open(3);
     QWidget other;
     other.show();
     other.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
     Open(8);
+    EXPECT_EQ(dialog, first);
+    EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), u"Isha");
+    EXPECT_TRUE(main.calls.isEmpty());
     EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
     dialog->showMinimized();
     Open(8);
@@ -253,15 +204,6 @@ TEST_F(FrmAlertsFrame, gainedFocus_repaintsTheDialog)
     QEvent activation(QEvent::WindowActivate);
     QCoreApplication::sendEvent(dialog, &activation);
     EXPECT_GE(count.paints, 1);
-}
-
-TEST_F(FrmAlertsFrame, openedForIsha_savesATickToIsha)
-{
-    Open(8);
-    Click("ChkSilAlert");
-    EXPECT_EQ(Stored(QStringLiteral("popup"), "isha"), QStringLiteral("false"));
-    EXPECT_EQ(Stored(QStringLiteral("popup"), "maghrib"), QStringLiteral("true"));
-    EXPECT_EQ(files.savedNames, QStringList(QStringLiteral("settings.xml")));
 }
 
 TEST_F(FrmAlertsFrame, pageSelectedOnANewDialog_readsAnEmptyDocument)

@@ -23,9 +23,9 @@ protected:
 TEST_F(GeneralPageTest, built_hasItsCaptionsAndStartState)
 {
     dialog = &forms.Touch<FrmAlerts>();
-    EXPECT_EQ(Find<QGroupBox>("Frame3").title(), QStringLiteral("Asr Calculation Method"));
-    EXPECT_EQ(Find<QGroupBox>("FrmFormat").title(), QStringLiteral("Clock Format"));
-    EXPECT_EQ(Find<QGroupBox>("Frame4").title(), QStringLiteral("General"));
+    EXPECT_EQ(Find<QGroupBox>("Frame3").title(), u"Asr Calculation Method");
+    EXPECT_EQ(Find<QGroupBox>("FrmFormat").title(), u"Clock Format");
+    EXPECT_EQ(Find<QGroupBox>("Frame4").title(), u"General");
     const std::pair<const char*, QString> buttons[] = {
         {"OptShafi", QStringLiteral("Shafi")},
         {"OptHanafi", QStringLiteral("Hanafi")},
@@ -39,8 +39,8 @@ TEST_F(GeneralPageTest, built_hasItsCaptionsAndStartState)
         EXPECT_EQ(Find<QAbstractButton>(name).text(), caption);
         EXPECT_EQ(IsTicked(name), qstrcmp(name, "OptShafi") == 0) << name;
     }
-    EXPECT_EQ(Find<QLabel>("Label1").text(), QStringLiteral("Current Location:"));
-    EXPECT_EQ(Find<QLabel>("Label2").text(), QStringLiteral("Minutes"));
+    EXPECT_EQ(Find<QLabel>("Label1").text(), u"Current Location:");
+    EXPECT_EQ(Find<QLabel>("Label2").text(), u"Minutes");
     EXPECT_EQ(Widget("CmdClose").parentWidget(), &Widget("FrmGeneral"));
     EXPECT_EQ(Widget("Label1").parentWidget(), &Widget("FrmGeneral"));
     EXPECT_FALSE(IsLive("TxtAdvWarn"));
@@ -52,21 +52,21 @@ TEST_F(GeneralPageTest, built_hasItsCaptionsAndStartState)
 
 TEST_F(GeneralPageTest, absentAttributes_readAsNotSet)
 {
-    WriteChanged({{QStringLiteral("method=\"ISNA\" useAdvWarn=\"false\" advWarn=\"10\" asrMethode=\"shafi\" "
-                                  "useDLS=\"false\" hourmode=\"24\" "),
-                   QString()}});
+    WriteChanged("method=\"ISNA\" useAdvWarn=\"false\" advWarn=\"10\" asrMethode=\"shafi\" "
+                 "useDLS=\"false\" hourmode=\"24\" ",
+                 "");
     const QByteArray before = ReadSettings();
     Open();
-    EXPECT_FALSE(IsTicked("ChkAdvWarn"));
-    EXPECT_EQ(TextOf("TxtAdvWarn"), QString());
+    for (const char* const name : {"OptHanafi", "Opt12Hour", "OptISNA"}) {
+        EXPECT_TRUE(IsTicked(name)) << name;
+    }
+    for (const char* const name : {"ChkAdvWarn", "ChkDLS", "OptShafi"}) {
+        EXPECT_FALSE(IsTicked(name)) << name;
+    }
+    EXPECT_EQ(TextOf("TxtAdvWarn"), u"");
     EXPECT_FALSE(IsLive("TxtAdvWarn"));
     EXPECT_FALSE(IsLive("VScroll1"));
     EXPECT_EQ(Bar("VScroll1").Value(), 30);
-    EXPECT_FALSE(IsTicked("ChkDLS"));
-    EXPECT_TRUE(IsTicked("OptHanafi"));
-    EXPECT_FALSE(IsTicked("OptShafi"));
-    EXPECT_TRUE(IsTicked("Opt12Hour"));
-    EXPECT_TRUE(IsTicked("OptISNA"));
     EXPECT_EQ(ReadSettings(), before);
 }
 
@@ -91,7 +91,7 @@ TEST_F(GeneralPageTest, storedValues_areComparedExactly)
         {"hourmode=\"24\"", "hourmode=\"24 \"", "Opt12Hour", "Opt24Hour"},
     };
     for (const auto& row : rows) {
-        WriteChanged(QString::fromUtf8(row.attribute), QString::fromUtf8(row.value));
+        WriteChanged(row.attribute, row.value);
         Open();
         EXPECT_TRUE(IsTicked(row.ticked)) << row.value;
         EXPECT_FALSE(IsTicked(row.clear)) << row.value;
@@ -120,14 +120,14 @@ TEST_F(GeneralPageTest, clicks_storeTheirAttributeInOneSave)
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.control << " to " << row.value);
-        WriteChanged(QString::fromUtf8(row.before), QString::fromUtf8(row.after));
+        WriteChanged(row.before, row.after);
         Open();
         Click(row.control);
-        EXPECT_EQ(SavedValues(QString::fromUtf8(row.attribute)), QStringList(QString::fromUtf8(row.value)));
+        EXPECT_EQ(SavedValues(row.attribute), QString::fromUtf8(row.value));
         EXPECT_EQ(files.loads, 1);
-        EXPECT_EQ(files.savedNames, QStringList(QStringLiteral("settings.xml")));
-        EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("10"));
-        EXPECT_EQ(Stored(QStringLiteral("method")), QStringLiteral("ISNA"));
+        EXPECT_EQ(files.savedNames.join(u'|'), u"settings.xml");
+        EXPECT_EQ(Stored("advWarn"), u"10");
+        EXPECT_EQ(Stored("method"), u"ISNA");
         EXPECT_TRUE(main.calls.isEmpty());
         if (qstrncmp(row.control, "Opt", 3) == 0) {
             Click(row.control);
@@ -152,21 +152,17 @@ TEST_F(GeneralPageTest, reload_leavesBoxesThatTheFileNoLongerTicks)
 
 TEST_F(GeneralPageTest, advanceAlert_opensLiveWithItsMinutes)
 {
-    const struct
-    {
-        const char* stored;
-        int bar;
-    } rows[] = {{"1", 1}, {"10", 10}, {"30", 30}, {"10.5", 10}, {"30.9", 30}};
-    for (const auto& row : rows) {
-        WriteAdvance(row.stored);
+    for (const auto& [stored, bar] : {std::pair{"1", 1}, std::pair{"10", 10}, std::pair{"30", 30},
+                                      std::pair{"10.5", 10}, std::pair{"30.9", 30}}) {
+        WriteAdvance(stored);
         const QByteArray before = ReadSettings();
         Open();
-        ASSERT_TRUE(IsOpen()) << row.stored;
+        ASSERT_TRUE(IsOpen()) << stored;
         EXPECT_TRUE(IsTicked("ChkAdvWarn"));
         EXPECT_TRUE(IsLive("TxtAdvWarn"));
         EXPECT_TRUE(IsLive("VScroll1"));
-        EXPECT_EQ(TextOf("TxtAdvWarn"), QString::fromUtf8(row.stored));
-        EXPECT_EQ(Bar("VScroll1").Value(), row.bar);
+        EXPECT_EQ(TextOf("TxtAdvWarn"), QString::fromUtf8(stored));
+        EXPECT_EQ(Bar("VScroll1").Value(), bar);
         EXPECT_EQ(ReadSettings(), before);
         dialog->Unload();
     }
@@ -177,47 +173,32 @@ TEST_F(GeneralPageTest, advanceAlertThatTheBarRefuses_closesTheDialogOnOpening)
     for (const char* const minutes : {"", "abc", "45", "31", "0", "0.9", "-1", "99999", "1e300"}) {
         SCOPED_TRACE(minutes);
         WriteAdvance(minutes);
-        const QByteArray before = ReadSettings();
-        main.calls.clear();
-        dialog = &forms.Touch<FrmAlerts>();
-        dialog->Show();
-        dialog->SelectTab(1);
-        ExpectHandedOver();
-        EXPECT_EQ(ReadSettings(), before);
+        ExpectClosedOnOpening();
     }
-}
-
-TEST_F(GeneralPageTest, advanceAlertWithoutMinutes_closesTheDialogOnOpening)
-{
-    WriteChanged(QStringLiteral("useAdvWarn=\"false\" advWarn=\"10\""),
-                 QStringLiteral("useAdvWarn=\"true\""));
-    dialog = &forms.Touch<FrmAlerts>();
-    dialog->Show();
-    dialog->SelectTab(1);
-    ExpectHandedOver();
+    WriteChanged("useAdvWarn=\"false\" advWarn=\"10\"", "useAdvWarn=\"true\"");
+    ExpectClosedOnOpening();
 }
 
 TEST_F(GeneralPageTest, refusedMinutesWithoutTheAdvanceAlert_areNotRead)
 {
-    WriteChanged(QStringLiteral("advWarn=\"10\""), QStringLiteral("advWarn=\"abc\""));
+    WriteChanged("advWarn=\"10\"", "advWarn=\"abc\"");
     Open();
     EXPECT_TRUE(IsOpen());
-    EXPECT_EQ(TextOf("TxtAdvWarn"), QString());
+    EXPECT_EQ(TextOf("TxtAdvWarn"), u"");
 }
 
 TEST_F(GeneralPageTest, advanceAlertTickedAndUnticked_keepsItsMinutes)
 {
     WriteAdvance("12");
     Open();
-    Click("ChkAdvWarn");
-    EXPECT_FALSE(IsLive("TxtAdvWarn"));
-    EXPECT_FALSE(IsLive("VScroll1"));
-    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("12"));
-    EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("12"));
-    Click("ChkAdvWarn");
-    EXPECT_TRUE(IsLive("TxtAdvWarn"));
-    EXPECT_TRUE(IsLive("VScroll1"));
-    EXPECT_EQ(Stored(QStringLiteral("useAdvWarn")), QStringLiteral("true"));
+    for (const bool isTicked : {false, true}) {
+        Click("ChkAdvWarn");
+        EXPECT_EQ(IsLive("TxtAdvWarn"), isTicked);
+        EXPECT_EQ(IsLive("VScroll1"), isTicked);
+        EXPECT_EQ(TextOf("TxtAdvWarn"), u"12");
+        EXPECT_EQ(Stored("advWarn"), u"12");
+        EXPECT_EQ(Stored("useAdvWarn"), isTicked ? u"true" : u"false");
+    }
 }
 
 TEST_F(GeneralPageTest, advanceAlertBar_storesMinutesThatEveryoneCanRead)
@@ -229,10 +210,8 @@ TEST_F(GeneralPageTest, advanceAlertBar_storesMinutesThatEveryoneCanRead)
         ClickArrow("VScroll1", true);
         ClickArrow("VScroll1", true);
         QTest::keyClick(&Widget("VScroll1"), Qt::Key_Down);
-        EXPECT_EQ(SavedValues(QStringLiteral("advWarn")),
-                  QStringList({QStringLiteral("13"), QStringLiteral("14"), QStringLiteral("13")}))
-            << locale;
-        EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("13"));
+        EXPECT_EQ(SavedValues("advWarn"), u"13|14|13") << locale;
+        EXPECT_EQ(TextOf("TxtAdvWarn"), u"13");
         dialog->Unload();
     }
 }
@@ -242,9 +221,9 @@ TEST_F(GeneralPageTest, advanceAlertBar_firstUse_startsFromItsHighEnd)
     Open();
     Click("ChkAdvWarn");
     ClickArrow("VScroll1", true);
-    EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("10"));
+    EXPECT_EQ(Stored("advWarn"), u"10");
     ClickArrow("VScroll1", false);
-    EXPECT_EQ(Stored(QStringLiteral("advWarn")), QStringLiteral("29"));
+    EXPECT_EQ(Stored("advWarn"), u"29");
 }
 
 TEST_F(GeneralPageTest, homeAndEndOnAnyBar_storeNothing)
@@ -260,28 +239,22 @@ TEST_F(GeneralPageTest, homeAndEndOnAnyBar_storeNothing)
     }
 }
 
-TEST_F(GeneralPageTest, advanceAlertBox_refusesTyping)
+TEST_F(GeneralPageTest, advanceAlertBox_refusesTyping_filledByCodeItStoresTheWholePart)
 {
     WriteAdvance("12");
     Open();
     EXPECT_TRUE(Box("TxtAdvWarn").isReadOnly());
     QTest::keyClicks(&Widget("TxtAdvWarn"), QStringLiteral("5"));
     Paste("TxtAdvWarn", QStringLiteral("7"));
-    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("12"));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), u"12");
     EXPECT_EQ(Saves(), 0U);
-}
-
-TEST_F(GeneralPageTest, advanceAlertBox_filledByCode_storesTheWholePart)
-{
-    WriteAdvance("12");
-    Open();
     // No range test here, for the bar is the only way in.
     Box("TxtAdvWarn").SetText(QStringLiteral("45.7"));
-    EXPECT_EQ(SavedValues(QStringLiteral("advWarn")), QStringList(QStringLiteral("45")));
-    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("45.7"));
+    EXPECT_EQ(SavedValues("advWarn"), u"45");
+    EXPECT_EQ(TextOf("TxtAdvWarn"), u"45.7");
     EXPECT_EQ(Bar("VScroll1").Value(), 12);
     Forget();
     Box("TxtAdvWarn").SetText(QStringLiteral("x"));
-    EXPECT_EQ(TextOf("TxtAdvWarn"), QStringLiteral("45"));
-    EXPECT_EQ(SavedValues(QStringLiteral("advWarn")), QStringList(QStringLiteral("45")));
+    EXPECT_EQ(TextOf("TxtAdvWarn"), u"45");
+    EXPECT_EQ(SavedValues("advWarn"), u"45");
 }

@@ -25,6 +25,17 @@ protected:
     {
         platform.http.replies[QStringLiteral("confirmSignup.pl")] = QByteArray(text);
     }
+    /// The page of a device that is confirmed.
+    void OpenConfirmed()
+    {
+        WriteMobile("true", "1", "D1", "P1");
+        Open(2);
+    }
+    void ExpectShown(const char* did, const char* pc) const
+    {
+        EXPECT_EQ(TextOf("TxtMDID"), QString::fromUtf8(did));
+        EXPECT_EQ(TextOf("TxtPC"), QString::fromUtf8(pc));
+    }
     /// The page with both boxes filled, as by typing.
     void OpenFilled()
     {
@@ -49,8 +60,8 @@ protected:
     }
     static void ExpectStored(const char* did, const char* pc, const char* confirm)
     {
-        EXPECT_EQ(Stored(QStringLiteral("mobileDID")), QString::fromUtf8(did));
-        EXPECT_EQ(Stored(QStringLiteral("mobilePC")), QString::fromUtf8(pc));
-        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QString::fromUtf8(confirm));
+        EXPECT_EQ(Stored("mobileDID"), QString::fromUtf8(did));
+        EXPECT_EQ(Stored("mobilePC"), QString::fromUtf8(pc));
+        EXPECT_EQ(Stored("mobileConfirm"), QString::fromUtf8(confirm));
     }
 };

@@ -42,9 +42,9 @@ TEST_F(MobilePageTest, built_hasItsCaptionsAndStartState)
         EXPECT_EQ(Widget(name).parentWidget(),
                   &Widget(QByteArray(name).startsWith("LblMobilH") ? "FrmMobilAlert" : "FrmMobilSub"));
     }
-    EXPECT_EQ(Find<CheckBox>("ChkMobilEnable").text(), QStringLiteral("Enable Mobile Alerts"));
+    EXPECT_EQ(Find<CheckBox>("ChkMobilEnable").text(), u"Enable Mobile Alerts");
     EXPECT_EQ(Widget("ChkMobilEnable").parentWidget(), &Widget("FrmMobilAlert"));
-    EXPECT_EQ(Find<QPushButton>("CmdMobilReg").text(), QStringLiteral("Register"));
+    EXPECT_EQ(Find<QPushButton>("CmdMobilReg").text(), u"Register");
     EXPECT_FALSE(IsTicked("ChkMobilEnable"));
     ExpectLive(true, true);
     EXPECT_TRUE(Widget("FrmMobilAlert").isHidden());
@@ -71,8 +71,7 @@ TEST_F(MobilePageTest, load_showsTheStatesOfTheFile)
         const QByteArray before = ReadSettings();
         Open(2);
         EXPECT_EQ(IsTicked("ChkMobilEnable"), row.ticked);
-        EXPECT_EQ(TextOf("TxtMDID"), QStringLiteral("D1"));
-        EXPECT_EQ(TextOf("TxtPC"), QStringLiteral("P1"));
+        ExpectShown("D1", "P1");
         EXPECT_TRUE(IsLive("FrmMobilSub"));
         EXPECT_TRUE(IsLive("LblReset"));
         EXPECT_EQ(IsLive("TxtMDID"), row.boxes);
@@ -91,8 +90,7 @@ TEST_F(MobilePageTest, enableClick_movesBetweenTheStatesInOneSave)
         for (const bool ticked : {true, false, true}) {
             Forget();
             Click("ChkMobilEnable");
-            EXPECT_EQ(SavedValues(QStringLiteral("mobileEnabled")),
-                      QStringList(ticked ? QStringLiteral("true") : QStringLiteral("false")));
+            EXPECT_EQ(SavedValues("mobileEnabled"), ticked ? u"true" : u"false");
             ExpectLive(ticked, ticked && !confirmed);
             ExpectStored("D1", "P1", confirmed ? "1" : "0");
         }
@@ -107,7 +105,7 @@ TEST_F(MobilePageTest, untick_leavesThePrayersAndGreysTheirMobileBoxAtTheNextLoa
     Click("ChkIndMobAlert");
     Click("LblMobilAlert");
     Click("ChkMobilEnable");
-    EXPECT_EQ(Stored(QStringLiteral("mobil"), "fajr"), QStringLiteral("true"));
+    EXPECT_EQ(Stored("mobil", "fajr"), u"true");
     Click("LblFajr");
     EXPECT_FALSE(IsLive("ChkIndMobAlert"));
     EXPECT_TRUE(IsTicked("ChkIndMobAlert"));
@@ -117,12 +115,10 @@ TEST_F(MobilePageTest, typing_isStoredAtEachKeystroke)
 {
     Open(2);
     QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("12"));
-    EXPECT_EQ(SavedValues(QStringLiteral("mobileDID")),
-              QStringList({QStringLiteral("1"), QStringLiteral("12")}));
+    EXPECT_EQ(SavedValues("mobileDID"), u"1|12");
     Forget();
     QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("ab"));
-    EXPECT_EQ(SavedValues(QStringLiteral("mobilePC")),
-              QStringList({QStringLiteral("a"), QStringLiteral("ab")}));
+    EXPECT_EQ(SavedValues("mobilePC"), u"a|ab");
     ExpectStored("12", "ab", "0");
     EXPECT_EQ(files.loads, 2);
 }
@@ -138,9 +134,11 @@ TEST_F(MobilePageTest, register_withAnEmptyBox_asksForBothWithoutTryingTheNetwor
             QTest::keyClicks(&Widget(filled), QStringLiteral("1"));
         }
         Forget();
-        platform.boxes.boxes.clear();
-        Click("CmdMobilReg");
-        ExpectBox(kIncomplete);
+        for (const bool byKey : {false, true}) {
+            platform.boxes.boxes.clear();
+            byKey ? DialogTest::Press("CmdMobilReg", QStringLiteral("Return")) : Click("CmdMobilReg");
+            ExpectBox(kIncomplete);
+        }
         EXPECT_TRUE(platform.http.probes.isEmpty());
         EXPECT_EQ(Saves(), 0U);
         EXPECT_EQ(files.loads, 0);
@@ -148,53 +146,38 @@ TEST_F(MobilePageTest, register_withAnEmptyBox_asksForBothWithoutTryingTheNetwor
     }
 }
 
-TEST_F(MobilePageTest, register_offline_saysSoWithoutARequest)
-{
-    platform.http.reachable = false;
-    OpenFilled();
-    Click("CmdMobilReg");
-    ExpectBox(kOffline);
-    EXPECT_EQ(platform.http.probes.size(), 1);
-    EXPECT_TRUE(platform.http.requests.isEmpty());
-    EXPECT_EQ(Saves(), 0U);
-}
-
-TEST_F(MobilePageTest, register_withoutAReply_saysTheSame)
+TEST_F(MobilePageTest, register_offlineOrWithoutAReply_saysTheSame)
 {
     OpenFilled();
-    for (const char* const reply : {"", "<root result=", "no document"}) {
+    for (const char* const reply : {"offline", "", "<root result=", "no document"}) {
+        platform.http.reachable = qstrcmp(reply, "offline") != 0;
+        platform.http.probes.clear();
+        platform.http.requests.clear();
         platform.boxes.boxes.clear();
         Reply(reply);
         Click("CmdMobilReg");
         ExpectBox(kOffline);
+        EXPECT_EQ(platform.http.probes.size(), 1);
+        EXPECT_EQ(platform.http.requests.size(), platform.http.reachable ? 1 : 0);
     }
     EXPECT_EQ(Saves(), 0U);
     ExpectLive(true, true);
 }
 
-TEST_F(MobilePageTest, register_asksWithTheCodeAsTyped)
+TEST_F(MobilePageTest, register_asksTheServiceOfTheSettingsWithTheCodeAsTyped)
 {
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    Click("CmdMobilReg");
-    ASSERT_EQ(platform.http.requests.size(), 1);
-    EXPECT_TRUE(platform.http.requests.front().endsWith(QStringLiteral(
-        "/cgi-bin/dbeacon/ma/confirmSignup.pl?prod_string=P-77&vCode=55 21&&dist_string=dbeacon")));
-}
-
-TEST_F(MobilePageTest, serviceOfTheSettings_isNamedAndAsked)
-{
-    forms.Variables().Settings.ServiceText = QStringLiteral("https://times.example.org");
-    forms.Variables().Settings.SignupText = QStringLiteral("test@example.org");
-    forms.Variables().Settings.ProbeText = QStringLiteral("http://probe.example.org/");
+    Configuration& settings = forms.Variables().Settings;
+    settings.ServiceText = QStringLiteral("https://times.example.org");
+    settings.SignupText = QStringLiteral("test@example.org");
+    settings.ProbeText = QStringLiteral("http://probe.example.org/");
     OpenFilled();
     EXPECT_EQ(Find<QLabel>("LblMobil1").text(),
-              QStringLiteral("1. From your mobile device, send a text message to test@example.org with the "
-                             "word \"test\"."));
+              u"1. From your mobile device, send a text message to test@example.org with the word \"test\".");
     Click("CmdMobilReg");
-    EXPECT_EQ(platform.http.probes, QStringList(forms.Variables().Settings.ProbeText));
-    ASSERT_EQ(platform.http.requests.size(), 1);
-    EXPECT_TRUE(platform.http.requests.front().startsWith(forms.Variables().Settings.ServiceText + u'/'));
+    EXPECT_EQ(platform.http.probes, QStringList(settings.ProbeText));
+    EXPECT_EQ(platform.http.requests.join(u'|'),
+              u"https://times.example.org/cgi-bin/dbeacon/ma/"
+              u"confirmSignup.pl?prod_string=P-77&vCode=55 21&&dist_string=dbeacon");
 }
 
 TEST_F(MobilePageTest, register_replies_areStoredAndShown)
@@ -225,13 +208,17 @@ TEST_F(MobilePageTest, register_replies_areStoredAndShown)
         OpenFilled();
         platform.boxes.boxes.clear();
         Reply(row.reply);
+        platform.boxes.whileOpen = [&] {
+            EXPECT_EQ(Stored("mobileConfirm"), QString::fromUtf8(row.confirm)) << "stored before it speaks";
+            EXPECT_EQ(IsLive("CmdMobilReg"), !row.locks);
+        };
         Click("CmdMobilReg");
         ExpectBox(row.shown);
         EXPECT_EQ(Saves(), 1U);
         ExpectStored("15551234", "55 21&", row.confirm);
         ExpectLive(true, !row.locks);
         EXPECT_FALSE(IsTicked("ChkMobilEnable"));
-        EXPECT_EQ(Stored(QStringLiteral("mobileEnabled")), QStringLiteral("false"));
+        EXPECT_EQ(Stored("mobileEnabled"), u"false");
         dialog->Unload();
     }
 }
@@ -249,18 +236,6 @@ TEST_F(MobilePageTest, register_fileThatCannotBeWritten_speaksAndLocksAllTheSame
     ExpectStored("15551234", "55 21&", "0");
 }
 
-TEST_F(MobilePageTest, register_storesBeforeItSpeaks)
-{
-    OpenFilled();
-    Reply("<root result='1' message='Welcome'/>");
-    platform.boxes.whileOpen = [this] {
-        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")), QStringLiteral("1"));
-        EXPECT_FALSE(IsLive("CmdMobilReg"));
-    };
-    Click("CmdMobilReg");
-    EXPECT_EQ(platform.boxes.boxes.size(), 1U);
-}
-
 TEST_F(MobilePageTest, register_missingAttributes_areAddedInThisOrder)
 {
     OpenFilled();
@@ -273,20 +248,12 @@ TEST_F(MobilePageTest, register_missingAttributes_areAddedInThisOrder)
     EXPECT_LT(text.indexOf("mobileDID="), text.indexOf("mobilePC="));
 }
 
-TEST_F(MobilePageTest, register_byEnter_worksAsByMouse)
-{
-    Open(2);
-    QTest::keyClick(&Widget("CmdMobilReg"), Qt::Key_Return);
-    ExpectBox(kIncomplete);
-}
-
 // "Reset"
 
 TEST_F(MobilePageTest, reset_answeredNo_changesNothing)
 {
-    WriteMobile("true", "1", "D1", "P1");
+    OpenConfirmed();
     const QByteArray before = ReadSettings();
-    Open(2);
     platform.boxes.whileOpen = [this] { EXPECT_FALSE(IsLive("LblReset")); };
     Click("LblReset");
     ExpectBox(kQuestion, QStringLiteral("Yes No"));
@@ -298,67 +265,53 @@ TEST_F(MobilePageTest, reset_answeredNo_changesNothing)
 
 TEST_F(MobilePageTest, reset_byKey_hasTheFocusBackAfterTheQuestion)
 {
+    OpenConfirmed();
     for (const bool answer : {false, true}) {
-        WriteMobile("true", "1", "D1", "P1");
-        Open(2);
+        platform.boxes.boxes.clear();
         platform.boxes.answers = {answer};
         Widget("LblReset").setFocus();
         QTest::keyClick(&Widget("LblReset"), Qt::Key_Return);
         EXPECT_EQ(platform.boxes.boxes.size(), 1U);
         EXPECT_EQ(dialog->focusWidget(), &Widget("LblReset")) << answer;
-        platform.boxes.boxes.clear();
-        WriteSettings();
-        dialog->Unload();
     }
 }
 
 TEST_F(MobilePageTest, reset_answeredYes_clearsAndOpensTheForm)
 {
-    WriteMobile("true", "1", "D1", "P1");
-    Open(2);
-    platform.boxes.answers = {true};
+    OpenConfirmed();
+    platform.boxes.answers = {true, true};
     Click("LblReset");
     ExpectStored("", "", "0");
     ExpectLive(true, true);
-    EXPECT_EQ(TextOf("TxtMDID"), QString());
-    EXPECT_EQ(TextOf("TxtPC"), QString());
+    ExpectShown("", "");
     // Each box stores its clearing, then all three together.
-    EXPECT_EQ(SavedValues(QStringLiteral("mobileDID")), QStringList({QString(), QString(), QString()}));
-    EXPECT_EQ(SavedValues(QStringLiteral("mobilePC")),
-              QStringList({QStringLiteral("P1"), QString(), QString()}));
-    EXPECT_EQ(SavedValues(QStringLiteral("mobileConfirm")),
-              QStringList({QStringLiteral("1"), QStringLiteral("1"), QStringLiteral("0")}));
+    EXPECT_EQ(SavedValues("mobileDID"), u"||");
+    EXPECT_EQ(SavedValues("mobilePC"), u"P1||");
+    EXPECT_EQ(SavedValues("mobileConfirm"), u"1|1|0");
     EXPECT_TRUE(platform.http.probes.isEmpty());
     EXPECT_TRUE(platform.http.requests.isEmpty());
-    EXPECT_EQ(Stored(QStringLiteral("mobileEnabled")), QStringLiteral("true"));
+    EXPECT_EQ(Stored("mobileEnabled"), u"true");
+    Forget();
+    Click("LblReset");
+    EXPECT_EQ(Saves(), 1U) << "the boxes are empty";
     Click("LblFajr");
     EXPECT_FALSE(IsLive("ChkIndMobAlert"));
 }
 
 TEST_F(MobilePageTest, reset_fileThatCannotBeWritten_opensTheFormAllTheSame)
 {
-    WriteMobile("true", "1", "D1", "P1");
-    Open(2);
+    OpenConfirmed();
     platform.boxes.answers = {true};
     files.refuses = true;
     Click("LblReset");
     ExpectLive(true, true);
-    EXPECT_EQ(TextOf("TxtMDID"), QString());
+    ExpectShown("", "");
     ExpectStored("D1", "P1", "1");
-}
-
-TEST_F(MobilePageTest, reset_withEmptyBoxes_savesOnce)
-{
-    Open(2);
-    platform.boxes.answers = {true};
-    Click("LblReset");
-    EXPECT_EQ(Saves(), 1U);
 }
 
 TEST_F(MobilePageTest, reset_dialogClosedUnderTheQuestion_stopsQuietly)
 {
-    WriteMobile("true", "1", "D1", "P1");
-    Open(2);
+    OpenConfirmed();
     platform.boxes.answers = {true};
     platform.boxes.whileOpen = [this] { dialog->Unload(); };
     Click("LblReset");
@@ -368,8 +321,7 @@ TEST_F(MobilePageTest, reset_dialogClosedUnderTheQuestion_stopsQuietly)
 
 TEST_F(MobilePageTest, afterReset_aSignUpGoesThroughAgain)
 {
-    WriteMobile("true", "1", "D1", "P1");
-    Open(2);
+    OpenConfirmed();
     platform.boxes.answers = {true};
     Click("LblReset");
     QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("D2"));

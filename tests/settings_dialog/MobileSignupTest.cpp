@@ -46,11 +46,6 @@ protected:
         Click("LblReset");
         platform.boxes.boxes.clear();
     }
-    void ExpectShown(const char* did, const char* pc) const
-    {
-        EXPECT_EQ(TextOf("TxtMDID"), QString::fromUtf8(did));
-        EXPECT_EQ(TextOf("TxtPC"), QString::fromUtf8(pc));
-    }
 };
 
 } // namespace
@@ -79,7 +74,7 @@ TEST_F(MobileSignupTest, dialogClosed_storesTheDeviceAndSpeaks)
         ExpectBox(row.shown);
         EXPECT_EQ(Saves(), 1U);
         EXPECT_FALSE(IsOpen());
-        EXPECT_EQ(main.calls, HandOver()) << "once, for the closing";
+        EXPECT_EQ(main.calls.join(u'|'), kHandOver) << "once, for the closing";
     }
 }
 
@@ -105,8 +100,7 @@ TEST_F(MobileSignupTest, dialogClosed_fileThatCannotBeLoadedOrSaved_isLeftAloneA
         });
         ExpectBox(kWelcome);
         EXPECT_EQ(QFile::exists(kSettingsFile), isThere);
-        EXPECT_EQ(Stored(QStringLiteral("mobileConfirm")),
-                  isThere ? QStringLiteral("0") : QStringLiteral("(absent)"));
+        EXPECT_EQ(Stored("mobileConfirm"), isThere ? QStringLiteral("0") : QStringLiteral("(absent)"));
     }
 }
 
@@ -301,7 +295,7 @@ TEST_F(MobileSignupTest, storingThatThrows_closesTheDialogAndTheReplyIsShown)
         files.throws = false;
         ExpectBox(kWelcome);
         EXPECT_FALSE(IsOpen());
-        EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmMain"));
+        EXPECT_EQ(forms.Variables().ActiveForm, u"FrmMain");
     }
 }
 

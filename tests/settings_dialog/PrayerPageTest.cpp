@@ -17,11 +17,6 @@ struct Prayer
 constexpr Prayer kPrayers[] = {{3, "fajr", "Fajr"}, {4, "shuruq", "Shuruq"},   {5, "duhr", "Duhr"},
                                {6, "asr", "Asr"},   {7, "maghrib", "Maghrib"}, {8, "isha", "Isha"}};
 
-void PrintTo(const Prayer& prayer, std::ostream* stream)
-{
-    *stream << prayer.text;
-}
-
 const QString kMobileOff = QStringLiteral("mobileEnabled=\"false\"");
 const QString kMobileOn = QStringLiteral("mobileEnabled=\"true\"");
 const QString kUnconfirmed = QStringLiteral("mobileConfirm=\"0\"");
@@ -59,10 +54,6 @@ protected:
     }
 };
 
-class PrayerPageEach : public PrayerPageTest, public testing::WithParamInterface<Prayer>
-{
-};
-
 } // namespace
 
 TEST_F(PrayerPageTest, built_hasItsCaptionsAndStartState)
@@ -85,13 +76,13 @@ TEST_F(PrayerPageTest, built_hasItsCaptionsAndStartState)
         EXPECT_EQ(IsLive(box.name), box.live) << box.name;
         EXPECT_EQ(Widget(box.name).parentWidget(), &Widget("FrmPrayer"));
     }
-    EXPECT_EQ(Find<QGroupBox>("FrmFileSelect").title(), QStringLiteral("File to play at prayer time:"));
+    EXPECT_EQ(Find<QGroupBox>("FrmFileSelect").title(), u"File to play at prayer time:");
     EXPECT_FALSE(IsLive("FrmFileSelect"));
     // Enabled in itself; its frame is what greys it.
     EXPECT_TRUE(Widget("TxtPath").isEnabledTo(&Widget("FrmFileSelect")));
     EXPECT_TRUE(Widget("LblBrowseLink").isEnabledTo(&Widget("FrmFileSelect")));
     EXPECT_EQ(TextOf("TxtPath"), QString());
-    EXPECT_EQ(Find<LinkLabel>("LblBrowseLink").text(), QStringLiteral("Browse"));
+    EXPECT_EQ(Find<LinkLabel>("LblBrowseLink").text(), u"Browse");
     EXPECT_TRUE(Find<QLabel>("LblPrayerName").font().bold());
     EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QString());
     for (const char* const line : {"Line1", "Line2", "Line3", "Line4"}) {
@@ -100,79 +91,73 @@ TEST_F(PrayerPageTest, built_hasItsCaptionsAndStartState)
     EXPECT_TRUE(Widget("FrmPrayer").isHidden());
 }
 
-TEST_P(PrayerPageEach, page_namesItsPrayerAndReadsItsElement)
+TEST_F(PrayerPageTest, page_namesItsPrayerAndReadsItsElement)
 {
-    WriteChanged(
-        Element(GetParam().element, qstrcmp(GetParam().element, "shuruq") == 0 ? kOff : kOn),
-        Element(GetParam().element,
-                R"(enabled="true" popup="false" mobil="true" play="true" audioFile="C:\no such.mp3")"));
-    const QByteArray before = ReadSettings();
-    Open(GetParam().tab);
-    EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QString::fromUtf8(GetParam().text));
-    EXPECT_TRUE(IsTicked("ChkAlertMain"));
-    EXPECT_FALSE(IsTicked("ChkSilAlert"));
-    EXPECT_TRUE(IsTicked("ChkAudioAlert"));
-    // Grey, for mobile alerts are not confirmed, and still showing the stored tick.
-    EXPECT_TRUE(IsTicked("ChkIndMobAlert"));
-    EXPECT_FALSE(IsLive("ChkIndMobAlert"));
-    EXPECT_EQ(TextOf("TxtPath"), QStringLiteral("C:\\no such.mp3"));
-    EXPECT_EQ(ReadSettings(), before);
+    for (const Prayer& prayer : kPrayers) {
+        SCOPED_TRACE(prayer.text);
+        WriteChanged(
+            Element(prayer.element, qstrcmp(prayer.element, "shuruq") == 0 ? kOff : kOn),
+            Element(prayer.element,
+                    R"(enabled="true" popup="false" mobil="true" play="true" audioFile="C:\no such.mp3")"));
+        const QByteArray before = ReadSettings();
+        Open(prayer.tab);
+        EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QString::fromUtf8(prayer.text));
+        EXPECT_TRUE(IsTicked("ChkAlertMain"));
+        EXPECT_FALSE(IsTicked("ChkSilAlert"));
+        EXPECT_TRUE(IsTicked("ChkAudioAlert"));
+        // Grey, for mobile alerts are not confirmed, and still showing the stored tick.
+        EXPECT_TRUE(IsTicked("ChkIndMobAlert"));
+        EXPECT_FALSE(IsLive("ChkIndMobAlert"));
+        EXPECT_EQ(TextOf("TxtPath"), u"C:\\no such.mp3");
+        EXPECT_EQ(ReadSettings(), before);
+        dialog->Unload();
+    }
 }
 
-TEST_P(PrayerPageEach, clicks_storeTheirAttributeOnThisPrayerOnly)
+TEST_F(PrayerPageTest, clickOrKeystroke_storesItsAttributeOnThisPrayerOnly)
 {
     const struct
     {
         const char* control;
-        QString attribute;
-    } rows[] = {{"ChkAlertMain", QStringLiteral("enabled")},
-                {"ChkSilAlert", QStringLiteral("popup")},
-                {"ChkAudioAlert", QStringLiteral("play")},
-                {"ChkIndMobAlert", QStringLiteral("mobil")}};
-    WriteChanged({{kMobileOff, kMobileOn},
-                  {kUnconfirmed, kConfirmed},
-                  {QString::fromUtf8(kOff), QString::fromUtf8(kOn)}});
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.control);
-        Open(GetParam().tab);
-        for (const bool ticked : {!IsTicked(row.control), IsTicked(row.control)}) {
+        const char* attribute;
+        const char16_t* before;
+    } rows[] = {{"ChkAlertMain", "enabled", u"true"},
+                {"ChkSilAlert", "popup", u"true"},
+                {"ChkAudioAlert", "play", u"false"},
+                {"ChkIndMobAlert", "mobil", u"false"},
+                {"TxtPath", "audioFile", u""}};
+    for (const Prayer& prayer : kPrayers) {
+        WriteChanged({{kMobileOff, kMobileOn},
+                      {kUnconfirmed, kConfirmed},
+                      {QString::fromUtf8(kOff), QString::fromUtf8(kOn)}});
+        Open(prayer.tab);
+        for (const auto& [control, attribute, before] : rows) {
+            SCOPED_TRACE(std::string(prayer.text) + ' ' + control);
+            const bool isPath = qstrcmp(control, "TxtPath") == 0;
+            const bool wasTicked = !isPath && IsTicked(control);
             Forget();
-            const QString was = Stored(row.attribute, GetParam().element);
-            Click(row.control);
-            const QString value = ticked ? QStringLiteral("true") : QStringLiteral("false");
-            EXPECT_EQ(SavedValues(row.attribute, GetParam().element), QStringList(value));
-            EXPECT_EQ(files.loads, 1);
-            EXPECT_NE(was, value);
+            if (isPath) {
+                QTest::keyClicks(&Widget(control), QStringLiteral("a.w"));
+                EXPECT_EQ(SavedValues(attribute, prayer.element), u"a|a.|a.w");
+            } else {
+                Click(control);
+                EXPECT_EQ(SavedValues(attribute, prayer.element), wasTicked ? u"false" : u"true");
+                EXPECT_EQ(files.loads, 1);
+            }
             for (const Prayer& other : kPrayers) {
-                if (other.tab != GetParam().tab) {
-                    EXPECT_NE(Stored(row.attribute, other.element), QStringLiteral("(absent)"));
-                    EXPECT_EQ(Stored(row.attribute, other.element),
-                              row.attribute == u"enabled" || row.attribute == u"popup"
-                                  ? QStringLiteral("true")
-                                  : QStringLiteral("false"))
-                        << other.element;
-                }
+                EXPECT_EQ(Stored(attribute, other.element) == before, other.tab != prayer.tab)
+                    << other.element;
+            }
+            if (!isPath) {
+                Forget();
+                Click(control);
+                EXPECT_EQ(SavedValues(attribute, prayer.element), before);
+                EXPECT_EQ(files.loads, 1);
             }
         }
         dialog->Unload();
     }
 }
-
-TEST_P(PrayerPageEach, path_isStoredAtEachKeystroke)
-{
-    WriteChanged(QString::fromUtf8(kOff), QString::fromUtf8(kOn));
-    Open(GetParam().tab);
-    QTest::keyClicks(&Widget("TxtPath"), QStringLiteral("a.w"));
-    EXPECT_EQ(SavedValues(QStringLiteral("audioFile"), GetParam().element),
-              QStringList({QStringLiteral("a"), QStringLiteral("a."), QStringLiteral("a.w")}));
-    for (const Prayer& other : kPrayers) {
-        EXPECT_EQ(Stored(QStringLiteral("audioFile"), other.element),
-                  other.tab == GetParam().tab ? QStringLiteral("a.w") : QString());
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Prayers, PrayerPageEach, testing::ValuesIn(kPrayers),
-                         [](const auto& row) { return std::string(row.param.text); });
 
 TEST_F(PrayerPageTest, storedBooleans_areComparedExactly)
 {
@@ -184,7 +169,7 @@ TEST_F(PrayerPageTest, storedBooleans_areComparedExactly)
     EXPECT_EQ(TextOf("TxtPath"), QString());
 }
 
-TEST_F(PrayerPageTest, greyStates_afterAPageLoad)
+TEST_F(PrayerPageTest, greyStates_afterAPageLoadAndAClick)
 {
     for (const bool confirmed : {true, false}) {
         WriteShuruqAndIsha(kOff, kOn, confirmed);
@@ -195,15 +180,6 @@ TEST_F(PrayerPageTest, greyStates_afterAPageLoad)
         ExpectSubOptionsLive(false);
         // Offered although this prayer's alert is off.
         EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
-        dialog->Unload();
-    }
-}
-
-TEST_F(PrayerPageTest, greyStates_afterAClick)
-{
-    for (const bool confirmed : {true, false}) {
-        WriteShuruqAndIsha(kOff, kOn, confirmed);
-        Open(4);
         Click("ChkAlertMain");
         ExpectSubOptionsLive(true);
         EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
@@ -253,15 +229,15 @@ TEST_F(PrayerPageTest, untickedAlert_keepsItsSubOptions)
     WriteShuruqAndIsha(kOff, R"(enabled="true" popup="true" mobil="true" play="true" audioFile="a.wav")");
     Open(8);
     Click("ChkAlertMain");
-    EXPECT_EQ(Stored(QStringLiteral("enabled"), "isha"), QStringLiteral("false"));
+    EXPECT_EQ(Stored("enabled", "isha"), u"false");
     for (const char* const attribute : {"popup", "mobil", "play"}) {
-        EXPECT_EQ(Stored(QLatin1String(attribute), "isha"), QStringLiteral("true")) << attribute;
+        EXPECT_EQ(Stored(QLatin1String(attribute), "isha"), u"true") << attribute;
     }
-    EXPECT_EQ(Stored(QStringLiteral("audioFile"), "isha"), QStringLiteral("a.wav"));
+    EXPECT_EQ(Stored("audioFile", "isha"), u"a.wav");
     Click("ChkAlertMain");
     EXPECT_TRUE(IsTicked("ChkSilAlert"));
     EXPECT_TRUE(IsTicked("ChkAudioAlert"));
-    EXPECT_EQ(TextOf("TxtPath"), QStringLiteral("a.wav"));
+    EXPECT_EQ(TextOf("TxtPath"), u"a.wav");
 }
 
 TEST_F(PrayerPageTest, anotherPrayer_takesNothingFromTheOneBefore)
@@ -273,9 +249,9 @@ TEST_F(PrayerPageTest, anotherPrayer_takesNothingFromTheOneBefore)
     Click("LblShuruq");
     EXPECT_EQ(TextOf("TxtPath"), QString());
     EXPECT_EQ(Saves(), 0U);
-    EXPECT_EQ(Stored(QStringLiteral("audioFile"), "shuruq"), QString());
+    EXPECT_EQ(Stored("audioFile", "shuruq"), QString());
     Click("LblFajr");
-    EXPECT_EQ(TextOf("TxtPath"), QStringLiteral("fajr.wav"));
+    EXPECT_EQ(TextOf("TxtPath"), u"fajr.wav");
 }
 
 TEST_F(PrayerPageTest, missingElement_readsClearAndTakesNothing)
@@ -311,36 +287,27 @@ TEST_F(PrayerPageTest, pathWithMarkupAndOtherScripts_comesBackAsTyped)
     const QString path = QStringLiteral("C:\\a & b\\<\"\u0641\u062c\u0631\">.mp3");
     Open(3);
     Paste("TxtPath", path);
-    EXPECT_EQ(Stored(QStringLiteral("audioFile"), "fajr"), path);
+    EXPECT_EQ(Stored("audioFile", "fajr"), path);
     dialog->SelectTab(5);
     dialog->SelectTab(3);
     EXPECT_EQ(TextOf("TxtPath"), path);
 }
 
-TEST_F(PrayerPageTest, browse_closesTheDialogSilently)
+TEST_F(PrayerPageTest, browse_closesTheDialogSilently_whereItIsLive)
 {
-    Open(3);
-    const QByteArray before = ReadSettings();
-    const LinkLabel& browse = Find<LinkLabel>("LblBrowseLink");
-    Click("LblBrowseLink");
-    ExpectHandedOver();
-    // The window stays in memory until the event loop is free.
-    EXPECT_FALSE(browse.isEnabled());
-    EXPECT_EQ(Saves(), 0U);
-    EXPECT_EQ(ReadSettings(), before);
-    Open(3);
-    EXPECT_TRUE(IsLive("LblBrowseLink"));
-}
-
-TEST_F(PrayerPageTest, browseByKey_closesTheDialogToo)
-{
-    Open(3);
-    QTest::keyClick(&Widget("LblBrowseLink"), Qt::Key_Return);
-    ExpectHandedOver();
-}
-
-TEST_F(PrayerPageTest, greyBrowse_takesNoClick)
-{
+    for (const bool byKey : {false, true}) {
+        Open(3);
+        const QByteArray before = ReadSettings();
+        const LinkLabel& browse = Find<LinkLabel>("LblBrowseLink");
+        EXPECT_TRUE(browse.isEnabled());
+        byKey ? Press("LblBrowseLink", QStringLiteral("Return")) : Click("LblBrowseLink");
+        ExpectHandedOver();
+        // The window stays in memory until the event loop is free.
+        EXPECT_FALSE(browse.isEnabled());
+        EXPECT_EQ(Saves(), 0U);
+        EXPECT_EQ(ReadSettings(), before);
+        main.calls.clear();
+    }
     Open(4);
     QTest::mouseClick(&Widget("LblBrowseLink"), Qt::LeftButton);
     EXPECT_TRUE(IsOpen());
