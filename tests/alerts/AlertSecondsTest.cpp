@@ -57,10 +57,8 @@ TEST_F(AlertSecondsTest, overflow_isAnErrorOfTheTick)
     main->Variables().Settings.AdvAlertMinutes = 548;
     SetUpTimer(-1);
     TickAt(9, 34); // 548 minutes before 18:42
-    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
-    EXPECT_EQ(platform.boxes.boxes.front(),
-              (FakeMessageBoxes::Box{QStringLiteral("There has been an error. Please restart Dusk Beacon"),
-                                     QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
+    EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Message(QStringLiteral(
+                                        "There has been an error. Please restart Dusk Beacon"))});
     EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
     EXPECT_FALSE(PopupIsUp());
 }

@@ -57,15 +57,10 @@ protected:
         EXPECT_TRUE(text.contains(QLatin1String(before))) << before;
         return text.replace(QLatin1String(before), QLatin1String(after));
     }
-    [[nodiscard]] static FakeMessageBoxes::Box FatalBox(int number)
-    {
-        return {QStringLiteral("An error has occured, The application will be terminated."),
-                QStringLiteral("Error - %1").arg(number), QStringLiteral("OK")};
-    }
     /// The fatal box alone has come, and the program ends.
     void ExpectFatal(int number)
     {
-        EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(number)});
+        EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Fatal(number)});
         EXPECT_EQ(platform.process.ended, 1);
     }
     /// The file names a place that there is none of.

@@ -76,12 +76,6 @@ protected:
         return found->isVisible() ? found->text() : QStringLiteral("(hidden)");
     }
 
-    [[nodiscard]] static FakeMessageBoxes::Box FatalBox(int number)
-    {
-        return {QStringLiteral("An error has occured, The application will be terminated."),
-                QStringLiteral("Error - %1").arg(number), QStringLiteral("OK")};
-    }
-
     FakePlatform platform;
     Forms forms{platform.doors};
     MobileSignup signup{forms};
@@ -195,7 +189,7 @@ TEST_F(MainLinksTest, link_dialogThatFailsToOpen_leavesItsStepAndEnds)
         platform.process.ended = 0;
         Desk::Click(Link(name));
         EXPECT_EQ(opened.size(), 1) << "once, so that no tab is selected";
-        EXPECT_EQ(platform.boxes.boxes, std::vector{FatalBox(number)});
+        EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Fatal(number)});
         EXPECT_EQ(platform.process.ended, 1);
         EXPECT_EQ(window.Variables().ActiveForm, u"FrmMain");
         EXPECT_EQ(window.Variables().TraceLoc, u"FrmMain - LblAlertsLink_Click 2")

@@ -146,7 +146,7 @@ TEST_P(DialogInFrontTest, otherFailure_endsWithItsBox)
     OpenDialog(GetParam()).focusError = ErrorNumber::kObjectNotSet;
     Activate(main);
     ASSERT_FALSE(platform.boxes.boxes.empty());
-    EXPECT_EQ(platform.boxes.boxes.front(), FatalBox(1));
+    EXPECT_EQ(platform.boxes.boxes.front(), FakeMessageBoxes::Fatal(1));
     EXPECT_GE(platform.process.ended, 1);
 }
 

@@ -249,9 +249,9 @@ TEST_F(LinkedDialogsTest, damagedFile_listSaysSoThenEndsTheProgram)
     Start();
     WriteSettings(QStringLiteral("<root><locations"));
     Desk::Click(Find<LinkLabel>("LblLocLink"));
-    const FakeMessageBoxes::Box problem{QStringLiteral("There was a problem retrieving list of locations."),
-                                        QStringLiteral("Dusk Beacon"), QStringLiteral("OK")};
-    EXPECT_EQ(platform.boxes.boxes, (std::vector{problem, FatalBox(3)}));
+    EXPECT_EQ(platform.boxes.boxes, (std::vector{FakeMessageBoxes::Message(QStringLiteral(
+                                                     "There was a problem retrieving list of locations.")),
+                                                 FakeMessageBoxes::Fatal(3)}));
     EXPECT_EQ(platform.process.ended, 1);
     EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
 }

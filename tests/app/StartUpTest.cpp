@@ -203,10 +203,10 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
         windows.Variables().ActiveForm = QStringLiteral("FrmPopup");
     };
     windows.Touch<FrmMain>();
-    EXPECT_EQ(platform.boxes.boxes, (std::vector<FakeMessageBoxes::Box>{
-                                        {QStringLiteral("settings.xml can't be written 5 on FrmPopup"),
-                                         QStringLiteral("Dusk Beacon"), QStringLiteral("OK")},
-                                        FatalBox(5)}));
+    EXPECT_EQ(
+        platform.boxes.boxes,
+        (std::vector{FakeMessageBoxes::Message(QStringLiteral("settings.xml can't be written 5 on FrmPopup")),
+                     FakeMessageBoxes::Fatal(5)}));
     EXPECT_EQ(platform.process.ended, 1);
 }
 

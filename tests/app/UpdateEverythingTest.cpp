@@ -33,7 +33,7 @@ TEST_F(UpdateEverythingTest, skyComesBeforeDateAndTimes)
 {
     calculation.failsInTheSky = true;
     Window();
-    EXPECT_EQ(platform.boxes.boxes, std::vector<FakeMessageBoxes::Box>{FatalBox(6)});
+    EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Fatal(6)});
     EXPECT_TRUE(IsRunning()) << "the scheduler had been started";
     EXPECT_EQ(Text("LblLocation"), QStringLiteral("Chicago, Illinois")) << "the settings block comes first";
     EXPECT_EQ(Text("LblAngle"), u"Angle: 58.4") << "then the compass";

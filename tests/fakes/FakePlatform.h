@@ -224,6 +224,19 @@ public:
         QString buttons;
         bool operator==(const Box&) const = default;
     };
+    [[nodiscard]] static Box Message(const QString& text, const QString& title = kDefaultTitle)
+    {
+        return {text, title, QStringLiteral("OK")};
+    }
+    [[nodiscard]] static Box Question(const QString& text)
+    {
+        return {text, kDefaultTitle, QStringLiteral("Yes No")};
+    }
+    [[nodiscard]] static Box Fatal(int number)
+    {
+        return Message(QStringLiteral("An error has occured, The application will be terminated."),
+                       QStringLiteral("Error - %1").arg(number));
+    }
 
     void Show(const QString& text, const QString& title) override
     {

@@ -210,14 +210,8 @@ protected:
         EXPECT_TRUE(settings.Load(kSettingsFile));
         return settings.GetAttribute(name, path);
     }
-    static Box Plain(const QString& text)
-    {
-        return {text, QStringLiteral("Dusk Beacon"), QStringLiteral("OK")};
-    }
-    static Box Question(const QString& text)
-    {
-        return {text, QStringLiteral("Dusk Beacon"), QStringLiteral("Yes No")};
-    }
+    static Box Plain(const QString& text) { return FakeMessageBoxes::Message(text); }
+    static Box Question(const QString& text) { return FakeMessageBoxes::Question(text); }
     void ExpectBoxes(const std::vector<Box>& expected)
     {
         EXPECT_EQ(platform.boxes.boxes, expected);

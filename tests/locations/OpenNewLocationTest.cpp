@@ -7,9 +7,7 @@
 
 namespace {
 
-const FakeMessageBoxes::Box kError7{
-    QStringLiteral("An error has occured, The application will be terminated."), QStringLiteral("Error - 7"),
-    QStringLiteral("OK")};
+const FakeMessageBoxes::Box kError7 = FakeMessageBoxes::Fatal(7);
 
 // Stands for the search window where a test wants an opening that fails.
 class FailingForm final : public Form
@@ -113,7 +111,7 @@ TEST_F(OpenNewLocationTest, windowGoneDuringTheRequest_leavesTheOneBelowInCharge
     platform.http.whileWaiting = [&] { forms.Unload(FrmWait::kName); };
     ClickOn(*List(), "LblNewLocLink");
     EXPECT_EQ(main->Variables().ActiveForm, u"FrmNewLoc");
-    EXPECT_TRUE(Search()->isVisible()) << "the wait window is missed by nobody";
+    EXPECT_TRUE(Search()->isVisible()) << "whether the wait window is there or not";
     ExpectBoxes({});
 }
 

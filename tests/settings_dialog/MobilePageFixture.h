@@ -53,10 +53,9 @@ protected:
             EXPECT_EQ(IsLive(control), entry) << control;
         }
     }
-    void ExpectBox(const QString& text, const QString& buttons = QStringLiteral("OK")) const
+    void ExpectBox(const QString& text) const
     {
-        const std::vector<FakeMessageBoxes::Box> wanted{{text, QStringLiteral("Dusk Beacon"), buttons}};
-        EXPECT_EQ(platform.boxes.boxes, wanted);
+        EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Message(text)});
     }
     static void ExpectStored(const char* did, const char* pc, const char* confirm)
     {
