@@ -23,13 +23,13 @@ struct SineCosine
     return {std::sin(radians), std::cos(radians)};
 }
 
-// An angle in turns less its whole turns: -0.5 to 0.5.
+// The angle in turns without its whole turns, -0.5 to 0.5.
 [[nodiscard]] inline double WithinHalfTurn(double turns)
 {
     return std::remainder(turns, 1.0);
 }
 
-// -90 to 90. Rounding may leave a sine a little beyond 1.
+// The angle of a sine in degrees, -90 to 90. Rounding may make the sine slightly larger than 1.
 [[nodiscard]] inline double DegreesOfSine(double sine)
 {
     return std::asin(std::clamp(sine, -1.0, 1.0)) / kRadiansPerDegree;

@@ -19,7 +19,7 @@ constexpr std::int32_t kLastMinute = kMinutesPerDay - 1;
 constexpr std::int16_t kNoMinute = -1;
 constexpr std::int32_t kTenthsPerTurn = 3600;
 
-// Days from noon covered by the day's track. For an elevation further away a track of its own is computed.
+// Days from noon in which the track of the date is used. An elevation further away gets a track of its own.
 constexpr double kDaysOfTrack = 1.5;
 
 std::optional<Event> EventOf(std::int16_t slot)
@@ -70,7 +70,7 @@ void Calculator::SetHorParams(const Place& place, std::int16_t offsetMinutes, st
 {
     m_place = place;
     m_daysSince2000 = DaysSince2000(day, month, year);
-    // The epoch of the day count is the noon of its first day, as is that of the astronomers.
+    // m_daysSince2000 is also the number of days from 2000 January 1, 12h to the noon of the date.
     m_utNoon = WithinTheories(m_daysSince2000) - static_cast<double>(offsetMinutes) / kMinutesPerDay;
     m_day.SetPlaceAndDate(m_place, m_utNoon);
     m_hijri.reset();
@@ -89,7 +89,7 @@ void Calculator::SetHorAngle(std::int16_t fajr, std::int16_t isha)
 std::int32_t Calculator::MinuteOf(Event event)
 {
     const double minutes = (m_day.WithinDate(event) + 0.5) * kMinutesPerDay;
-    // The last half minute of the date would round to the midnight at its end.
+    // A time in the last half minute of the date would round to 24:00.
     return std::min(static_cast<std::int32_t>(std::lround(minutes)), kLastMinute);
 }
 

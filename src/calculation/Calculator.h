@@ -14,8 +14,8 @@ namespace calculation {
 
 inline constexpr int kSlotCount = 10;
 
-// The state behind the boundary. The meaning of each member function is that of the exported function of its
-// name (see DuskBeaconDBN.h).
+// The state of the module. Each member function does the work of the exported function of the same name (see
+// DuskBeaconDBN.h).
 class Calculator final
 {
 public:
@@ -40,7 +40,7 @@ private:
     double m_utNoon = 0.0; // the date's local noon in days of UT from 2000 January 1, 12h
     std::array<std::int16_t, kSlotCount> m_margins{};
     PrayerDay m_day;
-    // Read three times a date and kept between, since ICU takes four times as long as the ten slots.
+    // Cached: it is read three times for each date, and ICU takes four times as long as the ten slots.
     std::optional<HijriDate> m_hijri;
 };
 

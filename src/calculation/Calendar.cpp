@@ -8,7 +8,7 @@ namespace calculation {
 
 namespace {
 
-// The whole number at or below the quotient, for a divisor above 0; C++ rounds towards 0.
+// The quotient rounded down, for a positive divisor; C++ rounds towards 0.
 constexpr std::int32_t FloorDivide(std::int32_t dividend, std::int32_t divisor)
 {
     const std::int32_t quotient = dividend / divisor;
@@ -17,19 +17,19 @@ constexpr std::int32_t FloorDivide(std::int32_t dividend, std::int32_t divisor)
 
 constexpr std::int32_t kDaysPerGregorianCycle = 146097; // 400 years
 
-// ICU's tables of the Umm al-Qura calendar.
+// The years of ICU's tables of the Umm al-Qura calendar.
 constexpr std::int32_t kFirstTabledYear = 1300;
 constexpr std::int32_t kLastTabledYear = 1600;
 
-// The date in one of ICU's calendars. The calendar is opened for each date and not kept: a date is asked for
-// once a day, and nothing then has to be closed when the module is unloaded.
+// The date in one of ICU's calendars. The calendar is opened for each date, once a day: one that is kept
+// would have to be closed when the module is unloaded.
 HijriDate DateIn(const char* calendarName, std::int32_t daysSince2000)
 {
     constexpr double kMillisecondsPerDay = 86400000.0;
     constexpr double kDaysFrom1970To2000 = 10957.0;
     UErrorCode status = U_ZERO_ERROR;
     const icu::LocalUCalendarPointer calendar(ucal_open(u"UTC", -1, calendarName, UCAL_DEFAULT, &status));
-    // The noon of the day, far from any rounding at its borders.
+    // Noon, so that rounding cannot change the day.
     ucal_setMillis(calendar.getAlias(), (daysSince2000 + kDaysFrom1970To2000 + 0.5) * kMillisecondsPerDay,
                    &status);
     const auto field = [&](UCalendarDateFields name) { return ucal_get(calendar.getAlias(), name, &status); };
@@ -41,7 +41,7 @@ HijriDate DateIn(const char* calendarName, std::int32_t daysSince2000)
 
 std::int32_t DaysSince2000(std::int16_t day, std::int16_t month, std::int16_t year)
 {
-    // Counted from 1 March of the year 0, so that the leap day ends the year and needs no case of its own.
+    // Years start on 1 March here, so that the leap day is the last day of a year and needs no special case.
     const std::int32_t monthsFromMarch = year * 12 + month - 3;
     const std::int32_t marchYear = FloorDivide(monthsFromMarch, 12);
     const std::int32_t marchMonth = monthsFromMarch - marchYear * 12;

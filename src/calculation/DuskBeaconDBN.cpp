@@ -12,7 +12,7 @@
 
 namespace {
 
-// One place and one date at a time for the whole process: that is the boundary's contract.
+// One state for the whole process, as the interface of the module says.
 calculation::Calculator calculator;
 
 } // namespace

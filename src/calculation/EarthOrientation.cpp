@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kDaysPerCentury = 36525.0;
 
-// Seconds as a polynomial in (year - origin) / unit, valid up to the year end.
+// Delta T in seconds as a polynomial in (year - origin) / unit, for years before end.
 struct Span
 {
     double end;
@@ -42,7 +42,7 @@ constexpr std::array<Span, 11> kSpans{{
 constexpr Span kLastSpan{
     2005.0, 2000.0, 1.0, {63.86, 0.3345, -0.060374, 0.0017275, 0.000651814, 0.00002373599}};
 
-// 1 January of 2005 and of each year on.
+// Delta T in seconds on 1 January of 2005 and of each year after it.
 constexpr std::array<double, 22> kObserved{64.69, 64.85, 65.15, 65.46, 65.78, 66.07, 66.32, 66.60,
                                            66.91, 67.28, 67.64, 68.10, 68.59, 68.97, 69.22, 69.36,
                                            69.36, 69.29, 69.20, 69.18, 69.14, 69.11};
@@ -83,8 +83,8 @@ constexpr std::array<NutationTerm, 23> kTerms{{
     {0, 0, 2, 2, 2, -31, 13},        {0, 0, 2, 0, 0, 29, 0},
 }};
 
-// The fundamental arguments in degrees at the epoch and per century (Meeus, chapter 22). Their slow curvature
-// moves no term by 0.001" within two centuries.
+// The fundamental arguments in degrees at the epoch and per century (Meeus, chapter 22). The higher powers of
+// time, left out, change no term by 0.001" within two centuries.
 constexpr double kElongation[2] = {297.85036, 445267.111480};
 constexpr double kSunAnomaly[2] = {357.52772, 35999.050340};
 constexpr double kMoonAnomaly[2] = {134.96298, 477198.867398};
@@ -112,7 +112,7 @@ constexpr NutationSeries SeriesOf(double NutationTerm::*coefficient, double shif
     return series;
 }
 
-// The terms in longitude are sines: the cosine of 90 degrees less.
+// The terms in longitude are sines: sin x = cos(x - 90 degrees).
 constexpr NutationSeries kLongitude = SeriesOf(&NutationTerm::longitude, -90.0);
 constexpr NutationSeries kObliquity = SeriesOf(&NutationTerm::obliquity, 0.0);
 
@@ -143,7 +143,7 @@ double GreenwichMeanSiderealTime(double daysSince2000)
     constexpr double kArcsecondsPerTurn = 1296000.0;
     const double centuries = daysSince2000 / kDaysPerCentury;
     const double slow = centuries * centuries * 1.3915817;
-    // The whole days turn the earth by whole turns, which are best dropped before they cost digits.
+    // Whole days are whole turns: drop them first, since large sums lose digits.
     return 0.7790572732640 + WithinHalfTurn(daysSince2000) + kSiderealGainPerDay * daysSince2000 +
            (0.014506 + slow) / kArcsecondsPerTurn;
 }
@@ -166,7 +166,7 @@ double MeanObliquity(double daysSince2000)
 Direction EquatorialDirection(const SineCosine& longitude, const SineCosine& latitude,
                               const SineCosine& obliquity)
 {
-    // In the ecliptic, towards longitude 90 degrees; then turned about the equinox.
+    // The component towards ecliptic longitude 90 degrees, then rotated about the axis to the equinox.
     const double eastward = latitude.cosine * longitude.sine;
     return {latitude.cosine * longitude.cosine, eastward * obliquity.cosine - latitude.sine * obliquity.sine,
             eastward * obliquity.sine + latitude.sine * obliquity.cosine};

@@ -9,9 +9,9 @@
 // The earth's heliocentric longitude, latitude and distance, mean ecliptic and equinox of date: the larger
 // terms of VSOP87, version D (Bretagnon and Francou, Astronomy and Astrophysics 202, 1988, 309) as selected
 // in Meeus, "Astronomical Algorithms", 2nd ed., appendix III. Amplitudes in units of 1e-8 radian or
-// astronomical unit, phases in radians, frequencies in radians per thousand Julian years; the number ending a
-// name is the power of that time by which its sum is multiplied. Of the powers above 0 and of the distance
-// only what counts here is kept.
+// astronomical unit, phases in radians, frequencies in radians per thousand Julian years; the digit at the
+// end of a name is the power of that time by which the sum is multiplied. Of the powers above 0 and of the
+// distance only the terms that matter here are kept.
 namespace calculation::earth {
 
 inline constexpr std::array<Term, 64> kLongitude0{{

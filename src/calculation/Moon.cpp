@@ -18,7 +18,8 @@ namespace {
 constexpr double kEarthRadius = 6378.14; // kilometres, as in the parallax of Meeus, chapter 47
 constexpr double kMillionths = 1e-6;
 
-// The polynomials of Meeus, formulas 47.1 to 47.6, in degrees, and the arguments A1 to A3 of chapter 47.
+// The mean elements in degrees and the additional arguments A1 (Venus), A2 (Jupiter) and A3 (Meeus, chapter
+// 47).
 struct Arguments
 {
     explicit Arguments(double centuries)
@@ -47,7 +48,7 @@ struct Arguments
     double venus;
     double jupiter;
     double third;
-    double eccentricity; // of the earth's orbit, against that of 2000
+    double eccentricity; // of the earth's orbit, relative to that of 2000
 };
 
 double CosineOfDegrees(double degrees)
@@ -67,8 +68,8 @@ struct Sums
     double distance = 0.0;  // kilometres
 };
 
-// Tables 47.A and 47.B with the additive terms after them (Meeus, chapter 47). Terms with the sun's anomaly
-// shrink with the eccentricity of the earth's orbit.
+// Tables 47.A and 47.B with the additive terms after them (Meeus, chapter 47). A term with the sun's anomaly
+// is multiplied by the eccentricity of the earth's orbit once for each multiple of the anomaly.
 Sums SumTables(const Arguments& arguments)
 {
     const auto argument = [&](const moon::Multiples& multiples) {
@@ -141,15 +142,15 @@ double MoonElevation(const Place& place, double daysSince2000)
     const SineCosine sidereal = SineCosineOf(meanTime * kTurn + moon.equationOfEquinoxes);
     const Latitude latitude = Latitude::FromDegrees(place.LatitudeDegrees());
 
-    // In the plane of the place's meridian, in earth radii: towards the celestial equator, east, and the
-    // pole.
+    // The geocentric position in earth radii, turned to the meridian of the place: towards the equator, the
+    // east and the pole.
     const double equator =
         moon.distance * (moon.direction.x * sidereal.cosine + moon.direction.y * sidereal.sine);
     const double east =
         moon.distance * (moon.direction.y * sidereal.cosine - moon.direction.x * sidereal.sine);
     const double pole = moon.distance * moon.direction.z;
 
-    // Less the place itself, on the ellipsoid (Meeus, chapter 11).
+    // Subtract the position of the place on the ellipsoid (Meeus, chapter 11).
     const double curvature = 1.0 / std::sqrt(1.0 - kEccentricitySquared * latitude.Sine() * latitude.Sine());
     const double equatorFromPlace = equator - curvature * latitude.Cosine();
     const double poleFromPlace = pole - curvature * (1.0 - kEccentricitySquared) * latitude.Sine();

@@ -26,7 +26,7 @@ struct LongitudeTerm
     double distance;  // of the cosine, 1e-3 kilometre
 };
 
-// Of the sine, 1e-6 degree, with no part in the distance.
+// A term without a distance: amplitude of the sine in 1e-6 degree.
 struct SineTerm
 {
     Multiples multiples;
@@ -114,9 +114,9 @@ inline constexpr std::array<SineTerm, 60> kLatitudeTerms{{
     {{4, 0, 1, -1}, 132},    {{1, 0, -1, -1}, -119},  {{4, -1, 0, -1}, 115},   {{2, -2, 0, 1}, 107},
 }};
 
-// The tables stop at 1.1" in longitude and 0.4" in latitude, and what they leave out adds up to 17" at worst.
-// These are the next terms of the same theory, fitted by least squares to its full series over 1900 to 2100;
-// with them the worst is below 10".
+// The tables end at 1.1" in longitude and 0.4" in latitude; the terms left out add up to 17" at worst. These
+// are the next terms of the theory, fitted by least squares to its full series over 1900 to 2100. With them
+// the error is below 10".
 inline constexpr std::array<SineTerm, 48> kFurtherLongitudeTerms{{
     {{2, 0, 1, 2}, -285},   {{2, 0, -4, 0}, 261},  {{2, -2, 1, 0}, 203},  {{0, 1, -3, 0}, -186},
     {{4, 1, -1, 0}, -172},  {{6, 0, -2, 0}, 156},  {{1, 0, 0, -2}, -158}, {{1, 0, 2, 0}, -156},

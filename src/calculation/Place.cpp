@@ -27,8 +27,7 @@ double QiblaBearing(const Place& place)
 {
     constexpr double kKaabaLatitude = 21.4225 * kRadiansPerDegree;
     constexpr double kKaabaLongitude = 39.8262;
-    // Half the step of the places that the boundary can name, so that the nearest of them counts as the
-    // Kaaba.
+    // Half of the 0.01 degrees to which places are given, so that the nearest place counts as the Kaaba.
     constexpr double kSamePlace = 0.005 * kRadiansPerDegree;
 
     const double latitude = place.LatitudeDegrees() * kRadiansPerDegree;

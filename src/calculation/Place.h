@@ -6,7 +6,7 @@
 
 namespace calculation {
 
-// A geodetic latitude with its sine and cosine, which every altitude needs.
+// The sine and cosine of a geodetic latitude, which every altitude needs.
 class Latitude final
 {
 public:
@@ -22,8 +22,8 @@ private:
     double m_cosine = 1.0;
 };
 
-// Where on earth: hundredths of a degree, north and east positive. A latitude beyond a pole is that pole;
-// longitudes go round.
+// Geographic coordinates in hundredths of a degree, north and east positive. A latitude beyond 90 degrees
+// counts as the pole; longitudes wrap around.
 struct Place
 {
     std::int16_t latitude = 0;
@@ -35,10 +35,9 @@ struct Place
 };
 
 // Initial bearing of the great circle to the Kaaba (21.4225 N, 39.8262 E) on the sphere (Snyder, "Map
-// Projections: A Working Manual", USGS Professional Paper 1395, 1987, formula 5-4b), degrees clockwise
-// from true north, 0 <= bearing < 360. 0 at the Kaaba and at its antipode, where every direction or none
-// leads there. At a pole "north" is the direction in which the place's own meridian runs on, so that the
-// bearing follows the longitude given.
+// Projections: A Working Manual", USGS Professional Paper 1395, 1987, chapter 5), degrees clockwise
+// from true north, 0 <= bearing < 360. 0 at the Kaaba and at its antipode, where it is not defined. At a pole
+// it is the limit along the meridian of the given longitude.
 [[nodiscard]] double QiblaBearing(const Place& place);
 
 } // namespace calculation

@@ -13,14 +13,14 @@ namespace calculation {
 namespace {
 
 constexpr double kHalfDay = 0.5;
-// The sun's upper edge on the horizon: 34' of refraction and 16' of radius (Meeus, "Astronomical Algorithms",
-// 2nd ed., chapter 15).
+// Altitude of the sun's centre when its upper edge is on the horizon: 34' of refraction and 16' of radius
+// (Meeus, "Astronomical Algorithms", 2nd ed., chapter 15).
 constexpr double kHorizonDegrees = -0.8333;
-// Where a day has no sunrise or no sunset, it is that of this latitude (Islamic Fiqh Council of the Muslim
-// World League, 9th session, Makkah, 1986).
+// A day without sunrise or sunset is computed for this latitude (Islamic Fiqh Council of the Muslim World
+// League, 9th session, Makkah, 1986).
 constexpr double kLatitudeOfOrdinaryDays = 45.0;
-// A noon sun lower than this has a shadow of hundreds of lengths, to which one more adds a minute or less:
-// Asr would fall on Duhr, and of two slots with one minute only the first is announced.
+// If the noon sun is lower, its shadow is hundreds of lengths long and one more length takes a minute or
+// less: Asr would fall on Duhr, and only the first of two slots with the same minute is announced.
 constexpr double kLeastNoonDegrees = 0.2;
 // The angle whose portion of the night is the whole night.
 constexpr double kDegreesOfNight = 60.0;
@@ -76,7 +76,7 @@ double PrayerDay::WithinDate(Event event)
     }
     const double neighbour = OfSolarDay(event, own < 0.0 ? 1 : -1);
     const double nearest = DistanceFromDate(neighbour) < DistanceFromDate(own) ? neighbour : own;
-    // Events lie within a day and a half of noon, so that one turn of the clock brings each in.
+    // Events lie within a day and a half of noon, so that a shift by one day brings each into the date.
     const double shown = nearest - std::floor(nearest + kHalfDay);
     return IsWithinDate(shown) ? shown : -kHalfDay;
 }
@@ -162,8 +162,9 @@ double PrayerDay::SunsetOf(const SolarDay& day, const Latitude& latitude) const
                           latitude);
 }
 
-// From sunset to sunrise, if both days follow the same latitude. Otherwise a day of latitude 45 takes the
-// night of latitude 45, and a day of its own latitude twice the half of the night that belongs to it.
+// Length of the night: from sunset to sunrise if both days are computed for the same latitude. Otherwise a
+// day of latitude 45 has the night of latitude 45, and a day of its own latitude has twice its own half of
+// the night.
 double PrayerDay::NightBefore(int index)
 {
     const SolarDay& day = DayOf(index);
@@ -186,10 +187,10 @@ double PrayerDay::NightAfter(int index)
                               : 2.0 * (day.transit + kHalfDay - Sunset(index));
 }
 
-// The angle-based rule for nights without true darkness: the event keeps to a portion of the night next to
-// sunrise or sunset, the angle divided by 60 degrees. Where the sun reaches the angle within that portion the
-// true event stands, so that the times pass without a jump from the one to the other. (Zarrabi-Zadeh, "Prayer
-// Times Calculation", section on higher latitudes.)
+// The angle-based rule for nights without darkness: the event lies within a portion of the night next to
+// sunrise or sunset, the angle divided by 60 degrees. If the sun reaches the angle within that portion, the
+// event is at that moment, so that there is no jump between the two (Zarrabi-Zadeh, "Prayer Times
+// Calculation", section on higher latitudes).
 double PrayerDay::Fajr(int index)
 {
     const SolarDay& day = DayOf(index);
@@ -231,8 +232,8 @@ double PrayerDay::Asr(int index, double lengths)
     if (NoonSine(day, latitude) > leastNoonSine) {
         return AsrOf(day, sunset, lengths, latitude);
     }
-    // The noon sun shows itself but casts no shadow to measure. The afternoon of latitude 45 ends long after
-    // this one, so its Asr is taken at the same part of the afternoon, which keeps it before Maghrib.
+    // The noon sun is too low to measure a shadow. Asr divides the afternoon as at latitude 45: the clock
+    // time of latitude 45, whose afternoon is longer, would be after Maghrib.
     const double sunset45 = SunsetOf(day, m_latitude45);
     const double asr45 = AsrOf(day, sunset45, lengths, m_latitude45);
     return day.transit + (asr45 - day.transit) / (sunset45 - day.transit) * (sunset - day.transit);
@@ -245,7 +246,7 @@ double PrayerDay::NoonSine(const SolarDay& day, const Latitude& latitude) const
 
 double PrayerDay::AsrOf(const SolarDay& day, double sunset, double lengths, const Latitude& latitude) const
 {
-    // An upright of one length casts a shadow of the cotangent of the sun's altitude.
+    // The shadow of an object of length 1 is the cotangent of the sun's altitude.
     const double noon = NoonSine(day, latitude);
     const double shadow = std::sqrt(1.0 - noon * noon) / noon + lengths;
     const double sine = m_track.GeocentricSine(1.0 / std::sqrt(1.0 + shadow * shadow));

@@ -13,8 +13,8 @@ namespace calculation {
 
 enum class Event { Fajr, Sunrise, Transit, AsrOneLength, AsrTwoLengths, Sunset, Isha };
 
-// The events of a civil date. Times are days from the date's noon (see SunTrack). An event belongs to a solar
-// day, numbered by its meridian passage: 0 is the date's own, -1 and 1 its neighbours.
+// The events of a civil date. Times are days from the date's noon (see SunTrack). Each event belongs to a
+// solar day with the index of its transit: 0 for the date's own, -1 and 1 for the neighbours.
 class PrayerDay final
 {
 public:
@@ -24,11 +24,11 @@ public:
     // (-0.8333).
     void SetTwilightAngles(double fajrDegrees, double ishaDegrees);
 
-    // The event as the date's clock shows it, -0.5 <= time < 0.5: the one that falls within the date; of two
-    // the date's own; of none the nearest, moved by a day. Between 65 N and 65 S within 0.2 s as a rule; the
-    // limits and the rules of high latitudes: docs/accuracy.md.
+    // The event shown on the date, -0.5 <= time < 0.5: the one that falls into the date; if two do, the one
+    // of the date's own solar day; if none does, the nearest one, moved by a day. Usually within 0.2 s
+    // between 65 N and 65 S; limits and rules of high latitudes: docs/accuracy.md.
     [[nodiscard]] double WithinDate(Event event);
-    // The event of one solar day, -1 to 1, wherever it falls.
+    // The event of the solar day with index -1 to 1; it may lie outside the date.
     [[nodiscard]] double OfSolarDay(Event event, int index);
 
     [[nodiscard]] const SunTrack& Track() const { return m_track; }
@@ -55,7 +55,7 @@ private:
     [[nodiscard]] static Twilight TwilightOf(double degrees);
     SolarDay& DayOf(int index);
     [[nodiscard]] bool HasSunriseAndSunset(const SolarDay& day) const;
-    // Of the sun at the lower meridian passage.
+    // Sine of the sun's altitude at the lower transit.
     [[nodiscard]] double LowestSine(double midnight, const Latitude& latitude) const;
     [[nodiscard]] double Sunrise(int index);
     [[nodiscard]] double Sunset(int index);

@@ -10,13 +10,12 @@ namespace calculation {
 
 // The cosine of an angle in radians, within 3e-11, for |angle| below 1e9.
 //
-// The angle less its whole turns is halved, x, so that 8 terms of the series of the sine are enough
-// (Abramowitz and Stegun, "Handbook of Mathematical Functions", formula 4.3.65); then cos 2x = 1 - 2 sin^2 x
-// (4.3.25). A new date takes 400 cosines: the compiler turns this into vector code, and std::cos would take
-// five times as long.
+// x is half the angle without its whole turns, so that 8 terms of the series of the sine are enough; then cos
+// 2x = 1 - 2 sin^2 x (Abramowitz and Stegun, "Handbook of Mathematical Functions", section 4.3). A new date
+// takes 400 cosines: the compiler vectorises this function, and std::cos would take five times as long.
 [[nodiscard]] constexpr double Cosine(double angle)
 {
-    // Adding and subtracting 1.5 * 2^52 rounds to the nearest whole number without a call of the library.
+    // Adding and subtracting 1.5 * 2^52 rounds to the nearest whole number without a library call.
     constexpr double kRounding = 6755399441055744.0;
     const double turns = angle * (0.5 * std::numbers::inv_pi);
     const double x = (turns - ((turns + kRounding) - kRounding)) * std::numbers::pi;

@@ -16,13 +16,13 @@ namespace {
 constexpr double kUnit = 1e-8;
 constexpr double kDaysPerMillennium = 365250.0;
 
-// Constant of aberration (Meeus, "Astronomical Algorithms", 2nd ed., formula 25.10).
+// Constant of aberration (Meeus, "Astronomical Algorithms", 2nd ed., chapter 25).
 constexpr double kAberration = 20.4898 * kRadiansPerArcsecond;
-// Parallax at the mean distance (IAU 1976).
+// Parallax at one astronomical unit (IAU 1976).
 constexpr double kParallax = 8.794 * kRadiansPerArcsecond;
 
-// Heliocentric longitude and latitude in radians, distance in astronomical units: sums of series by powers of
-// the time (Meeus, formula 32.2).
+// Heliocentric longitude and latitude in radians, distance in astronomical units: sums of series times powers
+// of the time (Meeus, chapter 32).
 double EarthLongitude(double millennia)
 {
     const double t = millennia;
@@ -58,10 +58,11 @@ SunAround ApparentSunAround(double daysSince2000)
         const double days = daysSince2000 + static_cast<double>(i) - 1.0;
         const double millennia = days / kDaysPerMillennium;
         const Nutation nutation = NutationAt(days);
-        // The nutation, below 20", and the latitude, below 1.2", are their own sines.
+        // Nutation (below 20") and latitude (below 1.2") are small enough for sin x = x.
         const SineCosine obliquity{meanObliquity.sine + nutation.inObliquity * meanObliquity.cosine,
                                    meanObliquity.cosine - nutation.inObliquity * meanObliquity.sine};
-        // Seen from the earth: half a turn on, and the latitude turned round (Meeus, chapter 25).
+        // Geocentric: half a turn is added to the longitude, the latitude changes its sign (Meeus, chapter
+        // 25).
         const SineCosine longitude =
             SineCosineOf(EarthLongitude(millennia) + 0.5 * kTurn + correction + nutation.inLongitude);
         const SineCosine latitude{-EarthLatitude(millennia), 1.0};

@@ -18,9 +18,9 @@ struct SunAround
     [[nodiscard]] double HorizontalParallax() const; // radians
 };
 
-// daysSince2000: days of TT from 2000 January 1, 12h. Within 0.75" over 1900 to 2100; 8,000 years are the
-// reach of the theory (VSOP87, see EarthSeries.h). Aberration and mean obliquity of the middle instant stand
-// for all three, within 0.01".
+// daysSince2000: days of TT from 2000 January 1, 12h. Within 0.75" over 1900 to 2100; the theory (VSOP87, see
+// EarthSeries.h) covers 8,000 years. Aberration and mean obliquity of the middle instant are used for all
+// three, within 0.01".
 [[nodiscard]] SunAround ApparentSunAround(double daysSince2000);
 
 } // namespace calculation

@@ -12,7 +12,7 @@
 
 namespace calculation {
 
-// Meeus, formula 3.3, in powers of the time.
+// Interpolation from three values (Meeus, chapter 3), in powers of the time.
 SunTrack::Parabola SunTrack::Parabola::Through(double before, double at, double after)
 {
     return {at, 0.5 * (after - before), 0.5 * (after + before) - at};
@@ -34,8 +34,8 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
     std::array<double, 3> x{};
     std::array<double, 3> y{};
     for (std::size_t i = 0; i < 3; ++i) {
-        // The frame gains on the equinox what the sidereal day lacks of the solar one; the nutation of the
-        // two other days enters here because the hour angle is counted with that of the noon.
+        // The frame turns with the mean sun, relative to the equinox. The hour angle uses the nutation of
+        // noon, so that the difference to the nutation of the other two days is added here.
         const double turned = rightAscension + kSiderealGainPerDay * (static_cast<double>(i) - 1.0) +
                               (sun.equationOfEquinoxes[i] - sun.equationOfEquinoxes[1]) / kTurn;
         const SineCosine frame = SineCosineOf(turned * kTurn);
@@ -46,15 +46,15 @@ SunTrack::SunTrack(double utNoon, double longitudeTurns)
     m_y = Parabola::Through(y[0], y[1], y[2]);
     m_z = Parabola::Through(sun.directions[0].z, noon.z, sun.directions[2].z);
 
-    // Near the edge of the date the passage a day off may be nearer to noon after all, by part of a second:
-    // the hour angle of noon knows nothing of how the sun changes its pace over the day.
+    // Near the edge of the date the transit a day away may be nearer to noon, by part of a second: the hour
+    // angle at noon does not include how the sun's speed changes over the day.
     const double transit = TransitNear(-m_hourAngleAtNoon);
     const double other = TransitNear(transit < 0.0 ? transit + 1.0 : transit - 1.0);
     m_ownTransit = std::abs(other) < std::abs(transit) ? other : transit;
 }
 
-// The frame turns once a day, so that its x axis is in the meridian a whole number of days from now; the sun
-// stands a little off that axis.
+// The frame turns once a day, so that its x axis crosses the meridian at intervals of whole days; the sun is
+// close to that axis.
 double SunTrack::TransitNear(double time) const
 {
     const double axis = -m_hourAngleAtNoon + std::round(time + m_hourAngleAtNoon);
@@ -97,9 +97,10 @@ SineCosine SunTrack::Declination(double time) const
     return {sine, std::sqrt(1.0 - sine * sine)};
 }
 
-// Halley's method (Philosophical Transactions 18, 1694, 136; Newton's with the curvature): the root of f lies
-// near t - f / (f' - f f'' / (2 f')). It triples the good digits with each step, so that one altitude settles
-// an ordinary event; Newton's takes two or three. Halving keeps it between the two sides.
+// Halley's method (Philosophical Transactions 18, 1694, 136), which is Newton's with the second derivative:
+// the root of f lies near t - f / (f' - f f'' / (2 f')). Each step triples the correct digits, so that an
+// ordinary event takes one step; Newton's takes two or three. Bisection keeps the result between the two
+// limits.
 double SunTrack::TimeOf(const Crossing& crossing, const Latitude& latitude) const
 {
     constexpr int kMostSteps = 40;
@@ -114,11 +115,11 @@ double SunTrack::TimeOf(const Crossing& crossing, const Latitude& latitude) cons
         const double newton = -excess / sample.rate;
         const double bend = 0.5 * sample.curvature / sample.rate;
         double move = newton / (1.0 + bend * newton);
-        // The first term that the method neglects; the third derivative is that of the earth's turning.
+        // The first neglected term; the third derivative is that of the earth's rotation.
         double error = std::abs(move * move * move) * (bend * bend + kTurn * kTurn / 6.0);
         const double low = std::min(below, above);
         const double high = std::max(below, above);
-        // Written so that a step that is no number is refused too.
+        // In this form the test refuses NaN too.
         if (!(time + move >= low && time + move <= high)) {
             move = 0.5 * (low + high) - time;
             error = high - low;

@@ -7,13 +7,13 @@
 
 namespace calculation {
 
-// The sun over one civil date on one meridian, interpolated between three positions a day apart. Times are
+// The sun over one civil date at one longitude, interpolated between three positions a day apart. Times are
 // days from the noon (12h of the local clock) of that date, so that the date is -0.5 to 0.5.
 //
-// The three coordinates of the sun are interpolated (Meeus, "Astronomical Algorithms", 2nd ed., formula 3.3)
-// in a frame that turns with the mean sun, in which the sun barely moves. Against the theory itself they are
-// within 0.05" within the date, 0.3" over -1.5 to 1.5 and 2" over -2.5 to 2.5. A date needs the sun at a
-// dozen instants, and the theory at each of them would take three times as long.
+// The three coordinates of the sun are interpolated (Meeus, "Astronomical Algorithms", 2nd ed., chapter 3) in
+// a frame that turns with the mean sun, in which the sun barely moves. They agree with the theory to 0.05"
+// within the date, 0.3" over -1.5 to 1.5 and 2" over -2.5 to 2.5. A date needs the sun at a dozen instants;
+// computing the theory at each of them would take three times as long.
 class SunTrack final
 {
 public:
@@ -21,35 +21,35 @@ public:
     // utNoon: the date's local noon in days of UT from 2000 January 1, 12h. longitudeTurns: east positive.
     SunTrack(double utNoon, double longitudeTurns);
 
-    // The time of the meridian passage that belongs to the date, within 0.001 s of the track's: the one
-    // within the date; of two, the one nearer noon; of none, the nearest. The passages before and after have
-    // the indexes -1, 1 and so on.
+    // Time of a transit, within 0.001 s of that of the track. Index 0 is the transit of the date: the one
+    // within the date; if there are two, the one nearer to noon; if there is none, the nearest. The transits
+    // before and after it have the indexes -1, 1 and so on.
     [[nodiscard]] double Transit(int index) const;
 
     struct Sample
     {
         double sine = 0.0;      // of the altitude
         double rate = 0.0;      // of that sine, per day
-        double curvature = 0.0; // of that sine, per day squared, as far as it comes from the earth's turning
+        double curvature = 0.0; // of that sine, per day squared, as far as it comes from the earth's rotation
     };
-    // Geocentric altitude of the sun's centre (Meeus, formula 13.6, and its derivatives).
+    // Geocentric altitude of the sun's centre (Meeus, chapter 13) and its derivatives.
     [[nodiscard]] Sample Altitude(double time, const Latitude& latitude) const;
     // Topocentric altitude of the centre in degrees, without refraction, -90 to 90.
     [[nodiscard]] double Elevation(double time, const Latitude& latitude) const;
     [[nodiscard]] SineCosine Declination(double time) const;
 
-    // The instant when the sun's altitude passes a value, between two instants on whose sides it stands.
+    // The sun's altitude crosses a value between an instant when it is lower and one when it is higher.
     struct Crossing
     {
         double below = 0.0; // an instant when the sun is lower
         double above = 0.0; // an instant when it is higher; before or after the other
         double sine = 0.0;  // of the altitude, geocentric
-        double guess = 0.0; // where to start
+        double guess = 0.0; // start of the iteration
     };
-    // Within 0.01 s of the crossing of the track; ends after a limited number of steps whatever it is given.
+    // Time of the crossing, within 0.01 s of that of the track. The number of steps is limited for any input.
     [[nodiscard]] double TimeOf(const Crossing& crossing, const Latitude& latitude) const;
 
-    // Sines of the altitude at a meridian passage, upper and lower, where the sun has that declination.
+    // Sine of the altitude at the upper and at the lower transit of a sun with this declination.
     [[nodiscard]] static double UpperSine(const SineCosine& declination, const Latitude& latitude)
     {
         return latitude.Sine() * declination.sine + latitude.Cosine() * declination.cosine;
@@ -59,9 +59,9 @@ public:
         return latitude.Sine() * declination.sine - latitude.Cosine() * declination.cosine;
     }
 
-    // The parallax in altitude is the horizontal one times the cosine of the altitude (Meeus, chapter 40); of
-    // its sine that makes the parallax times the square of the cosine. The geocentric sine at which the
-    // centre's topocentric altitude has the given sine, and the other way round.
+    // Conversions between the sines of the geocentric and the topocentric altitude of the centre. The
+    // parallax in altitude is the horizontal parallax times the cosine of the altitude (Meeus, chapter 40),
+    // and so the sines differ by the horizontal parallax times the square of the cosine.
     [[nodiscard]] double GeocentricSine(double topocentricSine) const
     {
         return topocentricSine + m_parallax * (1.0 - topocentricSine * topocentricSine);
