@@ -42,10 +42,10 @@ void SetHorAngle(int16_t fajr, int16_t second, int16_t third, int16_t isha);
 
 // The minute of a slot on the stored date, 1 to 1439: 1 Fajr, 2 sunrise, 5 the sun's transit, 6 and 7 Asr by
 // one and two shadow lengths, 9 sunset, 10 Isha. These slots have a minute on every day at every place;
-// docs/accuracy.md tells by which rules where the sun itself gives none. An event of the neighbouring solar
-// day that falls within the date (an Isha after midnight) is the date's. A margin that leads out of the date
-// goes round the clock. Minute 0 is never given, since the program raises no alert then: a slot that comes
-// to 0, its margin added, is 1. Any other slot holds -1.
+// docs/accuracy.md has the rules for days on which the sun gives none. An event of a neighbouring solar day
+// that falls into the date (an Isha after midnight) belongs to the date. The sum with the margin wraps around
+// the clock. Minute 0 is never returned, since the program raises no alert then: a slot that comes
+// to 0, its margin added, is 1. Any other slot returns -1.
 int16_t Horarium(int16_t slot);
 
 // Initial bearing of the great circle to the Kaaba in tenths of a degree clockwise from true north, 0 to
