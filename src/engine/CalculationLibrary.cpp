@@ -26,7 +26,7 @@ template <typename Signature>
 Signature* CalculationLibrary::Function(const char* name)
 {
     if (m_module == nullptr) {
-        // Bound at once, so that a module with a hole in it fails here and not in the middle of a
+        // Resolve all symbols now, so that an incomplete module fails here and not in the middle of a
         // calculation.
         m_module = ::dlopen(QFile::encodeName(m_path).constData(), RTLD_NOW | RTLD_LOCAL);
         if (m_module == nullptr) {

@@ -7,9 +7,9 @@
 #include <array>
 #include <cstdint>
 
-/// The boundary of the calculation library: all numbers are signed 16-bit integers, degrees in hundredths,
-/// north and east positive, angles below the horizon negative. The setters store, the readings answer for
-/// what was stored last.
+/// The interface of the calculation library: all numbers are signed 16-bit integers, degrees in hundredths,
+/// north and east positive, angles below the horizon negative. The getters compute from what the setters
+/// stored last.
 class Calculation
 {
 public:
@@ -37,8 +37,8 @@ public:
     [[nodiscard]] virtual std::int16_t Hyear() = 0;
 };
 
-/// DuskBeacon.DBN beside the program, opened on the first call of a function and not before. A missing file
-/// throws kLibraryNotFound, a missing function kFunctionNotFound, at each call that meets it.
+/// DuskBeacon.DBN beside the program, opened at the first call of a function. A missing file throws
+/// kLibraryNotFound at each call, a missing function kFunctionNotFound at each call of it.
 class CalculationLibrary final : public Calculation
 {
 public:

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The one value that counts as true; any other, zero or not, counts as false.
+// The only value that counts as true.
 constexpr std::int16_t kTrue = -1;
 
 QString HijriMonthName(std::int16_t month)
@@ -102,11 +102,11 @@ void PTimer::RecalculateDay()
 {
     std::int16_t offset = AddInteger16(MultiplyInteger16(TimeZone, 60), MinutesBeyondZone);
     if (DayLightSaving == kTrue) {
-        // A flat hour: daylight saving is the user's setting, the system is never asked.
+        // Intended: daylight saving is one hour and a setting of the user; the system's rules are not used.
         offset = AddInteger16(offset, 60);
     }
-    // Three readings, wanted so. Should midnight fall between them, the tick of 00:00:00 is due within the
-    // second and computes the day again.
+    // Intended: three readings of the clock. If midnight falls between them, the tick of 00:00:00 follows
+    // within a second and computes the day again.
     const auto day = static_cast<std::int16_t>(m_platform.clock.Now().date().day());
     const auto month = static_cast<std::int16_t>(m_platform.clock.Now().date().month());
     const std::int16_t year = ToInteger16(m_platform.clock.Now().date().year());
@@ -170,8 +170,7 @@ void PTimer::RunTick()
     }
     const int minute = time.hour() * 60 + time.minute();
     if (minute == 0) {
-        // No alarm at midnight. The day is computed here and once more with freshly read settings by whoever
-        // listens.
+        // No alarm at midnight. The handler of Midnight loads the settings and computes the day once more.
         RecalculateDay();
         Raise(events.Midnight);
         return;
@@ -185,8 +184,8 @@ void PTimer::RunTick()
 
 void PTimer::RaiseFirstMatch(int minute, const std::function<void(std::int16_t)>& event) const
 {
-    // What is no minute of the day stands for an event that does not happen; a warning's sum may be such a
-    // number too.
+    // A value outside 0..1439 means that the event does not occur on this date. The sum for an advance
+    // warning may be outside too.
     constexpr int kMinutesOfDay = 1440;
     if (minute < 0 || minute >= kMinutesOfDay) {
         return;

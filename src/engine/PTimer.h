@@ -14,22 +14,22 @@
 class Calculation;
 struct Platform;
 
-/// The scheduler: holds one day's ten prayer minutes for one place, watches the clock, and raises events as
-/// it reaches them.
+/// The scheduler: holds the minutes of the ten slots of one day at one place and raises an event when the
+/// clock reaches one.
 class PTimer final
 {
 public:
-    /// Whoever listens. Handlers run synchronously; what they throw ends the tick that raised them.
+    /// Event handlers. They run synchronously; an exception ends the tick that called the handler.
     struct Events
     {
         std::function<void(std::int16_t PrayerID)> Alarm;
         std::function<void(std::int16_t PrayerID)> AdvAlarm;
         std::function<void()> Started;
         std::function<void()> Stopped;
-        /// Declared for completeness; nothing raises it.
+        /// Declared for completeness; never raised.
         std::function<void()> error;
         std::function<void()> Tick;
-        /// The first second of a day: the day has been computed, everything else is to follow.
+        /// The first second of a day, after the day has been computed.
         std::function<void()> Midnight;
     };
 
@@ -44,7 +44,7 @@ public:
     /// @param zone whole hours ahead of universal time
     /// @param angle1,angle2 twilight angles of Fajr and Isha in hundredths of a degree, negative below the
     /// horizon
-    /// @param useAdvWarn -1 asks for advance warnings, any other value does not; likewise @p dayLightSaving
+    /// @param useAdvWarn -1 turns advance warnings on, any other value off; likewise @p dayLightSaving
     /// @param reCalc -1 computes the day at once
     /// @param minutesBeyondZone added to the zone: -30 with a zone of 6 is UTC+5:30
     void SetupPTimer(std::int16_t latitude, std::int16_t longitude, std::int16_t zone,

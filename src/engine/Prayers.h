@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdint>
 
-/// One prayer of the day and how each part of the program calls it. Asr has two rows, one for each of its
+/// One prayer with its names and numbers in each part of the program. Asr has two rows, one for each of its
 /// rules.
 struct Prayer
 {
@@ -17,7 +17,7 @@ struct Prayer
     QLatin1String element; ///< below the alerts of settings.xml
     QLatin1String caption; ///< in the main window and in the settings dialog
     QLatin1String name;    ///< in the popup
-    /// The Asr method under which the slot counts; empty for a slot that always does.
+    /// The Asr method under which the slot counts; empty for a slot that always counts.
     QLatin1String asrMethod;
     QLatin1String link;     ///< control of the main window that opens the tab
     QLatin1String time;     ///< control of the main window
@@ -48,11 +48,11 @@ inline constexpr std::array kPrayers = [] {
     }};
 }();
 
-/// The prayer of a slot; null for a slot that no prayer uses and for a number that is no slot.
+/// The prayer of a slot; nullptr for a slot that no prayer uses and for any other number.
 [[nodiscard]] const Prayer* PrayerOfSlot(std::int16_t slot);
-/// The prayer of a tab, its first row; null for a tab that is not a prayer's.
+/// The first row of the prayer of a tab; nullptr for any other tab.
 [[nodiscard]] const Prayer* PrayerOfTab(std::int16_t tab);
 
 /// Minutes since midnight as clock text: "5:07" and "17:30" in 24-hour form, "5:07 AM" and "5:30 PM"
-/// otherwise. Hours are not padded. The hour from 12:00 on reads AM, the test being for hours above 12.
+/// otherwise. Hours are not padded. Intended: 12:00 to 12:59 read AM, since the test is for hours above 12.
 [[nodiscard]] QString FormatPrayerTime(std::int16_t Minutes, bool Is24Hour);

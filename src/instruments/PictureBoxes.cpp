@@ -11,7 +11,7 @@ QImage LoadPicture(const QString& folder, QLatin1String name, int scale)
     const QString suffix = scale == 1 ? QString() : QStringLiteral("@%1x").arg(scale);
     QImage picture =
         QImage(folder + u'/' + name + suffix + QStringLiteral(".png")).convertToFormat(QImage::Format_RGB32);
-    // Sizes count in the picture's own pixels, whatever its name says of the screen that it is for.
+    // Sizes are in the picture's own pixels, but Qt reads a pixel ratio from a name such as "PicSun@2x.png".
     picture.setDevicePixelRatio(1.0);
     return picture;
 }

@@ -14,15 +14,15 @@ struct PictureBoxes
     static constexpr int kWidth = 273;
     static constexpr int kHeight = 125;
 
-    /// The pictures of scale 1, named like the boxes, "PicSun.png"; one that is missing stays empty and is
-    /// not drawn.
+    /// The pictures of scale 1, named like the boxes, "PicSun.png"; a missing one stays null and is not
+    /// drawn.
     [[nodiscard]] static PictureBoxes Load(const QString& folder);
-    /// The pictures of the largest scale above 1 and at or below @p scale of which @p folder holds all ten,
-    /// named "PicSun@2x.png" at scale 2. Nothing if it holds no such set.
+    /// The pictures of the largest scale from 2 to @p scale for which @p folder holds all ten, named
+    /// "PicSun@2x.png" at scale 2. Nothing if there is no such scale.
     [[nodiscard]] static std::optional<PictureBoxes> LoadLarger(const QString& folder, int scale);
 
     int scale = 1;
-    /// Of no particular content until it is cleared.
+    /// Not initialised until it is cleared.
     QImage PicBox;
     QImage PicBackDay;
     QImage PicBackNight;

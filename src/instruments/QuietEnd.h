@@ -4,8 +4,8 @@
 
 #include "support/RuntimeError.h"
 
-/// Runs a routine of an instrument. What fails in it ends it and nothing else: the instruments are ornaments,
-/// and a day without one is no reason to speak.
+/// Runs a routine of an instrument. A failure ends the routine and is not reported, since the instruments are
+/// decoration.
 template <typename Routine>
 void EndQuietly(const Routine& routine)
 {

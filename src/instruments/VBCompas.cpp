@@ -14,9 +14,9 @@
 
 namespace {
 
-// Cut to six digits, as it has always been: the last pixel of the pointer's tip depends on it.
+// Intended: cut to six digits, on which the last pixel of the pointer's tip depends.
 constexpr double kPi = 3.14159;
-// By how much the tip passes half the height of the shape's frame.
+// Twips by which the pointer is longer than half the height of the frame.
 constexpr double kOvershoot = 3.0;
 
 constexpr double kTwipsPerPixel = 15.0;
@@ -62,8 +62,7 @@ void VBCompas::DrawPointer(const double& Angle)
         const double length = ShpCircle.Height / 2.0 + kOvershoot;
         LPointer.X1 = ShpCircle.Left + ShpCircle.Width / 2.0;
         LPointer.Y1 = ShpCircle.Top + ShpCircle.Height / 2.0;
-        // The test is on the whole degree: from 90 up to 91 the pointer stands exactly east, decimals and
-        // all.
+        // Intended: the test is on the whole degree, so that the pointer is exactly east from 90 up to 91.
         switch (a) {
         case 0:
         case 360:
@@ -103,7 +102,7 @@ void VBCompas::paintEvent(QPaintEvent* /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(1.0 / kTwipsPerPixel, 1.0 / kTwipsPerPixel);
 
-    // A circle in a frame that is not square takes the shorter side and the middle.
+    // In a frame that is not square the circle is in the middle, and its diameter is the shorter side.
     const QPointF centre(ShpCircle.Left + ShpCircle.Width / 2.0, ShpCircle.Top + ShpCircle.Height / 2.0);
     const double radius = std::min(ShpCircle.Width, ShpCircle.Height) / 2.0;
     painter.setPen(QPen(QColor(kRimColour), kRimWidth));

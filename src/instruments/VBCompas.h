@@ -7,8 +7,8 @@
 class QLabel;
 class RegionalSettings;
 
-/// A compass card: north up, east to the right, a line from the centre towards the Qibla, and the angle in
-/// words below it. All geometry is kept in twips, whatever the scale of the screen.
+/// A compass card: north up, east to the right, a line from the centre towards the Qibla, and the angle as
+/// text below it. All geometry is in twips, at any scale of the screen.
 class VBCompas final : public QWidget
 {
     Q_OBJECT
@@ -30,11 +30,10 @@ public:
     };
 
     /// Points north.
-    /// @param region by whose rules the angle is written; outlives the control
+    /// @param region gives the decimal sign of the angle; must outlive the control
     VBCompas(const RegionalSettings& region, QWidget* parent);
 
-    /// Turns the pointer. An angle that can't be rounded down to a 16-bit whole number leaves everything as
-    /// it was, without a word.
+    /// Turns the pointer. An angle that can't be rounded down to a 16-bit whole number is ignored.
     /// @param Angle degrees clockwise from north, also negative or beyond 360
     void SetNewAngle(const double& Angle);
 
@@ -54,6 +53,6 @@ private:
     Shape ShpCircle{360.0, 240.0, 855.0, 975.0};
     Line LPointer{765.0, 720.0, 1140.0, 330.0};
     QLabel* LblAngle = nullptr;
-    /// Where the compass stood when it was made. It has never followed the pointer, and nothing relies on it.
+    /// The initial angle. Intended: it does not follow the pointer.
     double m_angle = 0.0;
 };

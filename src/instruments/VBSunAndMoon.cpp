@@ -32,7 +32,7 @@ VBSunAndMoon::VBSunAndMoon(FileStore& files, const QString& pictures, QWidget* p
     , m_folder(pictures)
 {
     resize(273, 129);
-    // A note to whoever opens the control; nobody sees it in the window.
+    // A note for developers, hidden in the window.
     auto* const label1 = new QLabel(QStringLiteral("These are the images being used.. "), this);
     label1->setObjectName(QStringLiteral("Label1"));
     label1->move(0, height());
@@ -57,7 +57,7 @@ void VBSunAndMoon::Update(std::int16_t SunElevation, std::int16_t MoonElevation,
         DrawBackground(MTime);
         DrawSun(SunElevation, MTime);
         DrawMoon(MoonElevation, MTime);
-        // Last, so that sun and moon go down behind the landscape.
+        // Last, so that sun and moon set behind the landscape.
         DrawForeground(MTime);
         Describe(SunElevation, MoonElevation, MTime);
     });
@@ -72,13 +72,13 @@ void VBSunAndMoon::DrawSun(std::int16_t elevation, std::int16_t Currtime)
         const double width = PictureBoxes::kWidth;
         const double height = PictureBoxes::kHeight;
         const std::int16_t y = ToInteger16(height - elevation / kFullHeight * height);
-        // A day without length has no place for the sun; the moon and the landscape still get theirs.
+        // A day of length 0 has no place for the sun; moon and landscape are still drawn.
         if (m_sunset == m_sunrise) {
             throw RuntimeError(ErrorNumber::kDivisionByZero, QStringLiteral("Division by zero"));
         }
         const double elapsed = AddInteger16(Currtime, -m_sunrise);
         const double day = AddInteger16(m_sunset, -m_sunrise);
-        // Nothing keeps the sun out at night: its place is then outside the picture.
+        // At night this is outside the picture.
         const std::int16_t x = ToInteger16(elapsed / day * width);
         const int left = AddInteger16(x, -halfWidth);
         const int top = AddInteger16(y, -halfHeight);
@@ -96,7 +96,7 @@ void VBSunAndMoon::DrawMoon(std::int16_t elevation, std::int16_t /*Currtime*/)
         const double height = PictureBoxes::kHeight;
         const std::int16_t y = ToInteger16(Int(height - elevation / kFullHeight * height));
         const std::int16_t x = Half(PictureBoxes::kWidth);
-        // The half width goes off twice, so that the moon stands left of the middle. It stays there.
+        // Intended: half the width is subtracted twice, so that the moon stands left of the middle.
         const int left = x - halfWidth - halfWidth;
         const int top = AddInteger16(y, -halfHeight);
         Transfer(&PictureBoxes::PicMoonMask, left, top, RasterOperation::SRCAND);
@@ -184,7 +184,7 @@ void VBSunAndMoon::Describe(std::int16_t SunElevation, std::int16_t MoonElevatio
                           .arg(ToInteger16(MoonElevation / 10.0)));
 }
 
-// Places follow the pixels of scale 1 on each scale, so that a sharper picture shows the same scene.
+// Positions are whole pixels of scale 1 at every scale, so that a sharper picture shows the same scene.
 void VBSunAndMoon::Transfer(QImage PictureBoxes::*source, int left, int top, RasterOperation operation)
 {
     for (PictureBoxes& boxes : m_boxes) {

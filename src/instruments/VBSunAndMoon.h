@@ -12,16 +12,16 @@
 
 class FileStore;
 
-/// A small scene of the sky: sun and moon between a sky and a landscape, by day or by night. It knows no
-/// astronomy. What was composed last is kept and shown until the next update, however often the window is
-/// painted; nothing is composed in between. Every routine that fails ends quietly and leaves what it leaves.
+/// A small scene of the sky: sun and moon between a sky and a landscape, by day or by night. It contains no
+/// astronomy. The last scene is kept and painted until the next update. A routine that fails ends quietly and
+/// leaves the scene unfinished.
 class VBSunAndMoon final : public QWidget
 {
     Q_OBJECT
 
 public:
     /// Shows the day without sun and moon.
-    /// @param files where SaveImage writes; outlives the control
+    /// @param files where SaveImage writes; must outlive the control
     /// @param pictures folder of the ten stored pictures
     VBSunAndMoon(FileStore& files, const QString& pictures, QWidget* parent);
 
@@ -34,9 +34,9 @@ public:
     /// Puts the sun into the picture: from left to right between sunrise and sunset.
     void DrawSun(std::int16_t elevation, std::int16_t Currtime);
     /// Puts the moon into the picture, always in the same column.
-    /// @param Currtime of no use
+    /// @param Currtime has no effect
     void DrawMoon(std::int16_t elevation, std::int16_t Currtime);
-    /// Writes the scene at scale 1 as a bitmap file. Without a word if it can't be written.
+    /// Writes the scene at scale 1 as a bitmap file. A failure is not reported.
     void SaveImage(const QString& fileName);
 
 protected:
@@ -54,7 +54,8 @@ private:
 
     FileStore& m_files;
     QString m_folder;
-    /// At scale 1 first: it alone decides about places. Another one follows where the screen shows more.
+    /// The first one is at scale 1 and gives the positions. A second one exists if the screen has a larger
+    /// scale.
     std::vector<PictureBoxes> m_boxes;
     int m_screenScale = 1;
     std::int16_t m_sunrise = 0;
