@@ -15,7 +15,7 @@
 
 namespace {
 
-// Strict, since a place that gives no such number has only its zone: ASCII digits with at most one sign.
+// Only ASCII digits with at most one sign; a place with any other text has only its zone.
 std::optional<int> WholeNumber(const QString& text)
 {
     static const QRegularExpression kForm(QRegularExpression::anchoredPattern(QStringLiteral("[+-]?[0-9]+")));
@@ -51,7 +51,7 @@ void ReadPlace(Configuration& configuration, const SimpleXML& settings, const QS
     configuration.LatitudeText = read(u"latitude");
     configuration.LatitudeFinal = ToDouble(read(u"latitude_final").replace(u'.', decimalSign), locale);
     configuration.ZoneHours = ToInteger16(read(u"time_zone2").replace(u'.', decimalSign), locale);
-    // The zone is whole hours; a clock at a half or a quarter of an hour keeps its minutes apart from it.
+    // The zone is in whole hours; the minutes of a zone at a half or a quarter of an hour are separate.
     configuration.MinutesBeyondZone = MinutesBeyond(configuration.ZoneHours, read(u"utc_minutes"));
 }
 
@@ -62,12 +62,12 @@ void ReadAlerts(Configuration& configuration, const SimpleXML& settings, const Q
         return settings.GetAttribute(QString::fromUtf16(name), kAlertsPath);
     };
 
-    // The fraction of an angle is lost here although the dialog stores it: the scheduler takes whole degrees.
+    // Intended: the fraction of an angle is dropped here although the dialog stores it.
     configuration.FajrAngle = ToInteger16(read(u"angle1").replace(u'.', decimalSign), locale);
     configuration.IshaAngle = ToInteger16(read(u"angle2").replace(u'.', decimalSign), locale);
     configuration.CalcMethod = read(u"method");
     configuration.UseAdvAlert = ToBoolean(read(u"useAdvWarn"), locale);
-    // Whole minutes, read as they stand: a fraction with a point is no number on a comma system.
+    // Intended: the point is not replaced here, so that a fraction fails on a system with a decimal comma.
     configuration.AdvAlertMinutes = ToInteger16(read(u"advWarn"), locale);
     configuration.AsrMethod = read(u"asrMethode");
     configuration.UseDayLight = ToBoolean(read(u"useDLS"), locale);

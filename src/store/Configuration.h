@@ -10,7 +10,7 @@
 class SimpleXML;
 struct Platform;
 
-/// What the program holds of settings.xml between two loads of it.
+/// The values of settings.xml that the program keeps between two loads.
 struct Configuration
 {
     QString DistText;
@@ -23,8 +23,8 @@ struct Configuration
     QString LongitudeText;
     double LongitudeFinal = 0.0; ///< degrees, east positive
     std::int16_t ZoneHours = 0;
-    /// Minutes from ZoneHours to the place's standard time, -59 to 59, where the place gives that to the
-    /// minute.
+    /// Minutes to add to ZoneHours for the standard time of the place, -59 to 59; nothing if the place has
+    /// none.
     std::optional<std::int16_t> MinutesBeyondZone;
     QString ProdID;
     std::int16_t FajrAngle = 0; ///< whole degrees, negative below the horizon
@@ -36,8 +36,8 @@ struct Configuration
     bool UseDayLight = false;
     QString HourMode;
     QString DefaultAdText;
-    /// Where the file says that the service is, where its sign-ups go and which page tells of the network: as
-    /// written, empty where it says nothing.
+    /// The addresses of the service, of its mobile sign-up and of the probe, as written in the file; empty if
+    /// missing.
     QString ServiceText;
     QString SignupText;
     QString ProbeText;
@@ -47,7 +47,7 @@ struct Configuration
     QString Dstr;
 };
 
-/// The name by which settings.xml is opened, everywhere.
+/// The file name of the settings, relative to the working directory.
 inline const QString kSettingsFile = QStringLiteral("settings.xml");
 /// Its elements: the program itself, the places, and the options of calculation, clock and alerts with an
 /// element for each prayer.
@@ -55,7 +55,7 @@ inline const QString kAppPath = QStringLiteral("//root//app");
 inline const QString kLocationsPath = QStringLiteral("//root//locations");
 inline const QString kAlertsPath = QStringLiteral("//root//alerts");
 
-/// Reads the three addresses alone from @p settings: the first requests of a start come before the rest is
+/// Reads only the three addresses from @p settings: the first requests of a start are sent before the rest is
 /// loaded.
 void ReadAddresses(Configuration& configuration, const SimpleXML& settings);
 

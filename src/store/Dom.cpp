@@ -35,7 +35,7 @@ bool DomDocument::Load(const QString& path)
     m_document->reset();
     const std::optional<QByteArray> bytes =
         IsUrl(path) ? m_http.Fetch(path, HttpLimits{}) : m_files.Read(path, XmlLimits::kBytes);
-    // pugixml alone takes two roots, undeclared entities and invalid UTF-8, and leaves half a tree after an
+    // pugixml alone accepts two roots, undeclared entities and invalid UTF-8, and leaves half a tree after an
     // error.
     const std::optional<QByteArray> utf8 = bytes ? CheckedXml(*bytes) : std::nullopt;
     if (!utf8) {
@@ -55,7 +55,7 @@ bool DomDocument::Save(const QString& path) const
     std::ostringstream stream;
     m_document->save(stream, "  ", pugi::format_indent, pugi::encoding_utf8);
     const QByteArray bytes = QByteArray::fromStdString(stream.str());
-    // A control character in a value, or too much of it, would make a file that can never be loaded again.
+    // A control character in a value, or too long a value, would make a file that can't be loaded again.
     return CheckedXml(bytes) && m_files.Replace(path, bytes);
 }
 

@@ -15,8 +15,8 @@ struct xml_node_struct;
 class FileStore;
 class Http;
 
-/// A node of a DomDocument. A handle: copying it copies no node, and it lives no longer than its document.
-/// Every member but operator bool throws kObjectNotSet on the empty handle.
+/// A handle to a node of a DomDocument: a copy refers to the same node, and it is valid as long as the
+/// document. Every member but operator bool throws kObjectNotSet on the empty handle.
 class DomNode
 {
 public:
@@ -27,14 +27,14 @@ public:
     }
     explicit operator bool() const { return m_node != nullptr; }
 
-    /// The name without a prefix; "#text" and "#comment" for what has no name of its own.
+    /// The name without a prefix; "#text" and "#comment" for nodes without a name.
     [[nodiscard]] QString BaseName() const;
     [[nodiscard]] QString NodeName() const;
     /// The value of a text or a comment; nothing for an element.
     [[nodiscard]] std::optional<QString> NodeValue() const;
     /// The text of the node and of all below it.
     [[nodiscard]] QString Text() const;
-    /// Puts one text in place of all children.
+    /// Replaces all children by one text.
     void SetText(const QString& text) const;
     /// The node written as XML, without line breaks of our own.
     [[nodiscard]] QString Xml() const;
@@ -55,8 +55,8 @@ public:
 
     /// Throws kInvalidCall if @p name is no XML name.
     DomNode AppendElement(const QString& name) const;
-    /// Moves @p node, which may belong to another document, behind the last child; its old handles are void
-    /// then.
+    /// Moves @p node, which may belong to another document, behind the last child; its old handles are
+    /// invalid then.
     DomNode AppendChild(DomNode node) const;
     void RemoveChild(DomNode child) const;
 
@@ -76,8 +76,8 @@ public:
     DomDocument(const DomDocument&) = delete;
     DomDocument& operator=(const DomDocument&) = delete;
 
-    /// Replaces the content by the document at a file name or an http or https URL; a URL is waited for with
-    /// events served. False, and an empty document, if it can't be read, is not well-formed or exceeds
+    /// Replaces the content by the document at a file name or an http or https URL; events are processed
+    /// while a URL loads. False, and an empty document, if it can't be read, is not well-formed or exceeds
     /// XmlLimits.
     bool Load(const QString& path);
     /// Writes UTF-8, indented. False if Load would refuse the document or the file can't be written.
@@ -85,13 +85,13 @@ public:
 
     /// The empty handle while the document is empty.
     [[nodiscard]] DomNode DocumentElement() const;
-    /// Makes a new element the root; a root that was there goes with everything under it.
+    /// Makes a new element the root; the old root is removed with its children.
     DomNode SetDocumentElement(const QString& name);
     /// Makes a deep copy of @p node the root.
     void SetDocumentElement(DomNode node);
     /// The first node in document order that matches the XPath pattern, or the empty handle.
-    /// Throws kInvalidCall for a pattern that can't be read or that finds an attribute: one that is there is
-    /// not the same as nothing, and it is no node that a handle could stand for.
+    /// Throws kInvalidCall for an invalid pattern and for one that finds an attribute, which a handle can't
+    /// refer to.
     [[nodiscard]] DomNode SelectSingleNode(const QString& pattern) const;
 
 private:

@@ -21,7 +21,7 @@ void CollectText(pugi::xml_node node, QString& text)
     }
 }
 
-// Texts and comments have neither attributes nor children, and a document has one element.
+// Texts and comments have neither attributes nor children, and a document has only one element.
 void RequireElement(pugi::xml_node node)
 {
     if (node.type() != pugi::node_element) {

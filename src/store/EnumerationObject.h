@@ -4,19 +4,19 @@
 
 #include "store/SimpleXML.h"
 
-/// Walks the child nodes of one element. Children are handed out by name, not by place: of several children
-/// with one name each reads as the first. The walk is live, it counts on by index whatever happens to the
-/// list meanwhile.
+/// Iterates over the child nodes of one element. Intended: a child is found by its name, not by its position,
+/// so that of several children with one name each reads as the first. The index counts on in the live
+/// document, even if children are added or removed meanwhile.
 class EnumerationObject final
 {
 public:
     EnumerationObject(const Platform& platform, const std::shared_ptr<DomDocument>& document,
                       const QString& Path);
 
-    /// Another parent from here on; the index stays.
+    /// Continues at the same index of another parent.
     void SetPath(const QString& Path) { BasePath = Path; }
     [[nodiscard]] bool hasMoreElements() const;
-    /// A SimpleXML on the same live document whose "current" is the next child; nothing past the end.
+    /// A SimpleXML on the same live document whose remembered path is the next child; nullptr past the end.
     [[nodiscard]] std::unique_ptr<SimpleXML> nextElement();
 
 private:

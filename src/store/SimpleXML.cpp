@@ -10,7 +10,7 @@
 
 namespace {
 
-// The one recovery that the members share: any failure becomes the member's plain failure value.
+// The one failure path of the members: a RuntimeError becomes the failure value of the member.
 template <typename Result, typename Step>
 Result Answer(Result failure, Step step)
 {
@@ -88,7 +88,7 @@ bool SimpleXML::Reset()
 bool SimpleXML::Load(const QString& Path)
 {
     return Answer(false, [&] {
-        // Events may run while a URL is waited for, and with them whoever drops this object's document.
+        // Events are processed while a URL loads, and a handler may drop this object's document.
         const std::shared_ptr<DomDocument> document = xmldoc;
         if (!document->Load(Path)) {
             return false;
@@ -126,7 +126,7 @@ bool SimpleXML::AddElementByName(const QString& Name, const QString& Path)
 {
     return Answer(false, [&] {
         const QString path = Resolved(Path);
-        // A pattern that can't be read means the root; one that leads nowhere makes a new root.
+        // A pattern that matches nothing makes a new root; an invalid one does not.
         const DomNode found =
             Answer(xmldoc->DocumentElement(), [&] { return xmldoc->SelectSingleNode(path); });
         if (!found || path.isEmpty()) {

@@ -17,23 +17,23 @@ inline const QString kCurrentPath = QStringLiteral("current");
 /// One XML document and one remembered path; the only way the program reads and writes XML.
 ///
 /// A path is an XPath pattern such as "//root//alerts"; the first node in document order that matches is
-/// meant. The exact word "current" as a path stands for the remembered path. Members answer their plain
-/// failure value (false, the empty text, 0, no object) when something is not there; only SetValue throws.
+/// meant. The exact word "current" as a path stands for the remembered path. Members return their failure
+/// value (false, the empty text, 0, nullptr) if something is missing; only SetValue throws.
 class SimpleXML final
 {
 public:
     /// Files and URLs are read through @p platform, which must outlive the object.
     explicit SimpleXML(const Platform& platform);
 
-    /// The document. Shared with the objects that an enumeration hands out, which look at the same live tree.
+    /// The document, shared with the objects that an enumeration returns.
     std::shared_ptr<DomDocument> xmldoc;
 
-    /// Of the node at the remembered path, or of the root while that path is empty.
+    /// The name of the node at the remembered path, or of the root if that path is empty.
     [[nodiscard]] QString ElementName() const;
     /// "//" and the name of the root.
     [[nodiscard]] QString GetRootName() const;
-    /// False, and nothing changed, for a path of fewer than 2 characters, the remembered one behind "current"
-    /// included. Whether it leads anywhere is not checked.
+    /// Returns false and changes nothing for a path of fewer than 2 characters; "current" counts with the
+    /// length of the remembered path. Does not check whether the path matches a node.
     bool SetCurrentPath(const QString& Path);
     /// Starts over with an empty document; the remembered path stays.
     bool Reset();
@@ -45,7 +45,7 @@ public:
     [[nodiscard]] bool hasChildren(const QString& Path) const;
     /// A count above 32767 is a failure.
     [[nodiscard]] std::int16_t ChildCount(const QString& Path) const;
-    /// Appends an element; if @p Path is empty or leads nowhere it becomes the root, in place of the old one.
+    /// Appends an element; if @p Path is empty or matches nothing, the element replaces the root.
     bool AddElementByName(const QString& Name, const QString& Path);
     /// Moves the node at the remembered path of @p newXML under the node at @p Path.
     bool AddSimpleXML(SimpleXML& newXML, const QString& Path);
@@ -64,13 +64,13 @@ public:
     /// Empty for an element, which has no value of its own.
     [[nodiscard]] QString GetValue(const QString& Path) const;
     [[nodiscard]] QString GetNodeText(const QString& Path) const;
-    /// A document of its own whose root is a deep copy of the node; its remembered path is empty.
+    /// A new document whose root is a deep copy of the node; its remembered path is empty.
     [[nodiscard]] std::unique_ptr<SimpleXML> GetElement(const QString& Path) const;
     [[nodiscard]] const QString& GetCurrPath() const { return CurrPath; }
 
 private:
     friend class EnumerationObject;
-    /// Looks at a document that is somebody else's, without copying it.
+    /// Shares the document of another object.
     void SetDocument(const std::shared_ptr<DomDocument>& document, const QString& Path);
     [[nodiscard]] DomNode NodeAt(const QString& Path) const;
     [[nodiscard]] const QString& Resolved(const QString& Path) const;

@@ -24,7 +24,7 @@ std::optional<QString> Decoded(const QByteArray& bytes)
                match.hasMatch()) {
         name = match.captured(1).toLatin1();
     }
-    // Without a state for further bytes, a character that is cut off at the end is an error.
+    // Stateless: an incomplete character at the end is an error.
     QStringDecoder decoder(name.constData(), QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
     if (!decoder.isValid() || decoder.hasError() || !text.isValidUtf16()) {
@@ -33,8 +33,8 @@ std::optional<QString> Decoded(const QByteArray& bytes)
     return text;
 }
 
-/// One pass of libexpat over one document. Its time grows with the length alone, however many attributes and
-/// namespaces there are.
+/// One pass of libexpat over one document. Its time is linear in the length, for any number of attributes and
+/// namespaces.
 class XmlPass final
 {
 public:
@@ -63,7 +63,7 @@ private:
 
     static void OnDeclaration(void* self, const char* version, const char* /*encoding*/, int /*standalone*/)
     {
-        // XML 1.1 has other characters and line ends, which neither parser knows.
+        // XML 1.1 has other characters and line ends, which neither parser supports.
         Self(self).RefuseIf(QByteArrayView(version) != "1.0");
     }
     static void OnStart(void* self, const char* name, const char** /*attributes*/)
@@ -73,7 +73,7 @@ private:
         if (pass.m_children.size() == 1) {
             pass.m_rootName = name;
         }
-        // One entry is the document's.
+        // The first entry is for the document.
         pass.RefuseIf(pass.m_children.size() > XmlLimits::kDepth ||
                       XML_GetCurrentByteCount(pass.m_parser.get()) > XmlLimits::kTagBytes);
         pass.m_children.push_back(0);
@@ -82,7 +82,7 @@ private:
     static void OnDocumentType(void* self, const char* /*name*/, const char* systemId, const char* publicId,
                                int hasDeclarations)
     {
-        // Entities and default attributes can multiply what a document holds.
+        // Entities and default attributes can multiply the size of a document.
         Self(self).RefuseIf(hasDeclarations != 0 || systemId != nullptr || publicId != nullptr);
     }
     void Count() { RefuseIf(++m_nodes > XmlLimits::kNodes || ++m_children.back() > XmlLimits::kChildren); }
@@ -115,7 +115,7 @@ std::optional<QByteArray> CheckedXml(const QByteArray& bytes)
 
 bool IsXmlName(const QString& name)
 {
-    // The parser decides, so that no name can be given that makes a saved document unreadable.
+    // The parser decides, so that a saved document can be loaded again.
     const QByteArray utf8 = name.toUtf8();
     XmlPass pass;
     return pass.Accepts('<' + utf8 + "/>") && pass.RootName() == utf8;

@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// A document beyond these limits is neither loaded nor saved: no honest settings file or reply comes near
-/// them, and within them no search through a document takes long.
+/// A document beyond these limits is neither loaded nor saved: ordinary settings files and replies are far
+/// below them, and within them every search is quick.
 struct XmlLimits
 {
     static constexpr qsizetype kBytes = 8LL * 1024 * 1024;

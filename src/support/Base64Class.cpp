@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view kAlphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 constexpr qsizetype kLineLength = 76;
 
-// A result without a byte can't be made.
+// Intended: an empty result is an error.
 void RequireBytes(qsizetype count)
 {
     if (count == 0) {
@@ -42,7 +42,7 @@ QString Base64Class::EncodeByteArray(const QByteArray& Data) const
     QByteArray text;
     qsizetype inLine = 0;
     for (qsizetype i = 0; i < Data.size(); i += 3) {
-        // Between lines, never behind the last one.
+        // Between lines, not after the last one.
         if (inLine == kLineLength) {
             text += "\r\n";
             inLine = 0;

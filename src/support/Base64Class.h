@@ -8,14 +8,14 @@
 #include <array>
 
 /// The Base64 encoding of RFC 2045, in lines of 76 characters. Decoding validates nothing: a byte outside the
-/// alphabet counts as 0, so that a blank or a lone line feed shifts what follows. Each operation throws
-/// kSubscript where no byte would come out, as it does for the empty text.
+/// alphabet counts as 0, so that a space or a lone line feed shifts the bytes after it. Each operation throws
+/// kSubscript if the result would be empty.
 class Base64Class final
 {
 public:
     Base64Class();
 
-    /// Of the text in the single-byte code page.
+    /// Encodes the bytes of the text in the single-byte code page (see CodePage.h).
     [[nodiscard]] QString EncodeString(const QString& Text) const;
     [[nodiscard]] QString EncodeByteArray(const QByteArray& Data) const;
     /// The bytes as text of the single-byte code page.

@@ -31,7 +31,7 @@ QString Decode(const Converter& converter, const QByteArray& bytes, int mostUnit
     return text;
 }
 
-// Line ends, and the C0 controls that some encodings shift by, aside.
+// Control characters are not tested: some encodings use them as shift codes.
 bool HoldsAscii(const Converter& converter)
 {
     QByteArray ascii;
@@ -82,7 +82,7 @@ std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& n
 {
     UErrorCode status = U_ZERO_ERROR;
     const Converter converter(ucnv_open(name.constData(), &status), &ucnv_close);
-    // The library takes the empty name for the system's own encoding.
+    // ICU interprets the empty name as the encoding of the system.
     if (name.isEmpty() || U_FAILURE(status)) {
         return std::nullopt;
     }
@@ -96,7 +96,7 @@ std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& n
 bool IsSameEncoding(const QByteArray& name, const QByteArray& other)
 {
     UErrorCode status = U_ZERO_ERROR;
-    // The first of its names is the encoding's own.
+    // The first alias is the name of the encoding itself.
     const char* const own = ucnv_getAlias(name.constData(), 0, &status);
     const char* const othersOwn = ucnv_getAlias(other.constData(), 0, &status);
     return U_SUCCESS(status) && own != nullptr && othersOwn != nullptr && qstrcmp(own, othersOwn) == 0;

@@ -7,17 +7,17 @@
 
 #include <optional>
 
-// The single-byte code page of the program's byte-oriented codecs: windows-1252, on every system, so that
-// what one computer encodes another decodes. Its five bytes without a character (81, 8D, 8F, 90, 9D) stand
-// for the C1 control of their value, so that all 256 bytes go there and back.
+// The single-byte code page of the program's codecs: windows-1252 on every system, so that one computer
+// decodes the bytes of another. Its five bytes without a character (81, 8D, 8F, 90, 9D) are the C1 controls
+// of the same value, so that all 256 bytes survive a round trip.
 
-/// One byte a character; "?" for what has no place in the code page.
+/// One byte for each character; "?" for a character that is not in the code page.
 [[nodiscard]] QByteArray ToCodePage(const QString& text);
 [[nodiscard]] QString FromCodePage(const QByteArray& bytes);
 
-/// The text of @p bytes in the encoding of that name, with U+FFFD for what is none in it; nothing if there is
-/// no such encoding, or if a character of ASCII is not its own byte in it.
+/// Decodes @p bytes from the encoding of that name, with U+FFFD for invalid bytes; nothing if the encoding is
+/// unknown or not compatible with ASCII.
 [[nodiscard]] std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& name);
 
-/// Whether both names are names of one encoding; false for two that are not known.
+/// Whether both names are aliases of one encoding; false if one is unknown.
 [[nodiscard]] bool IsSameEncoding(const QByteArray& name, const QByteArray& other);

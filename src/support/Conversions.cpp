@@ -10,7 +10,7 @@
 
 namespace {
 
-// Files carry Latin digits on every locale, and Qt reads only the digits of the locale that it is given.
+// Files have Latin digits on every locale, but QLocale reads only its own digits.
 QString WithLatinDigits(const QString& text)
 {
     QString latin = text;
@@ -22,7 +22,7 @@ QString WithLatinDigits(const QString& text)
     return latin;
 }
 
-// The same text in the C locale's form; nothing if it is not a number of the given locale.
+// The number in the text; nothing if it is not a number of the locale, in its own or in Latin digits.
 std::optional<double> Parse(const QString& text, const QLocale& locale)
 {
     const QString trimmed = text.trimmed();
@@ -41,7 +41,7 @@ std::optional<double> Parse(const QString& text, const QLocale& locale)
         c.setNumberOptions(QLocale::RejectGroupSeparator);
         value = c.toDouble(plain, &ok);
     }
-    // Qt reads "inf" and "nan" as numbers; nothing here can use them.
+    // Qt reads "inf" and "nan" as numbers: refuse them.
     if (!ok || !std::isfinite(value)) {
         return std::nullopt;
     }
@@ -115,7 +115,7 @@ std::int16_t AddInteger16(int left, int right)
 
 QString ToText(double value, const QLocale& locale)
 {
-    // Only the sign is the user's. Dates, times and all other numbers are written in Latin digits, and no two
-    // numbers of a window shall differ in their digits.
+    // Only the decimal sign is the locale's. Dates, times and all other numbers of a window have Latin digits
+    // too.
     return QString::number(value, 'g', 15).replace(u'.', locale.decimalPoint());
 }

@@ -8,8 +8,8 @@
 #include <cstdint>
 
 // Conversions between text and number. Text is read by the rules of the user's locale (decimal sign, digits,
-// sign, group separators in their places), surrounding blanks are ignored. What does not convert throws a
-// RuntimeError: kTypeMismatch for a text that is no number, kOverflow for a number out of range.
+// sign, group separators in their places), surrounding white space is ignored. A text that is not a number
+// throws the RuntimeError kTypeMismatch, a number out of range kOverflow.
 
 [[nodiscard]] bool IsNumeric(const QString& text, const QLocale& locale);
 [[nodiscard]] double ToDouble(const QString& text, const QLocale& locale);

@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-/// The regional settings of the user, as the platform tells them.
+/// The regional settings of the user, supplied by the platform.
 class RegionalSettings
 {
 public:
@@ -19,11 +19,11 @@ public:
     [[nodiscard]] virtual std::uint32_t GetUserDefaultLCID() const = 0;
 
     /// Fills @p buffer with the locale's text of kind @p lctype and a terminator.
-    /// Answers the number of characters written, terminator included; with @p length 0 the number needed;
+    /// Returns the number of characters written, terminator included; with @p length 0 the number needed;
     /// 0 for an unknown locale or kind.
     virtual int GetLocaleInfo(std::uint32_t lcid, std::uint32_t lctype, QChar* buffer, int length) const = 0;
 
-    /// By whose rules text and numbers are converted into each other.
+    /// The locale for conversions between text and numbers.
     [[nodiscard]] virtual QLocale UserLocale() const = 0;
 };
 

@@ -6,7 +6,7 @@
 
 #include <exception>
 
-/// Numbers of run-time errors on which the program's failure paths decide.
+/// Error numbers by which the failure paths of the program decide.
 namespace ErrorNumber {
 constexpr int kInvalidCall = 5;
 constexpr int kOverflow = 6;
