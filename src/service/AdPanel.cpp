@@ -28,7 +28,7 @@ namespace {
 constexpr float kUsualAdTimer = 600.0F;
 constexpr double kSecondsPerMinute = 60.0;
 
-// The codec refuses the empty text; an empty ad is an empty page all the same.
+// The codec throws for the empty text; an empty ad gives an empty page.
 QString Decoded(const QString& ad)
 {
     return ad.isEmpty() ? QString() : Base64Class().DecodeToString(ad);
@@ -62,7 +62,7 @@ void AdPanel::RefreshAd(bool fetch)
 
 void AdPanel::Refresh(bool fetch)
 {
-    // Also when nothing is to be fetched: the probe comes first, whatever it is good for.
+    // Intended: the probe is sent even if no ad is to be fetched.
     const bool isReached =
         InternetClass(m_platform, ServiceAddresses::Probe(m_variables.Settings)).VerifyConnectivity();
     QString ad = fetch && isReached ? FetchedAd() : QString();
@@ -107,7 +107,7 @@ float AdPanel::SecondsOf(const QString& waitTime) const
 
 QString AdPanel::WritePage(const QString& html) const
 {
-    // The bytes of the page are those that the ad was encoded from.
+    // The page has the bytes from which the ad was encoded.
     const QByteArray bytes = ToCodePage(html);
     for (const QString& folder :
          {m_platform.process.ApplicationFolder(), m_platform.process.UserDataFolder()}) {

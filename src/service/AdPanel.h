@@ -17,9 +17,9 @@ public:
     /// Puts the strip into @p window, which is the main window.
     explicit AdPanel(Form& window);
 
-    /// Shows an ad of the service if @p fetch is true and the network is there, otherwise the default one.
-    /// Sets Connected and AdTimer of the main window from the service's reply. Any failure ends it without a
-    /// word, and the strip keeps what it had. May run inside itself, while it waits for the reply.
+    /// Shows an ad of the service if @p fetch is true and the probe is reached, otherwise the default ad.
+    /// Sets Connected and AdTimer of the main window from the reply. A failure is reported in debug mode
+    /// only, and the strip keeps its page. Reentrant: events are processed while the reply is loading.
     void RefreshAd(bool fetch);
 
 private:
@@ -27,7 +27,7 @@ private:
     /// The ad in Base64; empty if the service has none.
     [[nodiscard]] QString FetchedAd();
     [[nodiscard]] float SecondsOf(const QString& waitTime) const;
-    /// The page's file.
+    /// The path of the file that was written.
     [[nodiscard]] QString WritePage(const QString& html) const;
 
     Form& m_window;

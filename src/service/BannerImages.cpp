@@ -13,16 +13,17 @@
 namespace {
 
 constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10, 10'000};
-// Limit the frames: they are decoded on the UI thread, and the eye sees no faster ones.
+// Limit the frame rate: frames are decoded on the UI thread, and a higher rate is not visible.
 constexpr int kShortestFrameMilliseconds = 50;
-// All pictures that move, together: about two hundredths of a slow core.
+// Limit for all animations together: about 2 per cent of a slow core.
 constexpr qint64 kMostCostPerSecond = 5'000'000;
 
-// Processor time for a frame, some ten times what honest ones take: a fixed part, and a part for its pixels.
+// Limit of processor time for a frame, about ten times that of ordinary ones: a fixed part and a part for its
+// pixels.
 constexpr int kMillisecondsOfAPicture = 30;
 constexpr qint64 kPixelsOfAMillisecond = 5'000;
 
-// The bytes of a data address (RFC 2397); nothing if it is none or too long.
+// The bytes of a data URL (RFC 2397); empty if it is invalid or too long.
 QByteArray BytesOf(const QString& address)
 {
     const qsizetype comma = address.indexOf(u',');
@@ -43,7 +44,7 @@ qint64 PixelsOf(const QSize& size)
 
 struct BannerImages::Image
 {
-    /// The next frame; null at the end, or if decoding takes too long.
+    /// The next frame; a null image at the end, or if decoding takes too long.
     [[nodiscard]] QImage Read()
     {
         file->Allow(kMillisecondsOfAPicture + static_cast<int>(pixels / kPixelsOfAMillisecond));
@@ -82,7 +83,7 @@ BannerImages::BannerImages(Http& http, const QStringList& addresses)
             Start(number, BytesOf(address));
             continue;
         }
-        // A picture has no fragments to show; unlike in a request of ours, a "#" is none of the server's.
+        // Drop the fragment: it means nothing for a picture. A "#" in a request to the service is sent.
         http.FetchInBackground(
             address.section(u'#', 0, 0), kImageLimits, this,
             [this, number](const Http::Reply& reply) { Start(number, reply.value_or(QByteArray())); });
@@ -118,7 +119,7 @@ void BannerImages::SetRunning(bool running)
 
 bool BannerImages::MayBeShown(Image& image) const
 {
-    // The bytes of a file alone may be too many: do not decode those.
+    // Check the size of the file first, before its header is decoded.
     if (image.file->Format().isEmpty() || m_cost + image.file->size() > kMostCost) {
         return false;
     }
@@ -164,7 +165,7 @@ void BannerImages::ShowNextFrame(qsizetype number)
         frame = image.Read();
     }
     if (image.file->IsOverdue()) {
-        // A banner with such a picture gets no others.
+        // Load no other picture of this banner.
         m_cost = kMostCost;
     }
     image.isMoving = !frame.isNull() && image.reader->supportsAnimation();

@@ -11,17 +11,17 @@
 
 class Http;
 
-/// The pictures of one banner: loaded in the background, animated ones running. A picture that is not there
-/// yet, is too large or is none is a transparent dot.
+/// The pictures of one banner, loaded in the background and animated. A picture that is not loaded yet, too
+/// large or invalid is a transparent dot.
 class BannerImages final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Limit for one picture: 1000 by 1000, or as many pixels in another shape.
+    /// Limit for one picture: 1000 by 1000 pixels, or as many in another shape.
     static constexpr qint64 kMostPixels = 1'000'000;
-    /// Limit for the pictures of a banner together; a picture costs its pixels and its bytes. One that costs
-    /// more than is left is not shown, and none is shown after one that takes too long to decode.
+    /// Limit for all pictures of a banner; a picture costs its pixels plus its bytes. A picture that costs
+    /// more than is left is not shown. After a picture that takes too long to decode no other is shown.
     static constexpr qint64 kMostCost = 4'000'000;
 
     /// @param addresses http, https or data
@@ -29,13 +29,13 @@ public:
     ~BannerImages() override;
 
     [[nodiscard]] static QPixmap Dot();
-    /// The picture as it is to be shown now; the dot for a number that no picture has.
+    /// The current frame of a picture; the dot for an unknown number.
     [[nodiscard]] QPixmap Picture(qsizetype number) const;
-    /// Animations stand still while @p running is false.
+    /// Resumes the animations or pauses them.
     void SetRunning(bool running);
 
 signals:
-    /// @p resized tells whether the place that the picture needs has changed.
+    /// @p resized tells whether the size of the picture has changed.
     void Changed(qsizetype number, bool resized);
 
 private:

@@ -119,7 +119,7 @@ QString InternetClass::URLDecodeEx(const QString& Text) const
             decoded += LeadingHexadecimal(bytes.mid(i + 1, 2));
             i += 2;
         }
-        // A "%" with fewer than two bytes behind it gives nothing; they stay.
+        // Intended: a "%" with fewer than two bytes after it is dropped, and the bytes are kept.
     }
     return FromCodePage(decoded);
 }
@@ -153,7 +153,7 @@ QString InternetClass::HTMLDecodeEx(const QString& Text, bool /*vfHREFDecode*/,
                                    ? QStringList(text)
                                    : text.split(vstrAmpChar, Qt::KeepEmptyParts, Qt::CaseInsensitive);
     QString decoded;
-    // What stands before the first introducer is read as an entity too.
+    // Intended: the text before the first introducer is decoded as an entity too.
     for (const QString& piece : pieces) {
         decoded += DecodedPiece(piece, vstrAmpChar);
     }

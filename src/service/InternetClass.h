@@ -8,31 +8,32 @@ struct Platform;
 
 /// The connectivity probe and four text codecs.
 ///
-/// The codecs work on the bytes of the single-byte code page and not by the rules of URLs or HTML of today;
-/// each oddity is wanted. None checks its input. A text of nothing but blanks comes back as it is.
+/// The codecs work on the bytes of the single-byte code page and do not follow the rules of URLs or HTML;
+/// each oddity is intended. They do not check their input. A text of spaces only is returned unchanged.
 class InternetClass final
 {
 public:
-    /// @param probe the page that is asked whether the network is there
+    /// @param probe the page that is requested to test the network
     InternetClass(const Platform& platform, const QString& probe)
         : m_platform(platform)
         , m_probe(probe)
     {
     }
 
-    /// Whether the probe's page could be reached. Blocks for as long as the request takes, at most
+    /// Whether the page of the probe was reached. Blocks for as long as the request takes, at most
     /// Http::kLongestReachMilliseconds.
     [[nodiscard]] bool VerifyConnectivity() const;
 
     [[nodiscard]] QString URLDecodeEx(const QString& Text) const;
-    /// Escapes everything but letters, digits and the blank, which becomes "+".
+    /// Escapes everything but letters, digits and the space, which becomes "+".
     [[nodiscard]] QString URLEncodeEx(const QString& Text) const;
-    /// Throws kTypeMismatch, kOverflow or kInvalidCall for a "#" entity whose number is none or is no byte.
+    /// Throws kTypeMismatch, kOverflow or kInvalidCall for a "#" entity whose number is invalid or not a
+    /// byte.
     /// @param vfHREFDecode has no effect
-    /// @param vstrAmpChar what introduces an entity, in any case
+    /// @param vstrAmpChar text that introduces an entity, in any case
     [[nodiscard]] QString HTMLDecodeEx(const QString& Text, bool vfHREFDecode,
                                        const QString& vstrAmpChar) const;
-    /// @param vfHREFEncode whether a blank becomes "%20" instead of an entity
+    /// @param vfHREFEncode whether a space becomes "%20" instead of an entity
     [[nodiscard]] QString HTMLEncodeEx(const QString& Text, bool vfHREFEncode,
                                        const QString& vstrAmpChar) const;
 

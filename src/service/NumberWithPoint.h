@@ -5,6 +5,6 @@
 class QString;
 class RegionalSettings;
 
-/// A number that settings.xml or a reply writes with a point, whatever the user's decimal sign.
-/// Throws kTypeMismatch for a text that is no number.
+/// Reads a number with a decimal point, as in settings.xml and in replies, on any locale.
+/// Throws kTypeMismatch for a text that is not a number.
 [[nodiscard]] double NumberWithPoint(const QString& text, const RegionalSettings& region);

@@ -40,7 +40,7 @@ QByteArray NamedEncoding(const QByteArray& page)
     const auto size = static_cast<std::size_t>(std::min(page.size(), kEncodingNamedWithin));
     HtmlTokens tokens({page.constData(), size});
     while (const std::optional<HtmlToken> token = tokens.Next()) {
-        // A tag that is cut may hold half of a name.
+        // An incomplete tag may hold half of a name.
         if (token->name == "meta" && token->isWhole) {
             if (QByteArray encoding = EncodingOf(*token); !encoding.isEmpty()) {
                 return encoding;
@@ -50,8 +50,8 @@ QByteArray NamedEncoding(const QByteArray& page)
     return {};
 }
 
-// As browsers take these encodings: for the larger code pages of the same letters, and for what alone can be
-// meant where the name could be read. Source: WHATWG Encoding Standard, 4.2, and HTML, 13.2.3.2.
+// Browsers replace these encodings by larger code pages that contain them, and UTF-16 by UTF-8, since a page
+// in UTF-16 could not name it in ASCII. Source: WHATWG Encoding Standard, 4.2, and HTML, 13.2.3.2.
 QByteArray Meant(const QByteArray& name)
 {
     constexpr std::pair<const char*, const char*> kEncodings[] = {{"iso-8859-1", "windows-1252"},

@@ -6,5 +6,5 @@
 #include <QString>
 
 /// The text of a page, in the encoding that it names near its beginning, <meta charset="…"> or
-/// <meta … content="…; charset=…">; windows-1252 if it names none or none that is known.
+/// <meta … content="…; charset=…">; windows-1252 if it names none or an unknown one.
 [[nodiscard]] QString PageText(const QByteArray& page);

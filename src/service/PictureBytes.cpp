@@ -11,10 +11,10 @@
 
 namespace {
 
-// Decoding so many bytes takes a few milliseconds at most.
+// Bytes of one read: decoding them takes a few milliseconds at most.
 constexpr qint64 kPortion = 256;
 
-// Qt would try each reader that is installed, and the reader of drawings opens the files that a drawing
+// Without a format Qt would try each installed reader, and the SVG reader opens the files that a drawing
 // names.
 QByteArray FormatOf(const QByteArray& file)
 {
@@ -25,10 +25,10 @@ QByteArray FormatOf(const QByteArray& file)
     return found == kMarks.end() ? QByteArray() : QByteArray(found->second);
 }
 
-// A PNG without texts, profiles and times: its reader unpacks them a thousandfold before it tells the size.
-// Each chunk is kept once but for the pixels, and the colours ahead of those: the reader logs a line for
-// every other one. A chunk that is cut goes too, with all behind it. Source of the format: PNG, third
-// edition, 5.3 and 11.
+// The PNG without texts, profiles and times: the reader decompresses them, up to a thousandfold, before it
+// reports the size. Only pixels may have several chunks, and the palette must come before them: the reader
+// logs a line for each other chunk. An incomplete chunk is dropped with everything after it. Source of the
+// format: PNG, third edition, 5.3 and 11.
 QByteArray PlainPng(const QByteArray& file)
 {
     constexpr qsizetype kSignature = 8;
@@ -61,7 +61,7 @@ PictureBytes::PictureBytes(const QByteArray& file)
     : m_format(FormatOf(file))
     , m_bytes(m_format == "png" ? PlainPng(file) : file)
 {
-    // A buffer would hand out more than a portion.
+    // Unbuffered: a buffer would return more than a portion.
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
@@ -81,7 +81,7 @@ bool PictureBytes::seek(qint64 position)
 qint64 PictureBytes::readData(char* data, qint64 most)
 {
     m_isOverdue = m_isOverdue || (m_limit > 0 && std::clock() - m_start > m_limit);
-    // The readers of the other formats take less than they asked for as the end.
+    // The readers of the other formats interpret a short read as the end of the file.
     const bool hasPortions = m_format == "gif" || m_format == "jpeg";
     const qint64 portion = hasPortions ? std::min(most, kPortion) : most;
     const qint64 size = m_isOverdue ? 0 : std::clamp<qint64>(m_bytes.size() - m_at, 0, portion);

@@ -7,20 +7,20 @@
 
 #include <ctime>
 
-/// A picture's file for its reader. A small file can hold minutes of decoding (pixels behind the last one,
-/// thousands of steps), and no reader limits them; each asks for more bytes on the way, and gets none once
-/// its time is over.
+/// The file of a picture as the device of its reader, with a time limit. A small file can take minutes to
+/// decode (pixels after the last one, thousands of progressive steps), and no reader limits that. But each
+/// reads the file piece by piece, and gets no more bytes when its time is over.
 class PictureBytes final : public QIODevice
 {
 public:
     explicit PictureBytes(const QByteArray& file);
 
-    /// One of the formats that are shown, "png", "gif", "jpeg" or "bmp", by the first bytes; empty for all
-    /// others.
+    /// The format by the first bytes: "png", "gif", "jpeg" or "bmp"; empty for all others, which are not
+    /// shown.
     [[nodiscard]] QByteArray Format() const { return m_format; }
     /// Limits the processor time from now on; until the first call there is no limit.
     void Allow(int milliseconds);
-    /// Whether bytes were refused since then, so that the picture is not whole.
+    /// Whether a read was refused since then, so that the picture is incomplete.
     [[nodiscard]] bool IsOverdue() const { return m_isOverdue; }
 
     [[nodiscard]] qint64 size() const override { return m_bytes.size(); }

@@ -9,7 +9,7 @@
 
 namespace {
 
-// The mobile page has two lines for the address and the words around it; a longer one takes a third.
+// The mobile page has two lines for the address and the words around it; a longer address would need a third.
 constexpr qsizetype kLongestSignup = 50;
 
 // Strict, so that libcurl and the browser, which parse the text again, find the same host in it.

@@ -6,18 +6,18 @@
 
 struct Configuration;
 
-/// The addresses of the service that the program uses: each is that of settings.xml if it can be used,
-/// otherwise the build's. White space around an address is ignored.
+/// The addresses of the service that the program uses: each is taken from settings.xml if it is valid there,
+/// otherwise it is the default of the build. White space around an address is ignored.
 namespace ServiceAddresses {
-/// The address that all paths are put behind, without slashes at its end, so that no path begins with two.
-/// The one of the settings is used if it is http or https, in any case, with a host and maybe a port and a
-/// path; not with a user name, a query or a fragment.
+/// The address to which all paths are appended, without slashes at its end. The address in the settings is
+/// valid if it is http or https, in any case, with a host and optionally a port and a path, but no user name,
+/// query or fragment.
 [[nodiscard]] QString Base(const Configuration& configuration);
-/// The e-mail address to which a user sends the first text message of a mobile sign-up. Without a usable one
-/// it is "signup" at the host of Base: only the service that is asked for the confirmation knows the code.
-/// The one of the settings is used if it is ASCII, no longer than 50 characters and has one "@".
+/// The e-mail address to which a user sends the first text message of a mobile sign-up. The default is
+/// "signup" at the host of Base: only the service that is asked for the confirmation knows the code. The
+/// address in the settings is valid if it is ASCII, no longer than 50 characters and has one "@".
 [[nodiscard]] QString Signup(const Configuration& configuration);
-/// The page that is asked whether the network is there. The rule is that of Base, but that it may have a
-/// query or a fragment.
+/// The page that is requested to test the network. The rule is that of Base, but a query and a fragment are
+/// allowed.
 [[nodiscard]] QString Probe(const Configuration& configuration);
 } // namespace ServiceAddresses

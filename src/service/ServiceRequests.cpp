@@ -51,7 +51,7 @@ QString Version(const Configuration& configuration)
 QString PrayerCall(const Configuration& configuration, int pno, const QString& alertType, const QString& ma,
                    const QString& time)
 {
-    // aid stands twice, first and last; the service has always been asked so.
+    // Intended: aid is sent twice, second and last.
     return Script(configuration, u"prayerCall.pl?prod_string=") + configuration.PID +
            QStringLiteral("&aid=") + configuration.AtlasID + QStringLiteral("&pno=") + QString::number(pno) +
            QStringLiteral("&alert_type=") + alertType + QStringLiteral("&ma=") + ma +

@@ -8,11 +8,11 @@
 
 struct Configuration;
 
-/// The requests to the remote service, each as the exact text that is asked for. Values go in as they stand,
-/// nothing is encoded. One place holds them all, so that this is where to look for what leaves the computer.
+/// The exact URLs of all requests to the service; look here for the data that leaves the computer. Values are
+/// inserted as they are, without encoding.
 namespace ServiceRequests {
-/// @param dist handed in on its own: the identifier is asked for before the configuration is loaded, of which
-/// the addresses alone are needed
+/// @param dist separate, since the identifier is requested before the configuration is loaded, except for its
+/// addresses
 [[nodiscard]] QString RequestProdID(const Configuration& configuration, const QString& dist);
 [[nodiscard]] QString Startup(const Configuration& configuration);
 [[nodiscard]] QString GetAd(const Configuration& configuration);

@@ -19,7 +19,7 @@
 
 namespace {
 
-// What this program is, in the numbers of the service.
+// The version of this program in the numbers of the service.
 constexpr double kOwnName = 1.0;
 constexpr double kOwnSequence = 5.0;
 constexpr int kSilentDays = 14;
@@ -43,15 +43,15 @@ void VersionCheck::CheckNewVersion(bool check)
             Check();
         }
     } catch (const RuntimeError&) {
-        // Nobody asked for the check, so nobody hears of its failure.
+        // The user did not ask for the check, so a failure is not reported.
     }
 }
 
 void VersionCheck::Check()
 {
     SimpleXML settings(m_platform);
-    // "settings.XML" and "settings.xml" are one file, also where both lie in the folder. Whether it loads
-    // shows when something is written to it.
+    // Always "settings.xml", even if there is also a file "settings.XML". The result is not checked: without
+    // a document the question is asked and the answer is not stored.
     settings.Load(kSettingsFile);
     SimpleXML document(m_platform);
     document.Load(ServiceRequests::Version(m_configuration));
@@ -72,8 +72,8 @@ bool VersionCheck::IsOther(const SimpleXML& reply) const
     if (name.isEmpty()) {
         return false;
     }
-    // Both are converted before either is compared: one that is no number ends the check. An older version is
-    // another version too.
+    // Both are converted before either is compared, since an invalid number ends the check. Intended: an
+    // older version is offered too.
     const double nameNumber = NumberWithPoint(name, m_platform.region);
     const double sequenceNumber = NumberWithPoint(sequence, m_platform.region);
     return nameNumber != kOwnName || sequenceNumber != kOwnSequence;
@@ -81,7 +81,8 @@ bool VersionCheck::IsOther(const SimpleXML& reply) const
 
 bool VersionCheck::IsSilenced(const SimpleXML& settings) const
 {
-    // A day without a year, on purpose: one of the last two weeks' silences the question for good.
+    // Intended: a day without a year, so that a No in the last two weeks of a year silences the question for
+    // good.
     const QString remind = settings.GetAttribute(QStringLiteral("remind"), kVersion);
     return !remind.isEmpty() &&
            m_platform.clock.Now().date().dayOfYear() < Int(NumberWithPoint(remind, m_platform.region));
@@ -100,8 +101,8 @@ void VersionCheck::Offer(SimpleXML& settings, const SimpleXML& reply)
         settings.Save(kSettingsFile);
         return;
     }
-    // As sent. The browser takes http and https with a host and passes over all else: a stranger's word must
-    // not start a program. This one ends all the same.
+    // The address as sent: Browser ignores all but http and https with a host, so that a reply can't start a
+    // program. The program ends in any case.
     m_platform.browser.Open(reply.GetAttribute(QStringLiteral("download_url"), kRootPath));
     m_platform.process.End();
 }

@@ -11,12 +11,12 @@ struct Platform;
 class VersionCheck final
 {
 public:
-    /// @param window the main window; nothing more happens once it is unloaded
+    /// @param window the main window; the check ends if it is unloaded meanwhile
     explicit VersionCheck(const Form& window);
 
-    /// Asks the service if @p check is true and the network is there, and asks the user if the service has
+    /// Asks the service if @p check is true and the probe is reached, and asks the user if the service has
     /// another version. Yes opens the download and ends the program; No silences the question for fourteen
-    /// days. Any failure ends it without a word.
+    /// days. A failure is not reported.
     void CheckNewVersion(bool check);
 
 private:

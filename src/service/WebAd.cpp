@@ -64,11 +64,11 @@ void WebAd::Navigate(const FileStore& files, const QString& path)
     for (const std::string& address : banner->images) {
         addresses << QString::fromStdString(address);
     }
-    // The pictures of the page before are of no use any more, nor are those still on their way.
+    // Drops the pictures of the old page, also those that are still loading.
     m_images = std::make_unique<BannerImages>(m_http, addresses);
     m_images->SetRunning(isVisible());
     connect(m_images.get(), &BannerImages::Changed, this, &WebAd::TakePicture);
-    // A new text alone would keep the pictures of the page before under the same names.
+    // setHtml alone would keep the old pictures under the same names.
     document()->clear();
     setHtml(QString::fromStdString(banner->html));
 }
@@ -84,8 +84,7 @@ void WebAd::TakePicture(qsizetype number, bool resized)
 
 QVariant WebAd::loadResource(int type, const QUrl& name)
 {
-    // Everything is answered here, so that nothing is ever looked for in a file: for no answer at all, the
-    // document would open the file of that name.
+    // Always return a valid value: otherwise the document would open the file of that name.
     if (type != QTextDocument::ImageResource) {
         return QByteArray();
     }

@@ -11,8 +11,8 @@ class BannerImages;
 class FileStore;
 class Http;
 
-/// Shows the page of the ad: a rich-text view without scripts, frames or access to files, that loads nothing
-/// but pictures and never leaves its page.
+/// Shows the page of the ad: a rich-text view without scripts, frames or access to files, which loads only
+/// pictures and follows no links.
 class WebAd final : public QTextBrowser
 {
     Q_OBJECT
@@ -21,11 +21,11 @@ public:
     WebAd(Http& http, QWidget* parent);
     ~WebAd() override;
 
-    /// Shows the page in a file, read as windows-1252 unless it names an encoding that is known. A page that
-    /// would take too long to lay out is not shown, and the view keeps what it had. Throws kInvalidCall if
-    /// there is no such file.
+    /// Shows the page in a file, read as windows-1252 unless it names a known encoding. A page that would
+    /// take too long to lay out is not shown, and the view keeps its page. Throws kInvalidCall if the file
+    /// can't be read.
     void Navigate(const FileStore& files, const QString& path);
-    /// @param handler takes the address of a link that is followed, and must not let an exception out
+    /// @param handler gets the address of an activated link; must not throw
     void OnLink(std::function<void(const QString&)> handler) { m_link = std::move(handler); }
 
 protected:

@@ -50,7 +50,8 @@ bool IsOneOf(std::string_view word, Words words)
     return std::ranges::find(words, word) != words.end();
 }
 
-// A size with four digits in a row is one that no strip has. The digits of a colour are no size.
+// True for a number of four or more digits: no size in the strip is as large. The digits of a colour do not
+// count.
 bool HasHugeNumber(std::string_view text)
 {
     int digits = 0;
@@ -115,7 +116,7 @@ std::string KeptAttributes(const HtmlToken& tag)
     return kept;
 }
 
-// A picture inside the page takes no time to lay out.
+// The bytes of a data URL take no time to lay out.
 std::size_t LengthOfDataAddress(const HtmlToken& tag)
 {
     const std::string* const address = tag.Find("src");
@@ -187,7 +188,7 @@ private:
 
     void Close(std::string_view name)
     {
-        // An end tag reaches no further than its table, one of a style no further than its cell.
+        // An end tag closes nothing outside its table, an end tag of a style nothing outside its cell.
         CloseInnermost({&name, 1}, IsOneOf(name, kTableParts) ? kTable : Words(kTableParts));
     }
 
@@ -204,7 +205,7 @@ private:
         return found == m_open.rend() ? std::string_view() : *found;
     }
 
-    // Content of a table that stands in none of its cells gets one.
+    // Content of a table outside its cells gets a cell.
     void EnsureCell()
     {
         if (InnermostTablePart() == "table") {
@@ -215,7 +216,7 @@ private:
         }
     }
 
-    // The elements that end where one of that name begins.
+    // Closes the elements that end where an element of that name begins.
     void CloseBefore(std::string_view name)
     {
         if (name == "tr") {
@@ -229,7 +230,7 @@ private:
         }
     }
 
-    // Closes the innermost element of one of these names, unless it stands outside of a barrier.
+    // Closes the innermost element of one of these names, but none outside a barrier.
     void CloseInnermost(Words names, Words barriers)
     {
         for (std::size_t level = m_open.size(); level-- > 0;) {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-/// A page in the form in which the strip may lay it out.
+/// A page that is safe to lay out in the strip.
 struct Banner
 {
     /// Well-formed; pictures are named "image:0", "image:1" and so on.
@@ -16,9 +16,9 @@ struct Banner
     std::vector<std::string> images;
 };
 
-/// Keeps the elements that banners are made of (text styles, colours, tables, lists, links, pictures) and
-/// leaves out all else: scripts, frames, forms, addresses of other kinds, sizes that no strip has. Answers
-/// nothing for a page that would take longer than about 50 milliseconds to lay out; the time of the answer is
-/// linear in the page.
+/// Keeps the elements that banners use (text styles, colours, tables, lists, links, pictures) and removes all
+/// others: scripts, frames, forms, addresses with other schemes, sizes too large for the strip. Returns
+/// nothing for a page that would take longer than about 50 milliseconds to lay out. The time is linear in the
+/// length of the page.
 /// @param page UTF-8
 [[nodiscard]] std::optional<Banner> CleanBanner(std::string_view page);

@@ -59,7 +59,7 @@ Reference NumericReference(std::string_view rest)
     return {error == std::errc() && IsText(code) ? code : ' ', length};
 }
 
-// Without its ";" a name counts too, unless the name of a parameter may begin with it.
+// A name without its ";" counts too, unless it may be the beginning of a parameter's name.
 // Source: HTML standard, 13.2.5.73.
 Reference NamedReference(std::string_view rest)
 {
@@ -110,12 +110,12 @@ std::string SafeText(std::string_view text)
         if (text[at] != '&') {
             safe += EscapedCharacter(text[at++]);
         } else if (const Reference number = NumericReference(text.substr(at)); number.length > 0) {
-            // A number stays a number, so that "&" and "<" do not become markup.
+            // Keep a numeric reference, so that "&" and "<" do not become markup.
             safe += number.code == ' ' ? " " : "&#" + std::to_string(number.code) + ';';
             at += number.length;
         } else {
             ++at;
-            // The layout reads numbers where a browser sees none.
+            // Qt's rich text accepts numeric references that a browser does not.
             safe += text.substr(at).starts_with('#') ? "&amp;" : "&";
         }
     }

@@ -9,20 +9,19 @@
 
 inline constexpr std::string_view kHtmlSpaces = " \t\n\f\r";
 
-/// In lower case, ASCII letters only: HTML compares names so.
+/// Converts only ASCII letters to lower case, as HTML does to compare names.
 [[nodiscard]] char LowerCase(char character);
 [[nodiscard]] std::string LowerCase(std::string_view text);
 
-/// The text of a page, ready to stand between tags. Numeric references are normalised, named ones stay as
-/// they are.
+/// The text of a page, escaped for use between tags. Numeric references are normalised, named ones are kept.
 [[nodiscard]] std::string SafeText(std::string_view text);
 
 /// The value of an attribute, with numeric references and those to & < > " ' replaced by their characters: an
 /// address needs no others.
 [[nodiscard]] std::string AttributeValue(std::string_view source);
 
-/// @p value, ready to stand inside the double quotes of an attribute.
+/// @p value, escaped for use inside the double quotes of an attribute.
 [[nodiscard]] std::string Escaped(std::string_view value);
 
-/// @p html with a space for each character that is no text: controls, and the marks of the text layout.
+/// @p html with a space in place of each control character and each mark of Qt's text layout.
 [[nodiscard]] std::string WithoutLayoutMarks(const std::string& html);

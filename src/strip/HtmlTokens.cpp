@@ -8,7 +8,7 @@
 
 namespace {
 
-// An honest tag has fewer; the rest of one that has more is passed over.
+// An ordinary tag has fewer; further attributes are skipped.
 constexpr int kMostAttributes = 32;
 
 bool HasHiddenContent(std::string_view name)
@@ -31,7 +31,7 @@ std::string_view Trimmed(std::string_view text)
     return text.substr(0, text.find_last_not_of(kHtmlSpaces) + 1);
 }
 
-// Takes @p rest up to the first of @p ends, which is looked for @p from bytes further on.
+// Takes @p rest up to the first of @p ends at or after @p from.
 std::string_view TakeUpTo(std::string_view& rest, std::string_view ends, std::size_t from = 0)
 {
     const std::string_view taken = rest.substr(0, rest.find_first_of(ends, from));
@@ -44,7 +44,8 @@ void Skip(std::string_view& rest, std::string_view characters)
     rest.remove_prefix(std::min(rest.find_first_not_of(characters), rest.size()));
 }
 
-// False if @p end, in lower case, does not follow; it is looked for no further than an honest page needs.
+// Skips to the end of the first @p end, which is in lower case. Without one in the next 64 KiB, skips
+// everything and returns false.
 bool SkipPast(std::string_view& rest, std::string_view end)
 {
     constexpr std::size_t kLongestPart = 64UL * 1024;
@@ -57,7 +58,7 @@ bool SkipPast(std::string_view& rest, std::string_view end)
     return found != part.end();
 }
 
-// From behind the "=".
+// Takes the value after a "=".
 std::string_view TakeValue(std::string_view& rest)
 {
     Skip(rest, kHtmlSpaces);
@@ -85,7 +86,7 @@ void TakeAttributes(std::string_view& rest, HtmlToken& tag)
             rest.remove_prefix(1);
             value = AttributeValue(TakeValue(rest));
         }
-        // Of two attributes of one name the first counts.
+        // The first of two attributes with one name counts.
         if (tag.Find(name) == nullptr) {
             tag.attributes.emplace_back(std::move(name), Trimmed(value));
         }
@@ -128,7 +129,7 @@ std::optional<HtmlToken> HtmlTokens::Next()
             return TakeTag(m_rest);
         } else {
             HtmlToken text;
-            // A "<" that starts no tag is text.
+            // A "<" that does not start a tag is text.
             text.text = TakeUpTo(m_rest, "<", 1);
             return text;
         }

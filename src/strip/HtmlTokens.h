@@ -26,12 +26,13 @@ struct HtmlToken
     bool isWhole = true;
 };
 
-/// Splits a page into tags and texts as forgivingly as browsers do. Comments, declarations and the content of
-/// scripts, style sheets, frames and titles are passed over. The time it takes is linear in the page.
+/// Splits a page into tags and texts and tolerates the errors that browsers tolerate. Comments, declarations
+/// and the content of scripts, style sheets, frames and titles are skipped. The time is linear in the length
+/// of the page.
 class HtmlTokens final
 {
 public:
-    /// @param page UTF-8, or another encoding that holds ASCII; must outlive the texts of the tokens
+    /// @param page UTF-8, or another encoding compatible with ASCII; must outlive the texts of the tokens
     explicit HtmlTokens(std::string_view page)
         : m_rest(page)
     {
@@ -39,7 +40,7 @@ public:
 
     /// Nothing at the end of the page.
     [[nodiscard]] std::optional<HtmlToken> Next();
-    /// The part of the page behind the last token.
+    /// The part of the page after the last token.
     [[nodiscard]] std::string_view Rest() const { return m_rest; }
 
 private:
