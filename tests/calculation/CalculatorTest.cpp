@@ -187,7 +187,7 @@ TEST(Calculator, minutesOutsideTheDate_thoseOfTheDatesAround)
 // the scheduler computes the new day and raises no alert.
 TEST(Calculator, eventWithinHalfAMinuteOfMidnight_firstOrLastMinuteThatIsAnnounced)
 {
-    // A clock six hours ahead of the sun's puts the sunset of the equinox at midnight.
+    // With a clock six hours ahead of the sun the sunset at the equinox is at midnight.
     constexpr Short kOffset = 360;
     int last = 0;
     int first = 0;
@@ -210,13 +210,13 @@ TEST(Calculator, newPlaceAndDate_everyAnswerAsOfAFreshOne)
     Calculator calculator = Makkah();
     const auto before = AllAnswers(calculator);
     const calculation::HijriDate hijriBefore = calculator.Hijri();
-    // The null point is a place and not a missing value.
+    // 0 N 0 E is a place, not a missing value.
     for (const Place& place : {Place{4370, -7942}, Place{0, 0}}) {
         calculator.SetHorParams(place, -240, 4, 7, 2027);
         Calculator fresh = CalculatorOf(place, -240, 4, 7, 2027);
         const auto after = AllAnswers(calculator);
         EXPECT_EQ(after, AllAnswers(fresh));
-        // No answer is the same by chance, so that each of them was computed anew.
+        // All values differ, so that each of them was computed again.
         for (std::size_t i = 0; i < after.size(); ++i) {
             EXPECT_TRUE(after[i] != before[i] || after[i] == -1) << i;
         }

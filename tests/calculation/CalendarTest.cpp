@@ -74,7 +74,7 @@ TEST(HijriDate, everyRowOfTheTable_theSame)
     EXPECT_EQ(rows.size(), 301U);
 }
 
-// Dates that Saudi Arabia's calendar is known to have had, the tabular one a day beside them.
+// Known dates of Saudi Arabia's calendar, which differ from the tabular calendar by a day.
 TEST(HijriDate, newYears_asTheUmmAlQuraCalendar)
 {
     ExpectDate(HijriDateOf(DaysSince2000(19, 7, 2023)), 1, 1, 1445);
@@ -91,8 +91,8 @@ TEST(HijriDate, outsideTheTables_theCivilCalendar)
     ExpectDate(HijriDateOf(DaysSince2000(1, 1, 2300)), 8, 12, 1729);
 }
 
-// Over the borders of the tables the day may repeat or leap by the difference of the two calendars, and
-// nothing else.
+// At the borders of the tables the day may repeat or skip by the difference of the two calendars, nowhere
+// else.
 TEST(HijriDate, everyDayFrom1870To2190_inOrderAndInRange)
 {
     HijriDate before = HijriDateOf(DaysSince2000(31, 12, 1869));

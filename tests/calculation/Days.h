@@ -20,7 +20,7 @@ struct NamedEvent
     const char* name;
 };
 
-// In the order of a day.
+// The events in the order of a day.
 constexpr std::array<NamedEvent, 7> kEvents{{{calculation::Event::Fajr, 1, "Fajr"},
                                              {calculation::Event::Sunrise, 2, "sunrise"},
                                              {calculation::Event::Transit, 5, "transit"},

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Calls check with so many random days from 2000, 1900 to 2100.
+// Calls check for this many random dates of 1900 to 2100, in days since 2000.
 template <typename Check>
 void OnRandomDays(int count, Check check)
 {
@@ -129,7 +129,7 @@ TEST(DeltaT, knownYears_asObserved)
 
 TEST(DeltaT, overTheSeams_noJumpBeyondTheFormulas)
 {
-    // The published polynomials meet within a second or two, before 1600 within some.
+    // At their borders the published polynomials differ by a second or two, before 1600 by some more.
     for (double year = 1600.0; year < 2200.0; year += 0.01) {
         ASSERT_NEAR(DeltaTOfYear(year + 0.01), DeltaTOfYear(year), 1.0) << year;
     }

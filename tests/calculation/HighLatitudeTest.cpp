@@ -24,7 +24,7 @@ Place At45(const Place& place)
     return {static_cast<Short>(place.latitude < 0 ? -4500 : 4500), place.longitude};
 }
 
-// By the clock of the place's time zone, in whole hours.
+// Local time in the zone of the place, in whole hours.
 PrayerDay ZoneDay(const Place& place, std::int32_t date, double fajrAngle = -18.0, double ishaAngle = -17.0)
 {
     return DayOf(place, date - std::round(place.LongitudeDegrees() / 15.0) / 24.0, fajrAngle, ishaAngle);
@@ -43,8 +43,8 @@ void ExpectSameDay(PrayerDay one, PrayerDay other)
     }
 }
 
-// In London the sun is under 18 degrees for the last time in May: the event gives way to the portion long
-// before.
+// In London the sun reaches 18 degrees for the last time in May: the portion of the night replaces the event
+// long before.
 TEST(HighLatitude, throughTheSeasons_fajrAndIshaWithoutAJump)
 {
     int limited = 0;
@@ -61,7 +61,7 @@ TEST(HighLatitude, throughTheSeasons_fajrAndIshaWithoutAJump)
     EXPECT_LT(limited, 365);
 }
 
-// The first and the last of these days have a neighbour with a sunrise of its own, which must not show in
+// The first and the last of these days have a neighbour with a sunrise of its own, which must not affect
 // them.
 TEST(HighLatitude, everyDayWithoutSunriseOrSunset_wholeDayOfLatitude45)
 {
@@ -95,7 +95,8 @@ TEST(HighLatitude, everyDayWithoutSunriseOrSunset_wholeDayOfLatitude45)
 }
 
 // The first and the last days with a sunrise have a neighbour of latitude 45, and so no night to divide. On
-// some the noon sun is up, but not its centre, or hardly: Asr has no shadow to measure.
+// some of them the centre of the noon sun is below the horizon or hardly above it: there is no shadow for
+// Asr.
 TEST(HighLatitude, everyDayOfAYear_inOrderTwilightWithinTheNightAndAsrWithinTheAfternoon)
 {
     int seams = 0;
@@ -134,7 +135,7 @@ TEST(HighLatitude, everyDayOfAYear_inOrderTwilightWithinTheNightAndAsrWithinTheA
     EXPECT_GE(withoutShadow, 4);
 }
 
-// Where the centre of the noon sun is high enough, be it by little, Asr is that of its own shadow.
+// If the centre of the noon sun is only just high enough, Asr is that of its own shadow.
 TEST(HighLatitude, noonSunWithShadow_asrOfItsOwnShadow)
 {
     constexpr double kDegree = calculation::kRadiansPerDegree;
@@ -162,7 +163,7 @@ TEST(HighLatitude, anglesOfHalfTheNight_fajrAndIshaInOrder)
 {
     PrayerDay day = ZoneDay(kLondon, DaysSince2000(21, 6, 2026), -30.0, -30.0);
     EXPECT_NEAR(day.OfSolarDay(Event::Isha, -1), day.OfSolarDay(Event::Fajr, 0), 1e-9);
-    // Larger angles get no more than half the night.
+    // The portion for larger angles is limited to half the night.
     ExpectSameDay(day, ZoneDay(kLondon, DaysSince2000(21, 6, 2026), -60.0, -90.0));
 }
 

@@ -21,7 +21,7 @@ using calculation::Place;
 
 constexpr double kHorizon = -0.8333;
 
-// A day at a place, asked both of the calculation and of the independent sky.
+// A day at a place, by the calculation and by the independent sky.
 class Case final
 {
 public:
@@ -41,7 +41,8 @@ public:
                                         m_place.LongitudeDegrees());
     }
 
-    // Degrees between both skies. Near the zenith and the nadir the sine hardly tells altitudes apart.
+    // Difference of the two skies in degrees. Near the zenith and the nadir the sine hardly changes with the
+    // altitude.
     [[nodiscard]] double ElevationError(double time) const
     {
         const double altitude = Altitude(time);
@@ -61,7 +62,7 @@ public:
         return Altitude(time + kHalfMinute) - Altitude(time - kHalfMinute);
     }
 
-    // Degrees at which the shadow is so many lengths longer than at the transit.
+    // Altitude in degrees at which the shadow is this many lengths longer than at the transit.
     [[nodiscard]] double AsrAltitude(double lengths)
     {
         const double noon = Altitude(Time(Event::Transit)) * kRadiansPerDegree;
@@ -80,7 +81,7 @@ private:
     calculation::PrayerDay m_day;
 };
 
-// In seconds of time; apart where the sun moves by less than 0.03 degrees a minute.
+// Errors in seconds of time; separate if the sun moves by less than 0.03 degrees a minute.
 struct EventErrors
 {
     ErrorStatistics quick;
@@ -169,8 +170,7 @@ TEST(IndependentSky, upTo65Degrees_eachEventWhereItsRuleSaysIt)
     EXPECT_GT(limited, 100);
 }
 
-// Not every day has a sunrise and a sunset there. Which have, and where the sun then stands, is for the
-// independent sky to say.
+// Not every day has a sunrise and a sunset there. The independent sky tells which days have them.
 TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
 {
     EventErrors horizon;
@@ -194,7 +194,7 @@ TEST(IndependentSky, beyond65Degrees_ownSunriseSunsetAndAsr)
             asr.Add(theCase, theCase.Time(Event::AsrTwoLengths), theCase.AsrAltitude(2.0));
         }
     });
-    // Where the sun's path almost touches the horizon, a second of arc is seconds of time.
+    // If the sun's path almost touches the horizon, a second of arc is seconds of time.
     horizon.Expect("sunrise and sunset beyond 65 degrees", 0.25, 1.0);
     horizon45.Expect("the same by latitude 45", 0.2, 0.2);
     asr.Expect("Asr beyond 65 degrees", 0.2, 0.2);

@@ -11,8 +11,8 @@
 
 #include <cmath>
 
-// Sun and moon by other hands: the ERFA library (the IAU's routines: VSOP2000 in epv00, precession and
-// nutation of IAU 2006/2000A) and the whole of ELP-2000/82 in libnova. Nothing here comes from the
+// Sun and moon from independent libraries: ERFA (the IAU's routines: VSOP2000 in epv00, precession and
+// nutation of IAU 2006/2000A) and the whole of ELP-2000/82 in libnova. This header uses nothing of the
 // calculation itself.
 namespace independent {
 
@@ -54,7 +54,7 @@ struct MoonPosition
 // As the sun.
 [[nodiscard]] inline MoonPosition Moon(double daysTt)
 {
-    // Ecliptic of 2000, seen where it stood 1.28 s ago, the time of its light.
+    // Ecliptic of 2000; the position 1.28 s earlier, for the light time.
     constexpr double kObliquity2000 = 84381.40889 * ERFA_DAS2R;
     ln_rect_posn position{};
     ln_get_lunar_geo_posn(kEpoch + daysTt - 1.28 / ERFA_DAYSEC, &position, 0.0);
@@ -93,7 +93,7 @@ struct MoonPosition
     return eraAnpm(SunHourAngle(daysUt, deltaT, longitude, sun)) * ERFA_DR2D;
 }
 
-// Topocentric airless altitude of the sun's centre; latitude and answer in degrees.
+// Topocentric altitude of the sun's centre without refraction; latitude and result in degrees.
 [[nodiscard]] inline double SunAltitude(double daysUt, double deltaT, double latitude, double longitude)
 {
     constexpr double kParallaxAtUnit = 8.794143 * ERFA_DAS2R;

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-// Places where Isha crosses midnight in early summer and comes back in July: 2026 to 2029, the angles of the
-// Muslim World League, the clock an hour ahead of standard time.
+// Places where Isha crosses midnight in early summer and returns in July: 2026 to 2029, angles of the Muslim
+// World League, daylight saving on.
 namespace {
 
 using calculation::DaysSince2000;
@@ -15,7 +15,7 @@ using calculation::Place;
 struct City
 {
     const char* name;
-    Place place; // as the program hands over the shipped one
+    Place place; // with the rounding of the program
     Short offset;
     // Dates on which the clock time of Isha lies in the first half minute: as an event of that date, and as
     // one that is taken from a neighbour.
@@ -33,7 +33,7 @@ struct IshaOfDate
 {
     double ofThisEvening = 0.0;
     double ofTheEveningBefore = 0.0;
-    double shown = 0.0; // before it is rounded
+    double shown = 0.0; // before rounding
     int announced = 0;  // the slot
 
     // 0 to 2 of the two evenings.
@@ -44,7 +44,7 @@ struct IshaOfDate
     }
 };
 
-// The day counts on from 1 January.
+// The day is counted from 1 January.
 IshaOfDate IshaOn(const City& city, Short year, Short dayOfYear)
 {
     auto day = DayOf(city.place, DaysSince2000(dayOfYear, 1, year) - city.offset / kMinutesPerDay);
@@ -86,7 +86,7 @@ void CheckDate(const IshaOfDate& isha, std::int32_t date, Short year, Counts& co
     }
 }
 
-// The alerts of a date and of the next are a day apart, but for the two nights a year.
+// The alerts of two successive dates are a day apart, except in two nights a year.
 void CheckNight(const IshaOfDate& isha, const IshaOfDate& next, Counts& counts)
 {
     EXPECT_NEAR(next.ofTheEveningBefore, isha.ofThisEvening - kMinutesPerDay, 0.002);

@@ -21,8 +21,7 @@ using Short = std::int16_t;
 // The slots that hold an event.
 constexpr std::array<Short, 7> kSlots{1, 2, 5, 6, 7, 9, 10};
 
-// The module that the program loads, in copies of its file, so that each has a state of its own that no
-// setter has touched.
+// The module that the program loads, each time from a copy of its file, so that its state is the initial one.
 class Module : public testing::Test
 {
 protected:
@@ -78,7 +77,7 @@ TEST(ModuleSymbols, dynamicTable_definesTheTenFunctionsAndNothingElse)
     EXPECT_EQ(Symbols("--defined-only"), expected);
 }
 
-// No C++ function of another library: neither Qt's nor the standard library's, which might allocate.
+// No C++ function of another library: those of Qt and of the standard library might allocate.
 TEST(ModuleSymbols, neededFunctions_areOfCAndNoneAllocates)
 {
     const std::set<std::string> needed = Symbols("--undefined-only");
@@ -161,7 +160,7 @@ TEST_F(Module, hijriYearBeyond16Bits_staysWithin)
     EXPECT_EQ(module.Hyear(), -32768);
 }
 
-// Any 16 bits; now and then a number at or near a border where something changes.
+// A random 16-bit number, sometimes at or near a limit.
 class RandomShorts final
 {
 public:
@@ -176,7 +175,7 @@ public:
                                                  9001, -9001, 18000, -83,  -84,   -3000, 32767, -32768};
         return kBorders[(bits >> 16) % kBorders.size()];
     }
-    // A year of our time half the time, when every rule of the slots is at work.
+    // Half of the years are 1900 to 2155, in which every rule of the slots is used.
     Short Year()
     {
         const Short year = (*this)();

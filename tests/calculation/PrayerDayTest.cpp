@@ -29,7 +29,7 @@ struct Candidates
     }
     [[nodiscard]] static bool IsWithin(double time) { return time >= -0.5 && time < 0.5; }
     [[nodiscard]] int CountWithin() const { return IsWithin(own) + IsWithin(before) + IsWithin(after); }
-    // Of all three the one that has the least way to the date.
+    // The one of the three that is nearest to the date.
     [[nodiscard]] double Nearest() const
     {
         const auto way = [](double time) { return std::max({0.0, -0.5 - time, time - 0.5}); };
@@ -44,9 +44,9 @@ bool IsSameClockTime(double one, double other)
     return std::abs(std::remainder(one - other, 1.0)) < 1e-11;
 }
 
-// Moves the clock of a place through a whole day, minute by minute, so that each event meets midnight. At 60
-// N the events move by minutes from day to day, earlier in one season and later in the other, so that both a
-// date with two and a date with none come up.
+// Moves the clock of a place through a whole day, minute by minute, so that each event crosses midnight. At
+// 60 N the events move by minutes from day to day, earlier in one season and later in the other, so that some
+// dates have two of an event and some have none.
 TEST(PrayerDay, everyEventAtEveryOffset_theOneOfTheDate)
 {
     for (const NamedEvent& event : kEvents) {
@@ -78,9 +78,9 @@ TEST(PrayerDay, everyEventAtEveryOffset_theOneOfTheDate)
     }
 }
 
-// The solar noon moves by seconds a day, so that it takes longitudes 2.4 seconds apart to meet its midnight.
-// In December solar days are longer than 24 hours and a date may have no noon, in September they are shorter
-// and it may have two.
+// The transit moves by seconds a day, so that longitudes 2.4 seconds apart are needed to find it at midnight.
+// In December solar days are longer than 24 hours and a date may have no transit; in September they are
+// shorter and it may have two.
 TEST(PrayerDay, transitNearMidnight_theOneNearestToTheDatesNoon)
 {
     std::map<int, int> cases;

@@ -16,7 +16,7 @@
 // A row of a comma-separated file of the folder reference/.
 struct ReferenceRow
 {
-    std::string line; // as it stands in the file, for the message of a failure
+    std::string line; // the line of the file, for failure messages
     std::vector<std::string> fields;
 
     [[nodiscard]] const std::string& Text(std::size_t column) const { return fields.at(column); }
@@ -27,7 +27,7 @@ struct ReferenceRow
     [[nodiscard]] double Number(std::size_t column) const { return std::stod(Text(column)); }
 };
 
-// The rows of the file but its heading. Throws std::runtime_error when the file is missing.
+// The rows of the file without its heading. Throws std::runtime_error when the file is missing.
 [[nodiscard]] inline std::vector<ReferenceRow> ReferenceTable(const std::string& fileName)
 {
     std::ifstream file(std::string(DUSKBEACON_REFERENCE_FOLDER "/") + fileName);
@@ -46,7 +46,7 @@ struct ReferenceRow
     return rows;
 }
 
-// The largest and the root mean square of the errors met, and the row that has the largest.
+// The largest error, its row, and the root mean square of all errors.
 class ErrorStatistics final
 {
 public:

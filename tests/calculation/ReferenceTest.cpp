@@ -62,8 +62,8 @@ TEST(Qibla, everyRowOfTheTable_withinItsLimit)
     EXPECT_LT(tenths.Largest(), 0.0501) << tenths.WorstRow();
 }
 
-// Where every direction or none leads to the Kaaba, and at the poles, where the bearing counts from the
-// meridian of the place.
+// The Kaaba and its antipode, where the bearing is not defined, and the poles, where it depends on the
+// longitude.
 TEST(Qibla, placesWithoutAnOrdinaryBearing_asAgreed)
 {
     struct Row
@@ -89,7 +89,7 @@ TEST(Qibla, placesWithoutAnOrdinaryBearing_asAgreed)
 
 TEST(Qibla, bearingJustBelowNorth_roundsToNorthAndNotToAWholeTurn)
 {
-    // From due south of the Kaaba and a little east of its meridian.
+    // A place south of the Kaaba and a little east of its meridian.
     const Place place{-5000, 3985};
     ASSERT_GT(QiblaBearing(place), 359.95);
     EXPECT_EQ(QiblaDir(place), 0.0);

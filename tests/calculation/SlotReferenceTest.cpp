@@ -56,7 +56,8 @@ struct DateRows
             EXPECT_LT(WholeMinute(row, slot), 1440) << row.line;
             return;
         }
-        // Of two events in a date the one of its own noon is the date's; the other is marked as carried.
+        // Of two events on a date the one of the date's own solar day counts; the table marks the other as
+        // carried.
         const bool isCarried = row.Whole(10) == 1;
         if (isCarried && rows.contains(slot)) {
             return;
@@ -65,8 +66,8 @@ struct DateRows
         minutes[slot] = row.Number(9) + (isCarried && (slot == 2 || slot == 9) ? kMinutesPerDay : 0.0);
     }
 
-    // Where the portion of the night next to sunrise or sunset ends, if the table's event lies beyond it.
-    // Taken from the table's own sunrise and sunset, and so a few minutes off where the night changes quickly
+    // The end of the portion of the night next to sunrise or sunset, if the table's event lies beyond it.
+    // Computed from the table's sunrise and sunset, and so a few minutes off if the night changes quickly
     // from day to day.
     static constexpr double kLimitSlack = 2.5;
     [[nodiscard]] std::optional<double> LimitPassed(Short slot) const
@@ -82,8 +83,8 @@ struct DateRows
     }
 };
 
-// Largest error in seconds allowed for each slot, just above the measured one. Rows where the sun climbs
-// slowly have the larger error of the table itself; they are among those of slots 2 and 9.
+// Largest error in seconds allowed for each slot, just above the measured one. Rows in which the sun climbs
+// slowly have a larger error in the table itself; they belong to slots 2 and 9.
 const std::map<Short, double> kLimits{{1, 0.25}, {2, 0.45}, {5, 0.12}, {6, 0.2},
                                       {7, 0.2},  {9, 0.6},  {10, 0.2}};
 
@@ -133,8 +134,8 @@ TEST(SlotReference, everyRowOfTheTable_withinTheLimitOfItsSlotAndTheSameMinute)
     EXPECT_EQ(without, 40);
 }
 
-// Timetables of authorities do not print the moment itself: they add minutes for precaution and round, so
-// that the test limits by how much the printed minute is later than the moment.
+// Authorities add minutes for precaution and round, so that the test limits by how much the printed minute is
+// later than the moment.
 TEST(PublishedTimetables, everyRow_laterByItsPrecautionAlone)
 {
     int count = 0;

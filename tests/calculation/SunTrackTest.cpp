@@ -14,8 +14,8 @@ namespace {
 using calculation::Latitude;
 using calculation::SunTrack;
 
-// The difference in arcseconds, over two centuries, between the altitude interpolated at so many days from
-// noon and the theory itself at that instant.
+// The largest difference in arcseconds, over two centuries, between the altitude interpolated this many days
+// from noon and that of the theory at that instant.
 TEST(SunTrack, awayFromNoon_asTheTheory)
 {
     struct Row
@@ -23,7 +23,7 @@ TEST(SunTrack, awayFromNoon_asTheTheory)
         double days;
         double limit;
     };
-    // The date, its neighbours, and the nights around these.
+    // The date, its neighbours, and the nights around them.
     for (const Row& row : {Row{0.5, 0.05}, Row{1.5, 0.3}, Row{2.5, 2.0}}) {
         std::mt19937 generator(11);
         std::uniform_int_distribution<int> noons(-36525, 36525);
@@ -72,14 +72,14 @@ TEST(SunTrack, rateAndCurvature_asTheDifferences)
     }
 }
 
-// Where one passage falls on each of the date's two midnights the hour angle of noon cannot tell which is
-// nearer, since the sun doesn't keep its pace over the day: some hundredths of a second decide, and a
-// thousandth is what the transit is found to.
+// If there is a transit at each midnight of the date, the hour angle at noon does not show which is nearer,
+// since the sun's speed changes over the day. The difference is hundredths of a second, and the transit is
+// accurate to a thousandth.
 TEST(SunTrack, transitsAtBothEndsOfTheDate_ownIsTheNearerToNoon)
 {
     constexpr double kThousandthOfASecond = 1e-3 / 86400.0;
     for (int noon = 9497; noon < 9497 + 366; noon += 3) { // 2026
-        double underTheSun = 0.0;                         // where it stands on the meridian at that noon
+        double underTheSun = 0.0;                         // longitude with the transit at that noon
         for (int pass = 0; pass < 3; ++pass) {
             underTheSun += SunTrack(noon, underTheSun).Transit(0);
         }

@@ -10,8 +10,8 @@
 #include <map>
 #include <sstream>
 
-// Every place on a grid of 5 degrees and every day of four years. The optimised build goes through all of
-// them; others take every so many days and the day after each, see CMakeLists.txt.
+// Every place on a grid of 5 degrees and every day of four years. The optimised build tests all of them;
+// other builds test every n-th day and the day after it, see CMakeLists.txt.
 namespace {
 
 using calculation::Event;
@@ -37,9 +37,8 @@ std::string Text(const Place& place, int number, const Day& day)
     return text.str();
 }
 
-// Largest change from one day to the next, in minutes, where both days are computed by the same rules. As the
-// polar day or night draws near, the sun's path comes to touch the horizon and its rising moves by an hour a
-// day and more.
+// Largest change from one day to the next, in minutes, where both days are computed by the same rules. Near
+// the polar day or night the sun's path touches the horizon, and sunrise moves by an hour a day and more.
 int LargestChange(int latitude)
 {
     static const std::map<int, int> limits{{20, 2}, {35, 3},  {45, 4},  {55, 6},  {60, 7},
@@ -51,7 +50,7 @@ int LargestChange(int latitude)
 class Sweep : public ::testing::TestWithParam<Angles>
 {
 protected:
-    // That of the place's time zone, in whole hours.
+    // The offset of the time zone of the place, in whole hours.
     static Short OffsetOf(const Place& place)
     {
         return static_cast<Short>(std::lround(place.longitude / 1500.0) * 60);
@@ -74,8 +73,8 @@ protected:
                At({static_cast<Short>(place.latitude < 0 ? -4500 : 4500), place.longitude}, number) == day;
     }
 
-    // In order, or the sun's own day has one of its events on the other side of midnight: then the date shows
-    // another day's, and it is the events of the sun's day that have to be in order.
+    // The minutes are in order, unless an event of the solar day is on the other side of midnight: then the
+    // date shows that of another day, and the events of the solar day must be in order.
     bool IsInOrder(const Place& place, int number, const Day& day)
     {
         if (std::is_sorted(day.begin(), day.end())) {
@@ -95,8 +94,8 @@ protected:
     static void ExpectSmallChanges(const Place& place, int number, const Day& day, const Day& next)
     {
         const int limit = LargestChange(std::abs(place.latitude) / 100);
-        // Where the angle's portion is half the night, the true event may be minutes from midnight one day
-        // and the next not be at all: the sun's lowest point is flat.
+        // If the portion of the angle is half the night, the true event may be minutes from midnight on one
+        // day and missing on the next: the sun's path is flat at its lowest point.
         const int fajrLimit = GetParam().fajr <= -3000 ? std::max(limit, 60) : limit;
         const int ishaLimit = GetParam().isha <= -3000 ? std::max(limit, 60) : limit;
         for (std::size_t i = 0; i < day.size(); ++i) {
@@ -147,7 +146,7 @@ TEST_P(Sweep, everyPlaceAndDay_minutesInOrderWithoutJumps)
     std::printf("%d days with an event carried over midnight, %d seams of latitude 45\n", m_carried, m_seams);
 }
 
-// A test each, so that they run side by side.
+// One test for each, so that they run in parallel.
 INSTANTIATE_TEST_SUITE_P(angles, Sweep,
                          ::testing::Values(Angles{"fifteenFifteen", -1500, -1500},
                                            Angles{"eighteenSeventeen", -1800, -1700},

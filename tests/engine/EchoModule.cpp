@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A module with the exports of the real one that answers with what it was told, so that a test sees each
-// argument arrive in its place. Built a second time without its last export.
+// A module with the exports of the real one that returns its arguments, so that a test sees each one in its
+// place. A second build lacks the last export.
 #include <array>
 #include <cstdint>
 #include <numeric>
@@ -37,7 +37,7 @@ EXPORTED void SetHorAngle(std::int16_t angle1, std::int16_t angle2, std::int16_t
     angles = {angle1, angle2, angle3, angle4};
 }
 
-// Slots 1 to 6 answer with the six parameters, 7 to 10 with the four angles.
+// Slots 1 to 6 return the six parameters, 7 to 10 the four angles.
 EXPORTED std::int16_t Horarium(std::int16_t slot)
 {
     const auto index = static_cast<std::size_t>(slot - 1);

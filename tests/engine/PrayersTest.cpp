@@ -14,7 +14,7 @@ TEST(FormatPrayerTime, minutes_giveClockText)
         const char* twelve;
         const char* twentyFour;
     };
-    // Noon reads AM by intention.
+    // Intended: noon reads AM.
     for (const Row& row :
          {Row{0, "12:00 AM", "0:00"}, Row{5, "12:05 AM", "0:05"}, Row{65, "1:05 AM", "1:05"},
           Row{310, "5:10 AM", "5:10"}, Row{750, "12:30 AM", "12:30"}, Row{780, "1:00 PM", "13:00"},
