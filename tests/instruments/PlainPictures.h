@@ -7,9 +7,9 @@
 
 #include <vector>
 
-/// A folder of plain pictures of the sizes that the sky needs, in colours that tell the layers apart: each
-/// pixel of a scene says what was drawn there last. Sun and moon are full rectangles, so that their edges are
-/// the edges of their pictures; the landscape fills the lowest rows.
+/// A folder of plain pictures of the sizes that the sky needs, with a colour for each layer, so that each
+/// pixel of a scene shows what was drawn there last. Sun and moon are full rectangles, so that their edges
+/// are the edges of their pictures; the landscape fills the lowest rows.
 class PlainPictures final
 {
 public:
@@ -72,7 +72,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// What a scene shows, read from its pixels.
+/// The layers of a scene, read from its pixels.
 [[nodiscard]] inline QRect BoundsOf(const QImage& scene, QRgb colour)
 {
     QRect bounds;

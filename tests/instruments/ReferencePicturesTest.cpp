@@ -11,8 +11,8 @@
 
 #include <array>
 
-// The stored pictures are under reference/. After a change that is wanted, renew them with the environment
-// variable DUSKBEACON_RENEW_REFERENCES set to 1, look at the contact sheet, and keep what is right.
+// The stored pictures are under reference/. After an intended change, renew them with the environment
+// variable DUSKBEACON_RENEW_REFERENCES set to 1 and check the contact sheet before you commit them.
 
 namespace {
 
@@ -62,7 +62,7 @@ QString Path(const QString& name)
     return QStringLiteral(REFERENCE_FOLDER "/") + name + QStringLiteral(".png");
 }
 
-/// The stored picture; renewed first if that was asked for.
+/// The stored picture; renewed first if the variable is set.
 QImage Stored(const QString& name, const QImage& drawn)
 {
     if (qEnvironmentVariableIntValue("DUSKBEACON_RENEW_REFERENCES") != 0) {
@@ -71,7 +71,7 @@ QImage Stored(const QString& name, const QImage& drawn)
     return QImage(Path(name)).convertToFormat(QImage::Format_RGB32);
 }
 
-/// How many pixels differ by more than what another version of the font renderer may do to an edge.
+/// The number of pixels that differ by more than another version of the font renderer may change an edge.
 int DifferentPixels(const QImage& left, const QImage& right)
 {
     constexpr int kSoftEdge = 48;
@@ -92,12 +92,12 @@ TEST(ReferencePictures, skies_equalTheStoredOnes)
 {
     for (const SkyRow& row : kSkies) {
         const QImage drawn = Sky(row);
-        // No line is drawn and no text is written here, so each pixel is the same everywhere.
+        // There are neither lines nor texts here, so that each pixel is the same on every system.
         EXPECT_EQ(drawn, Stored(QStringLiteral("sky_") + QLatin1String(row.name), drawn)) << row.name;
     }
 }
 
-// Within what another version of the font renderer may do; a pointer five degrees off is beyond that.
+// Tolerates another version of the font renderer, but not a pointer five degrees off.
 TEST(ReferencePictures, compasses_equalTheStoredOnes)
 {
     constexpr int kTolerance = 12;

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Read when the application object is made, before which this runs.
+// Runs before the application object is made, which reads it.
 const bool kIsScaled = qputenv("QT_SCALE_FACTOR", TEST_SCALE);
 
 int Scaled(double length)
@@ -79,7 +79,7 @@ TEST(ScaledCompass, card_isDrawnAtThePixelsOfTheScreen)
     VBCompas compass(region, nullptr);
     const QImage picture = compass.grab().toImage();
     ASSERT_EQ(picture.size(), QSize(Scaled(102), Scaled(117)));
-    // A picture that was drawn small and enlarged comes back unchanged from being halved and doubled.
+    // A picture that was drawn small and enlarged does not change when it is halved and doubled.
     const QImage enlarged = picture.scaled(102, 117, Qt::IgnoreAspectRatio, Qt::FastTransformation)
                                 .scaled(picture.size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
     EXPECT_NE(picture.convertToFormat(QImage::Format_RGB32), enlarged.convertToFormat(QImage::Format_RGB32));

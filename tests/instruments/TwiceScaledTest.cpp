@@ -5,10 +5,10 @@
 
 #include <gtest/gtest.h>
 
-// For the program at twice the scale alone: between two scales pixels are mixed.
+// Only for the program at scale 2: at a scale between two whole ones pixels are mixed.
 namespace {
 
-/// A sky of one-pixel columns: drawn at another scale, or resized, they would not stay apart.
+/// A sky of one-pixel columns, which would blur if drawn at another scale or resized.
 QImage Stripes(int scale)
 {
     QImage picture = PlainPictures::Plain(273, 125, scale, PlainPictures::kDay);

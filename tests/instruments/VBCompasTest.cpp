@@ -132,7 +132,7 @@ TEST_F(VBCompasTest, set_turnsPointerAndCaption)
     }
 }
 
-// The cut pi is told from the full one by the far end of the range: there they differ by more than a pixel.
+// At the end of the range the cut pi and the full one differ by more than a pixel.
 TEST_F(VBCompasTest, pi_isCutToSixDigits)
 {
     compass.SetNewAngle(32000.0);
@@ -148,7 +148,7 @@ TEST_F(VBCompasTest, decimals_followTheUsersLocale)
     EXPECT_EQ(Caption(), QStringLiteral("Angle: 58,4"));
 }
 
-// As in the times and dates beside it.
+// As in the times and dates of the window.
 TEST_F(VBCompasTest, digits_areLatinOnEachLocale)
 {
     region.locale = QLocale(QLocale::Arabic, QLocale::Egypt);

@@ -12,7 +12,7 @@
 
 namespace {
 
-// With these the sun's centre stands at the column that the clock says: one minute is one pixel.
+// With these one minute is one pixel: the column of the sun's centre is the minute.
 constexpr std::int16_t kPixelSunrise = 0;
 constexpr std::int16_t kPixelSunset = 273;
 constexpr std::int16_t kBelow = -500;
@@ -311,7 +311,7 @@ TEST_F(VBSunAndMoonTest, missingPictures_leaveTheirLayerOut)
     EXPECT_EQ(BoundsOf(scene, PlainPictures::kMoon).left(), 106);
 }
 
-// The sky covers the whole picture; without one only the clearing takes away what stood there.
+// The sky covers the whole picture; without a sky only the clearing removes the old scene.
 TEST_F(VBSunAndMoonTest, withoutASky_pictureIsClearedBeforeEachScene)
 {
     for (const char* name : {"PicBackDay", "PicBackNight"}) {

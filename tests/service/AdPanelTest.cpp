@@ -87,7 +87,7 @@ TEST_F(AdPanelTest, encodingNamedFarBehind_orHalf_doesNotCount)
     AnswerAd("<!--" + QByteArray(1010, 'x') + "--><meta charset=utf-8>\xC3\xA4");
     Refresh();
     EXPECT_EQ(Shown(), QStringLiteral("\u00C3\u00A4"));
-    // "<html>" comes first. Of the name "iso-8859-6-e" the end is beyond the first 1024 bytes.
+    // "<html>" comes first. The end of the name "iso-8859-6-e" is beyond the first 1024 bytes.
     const QByteArray tag = "<meta charset=iso-8859-6";
     AnswerAd("<!--" + QByteArray(1024 - 6 - 7 - tag.size(), 'x') + "-->" + tag + "-e>\xD3");
     Refresh();
@@ -329,7 +329,7 @@ TEST_F(AdPanelTest, pageTooCostlyToLayOut_isWrittenButNotShown)
     EXPECT_EQ(Shown(), QStringLiteral("old"));
 }
 
-// Whatever stands in the attribute: well-formed Base64 or none, of a page or of rubbish.
+// Any attribute: valid and invalid Base64 of pages and of random bytes.
 TEST_F(AdPanelTest, anyAdAtAll_isShownOrNotButNeverHarms)
 {
     QRandomGenerator random(20260320);
@@ -368,7 +368,7 @@ TEST_F(AdPanelTest, largestAdThatAReplyCanHold_isWrittenButNotShown)
 {
     AnswerAd("<b>old</b>");
     Refresh();
-    // A tag may have 64 KiB; Base64 takes four bytes for three.
+    // The limit of a tag is 64 KiB; Base64 needs four bytes for three.
     const QByteArray units[] = {"<table><tr><td>", "x"};
     for (const QByteArray& unit : units) {
         const QByteArray ad = unit.repeated(48'000 / unit.size());

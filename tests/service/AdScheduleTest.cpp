@@ -11,13 +11,13 @@ namespace {
 const QString kPrayer = QStringLiteral("prayerCall.pl");
 const QString kAd = QStringLiteral("getAd.pl");
 
-// When the running program asks for an advertisement.
+// When the running program requests an advertisement.
 class AdScheduleTest : public testing::Test
 {
 protected:
     AdScheduleTest()
     {
-        // No popups, which would hold up the next alarm.
+        // No popups, which would delay the next alarm.
         WriteSettings(
             SettingsText().replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\"")));
         platform.http.reachable = true;
@@ -130,7 +130,7 @@ TEST_F(AdScheduleTest, alarm_leavesTheCountAlone)
     EXPECT_EQ(Asked(), QStringList(kAd)) << "60 seconds after the start, not after the alarm";
 }
 
-// Wanted: the count is compared by equality, and only an alarm or a restart brings it back.
+// Intended: the count is compared by equality, and only an alarm or a restart resets it.
 TEST_F(AdScheduleTest, adTimerThatFallsBelowTheCount_stopsTheTicksUntilAnAlarmRaisesIt)
 {
     WaitTime("10");
@@ -255,7 +255,7 @@ TEST_F(AdScheduleTest, tick_asksAlsoWithoutAConnection)
 TEST_F(AdScheduleTest, start_asksOnlyWithAConnection)
 {
     WaitTime("10");
-    // The network comes between the probe of the start and that of the refresh.
+    // The network becomes reachable between the probe of the start and that of the refresh.
     platform.http.probeAnswers = {false, true};
     Start();
     EXPECT_EQ(Asked(), QStringList());

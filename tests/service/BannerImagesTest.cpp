@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The plugin below lies in this program.
+// The plugin below is part of this program.
 #define QT_STATICPLUGIN
 
 #include "service/BannerImages.h"
@@ -22,7 +22,7 @@
 
 namespace {
 
-// Of processor time. Without a limit these pictures take seconds; the largest may take 230 ms.
+// Limit of processor time. Without a limit these pictures take seconds; the largest is allowed 230 ms.
 constexpr double kMostOfAPicture = 400.0;
 constexpr qint64 kMegabyte = 1024LL * 1024;
 
@@ -74,7 +74,7 @@ TEST_F(BannerImagesTest, fourFormats_areShown)
     EXPECT_EQ(Shown(gif).pixelColor(1, 1), QColor(Qt::red));
 }
 
-// A reader that takes every file for one of its own while a test wants it to.
+// A reader that accepts every file while a test enables it.
 bool takesAll = false;
 int readers = 0;
 
@@ -135,7 +135,7 @@ TEST_F(BannerImagesTest, otherFormats_areHandedToNoReader)
           Written(Filled(20, 10, Qt::red), "png").prepend(' ')}) {
         EXPECT_FALSE(IsShown(bytes)) << bytes.left(20).toStdString();
     }
-    // These begin as they should and go on as nothing: no other reader gets them for that.
+    // These have a valid beginning and invalid content: no other reader gets them for that.
     for (const char* const bytes : {"BM", "GIF89a", "\x89PNG\r\n\x1a\n", "\xFF\xD8\xFF"}) {
         EXPECT_FALSE(IsShown(bytes)) << bytes;
     }
@@ -159,8 +159,8 @@ TEST_F(BannerImagesTest, whatIsNotShownOrStandsStill_isNotKept)
     }
 }
 
-// A frame of 1000 by 1000 pixels whose codes go on far behind its last one: first a row of pixels for each
-// code, every row one longer than the one before, then the longest of them again and again.
+// A frame of 1000 by 1000 pixels with codes far beyond its last pixel: first each code is a run of pixels one
+// longer than the run before, then the longest run is repeated.
 QByteArray EndlessGif(int longestRows)
 {
     QByteArray packed;
@@ -194,7 +194,7 @@ QByteArray EndlessGif(int longestRows)
     return gif + QByteArray("\0;", 2);
 }
 
-// A picture in steps, the last of them again and again.
+// A progressive picture whose last step is repeated.
 QByteArray JpegInSteps(int side, int repetitions)
 {
     const QByteArray bytes = Written(Filled(side, side, Qt::black), "jpeg");
@@ -215,7 +215,7 @@ TEST_F(BannerImagesTest, pictureInThousandsOfSteps_isNotShown)
 TEST_F(BannerImagesTest, pictureWithEndlessPixels_isNotShown)
 {
     EXPECT_TRUE(IsShown(EndlessGif(0)));
-    // A few hundredths of all that a file can hold, lest a failure takes minutes.
+    // A few per cent of the steps that a file can hold, so that a failure does not take minutes.
     const QByteArray gif = EndlessGif(52'000);
     const double before = ProcessorMilliseconds();
     EXPECT_FALSE(IsShown(gif));
@@ -246,7 +246,7 @@ QByteArray Chunk(const QByteArray& type, const QByteArray& content)
 
 QByteArray Packed(const QByteArray& bytes, int level)
 {
-    // Without the length that stands in front here.
+    // Without the length at the front.
     return qCompress(bytes, level).sliced(4);
 }
 
@@ -306,7 +306,7 @@ TEST_F(BannerImagesTest, pixelsInSeveralPieces_areShown)
     EXPECT_FALSE(IsShown(PngOf(10, Chunk("IDAT", pixels).chopped(1)).chopped(12))) << "cut";
 }
 
-// The deepest and largest picture there may be.
+// The picture with the largest colour depth and size that is allowed.
 TEST_F(BannerImagesTest, deepestPng_isShown)
 {
     QImage picture(1, 10'000, QImage::Format_RGBA64);
@@ -319,7 +319,7 @@ TEST_F(BannerImagesTest, deepestPng_isShown)
 
 TEST_F(BannerImagesTest, pngWithEndlessTexts_takesLittleMemory)
 {
-    // The library refuses more than eight million bytes.
+    // libpng refuses more than eight million bytes.
     const QByteArray blanks = Packed(QByteArray(7'900'000, ' '), 9);
     QByteArray texts;
     for (int number = 0; number < 10; ++number) {
@@ -333,7 +333,7 @@ TEST_F(BannerImagesTest, pngWithEndlessTexts_takesLittleMemory)
     }
 }
 
-// A thousand times a megabyte of nothing.
+// A thousand megabytes of zeros, compressed.
 QByteArray GigabyteOfZeros()
 {
     const QByteArray zeros(kMegabyte, '\0');

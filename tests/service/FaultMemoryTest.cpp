@@ -11,7 +11,7 @@
 
 namespace {
 
-// Several times the largest reply.
+// Several times the size of the largest reply.
 constexpr qint64 kHighestPeak = 4 * 1024 * 1024;
 constexpr qint64 kMostGrowthPerReply = 2 * 1024 * 1024 / 300;
 
@@ -27,7 +27,7 @@ class FaultMemory : public testing::TestWithParam<Fault>
 {
 };
 
-// The running program, at alarm after alarm, each of which asks twice.
+// The running program with many alarms, each of which sends two requests.
 TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
 {
     if (!Memory::kIsTrue) {
@@ -64,7 +64,7 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
                 static_cast<double>(Memory::Peak() - before) / 1048576.0);
     EXPECT_LT(after - before, kMostGrowthPerReply * replies);
     EXPECT_LT(Memory::Peak() - before, kHighestPeak);
-    // Where little time is given, a busy machine may take it all before the request has gone out.
+    // With a short time limit a busy machine may not send the request in time.
     EXPECT_GE(service.Asked(replies), GetParam().isEndless ? replies * 9 / 10 : replies);
     EXPECT_EQ(ReadSettings(), settings);
     EXPECT_TRUE(platform.boxes.boxes.empty());

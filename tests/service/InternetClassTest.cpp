@@ -55,7 +55,7 @@ TEST_F(InternetClassTest, urlEncode_everyByte)
         const QString expected = isPlain      ? Character(byte)
                                  : byte == 32 ? QStringLiteral("+")
                                               : QString::asprintf("%%%02X", static_cast<unsigned int>(byte));
-        // A letter ahead, since nothing but blanks stays as it is.
+        // A letter first, since a text of spaces only is not changed.
         EXPECT_EQ(internet.URLEncodeEx(u'x' + Character(byte)), u'x' + expected) << byte;
     }
 }

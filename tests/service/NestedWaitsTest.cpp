@@ -15,10 +15,9 @@ QString Confirmable()
                  QStringLiteral(R"(mobileEnabled="true" mobileDID="D-1" mobilePC="4711")"));
 }
 
-// Twenty steps, each taken in the wait for a request of those before, by what ticks and users do meanwhile:
-// an ad, an alarm, a search in windows of its own, a sign-up in another window, an ad under that. There is
-// one sign-up at a time, and no tick refreshes the ad inside the wait of an alarm, so that all but the first
-// of these ask for nothing.
+// Twenty nested steps, each taken while a request of the step before is loading: an ad, an alarm, a search in
+// windows of its own, a sign-up in another window, an ad inside that. There is one sign-up at a time, and no
+// tick refreshes the ad during the request of an alarm, so that only the first of these sends requests.
 class NestedWaitsTest : public testing::Test
 {
 protected:
@@ -48,7 +47,7 @@ protected:
         for (const QString& request : m_http.requests) {
             scripts << request.section(u'/', -1).section(u'?', 0, 0);
         }
-        // Asked for by the way, without anything inside.
+        // Requested in between, with nothing nested in it.
         scripts.removeAll(QStringLiteral("getStates.pl"));
         return scripts;
     }
@@ -161,7 +160,7 @@ TEST_F(NestedWaitsTest, twentyOfAllKinds_unwind)
     });
     Desk::Settle();
     EXPECT_TRUE(isDeep);
-    // Each alarm ends with an ad of its own once its reply is there.
+    // Each alarm ends with an ad of its own after its reply.
     EXPECT_EQ(Scripts().size(), ExpectedScripts().size() + 4);
     for (const QLatin1String window : {FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName}) {
         EXPECT_EQ(world.Loaded(window), nullptr) << window.data();
@@ -186,7 +185,7 @@ TEST_F(NestedWaitsTest, mainWindowClosedInTheTwentieth_unwinds)
     EXPECT_TRUE(isDeep);
     EXPECT_EQ(Scripts(), ExpectedScripts()) << "nobody asks for anything behind the end";
     EXPECT_EQ(world.Loaded(FrmMain::kName), nullptr);
-    // The last dialog is still there, and with it the user who hears of the reply.
+    // The last dialog is still open, so that the reply is shown.
     EXPECT_TRUE(world.IsUp(FrmAlerts::kName));
     ExpectSignedUp();
 }

@@ -32,7 +32,7 @@ QString Signup(const QString& signup, const QString& service = QString())
     return ServiceAddresses::Signup(configuration);
 }
 
-// Of the service and of the probe's page alike.
+// For the service and for the page of the probe.
 const char16_t* const kUnusableAddresses[] = {
     u"",
     u" ",
@@ -97,7 +97,7 @@ TEST(ServiceAddresses, serviceOrProbe_thatCannotBeUsed_isTheBuilds)
         EXPECT_EQ(Base(text), base) << text.toStdString();
         EXPECT_EQ(Probe(text), QStringLiteral(DUSKBEACON_PROBE_URL)) << text.toStdString();
     }
-    // Paths are put behind the service's address.
+    // Paths are appended to the address of the service.
     for (const char16_t* const row : {u"https://example.org?a=1", u"https://example.org/a?",
                                       u"https://example.org/#a", u"https://example.org/a#"}) {
         EXPECT_EQ(Base(QString::fromUtf16(row)), base) << QString::fromUtf16(row).toStdString();

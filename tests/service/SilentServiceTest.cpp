@@ -13,7 +13,7 @@
 
 namespace {
 
-// The handlers' wait, and what a busy machine may add.
+// The limit of the handlers, with a margin for a busy machine.
 constexpr qint64 kWait = 3000;
 constexpr qint64 kSpare = 700;
 
@@ -28,7 +28,7 @@ void PrintTo(const SilentRow& row, std::ostream* stream)
     *stream << row.name;
 }
 
-// The whole program, under a service whose scripts without a reply that is read never come to an end.
+// The whole program with a service whose scripts never end if their reply is not read.
 class SilentService : public testing::TestWithParam<SilentRow>
 {
 protected:

@@ -18,7 +18,7 @@ public:
     {
         forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
         forms.Register(FrmMain::kName, [this] { return std::make_unique<FrmMain>(forms, calculation); });
-        // Stands in for the list of places, which a first start opens.
+        // Replaces the list of places, which a first start opens.
         PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
     }
     FrmMain& Start() { return forms.Touch<FrmMain>(); }

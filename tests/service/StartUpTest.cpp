@@ -160,7 +160,7 @@ TEST_F(StartUpTest, alertUpWhileTheStartWaits_opensTheListAllTheSame)
     platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
     bool isUp = false;
     platform.http.whileWaiting = [&] {
-        // The request behind the one for the identifier.
+        // The request after the one for the identifier.
         platform.http.whileWaiting = [&] {
             isUp = Scripts().back() == u"startup.pl";
             program.forms.Main().Enable(false);
@@ -257,7 +257,7 @@ void PrintTo(const WorstRow& row, std::ostream* stream)
     *stream << row.name;
 }
 
-// The whole start against a real server that behaves badly at every request.
+// The whole start with a real server that misbehaves at every request.
 class StartUpAtWorst : public testing::TestWithParam<WorstRow>
 {
 };
@@ -290,7 +290,7 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
     }
     EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
     EXPECT_GE(server.Requests().size(), 3U);
-    // Nothing but the identifier may have changed.
+    // Only the identifier may have changed.
     SimpleXML after(platform.doors);
     ASSERT_TRUE(after.Load(kSettingsFile));
     for (SimpleXML* const settings : {&before, &after}) {
@@ -298,7 +298,7 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
         settings->AddAttributeByName(QStringLiteral("FirstRun"), QString(), QStringLiteral("//root//app"));
     }
     EXPECT_EQ(after.XML(), before.XML());
-    // A document with another root ends the refresh before there is anything to show.
+    // A document with another root ends the refresh before a page is written.
     const bool isOtherRoot = QByteArray(GetParam().name) == "well_formed_page";
     EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(),
               isOtherRoot ? QString() : QStringLiteral("Dusk Beacon"));
@@ -352,7 +352,7 @@ INSTANTIATE_TEST_SUITE_P(
                              Status("200 OK", "<root version_name='x' version_sequence='' wait_time=''/>")}),
     [](const auto& row) { return std::string(row.param.name); });
 
-// An encoding declared in the reply is the one it is read in.
+// A reply is read in the encoding that it declares.
 TEST(StartUpEncodings, ad_isReadFromWindows1252AndUtf16)
 {
     const QString document = QStringLiteral(
@@ -397,7 +397,7 @@ TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
     EXPECT_EQ(ReadSettings(), before);
 }
 
-// Twenty refreshes, each begun by a tick while the one before waits.
+// Twenty refreshes, each begun by a tick while the one before is loading.
 TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
 {
     std::atomic<bool> isDeep = false;

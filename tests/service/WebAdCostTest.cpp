@@ -12,8 +12,8 @@
 
 namespace {
 
-// Of processor time, with which the clock misses no second. A page that is not limited takes many seconds,
-// the costliest page that is shown some 60 milliseconds of a slow machine, and several times that with
+// Limit of processor time, within which the clock misses no second. Without limits a page takes many seconds;
+// the costliest page that is shown takes some 60 milliseconds on a slow machine, several times that with
 // sanitizers.
 #ifdef __SANITIZE_ADDRESS__
 constexpr double kMostOfAPage = 800.0;
@@ -117,7 +117,7 @@ TEST(WebAdCost, hostilePages_areGivenUpQuickly)
     }
 }
 
-// Random pages made of pieces that matter.
+// Random pages of relevant pieces.
 TEST(WebAdCost, randomPages_areShownOrNotButNeverHarm)
 {
     const QByteArray pieces[] = {"<table>",

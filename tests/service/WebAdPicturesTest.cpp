@@ -80,7 +80,7 @@ std::vector<PictureRow> Rows()
     };
 }
 
-// The pictures stay in the build tree for whoever wants to look at them.
+// The pictures are kept in the build tree for inspection.
 TEST(WebAdPictures, typicalBanners_showTheirColours)
 {
     FakePlatform platform;

@@ -22,7 +22,7 @@
 
 namespace {
 
-// Of a core. Without limits it is all of one.
+// Share of a core. Without limits it is a whole one.
 constexpr double kMostPerCent = 20.0;
 
 // Two frames of 2 by 2 pixels, red and blue, 100 ms each, for ever.
@@ -43,7 +43,7 @@ QByteArray Png(int width, int height, Qt::GlobalColor colour)
     return bytes;
 }
 
-// The network, and how many requests in the background have been told their end.
+// The network, with a count of the background requests that were answered.
 class CountedHttp final : public Http
 {
 public:
@@ -154,7 +154,7 @@ TEST_F(WebAdTest, pictureWithAFragment_isAskedForWithout)
     EXPECT_EQ(server.RequestLines(), std::vector{QByteArray("GET /a.png?b=1&c=2 HTTP/1.1")});
 }
 
-// As many pixels as a picture may have, on which two small frames move as fast as they may.
+// A picture of the largest allowed size with two small frames at the highest rate.
 QByteArray HugeGif()
 {
     QByteArray gif = kGif;
@@ -227,7 +227,7 @@ TEST_F(WebAdTest, newPage_dropsThePicturesOfTheOldOne)
 
 TEST_F(WebAdTest, nextPage_showsItsOwnPictures)
 {
-    // The pictures of every page are numbered anew, so that those of two pages share their names.
+    // The pictures of every page are numbered from 0, so that those of two pages share their names.
     const LoopbackServer server(LoopbackServer::Answer(Png(4, 4, Qt::red)));
     const LoopbackServer silent(LoopbackServer::Hang());
     const QString page = QStringLiteral("<img width=50 height=50 src=\"%1\">");

@@ -114,7 +114,7 @@ TEST_F(WholeServiceTest, registration_isStoredAndWelcomed)
     EXPECT_TRUE(ReadSettings().contains(R"(mobileConfirm="1")"));
 }
 
-// The list of countries comes in no readable form: the search closes, the places stay as they were.
+// The list of countries can't be read: the search closes, the places are unchanged.
 TEST_F(WholeServiceTest, serviceThatMisbehaves_keepsThePlaces)
 {
     Start();

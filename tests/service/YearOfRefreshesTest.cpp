@@ -19,7 +19,7 @@ protected:
         WriteSettings(SettingsText()
                           .replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\""))
                           .replace(QStringLiteral("enabled=\"false\""), QStringLiteral("enabled=\"true\"")));
-        // The strip's page need not be written half a million times.
+        // The page of the strip need not be written half a million times.
         m_files.isLocked = true;
         platform.clock.Set(QDate(2026, 12, 31), QTime(23, 0));
         m_second = platform.clock.now;
@@ -92,7 +92,7 @@ TEST_P(YearOfRefreshes, networkThatSwallowsPackets_losesNoAlert)
     int given = 0;
     for (QDate day = first; day < first.addDays(days); day = day.addDays(1)) {
         Alarms();
-        // Ahead of the tick that begins the day.
+        // Before the tick that begins the day.
         const QStringList expected = SetSlots(day);
         PassUntil(QDateTime(day.addDays(1), QTime(0, 0), Qt::UTC));
         due += static_cast<int>(expected.size());

@@ -187,7 +187,7 @@ TEST_F(ConfigurationTest, failureInTheAlerts_comesBehindPlaceAndDistribution)
     EXPECT_EQ(held.HourMode, Q("24"));
 }
 
-// The values of the alerts in the order of their reading: a failure keeps all before it and none behind it.
+// The values of the alerts in the order in which they are read: a failure keeps those read before it.
 TEST_F(ConfigurationTest, failureInTheAlerts_keepsExactlyWhatWasReadBefore)
 {
     const struct
@@ -246,7 +246,7 @@ TEST_F(ConfigurationTest, fractions_roundToTheEvenNeighbour)
     EXPECT_EQ(held.ZoneHours, 6);
 }
 
-// Its point is not replaced, unlike those of the other numbers.
+// Intended: the point of this number is not replaced, unlike those of the others.
 TEST_F(ConfigurationTest, commaAndArabicSystems_readNoAdvanceWithAPoint)
 {
     for (const QLocale& locale :

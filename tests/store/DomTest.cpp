@@ -58,7 +58,7 @@ QByteArray ManyDefaultAttributes()
     return text + ">]><a/>";
 }
 
-// Tags as full of attributes as they may be, one within the other, around as many elements as there may be.
+// Nested tags with as many attributes as the limit allows, around as many elements as it allows.
 QByteArray FullTags(const QByteArray& attribute, const QByteArray& child)
 {
     constexpr int kTags = 120;
@@ -69,7 +69,7 @@ QByteArray FullTags(const QByteArray& attribute, const QByteArray& child)
     return (tag + ">").repeated(kTags) + child.repeated(5999) + QByteArray("</a>").repeated(kTags);
 }
 
-// Large documents are made when their test runs: each test is a process of its own, and meets all the rows.
+// Large documents are made only when their test runs: each test is a process of its own and creates all rows.
 struct LoadRow
 {
     LoadRow(const char* rowName, const QByteArray& bytes, bool isToLoad)

@@ -203,7 +203,7 @@ TEST_F(SimpleXMLTest, childCount_countsEveryNode_upTo32767)
     Load("<root>text<!--note--><a/></root>");
     EXPECT_EQ(xml.ChildCount(kRoot), 3);
     EXPECT_EQ(xml.ChildCount(Q("//root//b")), 0);
-    // No file holds as many: only the program itself could add them.
+    // No file that loads has as many: only the program itself could add them.
     const DomNode root = xml.xmldoc->DocumentElement();
     for (int count = 3; count < 32'767; ++count) {
         root.AppendElement(Q("a"));

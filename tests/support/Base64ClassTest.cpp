@@ -74,7 +74,7 @@ TEST(Base64Class, decode_paddingIsRemovedWhereverItStands)
 
 TEST(Base64Class, decode_lineEndsGoBeforePadding)
 {
-    // What the padding brings together is no line end any more: two bytes that count as 0.
+    // Line ends are removed before padding: a CR and an LF that meet only afterwards count as two zeros.
     EXPECT_EQ(Base64Class().DecodeToByteArray(QStringLiteral("TWF\r=\nu")),
               Base64Class().DecodeToByteArray(QStringLiteral("TWFAAu")));
 }

@@ -17,7 +17,7 @@ bool knowsNoConverter = false;
 
 } // namespace
 
-// Stands before ICU's own, under the name that carries its version.
+// Replaces ICU's own function, whose name includes the version.
 UConverter* ucnv_open(const char* name, UErrorCode* status)
 {
     if (knowsNoConverter) {
@@ -31,7 +31,7 @@ UConverter* ucnv_open(const char* name, UErrorCode* status)
 namespace {
 
 // Source: https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WINDOWS/CP1252.TXT, bytes 80 to 9F; the five
-// that have no character there stand for themselves.
+// without a character there map to themselves.
 constexpr char16_t kUpperControls[] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
                                        0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A platform whose second answer may fail although the first did not.
+// Regional settings whose second call may fail although the first did not.
 class UnreliableRegion final : public RegionalSettings
 {
 public:
