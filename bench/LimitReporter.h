@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-/// Prints the runs as usual and holds their processor time per iteration against a limit in milliseconds: the
-/// wall clock tells of the other work of the machine and of its disk as well.
+/// Prints the runs as usual and compares their processor time per iteration with a limit in milliseconds:
+/// wall-clock time would include other processes and the disk.
 class LimitReporter final : public benchmark::ConsoleReporter
 {
 public:
@@ -31,8 +31,8 @@ public:
         }
     }
 
-    /// Runs the benchmarks of this program. Answers the process's exit code: 1 if one with a limit took
-    /// longer, or did not run though all were to.
+    /// Runs the benchmarks of this program. Returns the exit code: 1 if a benchmark exceeded its limit, or
+    /// did not run without a filter.
     [[nodiscard]] int RunAll()
     {
         const bool areAll = benchmark::GetBenchmarkFilter().empty();

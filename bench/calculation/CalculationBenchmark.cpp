@@ -17,8 +17,8 @@
 #include <string>
 #include <vector>
 
-// What the module costs, counted in calls of the C library's sine on varied arguments in the same run, so
-// that the figures of two machines can be compared. Ends with 1 where a limit is passed.
+// Measures the module in calls of the C library's sine on varied arguments in the same run, so that the
+// figures of two machines can be compared. The exit code is 1 if a limit is exceeded.
 namespace {
 
 using Short = std::int16_t;
@@ -74,7 +74,7 @@ struct Date
 
 constexpr std::size_t kCases = 4096;
 
-// No date comes twice in a row, so that nothing kept from the last one serves.
+// No date comes twice in a row, so that no cached value is used.
 const std::vector<Date>& Dates()
 {
     static const std::vector<Date> dates = [] {
@@ -143,7 +143,7 @@ void Reading(benchmark::State& state, Short (*const& function)(Short))
     }
 }
 
-// Kept from the first reading of a date: a reading that costs more than the call asks ICU again.
+// Cached at the first call for a date: a call that takes longer has asked ICU again.
 void KnownHijri(benchmark::State& state)
 {
     SetDate(Dates().front());

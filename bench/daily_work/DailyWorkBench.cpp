@@ -14,7 +14,7 @@
 
 namespace {
 
-// The shipped file as settings.xml in a folder of its own, and the real module.
+// The shipped file as settings.xml in a folder of its own, with the real module.
 struct Ground
 {
     Ground()

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The floor to measure the program against: a window of its size with one label that a timer rewrites each
-// second.
+// The lower limit for the measurements: a window of the program's size with one label that a timer rewrites
+// each second.
 #include <QApplication>
 #include <QFont>
 #include <QLabel>

@@ -10,7 +10,7 @@
 
 namespace {
 
-// One update of the sky as the window has it every 300 seconds.
+// One update of the sky, which the window makes every 300 seconds.
 void UpdateSky(benchmark::State& state)
 {
     FakePlatform platform;

@@ -19,7 +19,7 @@
 
 namespace {
 
-// The settings dialog over the file that the program is shipped with.
+// The settings dialog with the shipped settings file.
 class ShippedDialog
 {
 public:
@@ -56,7 +56,7 @@ private:
     SilentMain m_main;
 };
 
-// One key in the path of an audio file: load, change and save of the whole file.
+// One key in the path of an audio file: loads, changes and saves the whole file.
 void TypeIntoPath(benchmark::State& state, bool onDisk)
 {
     ShippedDialog shipped(onDisk);
@@ -71,14 +71,14 @@ void TypeIntoPath(benchmark::State& state, bool onDisk)
     }
 }
 
-// The program's own share.
+// Without the disk.
 void BM_Keystroke(benchmark::State& state)
 {
     TypeIntoPath(state, false);
 }
 BENCHMARK(BM_Keystroke)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-// With the wait until file and folder are safe on the disk.
+// Including the time until file and folder are on the disk.
 void BM_KeystrokeFlushedToDisk(benchmark::State& state)
 {
     TypeIntoPath(state, true);
