@@ -11,7 +11,7 @@ namespace art {
 
 namespace {
 
-/// Sub-pixels to a pixel in each direction, on top of the painter's own smoothing.
+/// Sub-pixels of a pixel in each direction, in addition to the painter's own antialiasing.
 constexpr int kOversampling = 4;
 
 QRgb AverageOfBlock(const QImage& fine, int left, int top)

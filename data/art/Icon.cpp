@@ -46,11 +46,11 @@ QPainterPath Rectangle(const QRectF& rect, double corner = 0)
     return path;
 }
 
-/// Lighter than the ink of the banner, so that it stands off from a dark panel.
+/// Lighter than the ink of the banner, to be visible on a dark panel.
 constexpr QRgb kIconInk = 0xff1e2058;
 
-/// The sky of the tile down to `ground`, and ink below: were there sky behind the ground too, it would shine
-/// through along the rounded corners.
+/// The sky of the tile down to `ground`, and ink below. A sky behind the ground would be visible along the
+/// rounded corners.
 std::vector<Stop> TileSky(double ground)
 {
     return {{0.00, 0xff4a45a0},
@@ -73,8 +73,8 @@ Shape Glow(const QPainterPath& tile, QPointF centre, double radius)
             radius};
 }
 
-/// A crescent that opens to the right and a little upwards: a disc without a smaller one. Of the two circles
-/// just the arcs are used, since subtracting one path from the other would turn them into polygons.
+/// A crescent that opens to the right and a little upwards: a disc without a smaller one. Made of the arcs of
+/// the two circles, since subtracting one path from the other would turn them into polygons.
 QPainterPath Crescent(QPointF centre, double radius)
 {
     constexpr double kTilt = 32;

@@ -40,7 +40,7 @@ inline constexpr QRgb kCream = 0xfffff4dc;   ///< lettering and light stone
 inline constexpr QRgb kLantern = 0xffffd765; ///< the light of the beacon
 inline constexpr QRgb kEmber = 0xffff8f4e;   ///< where that light fades
 
-/// What the landscape is painted with; day and night differ in nothing else.
+/// The colours of the landscape, the only difference between day and night.
 struct LandscapeColours
 {
     QRgb mountain;

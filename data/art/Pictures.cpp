@@ -14,7 +14,7 @@ namespace art {
 
 namespace {
 
-/// How much of a pixel has to be landscape for the pixel to be cut out; the rest of it is painted as sky.
+/// The least share of landscape for which a pixel is cut out; the rest of the pixel is painted as sky.
 constexpr double kLandscapeThreshold = 0.12;
 
 Sprite Landscape(const QImage& sky, int scale, const LandscapeColours& colours)
@@ -29,7 +29,7 @@ std::vector<Picture> PicturesAt(int scale)
 {
     const QImage day = DaySky(scale);
     const QImage night = NightSky(scale);
-    // The edge of the landscape is softened against the bare gradient, so that no star is cut in half by it.
+    // The edge of the landscape is mixed with the gradient without stars, so that no star is cut in half.
     const QImage nightGradient = VerticalGradient(kScene, scale, kNightSky);
     const Sprite dayFront = Landscape(day, scale, kDayLandscape);
     const Sprite nightFront = Landscape(nightGradient, scale, kNightLandscape);

@@ -23,7 +23,7 @@ void DrawStars(QPainter& painter)
     for (int i = 0; i < kCount; ++i) {
         const QPointF place(lot() * kScene.width(), lot() * 96.0);
         const double brightness = lot();
-        // A star is the fainter the nearer it stands to the bright horizon, and most stars are small.
+        // Stars are fainter near the bright horizon, and most stars are small.
         QColor colour(kStar);
         colour.setAlphaF(
             static_cast<float>((0.35 + 0.65 * brightness * brightness) * (1.0 - place.y() / 104.0)));

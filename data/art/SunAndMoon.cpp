@@ -14,7 +14,8 @@ namespace {
 
 constexpr QSize kSunSize{32, 33};
 constexpr QSize kMoonSize{31, 32};
-/// What the two rims are softened into: the sun stands before the day sky alone, the moon before either.
+/// The backgrounds that the two rims are mixed with: the sun is seen only before the day sky, the moon before
+/// both skies.
 constexpr QRgb kBehindSun = 0xffa3ccef;
 constexpr QRgb kBehindMoon = 0xff7f8aa8;
 

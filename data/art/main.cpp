@@ -24,7 +24,7 @@ void Write(const QString& path, const QByteArray& content)
 
 void WritePng(const QString& path, QImage image)
 {
-    // The resolution goes into the file; left alone it would be that of the screen at hand.
+    // The file contains the resolution, which would otherwise be that of the screen in use.
     constexpr int kDotsPerMetre = 3780;
     image.setDotsPerMeterX(kDotsPerMetre);
     image.setDotsPerMeterY(kDotsPerMetre);

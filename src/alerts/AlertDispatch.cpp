@@ -43,7 +43,8 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
         return;
     }
     const QString path = PathOf(prayer->element);
-    // By the copy in memory; the advance warning asks the file. Of the two Asr slots one can pass, or none.
+    // Intended: the Asr method is the one in memory, in AdvAlarm the one in the file. At most one of the two
+    // Asr slots passes.
     if (settings.GetAttribute(QStringLiteral("enabled"), path) != kTrue ||
         !prayer->CountsUnder(Settings().AsrMethod)) {
         return;
@@ -55,7 +56,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
 
     if (wantsPopup) {
         auto& popup = m_forms.Touch<FrmPopup>();
-        // The warning asks for "24" instead; with a third value the two differ, and are meant to.
+        // Intended: the alarm compares with "12", the advance warning with "24".
         const QString time =
             FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), Settings().HourMode != u"12");
         popup.ShowPopup(QStringLiteral("Prayer Time:\r\n") + prayer->name + QStringLiteral(": ") + time,
@@ -63,12 +64,12 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     }
     TellService(*prayer, settings, wantsMobile, wantsSound);
     if (!IsMainWindowThere()) {
-        // Closed while the reply was awaited: the user has left the program, so no sound starts.
+        // The user has closed the main window during the request: no sound starts.
         return;
     }
     if (wantsSound) {
         m_forms.Outside().player.SetUrl(audioFile);
-        // Also for a path that can't be played, the empty one among them: nobody checks.
+        // Intended: also for a path that is empty or can't be played.
         m_forms.Main().EnableStopLink();
     }
     m_forms.Main().RefreshAd();
@@ -82,7 +83,7 @@ void AlertDispatch::TellService(const Prayer& prayer, const SimpleXML& settings,
     const QString ma = wantsMobile && isConfirmed ? QStringLiteral("1") : QStringLiteral("0");
     const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(prayer.slot), true);
-    // At every alarm, whether a text message is wanted or not and whether the network is there or not.
+    // Sent at every alarm, with or without a text message, with or without a network.
     m_forms.Outside().http.Notify(ServiceRequests::PrayerCall(Settings(), prayer.number, alertType, ma, time),
                                   kNotifyLimits);
 }
@@ -105,8 +106,8 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     }
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(PrayerID), is24Hour);
     auto& popup = m_forms.Touch<FrmPopup>();
-    // A minute and a second short of the prayer's own alarm, which would find the popup in its way. More
-    // than 547 minutes leave the 16-bit range.
+    // The popup ends 59 seconds before the prayer's own alarm, which would be dropped while the popup is
+    // open. More than 547 minutes exceed the 16-bit range.
     const std::int16_t seconds =
         AddInteger16(MultiplyInteger16(AddInteger16(Settings().AdvAlertMinutes, -1), 60), 1);
     popup.ShowPopup(QStringLiteral("Advanced Alert\r\n") + prayer->name + u' ' + time, seconds);
@@ -114,7 +115,7 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
 
 bool AlertDispatch::MainWindowHasAttention() const
 {
-    // What is due while another window has the attention is lost; nothing is kept for later.
+    // Intended: an alert that is due while another window is ActiveForm is dropped, not postponed.
     return IsMainWindowThere() && m_forms.Variables().ActiveForm == MainForm::kName;
 }
 

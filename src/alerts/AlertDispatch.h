@@ -10,22 +10,21 @@ class SimpleXML;
 struct Configuration;
 struct Prayer;
 
-/// Decides what happens when a prayer is due, or is about to be: reads the prayer's settings afresh and fires
-/// what they ask for. Keeps no state between two events.
+/// Handles the events of the scheduler: reads the settings of the prayer afresh and starts the alerts that
+/// are set there. Keeps no state between two events.
 ///
-/// Nothing here shows a message: a run-time error goes to whoever raised the event.
+/// Shows no message box: a RuntimeError goes to the caller, which has raised the event.
 class AlertDispatch final
 {
 public:
     AlertDispatch(Forms& forms, const PTimer& prayerTimer);
 
-    /// The minute of a slot has come: popup, request to the service, sound and ad, in this order. Serves
-    /// events while it waits for the reply to the request, for at most 3 seconds. A message box or another
-    /// wait that such an event opens has to end first, and holds the sound back until then.
-    /// @param PrayerID slot 1 to 10; any other is passed over
+    /// The time of a slot has come: popup, request to the service, sound and ad, in this order. Serves events
+    /// while it waits for the reply to the request, for at most 3 seconds. If such an event opens a message
+    /// box or waits itself, the sound starts after that has ended.
+    /// @param PrayerID slot 1 to 10; any other number is ignored
     void Alarm(std::int16_t PrayerID);
-    /// The minute of a slot is AdvAlertMinutes away: a popup and nothing else, also for a prayer whose own
-    /// popup is off.
+    /// The time of a slot is AdvAlertMinutes away: only a popup, even for a prayer whose own popup is off.
     void AdvAlarm(std::int16_t PrayerID);
 
 private:

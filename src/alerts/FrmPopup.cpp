@@ -18,7 +18,8 @@
 
 namespace {
 
-// Always in 12-hour form, without padding; the hour from 12:00 on reads AM, as it does in the prayer times.
+// Intended: always in 12-hour form, without leading zeros, and with AM for the hour from 12:00 on, as in the
+// prayer times.
 QString ClockText(const QTime& time)
 {
     const auto text = [&](int hour, QLatin1String half) {
@@ -47,9 +48,9 @@ FrmPopup::FrmPopup(Forms& forms)
     , Timer1(Outside().timers.CreateTimer())
 {
     m_ui->setupUi(this);
-    // Whoever is typing goes on typing.
+    // The user may be typing in another window.
     setAttribute(Qt::WA_ShowWithoutActivating);
-    // A .ui file has no stretch. In its own width the widest time would lose its edges.
+    // A .ui file can't set the stretch of a font. At normal width the widest time would be cut off.
     QFont narrow = m_ui->LblCurrTime->font();
     narrow.setStretch(QFont::SemiCondensed);
     m_ui->LblCurrTime->setFont(narrow);
@@ -75,7 +76,7 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
 {
     Siblings().Main().Enable(false);
     setEnabled(true);
-    // Ahead of showing, so that a screen reader that hears of the window meets its text.
+    // Set before Show: a screen reader reads the name when the window appears.
     setAccessibleName(Message.simplified());
     MoveToCentre();
     Show();
@@ -90,7 +91,7 @@ void FrmPopup::ShowPopup(const QString& Message, std::int16_t SecLifeSpan)
 
 void FrmPopup::MoveToCentre()
 {
-    // A main window that is hidden in the tray keeps its place.
+    // A main window that is hidden in the notification area keeps its position.
     const Form* const main = Siblings().Loaded(MainForm::kName);
     const QScreen* screen =
         main != nullptr ? QGuiApplication::screenAt(main->frameGeometry().center()) : nullptr;
@@ -112,7 +113,7 @@ void FrmPopup::MoveToCentre()
 
 bool FrmPopup::event(QEvent* event)
 {
-    // A message box doesn't block it: the popup closes when its time is up, answered or not.
+    // A message box must not block the popup, which closes after its time even if the box is still open.
     if (event->type() == QEvent::WindowBlocked) {
         UnblockWindow(*this);
     }
@@ -125,8 +126,8 @@ void FrmPopup::OnTick()
     if (m_counter >= m_limit) {
         Unload();
     }
-    // Also in the tick that unloads: the window of this name then comes back, loaded and hidden, and the
-    // next alert finds it so.
+    // Intended: also in the tick that unloads the window. Touch then creates and loads a new, hidden one,
+    // which the next alert uses.
     Siblings().Touch<FrmPopup>().m_ui->LblCurrTime->setText(ClockText(Outside().clock.Now().time()));
 }
 

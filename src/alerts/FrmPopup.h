@@ -13,8 +13,8 @@ namespace Ui {
 class FrmPopup;
 }
 
-/// The small window that carries an alert. While it is up the main window takes no input and no further alert
-/// comes through. Goes when its time is up or by "OK", also beside a message box.
+/// The small window that shows an alert. While it is open, the main window is disabled and further alerts are
+/// dropped. It closes after its time or by "OK", even beside a message box.
 class FrmPopup final : public Form
 {
     Q_OBJECT
@@ -25,10 +25,11 @@ public:
     explicit FrmPopup(Forms& forms);
     ~FrmPopup() override;
 
-    /// Comes up above the other windows, in the middle of the screen where the main window is or last was,
-    /// there clear of a message box, and leaves the keyboard with whoever has it.
+    /// Shows the window above the others, in the middle of the screen where the main window is or was last,
+    /// but clear of a message box. The keyboard focus stays where it is.
     /// @param Message two lines
-    /// @param SecLifeSpan seconds after which the window goes by itself; with 1 or less at the first tick
+    /// @param SecLifeSpan seconds until the window closes by itself; with 1 or less it closes at the first
+    /// tick
     void ShowPopup(const QString& Message, std::int16_t SecLifeSpan);
 
 protected:
@@ -46,5 +47,5 @@ private:
     std::int16_t m_counter = 0;
 };
 
-/// Makes the popup known as an alert to screen readers; once, before the first window.
+/// Presents the popup to screen readers as an alert. Call once, before the first window is made.
 void InstallPopupAccessibility();

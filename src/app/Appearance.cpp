@@ -18,8 +18,8 @@ namespace {
 
 constexpr int kLargestScale = 3;
 
-// One set of colours for every desktop: texts and links are chosen for this ground, and a desktop's dark one
-// would leave the links unreadable on it.
+// Every desktop gets the same colours. Texts and links are chosen for this background; on a desktop's dark
+// background links would be unreadable.
 QPalette Colours()
 {
     const QColor ground(0xf5, 0xf2, 0xec);
@@ -58,10 +58,10 @@ QIcon WindowIcon()
 
 void SetAppearance()
 {
-    // Layout is fixed to the pixel, so the style is fixed too: Fusion is the one that Qt brings everywhere.
+    // The layout is fixed to the pixel, so the style is fixed too. Qt has Fusion on every platform.
     QApplication::setStyle(new WindowStyle); // the application owns it
     QApplication::setPalette(Colours());
-    // Set explicitly: the default family changes with what happens to be installed.
+    // Set explicitly: Qt's default family depends on the installed fonts.
     QFont font(QStringLiteral("Liberation Sans"));
     font.setPixelSize(12);
     QApplication::setFont(font);
@@ -83,7 +83,7 @@ QPixmap ShippedPicture(const QString& name, double devicePixelRatio)
     if (picture.isNull()) {
         return {};
     }
-    // Resized here, where it is done well: a label would do it by leaving out rows.
+    // Scaled here, with smoothing: a label would scale the picture by leaving out rows.
     picture.setDevicePixelRatio(1.0);
     picture = picture.scaled(size * devicePixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     picture.setDevicePixelRatio(devicePixelRatio);
@@ -93,7 +93,8 @@ QPixmap ShippedPicture(const QString& name, double devicePixelRatio)
 PictureLabel::PictureLabel(QWidget* parent)
     : QLabel(parent)
 {
-    // Ahead of the first painting: a screen reader asks early whether this is a picture.
+    // Load the picture before the first paint event: a screen reader may ask earlier whether the label has
+    // one.
     connect(this, &QObject::objectNameChanged, this, &PictureLabel::MatchScreen);
 }
 

@@ -5,16 +5,17 @@
 #include <QLabel>
 #include <QPixmap>
 
-/// Gives all windows their style, colours, font and icon. Once, before the first window.
+/// Sets the style, colours, font and icon of all windows. Call once, before the first window is made.
 void SetAppearance();
 
-/// A picture of the program's resources at the pixels of a screen.
-/// @param name of the picture at scale 1, without folder and ending; larger ones are used where they exist
+/// Returns a picture from the resources, scaled for a screen; a null picture if there is none of that name.
+/// @param name of the file at scale 1, without folder and suffix; files "@2x" and "@3x" are used if they
+/// exist
 /// @param devicePixelRatio of the screen, 1 or more
 [[nodiscard]] QPixmap ShippedPicture(const QString& name, double devicePixelRatio);
 
-/// Shows the picture of the program's resources that has the label's object name, at the pixels of the screen
-/// on which it is painted.
+/// Shows the picture from the resources that has the label's object name, at the resolution of the screen on
+/// which the label is painted.
 class PictureLabel final : public QLabel
 {
     Q_OBJECT
@@ -23,7 +24,7 @@ public:
     explicit PictureLabel(QWidget* parent);
 
 protected:
-    // Drawn here: the base class greys a picture whose window takes no input.
+    // The base class would grey the picture in a disabled window.
     void paintEvent(QPaintEvent* event) override;
 
 private:

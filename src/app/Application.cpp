@@ -28,7 +28,7 @@ void SetUpApplication(QApplication& application)
 {
     SetAppearance();
     application.setQuitOnLastWindowClosed(false);
-    // Panels find icon and name through the desktop file.
+    // Panels read the icon and the name from the desktop file.
     QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
     InstallPopupAccessibility();
@@ -38,8 +38,8 @@ void EnterSettingsFolder(const Platform& platform)
 {
     const QString own = platform.process.ApplicationFolder();
     const bool isPortable = QFileInfo::exists(own + u'/' + kSettingsFile);
-    // Without a user's folder the program stays beside itself: a file that happens to lie where it was
-    // started is not its own.
+    // If the user's data folder can't be entered, use the program's folder: a settings.xml in the folder from
+    // which the program was started may belong to something else.
     if (isPortable || !QDir::setCurrent(platform.process.UserDataFolder())) {
         QDir::setCurrent(own);
     }
@@ -65,6 +65,6 @@ int RunProgram(const Platform& platform, SessionEnd& sessionEnd)
     });
     RunGuarded(platform, [&] { forms.Touch<FrmMain>().Show(); });
     sessionEnd.EnterMainLoop([&platform] { platform.tray.Remove(); });
-    // An end that comes while the first window still loads finds no event loop to leave.
+    // If the program ends while the first window loads, there is no event loop yet that exit() could end.
     return isOver ? 0 : QCoreApplication::exec();
 }

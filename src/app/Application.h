@@ -6,7 +6,7 @@ class QApplication;
 class SessionEnd;
 struct Platform;
 
-/// Font and behaviour that all windows share.
+/// Sets up the appearance, the desktop file and the accessibility that all windows share.
 void SetUpApplication(QApplication& application);
 
 /// Makes the folder of settings.xml the working directory: the program's own folder if the file lies there (a

@@ -21,7 +21,7 @@ DlgStart::DlgStart(Forms& forms)
             try {
                 Tick();
             } catch (const RuntimeError&) {
-                // Dots that stand still are no reason to end a program that is about to come up.
+                // A failed animation must not end the program.
             }
         });
     });

@@ -6,7 +6,8 @@ class SimpleXML;
 struct Configuration;
 struct Platform;
 
-/// Fetches the installation identifier on the first start, or when there still is none.
+/// Requests the installation identifier from the service on the first start, and at later starts while there
+/// is none.
 class FirstStart final
 {
 public:
@@ -16,9 +17,9 @@ public:
     }
 
     [[nodiscard]] static bool IsDue(const SimpleXML& settings, bool isConnected);
-    /// Asks the service, whose address @p configuration holds, and saves its answer in settings.xml. A
-    /// request that fails is no error: the next start asks again. Throws kInvalidCall if the answer can't be
-    /// written.
+    /// Sends the request to the service address in @p configuration and saves the identifier in settings.xml.
+    /// A failed request is not an error: the next start repeats it. Throws kInvalidCall if the identifier
+    /// can't be written.
     void Run(SimpleXML& settings, const Configuration& configuration) const;
 
 private:

@@ -31,8 +31,8 @@ constexpr float kFirstAdTimer = 600.0F;
 constexpr float kTicksPerSkyRefresh = 300.0F;
 constexpr int kMillisecondsPerMinute = 60'000;
 
-// Degrees as the scheduler takes them: hundredths, rounded down. Intended: the product of doubles is rounded,
-// so 36.73 becomes 3672.
+// The scheduler takes hundredths of a degree, rounded down. Intended: 36.73 becomes 3672, since the product
+// of doubles is slightly less than 3673.
 std::int16_t Hundredths(double degrees)
 {
     return ToInteger16(Int(degrees * 100.0));
@@ -59,7 +59,8 @@ FrmMain::FrmMain(Forms& forms, Calculation& calculation)
     , m_adPanel(*this)
     , m_alerts(forms, PrayerTimer)
 {
-    // A place that is known before the desktop maps the window: the list of the first start opens over it.
+    // Set the position before the desktop maps the window: the list of places is centred over it on the first
+    // start.
     CentreOver(nullptr);
     PrayerTimer.events.Tick = [this] { OnTick(); };
     PrayerTimer.events.Midnight = [this] { UpdateEverything(); };
@@ -81,8 +82,7 @@ void FrmMain::OnLoad()
 
 void FrmMain::OnUnload()
 {
-    // The scheduler and the player go with this window, also where a dialog that is still open keeps the
-    // program running.
+    // The scheduler and the player stop with this window, even if an open dialog keeps the program running.
     PrayerTimer.StopTimer();
     Outside().player.Stop();
     if (!Variables().DebugMode) {
@@ -103,7 +103,7 @@ void FrmMain::RunLoadSequence()
     splash.Show();
     splash.PaintNow();
     variables.AdTimer = kFirstAdTimer;
-    // Nothing happens in these two seconds; people are to see the splash.
+    // Only to let the user see the splash window.
     Outside().process.Sleep(kSplashMilliseconds);
 
     SkySeconds = 0.0F;
@@ -143,7 +143,7 @@ void FrmMain::AskService()
 
 void FrmMain::OpenLocationListNow()
 {
-    // The routine, not the label: an alert that has come meanwhile disables the window and its links.
+    // Not a click on the label: an alert may have disabled the window and its links meanwhile.
     m_links.ClickLblLocLink();
 }
 
@@ -169,7 +169,7 @@ int FrmMain::UpdateEverything()
         FeedFromConfiguration();
         return 1;
     } catch (const RuntimeError& error) {
-        // A file without a usable configuration leaves everything as it was, without a word.
+        // A file without a usable configuration changes nothing and shows no message.
         if (error.Number() != ErrorNumber::kConfiguration) {
             EndWithFatalBox(Outside(), 6);
         }
@@ -237,7 +237,8 @@ void FrmMain::RefreshAd()
 
 void FrmMain::OnTick()
 {
-    // Read first: a tick just ahead of second 0 must not count as that of second 0 later on.
+    // Read the clock before the work below: a tick just before second 0 must not be treated as the tick of
+    // second 0.
     const int second = Outside().clock.Now().time().second();
     SkySeconds += 1.0F;
     AdSeconds += 1.0F;
@@ -258,15 +259,14 @@ void FrmMain::OnAlarm(std::int16_t PrayerID)
 
 void FrmMain::RefreshAdIfDue(int second)
 {
-    // Equality, so that an AdTimer that falls below the count stops the refreshes until something
-    // raises it again.
+    // Intended: a test for equality. An AdTimer below the count stops the refreshes until it is raised again.
     if (AdSeconds != Variables().AdTimer && !(m_isAdPutOff && second > 0)) {
         return;
     }
-    // The refresh begins with the probe, which blocks the ticks. A second 0 that falls into it is lost with
-    // its alerts, and at midnight with the new day; then the refresh waits for second 1. A probe that begins
-    // in second 0 is no danger: this tick is the one that matches the alerts. Inside the wait of an alarm the
-    // refresh would hold up the sound.
+    // The refresh starts with the probe, which blocks the ticks. If the tick of second 0 is missed, its
+    // alerts are lost, and at midnight the new day; so near the end of a minute the refresh waits for second
+    // 1. A probe that starts in second 0 does no harm: this is the tick that is compared with the alerts.
+    // While an alarm waits for its reply, a refresh would delay the sound.
     m_isAdPutOff =
         m_isAlarmUnderWay || second * 1000 + Http::kLongestReachMilliseconds >= kMillisecondsPerMinute;
     if (!m_isAdPutOff) {

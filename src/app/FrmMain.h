@@ -63,7 +63,7 @@ private:
     /// Ticks since the sky picture and the ad were last refreshed.
     float SkySeconds = 0.0F;
     float AdSeconds = 0.0F;
-    /// A refresh of the ad is due that its tick left to a later one.
+    /// A refresh of the ad is due and waits for a later tick.
     bool m_isAdPutOff = false;
     bool m_isAlarmUnderWay = false;
 };

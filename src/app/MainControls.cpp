@@ -9,8 +9,8 @@ MainControls::MainControls(QWidget& window)
 {
     setupUi(&window);
     KeepMouseMoves(window);
-    // A .ui file has no stretch. The countdown stands close behind its label; the letters step together
-    // rather than shrink.
+    // A .ui file can't set the stretch of a font. Narrow letters leave room for the countdown and are easier
+    // to read than small ones.
     for (QLabel* const narrow : {Label3, static_cast<QLabel*>(LblStopLink)}) {
         QFont font = narrow->font();
         font.setStretch(QFont::SemiCondensed);

@@ -8,7 +8,8 @@
 
 struct Prayer;
 
-/// Link and time of one prayer. Asr has one column for both of its slots, with the first row of the table.
+/// Link and time label of one prayer. Asr has one column for its two slots, with the first of its rows in the
+/// table.
 struct PrayerColumn
 {
     const Prayer* prayer = nullptr;
@@ -16,7 +17,7 @@ struct PrayerColumn
     QLabel* time = nullptr;
 };
 
-/// The controls of the main window, as FrmMain.ui has them.
+/// The controls of FrmMain.ui.
 struct MainControls : Ui::FrmMain
 {
     explicit MainControls(QWidget& window);

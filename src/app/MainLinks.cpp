@@ -48,8 +48,8 @@ void MainLinks::ConnectPointer()
     for (LinkLabel* const link : m_window.findChildren<LinkLabel*>()) {
         link->OnMouseMove([this] { m_window.Handle([this] { m_window.SetHandPointer(); }); });
     }
-    // Over all other places the pointer stays as it is, so that the hand may outlive the link. That is
-    // wanted.
+    // Intended: over all other controls the pointer keeps its shape, even the hand of a link that it has
+    // left.
     for (QWidget* const place :
          {static_cast<QWidget*>(&m_window), static_cast<QWidget*>(m_controls.FrmOptions),
           static_cast<QWidget*>(m_controls.PrayerFrame)}) {
@@ -71,7 +71,8 @@ bool MainLinks::ClickLblAlertsLink()
         trace(3);
         const bool isOpen = SelectTab(1);
         trace(4);
-        // Settings that can't be shown close the dialog at once. To name it then would drop every alert.
+        // A dialog that can't show the settings is closed by now. As ActiveForm it would suppress every
+        // alert.
         if (isOpen) {
             m_window.Variables().ActiveForm = FrmAlerts::kName;
         }
@@ -87,8 +88,8 @@ bool MainLinks::ClickLblAlertsLink()
 void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
 {
     DisabledControl disabled(m_window, link);
-    // Each opening goes through the first page: it loads the settings that the other pages show.
-    // Intended: outside the failure path of the opening, which ends the program.
+    // The first page always comes first: it loads the settings that the other pages show.
+    // Intended: SelectTab stands outside the failure path of ClickLblAlertsLink, which ends the program.
     if (ClickLblAlertsLink()) {
         SelectTab(tab);
     }

@@ -10,16 +10,15 @@ class Form;
 class LinkLabel;
 struct MainControls;
 
-/// The links of the main window and its banner: what a click on each does, and the pointer over and behind
-/// them.
+/// Handles clicks on the links and the banner of the main window, and sets the mouse pointer over them.
 class MainLinks final
 {
 public:
     /// @param window the main window
     MainLinks(Form& window, MainControls& controls);
 
-    /// Opens the settings dialog at its first page. False if it is not open afterwards: it has closed itself
-    /// over settings that it can't show, or the failure has ended the program.
+    /// Opens the settings dialog on its first page. False if the dialog is not open afterwards: it closes
+    /// itself if it can't show the settings, and any other failure ends the program.
     bool ClickLblAlertsLink();
     /// Opens the list of places over the disabled main window.
     void ClickLblLocLink();
@@ -28,7 +27,7 @@ private:
     void ConnectClicks();
     void ConnectPointer();
     void ClickPrayerLink(LinkLabel& link, std::int16_t tab);
-    /// Shows a page of the settings dialog; false if the dialog has closed itself over it.
+    /// Shows a page of the settings dialog; false if this has closed the dialog.
     bool SelectTab(std::int16_t tab);
     void OpenPage(LinkLabel& link, const QString& url);
 

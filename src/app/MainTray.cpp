@@ -40,20 +40,20 @@ void MainTray::RemoveMeFromSysTray()
 
 void MainTray::ClickMnuOpen()
 {
-    // A host may hold on to the menu for a moment longer than there is a window to bring back.
+    // The notification area may keep the menu for a moment after the window was unloaded.
     if (!m_window.IsLoaded()) {
         return;
     }
     m_window.setWindowState(Qt::WindowNoState);
     m_window.Show();
-    // Where a window comes back is the desktop's affair, be it behind all others. "Open" asks to see it.
+    // A desktop may put a window that comes back behind all others.
     m_window.raise();
     m_window.activateWindow();
 }
 
 void MainTray::ClickMnuExit()
 {
-    // Unloading removes the icon as well. The second removal does no harm.
+    // Unload removes the icon again, which does nothing.
     RemoveMeFromSysTray();
     m_window.Unload();
 }

@@ -6,19 +6,19 @@
 
 class Form;
 
-/// The program's entry in the notification area, with its menu of two.
+/// The program's icon in the notification area, with the menu items Open and Exit.
 class MainTray final
 {
 public:
-    /// @param window the main window: the entry has its icon and caption and brings it back
+    /// @param window the main window: the icon has its icon and caption, and Open shows it again
     explicit MainTray(Form& window);
     ~MainTray();
     MainTray(const MainTray&) = delete;
     MainTray& operator=(const MainTray&) = delete;
 
-    /// Adds the icon, with the caption as it is now for its tip.
+    /// Adds the icon; its tooltip is the present caption of the window.
     void PutMeInSysTray();
-    /// Harmless when there is no icon.
+    /// Does nothing if there is no icon.
     void RemoveMeFromSysTray();
 
 private:
@@ -26,6 +26,6 @@ private:
     void ClickMnuExit();
 
     Form& m_window;
-    /// No child of the window: the menu works also while the window is disabled.
+    /// Not a child of the window: the menu also works while the window is disabled.
     QMenu mnuTrayIcon;
 };

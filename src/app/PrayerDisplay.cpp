@@ -30,7 +30,7 @@ QString MonthName(int month)
     return kNames.at(static_cast<std::size_t>(month - 1));
 }
 
-// Such as "UTC+5:30".
+// For example "UTC+5:30".
 QString UtcOffset(int minutes)
 {
     const int size = std::abs(minutes);
@@ -62,7 +62,7 @@ void PrayerDisplay::PopLocation() const
     const Configuration& c = m_configuration;
     m_controls.LblLocation->setText(c.CityName + QStringLiteral(", ") + c.StateName);
     m_controls.LblTimeZ->setText(QStringLiteral("Time Zone: ") + QString::number(c.ZoneHours));
-    // The label has whole hours; a screen reader reads the tip as its description.
+    // The label shows whole hours only; a screen reader reads the tooltip as the label's description.
     m_controls.LblTimeZ->setToolTip(c.MinutesBeyondZone ? UtcOffset(c.ZoneHours * 60 + *c.MinutesBeyondZone)
                                                         : QString());
     m_controls.LblCaclMeth->setText(QStringLiteral("Calculation Method: ") + c.CalcMethod);
@@ -85,7 +85,7 @@ void PrayerDisplay::PopPrayerFrame() const
 
     const bool is24Hour = m_configuration.HourMode == u"24";
     for (const PrayerColumn& column : m_controls.PrayerColumns) {
-        // Intended: each Asr method but "shafi" shows slot 7, also one under which neither slot counts.
+        // Intended: every Asr method except "shafi" shows slot 7, even an unknown one.
         const std::int16_t slot =
             column.prayer->CountsUnder(m_configuration.AsrMethod) ? column.prayer->slot : std::int16_t{7};
         column.time->setText(FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot), is24Hour));
@@ -100,8 +100,9 @@ void PrayerDisplay::UpdateCountDown() const
         m_controls.LblCountDown->setText(QStringLiteral("Done"));
         return;
     }
-    // Intended: from last to first, and the last one ahead wins, which need not be the earliest. In Isha's
-    // own minute none is ahead: the label counts down from 0 and shows a negative clock.
+    // Intended: the loop runs from the last prayer to the first and the last match wins, which need not be
+    // the earliest time. In Isha's own minute there is no match: the label counts down from 0 and shows a
+    // negative time.
     int next = 0;
     for (auto prayer = kPrayers.rbegin(); prayer != kPrayers.rend(); ++prayer) {
         const std::int16_t minutes = m_prayerTimer.GetPrayerTime(prayer->slot);

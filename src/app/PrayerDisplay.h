@@ -9,24 +9,24 @@ class PTimer;
 class VBCompas;
 class VBSunAndMoon;
 
-/// The main window as it shows the day: place and settings, both dates, the six times, the countdown, the
+/// Shows the day in the main window: place and settings, both dates, the six times, the countdown, the
 /// compass and the sky.
 class PrayerDisplay final
 {
 public:
-    /// Places the compass and the sky in their frames, whose children they become.
+    /// Creates the compass and the sky as children of their frames.
     PrayerDisplay(const Platform& platform, const Configuration& configuration, const PTimer& prayerTimer,
                   MainControls& controls);
 
     /// Rewrites the settings block.
     void PopLocation() const;
-    /// Rewrites date and times.
+    /// Rewrites both dates and the six times.
     void PopPrayerFrame() const;
     /// Rewrites the time left to the next prayer; called each second.
     void UpdateCountDown() const;
-    /// Turns the compass to the place of the scheduler's last recalculation.
+    /// Turns the compass to the Qibla of the place for which the scheduler has calculated last.
     void ShowQibla() const;
-    /// Composes the sky of this minute.
+    /// Draws the sky of the current minute.
     void RefreshSkyPicture() const;
 
 private:

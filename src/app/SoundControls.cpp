@@ -13,7 +13,7 @@ SoundControls::SoundControls(Form& form, MainControls& controls)
 {
     m_controls.LblStopLink->OnClick([this, &form] {
         form.Handle([this] {
-            // Greyed before the player has reported anything, and also if it never does.
+            // Disabled at once: the player may report the stop later or never.
             m_controls.LblStopLink->setEnabled(false);
             m_player.Stop();
         });

@@ -6,17 +6,17 @@ class Form;
 class MediaPlayer;
 struct MainControls;
 
-/// The stop link and the volume bar of the main window, and what the player reports to them.
+/// Connects the stop link and the volume bar of the main window with the player.
 class SoundControls final
 {
 public:
-    /// @param form the window that the controls stand in
+    /// @param form the window that contains the controls
     SoundControls(Form& form, MainControls& controls);
     ~SoundControls();
     SoundControls(const SoundControls&) = delete;
     SoundControls& operator=(const SoundControls&) = delete;
 
-    /// Brings the bar to what the player holds. Throws kInvalidPropertyValue for a volume outside 0 to 100.
+    /// Sets the bar to the player's volume. Throws kInvalidPropertyValue for a volume outside 0 to 100.
     void ShowVolume();
 
 private:

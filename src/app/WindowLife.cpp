@@ -23,15 +23,15 @@ WindowLife::WindowLife(Form& window)
     : m_window(window)
 {
     window.installEventFilter(this);
-    // Where a desktop lets people raise a disabled window it would stand in front of its dialog until
-    // something paints the main window.
+    // Some desktops let the user raise a disabled window. Without this connection, it would stay in front of
+    // its dialog until the main window is painted.
     connect(qApp, &QGuiApplication::focusWindowChanged, this, &WindowLife::AwaitPaint);
 }
 
 bool WindowLife::eventFilter(QObject* /*watched*/, QEvent* event)
 {
-    // Both wait for the event to be over. Hiding inside a change of state is undone by the window system, and
-    // one window can't be painted from inside the painting of another.
+    // Both are handled after the event: the window system undoes a hide() inside a change of state, and a
+    // window can't be painted inside the paint event of another.
     if (event->type() == QEvent::WindowStateChange) {
         QTimer::singleShot(0, this, [this] { m_window.Handle([this] { Resize(); }); });
     } else if (event->type() == QEvent::Paint) {
@@ -67,12 +67,12 @@ void WindowLife::Resize()
 void WindowLife::FollowState()
 {
     if (!m_window.isMinimized()) {
-        // A maximised state doesn't last.
+        // The window does not stay maximised.
         m_window.setWindowState(Qt::WindowNoState);
         m_window.show();
         return;
     }
-    // Without an icon nothing could bring a hidden window back: it stays on the taskbar.
+    // Without an icon the user could not show a hidden window again: it stays on the taskbar.
     if (m_window.isVisible() && m_window.Outside().tray.IsShown()) {
         m_window.hide();
     }
@@ -86,7 +86,7 @@ void WindowLife::Paint()
     try {
         HandOnFocus();
     } catch (const RuntimeError& error) {
-        // A dialog that can't take the focus is left alone.
+        // kInvalidCall: the dialog can't take the focus, which is no failure.
         if (error.Number() != ErrorNumber::kInvalidCall) {
             EndWithFatalBox(m_window.Outside(), 1);
         }
@@ -95,9 +95,8 @@ void WindowLife::Paint()
 
 void WindowLife::HandOnFocus()
 {
-    // Handed on is only the focus of this window, or of a window that takes no input. Taking it from another
-    // program, or from a box that waits for an answer, whenever the countdown repaints a label would let
-    // nobody work.
+    // Pass on only the focus of this window or of a disabled one. The countdown repaints a label each second,
+    // which must not take the focus from another program or from an open message box.
     const QWidget* const active = QApplication::activeWindow();
     const bool isToBeHandedOn = active == &m_window || (active != nullptr && !active->isEnabled());
     if (!isToBeHandedOn || QApplication::activeModalWidget() != nullptr) {

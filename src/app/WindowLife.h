@@ -6,8 +6,8 @@
 
 class Form;
 
-/// What the main window does by itself when the window system resizes or paints it: it hides when minimised,
-/// does not stay maximised, and leaves the focus to the dialog that is open, as a disabled dialog does.
+/// Handles changes of state and paint events of the main window: it hides when minimised, does not stay
+/// maximised, and passes the focus to the open dialog. A disabled dialog passes the focus on in the same way.
 class WindowLife final : public QObject
 {
     Q_OBJECT

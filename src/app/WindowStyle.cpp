@@ -27,7 +27,7 @@ void DrawFrame(const QStyleOptionGroupBox& option, QPainter& painter, const QSty
     }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(option.palette.color(QPalette::Mid));
-    // Through the middles of the pixels, or the line would be spread over two rows.
+    // At half pixels; otherwise antialiasing spreads the line over two rows.
     const int middle = captionHeight / 2;
     const QRectF line = QRectF(option.rect).adjusted(0.5, middle + 0.5, -0.5, -0.5);
     painter.drawRoundedRect(line, kCornerRadius, kCornerRadius);
@@ -45,9 +45,9 @@ WindowStyle::WindowStyle()
 {
 }
 
-// Fusion keeps its drawings under a name with the number of the palette in it, and the names for good. Each
-// window that opens, and each that is disabled, makes palettes with new numbers: without this, memory would
-// grow with every dialog.
+// Fusion caches its drawings, and the keys, which contain the number of the palette, are never freed. Each
+// window that opens or is disabled makes palettes with new numbers. Equal palettes share one here; otherwise
+// memory would grow with each dialog.
 void WindowStyle::ShareColours(const QStyleOption* option) const
 {
     constexpr std::size_t kMostPalettes = 16;
@@ -61,7 +61,7 @@ void WindowStyle::ShareColours(const QStyleOption* option) const
         }
         shared = m_colours.insert(m_colours.end(), option->palette);
     }
-    // Whoever draws made the option for this one drawing.
+    // The caller has made the option for this drawing only.
     QPalette& palette = const_cast<QStyleOption*>(option)->palette;
     const QPalette::ColorGroup group = palette.currentColorGroup();
     palette = *shared;

@@ -7,9 +7,9 @@
 
 #include <vector>
 
-/// The style of all windows: Fusion, with frames whose line runs through the middle of their caption. Windows
-/// are laid out to the pixel for such frames; Fusion's own caption stands above the line and pushes it into
-/// what the frame holds.
+/// The style of all windows: Fusion, but the line of a group box runs through the middle of its caption. The
+/// windows are laid out to the pixel for that; Fusion draws the caption above the line, and the line over the
+/// contents of the box.
 class WindowStyle final : public QProxyStyle
 {
     Q_OBJECT

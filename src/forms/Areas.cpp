@@ -10,7 +10,7 @@
 
 namespace {
 
-// Over a disabled area the mouse is over whatever lies behind it.
+// Mouse moves over a disabled area reach the widget behind it.
 void LetThroughWhileDisabled(QWidget& area)
 {
     if (!area.isWindow()) {

@@ -9,12 +9,12 @@
 
 class QWidget;
 
-/// Keeps mouse moves over the controls of @p window from what lies behind them, so that the pointer stays as
-/// it is there. Links are left out: a disabled one lets moves through. To be called before the first
-/// HoverArea.
+/// Stops mouse moves over the controls of @p window from reaching the widgets behind them, so that the
+/// pointer keeps its shape there. Links are an exception: a disabled link lets mouse moves through. Call
+/// before the first HoverArea is made.
 void KeepMouseMoves(QWidget& window);
 
-/// The controls of a .ui file, made in @p window, with KeepMouseMoves.
+/// Creates the controls of a .ui file in @p window and calls KeepMouseMoves.
 template <typename Controls, typename Window>
 [[nodiscard]] std::unique_ptr<Controls> MakeControls(Window& window)
 {
@@ -24,8 +24,8 @@ template <typename Controls, typename Window>
     return controls;
 }
 
-/// Calls a handler when the left button goes down and up again over an enabled widget: Click for a picture,
-/// one for a double click too.
+/// Calls a handler when the left button is pressed and released over an enabled widget: Click for a picture.
+/// A double click counts as one click.
 class ClickArea final : public QObject
 {
     Q_OBJECT

@@ -22,7 +22,7 @@ LevelBar::LevelBar(QWidget* parent)
     : QScrollBar(Qt::Horizontal, parent)
 {
     setTracking(false);
-    // A scroll bar of its own takes its keys upside down: right would lower the level.
+    // QScrollBar inverts its keys by default: the right arrow would lower the level.
     setInvertedControls(false);
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QScrollBar::valueChanged, this, [this] {
@@ -83,7 +83,7 @@ void SpinBar::DrawArrow(QPainter& painter, SliderAction action) const
     button.rect = ArrowRect(action);
     style()->drawPrimitive(QStyle::PE_PanelButtonBevel, &button, &painter, this);
 
-    // The style's own arrows are made for taller buttons.
+    // The arrows of the style need taller buttons.
     const QPoint centre = button.rect.center();
     const int direction = action == SliderSingleStepAdd ? 1 : -1;
     const QColor colour = palette().color(QPalette::ButtonText);
@@ -148,13 +148,13 @@ void SpinBar::mouseReleaseEvent(QMouseEvent* event)
 
 void SpinBar::wheelEvent(QWheelEvent* event)
 {
-    // Each change is stored at once; a wheel that merely passes over the bar must not store anything.
+    // Each change is stored at once: a turn of the wheel by accident must change nothing.
     event->ignore();
 }
 
 void SpinBar::keyPressEvent(QKeyEvent* event)
 {
-    // They would jump to a limit, which is stored at once.
+    // Home and End would set the value to a limit, which is stored at once.
     if (event->key() == Qt::Key_Home || event->key() == Qt::Key_End) {
         event->ignore();
     } else {

@@ -7,8 +7,8 @@
 
 #include <functional>
 
-/// A horizontal scroll bar that raises Change when the thumb is released or a step is made, not while it is
-/// dragged, and inside the setter.
+/// A horizontal scroll bar. Raises Change at each step, when the thumb is released, and inside the setter,
+/// but not while the thumb is dragged.
 class LevelBar final : public QScrollBar
 {
     Q_OBJECT
@@ -26,9 +26,9 @@ private:
     std::function<void()> m_change;
 };
 
-/// A small vertical bar of two arrows: the top one raises the value by a step, the bottom one lowers it, and
-/// so do the arrow keys; an arrow that is held repeats. The mouse wheel, Home and End do nothing.
-/// Raises Change inside the setter when the value really changes.
+/// A small vertical bar with two arrows: the top one raises the value by a step, the bottom one lowers it,
+/// and the arrow keys do the same. A held arrow repeats. The mouse wheel, Home and End do nothing.
+/// Raises Change when the value changes, by the user or inside the setter.
 class SpinBar final : public QAbstractSlider
 {
     Q_OBJECT

@@ -8,8 +8,7 @@
 
 #include <functional>
 
-/// A check box that raises Click when its value changes, by hand or by code, inside the setter, and not
-/// otherwise.
+/// A check box that raises Click only when its value changes, by the user or inside the setter.
 class CheckBox final : public QCheckBox
 {
     Q_OBJECT
@@ -27,8 +26,8 @@ private:
     std::function<void()> m_click;
 };
 
-/// One of several choices in the same container. Raises Click when it becomes selected, by hand or by code,
-/// inside the setter; selecting the one that is selected already raises nothing.
+/// A radio button. Raises Click when it becomes selected, by the user or inside the setter, but not when it
+/// is selected already.
 class OptionButton final : public QRadioButton
 {
     Q_OBJECT
@@ -45,7 +44,7 @@ private:
     std::function<void()> m_click;
 };
 
-/// A one-line text box that raises Change inside the setter, and at each edit, when the text really changes.
+/// A one-line text box that raises Change when its text changes, by an edit of the user or inside the setter.
 class TextBox : public QLineEdit
 {
     Q_OBJECT
@@ -57,7 +56,8 @@ public:
     void SetText(const QString& value) { setText(value); }
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
-    /// The Enter key. @param handler must not let an exception out
+    /// Sets the handler of the Enter key.
+    /// @param handler must not let an exception out
     void OnEnter(std::function<void()> handler) { m_enter = std::move(handler); }
 
 protected:

@@ -21,7 +21,7 @@
 
 namespace {
 
-// A disabled window takes no input, and looks as before: grey is only what is disabled itself.
+// A disabled window keeps its colours: only a control that is disabled itself is grey.
 QPalette UngreyedColours(QPalette colours)
 {
     for (int role = 0; role < QPalette::NColorRoles; ++role) {
@@ -31,7 +31,7 @@ QPalette UngreyedColours(QPalette colours)
     return colours;
 }
 
-// The control that the Tab key would go to from this one; none if it is alone.
+// The control that the Tab key would reach from @p control; null if there is no other.
 QWidget* NextInTabOrder(const QWidget& control)
 {
     QWidget* next = control.nextInFocusChain();
@@ -109,7 +109,8 @@ void Form::Show()
     m_wasShown = true;
     const bool wasUp = isVisible();
     show();
-    // Where a new window appears is the desktop's affair. One that is asked for again is to be seen.
+    // The desktop chooses where a new window appears. A window that was visible already must come to the
+    // front.
     if (wasUp) {
         setWindowState(windowState() & ~Qt::WindowMinimized);
         raise();
@@ -123,7 +124,7 @@ void Form::PaintNow()
         constexpr int kLongestWaitMilliseconds = 500;
         constexpr int kLookMilliseconds = 20;
         const QDeadlineTimer deadline(kLongestWaitMilliseconds);
-        // Without a time for it, and woken by a timer: given a time, Qt does not wait for events at all.
+        // The timer ends each wait, since processEvents with a time limit ignores WaitForMoreEvents.
         QTimer alarm;
         alarm.start(kLookMilliseconds);
         while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
@@ -137,7 +138,7 @@ void Form::PaintNow()
 
 void Form::Unload()
 {
-    // Once gone, the name may stand for another window of the kind.
+    // After this window was unloaded, its name may belong to a new one.
     if (m_loaded) {
         m_forms.Unload(Name());
     }
@@ -164,7 +165,7 @@ void Form::Enable(bool enabled)
     }
     setEnabled(enabled);
     if (enabled && m_nextFocus != nullptr) {
-        // What had the keyboard may have been disabled meanwhile, as the stop link is at the end of a sound.
+        // The control may have been disabled meanwhile, as the stop link is at the end of a sound.
         QWidget* const heir = m_nextFocus->isEnabled() ? m_nextFocus.data() : NextInTabOrder(*m_nextFocus);
         if (heir != nullptr) {
             heir->setFocus();
@@ -231,7 +232,7 @@ void Form::showEvent(QShowEvent* event)
 
 void Form::closeEvent(QCloseEvent* event)
 {
-    // Only unloading closes a window. A disabled one takes no input, its close button included.
+    // Only Unload closes a window. The close button of a disabled window does nothing.
     event->ignore();
     if (m_loaded && isEnabled()) {
         Handle([this] { Unload(); });
@@ -255,6 +256,6 @@ void DisabledControl::Enable()
     if (m_hadFocus && (holder == nullptr || holder == m_heir)) {
         m_window.GiveFocus(m_control);
     }
-    // Once: what the user does with the focus from here on stands.
+    // Only once: later the focus stays where the user has moved it.
     m_hadFocus = false;
 }

@@ -11,14 +11,15 @@ class Forms;
 struct MainVariables;
 struct Platform;
 
-/// Runs a handler that the window system calls. What it lets through is shown, and the program ends: no
-/// exception may cross the window system's frames.
+/// Runs a handler that the window system calls. An exception that leaves the handler is shown in a box and
+/// ends the program: none may cross the stack frames of the window system.
 void RunGuarded(const Platform& platform, const std::function<void()>& handler) noexcept;
 
-/// The fatal box, "Error - @p number", and the end of the process.
+/// Shows the fatal box, "Error - @p number", and ends the process.
 void EndWithFatalBox(const Platform& platform, int number);
 
-/// A window of the program, known by its name. Created on first touch by Forms, gone when unloaded.
+/// A window of the program, identified by its name. Forms creates it on first touch and destroys it after it
+/// is unloaded.
 class Form : public QWidget
 {
     Q_OBJECT
@@ -32,33 +33,33 @@ public:
     /// unloaded.
     [[nodiscard]] bool WasShown() const { return m_wasShown; }
 
-    /// Shows the window without waiting for it; one that is up already comes to the front.
+    /// Shows the window and returns at once; a window that is visible already comes to the front.
     void Show();
     /// Paints the window now.
     void Refresh() { repaint(); }
-    /// Returns when the window is really on the screen and painted, or after half a second if no screen shows
-    /// it. Serves events meanwhile, but none of the user's.
+    /// Waits until the window is on the screen, for at most half a second, and paints it. Serves events
+    /// meanwhile, except the user's input.
     void PaintNow();
     void Unload();
-    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled. A minimised window keeps
-    /// its place on the taskbar.
+    /// Gives the window the focus; throws kInvalidCall if it is hidden or disabled. A minimised window stays
+    /// minimised.
     virtual void SetFocus();
-    /// Lets the window take input or not. The control that had the keyboard when it was taken from the window
-    /// has it back when the window takes input again, or the next one if that control is disabled by then.
+    /// Enables or disables the window. When the window is enabled again, the control that had the keyboard
+    /// focus gets it back; if that control is disabled by then, the next one gets it.
     virtual void Enable(bool enabled);
-    /// Gives one of the window's controls the keyboard, or leaves it to be had once the window takes input.
+    /// Gives a control of the window the keyboard focus, at once or when the window is enabled again.
     void GiveFocus(QWidget& control);
 
-    /// The hand over links, and the default pointer behind them.
+    /// The mouse pointer over links, and the one elsewhere.
     void SetHandPointer();
     void SetDefaultPointer();
 
-    /// Runs a handler that the window system calls: the window stays in memory while it runs even if it
-    /// unloads the window, and what the handler lets through is shown and ends the program.
+    /// Runs a handler of this window by RunGuarded. The window stays in memory while the handler runs, even
+    /// if the handler unloads it.
     void Handle(const std::function<void()>& handler);
     [[nodiscard]] bool IsHandling() const { return m_handling > 0; }
-    /// Keeps the window in memory while @p work runs, even if the window is unloaded meanwhile. What @p work
-    /// throws goes on to the caller.
+    /// Keeps the window in memory while @p work runs, even if the window is unloaded meanwhile. Exceptions of
+    /// @p work reach the caller.
     void KeepWhile(const std::function<void()>& work);
 
     [[nodiscard]] const Platform& Outside() const;
@@ -67,14 +68,14 @@ public:
     [[nodiscard]] MainVariables& Variables() const;
 
 protected:
-    /// The window has been created and is about to be used. May unload it again.
+    /// Called after the window has been created and before it is used. May unload it again.
     virtual void OnLoad() {}
-    /// The window is about to go.
+    /// Called before the window is removed.
     virtual void OnUnload() {}
-    /// The window has become the active one.
+    /// Called when the window has become the active one.
     virtual void OnGotFocus() {}
 
-    /// Stands the window over the middle of @p window, or of the screen if there is none, wholly on the
+    /// Centres this window over @p window, or on the primary screen if that is null, and keeps it on the
     /// screen if it fits. The window must have its size.
     void CentreOver(const QWidget* window);
 
@@ -90,18 +91,16 @@ private:
     bool m_loaded = false;
     bool m_wasShown = false;
     int m_handling = 0;
-    /// The control that has the keyboard as soon as the window takes input.
+    /// The control that gets the keyboard focus when the window is enabled again.
     QPointer<QWidget> m_nextFocus;
 };
 
-/// A control of a window while its own work is under way: disabled, so that it can't be pressed twice.
-/// Whoever works by keyboard finds it under the fingers again afterwards, unless they have gone elsewhere
-/// meanwhile.
+/// Disables a control while its handler runs, so that it can't be pressed twice. Enable returns the keyboard
+/// focus to the control, unless the user has moved the focus meanwhile.
 class DisabledControl final
 {
 public:
-    /// By the control's own setEnabled: a link label has one that shows its state inside a disabled window
-    /// too.
+    /// Calls the control's own setEnabled: that of LinkLabel also shows the state inside a disabled window.
     template <typename Control>
     DisabledControl(Form& window, Control& control)
         : DisabledControl(window, control, [&control](bool enabled) { control.setEnabled(enabled); })
@@ -117,6 +116,6 @@ private:
     QWidget& m_control;
     std::function<void(bool)> m_setEnabled;
     bool m_hadFocus = false;
-    /// Where the toolkit took the focus by itself.
+    /// The control to which Qt has moved the focus.
     QPointer<QWidget> m_heir;
 };

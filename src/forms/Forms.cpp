@@ -30,7 +30,7 @@ Form& Forms::Touch(const QString& name)
     try {
         form.KeepWhile([&form] { form.OnLoad(); });
     } catch (...) {
-        // A window that is half loaded must not be taken for the window by the next touch.
+        // The next Touch must not return a half-loaded window.
         Drop(form);
         throw;
     }
@@ -56,7 +56,7 @@ void Forms::Unload(const QString& name)
     try {
         form->OnUnload();
     } catch (...) {
-        // The window stays what it was, so that it can be closed again.
+        // The window stays loaded, so that it can be closed again.
         form->m_loaded = true;
         throw;
     }
@@ -101,8 +101,8 @@ bool Forms::IsMain(const Form& form) const
 
 bool Forms::KeepsProcess() const
 {
-    // A popup that is loaded again only because its last tick wrote to it can't be seen or closed by anyone.
-    // The main window counts from the start: others come and go while it loads.
+    // A popup that was loaded again by its own last tick is hidden, and the user can't close it. The main
+    // window counts even before it is shown, since other windows open and close while it loads.
     return std::any_of(m_loaded.begin(), m_loaded.end(), [this](const auto& entry) {
         return entry.second->WasShown() || IsMain(*entry.second);
     });

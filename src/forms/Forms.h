@@ -12,8 +12,8 @@
 
 struct Platform;
 
-/// The windows of the program, one of each name. A window is created and loaded on first touch and stays
-/// until it is unloaded.
+/// The windows of the program, at most one of each name. A window is created and loaded on first touch and
+/// stays until it is unloaded.
 class Forms final : public QObject
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ public:
     {
         return static_cast<Window&>(Touch(QString(Window::kName)));
     }
-    /// The window of that name if it is loaded.
+    /// The window of that name if it is loaded, otherwise null.
     [[nodiscard]] Form* Loaded(const QString& name) const;
     /// Does nothing if the window is not loaded.
     void Unload(const QString& name);
@@ -42,22 +42,21 @@ public:
     /// The main window, also after it has been unloaded.
     [[nodiscard]] MainForm& Main();
     void SetMain(MainForm& main) { m_main = &main; }
-    /// Makes the main window the one with the user's attention again.
+    /// Enables the main window, gives it the focus and makes it ActiveForm.
     void ReturnToMain();
     [[nodiscard]] MainVariables& Variables() { return m_variables; }
 
     [[nodiscard]] const Platform& Outside() const { return m_platform; }
-    /// Whether the main window or one that was ever shown is left.
+    /// Whether the main window, or a window that has been shown, is loaded.
     [[nodiscard]] bool KeepsProcess() const;
-    /// Called when a window has been unloaded and neither the main window nor one that was ever shown is
-    /// left.
+    /// The handler is called after a window has been unloaded, if KeepsProcess() is false.
     void SetLastUnloadedHandler(std::function<void()> handler) { m_lastUnloaded = std::move(handler); }
 
-    /// Destroys, as soon as the event loop is free, the unloaded windows in which no handler runs.
+    /// Destroys the unloaded windows in which no handler runs, as soon as control returns to the event loop.
     void DisposeOfUnloaded();
 
 private:
-    /// Takes the window out of the loaded ones, without a word to it.
+    /// Removes the window from the loaded ones, without OnUnload.
     void Drop(Form& form);
     [[nodiscard]] bool IsMain(const Form& form) const;
     void Dispose();

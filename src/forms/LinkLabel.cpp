@@ -23,7 +23,7 @@ public:
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
-        // Left to the toolkit, a link inside a frame would be called by the frame's caption.
+        // Qt would give a link inside a group box the name of the box.
         const bool isUnnamed = kind == QAccessible::Name && Label()->accessibleName().isEmpty();
         return isUnnamed ? Label()->text() : QAccessibleWidget::text(kind);
     }
@@ -45,7 +45,7 @@ QAccessibleInterface* CreateLinkInterface(const QString& /*className*/, QObject*
     return label != nullptr ? new LinkInterface(label) : nullptr;
 }
 
-// Disabled itself or in a frame that is; a window that takes no input is no reason to be grey.
+// Whether the widget or a frame around it is disabled itself; a disabled window does not count.
 bool IsDisabledInItsWindow(const QWidget& widget)
 {
     return !widget.isWindow() &&
@@ -66,7 +66,7 @@ LinkLabel::LinkLabel(QWidget* parent)
 
 void LinkLabel::ApplyColour()
 {
-    // Roles that are the same in each state of the window, so that only the label's own state counts.
+    // These roles have the same colour in each state of the window, so that only the label's own state shows.
     setForegroundRole(IsDisabledInItsWindow(*this) ? QPalette::PlaceholderText : QPalette::Link);
 }
 
@@ -108,14 +108,14 @@ void LinkLabel::mouseReleaseEvent(QMouseEvent* event)
 
 void LinkLabel::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    // Left to the toolkit its second press would be another click, and open a second page.
+    // QWidget would handle the second press as another click, which would open a second page.
     event->accept();
 }
 
 void LinkLabel::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space) {
-        // A key held down would open page after page.
+        // A held key would open one page after another.
         if (!event->isAutoRepeat()) {
             Click();
         }

@@ -6,9 +6,9 @@
 
 #include <functional>
 
-/// A text that acts as a link: Click by mouse or keyboard, one for a double click too, and MouseMove without
-/// a button. While disabled it takes no click, and the mouse moves over whatever lies behind it. It is grey
-/// while it or its frame is disabled, not while its window is.
+/// A label that acts as a link. Raises Click by mouse or keyboard, once for a double click, and MouseMove,
+/// also without a pressed button. While the label is disabled it raises nothing, and mouse moves reach the
+/// widget behind it. It is grey while it or its frame is disabled, but not if only its window is.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT
@@ -22,7 +22,7 @@ public:
     void OnMouseMove(std::function<void()> handler) { m_move = std::move(handler); }
     /// Runs the Click handler if the label is enabled.
     void Click();
-    /// In place of the widget's own, which tells nobody of a change inside a disabled window.
+    /// Replaces that of QWidget, which raises no event for a change inside a disabled window.
     void setEnabled(bool enabled);
 
 protected:
@@ -42,5 +42,5 @@ private:
     bool m_pressed = false;
 };
 
-/// Makes link labels known as links to screen readers; once, before the first window.
+/// Presents link labels to screen readers as links. Call once, before the first window is made.
 void InstallLinkAccessibility();

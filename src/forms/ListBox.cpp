@@ -7,7 +7,7 @@
 
 namespace {
 
-// Without a width of its own a line takes that of the list, and the list measures one line instead of all.
+// A line of width 0 gets the width of the list, and Qt measures one line instead of all.
 class LineDelegate final : public QStyledItemDelegate
 {
 public:
@@ -57,7 +57,7 @@ QString ListBox::List(int row) const
 QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,
                                                               const QEvent* event) const
 {
-    // The control key would take a selected line out.
+    // A click with the control key would deselect the line.
     const QItemSelectionModel::SelectionFlags command = QListWidget::selectionCommand(index, event);
     return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
 }
@@ -82,7 +82,7 @@ void ListBox::mouseDoubleClickEvent(QMouseEvent* event)
 void ListBox::showEvent(QShowEvent* event)
 {
     QListWidget::showEvent(event);
-    // A list that was filled before it had its height has scrolled by another one.
+    // If the list was filled before its height was set, the scroll position is wrong.
     if (const int row = ListIndex(); row >= 0) {
         scrollToItem(item(row));
     }

@@ -6,8 +6,8 @@
 
 #include <functional>
 
-/// A list of lines of text of which at most one is selected. The user can't take the selection away: a click
-/// below the lines leaves it, and so do the keys that would. A line too long for the list ends in dots.
+/// A list of text lines of which at most one is selected. The user can't clear the selection, neither by a
+/// click below the lines nor by keys. A line that is too long ends in dots.
 class ListBox final : public QListWidget
 {
     Q_OBJECT
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] int ListIndex() const;
     /// Selects the line and brings it into view.
     void SetListIndex(int row);
-    /// The text of a line; empty for a row that is not there, -1 included.
+    /// The text of a line; empty for a row that does not exist, such as -1.
     [[nodiscard]] QString List(int row) const;
     /// A double click with the left button, on a line or on the empty part below the lines.
     /// @param handler must not let an exception out

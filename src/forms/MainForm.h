@@ -6,26 +6,26 @@
 
 #include <QString>
 
-/// The public variables of the main window, for every window to read and set. They stay when it is gone.
+/// The public variables of the main window, which every window may read and set. They outlive the window.
 struct MainVariables
 {
-    /// What the last load of settings.xml brought; PID and Dstr are among it.
+    /// The configuration of the last load of settings.xml; contains PID and Dstr.
     Configuration Settings;
     /// Name of the window that has the user's attention; while it is not the main window's, alerts are
     /// dropped.
     QString ActiveForm;
-    /// A developers' switch; never set by the program.
+    /// A switch for developers; the program never sets it.
     bool DebugMode = false;
     /// Whether the last probe or request reached the network.
     bool Connected = false;
     /// Seconds between two refreshes of the ad.
     float AdTimer = 0.0F;
-    /// The last step that a routine which traces itself reached. Written, never shown.
+    /// The last step that a tracing routine has reached. Intended: written, never shown.
     QString TraceLoc;
 };
 
-/// The main window as the other windows see it: what they may ask of it. Once the main window is gone the
-/// calls do nothing, so that a window that closes after it can't bring it back.
+/// The interface of the main window for the other windows. After the main window was unloaded the calls do
+/// nothing, so that a window that closes later can't load it again.
 class MainForm
 {
 public:
@@ -37,18 +37,18 @@ public:
     MainForm& operator=(const MainForm&) = delete;
     virtual ~MainForm() = default;
 
-    /// Rereads settings.xml and feeds everything from it: 1, or 0 if the file holds no usable configuration.
+    /// Reads settings.xml and updates everything from it. Returns 1, or 0 if the file holds no usable
+    /// configuration.
     virtual int UpdateEverything() = 0;
-    /// Rewrites the settings block from what is held.
+    /// Rewrites the settings block from the values in memory.
     virtual void PopLocation() = 0;
-    /// Rewrites date and times from what is held.
+    /// Rewrites dates and times from the values in memory.
     virtual void PopPrayerFrame() = 0;
     virtual void Enable(bool enabled) = 0;
-    /// Takes the focus if it can. Hidden in the tray or disabled it is left alone, which is no failure:
-    /// whoever closes a dialog meanwhile must still get to the step behind this one, without which every
-    /// alert is dropped.
+    /// Takes the focus. Does nothing while the window is hidden or disabled, which is no failure: a dialog
+    /// that closes sets ActiveForm after this call, and without that every alert would be dropped.
     virtual void TakeFocus() = 0;
-    /// Lets the stop link take clicks.
+    /// Enables the stop link.
     virtual void EnableStopLink() = 0;
     /// Asks the service for an ad and shows it.
     virtual void RefreshAd() = 0;

@@ -13,8 +13,8 @@
 
 namespace {
 
-// A path finds the first element of a name wherever it stands, so that a place with such a name, or with such
-// an element in it, can hide the settings of that name.
+// A path finds the first element of a name at any depth. A place with such a name, or with such an element in
+// it, could hide the settings of that name.
 bool IsNameOfSettings(const QString& name)
 {
     static constexpr std::array kNames{QLatin1String("root"),      QLatin1String("app"),
@@ -32,12 +32,12 @@ struct Number
     double most = 0.0;
 };
 
-// Far beyond these the scheduler takes no number, and the program could not start with the place.
+// The scheduler refuses numbers far outside these limits, and the program could not start with the place.
 constexpr std::array kNumbers{Number{QLatin1String("latitude_final"), -90.0, 90.0},
                               Number{QLatin1String("longitude_final"), -180.0, 180.0},
                               Number{QLatin1String("time_zone2"), -12.0, 14.0}};
 
-// With a point and without group separators, which every locale reads from the file as the same number.
+// With a decimal point and without group separators: every locale reads such a text as the same number.
 bool IsWithin(const QString& text, const Number& number)
 {
     QLocale plain = QLocale::c();
@@ -58,8 +58,8 @@ QString AttributeOf(const DomNode& element, const QString& name)
     }
 }
 
-// Elements within a place are looked at as well: by its name one of them can be read in place of a later
-// place. Such an element needs no numbers, but those that it has must be good.
+// Elements within a place are checked as well: a path could find one of them instead of a later place of the
+// same name. Such an element needs no numbers, but the numbers that it has must be valid.
 bool IsUsable(const DomNode& element, bool needsNumbers)
 {
     if (element.NodeValue()) {
@@ -82,7 +82,7 @@ bool IsUsable(const DomNode& element, bool needsNumbers)
     return true;
 }
 
-// The name alone tells places apart, whatever their identifiers.
+// Places are compared by element name only, not by identifier.
 bool HoldsPlace(const SimpleXML& settings, const QString& key)
 {
     bool holds = false;
@@ -112,13 +112,14 @@ bool AddPlaces(const Platform& platform, const SimpleXML& places)
     SimpleXML settings(platform);
     settings.Load(kSettingsFile);
     bool areNew = true;
-    // Each place leaves the reply as it is stored, so that of several the walk passes over every second one.
-    // The service sends one.
+    // Intended: storing a place removes it from the reply, so that the loop skips every second place. The
+    // service sends one.
     WalkChildren(places, kCurrentPath, [&](SimpleXML& location) {
         areNew = !HoldsPlace(settings, location.ElementName());
         if (areNew) {
             settings.AddSimpleXML(location, kLocationsPath);
-            // At once, and unchecked: a file that can't be written loses the place, and the list shows so.
+            // Intended: the result is ignored. If the file can't be written, the place is missing from the
+            // list.
             settings.Save(kSettingsFile);
         }
         return areNew;

@@ -5,13 +5,13 @@
 class SimpleXML;
 struct Platform;
 
-/// Whether the children of the root of @p places can be stored without harm to the settings: each element has
-/// its latitude (-90 to 90), longitude (-180 to 180) and zone (-12 to 14), both ends included and written
-/// with a point on every locale, and nothing in it is called as an element of settings.xml. True without
+/// Whether the children of the root of @p places can be stored without harm to the settings. Each element
+/// needs a latitude (-90 to 90), a longitude (-180 to 180) and a zone (-12 to 14), both ends included, with a
+/// decimal point on every locale, and no element may have a name that settings.xml uses. True without
 /// children.
 [[nodiscard]] bool AreUsablePlaces(const SimpleXML& places);
 
-/// Moves the children of the node at the remembered path of @p places unchanged behind the places of
-/// settings.xml. False, after what was stored before it, at the first one whose name is taken. Whether the
-/// file could be written is not looked at.
+/// Moves the children of the node at the current path of @p places, unchanged, to the end of the places of
+/// settings.xml. At the first place whose name exists already it stops and returns false; the places before
+/// it stay stored. A failed save is ignored.
 [[nodiscard]] bool AddPlaces(const Platform& platform, const SimpleXML& places);

@@ -7,7 +7,7 @@
 
 #include <QStringList>
 
-/// Hands each child of the element at @p path to @p visit, until that answers false.
+/// Calls @p visit with each child of the element at @p path until it returns false.
 template <typename Visit>
 void WalkChildren(const SimpleXML& parent, const QString& path, Visit visit)
 {
@@ -20,7 +20,7 @@ void WalkChildren(const SimpleXML& parent, const QString& path, Visit visit)
     }
 }
 
-/// Two attributes of each child of the element at @p path, one list for each.
+/// Reads two attributes of each child of the element at @p path into two lists.
 inline std::pair<QStringList, QStringList> ReadPairs(const SimpleXML& parent, const QString& path,
                                                      const QString& shown, const QString& key)
 {

@@ -60,7 +60,8 @@ void FrmLocation::OnLoad()
 void FrmLocation::OnUnload()
 {
     MainForm& main = Siblings().Main();
-    // The main window shows what it holds: after a deletion that is still the place that was deleted.
+    // Intended: the main window shows the values in memory, after a deletion still those of the deleted
+    // place.
     main.PopLocation();
     main.PopPrayerFrame();
     Siblings().ReturnToMain();
@@ -112,7 +113,7 @@ void FrmLocation::ReadPlaces()
         return true;
     });
     m_ui->LstLocations->addItems(lines);
-    // A Current that names no place leaves no row selected.
+    // If Current names no place, no row is selected.
     m_ui->LstLocations->SetListIndex(static_cast<int>(LstLocHidden.lastIndexOf(current)));
 }
 
@@ -125,15 +126,15 @@ void FrmLocation::SetCurrent()
     for (;;) {
         settings.AddAttributeByName(kCurrent, key, kLocationsPath);
         settings.Save(kSettingsFile);
-        // Without a main window nothing could ever succeed; the program is about to end. A list that went
-        // under the message has its old place back by now.
+        // Without a main window no attempt can succeed, and the program is about to end. If this list was
+        // closed under the message, the old place has been stored again by now.
         if (Siblings().Main().UpdateEverything() != 0 || Siblings().Loaded(MainForm::kName) == nullptr ||
             !IsLoaded()) {
             Unload();
             return;
         }
-        // No count: on a file on which the old place fails too, the message comes for as long as it is
-        // answered. The place is tried live, and nothing else may be left as the current one.
+        // Intended: no limit. If the old place fails too, the message comes again after each answer. A place
+        // is tested by storing it, and only the old place may remain as the current one.
         Outside().boxes.Show(
             QStringLiteral("Can not load setting for this area, location will not be changed."));
         key = before;
@@ -143,7 +144,7 @@ void FrmLocation::SetCurrent()
 void FrmLocation::Delete()
 {
     const int row = m_ui->LstLocations->ListIndex();
-    // The question comes first, also when the answer can only be that the last place stays.
+    // Intended: the question also comes for the last place, which can't be removed.
     if (!Outside().boxes.Ask(QStringLiteral("Are you sure you want to remove: ") +
                              m_ui->LstLocations->List(row)) ||
         !IsLoaded()) {
@@ -164,7 +165,7 @@ void FrmLocation::Delete()
         const QString first = settings.xmldoc->SelectSingleNode(kLocationsPath).Child(0).NodeName();
         settings.AddAttributeByName(kCurrent, first, kLocationsPath);
     }
-    // The main window goes on with the deleted place until something else makes it read the file.
+    // Intended: the main window keeps the deleted place until something else makes it read the file.
     settings.Save(kSettingsFile);
     RefreshList();
 }
@@ -179,7 +180,7 @@ void FrmLocation::OpenNewLocation()
             Variables().ActiveForm = FrmWait::kName;
             Siblings().Touch(FrmWait::kName).PaintNow();
         },
-        // Its Load makes a request, and may unload it again.
+        // OnLoad of the window sends a request and may unload the window again.
         [this] { Siblings().Touch(FrmNewLoc::kName).Show(); },
         [this] { Variables().ActiveForm = FrmNewLoc::kName; },
         [this] { Siblings().Unload(FrmWait::kName); },
@@ -189,7 +190,7 @@ void FrmLocation::OpenNewLocation()
 
     for (std::size_t step = 0; step < steps.size();) {
         if (!IsLoaded()) {
-            // Gone while something was waited for: nothing may stand in front of nothing.
+            // This list was closed during a request: close the windows in front of it too.
             Siblings().Unload(FrmNewLoc::kName);
             Siblings().Unload(FrmWait::kName);
             return;
@@ -202,7 +203,7 @@ void FrmLocation::OpenNewLocation()
                 step = kUnloadWait;
                 continue;
             }
-            // In spite of its words the program goes on: the step that failed is tried again.
+            // Intended: despite this text the program continues and repeats the failed step.
             Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
                                  QStringLiteral("Error - 7"));
         }

@@ -24,14 +24,13 @@ public:
     explicit FrmLocation(Forms& forms);
     ~FrmLocation() override;
 
-    /// Fills the list anew from settings.xml. After a failure it says so and unloads the window.
+    /// Reads the list again from settings.xml. A failure shows a message and unloads the window.
     void RefreshList();
 
 protected:
     void OnLoad() override;
     void OnUnload() override;
-    // There is no repaint on paint: a whole window is painted anyway, and painting from there would never
-    // end.
+    // A paint event does not call Refresh: each call would cause the next paint event.
     void OnGotFocus() override { Refresh(); }
 
 private:
@@ -41,10 +40,10 @@ private:
     void Delete();
     void OpenNewLocation();
     void FailAndUnload(const QString& message);
-    /// Runs an action of the user; its one catch-all.
+    /// Runs an action of the user; any failure in it shows a message and unloads the window.
     void Act(void (FrmLocation::*action)());
 
     std::unique_ptr<Ui::FrmLocation> m_ui;
-    /// Element names of the places, row by row of LstLocations.
+    /// Element names of the places, by row of LstLocations.
     QStringList LstLocHidden;
 };

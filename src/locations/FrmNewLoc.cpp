@@ -18,16 +18,16 @@
 
 namespace {
 
-// Counts are read like the numbers of the file, not by the user's locale, and a text without a number counts
-// as 0: what a service sends must not end the program.
+// Counts do not depend on the user's locale, and a text without a number counts as 0: no reply of a service
+// may end the program.
 double WholeNumberPart(const QString& text)
 {
     static const QRegularExpression leadingDigits(QStringLiteral("^\\s*([+-]?[0-9]+)"));
     return leadingDigits.match(text).captured(1).toDouble();
 }
 
-// More children than that, or more markup below them than elements with a text each would have: a child is
-// looked up by its name through all that there is, and once more through all in each root within the root.
+// The second limit is the markup of @p mostChildren elements with a text each. Both are needed because the
+// lookup of a child by its name walks through the whole reply, and again through each nested root.
 bool IsLarger(const DomDocument& reply, int mostChildren)
 {
     const DomNode root = reply.DocumentElement();
@@ -60,7 +60,7 @@ void FrmNewLoc::ConnectControls()
     m_ui->LblGet2Link->OnMouseMove(setHand);
     new HoverArea(m_ui->FrmSearch, setDefault);
     new HoverArea(m_ui->Frame1, setDefault);
-    // The Click of a link or button that is disabled does nothing: its work is under way already.
+    // Click does nothing on a disabled link or button, whose handler is still running.
     m_ui->TxtZipCode->OnEnter([this] { m_ui->LblGetLink->Click(); });
     m_ui->TxtCity->OnEnter([this] { m_ui->LblGet2Link->Click(); });
     m_ui->LstSearchResults->OnDoubleClick([this] { m_ui->CmdAdd->click(); });
@@ -97,7 +97,7 @@ void FrmNewLoc::OnUnload()
     Timer1->SetEnabled(false);
     Form* const location = Siblings().Loaded(FrmLocation::kName);
     if (location == nullptr) {
-        // Touching the list would bring it back.
+        // Touch would load the list again.
         Siblings().ReturnToMain();
         return;
     }
@@ -155,7 +155,7 @@ void FrmNewLoc::HideProgress()
 
 void FrmNewLoc::Tick()
 {
-    // The bar shows that time goes by, nothing more; a search that outlasts it leaves it at its end.
+    // The bar shows only that time passes; in a long search it stays at its end.
     QProgressBar& bar = *m_ui->ProgressBar1;
     bar.setValue(qMin(bar.value() + 1, bar.maximum()));
 }
@@ -166,7 +166,7 @@ void FrmNewLoc::LookUpZipCode()
     if (m_ui->TxtZipCode->Text().isEmpty()) {
         Say(QStringLiteral("You must enter a zipcode to search for."));
         link.Enable();
-        // It goes on with the empty zip code; what to make of that is the service's matter.
+        // Intended: the search continues with the empty zip code, and the service decides about it.
     }
     if (IsLoaded()) {
         SearchZipCode();
@@ -215,7 +215,7 @@ void FrmNewLoc::SearchCity()
     const QString stateId = CombStateID.at(row);
     const std::unique_ptr<SimpleXML> count =
         Request(ServiceRequests::GetNumMatchingCities(Variables().Settings, stateId, m_ui->TxtCity->Text()));
-    // Without a count the list is asked for all the same.
+    // Intended: without a count the list is requested all the same.
     if (!IsLoaded() || (count && !WantsMatches(*count)) || !IsLoaded()) {
         return;
     }
@@ -237,7 +237,7 @@ bool FrmNewLoc::WantsMatches(const SimpleXML& count)
     if (WholeNumberPart(matches) <= WholeNumberPart(limit)) {
         return true;
     }
-    // The limit, not the count, stands in the question.
+    // Intended: the question contains the limit, not the count.
     if (Outside().boxes.Ask(QStringLiteral("There are over ") + limit +
                             QStringLiteral(" matches.\r\nWould you like to display all?"))) {
         return true;
@@ -269,7 +269,8 @@ void FrmNewLoc::AddLocation()
 
 void FrmNewLoc::FetchAndStore(const QString& atlasId)
 {
-    // The service sends one place. Each is looked for among all that are stored, and saved for itself.
+    // The service sends one place. The limit bounds the work: each place is compared with all stored ones and
+    // saved separately.
     constexpr int kMostPlaces = 100;
     const std::unique_ptr<SimpleXML> places =
         Request(ServiceRequests::GetCityInfo(Variables().Settings, atlasId), kMostPlaces);

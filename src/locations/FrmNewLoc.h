@@ -16,7 +16,7 @@ class FrmNewLoc;
 }
 
 /// Finds a place through the service, by zip code or by country and name, and adds it to settings.xml. Its
-/// Load asks for the countries and unloads the window again if there are none. While it is open the list of
+/// OnLoad requests the countries and unloads the window again if there are none. While it is open the list of
 /// places is disabled.
 class FrmNewLoc final : public Form
 {
@@ -31,8 +31,7 @@ public:
 protected:
     void OnLoad() override;
     void OnUnload() override;
-    // There is no repaint on paint: a whole window is painted anyway, and painting from there would never
-    // end.
+    // A paint event does not call Refresh: each call would cause the next paint event.
     void OnGotFocus() override { Refresh(); }
 
 private:
@@ -45,22 +44,22 @@ private:
     void SearchZipCode();
     void LookUpCity();
     void SearchCity();
-    /// False if there is nothing to list: no match, or more than the user wants to see.
+    /// False if there is nothing to list: no match, or more matches than the user wants to see.
     [[nodiscard]] bool WantsMatches(const SimpleXML& count);
     void FillResults(const SimpleXML& cities);
     void AddLocation();
     void FetchAndStore(const QString& atlasId);
 
-    /// The root of a reply on an object of its own, or nothing if the request failed. A document with another
-    /// root reads as an empty one, and one with more children, or more below them, or roots deep within,
-    /// counts as none that came. Serves events: the window may have been unloaded meanwhile.
+    /// The root of a reply as a document of its own. Null if the request failed, and if the root has more
+    /// than @p mostChildren children, more markup than they need, or a nested root. A document with another
+    /// root reads as an empty one. Serves events: the window may have been unloaded meanwhile.
     [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url,
                                                      int mostChildren = XmlLimits::kChildren) const;
     void Say(const QString& message) const;
     void SayAndUnload(const QString& message);
 
     std::unique_ptr<Ui::FrmNewLoc> m_ui;
-    /// Keys behind the shown lists, row by row.
+    /// Keys of the shown lines, by row.
     QStringList CombStateID;
     QStringList LstSearchResultsHid;
     std::unique_ptr<Timer> Timer1;

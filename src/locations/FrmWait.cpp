@@ -5,7 +5,7 @@
 #include "forms/Forms.h"
 #include "ui_FrmWait.h"
 
-// Without a close button: there is nothing that closing it could stop.
+// No close button: closing the window would stop nothing.
 FrmWait::FrmWait(Forms& forms)
     : Form(forms, kName, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
 {

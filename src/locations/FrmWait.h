@@ -4,7 +4,7 @@
 
 #include "forms/Form.h"
 
-/// Asks for patience while a request runs; stands over the window that is in front when it is made.
+/// Asks the user to wait while a request runs; centred over the window that is ActiveForm.
 class FrmWait final : public Form
 {
     Q_OBJECT

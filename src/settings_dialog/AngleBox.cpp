@@ -15,7 +15,7 @@
 AngleBox::AngleBox(QWidget* parent)
     : TextBox(parent)
 {
-    // Raised by edits of the user only, and before Change.
+    // textEdited is raised only by edits of the user, and before Change.
     connect(this, &QLineEdit::textEdited, this, &AngleBox::UseLocaleSigns);
 }
 
@@ -43,14 +43,14 @@ AngleBox::Entry AngleBox::ReadEntry() const
 void AngleBox::PutIn(const QString& text)
 {
     const QSignalBlocker noChange(this);
-    // setText would leave nothing to undo.
+    // setText would clear the undo history.
     selectAll();
     insert(text);
 }
 
 void AngleBox::Refuse(const QString& stored)
 {
-    // The setter ends the draft that there was.
+    // SetText ends the previous draft, so that the new one is set after it.
     Entry refused = ReadEntry();
     SetText(stored);
     m_draft = std::move(refused);
@@ -74,7 +74,7 @@ void AngleBox::Edit(const std::function<void()>& edit)
     PutIn(draft.text);
     setSelection(draft.anchor, draft.caret - draft.anchor);
     edit();
-    // A new text has raised Change, which has shown it or refused it.
+    // If the text is new, it has raised Change, which has accepted or refused it.
     if (!m_draft && text() == draft.text) {
         m_draft = ReadEntry();
         PutIn(shown);
@@ -90,7 +90,7 @@ void AngleBox::keyPressEvent(QKeyEvent* event)
 void AngleBox::inputMethodEvent(QInputMethodEvent* event)
 {
     if (event->replacementStart() != 0 || event->replacementLength() != 0) {
-        // The input method counts in the text that is shown.
+        // The positions of the input method refer to the shown text.
         m_draft.reset();
         TextBox::inputMethodEvent(event);
         return;
@@ -106,8 +106,8 @@ void AngleBox::inputMethodEvent(QInputMethodEvent* event)
         Edit([this, &commit] { TextBox::inputMethodEvent(&commit); });
     }
     if (!event->preeditString().isEmpty()) {
-        // The box shows the text under composition at its caret. With a selection it would drop the selected
-        // text at once, and a refusal of what remains would cancel the composition: the draft keeps it.
+        // The box shows the composition at its caret. It would delete a selected text at once, and refusing
+        // the rest would cancel the composition: the draft keeps the selected text.
         if (!m_draft) {
             m_draft = ReadEntry();
         }
@@ -162,7 +162,7 @@ QString AngleAsTyped(const QString& text, const QString& decimalSign)
 
 QString AngleForFile(QString typed, const QString& decimalSign, const QLocale& locale)
 {
-    // Replacing the empty text would put a point between all characters.
+    // Replacing an empty sign would put a point between all characters.
     if (!decimalSign.isEmpty()) {
         typed.replace(decimalSign, QStringLiteral("."));
     }

@@ -10,13 +10,13 @@
 class QLocale;
 class RegionalSettings;
 
-/// The text box of an angle, which shows the stored angle and nothing else. A text that is not numeric, as
-/// "-" on the way to "-16.5", is kept unseen as a draft, and every key edits the draft, also Copy and Cut.
-/// Undo gives the draft up. A draft ends when the box loses the focus, when the mouse is pressed in the box,
-/// since the mouse points at what is shown, when an input method replaces a part of what is shown, and when
-/// the text of the box changes otherwise.
+/// The text box of an angle, which always shows a stored angle. A text that is not numeric, such as "-" at
+/// the start of "-16.5", is kept as a hidden draft. Every key edits the draft; Copy and Cut use it too. Undo
+/// discards the draft. A draft also ends when the box loses the focus, when the mouse is pressed in the box,
+/// since the mouse points at the shown text, when an input method replaces a part of the shown text, and when
+/// the text of the box changes in another way.
 /// "." and "," that the user types or pastes become the locale's decimal sign, U+2212 becomes "-"; Undo does
-/// not reach behind such a replacement. A text that an assistive program sets is taken as it is.
+/// not go back beyond such a replacement. A text that an assistive program sets is used as it is.
 class AngleBox final : public TextBox
 {
     Q_OBJECT
@@ -24,11 +24,12 @@ class AngleBox final : public TextBox
 public:
     explicit AngleBox(QWidget* parent);
 
-    /// To be called before the first key.
-    /// @param region by whose signs the box reads; must outlive it
+    /// Call before the first key.
+    /// @param region gives the decimal sign; must outlive the box
     void SetRegion(const RegionalSettings& region) { m_region = &region; }
 
-    /// Keeps the text, which is not numeric, as the draft and shows @p stored. For the handler of Change.
+    /// Keeps the text, which is not numeric, as the draft and shows @p stored. To be called in the handler of
+    /// Change.
     void Refuse(const QString& stored);
 
 protected:
@@ -39,7 +40,7 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    /// A text with its selection, which is empty where the two ends are the same.
+    /// A text with its selection, which is empty if anchor and caret are equal.
     struct Entry
     {
         QString text;
@@ -66,6 +67,6 @@ private:
 /// group separators, "-" for U+2212, and without the direction marks that some locales write before a sign.
 [[nodiscard]] QString AngleAsTyped(const QString& text, const QString& decimalSign);
 
-/// The typed text as everyone can read it: every @p decimalSign replaced by ".", and digits and signs of the
-/// user's own script by Latin ones, for the file may be read under another locale than it was written under.
+/// The typed text in the form of the file: every @p decimalSign replaced by ".", digits and signs of the
+/// user's own script by Latin ones, since the file may be read under another locale.
 [[nodiscard]] QString AngleForFile(QString typed, const QString& decimalSign, const QLocale& locale);

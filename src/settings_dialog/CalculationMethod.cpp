@@ -65,7 +65,7 @@ void CalculationMethod::ConnectAngle(const Angle& angle)
 {
     angle.box->SetRegion(m_context.Outside().region);
     angle.box->OnChange(m_context.ArmedHandler([this, &angle] { OnAngleChange(angle); }));
-    // The bar writes nothing itself: it puts a whole number into the box, and the box's Change saves that.
+    // The bar stores nothing itself: it puts a whole number into the box, and the box's Change stores that.
     angle.bar->OnChange(m_context.ArmedHandler([this, &angle] {
         if (!m_context.loading) {
             angle.box->SetText(QString::number(angle.bar->Value()));
@@ -109,7 +109,7 @@ void CalculationMethod::RefreshAngleControls()
         ShowStoredAngle(m_fajr, decimalSign);
         ShowStoredAngle(m_isha, decimalSign);
         if (!m_context.loading) {
-            // The angles stay those of the preset that was selected before.
+            // Intended: the angles stay those of the previous preset.
             m_context.Write(kMethod, kUserDefined, kAlertsPath);
             m_context.Save();
         }
@@ -128,8 +128,8 @@ void CalculationMethod::ShowStoredAngle(const Angle& angle, const QString& decim
 {
     angle.box->setEnabled(true);
     angle.bar->setEnabled(true);
-    // Outside a load a text that differs raises Change here, which saves the stored angle back and moves the
-    // bar under cover of the loading flag; so the next step finds the bar in place and cuts no fraction off.
+    // Outside a load a different text raises Change here, which saves the stored angle again and moves the
+    // bar while `loading` is set. The next line then does not change the bar, so that the fraction is kept.
     angle.box->SetText(AngleForBox(m_context.Read(angle.attribute, kAlertsPath), decimalSign));
     angle.bar->SetValue(ToInteger16(Int(Degrees(angle))));
 }
@@ -148,18 +148,18 @@ void CalculationMethod::OnAngleChange(const Angle& angle)
     const QString decimalSign = GetDecimalSign(region);
     m_context.Load();
     if (!IsNumeric(angle.box->Text(), region.UserLocale())) {
-        // Raises this Change again, which finds a number and saves it.
+        // Raises Change again, which saves the stored number.
         angle.box->Refuse(AngleForBox(m_context.Read(angle.attribute, kAlertsPath), decimalSign));
         return;
     }
-    // The limits are tested on the floor: 30.9 passes, -30.1 is cut to -30. The uneven edge is wanted.
+    // Intended: the limits are compared with the floor: 30.9 passes, -30.1 becomes -30.
     if (Int(Degrees(angle)) < angle.bar->minimum()) {
         angle.box->SetText(QString::number(angle.bar->minimum()));
     }
     if (Int(Degrees(angle)) > angle.bar->maximum()) {
         angle.box->SetText(QString::number(angle.bar->maximum()));
     }
-    // Keeps the bar's Change from writing the whole number over a fractional text.
+    // Otherwise the bar's Change would replace a fractional text by the whole number.
     m_context.loading = true;
     angle.bar->SetValue(ToInteger16(Int(Degrees(angle))));
     m_context.loading = false;

@@ -22,7 +22,7 @@ public:
     void Select(const QString& method);
 
 private:
-    /// A text box with its spin bar, and the attribute that both stand for.
+    /// A text box with its spin bar, and the attribute that both set.
     struct Angle
     {
         AngleBox* box = nullptr;

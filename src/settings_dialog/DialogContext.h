@@ -18,25 +18,25 @@ struct Platform;
 using Attributes = std::vector<std::pair<QString, QString>>;
 
 /// Loads settings.xml into @p settings, writes the attributes of the element at @p path and saves it. A file
-/// that can't be loaded or saved is no error: the change is lost without a word.
+/// that can't be loaded or saved is no error: the change is lost without a message.
 void StoreAtOnce(SimpleXML& settings, const Attributes& attributes, const QString& path = kAlertsPath);
 
-/// What the pages of the settings dialog share: its document, its flags and its failure rule.
+/// The common state of the pages of the settings dialog: document, flags and failure rule.
 class DialogContext final
 {
 public:
     explicit DialogContext(Form& dialog);
 
-    /// Set while code is setting controls, so that the handlers which those sets raise write nothing.
+    /// Set while code sets controls, so that their handlers store nothing.
     bool loading = false;
-    /// The page showing, 1 to 8.
+    /// The page that is shown, 1 to 8.
     std::int16_t currentTab = 0;
 
-    /// The dialog's own document over settings.xml, made on first use.
+    /// The dialog's document of settings.xml, created on first use.
     [[nodiscard]] SimpleXML& settingsDoc();
 
-    // Results of these are never looked at: with a file that can't be read or written the handlers go on with
-    // what there is, and a change is lost without a word.
+    // Intended: these functions ignore failures. If the file can't be read or written, the handlers continue
+    // with the document in memory, and a change is lost without a message.
     void Load();
     void Save();
     [[nodiscard]] QString Read(const QString& attribute, const QString& path);
@@ -45,8 +45,8 @@ public:
     /// while loading.
     void Store(const Attributes& attributes, const QString& path = kAlertsPath);
 
-    /// The failure rule: any error inside @p routine closes the dialog through its normal unload, silently,
-    /// and this returns as if nothing had happened. Handlers that the routine raises have their own rule.
+    /// Runs @p routine under the failure rule: any error in it unloads the dialog without a message, and the
+    /// call returns normally. Handlers that the routine raises have the same rule themselves.
     void Armed(const std::function<void()>& routine);
     /// A handler for a control, under the failure rule.
     [[nodiscard]] std::function<void()> ArmedHandler(std::function<void()> routine);
@@ -62,7 +62,7 @@ private:
     std::optional<SimpleXML> m_settingsDoc;
 };
 
-/// Exactly "true"; anything else counts as not set.
+/// True only for "true"; any other value counts as not set.
 [[nodiscard]] inline bool IsTrue(const QString& value)
 {
     return value == u"true";

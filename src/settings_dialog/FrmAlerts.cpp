@@ -25,8 +25,8 @@ FrmAlerts::FrmAlerts(Forms& forms, MobileSignup& signup)
 {
     ConnectTabs();
     CentreOver(forms.Loaded(MainForm::kName));
-    // The general and the mobile page have no such area: the hand stays on when the mouse goes from a tab
-    // straight onto them.
+    // Intended: the general and the mobile page have no HoverArea. The hand stays when the mouse moves from a
+    // tab straight onto one of them.
     new HoverArea(this, [this] { Handle([this] { SetDefaultPointer(); }); });
 }
 
@@ -52,7 +52,7 @@ void FrmAlerts::OnLoad()
 
 void FrmAlerts::OnUnload()
 {
-    // A step that fails skips those behind it, and nobody is told; ActiveForm then stays as it is.
+    // Intended: a failed step skips the later ones without a message; ActiveForm then stays as it is.
     m_context.Armed([this] {
         MainForm& main = Siblings().Main();
         main.Enable(true);

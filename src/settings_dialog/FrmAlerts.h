@@ -15,9 +15,9 @@ namespace Ui {
 class FrmAlerts;
 }
 
-/// The settings dialog: one window with eight pages behind a row of link labels. Every control writes
-/// settings.xml the moment it changes, there is no Cancel; what closing does is to tell the main window to
-/// reread the file.
+/// The settings dialog: one window with eight pages behind a row of link labels. Each control stores its
+/// change in settings.xml at once; there is no Cancel. Closing the dialog makes the main window read the file
+/// again.
 class FrmAlerts final : public Form
 {
     Q_OBJECT
@@ -29,10 +29,10 @@ public:
     ~FrmAlerts() override;
 
     /// Shows page 1 General, 2 Mobile Alert or the tab of a prayer; any other number shows page 1. An error
-    /// on the way closes the dialog, silently.
+    /// closes the dialog without a message.
     void SelectTab(std::int16_t tab);
-    /// Stores and shows what the service said of a device, "1" for a confirmation, whichever page is showing.
-    /// An error on the way closes the dialog, silently.
+    /// Stores the result of a sign-up, "1" for a confirmation, and shows it on the mobile page, even if
+    /// another page is shown. An error closes the dialog without a message.
     void ShowSignup(const MobileDevice& device, const QString& result);
 
 protected:

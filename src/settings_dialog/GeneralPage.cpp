@@ -75,7 +75,7 @@ void GeneralPage::Load()
     if (IsTrue(m_context.Read(kUseDls, kAlertsPath))) {
         m_ui->ChkDLS->SetValue(1);
     }
-    // Not being "shafi" reads as hanafi, although the other option is the one that starts selected.
+    // Intended: any value but "shafi" selects hanafi, although shafi is the option that is selected at first.
     const bool isShafi = m_context.Read(kAsr, kAlertsPath) == u"shafi";
     (isShafi ? m_ui->OptShafi : m_ui->OptHanafi)->Select();
     const bool is24Hour = m_context.Read(kHourMode, kAlertsPath) == u"24";
@@ -89,7 +89,7 @@ void GeneralPage::LoadAdvanceAlert()
     if (!IsTrue(m_context.Read(kUseAdvWarn, kAlertsPath))) {
         return;
     }
-    // Its Click brings the box and the bar to life.
+    // Click enables the box and the bar.
     m_ui->ChkAdvWarn->SetValue(1);
     const QString minutes = m_context.Read(kAdvWarn, kAlertsPath);
     m_ui->TxtAdvWarn->SetText(minutes);
@@ -112,7 +112,7 @@ void GeneralPage::OnAdvWarnTextChange()
     m_context.Load();
     const QLocale locale = m_context.Outside().region.UserLocale();
     if (IsNumeric(m_ui->TxtAdvWarn->Text(), locale)) {
-        // Latin digits, for the file may be read under another locale.
+        // Latin digits, since the file may be read under another locale.
         const auto minutes = static_cast<qint64>(Int(ToDouble(m_ui->TxtAdvWarn->Text(), locale)));
         m_context.Write(kAdvWarn, QString::number(minutes), kAlertsPath);
         m_context.Save();

@@ -10,15 +10,15 @@ class DialogContext;
 class OptionButton;
 class QFrame;
 
-/// How prayer times are calculated and shown. Each control stores its own attribute at once.
+/// The page of the calculation and display of prayer times. Each control stores its attribute at once.
 class GeneralPage final
 {
 public:
-    /// @param frame that the page is made in
+    /// @param frame the frame in which the page is created
     GeneralPage(DialogContext& context, QFrame& frame);
     ~GeneralPage();
 
-    /// Shows the frame and fills the controls from the file, which it loads. Writes nothing.
+    /// Loads the file, shows the frame and fills the controls. Stores nothing.
     void Load();
 
 private:

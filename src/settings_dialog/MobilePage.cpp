@@ -55,8 +55,8 @@ void MobilePage::LoadMobilePage()
 {
     m_context.loading = true;
     m_frame.show();
-    // A box that is clear when built and clear in the file raises no Click: whoever has never enabled mobile
-    // alerts finds the form below it live, and may sign up from there.
+    // Intended: a check box that is clear at first and clear in the file raises no Click. A user who has
+    // never enabled mobile alerts finds the controls below enabled and can sign up there.
     m_ui->ChkMobilEnable->SetValue(IsTrue(m_context.Read(kMobileEnabled, kAlertsPath)) ? 1 : 0);
     m_ui->TxtMDID->SetText(m_context.Read(kMobileDid, kAlertsPath));
     m_ui->TxtPC->SetText(m_context.Read(kMobilePc, kAlertsPath));
@@ -74,7 +74,7 @@ void MobilePage::OnMobilEnableClick()
     m_context.Write(kMobileEnabled, TrueOrFalse(isTicked), kAlertsPath);
     m_ui->FrmMobilSub->setEnabled(isTicked);
     m_ui->LblReset->setEnabled(isTicked);
-    // A confirmed identity is shown but locked; only the reset opens it.
+    // A confirmed device is shown but disabled; only the reset enables it.
     const bool isOpen = isTicked && m_context.Read(kMobileConfirm, kAlertsPath) != u"1";
     m_ui->TxtMDID->setEnabled(isOpen);
     m_ui->TxtPC->setEnabled(isOpen);

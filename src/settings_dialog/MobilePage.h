@@ -13,18 +13,18 @@ namespace Ui {
 class MobilePage;
 }
 
-/// The sign-up of a mobile device for text messages at prayer time.
+/// The page of the sign-up of a mobile device for text messages at prayer time.
 class MobilePage final
 {
 public:
-    /// @param frame that the page is made in
+    /// @param frame the frame in which the page is created
     MobilePage(DialogContext& context, MobileSignup& signup, QFrame& frame);
     ~MobilePage();
 
-    /// Shows the frame and fills the controls from the dialog's document as it stands. Saves nothing.
+    /// Shows the frame and fills the controls from the dialog's document in memory. Saves nothing.
     void LoadMobilePage();
-    /// Stores the outcome of a sign-up through the dialog's document and shows it: the device in the boxes,
-    /// locked once it is confirmed.
+    /// Stores the result of a sign-up and shows the device in the boxes, which are disabled if the device is
+    /// confirmed.
     void ShowSignup(const MobileDevice& device, const QString& result);
 
 private:

@@ -20,7 +20,7 @@ const QString kNotConnected =
     QStringLiteral("You must be connected to the Internet to confirm Mobil Alerts Setup.  Please check your "
                    "connection.");
 
-// Of the root of a reply; empty for a reply without that root.
+// Reads an attribute of the root of a reply; empty if the reply has no root.
 QString ReadReply(const SimpleXML* reply, const QString& attribute)
 {
     return reply == nullptr ? QString() : reply->GetAttribute(attribute, kRootPath);
@@ -30,7 +30,7 @@ QString ReadReply(const SimpleXML* reply, const QString& attribute)
 
 void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result)
 {
-    // A rejection is stored just as well.
+    // A rejection is stored too.
     StoreAtOnce(settings, {{QStringLiteral("mobileConfirm"), result},
                            {QStringLiteral("mobileDID"), device.id},
                            {QStringLiteral("mobilePC"), device.personalCode}});
@@ -79,8 +79,9 @@ void MobileSignup::SignUp(const MobileDevice& device)
     if (!m_isReset) {
         Store(device, ReadReply(reply.get(), QStringLiteral("result")));
     }
-    // Independent of the result: a confirmation without a message says that it could not be verified. After a
-    // reset the message is shown too: the service doesn't know of the reset and keeps the device.
+    // Intended: the text does not depend on the result, so that a confirmation without a message says that
+    // the settings could not be verified. The message is also shown after a reset: the service does not know
+    // of the reset and keeps the device.
     const QString message = ReadReply(reply.get(), QStringLiteral("message"));
     Say(message.isEmpty() ? QStringLiteral("Could not verify Mobil Alert Settings.") : message);
 }
@@ -103,7 +104,7 @@ void MobileSignup::Store(const MobileDevice& device, const QString& result)
         SimpleXML settings(m_forms.Outside());
         StoreSignup(settings, device, result);
     } catch (const std::exception&) {
-        // The failure rule of the dialog, which is not there to be closed: the message is shown all the same.
+        // No message for this failure, as in the dialog. The message of the service is still shown.
     }
 }
 

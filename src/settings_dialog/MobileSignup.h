@@ -16,13 +16,12 @@ struct MobileDevice
     QString personalCode;
 };
 
-/// Writes the device and the result that the service gave, "1" for a
-/// confirmation, to settings.xml. @p settings is loaded afresh for it. If the file can't be loaded or saved,
-/// they are lost without a message.
+/// Writes the device and the result of the service, "1" for a confirmation, to settings.xml, which it loads
+/// into @p settings before. If the file can't be loaded or saved, they are lost without a message.
 void StoreSignup(SimpleXML& settings, const MobileDevice& device, const QString& result);
 
-/// The sign-up of mobile devices at the service. It outlives the settings dialog: a reply that comes after
-/// the user has closed it is stored and shown all the same.
+/// The sign-up of mobile devices at the service. The object outlives the settings dialog: a reply that comes
+/// after the user has closed the dialog is still stored and shown.
 class MobileSignup final
 {
 public:
@@ -32,16 +31,17 @@ public:
     [[nodiscard]] QString Address() const;
     /// Asks the service to confirm the device and serves events until the reply has come. Then stores the
     /// result, shows it in the settings dialog if one is open, and shows the message of the service, or that
-    /// it could not be reached. While another request is pending this does nothing; but after a reset it
-    /// returns at once, and the device is signed up when that reply has been shown.
+    /// the service could not be reached. While another request is pending this does nothing. After a reset it
+    /// returns at once, and the device is signed up when the reply to the pending request has been shown.
     void Register(const MobileDevice& device);
-    /// The user has cleared the device: the reply to the pending request is shown, but not stored.
+    /// Called when the user has cleared the device: the reply to the pending request is shown, but not
+    /// stored.
     void Reset();
 
 private:
     void SignUp(const MobileDevice& device);
     [[nodiscard]] bool Fetch(SimpleXML& reply, const QString& personalCode);
-    /// In the document of the settings dialog if one is open, and on its mobile page.
+    /// Stores through the settings dialog if one is open, which then shows the result on its mobile page.
     void Store(const MobileDevice& device, const QString& result);
     void Say(const QString& message) const;
 

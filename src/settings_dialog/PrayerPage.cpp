@@ -18,7 +18,7 @@ PrayerPage::PrayerPage(DialogContext& context, QFrame& frame)
 {
     for (QFrame* const line : {m_ui->Line1, m_ui->Line2, m_ui->Line3, m_ui->Line4}) {
         line->setForegroundRole(QPalette::Mid);
-        // A drawn line; the mouse is over what lies behind it.
+        // Mouse moves over a drawn line reach the widget behind it.
         line->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
     Connect();
@@ -66,13 +66,13 @@ void PrayerPage::LoadPrayerPage()
     const auto isSet = [this, &path](const char16_t* attribute) {
         return IsTrue(m_context.Read(QString::fromUtf16(attribute), path)) ? 1 : 0;
     };
-    // Raises Click, and with it the greying of the sub-options, only if the value differs from that of the
-    // prayer before; otherwise the grey state stays as that one left it.
+    // Intended: raises Click, which enables or disables the options below, only if the value differs from
+    // that of the previous prayer. Otherwise they keep their state.
     m_ui->ChkAlertMain->SetValue(isSet(u"enabled"));
     m_ui->ChkSilAlert->SetValue(isSet(u"popup"));
     m_ui->ChkAudioAlert->SetValue(isSet(u"play"));
     m_ui->TxtPath->SetText(m_context.Read(QStringLiteral("audioFile"), path));
-    // Doesn't look at ChkAlertMain: a prayer whose alert is off still offers the mobile alert, and must.
+    // Intended: does not depend on ChkAlertMain. A prayer whose alert is off still offers the mobile alert.
     m_ui->ChkIndMobAlert->setEnabled(m_context.IsMobileConfirmed());
     m_ui->ChkIndMobAlert->SetValue(isSet(u"mobil"));
     m_context.loading = false;
@@ -110,8 +110,8 @@ void PrayerPage::OnBrowseClick()
 {
     m_ui->LblBrowseLink->setEnabled(false);
     const QString folder = m_context.Outside().process.ApplicationFolder() + QStringLiteral("\\sound");
-    // Nothing ever supplies a file dialog to start in that folder, so this closes the settings dialog, and
-    // has to: typing the path is the one way to choose a file.
+    // Intended: there is no file dialog, and this error closes the settings dialog. The user chooses a file
+    // by typing its path.
     throw RuntimeError(ErrorNumber::kObjectNotSet,
                        QStringLiteral("There is no file dialog to open in ") + folder);
 }

@@ -13,17 +13,17 @@ namespace Ui {
 class PrayerPage;
 }
 
-/// Whether a prayer is announced and how. One page serves the six prayers; which one it writes to is told by
-/// the dialog's currentTab.
+/// The page of the alerts of a prayer. One page serves the six prayers; the dialog's currentTab selects the
+/// prayer.
 class PrayerPage final
 {
 public:
-    /// @param frame that the page is made in
+    /// @param frame the frame in which the page is created
     PrayerPage(DialogContext& context, QFrame& frame);
     ~PrayerPage();
 
-    /// Shows the frame and fills the controls from the dialog's document as it stands: every way here goes
-    /// through a handler that has just loaded or saved it. Writes nothing.
+    /// Shows the frame and fills the controls from the dialog's document in memory, which each caller has
+    /// just loaded or saved. Stores nothing.
     void LoadPrayerPage();
 
 private:
