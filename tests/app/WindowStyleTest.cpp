@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/WindowStyle.h"
+#include "app/Appearance.h"
 
 #include <QImage>
 #include <QPainter>
