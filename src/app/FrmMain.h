@@ -4,7 +4,6 @@
 
 #include "alerts/AlertDispatch.h"
 #include "app/MainLinks.h"
-#include "app/MainTray.h"
 #include "app/PrayerDisplay.h"
 #include "app/SoundControls.h"
 #include "app/WindowLife.h"

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/MainTray.h"
-
 #include "app/MainWindowFixture.h"
+#include "app/WindowLife.h"
 
 namespace {
 
