@@ -5,7 +5,6 @@
 #include "alerts/AlertDispatch.h"
 #include "app/MainLinks.h"
 #include "app/PrayerDisplay.h"
-#include "app/SoundControls.h"
 #include "app/WindowLife.h"
 #include "engine/PTimer.h"
 #include "forms/Form.h"

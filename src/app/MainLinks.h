@@ -8,6 +8,7 @@
 
 class Form;
 class LinkLabel;
+class MediaPlayer;
 struct MainControls;
 
 /// Handles clicks on the links and the banner of the main window, and sets the mouse pointer over them.
@@ -32,5 +33,25 @@ private:
     void OpenPage(LinkLabel& link, const QString& url);
 
     Form& m_window;
+    MainControls& m_controls;
+};
+
+/// Connects the stop link and the volume bar of the main window with the player.
+class SoundControls final
+{
+public:
+    /// @param form the window that contains the controls
+    SoundControls(Form& form, MainControls& controls);
+    ~SoundControls();
+    SoundControls(const SoundControls&) = delete;
+    SoundControls& operator=(const SoundControls&) = delete;
+
+    /// Sets the bar to the player's volume. Throws kInvalidPropertyValue for a volume outside 0 to 100.
+    void ShowVolume();
+
+private:
+    void OnPlayStateChange(int newState);
+
+    MediaPlayer& m_player;
     MainControls& m_controls;
 };

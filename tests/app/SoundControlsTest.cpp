@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/SoundControls.h"
-
 #include "alerts/FrmPopup.h"
 #include "app/FirstTouchFixture.h"
+#include "app/MainLinks.h"
 #include "fakes/Desk.h"
 #include "forms/Bars.h"
 #include "forms/LinkLabel.h"
