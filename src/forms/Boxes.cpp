@@ -2,6 +2,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "forms/Boxes.h"
 
+#include <QMouseEvent>
+#include <QStyledItemDelegate>
+
+namespace {
+
+// A line of width 0 gets the width of the list, and Qt measures one line instead of all.
+class LineDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& /*index*/) const override
+    {
+        constexpr int kAboveAndBelow = 5;
+        return {0, option.fontMetrics.height() + kAboveAndBelow};
+    }
+};
+
+} // namespace
+
 CheckBox::CheckBox(QWidget* parent)
     : QCheckBox(parent)
 {
@@ -37,5 +58,70 @@ void TextBox::Changed()
 {
     if (m_change) {
         m_change();
+    }
+}
+
+ListBox::ListBox(QWidget* parent)
+    : QListWidget(parent)
+{
+    setItemDelegate(new LineDelegate(this));
+    setUniformItemSizes(true);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideRight);
+    setTabKeyNavigation(false);
+}
+
+int ListBox::ListIndex() const
+{
+    // Not the current row: a list that takes the focus makes its first row current without selecting it.
+    const QModelIndexList selected = selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? -1 : selected.front().row();
+}
+
+void ListBox::SetListIndex(int row)
+{
+    setCurrentRow(row);
+    scrollToItem(item(row));
+}
+
+QString ListBox::List(int row) const
+{
+    const QListWidgetItem* const line = item(row);
+    return line == nullptr ? QString() : line->text();
+}
+
+QItemSelectionModel::SelectionFlags ListBox::selectionCommand(const QModelIndex& index,
+                                                              const QEvent* event) const
+{
+    // A click with the control key would deselect the line.
+    const QItemSelectionModel::SelectionFlags command = QListWidget::selectionCommand(index, event);
+    return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+}
+
+void ListBox::mousePressEvent(QMouseEvent* event)
+{
+    if (indexAt(event->position().toPoint()).isValid()) {
+        QListWidget::mousePressEvent(event);
+    }
+}
+
+void ListBox::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (indexAt(event->position().toPoint()).isValid()) {
+        QListWidget::mouseDoubleClickEvent(event);
+    }
+    if (event->button() == Qt::LeftButton && m_doubleClick) {
+        m_doubleClick();
+    }
+}
+
+void ListBox::showEvent(QShowEvent* event)
+{
+    QListWidget::showEvent(event);
+    // If the list was filled before its height was set, the scroll position is wrong.
+    if (const int row = ListIndex(); row >= 0) {
+        scrollToItem(item(row));
     }
 }

@@ -3,7 +3,6 @@
 #include "fakes/PlainWindow.h"
 #include "forms/Boxes.h"
 #include "forms/LinkLabel.h"
-#include "forms/ListBox.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
 #include "locations/FrmLocation.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/StandIn.h"
-#include "forms/ListBox.h"
+#include "forms/Boxes.h"
 #include "soak/ProgramWorld.h"
 
 #include <QComboBox>

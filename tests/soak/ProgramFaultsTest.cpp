@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "forms/ListBox.h"
+#include "forms/Boxes.h"
 #include "soak/FaultySystem.h"
 #include "soak/ProgramWorld.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "forms/Bars.h"
-#include "forms/ListBox.h"
+#include "forms/Boxes.h"
 #include "soak/SoakWorld.h"
 
 #include <QAction>
