@@ -4,9 +4,9 @@
 
 #include "forms/Areas.h"
 #include "forms/Forms.h"
-#include "locations/Children.h"
 #include "locations/FrmNewLoc.h"
 #include "locations/FrmWait.h"
+#include "locations/Places.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "support/RuntimeError.h"

@@ -4,9 +4,8 @@
 
 #include "forms/Areas.h"
 #include "forms/Forms.h"
-#include "locations/AddPlaces.h"
-#include "locations/Children.h"
 #include "locations/FrmLocation.h"
+#include "locations/Places.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
@@ -33,6 +32,19 @@ bool IsLarger(const DomDocument& reply, int mostChildren)
     const DomNode root = reply.DocumentElement();
     return root.ChildCount() > mostChildren || root.Xml().count(u'<') > 2LL * (mostChildren + 1) ||
            reply.SelectSingleNode(QStringLiteral("//root//root//root"));
+}
+
+// Reads two attributes of each child of the element at `path` into two lists.
+std::pair<QStringList, QStringList> ReadPairs(const SimpleXML& parent, const QString& path,
+                                              const QString& shown, const QString& key)
+{
+    std::pair<QStringList, QStringList> pairs;
+    WalkChildren(parent, path, [&](const SimpleXML& child) {
+        pairs.first << child.GetAttribute(shown, kCurrentPath);
+        pairs.second << child.GetAttribute(key, kCurrentPath);
+        return true;
+    });
+    return pairs;
 }
 
 } // namespace

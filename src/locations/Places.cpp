@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "locations/AddPlaces.h"
+#include "locations/Places.h"
 
 #include "engine/Prayers.h"
-#include "locations/Children.h"
 #include "store/Configuration.h"
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"

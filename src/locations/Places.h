@@ -2,8 +2,25 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-class SimpleXML;
+#include "store/EnumerationObject.h"
+#include "store/SimpleXML.h"
+
+#include <memory>
+
 struct Platform;
+
+/// Calls @p visit with each child of the element at @p path until it returns false.
+template <typename Visit>
+void WalkChildren(const SimpleXML& parent, const QString& path, Visit visit)
+{
+    const std::unique_ptr<EnumerationObject> children = parent.getEnumeration(path);
+    while (children->hasMoreElements()) {
+        const std::unique_ptr<SimpleXML> child = children->nextElement();
+        if (!child || !visit(*child)) {
+            return;
+        }
+    }
+}
 
 /// Whether the children of the root of @p places can be stored without harm to the settings. Each element
 /// needs a latitude (-90 to 90), a longitude (-180 to 180) and a zone (-12 to 14), both ends included, with a
