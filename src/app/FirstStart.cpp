@@ -18,15 +18,15 @@ void Require(bool isWritten)
 
 } // namespace
 
-bool FirstStart::IsDue(const SimpleXML& settings, bool isConnected)
+bool IsIdentifierMissing(const SimpleXML& settings, bool isConnected)
 {
     return settings.GetAttribute(QStringLiteral("FirstRun"), kAppPath) == u"true" ||
            (isConnected && settings.GetAttribute(QStringLiteral("pid"), kAppPath).isEmpty());
 }
 
-void FirstStart::Run(SimpleXML& settings, const Configuration& configuration) const
+void RequestIdentifier(const Platform& platform, SimpleXML& settings, const Configuration& configuration)
 {
-    SimpleXML reply(m_platform);
+    SimpleXML reply(platform);
     const QString dist = settings.GetAttribute(QStringLiteral("dist"), kAppPath);
     if (!reply.Load(ServiceRequests::RequestProdID(configuration, dist))) {
         return;

@@ -6,22 +6,11 @@ class SimpleXML;
 struct Configuration;
 struct Platform;
 
-/// Requests the installation identifier from the service on the first start, and at later starts while there
-/// is none.
-class FirstStart final
-{
-public:
-    explicit FirstStart(const Platform& platform)
-        : m_platform(platform)
-    {
-    }
+/// Whether the installation identifier is to be requested: on the first start, and later with a network while
+/// there is none.
+[[nodiscard]] bool IsIdentifierMissing(const SimpleXML& settings, bool isConnected);
 
-    [[nodiscard]] static bool IsDue(const SimpleXML& settings, bool isConnected);
-    /// Sends the request to the service address in @p configuration and saves the identifier in settings.xml.
-    /// A failed request is not an error: the next start repeats it. Throws kInvalidCall if the identifier
-    /// can't be written.
-    void Run(SimpleXML& settings, const Configuration& configuration) const;
-
-private:
-    const Platform& m_platform;
-};
+/// Requests the identifier from the service address in @p configuration and saves it in settings.xml. A
+/// failed request is not an error: the next start repeats it. Throws kInvalidCall if the identifier can't be
+/// written.
+void RequestIdentifier(const Platform& platform, SimpleXML& settings, const Configuration& configuration);

@@ -115,9 +115,9 @@ void FrmMain::RunLoadSequence()
     ReadAddresses(variables.Settings, settings);
     variables.Connected =
         InternetClass(Outside(), ServiceAddresses::Probe(variables.Settings)).VerifyConnectivity();
-    const bool OpenLocationList = FirstStart::IsDue(settings, variables.Connected);
+    const bool OpenLocationList = IsIdentifierMissing(settings, variables.Connected);
     if (OpenLocationList) {
-        FirstStart(Outside()).Run(settings, variables.Settings);
+        RequestIdentifier(Outside(), settings, variables.Settings);
     }
     UpdateEverything();
     variables.ActiveForm = Name();

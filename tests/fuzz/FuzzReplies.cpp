@@ -110,7 +110,7 @@ void CheckIdentifier(FuzzWorld& world)
     SimpleXML settings(world.platform.doors);
     Demand(settings.Load(kSettingsFile), "the settings load");
     const QByteArray before = world.Settings();
-    FirstStart(world.platform.doors).Run(settings, world.main->Variables().Settings);
+    RequestIdentifier(world.platform.doors, settings, world.main->Variables().Settings);
     if (!reply.isLoaded) {
         Demand(world.Settings() == before, "without a reply nothing changes");
         return;
