@@ -63,7 +63,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
                         kAlarmSeconds);
     }
     TellService(*prayer, settings, wantsMobile, wantsSound);
-    if (!IsMainWindowThere()) {
+    if (!IsMainWindowLoaded()) {
         // The user has closed the main window during the request: no sound starts.
         return;
     }
@@ -116,10 +116,10 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
 bool AlertDispatch::MainWindowHasAttention() const
 {
     // Intended: an alert that is due while another window is ActiveForm is dropped, not postponed.
-    return IsMainWindowThere() && m_forms.Variables().ActiveForm == MainForm::kName;
+    return IsMainWindowLoaded() && m_forms.Variables().ActiveForm == MainForm::kName;
 }
 
-bool AlertDispatch::IsMainWindowThere() const
+bool AlertDispatch::IsMainWindowLoaded() const
 {
     return m_forms.Loaded(MainForm::kName) != nullptr;
 }

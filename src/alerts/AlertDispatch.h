@@ -29,7 +29,7 @@ public:
 
 private:
     [[nodiscard]] bool MainWindowHasAttention() const;
-    [[nodiscard]] bool IsMainWindowThere() const;
+    [[nodiscard]] bool IsMainWindowLoaded() const;
     [[nodiscard]] const Configuration& Settings() const;
     void TellService(const Prayer& prayer, const SimpleXML& settings, bool wantsMobile,
                      bool wantsSound) const;

@@ -260,16 +260,16 @@ void FrmMain::OnAlarm(std::int16_t PrayerID)
 void FrmMain::RefreshAdIfDue(int second)
 {
     // Intended: a test for equality. An AdTimer below the count stops the refreshes until it is raised again.
-    if (AdSeconds != Variables().AdTimer && !(m_isAdPutOff && second > 0)) {
+    if (AdSeconds != Variables().AdTimer && !(m_isAdPostponed && second > 0)) {
         return;
     }
     // The refresh starts with the probe, which blocks the ticks. If the tick of second 0 is missed, its
     // alerts are lost, and at midnight the new day; so near the end of a minute the refresh waits for second
     // 1. A probe that starts in second 0 does no harm: this is the tick that is compared with the alerts.
     // While an alarm waits for its reply, a refresh would delay the sound.
-    m_isAdPutOff =
+    m_isAdPostponed =
         m_isAlarmUnderWay || second * 1000 + Http::kLongestReachMilliseconds >= kMillisecondsPerMinute;
-    if (!m_isAdPutOff) {
+    if (!m_isAdPostponed) {
         m_adPanel.RefreshAd(true);
         AdSeconds = 0.0F;
     }

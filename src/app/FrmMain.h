@@ -62,6 +62,6 @@ private:
     float SkySeconds = 0.0F;
     float AdSeconds = 0.0F;
     /// A refresh of the ad is due and waits for a later tick.
-    bool m_isAdPutOff = false;
+    bool m_isAdPostponed = false;
     bool m_isAlarmUnderWay = false;
 };

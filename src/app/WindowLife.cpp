@@ -86,7 +86,7 @@ void WindowLife::Paint()
         return;
     }
     try {
-        HandOnFocus();
+        PassFocusOn();
     } catch (const RuntimeError& error) {
         // kInvalidCall: the dialog can't take the focus, which is no failure.
         if (error.Number() != ErrorNumber::kInvalidCall) {
@@ -95,13 +95,13 @@ void WindowLife::Paint()
     }
 }
 
-void WindowLife::HandOnFocus()
+void WindowLife::PassFocusOn()
 {
     // Pass on only the focus of this window or of a disabled one. The countdown repaints a label each second,
     // which must not take the focus from another program or from an open message box.
     const QWidget* const active = QApplication::activeWindow();
-    const bool isToBeHandedOn = active == &m_window || (active != nullptr && !active->isEnabled());
-    if (!isToBeHandedOn || QApplication::activeModalWidget() != nullptr) {
+    const bool mayPassOn = active == &m_window || (active != nullptr && !active->isEnabled());
+    if (!mayPassOn || QApplication::activeModalWidget() != nullptr) {
         return;
     }
     static constexpr std::array kDialogs{FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName,

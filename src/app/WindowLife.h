@@ -24,7 +24,7 @@ private:
     void Resize();
     void Paint();
     void FollowState();
-    void HandOnFocus();
+    void PassFocusOn();
 
     Form& m_window;
     bool m_paintIsPending = false;

@@ -114,7 +114,7 @@ void SpinBar::Press(SliderAction action)
     triggerAction(action);
 }
 
-void SpinBar::LetGo()
+void SpinBar::Release()
 {
     m_pressed = SliderNoAction;
     setRepeatAction(SliderNoAction);
@@ -134,7 +134,7 @@ void SpinBar::mouseMoveEvent(QMouseEvent* event)
 {
     event->accept();
     if (m_pressed != SliderNoAction && !ArrowRect(m_pressed).contains(event->position().toPoint())) {
-        LetGo();
+        Release();
     }
 }
 
@@ -142,7 +142,7 @@ void SpinBar::mouseReleaseEvent(QMouseEvent* event)
 {
     event->accept();
     if (event->button() == Qt::LeftButton) {
-        LetGo();
+        Release();
     }
 }
 
@@ -166,12 +166,12 @@ void SpinBar::changeEvent(QEvent* event)
 {
     QAbstractSlider::changeEvent(event);
     if (event->type() == QEvent::EnabledChange) {
-        LetGo();
+        Release();
     }
 }
 
 void SpinBar::hideEvent(QHideEvent* event)
 {
-    LetGo();
+    Release();
     QAbstractSlider::hideEvent(event);
 }

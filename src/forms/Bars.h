@@ -58,7 +58,7 @@ private:
     [[nodiscard]] QRect ArrowRect(SliderAction action) const;
     void DrawArrow(QPainter& painter, SliderAction action) const;
     void Press(SliderAction action);
-    void LetGo();
+    void Release();
 
     std::function<void()> m_change;
     SliderAction m_pressed = SliderNoAction;

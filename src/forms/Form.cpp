@@ -122,11 +122,11 @@ void Form::PaintNow()
 {
     KeepWhile([this] {
         constexpr int kLongestWaitMilliseconds = 500;
-        constexpr int kLookMilliseconds = 20;
+        constexpr int kCheckMilliseconds = 20;
         const QDeadlineTimer deadline(kLongestWaitMilliseconds);
         // The timer ends each wait, since processEvents with a time limit ignores WaitForMoreEvents.
         QTimer alarm;
-        alarm.start(kLookMilliseconds);
+        alarm.start(kCheckMilliseconds);
         while (!deadline.hasExpired() && (windowHandle() == nullptr || !windowHandle()->isExposed())) {
             QGuiApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
                                            QEventLoop::WaitForMoreEvents);

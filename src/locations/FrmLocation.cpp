@@ -40,9 +40,9 @@ FrmLocation::~FrmLocation() = default;
 
 void FrmLocation::ConnectControls()
 {
-    m_ui->LstLocations->OnDoubleClick([this] { Act(&FrmLocation::SetCurrent); });
-    connect(m_ui->CmdSet, &QPushButton::clicked, this, [this] { Act(&FrmLocation::SetCurrent); });
-    connect(m_ui->CmdDel, &QPushButton::clicked, this, [this] { Act(&FrmLocation::Delete); });
+    m_ui->LstLocations->OnDoubleClick([this] { RunOrUnload(&FrmLocation::SetCurrent); });
+    connect(m_ui->CmdSet, &QPushButton::clicked, this, [this] { RunOrUnload(&FrmLocation::SetCurrent); });
+    connect(m_ui->CmdDel, &QPushButton::clicked, this, [this] { RunOrUnload(&FrmLocation::Delete); });
     m_ui->LblNewLocLink->OnClick([this] { Handle([this] { OpenNewLocation(); }); });
     m_ui->LblNewLocLink->OnMouseMove([this] { SetHandPointer(); });
     new HoverArea(this, [this] { SetDefaultPointer(); });
@@ -73,7 +73,7 @@ void FrmLocation::FailAndUnload(const QString& message)
     Unload();
 }
 
-void FrmLocation::Act(void (FrmLocation::*action)())
+void FrmLocation::RunOrUnload(void (FrmLocation::*action)())
 {
     Handle([this, action] {
         try {

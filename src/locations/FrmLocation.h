@@ -41,7 +41,7 @@ private:
     void OpenNewLocation();
     void FailAndUnload(const QString& message);
     /// Runs an action of the user; any failure in it shows a message and unloads the window.
-    void Act(void (FrmLocation::*action)());
+    void RunOrUnload(void (FrmLocation::*action)());
 
     std::unique_ptr<Ui::FrmLocation> m_ui;
     /// Element names of the places, by row of LstLocations.

@@ -85,7 +85,7 @@ void FrmNewLoc::OnLoad()
 {
     Refresh();
     if (!InternetClass(Outside(), ServiceAddresses::Probe(Variables().Settings)).VerifyConnectivity()) {
-        SayAndUnload(QStringLiteral(
+        FailAndUnload(QStringLiteral(
             "You must be connected to the Internet to add locations.  Please check your connection."));
         return;
     }
@@ -94,7 +94,7 @@ void FrmNewLoc::OnLoad()
         return;
     }
     if (!states || !states->hasChildren(kCurrentPath)) {
-        SayAndUnload(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."));
+        FailAndUnload(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."));
         return;
     }
     const auto [names, keys] =
@@ -125,7 +125,7 @@ void FrmNewLoc::Say(const QString& message) const
     Outside().boxes.Show(message);
 }
 
-void FrmNewLoc::SayAndUnload(const QString& message)
+void FrmNewLoc::FailAndUnload(const QString& message)
 {
     Say(message);
     Unload();

@@ -56,7 +56,7 @@ private:
     [[nodiscard]] std::unique_ptr<SimpleXML> Request(const QString& url,
                                                      int mostChildren = XmlLimits::kChildren) const;
     void Say(const QString& message) const;
-    void SayAndUnload(const QString& message);
+    void FailAndUnload(const QString& message);
 
     std::unique_ptr<Ui::FrmNewLoc> m_ui;
     /// Keys of the shown lines, by row.

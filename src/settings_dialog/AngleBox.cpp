@@ -40,7 +40,7 @@ AngleBox::Entry AngleBox::ReadEntry() const
     return {text(), caret == selectionStart() ? selectionEnd() : selectionStart(), caret};
 }
 
-void AngleBox::PutIn(const QString& text)
+void AngleBox::ReplaceText(const QString& text)
 {
     const QSignalBlocker noChange(this);
     // setText would clear the undo history.
@@ -71,13 +71,13 @@ void AngleBox::Edit(const std::function<void()>& edit)
     }
     const QString shown = text();
     const Entry draft = *std::exchange(m_draft, std::nullopt);
-    PutIn(draft.text);
+    ReplaceText(draft.text);
     setSelection(draft.anchor, draft.caret - draft.anchor);
     edit();
     // If the text is new, it has raised Change, which has accepted or refused it.
     if (!m_draft && text() == draft.text) {
         m_draft = ReadEntry();
-        PutIn(shown);
+        ReplaceText(shown);
         ShowDraftSelection();
     }
 }

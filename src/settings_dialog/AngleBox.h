@@ -50,7 +50,7 @@ private:
 
     void UseLocaleSigns();
     [[nodiscard]] Entry ReadEntry() const;
-    void PutIn(const QString& text);
+    void ReplaceText(const QString& text);
     void Edit(const std::function<void()>& edit);
     void ShowDraftSelection();
 

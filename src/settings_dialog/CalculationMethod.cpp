@@ -43,7 +43,7 @@ CalculationMethod::CalculationMethod(DialogContext& context, const Ui::GeneralPa
         MakeSmall(*note);
     }
     ConnectPresets();
-    m_ui.OptSetByUser->OnClick(m_context.ArmedHandler([this] { RefreshAngleControls(); }));
+    m_ui.OptSetByUser->OnClick(m_context.RunOrUnloadHandler([this] { RefreshAngleControls(); }));
     ConnectAngle(m_fajr);
     ConnectAngle(m_isha);
 }
@@ -52,7 +52,7 @@ void CalculationMethod::ConnectPresets()
 {
     const auto connectPreset = [this](OptionButton& option, const QString& method, const QString& angle1,
                                       const QString& angle2) {
-        option.OnClick(m_context.ArmedHandler(
+        option.OnClick(m_context.RunOrUnloadHandler(
             [this, &option, method, angle1, angle2] { OnPresetClick(option, method, angle1, angle2); }));
     };
     connectPreset(*m_ui.OptISNA, kIsna, QStringLiteral("-15"), QStringLiteral("-15"));
@@ -64,9 +64,9 @@ void CalculationMethod::ConnectPresets()
 void CalculationMethod::ConnectAngle(const Angle& angle)
 {
     angle.box->SetRegion(m_context.Outside().region);
-    angle.box->OnChange(m_context.ArmedHandler([this, &angle] { OnAngleChange(angle); }));
+    angle.box->OnChange(m_context.RunOrUnloadHandler([this, &angle] { OnAngleChange(angle); }));
     // The bar stores nothing itself: it puts a whole number into the box, and the box's Change stores that.
-    angle.bar->OnChange(m_context.ArmedHandler([this, &angle] {
+    angle.bar->OnChange(m_context.RunOrUnloadHandler([this, &angle] {
         if (!m_context.loading) {
             angle.box->SetText(QString::number(angle.bar->Value()));
         }
@@ -99,7 +99,7 @@ void CalculationMethod::OnPresetClick(const OptionButton& option, const QString&
 
 void CalculationMethod::RefreshAngleControls()
 {
-    m_context.Armed([this] {
+    m_context.RunOrUnload([this] {
         const QString decimalSign = GetDecimalSign(m_context.Outside().region);
         m_context.Load();
         if (!m_ui.OptSetByUser->Value()) {

@@ -53,7 +53,7 @@ void DialogContext::Store(const Attributes& attributes, const QString& path)
     }
 }
 
-void DialogContext::Armed(const std::function<void()>& routine)
+void DialogContext::RunOrUnload(const std::function<void()>& routine)
 {
     m_dialog.Handle([&] {
         try {
@@ -64,9 +64,9 @@ void DialogContext::Armed(const std::function<void()>& routine)
     });
 }
 
-std::function<void()> DialogContext::ArmedHandler(std::function<void()> routine)
+std::function<void()> DialogContext::RunOrUnloadHandler(std::function<void()> routine)
 {
-    return [this, routine = std::move(routine)] { Armed(routine); };
+    return [this, routine = std::move(routine)] { RunOrUnload(routine); };
 }
 
 bool DialogContext::IsMobileConfirmed()

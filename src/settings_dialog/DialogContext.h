@@ -47,9 +47,9 @@ public:
 
     /// Runs @p routine under the failure rule: any error in it unloads the dialog without a message, and the
     /// call returns normally. Handlers that the routine raises have the same rule themselves.
-    void Armed(const std::function<void()>& routine);
+    void RunOrUnload(const std::function<void()>& routine);
     /// A handler for a control, under the failure rule.
-    [[nodiscard]] std::function<void()> ArmedHandler(std::function<void()> routine);
+    [[nodiscard]] std::function<void()> RunOrUnloadHandler(std::function<void()> routine);
 
     /// Whether mobile alerts are enabled and the device is confirmed, in settingsDoc as it stands.
     [[nodiscard]] bool IsMobileConfirmed();

@@ -53,7 +53,7 @@ void FrmAlerts::OnLoad()
 void FrmAlerts::OnUnload()
 {
     // Intended: a failed step skips the later ones without a message; ActiveForm then stays as it is.
-    m_context.Armed([this] {
+    m_context.RunOrUnload([this] {
         MainForm& main = Siblings().Main();
         main.Enable(true);
         main.UpdateEverything();
@@ -76,7 +76,7 @@ void FrmAlerts::HideFrames()
 
 void FrmAlerts::SelectTab(std::int16_t tab)
 {
-    m_context.Armed([this, tab] {
+    m_context.RunOrUnload([this, tab] {
         HideFrames();
         m_context.currentTab = tab;
         if (PrayerOfTab(tab) != nullptr) {
@@ -92,12 +92,12 @@ void FrmAlerts::SelectTab(std::int16_t tab)
 
 void FrmAlerts::ShowSignup(const MobileDevice& device, const QString& result)
 {
-    m_context.Armed([&] { m_mobile.ShowSignup(device, result); });
+    m_context.RunOrUnload([&] { m_mobile.ShowSignup(device, result); });
 }
 
 void FrmAlerts::LoadGeneralPage()
 {
-    m_context.Armed([this] {
+    m_context.RunOrUnload([this] {
         HideFrames();
         m_general.Load();
     });

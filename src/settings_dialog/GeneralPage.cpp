@@ -45,12 +45,12 @@ void GeneralPage::ConnectOptions()
 
 void GeneralPage::ConnectGeneral()
 {
-    m_ui->ChkDLS->OnClick(m_context.ArmedHandler([this] {
+    m_ui->ChkDLS->OnClick(m_context.RunOrUnloadHandler([this] {
         m_context.Store({{kUseDls, TrueOrFalse(m_ui->ChkDLS->Value() == 1)}});
     }));
-    m_ui->ChkAdvWarn->OnClick(m_context.ArmedHandler([this] { OnAdvWarnClick(); }));
-    m_ui->TxtAdvWarn->OnChange(m_context.ArmedHandler([this] { OnAdvWarnTextChange(); }));
-    m_ui->VScroll1->OnChange(m_context.ArmedHandler([this] {
+    m_ui->ChkAdvWarn->OnClick(m_context.RunOrUnloadHandler([this] { OnAdvWarnClick(); }));
+    m_ui->TxtAdvWarn->OnChange(m_context.RunOrUnloadHandler([this] { OnAdvWarnTextChange(); }));
+    m_ui->VScroll1->OnChange(m_context.RunOrUnloadHandler([this] {
         if (!m_context.loading) {
             m_ui->TxtAdvWarn->SetText(QString::number(m_ui->VScroll1->Value()));
         }
@@ -59,7 +59,7 @@ void GeneralPage::ConnectGeneral()
 
 void GeneralPage::StoreOnClick(OptionButton* option, const QString& attribute, const QString& value)
 {
-    option->OnClick(m_context.ArmedHandler([this, option, attribute, value] {
+    option->OnClick(m_context.RunOrUnloadHandler([this, option, attribute, value] {
         if (option->Value()) {
             m_context.Store({{attribute, value}});
         }

@@ -34,9 +34,9 @@ MobilePage::~MobilePage() = default;
 
 void MobilePage::Connect()
 {
-    m_ui->ChkMobilEnable->OnClick(m_context.ArmedHandler([this] { OnMobilEnableClick(); }));
+    m_ui->ChkMobilEnable->OnClick(m_context.RunOrUnloadHandler([this] { OnMobilEnableClick(); }));
     const auto storeOnChange = [this](TextBox* box, const QString& attribute) {
-        box->OnChange(m_context.ArmedHandler([this, box, attribute] {
+        box->OnChange(m_context.RunOrUnloadHandler([this, box, attribute] {
             m_context.Store({{attribute, box->Text()}});
         }));
     };
@@ -45,10 +45,10 @@ void MobilePage::Connect()
 
     Form& dialog = m_context.Dialog();
     QObject::connect(m_ui->CmdMobilReg, &QPushButton::clicked, &dialog,
-                     m_context.ArmedHandler([this] { OnMobilRegClick(); }));
-    m_ui->LblReset->OnMouseMove(m_context.ArmedHandler([&dialog] { dialog.SetHandPointer(); }));
-    m_ui->LblReset->OnClick(m_context.ArmedHandler([this] { OnResetClick(); }));
-    new HoverArea(m_ui->FrmMobilSub, m_context.ArmedHandler([&dialog] { dialog.SetDefaultPointer(); }));
+                     m_context.RunOrUnloadHandler([this] { OnMobilRegClick(); }));
+    m_ui->LblReset->OnMouseMove(m_context.RunOrUnloadHandler([&dialog] { dialog.SetHandPointer(); }));
+    m_ui->LblReset->OnClick(m_context.RunOrUnloadHandler([this] { OnResetClick(); }));
+    new HoverArea(m_ui->FrmMobilSub, m_context.RunOrUnloadHandler([&dialog] { dialog.SetDefaultPointer(); }));
 }
 
 void MobilePage::LoadMobilePage()

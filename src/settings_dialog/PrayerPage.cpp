@@ -29,18 +29,18 @@ PrayerPage::~PrayerPage() = default;
 
 void PrayerPage::Connect()
 {
-    m_ui->ChkAlertMain->OnClick(m_context.ArmedHandler([this] { OnAlertMainClick(); }));
+    m_ui->ChkAlertMain->OnClick(m_context.RunOrUnloadHandler([this] { OnAlertMainClick(); }));
     StoreOnClick(m_ui->ChkSilAlert, QStringLiteral("popup"));
     StoreOnClick(m_ui->ChkAudioAlert, QStringLiteral("play"));
     StoreOnClick(m_ui->ChkIndMobAlert, QStringLiteral("mobil"));
     m_ui->TxtPath->OnChange(
-        m_context.ArmedHandler([this] { Store(QStringLiteral("audioFile"), m_ui->TxtPath->Text()); }));
+        m_context.RunOrUnloadHandler([this] { Store(QStringLiteral("audioFile"), m_ui->TxtPath->Text()); }));
     Form& dialog = m_context.Dialog();
-    m_ui->LblBrowseLink->OnMouseMove(m_context.ArmedHandler([&dialog] { dialog.SetHandPointer(); }));
-    m_ui->LblBrowseLink->OnClick(m_context.ArmedHandler([this] { OnBrowseClick(); }));
+    m_ui->LblBrowseLink->OnMouseMove(m_context.RunOrUnloadHandler([&dialog] { dialog.SetHandPointer(); }));
+    m_ui->LblBrowseLink->OnClick(m_context.RunOrUnloadHandler([this] { OnBrowseClick(); }));
     for (QWidget* const area :
          {static_cast<QWidget*>(&m_frame), static_cast<QWidget*>(m_ui->FrmFileSelect)}) {
-        new HoverArea(area, m_context.ArmedHandler([&dialog] { dialog.SetDefaultPointer(); }));
+        new HoverArea(area, m_context.RunOrUnloadHandler([&dialog] { dialog.SetDefaultPointer(); }));
     }
 }
 
@@ -95,8 +95,8 @@ void PrayerPage::OnAlertMainClick()
 
 void PrayerPage::StoreOnClick(CheckBox* box, const QString& attribute)
 {
-    box->OnClick(
-        m_context.ArmedHandler([this, box, attribute] { Store(attribute, TrueOrFalse(box->Value() != 0)); }));
+    box->OnClick(m_context.RunOrUnloadHandler(
+        [this, box, attribute] { Store(attribute, TrueOrFalse(box->Value() != 0)); }));
 }
 
 void PrayerPage::Store(const QString& attribute, const QString& value)
