@@ -36,7 +36,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
     if (!MainWindowHasAttention()) {
         return;
     }
-    SimpleXML settings(m_forms.Outside());
+    SimpleXML settings(m_forms.GetPlatform());
     settings.Load(kSettingsFile);
     const Prayer* const prayer = PrayerOfSlot(PrayerID);
     if (prayer == nullptr) {
@@ -68,7 +68,7 @@ void AlertDispatch::Alarm(std::int16_t PrayerID)
         return;
     }
     if (wantsSound) {
-        m_forms.Outside().player.SetUrl(audioFile);
+        m_forms.GetPlatform().player.SetUrl(audioFile);
         // Intended: also for a path that is empty or can't be played.
         m_forms.Main().EnableStopLink();
     }
@@ -84,8 +84,8 @@ void AlertDispatch::TellService(const Prayer& prayer, const SimpleXML& settings,
     const QString alertType = wantsSound ? QStringLiteral("Normal") : QStringLiteral("Quite");
     const QString time = FormatPrayerTime(m_prayerTimer.GetPrayerTime(prayer.slot), true);
     // Sent at every alarm, with or without a text message, with or without a network.
-    m_forms.Outside().http.Notify(ServiceRequests::PrayerCall(Settings(), prayer.number, alertType, ma, time),
-                                  kNotifyLimits);
+    m_forms.GetPlatform().http.Notify(
+        ServiceRequests::PrayerCall(Settings(), prayer.number, alertType, ma, time), kNotifyLimits);
 }
 
 void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
@@ -93,7 +93,7 @@ void AlertDispatch::AdvAlarm(std::int16_t PrayerID)
     if (!MainWindowHasAttention()) {
         return;
     }
-    SimpleXML settings(m_forms.Outside());
+    SimpleXML settings(m_forms.GetPlatform());
     settings.Load(kSettingsFile);
     const bool is24Hour = Settings().HourMode == u"24";
     const Prayer* const prayer = PrayerOfSlot(PrayerID);

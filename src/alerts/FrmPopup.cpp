@@ -45,7 +45,7 @@ FrmPopup::FrmPopup(Forms& forms)
            Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
                Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint)
     , m_ui(std::make_unique<Ui::FrmPopup>())
-    , Timer1(Outside().timers.CreateTimer())
+    , Timer1(GetPlatform().timers.CreateTimer())
 {
     m_ui->setupUi(this);
     // The user may be typing in another window.
@@ -128,7 +128,7 @@ void FrmPopup::OnTick()
     }
     // Intended: also in the tick that unloads the window. Touch then creates and loads a new, hidden one,
     // which the next alert uses.
-    Siblings().Touch<FrmPopup>().m_ui->LblCurrTime->setText(ClockText(Outside().clock.Now().time()));
+    Siblings().Touch<FrmPopup>().m_ui->LblCurrTime->setText(ClockText(GetPlatform().clock.Now().time()));
 }
 
 void FrmPopup::OnUnload()

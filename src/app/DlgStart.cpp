@@ -9,7 +9,7 @@
 
 DlgStart::DlgStart(Forms& forms)
     : Form(forms, kName, Qt::SplashScreen | Qt::FramelessWindowHint)
-    , m_timer1(Outside().timers.CreateTimer())
+    , m_timer1(GetPlatform().timers.CreateTimer())
 {
     Ui::DlgStart ui;
     ui.setupUi(this);

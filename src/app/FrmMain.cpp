@@ -50,8 +50,8 @@ FrmMain::FrmMain(Forms& forms, Calculation& calculation)
            Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                Qt::WindowCloseButtonHint)
     , m_controls(std::make_unique<MainControls>(*this))
-    , PrayerTimer(Outside(), calculation)
-    , m_display(Outside(), Variables().Settings, PrayerTimer, *m_controls)
+    , PrayerTimer(GetPlatform(), calculation)
+    , m_display(GetPlatform(), Variables().Settings, PrayerTimer, *m_controls)
     , m_links(*this, *m_controls)
     , m_tray(*this)
     , m_life(*this)
@@ -84,7 +84,7 @@ void FrmMain::OnUnload()
 {
     // The scheduler and the player stop with this window, even if an open dialog keeps the program running.
     PrayerTimer.StopTimer();
-    Outside().player.Stop();
+    GetPlatform().player.Stop();
     if (!Variables().DebugMode) {
         m_tray.RemoveMeFromSysTray();
     }
@@ -104,20 +104,20 @@ void FrmMain::RunLoadSequence()
     splash.PaintNow();
     variables.AdTimer = kFirstAdTimer;
     // Only to let the user see the splash window.
-    Outside().process.Sleep(kSplashMilliseconds);
+    GetPlatform().process.Sleep(kSplashMilliseconds);
 
     SkySeconds = 0.0F;
     variables.Connected = false;
-    SimpleXML settings(Outside());
+    SimpleXML settings(GetPlatform());
     if (!settings.Load(kSettingsFile)) {
         throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("settings.xml can't be loaded"));
     }
     ReadAddresses(variables.Settings, settings);
     variables.Connected =
-        InternetClass(Outside(), ServiceAddresses::Probe(variables.Settings)).VerifyConnectivity();
+        InternetClass(GetPlatform(), ServiceAddresses::Probe(variables.Settings)).VerifyConnectivity();
     const bool OpenLocationList = IsIdentifierMissing(settings, variables.Connected);
     if (OpenLocationList) {
-        RequestIdentifier(Outside(), settings, variables.Settings);
+        RequestIdentifier(GetPlatform(), settings, variables.Settings);
     }
     UpdateEverything();
     variables.ActiveForm = Name();
@@ -135,7 +135,7 @@ void FrmMain::AskService()
 {
     const MainVariables& variables = Variables();
     if (variables.Connected) {
-        Outside().http.Notify(ServiceRequests::Startup(variables.Settings), kNotifyLimits);
+        GetPlatform().http.Notify(ServiceRequests::Startup(variables.Settings), kNotifyLimits);
     }
     m_adPanel.RefreshAd(variables.Connected);
     VersionCheck(*this).CheckNewVersion(variables.Connected);
@@ -150,13 +150,13 @@ void FrmMain::OpenLocationListNow()
 void FrmMain::FailLoad(const QString& description, int number)
 {
     if (Variables().DebugMode) {
-        Outside().boxes.Show(
+        GetPlatform().boxes.Show(
             QStringLiteral("%1 %2 on %3").arg(description, QString::number(number), Variables().ActiveForm));
     }
-    Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
-                         QStringLiteral("Error - 5"));
+    GetPlatform().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
+                             QStringLiteral("Error - 5"));
     Siblings().Unload(DlgStart::kName);
-    Outside().process.End();
+    GetPlatform().process.End();
 }
 
 int FrmMain::UpdateEverything()
@@ -165,13 +165,13 @@ int FrmMain::UpdateEverything()
         return 0;
     }
     try {
-        LoadConfiguration(Variables().Settings, Outside());
+        LoadConfiguration(Variables().Settings, GetPlatform());
         FeedFromConfiguration();
         return 1;
     } catch (const RuntimeError& error) {
         // A file without a usable configuration changes nothing and shows no message.
         if (error.Number() != ErrorNumber::kConfiguration) {
-            EndWithFatalBox(Outside(), 6);
+            EndWithFatalBox(GetPlatform(), 6);
         }
         return 0;
     }
@@ -239,7 +239,7 @@ void FrmMain::OnTick()
 {
     // Read the clock before the work below: a tick just before second 0 must not be treated as the tick of
     // second 0.
-    const int second = Outside().clock.Now().time().second();
+    const int second = GetPlatform().clock.Now().time().second();
     SkySeconds += 1.0F;
     AdSeconds += 1.0F;
     m_display.UpdateCountDown();

@@ -40,7 +40,7 @@ void MainLinks::ConnectClicks()
     });
     new ClickArea(m_controls.Picture2, [this] {
         m_window.Handle([this] {
-            m_window.Outside().browser.Open(ServiceRequests::HomePage(m_window.Variables().Settings));
+            m_window.GetPlatform().browser.Open(ServiceRequests::HomePage(m_window.Variables().Settings));
         });
     });
 }
@@ -82,7 +82,7 @@ bool MainLinks::ClickLblAlertsLink()
         link.Enable();
         return isOpen;
     } catch (const std::exception&) {
-        EndWithFatalBox(m_window.Outside(), 4);
+        EndWithFatalBox(m_window.GetPlatform(), 4);
         return false;
     }
 }
@@ -116,19 +116,19 @@ void MainLinks::ClickLblLocLink()
         m_window.Variables().ActiveForm = FrmLocation::kName;
         link.Enable();
     } catch (const std::exception&) {
-        EndWithFatalBox(m_window.Outside(), 3);
+        EndWithFatalBox(m_window.GetPlatform(), 3);
     }
 }
 
 void MainLinks::OpenPage(LinkLabel& link, const QString& url)
 {
     DisabledControl disabled(m_window, link);
-    m_window.Outside().browser.Open(url);
+    m_window.GetPlatform().browser.Open(url);
     disabled.Enable();
 }
 
 SoundControls::SoundControls(Form& form, MainControls& controls)
-    : m_player(form.Outside().player)
+    : m_player(form.GetPlatform().player)
     , m_controls(controls)
 {
     m_controls.LblStopLink->OnClick([this, &form] {

@@ -62,7 +62,7 @@ void WindowLife::Resize()
     try {
         FollowState();
     } catch (const RuntimeError&) {
-        EndWithFatalBox(m_window.Outside(), 2);
+        EndWithFatalBox(m_window.GetPlatform(), 2);
     }
 }
 
@@ -75,7 +75,7 @@ void WindowLife::FollowState()
         return;
     }
     // Without an icon the user could not show a hidden window again: it stays on the taskbar.
-    if (m_window.isVisible() && m_window.Outside().tray.IsShown()) {
+    if (m_window.isVisible() && m_window.GetPlatform().tray.IsShown()) {
         m_window.hide();
     }
 }
@@ -90,7 +90,7 @@ void WindowLife::Paint()
     } catch (const RuntimeError& error) {
         // kInvalidCall: the dialog can't take the focus, which is no failure.
         if (error.Number() != ErrorNumber::kInvalidCall) {
-            EndWithFatalBox(m_window.Outside(), 1);
+            EndWithFatalBox(m_window.GetPlatform(), 1);
         }
     }
 }
@@ -138,12 +138,12 @@ MainTray::~MainTray()
 
 void MainTray::PutMeInSysTray()
 {
-    m_window.Outside().tray.Add(m_window.windowIcon(), m_window.windowTitle(), mnuTrayIcon);
+    m_window.GetPlatform().tray.Add(m_window.windowIcon(), m_window.windowTitle(), mnuTrayIcon);
 }
 
 void MainTray::RemoveMeFromSysTray()
 {
-    m_window.Outside().tray.Remove();
+    m_window.GetPlatform().tray.Remove();
 }
 
 void MainTray::ClickMnuOpen()

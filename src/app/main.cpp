@@ -12,6 +12,6 @@ int main(int argc, char* argv[])
     SessionEnd sessionEnd;
     SetUpApplication(application);
     const QtPlatform platform;
-    EnterSettingsFolder(platform.Doors());
-    return RunProgram(platform.Doors(), sessionEnd);
+    EnterSettingsFolder(platform.GetPlatform());
+    return RunProgram(platform.GetPlatform(), sessionEnd);
 }

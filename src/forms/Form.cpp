@@ -78,9 +78,9 @@ Form::Form(Forms& forms, const QString& name, Qt::WindowFlags flags)
     setObjectName(name);
 }
 
-const Platform& Form::Outside() const
+const Platform& Form::GetPlatform() const
 {
-    return m_forms.Outside();
+    return m_forms.GetPlatform();
 }
 
 MainVariables& Form::Variables() const
@@ -195,7 +195,7 @@ void Form::SetDefaultPointer()
 
 void Form::Handle(const std::function<void()>& handler)
 {
-    KeepWhile([&] { RunGuarded(Outside(), handler); });
+    KeepWhile([&] { RunGuarded(GetPlatform(), handler); });
 }
 
 void Form::KeepWhile(const std::function<void()>& work)

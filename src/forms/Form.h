@@ -62,7 +62,7 @@ public:
     /// @p work reach the caller.
     void KeepWhile(const std::function<void()>& work);
 
-    [[nodiscard]] const Platform& Outside() const;
+    [[nodiscard]] const Platform& GetPlatform() const;
     [[nodiscard]] Forms& Siblings() const { return m_forms; }
     /// The public variables of the main window.
     [[nodiscard]] MainVariables& Variables() const;

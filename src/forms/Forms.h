@@ -46,7 +46,7 @@ public:
     void ReturnToMain();
     [[nodiscard]] MainVariables& Variables() { return m_variables; }
 
-    [[nodiscard]] const Platform& Outside() const { return m_platform; }
+    [[nodiscard]] const Platform& GetPlatform() const { return m_platform; }
     /// Whether the main window, or a window that has been shown, is loaded.
     [[nodiscard]] bool KeepsProcess() const;
     /// The handler is called after a window has been unloaded, if KeepsProcess() is false.

@@ -69,7 +69,7 @@ void FrmLocation::OnUnload()
 
 void FrmLocation::FailAndUnload(const QString& message)
 {
-    Outside().boxes.Show(message);
+    GetPlatform().boxes.Show(message);
     Unload();
 }
 
@@ -97,7 +97,7 @@ void FrmLocation::RefreshList()
 
 void FrmLocation::ReadPlaces()
 {
-    SimpleXML settings(Outside());
+    SimpleXML settings(GetPlatform());
     if (!settings.Load(kSettingsFile)) {
         FailAndUnload(kListProblem);
         return;
@@ -120,7 +120,7 @@ void FrmLocation::ReadPlaces()
 void FrmLocation::SetCurrent()
 {
     QString key = ListAt(LstLocHidden, m_ui->LstLocations->ListIndex());
-    SimpleXML settings(Outside());
+    SimpleXML settings(GetPlatform());
     settings.Load(kSettingsFile);
     const QString before = settings.GetAttribute(kCurrent, kLocationsPath);
     for (;;) {
@@ -135,7 +135,7 @@ void FrmLocation::SetCurrent()
         }
         // Intended: no limit. If the old place fails too, the message comes again after each answer. A place
         // is tested by storing it, and only the old place may remain as the current one.
-        Outside().boxes.Show(
+        GetPlatform().boxes.Show(
             QStringLiteral("Can not load setting for this area, location will not be changed."));
         key = before;
     }
@@ -145,19 +145,19 @@ void FrmLocation::Delete()
 {
     const int row = m_ui->LstLocations->ListIndex();
     // Intended: the question also comes for the last place, which can't be removed.
-    if (!Outside().boxes.Ask(QStringLiteral("Are you sure you want to remove: ") +
-                             m_ui->LstLocations->List(row)) ||
+    if (!GetPlatform().boxes.Ask(QStringLiteral("Are you sure you want to remove: ") +
+                                 m_ui->LstLocations->List(row)) ||
         !IsLoaded()) {
         return;
     }
     const QString key = ListAt(LstLocHidden, row);
     if (LstLocHidden.size() == 1) {
-        Outside().boxes.Show(QStringLiteral("Can not remove last location from list."));
+        GetPlatform().boxes.Show(QStringLiteral("Can not remove last location from list."));
         return;
     }
-    SimpleXML settings(Outside());
+    SimpleXML settings(GetPlatform());
     if (!settings.Load(kSettingsFile)) {
-        Outside().boxes.Show(QStringLiteral("Could not change default location."));
+        GetPlatform().boxes.Show(QStringLiteral("Could not change default location."));
         return;
     }
     settings.RemoveElement(true, kLocationsPath + QStringLiteral("//") + key);
@@ -204,8 +204,9 @@ void FrmLocation::OpenNewLocation()
                 continue;
             }
             // Intended: despite this text the program continues and repeats the failed step.
-            Outside().boxes.Show(QStringLiteral("An error has occured, The application will be terminated."),
-                                 QStringLiteral("Error - 7"));
+            GetPlatform().boxes.Show(
+                QStringLiteral("An error has occured, The application will be terminated."),
+                QStringLiteral("Error - 7"));
         }
     }
 }

@@ -52,7 +52,7 @@ std::pair<QStringList, QStringList> ReadPairs(const SimpleXML& parent, const QSt
 FrmNewLoc::FrmNewLoc(Forms& forms)
     : Form(forms, kName, Qt::Window)
     , m_ui(std::make_unique<Ui::FrmNewLoc>())
-    , Timer1(Outside().timers.CreateTimer())
+    , Timer1(GetPlatform().timers.CreateTimer())
 {
     m_ui->setupUi(this);
     HideProgress();
@@ -84,7 +84,7 @@ void FrmNewLoc::ConnectControls()
 void FrmNewLoc::OnLoad()
 {
     Refresh();
-    if (!InternetClass(Outside(), ServiceAddresses::Probe(Variables().Settings)).VerifyConnectivity()) {
+    if (!InternetClass(GetPlatform(), ServiceAddresses::Probe(Variables().Settings)).VerifyConnectivity()) {
         FailAndUnload(QStringLiteral(
             "You must be connected to the Internet to add locations.  Please check your connection."));
         return;
@@ -122,7 +122,7 @@ void FrmNewLoc::OnUnload()
 
 void FrmNewLoc::Say(const QString& message) const
 {
-    Outside().boxes.Show(message);
+    GetPlatform().boxes.Show(message);
 }
 
 void FrmNewLoc::FailAndUnload(const QString& message)
@@ -133,13 +133,13 @@ void FrmNewLoc::FailAndUnload(const QString& message)
 
 std::unique_ptr<SimpleXML> FrmNewLoc::Request(const QString& url, int mostChildren) const
 {
-    SimpleXML reply(Outside());
+    SimpleXML reply(GetPlatform());
     if (!reply.Load(url)) {
         return nullptr;
     }
     std::unique_ptr<SimpleXML> root = reply.GetElement(QStringLiteral("root"));
     if (!root) {
-        root = std::make_unique<SimpleXML>(Outside());
+        root = std::make_unique<SimpleXML>(GetPlatform());
     } else if (IsLarger(*root->xmldoc, mostChildren)) {
         return nullptr;
     }
@@ -250,8 +250,8 @@ bool FrmNewLoc::WantsMatches(const SimpleXML& count)
         return true;
     }
     // Intended: the question contains the limit, not the count.
-    if (Outside().boxes.Ask(QStringLiteral("There are over ") + limit +
-                            QStringLiteral(" matches.\r\nWould you like to display all?"))) {
+    if (GetPlatform().boxes.Ask(QStringLiteral("There are over ") + limit +
+                                QStringLiteral(" matches.\r\nWould you like to display all?"))) {
         return true;
     }
     Say(QStringLiteral("Please refine your search and try again."));
@@ -293,7 +293,7 @@ void FrmNewLoc::FetchAndStore(const QString& atlasId)
         Say(QStringLiteral("Failed to get city info. Please verify internet connection."));
         return;
     }
-    if (!AddPlaces(Outside(), *places)) {
+    if (!AddPlaces(GetPlatform(), *places)) {
         Say(QStringLiteral("This location has already been added to location list."));
         return;
     }

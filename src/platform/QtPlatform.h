@@ -18,7 +18,7 @@
 class QtPlatform final
 {
 public:
-    [[nodiscard]] const Platform& Doors() const { return m_doors; }
+    [[nodiscard]] const Platform& GetPlatform() const { return m_platform; }
 
 private:
     QtClock m_clock;
@@ -31,6 +31,6 @@ private:
     QtBrowser m_browser;
     QtRegionalSettings m_region;
     QtProcess m_process;
-    Platform m_doors{m_clock, m_timers, m_files,   m_http,   m_player,
-                     m_tray,  m_boxes,  m_browser, m_region, m_process};
+    Platform m_platform{m_clock, m_timers, m_files,   m_http,   m_player,
+                        m_tray,  m_boxes,  m_browser, m_region, m_process};
 };

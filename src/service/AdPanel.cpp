@@ -38,7 +38,7 @@ QString Decoded(const QString& ad)
 
 AdPanel::AdPanel(Form& window)
     : m_window(window)
-    , m_platform(window.Outside())
+    , m_platform(window.GetPlatform())
     , m_variables(window.Variables())
     , m_webAd(new WebAd(m_platform.http, &window))
 {

@@ -30,7 +30,7 @@ const QString kVersion = kAppPath + QStringLiteral("//version");
 
 VersionCheck::VersionCheck(const Form& window)
     : m_window(window)
-    , m_platform(window.Outside())
+    , m_platform(window.GetPlatform())
     , m_configuration(window.Variables().Settings)
 {
 }

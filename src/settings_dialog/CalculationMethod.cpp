@@ -63,7 +63,7 @@ void CalculationMethod::ConnectPresets()
 
 void CalculationMethod::ConnectAngle(const Angle& angle)
 {
-    angle.box->SetRegion(m_context.Outside().region);
+    angle.box->SetRegion(m_context.GetPlatform().region);
     angle.box->OnChange(m_context.RunOrUnloadHandler([this, &angle] { OnAngleChange(angle); }));
     // The bar stores nothing itself: it puts a whole number into the box, and the box's Change stores that.
     angle.bar->OnChange(m_context.RunOrUnloadHandler([this, &angle] {
@@ -100,7 +100,7 @@ void CalculationMethod::OnPresetClick(const OptionButton& option, const QString&
 void CalculationMethod::RefreshAngleControls()
 {
     m_context.RunOrUnload([this] {
-        const QString decimalSign = GetDecimalSign(m_context.Outside().region);
+        const QString decimalSign = GetDecimalSign(m_context.GetPlatform().region);
         m_context.Load();
         if (!m_ui.OptSetByUser->Value()) {
             EnableAngles(false);
@@ -136,7 +136,7 @@ void CalculationMethod::ShowStoredAngle(const Angle& angle, const QString& decim
 
 double CalculationMethod::Degrees(const Angle& angle) const
 {
-    return ToDouble(angle.box->Text(), m_context.Outside().region.UserLocale());
+    return ToDouble(angle.box->Text(), m_context.GetPlatform().region.UserLocale());
 }
 
 void CalculationMethod::OnAngleChange(const Angle& angle)
@@ -144,7 +144,7 @@ void CalculationMethod::OnAngleChange(const Angle& angle)
     if (m_context.loading) {
         return;
     }
-    const RegionalSettings& region = m_context.Outside().region;
+    const RegionalSettings& region = m_context.GetPlatform().region;
     const QString decimalSign = GetDecimalSign(region);
     m_context.Load();
     if (!IsNumeric(angle.box->Text(), region.UserLocale())) {

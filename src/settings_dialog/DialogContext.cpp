@@ -21,7 +21,7 @@ DialogContext::DialogContext(Form& dialog)
 SimpleXML& DialogContext::settingsDoc()
 {
     if (!m_settingsDoc) {
-        m_settingsDoc.emplace(Outside());
+        m_settingsDoc.emplace(GetPlatform());
     }
     return *m_settingsDoc;
 }
@@ -75,7 +75,7 @@ bool DialogContext::IsMobileConfirmed()
            IsTrue(Read(QStringLiteral("mobileEnabled"), kAlertsPath));
 }
 
-const Platform& DialogContext::Outside() const
+const Platform& DialogContext::GetPlatform() const
 {
-    return m_dialog.Outside();
+    return m_dialog.GetPlatform();
 }

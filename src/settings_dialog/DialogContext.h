@@ -55,7 +55,7 @@ public:
     [[nodiscard]] bool IsMobileConfirmed();
 
     [[nodiscard]] Form& Dialog() const { return m_dialog; }
-    [[nodiscard]] const Platform& Outside() const;
+    [[nodiscard]] const Platform& GetPlatform() const;
 
 private:
     Form& m_dialog;

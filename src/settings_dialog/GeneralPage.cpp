@@ -93,7 +93,8 @@ void GeneralPage::LoadAdvanceAlert()
     m_ui->ChkAdvWarn->SetValue(1);
     const QString minutes = m_context.Read(kAdvWarn, kAlertsPath);
     m_ui->TxtAdvWarn->SetText(minutes);
-    m_ui->VScroll1->SetValue(ToInteger16(Int(ToDouble(minutes, m_context.Outside().region.UserLocale()))));
+    m_ui->VScroll1->SetValue(
+        ToInteger16(Int(ToDouble(minutes, m_context.GetPlatform().region.UserLocale()))));
 }
 
 void GeneralPage::OnAdvWarnClick()
@@ -110,7 +111,7 @@ void GeneralPage::OnAdvWarnTextChange()
         return;
     }
     m_context.Load();
-    const QLocale locale = m_context.Outside().region.UserLocale();
+    const QLocale locale = m_context.GetPlatform().region.UserLocale();
     if (IsNumeric(m_ui->TxtAdvWarn->Text(), locale)) {
         // Latin digits, since the file may be read under another locale.
         const auto minutes = static_cast<qint64>(Int(ToDouble(m_ui->TxtAdvWarn->Text(), locale)));

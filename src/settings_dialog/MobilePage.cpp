@@ -84,7 +84,7 @@ void MobilePage::OnMobilEnableClick()
 void MobilePage::OnMobilRegClick()
 {
     if (m_ui->TxtMDID->Text().isEmpty() || m_ui->TxtPC->Text().isEmpty()) {
-        m_context.Outside().boxes.Show(
+        m_context.GetPlatform().boxes.Show(
             QStringLiteral("You must first enter your Mobile Device number and personal Code"));
         return;
     }
@@ -109,7 +109,7 @@ void MobilePage::ShowSignup(const MobileDevice& device, const QString& result)
 void MobilePage::OnResetClick()
 {
     DisabledControl reset(m_context.Dialog(), *m_ui->LblReset);
-    const bool isAgreed = m_context.Outside().boxes.Ask(QStringLiteral(
+    const bool isAgreed = m_context.GetPlatform().boxes.Ask(QStringLiteral(
         "This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?"));
     if (!m_context.Dialog().IsLoaded()) {
         return;

@@ -65,8 +65,8 @@ void MobileSignup::Reset()
 
 void MobileSignup::SignUp(const MobileDevice& device)
 {
-    SimpleXML document(m_forms.Outside());
-    if (!InternetClass(m_forms.Outside(), ServiceAddresses::Probe(m_forms.Variables().Settings))
+    SimpleXML document(m_forms.GetPlatform());
+    if (!InternetClass(m_forms.GetPlatform(), ServiceAddresses::Probe(m_forms.Variables().Settings))
              .VerifyConnectivity() ||
         !Fetch(document, device.personalCode)) {
         Say(kNotConnected);
@@ -101,7 +101,7 @@ void MobileSignup::Store(const MobileDevice& device, const QString& result)
         return;
     }
     try {
-        SimpleXML settings(m_forms.Outside());
+        SimpleXML settings(m_forms.GetPlatform());
         StoreSignup(settings, device, result);
     } catch (const std::exception&) {
         // No message for this failure, as in the dialog. The message of the service is still shown.
@@ -112,6 +112,6 @@ void MobileSignup::Say(const QString& message) const
 {
     // If the user closed the last window while the request was pending, the program is ending.
     if (m_forms.KeepsProcess()) {
-        m_forms.Outside().boxes.Show(message);
+        m_forms.GetPlatform().boxes.Show(message);
     }
 }

@@ -109,7 +109,7 @@ void PrayerPage::Store(const QString& attribute, const QString& value)
 void PrayerPage::OnBrowseClick()
 {
     m_ui->LblBrowseLink->setEnabled(false);
-    const QString folder = m_context.Outside().process.ApplicationFolder() + QStringLiteral("\\sound");
+    const QString folder = m_context.GetPlatform().process.ApplicationFolder() + QStringLiteral("\\sound");
     // Intended: there is no file dialog, and this error closes the settings dialog. The user chooses a file
     // by typing its path.
     throw RuntimeError(ErrorNumber::kObjectNotSet,

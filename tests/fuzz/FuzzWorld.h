@@ -23,7 +23,7 @@ public:
     int UpdateEverything() override
     {
         try {
-            LoadConfiguration(Variables().Settings, Outside());
+            LoadConfiguration(Variables().Settings, GetPlatform());
             return 1;
         } catch (const RuntimeError&) {
             return 0;

@@ -36,7 +36,7 @@ public:
             return 0;
         }
         try {
-            LoadConfiguration(Variables().Settings, Outside());
+            LoadConfiguration(Variables().Settings, GetPlatform());
             return 1;
         } catch (const RuntimeError&) {
             return 0;
