@@ -6,7 +6,6 @@
 #include "platform/BesideBox.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
-#include "platform/Timers.h"
 #include "support/Conversions.h"
 #include "ui_FrmPopup.h"
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "forms/Form.h"
-#include "platform/Timers.h"
+#include "platform/Clock.h"
 
 #include <memory>
 

@@ -4,6 +4,9 @@
 
 #include <QDateTime>
 
+#include <functional>
+#include <memory>
+
 /// The one clock of the program. Nothing else reads the time.
 class Clock
 {
@@ -15,4 +18,49 @@ public:
 
     /// The local date and time.
     [[nodiscard]] virtual QDateTime Now() const = 0;
+};
+
+/// A timer that calls its handler again and again while it is enabled. Handlers run on the user-interface
+/// thread, never inside SetEnabled, and must not let an exception out.
+class Timer
+{
+public:
+    Timer() = default;
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+    virtual ~Timer() = default;
+
+    void SetHandler(std::function<void()> handler) { m_handler = std::move(handler); }
+    /// @param milliseconds time between two calls, from 1
+    virtual void SetInterval(int milliseconds) = 0;
+    /// Enabling a timer that is enabled already changes nothing.
+    virtual void SetEnabled(bool enabled) = 0;
+    [[nodiscard]] virtual bool IsEnabled() const = 0;
+
+protected:
+    void CallHandler() const
+    {
+        if (m_handler) {
+            m_handler();
+        }
+    }
+
+private:
+    std::function<void()> m_handler;
+};
+
+class Timers
+{
+public:
+    Timers() = default;
+    Timers(const Timers&) = delete;
+    Timers& operator=(const Timers&) = delete;
+    virtual ~Timers() = default;
+
+    /// A plain timer; disabled, 1000 ms.
+    [[nodiscard]] virtual std::unique_ptr<Timer> CreateTimer() = 0;
+    /// A timer that fires once in each second of the wall clock, just after the second begins, also when the
+    /// clock is set; its interval is fixed. Only seconds that pass while the event loop is blocked are left
+    /// out.
+    [[nodiscard]] virtual std::unique_ptr<Timer> CreateSecondTicker() = 0;
 };

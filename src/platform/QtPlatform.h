@@ -11,7 +11,6 @@
 #include "platform/QtMessageBoxes.h"
 #include "platform/QtProcess.h"
 #include "platform/QtRegionalSettings.h"
-#include "platform/QtTimers.h"
 #include "platform/QtTrayIcon.h"
 
 /// The production side of every door.

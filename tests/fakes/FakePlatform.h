@@ -10,7 +10,6 @@
 #include "platform/Platform.h"
 #include "platform/PosixFileStore.h"
 #include "platform/Process.h"
-#include "platform/Timers.h"
 #include "platform/TrayIcon.h"
 #include "support/ModRegion.h"
 

@@ -1,7 +1,5 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/QtTimers.h"
-
 #include "platform/QtClock.h"
 
 #include <QCoreApplication>
