@@ -8,7 +8,7 @@
 #include "forms/Form.h"
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
-#include "platform/Browser.h"
+#include "platform/Desktop.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Platform.h"
 #include "service/ServiceRequests.h"

@@ -7,8 +7,8 @@
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
 #include "locations/FrmNewLoc.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
-#include "platform/TrayIcon.h"
 #include "settings_dialog/FrmAlerts.h"
 #include "support/RuntimeError.h"
 

@@ -4,7 +4,7 @@
 
 #include "engine/CalculationLibrary.h"
 #include "platform/Clock.h"
-#include "platform/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "support/Conversions.h"
 #include "support/RuntimeError.h"

@@ -3,7 +3,7 @@
 #include "forms/Form.h"
 
 #include "forms/Forms.h"
-#include "platform/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
 #include "support/RuntimeError.h"

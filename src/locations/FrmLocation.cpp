@@ -7,7 +7,7 @@
 #include "locations/FrmNewLoc.h"
 #include "locations/FrmWait.h"
 #include "locations/Places.h"
-#include "platform/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "support/RuntimeError.h"
 #include "ui_FrmLocation.h"

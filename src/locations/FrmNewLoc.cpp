@@ -6,7 +6,7 @@
 #include "forms/Forms.h"
 #include "locations/FrmLocation.h"
 #include "locations/Places.h"
-#include "platform/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
 #include "service/ServiceAddresses.h"

@@ -6,11 +6,8 @@
 #include "platform/GStreamerPlayer.h"
 #include "platform/Platform.h"
 #include "platform/PosixFileStore.h"
-#include "platform/QtBrowser.h"
 #include "platform/QtClock.h"
-#include "platform/QtMessageBoxes.h"
-#include "platform/QtProcess.h"
-#include "platform/QtRegionalSettings.h"
+#include "platform/QtDesktop.h"
 #include "platform/QtTrayIcon.h"
 
 /// The production side of every door.

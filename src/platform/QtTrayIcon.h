@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/TrayIcon.h"
+#include "platform/Desktop.h"
 
 #include <QObject>
 #include <QPointer>

@@ -4,9 +4,8 @@
 
 #include "forms/Form.h"
 #include "forms/MainForm.h"
-#include "platform/Browser.h"
+#include "platform/Desktop.h"
 #include "platform/FileStore.h"
-#include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/Process.h"
 #include "service/InternetClass.h"

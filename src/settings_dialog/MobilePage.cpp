@@ -4,7 +4,7 @@
 
 #include "forms/Areas.h"
 #include "forms/Form.h"
-#include "platform/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "settings_dialog/DialogContext.h"
 #include "settings_dialog/MobileSignup.h"

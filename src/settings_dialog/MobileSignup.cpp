@@ -3,7 +3,7 @@
 #include "settings_dialog/MobileSignup.h"
 
 #include "forms/Forms.h"
-#include "platform/MessageBoxes.h"
+#include "platform/Desktop.h"
 #include "platform/Platform.h"
 #include "service/InternetClass.h"
 #include "service/ServiceAddresses.h"

@@ -2,15 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/Browser.h"
 #include "platform/Clock.h"
+#include "platform/Desktop.h"
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
-#include "platform/MessageBoxes.h"
 #include "platform/Platform.h"
 #include "platform/PosixFileStore.h"
 #include "platform/Process.h"
-#include "platform/TrayIcon.h"
 #include "support/ModRegion.h"
 
 #include <QDir>

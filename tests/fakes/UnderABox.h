@@ -3,7 +3,7 @@
 #pragma once
 
 #include "fakes/Desk.h"
-#include "platform/QtMessageBoxes.h"
+#include "platform/QtDesktop.h"
 
 #include <QApplication>
 #include <QMessageBox>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/QtBrowser.h"
+#include "platform/QtDesktop.h"
 
 #include <QDesktopServices>
 #include <QObject>

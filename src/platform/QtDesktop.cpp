@@ -1,18 +1,26 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/QtMessageBoxes.h"
+#include "platform/QtDesktop.h"
 
 #include "platform/BesideBox.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QMessageBox>
 #include <QScreen>
 #include <QShowEvent>
+#include <QStandardPaths>
+#include <QThread>
+#include <QUrl>
 #include <QWindow>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
+
+// One locale is known here: the user's own.
+constexpr std::uint32_t kUserLocale = 0x400;
 
 bool StaysOnTop(const QWidget& window)
 {
@@ -74,6 +82,16 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
 
 } // namespace
 
+void QtBrowser::Open(const QString& url)
+{
+    const QUrl address(url, QUrl::TolerantMode);
+    // What a service sends must not reach the handlers of file:, smb: or any other scheme.
+    if (address.isValid() && !address.host().isEmpty() &&
+        (address.scheme() == u"http" || address.scheme() == u"https")) {
+        QDesktopServices::openUrl(address);
+    }
+}
+
 void QtMessageBoxes::Show(const QString& text, const QString& title)
 {
     Execute(text, title, QMessageBox::Ok);
@@ -82,4 +100,55 @@ void QtMessageBoxes::Show(const QString& text, const QString& title)
 bool QtMessageBoxes::Ask(const QString& text, const QString& title)
 {
     return Execute(text, title, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
+
+void QtProcess::End()
+{
+    // Destructors would unload windows, and that is what a fatal end must not do.
+    std::_Exit(EXIT_FAILURE);
+}
+
+void QtProcess::Sleep(int milliseconds)
+{
+    QThread::msleep(static_cast<unsigned long>(milliseconds));
+}
+
+QString QtProcess::ApplicationFolder() const
+{
+    return QCoreApplication::applicationDirPath();
+}
+
+QString QtProcess::UserDataFolder() const
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QStringLiteral("/dusk-beacon");
+}
+
+std::uint32_t QtRegionalSettings::GetUserDefaultLCID() const
+{
+    return kUserLocale;
+}
+
+int QtRegionalSettings::GetLocaleInfo(std::uint32_t lcid, std::uint32_t lctype, QChar* buffer,
+                                      int length) const
+{
+    if (lcid != kUserLocale || lctype != LOCALE_SDECIMAL) {
+        return 0;
+    }
+    const QString sign = UserLocale().decimalPoint();
+    const int needed = static_cast<int>(sign.size()) + 1;
+    if (length == 0) {
+        return needed;
+    }
+    if (length < needed) {
+        return 0;
+    }
+    std::copy(sign.begin(), sign.end(), buffer);
+    buffer[sign.size()] = QChar();
+    return needed;
+}
+
+QLocale QtRegionalSettings::UserLocale() const
+{
+    return QLocale::system();
 }
