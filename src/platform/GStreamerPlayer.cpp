@@ -4,11 +4,59 @@
 
 #include "platform/Playback.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
 #include <algorithm>
 #include <utility>
 
+namespace {
+
+constexpr int kVolumeOfANewInstallation = 50;
+constexpr qint64 kLongestVolumeFile = 16;
+
+// dusk-beacon/volume in XDG_STATE_HOME, or in ~/.local/state where that is unset or relative.
+// Source: XDG Base Directory Specification 0.8.
+QString VolumeFile()
+{
+    const QString named = qEnvironmentVariable("XDG_STATE_HOME");
+    const QString folder =
+        QDir::isAbsolutePath(named) ? named : QDir::homePath() + QStringLiteral("/.local/state");
+    return folder + QStringLiteral("/dusk-beacon/volume");
+}
+
+// 0 to 100
+int ReadVolume(const QString& path)
+{
+    QFile file(path);
+    // Opening a pipe would block.
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > kLongestVolumeFile) {
+        return kVolumeOfANewInstallation;
+    }
+    bool isNumber = false;
+    const int volume = file.readAll().trimmed().toInt(&isNumber);
+    return isNumber && volume >= 0 && volume <= 100 ? volume : kVolumeOfANewInstallation;
+}
+
+// After a crash the old or the new volume is there. A volume that can't be written is forgotten, nothing
+// more.
+void WriteVolume(const QString& path, int volume)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(QByteArray::number(volume) + '\n');
+        file.commit();
+    }
+}
+
+} // namespace
+
 GStreamerPlayer::GStreamerPlayer()
-    : m_volume(m_volumeFile.Read())
+    : m_volumeFile(VolumeFile())
+    , m_volume(ReadVolume(m_volumeFile))
 {
 }
 
@@ -54,7 +102,7 @@ void GStreamerPlayer::SetVolume(int volume)
         return;
     }
     m_volume = limited;
-    m_volumeFile.Write(m_volume);
+    WriteVolume(m_volumeFile, m_volume);
     if (m_playback) {
         m_playback->SetVolume(m_volume);
     }

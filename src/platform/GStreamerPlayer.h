@@ -3,7 +3,6 @@
 #pragma once
 
 #include "platform/MediaPlayer.h"
-#include "platform/VolumeFile.h"
 
 #include <QObject>
 
@@ -33,7 +32,7 @@ public:
 private:
     void ReportStopped(quint64 playNumber);
 
-    VolumeFile m_volumeFile;
+    QString m_volumeFile;
     int m_volume;
     /// Tells a report of the sound that plays from a late one of a sound that has been replaced.
     quint64 m_playNumber = 0;
