@@ -110,9 +110,7 @@ void Playback::Start(const QString& path, int volume, std::shared_ptr<Playback> 
         }).detach();
     } catch (const std::system_error&) {
         // No thread is to be had, so there is no sound, as with a file that can't be played.
-        const std::lock_guard lock(m_mutex);
-        m_isDone = true;
-        m_done.notify_all();
+        ReportDone();
     }
 }
 
@@ -122,6 +120,11 @@ void Playback::Run(const QString& path)
     if (!path.isEmpty() && CanHoldSound(file)) {
         PlayFile(QFile::encodeName(file.absoluteFilePath()));
     }
+    ReportDone();
+}
+
+void Playback::ReportDone()
+{
     const std::lock_guard lock(m_mutex);
     m_isDone = true;
     m_done.notify_all();
@@ -136,40 +139,32 @@ void Playback::PlayFile(const QByteArray& path)
     if (!pipeline) {
         return;
     }
-    {
-        const std::lock_guard lock(m_mutex);
-        m_pipeline = &pipeline;
-    }
-    int volume = -1;
+    UsePipeline(&pipeline);
     bool isPlaying = false;
-    bool hasEnded = false;
-    for (;;) {
-        int wanted = 0;
-        {
-            const std::lock_guard lock(m_mutex);
-            if (m_ending || hasEnded) {
-                m_pipeline = nullptr;
-                break;
-            }
-            wanted = m_volume;
-        }
-        if (wanted != volume) {
-            volume = wanted;
-            pipeline.SetVolume(volume);
-        }
-        if (!isPlaying) {
-            isPlaying = true;
-            if (!pipeline.Play()) {
-                hasEnded = true;
-                continue;
-            }
-        }
-        const GstMessageType message = pipeline.WaitForMessage();
-        hasEnded = message != GST_MESSAGE_APPLICATION;
+    while (const std::optional<int> volume = WantedVolume()) {
+        pipeline.SetVolume(*volume);
+        isPlaying = isPlaying || pipeline.Play();
+        const GstMessageType message = isPlaying ? pipeline.WaitForMessage() : GST_MESSAGE_ERROR;
         if (message == GST_MESSAGE_EOS) {
             ReportEnd();
         }
+        if (message != GST_MESSAGE_APPLICATION) {
+            break;
+        }
     }
+    UsePipeline(nullptr);
+}
+
+void Playback::UsePipeline(Pipeline* pipeline)
+{
+    const std::lock_guard lock(m_mutex);
+    m_pipeline = pipeline;
+}
+
+std::optional<int> Playback::WantedVolume()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_ending ? std::nullopt : std::optional(m_volume);
 }
 
 void Playback::ReportEnd()

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 
 class QObject;
 
@@ -39,7 +40,11 @@ private:
 
     void Run(const QString& path);
     void PlayFile(const QByteArray& path);
+    void UsePipeline(Pipeline* pipeline);
+    /// Empty once the sound is to end.
+    [[nodiscard]] std::optional<int> WantedVolume();
     void ReportEnd();
+    void ReportDone();
     void Wake();
 
     std::mutex m_mutex;
