@@ -13,13 +13,13 @@ namespace {
 
 using Cost = std::tuple<int, int, int>;
 
-// The toolkit doesn't block what is in front of the modal window, by the chain of transient parents.
+// Qt does not block a window whose chain of transient parents contains the modal window.
 void PutInFrontOfModalWindow(QWidget& window)
 {
     QWidget* const modal = QApplication::activeModalWidget();
     window.windowHandle()->setTransientParent(modal == nullptr ? nullptr : modal->windowHandle());
     if (modal != nullptr) {
-        // It may have been open over another one, which is then the modal window again.
+        // A second modal window may lie below this one; it is then the modal window again.
         QObject::connect(modal, &QObject::destroyed, &window, [&window] { PutInFrontOfModalWindow(window); });
     }
 }
@@ -29,8 +29,7 @@ int Area(const QRect& rectangle)
     return rectangle.isEmpty() ? 0 : rectangle.width() * rectangle.height();
 }
 
-// In the order of their weight: the area of buttons where another window is, the area that two windows share,
-// and the distance.
+// In descending weight: the covered area of buttons, the overlap of the windows, the squared distance.
 Cost CostOf(const WindowOutline& window, const QPoint& place, const std::vector<WindowOutline>& others)
 {
     const QPoint offset = place - window.frame.topLeft();
@@ -45,7 +44,7 @@ Cost CostOf(const WindowOutline& window, const QPoint& place, const std::vector<
     return {buttonArea, frameArea, QPoint::dotProduct(offset, offset)};
 }
 
-// The top left corner of a window of that size, inside the area.
+// The place nearest to @p place at which a window of that size lies inside the area.
 QPoint Inside(const QPoint& place, const QSize& size, const QRect& area)
 {
     const auto inside = [](int coordinate, int length, int first, int areaLength) {
@@ -70,8 +69,8 @@ QRect ButtonsOf(const QWidget& window)
 
 void UnblockWindow(QWidget& window)
 {
-    // Not at once: a window that is just being shown would be handed to the window manager as the box's own,
-    // which the manager hides and activates with it.
+    // Queued: a window that is just being shown would be announced to the window manager as a child of the
+    // box, and the manager hides and activates children with their parent.
     QMetaObject::invokeMethod(
         &window, [&window] { PutInFrontOfModalWindow(window); }, Qt::QueuedConnection);
 }
@@ -79,7 +78,7 @@ void UnblockWindow(QWidget& window)
 QPoint ClearPlace(const WindowOutline& window, const std::vector<WindowOutline>& others, const QRect& area)
 {
     const QRect& frame = window.frame;
-    // Where it would be, and beside another window.
+    // Candidates: the wanted place, and the places beside each other window.
     std::vector<int> columns{frame.left()};
     std::vector<int> rows{frame.top()};
     for (const WindowOutline& other : others) {
@@ -104,18 +103,17 @@ void MoveClear(QWidget& window, const QRect& around, const std::vector<const QWi
     QMargins margins;
     std::vector<WindowOutline> outlines;
     for (const QWidget* const other : others) {
-        // Of the window and not of the widget, which goes on with the frame that it found while the window
-        // manager was still at work.
+        // From the QWindow: the widget keeps the frame that it read before the window manager had finished.
         outlines.push_back({other->windowHandle()->frameGeometry(),
                             ButtonsOf(*other).translated(other->mapToGlobal(QPoint()))});
-        // A window has its frame once it is shown. Until then that of its neighbour is a good guess.
+        // A window has no frame before it is shown; use that of another window as an estimate.
         margins = other->windowHandle()->frameMargins();
     }
     WindowOutline outline{QRect(QPoint(), window.size()).marginsAdded(margins), ButtonsOf(window)};
     const QPoint offset = around.center() - outline.frame.center();
     outline.frame.translate(offset);
     outline.buttons.translate(offset);
-    // Without the frame: whether move() takes it along depends on the stage that the window is in.
+    // Set the client area: whether move() counts the frame depends on the state of the window.
     const QPoint inside(margins.left(), margins.top());
     window.setGeometry(QRect(ClearPlace(outline, outlines, area) + inside, window.size()));
 }

@@ -8,33 +8,32 @@
 
 class QWidget;
 
-// A message box is modal: it blocks every window of the program. These functions are for the windows that
-// stay usable beside it, the popup and the tray icon.
+// A message box is modal: it blocks all windows of the program. These functions serve the windows that stay
+// usable beside it: the popup and the tray icon.
 
-/// To be called when a modal window has blocked @p window, which an event of type QEvent::WindowBlocked
-/// tells. From the next turn of the event loop on @p window takes input again.
+/// Call it when @p window receives QEvent::WindowBlocked. The window takes input again from the next turn of
+/// the event loop on.
 void UnblockWindow(QWidget& window);
 
-/// A window on the screen, in the screen's coordinates.
+/// A window in screen coordinates.
 struct WindowOutline
 {
-    /// With its title bar.
+    /// Includes the title bar.
     QRect frame;
     /// The smallest rectangle around all its buttons.
     QRect buttons;
 };
 
-/// The top left corner at which @p window, a window that would stand at its @c frame, comes closest to that
-/// place and stands clear of @p others.
-/// Without room for that as little as possible of the buttons of one lies where the other one does.
-/// @param area the window stays inside; one that is larger begins at the top left corner of it
+/// The top left corner nearest to that of @p window at which the window overlaps none of @p others. If there
+/// is no such place, the covered area of buttons is the smallest possible.
+/// @param area the limits of the window; a window that is larger than the area starts at its top left corner
 [[nodiscard]] QPoint ClearPlace(const WindowOutline& window, const std::vector<WindowOutline>& others,
                                 const QRect& area);
 
-/// Moves @p window, which has its size and is about to be shown, to the middle of @p around, or as near to it
-/// as it stands clear of @p others, windows on the screen.
+/// Moves @p window to the centre of @p around, or to the nearest place where it overlaps none of @p others.
+/// Call it just before @p window is shown, when its size is final; @p others are shown.
 void MoveClear(QWidget& window, const QRect& around, const std::vector<const QWidget*>& others,
                const QRect& area);
 
-/// The windows of the program on the screen that satisfy @p condition.
+/// The shown, not minimised windows of the program that satisfy @p condition.
 [[nodiscard]] std::vector<const QWidget*> ShownWindows(bool (*condition)(const QWidget&));

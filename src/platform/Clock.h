@@ -7,7 +7,7 @@
 #include <functional>
 #include <memory>
 
-/// The one clock of the program. Nothing else reads the time.
+/// The only clock of the program: no other code reads the time.
 class Clock
 {
 public:
@@ -20,8 +20,8 @@ public:
     [[nodiscard]] virtual QDateTime Now() const = 0;
 };
 
-/// A timer that calls its handler again and again while it is enabled. Handlers run on the user-interface
-/// thread, never inside SetEnabled, and must not let an exception out.
+/// Calls its handler periodically while it is enabled. Handlers run on the user-interface thread, never
+/// inside SetEnabled, and must not throw.
 class Timer
 {
 public:
@@ -31,9 +31,9 @@ public:
     virtual ~Timer() = default;
 
     void SetHandler(std::function<void()> handler) { m_handler = std::move(handler); }
-    /// @param milliseconds time between two calls, from 1
+    /// @param milliseconds time between two calls, at least 1
     virtual void SetInterval(int milliseconds) = 0;
-    /// Enabling a timer that is enabled already changes nothing.
+    /// Enabling an enabled timer does not restart it.
     virtual void SetEnabled(bool enabled) = 0;
     [[nodiscard]] virtual bool IsEnabled() const = 0;
 
@@ -57,10 +57,10 @@ public:
     Timers& operator=(const Timers&) = delete;
     virtual ~Timers() = default;
 
-    /// A plain timer; disabled, 1000 ms.
+    /// A disabled timer with an interval of 1000 ms.
     [[nodiscard]] virtual std::unique_ptr<Timer> CreateTimer() = 0;
-    /// A timer that fires once in each second of the wall clock, just after the second begins, also when the
-    /// clock is set; its interval is fixed. Only seconds that pass while the event loop is blocked are left
-    /// out.
+    /// A disabled timer that fires once in each second of the wall clock, just after the second begins, also
+    /// after the clock has been set. SetInterval has no effect. Seconds that pass while the event loop is
+    /// blocked are skipped.
     [[nodiscard]] virtual std::unique_ptr<Timer> CreateSecondTicker() = 0;
 };

@@ -44,7 +44,7 @@ Http::Reply CurlHttp::Fetch(const QString& url, const HttpLimits& limits)
         loop.quit();
     });
     loop.exec();
-    // The loop also ends when the whole program is told to; nobody waits for the reply then.
+    // The end of the program also ends the loop; the reply is not needed then.
     if (m_handlers.erase(number) > 0) {
         m_thread->Cancel(number);
     }
@@ -84,8 +84,8 @@ void CurlHttp::StartWaiting()
             continue;
         }
         ++m_inBackground;
-        // For the number that Start gives next. Ends with the request: a context that lives long would gather
-        // one for each.
+        // The number is the one that Start assigns next. Disconnected at the end of the request, or a
+        // long-lived context would collect connections.
         const auto watch = QObject::connect(next.context, &QObject::destroyed, &m_receiver,
                                             [this, number = m_lastNumber + 1] { m_thread->Cancel(number); });
         Start(next.url, next.limits,

@@ -13,26 +13,26 @@
 
 class CurlThread;
 
-/// HTTP over libcurl. Connections are kept for two minutes and used again; one that is dead by then is
-/// replaced once by a fresh one, unless a line of the reply has come on it. A connection whose server
-/// acknowledges nothing for 3 seconds counts as dead, so that a slow server may get a request twice.
-/// Redirects are followed, 10 at most and never from https to http, and each closes the connection it came
-/// on; certificates are checked. A proxy is the one that the environment names, as everywhere on this
-/// platform, but never for this computer itself. A "#" belongs to the query and goes out as it stands.
+/// HTTP over libcurl. Connections are kept open for two minutes and reused. If a kept connection fails before
+/// the first line of the reply, the request is sent once more on a fresh connection. A connection without an
+/// acknowledgement for 3 seconds has failed, so that a slow server may receive a request twice.
+/// At most 10 redirects are followed, never from https to http; each closes its connection. Certificates are
+/// checked. The environment names the proxy, which is never used for this computer itself. A "#" is part of
+/// the query and is sent unchanged.
 class CurlHttp final : public Http
 {
 public:
-    /// @param certificates file of the authorities to trust; empty for the system's
+    /// @param certificates file of trusted certificates; empty for the system's
     explicit CurlHttp(QByteArray certificates = {});
-    /// Ends what is under way, a Notify among it, at once.
+    /// Cancels all requests at once, those of Notify too.
     ~CurlHttp() override;
 
     [[nodiscard]] bool Reach(const QString& url) override;
-    /// Fails at once when the event loop is told to end.
+    /// Fails at once when the program ends.
     [[nodiscard]] Reply Fetch(const QString& url, const HttpLimits& limits) override;
-    /// Returns at once when the event loop is told to end.
+    /// Returns at once when the program ends.
     void Notify(const QString& url, const HttpLimits& limits) override;
-    /// Four at a time; the others wait their turn.
+    /// Four requests run at a time; the others are queued.
     void FetchInBackground(const QString& url, const HttpLimits& limits, QObject* context,
                            std::function<void(Reply)> done) override;
 
@@ -46,18 +46,18 @@ private:
         std::function<void(Reply)> done;
     };
 
-    /// Begins a request, and answers its number. The handler is called once, from the event loop.
+    /// Starts a request and returns its number. The handler is called once, from the event loop.
     int Start(const QString& url, const HttpLimits& limits, Handler handler);
     void StartWaiting();
     void Deliver(int number, const Reply& reply);
 
     QByteArray m_certificates;
-    /// Of the requests whose end somebody waits for, by their numbers.
+    /// The handlers of the running requests by their numbers.
     std::map<int, Handler> m_handlers;
     int m_lastNumber = 0;
     std::deque<Waiting> m_waiting;
     int m_inBackground = 0;
-    /// Takes the calls from the thread, which ends before it.
+    /// Receives the calls of the thread; declared first, since the thread must end first.
     QObject m_receiver;
     std::unique_ptr<CurlThread> m_thread;
 };

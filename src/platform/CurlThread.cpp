@@ -14,11 +14,10 @@ namespace {
 
 CURLM* NewHandle()
 {
-    // TLS writes to a connection that the server has closed, at the latest when it is closed here too. That
-    // is an error of the write and must not end the program; libcurl leaves the signal alone
-    // (CURLOPT_NOSIGNAL).
+    // TLS writes to connections that the server has closed, at the latest when it closes them here. SIGPIPE
+    // would end the program, and libcurl does not block it (CURLOPT_NOSIGNAL).
     std::signal(SIGPIPE, SIG_IGN);
-    // Not undone at the end: the look-up of a name that was given up may still be running then.
+    // Without curl_global_cleanup: an abandoned name look-up may still run at the end.
     curl_global_init(CURL_GLOBAL_DEFAULT);
     return curl_multi_init();
 }
@@ -76,7 +75,7 @@ bool CurlThread::HasThread()
             m_thread = std::thread([this] { Run(); });
         }
     } catch (const std::system_error&) {
-        // The next request tries again.
+        // The next request tries to start it again.
         return false;
     }
     return true;
@@ -98,10 +97,10 @@ void CurlThread::Run()
             }
         }
         if (result == CURLM_OK) {
-            // Cut short by libcurl's limits and by orders; an idle thread sleeps on.
+            // Returns early for libcurl's time-outs and for curl_multi_wakeup.
             result = curl_multi_poll(m_multi.get(), nullptr, 0, std::numeric_limits<int>::max(), nullptr);
         }
-        // Out of memory, mostly. The transfers would not go on, and libcurl's limits not end them.
+        // Out of memory, usually. The transfers would neither continue nor reach libcurl's time-outs.
         while (result != CURLM_OK && !m_running.empty()) {
             m_done(Remove(m_running.begin()).number, std::nullopt);
         }

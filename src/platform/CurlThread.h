@@ -14,12 +14,12 @@
 
 class CurlTransfer;
 
-/// The one thread on which all transfers run side by side. A connection whose reply is whole is kept, and the
-/// next request to that server goes out on it.
+/// The one thread that runs all transfers concurrently. A connection with a complete reply is kept and reused
+/// for the next request to that server.
 class CurlThread final
 {
 public:
-    /// @param done called once for each transfer that ends before the destruction, with its number; on that
+    /// @param done called once for each transfer that ends before the destruction, with its number; on the
     /// thread or inside Start
     explicit CurlThread(std::function<void(int number, const Http::Reply& reply)> done);
     /// Ends all transfers and closes the connections, at once.
@@ -27,9 +27,9 @@ public:
     CurlThread(const CurlThread&) = delete;
     CurlThread& operator=(const CurlThread&) = delete;
 
-    /// A transfer for which there is no thread or no memory fails.
+    /// The transfer fails if there is no thread or no memory for it.
     void Start(int number, std::unique_ptr<CurlTransfer> transfer);
-    /// Lets the transfer of that number fail, if it still runs.
+    /// Ends the transfer of that number as a failure if it is still running.
     void Cancel(int number);
 
 private:
@@ -47,19 +47,20 @@ private:
     [[nodiscard]] bool HasThread();
     void Wake();
     void Run();
-    /// False once the thread is to end.
+    /// False when the thread must end.
     [[nodiscard]] bool TakeOrders();
     void Begin(Numbered next);
     void Finish(CURL* easy, bool isWhole);
     [[nodiscard]] Numbered Remove(std::vector<Numbered>::iterator running);
 
     std::function<void(int, const Http::Reply&)> m_done;
-    /// Of the thread alone; once that has ended, of the multi handle, which closes the sockets.
+    /// Used by the thread only and, after its end, by the destruction of the multi handle, which closes the
+    /// sockets.
     KeptSockets m_kept;
     std::unique_ptr<CURLM, decltype(&curl_multi_cleanup)> m_multi;
     std::mutex m_mutex;
     Orders m_orders;
-    /// Of the thread alone.
+    /// Used by the thread only.
     std::vector<Numbered> m_running;
     std::thread m_thread;
 };

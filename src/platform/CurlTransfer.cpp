@@ -27,7 +27,7 @@ QByteArray Escaped(const QByteArray& bytes)
     return wire;
 }
 
-// A part of the address that @p url and a redirect from there make; empty if they make none.
+// A part of @p url, or of the target of @p redirect relative to it; empty if that is no valid URL.
 QByteArray UrlPart(const QByteArray& url, CURLUPart part, const QByteArray& redirect = QByteArray())
 {
     const UrlHandle handle(curl_url(), &curl_url_cleanup);
@@ -57,9 +57,8 @@ bool IsLoopback(const QByteArray& host)
            host == "[::1]";
 }
 
-// Just before a request is sent. libcurl sends it again by itself where a kept connection dies before the
-// first line of the reply, and never otherwise; with this it does so on a fresh connection and not on another
-// kept one, hence only once.
+// Called just before a request is sent. libcurl sends a request again only if a kept connection fails before
+// the first line of the reply; this makes it use a fresh connection and no other kept one, hence once.
 int OnRequest(void* easy, char* /*remoteIp*/, char* /*localIp*/, int /*remotePort*/, int /*localPort*/)
 {
     curl_easy_setopt(easy, CURLOPT_FRESH_CONNECT, 1L);
@@ -99,9 +98,9 @@ bool CurlTransfer::Prepare()
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "DuskBeacon/1.0.5");
     curl_easy_setopt(easy, CURLOPT_ACCEPT_ENCODING, "gzip, deflate");
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
-    // What a proxy says of the way to a server is no answer of the server.
+    // The reply of a proxy to CONNECT is no reply of the server.
     curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-    // A look-up of a name can't be interrupted; given up, it ends by itself and holds up nobody.
+    // A name look-up cannot be interrupted: do not wait for its thread.
     curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
     curl_easy_setopt(easy, CURLOPT_PREREQFUNCTION, &OnRequest);
     curl_easy_setopt(easy, CURLOPT_PREREQDATA, easy);
@@ -122,7 +121,7 @@ bool CurlTransfer::Reach()
         return false;
     }
     CURL* const easy = m_easy.get();
-    // A cache on the way would answer although the world can't be reached.
+    // A cache would answer even if the server can't be reached.
     const HeaderList headers(curl_slist_append(nullptr, "Cache-Control: no-cache"), &curl_slist_free_all);
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers.get());
     curl_easy_perform(easy);
@@ -144,7 +143,7 @@ void CurlTransfer::SetTarget()
     CURL* const easy = m_easy.get();
     const QByteArray host = UrlPart(m_url, CURLUPART_HOST);
     if (IsLoopback(host)) {
-        // What the environment says of proxies is not meant for this computer itself.
+        // The proxy of the environment does not apply to this computer.
         curl_easy_setopt(easy, CURLOPT_PROXY, "");
     }
     curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
@@ -153,7 +152,7 @@ void CurlTransfer::SetTarget()
         curl_easy_setopt(easy, CURLOPT_URL, m_url.constData());
         return;
     }
-    // A "#" in what a user typed is a part of the value and no fragment; a proxy would cut it off.
+    // A "#" in a typed value is part of the value and no fragment; a proxy without a tunnel would cut it off.
     const QByteArray address = m_url.left(mark);
     qsizetype path = address.indexOf("://") + 3;
     while (path < mark && m_url[path] != '/' && m_url[path] != '?') {
@@ -166,14 +165,14 @@ void CurlTransfer::SetTarget()
                      (target.startsWith('/') ? target : '/' + target).constData());
 }
 
-// By hand: libcurl would wait for the body of a redirect of any size, follow a way that leads from
-// http over https back to http, and send a request target of ours to each server on it.
+// Not by CURLOPT_FOLLOWLOCATION: libcurl would read the body of a redirect whatever its size, follow
+// redirects from http over https back to http, and send our request target to each server.
 bool CurlTransfer::FollowRedirect()
 {
     if (!m_isRedirect || ++m_redirects > kMostRedirects) {
         return false;
     }
-    // A fragment of a redirect is the browser's business, unlike a "#" of ours.
+    // The fragment of a redirect is not sent, unlike a "#" in a URL of the program.
     const QByteArray target =
         WithoutFragment(UrlPart(WithoutFragment(m_url), CURLUPART_URL, Escaped(m_location)));
     const QByteArray scheme = UrlPart(target, CURLUPART_SCHEME);

@@ -10,31 +10,31 @@
 
 #include <memory>
 
-/// A URL as it goes over the wire: white space, control and non-ASCII characters escaped (as UTF-8), every
-/// other byte as it stands.
+/// A URL as it is sent: white space, control characters and non-ASCII characters (as UTF-8) are escaped, all
+/// other bytes are unchanged.
 [[nodiscard]] QByteArray WireUrl(const QString& url);
 
-/// One GET over libcurl, one request for each redirect on its way. Made once, run once.
+/// One GET over libcurl, with one more request for each redirect. Can be run once.
 class CurlTransfer final
 {
 public:
-    /// @param certificates file of the authorities to trust; empty for the system's
+    /// @param certificates file of trusted certificates; empty for the system's
     CurlTransfer(const QString& url, const HttpLimits& limits, const QByteArray& certificates);
     CurlTransfer(const CurlTransfer&) = delete;
     CurlTransfer& operator=(const CurlTransfer&) = delete;
 
-    /// Sets the handle up for the next request; false if there is no memory or no time left for one. The time
-    /// of the whole transfer runs from the first call.
+    /// Sets the handle up for the next request; false if there is no memory or no time left. The time of the
+    /// whole transfer starts with the first call.
     [[nodiscard]] bool Prepare();
-    /// nullptr if there was no memory for one.
+    /// nullptr if there was no memory for it.
     [[nodiscard]] CURL* Handle() const { return m_easy.get(); }
-    /// After a request: true if its reply is a redirect that may be followed; Prepare is next then.
+    /// After a request: true if its reply is a redirect to follow; call Prepare next.
     [[nodiscard]] bool FollowRedirect();
-    /// What came in reply to the last request.
+    /// The reply to the last request.
     [[nodiscard]] const QByteArray& Body() const { return m_body; }
 
-    /// In place of all these: one request on a connection of its own, past every cache. Blocks until the
-    /// first line of an HTTP reply is there, or the request has failed.
+    /// Instead of all of the above: one request on a separate connection that no cache may answer. Blocks
+    /// until the first line of an HTTP reply has arrived or the request has failed.
     [[nodiscard]] bool Reach();
 
 private:

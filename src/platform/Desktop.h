@@ -16,12 +16,12 @@ public:
     Browser& operator=(const Browser&) = delete;
     virtual ~Browser() = default;
 
-    /// Opens http and https addresses only; anything else is an open that failed. Nothing reports a failure.
+    /// Opens http and https addresses; any other fails. Failures are not reported.
     virtual void Open(const QString& url) = 0;
 };
 
-/// Modal message boxes, which block all windows but the popup and the tray icon; the texts are plain.
-/// A box that the end of the program closes has no answer: the call does not return.
+/// Modal message boxes with plain text, which block all windows except the popup and the tray icon.
+/// If the program ends while a box is open, the call does not return, since there is no answer.
 class MessageBoxes
 {
 public:
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] virtual bool Ask(const QString& text, const QString& title = kDefaultTitle) = 0;
 };
 
-/// The entry in the notification area. Nothing reports a failure: without a notification area there is no
+/// The icon in the notification area. Failures are not reported: without a notification area there is no
 /// icon.
 class TrayIcon
 {
@@ -48,9 +48,9 @@ public:
     TrayIcon& operator=(const TrayIcon&) = delete;
     virtual ~TrayIcon() = default;
 
-    /// @param menu opens when the right mouse button is released over the icon; must outlive the icon
+    /// @param menu opens on release of the right mouse button over the icon; must outlive the icon
     virtual void Add(const QIcon& icon, const QString& tip, QMenu& menu) = 0;
-    /// Harmless when there is no icon.
+    /// Without an icon it has no effect.
     virtual void Remove() = 0;
     /// True while a notification area shows the icon.
     [[nodiscard]] virtual bool IsShown() const = 0;

@@ -7,8 +7,8 @@
 
 #include <optional>
 
-/// Files by name. Relative names are taken against the working directory. Read and Replace take another
-/// spelling in case where the exact one is not there, on every file system.
+/// Files by name. Relative names start at the working directory. If there is no file of the exact name, Read
+/// and Replace use one whose name differs only in case, on every file system.
 class FileStore
 {
 public:
@@ -17,13 +17,14 @@ public:
     FileStore& operator=(const FileStore&) = delete;
     virtual ~FileStore() = default;
 
-    /// The whole content of a regular file; nothing if it can't be read or holds more than @p limit bytes.
+    /// The whole content of a regular file; std::nullopt if it can't be read or is longer than @p limit
+    /// bytes.
     [[nodiscard]] virtual std::optional<QByteArray> Read(const QString& path, qint64 limit) const = 0;
-    /// Replaces the content so that after a crash at any instant the old or the new content is there, whole.
-    /// Owner, mode and symbolic links on the way survive. False if the file can't be written; it is then as
-    /// before. In a folder that takes no new file, or gives it another owner, the old one is overwritten: an
-    /// error is taken back there too, a crash in the middle is not.
+    /// Replaces the content atomically: after a crash the file holds all of the old or all of the new
+    /// content. Owner, mode and symbolic links are kept. False if the file can't be written; it is then
+    /// unchanged. If the folder accepts no new file, or the new file can't be given the old one's owner and
+    /// mode, the old file is overwritten: after an error its content is restored, after a crash it is not.
     virtual bool Replace(const QString& path, const QByteArray& content) = 0;
-    /// Overwrites the file of exactly this name, or creates it. For content that may be lost.
+    /// Overwrites or creates the file of exactly this name, not atomically.
     virtual bool Write(const QString& path, const QByteArray& content) = 0;
 };

@@ -10,9 +10,9 @@
 
 class Playback;
 
-/// Playback by GStreamer's playbin; plays what its plugins can read from a regular file. A thread of its own
-/// for each sound does everything that a file system or a sound server can hold up, so that no call for a
-/// sound waits and one that hangs stands in nobody's way.
+/// Playback by GStreamer's playbin: regular files in the formats of the installed plugins. Each sound has its
+/// own thread for all calls that a file system or a sound server can block, so that no call here waits and a
+/// sound that hangs does not delay the next one.
 class GStreamerPlayer final : public MediaPlayer
 {
 public:
@@ -25,8 +25,8 @@ public:
     void Stop() override;
     void ClearPlaylist() override;
     [[nodiscard]] int Volume() const override { return m_volume; }
-    /// Linear in amplitude. Values outside 0 to 100 are brought to the nearer limit. Waits until the disk has
-    /// a new one: put off, it would be lost where the session ends the program at once.
+    /// Linear in amplitude. Values outside 0 to 100 become the nearest limit. A new value is on the disk when
+    /// the call returns: a delayed write would be lost if the session ends the program.
     void SetVolume(int volume) override;
 
 private:
@@ -34,9 +34,9 @@ private:
 
     QString m_volumeFile;
     int m_volume;
-    /// Tells a report of the sound that plays from a late one of a sound that has been replaced.
+    /// Identifies the current sound, so that late reports of replaced ones are ignored.
     quint64 m_playNumber = 0;
     std::shared_ptr<Playback> m_playback;
-    /// Reports to the user-interface thread go through it; none arrives once it is gone.
+    /// Context of the reports to the user-interface thread: its destruction discards them.
     QObject m_receiver;
 };

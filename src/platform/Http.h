@@ -10,33 +10,32 @@
 
 class QObject;
 
-/// Limits of one request, its redirects included; one that passes any of them is a failure.
+/// Limits of one request and its redirects; the request fails when it exceeds one of them.
 struct HttpLimits
 {
     qint64 bytes = 8LL * 1024 * 1024;
-    /// Time without a byte of the body, by libcurl's average over some seconds: up to six more if bytes came
-    /// before.
+    /// Time without a byte of the body. libcurl averages over some seconds: up to six seconds more after
+    /// bytes have arrived.
     int silenceSeconds = 10;
     int totalMilliseconds = 30'000;
-    /// From the look-up of the name to a connection that can be used, TLS included.
+    /// Includes the name look-up and the TLS handshake.
     int connectMilliseconds = 5'000;
 
     bool operator==(const HttpLimits&) const = default;
 };
 
-/// Of a request whose reply is not read: it has the whole time to reach the service.
+/// For requests without a reply to read: all of the time may pass before the service is reached.
 inline constexpr HttpLimits kNotifyLimits{
     .silenceSeconds = 30, .totalMilliseconds = 30'000, .connectMilliseconds = 30'000};
 
-/// HTTP GET over http and https. A URL is sent as it stands; only what HTTP cannot carry (white space,
-/// control and non-ASCII characters, as UTF-8) is escaped on the wire. No cache, no cookies; no status is
-/// inspected.
+/// HTTP GET over http and https. White space, control characters and non-ASCII characters (as UTF-8) of a URL
+/// are escaped, the rest is sent unchanged. No cache, no cookies; the status is not inspected.
 class Http
 {
 public:
     using Reply = std::optional<QByteArray>;
 
-    /// The longest that Reach blocks.
+    /// The longest time that Reach blocks.
     static constexpr int kLongestReachMilliseconds = 3000;
 
     Http() = default;
@@ -47,13 +46,13 @@ public:
     /// One uncached request; true if a server answered. Blocks for at most kLongestReachMilliseconds and
     /// serves no events.
     [[nodiscard]] virtual bool Reach(const QString& url) = 0;
-    /// The whole reply, or nothing after a failure. Events are served while it waits.
+    /// The whole reply, or std::nullopt after a failure. Serves events while it waits.
     [[nodiscard]] virtual Reply Fetch(const QString& url, const HttpLimits& limits) = 0;
-    /// A request whose reply is not read. Serves events until the reply is there or the request has failed,
-    /// for at most 3 seconds; after those the request goes on by itself, within its limits, until the program
-    /// ends. It returns later if an event opens a message box or another wait, which has to end first.
+    /// A request whose reply is not read. Serves events until the reply has arrived or the request has
+    /// failed, for at most 3 seconds; after them the request continues within its limits, at most to the end
+    /// of the program. Returns later if an event opens a message box or another wait, which must end first.
     virtual void Notify(const QString& url, const HttpLimits& limits) = 0;
-    /// Calls @p done once on the user-interface thread, unless @p context is gone by then.
+    /// Calls @p done once, on the user-interface thread, unless @p context has been destroyed.
     virtual void FetchInBackground(const QString& url, const HttpLimits& limits, QObject* context,
                                    std::function<void(Reply)> done) = 0;
 };

@@ -9,9 +9,9 @@
 
 namespace {
 
-// Packets of a kept connection can vanish without a word, after a suspend or a change of the network. Where
-// data sent on it is not acknowledged in this time it counts as dead, and libcurl sends the request again on
-// a fresh one. A live link that takes longer counts as dead too: the server may then get the request twice.
+// Packets of a kept connection can be lost without an error after a suspend or a change of the network. If
+// sent data is not acknowledged in this time, the connection fails and libcurl sends the request again on a
+// fresh one. A slower link fails too: the server may then receive the request twice.
 void LimitAcknowledgement(curl_socket_t socket)
 {
     constexpr unsigned int kMilliseconds = 3000;
@@ -36,8 +36,8 @@ void KeptSockets::Keep(CURL* easy)
     }
 }
 
-// libcurl would read the bytes as the reply to the next request. It replaces a connection that has ended, but
-// only if there is nothing left to read.
+// libcurl would read the bytes as the reply to the next request. It replaces a closed connection only if
+// there is nothing left to read.
 void KeptSockets::EndUnclean() const
 {
     for (const curl_socket_t socket : m_sockets) {

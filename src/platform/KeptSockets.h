@@ -6,8 +6,8 @@
 
 #include <set>
 
-/// The sockets of the connections that libcurl keeps. Outlives the multi handle, which closes them; used by
-/// one thread at a time.
+/// The sockets of the connections that libcurl keeps open. Must outlive the multi handle, which closes them;
+/// used by one thread at a time.
 class KeptSockets final
 {
 public:
@@ -15,13 +15,12 @@ public:
     KeptSockets(const KeptSockets&) = delete;
     KeptSockets& operator=(const KeptSockets&) = delete;
 
-    /// Before each request: sets the handle up so that a socket which it opens is forgotten when it is
-    /// closed.
+    /// Before each request: sets the handle up so that its sockets leave this set when they are closed.
     void Watch(CURL* easy);
-    /// After each request, while the handle is still added: remembers its socket if the connection is kept.
-    /// Data sent on it that is not acknowledged within 3 seconds ends the connection.
+    /// After each request, before the handle is removed from the multi handle: adds its socket if the
+    /// connection is kept. From then on the connection fails if sent data is not acknowledged for 3 seconds.
     void Keep(CURL* easy);
-    /// Ends each connection on which bytes have come that belong to no request. Only while none is in use.
+    /// Closes each connection on which bytes have arrived behind a reply. Call it only while no request runs.
     void EndUnclean() const;
 
 private:

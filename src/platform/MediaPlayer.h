@@ -6,12 +6,12 @@
 
 #include <functional>
 
-/// A player without a face. Failures are its own matter: a path that can't be played brings no sound and no
-/// event.
+/// A player without a user interface. Failures are not reported: a path that can't be played makes no sound
+/// and no event.
 class MediaPlayer
 {
 public:
-    /// The one play state that anyone looks at.
+    /// The only play state in use.
     static constexpr int kStopped = 1;
 
     MediaPlayer() = default;
@@ -19,15 +19,15 @@ public:
     MediaPlayer& operator=(const MediaPlayer&) = delete;
     virtual ~MediaPlayer() = default;
 
-    /// Replaces what plays and begins playback; returns at once whatever the path names.
+    /// Stops the current sound and starts this one; returns at once for any path.
     virtual void SetUrl(const QString& path) = 0;
     virtual void Stop() = 0;
     virtual void ClearPlaylist() = 0;
-    /// 0 to 100, kept across runs by the player.
+    /// 0 to 100; the player stores it across runs.
     [[nodiscard]] virtual int Volume() const = 0;
     virtual void SetVolume(int volume) = 0;
-    /// @param handler called on the user-interface thread with the new state, kStopped at the end of the
-    /// media and at a stop
+    /// @param handler called on the user-interface thread with kStopped at the end of the media and after
+    /// Stop
     void SetPlayStateHandler(std::function<void(int)> handler) { m_handler = std::move(handler); }
 
 protected:

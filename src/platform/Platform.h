@@ -13,7 +13,7 @@ class RegionalSettings;
 class Timers;
 class TrayIcon;
 
-/// The one door to the outside world: what the operating system, the desktop and the network supply.
+/// The interfaces to everything that the operating system, the desktop and the network supply.
 struct Platform
 {
     Clock& clock;

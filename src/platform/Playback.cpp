@@ -15,7 +15,7 @@
 namespace {
 
 constexpr auto kPatience = std::chrono::seconds(1);
-// Sound only, no pictures that a file may carry, and a volume of our own where the sink has none.
+// GST_PLAY_FLAG_AUDIO | GST_PLAY_FLAG_SOFT_VOLUME: no pictures, and a volume also for sinks without one.
 constexpr unsigned kAudioAndSoftVolume = 0x12;
 
 template <auto Release>
@@ -28,8 +28,7 @@ struct Releaser
     }
 };
 
-// A path that names anything but a file with content is not touched further: opening a pipe waits for its
-// other end.
+// Only regular files are opened: opening a pipe would block.
 bool CanHoldSound(const QFileInfo& file)
 {
     return file.isFile() && file.size() > 0;
@@ -37,7 +36,7 @@ bool CanHoldSound(const QFileInfo& file)
 
 } // namespace
 
-/// A playbin, which lives for one sound: after an error none can be trusted to play again.
+/// A playbin for one sound: after an error a playbin may fail to play again.
 class Playback::Pipeline final
 {
 public:
@@ -63,14 +62,14 @@ public:
     Pipeline(const Pipeline&) = delete;
     Pipeline& operator=(const Pipeline&) = delete;
 
-    /// False where the plugins are not installed.
+    /// False if the plugins are not installed.
     explicit operator bool() const { return m_playbin != nullptr; }
     void SetVolume(int volume) { g_object_set(m_playbin, "volume", volume / 100.0, nullptr); }
     [[nodiscard]] bool Play()
     {
         return gst_element_set_state(m_playbin, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
     }
-    /// Ends a wait for a message, from any thread.
+    /// Makes WaitForMessage return, from any thread.
     void Wake()
     {
         gst_bus_post(m_bus.get(), gst_message_new_application(nullptr, gst_structure_new_empty("wake")));
@@ -109,7 +108,7 @@ void Playback::Start(const QString& path, int volume, std::shared_ptr<Playback> 
             self->Run(path);
         }).detach();
     } catch (const std::system_error&) {
-        // No thread is to be had, so there is no sound, as with a file that can't be played.
+        // Without a thread there is no sound, as with a file that can't be played.
         ReportDone();
     }
 }

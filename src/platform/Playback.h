@@ -12,27 +12,25 @@
 
 class QObject;
 
-/// One sound, from the path to its end, on a thread of its own. Members are called on the user-interface
-/// thread and return at once.
+/// One sound, played on its own thread. Call members on the user-interface thread; except for WaitForEnd they
+/// return at once.
 class Playback final : public std::enable_shared_from_this<Playback>
 {
 public:
-    /// @param receiver an object of the user-interface thread; while it lives and End has not been called,
-    /// @p atEnd runs there when the media has played to its end
+    /// @param receiver object of the user-interface thread; must not be destroyed before End
+    /// @param atEnd queued for @p receiver at the end of the media, unless End has been called
     Playback(QObject* receiver, std::function<void()> atEnd);
     ~Playback();
     Playback(const Playback&) = delete;
     Playback& operator=(const Playback&) = delete;
 
     /// @param volume 0 to 100
-    /// @param before the sound that this one replaces: a device that serves one sound at a time must be let
-    /// go first
+    /// @param before the replaced sound: it must release a device that plays one sound at a time
     void Start(const QString& path, int volume, std::shared_ptr<Playback> before);
     void SetVolume(int volume);
-    /// Falls silent as soon as whatever it waits for lets go; nothing is reported any more.
+    /// Stops the sound as soon as its thread is not blocked; nothing is reported any more.
     void End();
-    /// Waits until the thread is done, for a second at the longest: one that hangs on a dead file system is
-    /// left behind.
+    /// Waits at most one second for the end of the thread: a thread blocked by a file system is abandoned.
     void WaitForEnd();
 
 private:
@@ -41,7 +39,7 @@ private:
     void Run(const QString& path);
     void PlayFile(const QByteArray& path);
     void UsePipeline(Pipeline* pipeline);
-    /// Empty once the sound is to end.
+    /// std::nullopt after End.
     [[nodiscard]] std::optional<int> WantedVolume();
     void ReportEnd();
     void ReportDone();

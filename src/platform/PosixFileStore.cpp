@@ -19,7 +19,7 @@
 
 namespace {
 
-// The name as the file system has it: another spelling in case finds the file that is there.
+// The path itself if it exists, or that of a file whose name differs only in case.
 QString ExistingName(const QString& path)
 {
     const QFileInfo info(path);
@@ -35,8 +35,8 @@ QString ExistingName(const QString& path)
     return path;
 }
 
-// The end of a chain of links, which need not exist. Empty for a circle and for a link that can't be read,
-// which a new file must not replace.
+// The target of a chain of symbolic links, which need not exist. Empty for a circle and for a link that can't
+// be read: a new file must not replace the link.
 std::filesystem::path ResolvedName(const QString& path)
 {
     std::filesystem::path name = QFile::encodeName(ExistingName(path)).toStdString();
@@ -52,7 +52,7 @@ std::filesystem::path ResolvedName(const QString& path)
     return {};
 }
 
-// A process that was killed while it saved leaves its file, and the lock on it is gone.
+// A process that was killed during a save leaves its temporary file, without the lock.
 void RemoveLeftovers(const QFileInfo& target)
 {
     const QStringList names = target.dir().entryList({target.fileName() + QStringLiteral(".saving-??????")},
@@ -60,7 +60,7 @@ void RemoveLeftovers(const QFileInfo& target)
     for (const QString& name : names) {
         QFile leftover(target.dir().filePath(name));
         if (leftover.open(QIODevice::ReadOnly) && ::flock(leftover.handle(), LOCK_EX | LOCK_NB) == 0) {
-            // By its name: the object would give up the lock first, and a save that begins could take it.
+            // By name: leftover.remove() would close the file first, and with it release the lock.
             QFile::remove(leftover.fileName());
         }
     }
@@ -74,8 +74,8 @@ bool Open(QFile& file, const char* name, int flags, mode_t mode = 0)
     return descriptor >= 0 && file.open(descriptor, QIODevice::ReadWrite, QFile::AutoCloseHandle);
 }
 
-// A new file beside the target, and locked. Until the lock is there, another instance may remove it as a
-// leftover; then retry. Empty, with errno, if no file can be made.
+// Creates and locks a temporary file beside the target. Another instance may delete it before it is locked;
+// then retry with a new one. Empty, with errno set, if no file can be created.
 QByteArray CreateBeside(const std::filesystem::path& target, mode_t mode, QFile& file, struct stat& made)
 {
     constexpr int kMostTries = 100;
@@ -97,7 +97,7 @@ QByteArray CreateBeside(const std::filesystem::path& target, mode_t mode, QFile&
     return {};
 }
 
-// True if the new file could be given owner and mode of the old one.
+// Gives the new file the owner and the mode of the old one; false on failure.
 bool TakeAfter(int descriptor, const struct stat& made, const struct stat& old)
 {
     return ((made.st_uid == old.st_uid && made.st_gid == old.st_gid) ||
@@ -105,7 +105,7 @@ bool TakeAfter(int descriptor, const struct stat& made, const struct stat& old)
            TEMP_FAILURE_RETRY(::fchmod(descriptor, old.st_mode & 07777)) == 0;
 }
 
-// Writes from the beginning, and cuts off what is left of a longer old text.
+// Writes from offset 0 and truncates a longer old content.
 bool Overwrite(int descriptor, const QByteArray& content, qsizetype oldSize)
 {
     for (qsizetype done = 0; done < content.size();) {
@@ -121,7 +121,7 @@ bool Overwrite(int descriptor, const QByteArray& content, qsizetype oldSize)
            TEMP_FAILURE_RETRY(::fsync(descriptor)) == 0;
 }
 
-// Where no file can be put beside it. An error is taken back; a crash in the middle damages the file.
+// For folders without a temporary file. Restores the old content after an error; a crash damages the file.
 bool WriteInPlace(const std::filesystem::path& target, const QByteArray& content)
 {
     QFile file;
@@ -135,7 +135,7 @@ bool WriteInPlace(const std::filesystem::path& target, const QByteArray& content
         old.size()) {
         return false;
     }
-    // The room comes first, so that a full disk costs nothing.
+    // Allocate first, so that a full disk is noticed before the old content is overwritten.
     int error = content.size() > old.size() ? EINTR : 0;
     while (error == EINTR) {
         error = ::posix_fallocate(descriptor, 0, content.size());
@@ -143,7 +143,7 @@ bool WriteInPlace(const std::filesystem::path& target, const QByteArray& content
     if (error == 0 && Overwrite(descriptor, content, old.size())) {
         return true;
     }
-    // A text of the wrong length is a damaged one, even where the old one can't be written again.
+    // Restore the length at least: a document of the wrong length is damaged.
     static_cast<void>(Overwrite(descriptor, old, content.size()) ||
                       TEMP_FAILURE_RETRY(::ftruncate(descriptor, old.size())) == 0);
     return false;
@@ -154,11 +154,12 @@ bool WriteInPlace(const std::filesystem::path& target, const QByteArray& content
 std::optional<QByteArray> PosixFileStore::Read(const QString& path, qint64 limit) const
 {
     QFile file(ExistingName(path));
-    // A pipe or a device would block or never end.
+    // Reading a pipe or a device would block or never end.
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > limit) {
         return std::nullopt;
     }
-    // What is asked for takes room, read or not. A file that has no size, or has grown, has more to give.
+    // read() allocates all that it is asked for, so ask for the size; a file in /proc has size 0, another may
+    // have grown.
     QByteArray content = file.read(file.size() + 1);
     if (!file.atEnd()) {
         content += file.read(limit + 1 - content.size());
@@ -174,7 +175,7 @@ bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
     const std::filesystem::path target = ResolvedName(path);
     struct stat old = {};
     const bool exists = TEMP_FAILURE_RETRY(::stat(target.c_str(), &old)) == 0;
-    // A file whose owner and mode can't be seen would lose them, and a rename would replace a read-only one.
+    // Owner and mode must be known to be kept, and a rename would replace a read-only file.
     const bool isReplaceable =
         exists ? S_ISREG(old.st_mode) &&
                      TEMP_FAILURE_RETRY(::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS)) == 0
@@ -196,7 +197,7 @@ bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
         ::unlink(beside.constData());
         return !isAlike && WriteInPlace(target, content);
     }
-    // The file is closed, and its lock given up, only now that it has its name.
+    // The temporary file stays locked until it has its final name.
     const int folder = ::open((target.parent_path() / ".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (folder >= 0) {
         ::fsync(folder);

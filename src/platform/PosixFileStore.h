@@ -4,7 +4,7 @@
 
 #include "platform/FileStore.h"
 
-/// Files through the POSIX interface.
+/// Files through POSIX calls.
 class PosixFileStore final : public FileStore
 {
 public:

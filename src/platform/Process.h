@@ -4,7 +4,7 @@
 
 #include <QString>
 
-/// The process that the program runs in.
+/// The process of the program.
 class Process
 {
 public:
@@ -13,12 +13,12 @@ public:
     Process& operator=(const Process&) = delete;
     virtual ~Process() = default;
 
-    /// Ends the process at once: nothing is unloaded, nothing is tidied up. Returns in tests only, so that
-    /// callers return right behind it.
+    /// Ends the process at once as a failure, without unloading windows. The fake of the tests returns, so a
+    /// caller must return right after it.
     virtual void End() = 0;
-    /// Blocks the thread; no event is served.
+    /// Blocks the thread without serving events.
     virtual void Sleep(int milliseconds) = 0;
-    /// The folder that holds the program, without a separator at the end.
+    /// The folder of the executable, without a separator at the end.
     [[nodiscard]] virtual QString ApplicationFolder() const = 0;
     /// The user's data folder of this program, without a separator at the end.
     [[nodiscard]] virtual QString UserDataFolder() const = 0;

@@ -60,8 +60,7 @@ private:
     void Fire()
     {
         const QDateTime now = m_clock.Now();
-        // Armed again before the handler: it may serve events for a long time, and the clock goes on
-        // meanwhile.
+        // Start before the handler runs: it may serve events for a long time, and the ticks must continue.
         m_timer.start(m_phase.MillisecondsToNext(now));
         if (m_phase.Enter(now)) {
             CallHandler();
@@ -78,7 +77,7 @@ private:
 
 QDateTime QtClock::Now() const
 {
-    // The zone may be changed under a program that runs for years.
+    // The time zone may change while the program runs.
     ::tzset();
     return QDateTime::currentDateTime();
 }

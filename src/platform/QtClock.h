@@ -4,16 +4,16 @@
 
 #include "platform/Clock.h"
 
-/// The computer's clock in the computer's time zone.
+/// The system clock in the time zone of the system.
 class QtClock final : public Clock
 {
 public:
     [[nodiscard]] QDateTime Now() const override;
 };
 
-/// Keeps a ticker in phase with the wall clock: says how long to wait for the next second, and whether the
-/// second that has been reached is a new one. A timer that fires a little early meets its second a second
-/// time and is sent back to wait; a clock that is set, forward or back, is followed from the next call on.
+/// Keeps a ticker in phase with the wall clock: the time to the next second, and whether a second is a new
+/// one. If a timer fires slightly early, its second is not new and the ticker waits again. After the clock
+/// has been set, forward or back, the next call uses the new time.
 class SecondPhase final
 {
 public:
@@ -26,7 +26,7 @@ public:
     /// 1 to 1000
     [[nodiscard]] int MillisecondsToNext(const QDateTime& now) const { return 1000 - now.time().msec(); }
 
-    /// True if @p now lies in another second than the one entered last.
+    /// True if @p now is in another second than the last call.
     [[nodiscard]] bool Enter(const QDateTime& now)
     {
         const qint64 second = now.toSecsSinceEpoch();

@@ -19,7 +19,7 @@
 
 namespace {
 
-// One locale is known here: the user's own.
+// The identifier of the user's locale, the only one that is known here.
 constexpr std::uint32_t kUserLocale = 0x400;
 
 bool StaysOnTop(const QWidget& window)
@@ -27,14 +27,13 @@ bool StaysOnTop(const QWidget& window)
     return window.windowFlags().testFlag(Qt::WindowStaysOnTopHint);
 }
 
-/// Comes up where the window manager puts it, but clear of a window that stays on top, which would cover its
-/// buttons.
+/// Placed by the window manager, but moved if a window that stays on top would cover its buttons.
 class Box final : public QMessageBox
 {
 protected:
     void showEvent(QShowEvent* event) override
     {
-        // It has its size behind this.
+        // Sets the final size.
         QMessageBox::showEvent(event);
         const std::vector<const QWidget*> onTop = ShownWindows(StaysOnTop);
         if (event->spontaneous() || onTop.empty()) {
@@ -47,23 +46,23 @@ protected:
     }
 };
 
-// The window that a box comes up in front of; none if another program is in front.
+// The window below a new box; nullptr if another program is active.
 QWindow* WindowInFront()
 {
     if (const QWidget* const modal = QApplication::activeModalWidget(); modal != nullptr) {
         return modal->windowHandle();
     }
-    // One that stays on top is put in front of the box, and can't be behind it as well.
+    // A window that stays on top becomes a transient child of the box and can't be its parent too.
     const QWidget* const active = QApplication::activeWindow();
     return active == nullptr || StaysOnTop(*active) ? nullptr : active->windowHandle();
 }
 
 int Execute(const QString& text, const QString& title, QMessageBox::StandardButtons buttons)
 {
-    // A text that a service sends may be of any length; what no screen can hold is left out.
+    // Texts of the service may have any length, and a longer box would not fit on a screen.
     constexpr int kLongestText = 1024;
-    // In front of the window in front, but not its child: that window may go by itself while the box waits,
-    // as the main window does, and would take its children with it.
+    // A transient parent and no parent: the window below may be destroyed while the box is open, as the main
+    // window may, and would destroy its children.
     Box box;
     box.winId();
     box.windowHandle()->setTransientParent(WindowInFront());
@@ -73,8 +72,8 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
     box.setStandardButtons(buttons);
     const int answer = box.exec();
     if (box.clickedButton() == nullptr) {
-        // The program was told to end, also by the close of its last window. The user gave no answer, so the
-        // caller must not go on. Intended: the status is 0 under a fatal box too.
+        // The program ends, perhaps since its last window was closed. The user gave no answer, so the caller
+        // must not continue. Intended: the exit status is 0 under a fatal box too.
         std::_Exit(EXIT_SUCCESS);
     }
     return answer;
@@ -85,7 +84,7 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
 void QtBrowser::Open(const QString& url)
 {
     const QUrl address(url, QUrl::TolerantMode);
-    // What a service sends must not reach the handlers of file:, smb: or any other scheme.
+    // Addresses of the service must not reach the handlers of file:, smb: or any other scheme.
     if (address.isValid() && !address.host().isEmpty() &&
         (address.scheme() == u"http" || address.scheme() == u"https")) {
         QDesktopServices::openUrl(address);
@@ -104,7 +103,7 @@ bool QtMessageBoxes::Ask(const QString& text, const QString& title)
 
 void QtProcess::End()
 {
-    // Destructors would unload windows, and that is what a fatal end must not do.
+    // Without destructors: they would unload windows, which a fatal end must not do.
     std::_Exit(EXIT_FAILURE);
 }
 

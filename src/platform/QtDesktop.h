@@ -8,14 +8,13 @@
 
 // The interfaces for which Qt has a complete implementation on each system.
 
-/// Hands pages to the desktop's choice of a browser.
+/// The default browser of the desktop.
 class QtBrowser final : public Browser
 {
 public:
     void Open(const QString& url) override;
 };
 
-/// Message boxes as windows of their own.
 class QtMessageBoxes final : public MessageBoxes
 {
 public:
@@ -23,7 +22,6 @@ public:
     [[nodiscard]] bool Ask(const QString& text, const QString& title) override;
 };
 
-/// This process.
 class QtProcess final : public Process
 {
 public:
@@ -33,7 +31,7 @@ public:
     [[nodiscard]] QString UserDataFolder() const override;
 };
 
-/// The locale that the user's environment names.
+/// The locale of the environment.
 class QtRegionalSettings final : public RegionalSettings
 {
 public:

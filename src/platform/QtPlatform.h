@@ -10,7 +10,7 @@
 #include "platform/QtDesktop.h"
 #include "platform/QtTrayIcon.h"
 
-/// The production side of every door.
+/// The production implementation of each interface.
 class QtPlatform final
 {
 public:

@@ -17,10 +17,10 @@
 
 namespace {
 
-// Qt's own window inside the host, the only one through which an embedded icon gets its mouse.
+// Class of Qt's window inside the host, which receives the mouse events of an embedded icon.
 constexpr const char* kEmbeddedIconClass = "QSystemTrayIconSys";
 
-// Asked of the session bus, with a short wait: a panel that hangs must not hang the program.
+// Asks the session bus with a short time-out: a panel that hangs must not block the program.
 bool IsStatusNotifierHostThere()
 {
     constexpr int kLongestWaitMilliseconds = 500;
@@ -48,15 +48,15 @@ void QtTrayIcon::Add(const QIcon& icon, const QString& tip, QMenu& menu)
     m_icon = std::make_unique<QSystemTrayIcon>(icon);
     m_icon->setToolTip(tip);
     m_icon->setContextMenu(&menu);
-    // Some hosts draw no exported menu and ask the program for its own one instead.
+    // Some hosts do not draw the exported menu and ask the program to show its own.
     connect(m_icon.get(), &QSystemTrayIcon::activated, this,
             [this](QSystemTrayIcon::ActivationReason reason) {
                 if (reason == QSystemTrayIcon::Context) {
                     PopUpMenu(QCursor::pos());
                 }
             });
-    // Once: the program's own logic adds its icon at no other time. That the toolkit and a panel that comes
-    // again find each other is kept all the same: without it nothing could bring a hidden window back.
+    // Added once. Qt shows the icon again when a panel restarts, which is wanted: without the icon a hidden
+    // window could not be shown again.
     m_icon->show();
     m_usesStatusNotifier = IsStatusNotifierHostThere();
     qApp->installEventFilter(this);
@@ -68,7 +68,7 @@ void QtTrayIcon::Remove()
         return;
     }
     qApp->removeEventFilter(this);
-    // Removal may be asked for from within one of the icon's own signals.
+    // Remove may be called from a slot of one of the icon's signals.
     m_icon->disconnect(this);
     m_icon->hide();
     m_icon.release()->deleteLater();
@@ -79,8 +79,8 @@ bool QtTrayIcon::IsShown() const
     if (m_icon == nullptr) {
         return false;
     }
-    // An embedded icon has a place on the screen exactly while a host holds it. Where the other kind is drawn
-    // only its host knows.
+    // An embedded icon has a geometry exactly while a host shows it. With StatusNotifier only the host knows
+    // the geometry.
     return !m_icon->geometry().isEmpty() || (m_usesStatusNotifier && IsStatusNotifierHostThere());
 }
 
@@ -96,7 +96,7 @@ bool QtTrayIcon::eventFilter(QObject* watched, QEvent* event)
         UnblockWindow(*static_cast<QWidget*>(watched));
         return false;
     }
-    // Qt opens the menu of an embedded icon when the button goes down; it is to open when it comes up.
+    // Qt opens the menu of an embedded icon on the press; it must open on the release.
     const auto* const mouse = static_cast<QMouseEvent*>(event);
     if (mouse->button() != Qt::RightButton) {
         return false;
@@ -111,7 +111,7 @@ void QtTrayIcon::PopUpMenu(const QPoint& position)
 {
     if (m_menu != nullptr) {
         m_menu->popup(position);
-        // Without a window of the program in front nothing else gives the menu the keyboard.
+        // The menu gets no keyboard focus otherwise if no window of the program is active.
         m_menu->activateWindow();
     }
 }

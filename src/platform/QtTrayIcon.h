@@ -12,8 +12,8 @@
 class QMenu;
 class QSystemTrayIcon;
 
-/// The tray icon of Qt, for both protocols in use: StatusNotifier over D-Bus, where the host draws the
-/// exported menu, and the older one that embeds a window of ours into the host's.
+/// The tray icon of Qt, with both protocols: StatusNotifier over D-Bus, where the host draws the exported
+/// menu, and the older XEmbed, where a window of this program is embedded into the host's.
 class QtTrayIcon final : public QObject, public TrayIcon
 {
     Q_OBJECT
@@ -33,6 +33,6 @@ private:
 
     std::unique_ptr<QSystemTrayIcon> m_icon;
     QPointer<QMenu> m_menu;
-    /// Qt chooses the protocol once in a process and keeps to it.
+    /// Qt chooses the protocol once in a process.
     bool m_usesStatusNotifier = false;
 };

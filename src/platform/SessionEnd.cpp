@@ -16,14 +16,14 @@ namespace {
 
 constexpr std::array kSignals = {SIGTERM, SIGINT, SIGHUP};
 
-// What a signal handler may touch.
+// Accessed by the signal handler.
 std::atomic<int> wakeUpEnd = -1;
 std::atomic<bool> isServed = false;
 static_assert(std::atomic<int>::is_always_lock_free && std::atomic<bool>::is_always_lock_free);
 
 void TakeSignal(int /*number*/)
 {
-    // Only the first one is waited for. A second one means that the first was not quick enough.
+    // The event loop takes the first signal. A second one means that this took too long.
     if (!isServed.exchange(false)) {
         std::_Exit(EXIT_SUCCESS);
     }
@@ -33,7 +33,7 @@ void TakeSignal(int /*number*/)
     }
 }
 
-// The end that is read from; the other one goes to the handler.
+// Returns the read end; the handler writes to the other.
 int OpenPipe()
 {
     int ends[2] = {-1, -1};
@@ -44,8 +44,8 @@ int OpenPipe()
     return ends[0];
 }
 
-// Whoever started the program may want it to outlive a terminal: nohup has HUP ignored, a shell's "&" has
-// INT. The request to terminate is meant for this very program.
+// nohup starts the program with HUP ignored, a shell's "&" with INT ignored, so that it outlives the
+// terminal. TERM is always handled: it is sent to this process itself.
 bool IsTaken(int number, const struct sigaction& found)
 {
     return number == SIGTERM || found.sa_handler != SIG_IGN;
@@ -83,8 +83,8 @@ SessionEnd::~SessionEnd()
 void SessionEnd::EnterMainLoop(std::function<void()> tidyUp)
 {
     m_tidyUp = std::move(tidyUp);
-    // The session manager's word at log-out arrives as a quit. Qt would first ask each window to close, and a
-    // disabled one, as the main window under a dialog is, refuses.
+    // At log-out the session manager's request arrives as QEvent::Quit. Qt would first close each window, and
+    // a disabled one, such as the main window under a dialog, refuses.
     QCoreApplication::instance()->installEventFilter(this);
     m_notifier.setEnabled(true);
     isServed = true;
@@ -104,8 +104,8 @@ void SessionEnd::End()
     m_notifier.setEnabled(false);
     m_tidyUp();
     if (QThread::currentThread()->loopLevel() > 1) {
-        // A handler waits in a loop of its own, under a box or for a reply. The user gave no answer,
-        // so it must not go on.
+        // A handler waits in a nested loop, for a box or a reply. The user gave no answer, so it must not
+        // continue.
         std::_Exit(EXIT_SUCCESS);
     }
     QCoreApplication::exit(EXIT_SUCCESS);

@@ -9,23 +9,22 @@
 #include <csignal>
 #include <functional>
 
-/// The session asks the program to end: by a signal (TERM, INT, HUP) or by the session manager at log-out.
-/// The answer is a normal end, exit code 0, at once, whatever windows are open; nothing asks and nothing is
-/// written. An INT or HUP that whoever started the program had ignored stays ignored. One in a process.
+/// Ends the program when the session asks for it: by a signal (TERM, INT, HUP) or by the session manager at
+/// log-out. The program ends at once with exit code 0, whatever windows are open, asks nothing and writes
+/// nothing. INT and HUP stay ignored if they were ignored at the start. One object in a process.
 class SessionEnd final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// From here on, and until EnterMainLoop, a signal ends the process where it stands: nothing serves
-    /// events yet.
+    /// Until EnterMainLoop a signal ends the process directly: events are not served yet.
     SessionEnd();
     ~SessionEnd() override;
     SessionEnd(const SessionEnd&) = delete;
     SessionEnd& operator=(const SessionEnd&) = delete;
 
-    /// From here on the event loop takes what the session asks.
-    /// @param tidyUp runs before the end; must neither wait nor let an exception out
+    /// From now on the event loop ends the program.
+    /// @param tidyUp called before the end; must neither wait nor throw
     void EnterMainLoop(std::function<void()> tidyUp);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -35,6 +34,6 @@ private:
 
     QSocketNotifier m_notifier;
     std::function<void()> m_tidyUp;
-    /// What was to be done about TERM, INT and HUP before.
+    /// The previous actions of TERM, INT and HUP.
     std::array<struct sigaction, 3> m_found{};
 };
