@@ -9,7 +9,7 @@
 
 namespace {
 
-// A popup and a question in their frames, with the buttons that they have.
+// The outlines of a popup and of a box with two buttons.
 WindowOutline Popup(const QPoint& corner)
 {
     return {QRect(corner, QSize(209, 117)), QRect(corner + QPoint(81, 92), QSize(49, 17))};
@@ -57,7 +57,7 @@ TEST(ClearPlace, popupAndBox_keepEachOthersButtonsFree)
             SCOPED_TRACE(testing::Message() << row.title << ", first the " << first);
             EXPECT_TRUE(area.contains(popup.frame));
             EXPECT_TRUE(area.contains(box.frame));
-            EXPECT_FALSE(popup.frame.intersects(box.buttons)) << "the popup lies over the box";
+            EXPECT_FALSE(popup.frame.intersects(box.buttons)) << "the popup covers a button of the box";
             EXPECT_EQ(popup.frame.intersects(box.frame), !row.hasRoomForBoth);
         };
         const WindowOutline popup = Popup(row.popup);

@@ -22,7 +22,7 @@ std::atomic<bool> pollFails = false;
 
 } // namespace
 
-// In front of libcurl's own.
+// Replaces libcurl's function.
 extern "C" CURLMcode curl_multi_poll(CURLM* multi, curl_waitfd* sockets, unsigned int count, int milliseconds,
                                      int* ready)
 {
@@ -61,7 +61,7 @@ TEST(CurlHttpBackground, fetch_failure_isToldToo)
     EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 1; }));
 }
 
-TEST(CurlHttpBackground, fetch_contextGone_endsTheTransferWithoutAWord)
+TEST(CurlHttpBackground, fetch_contextDestroyed_cancelsTheTransfer)
 {
     const LoopbackServer server(LoopbackServer::Hang());
     CurlHttp http;
@@ -74,7 +74,7 @@ TEST(CurlHttpBackground, fetch_contextGone_endsTheTransferWithoutAWord)
     QCoreApplication::processEvents();
 }
 
-TEST(CurlHttpBackground, fetch_moreThanFour_takeTheirTurns)
+TEST(CurlHttpBackground, fetch_moreThanFour_areQueued)
 {
     const LoopbackServer server(LoopbackServer::Answer("<root/>"));
     CurlHttp http;
@@ -87,7 +87,7 @@ TEST(CurlHttpBackground, fetch_moreThanFour_takeTheirTurns)
     EXPECT_TRUE(QTest::qWaitFor([&] { return replies == 30; }));
 }
 
-TEST(CurlHttpBackground, noThreadToBeHad_failsAndHoldsUpNoEnd)
+TEST(CurlHttpBackground, noThread_failsAndDelaysNoEnd)
 {
     const LoopbackServer server(LoopbackServer::Answer("<root/>"));
     QObject context;
@@ -104,12 +104,12 @@ TEST(CurlHttpBackground, noThreadToBeHad_failsAndHoldsUpNoEnd)
             EXPECT_EQ(failures, 0) << "never inside the call";
             EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 6; }));
         }
-        EXPECT_EQ(http.Fetch(server.Url(), HttpLimits{}), kReply) << "the next one has a thread again";
+        EXPECT_EQ(http.Fetch(server.Url(), HttpLimits{}), kReply) << "the next request has a thread again";
     }
     EXPECT_EQ(server.Requests().size(), 1U);
 }
 
-TEST(CurlHttpBackground, transfersThatCanNotGoOn_fail)
+TEST(CurlHttpBackground, pollFails_transfersFail)
 {
     const LoopbackServer silent(LoopbackServer::Hang());
     const LoopbackServer server(LoopbackServer::Answer("<root/>"));
@@ -124,7 +124,7 @@ TEST(CurlHttpBackground, transfersThatCanNotGoOn_fail)
     ASSERT_TRUE(QTest::qWaitFor([&] { return silent.Requests().size() == 1; }));
     pollFails = true;
     start();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 2; })) << "long before the silence is over";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 2; })) << "before the time-out";
     pollFails = false;
     EXPECT_EQ(http.Fetch(server.Url(), HttpLimits{}), kReply) << "the next one is answered again";
 }

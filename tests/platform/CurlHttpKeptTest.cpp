@@ -13,7 +13,7 @@ namespace {
 
 using Connection = LoopbackServer::Connection;
 
-// Answers every request, and does that with the second one on its first connection instead.
+// Answers each request, but calls @p deed for the first one that is the second on its connection.
 LoopbackServer::Handler Instead(std::function<void(Connection&)> deed)
 {
     auto isDone = std::make_shared<std::atomic<bool>>(false);
@@ -43,21 +43,21 @@ TEST(CurlHttpKept, requestsOneAfterTheOther_takeOneConnection)
     EXPECT_EQ(server.Connections(), 1);
 }
 
-TEST(CurlHttpKept, closedMeanwhile_isReplacedUnseen)
+TEST(CurlHttpKept, closedByTheServer_isReplaced)
 {
     CurlHttp http;
     const LoopbackServer closing([](Connection& connection) {
-        // A reply that promises to keep the connection, which closes then.
+        // HTTP/1.1 keeps the connection by default; the server closes it all the same.
         connection.Send("HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\n<root/>");
     });
     for (int i = 0; i < 3; ++i) {
         EXPECT_EQ(Text(http.Fetch(closing.Url(), kShort)), "<root/>");
         EXPECT_TRUE(QTest::qWaitFor([&] { return closing.Open() == 0; }));
     }
-    EXPECT_EQ(closing.Requests().size(), 3U) << "nothing goes out on a connection that is known to be dead";
+    EXPECT_EQ(closing.Requests().size(), 3U) << "nothing is sent on a closed connection";
 }
 
-// Half of the first line says nothing about the request.
+// A part of the first line is not yet a reply.
 TEST(CurlHttpKept, diesBeforeTheFirstLineIsWhole_isReplacedOnce)
 {
     for (const char* const start : {"", "HTTP/1.1 20"}) {
@@ -65,7 +65,7 @@ TEST(CurlHttpKept, diesBeforeTheFirstLineIsWhole_isReplacedOnce)
         CurlHttp http;
         EXPECT_TRUE(http.Fetch(server.Url(), kShort));
         EXPECT_EQ(Text(http.Fetch(server.Url(), kShort)), "<root/>") << start;
-        EXPECT_EQ(server.Requests().size(), 3U) << "the second goes out twice: " << start;
+        EXPECT_EQ(server.Requests().size(), 3U) << "the second request is sent twice: " << start;
         EXPECT_EQ(server.Connections(), 2) << start;
     }
 }
@@ -74,7 +74,7 @@ TEST(CurlHttpKept, severalDie_requestIsSentTwiceAndNoMore)
 {
     std::atomic<bool> isWell = true;
     const LoopbackServer server([&](Connection& connection) {
-        // The first ones come together, each on a connection of its own.
+        // The first requests arrive together, each on its own connection.
         if (isWell && connection.Wait(200)) {
             connection.Keep("<root/>");
         }
@@ -150,7 +150,7 @@ TEST(CurlHttpKept, bytesBehindAReply_areNotTheReplyToTheNextRequest)
     }
 }
 
-// As after a suspend, or on another network.
+// As after a suspend or a change of the network.
 TEST(CurlHttpKept, packetsVanish_isReplacedAfterThreeSeconds)
 {
     std::atomic<bool> isFirst = true;
@@ -179,7 +179,7 @@ TEST(CurlHttpKept, reach_hasAConnectionOfItsOwn)
         EXPECT_TRUE(http.Fetch(server.Url(), kShort));
         EXPECT_TRUE(http.Reach(server.Url()));
     }
-    EXPECT_EQ(server.Connections(), 3) << "that of the requests and two of the probe";
+    EXPECT_EQ(server.Connections(), 3) << "one for the requests and one for each probe";
 }
 
 } // namespace

@@ -49,7 +49,7 @@ TEST(CurlHttpNotify, silentService_isWaitedForThreeSeconds_andTheRequestGoesOn)
     timer.start(10);
     QElapsedTimer time;
     time.start();
-    // A second one inside the wait for the first.
+    // A second request during the wait for the first.
     QTimer::singleShot(100, &timer, [&] { http.Notify(server.Url(), kNotifyLimits); });
     http.Notify(server.Url(), kNotifyLimits);
     EXPECT_GE(time.elapsed(), 2900);
@@ -58,7 +58,7 @@ TEST(CurlHttpNotify, silentService_isWaitedForThreeSeconds_andTheRequestGoesOn)
     EXPECT_EQ(server.Requests().size(), 2U);
     isSilent = false;
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
-    EXPECT_EQ(answered, 2) << "both were still waiting for it";
+    EXPECT_EQ(answered, 2) << "both requests continued";
 }
 
 TEST(CurlHttpNotify, drippingService_isWaitedForThreeSeconds)

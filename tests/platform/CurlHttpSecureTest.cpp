@@ -43,7 +43,7 @@ public:
     }
     ~SecureServer()
     {
-        // The slot of a derived class uses members that are gone.
+        // The slot of a derived class would use destroyed members.
         m_openssl.blockSignals(true);
         m_openssl.kill();
         m_openssl.waitForFinished();
@@ -73,8 +73,7 @@ protected:
     int m_port = 0;
 };
 
-// Answers each request and keeps the connection, or drops it without a byte of a reply, as a test says of the
-// requests in their order: "a" and "d".
+// For each request, in order, a letter: "a" answers and keeps the connection, "d" drops it without a reply.
 class KeepingServer final : public SecureServer
 {
 public:
@@ -102,7 +101,7 @@ private:
 
 constexpr HttpLimits kSecure{1024 * 1024, 5, 5000};
 
-TEST(CurlHttpSecure, certificateThatNobodyVouchesFor_isRefused)
+TEST(CurlHttpSecure, certificateOfUnknownAuthority_isRefused)
 {
     const SecureServer server;
     ASSERT_GT(server.Port(), 0);
@@ -110,7 +109,7 @@ TEST(CurlHttpSecure, certificateThatNobodyVouchesFor_isRefused)
     EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(QStringLiteral("x")), kSecure)), "(nothing)");
     EXPECT_FALSE(CurlHttp().Reach(server.Url(QStringLiteral("x"))));
     EXPECT_EQ(Text(CurlHttp(server.Certificate()).Fetch(server.Url(QStringLiteral("x")), kSecure)), "<root/>")
-        << "nothing else was wrong with it";
+        << "only the authority was wrong";
 }
 
 TEST(CurlHttpSecure, certificateOfAnotherName_isRefused)
@@ -164,7 +163,8 @@ TEST(CurlHttpSecure, keptConnectionThatDies_isReplacedOnce)
     EXPECT_EQ(Text(http.Fetch(server.Url(QStringLiteral("x")), kSecure)), "<root/>");
     EXPECT_EQ(server.Requests(), 3);
     EXPECT_TRUE(http.Fetch(server.Url(QStringLiteral("x")), kSecure));
-    EXPECT_FALSE(http.Fetch(server.Url(QStringLiteral("x")), kSecure)) << "the fresh one died too";
+    EXPECT_FALSE(http.Fetch(server.Url(QStringLiteral("x")), kSecure))
+        << "the fresh connection was dropped too";
     EXPECT_EQ(server.Requests(), 6);
     EXPECT_EQ(server.Handshakes(), 3);
 }

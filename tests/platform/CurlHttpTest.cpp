@@ -58,8 +58,8 @@ TEST_P(CurlHttpWire, target_goesOutByteForByte)
 INSTANTIATE_TEST_SUITE_P(
     Table, CurlHttpWire,
     testing::Values(WireRow{"plain", u"/cgi-bin/x.pl?a=1&b=2", "/cgi-bin/x.pl?a=1&b=2"},
-                    WireRow{"blank", u"/x?c=New York", "/x?c=New%20York"},
-                    WireRow{"blank_at_the_end", u"/x?c=York ", "/x?c=York%20"},
+                    WireRow{"space", u"/x?c=New York", "/x?c=New%20York"},
+                    WireRow{"space_at_the_end", u"/x?c=York ", "/x?c=York%20"},
                     WireRow{"umlaut", u"/x?c=S\u00e3o", "/x?c=S%C3%A3o"},
                     WireRow{"arabic", u"/x?c=\u0645", "/x?c=%D9%85"},
                     WireRow{"beyond_the_plane", u"/x?c=\U0001F54C", "/x?c=%F0%9F%95%8C"},
@@ -212,7 +212,7 @@ TEST(CurlHttp, fetch_noServer_fails)
     EXPECT_FALSE(CurlHttp().Fetch(QStringLiteral("http://127.0.0.1:%1/").arg(port), kShort));
 }
 
-TEST(CurlHttp, fetch_whatIsNoAddress_fails)
+TEST(CurlHttp, fetch_invalidAddress_fails)
 {
     for (const char16_t* const url :
          {u"", u"http://", u"http:///x", u"file:///etc/hostname", u"ftp://127.0.0.1/", u"data:,x",
@@ -259,7 +259,7 @@ TEST(CurlHttp, fetch_slowButSteady_isAReply)
     EXPECT_EQ(Text(CurlHttp().Fetch(server.Url(), {1024, 1, 5000})), "xxxxx");
 }
 
-// Redirects as many times as the number at the end of the target says.
+// Redirects as often as the number in the target says.
 LoopbackServer::Handler CountDown()
 {
     return [](Connection& connection) {
@@ -355,12 +355,12 @@ TEST(CurlHttp, fetch_loopToldToEnd_failsAtOnceAndLeavesNoThread)
     QCoreApplication::exec();
     EXPECT_FALSE(reply);
     EXPECT_LT(time.elapsed(), 5000);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; })) << "the transfer goes on";
-    EXPECT_LE(Threads(), withServer + 1) << "the connection's own thread is the server's";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; })) << "the transfer still runs";
+    EXPECT_LE(Threads(), withServer + 1) << "one more thread: the server's, for the connection";
     EXPECT_LT(before, withServer);
 }
 
-// Twenty fetches, each begun while the one before waits; their servers answer or never do.
+// Twenty nested fetches: each starts while the previous one waits.
 class Nest
 {
 public:

@@ -22,7 +22,7 @@ TEST(CurlHttp, reach_anyAnswer_isReached)
     }
 }
 
-TEST(CurlHttp, reach_asksPastEveryCache)
+TEST(CurlHttp, reach_bypassesCaches)
 {
     const LoopbackServer server(LoopbackServer::Answer("x"));
     ASSERT_TRUE(CurlHttp().Reach(server.Url(QStringLiteral("/"))));
@@ -41,7 +41,7 @@ TEST(CurlHttp, reach_noHttp_isNotReached)
     EXPECT_FALSE(CurlHttp().Reach(QStringLiteral("file:///etc/hostname")));
 }
 
-// The proxy that the environment names, while a test runs.
+// Sets the proxy in the environment during its lifetime.
 class NamedProxy
 {
 public:
@@ -58,7 +58,7 @@ private:
     const char* m_name;
 };
 
-TEST(CurlHttp, reach_proxyThatLeadsNowhere_isNotReached)
+TEST(CurlHttp, reach_proxyWithoutServer_isNotReached)
 {
     const LoopbackServer server(
         [](LoopbackServer::Connection& connection) { connection.Reply("no way there", "502 Bad Gateway"); });
@@ -68,7 +68,7 @@ TEST(CurlHttp, reach_proxyThatLeadsNowhere_isNotReached)
     EXPECT_EQ(server.RequestLines().front(), "CONNECT elsewhere.invalid:443 HTTP/1.1");
 }
 
-TEST(CurlHttp, proxy_isAskedForAllButThisComputer)
+TEST(CurlHttp, proxy_isUsedForAllButThisComputer)
 {
     const LoopbackServer server(LoopbackServer::Answer("by proxy"));
     const NamedProxy proxy("http_proxy", server.Url());
@@ -79,7 +79,7 @@ TEST(CurlHttp, proxy_isAskedForAllButThisComputer)
         return server.Requests().size() > before;
     };
     EXPECT_TRUE(isAsked("elsewhere.invalid"));
-    EXPECT_TRUE(isAsked("127.elsewhere.invalid")) << "a name like any other";
+    EXPECT_TRUE(isAsked("127.elsewhere.invalid")) << "a name that is no address";
     for (const char* const host : {"127.0.0.1", "127.1.2.3", "localhost", "LocalHost", "[::1]"}) {
         EXPECT_FALSE(isAsked(host)) << host;
     }

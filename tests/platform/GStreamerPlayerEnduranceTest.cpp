@@ -28,7 +28,7 @@ qsizetype OpenFiles()
 TEST_F(GStreamerPlayerTest, hundredsOfSounds_leaveNothingBehind)
 {
     constexpr int kSounds = 300;
-    // What is kept for the next sound is kept by then.
+    // By then all memory that is kept for the next sounds has been allocated.
     constexpr int kFirstSounds = 30;
     constexpr qint64 kMostGrowth = 2LL * 1024 * 1024;
     constexpr int kSpare = 4;
@@ -63,7 +63,7 @@ TEST_F(GStreamerPlayerTest, hundredsOfSounds_leaveNothingBehind)
     }
 }
 
-TEST_F(GStreamerPlayerTest, soundServerHangs_holdsUpNobody_andTheNextPlaysOnceItGoesOn)
+TEST_F(GStreamerPlayerTest, soundServerHangs_blocksNoCall_andTheNextPlaysAfterwards)
 {
     constexpr qint64 kPatience = 2'000;
     ASSERT_TRUE(sound.Start());

@@ -16,7 +16,7 @@
 
 #include <memory>
 
-/// A player, a sound server that the test starts if it wants one, and sounds in a folder.
+/// A player, a sound server that the test may start, and a folder for sounds.
 class GStreamerPlayerTest : public testing::Test
 {
 protected:
@@ -60,7 +60,7 @@ protected:
     {
         return QTest::qWaitFor([&] { return stopped > 0; }, milliseconds);
     }
-    // That a bad path does nothing shows in the good one after it: it sounds, and its stop is the only one.
+    // A bad path before had no effect: the next sound plays, and its stop is the only one.
     void ExpectNextPlays()
     {
         player->SetUrl(Tone("next.wav", 0.6));

@@ -25,7 +25,7 @@
 namespace {
 
 constexpr qint64 kAtOnce = 20;
-// Many times what it takes to find that there is nothing to play.
+// Much longer than it takes to find that a path can't be played.
 constexpr int kMoment = 250;
 
 TEST_F(GStreamerPlayerTest, eachFormat_soundsAndReportsItsEnd)
@@ -91,7 +91,7 @@ TEST_F(GStreamerPlayerBadPath, setUrl_returnsAtOnce_andTheNextSoundPlays)
         SCOPED_TRACE(path.toStdString());
         MakePlayer();
         stopped = 0;
-        // The quickest of three: a machine that is busy elsewhere is not what is measured.
+        // The quickest of three: other processes may use the processor.
         qint64 quickest = kAtOnce;
         for (int attempt = 0; attempt < 3; ++attempt) {
             QElapsedTimer timer;
@@ -104,7 +104,7 @@ TEST_F(GStreamerPlayerBadPath, setUrl_returnsAtOnce_andTheNextSoundPlays)
     }
 }
 
-// A sound that can't be played has no end: what stops it is the user, whose link stays as it is until then.
+// A sound that can't be played reports no end: the user stops it, and the link does not change before that.
 TEST_F(GStreamerPlayerBadPath, stop_afterIt_isTheOnlyReport)
 {
     for (const QString& path : paths) {
@@ -136,11 +136,11 @@ TEST_F(GStreamerPlayerBadPath, pipe_isNeverOpened)
     player->SetUrl(Path("pipe.mp3"));
     ExpectNextPlays();
     const int writer = ::open(Path("pipe.mp3").toUtf8().constData(), O_WRONLY | O_NONBLOCK);
-    EXPECT_EQ(writer, -1) << "somebody reads the pipe";
+    EXPECT_EQ(writer, -1) << "the player has opened the pipe";
     EXPECT_EQ(errno, ENXIO);
 }
 
-TEST_F(GStreamerPlayerTest, noThreadToBeHad_isSilentUntilTheNextSound)
+TEST_F(GStreamerPlayerTest, noThread_isSilentUntilTheNextSound)
 {
     ASSERT_TRUE(sound.Start());
     const QString path = Tone("tone.wav", 1.0);
@@ -158,7 +158,7 @@ TEST_F(GStreamerPlayerTest, noThreadToBeHad_isSilentUntilTheNextSound)
     ExpectNextPlays();
 }
 
-TEST_F(GStreamerPlayerTest, noThreadToBeHad_holdsUpNoEnd)
+TEST_F(GStreamerPlayerTest, noThread_delaysNoEnd)
 {
     {
         const NoThreads noThreads;
@@ -167,7 +167,7 @@ TEST_F(GStreamerPlayerTest, noThreadToBeHad_holdsUpNoEnd)
     QElapsedTimer timer;
     timer.start();
     player.reset();
-    EXPECT_LT(timer.elapsed(), kMoment) << "it waits for a thread that never began";
+    EXPECT_LT(timer.elapsed(), kMoment) << "the destructor waits for a thread that never started";
 }
 
 TEST_F(GStreamerPlayerTest, nameWithOddCharacters_plays)
@@ -265,7 +265,7 @@ TEST_F(GStreamerPlayerTest, newPath_replacesWhatPlays)
     EXPECT_TRUE(sound.WaitForTone(kOtherTone));
     EXPECT_TRUE(WaitForStops(1));
     EXPECT_TRUE(sound.WaitForSilence());
-    EXPECT_EQ(stopped, 1) << "the sound that was replaced must not grey the link of the new one";
+    EXPECT_EQ(stopped, 1) << "the replaced sound must not disable the link of the new one";
 }
 
 TEST_F(GStreamerPlayerTest, stopThenNewPathAtOnce_reportsTheNewOneOnly)

@@ -4,7 +4,7 @@
 
 #include "platform/Http.h"
 
-/// A megabyte and 0.6 s in all, for servers that never come to an end.
+/// A megabyte and 0.6 s in all, for servers that never finish.
 inline constexpr HttpLimits kShort{1024 * 1024, 1, 600};
 
 [[nodiscard]] inline QByteArray Text(const Http::Reply& reply)

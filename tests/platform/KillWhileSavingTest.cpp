@@ -52,7 +52,7 @@ Saver StartSaver(const QByteArray& file, int firstNumber = 1)
     return {started ? child : -1, std::chrono::microseconds(std::atoll(line.data()))};
 }
 
-// The number of the whole document in the file; 0 for anything else.
+// The number of the document in the file; 0 if the document is not whole.
 int NumberOfWholeDocument(DomDocument& document, const QString& file)
 {
     if (!document.Load(file)) {
@@ -71,11 +71,11 @@ qsizetype Leftovers()
     return QDir().entryList(QDir::Files | QDir::Hidden).size() - 1;
 }
 
-// False if it had ended by itself, as it does when a save fails.
+// False if the saver had ended before, which it does when a save fails.
 bool Kill(pid_t saver)
 {
     int status = 0;
-    // Any number below 1 would mean many processes.
+    // kill() takes a number below 1 for a group of processes.
     return saver > 0 && ::kill(saver, SIGKILL) == 0 && ::waitpid(saver, &status, 0) == saver &&
            WIFSIGNALED(status);
 }
@@ -87,7 +87,7 @@ TEST(KillWhileSaving, atAnyInstant_leavesAWholeDocument)
     const QString file = QStringLiteral("settings.xml");
     const auto document = std::make_shared<DomDocument>(platform.files, platform.http);
     std::mt19937 random(20260320); // NOLINT: the same sequence in each run
-    // A few saves from the first on, however long one takes here.
+    // The time of the kill, in units of the duration of one save.
     std::uniform_real_distribution<double> saves(0.0, 4.0);
     int interrupted = 0;
     int whole = 0;
@@ -105,19 +105,19 @@ TEST(KillWhileSaving, atAnyInstant_leavesAWholeDocument)
         changes += number != last ? 1 : 0;
         last = number;
         const qsizetype leftovers = Leftovers();
-        ASSERT_LE(leftovers, kMostLeftovers) << "the next save tidies up";
+        ASSERT_LE(leftovers, kMostLeftovers) << "each save removes leftovers";
         interrupted += static_cast<int>(leftovers);
     }
     std::printf("figure: kills while saving: %d, in the middle of a save %d, whole afterwards %d\n", kills,
                 interrupted, whole);
-    EXPECT_GT(interrupted, kills / 20) << "the kills must hit saves, or nothing has been shown";
-    EXPECT_GT(changes, kills / 10) << "the stream of saves must be under way";
+    EXPECT_GT(interrupted, kills / 20) << "too few kills hit a save";
+    EXPECT_GT(changes, kills / 10) << "too few saves between the kills";
 }
 
 TEST(KillWhileSaving, twoInstancesAtOnce_seeAWholeDocumentAllTheTime_andLoseNoSave)
 {
     constexpr int kOther = 1'000'000;
-    // Either is seen many times, and if the machine lets only one of them run for long it is waited for.
+    // Both must be seen many times; on a busy machine one of them may not run for a while.
     constexpr int kFewestTurns = 30;
     constexpr int kFewestLoads = 1000;
     constexpr qint64 kLongest = 60'000;
@@ -144,7 +144,7 @@ TEST(KillWhileSaving, twoInstancesAtOnce_seeAWholeDocumentAllTheTime_andLoseNoSa
     EXPECT_TRUE(Kill(other.pid)) << "a save failed";
     EXPECT_EQ(whole, loads);
     EXPECT_GT(NumberOfWholeDocument(*document, file), 0);
-    EXPECT_GE(turns, kFewestTurns) << "both must be at it, or nothing has been shown";
+    EXPECT_GE(turns, kFewestTurns) << "the two did not save at the same time";
     EXPECT_LE(Leftovers(), 2);
     std::printf("figure: two instances saving at once: loads %d, whole %d, turns %d\n", loads, whole, turns);
 }

@@ -11,8 +11,8 @@
 
 namespace {
 
-// In a process of its own: a process looks for the plugins once.
-TEST(GStreamerPlayerWithoutPlugins, sound_isNone_andNothingIsReportedButAStop)
+// A separate test program: GStreamer looks for its plugins once in a process.
+TEST(GStreamerPlayerWithoutPlugins, setUrl_isSilent_andOnlyStopIsReported)
 {
     const QTemporaryDir folder;
     const QByteArray nowhere = folder.filePath(QStringLiteral("plugins")).toUtf8();

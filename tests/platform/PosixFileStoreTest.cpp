@@ -46,7 +46,7 @@ protected:
         return QDir(folder.path())
             .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
-    // Runs a step in a child process that has no more rights than a user, and answers its result.
+    // Runs @p step as a user without privileges, in a child process, and returns its result.
     [[nodiscard]] static bool AsUser(const std::function<bool()>& step)
     {
         const pid_t child = ::fork();
@@ -75,12 +75,12 @@ TEST_F(PosixFileStoreTest, read_wholeContent_upToTheLimit)
     EXPECT_EQ(files.Read(Path("a"), kLimit), QByteArray(kLimit, 'x'));
     EXPECT_EQ(files.Read(Path("a"), kLimit - 1), std::nullopt);
     constexpr qint64 kGenerous = 32LL * 1024 * 1024;
-    EXPECT_LT(files.Read(Path("a"), kGenerous)->capacity(), 2 * kLimit) << "room for the limit at each read";
+    EXPECT_LT(files.Read(Path("a"), kGenerous)->capacity(), 2 * kLimit) << "allocates the whole limit";
     Put("empty", "");
     EXPECT_EQ(files.Read(Path("empty"), kLimit), QByteArray());
 }
 
-TEST_F(PosixFileStoreTest, read_whatIsNoReadableFile_answersNothing)
+TEST_F(PosixFileStoreTest, read_unreadableFile_answersNothing)
 {
     ASSERT_EQ(::mkfifo(Native("pipe").constData(), 0644), 0);
     EXPECT_EQ(files.Read(Path("missing"), kLimit), std::nullopt);
@@ -119,7 +119,7 @@ TEST_F(PosixFileStoreTest, replace_relativeName_isTakenFromTheWorkingDirectory)
     EXPECT_EQ(Content("settings.xml"), "new");
 }
 
-TEST_F(PosixFileStoreTest, replace_missingFile_isMadeByTheMask)
+TEST_F(PosixFileStoreTest, replace_missingFile_isCreatedWithTheUmask)
 {
     const mode_t mask = ::umask(0027);
     EXPECT_TRUE(files.Replace(Path("a"), "new"));
@@ -154,7 +154,7 @@ TEST_F(PosixFileStoreTest, replace_keepsModeAndOwner)
     EXPECT_NE(after.st_ino, before.st_ino) << "written beside and renamed";
 }
 
-TEST_F(PosixFileStoreTest, replace_fileOfSomebodyElse_isWrittenInPlace_andStaysTheirs)
+TEST_F(PosixFileStoreTest, replace_fileOfAnotherUser_isWrittenInPlace_andKeepsItsOwner)
 {
     if (::geteuid() != 0) {
         GTEST_SKIP() << "only root can give a file to somebody else";
@@ -180,7 +180,7 @@ TEST_F(PosixFileStoreTest, replace_folderThatCannotBeWritten_fileThatCan_isWritt
     ::chmod(folder.path().toLocal8Bit().constData(), 0777);
 }
 
-TEST_F(PosixFileStoreTest, replace_fileThatSaysReadOnly_isFalse_andAsBefore)
+TEST_F(PosixFileStoreTest, replace_readOnlyFile_isFalse_andAsBefore)
 {
     Put("a", "old", 0444);
     EXPECT_TRUE(AsUser([this] { return !files.Replace(Path("a"), "new"); }));
@@ -188,7 +188,7 @@ TEST_F(PosixFileStoreTest, replace_fileThatSaysReadOnly_isFalse_andAsBefore)
     EXPECT_EQ(Names(), QStringList{QStringLiteral("a")});
 }
 
-// A limit on the size of files fails a write in the middle as a full disk does.
+// With a limit on the size of files a write fails in the middle, as on a full disk.
 bool FailsOnAFullDisk(PosixFileStore& files, const QString& path)
 {
     std::signal(SIGXFSZ, SIG_IGN);
@@ -220,7 +220,7 @@ TEST_F(PosixFileStoreTest, replace_symbolicLinks_surviveAndLeadToTheNewContent)
     Put("real/a", "old");
     ASSERT_EQ(::symlink("../real/a", Native("other/link").constData()), 0);
     ASSERT_EQ(::symlink("other/link", Native("chain").constData()), 0);
-    // Taken by its text alone, ".." behind a linked folder would lead elsewhere.
+    // ".." after a linked folder means the parent of its target, unlike in the text of the path.
     ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("far/deep")));
     ASSERT_EQ(::symlink("far/deep", Native("folder").constData()), 0);
     ASSERT_EQ(::symlink("folder/../../real/a", Native("crooked").constData()), 0);
@@ -231,7 +231,7 @@ TEST_F(PosixFileStoreTest, replace_symbolicLinks_surviveAndLeadToTheNewContent)
     }
 }
 
-TEST_F(PosixFileStoreTest, replace_linkThatLeadsNowhere_makesTheFileItNames)
+TEST_F(PosixFileStoreTest, replace_danglingLink_createsItsTarget)
 {
     ASSERT_EQ(::symlink("made", Native("link").constData()), 0);
     EXPECT_TRUE(files.Replace(Path("link"), "new"));
@@ -239,7 +239,7 @@ TEST_F(PosixFileStoreTest, replace_linkThatLeadsNowhere_makesTheFileItNames)
     EXPECT_EQ(Content("made"), "new");
 }
 
-TEST_F(PosixFileStoreTest, replace_whatIsNoFile_isFalse_andAsBefore)
+TEST_F(PosixFileStoreTest, replace_noRegularFile_isFalse_andAsBefore)
 {
     ASSERT_EQ(::mkfifo(Native("pipe").constData(), 0666), 0);
     ASSERT_EQ(::symlink("circle", Native("circle").constData()), 0);
@@ -254,7 +254,7 @@ TEST_F(PosixFileStoreTest, replace_whatIsNoFile_isFalse_andAsBefore)
     EXPECT_TRUE(QFileInfo(Path("circle")).isSymLink());
 }
 
-TEST_F(PosixFileStoreTest, replace_leftoverOfAKilledSave_isTidiedUp_nothingElse)
+TEST_F(PosixFileStoreTest, replace_leftoverOfAKilledSave_isRemoved_nothingElse)
 {
     Put("a", "old");
     Put("a.saving-abc123", "half");

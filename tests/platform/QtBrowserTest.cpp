@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-/// Takes the addresses that would go to the desktop.
+/// Records the addresses that the desktop would open.
 class Desktop : public QObject
 {
     Q_OBJECT

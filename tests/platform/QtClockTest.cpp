@@ -37,8 +37,8 @@ TEST_F(QtClockTest, zoneChangedUnderTheProgram_isFollowed)
               now.offsetFromUtc());
 }
 
-// A ticker over a clock of its own: milliseconds of real time pass as a timer is waited for, and the wall
-// clock may run off, or be set.
+// A ticker with a simulated clock, which advances when a timer is waited for; it may be fast, slow, or be
+// set.
 class SimulatedTicker
 {
 public:
@@ -49,7 +49,7 @@ public:
     {
     }
 
-    // One wait of the timer, which ends @p late milliseconds after it should (before it, if negative).
+    // Waits for the timer, which fires @p late milliseconds late, or early if negative.
     void Wait(double late, int times = 1)
     {
         for (int i = 1; i < times; ++i) {
@@ -82,7 +82,7 @@ private:
 
 constexpr qint64 kStart = 1'774'000'000'437;
 
-// True if each second from the first that was hit to the last was hit once.
+// True if each second from the first hit to the last was hit once.
 testing::AssertionResult EachSecondOnce(const std::map<qint64, int>& hits)
 {
     qint64 expected = hits.begin()->first;
@@ -155,7 +155,7 @@ TEST(SecondPhase, clockPutBackByMilliseconds_hitsNoSecondTwice)
     std::uniform_real_distribution<double> step(0.0, 20.0);
     for (int i = 0; i < 100'000; ++i) {
         ticker.Wait(1.0);
-        // Small corrections come at any moment of the second but its very first.
+        // Small corrections at any time of the second, except for its first milliseconds.
         ticker.wall += 100.0;
         ticker.wall -= step(random);
     }
@@ -188,7 +188,7 @@ TEST(SecondPhase, millisecondsToNext_areOneToAThousand)
 
 TEST(SecondPhase, hourThatComesTwice_hitsEachOfItsSeconds)
 {
-    // The wall clock of Chicago goes back from 02:00 to 01:00 here; the seconds go on.
+    // The wall clock of Chicago goes back from 02:00 to 01:00 at 07:00 UTC.
     const QTimeZone chicago("America/Chicago");
     const QDateTime start = QDateTime(QDate(2026, 11, 1), QTime(6, 59, 57), Qt::UTC).toTimeZone(chicago);
     SecondPhase phase(start);

@@ -18,7 +18,7 @@
 
 namespace {
 
-// Looks for an open box every few milliseconds, remembers what it shows and acts on it as a user does.
+// Waits for an open box, records its content and acts on it as a user does.
 class Onlooker
 {
 public:
@@ -136,7 +136,7 @@ TEST(QtMessageBoxes, show_endlessText_isCutAt1024)
 
 TEST(QtMessageBoxes, show_windowBelowGoes_boxStays)
 {
-    // As a popup does when its time is up.
+    // As a popup closes when its time is over.
     auto window = std::make_unique<QWidget>();
     window->show();
     QApplication::setActiveWindow(window.get());
@@ -170,7 +170,7 @@ TEST(QtMessageBoxes, show_eventsGoOnUnderTheBox)
 
 TEST(QtMessageBoxes, programEndsUnderTheBox_noAnswerIsGiven)
 {
-    // The last window goes, as by the tray's menu.
+    // The program is told to end, as by the menu of the tray icon.
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     for (const bool isQuestion : {false, true}) {
         EXPECT_EXIT(

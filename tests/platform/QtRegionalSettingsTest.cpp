@@ -8,7 +8,7 @@
 
 namespace {
 
-// A process of its own for each row, since the system's locale is read once in a process.
+// One process for each row: the locale of the system is read once in a process.
 TEST(QtRegionalSettings, pointedTextOfAFile_readsAsItsNumber)
 {
     const std::pair<const char*, const char*> rows[]{

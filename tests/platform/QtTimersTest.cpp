@@ -14,7 +14,7 @@
 
 namespace {
 
-// The seconds in which a ticker fired, and how far into the second it was.
+// The seconds in which a ticker fired, and the latest millisecond of a second.
 struct Ticks
 {
     explicit Ticks(Timer& ticker, const Clock& clock)
@@ -70,7 +70,7 @@ TEST(QtTimers, secondTicker_handlerThatServesEvents_missesNoSecond)
     ticker->SetHandler([&] {
         seconds.push_back(clock.Now().toSecsSinceEpoch());
         if (!isWaiting) {
-            // As a handler does that waits for the network: later ticks come inside it.
+            // As a handler that waits for the network: later ticks are nested in this one.
             isWaiting = true;
             EXPECT_TRUE(QTest::qWaitFor([&] { return seconds.size() >= 4; }, 20'000));
         }
@@ -99,8 +99,8 @@ TEST(QtTimers, plainTimer_firesAgainAndAgain_untilDisabled)
     EXPECT_EQ(calls, 5);
 }
 
-// The one test that the wall clock measures: two minutes of the real ticker, with both cores busy and an
-// event loop that is held up again and again.
+// Two minutes of the real ticker by the wall clock, with busy cores and an event loop that is blocked again
+// and again.
 TEST(QtTimersUnderLoad, secondTicker_twoMinutes_hitEachSecondOnce)
 {
     std::atomic<bool> isOver = false;

@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-/// Named as Qt's window of an embedded icon, the one whose mouse the tray icon watches.
+/// Has the class name of Qt's window of an embedded icon, whose mouse events the tray icon filters.
 class QSystemTrayIconSys : public QWidget
 {
     Q_OBJECT
@@ -106,7 +106,7 @@ TEST_F(QtTrayIconTest, rightButton_underABox_opensTheMenu)
     });
 }
 
-TEST_F(QtTrayIconTest, afterTheRemoval_theMouseIsNobodys)
+TEST_F(QtTrayIconTest, remove_mouseEventsPassThrough)
 {
     tray.Add(Icon(), QStringLiteral("tip"), menu);
     tray.Remove();

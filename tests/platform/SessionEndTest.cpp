@@ -24,7 +24,7 @@ protected:
     void closeEvent(QCloseEvent* event) override { event->ignore(); }
 };
 
-// Ends a loop that nothing else ends, so that a fault is seen as a fault and not as a test that hangs.
+// Limits the main loop, so that a defect is a failure and no hang.
 constexpr int kTooLong = 10000;
 constexpr int kNotEnded = 99;
 
@@ -37,10 +37,10 @@ int RunUntilEnd()
 class SessionSignalTest : public testing::TestWithParam<int>
 {
 protected:
-    // Qt has threads of its own by now, which a mere fork would lose.
+    // Qt has threads, which a fork without exec would lose.
     static void SetUpTestSuite() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
-    // Whoever started the tests, in the background for one, may have had a signal ignored.
+    // A test started in the background may inherit ignored signals.
     SessionSignalTest() { signal(GetParam(), SIG_DFL); }
 };
 
@@ -121,7 +121,7 @@ class IgnoredSignalTest : public SessionSignalTest
 {
 };
 
-TEST_P(IgnoredSignalTest, signalThatTheStarterHadIgnored_endsNothing)
+TEST_P(IgnoredSignalTest, signalIgnoredAtTheStart_staysIgnored)
 {
     EXPECT_EXIT(
         {
@@ -141,7 +141,7 @@ TEST_P(IgnoredSignalTest, signalThatTheStarterHadIgnored_endsNothing)
 INSTANTIATE_TEST_SUITE_P(Each, IgnoredSignalTest, testing::Values(SIGINT, SIGHUP),
                          [](const auto& row) { return std::string(row.param == SIGINT ? "INT" : "HUP"); });
 
-TEST(SessionEnd, terminationThatTheStarterHadIgnored_endsAllTheSame)
+TEST(SessionEnd, terminationIgnoredAtTheStart_endsTheProgram)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
@@ -154,7 +154,7 @@ TEST(SessionEnd, terminationThatTheStarterHadIgnored_endsAllTheSame)
         testing::ExitedWithCode(0), "");
 }
 
-TEST(SessionEnd, gone_leavesTheSignalsToTheSystem)
+TEST(SessionEnd, destroyed_restoresTheSignals)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
@@ -167,12 +167,12 @@ TEST(SessionEnd, gone_leavesTheSignalsToTheSystem)
         testing::KilledBySignal(SIGTERM), "");
 }
 
-TEST(SessionEnd, noPipeToBeHad_endsWithALineOnTheTerminal)
+TEST(SessionEnd, noPipe_abortsWithAMessage)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
-            // Nor a core file, which nobody asked for.
+            // Without a core file.
             const rlimit none{};
             setrlimit(RLIMIT_CORE, &none);
             setrlimit(RLIMIT_NOFILE, &none);

@@ -58,7 +58,7 @@ double Power(const std::vector<double>& window)
 SoundServer::SoundServer()
 {
     qputenv("XDG_RUNTIME_DIR", m_folder.path().toUtf8());
-    // libpulse must neither look elsewhere nor start a server by itself.
+    // libpulse must not find or start another server.
     qputenv("PULSE_SERVER", "unix:" + m_folder.path().toUtf8() + "/pulse/native");
 }
 
@@ -80,7 +80,7 @@ bool SoundServer::Start()
                      QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
                      QStringLiteral("-L"), QStringLiteral("module-native-protocol-unix auth-anonymous=1"),
                      QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=nul")});
-    // The recorder is refused until the server listens.
+    // Retry: the recorder fails until the server listens.
     return QTest::qWaitFor(
         [this] {
             if (m_recorder && m_recorder->state() != QProcess::NotRunning) {
@@ -110,7 +110,7 @@ void SoundServer::Kill()
     m_samples.clear();
 }
 
-// A server that has gone has the number 0, which would be everybody here.
+// A server that has ended has process id 0, for which kill() would signal this process group.
 void SoundServer::Hang()
 {
     ASSERT_GT(m_server->processId(), 0);

@@ -8,27 +8,27 @@
 
 #include <memory>
 
-/// A sound server of the test's own, with one sink that leads nowhere, and a recording of what it plays.
+/// A private sound server with a null sink, and a recording of all that it plays.
 class SoundServer final
 {
 public:
     static constexpr int kRate = 44100;
 
-    /// Makes this server's folder the place where sound is looked for, whether the server runs or not.
+    /// Points the sound libraries to this server, which is not started yet.
     SoundServer();
     ~SoundServer();
     SoundServer(const SoundServer&) = delete;
     SoundServer& operator=(const SoundServer&) = delete;
 
-    /// False if it does not come up in time.
+    /// False if it does not start in time.
     [[nodiscard]] bool Start();
     /// Ends the server at once, as a crash would.
     void Kill();
-    /// The server hangs: it is there and answers nobody, until it is let go on.
+    /// Suspends the server, so that it answers no client until GoOn.
     void Hang();
     void GoOn();
 
-    /// Waits until a second's quarter of nothing but this tone has been recorded.
+    /// Waits until the newest quarter of a second holds only this tone.
     [[nodiscard]] bool WaitForTone(double hertz);
     /// Waits until the newest quarter of a second holds no sound.
     [[nodiscard]] bool WaitForSilence();

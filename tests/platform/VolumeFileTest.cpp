@@ -94,14 +94,14 @@ TEST_F(VolumeFileTest, setVolume_replacesTheFileWhole)
     };
     GStreamerPlayer player;
     player.SetVolume(73);
-    // Somebody who reads still has the old file: its number is not given away meanwhile.
+    // An open reader keeps the old file, so that its inode number is not reused.
     QFile reader(Path());
     ASSERT_TRUE(reader.open(QIODevice::ReadOnly));
     const ino_t before = number();
     player.SetVolume(100);
     EXPECT_NE(number(), before) << "a crash inside the save would leave half a file";
     EXPECT_EQ(reader.readAll(), "73\n");
-    EXPECT_EQ(Content(Path()), "100\n") << "before the program ends, however it ends";
+    EXPECT_EQ(Content(Path()), "100\n") << "written before the call returns";
 }
 
 TEST_F(VolumeFileTest, setVolume_outsideTheScale_isBroughtToItsEnd)

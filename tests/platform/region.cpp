@@ -6,8 +6,8 @@
 
 #include <cstdio>
 
-// Prints, as the regional settings of this process's environment have it: the decimal sign, the number that
-// "41.12" of a file is, and the text of that number.
+// Prints, by the regional settings of the environment, the decimal sign, the values of numbers of a file, and
+// the text of one of them read again.
 int main()
 {
     const QtRegionalSettings region;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kPlaces = 80;
 
-// A document of the size of a real one, another one for each number.
+// A document of realistic size that differs for each number.
 QByteArray Document(int number)
 {
     const QByteArray text = QByteArray::number(number);
@@ -25,9 +25,8 @@ QByteArray Document(int number)
 
 } // namespace
 
-// Saves one document after the other over the file that its first argument names, until it is killed. The
-// second argument is the number of the first document. Once the first is saved it says how many microseconds
-// that took.
+// Saves numbered documents to the file of the first argument until it is killed. The second argument is the
+// number of the first document. Prints the duration of the first save in microseconds.
 int main(int argc, char* argv[])
 {
     if (argc != 3) {
