@@ -325,7 +325,7 @@ public:
     QString dataFolder;
 };
 
-/// Fakes behind every door but the files.
+/// Fakes of all interfaces except the files.
 template <typename Files>
 struct FakeDoors
 {
@@ -345,7 +345,7 @@ struct FakeDoors
     FakeProcess process;
     Platform doors{clock, timers, files, http, player, tray, boxes, browser, region, process};
 
-    /// These doors with other files and another HTTP.
+    /// The same fakes with other files and another HTTP.
     [[nodiscard]] Platform With(FileStore& otherFiles, Http& otherHttp)
     {
         return {clock, timers, otherFiles, otherHttp, player, tray, boxes, browser, region, process};

@@ -31,7 +31,7 @@ public:
     }
 };
 
-/// All that one input can touch: the doors, and a main window, in the tray, that has read a whole
+/// All that one input can touch: the platform, and a main window, in the tray, that has read a whole
 /// settings.xml.
 class FuzzWorld final
 {

@@ -15,7 +15,7 @@ CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsS
 OUTSIDE = re.compile(r"\b(fopen|getenv|qgetenv|system|fork|execv|execl)\s*\(")
 FAILURES = TREE / "docs/failure-tests.md"
 FAILURES_FOR_USERS = TREE / "docs/failures.md"
-# The doors to a message box: those of the platform, and the routines that hand their `message` on to them.
+# Functions that show a message box: those of the platform, and those that pass their `message` on to them.
 RELAYS = ("Say", "SayAndUnload", "FailAndUnload")
 SPEAKS = re.compile(r"\b(?:boxes\.(?:Show|Ask)|%s)\(" % "|".join(RELAYS))
 FATAL = re.compile(r"\bEndWithFatalBox\([^;]*?(\d+)\);")

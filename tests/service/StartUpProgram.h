@@ -9,7 +9,7 @@
 #include "fakes/PlainWindow.h"
 #include "forms/Forms.h"
 
-/// The main window as the program starts it, with the outside world of a test.
+/// The main window as the program starts it, with the platform of a test.
 class Program final
 {
 public:

@@ -20,7 +20,7 @@
 
 #include <stdexcept>
 
-/// The whole program, with all its windows and the true calculation, on fakes for the outside world.
+/// The whole program, with all its windows and the true calculation, on a fake platform.
 class ProgramWorld
 {
 public:

@@ -72,7 +72,7 @@ TEST_F(SimpleXMLTest, load_failure_leavesThePath_andReadersAnswerNothing)
     EXPECT_FALSE(xml.Load(Q("missing.xml")));
 }
 
-TEST_F(SimpleXMLTest, load_url_goesThroughTheSameDoor)
+TEST_F(SimpleXMLTest, load_url_usesTheHttpOfThePlatform)
 {
     platform.http.replies[Q("getThing.pl")] = "<root result='1'/>";
     EXPECT_TRUE(xml.Load(Q("http://127.0.0.1/getThing.pl?a=b c")));
