@@ -29,13 +29,13 @@ struct Ground
 
     FakePlatform platform;
     CalculationLibrary calculation{QStringLiteral(DUSKBEACON_MODULE_FOLDER)};
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
 };
 
 void RecalculationOfTenSlots(benchmark::State& state)
 {
     Ground ground;
-    PTimer timer(ground.platform.doors, ground.calculation);
+    PTimer timer(ground.platform.interfaces, ground.calculation);
     for (auto _ : state) {
         timer.SetupPTimer(4185, -8765, -6, 0, -1500, -1500, 0, 10, -1);
         benchmark::DoNotOptimize(timer.GetPrayerTime(10));
@@ -70,7 +70,7 @@ BENCHMARK(OneTick)->Unit(benchmark::kMicrosecond);
 void LoadOfTheShippedFile(benchmark::State& state)
 {
     Ground ground;
-    SimpleXML settings(ground.platform.doors);
+    SimpleXML settings(ground.platform.interfaces);
     for (auto _ : state) {
         if (!settings.Load(QStringLiteral("settings.xml"))) {
             state.SkipWithError("can't load");
@@ -82,7 +82,7 @@ BENCHMARK(LoadOfTheShippedFile)->Unit(benchmark::kMicrosecond);
 void SaveOfTheShippedFile(benchmark::State& state)
 {
     Ground ground;
-    SimpleXML settings(ground.platform.doors);
+    SimpleXML settings(ground.platform.interfaces);
     if (!settings.Load(QStringLiteral("settings.xml"))) {
         state.SkipWithError("can't load");
     }

@@ -50,8 +50,8 @@ private:
     FakePlatform m_platform;
     MemoryFiles m_memory;
     FileStore& m_files;
-    Platform m_doors = m_platform.With(m_files, m_platform.http);
-    Forms m_forms{m_doors};
+    Platform m_interfaces = m_platform.With(m_files, m_platform.http);
+    Forms m_forms{m_interfaces};
     MobileSignup m_signup{m_forms};
     SilentMain m_main;
 };

@@ -139,8 +139,8 @@ protected:
 
     FakePlatform platform;
     FakeCalculation calculation;
-    Forms forms{platform.doors};
-    PTimer timer{platform.doors, calculation};
+    Forms forms{platform.interfaces};
+    PTimer timer{platform.interfaces, calculation};
     QStringList log;
     NotingMain* main = nullptr;
     QString settings = SettingsText();

@@ -183,7 +183,7 @@ protected:
     }
 
     CalculationLibrary library{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
-    PTimer realTimer{platform.doors, library};
+    PTimer realTimer{platform.interfaces, library};
     AlertDispatch realDispatch{forms, realTimer};
     QStringList happened;
     qint64 now = 0;

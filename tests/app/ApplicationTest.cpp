@@ -34,7 +34,7 @@ TEST_F(ApplicationTest, font_isOneFamilyForAllWindows)
     EXPECT_EQ(QApplication::font().family(), QStringLiteral("Liberation Sans"));
     EXPECT_EQ(QApplication::font().pixelSize(), 12);
     FakePlatform platform;
-    Forms forms(platform.doors);
+    Forms forms(platform.interfaces);
     const FrmPopup popup(forms);
     for (const QWidget* const widget : popup.findChildren<QWidget*>()) {
         EXPECT_EQ(widget->font().family(), QStringLiteral("Liberation Sans"))
@@ -54,7 +54,7 @@ TEST_F(ApplicationTest, coloursIconAndEnd_areTheProgramsOwn)
 TEST_F(ApplicationTest, screenReader_meetsThePopupAsAnAlertAndALinkAsALink)
 {
     FakePlatform platform;
-    Forms forms(platform.doors);
+    Forms forms(platform.interfaces);
     FrmPopup popup(forms);
     EXPECT_EQ(QAccessible::queryAccessibleInterface(&popup)->role(), QAccessible::AlertMessage);
     LinkLabel link(nullptr);

@@ -69,5 +69,5 @@ protected:
 
     FakePlatform platform;
     FakeCalculation calculation;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
 };

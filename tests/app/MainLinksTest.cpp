@@ -77,7 +77,7 @@ protected:
     }
 
     FakePlatform platform;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
     MobileSignup signup{forms};
     ControlsMain window{forms};
     MainLinks links{window, window.controls};

@@ -71,10 +71,10 @@ TEST_F(MainWindowTest, maximised_upOrHidden_isShownNormal)
 TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
 {
     BrokenTray broken;
-    const Platform doors{platform.clock,  platform.timers, platform.files, platform.http,
-                         platform.player, broken,          platform.boxes, platform.browser,
-                         platform.region, platform.process};
-    Forms others{doors};
+    const Platform interfaces{platform.clock,  platform.timers, platform.files, platform.http,
+                              platform.player, broken,          platform.boxes, platform.browser,
+                              platform.region, platform.process};
+    Forms others{interfaces};
     RegisterStartWindows(others, calculation);
     auto& main = others.Touch<FrmMain>();
     main.Show();

@@ -178,7 +178,7 @@ TEST(SoundControls, windowGone_playerReportsToNobody)
     FakeCalculation calculation;
     WriteSettings();
     {
-        Forms forms(platform.doors);
+        Forms forms(platform.interfaces);
         RegisterStartWindows(forms, calculation);
         forms.Touch<FrmMain>();
     }

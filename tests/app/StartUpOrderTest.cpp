@@ -30,7 +30,7 @@ protected:
     }
     [[nodiscard]] QString App(const QString& attribute) const
     {
-        SimpleXML settings(platform.doors);
+        SimpleXML settings(platform.interfaces);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(attribute, QStringLiteral("//root//app"));
     }

@@ -73,9 +73,10 @@ TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay_changesNoFile)
 TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
 {
     WatchfulProcess process;
-    const Platform doors{platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
-                         platform.tray,  platform.boxes,  platform.browser, platform.region, process};
-    Forms windows(doors);
+    const Platform interfaces{platform.clock,  platform.timers, platform.files, platform.http,
+                              platform.player, platform.tray,   platform.boxes, platform.browser,
+                              platform.region, process};
+    Forms windows(interfaces);
     RegisterStartWindows(windows, calculation);
     bool slept = false;
     const SlowDesktop desktop;
@@ -179,10 +180,10 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
         [[nodiscard]] bool IsShown() const override { return false; }
     };
     BrokenTray tray;
-    const Platform doors{
+    const Platform interfaces{
         platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
         tray,           platform.boxes,  platform.browser, platform.region, platform.process};
-    Forms windows(doors);
+    Forms windows(interfaces);
     RegisterStartWindows(windows, calculation);
     windows.Touch<FrmMain>();
     ExpectFatal(5);
@@ -195,8 +196,8 @@ TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
     platform.http.replies[QStringLiteral("requestProdID.pl")] = "<root prod_string='P-1'/>";
     LockableFiles files;
     files.isLocked = true;
-    const Platform doors = platform.With(files, platform.http);
-    Forms windows(doors);
+    const Platform interfaces = platform.With(files, platform.http);
+    Forms windows(interfaces);
     RegisterStartWindows(windows, calculation);
     platform.http.whileWaiting = [&windows] {
         windows.Variables().DebugMode = true;
@@ -263,10 +264,10 @@ protected:
 TEST_F(SettingsFolderTest, fileBesideTheProgram_isTakenThere_elseFromTheUsersData)
 {
     WriteInto(Folder("data"));
-    EnterSettingsFolder(platform.doors);
+    EnterSettingsFolder(platform.interfaces);
     EXPECT_EQ(QDir::currentPath(), Folder("data"));
     WriteInto(Folder("own"));
-    EnterSettingsFolder(platform.doors);
+    EnterSettingsFolder(platform.interfaces);
     EXPECT_EQ(QDir::currentPath(), Folder("own"));
 }
 
@@ -274,7 +275,7 @@ TEST_F(SettingsFolderTest, noFolderAtAll_neverTakesAFileThatLiesAroundWhereItWas
 {
     platform.process.dataFolder = Folder("missing");
     WriteInto(Folder("elsewhere"));
-    EnterSettingsFolder(platform.doors);
+    EnterSettingsFolder(platform.interfaces);
     EXPECT_FALSE(QFile::exists(kSettingsFile));
     EXPECT_FALSE(QFileInfo::exists(Folder("missing"))) << "nothing is made";
 }

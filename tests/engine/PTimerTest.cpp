@@ -57,7 +57,7 @@ protected:
 
     FakePlatform platform;
     FakeCalculation calculation;
-    PTimer timer{platform.doors, calculation};
+    PTimer timer{platform.interfaces, calculation};
     QStringList events;
 };
 
@@ -96,9 +96,9 @@ TEST_F(PTimerTest, setup_zeroPlace_passesZeros)
 TEST_F(PTimerTest, setup_readsDayMonthAndYearOneByOne)
 {
     HastyClock clock;
-    Platform doors{clock,         platform.timers, platform.files,   platform.http,   platform.player,
-                   platform.tray, platform.boxes,  platform.browser, platform.region, platform.process};
-    PTimer hasty(doors, calculation);
+    Platform interfaces{clock,         platform.timers, platform.files,   platform.http,   platform.player,
+                        platform.tray, platform.boxes,  platform.browser, platform.region, platform.process};
+    PTimer hasty(interfaces, calculation);
     hasty.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, -1);
     EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 1 2 180 15 4 2028"));
 }

@@ -327,11 +327,11 @@ public:
 
 /// Fakes of all interfaces except the files.
 template <typename Files>
-struct FakeDoors
+struct FakePlatformOn
 {
-    FakeDoors() = default;
-    FakeDoors(const FakeDoors&) = delete;
-    FakeDoors& operator=(const FakeDoors&) = delete;
+    FakePlatformOn() = default;
+    FakePlatformOn(const FakePlatformOn&) = delete;
+    FakePlatformOn& operator=(const FakePlatformOn&) = delete;
 
     FakeClock clock;
     FakeTimers timers;
@@ -343,7 +343,7 @@ struct FakeDoors
     FakeBrowser browser;
     FakeRegion region;
     FakeProcess process;
-    Platform doors{clock, timers, files, http, player, tray, boxes, browser, region, process};
+    Platform interfaces{clock, timers, files, http, player, tray, boxes, browser, region, process};
 
     /// The same fakes with other files and another HTTP.
     [[nodiscard]] Platform With(FileStore& otherFiles, Http& otherHttp)
@@ -353,7 +353,7 @@ struct FakeDoors
 };
 
 /// With real files, in a temporary folder that is the working directory while this object lives.
-class FakePlatform final : public FakeDoors<PosixFileStore>
+class FakePlatform final : public FakePlatformOn<PosixFileStore>
 {
 public:
     FakePlatform()

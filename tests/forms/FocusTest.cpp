@@ -27,7 +27,7 @@ protected:
     }
 
     FakePlatform platform;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
     PlainWindow window{forms, QStringLiteral("Window")};
     QLineEdit first{&window};
     QLineEdit middle{&window};

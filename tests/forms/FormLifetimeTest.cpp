@@ -59,7 +59,7 @@ protected:
     static void Fail() { throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow")); }
 
     FakePlatform platform;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
     QPointer<ScriptedForm> form;
     std::function<void()> onLoad;
 };

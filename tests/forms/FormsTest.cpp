@@ -61,7 +61,7 @@ protected:
     ~FormsTest() override { Desk::Settle(); }
 
     FakePlatform platform;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
     std::function<void(ScriptedWindow&)> load;
     std::function<void(ScriptedWindow&)> unload;
     QPointer<Form> latest;

@@ -19,7 +19,7 @@ TEST(Guard, fatalBox_exactWords_thenTheEnd)
     for (int number = 1; number <= 7; ++number) {
         platform.boxes.boxes.clear();
         platform.boxes.whileOpen = [&] { EXPECT_EQ(platform.process.ended, number - 1) << "first the box"; };
-        EndWithFatalBox(platform.doors, number);
+        EndWithFatalBox(platform.interfaces, number);
         ASSERT_EQ(platform.boxes.boxes.size(), 1U);
         EXPECT_EQ(platform.boxes.boxes.front(),
                   (Box{QStringLiteral("An error has occured, The application will be terminated."),
@@ -32,7 +32,7 @@ TEST(Guard, handlerThatEndsWell_isLeftAlone)
 {
     FakePlatform platform;
     int calls = 0;
-    RunGuarded(platform.doors, [&calls] { ++calls; });
+    RunGuarded(platform.interfaces, [&calls] { ++calls; });
     EXPECT_EQ(calls, 1);
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0);
@@ -41,9 +41,9 @@ TEST(Guard, handlerThatEndsWell_isLeftAlone)
 TEST(Guard, errorThatNobodyCaught_isShown_andEndsTheProgram)
 {
     FakePlatform platform;
-    RunGuarded(platform.doors,
+    RunGuarded(platform.interfaces,
                [] { throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow")); });
-    RunGuarded(platform.doors, [] { throw std::runtime_error("broken"); });
+    RunGuarded(platform.interfaces, [] { throw std::runtime_error("broken"); });
     ASSERT_EQ(platform.boxes.boxes.size(), 2U);
     EXPECT_EQ(platform.boxes.boxes[0], (Box{QStringLiteral("Run-time error '6':\r\n\r\nOverflow"),
                                             QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
@@ -67,7 +67,8 @@ TEST(Guard, eachKindOfError_isShownUnderItsNumber)
                                              {ErrorNumber::kConfiguration, 2002}};
     for (const auto& [error, number] : kRows) {
         FakePlatform platform;
-        RunGuarded(platform.doors, [kind = error] { throw RuntimeError(kind, QStringLiteral("It failed")); });
+        RunGuarded(platform.interfaces,
+                   [kind = error] { throw RuntimeError(kind, QStringLiteral("It failed")); });
         EXPECT_EQ(platform.boxes.boxes.front().text,
                   QStringLiteral("Run-time error '%1':\r\n\r\nIt failed").arg(number));
     }

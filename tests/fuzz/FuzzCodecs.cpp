@@ -144,8 +144,8 @@ void CheckText(const InternetClass& internet, const QString& text)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    static const FakeDoors<MemoryFiles> platform;
-    const InternetClass internet(platform.doors, QString());
+    static const FakePlatformOn<MemoryFiles> platform;
+    const InternetClass internet(platform.interfaces, QString());
     const QByteArray bytes(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     CheckCodePage(bytes);
     CheckBase64OfBytes(bytes);

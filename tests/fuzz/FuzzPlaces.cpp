@@ -106,7 +106,7 @@ void UseSearch(FuzzWorld& world, const Form& search, Choices& choices)
 bool IsUsable(Configuration& held, const FuzzWorld& world)
 {
     try {
-        LoadConfiguration(held, world.platform.doors);
+        LoadConfiguration(held, world.platform.interfaces);
         return true;
     } catch (const RuntimeError&) {
         return false;

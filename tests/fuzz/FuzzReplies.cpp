@@ -25,7 +25,7 @@ constexpr std::int16_t kMobileTab = 2;
 struct Reply
 {
     Reply(const FuzzWorld& world, const QString& script)
-        : document(world.platform.doors)
+        : document(world.platform.interfaces)
         , isLoaded(document.Load(QStringLiteral("http://service.example/") + script))
     {
     }
@@ -107,10 +107,10 @@ void CheckSignUp(FuzzWorld& world)
 void CheckIdentifier(FuzzWorld& world)
 {
     const Reply reply(world, QStringLiteral("requestProdID.pl"));
-    SimpleXML settings(world.platform.doors);
+    SimpleXML settings(world.platform.interfaces);
     Demand(settings.Load(kSettingsFile), "the settings load");
     const QByteArray before = world.Settings();
-    RequestIdentifier(world.platform.doors, settings, world.main->Variables().Settings);
+    RequestIdentifier(world.platform.interfaces, settings, world.main->Variables().Settings);
     if (!reply.isLoaded) {
         Demand(world.Settings() == before, "without a reply nothing changes");
         return;

@@ -38,14 +38,14 @@ std::string WithoutOptions(const SimpleXML& settings)
 // What is loaded can be saved, and loads again as the same document. False if it is not loaded.
 bool CheckStore(FuzzWorld& world)
 {
-    SimpleXML settings(world.platform.doors);
+    SimpleXML settings(world.platform.interfaces);
     if (!settings.Load(kSettingsFile)) {
         Demand(settings.GetRootName().isEmpty(), "a document that does not load is empty");
         return false;
     }
     const QString name = QStringLiteral("copy.xml");
     Demand(settings.Save(name), "what is loaded can be saved");
-    SimpleXML copy(world.platform.doors);
+    SimpleXML copy(world.platform.interfaces);
     Demand(copy.Load(name), "what is saved can be loaded");
     Demand(copy.XML() == settings.XML(), "nothing changes on the way through the file");
     return true;
@@ -83,7 +83,7 @@ QString Text(const Configuration& held)
 bool IsLoaded(Configuration& held, const FuzzWorld& world)
 {
     try {
-        LoadConfiguration(held, world.platform.doors);
+        LoadConfiguration(held, world.platform.interfaces);
     } catch (const RuntimeError& error) {
         Demand(error.Number() == ErrorNumber::kConfiguration, "a bad file has one error");
         return false;
@@ -104,7 +104,7 @@ void CheckConfiguration(FuzzWorld& world)
         const QUrl address(text);
         Demand(!address.host().isEmpty() && address.scheme().startsWith(u"http"), "the web alone is asked");
     }
-    SimpleXML settings(world.platform.doors);
+    SimpleXML settings(world.platform.interfaces);
     Demand(settings.Load(kSettingsFile) && settings.Save(kSettingsFile), "a configuration can be saved");
     Configuration again;
     Demand(IsLoaded(again, world) && Text(again) == Text(held), "a saved configuration is the same one");
@@ -142,7 +142,7 @@ void Act(const FrmAlerts& dialog, Choices& choices, const QByteArray& typed)
 
 void CheckDialog(FuzzWorld& world, Choices& choices, const QByteArray& typed)
 {
-    SimpleXML before(world.platform.doors);
+    SimpleXML before(world.platform.interfaces);
     const bool wasWhole = before.Load(kSettingsFile);
     const QByteArray bytes = world.Settings();
     world.files.saves = 0;
@@ -163,7 +163,7 @@ void CheckDialog(FuzzWorld& world, Choices& choices, const QByteArray& typed)
         Demand(world.Settings() == bytes, "a file that does not load is left alone");
         return;
     }
-    SimpleXML after(world.platform.doors);
+    SimpleXML after(world.platform.interfaces);
     Demand(after.Load(kSettingsFile), "the dialog leaves a whole file");
     Demand(WithoutOptions(after) == WithoutOptions(before), "the dialog changes nothing but its options");
 }

@@ -58,10 +58,10 @@ public:
     {
         return files.Read(kSettingsFile, XmlLimits::kBytes).value_or(QByteArray());
     }
-    [[nodiscard]] bool IsSettingsWhole() const { return SimpleXML(platform.doors).Load(kSettingsFile); }
+    [[nodiscard]] bool IsSettingsWhole() const { return SimpleXML(platform.interfaces).Load(kSettingsFile); }
     [[nodiscard]] QString Setting(const QString& name, const QString& path) const
     {
-        SimpleXML settings(platform.doors);
+        SimpleXML settings(platform.interfaces);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(name, path);
     }
@@ -83,8 +83,8 @@ public:
         }
     }
 
-    FakeDoors<MemoryFiles> platform;
+    FakePlatformOn<MemoryFiles> platform;
     MemoryFiles& files = platform.files;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
     FuzzMain* main = nullptr;
 };

@@ -119,7 +119,7 @@ TEST_F(AddLocationTest, add_fileWithoutLocations_closesAsAfterASuccessWithAnEmpt
     ExpectBoxes({});
     ExpectBackInList();
     EXPECT_EQ(Places().count(), 0);
-    SimpleXML settings(doors);
+    SimpleXML settings(interfaces);
     ASSERT_TRUE(settings.Load(kSettingsFile));
     EXPECT_FALSE(settings.XML().contains(QStringLiteral("Cairo")));
 }

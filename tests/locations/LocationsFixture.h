@@ -206,7 +206,7 @@ protected:
     }
     QString Setting(const QString& name, const QString& path) const
     {
-        SimpleXML settings(doors);
+        SimpleXML settings(interfaces);
         EXPECT_TRUE(settings.Load(kSettingsFile));
         return settings.GetAttribute(name, path);
     }
@@ -239,7 +239,7 @@ protected:
 
     FakePlatform platform;
     LockableFiles files;
-    Platform doors = platform.With(files, platform.http);
-    Forms forms{doors};
+    Platform interfaces = platform.With(files, platform.http);
+    Forms forms{interfaces};
     ReadingMain* main = nullptr;
 };

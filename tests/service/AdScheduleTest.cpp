@@ -76,7 +76,7 @@ protected:
     FakePlatform platform;
 
 private:
-    Program m_program{platform.doors};
+    Program m_program{platform.interfaces};
     FrmMain* m_window = nullptr;
 };
 

@@ -39,11 +39,11 @@ TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
     const HttpLimits limits =
         GetParam().isEndless ? HttpLimits{1024 * 1024, 1, 20} : HttpLimits{1024 * 1024, 10, 20'000};
     RebasedHttp http = service.Http(limits);
-    const Platform doors = platform.With(platform.files, http);
+    const Platform interfaces = platform.With(platform.files, http);
     WriteSettings(
         SettingsText().replace(QStringLiteral("popup=\"true\""), QStringLiteral("popup=\"false\"")));
     const QByteArray settings = ReadSettings();
-    Program program(doors);
+    Program program(interfaces);
     program.Start();
     for (const char* const script : {"prayerCall.pl", "getAd.pl"}) {
         ASSERT_TRUE(service.Misbehave(script, GetParam().how));

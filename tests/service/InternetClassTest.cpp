@@ -30,7 +30,7 @@ protected:
 
     FakePlatform platform;
     QString probe = QStringLiteral("http://probe.example.org/here");
-    InternetClass internet{platform.doors, probe};
+    InternetClass internet{platform.interfaces, probe};
 };
 
 QString Character(int byte)

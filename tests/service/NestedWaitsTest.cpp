@@ -67,7 +67,7 @@ protected:
     {
         ASSERT_EQ(world.platform.boxes.boxes.size(), 1U);
         EXPECT_EQ(world.platform.boxes.boxes.front().text, QStringLiteral("Welcome"));
-        SimpleXML expected(world.platform.doors);
+        SimpleXML expected(world.platform.interfaces);
         const QByteArray after = ReadSettings();
         WriteSettings(QString::fromUtf8(m_before));
         ASSERT_TRUE(expected.Load(kSettingsFile));

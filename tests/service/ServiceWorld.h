@@ -15,12 +15,12 @@ public:
         WriteSettings();
         forms.Register(FakeMain::kName, [this] { return std::make_unique<FakeMain>(forms); });
         window = &forms.Touch<FakeMain>();
-        LoadConfiguration(window->Variables().Settings, platform.doors);
+        LoadConfiguration(window->Variables().Settings, platform.interfaces);
         window->Variables().AdTimer = 600.0F;
         platform.http.reachable = true;
     }
 
     FakePlatform platform;
-    Forms forms{platform.doors};
+    Forms forms{platform.interfaces};
     FakeMain* window = nullptr;
 };

@@ -59,8 +59,8 @@ protected:
     }};
     FakePlatform platform;
     RebasedHttp http{QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{}};
-    const Platform doors = platform.With(platform.files, http);
-    Program program{doors};
+    const Platform interfaces = platform.With(platform.files, http);
+    Program program{interfaces};
 };
 
 TEST_P(SilentService, start_goesOnAfterThreeSeconds)

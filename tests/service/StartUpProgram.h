@@ -13,8 +13,8 @@
 class Program final
 {
 public:
-    explicit Program(const Platform& doors)
-        : forms(doors)
+    explicit Program(const Platform& interfaces)
+        : forms(interfaces)
     {
         forms.Register(DlgStart::kName, [this] { return std::make_unique<DlgStart>(forms); });
         forms.Register(FrmMain::kName, [this] { return std::make_unique<FrmMain>(forms, calculation); });

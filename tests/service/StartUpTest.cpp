@@ -42,7 +42,7 @@ protected:
     }
     [[nodiscard]] QString App(const QString& attribute) const
     {
-        SimpleXML settings(platform.doors);
+        SimpleXML settings(platform.interfaces);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(attribute, QStringLiteral("//root//app"));
     }
@@ -64,7 +64,7 @@ protected:
     }
 
     FakePlatform platform;
-    Program program{platform.doors};
+    Program program{platform.interfaces};
 };
 
 TEST_F(StartUpTest, usualStart_asksInThisOrder)
@@ -228,8 +228,8 @@ TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal_fileAsItWas)
     platform.http.replies[QStringLiteral("requestProdID.pl")] = kIdentifier;
     LockableFiles files;
     files.isLocked = true;
-    const Platform doors = platform.With(files, platform.http);
-    Program locked(doors);
+    const Platform interfaces = platform.With(files, platform.http);
+    Program locked(interfaces);
     EXPECT_NO_THROW(locked.Start());
     EXPECT_EQ(Scripts(), QStringList(QStringLiteral("requestProdID.pl")));
     EXPECT_EQ(platform.boxes.boxes, std::vector{kFatalBox});
@@ -267,13 +267,13 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
     const LoopbackServer server(GetParam().handler);
     FakePlatform platform;
     RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 1, 400});
-    const Platform doors = platform.With(platform.files, http);
+    const Platform interfaces = platform.With(platform.files, http);
     WriteSettings(SettingsText()
                       .replace(QStringLiteral("FirstRun=\"false\""), QStringLiteral("FirstRun=\"true\""))
                       .replace(QStringLiteral("P-77"), QString()));
-    SimpleXML before(platform.doors);
+    SimpleXML before(platform.interfaces);
     ASSERT_TRUE(before.Load(kSettingsFile));
-    Program program(doors);
+    Program program(interfaces);
     int ticks = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&] { ++ticks; });
@@ -291,7 +291,7 @@ TEST_P(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
     EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
     EXPECT_GE(server.Requests().size(), 3U);
     // Only the identifier may have changed.
-    SimpleXML after(platform.doors);
+    SimpleXML after(platform.interfaces);
     ASSERT_TRUE(after.Load(kSettingsFile));
     for (SimpleXML* const settings : {&before, &after}) {
         settings->AddAttributeByName(QStringLiteral("pid"), QString(), QStringLiteral("//root//app"));
@@ -365,9 +365,9 @@ TEST(StartUpEncodings, ad_isReadFromWindows1252AndUtf16)
         const LoopbackServer server(LoopbackServer::Answer(body));
         FakePlatform platform;
         RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 2, 4000});
-        const Platform doors = platform.With(platform.files, http);
+        const Platform interfaces = platform.With(platform.files, http);
         WriteSettings(SettingsText().replace(QStringLiteral("P-77"), QString()));
-        Program program(doors);
+        Program program(interfaces);
         const FrmMain& window = program.Start();
         EXPECT_EQ(window.Variables().Settings.PID, QStringLiteral("P-\u00e4")) << name;
         EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"))
@@ -386,8 +386,8 @@ TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
     time.start();
     QTimer::singleShot(0, QCoreApplication::instance(), [&] {
         RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{});
-        const Platform doors = platform.With(platform.files, http);
-        Program program(doors);
+        const Platform interfaces = platform.With(platform.files, http);
+        Program program(interfaces);
         QTimer::singleShot(700, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
         program.Start();
     });
@@ -409,9 +409,9 @@ TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
     });
     FakePlatform platform;
     RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 20, 20'000});
-    const Platform doors = platform.With(platform.files, http);
+    const Platform interfaces = platform.With(platform.files, http);
     WriteSettings();
-    Program program(doors);
+    Program program(interfaces);
     isDeep = true;
     FrmMain& window = program.Start();
     isDeep = false;

@@ -24,7 +24,7 @@ protected:
     }
     [[nodiscard]] QString Remind() const
     {
-        SimpleXML settings(platform.doors);
+        SimpleXML settings(platform.interfaces);
         settings.Load(kSettingsFile);
         return settings.GetAttribute(QStringLiteral("remind"), QStringLiteral("//root//app//version"));
     }
@@ -160,10 +160,10 @@ TEST_F(VersionCheckTest, noLateInTheYear_silencesForGood)
 TEST_F(VersionCheckTest, no_keepsEverythingElseOfTheSettings)
 {
     Answer("version_name='2' version_sequence='0'");
-    SimpleXML before(platform.doors);
+    SimpleXML before(platform.interfaces);
     before.Load(kSettingsFile);
     Check();
-    SimpleXML after(platform.doors);
+    SimpleXML after(platform.interfaces);
     ASSERT_TRUE(after.Load(kSettingsFile));
     after.AddAttributeByName(QStringLiteral("remind"), QString(), QStringLiteral("//root//app//version"));
     EXPECT_EQ(after.XML(), before.XML());

@@ -79,8 +79,8 @@ private:
     QDateTime m_second;
     int m_late = 0;
     LockableFiles m_files;
-    Platform m_doors = platform.With(m_files, platform.http);
-    Program m_program{m_doors};
+    Platform m_interfaces = platform.With(m_files, platform.http);
+    Program m_program{m_interfaces};
 };
 
 TEST_P(YearOfRefreshes, networkThatSwallowsPackets_losesNoAlert)

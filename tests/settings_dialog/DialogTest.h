@@ -257,8 +257,8 @@ protected:
     static constexpr const char16_t* kHandOver = u"Enable|UpdateEverything|TakeFocus";
     FakePlatform platform;
     CountingFiles files{platform.files};
-    Platform doors = platform.With(files, platform.http);
-    Forms forms{doors};
+    Platform interfaces = platform.With(files, platform.http);
+    Forms forms{interfaces};
     MobileSignup signup{forms};
     RecordingMain main{forms};
     FrmAlerts* dialog = nullptr;

@@ -30,8 +30,8 @@ public:
     }
     /// @param http null for the table of replies of the fakes
     ProgramWorld(FileStore& files, Http* http, const QString& settings)
-        : doors(platform.With(files, http != nullptr ? *http : platform.http))
-        , forms{doors}
+        : interfaces(platform.With(files, http != nullptr ? *http : platform.http))
+        , forms{interfaces}
     {
         WriteSettings(settings);
         platform.http.reachable = true;
@@ -82,7 +82,7 @@ public:
     [[nodiscard]] QString Text(const char* label) const { return Find<QLabel>(FrmMain::kName, label).text(); }
 
     FakePlatform platform;
-    Platform doors;
+    Platform interfaces;
     CalculationLibrary calculation{QStringLiteral(DUSKBEACON_BIN_FOLDER)};
     Forms forms;
     MobileSignup signup{forms};

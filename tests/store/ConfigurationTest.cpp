@@ -23,7 +23,7 @@ protected:
     int Reload()
     {
         try {
-            LoadConfiguration(held, platform.doors);
+            LoadConfiguration(held, platform.interfaces);
         } catch (const RuntimeError& error) {
             return error.Number();
         }

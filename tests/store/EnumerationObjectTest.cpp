@@ -38,7 +38,7 @@ protected:
     }
 
     FakePlatform platform;
-    SimpleXML xml{platform.doors};
+    SimpleXML xml{platform.interfaces};
 };
 
 TEST_F(EnumerationObjectTest, children_comeInTheirOrder_underTheirPaths)
@@ -136,7 +136,7 @@ TEST_F(EnumerationObjectTest, setPath_leadsElsewhere_andCountsOn)
 
 TEST_F(EnumerationObjectTest, makerIsGone_documentStays)
 {
-    auto maker = std::make_unique<SimpleXML>(platform.doors);
+    auto maker = std::make_unique<SimpleXML>(platform.interfaces);
     maker->AddElementByName(Q("root"), QString());
     maker->AddElementByName(Q("a"), Q("//root"));
     const auto walk = maker->getEnumeration(Q("//root"));

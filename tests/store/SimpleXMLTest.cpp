@@ -39,7 +39,7 @@ protected:
     }
 
     FakePlatform platform;
-    SimpleXML xml{platform.doors};
+    SimpleXML xml{platform.interfaces};
 };
 
 TEST_F(SimpleXMLTest, creation_isAnEmptyDocument)
@@ -96,7 +96,7 @@ TEST_F(SimpleXMLTest, save_writesWhatWasChanged)
     Load("<root a='1'/>");
     xml.AddAttributeByName(Q("a"), Q("2"), kRoot);
     EXPECT_TRUE(xml.Save(kFile));
-    SimpleXML other(platform.doors);
+    SimpleXML other(platform.interfaces);
     ASSERT_TRUE(other.Load(kFile));
     EXPECT_EQ(other.GetAttribute(Q("a"), kRoot), Q("2"));
     EXPECT_FALSE(xml.Save(Q("no/such/folder.xml")));
@@ -148,7 +148,7 @@ TEST_F(SimpleXMLTest, current_isKnownToEveryMember)
     xml.SetCurrentPath(Q("//root//a"));
     EXPECT_EQ(xml.GetNodeText(kCurrent), Q("text"));
     EXPECT_TRUE(xml.RemoveAttrib(Q("m"), kCurrent));
-    SimpleXML other(platform.doors);
+    SimpleXML other(platform.interfaces);
     other.AddElementByName(Q("b"), QString());
     other.SetCurrentPath(Q("//b"));
     EXPECT_TRUE(xml.AddSimpleXML(other, kCurrent));
@@ -367,7 +367,7 @@ TEST_F(SimpleXMLTest, getElement_isACopyOfItsOwn)
 TEST_F(SimpleXMLTest, addSimpleXML_movesTheNodeAcrossDocuments)
 {
     Load("<root><locations><Old/></locations></root>");
-    SimpleXML reply(platform.doors);
+    SimpleXML reply(platform.interfaces);
     platform.http.replies[Q("city")] = "<root><New city='N' more='m'><x/></New></root>";
     ASSERT_TRUE(reply.Load(Q("http://127.0.0.1/city")));
     reply.SetCurrentPath(Q("//root//New"));
@@ -391,7 +391,7 @@ TEST_F(SimpleXMLTest, addSimpleXML_ofTheSameDocument_movesTheNode)
 TEST_F(SimpleXMLTest, addSimpleXML_nowhere_leavesBothDocuments)
 {
     Load("<root/>");
-    SimpleXML other(platform.doors);
+    SimpleXML other(platform.interfaces);
     other.AddElementByName(Q("a"), QString());
     other.SetCurrentPath(Q("//a"));
     EXPECT_FALSE(xml.AddSimpleXML(other, Q("//root//missing")));
