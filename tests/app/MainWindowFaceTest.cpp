@@ -118,7 +118,7 @@ TEST_F(MainWindowFace, betweenUpdates_nothingIsDrawn)
     PaintCount sky(QStringLiteral("VBSunAndMoon1"));
     PaintCount compass(QStringLiteral("VBCompas1"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return sky.paints > 0 && compass.paints > 0; }));
-    // Whatever the showing left to be painted is done when the countdown has been painted.
+    // All that the showing left to be painted is painted once the countdown is.
     PaintCount countdown(QStringLiteral("LblCountDown"));
     Find<QLabel>("LblCountDown").update();
     ASSERT_TRUE(QTest::qWaitFor([&] { return countdown.paints > 0; }));

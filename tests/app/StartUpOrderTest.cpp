@@ -6,7 +6,7 @@
 
 namespace {
 
-// What stands at each moment at which the start lets events in.
+/// The state of the program at each moment at which the start serves events.
 class StartUpOrderTest : public FirstTouchFixture
 {
 protected:

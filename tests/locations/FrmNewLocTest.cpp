@@ -377,7 +377,7 @@ TEST_F(FrmNewLocTest, closedDuringAnyWait_stopsQuietly)
         Type(window, "TxtCity", QStringLiteral("Ca"));
         const auto close = [&] {
             window.close();
-            // What is unloaded must outlive the handler that still runs in it.
+            // An unloaded window must outlive the handler that still runs in it.
             QCoreApplication::processEvents();
         };
         platform.http.whileWaiting = close;

@@ -8,7 +8,7 @@
 
 namespace {
 
-// What a text needs to be read whole, and whether its control gives it that.
+// The control has room for its whole text.
 void ExpectTextFits(const QWidget& control)
 {
     const auto* const label = qobject_cast<const QLabel*>(&control);
