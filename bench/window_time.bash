@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 #
-# To be sourced: a virtual display without a network, and the time from a program's start to its window on the screen.
+# For sourcing: starts a virtual display without a network and measures the time from a program's start to its window.
 folder=$(mktemp -d)
 server=""
 started=""
@@ -17,7 +17,7 @@ trap 'exit 1' INT TERM
 . "$(dirname "${BASH_SOURCE[0]}")/../scripts/display.sh"
 start_display "$folder" -screen 0 1280x960x24 || { echo "$0: no virtual display" >&2; exit 1; }
 export QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=disabled: LC_ALL=C.UTF-8
-# Nothing is behind this proxy: no time is lost on the network.
+# A closed port as the proxy, so that no time is lost on the network.
 export http_proxy=http://127.0.0.1:9 https_proxy=http://127.0.0.1:9
 
 # settings_of FILE: the file as it is after the first start, so that the program neither asks the service for anything nor
@@ -29,7 +29,7 @@ shown() {
   begin=$(date +%s%N)
   "$1" 2>/dev/null &
   started=$!
-  # Asked again and again: its own waiting looks only twice a second.
+  # Polled without a pause: xdotool itself polls only twice a second.
   until xdotool search --onlyvisible --name "$2" >/dev/null 2>&1; do
     kill -0 "$started" || { echo "$0: $1 has ended" >&2; exit 1; }
   done
