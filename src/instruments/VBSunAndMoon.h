@@ -27,7 +27,7 @@ public:
 
     /// @param TodaysSunRise,TodaysSunSet minutes since midnight; day is between them, both ends included
     void Setup(std::int16_t TodaysSunRise, std::int16_t TodaysSunSet);
-    /// Composes the scene anew.
+    /// Composes a new scene.
     /// @param SunElevation,MoonElevation tenths of a degree above the horizon, 900 at the top of the picture
     /// @param MTime minutes since midnight
     void Update(std::int16_t SunElevation, std::int16_t MoonElevation, std::int16_t MTime);

@@ -24,7 +24,7 @@
 
 namespace {
 
-constexpr float kUsualAdTimer = 600.0F;
+constexpr float kDefaultAdTimer = 600.0F;
 constexpr double kSecondsPerMinute = 60.0;
 
 // The codec throws for the empty text; an empty ad gives an empty page.
@@ -95,7 +95,7 @@ QString AdPanel::FetchedAd()
 float AdPanel::SecondsOf(const QString& waitTime) const
 {
     if (waitTime.isEmpty()) {
-        return kUsualAdTimer;
+        return kDefaultAdTimer;
     }
     const double seconds = Int(NumberWithPoint(waitTime, m_platform.region)) * kSecondsPerMinute;
     if (!(std::abs(seconds) <= static_cast<double>(std::numeric_limits<float>::max()))) {

@@ -47,7 +47,7 @@ struct BannerImages::Image
     /// The next frame; a null image at the end, or if decoding takes too long.
     [[nodiscard]] QImage Read()
     {
-        file->Allow(kMillisecondsOfAPicture + static_cast<int>(pixels / kPixelsOfAMillisecond));
+        file->LimitTime(kMillisecondsOfAPicture + static_cast<int>(pixels / kPixelsOfAMillisecond));
         const QImage frame = reader->read();
         return file->IsOverdue() ? QImage() : frame;
     }

@@ -12,7 +12,7 @@
 
 namespace {
 
-bool IsBlank(const QString& text)
+bool IsOnlySpaces(const QString& text)
 {
     return std::all_of(text.begin(), text.end(), [](QChar character) { return character == u' '; });
 }
@@ -105,7 +105,7 @@ bool InternetClass::VerifyConnectivity() const
 
 QString InternetClass::URLDecodeEx(const QString& Text) const
 {
-    if (IsBlank(Text)) {
+    if (IsOnlySpaces(Text)) {
         return Text;
     }
     const QByteArray bytes = ToCodePage(Text);
@@ -126,7 +126,7 @@ QString InternetClass::URLDecodeEx(const QString& Text) const
 
 QString InternetClass::URLEncodeEx(const QString& Text) const
 {
-    if (IsBlank(Text)) {
+    if (IsOnlySpaces(Text)) {
         return Text;
     }
     QByteArray encoded;
@@ -145,7 +145,7 @@ QString InternetClass::URLEncodeEx(const QString& Text) const
 QString InternetClass::HTMLDecodeEx(const QString& Text, bool /*vfHREFDecode*/,
                                     const QString& vstrAmpChar) const
 {
-    if (IsBlank(Text)) {
+    if (IsOnlySpaces(Text)) {
         return Text;
     }
     const QString text = FromCodePage(ToCodePage(Text));
@@ -162,7 +162,7 @@ QString InternetClass::HTMLDecodeEx(const QString& Text, bool /*vfHREFDecode*/,
 
 QString InternetClass::HTMLEncodeEx(const QString& Text, bool vfHREFEncode, const QString& vstrAmpChar) const
 {
-    if (IsBlank(Text)) {
+    if (IsOnlySpaces(Text)) {
         return Text;
     }
     const QByteArray introducer = ToCodePage(vstrAmpChar);

@@ -52,7 +52,7 @@ QByteArray NamedEncoding(const QByteArray& page)
 
 // Browsers replace these encodings by larger code pages that contain them, and UTF-16 by UTF-8, since a page
 // in UTF-16 could not name it in ASCII. Source: WHATWG Encoding Standard, 4.2, and HTML, 13.2.3.2.
-QByteArray Meant(const QByteArray& name)
+QByteArray BrowserEncoding(const QByteArray& name)
 {
     constexpr std::pair<const char*, const char*> kEncodings[] = {{"iso-8859-1", "windows-1252"},
                                                                   {"us-ascii", "windows-1252"},
@@ -77,6 +77,6 @@ QByteArray Meant(const QByteArray& name)
 
 QString PageText(const QByteArray& page)
 {
-    const std::optional<QString> text = FromEncoding(page, Meant(NamedEncoding(page)));
+    const std::optional<QString> text = FromEncoding(page, BrowserEncoding(NamedEncoding(page)));
     return text ? *text : FromCodePage(page);
 }

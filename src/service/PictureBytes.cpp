@@ -65,7 +65,7 @@ PictureBytes::PictureBytes(const QByteArray& file)
     open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
 
-void PictureBytes::Allow(int milliseconds)
+void PictureBytes::LimitTime(int milliseconds)
 {
     m_start = std::clock();
     m_limit = milliseconds * (CLOCKS_PER_SEC / 1000);

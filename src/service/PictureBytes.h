@@ -19,7 +19,7 @@ public:
     /// shown.
     [[nodiscard]] QByteArray Format() const { return m_format; }
     /// Limits the processor time from now on; until the first call there is no limit.
-    void Allow(int milliseconds);
+    void LimitTime(int milliseconds);
     /// Whether a read was refused since then, so that the picture is incomplete.
     [[nodiscard]] bool IsOverdue() const { return m_isOverdue; }
 

@@ -48,14 +48,14 @@ public:
 
     /// Throws kObjectNotSet if there is no such attribute.
     [[nodiscard]] QString Attribute(const QString& name) const;
-    /// Replaces the attribute in its place or adds it behind the others; throws kInvalidCall if @p name is no
+    /// Replaces the attribute in its place or adds it after the others; throws kInvalidCall if @p name is no
     /// XML name.
     void SetAttribute(const QString& name, const QString& value) const;
     void RemoveAttribute(const QString& name) const;
 
-    /// Throws kInvalidCall if @p name is no XML name.
+    /// Throws kInvalidCall if @p name is not an XML name.
     DomNode AppendElement(const QString& name) const;
-    /// Moves @p node, which may belong to another document, behind the last child; its old handles are
+    /// Moves @p node, which may belong to another document, after the last child; its old handles are
     /// invalid then.
     DomNode AppendChild(DomNode node) const;
     void RemoveChild(DomNode child) const;

@@ -12,7 +12,7 @@ namespace {
 
 // The one failure path of the members: a RuntimeError becomes the failure value of the member.
 template <typename Result, typename Step>
-Result Answer(Result failure, Step step)
+Result ResultOr(Result failure, Step step)
 {
     try {
         return step();
@@ -58,7 +58,7 @@ void SimpleXML::AppendNode(DomNode node, const QString& Path) const
 
 QString SimpleXML::ElementName() const
 {
-    return Answer(QString(), [this] {
+    return ResultOr(QString(), [this] {
         return (CurrPath.isEmpty() ? xmldoc->DocumentElement() : xmldoc->SelectSingleNode(CurrPath))
             .BaseName();
     });
@@ -66,7 +66,8 @@ QString SimpleXML::ElementName() const
 
 QString SimpleXML::GetRootName() const
 {
-    return Answer(QString(), [this] { return QStringLiteral("//") + xmldoc->DocumentElement().BaseName(); });
+    return ResultOr(QString(),
+                    [this] { return QStringLiteral("//") + xmldoc->DocumentElement().BaseName(); });
 }
 
 bool SimpleXML::SetCurrentPath(const QString& Path)
@@ -87,7 +88,7 @@ bool SimpleXML::Reset()
 
 bool SimpleXML::Load(const QString& Path)
 {
-    return Answer(false, [&] {
+    return ResultOr(false, [&] {
         // Events are processed while a URL loads, and a handler may drop this object's document.
         const std::shared_ptr<DomDocument> document = xmldoc;
         if (!document->Load(Path)) {
@@ -100,22 +101,22 @@ bool SimpleXML::Load(const QString& Path)
 
 bool SimpleXML::Save(const QString& Path) const
 {
-    return Answer(false, [&] { return xmldoc->Save(Path); });
+    return ResultOr(false, [&] { return xmldoc->Save(Path); });
 }
 
 QString SimpleXML::XML() const
 {
-    return Answer(QString(), [this] { return xmldoc->SelectSingleNode(CurrPath).Xml(); });
+    return ResultOr(QString(), [this] { return xmldoc->SelectSingleNode(CurrPath).Xml(); });
 }
 
 bool SimpleXML::hasChildren(const QString& Path) const
 {
-    return Answer(false, [&] { return NodeAt(Path).HasChildNodes(); });
+    return ResultOr(false, [&] { return NodeAt(Path).HasChildNodes(); });
 }
 
 std::int16_t SimpleXML::ChildCount(const QString& Path) const
 {
-    return Answer(std::int16_t{0}, [&] {
+    return ResultOr(std::int16_t{0}, [&] {
         const int count = NodeAt(Path).ChildCount();
         return count > std::numeric_limits<std::int16_t>::max() ? std::int16_t{0}
                                                                 : static_cast<std::int16_t>(count);
@@ -124,11 +125,11 @@ std::int16_t SimpleXML::ChildCount(const QString& Path) const
 
 bool SimpleXML::AddElementByName(const QString& Name, const QString& Path)
 {
-    return Answer(false, [&] {
+    return ResultOr(false, [&] {
         const QString path = Resolved(Path);
         // A pattern that matches nothing makes a new root; an invalid one does not.
         const DomNode found =
-            Answer(xmldoc->DocumentElement(), [&] { return xmldoc->SelectSingleNode(path); });
+            ResultOr(xmldoc->DocumentElement(), [&] { return xmldoc->SelectSingleNode(path); });
         if (!found || path.isEmpty()) {
             xmldoc->SetDocumentElement(Name);
             return true;
@@ -140,7 +141,7 @@ bool SimpleXML::AddElementByName(const QString& Name, const QString& Path)
 
 bool SimpleXML::AddSimpleXML(SimpleXML& newXML, const QString& Path)
 {
-    return Answer(false, [&] {
+    return ResultOr(false, [&] {
         const DomNode node = newXML.xmldoc->SelectSingleNode(newXML.GetCurrPath());
         AppendNode(node, Path);
         return true;
@@ -149,7 +150,7 @@ bool SimpleXML::AddSimpleXML(SimpleXML& newXML, const QString& Path)
 
 bool SimpleXML::AddAttributeByName(const QString& AttribName, const QString& attribValue, const QString& Path)
 {
-    return Answer(false, [&] {
+    return ResultOr(false, [&] {
         NodeAt(Path).SetAttribute(AttribName, attribValue);
         return true;
     });
@@ -163,7 +164,7 @@ bool SimpleXML::SetValue(const QString& newValue, const QString& Path)
 
 bool SimpleXML::RemoveAttrib(const QString& AttribName, const QString& Path)
 {
-    return Answer(false, [&] {
+    return ResultOr(false, [&] {
         NodeAt(Path).RemoveAttribute(AttribName);
         return true;
     });
@@ -171,7 +172,7 @@ bool SimpleXML::RemoveAttrib(const QString& AttribName, const QString& Path)
 
 bool SimpleXML::RemoveElement(bool ignoreChild, const QString& Path)
 {
-    return Answer(false, [&] {
+    return ResultOr(false, [&] {
         const DomNode node = NodeAt(Path);
         if (!ignoreChild && node.HasChildNodes()) {
             return false;
@@ -188,22 +189,22 @@ std::unique_ptr<EnumerationObject> SimpleXML::getEnumeration(const QString& Path
 
 QString SimpleXML::GetAttribute(const QString& AttribName, const QString& Path) const
 {
-    return Answer(QString(), [&] { return NodeAt(Path).Attribute(AttribName); });
+    return ResultOr(QString(), [&] { return NodeAt(Path).Attribute(AttribName); });
 }
 
 QString SimpleXML::GetValue(const QString& Path) const
 {
-    return Answer(QString(), [&] { return NodeAt(Path).NodeValue().value_or(QString()); });
+    return ResultOr(QString(), [&] { return NodeAt(Path).NodeValue().value_or(QString()); });
 }
 
 QString SimpleXML::GetNodeText(const QString& Path) const
 {
-    return Answer(QString(), [&] { return NodeAt(Path).Text(); });
+    return ResultOr(QString(), [&] { return NodeAt(Path).Text(); });
 }
 
 std::unique_ptr<SimpleXML> SimpleXML::GetElement(const QString& Path) const
 {
-    return Answer<std::unique_ptr<SimpleXML>>(nullptr, [&] {
+    return ResultOr<std::unique_ptr<SimpleXML>>(nullptr, [&] {
         auto element = std::make_unique<SimpleXML>(*m_platform);
         element->xmldoc->SetDocumentElement(NodeAt(Path));
         return element;

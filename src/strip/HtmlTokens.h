@@ -16,7 +16,7 @@ struct HtmlToken
     [[nodiscard]] const std::string* Find(std::string_view attribute) const;
 
     Kind kind = Kind::Text;
-    /// Of a text: as it stands in the page.
+    /// Of a text: unchanged from the page.
     std::string_view text;
     /// Of a tag: in lower case.
     std::string name;

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kMostUnitsOfByteAnywhere = 2;
+constexpr int kMostUnitsPerByte = 2;
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 
@@ -21,9 +21,9 @@ void Check(UErrorCode status)
     }
 }
 
-QString Decode(const Converter& converter, const QByteArray& bytes, int mostUnitsOfByte, UErrorCode& status)
+QString Decode(const Converter& converter, const QByteArray& bytes, int mostUnitsPerByte, UErrorCode& status)
 {
-    QString text(mostUnitsOfByte * bytes.size(), u'\0');
+    QString text(mostUnitsPerByte * bytes.size(), u'\0');
     const std::int32_t length = ucnv_toUChars(converter.get(), reinterpret_cast<UChar*>(text.data()),
                                               static_cast<std::int32_t>(text.size()), bytes.constData(),
                                               static_cast<std::int32_t>(bytes.size()), &status);
@@ -32,14 +32,14 @@ QString Decode(const Converter& converter, const QByteArray& bytes, int mostUnit
 }
 
 // Control characters are not tested: some encodings use them as shift codes.
-bool HoldsAscii(const Converter& converter)
+bool IsAsciiCompatible(const Converter& converter)
 {
     QByteArray ascii;
     for (char character = ' '; character <= '~'; ++character) {
         ascii += character;
     }
     UErrorCode status = U_ZERO_ERROR;
-    const QString text = Decode(converter, ascii, kMostUnitsOfByteAnywhere, status);
+    const QString text = Decode(converter, ascii, kMostUnitsPerByte, status);
     ucnv_resetToUnicode(converter.get());
     return U_SUCCESS(status) && text == QString::fromLatin1(ascii);
 }
@@ -86,10 +86,10 @@ std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& n
     if (name.isEmpty() || U_FAILURE(status)) {
         return std::nullopt;
     }
-    if (!HoldsAscii(converter)) {
+    if (!IsAsciiCompatible(converter)) {
         return std::nullopt;
     }
-    QString text = Decode(converter, bytes, kMostUnitsOfByteAnywhere, status);
+    QString text = Decode(converter, bytes, kMostUnitsPerByte, status);
     return U_FAILURE(status) ? std::nullopt : std::optional(text);
 }
 
