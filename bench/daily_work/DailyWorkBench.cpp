@@ -15,9 +15,9 @@
 namespace {
 
 // The shipped file as settings.xml in a folder of its own, with the real module.
-struct Ground
+struct ShippedProgram
 {
-    Ground()
+    ShippedProgram()
     {
         if (!QFile::copy(QStringLiteral(DUSKBEACON_SHIPPED_SETTINGS), QStringLiteral("settings.xml"))) {
             qFatal("no settings");
@@ -34,8 +34,8 @@ struct Ground
 
 void RecalculationOfTenSlots(benchmark::State& state)
 {
-    Ground ground;
-    PTimer timer(ground.platform.interfaces, ground.calculation);
+    ShippedProgram shipped;
+    PTimer timer(shipped.platform.interfaces, shipped.calculation);
     for (auto _ : state) {
         timer.SetupPTimer(4185, -8765, -6, 0, -1500, -1500, 0, 10, -1);
         benchmark::DoNotOptimize(timer.GetPrayerTime(10));
@@ -45,8 +45,8 @@ BENCHMARK(RecalculationOfTenSlots)->Unit(benchmark::kMicrosecond);
 
 void UpdateEverything(benchmark::State& state)
 {
-    Ground ground;
-    auto& window = ground.forms.Touch<FrmMain>();
+    ShippedProgram shipped;
+    auto& window = shipped.forms.Touch<FrmMain>();
     for (auto _ : state) {
         if (window.UpdateEverything() != 1) {
             state.SkipWithError("the shipped file must do");
@@ -57,10 +57,10 @@ BENCHMARK(UpdateEverything)->Unit(benchmark::kMicrosecond);
 
 void OneTick(benchmark::State& state)
 {
-    Ground ground;
-    ground.forms.Touch<FrmMain>();
-    ground.platform.clock.SetTime(9, 30, 15);
-    const FakeTimer* const ticker = ground.platform.timers.Ticker();
+    ShippedProgram shipped;
+    shipped.forms.Touch<FrmMain>();
+    shipped.platform.clock.SetTime(9, 30, 15);
+    const FakeTimer* const ticker = shipped.platform.timers.Ticker();
     for (auto _ : state) {
         ticker->Fire();
     }
@@ -69,8 +69,8 @@ BENCHMARK(OneTick)->Unit(benchmark::kMicrosecond);
 
 void LoadOfTheShippedFile(benchmark::State& state)
 {
-    Ground ground;
-    SimpleXML settings(ground.platform.interfaces);
+    ShippedProgram shipped;
+    SimpleXML settings(shipped.platform.interfaces);
     for (auto _ : state) {
         if (!settings.Load(QStringLiteral("settings.xml"))) {
             state.SkipWithError("can't load");
@@ -81,8 +81,8 @@ BENCHMARK(LoadOfTheShippedFile)->Unit(benchmark::kMicrosecond);
 
 void SaveOfTheShippedFile(benchmark::State& state)
 {
-    Ground ground;
-    SimpleXML settings(ground.platform.interfaces);
+    ShippedProgram shipped;
+    SimpleXML settings(shipped.platform.interfaces);
     if (!settings.Load(QStringLiteral("settings.xml"))) {
         state.SkipWithError("can't load");
     }
