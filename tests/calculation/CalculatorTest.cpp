@@ -85,7 +85,7 @@ TEST(Calculator, newAngles_moveFajrAndIshaAlone)
     EXPECT_LT(after[9], before[9]);
 }
 
-TEST(Calculator, margins_addedAndRoundTheClock)
+TEST(Calculator, margins_areAddedAndWrapAroundTheClock)
 {
     Calculator calculator = Makkah();
     const Slots before = AllSlots(calculator);
@@ -142,7 +142,7 @@ struct Arguments
     Short year;
 };
 
-TEST(Calculator, argumentsOutOfRange_answersOfTheArgumentsMeant)
+TEST(Calculator, argumentsOutOfRange_areWrappedOrLimited)
 {
     struct Row
     {
@@ -172,7 +172,7 @@ TEST(Calculator, argumentsOutOfRange_answersOfTheArgumentsMeant)
     }
 }
 
-TEST(Calculator, minutesOutsideTheDate_thoseOfTheDatesAround)
+TEST(Calculator, minutesOutsideTheDate_areOnTheNeighbouringDates)
 {
     const Calculator calculator = Makkah();
     for (int days = -22; days <= 22; ++days) {
@@ -205,7 +205,7 @@ TEST(Calculator, eventWithinHalfAMinuteOfMidnight_firstOrLastMinuteThatIsAnnounc
     EXPECT_GE(first, 5);
 }
 
-TEST(Calculator, newPlaceAndDate_everyAnswerAsOfAFreshOne)
+TEST(Calculator, newPlaceAndDate_everyResultAsOfANewCalculator)
 {
     Calculator calculator = Makkah();
     const auto before = AllAnswers(calculator);

@@ -29,7 +29,7 @@ TEST(DaysSince2000, everyMonthOfManyYears_asTheStandardCalendar)
     }
 }
 
-TEST(DaysSince2000, numbersThatNameNoDay_countOn)
+TEST(DaysSince2000, numbersOutOfRange_continueIntoTheNeighbours)
 {
     EXPECT_EQ(DaysSince2000(31, 2, 2025), DaysSince2000(3, 3, 2025));
     EXPECT_EQ(DaysSince2000(31, 2, 2024), DaysSince2000(2, 3, 2024));
@@ -39,7 +39,7 @@ TEST(DaysSince2000, numbersThatNameNoDay_countOn)
     EXPECT_EQ(DaysSince2000(-1, -11, 2024), DaysSince2000(30, 12, 2022));
 }
 
-TEST(WithinTheories, everyYear_itselfOrByWholeCyclesNearest)
+TEST(WithinTheories, everyYear_unchangedOrMovedByWholeCycles)
 {
     constexpr std::int32_t kDaysPerCycle = 146097;
     const std::int32_t first = DaysSince2000(1, 1, -2000);

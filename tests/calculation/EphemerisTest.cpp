@@ -127,7 +127,7 @@ TEST(DeltaT, knownYears_asObserved)
     }
 }
 
-TEST(DeltaT, overTheSeams_noJumpBeyondTheFormulas)
+TEST(DeltaT, betweenTheFormulas_noJump)
 {
     // At their borders the published polynomials differ by a second or two, before 1600 by some more.
     for (double year = 1600.0; year < 2200.0; year += 0.01) {

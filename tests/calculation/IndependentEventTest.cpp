@@ -127,7 +127,7 @@ void OnRandomCases(unsigned seed, int leastLatitude, int mostLatitude, Check che
 }
 
 // Where every day has a sunrise and a sunset.
-TEST(IndependentSky, upTo65Degrees_eachEventWhereItsRuleSaysIt)
+TEST(IndependentSky, upTo65Degrees_eachEventByItsRule)
 {
     ErrorStatistics transit;
     EventErrors horizon;

@@ -88,7 +88,7 @@ TEST(ModuleSymbols, neededFunctions_areOfCAndNoneAllocates)
     EXPECT_TRUE(needed.contains("lround")) << "the table was read";
 }
 
-TEST_F(Module, beforeAnySetter_answersForTheNullPointAtTheStartOf2000)
+TEST_F(Module, beforeAnySetter_isAtZeroDegreesAtTheStartOf2000)
 {
     other.SetHorParams(0, 0, 0, 1, 1, 2000);
     other.SetHorTemkin({});
@@ -113,7 +113,7 @@ TEST_F(Module, hijriDate_isZeroUntilADateIsSet)
     EXPECT_EQ(module.Hyear(), 1420);
 }
 
-TEST_F(Module, aRoundOfTheScheduler_answersForThatPlaceAndDate)
+TEST_F(Module, roundOfTheScheduler_isForItsPlaceAndDate)
 {
     module.SetHorParams(2142, 3982, 180, 21, 11, 2026);
     module.SetHorTemkin({});
@@ -191,7 +191,7 @@ bool IsWithin(Short value, int least, int most)
     return value >= least && value <= most;
 }
 
-TEST_F(Module, anySixteenBits_everyAnswerInItsRange)
+TEST_F(Module, anyArguments_everyResultInItsRange)
 {
     RandomShorts random;
     // Each round is nineteen calls or more.

@@ -64,7 +64,7 @@ TEST(Qibla, everyRowOfTheTable_withinItsLimit)
 
 // The Kaaba and its antipode, where the bearing is not defined, and the poles, where it depends on the
 // longitude.
-TEST(Qibla, placesWithoutAnOrdinaryBearing_asAgreed)
+TEST(Qibla, kaabaAntipodeAndPoles_definedBearing)
 {
     struct Row
     {

@@ -76,7 +76,7 @@ TEST_F(CalculationLibraryTest, file_isOpenedOnTheFirstCall_andStaysOpen)
 {
     EXPECT_EQ(ErrorOf([this] { return library.Hday(); }), ErrorNumber::kLibraryNotFound);
     Place(DUSKBEACON_ECHO_MODULE);
-    EXPECT_EQ(library.Hday(), 12) << "it is there now, and a failure is not remembered";
+    EXPECT_EQ(library.Hday(), 12) << "the file exists now, and a failure is not remembered";
     Remove();
     EXPECT_EQ(library.Hday(), 12) << "once open it needs no file";
 }
@@ -89,7 +89,7 @@ TEST_F(CalculationLibraryTest, missingFunction_isAnErrorOfItsCallOnly)
     EXPECT_EQ(library.Hmon(), 7);
 }
 
-TEST_F(CalculationLibraryTest, arguments_arriveInTheirPlaces_signsAndAll)
+TEST_F(CalculationLibraryTest, arguments_arriveInTheirPlaces_withTheirSigns)
 {
     Place(DUSKBEACON_ECHO_MODULE);
     library.SetHorParams(4112, -8763, -300, 20, 3, 2026);

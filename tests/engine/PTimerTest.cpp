@@ -137,7 +137,7 @@ TEST_F(PTimerTest, setup_whileItRuns_leavesItRunning_withStatusZero)
     EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9"));
 }
 
-TEST_F(PTimerTest, start_raisesStartedBeforeTheStatusSaysSo)
+TEST_F(PTimerTest, start_raisesStartedBeforeTheStatusChanges)
 {
     timer.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, -1);
     int status = -1;
@@ -152,7 +152,7 @@ TEST_F(PTimerTest, start_raisesStartedBeforeTheStatusSaysSo)
     EXPECT_EQ(timer.GetStatus(), 1);
 }
 
-TEST_F(PTimerTest, readers_answerWhatWasStored)
+TEST_F(PTimerTest, getters_returnTheStoredValues)
 {
     timer.SetupPTimer(4112, -8763, -6, -1, -1500, -1800, 0, 10, 0);
     EXPECT_EQ(timer.GetLat(), 4112);
@@ -162,7 +162,7 @@ TEST_F(PTimerTest, readers_answerWhatWasStored)
     EXPECT_EQ(timer.GetTwighlightAngle2(), -1800);
 }
 
-TEST_F(PTimerTest, getPrayerTime_outsideOneToTen_answersZero)
+TEST_F(PTimerTest, getPrayerTime_outsideOneToTen_isZero)
 {
     Start();
     EXPECT_EQ(timer.GetPrayerTime(0), 0);
@@ -171,7 +171,7 @@ TEST_F(PTimerTest, getPrayerTime_outsideOneToTen_answersZero)
     EXPECT_EQ(timer.GetPrayerTime(10), 1215);
 }
 
-TEST_F(PTimerTest, readings_goThroughToTheCalculation)
+TEST_F(PTimerTest, readings_areThoseOfTheCalculation)
 {
     platform.clock.SetTime(9, 30, 59);
     EXPECT_DOUBLE_EQ(timer.QDir(), 58.4);
@@ -223,19 +223,19 @@ TEST_F(PTimerTest, tick_atASlot_raisesItsAlarm)
     EXPECT_EQ(TickAt(18, 43), QStringLiteral("Tick"));
 }
 
-TEST_F(PTimerTest, tick_secondZeroOfASlotSleptThrough_losesItsAlarm)
+TEST_F(PTimerTest, tick_secondZeroOfASlotMissed_losesItsAlarm)
 {
     Start();
     EXPECT_EQ(TickAt(18, 41, 59), QStringLiteral("Tick"));
     EXPECT_EQ(TickAt(18, 42, 1), QStringLiteral("Tick"));
-    EXPECT_EQ(TickAt(18, 43), QStringLiteral("Tick")) << "nothing is made up for";
+    EXPECT_EQ(TickAt(18, 43), QStringLiteral("Tick")) << "missed alarms are not repeated";
 }
 
 TEST_F(PTimerTest, tick_sameMinuteTwice_raisesTheAlarmAgain)
 {
     Start();
     EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9"));
-    EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9")) << "nothing remembers what has fired";
+    EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9")) << "fired alarms are not remembered";
 }
 
 TEST_F(PTimerTest, tick_twoSlotsInOneMinute_lowerNumberWins)
@@ -298,7 +298,7 @@ TEST_F(PTimerTest, advanceWarning_comesItsMinutesBeforeOrAfterASlotOfTheDate)
     EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
 }
 
-TEST_F(PTimerTest, errorInATick_stopsTheClockAndSaysSo)
+TEST_F(PTimerTest, errorInATick_stopsTheTickerAndShowsABox)
 {
     Start();
     calculation.fails = true;
@@ -307,19 +307,19 @@ TEST_F(PTimerTest, errorInATick_stopsTheClockAndSaysSo)
     EXPECT_EQ(platform.boxes.boxes.front(),
               (FakeMessageBoxes::Box{QStringLiteral("There has been an error. Please restart Dusk Beacon"),
                                      QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
-    EXPECT_EQ(TickAt(0, 1), QString()) << "no tick without a clock";
+    EXPECT_EQ(TickAt(0, 1), QString()) << "no tick after the stop";
     timer.StartTimer();
     EXPECT_EQ(TickAt(0, 2), QStringLiteral("Tick"));
 }
 
-TEST_F(PTimerTest, errorInATick_stopsTheClockBeforeItSaysSo)
+TEST_F(PTimerTest, errorInATick_stopsTheTickerBeforeTheBox)
 {
     Start();
     calculation.fails = true;
     int looked = 0;
     platform.boxes.whileOpen = [&] {
         ++looked;
-        EXPECT_FALSE(platform.timers.Ticker()->IsEnabled()) << "ticks would come while the box is up";
+        EXPECT_FALSE(platform.timers.Ticker()->IsEnabled()) << "ticks would come while the box is open";
     };
     TickAt(0, 0);
     EXPECT_EQ(looked, 1);
@@ -391,7 +391,7 @@ TEST_F(PTimerTest, statusAfterTheFailureBox_isAsItWas)
     Start();
     calculation.fails = true;
     TickAt(0, 0);
-    EXPECT_EQ(timer.GetStatus(), 1) << "only StopTimer says that it has been stopped";
+    EXPECT_EQ(timer.GetStatus(), 1) << "only StopTimer raises Stopped";
 }
 
 TEST_F(PTimerTest, offsetOutOfRange_isAnOverflowOfTheCaller)
@@ -399,7 +399,7 @@ TEST_F(PTimerTest, offsetOutOfRange_isAnOverflowOfTheCaller)
     EXPECT_THROW(timer.SetupPTimer(0, 0, 547, 0, 0, 0, 0, 0, -1), RuntimeError);
     EXPECT_THROW(timer.SetupPTimer(0, 0, 546, -1, 0, 0, 0, 0, -1), RuntimeError);
     EXPECT_THROW(timer.SetupPTimer(0, 0, 546, 0, 0, 0, 0, 0, -1, 30), RuntimeError);
-    EXPECT_EQ(timer.GetTimeZone(), 546) << "stored as it came";
+    EXPECT_EQ(timer.GetTimeZone(), 546) << "stored unchanged";
 }
 
 } // namespace

@@ -18,7 +18,7 @@ int Scaled(double length)
     return static_cast<int>(std::lround(length * QByteArray(TEST_SCALE).toDouble()));
 }
 
-TEST(ScaledSky, largerPictures_standWhereTheSmallOnesWould)
+TEST(ScaledSky, largerPictures_keepThePositions)
 {
     ASSERT_TRUE(kIsScaled);
     FakePlatform platform;

@@ -63,7 +63,7 @@ TEST_F(VBSunAndMoonTest, creation_showsTheDayWithoutSunAndMoon)
     EXPECT_EQ(sky.size(), QSize(273, 129));
 }
 
-TEST_F(VBSunAndMoonTest, creation_keepsTheNoteOutOfSight)
+TEST_F(VBSunAndMoonTest, creation_hidesTheNote)
 {
     const auto* const label1 = sky.findChild<QLabel*>(QStringLiteral("Label1"));
     ASSERT_NE(label1, nullptr);
@@ -199,7 +199,7 @@ TEST_F(VBSunAndMoonTest, mask_letsTheSkyThroughAroundTheDisc)
     EXPECT_EQ(scene.pixel(85, 47), PlainPictures::kDay);
 }
 
-TEST_F(VBSunAndMoonTest, update_leavesNothingOfTheOneBefore)
+TEST_F(VBSunAndMoonTest, update_removesTheOldScene)
 {
     sky.Setup(kPixelSunrise, kPixelSunset);
     sky.Update(450, 700, 50);
@@ -255,7 +255,7 @@ TEST_F(VBSunAndMoonTest, overflow_leavesTheSunOutQuietly)
     }
 }
 
-TEST_F(VBSunAndMoonTest, drawSunAndDrawMoon_addToTheSceneThatStands)
+TEST_F(VBSunAndMoonTest, drawSunAndDrawMoon_addToTheScene)
 {
     sky.Setup(kPixelSunrise, kPixelSunset);
     sky.DrawSun(450, 50);
@@ -325,7 +325,7 @@ TEST_F(VBSunAndMoonTest, withoutASky_pictureIsClearedBeforeEachScene)
     EXPECT_EQ(BoundsOf(SceneOf(bare), PlainPictures::kSun), QRect(184, 46, 32, 33));
 }
 
-TEST_F(VBSunAndMoonTest, accessibleName_tellsTheScene)
+TEST_F(VBSunAndMoonTest, accessibleName_describesTheScene)
 {
     EXPECT_EQ(sky.accessibleName(), QStringLiteral("Sky"));
     sky.Setup(390, 1122);

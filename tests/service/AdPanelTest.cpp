@@ -46,7 +46,7 @@ protected:
     AdPanel panel{*window};
 };
 
-TEST_F(AdPanelTest, strip_liesInItsPlace)
+TEST_F(AdPanelTest, strip_isInItsPlace)
 {
     const auto* const strip = window->findChild<WebAd*>(QStringLiteral("WebAd"));
     ASSERT_NE(strip, nullptr);
@@ -54,7 +54,7 @@ TEST_F(AdPanelTest, strip_liesInItsPlace)
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("Advertisement"));
 }
 
-TEST_F(AdPanelTest, refresh_asksWithTheExactRequest)
+TEST_F(AdPanelTest, refresh_sendsTheExactRequest)
 {
     Refresh();
     EXPECT_EQ(platform.http.probes.size(), 1);
@@ -69,7 +69,7 @@ TEST_F(AdPanelTest, ad_isWrittenAsItIsAndShown)
     AnswerAd("<b>Buy</b> \x80 </html>", "wait_time=\"5\"");
     window->Variables().Connected = false;
     Refresh();
-    EXPECT_EQ(Page(), "<html><b>Buy</b> \x80 </html></html>") << "nothing is looked at or escaped";
+    EXPECT_EQ(Page(), "<html><b>Buy</b> \x80 </html></html>") << "not checked and not escaped";
     EXPECT_EQ(Shown().trimmed(), QStringLiteral("Buy \u20AC"));
     EXPECT_TRUE(window->Variables().Connected);
     EXPECT_EQ(window->Variables().AdTimer, 300.0F);
@@ -82,7 +82,7 @@ TEST_F(AdPanelTest, adThatNamesItsEncoding_isReadInIt)
     EXPECT_EQ(Shown(), QStringLiteral("\u0633\u0644\u0627\u0645"));
 }
 
-TEST_F(AdPanelTest, encodingNamedFarBehind_orHalf_doesNotCount)
+TEST_F(AdPanelTest, encodingNamedAfter1024Bytes_orCutThere_isIgnored)
 {
     AnswerAd("<!--" + QByteArray(1010, 'x') + "--><meta charset=utf-8>\xC3\xA4");
     Refresh();
@@ -105,12 +105,12 @@ class AdPanelEncoding : public AdPanelTest, public testing::WithParamInterface<E
 {
 };
 
-TEST_P(AdPanelEncoding, page_isReadInWhatItNames)
+TEST_P(AdPanelEncoding, page_isReadInItsNamedEncoding)
 {
     AnswerAd(GetParam().page);
     Refresh();
     EXPECT_EQ(Shown(), QString::fromUtf16(GetParam().shown));
-    EXPECT_EQ(Page(), QByteArray("<html>") + GetParam().page + "</html>") << "and stays the bytes it was";
+    EXPECT_EQ(Page(), QByteArray("<html>") + GetParam().page + "</html>") << "and the bytes are unchanged";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -215,7 +215,7 @@ TEST_F(AdPanelTest, waitTimeThatIsNoNumber_endsTheRefreshAndKeepsTheOldPage)
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
-TEST_F(AdPanelTest, replyWithoutAd_showsTheDefaultAndHonoursTheTime)
+TEST_F(AdPanelTest, replyWithoutAd_showsTheDefaultAndSetsAdTimer)
 {
     for (const char* const attributes : {"wait_time='7'", "ad_url='' wait_time='7'"}) {
         window->Variables().AdTimer = 1.0F;
@@ -239,7 +239,7 @@ TEST_F(AdPanelTest, noNetwork_showsTheDefaultAndLeavesTheRest)
     EXPECT_TRUE(window->Variables().Connected);
 }
 
-TEST_F(AdPanelTest, fetchFalse_probesButDoesNotAsk)
+TEST_F(AdPanelTest, fetchFalse_probesButSendsNoRequest)
 {
     Refresh(false);
     EXPECT_EQ(platform.http.probes.size(), 1);
@@ -307,7 +307,7 @@ TEST_F(AdPanelTest, noFolderThatCanBeWritten_endsTheRefresh)
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
-TEST_F(AdPanelTest, debugMode_tellsTheFailure)
+TEST_F(AdPanelTest, debugMode_showsTheFailure)
 {
     window->Variables().DebugMode = true;
     AnswerAd("x", "wait_time='abc'");
@@ -330,7 +330,7 @@ TEST_F(AdPanelTest, pageTooCostlyToLayOut_isWrittenButNotShown)
 }
 
 // Any attribute: valid and invalid Base64 of pages and of random bytes.
-TEST_F(AdPanelTest, anyAdAtAll_isShownOrNotButNeverHarms)
+TEST_F(AdPanelTest, randomAd_isShownOrRefused)
 {
     QRandomGenerator random(20260320);
     const QByteArray pieces[] = {"<table><tr><td>",
@@ -382,7 +382,7 @@ TEST_F(AdPanelTest, largestAdThatAReplyCanHold_isWrittenButNotShown)
     }
 }
 
-TEST_F(AdPanelTest, secondRefreshInsideTheFirst_isServed)
+TEST_F(AdPanelTest, secondRefreshInsideTheFirst_isMade)
 {
     AnswerAd("<b>inner</b>", "wait_time='2'");
     platform.http.whileWaiting = [this] {

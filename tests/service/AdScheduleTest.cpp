@@ -43,7 +43,7 @@ protected:
         platform.timers.Ticker()->Fire();
     }
     /// The refresh of each minute is due in second 58, and is put off.
-    void StartAndPutOff()
+    void StartAndPostpone()
     {
         WaitTime("1");
         Start();
@@ -93,7 +93,7 @@ TEST_F(AdScheduleTest, tick_whenTheCountEqualsAdTimer_refreshesAndBeginsAnew)
     }
 }
 
-TEST_F(AdScheduleTest, adTimerOfNothing_refreshesNoMore)
+TEST_F(AdScheduleTest, adTimerZero_refreshesNoMore)
 {
     WaitTime("0");
     Start();
@@ -174,7 +174,7 @@ TEST_F(AdScheduleTest, tick_whoseProbeCouldReachSecondZero_leavesTheRefreshToSec
     }
 }
 
-TEST_F(AdScheduleTest, tick_inTheWaitOfAnAlarm_leavesTheRefreshToATickBehindIt)
+TEST_F(AdScheduleTest, tick_duringTheRequestOfAnAlarm_leavesTheRefreshToALaterTick)
 {
     WaitTime("1");
     Start();
@@ -187,33 +187,33 @@ TEST_F(AdScheduleTest, tick_inTheWaitOfAnAlarm_leavesTheRefreshToATickBehindIt)
         askedInTheWait = Asked();
     };
     TickAtDuhr();
-    EXPECT_EQ(askedInTheWait, QStringList(kPrayer)) << "the sound would wait for the strip";
+    EXPECT_EQ(askedInTheWait, QStringList(kPrayer)) << "the strip would delay the sound";
     EXPECT_EQ(Asked(), QStringList(kAd)) << "the alarm's own";
     TickAt(31, 4);
     EXPECT_EQ(Asked(), QStringList(kAd)) << "the one that was due";
 }
 
-TEST_F(AdScheduleTest, refreshPutOff_secondOneLost_isMadeAtTheNextTick)
+TEST_F(AdScheduleTest, postponedRefresh_secondOneLost_isMadeAtTheNextTick)
 {
-    StartAndPutOff();
+    StartAndPostpone();
     TickAt(31, 7);
     EXPECT_EQ(Asked(), QStringList(kAd));
     Tick(59);
     EXPECT_EQ(Asked(), QStringList());
 }
 
-TEST_F(AdScheduleTest, refreshPutOff_clockSetBack_isMadeAtTheNextTickFarFromSecondZero)
+TEST_F(AdScheduleTest, postponedRefresh_clockSetBack_isMadeAtTheNextTickFarFromSecondZero)
 {
-    StartAndPutOff();
+    StartAndPostpone();
     TickAt(12, 57);
     EXPECT_EQ(Asked(), QStringList());
     TickAt(12, 30);
     EXPECT_EQ(Asked(), QStringList(kAd));
 }
 
-TEST_F(AdScheduleTest, refreshPutOff_alarmThatChangesAdTimerMeanwhile_isMadeAllTheSame)
+TEST_F(AdScheduleTest, postponedRefresh_alarmChangesAdTimer_isMade)
 {
-    StartAndPutOff();
+    StartAndPostpone();
     WaitTime("0");
     TickAtDuhr();
     EXPECT_EQ(Asked(), (QStringList{kPrayer, kAd})) << "the alarm's own";
@@ -223,9 +223,9 @@ TEST_F(AdScheduleTest, refreshPutOff_alarmThatChangesAdTimerMeanwhile_isMadeAllT
     EXPECT_EQ(Asked(), QStringList());
 }
 
-TEST_F(AdScheduleTest, refreshPutOff_ticksInItsWait_makeNoSecondOne)
+TEST_F(AdScheduleTest, postponedRefresh_ticksDuringItsRequest_startNoOther)
 {
-    StartAndPutOff();
+    StartAndPostpone();
     platform.http.whileWaiting = [this] {
         TickAt(31, 2);
         TickAt(31, 3);
@@ -235,10 +235,10 @@ TEST_F(AdScheduleTest, refreshPutOff_ticksInItsWait_makeNoSecondOne)
     Tick(59);
     EXPECT_EQ(Asked(), QStringList());
     Tick(1);
-    EXPECT_EQ(Asked(), QStringList(kAd)) << "counted from the end of the wait";
+    EXPECT_EQ(Asked(), QStringList(kAd)) << "counted from the end of the request";
 }
 
-TEST_F(AdScheduleTest, tick_asksAlsoWithoutAConnection)
+TEST_F(AdScheduleTest, tick_requestsAnAdAlsoWithoutAConnection)
 {
     WaitTime("10");
     platform.http.reachable = false;
@@ -252,7 +252,7 @@ TEST_F(AdScheduleTest, tick_asksAlsoWithoutAConnection)
     EXPECT_TRUE(Window().Variables().Connected);
 }
 
-TEST_F(AdScheduleTest, start_asksOnlyWithAConnection)
+TEST_F(AdScheduleTest, start_requestsAnAdOnlyWithAConnection)
 {
     WaitTime("10");
     // The network becomes reachable between the probe of the start and that of the refresh.
@@ -261,7 +261,7 @@ TEST_F(AdScheduleTest, start_asksOnlyWithAConnection)
     EXPECT_EQ(Asked(), QStringList());
     EXPECT_EQ(Shown(), QStringLiteral("Dusk Beacon"));
     EXPECT_FALSE(Window().Variables().Connected);
-    EXPECT_EQ(platform.http.probes.size(), 2) << "none for a version that nobody asks for";
+    EXPECT_EQ(platform.http.probes.size(), 2) << "no probe without a version check";
 }
 
 } // namespace

@@ -47,7 +47,7 @@ QImage Filled(int width, int height, const QColor& colour)
 class BannerImagesTest : public testing::Test
 {
 protected:
-    /// What is shown of a picture that comes as these bytes.
+    /// The picture that is shown for these bytes.
     QImage Shown(const QByteArray& bytes)
     {
         m_images = std::make_unique<BannerImages>(m_http, QStringList(QStringLiteral("http://x.example/")));
@@ -121,14 +121,14 @@ Q_IMPORT_PLUGIN(EveryImage)
 
 namespace {
 
-TEST_F(BannerImagesTest, otherFormats_areHandedToNoReader)
+TEST_F(BannerImagesTest, otherFormats_areReadByNoReader)
 {
     const QByteArray drawing = "<svg xmlns='http://www.w3.org/2000/svg'><image href='file:///x'/></svg>";
     takesAll = true;
     QBuffer buffer;
     buffer.setData(drawing);
     ASSERT_TRUE(buffer.open(QIODevice::ReadOnly));
-    ASSERT_EQ(QImageReader(&buffer).size(), QSize(30, 30)) << "the library asks whoever is installed";
+    ASSERT_EQ(QImageReader(&buffer).size(), QSize(30, 30)) << "Qt asks every installed reader";
     readers = 0;
     for (const QByteArray& bytes :
          {drawing, QByteArray("GIF"), QByteArray("\x89PNG"), QByteArray("P6 1 1 255 abc"),
@@ -143,7 +143,7 @@ TEST_F(BannerImagesTest, otherFormats_areHandedToNoReader)
     takesAll = false;
 }
 
-TEST_F(BannerImagesTest, whatIsNotShownOrStandsStill_isNotKept)
+TEST_F(BannerImagesTest, picturesNotShownOrNotAnimated_areNotKept)
 {
     const QByteArray bodies[] = {QByteArray(1000, 'x'),
                                  Written(Filled(2000, 2000, Qt::red), "jpeg"),
@@ -155,7 +155,7 @@ TEST_F(BannerImagesTest, whatIsNotShownOrStandsStill_isNotKept)
     for (const QByteArray& body : bodies) {
         QByteArray own(body.constData(), body.size());
         static_cast<void>(Shown(own));
-        EXPECT_TRUE(own.isDetached()) << "somebody holds on to " << own.left(10).toHex().toStdString();
+        EXPECT_TRUE(own.isDetached()) << "still in use: " << own.left(10).toHex().toStdString();
     }
 }
 
@@ -203,7 +203,7 @@ QByteArray JpegInSteps(int side, int repetitions)
     return bytes.first(last) + step.repeated(repetitions) + bytes.last(2);
 }
 
-TEST_F(BannerImagesTest, pictureInThousandsOfSteps_isNotShown)
+TEST_F(BannerImagesTest, pictureInThousandsOfProgressiveSteps_isNotShown)
 {
     EXPECT_TRUE(IsShown(JpegInSteps(1000, 1)));
     const QByteArray jpeg = JpegInSteps(1000, 3000);
@@ -265,7 +265,7 @@ QByteArray PlainPixels(int side, const QByteArray& pixel)
     return Packed((QByteArray(1, '\0') + pixel.repeated(side)).repeated(side), 0);
 }
 
-TEST_F(BannerImagesTest, pngOfFewColoursWithTexts_isShownAsItIs)
+TEST_F(BannerImagesTest, palettePngWithTexts_isShown)
 {
     QImage picture(40, 20, QImage::Format_Indexed8);
     picture.setColorTable({qRgb(255, 0, 0), qRgba(0, 0, 0, 0), qRgba(0, 0, 255, 128)});
@@ -284,7 +284,7 @@ TEST_F(BannerImagesTest, pngOfFewColoursWithTexts_isShownAsItIs)
     EXPECT_EQ(qAlpha(shown.pixel(2, 0)), 128);
 }
 
-TEST_F(BannerImagesTest, coloursNamedAgain_areLeftOut)
+TEST_F(BannerImagesTest, repeatedPalettes_areDropped)
 {
     QImage picture(10, 10, QImage::Format_Indexed8);
     picture.setColorTable({qRgb(255, 0, 0), qRgba(0, 0, 0, 0)});
@@ -298,7 +298,7 @@ TEST_F(BannerImagesTest, coloursNamedAgain_areLeftOut)
     EXPECT_EQ(shown.pixelColor(5, 5), QColor(Qt::red));
 }
 
-TEST_F(BannerImagesTest, pixelsInSeveralPieces_areShown)
+TEST_F(BannerImagesTest, pixelsInSeveralChunks_areShown)
 {
     const QByteArray pixels = PlainPixels(10, "\xFF\x11\x22");
     EXPECT_TRUE(IsShown(PngOf(10, Chunk("IDAT", pixels.first(40)) + Chunk("IDAT", QByteArray()) +

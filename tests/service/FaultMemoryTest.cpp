@@ -28,7 +28,7 @@ class FaultMemory : public testing::TestWithParam<Fault>
 };
 
 // The running program with many alarms, each of which sends two requests.
-TEST_P(FaultMemory, manyReplies_leaveItAsItWas)
+TEST_P(FaultMemory, manyReplies_useNoMoreMemory)
 {
     if (!Memory::kIsTrue) {
         GTEST_SKIP() << "a sanitizer keeps what is freed";

@@ -38,7 +38,7 @@ QString Character(int byte)
     return FromCodePage(QByteArray(1, static_cast<char>(byte)));
 }
 
-TEST_F(InternetClassTest, verifyConnectivity_asksTheProbesPageOnce)
+TEST_F(InternetClassTest, verifyConnectivity_requestsTheProbeOnce)
 {
     EXPECT_FALSE(internet.VerifyConnectivity());
     platform.http.reachable = true;
@@ -94,7 +94,7 @@ TEST_F(InternetClassTest, urlDecode_table)
     }
 }
 
-TEST_F(InternetClassTest, urlCodecs_everyByteGoesThereAndBack)
+TEST_F(InternetClassTest, urlCodecs_everyByte_survivesARoundTrip)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const QString text = u'x' + Character(byte);
@@ -126,7 +126,7 @@ TEST_F(InternetClassTest, htmlEncode_everyByte)
     }
 }
 
-TEST_F(InternetClassTest, htmlEncode_introducerOfTheCallersOwn)
+TEST_F(InternetClassTest, htmlEncode_otherIntroducer)
 {
     EXPECT_EQ(internet.HTMLEncodeEx(QStringLiteral("a& <\u20AC"), false, QStringLiteral("@@")),
               QStringLiteral("a@@amp;@@nbsp;@@lt;@@#128;"));
@@ -164,7 +164,7 @@ TEST_F(InternetClassTest, htmlDecode_introducerInAnyCase)
     EXPECT_EQ(DecodeHtml(QStringLiteral("lt;&lt;"), QString()), QStringLiteral("<&lt;"));
 }
 
-TEST_F(InternetClassTest, htmlDecode_badNumber_isAnErrorInTheCaller)
+TEST_F(InternetClassTest, htmlDecode_badNumber_throws)
 {
     EXPECT_EQ(ErrorOf(QStringLiteral("&#x41;")), ErrorNumber::kTypeMismatch);
     EXPECT_EQ(ErrorOf(QStringLiteral("&#;")), ErrorNumber::kTypeMismatch);
@@ -173,7 +173,7 @@ TEST_F(InternetClassTest, htmlDecode_badNumber_isAnErrorInTheCaller)
     EXPECT_EQ(ErrorOf(QStringLiteral("&#99999;")), ErrorNumber::kOverflow);
 }
 
-TEST_F(InternetClassTest, codecs_nothingButBlanks_comesBackAsItIs)
+TEST_F(InternetClassTest, codecs_spacesOnly_areReturnedUnchanged)
 {
     for (const char16_t* const text : {u"", u" ", u"   "}) {
         const QString blanks = QString::fromUtf16(text);

@@ -35,7 +35,7 @@ protected:
         m_http.requests.clear();
     }
 
-    /// Begins with an ad; @p deepest runs behind the twentieth step, inside its wait.
+    /// Begins with an ad; @p deepest runs after the twentieth step, during its request.
     void Go(const std::function<void()>& deepest)
     {
         m_deepest = deepest;
@@ -183,7 +183,7 @@ TEST_F(NestedWaitsTest, mainWindowClosedInTheTwentieth_unwinds)
     });
     Desk::Settle();
     EXPECT_TRUE(isDeep);
-    EXPECT_EQ(Scripts(), ExpectedScripts()) << "nobody asks for anything behind the end";
+    EXPECT_EQ(Scripts(), ExpectedScripts()) << "no request after the end";
     EXPECT_EQ(world.Loaded(FrmMain::kName), nullptr);
     // The last dialog is still open, so that the reply is shown.
     EXPECT_TRUE(world.IsUp(FrmAlerts::kName));

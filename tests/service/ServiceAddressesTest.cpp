@@ -104,7 +104,7 @@ TEST(ServiceAddresses, serviceOrProbe_thatCannotBeUsed_isTheBuilds)
     }
 }
 
-TEST(ServiceAddresses, probe_thatCanBeUsed_isAskedAsItStands)
+TEST(ServiceAddresses, probe_thatCanBeUsed_isRequestedUnchanged)
 {
     for (const char* const row :
          {"http://probe.example.org", "https://probe.example.org/", "http://probe.example.org/a//?b=c#d"}) {
@@ -114,7 +114,7 @@ TEST(ServiceAddresses, probe_thatCanBeUsed_isAskedAsItStands)
               QStringLiteral("http://probe.example.org/"));
 }
 
-TEST(ServiceAddresses, signup_thatCanBeUsed_isShownAsItStands)
+TEST(ServiceAddresses, signup_thatCanBeUsed_isShownUnchanged)
 {
     const QString longest = QStringLiteral("a@") + QString(48, u'b');
     for (const QString& address :

@@ -125,7 +125,7 @@ TEST(ServiceRequests, everyRequest_reachesTheServiceInItsExactBytes)
     }
 }
 
-TEST(ServiceRequests, pages_areThese)
+TEST(ServiceRequests, pages_haveTheirExactText)
 {
     const Configuration configuration = Settings(QStringLiteral("P-77"));
     EXPECT_EQ(ServiceRequests::SoundFilesPage(configuration),

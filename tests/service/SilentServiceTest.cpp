@@ -95,12 +95,12 @@ TEST_P(SilentService, soundOfAPrayer_startsAfterThreeSeconds)
     EXPECT_GT(ticks, 20) << "events were served";
     EXPECT_EQ(platform.player.url, QStringLiteral("a.mp3"));
     EXPECT_EQ(Asked("prayerCall.pl"), 1U);
-    EXPECT_EQ(Asked("getAd.pl"), 2U) << "the ad comes behind the sound";
+    EXPECT_EQ(Asked("getAd.pl"), 2U) << "the ad comes after the sound";
     EXPECT_EQ(underWay, 1) << "a text message may depend on it";
 }
 
 // The request belongs to no window.
-TEST_P(SilentService, mainWindowGoesInTheWait_requestGoesOn)
+TEST_P(SilentService, mainWindowClosedDuringTheRequest_requestContinues)
 {
     isSilent = false;
     program.Start();

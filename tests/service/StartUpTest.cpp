@@ -67,7 +67,7 @@ protected:
     Program program{platform.interfaces};
 };
 
-TEST_F(StartUpTest, usualStart_asksInThisOrder)
+TEST_F(StartUpTest, usualStart_sendsItsRequestsInOrder)
 {
     WriteSettings();
     platform.http.reachable = true;
@@ -127,13 +127,13 @@ TEST_F(StartUpTest, firstStart_withAServiceInTheSettings_asksItAndItsProbe)
     EXPECT_EQ(App(QStringLiteral("service")), service + u'/') << "the save of the identifier keeps it";
 }
 
-TEST_F(StartUpTest, firstStartWithoutNetwork_asksAllTheSameAndKeepsAsking)
+TEST_F(StartUpTest, firstStartWithoutNetwork_sendsTheRequestAndChangesNothing)
 {
     Settle(QStringLiteral("true"), QString());
     const QByteArray before = ReadSettings();
     const FrmMain& window = Start();
     EXPECT_EQ(Scripts(), QStringList(QStringLiteral("requestProdID.pl")))
-        << "goes out whatever the probe said, and nothing else does";
+        << "sent whatever the probe reports, and no other request";
     EXPECT_EQ(ReadSettings(), before);
     EXPECT_FALSE(window.Variables().Connected);
     EXPECT_TRUE(window.IsLoaded());
@@ -153,7 +153,7 @@ TEST_F(StartUpTest, noIdentifierButANetwork_asksForOne)
     ExpectListOpen(window);
 }
 
-TEST_F(StartUpTest, alertUpWhileTheStartWaits_opensTheListAllTheSame)
+TEST_F(StartUpTest, alertDuringTheRequestsOfTheStart_opensTheListToo)
 {
     Settle(QStringLiteral("true"), QString());
     platform.http.reachable = true;
@@ -172,7 +172,7 @@ TEST_F(StartUpTest, alertUpWhileTheStartWaits_opensTheListAllTheSame)
     ExpectListOpen(window);
 }
 
-TEST_F(StartUpTest, noIdentifierAndNoNetwork_asksNobody)
+TEST_F(StartUpTest, noIdentifierAndNoNetwork_sendsNoRequest)
 {
     Settle(QStringLiteral("false"), QString());
     const FrmMain& window = Start();
@@ -192,7 +192,7 @@ TEST_F(StartUpTest, adRequestThatFails_leavesNoVersionCheck)
     EXPECT_FALSE(window.Variables().Connected);
 }
 
-TEST_F(StartUpTest, firstRunInOtherLetters_isNoFirstRun)
+TEST_F(StartUpTest, firstRunInOtherCase_isNoFirstRun)
 {
     Settle(QStringLiteral("True"), QStringLiteral("P-77"));
     platform.http.reachable = true;

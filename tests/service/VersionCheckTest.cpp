@@ -39,7 +39,7 @@ TEST_F(VersionCheckTest, checkFalse_doesNothing)
     EXPECT_TRUE(platform.http.requests.isEmpty());
 }
 
-TEST_F(VersionCheckTest, noNetwork_asksNobody)
+TEST_F(VersionCheckTest, noNetwork_sendsNoRequest)
 {
     platform.http.reachable = false;
     Check();
@@ -47,7 +47,7 @@ TEST_F(VersionCheckTest, noNetwork_asksNobody)
     EXPECT_TRUE(platform.http.requests.isEmpty());
 }
 
-TEST_F(VersionCheckTest, check_asksWithTheExactRequest)
+TEST_F(VersionCheckTest, check_sendsTheExactRequest)
 {
     Check();
     EXPECT_EQ(platform.http.requests,
@@ -57,7 +57,7 @@ TEST_F(VersionCheckTest, check_asksWithTheExactRequest)
     EXPECT_EQ(Offers(), 0U);
 }
 
-TEST_F(VersionCheckTest, offer_hasTheseWords)
+TEST_F(VersionCheckTest, offer_hasItsExactText)
 {
     Answer("version_name='2' version_sequence='0'");
     Check();
@@ -116,7 +116,7 @@ TEST_F(VersionCheckTest, yes_opensTheDownloadAndEndsTheProgram)
     EXPECT_EQ(ReadSettings(), before) << "remind stays as it was";
 }
 
-TEST_F(VersionCheckTest, yesWithoutAnAddress_endsTheProgramAllTheSame)
+TEST_F(VersionCheckTest, yesWithoutAnAddress_endsTheProgramToo)
 {
     Answer("version_name='2' version_sequence='0'");
     platform.boxes.answers = {true};
@@ -190,7 +190,7 @@ TEST_F(VersionCheckTest, fileOfTheOtherSpelling_isNeitherReadNorCopied)
     EXPECT_EQ(other.readAll(), stray);
 }
 
-TEST_F(VersionCheckTest, noSettings_offersAllTheSame_noWritesNothing)
+TEST_F(VersionCheckTest, noSettings_offersToo_noWritesNothing)
 {
     Answer("version_name='2' version_sequence='0' download_url='http://x.example/'");
     QFile::remove(kSettingsFile);
@@ -265,7 +265,7 @@ TEST_F(VersionCheckTest, windowClosedDuringTheRequest_nothingIsOffered)
     EXPECT_EQ(Offers(), 0U);
 }
 
-TEST_F(VersionCheckTest, windowGoneUnderTheQuestion_noAnswerIsActedOn)
+TEST_F(VersionCheckTest, windowClosedDuringTheQuestion_answerIsIgnored)
 {
     const QByteArray before = ReadSettings();
     Answer("version_name='2' version_sequence='0' download_url='http://x.example/d'");

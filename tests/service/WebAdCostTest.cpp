@@ -101,7 +101,7 @@ TEST(WebAdCost, costliestPagesThatAreShown_areLaidOutQuickly)
     EXPECT_LT(largest, kMostOfAPage);
 }
 
-TEST(WebAdCost, hostilePages_areGivenUpQuickly)
+TEST(WebAdCost, hostilePages_areRefusedQuickly)
 {
     StripCost cost;
     const QByteArray pages[] = {
@@ -118,7 +118,7 @@ TEST(WebAdCost, hostilePages_areGivenUpQuickly)
 }
 
 // Random pages of relevant pieces.
-TEST(WebAdCost, randomPages_areShownOrNotButNeverHarm)
+TEST(WebAdCost, randomPages_areShownOrRefused)
 {
     const QByteArray pieces[] = {"<table>",
                                  "</table>",

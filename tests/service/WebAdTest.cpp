@@ -137,7 +137,7 @@ TEST_F(WebAdTest, animatedPicture_moves)
     EXPECT_TRUE(Becomes(still == Qt::red ? Qt::blue : Qt::red, 25, 25));
 }
 
-TEST_F(WebAdTest, pictures_areAskedForWithinTheirLimits)
+TEST_F(WebAdTest, pictures_areRequestedWithTheirLimits)
 {
     FakeHttp fake;
     const BannerImages images(fake, {QStringLiteral("http://x.example/a.png")});
@@ -145,7 +145,7 @@ TEST_F(WebAdTest, pictures_areAskedForWithinTheirLimits)
     EXPECT_EQ(fake.backgroundLimits, (HttpLimits{2'097'152, 10, 10'000}));
 }
 
-TEST_F(WebAdTest, pictureWithAFragment_isAskedForWithout)
+TEST_F(WebAdTest, pictureWithAFragment_isRequestedWithoutIt)
 {
     const LoopbackServer server(LoopbackServer::Answer(Png(4, 4, Qt::green)));
     Navigate(QStringLiteral("<img width=50 height=50 src=\"%1\">")
@@ -178,7 +178,7 @@ TEST_F(WebAdTest, sixteenHugePicturesThatMove_takeLittleTime)
     EXPECT_LT(share, kMostPerCent);
 }
 
-TEST_F(WebAdTest, pictureThatIsNone_leavesTheTextAlone)
+TEST_F(WebAdTest, invalidPicture_leavesTheTextAlone)
 {
     const QByteArray bodies[] = {"",
                                  "<html>404</html>",
@@ -261,7 +261,7 @@ TEST_F(WebAdTest, linkByKeyboard_isFollowed)
     EXPECT_EQ(followed, QStringList(QStringLiteral("http://x.example/")));
 }
 
-TEST_F(WebAdTest, noBars_andTheWheelMovesNothing)
+TEST_F(WebAdTest, wheel_scrollsNothing_andNoBarsShow)
 {
     Navigate(QStringLiteral("line<br>").repeated(30));
     ASSERT_GT(strip.verticalScrollBar()->maximum(), 0);
@@ -274,7 +274,7 @@ TEST_F(WebAdTest, noBars_andTheWheelMovesNothing)
     EXPECT_EQ(strip.toolTip(), QString());
 }
 
-TEST_F(WebAdTest, rightClick_bringsNoMenu)
+TEST_F(WebAdTest, rightClick_opensNoMenu)
 {
     Navigate(QStringLiteral("<b>text</b>"));
     QContextMenuEvent click(QContextMenuEvent::Mouse, QPoint(5, 5),
@@ -284,7 +284,7 @@ TEST_F(WebAdTest, rightClick_bringsNoMenu)
     EXPECT_TRUE(click.isAccepted());
 }
 
-TEST_F(WebAdTest, nothingButAPicture_isEverLoaded)
+TEST_F(WebAdTest, otherResources_areNeverLoaded)
 {
     Navigate(QStringLiteral("<b>text</b>"));
     const QUrl own = QUrl::fromLocalFile(QStringLiteral(__FILE__));
@@ -293,7 +293,7 @@ TEST_F(WebAdTest, nothingButAPicture_isEverLoaded)
     }
 }
 
-TEST_F(WebAdTest, noFile_isAnError)
+TEST_F(WebAdTest, missingFile_throws)
 {
     Navigate(QStringLiteral("<b>old</b>"));
     EXPECT_THROW(strip.Navigate(platform.files, QStringLiteral("nothing.html")), RuntimeError);

@@ -93,7 +93,7 @@ TEST_F(WholeServiceTest, placeFoundByCity_isStoredWithItsCoordinates)
         R"(<Paris atlas_id="FR-75000" city="Paris" state="France" longitude="2.35" longitude_final="2.35")"));
 }
 
-TEST_F(WholeServiceTest, cityThatIsNotThere_hasNoMatches)
+TEST_F(WholeServiceTest, unknownCity_hasNoMatches)
 {
     Start();
     OpenSearch();

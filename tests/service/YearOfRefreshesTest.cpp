@@ -60,7 +60,7 @@ protected:
             m_second = std::max(m_second.addSecs(1), now.addMSecs(-now.time().msec()));
         }
     }
-    /// The times of the alarms since the last call: each tells the service.
+    /// The times of the alarms since the last call: each sends a request.
     QStringList Alarms()
     {
         QStringList times;
@@ -83,7 +83,7 @@ private:
     Program m_program{m_interfaces};
 };
 
-TEST_P(YearOfRefreshes, networkThatSwallowsPackets_losesNoAlert)
+TEST_P(YearOfRefreshes, networkThatDropsPackets_losesNoAlert)
 {
     const QDate first(2027, 1, 1);
     const int days = FromEnvironment("DUSKBEACON_YEAR_DAYS", 365);

@@ -111,7 +111,7 @@ TEST_P(LoadRows, document_loadsOrLeavesNothing)
     }
     EXPECT_LT(watch.elapsed(), 5'000) << "a document must never hang the program";
     EXPECT_EQ(static_cast<bool>(document->DocumentElement()), GetParam().loads)
-        << "half a tree is as bad as a failure untold";
+        << "half a tree is as bad as an unreported failure";
     EXPECT_TRUE(platform.http.requests.isEmpty()) << "a document must not fetch anything";
 }
 
@@ -229,7 +229,7 @@ TEST_F(DomTest, load_url_goesThroughHttp_inAnyCaseOfTheScheme)
     EXPECT_EQ(platform.http.limits, (HttpLimits{8'388'608, 10, 30'000, 5'000}));
 }
 
-TEST_F(DomTest, nodes_areCountedAndNamedAsTheyAre)
+TEST_F(DomTest, nodes_haveTheirNamesAndCounts)
 {
     const DomNode root = Loaded("<r>\n  <!--note--><?go on?><a/>\n text <b>x<![CDATA[y]]></b></r>");
     ASSERT_EQ(root.ChildCount(), 5) << "text of white space alone is no child";
@@ -313,7 +313,7 @@ TEST_F(DomTest, patterns_firstInDocumentOrder_orNothing_orAnError)
     }
 }
 
-TEST_F(DomTest, save_whatWasLoaded_comesBackTheSame)
+TEST_F(DomTest, save_loadedDocument_loadsTheSame)
 {
     const QByteArray text = "<?xml version=\"1.0\"?>\n"
                             "<!--before-->\n"

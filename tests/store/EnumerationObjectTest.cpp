@@ -48,7 +48,7 @@ TEST_F(EnumerationObjectTest, children_comeInTheirOrder_underTheirPaths)
     EXPECT_EQ(walk->nextElement(), nullptr);
 }
 
-TEST_F(EnumerationObjectTest, current_standsForThePathOfTheMaker)
+TEST_F(EnumerationObjectTest, current_isTheRememberedPath)
 {
     const auto walk = Walk("<root><a/></root>", Q("current"));
     EXPECT_EQ(Names(*walk), QStringList{Q("//root//a")});
@@ -116,7 +116,7 @@ TEST_F(EnumerationObjectTest, childAppendedWhileWalking_comesToo)
     EXPECT_EQ(Names(*walk), QStringList{Q("//root//b")});
 }
 
-TEST_F(EnumerationObjectTest, listThatShrankBelowTheWalk_answersNothing)
+TEST_F(EnumerationObjectTest, listShorterThanTheIndex_returnsNothing)
 {
     const auto walk = Walk("<root><a/><b/></root>", Q("//root"));
     static_cast<void>(walk->nextElement());
@@ -134,7 +134,7 @@ TEST_F(EnumerationObjectTest, setPath_leadsElsewhere_andCountsOn)
     EXPECT_EQ(Names(*walk), QStringList{Q("//root//y//d")});
 }
 
-TEST_F(EnumerationObjectTest, makerIsGone_documentStays)
+TEST_F(EnumerationObjectTest, simpleXmlDestroyed_documentStays)
 {
     auto maker = std::make_unique<SimpleXML>(platform.interfaces);
     maker->AddElementByName(Q("root"), QString());

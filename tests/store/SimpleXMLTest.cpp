@@ -31,7 +31,7 @@ protected:
         WriteFile(text);
         ASSERT_TRUE(xml.Load(kFile));
     }
-    // The whole document as it stands.
+    // The whole document as XML.
     [[nodiscard]] QString Whole() const
     {
         const DomNode root = xml.xmldoc->DocumentElement();
@@ -61,7 +61,7 @@ TEST_F(SimpleXMLTest, load_file_rootBecomesThePath)
     EXPECT_EQ(xml.XML(), Q("<root><a/></root>"));
 }
 
-TEST_F(SimpleXMLTest, load_failure_leavesThePath_andReadersAnswerNothing)
+TEST_F(SimpleXMLTest, load_failure_leavesThePath_andGettersReturnNothing)
 {
     Load("<root a='1'/>");
     xml.SetCurrentPath(Q("//root//kept"));
@@ -83,7 +83,7 @@ TEST_F(SimpleXMLTest, load_url_usesTheHttpOfThePlatform)
     EXPECT_FALSE(xml.Load(Q("http://127.0.0.1/broken")));
 }
 
-TEST_F(SimpleXMLTest, load_documentDroppedWhileItWaits_harmsNothing)
+TEST_F(SimpleXMLTest, load_documentDroppedWhileTheUrlLoads_isSafe)
 {
     platform.http.replies[Q("slow")] = "<root/>";
     platform.http.whileWaiting = [this] { xml.Reset(); };
@@ -113,7 +113,7 @@ TEST_F(SimpleXMLTest, setCurrentPath_fewerThanTwoCharacters_changesNothing)
     EXPECT_EQ(xml.GetCurrPath(), Q("//leads//nowhere"));
 }
 
-TEST_F(SimpleXMLTest, setCurrentPath_current_isThePathAsItIs)
+TEST_F(SimpleXMLTest, setCurrentPath_current_keepsThePath)
 {
     EXPECT_FALSE(xml.SetCurrentPath(kCurrent)) << "an empty path is a short one";
     EXPECT_EQ(xml.GetCurrPath(), QString());
@@ -136,7 +136,7 @@ TEST_F(SimpleXMLTest, current_isAKeywordInThatSpellingOnly)
     Load("<root><a><b/></a><Current/></root>");
     xml.SetCurrentPath(Q("//root//a"));
     EXPECT_TRUE(xml.hasChildren(kCurrent));
-    EXPECT_FALSE(xml.hasChildren(Q("Current"))) << "that is a path, and leads nowhere from here";
+    EXPECT_FALSE(xml.hasChildren(Q("Current"))) << "a path that matches nothing here";
     EXPECT_EQ(xml.ChildCount(kCurrent), 1);
     EXPECT_FALSE(xml.hasChildren(Q("//root//Current")));
     EXPECT_EQ(xml.GetElement(Q("//root//Current"))->ElementName(), Q("Current"));
@@ -160,7 +160,7 @@ TEST_F(SimpleXMLTest, current_isKnownToEveryMember)
     EXPECT_EQ(Whole(), Q("<root><a n=\"1\">new</a></root>"));
 }
 
-TEST_F(SimpleXMLTest, prefixedName_isLeftOutOfNames)
+TEST_F(SimpleXMLTest, prefixedName_isReadWithoutItsPrefix)
 {
     Load("<p:root xmlns:p='urn:x'><p:a/></p:root>");
     EXPECT_EQ(xml.GetRootName(), kRoot);
@@ -168,7 +168,7 @@ TEST_F(SimpleXMLTest, prefixedName_isLeftOutOfNames)
     EXPECT_EQ(xml.ElementName(), Q("a"));
 }
 
-TEST_F(SimpleXMLTest, reset_leavesTheOldDocumentToThoseWhoHoldIt)
+TEST_F(SimpleXMLTest, reset_leavesTheOldDocumentToItsOtherOwners)
 {
     Load("<root><a n='1'/><b/></root>");
     const auto walk = xml.getEnumeration(kRoot);
@@ -268,7 +268,7 @@ TEST_F(SimpleXMLTest, addAttribute_twice_keepsOneInItsPlace)
     EXPECT_EQ(Whole(), Q("<root a=\"x\" b=\"2\" c=\"4\"/>"));
 }
 
-TEST_F(SimpleXMLTest, addAttribute_nowhere_writesNothing)
+TEST_F(SimpleXMLTest, addAttribute_pathWithoutElement_writesNothing)
 {
     Load("<root>text</root>");
     EXPECT_FALSE(xml.AddAttributeByName(Q("a"), Q("1"), Q("//root//missing")));
@@ -278,7 +278,7 @@ TEST_F(SimpleXMLTest, addAttribute_nowhere_writesNothing)
     EXPECT_EQ(Whole(), Q("<root>text</root>"));
 }
 
-TEST_F(SimpleXMLTest, attribute_anyText_comesBackTheSame)
+TEST_F(SimpleXMLTest, attribute_anyText_isReadBackTheSame)
 {
     Load("<root/>");
     for (const QString& value : {QString(), Q("<&>\"'"), Q("a\tb\nc"), Q("\u0645\u0643\u0629 \U0001F54C"),
@@ -384,11 +384,11 @@ TEST_F(SimpleXMLTest, addSimpleXML_ofTheSameDocument_movesTheNode)
     ASSERT_EQ(a->GetCurrPath(), Q("//root//a"));
     EXPECT_TRUE(xml.AddSimpleXML(*a, Q("//root//c")));
     EXPECT_EQ(Whole(), Q("<root><c><a n=\"1\"><b/></a></c></root>"));
-    EXPECT_FALSE(xml.AddSimpleXML(*a, Q("//root//b"))) << "no node stands under itself";
+    EXPECT_FALSE(xml.AddSimpleXML(*a, Q("//root//b"))) << "a node can't be its own child";
     EXPECT_EQ(Whole(), Q("<root><c><a n=\"1\"><b/></a></c></root>"));
 }
 
-TEST_F(SimpleXMLTest, addSimpleXML_nowhere_leavesBothDocuments)
+TEST_F(SimpleXMLTest, addSimpleXML_pathWithoutElement_changesNeitherDocument)
 {
     Load("<root/>");
     SimpleXML other(platform.interfaces);

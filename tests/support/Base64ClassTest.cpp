@@ -39,7 +39,7 @@ TEST(Base64Class, encode_usesTheWholeAlphabet)
               QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"));
 }
 
-TEST(Base64Class, encode_linesOf76_noneEndsTheText)
+TEST(Base64Class, encode_linesOf76_noLineEndAfterTheLast)
 {
     for (const int count : {1, 56, 57, 58, 113, 114, 115, 171, 1000}) {
         const QString text = Base64Class().EncodeByteArray(Bytes(count));
@@ -79,7 +79,7 @@ TEST(Base64Class, decode_lineEndsGoBeforePadding)
               Base64Class().DecodeToByteArray(QStringLiteral("TWFAAu")));
 }
 
-TEST(Base64Class, decode_rests_giveWhatTheyHold)
+TEST(Base64Class, decode_incompleteGroups_giveTheirWholeBytes)
 {
     EXPECT_EQ(Base64Class().DecodeToByteArray(QStringLiteral("TWFuT")), "Man") << "a rest of 1 gives nothing";
     EXPECT_EQ(Base64Class().DecodeToByteArray(QStringLiteral("TWFuTW")), "ManM");
@@ -108,7 +108,7 @@ TEST(Base64Class, strings_goThroughTheCodePage)
     EXPECT_EQ(Base64Class().EncodeString(QStringLiteral("\u0645")), QStringLiteral("Pw=="));
 }
 
-TEST(Base64Class, nothing_isAFailureInTheCaller)
+TEST(Base64Class, emptyResult_throws)
 {
     const Base64Class codec;
     EXPECT_EQ(ErrorOf([&] { return codec.EncodeString(QString()); }), ErrorNumber::kSubscript);

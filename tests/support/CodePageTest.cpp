@@ -37,7 +37,7 @@ constexpr char16_t kUpperControls[] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0
                                        0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                        0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-TEST(CodePage, everyByte_hasItsCharacterAndComesBack)
+TEST(CodePage, everyByte_survivesARoundTrip)
 {
     for (int value = 0; value < 256; ++value) {
         const QByteArray byte(1, static_cast<char>(value));
@@ -48,7 +48,7 @@ TEST(CodePage, everyByte_hasItsCharacterAndComesBack)
     }
 }
 
-TEST(CodePage, noPlace_becomesAQuestionMark)
+TEST(CodePage, characterOutsideTheCodePage_becomesAQuestionMark)
 {
     for (const char16_t* const text :
          {u"\u0645", u"\u0100", u"\uFF21", u"\u0080", u"\U0001F54C", u"\uFFFD"}) {

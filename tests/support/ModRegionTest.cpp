@@ -46,7 +46,7 @@ TEST(GetLocaleText, bufferLargerThanTheText_isCutToWhatWasWritten)
     EXPECT_EQ(GetLocaleText(region, 1031, LOCALE_SDECIMAL), QStringLiteral(","));
 }
 
-TEST(GetLocaleText, unknown_isEmptyAndAsksOnce)
+TEST(GetLocaleText, unknown_isEmptyAfterOneCall)
 {
     UnreliableRegion region;
     region.needed = 0;
@@ -61,7 +61,7 @@ TEST(GetLocaleText, secondAnswerFails_isEmpty)
     EXPECT_EQ(GetLocaleText(region, 1031, LOCALE_SDECIMAL), QString());
 }
 
-TEST(GetDecimalSign, userLocale_isAskedForKind14)
+TEST(GetDecimalSign, userLocale_isReadWithKind14)
 {
     const UnreliableRegion region;
     EXPECT_EQ(GetDecimalSign(region), QStringLiteral(","));
