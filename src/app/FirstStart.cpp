@@ -18,7 +18,7 @@ void Require(bool isWritten)
 
 } // namespace
 
-bool IsIdentifierMissing(const SimpleXML& settings, bool isConnected)
+bool NeedsIdentifier(const SimpleXML& settings, bool isConnected)
 {
     return settings.GetAttribute(QStringLiteral("FirstRun"), kAppPath) == u"true" ||
            (isConnected && settings.GetAttribute(QStringLiteral("pid"), kAppPath).isEmpty());

@@ -8,7 +8,7 @@ struct Platform;
 
 /// Whether the installation identifier is to be requested: on the first start, and later with a network while
 /// there is none.
-[[nodiscard]] bool IsIdentifierMissing(const SimpleXML& settings, bool isConnected);
+[[nodiscard]] bool NeedsIdentifier(const SimpleXML& settings, bool isConnected);
 
 /// Requests the identifier from the service address in @p configuration and saves it in settings.xml. A
 /// failed request is not an error: the next start repeats it. Throws kInvalidCall if the identifier can't be

@@ -115,7 +115,7 @@ void FrmMain::RunLoadSequence()
     ReadAddresses(variables.Settings, settings);
     variables.Connected =
         InternetClass(GetPlatform(), ServiceAddresses::Probe(variables.Settings)).VerifyConnectivity();
-    const bool OpenLocationList = IsIdentifierMissing(settings, variables.Connected);
+    const bool OpenLocationList = NeedsIdentifier(settings, variables.Connected);
     if (OpenLocationList) {
         RequestIdentifier(GetPlatform(), settings, variables.Settings);
     }

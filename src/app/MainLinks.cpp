@@ -91,7 +91,7 @@ void MainLinks::ClickPrayerLink(LinkLabel& link, std::int16_t tab)
 {
     DisabledControl disabled(m_window, link);
     // The first page always comes first: it loads the settings that the other pages show.
-    // Intended: SelectTab stands outside the failure path of ClickLblAlertsLink, which ends the program.
+    // Intended: SelectTab is outside the failure path of ClickLblAlertsLink, which ends the program.
     if (ClickLblAlertsLink()) {
         SelectTab(tab);
     }
