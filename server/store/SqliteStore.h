@@ -10,7 +10,7 @@
 namespace beacond {
 
 /// The store in one SQLite file: write-ahead log, a full sync at each commit.
-class SqliteStore final : public Store
+class SqliteStore : public Store
 {
 public:
     /// Seconds since 1970.

@@ -38,6 +38,18 @@ protected:
         service.Signal(SIGTERM);
         ASSERT_EQ(service.Wait().status, 0);
     }
+    /// A configuration with these ports of the loopback.
+    void WritePorts(const char* name, unsigned short main, unsigned short metrics)
+    {
+        Write(folder / name, "[http]\nlisten = \"127.0.0.1:" + std::to_string(main) +
+                                 "\"\n[metrics]\nlisten = \"127.0.0.1:" + std::to_string(metrics) +
+                                 "\"\n[places]\nfile = \"places.bin\"\n");
+    }
+    void ExpectUsable(const ProcessEnd& end)
+    {
+        EXPECT_EQ(end.output, kNoHttps + kUsable);
+        EXPECT_EQ(end.status, 0);
+    }
     /// All files below the folder with their contents, except the files that the runs of the program write.
     std::map<std::string, std::string> Files()
     {
@@ -56,9 +68,7 @@ TEST_F(CheckTest, configurationBeforeTheFirstStart_canBeUsedAndChangesNothing)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
     const auto before = Files();
-    const ProcessEnd end = Run({"check"});
-    EXPECT_EQ(end.output, kNoHttps + kUsable);
-    EXPECT_EQ(end.status, 0);
+    ExpectUsable(Run({"check"}));
     EXPECT_EQ(Files(), before);
     EXPECT_FALSE(fs::exists(folder / "state"));
 
@@ -70,9 +80,7 @@ TEST_F(CheckTest, configurationInUse_canBeUsedAndChangesNothing)
 {
     ServeOnce();
     const auto before = Files();
-    const ProcessEnd end = Run({"check"});
-    EXPECT_EQ(end.output, kNoHttps + kUsable);
-    EXPECT_EQ(end.status, 0);
+    ExpectUsable(Run({"check"}));
     EXPECT_EQ(Files(), before);
 }
 
@@ -178,15 +186,13 @@ TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)
         {metrics, 0, "http.listen", metrics},
         {0, main, "metrics.listen", main},
     };
-    const auto address = [](unsigned short port) { return "127.0.0.1:" + std::to_string(port); };
     for (const auto& row : rows) {
-        Write(folder / "other.toml", "[http]\nlisten = \"" + address(row.main) +
-                                         "\"\n[metrics]\nlisten = \"" + address(row.metrics) +
-                                         "\"\n[places]\nfile = \"places.bin\"\n");
+        WritePorts("other.toml", row.main, row.metrics);
+        const std::string refusal = "error: " + row.key +
+                                    ": can't listen at 127.0.0.1:" + std::to_string(row.port) +
+                                    ": Address already in use\n";
         EXPECT_EQ(RunService(Path(), {"check", "--config", "other.toml"}).output,
-                  row.key.empty() ? kNoHttps + kUsable
-                                  : kNoHttps + "error: " + row.key + ": can't listen at " +
-                                        address(row.port) + ": Address already in use\n");
+                  kNoHttps + (row.key.empty() ? kUsable : refusal));
     }
 }
 
@@ -200,22 +206,18 @@ TEST_F(CheckTest, portOfTheServiceManager_isNotChecked)
 {
     const beacond::ListeningSocket manager =
         beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
-    Write(folder / "service.toml",
-          "[http]\nlisten = \"127.0.0.1:" + std::to_string(manager.Endpoint().port()) +
-              "\"\n[metrics]\nlisten = \"127.0.0.1:0\"\n"
-              "[places]\nfile = \"places.bin\"\n");
-    const ProcessEnd end = Run({"check", "--activated"});
-    EXPECT_EQ(end.output, kNoHttps + kUsable);
-    EXPECT_EQ(end.status, 0);
+    WritePorts("service.toml", manager.Endpoint().port(), 0);
+    ExpectUsable(Run({"check", "--activated"}));
 }
 
 TEST_F(CheckTest, onePortOfTwoListeners_isAnError)
 {
     const unsigned short free =
         beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0")).Endpoint().port();
-    Write(folder / "service.toml", "[http]\nlisten = \"127.0.0.1:" + std::to_string(free) +
-                                       "\"\n[metrics]\nlisten = \"0.0.0.0:" + std::to_string(free) +
-                                       "\"\n[places]\nfile = \"places.bin\"\n");
+    WritePorts("service.toml", free, free);
+    std::string settings = Read(folder / "service.toml");
+    settings.replace(settings.rfind("127.0.0.1"), 9, "0.0.0.0");
+    Write(folder / "service.toml", settings);
     const ProcessEnd end = Run({"check"});
     EXPECT_EQ(end.output, kNoHttps + "error: metrics.listen: the port of http.listen\n");
     EXPECT_EQ(end.status, 2);

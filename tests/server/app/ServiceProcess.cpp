@@ -4,18 +4,16 @@
 
 #include "server/Becomes.h"
 #include "server/Files.h"
+#include "server/http/RawClient.h"
 
-#include <arpa/inet.h>
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <signal.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <iostream>
 #include <regex>
+#include <stdexcept>
 
 namespace {
 
@@ -141,24 +139,13 @@ ProcessEnd RunService(const std::string& folder, const std::vector<std::string>&
 
 std::string Exchange(unsigned short port, const std::string& request)
 {
-    const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const timeval limit = {10, 0};
-    ::setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    std::string reply;
-    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
-        ::send(socket, request.data(), request.size(), MSG_NOSIGNAL) ==
-            static_cast<ssize_t>(request.size())) {
-        std::array<char, 4096> bytes{};
-        for (ssize_t count = 0; (count = ::recv(socket, bytes.data(), bytes.size(), 0)) > 0;) {
-            reply.append(bytes.data(), static_cast<std::size_t>(count));
-        }
+    try {
+        RawClient client(port);
+        client.Send(request);
+        return client.ReadToEnd();
+    } catch (const std::runtime_error&) { // no connection
+        return {};
     }
-    ::close(socket);
-    return reply;
 }
 
 std::string PostSignup(unsigned short port, const std::string& form, const std::string& fields)

@@ -3,14 +3,12 @@
 #include "messages/Spool.h"
 
 #include "server/AsNobody.h"
+#include "server/FileSizeLimit.h"
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-
-#include <csignal>
 
 using namespace beacond;
 using testing::EndsWith;
@@ -72,14 +70,10 @@ TEST(Spool, send_writeThatFails_isAnErrorAndLeavesNothing)
 {
     const TemporaryFolder folder;
     const Spool spool(folder.File("spool"));
-    std::signal(SIGXFSZ, SIG_IGN);
-    rlimit limit = {};
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &limit), 0);
-    const rlimit none = {10, limit.rlim_max};
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &none), 0);
-    EXPECT_THROW(spool.Send("someone@example.org", "text"), ChannelError);
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-
+    {
+        const FileSizeLimit fullDisk(10);
+        EXPECT_THROW(spool.Send("someone@example.org", "text"), ChannelError);
+    }
     EXPECT_TRUE(fs::is_empty(folder.File("spool")));
 }
 

@@ -3,12 +3,11 @@
 #include "SmallTables.h"
 #include "places/Places.h"
 #include "places/PlacesError.h"
+#include "server/FileSizeLimit.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 
 #include <algorithm>
-#include <csignal>
 #include <filesystem>
 
 using beacond::ImportReport;
@@ -190,8 +189,7 @@ TEST(Importer, Import_failure_leavesTheOldFileAndNoOther)
 
     std::filesystem::create_directory(folder / "sub");
     Write(folder / "sub/file", "");
-    beacond::ImportSources sources{folder / "places.tsv",  folder / "divisions.tsv", folder / "postal.tsv",
-                                   folder / "regions.tsv", folder / "overlay.tsv",   folder / "shipped.tsv"};
+    const beacond::ImportSources sources = SmallTables::Sources(folder);
     Write(folder / "places.tsv", PlaceLine{}.Text());
     EXPECT_THROW((void)beacond::ImportPlaces(sources, folder / "sub"), beacond::PlacesError)
         << "a folder can't be replaced";
@@ -222,16 +220,11 @@ TEST(Importer, Import_fullDisk_leavesBothFilesAndNoOther)
     const TemporaryFolder folder;
     for (const char* name : {"First", "Second"})
         (void)SmallTables{.places = PlaceLine{.name = name}.Text()}.Import(folder);
-    // Simulates a full disk: the tables are smaller than the limit, the places file is larger.
-    const rlimit small = {1024, RLIM_INFINITY};
-    rlimit before = {};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     const SmallTables tables{.places = PlaceLine{.name = "Third", .aliases = std::string(800, 'a')}.Text()};
-    EXPECT_THROW((void)tables.Import(folder), beacond::PlacesError);
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
+    {
+        const FileSizeLimit fullDisk(1024); // the tables are smaller, the places file is larger
+        EXPECT_THROW((void)tables.Import(folder), beacond::PlacesError);
+    }
     EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "second"), 1U);
     EXPECT_EQ(Places::Open(folder / "places.bin.previous")->Count("US", "first"), 1U);
     EXPECT_EQ(PlacesFilesIn(folder), 2);
@@ -243,9 +236,8 @@ TEST(Importer, Import_truncatedCompressedTable_throwsTheReason)
     const std::string packed = Read(std::filesystem::path(PLACES_DATA) / "divisions.tsv.xz");
     Write(folder / "divisions.tsv.xz", packed.substr(0, packed.size() / 2));
     (void)SmallTables{.places = PlaceLine{}.Text()}.Import(folder);
-    const beacond::ImportSources sources{folder / "places.tsv",  folder / "divisions.tsv.xz",
-                                         folder / "postal.tsv",  folder / "regions.tsv",
-                                         folder / "overlay.tsv", folder / "shipped.tsv"};
+    beacond::ImportSources sources = SmallTables::Sources(folder);
+    sources.divisions = folder / "divisions.tsv.xz";
     try {
         (void)beacond::ImportPlaces(sources, folder / "places.bin");
         FAIL();

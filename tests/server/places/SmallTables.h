@@ -48,6 +48,11 @@ struct SmallTables
     std::string overlay = {};
     std::string shipped = {};
 
+    [[nodiscard]] static beacond::ImportSources Sources(const TemporaryFolder& folder)
+    {
+        return {folder / "places.tsv",  folder / "divisions.tsv", folder / "postal.tsv",
+                folder / "regions.tsv", folder / "overlay.tsv",   folder / "shipped.tsv"};
+    }
     /// Writes the tables and imports them to `folder / "places.bin"`.
     beacond::ImportReport Import(const TemporaryFolder& folder) const
     {
@@ -57,8 +62,15 @@ struct SmallTables
         Write(folder / "regions.tsv", regions);
         Write(folder / "overlay.tsv", overlay);
         Write(folder / "shipped.tsv", shipped);
-        return beacond::ImportPlaces({folder / "places.tsv", folder / "divisions.tsv", folder / "postal.tsv",
-                                      folder / "regions.tsv", folder / "overlay.tsv", folder / "shipped.tsv"},
-                                     folder / "places.bin");
+        return beacond::ImportPlaces(Sources(folder), folder / "places.bin");
     }
 };
+
+/// Tables with two places of one name, a name in another script, a postal code and a shipped place.
+[[nodiscard]] inline SmallTables TablesOfEachKind()
+{
+    return {.places = PlaceLine{}.Text() + PlaceLine{.id = "2", .latitude = "32.1", .division = "TX"}.Text() +
+                      PlaceLine{.id = "3", .name = "Riyadh", .aliases = "الرياض", .country = "SA"}.Text(),
+            .postal = "US\t62701\t\t\t\t\t\t\t\t39.8\t-89.6\t\n",
+            .shipped = "Riyadh\tSA-Riyadh\t3\tRiyadh\tSaudi Arabia\n"};
+}

@@ -38,7 +38,10 @@ TEST_F(ScriptsTest, replies_areTheseDocuments)
          R"(<root><c1 city="Medina" atlas_id="SA-G109223"/></root>)"},
         {"getMatchingCities.pl", "state_id= sa &city_string= MED ",
          R"(<root><c1 city="Medina" atlas_id="SA-G109223"/></root>)"},
+        {"getMatchingCities.pl", "state_id=SA&city_string=m%E9d",
+         R"(<root><c1 city="Medina" atlas_id="SA-G109223"/></root>)"},
         {"getMatchingCities.pl", "state_id=SA&city_string=", "<root/>"},
+        {"getMatchingCities.pl", "state_id=SA&city_string=\"<>'&", "<root/>"},
         {"getCityInfo.pl", "prod_string=&aid=SA-G104515&dist_string=",
          R"(<root><G104515 atlas_id="SA-G104515" city="Mecca" state="Saudi Arabia" longitude="39.83 E" )"
          R"(longitude_final="39.82563" latitude="21.43 N" latitude_final="21.42664" time_zone2="3" )"
@@ -71,6 +74,8 @@ TEST_F(ScriptsTest, failures_areNotXml)
     } rows[] = {
         {"getCityInfo.pl", "aid=SA-G9", Method::Get, 404},
         {"getCityInfo.pl", "", Method::Get, 404},
+        {"getCityInfo.pl", "aid=US-G1+", Method::Get, 404}, // a plus is not a space
+        {"getCityInfo.pl#", "aid=US-G1", Method::Get, 404},
         {"none.pl", "", Method::Get, 404},
         {"", "", Method::Get, 404},
         {"getStates.pl", "", Method::Post, 405},

@@ -28,17 +28,20 @@ constexpr auto kShort = 100ms;
 class StoreThreadTest : public testing::Test
 {
 protected:
-    /// Adds a strip with that text; counts a failure.
-    void SpawnAdd(StoreThread& thread, const std::string& html)
+    /// Adds a strip with that text; counts the answers and the failures.
+    void SpawnAdd(StoreThread& thread, const std::string& html) { SpawnAdd(context, thread, html); }
+    void SpawnAdd(asio::io_context& caller, StoreThread& thread, const std::string& html)
     {
-        Spawn([this, &thread, html]() -> asio::awaitable<void> {
-            auto add = [html](Store& s) { return s.AddStrip({0, html, "", "", "", ""}); };
+        auto add = [this, &thread, html]() -> asio::awaitable<void> {
+            auto call = [html](Store& s) { return s.AddStrip({0, html, "", "", "", ""}); };
             try {
-                co_await thread.Run(add);
+                co_await thread.Run(call);
+                ++answers;
             } catch (const StoreError&) {
                 ++failures;
             }
-        });
+        };
+        asio::co_spawn(caller, std::move(add), asio::detached);
     }
     std::vector<std::string> Stored()
     {
@@ -68,6 +71,7 @@ protected:
     std::unique_ptr<CountingStore> store = std::make_unique<CountingStore>(folder.File("store.db"), commits);
     std::latch isCommitting{1};
     std::latch released{1};
+    int answers = 0;
     int failures = 0;
     asio::io_context context;
 };
@@ -93,58 +97,43 @@ TEST_F(StoreThreadTest, run_queuedCalls_shareCommits)
 {
     constexpr int kCalls = 1000;
     StoreThread thread(std::move(store));
-    int answered = 0;
     for (int i = 0; i < kCalls; ++i) {
-        Spawn([&]() -> asio::awaitable<void> {
-            co_await thread.Run([](Store& s) { return s.AddStrip({}); });
-            ++answered;
-        });
+        SpawnAdd(thread, "");
     }
     context.run();
 
-    EXPECT_EQ(answered, kCalls);
+    EXPECT_EQ(answers, kCalls);
     EXPECT_LT(commits, kCalls / 2);
 }
 
 TEST_F(StoreThreadTest, run_throwingCall_failsAlone)
 {
     StoreThread thread(std::move(store));
-    int failed = 0;
-    std::size_t strips = 0;
     Spawn([&]() -> asio::awaitable<void> {
         try {
             co_await thread.Run([](Store&) -> int { throw StoreError("the call fails"); });
         } catch (const StoreError&) {
-            ++failed;
+            ++failures;
         }
     });
-    Spawn([&]() -> asio::awaitable<void> {
-        co_await thread.Run([](Store& s) { return s.AddStrip({}); });
-        strips = co_await thread.Run([](const Store& s) { return s.Strips().size(); });
-    });
+    SpawnAdd(thread, "other");
     context.run();
 
-    EXPECT_EQ(failed, 1);
-    EXPECT_EQ(strips, 1U);
+    EXPECT_EQ(failures, 1);
+    EXPECT_THAT(Stored(), ElementsAre("other"));
 }
 
 TEST_F(StoreThreadTest, run_failingCommit_failsEveryCallOfTheBatch)
 {
     store->beforeCommit = [] { throw StoreError("the disk is full"); };
     StoreThread thread(std::move(store));
-    int failed = 0;
     for (int i = 0; i < 10; ++i) {
-        Spawn([&]() -> asio::awaitable<void> {
-            try {
-                co_await thread.Run([](Store& s) { return s.AddStrip({}); });
-            } catch (const StoreError&) {
-                ++failed;
-            }
-        });
+        SpawnAdd(thread, "");
     }
     context.run();
 
-    EXPECT_EQ(failed, 10);
+    EXPECT_EQ(failures, 10);
+    EXPECT_THAT(Stored(), IsEmpty());
 }
 
 TEST_F(StoreThreadTest, destruction_runsTheQueuedCalls)
@@ -152,13 +141,11 @@ TEST_F(StoreThreadTest, destruction_runsTheQueuedCalls)
     {
         StoreThread thread(std::move(store));
         for (int i = 0; i < 100; ++i) {
-            Spawn([&]() -> asio::awaitable<void> {
-                co_await thread.Run([](Store& s) { return s.AddStrip({}); });
-            });
+            SpawnAdd(thread, "");
         }
         context.poll();
     }
-    EXPECT_EQ(SqliteStore(folder.File("store.db")).Strips().size(), 100U);
+    EXPECT_EQ(Stored().size(), 100U);
 }
 
 TEST_F(StoreThreadTest, run_hangingDisk_failsAtTheLimitAndDropsCallsThatHaveNotBegun)
@@ -190,11 +177,7 @@ TEST_F(StoreThreadTest, run_callerDestroyedWhileItWaits_isNeitherAnsweredNorBegu
         isCommitting.wait();
         {
             asio::io_context brief;
-            auto call = [&thread]() -> asio::awaitable<void> {
-                auto add = [](Store& s) { return s.AddStrip({0, "not begun", "", "", "", ""}); };
-                co_await thread.Run(add);
-            };
-            asio::co_spawn(brief, call, asio::detached);
+            SpawnAdd(brief, thread, "not begun");
             brief.poll();
         }
         Release();
