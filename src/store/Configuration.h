@@ -45,6 +45,8 @@ struct Configuration
     /// Public copies of ProdID and DistText.
     QString PID;
     QString Dstr;
+
+    bool operator==(const Configuration&) const = default;
 };
 
 /// The file name of the settings, relative to the working directory.

@@ -2,129 +2,88 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "soak/DueAlerts.h"
 
+#include "engine/Prayers.h"
+#include "forms/MainForm.h"
+#include "platform/Clock.h"
+#include "platform/Platform.h"
+#include "service/ServiceRequests.h"
+#include "store/SimpleXML.h"
+#include "support/Conversions.h"
+
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace {
 
-struct Named
+std::int16_t Short(double number)
 {
-    int prayer = -1;
-    int number = 0;
-    const char* name = "";
-};
+    return static_cast<std::int16_t>(std::floor(number));
+}
 
-// By slot, from 1; slots that nobody announces have no prayer.
-constexpr Named kNamed[] = {{}, {0, 1, "Fajr"},    {1, 2, "Shuruq"},      {},
-                            {}, {2, 3, "Duhr"},    {3, 4, "Asr (Shafi)"}, {3, 4, "Asr (Hanafi)"},
-                            {}, {4, 5, "Maghrib"}, {5, 6, "Isha"}};
-
-const QString kMain = QStringLiteral("FrmMain");
-
-std::int16_t HundredthsDown(const QString& degrees)
+int MinuteOf(const QTime& time)
 {
-    return static_cast<std::int16_t>(std::floor(degrees.toDouble() * 100.0));
+    return time.hour() * 60 + time.minute();
 }
 
 } // namespace
 
-DueAlerts::DueAlerts(Calculation& calculation, std::map<QString, Place> places)
-    : m_calculation(calculation)
-    , m_places(std::move(places))
+DueAlerts::DueAlerts(const Platform& platform, const Configuration& held, const QString& moduleFolder)
+    : m_platform(platform)
+    , m_held(held)
+    , m_calculation(moduleFolder)
 {
 }
 
-void DueAlerts::Start(const QDate& today)
+bool DueAlerts::Update()
 {
-    UpdateEverything(today);
-    activeForm = kMain;
-}
-
-void DueAlerts::UpdateEverything(const QDate& today)
-{
-    m_taken = file;
-    const Place& place = m_places.at(file.current);
-    const int offset = place.zoneHours * 60 + (file.useDls ? 60 : 0);
-    m_calculation.SetHorParams(HundredthsDown(place.latitude), HundredthsDown(place.longitude),
+    const QDate today = m_platform.clock.Now().date();
+    const int offset = m_held.ZoneHours * 60 + (m_held.UseDayLight ? 60 : 0);
+    m_calculation.SetHorParams(Short(m_held.LatitudeFinal * 100.0), Short(m_held.LongitudeFinal * 100.0),
                                static_cast<std::int16_t>(offset), static_cast<std::int16_t>(today.day()),
                                static_cast<std::int16_t>(today.month()),
                                static_cast<std::int16_t>(today.year()));
     m_calculation.SetHorTemkin({});
-    m_calculation.SetHorAngle(static_cast<std::int16_t>(file.angle1 * 100), 500, 500,
-                              static_cast<std::int16_t>(file.angle2 * 100));
-    for (int slot = 1; slot <= 10; ++slot) {
-        slots_.at(static_cast<std::size_t>(slot - 1)) =
-            m_calculation.Horarium(static_cast<std::int16_t>(slot));
+    m_calculation.SetHorAngle(Short(m_held.FajrAngle * 100.0), 500, 500, Short(m_held.IshaAngle * 100.0));
+    for (std::size_t i = 0; i < minutes.size(); ++i) {
+        minutes.at(i) = m_calculation.Horarium(static_cast<std::int16_t>(i + 1));
     }
+    Configuration file;
+    LoadConfiguration(file, m_platform);
+    return file == m_held;
 }
 
-void DueAlerts::OpenAlerts()
-{
-    activeForm = QStringLiteral("FrmAlerts");
-}
-
-void DueAlerts::CloseAlerts(const QDate& today)
-{
-    isMainEnabled = true;
-    UpdateEverything(today);
-    activeForm = kMain;
-}
-
-void DueAlerts::OpenPlaces()
-{
-    isMainEnabled = false;
-    activeForm = QStringLiteral("FrmLocation");
-}
-
-void DueAlerts::ChoosePlace(const QString& key, const QDate& today)
-{
-    file.current = key;
-    UpdateEverything(today);
-    ClosePlaces();
-}
-
-void DueAlerts::ClosePlaces()
-{
-    isMainEnabled = true;
-    activeForm = kMain;
-}
-
-void DueAlerts::PassAlarm(Tick& tick, const QDate& today)
+bool DueAlerts::PassAlarm(Tick& tick)
 {
     if (std::exchange(tick.isPastAlarm, true) || tick.time.second() > 0) {
-        return;
+        return true;
     }
-    const int minute = tick.time.hour() * 60 + tick.time.minute();
+    const int minute = MinuteOf(tick.time);
     if (minute == 0) {
-        UpdateEverything(today);
-        return;
+        return Update();
     }
-    const int slot = SlotAt(minute);
-    if (slot == 0) {
-        return;
+    const Prayer* const prayer = PrayerAt(minute);
+    SimpleXML file(m_platform);
+    if (prayer == nullptr || !IsOn(*prayer, file, m_held.AsrMethod)) {
+        return true;
     }
-    if (activeForm != kMain || !IsOn(slot, m_taken.asr)) {
-        ++dropped;
-        return;
-    }
-    const Named& named = kNamed[slot];
-    const Prayer& prayer = PrayerOf(slot);
-    const int at = slots_.at(static_cast<std::size_t>(slot - 1));
-    if (prayer.popup) {
+    const auto option = [&](const char* name) {
+        return file.GetAttribute(QLatin1String(name), kAlertsPath + QStringLiteral("//") + prayer->element);
+    };
+    if (option("popup") == u"true") {
         ShowPopup(QStringLiteral("Prayer Time:\r\n%1: %2")
-                      .arg(QLatin1String(named.name), Clock(at, m_taken.hourMode != u"12")),
+                      .arg(prayer->name, FormatPrayerTime(Short(minute), m_held.HourMode != u"12")),
                   600);
     }
+    tick.hasSound = option("play") == u"true";
+    tick.sound = option("audioFile");
     // The file confirms the mobile device from the start and for good.
-    const Place& place = m_places.at(m_taken.current);
-    due << QStringLiteral("/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-77&aid=%1&pno=%2&alert_type=%3&ma=%4"
-                          "&dist_string=dbeacon&time=%5&aid=%1")
-               .arg(place.atlasId, QString::number(named.number),
-                    prayer.play ? QStringLiteral("Normal") : QStringLiteral("Quite"),
-                    prayer.mobil ? QStringLiteral("1") : QStringLiteral("0"), Clock(at, true));
-    tick.hasSound = prayer.play;
-    tick.sound = prayer.audioFile;
+    due << ServiceRequests::PrayerCall(m_held, prayer->number,
+                                       tick.hasSound ? QStringLiteral("Normal") : QStringLiteral("Quite"),
+                                       option("mobil") == u"true" ? QStringLiteral("1") : QStringLiteral("0"),
+                                       FormatPrayerTime(Short(minute), true));
     ++alarms;
+    return true;
 }
 
 void DueAlerts::PassAnswer(const Tick& tick)
@@ -136,24 +95,23 @@ void DueAlerts::PassAnswer(const Tick& tick)
 
 void DueAlerts::PassWarning(Tick& tick)
 {
-    const int minute = tick.time.hour() * 60 + tick.time.minute();
+    const int minute = MinuteOf(tick.time);
     if (std::exchange(tick.isPastWarning, true) || tick.time.second() > 0 || minute == 0 ||
-        !m_taken.useAdvWarn) {
+        !m_held.UseAdvAlert) {
         return;
     }
-    const int slot = SlotAt(minute + m_taken.advWarn);
-    if (slot == 0) {
-        return;
-    }
+    const Prayer* const prayer = PrayerAt(minute + m_held.AdvAlertMinutes);
+    SimpleXML file(m_platform);
+    file.Load(kSettingsFile);
     // Unlike an alarm it asks the file which Asr counts.
-    if (activeForm != kMain || !IsOn(slot, file.asr)) {
-        ++dropped;
+    if (prayer == nullptr ||
+        !IsOn(*prayer, file, file.GetAttribute(QStringLiteral("asrMethode"), kAlertsPath))) {
         return;
     }
     ShowPopup(QStringLiteral("Advanced Alert\r\n%1 %2")
-                  .arg(QLatin1String(kNamed[slot].name),
-                       Clock(slots_.at(static_cast<std::size_t>(slot - 1)), m_taken.hourMode == u"24")),
-              (m_taken.advWarn - 1) * 60 + 1);
+                  .arg(prayer->name,
+                       FormatPrayerTime(Short(minute + m_held.AdvAlertMinutes), m_held.HourMode == u"24")),
+              (m_held.AdvAlertMinutes - 1) * 60 + 1);
     ++warnings;
 }
 
@@ -178,40 +136,23 @@ void DueAlerts::EndPopup()
 {
     isPopupUp = false;
     isMainEnabled = true;
-    activeForm = kMain;
+    activeForm = MainForm::kName;
 }
 
-int DueAlerts::SlotAt(int minute) const
+const Prayer* DueAlerts::PrayerAt(int minute) const
 {
-    for (int slot = 1; slot <= 10 && minute < 1440; ++slot) {
-        if (slots_.at(static_cast<std::size_t>(slot - 1)) == minute) {
-            return slot;
-        }
-    }
-    return 0;
+    const auto* const slot = std::find(minutes.begin(), minutes.end(), minute);
+    return slot == minutes.end() || minute >= 1440
+               ? nullptr
+               : PrayerOfSlot(static_cast<std::int16_t>(slot - minutes.begin() + 1));
 }
 
-bool DueAlerts::IsOn(int slot, const QString& asr) const
+bool DueAlerts::IsOn(const Prayer& prayer, SimpleXML& file, const QString& asr)
 {
-    const bool isOtherAsr = (slot == 6 && asr != u"shafi") || (slot == 7 && asr != u"hanafi");
-    return kNamed[slot].prayer >= 0 && !isOtherAsr && PrayerOf(slot).enabled;
-}
-
-const DueAlerts::Prayer& DueAlerts::PrayerOf(int slot) const
-{
-    return file.prayers.at(static_cast<std::size_t>(kNamed[slot].prayer));
-}
-
-QString DueAlerts::Clock(int minute, bool is24Hour) const
-{
-    const int hour = minute / 60;
-    const QString minutes = QStringLiteral("%1").arg(minute % 60, 2, 10, QLatin1Char('0'));
-    if (is24Hour) {
-        return QStringLiteral("%1:%2").arg(hour).arg(minutes);
-    }
-    // Noon reads AM.
-    const int shown = hour == 0 ? 12 : hour > 12 ? hour - 12 : hour;
-    return QStringLiteral("%1:%2 %3")
-        .arg(shown)
-        .arg(minutes, hour > 12 ? QStringLiteral("PM") : QStringLiteral("AM"));
+    file.Load(kSettingsFile);
+    const QString path = kAlertsPath + QStringLiteral("//") + prayer.element;
+    const bool isOn = activeForm == MainForm::kName && prayer.CountsUnder(asr) &&
+                      file.GetAttribute(QStringLiteral("enabled"), path) == u"true";
+    dropped += isOn ? 0 : 1;
+    return isOn;
 }

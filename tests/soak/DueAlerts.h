@@ -3,52 +3,24 @@
 #pragma once
 
 #include "engine/CalculationLibrary.h"
+#include "forms/MainForm.h"
+#include "store/Configuration.h"
 
 #include <QDate>
 #include <QStringList>
 #include <QTime>
 
 #include <array>
-#include <cstdint>
-#include <map>
 
-/// A second account of the program: which alerts are due, and what each of them does, written from the rules
-/// alone. It shares nothing with the program but the calculation's functions, of which it has its own copy.
+class SimpleXML;
+struct Platform;
+struct Prayer;
+
+/// The alerts that are due by the rules, from the settings that the program holds and the file. The tables of
+/// prayers and the texts are the program's, stated by other tests; the calculation module is a second one.
 class DueAlerts
 {
 public:
-    struct Place
-    {
-        QString atlasId;
-        QString name;
-        /// As the file has them.
-        QString latitude;
-        QString longitude;
-        int zoneHours = 0;
-    };
-    struct Prayer
-    {
-        bool enabled = true;
-        bool popup = true;
-        bool mobil = false;
-        bool play = false;
-        QString audioFile;
-    };
-    /// What settings.xml holds.
-    struct File
-    {
-        QString current;
-        QString method = QStringLiteral("ISNA");
-        int angle1 = -15;
-        int angle2 = -15;
-        bool useAdvWarn = true;
-        int advWarn = 10;
-        QString asr = QStringLiteral("shafi");
-        bool useDls = false;
-        QString hourMode = QStringLiteral("24");
-        /// Fajr, Shuruq, Duhr, Asr, Maghrib, Isha.
-        std::array<Prayer, 6> prayers;
-    };
     /// One tick of the scheduler, which may last longer than its second.
     struct Tick
     {
@@ -59,33 +31,26 @@ public:
         bool hasSound = false;
     };
 
-    DueAlerts(Calculation& calculation, std::map<QString, Place> places);
+    DueAlerts(const Platform& platform, const Configuration& held, const QString& moduleFolder);
 
-    // What the user does, on a day.
-    void Start(const QDate& today);
-    void OpenAlerts();
-    void CloseAlerts(const QDate& today);
-    void OpenPlaces();
-    void ChoosePlace(const QString& key, const QDate& today);
-    void ClosePlaces();
-    void PressOk() { EndPopup(); }
+    /// The program has read the file. False if it holds anything else than the file.
+    [[nodiscard]] bool Update();
 
-    // What the clock does, in this order.
-    /// Up to the request to the service.
-    void PassAlarm(Tick& tick, const QDate& today);
-    /// When the service has answered.
+    // The clock, in this order.
+    /// Up to the request to the service. False if the new day was read wrongly.
+    [[nodiscard]] bool PassAlarm(Tick& tick);
     void PassAnswer(const Tick& tick);
     void PassWarning(Tick& tick);
     void PassPopupSecond();
+    /// Also when the user presses "OK".
+    void EndPopup();
 
-    File file;
     /// The window that has the attention; alerts come while it is the main window.
-    QString activeForm;
+    QString activeForm = MainForm::kName;
     bool isMainEnabled = true;
     bool isPopupUp = false;
-    /// Slots 1 to 10 of the day that was computed last. The name without the underscore is a keyword of Qt.
-    std::array<int, 10> slots_{};
-    /// What has been due since somebody last took it, in order.
+    std::array<int, 10> minutes{};
+    /// The alerts since the last comparison, in order.
     QStringList due;
     int alarms = 0;
     int warnings = 0;
@@ -93,18 +58,14 @@ public:
     int dropped = 0;
 
 private:
-    void UpdateEverything(const QDate& today);
     void ShowPopup(const QString& text, int seconds);
-    void EndPopup();
-    [[nodiscard]] int SlotAt(int minute) const;
-    [[nodiscard]] bool IsOn(int slot, const QString& asr) const;
-    [[nodiscard]] const Prayer& PrayerOf(int slot) const;
-    [[nodiscard]] QString Clock(int minute, bool is24Hour) const;
+    /// The prayer of the first slot at that minute.
+    [[nodiscard]] const Prayer* PrayerAt(int minute) const;
+    [[nodiscard]] bool IsOn(const Prayer& prayer, SimpleXML& file, const QString& asr);
 
-    Calculation& m_calculation;
-    std::map<QString, Place> m_places;
-    /// The file as the program last read it.
-    File m_taken;
+    const Platform& m_platform;
+    const Configuration& m_held;
+    CalculationLibrary m_calculation;
     int m_popupSeconds = 0;
     int m_popupLimit = 0;
 };

@@ -1,40 +1,44 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/Prayers.h"
 #include "forms/Bars.h"
 #include "forms/Boxes.h"
 #include "soak/SoakWorld.h"
+#include "store/SimpleXML.h"
 
 #include <QAction>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 
-#include <pugixml.hpp>
-
 namespace {
 
 constexpr int kDay = 24 * 60;
 
-const char* const kLinks[] = {"LblAlertsLink", "LblFarjLink",    "LblShuruqLink", "LblDuhrLink",
-                              "LblAsrLink",    "LblMaghribLink", "LblIshaLink"};
-const char* const kTabs[] = {"LblGeneral", "LblFajr", "LblShuruq", "LblDuhr", "LblAsr", "Maghrib", "LblIsha"};
-const char* const kElements[] = {"fajr", "shuruq", "duhr", "asr", "maghrib", "isha"};
+using Option = SoakWorld::Option;
 
-struct Method
+const Option kGeneralOptions[] = {
+    {"Opt12Hour", "hourmode", "12"},
+    {"Opt24Hour", "hourmode", "24"},
+    {"OptShafi", "asrMethode", "shafi"},
+    {"OptHanafi", "asrMethode", "hanafi"},
+    {"ChkDLS", "useDLS"},
+    {"ChkAdvWarn", "useAdvWarn"},
+    {"OptISNA", "method", "ISNA"},
+    {"OptUOIS", "method", "University Of Islamic Sciences"},
+    {"OptMWL", "method", "Muslim World League"},
+    {"OptEGAS", "method", "Egyptian General Authority of Survey"},
+};
+const Option kPrayerOptions[] = {{"ChkAlertMain", "enabled"},
+                                 {"ChkSilAlert", "popup"},
+                                 {"ChkAudioAlert", "play"},
+                                 {"ChkIndMobAlert", "mobil"}};
+
+// The prayer of a page from 1 on.
+const Prayer& PageOf(int page)
 {
-    const char* option;
-    const char* name;
-    // In whole degrees, as the scheduler gets them: halves go to the even neighbour.
-    int angle1;
-    int angle2;
-};
-
-const Method kMethods[] = {
-    {"OptISNA", "ISNA", -15, -15},
-    {"OptUOIS", "University Of Islamic Sciences", -18, -18},
-    {"OptMWL", "Muslim World League", -18, -17},
-    {"OptEGAS", "Egyptian General Authority of Survey", -20, -18},
-};
+    return *PrayerOfTab(static_cast<std::int16_t>(page + 2));
+}
 
 const QLocale kLocales[] = {QLocale(QLocale::English, QLocale::UnitedStates),
                             QLocale(QLocale::German),
@@ -43,11 +47,6 @@ const QLocale kLocales[] = {QLocale(QLocale::English, QLocale::UnitedStates),
                             QLocale(QLocale::Persian),
                             QLocale(QLocale::Turkish),
                             QLocale::c()};
-
-QString Word(bool value)
-{
-    return value ? QStringLiteral("true") : QStringLiteral("false");
-}
 
 } // namespace
 
@@ -58,11 +57,42 @@ bool SoakWorld::CanClick(const QString& window, const char* name) const
     return control != nullptr && control->isVisible() && control->isEnabled();
 }
 
+QStringList SoakWorld::FileLines() const
+{
+    const std::optional<QByteArray> bytes = m_files.Read(QStringLiteral("settings.xml"), 1 << 20);
+    return QString::fromUtf8(*bytes).split(u'\n');
+}
+
+QString SoakWorld::Element() const
+{
+    return m_page == 0 ? QStringLiteral("alerts") : QString(PageOf(m_page).element);
+}
+
+QString SoakWorld::Stored(const char* attribute) const
+{
+    SimpleXML settings(m_world.doors);
+    settings.Load(kSettingsFile);
+    return settings.GetAttribute(QLatin1String(attribute),
+                                 m_page == 0 ? kAlertsPath : kAlertsPath + QStringLiteral("//") + Element());
+}
+
+void SoakWorld::Do(const QString& element, const std::function<void()>& deed)
+{
+    const QStringList before = FileLines();
+    deed();
+    const QStringList after = FileLines();
+    Expect(after.size() == before.size(), QStringLiteral("no line of the file comes or goes"));
+    for (qsizetype i = 0; i < std::min(before.size(), after.size()); ++i) {
+        Expect(after.at(i) == before.at(i) || after.at(i).trimmed().startsWith(u'<' + element + u' '),
+               QStringLiteral("only %1 changes in the file, not %2").arg(element, after.at(i)));
+    }
+}
+
 void SoakWorld::ScheduleNextDeed()
 {
     if (IsAlertsOpen() && model.activeForm == u"FrmMain") {
-        // The list of places has given the attention back over an open dialog: what is changed in there is on
-        // file and not yet taken to heart when alerts come.
+        // The list of places has given the attention back over an open dialog: the file has changes of the
+        // dialog that the program does not hold yet when alerts come.
         m_untilDeed = 1 + Roll(4 * 3600);
         return;
     }
@@ -77,7 +107,7 @@ void SoakWorld::ScheduleNextDeed()
         const QTime now = m_world.platform.clock.now.time();
         const int minute = now.hour() * 60 + now.minute();
         int wait = kDay;
-        for (const int slot : model.slots_) {
+        for (const int slot : model.minutes) {
             const int until = slot - minute;
             wait = until > 0 && until < wait ? until : wait;
         }
@@ -89,12 +119,12 @@ void SoakWorld::Act()
 {
     ++deeds;
     if (!m_world.Main().isVisible() && Chance(70)) {
-        // Hidden it would leave the user little to do.
+        // Few deeds are possible while it is hidden.
         MinimiseOrOpen();
     }
     const bool isAttentionBack = IsAlertsOpen() && model.activeForm == u"FrmMain";
     if (isAttentionBack && Chance(80)) {
-        ActOnGeneralOrPrayerPage();
+        ActOnPage();
         Compare();
         return;
     }
@@ -113,37 +143,14 @@ void SoakWorld::Act()
     Compare();
 }
 
-void SoakWorld::LoadGeneralPage()
-{
-    m_page = 0;
-    if (model.file.useAdvWarn) {
-        m_minutesBar = model.file.advWarn;
-    }
-}
-
 void SoakWorld::OpenAlerts()
 {
     const int page = Roll(7);
-    if (!CanClick(FrmMain::kName, kLinks[page])) {
-        return;
-    }
-    if (m_world.Loaded(FrmAlerts::kName) == nullptr) {
-        m_minutesBar = 30;
-    }
-    m_world.Click(FrmMain::kName, kLinks[page]);
-    LoadGeneralPage();
-    m_page = page;
-    model.OpenAlerts();
-}
-
-void SoakWorld::ChooseTab(int page)
-{
-    if (CanClick(FrmAlerts::kName, kTabs[page])) {
-        m_world.Click(FrmAlerts::kName, kTabs[page]);
+    const char* const link = page == 0 ? "LblAlertsLink" : PageOf(page).link.latin1();
+    if (CanClick(FrmMain::kName, link)) {
+        Do({}, [&] { m_world.Click(FrmMain::kName, link); });
         m_page = page;
-        if (page == 0) {
-            LoadGeneralPage();
-        }
+        model.activeForm = FrmAlerts::kName;
     }
 }
 
@@ -160,165 +167,100 @@ void SoakWorld::ActInAlerts()
         return;
     }
     if (what < 7) {
-        ChooseTab(Roll(7));
+        m_page = Roll(7);
+        const char* const tab = m_page == 0 ? "LblGeneral" : PageOf(m_page).tabLabel.latin1();
+        Do({}, [&] { m_world.Click(FrmAlerts::kName, tab); });
     }
-    ActOnGeneralOrPrayerPage();
+    ActOnPage();
 }
 
-void SoakWorld::ActOnGeneralOrPrayerPage()
+void SoakWorld::ActOnPage()
 {
     for (int i = Roll(3); i >= 0; --i) {
-        m_page == 0 ? ActOnGeneralPage() : ActOnPrayerPage(m_page - 1);
-        CompareFile();
+        Do(Element(), [this] { ActOnce(); });
     }
 }
 
-void SoakWorld::ActOnGeneralPage()
+void SoakWorld::ActOnce()
 {
-    const auto click = [this](const char* name) { m_world.Click(FrmAlerts::kName, name); };
-    DueAlerts::File& file = model.file;
-    switch (Roll(6)) {
-    case 0: {
-        const bool is12 = Chance(50);
-        click(is12 ? "Opt12Hour" : "Opt24Hour");
-        file.hourMode = is12 ? QStringLiteral("12") : QStringLiteral("24");
-        break;
-    }
-    case 1: {
-        const bool isShafi = Chance(50);
-        click(isShafi ? "OptShafi" : "OptHanafi");
-        file.asr = isShafi ? QStringLiteral("shafi") : QStringLiteral("hanafi");
-        break;
-    }
-    case 2:
-        click("ChkDLS");
-        file.useDls = !file.useDls;
-        break;
-    case 3:
-        // More often on than off.
-        if (!file.useAdvWarn || Chance(30)) {
-            click("ChkAdvWarn");
-            file.useAdvWarn = !file.useAdvWarn;
-        }
-        break;
-    case 4: {
-        auto& bar = m_world.Find<SpinBar>(FrmAlerts::kName, "VScroll1");
-        const int step = Chance(50) ? 1 : -1;
-        const int value = m_minutesBar + step;
-        if (bar.isEnabled()) {
-            QTest::mouseClick(&bar, Qt::LeftButton, {},
-                              QPoint(bar.width() / 2, step > 0 ? 3 : bar.height() - 3));
-        }
-        if (bar.isEnabled() && value >= 1 && value <= 30) {
-            m_minutesBar = value;
-            file.advWarn = value;
-        }
-        break;
-    }
-    default: {
-        const Method& method = kMethods[Roll(4)];
-        click(method.option);
-        file.method = QLatin1String(method.name);
-        file.angle1 = method.angle1;
-        file.angle2 = method.angle2;
-        break;
-    }
+    if (Chance(20)) {
+        m_page == 0 ? ClickBar() : TypePath();
+    } else if (m_page == 0) {
+        ClickOption(kGeneralOptions[Roll(static_cast<int>(std::size(kGeneralOptions)))]);
+    } else {
+        ClickOption(kPrayerOptions[Roll(static_cast<int>(std::size(kPrayerOptions)))]);
     }
 }
 
-void SoakWorld::ActOnPrayerPage(int prayer)
+void SoakWorld::ClickOption(const Option& option)
 {
-    DueAlerts::Prayer& stored = model.file.prayers.at(static_cast<std::size_t>(prayer));
-    const auto toggle = [this](const char* name, bool& value) {
-        if (CanClick(FrmAlerts::kName, name)) {
-            m_world.Click(FrmAlerts::kName, name);
-            value = !value;
-        }
-    };
-    switch (Roll(8)) {
-    case 0:
-    case 1:
-        // More often on than off.
-        if (!stored.enabled || Chance(40)) {
-            toggle("ChkAlertMain", stored.enabled);
-        }
-        break;
-    case 2:
-        toggle("ChkSilAlert", stored.popup);
-        break;
-    case 3:
-    case 4:
-        toggle("ChkAudioAlert", stored.play);
-        break;
-    case 5:
-        toggle("ChkIndMobAlert", stored.mobil);
-        break;
-    default:
-        if (CanClick(FrmAlerts::kName, "TxtPath")) {
-            auto& path = m_world.Find<QLineEdit>(FrmAlerts::kName, "TxtPath");
-            const QChar letter(u'a' + Roll(26));
-            if (stored.audioFile.size() >= 12) {
-                QTest::keyClick(&path, Qt::Key_A, Qt::ControlModifier);
-                stored.audioFile.clear();
-            } else {
-                QTest::keyClick(&path, Qt::Key_End);
-            }
-            QTest::keyClick(&path, letter.toLatin1());
-            stored.audioFile += letter;
-        }
-        break;
+    const QLatin1String value(option.value);
+    const bool isBox = QLatin1String(option.control).startsWith(QLatin1String("Chk"));
+    const bool isOn = Stored(option.attribute) == value;
+    // Boxes are more often on than off.
+    if (CanClick(FrmAlerts::kName, option.control) && (!isBox || !isOn || Chance(40))) {
+        m_world.Click(FrmAlerts::kName, option.control);
+        Expect(Stored(option.attribute) == (isBox && isOn ? QLatin1String("false") : value),
+               QLatin1String(option.control) + QStringLiteral(" is stored"));
     }
 }
 
-void SoakWorld::CompareFile()
+void SoakWorld::ClickBar()
 {
-    const std::optional<QByteArray> bytes = m_files.Read(QStringLiteral("settings.xml"), 1 << 20);
-    pugi::xml_document document;
-    document.load_buffer(bytes->constData(), static_cast<std::size_t>(bytes->size()));
-    const pugi::xml_node root = document.child("root");
-    const pugi::xml_node alerts = root.child("alerts");
-    const auto expect = [this](pugi::xml_node node, const char* name, const QString& value) {
-        const QString found = QString::fromUtf8(node.attribute(name).value());
-        if (found != value) {
-            Differ(QStringLiteral("%1 of %2 is \"%3\" in the file and not \"%4\"")
-                       .arg(QLatin1String(name), QLatin1String(node.name()), found, value));
-        }
-    };
-    const DueAlerts::File& file = model.file;
-    expect(root.child("locations"), "Current", file.current);
-    expect(alerts, "method", file.method);
-    expect(alerts, "useAdvWarn", Word(file.useAdvWarn));
-    expect(alerts, "advWarn", QString::number(file.advWarn));
-    expect(alerts, "asrMethode", file.asr);
-    expect(alerts, "useDLS", Word(file.useDls));
-    expect(alerts, "hourmode", file.hourMode);
-    for (std::size_t i = 0; i < file.prayers.size(); ++i) {
-        const pugi::xml_node node = alerts.child(kElements[i]);
-        const DueAlerts::Prayer& prayer = file.prayers.at(i);
-        expect(node, "enabled", Word(prayer.enabled));
-        expect(node, "popup", Word(prayer.popup));
-        expect(node, "play", Word(prayer.play));
-        expect(node, "mobil", Word(prayer.mobil));
-        expect(node, "audioFile", prayer.audioFile);
+    auto& bar = m_world.Find<SpinBar>(FrmAlerts::kName, "VScroll1");
+    const int step = Chance(50) ? 1 : -1;
+    const int value = bar.Value() + step;
+    if (bar.isEnabled()) {
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, step > 0 ? 3 : bar.height() - 3));
+        Expect(value < 1 || value > 30 || Stored("advWarn") == QString::number(value),
+               QStringLiteral("the bar stores its value"));
     }
+}
+
+void SoakWorld::TypePath()
+{
+    if (!CanClick(FrmAlerts::kName, "TxtPath")) {
+        return;
+    }
+    auto& path = m_world.Find<QLineEdit>(FrmAlerts::kName, "TxtPath");
+    QString expected = Stored("audioFile");
+    if (expected.size() >= 12) {
+        QTest::keyClick(&path, Qt::Key_A, Qt::ControlModifier);
+        expected.clear();
+    } else {
+        QTest::keyClick(&path, Qt::Key_End);
+    }
+    const QChar letter(u'a' + Roll(26));
+    QTest::keyClick(&path, letter.toLatin1());
+    Expect(Stored("audioFile") == expected + letter, QStringLiteral("the path is stored as typed"));
 }
 
 void SoakWorld::CloseAlerts()
 {
-    if (CanClick(FrmAlerts::kName, "CmdClose") && Chance(50)) {
-        m_world.Click(FrmAlerts::kName, "CmdClose");
-    } else {
-        m_world.Loaded(FrmAlerts::kName)->close();
-        Desk::Settle();
-    }
-    model.CloseAlerts(Today());
+    Do({}, [this] {
+        if (CanClick(FrmAlerts::kName, "CmdClose") && Chance(50)) {
+            m_world.Click(FrmAlerts::kName, "CmdClose");
+        } else {
+            m_world.Loaded(FrmAlerts::kName)->close();
+            Desk::Settle();
+        }
+    });
+    Update();
+    ReturnToMain();
+}
+
+void SoakWorld::ReturnToMain()
+{
+    model.isMainEnabled = true;
+    model.activeForm = MainForm::kName;
 }
 
 void SoakWorld::OpenPlaces()
 {
     if (CanClick(FrmMain::kName, "LblLocLink")) {
         m_world.Click(FrmMain::kName, "LblLocLink");
-        model.OpenPlaces();
+        model.isMainEnabled = false;
+        model.activeForm = FrmLocation::kName;
     }
 }
 
@@ -327,16 +269,19 @@ void SoakWorld::ActInPlaces()
     if (Chance(30)) {
         m_world.Loaded(FrmLocation::kName)->close();
         Desk::Settle();
-        model.ClosePlaces();
+        ReturnToMain();
         return;
     }
     auto& list = m_world.Find<ListBox>(FrmLocation::kName, "LstLocations");
-    const int row = Roll(list.count());
-    const QString city = list.item(row)->text().section(QStringLiteral(", "), 0, 0);
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(list.item(row)).center());
-    m_world.Click(FrmLocation::kName, "CmdSet");
-    model.ChoosePlace(city, Today());
-    CompareFile();
+    const QListWidgetItem* const row = list.item(Roll(list.count()));
+    const QString place = row->text();
+    Do(QStringLiteral("locations"), [&] {
+        QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(row).center());
+        m_world.Click(FrmLocation::kName, "CmdSet");
+    });
+    Expect(m_world.Text("LblLocation") == place, QStringLiteral("the chosen place is the current one"));
+    Update();
+    ReturnToMain();
 }
 
 void SoakWorld::MinimiseOrOpen()

@@ -2,27 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "soak/SoakWorld.h"
 
+#include "store/SimpleXML.h"
+
 #include <QRegularExpression>
 
 namespace {
-
-const std::map<QString, DueAlerts::Place> kPlaces = {
-    {QStringLiteral("Chicago"),
-     {QStringLiteral("US-1"), QStringLiteral("Chicago, Illinois"), QStringLiteral("41.85"),
-      QStringLiteral("-87.65"), -6}},
-    {QStringLiteral("Makkah"),
-     {QStringLiteral("SA-1"), QStringLiteral("Makkah, Saudi Arabia"), QStringLiteral("21.42"),
-      QStringLiteral("39.83"), 3}},
-    {QStringLiteral("Oslo"),
-     {QStringLiteral("NO-1"), QStringLiteral("Oslo, Norway"), QStringLiteral("59.91"),
-      QStringLiteral("10.75"), 1}},
-    {QStringLiteral("Sydney"),
-     {QStringLiteral("AU-1"), QStringLiteral("Sydney, Australia"), QStringLiteral("-33.87"),
-      QStringLiteral("151.21"), 10}},
-    {QStringLiteral("Karachi"),
-     {QStringLiteral("PK-1"), QStringLiteral("Karachi, Pakistan"), QStringLiteral("24.86"),
-      QStringLiteral("67.01"), 5}},
-};
 
 QString SoakSettings()
 {
@@ -32,15 +16,13 @@ QString SoakSettings()
     text.replace(QStringLiteral(R"(useAdvWarn="false")"), QStringLiteral(R"(useAdvWarn="true")"));
     text.replace(QStringLiteral(R"(<shuruq enabled="false")"), QStringLiteral(R"(<shuruq enabled="true")"));
     text.remove(QRegularExpression(QStringLiteral("    <(Chicago|Makkah) [^>]*/>\n")));
-    QString places;
-    for (const auto& [key, place] : kPlaces) {
-        places += QStringLiteral("    <%1 atlas_id=\"%2\" city=\"%3\" state=\"%4\" longitude=\"\" "
-                                 "longitude_final=\"%5\" latitude=\"\" latitude_final=\"%6\" "
-                                 "time_zone2=\"%7\"/>\n")
-                      .arg(key, place.atlasId, place.name.section(QStringLiteral(", "), 0, 0),
-                           place.name.section(QStringLiteral(", "), 1), place.longitude, place.latitude,
-                           QString::number(place.zoneHours));
-    }
+    const QString places = QStringLiteral(
+        R"(<Chicago atlas_id="US-1" city="Chicago" state="Illinois" longitude_final="-87.65" latitude_final="41.85" time_zone2="-6"/>
+<Makkah atlas_id="SA-1" city="Makkah" state="Saudi Arabia" longitude_final="39.83" latitude_final="21.42" time_zone2="3"/>
+<Oslo atlas_id="NO-1" city="Oslo" state="Norway" longitude_final="10.75" latitude_final="59.91" time_zone2="1"/>
+<Sydney atlas_id="AU-1" city="Sydney" state="Australia" longitude_final="151.21" latitude_final="-33.87" time_zone2="10"/>
+<Karachi atlas_id="PK-1" city="Karachi" state="Pakistan" longitude_final="67.01" latitude_final="24.86" time_zone2="5"/>
+)");
     return text.replace(QStringLiteral("  </locations>"), places + QStringLiteral("  </locations>"));
 }
 
@@ -70,17 +52,24 @@ Http::Reply MoodyService::Fetch(const QString& url, const HttpLimits& /*limits*/
 }
 
 SoakWorld::SoakWorld(unsigned seed)
-    : model(m_calculation, kPlaces)
-    , m_random(seed)
+    : m_random(seed)
     , m_world(m_files, &m_service, SoakSettings())
-    , m_calculation(CopiedModule(m_copy.path()))
+    , model(m_world.doors, m_world.forms.Variables().Settings, CopiedModule(m_copy.path()))
 {
-    model.file.current = QStringLiteral("Chicago");
+    // In the form of the program, so that a deed changes one line.
+    SimpleXML settings(m_world.doors);
+    settings.Load(kSettingsFile);
+    settings.Save(kSettingsFile);
     m_service.whileWaiting = [this](const QString& url) { OnRequest(url); };
     m_world.platform.clock.Set(QDate(2027, 1, 1), QTime(3, 0));
     m_world.Start();
-    model.Start(Today());
+    Update();
     ScheduleNextDeed();
+}
+
+void SoakWorld::Update()
+{
+    Expect(model.Update(), QStringLiteral("the program holds what the file says"));
 }
 
 void SoakWorld::PassDays(int days)
@@ -105,8 +94,7 @@ void SoakWorld::PassSecond()
     m_ticking.push_back(&tick);
     m_world.platform.timers.Ticker()->Fire();
     m_ticking.pop_back();
-    // What the program has not asked the service about it holds not to be due.
-    model.PassAlarm(tick, Today());
+    PassAlarm(tick);
     ObserveSound();
     ObservePopup();
     model.PassWarning(tick);
@@ -116,7 +104,7 @@ void SoakWorld::PassSecond()
     model.PassPopupSecond();
     if (model.isPopupUp && --m_untilOk == 0 && CanClick(FrmPopup::kName, "Command1")) {
         m_world.Click(FrmPopup::kName, "Command1");
-        model.PressOk();
+        model.EndPopup();
     }
     Compare();
     if (!m_ticking.empty() && Roll(300) == 0) {
@@ -125,6 +113,11 @@ void SoakWorld::PassSecond()
     if (tick.time.second() == 0 && tick.time.minute() % 10 == 0) {
         QCoreApplication::processEvents();
     }
+}
+
+void SoakWorld::PassAlarm(DueAlerts::Tick& tick)
+{
+    Expect(model.PassAlarm(tick), QStringLiteral("the program holds at midnight what the file says"));
 }
 
 void SoakWorld::FirePopupTimer()
@@ -149,9 +142,9 @@ void SoakWorld::OnRequest(const QString& url)
     }
     DueAlerts::Tick& tick = *m_ticking.back();
     ObservePopup();
-    Give(url.mid(url.indexOf(u"/cgi-bin")));
+    m_given << url;
     ++given;
-    model.PassAlarm(tick, Today());
+    PassAlarm(tick);
     Compare();
     if (m_service.mood == MoodyService::Mood::kSlow && m_ticking.size() < 3) {
         ++hangs;
@@ -171,7 +164,7 @@ void SoakWorld::ObservePopup()
     if (label.text().isEmpty()) {
         return;
     }
-    Give(QStringLiteral("popup ") + label.text());
+    m_given << QStringLiteral("popup ") + label.text();
     given += label.text().startsWith(u"Advanced") ? 1 : 0;
     // So that the next one shows, also one that says the same.
     label.clear();
@@ -182,15 +175,10 @@ void SoakWorld::ObserveSound()
 {
     for (const QString& line : std::as_const(m_world.platform.player.log)) {
         if (line.startsWith(u"url ")) {
-            Give(line);
+            m_given << line;
         }
     }
     m_world.platform.player.log.clear();
-}
-
-void SoakWorld::Give(const QString& what)
-{
-    m_given << what;
 }
 
 void SoakWorld::Compare()
@@ -201,15 +189,16 @@ void SoakWorld::Compare()
     m_given.clear();
     model.due.clear();
     const FrmMain& main = m_world.Main();
-    if (main.Variables().ActiveForm != model.activeForm) {
-        Differ(
-            QStringLiteral("ActiveForm is %1 and not %2").arg(main.Variables().ActiveForm, model.activeForm));
-    }
-    if (main.isEnabled() != model.isMainEnabled) {
-        Differ(QStringLiteral("the main window is enabled, or is not"));
-    }
-    if (m_world.IsUp(FrmPopup::kName) != model.isPopupUp) {
-        Differ(QStringLiteral("the popup is up, or is not"));
+    Expect(main.Variables().ActiveForm == model.activeForm,
+           model.activeForm + QStringLiteral(" has the attention"));
+    Expect(main.isEnabled() == model.isMainEnabled, QStringLiteral("the main window is enabled or disabled"));
+    Expect(m_world.IsUp(FrmPopup::kName) == model.isPopupUp, QStringLiteral("the popup is up or closed"));
+}
+
+void SoakWorld::Expect(bool holds, const QString& rule)
+{
+    if (!holds) {
+        Differ(rule);
     }
 }
 

@@ -54,19 +54,26 @@ private:
     PosixFileStore m_disk;
 };
 
-/// The program and its second account side by side, under one clock and one user.
+/// The program beside the rules of its alerts, under one clock and one user.
 class SoakWorld
 {
 public:
+    /// A control of the settings dialog, and the attribute that has the value when it is chosen.
+    struct Option
+    {
+        const char* control;
+        const char* attribute;
+        const char* value = "true";
+    };
+
     explicit SoakWorld(unsigned seed);
 
     /// Lets seconds pass until the clock has been moved on by so many days.
     void PassDays(int days);
 
-    /// What differed first; empty if nothing did.
+    /// The first difference; empty for none.
     [[nodiscard]] const QString& Difference() const { return m_difference; }
 
-    DueAlerts model;
     int given = 0;
     qint64 ticks = 0;
     int deeds = 0;
@@ -75,33 +82,41 @@ public:
     int hangs = 0;
 
 private:
+    void Update();
     void PassSecond();
+    void PassAlarm(DueAlerts::Tick& tick);
     void FirePopupTimer();
     void OnRequest(const QString& url);
     void ObservePopup();
     void ObserveSound();
-    void Give(const QString& what);
     void Compare();
-    void CompareFile();
+    void Expect(bool holds, const QString& rule);
     void Differ(const QString& what);
 
     // Deeds.
     void Act();
-    void LoadGeneralPage();
-    void ChooseTab(int page);
     void ScheduleNextDeed();
     void OpenAlerts();
     void ActInAlerts();
-    void ActOnGeneralOrPrayerPage();
-    void ActOnGeneralPage();
-    void ActOnPrayerPage(int prayer);
+    void ActOnPage();
+    void ActOnce();
+    void ClickOption(const Option& option);
+    void ClickBar();
+    void TypePath();
     void CloseAlerts();
+    void ReturnToMain();
     void OpenPlaces();
     void ActInPlaces();
     void MinimiseOrOpen();
     void ChangeClock();
     void ChangeOutside();
 
+    /// Does the deed. The only line of the file that may change is that of the element.
+    void Do(const QString& element, const std::function<void()>& deed);
+    [[nodiscard]] QStringList FileLines() const;
+    /// An attribute of the page's element in the file.
+    [[nodiscard]] QString Stored(const char* attribute) const;
+    [[nodiscard]] QString Element() const;
     [[nodiscard]] bool CanClick(const QString& window, const char* name) const;
     [[nodiscard]] bool IsAlertsOpen() const { return m_world.IsUp(FrmAlerts::kName); }
     [[nodiscard]] QDate Today() const { return m_world.platform.clock.now.date(); }
@@ -113,14 +128,14 @@ private:
     MemoryOverDisk m_files;
     ProgramWorld m_world;
     QTemporaryDir m_copy;
-    CalculationLibrary m_calculation;
     std::vector<DueAlerts::Tick*> m_ticking;
     QStringList m_given;
     QString m_difference;
     /// The page of the settings dialog: 0 for the general one, 1 to 6 for a prayer.
     int m_page = 0;
-    /// Where the bar beside the minutes of the advance warning stands.
-    int m_minutesBar = 30;
     int m_untilDeed = 1;
     int m_untilOk = -1;
+
+public:
+    DueAlerts model;
 };
