@@ -60,7 +60,9 @@ TEST_F(MessageScriptsTest, confirmSignup_codeInAnyGrouping_isConfirmed)
 {
     SignUp(kCode);
     EXPECT_EQ(Confirm("1234-5678 9012-3456"), kConfirmed);
-    EXPECT_EQ(Confirm(kCode), kConfirmed) << "a lost reply must not undo it";
+    for (int i = 0; i < 11; ++i) {
+        EXPECT_EQ(Confirm(kCode), kConfirmed) << "a lost reply must not undo it";
+    }
     EXPECT_EQ(Confirm(kCode, "another"), kUnknown);
 }
 
@@ -193,8 +195,10 @@ TEST_F(MessageScriptsTest, failingStore_missesTheTextAndIsReported)
     ASSERT_EQ(reports.size(), 1U);
     EXPECT_THAT(reports[0], HasSubstr("store.db: "));
     SignUp("1111222233334444");
-    EXPECT_EQ(Confirm("1111222233334444", "pc2"),
-              Result("0", "The service can&#39;t store anything just now. Please try again later."));
+    for (int i = 0; i < 11; ++i) {
+        EXPECT_EQ(Confirm("1111222233334444", "pc2"),
+                  Result("0", "The service can&#39;t store anything just now. Please try again later."));
+    }
 }
 
 TEST_F(MessageScriptsTest, prayerCall_withNoTextDue_needsNoLockOfTheStore)

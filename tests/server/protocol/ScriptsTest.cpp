@@ -133,6 +133,7 @@ TEST_F(ScriptsTest, requestProdID_isANewIdentifierOfToday)
     const std::string body = Body("requestProdID.pl", "dist=mosque");
     EXPECT_THAT(body, MatchesRegex("<root prod_string=\"[A-Za-z0-9_-]{32}\"/>"));
     EXPECT_NE(body, Body("requestProdID.pl", "dist=mosque"));
+    EXPECT_EQ(Ask("requestProdID.pl", "", Method::Head).status, 200U);
     EXPECT_EQ(DayOfInstallationIdentifier(keys.identifier, body.substr(19, 32)), 20'833);
 }
 

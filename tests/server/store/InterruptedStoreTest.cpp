@@ -42,7 +42,7 @@ int IsInterrupted(void* /*unused*/)
 int Watch(sqlite3* database, const char** /*error*/, const sqlite3_api_routines* /*unused*/)
 {
     latest = database;
-    constexpr int kInstructionsBetweenPauses = 10;
+    constexpr int kInstructionsBetweenPauses = 25;
     sqlite3_progress_handler(database, kInstructionsBetweenPauses, &IsInterrupted, nullptr);
     // Frequent checkpoints, so that some lie between the calls.
     constexpr int kPages = 8;

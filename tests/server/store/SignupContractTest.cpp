@@ -221,6 +221,8 @@ TEST_F(SignupContract, forget_deletesTheDeviceItsInstallationsItsTextsAndItsCode
     EXPECT_EQ(Confirm("waiting", "pc"), Confirmation::Unknown);
     EXPECT_EQ(Confirm("code", "pc"), Confirmation::Unknown);
     EXPECT_EQ(RowsWith("a"), 0);
+    SignUp("b", "code b");
+    EXPECT_TRUE(store.Forget("index b")) << "a sign-up without a device";
 }
 
 TEST_F(SignupContract, signupsDatedFarAhead_doNotCountAndAreDropped)

@@ -125,15 +125,24 @@ TEST_F(StoreThreadTest, run_throwingCall_failsAlone)
 
 TEST_F(StoreThreadTest, run_failingCommit_failsEveryCallOfTheBatch)
 {
-    store->beforeCommit = [] { throw StoreError("the disk is full"); };
+    std::atomic<bool> isFull = true;
+    store->beforeCommit = [&isFull] {
+        if (isFull) {
+            throw StoreError("the disk is full");
+        }
+    };
     StoreThread thread(std::move(store));
     for (int i = 0; i < 10; ++i) {
         SpawnAdd(thread, "");
     }
     context.run();
-
     EXPECT_EQ(failures, 10);
-    EXPECT_THAT(Stored(), IsEmpty());
+
+    isFull = false;
+    SpawnAdd(thread, "after");
+    context.restart();
+    context.run();
+    EXPECT_THAT(Stored(), ElementsAre("after"));
 }
 
 TEST_F(StoreThreadTest, destruction_runsTheQueuedCalls)
@@ -204,7 +213,12 @@ TEST_F(StoreThreadTest, lockHeldByAnotherProcess_failsWritesNotReads)
     context.run();
     EXPECT_LT(std::chrono::steady_clock::now() - begin, StoreThread::kLongestCall);
     EXPECT_EQ(failures, 1);
-    EXPECT_EQ(thread.State(), StoreState::Failing);
+    Spawn([&]() -> asio::awaitable<void> {
+        co_await thread.Run([](const Store& s) { return s.Strips().size(); });
+    });
+    context.restart();
+    context.run();
+    EXPECT_EQ(thread.State(), StoreState::Failing) << "a read says nothing about writes";
 
     other.Execute("ROLLBACK");
     SpawnAdd(thread, "after");
