@@ -155,15 +155,9 @@ TEST(HttpLimits, clientThatDoesNotRead_isDropped)
 {
     HttpOptions options;
     options.writeTime = 50ms;
-    const ServerUnderTest under(
-        [](const Request&) -> boost::asio::awaitable<Response> {
-            Response response;
-            response.body.assign(std::size_t{32} << 20, 'x');
-            co_return response;
-        },
-        options);
+    const ServerUnderTest under(AnswerLargely, options);
     RawClient client = under.Connect(4096);
-    client.Send("GET / HTTP/1.1\r\nHost: h\r\n\r\n");
+    client.Send("GET /large HTTP/1.1\r\nHost: h\r\n\r\n");
     EXPECT_TRUE(
         Becomes([&under] { return under.figures.writeTimeouts == 1 && under.figures.connectionsOpen == 0; }));
 }
