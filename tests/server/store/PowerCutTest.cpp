@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "server/FileSizeLimit.h"
 #include "server/TemporaryFolder.h"
+#include "server/store/UnsyncedDisk.h"
 #include "store/SqliteStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
+#include <algorithm>
 #include <functional>
 #include <iostream>
 #include <optional>
@@ -20,9 +20,11 @@ using testing::IsEmpty;
 
 namespace {
 
+constexpr std::int64_t kNow = 1'800'000'000;
+
 std::int64_t Now()
 {
-    return 1'800'000'000;
+    return kNow;
 }
 
 Signup SignupOf(const std::string& name)
@@ -30,35 +32,23 @@ Signup SignupOf(const std::string& name)
     return {"mail", "sealed " + name, "index " + name, "code " + name, 1800, "form", "texts"};
 }
 
-std::optional<int> pausesLeft; // until every statement fails; none for a store that works
-sqlite3* latest = nullptr;
-
-int IsInterrupted(void* /*unused*/)
+// Frequent checkpoints, so that power cuts also happen during them.
+int CheckpointSoon(sqlite3* database, const char** /*error*/, const sqlite3_api_routines* /*unused*/)
 {
-    return pausesLeft && --*pausesLeft < 0 ? 1 : 0;
-}
-
-// Called for each new connection.
-int Watch(sqlite3* database, const char** /*error*/, const sqlite3_api_routines* /*unused*/)
-{
-    latest = database;
-    constexpr int kInstructionsBetweenPauses = 25;
-    sqlite3_progress_handler(database, kInstructionsBetweenPauses, &IsInterrupted, nullptr);
-    // Frequent checkpoints, so that some lie between the calls.
     constexpr int kPages = 8;
     return sqlite3_wal_autocheckpoint(database, kPages);
 }
 
-void (*const kWatch)() = reinterpret_cast<void (*)()>(&Watch);
+void (*const kCheckpointSoon)() = reinterpret_cast<void (*)()>(&CheckpointSoon);
 
 } // namespace
 
-/// Calls of a store until it fails, and the guarantees of each call that has returned.
-class InterruptedStore : public testing::Test
+/// Calls of a store until the power cut, and the guarantees of each call that has returned.
+class PowerCut : public testing::Test
 {
 protected:
-    InterruptedStore() { sqlite3_auto_extension(kWatch); }
-    ~InterruptedStore() override { sqlite3_cancel_auto_extension(kWatch); }
+    PowerCut() { sqlite3_auto_extension(kCheckpointSoon); }
+    ~PowerCut() override { sqlite3_cancel_auto_extension(kCheckpointSoon); }
 
     using Promise = std::function<void(SqliteStore&)>;
 
@@ -109,6 +99,15 @@ protected:
         SqliteStore store(path, &Now);
         DoAll(store, "sixth", promises);
     }
+    /// False after the cut.
+    bool LiveUntilCut(const std::string& path)
+    {
+        try {
+            Live(path);
+        } catch (const StoreError&) {
+        }
+        return !disk->IsCut();
+    }
     void ExpectPromisesKept(const std::string& path)
     {
         SqliteStore store(path, &Now);
@@ -121,82 +120,93 @@ protected:
             (*promise)(store);
         }
     }
+    /// Runs one life of a store for each change of the disk, with a power cut after that change.
+    void CutEverywhere(const std::function<void()>& restart)
+    {
+        bool hasEnded = false;
+        std::size_t changes = 0;
+        for (; !hasEnded && !HasFailure(); ++changes) {
+            SCOPED_TRACE("cut after change " + std::to_string(changes));
+            const TemporaryFolder folder;
+            promises.clear();
+            disk.emplace();
+            disk->CutAfter(changes);
+            hasEnded = LiveUntilCut(folder.File("store.db"));
+            restart();
+            ASSERT_NO_THROW(ExpectPromisesKept(folder.File("store.db")));
+        }
+        std::cout << changes << " cuts\n";
+    }
 
+    std::optional<UnsyncedDisk> disk{std::in_place};
     std::vector<Promise> promises;
     std::int64_t starts = 0;
 };
 
-TEST_F(InterruptedStore, anyInstant_keepsWhatWasAnswered)
+TEST_F(PowerCut, anyInstant_unsyncedChangesLost_keepsWhatWasAnswered)
 {
-    int instants = 0;
-    for (bool isInterrupted = true; isInterrupted && !HasFailure(); ++instants) {
-        SCOPED_TRACE("interrupted at pause " + std::to_string(instants));
-        const TemporaryFolder folder;
-        promises.clear();
-        pausesLeft = instants;
-        try {
-            Live(folder.File("store.db"));
-            isInterrupted = false;
-        } catch (const StoreError&) { // from here on the store does nothing more
-        }
-        pausesLeft.reset();
-        ASSERT_NO_THROW(ExpectPromisesKept(folder.File("store.db")));
-    }
-    std::cout << instants << " instants\n";
-    EXPECT_GT(instants, 100);
+    CutEverywhere([this] { disk->Restart(); });
 }
 
-// With it SQLite keeps each commit in a power cut.
-TEST_F(InterruptedStore, commit_waitsForTheDisk)
+TEST_F(PowerCut, anyInstant_someUnsyncedChangesKept_keepsWhatWasAnswered)
+{
+    for (const unsigned seed : {1U, 2U, 3U}) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        CutEverywhere([this, seed] { disk->Restart(seed); });
+    }
+}
+
+TEST_F(PowerCut, databaseThatDoesNotSync_losesItsRow)
 {
     const TemporaryFolder folder;
-    const SqliteStore store(folder.File("store.db"), &Now);
-    int level = 0;
-    const auto take = [](void* to, int, char** values, char**) {
-        *static_cast<int*>(to) = std::stoi(values[0]);
-        return 0;
-    };
-    ASSERT_EQ(sqlite3_exec(latest, "PRAGMA synchronous", take, &level, nullptr), SQLITE_OK);
-    constexpr int kFull = 2;
-    EXPECT_EQ(level, kFull);
+    {
+        Database database(folder.File("a.db"));
+        database.Execute("PRAGMA journal_mode = WAL; CREATE TABLE a (b); PRAGMA synchronous = OFF");
+        database.Execute("INSERT INTO a VALUES (1)");
+        disk->CutAfter(0);
+    }
+    disk->Restart();
+    Database database(folder.File("a.db"));
+    EXPECT_FALSE(database.Run("SELECT b FROM a").Step());
 }
 
-TEST_F(InterruptedStore, fullDisk_failsTheCallAndLosesNothing)
+TEST_F(PowerCut, fullDisk_failsTheCallAndLosesNothing)
 {
     const TemporaryFolder folder;
     SqliteStore store(folder.File("store.db"), &Now);
     DoAll(store, "first", promises);
-    {
-        const FileSizeLimit fullDisk(1);
-        try {
-            (void)store.SignUp(SignupOf("second"), {});
-            FAIL() << "no error";
-        } catch (const StoreError& error) {
-            EXPECT_EQ(error.what(), folder.File("store.db") + ": disk I/O error");
-        }
-        EXPECT_THROW(store.TryToWrite(), StoreError);
+    disk->FillAfter(0);
+    try {
+        (void)store.SignUp(SignupOf("second"), {});
+        FAIL() << "no error";
+    } catch (const StoreError& error) {
+        EXPECT_EQ(error.what(), folder.File("store.db") + ": database or disk is full");
     }
+    EXPECT_THROW(store.TryToWrite(), StoreError);
+    disk->MakeRoom();
     EXPECT_NO_THROW(store.TryToWrite());
     DoAll(store, "second", promises);
     ExpectPromisesKept(folder.File("store.db"));
 }
 
-TEST_F(InterruptedStore, fullDiskWithinAGroup_storesNothingOfTheGroup)
+TEST_F(PowerCut, fullDiskWithinAGroup_storesNothingOfTheGroup)
 {
     const TemporaryFolder folder;
     SqliteStore store(folder.File("store.db"), &Now);
     // More than the cache holds, so that the disk is full in the middle of the group.
     const Strip large{0, std::string(16'384, 'x'), "", "", "", ""};
+    disk->FillAfter(100);
     store.Begin();
-    {
-        const FileSizeLimit fullDisk(400'000);
-        const auto addMany = [&] {
-            for (int i = 0; i < 300; ++i) {
-                store.AddStrip(large);
-            }
-        };
-        EXPECT_THROW(addMany(), StoreError);
+    bool hasFailed = false;
+    for (int i = 0; i < 300 && !hasFailed; ++i) {
+        try {
+            store.AddStrip(large);
+        } catch (const StoreError&) {
+            hasFailed = true;
+        }
     }
+    disk->MakeRoom();
+    EXPECT_TRUE(hasFailed);
     EXPECT_THROW(store.AddStrip({}), StoreError);
     EXPECT_THROW(store.End(), StoreError);
     store.Abandon();
