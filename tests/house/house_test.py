@@ -13,6 +13,7 @@ LAYERS = ("strip", "support", "platform", "engine", "store", "forms", "service",
 MAY_LOAD_THE_MODULE = ("src/engine/", "src/app/Application.cpp")
 CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsSinceEpoch|(?:system|steady|high_resolution)_clock|QElapsedTimer|gettimeofday|clock_gettime|\btime\((0|NULL|nullptr)\)")
 OUTSIDE = re.compile(r"\b(fopen|getenv|qgetenv|system|fork|execv|execl)\s*\(")
+LICENCE = {"# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors", "# SPDX-License-Identifier: GPL-3.0-or-later"}
 FAILURES = TREE / "docs/failure-tests.md"
 FAILURES_FOR_USERS = TREE / "docs/failures.md"
 # Functions that show a message box: those of the platform, and those that pass their `message` on to them.
@@ -52,6 +53,10 @@ def faults():
         for label in ElementTree.parse(path).iterfind(".//widget[@class='QLabel']"):
             if label.findtext("property[@name='textFormat']/enum") != "Qt::PlainText":
                 yield f"{path.relative_to(TREE)}: {label.get('name')} takes markup; set its textFormat to PlainText"
+    for folder in ("src", "server", "tests", "bench", "data", "scripts", "cmake"):
+        for path in sorted((TREE / folder).rglob("*")):
+            if (path.name == "CMakeLists.txt" or path.suffix in (".cmake", ".py", ".sh")) and not LICENCE <= {*path.read_text().splitlines()[:3]}:
+                yield f"{path.relative_to(TREE)}: the two lines of the licence are missing or damaged"
     for path in sources("server"):
         if re.search(r"#include <Q|#include \"(?:platform|forms)/", path.read_text()):
             yield f"{path.relative_to(TREE)}: the service knows neither Qt nor the desktop program"
