@@ -11,6 +11,7 @@ namespace beacond {
 
 namespace {
 
+// The elements of settings.xml; those of the prayers also stand in src/engine/Prayers.h.
 constexpr std::array<std::string_view, 13> kWordsOfTheSettings = {
     "DefaultAd", "alerts",    "app",     "asr",  "current", "duhr",   "fajr",
     "isha",      "locations", "maghrib", "root", "shuruq",  "version"};

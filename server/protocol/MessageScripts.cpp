@@ -36,8 +36,8 @@ bool IsClockTime(std::string_view text)
            std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1, text.end(), &IsDigit);
 }
 
-// The text that a call asks for. A message contains only a validated time and the service's own place
-// identifier.
+// The text that a call asks for. The numbers of the prayers, 1 to 6, are those of src/engine/Prayers.h. A
+// message contains only a validated time and the service's own place identifier.
 std::optional<WantedText> TextOf(const Query& query, const Places* places)
 {
     const std::string prayer = TrimmedValue(query, "pno");

@@ -16,9 +16,10 @@ MainControls::MainControls(QWidget& window)
         font.setStretch(QFont::SemiCondensed);
         narrow->setFont(font);
     }
-    for (std::int16_t tab = kPrayers.front().tab; tab <= kPrayers.back().tab; ++tab) {
-        const Prayer& prayer = *PrayerOfTab(tab);
-        PrayerColumns.push_back(
-            {&prayer, window.findChild<LinkLabel*>(prayer.link), window.findChild<QLabel*>(prayer.time)});
+    for (const Prayer& prayer : kPrayers) {
+        if (PrayerOfTab(prayer.tab) == &prayer) {
+            PrayerColumns.push_back(
+                {&prayer, window.findChild<LinkLabel*>(prayer.link), window.findChild<QLabel*>(prayer.time)});
+        }
     }
 }

@@ -85,9 +85,9 @@ void PrayerDisplay::PopPrayerFrame() const
 
     const bool is24Hour = m_configuration.HourMode == u"24";
     for (const PrayerColumn& column : m_controls.PrayerColumns) {
-        // Intended: every Asr method except "shafi" shows slot 7, even an unknown one.
+        // Intended: every Asr method except "shafi" shows the slot of "hanafi", even an unknown one.
         const std::int16_t slot =
-            column.prayer->CountsUnder(m_configuration.AsrMethod) ? column.prayer->slot : std::int16_t{7};
+            column.prayer->CountsUnder(m_configuration.AsrMethod) ? column.prayer->slot : kAsrHanafiSlot;
         column.time->setText(FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot), is24Hour));
     }
 }
@@ -96,7 +96,7 @@ void PrayerDisplay::UpdateCountDown() const
 {
     const QTime time = m_platform.clock.Now().time();
     const int now = time.hour() * 60 + time.minute();
-    if (now > m_prayerTimer.GetPrayerTime(kPrayers.back().slot)) {
+    if (now > m_prayerTimer.GetPrayerTime(kIshaSlot)) {
         m_controls.LblCountDown->setText(QStringLiteral("Done"));
         return;
     }
@@ -122,7 +122,7 @@ void PrayerDisplay::ShowQibla() const
 
 void PrayerDisplay::RefreshSkyPicture() const
 {
-    VBSunAndMoon1->Setup(m_prayerTimer.GetPrayerTime(2), m_prayerTimer.GetPrayerTime(9));
+    VBSunAndMoon1->Setup(m_prayerTimer.GetPrayerTime(kSunriseSlot), m_prayerTimer.GetPrayerTime(kSunsetSlot));
     const QTime time = m_platform.clock.Now().time();
     VBSunAndMoon1->Update(m_prayerTimer.GetSunElev(), m_prayerTimer.GetMoonElev(),
                           static_cast<std::int16_t>(time.hour() * 60 + time.minute()));

@@ -6,6 +6,17 @@
 
 namespace {
 
+TEST(Prayers, eachRow_hasItsOwnSlot_andSharesATabOnlyWithinOnePrayer)
+{
+    for (const Prayer& prayer : kPrayers) {
+        SCOPED_TRACE(prayer.name.data());
+        EXPECT_EQ(PrayerOfSlot(prayer.slot), &prayer);
+        ASSERT_GT(prayer.tab, 2) << "the General and the Mobile Alert page";
+        EXPECT_EQ(PrayerOfTab(prayer.tab)->element, prayer.element);
+        EXPECT_EQ(PrayerOfTab(prayer.tab)->number, prayer.number);
+    }
+}
+
 TEST(FormatPrayerTime, minutes_giveClockText)
 {
     struct Row

@@ -53,6 +53,11 @@ def faults():
         for label in ElementTree.parse(path).iterfind(".//widget[@class='QLabel']"):
             if label.findtext("property[@name='textFormat']/enum") != "Qt::PlainText":
                 yield f"{path.relative_to(TREE)}: {label.get('name')} takes markup; set its textFormat to PlainText"
+    for field, name in re.findall(r'\.(link|time|tabLabel) = "(\w+)"', (TREE / "src/engine/Prayers.h").read_text()):
+        window = TREE / "src" / ("settings_dialog/FrmAlerts.ui" if field == "tabLabel" else "app/FrmMain.ui")
+        kind = "QLabel" if field == "time" else "LinkLabel"
+        if ElementTree.parse(window).find(f".//widget[@class='{kind}'][@name='{name}']") is None:
+            yield f"src/engine/Prayers.h: {window.name} has no {kind} named {name}"
     for folder in ("src", "server", "tests", "bench", "data", "scripts", "cmake"):
         for path in sorted((TREE / folder).rglob("*")):
             if (path.name == "CMakeLists.txt" or path.suffix in (".cmake", ".py", ".sh")) and not LICENCE <= {*path.read_text().splitlines()[:3]}:
