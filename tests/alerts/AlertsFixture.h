@@ -5,6 +5,7 @@
 #include "alerts/AlertDispatch.h"
 #include "alerts/FrmPopup.h"
 #include "engine/PTimer.h"
+#include "engine/Prayers.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
@@ -81,8 +82,8 @@ protected:
     }
     void SetAllPrayers(const QString& attributes)
     {
-        for (const auto* const element : {u"fajr", u"shuruq", u"duhr", u"asr", u"maghrib", u"isha"}) {
-            SetPrayer(element, attributes);
+        for (const Prayer& prayer : kPrayers) {
+            SetPrayer(QString(prayer.element), attributes);
         }
     }
     /// In the file and in memory.

@@ -87,6 +87,9 @@ TEST_F(FrmAlertsFrame, tab_clickOrEnterShowsItsPage_onlyTheGeneralOneLoadsTheFil
             EXPECT_EQ(Find<LinkLabel>(tab.label).text(), QLatin1String(tab.caption));
             byKey ? Press(tab.label, QStringLiteral("Return")) : Click(tab.label);
             ExpectOnlyFrame(tab.frame);
+            if (tab.number > 2) {
+                EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QLatin1String(tab.caption));
+            }
             for (const Tab& other : kTabs) {
                 EXPECT_TRUE(Widget(other.label).isVisible()) << other.label;
             }

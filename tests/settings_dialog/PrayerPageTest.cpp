@@ -1,21 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "engine/Prayers.h"
 #include "settings_dialog/DialogTest.h"
 
 #include <QGroupBox>
 #include <QLabel>
 
 namespace {
-
-struct Prayer
-{
-    std::int16_t tab;
-    const char* element;
-    const char* text;
-};
-
-constexpr Prayer kPrayers[] = {{3, "fajr", "Fajr"}, {4, "shuruq", "Shuruq"},   {5, "duhr", "Duhr"},
-                               {6, "asr", "Asr"},   {7, "maghrib", "Maghrib"}, {8, "isha", "Isha"}};
 
 const QString kMobileOff = QStringLiteral("mobileEnabled=\"false\"");
 const QString kMobileOn = QStringLiteral("mobileEnabled=\"true\"");
@@ -94,14 +85,14 @@ TEST_F(PrayerPageTest, built_hasItsCaptionsAndStartState)
 TEST_F(PrayerPageTest, page_namesItsPrayerAndReadsItsElement)
 {
     for (const Prayer& prayer : kPrayers) {
-        SCOPED_TRACE(prayer.text);
+        SCOPED_TRACE(prayer.name.data());
         WriteChanged(
-            Element(prayer.element, qstrcmp(prayer.element, "shuruq") == 0 ? kOff : kOn),
-            Element(prayer.element,
+            Element(prayer.element.data(), prayer.element == QLatin1String("shuruq") ? kOff : kOn),
+            Element(prayer.element.data(),
                     R"(enabled="true" popup="false" mobil="true" play="true" audioFile="C:\no such.mp3")"));
         const QByteArray before = ReadSettings();
         Open(prayer.tab);
-        EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), QString::fromUtf8(prayer.text));
+        EXPECT_EQ(Find<QLabel>("LblPrayerName").text(), prayer.caption);
         EXPECT_TRUE(IsTicked("ChkAlertMain"));
         EXPECT_FALSE(IsTicked("ChkSilAlert"));
         EXPECT_TRUE(IsTicked("ChkAudioAlert"));
@@ -132,26 +123,26 @@ TEST_F(PrayerPageTest, clickOrKeystroke_storesItsAttributeOnThisPrayerOnly)
                       {QString::fromUtf8(kOff), QString::fromUtf8(kOn)}});
         Open(prayer.tab);
         for (const auto& [control, attribute, before] : rows) {
-            SCOPED_TRACE(std::string(prayer.text) + ' ' + control);
+            SCOPED_TRACE(std::string(prayer.name.data()) + ' ' + control);
             const bool isPath = qstrcmp(control, "TxtPath") == 0;
             const bool wasTicked = !isPath && IsTicked(control);
             Forget();
             if (isPath) {
                 QTest::keyClicks(&Widget(control), QStringLiteral("a.w"));
-                EXPECT_EQ(SavedValues(attribute, prayer.element), u"a|a.|a.w");
+                EXPECT_EQ(SavedValues(attribute, prayer.element.data()), u"a|a.|a.w");
             } else {
                 Click(control);
-                EXPECT_EQ(SavedValues(attribute, prayer.element), wasTicked ? u"false" : u"true");
+                EXPECT_EQ(SavedValues(attribute, prayer.element.data()), wasTicked ? u"false" : u"true");
                 EXPECT_EQ(files.loads, 1);
             }
             for (const Prayer& other : kPrayers) {
-                EXPECT_EQ(Stored(attribute, other.element) == before, other.tab != prayer.tab)
-                    << other.element;
+                EXPECT_EQ(Stored(attribute, other.element.data()) == before, other.tab != prayer.tab)
+                    << other.element.data();
             }
             if (!isPath) {
                 Forget();
                 Click(control);
-                EXPECT_EQ(SavedValues(attribute, prayer.element), before);
+                EXPECT_EQ(SavedValues(attribute, prayer.element.data()), before);
                 EXPECT_EQ(files.loads, 1);
             }
         }
