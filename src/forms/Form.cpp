@@ -21,7 +21,8 @@
 
 namespace {
 
-// A disabled window keeps its colours: only a control that is disabled itself is grey.
+// A disabled window keeps the colours of the application: only a control that is disabled itself is grey. A
+// palette of one control in a .ui file must give its colours for the group "disabled" itself.
 QPalette UngreyedColours(QPalette colours)
 {
     for (int role = 0; role < QPalette::NColorRoles; ++role) {

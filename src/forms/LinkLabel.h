@@ -9,6 +9,7 @@
 /// A label that acts as a link. Raises Click by mouse or keyboard, once for a double click, and MouseMove,
 /// also without a pressed button. While the label is disabled it raises nothing, and mouse moves reach the
 /// widget behind it. It is grey while it or its frame is disabled, but not if only its window is.
+/// Otherwise it has the colour of the role Link of its palette.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT

@@ -255,10 +255,13 @@ TEST_F(MainWindowFace, colours_areReadableInAllControls)
 
 TEST_F(MainWindowFace, links_areBlue)
 {
-    const auto* const link = &Find<QLabel>("LblLocLink");
-    const QColor colour = link->palette().color(link->foregroundRole());
-    EXPECT_GT(colour.blue(), 2 * colour.green());
-    EXPECT_GT(colour.blue(), 2 * colour.red());
+    for (const auto* const link : Window().findChildren<LinkLabel*>()) {
+        if (link->isEnabled()) {
+            const QColor colour = link->palette().color(link->foregroundRole());
+            EXPECT_GT(colour.blue(), 2 * colour.green()) << link->objectName().toStdString();
+            EXPECT_GT(colour.blue(), 2 * colour.red()) << link->objectName().toStdString();
+        }
+    }
 }
 
 // An alert or a dialog in front of the window is no reason to grey what it shows.

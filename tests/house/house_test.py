@@ -53,6 +53,10 @@ def faults():
         for label in ElementTree.parse(path).iterfind(".//widget[@class='QLabel']"):
             if label.findtext("property[@name='textFormat']/enum") != "Qt::PlainText":
                 yield f"{path.relative_to(TREE)}: {label.get('name')} takes markup; set its textFormat to PlainText"
+        for palette in ElementTree.parse(path).iterfind(".//palette"):
+            roles = [sorted(role.get("role") for role in palette.iterfind(f"{group}/colorrole")) for group in ("active", "inactive", "disabled")]
+            if roles[0] != roles[1] or roles[0] != roles[2]:
+                yield f"{path.relative_to(TREE)}: a palette must name its roles in all three groups; otherwise the colour changes with the state of the window"
     for field, name in re.findall(r'\.(link|time|tabLabel) = "(\w+)"', (TREE / "src/engine/Prayers.h").read_text()):
         window = TREE / "src" / ("settings_dialog/FrmAlerts.ui" if field == "tabLabel" else "app/FrmMain.ui")
         kind = "QLabel" if field == "time" else "LinkLabel"
