@@ -27,7 +27,6 @@
 namespace {
 
 constexpr int kSplashMilliseconds = 2000;
-constexpr float kFirstAdTimer = 600.0F;
 constexpr float kTicksPerSkyRefresh = 300.0F;
 constexpr int kMillisecondsPerMinute = 60'000;
 
@@ -102,7 +101,7 @@ void FrmMain::RunLoadSequence()
     auto& splash = Siblings().Touch<DlgStart>();
     splash.Show();
     splash.PaintNow();
-    variables.AdTimer = kFirstAdTimer;
+    variables.AdTimer = AdPanel::kDefaultAdTimer;
     // Only to let the user see the splash window.
     GetPlatform().process.Sleep(kSplashMilliseconds);
 
@@ -137,6 +136,7 @@ void FrmMain::AskService()
     if (variables.Connected) {
         GetPlatform().http.Notify(ServiceRequests::Startup(variables.Settings), kNotifyLimits);
     }
+    // Sets Connected anew: after an ad that could not be fetched the version is not requested either.
     m_adPanel.RefreshAd(variables.Connected);
     VersionCheck(*this).CheckNewVersion(variables.Connected);
 }

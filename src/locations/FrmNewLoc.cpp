@@ -25,8 +25,9 @@ double WholeNumberPart(const QString& text)
     return leadingDigits.match(text).captured(1).toDouble();
 }
 
-// The second limit is the markup of @p mostChildren elements with a text each. Both are needed because the
-// lookup of a child by its name walks through the whole reply, and again through each nested root.
+// Whether the reply has more than @p mostChildren elements below its root, more markup than that many
+// elements with a text each, or nested roots. The lookup of a child by its name walks through the whole
+// reply, and again through each nested root.
 bool IsLarger(const DomDocument& reply, int mostChildren)
 {
     const DomNode root = reply.DocumentElement();
@@ -93,7 +94,7 @@ void FrmNewLoc::OnLoad()
     if (!IsLoaded()) {
         return;
     }
-    if (!states || !states->hasChildren(kCurrentPath)) {
+    if (!states || !states->hasChildren(kRootPath)) {
         FailAndUnload(QStringLiteral("Unable to retrieve state list.\r\nVerify internet connection."));
         return;
     }
@@ -197,7 +198,7 @@ void FrmNewLoc::SearchZipCode()
         Say(QStringLiteral("Failed to retrieve list"));
         return;
     }
-    if (!cities->hasChildren(kCurrentPath)) {
+    if (!cities->hasChildren(kRootPath)) {
         Say(QStringLiteral("No city found matching this Zip Code"));
         return;
     }
@@ -240,12 +241,12 @@ void FrmNewLoc::SearchCity()
 
 bool FrmNewLoc::WantsMatches(const SimpleXML& count)
 {
-    const QString matches = count.GetAttribute(QStringLiteral("num_matches"), kCurrentPath);
+    const QString matches = count.GetAttribute(QStringLiteral("num_matches"), kRootPath);
     if (matches.isEmpty() || matches == u"0") {
         Say(QStringLiteral("There are no matches for this search criteria.\r\nPlease try again."));
         return false;
     }
-    const QString limit = count.GetAttribute(QStringLiteral("max_matches"), kCurrentPath);
+    const QString limit = count.GetAttribute(QStringLiteral("max_matches"), kRootPath);
     if (WholeNumberPart(matches) <= WholeNumberPart(limit)) {
         return true;
     }
@@ -261,7 +262,7 @@ bool FrmNewLoc::WantsMatches(const SimpleXML& count)
 void FrmNewLoc::FillResults(const SimpleXML& cities)
 {
     const auto [names, keys] =
-        ReadPairs(cities, kCurrentPath, QStringLiteral("city"), QStringLiteral("atlas_id"));
+        ReadPairs(cities, kRootPath, QStringLiteral("city"), QStringLiteral("atlas_id"));
     m_ui->LstSearchResults->clear();
     m_ui->LstSearchResults->addItems(names);
     LstSearchResultsHid = keys;

@@ -24,7 +24,6 @@
 
 namespace {
 
-constexpr float kDefaultAdTimer = 600.0F;
 constexpr double kSecondsPerMinute = 60.0;
 
 // The codec throws for the empty text; an empty ad gives an empty page.
@@ -86,18 +85,17 @@ QString AdPanel::FetchedAd()
     if (reply == nullptr) {
         throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("The reply has no root"));
     }
-    reply->SetCurrentPath(reply->GetRootName());
-    QString ad = reply->GetAttribute(QStringLiteral("ad_url"), kRootPath);
+    QString base64Html = reply->GetAttribute(QStringLiteral("ad_url"), kRootPath);
     m_variables.AdTimer = SecondsOf(reply->GetAttribute(QStringLiteral("wait_time"), kRootPath));
-    return ad;
+    return base64Html;
 }
 
-float AdPanel::SecondsOf(const QString& waitTime) const
+float AdPanel::SecondsOf(const QString& minutes) const
 {
-    if (waitTime.isEmpty()) {
+    if (minutes.isEmpty()) {
         return kDefaultAdTimer;
     }
-    const double seconds = Int(NumberWithPoint(waitTime, m_platform.region)) * kSecondsPerMinute;
+    const double seconds = Int(NumberWithPoint(minutes, m_platform.region)) * kSecondsPerMinute;
     if (!(std::abs(seconds) <= static_cast<double>(std::numeric_limits<float>::max()))) {
         throw RuntimeError(ErrorNumber::kOverflow, QStringLiteral("Overflow"));
     }

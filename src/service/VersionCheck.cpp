@@ -58,7 +58,6 @@ void VersionCheck::Check()
     if (!m_window.IsLoaded() || reply == nullptr) {
         return;
     }
-    reply->SetCurrentPath(kRootPath);
     if (IsOther(*reply) && !IsSilenced(settings)) {
         Offer(settings, *reply);
     }

@@ -73,9 +73,6 @@ void MobileSignup::SignUp(const MobileDevice& device)
         return;
     }
     const std::unique_ptr<SimpleXML> reply = document.GetElement(QStringLiteral("root"));
-    if (reply != nullptr) {
-        reply->SetCurrentPath(kRootPath);
-    }
     if (!m_isReset) {
         Store(device, ReadReply(reply.get(), QStringLiteral("result")));
     }
