@@ -58,7 +58,8 @@ private:
     AdPanel m_adPanel;
     AlertDispatch m_alerts;
 
-    /// Ticks since the sky picture and the ad were last refreshed.
+    /// Ticks since the last refresh of the sky picture and of the ad by a tick. A refresh for another reason,
+    /// such as that of an alarm, does not count.
     float SkySeconds = 0.0F;
     float AdSeconds = 0.0F;
     /// A refresh of the ad is due and waits for a later tick.

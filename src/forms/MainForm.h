@@ -16,7 +16,8 @@ struct MainVariables
     QString ActiveForm;
     /// A switch for developers; the program never sets it.
     bool DebugMode = false;
-    /// Whether the last probe or request reached the network.
+    /// Whether the network was reached, by the probe at the start or by the latest request for an ad. Other
+    /// probes and requests do not set it.
     bool Connected = false;
     /// Seconds between two refreshes of the ad.
     float AdTimer = 0.0F;

@@ -9,7 +9,8 @@
 
 struct Platform;
 
-/// Calls @p visit with each child of the element at @p path until it returns false.
+/// Calls @p visit with each child of the element at @p path until it returns false. Of several children with
+/// one name each reads as the first: see EnumerationObject.
 template <typename Visit>
 void WalkChildren(const SimpleXML& parent, const QString& path, Visit visit)
 {

@@ -130,7 +130,8 @@ TEST_F(AdScheduleTest, alarm_leavesTheCountAlone)
     EXPECT_EQ(Asked(), QStringList(kAd)) << "60 seconds after the start, not after the alarm";
 }
 
-// Intended: the count is compared by equality, and only an alarm or a restart resets it.
+// Intended: the count is compared by equality. Above AdTimer it only grows, until an alarm brings a larger
+// AdTimer or the program is restarted.
 TEST_F(AdScheduleTest, adTimerThatFallsBelowTheCount_stopsTheTicksUntilAnAlarmRaisesIt)
 {
     WaitTime("10");
