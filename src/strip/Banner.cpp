@@ -13,7 +13,8 @@
 namespace {
 
 // The time of the layout is linear in the text and doubles with each table around it. The limits are
-// measured: a page that just passes them takes less than 50 ms on a slow machine.
+// measured: a page that just passes them takes less than 50 ms on a slow machine. Lengths are in UTF-16
+// units.
 constexpr std::size_t kLongestHtml = 16UL * 1024;
 constexpr std::size_t kLargestCost = 24UL * 1024;
 constexpr std::size_t kLongestSource = 64UL * 1024;
@@ -91,9 +92,10 @@ bool IsHarmlessStyle(std::string_view style)
 bool IsKept(std::string_view tag, std::string_view name, std::string_view value)
 {
     if (name == "href") {
-        return tag == "a" && value.size() <= kLongestAddress && HasScheme(value, {"http://", "https://"});
+        return tag == "a" && Utf16Units(value) <= kLongestAddress &&
+               HasScheme(value, {"http://", "https://"});
     }
-    if (value.size() > kLongestAttribute) {
+    if (Utf16Units(value) > kLongestAttribute) {
         return false;
     }
     if (name == "colspan" || name == "rowspan") {
@@ -120,7 +122,7 @@ std::string KeptAttributes(const HtmlToken& tag)
 std::size_t LengthOfDataAddress(const HtmlToken& tag)
 {
     const std::string* const address = tag.Find("src");
-    return address != nullptr && HasScheme(*address, {"data:"}) ? address->size() : 0;
+    return address != nullptr && HasScheme(*address, {"data:"}) ? Utf16Units(*address) : 0;
 }
 
 // Builds the clean page tag by tag and counts its cost.
@@ -141,7 +143,7 @@ public:
 
     [[nodiscard]] bool IsTooMuch() const
     {
-        return m_banner.html.size() > kLongestHtml || m_cost > kLargestCost || Tables() > kDeepestTables ||
+        return m_length > kLongestHtml || m_cost > kLargestCost || Tables() > kDeepestTables ||
                m_open.size() > kDeepestNesting;
     }
 
@@ -270,12 +272,15 @@ private:
 
     void Append(const std::string& html)
     {
+        const std::size_t length = Utf16Units(html);
         m_banner.html += html;
-        m_cost += html.size() << std::min(Tables(), kDeepestTables);
+        m_length += length;
+        m_cost += length << std::min(Tables(), kDeepestTables);
     }
 
     Banner m_banner;
     std::vector<std::string> m_open;
+    std::size_t m_length = 0;
     std::size_t m_cost = 0;
 };
 
@@ -285,16 +290,21 @@ std::optional<Banner> CleanBanner(std::string_view page)
 {
     BannerBuilder builder;
     HtmlTokens tokens(page);
-    std::size_t longest = kLongestSource;
-    while (const std::optional<HtmlToken> token = tokens.Next()) {
-        longest += LengthOfDataAddress(*token);
-        if (page.size() - tokens.Rest().size() > longest) {
+    std::size_t length = 0;
+    while (true) {
+        const std::string_view before = tokens.Rest();
+        const std::optional<HtmlToken> token = tokens.Next();
+        length += Utf16Units(before.substr(0, before.size() - tokens.Rest().size()));
+        length -= token ? LengthOfDataAddress(*token) : 0;
+        if (length > kLongestSource) {
             return std::nullopt;
+        }
+        if (!token) {
+            return builder.Finish();
         }
         builder.Take(*token);
         if (builder.IsTooMuch()) {
             return std::nullopt;
         }
     }
-    return page.size() > longest ? std::nullopt : std::optional(builder.Finish());
 }

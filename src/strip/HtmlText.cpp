@@ -4,6 +4,7 @@
 
 #include <unicode/unistr.h>
 #include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 #include <algorithm>
 #include <charconv>
@@ -101,6 +102,17 @@ std::string LowerCase(std::string_view text)
     std::string lower(text);
     std::ranges::transform(lower, lower.begin(), [](char character) { return LowerCase(character); });
     return lower;
+}
+
+std::size_t Utf16Units(std::string_view text)
+{
+    std::size_t units = 0;
+    for (const char byte : text) {
+        units += U8_IS_TRAIL(byte) ? 0 : 1;
+        // The first byte of four: two units.
+        units += static_cast<unsigned char>(byte) >= 0xF0 ? 1 : 0;
+    }
+    return units;
 }
 
 std::string SafeText(std::string_view text)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,9 @@ inline constexpr std::string_view kHtmlSpaces = " \t\n\f\r";
 /// Converts only ASCII letters to lower case, as HTML does to compare names.
 [[nodiscard]] char LowerCase(char character);
 [[nodiscard]] std::string LowerCase(std::string_view text);
+
+/// The length in UTF-16: the limits of the strip count letters, not their bytes.
+[[nodiscard]] std::size_t Utf16Units(std::string_view text);
 
 /// The text of a page, escaped for use between tags. Numeric references are normalised, named ones are kept.
 [[nodiscard]] std::string SafeText(std::string_view text);

@@ -44,18 +44,17 @@ void Skip(std::string_view& rest, std::string_view characters)
     rest.remove_prefix(std::min(rest.find_first_not_of(characters), rest.size()));
 }
 
-// Skips to the end of the first @p end, which is in lower case. Without one in the next 64 KiB, skips
-// everything and returns false.
+// Skips to the end of the first @p end, which is in lower case. Without one, skips everything and returns
+// false.
 bool SkipPast(std::string_view& rest, std::string_view end)
 {
-    constexpr std::size_t kLongestPart = 64UL * 1024;
-    const std::string_view part = rest.substr(0, kLongestPart);
     const auto* const found =
-        std::search(part.begin(), part.end(), end.begin(), end.end(),
+        std::search(rest.begin(), rest.end(), end.begin(), end.end(),
                     [](char character, char wanted) { return LowerCase(character) == wanted; });
-    rest = found == part.end() ? std::string_view()
-                               : rest.substr(static_cast<std::size_t>(found - part.begin()) + end.size());
-    return found != part.end();
+    const bool isFound = found != rest.end();
+    rest = isFound ? rest.substr(static_cast<std::size_t>(found - rest.begin()) + end.size())
+                   : std::string_view();
+    return isFound;
 }
 
 // Takes the value after a "=".

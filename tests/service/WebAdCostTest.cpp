@@ -52,7 +52,7 @@ private:
 QByteArray LongestShown(const QByteArray& before, const QByteArray& unit, const QByteArray& after)
 {
     qsizetype least = 0;
-    qsizetype most = 20'000 / unit.size();
+    qsizetype most = 20'000 / QString::fromUtf8(unit).size();
     const auto page = [&](qsizetype count) { return before + unit.repeated(count) + after; };
     while (least < most) {
         const qsizetype middle = (least + most + 1) / 2;

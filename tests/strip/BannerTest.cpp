@@ -123,6 +123,9 @@ std::string Repeated(const std::string& unit, std::size_t count)
     return text;
 }
 
+// One UTF-16 unit, two bytes.
+const std::string kLetter = "\u0633";
+
 struct LimitRow
 {
     const char* name;
@@ -139,7 +142,12 @@ TEST(Banner, page_upToItsLimits_isShown)
                              {"tables", "", "<table><tr><td>", 6},
                              {"nesting", "", "<b>", 60},
                              {"source", "a<x", " ", 65'536 - 3},
-                             {"source beside a data address", data + "<x", " ", 65'536 - 12}};
+                             {"source beside a data address", data + "<x", " ", 65'536 - 12},
+                             {"Arabic html", "", kLetter, 16'384},
+                             {"Arabic cost in a table", "<table><tr><td>", kLetter, 24'576 / 2 - 15},
+                             {"Arabic source", "a<x ", kLetter, 65'536 - 4},
+                             {"Arabic comment", "<!--", kLetter, 65'536 - 4},
+                             {"moons, two units each", "", "\U0001F319", 8'192}};
     for (const LimitRow& row : rows) {
         EXPECT_TRUE(CleanBanner(row.before + Repeated(row.unit, row.most))) << row.name;
         EXPECT_FALSE(CleanBanner(row.before + Repeated(row.unit, row.most + 1))) << row.name;
@@ -148,14 +156,21 @@ TEST(Banner, page_upToItsLimits_isShown)
 
 TEST(Banner, valuesThatAreTooLong_areLeftOut)
 {
-    const std::string address = "http://x.example/" + std::string(1983, 'a');
-    const std::string family(400, 'a');
     const auto link = [](const std::string& value) { return "<a href=\"" + value + "\">b</a>"; };
     const auto font = [](const std::string& value) { return "<font face=\"" + value + "\">b</font>"; };
-    EXPECT_EQ(Html(link(address)), link(address));
-    EXPECT_EQ(Html(link(address + 'a')), "<a>b</a>");
-    EXPECT_EQ(Html(font(family)), font(family));
-    EXPECT_EQ(Html(font(family + 'a')), "<font>b</font>");
+    for (const std::string& letter : {std::string("a"), kLetter}) {
+        const std::string address = "http://x.example/" + Repeated(letter, 1983);
+        const std::string family = Repeated(letter, 400);
+        EXPECT_EQ(Html(link(address)), link(address));
+        EXPECT_EQ(Html(link(address + letter)), "<a>b</a>");
+        EXPECT_EQ(Html(font(family)), font(family));
+        EXPECT_EQ(Html(font(family + letter)), "<font>b</font>");
+    }
+}
+
+TEST(Banner, textBehindALongComment_isShown)
+{
+    EXPECT_EQ(Html("<!--" + Repeated(kLetter, 65'000) + "-->a"), "a");
 }
 
 TEST(Banner, attributes_thirtyTwoAreRead)
