@@ -122,7 +122,8 @@ std::string KeptAttributes(const HtmlToken& tag)
 std::size_t LengthOfDataAddress(const HtmlToken& tag)
 {
     const std::string* const address = tag.Find("src");
-    return address != nullptr && HasScheme(*address, {"data:"}) ? Utf16Units(*address) : 0;
+    const bool isOpening = tag.kind == HtmlToken::Kind::Open;
+    return isOpening && address != nullptr && HasScheme(*address, {"data:"}) ? Utf16Units(*address) : 0;
 }
 
 // Builds the clean page tag by tag and counts its cost.

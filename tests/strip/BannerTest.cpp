@@ -137,17 +137,19 @@ struct LimitRow
 TEST(Banner, page_upToItsLimits_isShown)
 {
     const std::string data = "<img src=data:" + std::string(70'000, 'A') + '>';
-    const LimitRow rows[] = {{"html", "", "x", 16'384},
-                             {"cost in a table", "<table><tr><td>", "x", 24'576 / 2 - 15},
-                             {"tables", "", "<table><tr><td>", 6},
-                             {"nesting", "", "<b>", 60},
-                             {"source", "a<x", " ", 65'536 - 3},
-                             {"source beside a data address", data + "<x", " ", 65'536 - 12},
-                             {"Arabic html", "", kLetter, 16'384},
-                             {"Arabic cost in a table", "<table><tr><td>", kLetter, 24'576 / 2 - 15},
-                             {"Arabic source", "a<x ", kLetter, 65'536 - 4},
-                             {"Arabic comment", "<!--", kLetter, 65'536 - 4},
-                             {"moons, two units each", "", "\U0001F319", 8'192}};
+    const LimitRow rows[] = {
+        {"html", "", "x", 16'384},
+        {"cost in a table", "<table><tr><td>", "x", 24'576 / 2 - 15},
+        {"tables", "", "<table><tr><td>", 6},
+        {"nesting", "", "<b>", 60},
+        {"source", "a<x", " ", 65'536 - 3},
+        {"source beside a data address", data + "<x", " ", 65'536 - 12},
+        {"source beside a data address in an end tag", "</x src=data:,A ", " ", 65'536 - 16},
+        {"Arabic html", "", kLetter, 16'384},
+        {"Arabic cost in a table", "<table><tr><td>", kLetter, 24'576 / 2 - 15},
+        {"Arabic source", "a<x ", kLetter, 65'536 - 4},
+        {"Arabic comment", "<!--", kLetter, 65'536 - 4},
+        {"moons, two units each", "", "\U0001F319", 8'192}};
     for (const LimitRow& row : rows) {
         EXPECT_TRUE(CleanBanner(row.before + Repeated(row.unit, row.most))) << row.name;
         EXPECT_FALSE(CleanBanner(row.before + Repeated(row.unit, row.most + 1))) << row.name;
