@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/PictureBytes.h"
 
+#include "platform/ProcessorTime.h"
+
 #include <QtEndian>
 
 #include <algorithm>
@@ -67,8 +69,7 @@ PictureBytes::PictureBytes(const QByteArray& file)
 
 void PictureBytes::LimitTime(int milliseconds)
 {
-    m_start = std::clock();
-    m_limit = milliseconds * (CLOCKS_PER_SEC / 1000);
+    m_end = ProcessorMilliseconds() + milliseconds;
     m_isOverdue = false;
 }
 
@@ -80,7 +81,7 @@ bool PictureBytes::seek(qint64 position)
 
 qint64 PictureBytes::readData(char* data, qint64 most)
 {
-    m_isOverdue = m_isOverdue || (m_limit > 0 && std::clock() - m_start > m_limit);
+    m_isOverdue = m_isOverdue || ProcessorMilliseconds() > m_end;
     // The readers of the other formats interpret a short read as the end of the file.
     const bool hasPortions = m_format == "gif" || m_format == "jpeg";
     const qint64 portion = hasPortions ? std::min(most, kPortion) : most;

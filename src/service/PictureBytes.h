@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QIODevice>
 
-#include <ctime>
+#include <limits>
 
 /// The file of a picture as the device of its reader, with a time limit. A small file can take minutes to
 /// decode (pixels after the last one, thousands of progressive steps), and no reader limits that. But each
@@ -18,7 +18,7 @@ public:
     /// The format by the first bytes: "png", "gif", "jpeg" or "bmp"; empty for all others, which are not
     /// shown.
     [[nodiscard]] QByteArray Format() const { return m_format; }
-    /// Limits the processor time from now on; until the first call there is no limit.
+    /// Limits the processor time of this thread from now on; until the first call there is no limit.
     void LimitTime(int milliseconds);
     /// Whether a read was refused since then, so that the picture is incomplete.
     [[nodiscard]] bool IsOverdue() const { return m_isOverdue; }
@@ -34,7 +34,6 @@ private:
     QByteArray m_format;
     QByteArray m_bytes;
     qint64 m_at = 0;
-    std::clock_t m_start = 0;
-    std::clock_t m_limit = 0;
+    double m_end = std::numeric_limits<double>::infinity();
     bool m_isOverdue = false;
 };

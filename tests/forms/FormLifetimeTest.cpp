@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/FakePlatform.h"
 #include "fakes/PaintCount.h"
-#include "fakes/ProcessorTime.h"
 #include "forms/Forms.h"
+#include "platform/ProcessorTime.h"
 #include "support/RuntimeError.h"
 
 #include <QElapsedTimer>

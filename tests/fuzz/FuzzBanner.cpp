@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "fakes/ProcessorTime.h"
 #include "fuzz/FuzzWorld.h"
 #include "fuzz/InputParts.h"
+#include "platform/ProcessorTime.h"
 #include "service/WebAd.h"
 #include "strip/Banner.h"
 #include "strip/HtmlText.h"

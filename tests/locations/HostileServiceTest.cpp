@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "fakes/ProcessorTime.h"
 #include "locations/LocationsFixture.h"
+#include "platform/ProcessorTime.h"
 
 #include <QComboBox>
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "GStreamerPlayerFixture.h"
 #include "fakes/NoThreads.h"
-#include "fakes/ProcessorTime.h"
+#include "platform/ProcessorTime.h"
 
 #include <QDir>
 #include <QElapsedTimer>

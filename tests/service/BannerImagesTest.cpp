@@ -7,7 +7,7 @@
 
 #include "fakes/FakePlatform.h"
 #include "fakes/Memory.h"
-#include "fakes/ProcessorTime.h"
+#include "platform/ProcessorTime.h"
 
 #include <QBuffer>
 #include <QImage>

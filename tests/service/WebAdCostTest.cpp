@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/FakePlatform.h"
-#include "fakes/ProcessorTime.h"
+#include "platform/ProcessorTime.h"
 #include "service/WebAd.h"
 #include "strip/Banner.h"
 

@@ -4,8 +4,8 @@
 
 #include "fakes/FakePlatform.h"
 #include "fakes/LoopbackServer.h"
-#include "fakes/ProcessorTime.h"
 #include "platform/CurlHttp.h"
+#include "platform/ProcessorTime.h"
 #include "service/BannerImages.h"
 #include "support/RuntimeError.h"
 

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#pragma once
+#include "platform/ProcessorTime.h"
 
 #include <ctime>
 
-/// What this thread has taken of a processor's time, in milliseconds: what else goes on costs nothing of it.
-[[nodiscard]] inline double ProcessorMilliseconds()
+double ProcessorMilliseconds()
 {
     std::timespec used = {};
     ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
