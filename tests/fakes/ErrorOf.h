@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-/// The number of the run-time error that the step throws, 0 for none. Its result, if it has one, is not
-/// wanted.
+/// The number of the run-time error that the step throws, 0 for no error. The result of the step is
+/// ignored.
 template <typename Step>
 [[nodiscard]] int ErrorOf(Step step)
 {

@@ -70,7 +70,7 @@ public:
     std::int16_t hijriYear = 1429;
     /// The next SetHorParams throws, as it does without a library.
     bool fails = false;
-    /// Each SunElev throws, as it does with a library that has none.
+    /// Each SunElev throws, as it does with a library without this function.
     bool failsInTheSky = false;
     QStringList calls;
 

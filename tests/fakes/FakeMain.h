@@ -18,7 +18,7 @@ public:
     void RefreshAd() override {}
 };
 
-/// A main window with nothing in it, which has the user's attention.
+/// An empty main window that is the active form.
 class FakeMain : public Form, public SilentMain
 {
 public:

@@ -20,7 +20,7 @@
 #include <map>
 #include <vector>
 
-/// A clock that stands where a test sets it.
+/// A clock that shows the time that a test sets.
 class FakeClock final : public Clock
 {
 public:
@@ -91,7 +91,7 @@ public:
     std::vector<FakeTimer*> all;
 };
 
-/// Answers requests from a table and remembers what was asked.
+/// Answers requests from a table and records them.
 class FakeHttp final : public Http
 {
 public:
@@ -116,7 +116,7 @@ public:
             onRequest(url);
         }
         if (whileWaiting) {
-            // Once: a handler that asks again is not asked about again.
+            // Once: the requests of the handler itself do not call it again.
             const auto act = std::exchange(whileWaiting, nullptr);
             act();
         }
@@ -140,11 +140,11 @@ public:
     }
 
     bool reachable = false;
-    /// Of the next probes; `reachable` when there are none left.
+    /// Results of the next probes; afterwards `reachable`.
     std::deque<bool> probeAnswers;
     /// Runs inside each probe.
     std::function<void()> whileProbing;
-    /// Reply by a part of the URL; nothing for a URL that fits none.
+    /// Reply by a part of the URL; no reply to any other URL.
     std::map<QString, QByteArray> replies;
     QStringList probes;
     QStringList requests;
@@ -159,7 +159,7 @@ public:
     std::function<void()> whileWaiting;
 };
 
-/// Records what it was told, in order, in @ref log as well.
+/// Records its calls, in order, in @ref log as well.
 class FakePlayer final : public MediaPlayer
 {
 public:
@@ -210,7 +210,7 @@ public:
     QMenu* lastMenu = nullptr;
 };
 
-/// Message boxes that answer and remember what was asked.
+/// Message boxes that answer at once and record their contents.
 class FakeMessageBoxes final : public MessageBoxes
 {
 public:
@@ -253,7 +253,7 @@ public:
     }
 
     std::vector<Box> boxes;
-    /// Answers to the next questions; No when there are none left.
+    /// Answers to the next questions; afterwards No.
     std::deque<bool> answers;
     /// Runs while a box is up, as events do under a real one.
     std::function<void()> whileOpen;

@@ -14,7 +14,7 @@ namespace {
 constexpr qsizetype kLongestHead = 1024 * 1024;
 constexpr std::size_t kMostConnections = 2000;
 
-// Whether the socket is ready before the test ends or the time (-1 for none) is over.
+// Whether the socket is ready before the test ends or the timeout (-1: no limit) is over.
 bool IsReady(int socket, short events, int stop, int milliseconds)
 {
     pollfd watched[] = {{socket, events, 0}, {stop, POLLIN, 0}};
@@ -107,7 +107,7 @@ LoopbackServer::~LoopbackServer()
 {
     m_stopping = true;
     const char byte = 0;
-    // Nobody reads it, so that every thread that waits sees it.
+    // The byte is never read, so the pipe stays readable for all threads.
     if (::write(m_stop[1], &byte, 1) != 1) {
         qFatal("the server can't be stopped");
     }

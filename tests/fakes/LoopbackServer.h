@@ -12,7 +12,7 @@
 #include <vector>
 
 /// A real HTTP server on 127.0.0.1 that behaves as badly as a test wants. Each connection has a thread of its
-/// own; all of them end when the server is destroyed, whatever they are in the middle of.
+/// own; the destructor ends all of them, also during a reply.
 class LoopbackServer final
 {
 public:
@@ -29,9 +29,9 @@ public:
         [[nodiscard]] const QByteArray& Request() const { return m_request; }
         /// 1 for the first request on its connection.
         [[nodiscard]] int Number() const { return m_number; }
-        /// What stands between the method and the version of the request line.
+        /// The target of the request line, between method and version.
         [[nodiscard]] QByteArray Target() const;
-        /// False once the other side or the test has had enough.
+        /// False once the other side has closed the connection or the test ends.
         bool Send(const QByteArray& bytes);
         /// A whole reply with its length.
         bool Reply(const QByteArray& body, const QByteArray& status = "200 OK",
@@ -39,7 +39,7 @@ public:
         /// The same; the connection stays open for another request.
         bool Keep(const QByteArray& body);
         [[nodiscard]] bool IsKept() const { return m_isKept; }
-        /// From now on nothing that comes in is acknowledged, as behind a router that has forgotten the
+        /// From now on incoming packets are not acknowledged, as with a router that has forgotten the
         /// connection.
         void Swallow() const;
         /// Waits until the time is over; false as soon as the other side closes or the test ends.
@@ -73,12 +73,12 @@ public:
     [[nodiscard]] int Open() const { return m_open; }
 
     static Handler Answer(const QByteArray& body);
-    /// The bytes as they stand, then the end of the connection.
+    /// The bytes unchanged, then the end of the connection.
     static Handler Raw(const QByteArray& bytes);
     static Handler Hang();
-    /// A good head, then one byte at each interval for ever.
+    /// A valid head, then one byte at each interval for ever.
     static Handler Drip(int milliseconds);
-    /// A good head without a length, then bytes for as long as somebody takes them.
+    /// A valid head without a length, then bytes until the client closes the connection.
     static Handler Flood();
     static Handler RedirectTo(const QByteArray& location);
 

@@ -7,10 +7,10 @@
 
 #include <malloc.h>
 
-/// What this process takes of the computer's memory, in bytes.
+/// The memory of this process, in bytes.
 namespace Memory {
 
-/// A sanitizer keeps what is freed.
+/// False with a sanitizer, which keeps freed memory.
 #ifdef __SANITIZE_ADDRESS__
 inline constexpr bool kIsTrue = false;
 #else
@@ -36,20 +36,20 @@ inline constexpr bool kIsTrue = true;
     return Line("VmRSS");
 }
 
-/// The most since the last ForgetPeak.
+/// The peak since the last ForgetPeak.
 [[nodiscard]] inline qint64 Peak()
 {
     return Line("VmHWM");
 }
 
-/// What is taken once all that is free has been given back.
+/// The resident memory after free blocks have been returned to the system.
 [[nodiscard]] inline qint64 Trimmed()
 {
     ::malloc_trim(0);
     return Resident();
 }
 
-/// Begins to look for the most anew; answers what is taken now.
+/// Resets the peak; returns the resident memory.
 inline qint64 ForgetPeak()
 {
     const qint64 now = Trimmed();

@@ -6,7 +6,7 @@
 
 #include <map>
 
-/// Files that no disk has to keep up with. Names that differ only in case mean one file.
+/// Files in memory, faster than a disk. Names that differ only in case mean one file.
 class MemoryFiles final : public FileStore
 {
 public:

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 #include <pthread.h>
 
-/// While it lives no thread starts in this process: none finds room for its stack.
+/// While it lives no thread can start in this process: there is no memory for its stack.
 class NoThreads final
 {
 public:

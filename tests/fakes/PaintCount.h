@@ -11,7 +11,7 @@
 #include <QWidget>
 #include <QWindow>
 
-/// Counts how often the widgets of a name are painted, also one that is only made while this looks.
+/// Counts how often the widgets of a name are painted, including widgets made later.
 class PaintCount final : public QObject
 {
 public:
@@ -33,7 +33,7 @@ private:
     QString m_name;
 };
 
-/// The parts of a widget that have been painted since this looks.
+/// The parts of a widget that have been painted since the construction of this object.
 class PaintedRegion final : public QObject
 {
 public:
@@ -49,8 +49,8 @@ public:
     QRegion region;
 };
 
-/// A desktop that asks for the picture of a new window only when the program serves events: what has been
-/// painted before is what the program has waited for.
+/// A desktop that exposes a new window only when the program serves events. A window that is painted at a
+/// given moment is one for which the program has waited.
 class SlowDesktop final : public QObject
 {
 public:

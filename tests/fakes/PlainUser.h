@@ -8,8 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// While it lives the process has no more rights over files than a user who is not root. The folder that it
-/// is given can be entered and written by such a user from then on.
+/// While it lives the process has only the file permissions of a user other than root. Makes the given
+/// folder writable for every user.
 class PlainUser final
 {
 public:

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-/// A window without a content that counts what happens to it.
+/// An empty window that counts its paints and focus requests.
 class PlainWindow final : public Form
 {
 public:
@@ -38,7 +38,7 @@ public:
 
     int focusRequests = 0;
     int paints = 0;
-    /// What the next requests for the focus end in.
+    /// Error thrown by the next SetFocus calls.
     std::optional<int> focusError;
 
 protected:

@@ -7,8 +7,8 @@
 #include <QProcess>
 #include <QTest>
 
-/// The service of the journeys, a process of its own, so that none of its memory is ours. A program that uses
-/// it is compiled with DUSKBEACON_STAND_IN, the script, and DUSKBEACON_SERVICE_URL.
+/// The service of the journeys, as a process of its own, so that its memory is not counted here. A program
+/// that uses it is compiled with DUSKBEACON_STAND_IN, the script, and DUSKBEACON_SERVICE_URL.
 class StandIn final
 {
 public:
@@ -18,7 +18,7 @@ public:
                                                     QStringLiteral("--seconds"), QStringLiteral("300")});
         m_process.waitForReadyRead(20'000);
         m_url = QStringLiteral("http://127.0.0.1:") + QString::fromLatin1(m_process.readLine().trimmed());
-        // What it prints would fill its pipe, or our memory.
+        // Count the requests and drop the output, which would fill the pipe or the memory.
         QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
                          [this] { m_asked += m_process.readAllStandardOutput().count("/cgi-bin/dbeacon/"); });
     }
@@ -35,7 +35,7 @@ public:
     {
         return {QStringLiteral(DUSKBEACON_SERVICE_URL), m_url, limits};
     }
-    /// One of its scripts misbehaves in that way from now on; false if it does not hear.
+    /// Makes one of its scripts misbehave in that way from now on; false if the service does not answer.
     [[nodiscard]] bool Misbehave(const char* script, const char* how)
     {
         return CurlHttp()
@@ -44,7 +44,7 @@ public:
                    HttpLimits{})
             .has_value();
     }
-    /// How many requests have come, once those are in that are on their way.
+    /// Number of requests received; first waits for the expected number.
     [[nodiscard]] qsizetype Asked(qsizetype expected)
     {
         static_cast<void>(QTest::qWaitFor([&] { return m_asked >= expected; }));

@@ -8,8 +8,7 @@
 
 #include <memory>
 
-/// Makes the main window known, and the splash that its load shows. All that is handed in must outlive @p
-/// forms.
+/// Registers the main window and the splash that its load shows. All arguments must outlive @p forms.
 inline void RegisterStartWindows(Forms& forms, Calculation& calculation)
 {
     forms.Register(DlgStart::kName, [&forms] { return std::make_unique<DlgStart>(forms); });

@@ -7,8 +7,7 @@
 
 int main(int argc, char* argv[])
 {
-    // Locale and zone are pinned here, and the display where nobody names one, so that a test means the same
-    // on every machine.
+    // Fix locale and time zone, and a default display, so that results do not depend on the machine.
     qputenv("TZ", "UTC");
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("LANG", "C.UTF-8");
