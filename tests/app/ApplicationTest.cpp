@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The application as main prepares it, whatever it was before.
+/// The application as main prepares it.
 class ApplicationTest : public testing::Test
 {
 protected:

@@ -19,7 +19,7 @@ protected:
                     R"(<maghrib enabled="true" popup="%1" mobil="false" play="true" audioFile="a.mp3"/>)")
                 .arg(HasPopup() ? QStringLiteral("true") : QStringLiteral("false"))
                 .replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")));
-        // The warning of Isha falls due in the same tick.
+        // The warning of Isha is due in the same tick.
         calculation.slots_[9] = 1132;
         forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
         forms.Register(FrmMain::kName, [this] {

@@ -13,7 +13,7 @@
 
 #include <gtest/gtest.h>
 
-/// The main window on fakes, loaded by the first touch from settings.xml as the test has left it by then.
+/// The main window on fakes. The first Touch loads it from the settings.xml of the test.
 class FirstTouchFixture : public testing::Test
 {
 protected:
@@ -57,13 +57,13 @@ protected:
         EXPECT_TRUE(text.contains(QLatin1String(before))) << before;
         return text.replace(QLatin1String(before), QLatin1String(after));
     }
-    /// The fatal box alone has come, and the program ends.
+    /// Only the fatal box was shown, and the program ends.
     void ExpectFatal(int number)
     {
         EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Fatal(number)});
         EXPECT_EQ(platform.process.ended, 1);
     }
-    /// The file names a place that there is none of.
+    /// Current is empty.
     static void WriteWithoutAPlace() { WriteSettings(Changed("Current=\"Chicago\"", "Current=\"\"")); }
     [[nodiscard]] bool IsRunning() const { return platform.timers.Ticker()->IsEnabled(); }
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The whole main window by keys alone, from where it starts.
+/// The whole main window used by keyboard alone, from its initial focus.
 class KeyboardTest : public MainWindowFixture
 {
 protected:

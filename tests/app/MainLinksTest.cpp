@@ -24,7 +24,7 @@
 
 namespace {
 
-/// A main window of its controls alone.
+/// A main window reduced to its controls.
 class ControlsMain final : public FakeMain
 {
 public:
@@ -53,7 +53,7 @@ protected:
         });
         window.Variables().Settings.PID = QStringLiteral("P-77");
         window.show();
-        // Away from where the last test left the mouse: a move to the same place is none.
+        // Move the mouse away from its last position: Qt ignores a move to the same position.
         Desk::MoveTo(window, {600, 420});
     }
     ~MainLinksTest() override { Desk::Settle(); }

@@ -56,7 +56,7 @@ double Contrast(const QColor& left, const QColor& right)
     return a > b ? a / b : b / a;
 }
 
-/// Where a label's text lies in its parent.
+/// The rectangle of a label's text in its parent.
 QRect TextPlace(const QLabel& label)
 {
     const QRect text = label.fontMetrics().boundingRect(label.contentsRect(),
@@ -118,7 +118,7 @@ TEST_F(MainWindowFace, betweenUpdates_nothingIsDrawn)
     PaintCount sky(QStringLiteral("VBSunAndMoon1"));
     PaintCount compass(QStringLiteral("VBCompas1"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return sky.paints > 0 && compass.paints > 0; }));
-    // All that the showing left to be painted is painted once the countdown is.
+    // Once the countdown is painted, all pending paints are done.
     PaintCount countdown(QStringLiteral("LblCountDown"));
     Find<QLabel>("LblCountDown").update();
     ASSERT_TRUE(QTest::qWaitFor([&] { return countdown.paints > 0; }));
@@ -136,7 +136,7 @@ TEST_F(MainWindowFace, betweenUpdates_nothingIsDrawn)
     EXPECT_EQ(compass.paints, 0);
 }
 
-// The list of the first start comes up over it before the desktop has placed it.
+// At a first start the list of places opens over the window before the desktop has placed the window.
 TEST_F(MainWindowFace, placeOnTheScreen_isTheMiddle_knownBeforeTheWindowIsShown)
 {
     const QPoint middle = QGuiApplication::primaryScreen()->availableGeometry().center();
@@ -264,7 +264,7 @@ TEST_F(MainWindowFace, links_areBlue)
     }
 }
 
-// An alert or a dialog in front of the window is no reason to grey what it shows.
+// An alert or a dialog in front of the window disables it; its contents must not turn grey.
 TEST_F(MainWindowFace, windowThatTakesNoInput_looksAsBefore)
 {
     Window().show();
@@ -280,7 +280,7 @@ TEST_F(MainWindowFace, windowThatTakesNoInput_looksAsBefore)
     EXPECT_TRUE(Window().grab().toImage() == before);
 }
 
-TEST_F(MainWindowFace, stopLinkBehindAnAlert_isBlueWhileASoundPlaysOnly)
+TEST_F(MainWindowFace, stopLink_windowDisabled_isBlueOnlyWhileEnabled)
 {
     auto* const link = &Find<LinkLabel>("LblStopLink");
     const auto colour = [&] { return link->palette().color(link->foregroundRole()); };
@@ -294,7 +294,7 @@ TEST_F(MainWindowFace, stopLinkBehindAnAlert_isBlueWhileASoundPlaysOnly)
     EXPECT_EQ(colour(), greyed);
 }
 
-TEST_F(MainWindowFace, whatPeopleUse_hasAnAccessibleName)
+TEST_F(MainWindowFace, controls_haveAccessibleNames)
 {
     int checked = 0;
     for (QWidget* const widget : Window().findChildren<QWidget*>()) {
@@ -310,7 +310,7 @@ TEST_F(MainWindowFace, whatPeopleUse_hasAnAccessibleName)
     EXPECT_GT(checked, 10);
 }
 
-// The frame's line runs behind its caption, which stands in a gap.
+// The frame's line is interrupted at the caption.
 TEST_F(MainWindowFace, frame_drawsItsLineThroughTheMiddleOfTheCaption)
 {
     QGroupBox frame(QStringLiteral("A && B"));

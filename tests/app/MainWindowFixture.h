@@ -29,7 +29,7 @@ protected:
         Desk::Settle();
         return *m_main;
     }
-    /// Into the tray, where there is one.
+    /// Into the notification area, if there is one.
     static void Minimise(QWidget& window)
     {
         window.showMinimized();
@@ -41,7 +41,7 @@ protected:
         Desk::Settle();
     }
     PlainWindow& Dialog(const char* name) { return PlainWindow::Touch(forms, QLatin1String(name)); }
-    /// A dialog as a link leaves it: up, and named as the one that has the attention.
+    /// Opens a dialog as a link does: shown, and named by ActiveForm.
     PlainWindow& OpenDialog(const char* name)
     {
         PlainWindow& dialog = Dialog(name);

@@ -202,7 +202,7 @@ TEST_F(MainWindowTest, locationLink_opensAListThatTakesInput)
 {
     FrmMain& main = Start();
     PlainWindow& list = OpenDialog("FrmLocation");
-    // As its search, still open, has left it.
+    // The open search has disabled it.
     list.setEnabled(false);
     main.Variables().ActiveForm = FrmMain::kName;
     Activate(main);
@@ -273,7 +273,7 @@ TEST_F(MainWindowTest, unload_takesSchedulerAndPlayerAlong)
     EXPECT_TRUE(platform.player.log.contains(QStringLiteral("stop")));
 }
 
-TEST_F(MainWindowTest, unloaded_whatADialogAsksOfItDoesNothing)
+TEST_F(MainWindowTest, unloaded_callsOfADialog_doNothing)
 {
     FrmMain& main = Start();
     OpenDialog("FrmAlerts");
@@ -321,7 +321,7 @@ TEST_F(MainWindowTest, thousandTimesMinimiseAndOpen_losesAndGrowsNothing)
     EXPECT_EQ(platform.tray.added, 1);
     EXPECT_TRUE(platform.tray.shown);
 #ifdef __SANITIZE_ADDRESS__
-    // The sanitizer keeps what was freed, for a while, to find who still uses it.
+    // The sanitizer keeps freed memory for a while to detect later use.
     constexpr long kAllowedPages = 512 * 256;
 #else
     constexpr long kAllowedPages = 256;

@@ -146,7 +146,7 @@ TEST_F(PrayerDisplayTest, countDown_runsToTheNextPrayer)
         {"24", "shafi", QTime(15, 45), u"2:57"},
         {"24", "shafi", QTime(18, 42), u"1:33"},
         {"24", "shafi", QTime(20, 14), u"0:01"},
-        // Intended: in Isha's own minute none is ahead.
+        // Intended: in Isha's own minute there is no next prayer.
         {"24", "shafi", QTime(20, 15), u"-21:45"},
         {"12", "shafi", QTime(20, 15), u"-21:45 AM"},
         {"24", "shafi", QTime(20, 16), u"Done"},
@@ -167,7 +167,7 @@ TEST_F(PrayerDisplayTest, countDown_runsToTheNextPrayer)
     }
 }
 
-// At high latitudes an event may not come to pass, and one of the evening may fall behind midnight.
+// At high latitudes an event may not occur, and one of the evening may occur after midnight.
 TEST_F(PrayerDisplayTest, absentIsha_isDoneAllDay_andReadsOneMinuteBeforeTheDay)
 {
     calculation.slots_[9] = -1;
@@ -181,7 +181,7 @@ TEST_F(PrayerDisplayTest, absentIsha_isDoneAllDay_andReadsOneMinuteBeforeTheDay)
     EXPECT_EQ(Text("LblIshaTime"), QStringLiteral("-1:59 AM"));
 }
 
-TEST_F(PrayerDisplayTest, ishaBehindMidnight_isDoneFromTheMinuteBehindIt)
+TEST_F(PrayerDisplayTest, ishaAfterMidnight_isDoneFromTheNextMinute)
 {
     calculation.slots_[9] = 30;
     EXPECT_EQ(CountDownAt(0, 29), QStringLiteral("4:31")) << "the first of the list, not the least, is next";
@@ -204,7 +204,7 @@ TEST_F(PrayerDisplayTest, thirteenHoursLeft_12_readsPM)
     EXPECT_EQ(CountDownAt(10, 0), u"1:20 PM");
 }
 
-TEST_F(PrayerDisplayTest, countDown_changesOnEveryTick_alsoBehindMidnight)
+TEST_F(PrayerDisplayTest, countDown_changesOnEveryTick_alsoAfterMidnight)
 {
     Window();
     const std::pair<QTime, const char16_t*> ticks[] = {{QTime(20, 16, 59), u"Done"},

@@ -14,9 +14,9 @@ namespace {
 struct DialogRow
 {
     const char* name;
-    /// The window that its closing leaves to be closed; none where it leaves the main window.
+    /// The window that is in front after the dialog closes; null if that is the main window.
     const char* below;
-    /// Whether it leaves the main window usable.
+    /// Whether the main window is usable while the dialog is open.
     bool isMainUsable;
 };
 
@@ -77,7 +77,7 @@ protected:
         ASSERT_FALSE(main->isVisible());
         ASSERT_TRUE(Dialog() == nullptr || Dialog()->isVisible()) << "the dialog stays";
     }
-    /// With the window below, if there is one, the main window is out of reach until that goes as well.
+    /// If there is a window below, the main window stays disabled until that closes as well.
     void CloseDialog()
     {
         Close(*Dialog());
@@ -197,7 +197,7 @@ INSTANTIATE_TEST_SUITE_P(Each, RealDialogsTest,
                                          DialogRow{"FrmPopup", nullptr, false}),
                          [](const auto& row) { return std::string(row.param.name); });
 
-/// The main window with the two dialogs behind its links.
+/// The main window with the two dialogs that its links open.
 class LinkedDialogsTest : public MainWindowFixture
 {
 protected:
@@ -243,7 +243,7 @@ TEST_F(LinkedDialogsTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOnc
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
-// Unlike the settings dialog, which just doesn't stay: a list that can't be opened is fatal.
+// Unlike the settings dialog, which only closes again, a list that can't be opened is fatal.
 TEST_F(LinkedDialogsTest, damagedFile_listSaysSoThenEndsTheProgram)
 {
     Start();

@@ -172,7 +172,7 @@ TEST_F(SoundControlsTest, mouseOverTheLink_makesTheHand)
     EXPECT_TRUE(QTest::qWaitFor([this] { return main->cursor().shape() == Qt::PointingHandCursor; }));
 }
 
-TEST(SoundControls, windowGone_playerReportsToNobody)
+TEST(SoundControls, windowGone_playerSendsNoReport)
 {
     FakePlatform platform;
     FakeCalculation calculation;

@@ -53,7 +53,7 @@ TEST_F(StartUpOrderTest, attention_isTheMainWindowsBeforeTheFirstRequest)
     EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmPopup")) << "not overwritten";
 }
 
-TEST_F(StartUpOrderTest, icon_isAddedBehindAllRequestsAndTheQuestionForTheNewVersion)
+TEST_F(StartUpOrderTest, icon_isAddedAfterAllRequestsAndTheQuestionForTheNewVersion)
 {
     platform.http.replies[QStringLiteral("version.pl")] = "<root version_name='2' version_sequence='6'/>";
     int questions = 0;
@@ -86,7 +86,7 @@ TEST_F(StartUpOrderTest, debugMode_addsNoIcon)
     EXPECT_TRUE(platform.boxes.boxes.empty());
 }
 
-TEST_F(StartUpOrderTest, identifierThatIsMissing_isAskedForAndFirstRunWritten_whateverItSaid)
+TEST_F(StartUpOrderTest, missingIdentifier_anyFirstRun_isRequestedAndFirstRunWritten)
 {
     WriteSettings(Changed("FirstRun=\"false\"", "FirstRun=\"no\"")
                       .replace(QStringLiteral("pid=\"P-77\""), QStringLiteral("pid=\"\"")));

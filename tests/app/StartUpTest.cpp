@@ -37,7 +37,7 @@ protected:
     int endedUnderTheBox = 0;
 };
 
-// Looks at the splash while the process sleeps.
+// Checks the splash while the process sleeps.
 class WatchfulProcess final : public Process
 {
 public:
@@ -168,7 +168,7 @@ TEST_F(StartUpTest, settingsThatAPlainUserCanRead_areEnough)
 
 TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
 {
-    // A tray that fails stands for any step that throws.
+    // A failing tray represents any step that throws.
     class BrokenTray final : public TrayIcon
     {
     public:
@@ -271,7 +271,7 @@ TEST_F(SettingsFolderTest, fileBesideTheProgram_isTakenThere_elseFromTheUsersDat
     EXPECT_EQ(QDir::currentPath(), Folder("own"));
 }
 
-TEST_F(SettingsFolderTest, noFolderAtAll_neverTakesAFileThatLiesAroundWhereItWasStarted)
+TEST_F(SettingsFolderTest, noFolder_fileInTheWorkingDirectory_isNotUsed)
 {
     platform.process.dataFolder = Folder("missing");
     WriteInto(Folder("elsewhere"));

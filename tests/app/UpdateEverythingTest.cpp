@@ -72,7 +72,7 @@ TEST_F(UpdateEverythingTest, value_reachesTheCalculation)
     }
 }
 
-TEST_F(UpdateEverythingTest, unusableValue_leavesAllAsItWas_withoutAWord)
+TEST_F(UpdateEverythingTest, unusableValue_changesNothing_showsNoMessage)
 {
     Window();
     const QString times = Times();

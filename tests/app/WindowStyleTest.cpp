@@ -33,7 +33,7 @@ QImage Drawn(const WindowStyle& style, const QStyleOptionButton& option)
 TEST(WindowStyle, equalColours_shareOnePalette_soThatDrawingsDoNotPileUp)
 {
     const WindowStyle style;
-    // Not const: the style puts the shared palette into them.
+    // Not const: the style sets the shared palette on them.
     QStyleOptionButton one = ButtonIn(Qt::yellow);
     QStyleOptionButton equal = ButtonIn(Qt::yellow);
     QStyleOptionButton other = ButtonIn(Qt::red);
