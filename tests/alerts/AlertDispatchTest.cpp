@@ -27,7 +27,7 @@ protected:
         EXPECT_TRUE(platform.boxes.boxes.empty());
         EXPECT_EQ(main->Variables().ActiveForm, u"FrmMain");
     }
-    /// Ends the alert that came.
+    /// Ends the current alert.
     void Forget()
     {
         forms.Unload(FrmPopup::kName);
@@ -68,7 +68,7 @@ TEST_F(AlertDispatchTest, eachSlot_followsTheSettingsOfItsPrayer)
         EXPECT_EQ(platform.http.requests.size(), 1);
         EXPECT_EQ(main->Variables().ActiveForm, u"FrmPopup");
         Forget();
-        // The warning asks for nothing but "enabled".
+        // The warning depends on "enabled" only.
         for (const QString& attributes : {kOn, kBare}) {
             SetPrayer(row.element, attributes);
             dispatch.AdvAlarm(row.slot);
@@ -213,7 +213,7 @@ TEST_F(AlertDispatchTest, hourMode_handlersAskDifferently_requestIsAlwaysIn24)
     }
 }
 
-// Intended: the alarm asks the copy in memory, the warning asks the file.
+// Intended: the alarm reads the copy in memory, the warning reads the file.
 TEST_F(AlertDispatchTest, asr_onlyTheSlotOfTheMethodFires)
 {
     const struct
@@ -258,7 +258,7 @@ TEST_F(AlertDispatchTest, settingsFileMissingDamagedOrEmpty_endsSilently)
     }
 }
 
-TEST_F(AlertDispatchTest, service_whateverItAnswers_soundAndAdFollow)
+TEST_F(AlertDispatchTest, service_anyReply_soundAndAdFollow)
 {
     SetPrayer(u"fajr", kOn);
     const QByteArray replies[] = {"<root result=\"1\"/>", "<root result=\"0\"/>", "not xml", "",

@@ -18,7 +18,7 @@
 
 #include <gtest/gtest.h>
 
-/// A main window that notes what alerts ask of it.
+/// A main window that records the calls of alerts.
 class NotingMain final : public FakeMain
 {
     Q_OBJECT
@@ -135,7 +135,7 @@ protected:
         EXPECT_TRUE(main->isEnabled());
         EXPECT_EQ(main->Variables().ActiveForm, u"FrmMain");
     }
-    /// What has happened since the last look, in its order, as one text.
+    /// Events since the last call, in order, joined.
     [[nodiscard]] QString TakeLog() { return std::exchange(log, {}).join(u'|'); }
 
     FakePlatform platform;

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// The popup in a session in which a screen reader listens; only there the toolkit tells anything.
+/// The popup in a session with a screen reader; only there the toolkit sends announcements.
 class AnnouncementTest : public AlertsFixture
 {
 protected:
@@ -25,7 +25,7 @@ protected:
     }
 
 private:
-    // Of each alert its name, its text, and whether it can be seen.
+    // Name, text and visibility of each alert.
     static void Hear(QAccessibleEvent* event)
     {
         if (event->type() != QAccessible::Alert) {

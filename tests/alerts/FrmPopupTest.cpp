@@ -44,7 +44,7 @@ TEST_F(FrmPopupTest, labels_holdTwoLinesAndTheWidestTime)
     EXPECT_GE(text->sizeHint().height(), 2 * text->fontMetrics().height()) << "two lines, not one";
     EXPECT_LT(text->sizeHint().height(), 3 * text->fontMetrics().height()) << "two lines, not three";
     const auto* const clock = Popup()->findChild<QLabel*>(QStringLiteral("LblCurrTime"));
-    // All digits are equally wide, and so is the whole of each time with five of them or six.
+    // All digits are equally wide, so all times with the same number of digits are equally wide.
     for (const char* const time : {"12:59:59 AM", "10:44:44 AM", "11:11:11 PM"}) {
         EXPECT_LE(clock->fontMetrics().horizontalAdvance(QLatin1String(time)), clock->width()) << time;
     }

@@ -26,7 +26,7 @@ protected:
         AlertsFixture::ShowPopup(seconds);
         Desk::Settle();
     }
-    /// The popup takes its "OK".
+    /// "OK" closes the popup.
     void ClickOk() const
     {
         Desk::Click(Ok());

@@ -16,12 +16,12 @@ struct Year
     std::int16_t zone;
     std::int16_t daylightSaving;
     const char* asrMethode;
-    /// Minutes; below 0 none are asked for.
+    /// Minutes by which the warning precedes the prayer; -1: no warning; below -1: it follows the prayer.
     int advance;
     bool popups;
-    /// Seconds after which the user presses "OK"; 0 for a user who never does.
+    /// Seconds after which the user presses "OK"; 0: never.
     int patience;
-    /// The elements of the prayers that are on.
+    /// The elements of the enabled prayers.
     QString enabled;
 };
 
@@ -36,16 +36,16 @@ const Year kYears[] = {
     {"Chicago", 4185, -8765, -6, 0, "shafi", -1, true, 0, kAll},
     {"Makkah", 2142, 3983, 3, 0, "hanafi", 10, true, 5, kAll},
     {"London", 5151, -13, 0, -1, "shafi", 1, false, 0, kAll},
-    // Isha's warning stands in the way of Maghrib's alarm.
+    // The popup of Isha's warning blocks Maghrib's alarm.
     {"Jakarta", -621, 10685, 7, 0, "shafi", 80, true, 900, QStringLiteral("maghrib isha")},
     {"Oslo", 5991, 1075, 1, 0, "hanafi", 5, true, 3, kAll},
     {"Sydney", -3387, 15121, 10, 0, "shafi", 0, false, 30, kAll},
-    // The alarm's popup stands in the way of a warning that comes five minutes late.
+    // The alarm's popup blocks a warning five minutes later.
     {"Karachi", 2486, 6701, 5, 0, "hanafi", -5, true, 0, QStringLiteral("asr isha")},
     {"Nairobi", -129, 3682, 3, 0, "none", 20, false, 20, kAll},
 };
 
-/// Says what is due by the rules alone: no window, no file, no event.
+/// Computes the due alerts from the rules alone, without window, file or event.
 class Expectation
 {
 public:
@@ -57,7 +57,7 @@ public:
     /// @param day seconds since the beginning at midnight
     void AddDay(const PTimer& timer, qint64 day)
     {
-        // Nothing is raised in the minute of midnight.
+        // No alert is raised in the minute of midnight.
         for (int minute = 1; minute < 1440; ++minute) {
             const qint64 now = day + minute * 60;
             if (const int slot = FirstSlotAt(timer, minute); IsOn(slot) && IsFree(now)) {
@@ -91,7 +91,7 @@ private:
     }
     [[nodiscard]] bool IsOn(int slot) const
     {
-        // By slot; none for a slot that raises nothing.
+        // By slot; empty for a slot that raises no alert.
         static const QStringList elements =
             QStringLiteral(",fajr,shuruq,,,duhr,asr,asr,,maghrib,isha").split(u',');
         const QString& element = elements.at(slot);
@@ -100,7 +100,7 @@ private:
         return !element.isEmpty() && m_year.enabled.contains(element) &&
                ((slot != 6 && slot != 7) || isAsrOfTheMethod);
     }
-    // The scheduler's tick comes ahead of the popup's in the same second, so that the last second counts.
+    // The scheduler ticks before the popup in the same second, so the popup's last second still blocks.
     [[nodiscard]] bool IsFree(qint64 now) const { return now > m_occupiedUntil; }
     void Occupy(qint64 now, int seconds)
     {
@@ -146,7 +146,7 @@ protected:
     }
     void OnAdvAlarm(std::int16_t slot)
     {
-        // A popup that is up already shows by its text whether a warning has come through to it.
+        // Clear the label of an open popup: a text then shows that a warning replaced it.
         auto* const label = PopupIsUp() ? Popup()->findChild<QLabel*>(QStringLiteral("Label1")) : nullptr;
         if (label != nullptr) {
             label->clear();
@@ -157,7 +157,7 @@ protected:
         }
     }
 
-    // One minute of the clock: the scheduler's tick at its first second, and the popup's at each.
+    // One minute of the clock: the scheduler ticks at its first second, the popup at each.
     void PassMinute(FakeTimer* ticker)
     {
         const bool wasUp = PopupIsUp();

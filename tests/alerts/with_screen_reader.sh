@@ -14,7 +14,7 @@ start_display "$runtime" -screen 0 1024x768x24 || { echo "$0: no virtual display
 export XDG_RUNTIME_DIR=$runtime
 export QT_QPA_PLATFORM=xcb QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
 unset DBUS_SESSION_BUS_ADDRESS AT_SPI_BUS_ADDRESS NO_AT_BRIDGE
-# The accessibility bus has to be there before the program looks for it.
+# The accessibility bus must be running before the program looks for it.
 dbus-run-session -- sh -c '
     dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus org.a11y.Bus.GetAddress >/dev/null
     exec "$@"' sh "$@"
