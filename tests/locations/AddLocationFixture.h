@@ -9,7 +9,7 @@ inline const QString kNoCityInfo =
 inline constexpr const char* kCairoReply =
     R"(<root><Cairo atlas_id="EG-1" city="Cairo" state="Egypt" longitude="31.25 E" longitude_final="31.25" latitude="30.05 N" latitude_final="30.05" time_zone2="2" note="&quot;mother&quot; &amp; more &lt;"/></root>)";
 
-/// The search window with two results, and a service that knows the place behind them.
+/// The search window with two results, and a service that knows their place.
 class AddLocationFixture : public LocationsFixture
 {
 protected:
@@ -29,7 +29,7 @@ protected:
     }
     static QByteArray Reply(const QByteArray& children) { return "<root>" + children + "</root>"; }
 
-    /// The search window with two results, none selected.
+    /// The search window with two results and no selection.
     FrmNewLoc& OpenResults()
     {
         FrmNewLoc& window = OpenSearch();

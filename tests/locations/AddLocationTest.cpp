@@ -27,14 +27,14 @@ TEST_F(AddLocationTest, add_nothingSelected_saysSoAndSendsNothing_alsoWhereTheLi
     }
 }
 
-TEST_F(AddLocationTest, addOrDoubleClick_movesTheElementUnchangedBehindThePlaces)
+TEST_F(AddLocationTest, addOrDoubleClick_appendsTheElementUnchangedToThePlaces)
 {
     for (const bool byDoubleClick : {false, true}) {
         WriteSettings();
         const FrmNewLoc& window = OpenResults();
         platform.http.whileWaiting = [&] {
             EXPECT_FALSE(Find<QWidget>(window, "CmdAdd").isEnabled());
-            DoubleClick(Results(window), 0); // asks no second time
+            DoubleClick(Results(window), 0); // sends no second request
         };
         if (byDoubleClick) {
             DoubleClick(Results(window), 1);
@@ -68,7 +68,7 @@ TEST_F(AddLocationTest, add_thenSet_makesItCurrent)
 
 TEST_F(AddLocationTest, add_storedName_saysSoAndStaysOpen)
 {
-    // Another place, but the name alone counts.
+    // Another place of the same name: only the name is compared.
     Info(Reply(Place("Makkah")));
     const QByteArray before = ReadSettings();
     const FrmNewLoc& window = OpenResults();
@@ -76,7 +76,7 @@ TEST_F(AddLocationTest, add_storedName_saysSoAndStaysOpen)
     ExpectBoxes({Plain(kAdded)});
     EXPECT_EQ(ReadSettings(), before);
     ExpectStillOpen(window);
-    // In another case it is another name.
+    // Names are case-sensitive.
     Info(Reply(Place("makkah")));
     AddRow(window, 0);
     EXPECT_EQ(Places().count(), 3);
@@ -109,7 +109,7 @@ TEST_F(AddLocationTest, add_replyWithoutAPlace_closesWithNothingNew)
     }
 }
 
-// Nothing tells whether the place could be stored; the list shows it.
+// No message tells whether the place was stored; the list shows it.
 TEST_F(AddLocationTest, add_fileWithoutLocations_closesAsAfterASuccessWithAnEmptyList)
 {
     const FrmNewLoc& window = OpenResults();
@@ -131,9 +131,9 @@ TEST_F(AddLocationTest, add_replyWithThreePlaces_storesEverySecond)
     EXPECT_EQ(Lines(Places()).mid(2).join(u'|'), u"A, s|C, s");
 }
 
-TEST_F(AddLocationTest, add_duplicateBehindANewPlace_keepsWhatWasStored)
+TEST_F(AddLocationTest, add_duplicateAfterANewPlace_keepsTheNewPlace)
 {
-    // The first one leaves the reply, so that the walk goes on with the third.
+    // The first place is moved out of the reply, so that the loop continues with the third.
     Info(Reply(Place("A") + Place("B") + Place("Makkah")));
     const FrmNewLoc& window = OpenResults();
     AddRow(window, 0);
@@ -189,7 +189,7 @@ TEST_F(AddLocationTest, oddPlace_isListedSetAndDeletedAgain)
         {QStringLiteral("القاهرة"), QStringLiteral("القاهرة")},
         {QStringLiteral("São_Paulo"), QStringLiteral("São Paulo")},
         {QStringLiteral("_1.a-b"), QStringLiteral("x")},
-        // A word of the language of paths.
+        // "text" is a node test in XPath.
         {QStringLiteral("text"), QStringLiteral("div")},
         {QStringLiteral("Q"), QStringLiteral("\"O'Fallon\" & <b>Sons</b>")},
         {QStringLiteral("L"), QString(10000, u'w')},

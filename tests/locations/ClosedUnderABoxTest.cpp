@@ -5,11 +5,11 @@
 
 namespace {
 
-/// A window goes while a message of its own is up.
+/// A window is closed while its own message box is open.
 class ClosedUnderABoxTest : public LocationsFixture
 {
 protected:
-    /// The window of that name is gone, memory and all, when the box is answered.
+    /// The window of that name is destroyed when the box is answered.
     void CloseUnderTheBox(const QString& name)
     {
         platform.boxes.whileOpen = [this, name] {

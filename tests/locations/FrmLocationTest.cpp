@@ -22,7 +22,7 @@ protected:
     {
         return Question(QStringLiteral("Are you sure you want to remove: ") + place);
     }
-    /// One place less: Makkah goes.
+    /// Removes Makkah.
     static void WriteOnePlace()
     {
         WriteSettings(SettingsText().remove(QRegularExpression(QStringLiteral("<Makkah [^>]*/>"))));
@@ -64,7 +64,7 @@ TEST_F(FrmLocationTest, load_listsThePlacesInTheOrderOfTheFile_lastOfTheCurrentN
         {"Current=\"Chicago\"", "Current=\"Nowhere\"", {kChicago, kMakkah}, -1},
         {"Current=\"Chicago\"", "Current=\"\"", {kChicago, kMakkah}, -1},
         {"Current=\"Chicago\"", "Current=\"chicago\"", {kChicago, kMakkah}, -1},
-        // Two of one name read as the first.
+        // Of two places of one name the first is read.
         {"<Makkah ", "<Chicago ", {kChicago, kChicago}, 1},
         {"<Makkah ", "<!-- east --><Makkah ", {kChicago, QStringLiteral(", "), kMakkah}, 0},
     };
@@ -354,7 +354,7 @@ TEST_F(FrmLocationTest, delete_currentPlaceOfThree_theFirstOfTheFileBecomesCurre
     write(u"ABCD");
     const FrmLocation& window = OpenList();
     ASSERT_EQ(List(window).ListIndex(), 2);
-    // Somebody else has put them into another order since.
+    // Another program has changed their order.
     write(u"DACB");
     DeleteAnsweringYes(window);
     EXPECT_EQ(Current(), u"D") << "neither the last one nor a neighbour nor the list's first";

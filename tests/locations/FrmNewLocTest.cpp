@@ -335,7 +335,7 @@ TEST_F(FrmNewLocTest, city_listReply_failureLeavesTheEarlierResults_elseTheyAreR
     const std::pair<const char*, const char16_t*> rows[] = {
         {"", u"Evanston"},
         {"<root/>", u""},
-        // Two children of one name read as the first.
+        // Of two children of one name the first is read.
         {"<root><a city=\"Cairo\" atlas_id=\"1\"/><a city=\"Suez\" atlas_id=\"2\"/></root>", u"Cairo|Cairo"},
     };
     for (const auto& [reply, shown] : rows) {

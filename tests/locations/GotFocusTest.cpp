@@ -15,7 +15,7 @@ TEST_P(GotFocusTest, repaintsTheWindow)
     OpenSearch();
     Form& window = forms.Touch(name);
     window.Show();
-    // Another window has it meanwhile, and all that the showing left to be painted is painted.
+    // Another window has the focus meanwhile, and all pending paints are done.
     QApplication::setActiveWindow(nullptr);
     QTest::qWait(0);
     window.PaintNow();

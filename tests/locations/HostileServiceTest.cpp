@@ -97,8 +97,7 @@ TEST_F(HostileServiceTest, everyRequest_leavesFileAndWindowsUsable)
     }
 }
 
-/// Limits what is done while it lives: in processor time, so that the other work of the machine does not
-/// count.
+/// Limits the processor time of its scope. Other work of the machine does not count.
 class InGoodTime final
 {
 public:
@@ -115,7 +114,7 @@ private:
     double m_before = ProcessorMilliseconds();
 };
 
-// More than the window lists, and more than a document holds.
+// More than the window lists, and more than a document may contain.
 constexpr int kTooMany[] = {7000, 100'000};
 
 class LargeReplyTest : public LocationsFixture
@@ -208,7 +207,7 @@ protected:
         EXPECT_EQ(Lines(Results(window)), QStringList{QStringLiteral("City 0")});
         return window;
     }
-    /// Says that all are to be displayed.
+    /// Answers that all are to be displayed.
     void Search(const FrmNewLoc& window, const QByteArray& reply)
     {
         platform.http.replies[QStringLiteral("getMatchingCities.pl")] = reply;
@@ -249,7 +248,7 @@ TEST_F(LongCityListTest, namesThatComeAgain_stillShowTheFirstOfThem)
     EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 7"));
 }
 
-// More cities than are listed, and cities above much else.
+// More cities than are listed, and cities followed by many other elements.
 TEST_F(LongCityListTest, replyThatIsTooLarge_leavesTheEarlierResults_inGoodTime)
 {
     const FrmNewLoc& window = OpenWithAResult();

@@ -23,7 +23,7 @@
 
 #include <gtest/gtest.h>
 
-/// A main window that reads settings.xml as the real one does and remembers what it was asked.
+/// A main window that reads settings.xml as the real one does and records its calls.
 class ReadingMain final : public FakeMain
 {
 public:
@@ -65,7 +65,7 @@ public:
     }
 
     QStringList calls;
-    /// So many of the next PopLocation throw.
+    /// Number of the next PopLocation calls that throw.
     int paintsFail = 0;
 };
 
@@ -217,7 +217,7 @@ protected:
         EXPECT_EQ(platform.boxes.boxes, expected);
         platform.boxes.boxes.clear();
     }
-    /// The main window alone, in charge.
+    /// Only the main window is open, and it is the active form.
     void ExpectBackInMain()
     {
         EXPECT_EQ(List(), nullptr);
@@ -226,7 +226,7 @@ protected:
         EXPECT_TRUE(main->isEnabled());
         EXPECT_EQ(main->Variables().ActiveForm, u"FrmMain");
     }
-    /// The list of places in front, usable.
+    /// The list of places is in front and usable.
     void ExpectBackInList()
     {
         ASSERT_NE(List(), nullptr);

@@ -9,7 +9,7 @@ namespace {
 
 const FakeMessageBoxes::Box kError7 = FakeMessageBoxes::Fatal(7);
 
-// Stands for the search window where a test wants an opening that fails.
+// Replaces the search window in tests of a failing opening.
 class FailingForm final : public Form
 {
 public:

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// The windows of the places in the hands of somebody without a mouse.
+/// The place windows, used by keyboard alone.
 class PlacesKeyboardTest : public LocationsFixture
 {
 protected:
@@ -16,7 +16,7 @@ protected:
                "latitude_final=\"42.04\" time_zone2=\"-6\"/></root>");
     }
 
-    /// The names of the controls that the Tab key reaches, from the first one on until it comes round.
+    /// The names of the controls in Tab order, starting with the first one.
     static QString TabOrder(const Form& window, const char* first)
     {
         QStringList names;
@@ -46,7 +46,7 @@ protected:
     }
 };
 
-TEST_F(PlacesKeyboardTest, tab_goesWithTheEye)
+TEST_F(PlacesKeyboardTest, tab_followsTheVisualOrder)
 {
     EXPECT_EQ(TabOrder(OpenList(), "LstLocations"), u"LstLocations CmdSet CmdDel LblNewLocLink");
     EXPECT_EQ(TabOrder(OpenSearch(), "TxtZipCode"),
@@ -143,7 +143,7 @@ TEST_F(PlacesKeyboardTest, afterAMessageOrAReply_theFocusIsWhereItWas)
     ExpectBoxes({});
 }
 
-TEST_F(PlacesKeyboardTest, whoGoesElsewhereDuringTheSearch_staysThere)
+TEST_F(PlacesKeyboardTest, focusMovedDuringTheSearch_staysThere)
 {
     const FrmNewLoc& window = OpenSearch();
     Type(window, "TxtZipCode", QStringLiteral("60201"));

@@ -7,7 +7,7 @@ namespace {
 class UnusablePlaceTest : public AddLocationFixture
 {
 protected:
-    /// The reply counts as none: the message comes, nothing is stored, the window stays.
+    /// The reply is refused: a message is shown, nothing is stored, the window stays open.
     void ExpectRefused(const FrmNewLoc& window, const QByteArray& children)
     {
         SCOPED_TRACE(children.constData());
@@ -115,13 +115,13 @@ TEST_F(UnusablePlaceTest, lastOfSeveral_keepsTheFirstFromBeingStored)
 {
     const FrmNewLoc& window = OpenResults();
     ExpectRefused(window, Place("A") + Place("B") + With(kLatitude, "400"));
-    // Also one that the walk would pass over, and a name that is stored already.
+    // Also a place that the loop would skip, and a name that is stored already.
     ExpectRefused(window, Place("A") + With(kLatitude, "400"));
     ExpectRefused(window, Place("Makkah") + Place("alerts"));
 }
 
-// A path finds the first element of a name wherever it stands: what lies within one place can be read as the
-// next one.
+// A path finds the first element of a name at any depth: an element within one place can be read as the
+// next place.
 TEST_F(UnusablePlaceTest, numberWithinAPlace_isCheckedToo)
 {
     const FrmNewLoc& window = OpenResults();
