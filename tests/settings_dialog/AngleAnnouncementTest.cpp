@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The settings dialog in a session in which a screen reader listens; only there the toolkit tells anything.
+/// The settings dialog in a session with a screen reader; only there the toolkit sends announcements.
 class AngleAnnouncementTest : public DialogTest
 {
 protected:

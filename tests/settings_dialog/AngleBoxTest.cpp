@@ -105,7 +105,7 @@ TEST_P(AngleBoxTest, typing_savesEachKeystroke)
     QTest::keyClick(&Widget(GetParam().box), Qt::Key_A, Qt::ControlModifier);
     QTest::keyClicks(&Widget(GetParam().box), QStringLiteral("99"));
     EXPECT_EQ(TextOf(GetParam().box), u"30");
-    // "9", then "99", whose cut text saves inside the run that cut it.
+    // "9", then "99", which is cut; the cut text is saved inside the handler that cuts it.
     EXPECT_EQ(SavedValues(Attribute()), u"9|30|30");
 }
 

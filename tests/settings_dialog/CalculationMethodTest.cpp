@@ -75,7 +75,7 @@ TEST_F(CalculationMethodPage, preset_clicked_storesMethodAndAnglesInOneSave_andO
 {
     for (const Preset& preset : kPresets) {
         SCOPED_TRACE(preset.option);
-        // From a state in which no preset is selected, so that each of them becomes so.
+        // Start without a selected preset, so that each click selects one.
         WriteUserDefined("-12.5", "-13");
         Open();
         Click(preset.option);
@@ -86,7 +86,7 @@ TEST_F(CalculationMethodPage, preset_clicked_storesMethodAndAnglesInOneSave_andO
         // Once in RefreshAngleControls and once to write.
         EXPECT_EQ(files.loads, 2);
         ExpectAnglesLive(false);
-        // The boxes keep what they showed.
+        // The boxes keep their texts.
         EXPECT_EQ(TextOf("TxtSetFarjAngle"), u"-12.5");
         EXPECT_EQ(TextOf("TxtSetIshaAngle"), u"-13");
         EXPECT_EQ(Bar("VScroll2").Value(), -13);
@@ -194,7 +194,7 @@ TEST_F(CalculationMethodPage, anglesThatTheBarRefuses_closeTheDialogOnOpening)
 
 TEST_F(CalculationMethodPage, angleOutOfLimits_chosenByHand_isCutInsteadOfFailing)
 {
-    // The box cuts the angle before the bar sees it; under a load nothing does.
+    // The box cuts the angle before the bar gets it; during a load the angle is not cut.
     WriteChanged(QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"-45\""));
     Open();
     Click("OptSetByUser");

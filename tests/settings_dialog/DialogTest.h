@@ -56,16 +56,16 @@ public:
     mutable int loads = 0;
     std::vector<QByteArray> saved;
     QStringList savedNames;
-    /// As a file that can't be written does.
+    /// Saves fail, as with a file that can't be written.
     bool refuses = false;
-    /// As no file does: an error of the program.
+    /// Saves throw, as after an error of the program.
     bool throws = false;
 
 private:
     FileStore& m_files;
 };
 
-/// A main window that records what the dialog asks of it.
+/// A main window that records the calls of the dialog.
 class RecordingMain final : public SilentMain
 {
 public:
@@ -212,7 +212,7 @@ protected:
         QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
     }
 
-    /// An attribute in the file, "(absent)" if there is none.
+    /// An attribute in the file, "(absent)" if it is missing.
     [[nodiscard]] static QString Stored(QAnyStringView attribute, const char* element = "")
     {
         return AttributeIn(ReadSettings(), attribute.toString(), element);
@@ -228,7 +228,7 @@ protected:
     }
     [[nodiscard]] std::size_t Saves() const { return files.saved.size(); }
 
-    /// Opens on a file that closes the dialog again, which leaves the file alone.
+    /// Opens the dialog on a file that closes it again; the file is unchanged.
     void ExpectClosedOnOpening()
     {
         const QByteArray before = ReadSettings();
@@ -253,7 +253,7 @@ protected:
         EXPECT_TRUE(platform.boxes.boxes.empty());
     }
 
-    /// What closing asks of the main window.
+    /// The calls of the main window when the dialog closes.
     static constexpr const char16_t* kHandOver = u"Enable|UpdateEverything|TakeFocus";
     FakePlatform platform;
     CountingFiles files{platform.files};

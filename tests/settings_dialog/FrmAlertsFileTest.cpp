@@ -88,7 +88,7 @@ TEST_F(FrmAlertsFile, fileWithoutAlerts_takesNoChange)
     EXPECT_FALSE(ReadSettings().contains("fajr"));
 }
 
-TEST_F(FrmAlertsFile, fileThatCantBeWritten_losesTheChangeWithoutAWord)
+TEST_F(FrmAlertsFile, fileThatCantBeWritten_losesTheChange_showsNoMessage)
 {
     Open();
     files.refuses = true;

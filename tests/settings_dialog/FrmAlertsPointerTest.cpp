@@ -9,7 +9,7 @@ constexpr const char* kTabLabels[] = {"LblGeneral", "LblMobilAlert", "LblFajr", 
 
 void MoveOver(QWidget& widget)
 {
-    // Two places, for a move that goes nowhere is none.
+    // Two positions: Qt ignores a move to the same position.
     QTest::mouseMove(&widget, QPoint(3, 3));
     QTest::mouseMove(&widget, QPoint(4, 4));
     QCoreApplication::processEvents();
@@ -37,7 +37,7 @@ TEST_F(FrmAlertsHover, tabLabels_setTheHandAndTheDialogTakesItAway)
     }
 }
 
-TEST_F(FrmAlertsHover, behindTheLinks_onlyTheListedAreasTakeTheHandAway)
+TEST_F(FrmAlertsHover, outsideTheLinks_onlyTheListedAreasRemoveTheHand)
 {
     const struct
     {
@@ -81,7 +81,7 @@ namespace {
 class FrmAlertsKeyboard : public DialogTest
 {
 protected:
-    /// The controls behind the tabs, in the order in which the Tab key reaches them.
+    /// The controls after the tabs, in Tab order.
     [[nodiscard]] QString TabOrder() const
     {
         QStringList names;
@@ -98,7 +98,7 @@ protected:
 
 } // namespace
 
-TEST_F(FrmAlertsKeyboard, eachPage_tabGoesWithTheEye)
+TEST_F(FrmAlertsKeyboard, eachPage_tabFollowsTheVisualOrder)
 {
     WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
                   {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")}});

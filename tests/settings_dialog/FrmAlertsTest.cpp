@@ -109,7 +109,7 @@ TEST_F(FrmAlertsFrame, selectTab_unknownNumbers_showTheGeneralPageAsNumberOne)
         Open(5);
         dialog->SelectTab(static_cast<std::int16_t>(number));
         ExpectOnlyFrame("FrmGeneral");
-        // A prayer's control that is set by code writes nothing now, for the page is number 1.
+        // The page is number 1, so a prayer's control set by code writes nothing.
         Forget();
         Find<CheckBox>("ChkSilAlert").SetValue(Find<CheckBox>("ChkSilAlert").Value() == 1 ? 0 : 1);
         EXPECT_EQ(Saves(), 0U) << number;
@@ -150,7 +150,7 @@ TEST_F(FrmAlertsFrame, closing_handsOverToTheMainWindow_whichHearsOfNothingBefor
     ExpectHandedOver();
 }
 
-TEST_F(FrmAlertsFrame, closing_stepThatFails_skipsThoseBehindIt)
+TEST_F(FrmAlertsFrame, closing_stepThatFails_skipsTheLaterSteps)
 {
     for (const bool isUpdate : {true, false}) {
         main.updateFails = isUpdate;
@@ -211,7 +211,7 @@ TEST_F(FrmAlertsFrame, gainedFocus_repaintsTheDialog)
 
 TEST_F(FrmAlertsFrame, pageSelectedOnANewDialog_readsAnEmptyDocument)
 {
-    // The document is filled by the General page alone.
+    // Only the General page loads the document.
     dialog = &forms.Touch<FrmAlerts>();
     dialog->Show();
     dialog->SelectTab(3);

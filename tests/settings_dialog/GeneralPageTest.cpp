@@ -248,7 +248,7 @@ TEST_F(GeneralPageTest, advanceAlertBox_refusesTyping_filledByCodeItStoresTheWho
     Paste("TxtAdvWarn", QStringLiteral("7"));
     EXPECT_EQ(TextOf("TxtAdvWarn"), u"12");
     EXPECT_EQ(Saves(), 0U);
-    // No range test here, for the bar is the only way in.
+    // No range test here: the bar is the only input.
     Box("TxtAdvWarn").SetText(QStringLiteral("45.7"));
     EXPECT_EQ(SavedValues("advWarn"), u"45");
     EXPECT_EQ(TextOf("TxtAdvWarn"), u"45.7");

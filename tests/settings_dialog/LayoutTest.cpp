@@ -50,7 +50,7 @@ void ExpectInOrder(const QWidget& parent)
     }
 }
 
-// For looking at what the tests measure.
+// Saves a picture of the measured window for inspection.
 void KeepPicture(QWidget& window, const QString& name)
 {
     const QString folder = qEnvironmentVariable("DUSKBEACON_PICTURE_FOLDER");
@@ -71,7 +71,7 @@ TEST_F(Layout, eachPage_fitsWithoutOverlap)
                   {QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"-19.5\"")},
                   {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
                   {QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")}});
-    // As long as a usable one can be, of letters of medium width.
+    // The longest usable text, of letters of medium width.
     forms.Variables().Settings.SignupText = QStringLiteral("signup@") + QString(43, u'e');
     Open();
     EXPECT_EQ(dialog->size(), QSize(510, 300));

@@ -223,8 +223,8 @@ TEST_F(MobilePageTest, register_replies_areStoredAndShown)
     }
 }
 
-// No save is checked: the service has confirmed, so the form locks; the file tells otherwise at the next
-// opening.
+// No save is checked: the service has confirmed, so the form locks; at the next opening the form shows the
+// state of the file.
 TEST_F(MobilePageTest, register_fileThatCannotBeWritten_speaksAndLocksAllTheSame)
 {
     OpenFilled();
@@ -284,7 +284,7 @@ TEST_F(MobilePageTest, reset_answeredYes_clearsAndOpensTheForm)
     ExpectStored("", "", "0");
     ExpectLive(true, true);
     ExpectShown("", "");
-    // Each box stores its clearing, then all three together.
+    // Each box saves when it is cleared, then all three are saved together.
     EXPECT_EQ(SavedValues("mobileDID"), u"||");
     EXPECT_EQ(SavedValues("mobilePC"), u"P1||");
     EXPECT_EQ(SavedValues("mobileConfirm"), u"1|1|0");

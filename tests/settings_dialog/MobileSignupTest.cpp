@@ -11,8 +11,8 @@ constexpr const char* kConfirmation = "<root result='1' message='Welcome'/>";
 constexpr const char* kRefusal = "<root result='0' message='Wrong code'/>";
 const QString kWelcome = QStringLiteral("Welcome");
 
-/// "Register" is pressed for the device 15551234 with the code 55 21&, and the user goes on while the reply
-/// is under way. A main window keeps the program going.
+/// "Register" is pressed for the device 15551234 with the code 55 21&, and the user continues before the
+/// reply arrives. A main window keeps the program running.
 class MobileSignupTest : public MobilePageFixture
 {
 protected:
@@ -159,7 +159,7 @@ TEST_F(MobileSignupTest, otherValuesStoredBeforeTheDialogWasClosedAgain_giveWayT
     }
 }
 
-TEST_F(MobileSignupTest, somebodyElseWritesMeanwhile_isKept)
+TEST_F(MobileSignupTest, otherChangeMeanwhile_isKept)
 {
     OpenFilled();
     Press(kConfirmation,
@@ -168,7 +168,7 @@ TEST_F(MobileSignupTest, somebodyElseWritesMeanwhile_isKept)
     ExpectStored("15551234", "55 21&", "1");
 }
 
-// The service doesn't know of a reset: it has the device, and its message says so.
+// The service does not know of the reset: it stores the device, and its message confirms that.
 TEST_F(MobileSignupTest, resetMeanwhile_isKeptAndTheReplyShown)
 {
     for (const bool isReopened : {false, true}) {
@@ -279,7 +279,7 @@ TEST_F(MobileSignupTest, pressedAfterTheReply_isTheNextRequest)
     ExpectStored("15551234", "55 21&", "1");
 }
 
-// The failure rule is that of the dialog, which may be the next one by then, or closed.
+// A failure closes the dialog that is open by then, if any.
 TEST_F(MobileSignupTest, storingThatThrows_closesTheDialogAndTheReplyIsShown)
 {
     for (const bool isReopened : {true, false}) {

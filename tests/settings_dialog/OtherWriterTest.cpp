@@ -4,7 +4,7 @@
 
 using OtherWriterTest = DialogTest;
 
-TEST_F(OtherWriterTest, change_keepsWhatSomebodyElseHasWrittenMeanwhile)
+TEST_F(OtherWriterTest, change_fileChangedMeanwhile_keepsTheOtherChange)
 {
     // A control that writes, and the attribute, its element and the value that it leaves.
     const struct

@@ -69,7 +69,7 @@ TEST_F(PrayerPageTest, built_hasItsCaptionsAndStartState)
     }
     EXPECT_EQ(Find<QGroupBox>("FrmFileSelect").title(), u"File to play at prayer time:");
     EXPECT_FALSE(IsLive("FrmFileSelect"));
-    // Enabled in itself; its frame is what greys it.
+    // Enabled itself; greyed by its frame.
     EXPECT_TRUE(Widget("TxtPath").isEnabledTo(&Widget("FrmFileSelect")));
     EXPECT_TRUE(Widget("LblBrowseLink").isEnabledTo(&Widget("FrmFileSelect")));
     EXPECT_EQ(TextOf("TxtPath"), QString());
@@ -96,7 +96,7 @@ TEST_F(PrayerPageTest, page_namesItsPrayerAndReadsItsElement)
         EXPECT_TRUE(IsTicked("ChkAlertMain"));
         EXPECT_FALSE(IsTicked("ChkSilAlert"));
         EXPECT_TRUE(IsTicked("ChkAudioAlert"));
-        // Grey, for mobile alerts are not confirmed, and still showing the stored tick.
+        // Grey, because mobile alerts are not confirmed, but still with the stored tick.
         EXPECT_TRUE(IsTicked("ChkIndMobAlert"));
         EXPECT_FALSE(IsLive("ChkIndMobAlert"));
         EXPECT_EQ(TextOf("TxtPath"), u"C:\\no such.mp3");
@@ -169,7 +169,7 @@ TEST_F(PrayerPageTest, greyStates_afterAPageLoadAndAClick)
         EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
         dialog->SelectTab(4);
         ExpectSubOptionsLive(false);
-        // Offered although this prayer's alert is off.
+        // Enabled although this prayer's alert is off.
         EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
         Click("ChkAlertMain");
         ExpectSubOptionsLive(true);
@@ -202,7 +202,7 @@ TEST_F(PrayerPageTest, mobileAlert_needsEnabledAndConfirmed)
 
 TEST_F(PrayerPageTest, sameEnabledOnTheNextPrayer_leavesTheGreyStateAsItWas)
 {
-    // As built, everything is grey, and a prayer whose alert is off raises no Click that would say so.
+    // All controls are built grey, and a prayer whose alert is off raises no Click, which would update them.
     Open(4);
     ExpectSubOptionsLive(false);
     dialog->SelectTab(3);
@@ -268,7 +268,7 @@ TEST_F(PrayerPageTest, controlsSetByCodeOnAnotherPage_writeNothing)
     Find<CheckBox>("ChkAudioAlert").SetValue(1);
     Box("TxtPath").SetText(QStringLiteral("x"));
     EXPECT_EQ(Saves(), 0U);
-    // The box greys its sub-options whatever the page.
+    // The box greys its sub-options on every page.
     ExpectSubOptionsLive(false);
     EXPECT_EQ(files.loads, 1);
 }
@@ -293,7 +293,7 @@ TEST_F(PrayerPageTest, browse_closesTheDialogSilently_whereItIsLive)
         EXPECT_TRUE(browse.isEnabled());
         byKey ? Press("LblBrowseLink", QStringLiteral("Return")) : Click("LblBrowseLink");
         ExpectHandedOver();
-        // The window stays in memory until the event loop is free.
+        // The window is destroyed later, by the event loop.
         EXPECT_FALSE(browse.isEnabled());
         EXPECT_EQ(Saves(), 0U);
         EXPECT_EQ(ReadSettings(), before);
