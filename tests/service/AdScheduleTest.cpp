@@ -52,13 +52,13 @@ protected:
         TickAt(30, 58);
         ASSERT_EQ(Asked(), QStringList());
     }
-    /// A second at which one is; counts like any other.
+    /// A second at which a prayer is due; it counts like any other.
     void TickAtDuhr()
     {
         platform.clock.SetTime(12, 30, 0);
         platform.timers.Ticker()->Fire();
     }
-    /// The scripts asked for since the last call.
+    /// The scripts requested since the last call.
     QStringList Asked()
     {
         QStringList scripts;

@@ -135,7 +135,7 @@ TEST_F(BannerImagesTest, otherFormats_areReadByNoReader)
           Written(Filled(20, 10, Qt::red), "png").prepend(' ')}) {
         EXPECT_FALSE(IsShown(bytes)) << bytes.left(20).toStdString();
     }
-    // These have a valid beginning and invalid content: no other reader gets them for that.
+    // A valid signature with invalid content: still no other reader is tried.
     for (const char* const bytes : {"BM", "GIF89a", "\x89PNG\r\n\x1a\n", "\xFF\xD8\xFF"}) {
         EXPECT_FALSE(IsShown(bytes)) << bytes;
     }
@@ -222,7 +222,7 @@ TEST_F(BannerImagesTest, pictureWithEndlessPixels_isNotShown)
     EXPECT_LT(ProcessorMilliseconds() - before, kMostOfAPicture);
 }
 
-TEST_F(BannerImagesTest, pictureBehindOneThatTookTooLong_isNotShown)
+TEST_F(BannerImagesTest, pictureAfterOneThatTookTooLong_isNotShown)
 {
     FakeHttp http;
     const QString address = QStringLiteral("http://x.example/");
@@ -250,7 +250,7 @@ QByteArray Packed(const QByteArray& bytes, int level)
     return qCompress(bytes, level).sliced(4);
 }
 
-/// Of full colours.
+/// A true-colour picture.
 QByteArray PngOf(int side, const QByteArray& chunks)
 {
     QByteArray size(4, '\0');
@@ -259,7 +259,7 @@ QByteArray PngOf(int side, const QByteArray& chunks)
            chunks + Chunk("IEND", QByteArray());
 }
 
-/// One colour, and nothing saved by packing.
+/// One colour, uncompressed.
 QByteArray PlainPixels(int side, const QByteArray& pixel)
 {
     return Packed((QByteArray(1, '\0') + pixel.repeated(side)).repeated(side), 0);

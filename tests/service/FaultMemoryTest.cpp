@@ -19,7 +19,7 @@ struct Fault
 {
     const char* how;
     int replies = 300;
-    /// Of one of these each reply costs its whole time.
+    /// Each reply lasts until the time limit.
     bool isEndless = false;
 };
 

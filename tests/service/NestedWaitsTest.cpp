@@ -15,9 +15,9 @@ QString Confirmable()
                  QStringLiteral(R"(mobileEnabled="true" mobileDID="D-1" mobilePC="4711")"));
 }
 
-// Twenty nested steps, each taken while a request of the step before is loading: an ad, an alarm, a search in
-// windows of its own, a sign-up in another window, an ad inside that. There is one sign-up at a time, and no
-// tick refreshes the ad during the request of an alarm, so that only the first of these sends requests.
+// Twenty nested steps, each started while a request of the step before is loading: an ad, an alarm, a search
+// in windows of its own, a sign-up in another window, an ad inside that. There is one sign-up at a time, and
+// no tick refreshes the ad during the request of an alarm, so that only the first of these sends requests.
 class NestedWaitsTest : public testing::Test
 {
 protected:
@@ -47,7 +47,7 @@ protected:
         for (const QString& request : m_http.requests) {
             scripts << request.section(u'/', -1).section(u'?', 0, 0);
         }
-        // Requested in between, with nothing nested in it.
+        // Requested in between, without a nested step.
         scripts.removeAll(QStringLiteral("getStates.pl"));
         return scripts;
     }
@@ -62,7 +62,7 @@ protected:
         }
         return scripts;
     }
-    /// The sign-up is told and stored, and nothing but its confirmation has changed in the file.
+    /// The sign-up is reported and stored, and only its confirmation has changed in the file.
     void ExpectSignedUp()
     {
         ASSERT_EQ(world.platform.boxes.boxes.size(), 1U);
@@ -128,7 +128,7 @@ private:
             break;
         }
     }
-    /// Goes on where the last step asked for nothing.
+    /// Continue if the last step sent no request.
     void PassOver()
     {
         if (std::exchange(m_http.whileWaiting, nullptr)) {

@@ -55,7 +55,7 @@ protected:
         return scripts;
     }
 
-    /// The list of places as a first start leaves it: in charge, over a main window that takes no input.
+    /// The list of places after a first start: the active form, over a disabled main window.
     void ExpectListOpen(const FrmMain& window) const
     {
         EXPECT_NE(program.forms.Loaded(QStringLiteral("FrmLocation")), nullptr);

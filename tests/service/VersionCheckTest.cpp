@@ -169,7 +169,7 @@ TEST_F(VersionCheckTest, no_keepsEverythingElseOfTheSettings)
     EXPECT_EQ(after.XML(), before.XML());
 }
 
-// A copy from a file system without case may leave a second file behind.
+// A copy from a case-insensitive file system may contain a second file.
 TEST_F(VersionCheckTest, fileOfTheOtherSpelling_isNeitherReadNorCopied)
 {
     QFile other(QStringLiteral("settings.XML"));

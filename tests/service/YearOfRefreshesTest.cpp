@@ -9,8 +9,8 @@
 
 namespace {
 
-/// The program on a network that answers at the start and swallows packets from then on: each probe takes as
-/// long as one may, and answers no.
+/// The program on a network that answers at the start and drops packets from then on: each probe lasts until
+/// its time limit and fails.
 class YearOfRefreshes : public testing::TestWithParam<const char*>
 {
 protected:
