@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QFont>
 
-// The font library hides its pointers, and what they lead to looks lost while the application lives.
+// The font library hides its pointers, so their blocks look leaked while the application lives.
 extern "C" [[gnu::visibility("default")]] const char* __lsan_default_suppressions();
 const char* __lsan_default_suppressions()
 {
@@ -20,14 +20,14 @@ int LLVMFuzzerInitialize(int* argc, char*** argv)
     qputenv("LC_ALL", "C.UTF-8");
     qputenv("LANG", "C.UTF-8");
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // What a display without windows can't do is no news.
+    // Drop the warnings of the offscreen platform about features that it lacks.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
         if (type == QtCriticalMsg || type == QtFatalMsg) {
             std::fprintf(stderr, "%s\n", qPrintable(message));
         }
     });
     static int count = 1;
-    // For ever: the fuzzer leaves by exit, when it is too late for Qt to be tidied up.
+    // Never destroyed: the fuzzer ends by exit, when it is too late to destroy Qt objects.
     static const auto* const application = new QApplication(count, *argv);
     static_cast<void>(application);
     QApplication::setQuitOnLastWindowClosed(false);

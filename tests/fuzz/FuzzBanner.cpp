@@ -77,7 +77,7 @@ void CheckBanner(const Banner& banner)
                "a picture comes from the web or lies in the page");
     }
     if (banner.images.empty()) {
-        // The first time spaces may go that were controls.
+        // The second pass may remove spaces that were control characters before the first.
         const std::optional<Banner> second = CleanBanner(banner.html);
         const std::optional<Banner> third = second ? CleanBanner(second->html) : std::nullopt;
         Demand(third && third->html == second->html, "a clean page stays as it is");
@@ -103,7 +103,7 @@ void CheckLinks(const QTextDocument& document)
     }
 }
 
-// The most that this process has ever taken.
+// The peak memory of this process.
 qint64 MostKilobytes()
 {
     rusage usage = {};
@@ -111,7 +111,7 @@ qint64 MostKilobytes()
     return usage.ru_maxrss;
 }
 
-// The page in the strip, its pictures coming in one by one.
+// Shows the page in the strip; its pictures arrive one by one.
 void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& picture)
 {
     WebAd strip(world.platform.http, nullptr);
@@ -121,7 +121,7 @@ void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& pict
     const double start = ProcessorMilliseconds();
     strip.Navigate(world.files, kPage);
     static_cast<void>(strip.grab());
-    // Some ten times what it takes without sanitizers.
+    // About ten times the cost without sanitizers.
     constexpr double kMostOfAPage = 500.0;
     Demand(ProcessorMilliseconds() - start < kMostOfAPage, "a page that is shown is shown quickly");
     CheckRequests(world.platform.http);
@@ -132,7 +132,7 @@ void CheckStrip(FuzzWorld& world, const QByteArray& page, const QByteArray& pict
         done(picture.isEmpty() ? std::nullopt : Http::Reply(picture));
     }
     static_cast<void>(strip.grab());
-    // What all pictures may have together are four million pixels.
+    // All pictures together may have four million pixels.
     constexpr double kMostOfPictures = 2000.0;
     constexpr qint64 kMostKilobytesOfPictures = 256LL * 1024;
     Demand(ProcessorMilliseconds() - startOfPictures < kMostOfPictures, "pictures come quickly");

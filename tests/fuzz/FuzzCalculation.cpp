@@ -34,8 +34,7 @@ private:
     std::size_t m_at = 0;
 };
 
-/// What the setters stored last. Whatever was read or set before, in whatever order, the functions answer as
-/// a calculator does that has been told just that.
+/// Last values set; results depend on these alone, not on earlier calls.
 struct Stored
 {
     Short latitude = 0;
@@ -125,7 +124,7 @@ void ReadHijriDate(const Stored& stored)
     const int year = Hyear();
     Demand(IsWithin(day, 1, 30), "a month has 30 days at most");
     Demand(IsWithin(month, 1, 12), "a year has twelve months");
-    // At either end of the tables of Umm al-Qura the day may repeat or leap.
+    // At either end of the tables of Umm al-Qura a day may repeat or be skipped.
     const bool isAtSeam = IsWithin(year, 1299, 1300) || IsWithin(year, 1600, 1601);
     if (isAtSeam || stored.day == INT16_MAX || !IsWithin(year, INT16_MIN + 1, INT16_MAX - 1)) {
         return;
@@ -175,7 +174,7 @@ void Step(Stored& stored, Reader& reader)
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    // The state outlives an input; each begins with the place and date of a module before any setter.
+    // The module keeps its state between inputs; start each with the place and date of a fresh module.
     Stored stored;
     SetHorParams(0, 0, 0, 1, 1, 2000);
     SetHorTemkin(0, 0, 0, 0, 0, 0, 0, 0, 0, 0);

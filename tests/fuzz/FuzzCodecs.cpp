@@ -15,7 +15,7 @@ namespace {
 
 const QString kAmpersand = QStringLiteral("&");
 
-/// The number of the error that @p act ends in, 0 for none.
+/// The number of the error that @p act throws, 0 for no error.
 template <typename Act>
 int ErrorOf(Act act)
 {
@@ -64,7 +64,7 @@ void CheckBase64OfBytes(const QByteArray& bytes)
     Demand(!lines.last().isEmpty() && lines.last().size() <= 76, "the last line ends without a line end");
 }
 
-// A text as a stranger sends it.
+// A text from the network.
 void CheckBase64OfText(const QString& text)
 {
     const Base64Class codec;
@@ -106,7 +106,7 @@ void CheckHtmlCodecs(const InternetClass& internet, const QString& text)
     Demand(!encoded.contains(u'<') && !encoded.contains(u'>') && !encoded.contains(u'"') &&
                !encoded.contains(u' '),
            "encoded HTML holds no markup");
-    // What stands before the first introducer would be taken for an entity, were there no semicolon ahead.
+    // Prefix ';': otherwise text before the first introducer is decoded as an entity.
     const QString guarded = u';' + text;
     Demand(internet.HTMLDecodeEx(internet.HTMLEncodeEx(guarded, false, kAmpersand), false, kAmpersand) ==
                FromCodePage(ToCodePage(guarded)),
@@ -119,7 +119,7 @@ void CheckHtmlCodecs(const InternetClass& internet, const QString& text)
         "for an address the blank alone is encoded otherwise");
 }
 
-// Any text and any introducer: an error of the number behind "#", or a text.
+// Any text and any introducer: an error of the number after "#", or a text.
 void CheckHtmlDecode(const InternetClass& internet, const QString& text, const QString& introducer)
 {
     QString decoded;
@@ -150,7 +150,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     CheckCodePage(bytes);
     CheckBase64OfBytes(bytes);
     CheckText(internet, QString::fromUtf8(bytes));
-    // Pairs of bytes make every character there is, broken ones included.
+    // Pairs of bytes form every UTF-16 code unit, unpaired surrogates included.
     QString wide(bytes.size() / 2, u'\0');
     std::copy_n(bytes.begin(), wide.size() * 2, reinterpret_cast<char*>(wide.data()));
     CheckText(internet, wide);

@@ -11,7 +11,7 @@ using namespace beacond;
 
 namespace {
 
-/// The settings, or nothing if the text is refused.
+/// The settings; nullopt if the text is refused.
 std::optional<Settings> SettingsOf(const std::string& text)
 {
     try {

@@ -32,7 +32,7 @@ QStringList StoredPlaces(const FuzzWorld& world)
     return names;
 }
 
-// Whatever was added stands behind what was there, under names of its own.
+// Added places follow the existing ones and have unique names.
 void CheckAdded(const QStringList& before, const FuzzWorld& world)
 {
     Demand(world.IsSettingsWhole(), "the service leaves a whole file");
@@ -57,7 +57,7 @@ void CheckList(const FuzzWorld& world, const FrmLocation& list)
     Demand(world.forms.Loaded(FrmNewLoc::kName) == nullptr && world.forms.Loaded(kWait) == nullptr,
            "nothing stands in front of the list of places");
     Demand(world.main->Variables().ActiveForm == list.Name(), "the list of places has the attention");
-    // A reply that ends at a place which is there already leaves those before it unshown.
+    // If a reply ends at a duplicate, the list does not show the places stored before it.
     Demand(FuzzWorld::Find<ListBox>(list, "LstLocations").count() <= StoredPlaces(world).size(),
            "the list shows what is stored");
 }
@@ -113,7 +113,7 @@ bool IsUsable(Configuration& held, const FuzzWorld& world)
     }
 }
 
-// The place that is tried is taken, or the one before stays: no place keeps the program from its settings.
+// The chosen place becomes current, or the place before stays: the settings can always be loaded.
 void SetCurrent(FuzzWorld& world, const FrmLocation& list, Choices& choices)
 {
     auto& rows = FuzzWorld::Find<ListBox>(list, "LstLocations");
@@ -149,7 +149,7 @@ void UseList(FuzzWorld& world, FrmLocation& list, Choices& choices)
 } // namespace
 
 // Replies to the search for countries, by zip code, for the number of cities, for cities, and for one place;
-// an empty one did not come. Then what the user chooses.
+// empty: no reply. Then the choices of the user.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);

@@ -20,8 +20,8 @@
 
 using namespace beacond;
 
-// The linker sends each mapping here. The sanitizer knows where a block of the heap ends, of a mapping only
-// in which page.
+// The linker redirects each mmap to this function. The sanitizer detects each read beyond a heap block, but
+// beyond a mapping only in another page.
 extern "C" {
 void* __real_mmap(void* address, size_t size, int protection, int flags, int file, off_t offset);
 int __real_munmap(void* address, size_t size);
@@ -78,7 +78,7 @@ private:
     int m_file;
 };
 
-/// Gives the file the size and the checksum that it has to have, so that its content is looked at.
+/// Sets the correct size and checksum, so that the content of the file is read.
 void MakeWhole(std::string& file)
 {
     using layout::Header;

@@ -123,7 +123,7 @@ void CheckIdentifier(FuzzWorld& world)
 
 } // namespace
 
-// Whose reply it is and what the user answers, in words that begin with the letters below; then the reply.
+// The kind of the reply and the user's answers, as the letters below; then the reply.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);

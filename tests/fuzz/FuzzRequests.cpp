@@ -20,7 +20,7 @@ using boost::asio::ip::make_address;
 
 namespace {
 
-/// All that the service takes from a request.
+/// All that the service reads from a request.
 struct Taken
 {
     explicit Taken(const RequestReader& reader)
@@ -49,7 +49,7 @@ struct Outcome
     bool operator==(const Outcome&) const = default;
 
     std::vector<Taken> requests;
-    unsigned refusal = 0; ///< the status, 0 for none
+    unsigned refusal = 0; ///< the status, 0 if not refused
 };
 
 /// Reads @p bytes as a connection does, in portions of so many bytes as @p portions say in turn.
@@ -185,7 +185,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const Outcome outcome = Read(bytes, {RequestReader::kHeaderLimit});
     const Outcome other = Read(bytes, portions);
     Demand(other.requests == outcome.requests, "the same bytes in other portions are the same requests");
-    // Beast takes the line of a chunk with an open quotation mark for one that is not whole, and counts the
+    // Beast treats the line of a chunk with an open quotation mark as incomplete, and counts the
     // chunk again with each portion: the request never completes, but when and how it is refused depends on
     // the portions.
     Demand(other.refusal == outcome.refusal || bytes.find('"') != std::string_view::npos,
@@ -193,7 +193,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     for (const Taken& taken : outcome.requests) {
         CheckRequest(taken);
     }
-    // A text that need not come through a header.
+    // The same bytes as a query, without the limits of a header.
     CheckQuery(bytes, Query::Plus::Literal);
     CheckQuery(bytes, Query::Plus::Space);
     CheckForwarded(std::string(bytes));

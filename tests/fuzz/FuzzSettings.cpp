@@ -19,7 +19,7 @@
 
 namespace {
 
-// The document as XML, without the attributes that the dialog is there to change.
+// The document as XML, without the attributes that the dialog changes.
 std::string WithoutOptions(const SimpleXML& settings)
 {
     pugi::xml_document document;
@@ -35,7 +35,7 @@ std::string WithoutOptions(const SimpleXML& settings)
     return stream.str();
 }
 
-// What is loaded can be saved, and loads again as the same document. False if it is not loaded.
+// A loaded document can be saved, and loads again unchanged. False if the text does not load.
 bool CheckStore(FuzzWorld& world)
 {
     SimpleXML settings(world.platform.interfaces);
@@ -81,7 +81,7 @@ void CheckConfiguration(FuzzWorld& world)
     Demand(IsLoaded(again, world) && again == held, "a saved configuration is the same one");
 }
 
-// Something that the user does to a control within reach.
+// An action of the user on an enabled control.
 void Act(const FrmAlerts& dialog, Choices& choices, const QByteArray& typed)
 {
     QList<QWidget*> controls;
@@ -141,7 +141,7 @@ void CheckDialog(FuzzWorld& world, Choices& choices, const QByteArray& typed)
 
 } // namespace
 
-// The file; then the locale and what the user does in the dialog; then what the user types.
+// The file; then the locale and the actions of the user in the dialog; then the typed texts.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);
@@ -155,7 +155,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
                                QLocale(QLocale::Arabic, QLocale::Egypt)};
     world.platform.region.locale = locales[choices.Among(std::size(locales))];
     const bool isWhole = CheckStore(world);
-    // A window costs a hundred times as much as a look at a file that is no XML.
+    // A window costs a hundred times as much as refusing a file that is not XML.
     if (isWhole || choices.AreLeft()) {
         CheckDialog(world, choices, QByteArray::fromStdString(parts.Next()));
     }

@@ -7,11 +7,11 @@
 #include <cstdio>
 #include <cstdlib>
 
-// What a target is to the fuzzer and to the replay of the corpus.
+// Entry points of a fuzz target.
 extern "C" {
-/// Once, before the first input; a target without a window has none.
+/// Called once, before the first input. Optional: only targets with windows define it.
 [[gnu::weak]] int LLVMFuzzerInitialize(int* argc, char*** argv);
-/// One input. Always answers 0; what must not be ends the process.
+/// Runs one input. Always returns 0; a violated rule ends the process.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 }
 

@@ -150,7 +150,7 @@ void CheckScripts(const std::string& text)
 
 } // namespace
 
-// A text of a stranger: typed into a form, a value of a query, a query, or bytes of none of these.
+// A text from outside: typed into a form, a value of a query, a query, or arbitrary bytes.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     const std::string text(reinterpret_cast<const char*>(data), size);

@@ -31,7 +31,7 @@ public:
     }
 };
 
-/// All that one input can touch: the platform, and a main window, in the tray, that has read a whole
+/// The environment of one input: the platform, and a main window, in the tray, that has read a valid
 /// settings.xml.
 class FuzzWorld final
 {
@@ -47,7 +47,7 @@ public:
     }
     ~FuzzWorld()
     {
-        // What has been put off must not run in the next input.
+        // Deferred events must not run in the next input.
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
@@ -73,7 +73,7 @@ public:
         Demand(control != nullptr, name);
         return *control;
     }
-    /// Nothing that came from outside may end the program or reach its last resort.
+    /// Input from outside must not end the program or reach its handler of unexpected errors.
     void DemandAlive() const
     {
         Demand(platform.process.ended == 0, "the program goes on");

@@ -18,7 +18,7 @@ public:
     {
     }
 
-    /// Empty behind the last part.
+    /// The next part; empty after the last.
     [[nodiscard]] std::string Next()
     {
         constexpr std::string_view kBetween("\n%%\n");
@@ -27,14 +27,14 @@ public:
         m_rest.remove_prefix(std::min(end + kBetween.size(), m_rest.size()));
         return part;
     }
-    /// What Next has not answered yet, lines "%%" included.
+    /// The input that Next has not returned yet, lines "%%" included.
     [[nodiscard]] std::string_view Rest() const { return m_rest; }
 
 private:
     std::string_view m_rest;
 };
 
-/// One byte at a time, for what a user does; 0 behind the last.
+/// One byte at a time, for the actions of a user; 0 after the last.
 class Choices final
 {
 public:
@@ -45,7 +45,7 @@ public:
 
     [[nodiscard]] bool AreLeft() const { return m_at < m_bytes.size(); }
     [[nodiscard]] int Next() { return AreLeft() ? static_cast<unsigned char>(m_bytes[m_at++]) : 0; }
-    /// From 0 to @p count - 1; digits choose as one reads them.
+    /// From 0 to @p count - 1; a digit chooses its own value.
     [[nodiscard]] int Among(std::ptrdiff_t count)
     {
         const int byte = Next();

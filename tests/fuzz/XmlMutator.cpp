@@ -42,14 +42,14 @@ std::string Mutated(std::string value)
     const std::size_t size = value.size();
     value.resize(size + kRoom);
     value.resize(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t*>(value.data()), size, value.size()));
-    // What can't stand in a value goes, so that the document still loads.
+    // Erase characters that a value can't contain, so that the document still loads.
     std::erase_if(value, [](char c) { return c == '"' || c == '<' || (c >= '\0' && c < ' '); });
     return value;
 }
 
 } // namespace
 
-// Bytes changed anywhere make documents that nobody loads. Mostly, a value is changed instead.
+// A byte changed anywhere mostly makes a document that does not load. Usually change a value instead.
 std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t most, unsigned int seed)
 {
     std::minstd_rand random(seed);

@@ -22,7 +22,7 @@ duskbeacon_fuzz(places_file
 duskbeacon_fuzz(import
   SOURCES FuzzImport.cpp FuzzTarget.h InputParts.h
   LIBRARIES duskbeacon_places)
-# Its reads go to the heap, where the sanitizer sees one that leaves the file.
+# Reads from the heap, where the sanitizer detects a read beyond the file.
 target_link_options(fuzz_places_file PRIVATE -Wl,--wrap=mmap,--wrap=munmap)
 
 foreach(name requests texts configuration places_file import)
