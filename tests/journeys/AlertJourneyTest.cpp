@@ -23,8 +23,8 @@ constexpr int kWaitMilliseconds = 30'000;
 constexpr double kTone = 440.0;
 // The splash stays for two seconds; the rest is for a slow machine.
 constexpr int kLeadSeconds = 8;
-// From the screen to the test, with more tests at once than cores. An alert that misses its second does not
-// come at all, and a popup that misses its own stays for minutes.
+// From the screen to the test, with more tests at once than cores. An alert that misses its second is lost,
+// and a popup that misses its second stays for minutes.
 constexpr double kLateSeconds = 10.0;
 const QString kPopup = QStringLiteral("^Dusk Beacon Alert$");
 const QString kOther = QStringLiteral("^Letter$");
@@ -88,7 +88,7 @@ protected:
         environment.remove(QStringLiteral("XDG_STATE_HOME"));
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
         environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
-        // Nothing leaves the computer: whatever is asked for by name is refused at once.
+        // No request leaves the computer: the proxy refuses each at once.
         environment.insert(QStringLiteral("http_proxy"), QStringLiteral("http://127.0.0.1:9"));
         windowManager.setProcessEnvironment(environment);
         windowManager.setStandardErrorFile(QProcess::nullDevice());
@@ -152,7 +152,7 @@ protected:
     {
         return Output(QStringLiteral("xdotool"), arguments);
     }
-    /// The number of a window on the screen; empty if there is none of that name.
+    /// The number of the window of that name on the screen; empty if there is no such window.
     [[nodiscard]] QString Window(const QString& name) const
     {
         return Xdotool(
@@ -184,7 +184,7 @@ protected:
             Output(QStringLiteral("import"), {QStringLiteral("-window"), QStringLiteral("root"), path}));
         return QImage(path);
     }
-    /// Whether the stop link has the colour of a link that takes clicks.
+    /// Whether the stop link has the colour of an enabled link.
     [[nodiscard]] bool StopLinkIsBlue() const
     {
         const QString path = folder.filePath(QStringLiteral("main.png"));
@@ -211,7 +211,7 @@ protected:
                window.toULongLong();
     }
 
-    /// A window in which somebody types.
+    /// A window of another program, with the keyboard focus.
     void StartOtherProgram()
     {
         otherProgram.setProcessEnvironment(environment);
@@ -248,7 +248,7 @@ protected:
         return Output(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST")})
             .contains(QStringLiteral("0x") + QString::number(window.toULongLong(), 16));
     }
-    /// What the window manager is asked for; some show the boxes all the same.
+    /// The hints for the window manager; some window managers show the boxes all the same.
     [[nodiscard]] bool OffersBoxesToMinimiseOrMaximise(const QString& window) const
     {
         constexpr uint kMinimiseAndMaximise = 0x20 | 0x40;
@@ -291,7 +291,7 @@ TEST_F(AlertJourney, prayerComes_popupOnTopSoundAndStopLink)
     EXPECT_TRUE(sound.WaitForTone(kTone));
     static_cast<void>(Picture("popup_over_main_window"));
 
-    // The main window takes no click now, or the sound would not be there any more behind the popup.
+    // The main window is disabled: a click on the stop link would end the sound.
     Click(Window(kMain), 60, 264);
 
     static_cast<void>(Xdotool({QStringLiteral("windowraise"), Window(kMain)}));

@@ -37,7 +37,7 @@ def close_popup(program, title, name):
 
 
 def due_at_the_start(folder, service, times, script):
-    """The main window is not there yet; its prayer is announced all the same."""
+    """The main window is not open yet; a prayer is announced all the same."""
     duhr = main_window.minutes(times[2])
     clock = wall_clock.FastClock()
     service.forget()
@@ -78,7 +78,7 @@ def due_at_a_prayer(folder, service, times):
 
 
 def sound_at_a_prayer(folder, service, times):
-    """The call to prayer waits for no more than three seconds of a silent service, and the request goes on behind it."""
+    """The call to prayer waits at most three seconds for a silent service, and the request continues in the background."""
     duhr = main_window.minutes(times[2])
     settings = main_window.with_alerts(silent=["duhr"]).replace(
         '<duhr enabled="true" popup="false" mobil="false" play="false" audioFile=""',

@@ -25,7 +25,7 @@ class Service:
         self._log = os.path.join(folder, "log")
 
     def start(self):
-        # It ends with this script, however that ends.
+        # Ends with this script, also if the script is killed.
         with open(self._log, "wb") as log:
             return subprocess.Popen(["setpriv", "--pdeathsig", "TERM", *self._command("serve")], cwd=self._folder, stderr=log)
 

@@ -12,7 +12,7 @@ def is_title(name):
 
 
 def box(program):
-    """The text of the message box that is shown, and what its buttons say; None without one."""
+    """The text and the button captions of the message box that is shown; None without one."""
     try:
         application = program.application()
         for i in range(application.get_child_count() if application else 0):

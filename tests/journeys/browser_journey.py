@@ -58,7 +58,7 @@ def signing_up(browser, service, address):
     browser.check()
     send(browser, "aisha")
     assert browser.complaint(browser.control(FIELD)) and browser.heading() == "Dusk Beacon"
-    # The browser takes this one.
+    # The browser accepts this value.
     send(browser, "aisha@example")
     arrived(browser, "This is no mail address")
     browser.check(400)

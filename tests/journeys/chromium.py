@@ -88,7 +88,7 @@ class Browser:
         return self._driver.find_element(By.LINK_TEXT, text)
 
     def control(self, name):
-        """The field or button that a screen reader calls so."""
+        """The field or button of that accessible name."""
         controls = self._driver.find_elements(By.CSS_SELECTOR, "input, button")
         named = [control for control in controls if control.accessible_name == name]
         assert len(named) == 1, f"{name}: {[control.accessible_name for control in controls]}"

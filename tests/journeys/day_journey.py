@@ -22,7 +22,7 @@ from hands import BUTTON, LINK
 
 DATE = wall_clock.DATE.date()
 BETWEEN = 2400  # times faster than the real clock
-FASTER = 60     # in the hour whose seconds all come, timers and all
+FASTER = 60     # in the hour without skipped seconds, timers included
 SLOWER = 6      # in that hour, round a prayer
 ASIDE = 1200    # seconds before a prayer at which the fast clock has to have ended
 PID = "P-day"

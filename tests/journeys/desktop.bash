@@ -28,7 +28,7 @@ picture() {
 tidy_up() {
     for process in "${started[@]}"; do
         kill "$process" 2>/dev/null
-        # One that has been stopped ends when it goes on.
+        # A stopped process ends after SIGCONT.
         kill -CONT "$process" 2>/dev/null
     done
     wait 2>/dev/null
@@ -36,7 +36,7 @@ tidy_up() {
 }
 trap tidy_up EXIT
 
-# wait_until WHAT COMMAND...: until the command succeeds, at most 20 seconds, or what JOURNEY_PATIENCE says.
+# wait_until FAILURE COMMAND...: waits until the command succeeds, at most JOURNEY_PATIENCE or 20 seconds.
 wait_until() {
     local what=$1 deadline=$((SECONDS + ${JOURNEY_PATIENCE:-20}))
     shift
@@ -64,7 +64,7 @@ start_desktop() {
     start_display "$folder" -screen 0 1024x768x24 || fail "no display"
     started+=("$server")
     export QT_QPA_PLATFORM=xcb NO_AT_BRIDGE=1 HOME=$folder XDG_RUNTIME_DIR=$folder LC_ALL=C.UTF-8 TZ=UTC
-    # Nothing of a journey leaves the computer.
+    # No request of a journey leaves the computer.
     export http_proxy=http://127.0.0.1:9 https_proxy=http://127.0.0.1:9 no_proxy=localhost,127.0.0.1
     start openbox
     wait_until "no window manager" wmctrl -m
@@ -81,7 +81,7 @@ start_program() {
     # The window manager moves a new window to its place before it makes it the active one.
     wait_until "the main window isn't active" is_active "$caption"
 }
-# A search fails where a window goes while it looks around, as the splash does.
+# A search fails if a window disappears during it, as the splash does.
 finds_main_window() { window=$(xdotool search --onlyvisible --name "$title") && [ -n "$window" ]; }
 is_on_screen() { xdotool search --onlyvisible --name "$1"; }
 is_on_taskbar() { wmctrl -l | grep -qF "$caption"; }
@@ -94,8 +94,8 @@ is_alerts_open() { is_on_screen '^Alerts$'; }
 is_list_open() { is_on_screen 'Dusk Beacon: Location'; }
 # A pop-up menu of the program, of the size of the tray icon's.
 menu_is_open() { xwininfo -root -children | grep '"DuskBeacon"' | grep -qE ' 1[0-9][0-9]x[3-9][0-9]\+'; }
-# opens_menu_by COMMAND...: a window that has just been hidden may take a menu along that opens at the same instant;
-# whoever sees none asks again.
+# opens_menu_by COMMAND...: false if no menu opens. The hiding of a window may close a menu that opens at the same instant;
+# then call it again.
 opens_menu_by() {
     menu_is_open && return
     "$@" >/dev/null
@@ -115,7 +115,7 @@ minimise_to_tray() {
 minimise_to_taskbar() {
     xdotool windowminimize "$window"
     wait_until "not minimised" is_minimised
-    # Longer than hiding would take: the program may wait half a second for a panel that doesn't answer.
+    # Longer than hiding would need: the program may wait half a second for a panel that doesn't answer.
     sleep 1
     is_on_taskbar || fail "hidden although no icon could bring it back"
     wmctrl -i -a "$window"

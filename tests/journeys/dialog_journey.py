@@ -34,7 +34,7 @@ PAGES = ["General", "Mobile Alert", "Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", 
 
 
 class Opened:
-    """The dialog, opened by a link of the main window. The main window says the same until it closes."""
+    """The dialog, opened by a link of the main window. The main window does not change until the dialog closes."""
 
     def __init__(self, program, link):
         self._program = program
@@ -102,7 +102,7 @@ def angles_of_the_user(program):
     assert dialog.text(fajr) == "-16.5"
     dialog.enter(isha, ["End", "BackSpace", "2"], "")
     opened.settings.wait("angle2", "-17.2")
-    # A letter is not shown, and the next key takes it back.
+    # A letter is not shown, and the next key removes it.
     hands.xdotool("key", "x")
     assert dialog.text(isha) == "-17.2"
     hands.xdotool("key", "BackSpace", "Home", "Right", "Delete", "Delete", "1", "4")
@@ -195,7 +195,7 @@ def alerts(folder, settings, shown):
             for number, prayer in enumerate(PAGES[2:]):
                 minute = main_window.minutes(shown[number])
                 if prayer == "Shuruq":
-                    # The warning looks at no more than whether the alert is on.
+                    # The warning depends only on whether the alert is on.
                     clock.run((minute - 27) * 60 - wall_clock.LEAD, 1)
                     popup(program, f"Advanced Alert Shuruq {shown[number]}", "alert_shuruq_27")
                 clock.run(minute * 60 - wall_clock.LEAD, 1)
@@ -203,7 +203,7 @@ def alerts(folder, settings, shown):
 
 
 def at_prayer(program, service, server, number, shown):
-    """What was chosen happens and nothing else."""
+    """The chosen alert comes and nothing else."""
     prayer, minute = PAGES[2:][number], main_window.minutes(shown[number])
     sent = screen.wait_for(f"the request of {prayer}", lambda: service.requests("prayerCall.pl")[number:])
     kind = "Normal" if chosen(number)[1] else "Quite"

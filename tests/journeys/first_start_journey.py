@@ -31,7 +31,7 @@ def expected_requests(settings, identifier):
 
 
 def as_before_but(settings, now, **changed):
-    """The file says what it said, but for the named attributes of the program's own element."""
+    """The file is unchanged except for the named attributes of the program's own element."""
     before = xml.etree.ElementTree.fromstring(settings)
     for name, value in changed.items():
         before.find("app").set(name, value)
@@ -41,7 +41,7 @@ def as_before_but(settings, now, **changed):
 
 
 def opens_the_list(program):
-    """The list in front of a main window that takes nothing until it is closed."""
+    """The list in front of a main window that is disabled until the list closes."""
     places, main = place_windows.Window(program, place_windows.LIST).wait(), hands.Window(program, main_window.TITLE).wait()
     assert not main.is_usable()
     screen.wait_for("the list to be in front", lambda: hands.title_in_front() == place_windows.LIST)
@@ -65,7 +65,7 @@ def without_network(folder, shipped):
 
 
 def service_without_network(folder, shipped):
-    """At the first start the identifier is asked for whatever the probe says; nothing else is."""
+    """At the first start the identifier is requested whether the probe fails or not, and nothing else is requested."""
     with stand_in.Service() as service:
         service.fault("refuse", "probe")
         with hands.Program(folder, shipped, environment=service.environment()) as program:
@@ -95,7 +95,7 @@ def with_network(folder, shipped):
 
 
 def at_the_service_of_the_settings(folder, shipped):
-    """The service and the probe are at another port than the build's, where nothing is asked. No proxy stands in for the
+    """The service and the probe are at another port than the build's, where no request arrives. No proxy stands in for the
     network: the program finds it by its settings."""
     with stand_in.Service() as build, stand_in.Service(port=0, prod_string="P-3003") as own:
         address = f"http://127.0.0.1:{own.port}/"
@@ -111,7 +111,7 @@ def at_the_service_of_the_settings(folder, shipped):
 
 
 def without_identifier(folder, known):
-    """Started before but with no identifier: it is asked for where there is a network, and only there."""
+    """Started before but without an identifier: it is requested only if there is a network."""
     lost = known.replace(b'pid="P-1001"', b'pid=""')
     assert lost != known
     with stand_in.Service(prod_string="P-2002") as service:

@@ -33,7 +33,7 @@ class Desktop(screen.Display):
 
 
 class Program(screen.Program):
-    """Keeps a picture of what there was when a journey failed."""
+    """Keeps a picture of the screen when a journey fails."""
 
     def __exit__(self, kind, *rest):
         if kind is not None:
@@ -63,7 +63,7 @@ class Window:
         screen.wait_for(f"{self.title} to be gone", lambda: not self.is_open())
 
     def is_usable(self):
-        """Whether the window itself takes mouse and keys."""
+        """Whether the window itself is enabled."""
         try:
             return self.program.window(self.title).get_state_set().contains(Atspi.StateType.ENABLED)
         except (GLib.Error, AttributeError):
@@ -139,7 +139,7 @@ def click(node, at=(0.5, 0.5), times=1):
 
 
 def frames_over(node):
-    """The windows that the pointer meets on a control, in its middle and its corners: one where nothing covers it."""
+    """The windows under the pointer in the middle and the corners of a control: only one if the control is uncovered."""
     place = node.get_extents(Atspi.CoordType.SCREEN)
     right, bottom = place.x + place.width - 2, place.y + place.height - 2
     spots = [(place.x + place.width // 2, place.y + place.height // 2), (place.x + 1, place.y + 1), (right, place.y + 1),
@@ -167,12 +167,12 @@ def picture(name, window=None):
 
 
 def raise_window(title):
-    """Has the window manager bring that window to the front, and waits until it has had the keyboard, be it for a moment."""
+    """Has the window manager bring that window to the front, and waits until it has had the focus, if only briefly."""
     with subprocess.Popen(["timeout", str(screen.PATIENCE), "xprop", "-root", "-spy", "_NET_ACTIVE_WINDOW"],
                           stdout=subprocess.PIPE, text=True) as watch:
         watch.stdout.readline()
         subprocess.run(["wmctrl", "-F", "-a", title], check=True)
-        # On a busy machine the next window has it again before anybody can read which one had it.
+        # On a busy machine another window may get the keyboard before the title is read: check only for a change.
         has_changed = bool(watch.stdout.readline())
         watch.terminate()
     assert has_changed, f"{title} never had the keyboard"
@@ -192,7 +192,7 @@ def is_titled(title):
 
 
 class Settings:
-    """What the file says now; the program replaces it whole, so that it can be read at any time."""
+    """The content of the file; the program replaces the file as a whole, so it can be read at any time."""
 
     def __init__(self, program):
         self._path = program.settings
@@ -202,7 +202,7 @@ class Settings:
             return file.read()
 
     def attributes(self, element):
-        """What the one element of that name says."""
+        """The text of the only element of that name."""
         return dict(xml.etree.ElementTree.fromstring(self.read()).find(f".//{element}").attrib)
 
     def alerts(self, name):

@@ -7,7 +7,7 @@
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 start_desktop
 
-# A browser that writes down what it is to open.
+# A browser that records the addresses.
 mkdir "$folder/path"
 printf '#!/bin/sh\necho "$1" >>"%s/opened"\n' "$folder" >"$folder/xdg-open"
 chmod +x "$folder/xdg-open"
@@ -17,7 +17,7 @@ pid=$(sed -n 's/.* pid="\([^"]*\)".*/\1/p' "$folder/program/settings.xml" | head
 
 click_alerts
 wait_until "no settings dialog" is_alerts_open
-# The dialog takes the focus back whenever the main window gets it.
+# The dialog gets the focus back whenever the main window receives it.
 wmctrl -i -a "$window"
 wait_until "the dialog isn't in front" is_active Alerts
 picture main_links_settings
@@ -39,7 +39,7 @@ wait_until "no home page" opened ""
 click_locations
 wait_until "no list of places" is_list_open
 list=$(xdotool search --onlyvisible --name 'Dusk Beacon: Location')
-# The disabled main window can't be closed, and its links take no click.
+# The disabled main window can't be closed, and its links ignore clicks.
 wmctrl -i -c "$window"
 click_alerts
 wmctrl -i -a "$window"

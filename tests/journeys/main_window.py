@@ -30,7 +30,7 @@ SETTINGS = """<?xml version="1.0"?>
   </alerts>
 </root>
 """
-# What stands in the file in base 64.
+# Stored in the file as Base64.
 DEFAULT_AD = "<b>Dusk Beacon</b>"
 ELEMENTS = [prayer.rstrip(":").lower() for prayer in PRAYERS]
 
@@ -124,7 +124,7 @@ def advertisement(program):
 
 def check_times(main, date, angles=(-15, -15), shadow_length=1, zone=ZONE, place=PLACE, tolerance=1.5):
     """Those of the day and of these choices are shown, within so many minutes; answers them in minutes of the day."""
-    # The scheduler takes whole degrees, a half to the even neighbour.
+    # The scheduler uses whole degrees, halves rounded to even.
     due = expected_times(date, [round(angle) for angle in angles], shadow_length, zone, place)
     shown = main.times()
     for name, text, expected in zip(PRAYERS, shown, due):

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 """mobile_journey.py FOLDER: a mobile device signed up, refused, reset, and asked for at a prayer; the dialog and the program
-closed while the service takes its time. The service is the stand-in at its usual port."""
+closed during a slow request. The service is the stand-in at its usual port."""
 import os
 import subprocess
 import sys
@@ -74,7 +74,7 @@ def reset(program, service, dialog, settings):
     assert is_open_for_entry(dialog) and (dialog.text(DEVICE), dialog.text(CODE)) == ("", "")
 
     enter_device(dialog, settings, "D-815", "4711")
-    # Confirmed without a word: the boxes lock, and it says that nothing could be verified.
+    # A confirmation without a text: the boxes lock, and the message says that nothing could be verified.
     register(program, service, dialog, "1", "", UNVERIFIED)
     assert not is_open_for_entry(dialog)
 
@@ -102,7 +102,7 @@ def choose_prayers(dialog, settings):
 
 
 def offline(program, settings):
-    """The network has gone: the box says so, and nothing is stored."""
+    """Without a network the box says so, and nothing is stored."""
     hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
     dialog = hands.Window(program, DIALOG).wait()
     dialog.click(LINK, "Mobile Alert")
@@ -119,7 +119,7 @@ def open_page(program):
 
 
 def press_and_close(program, service):
-    """The service takes its time, and the user doesn't wait for it."""
+    """The service is slow, and the user doesn't wait for its reply."""
     service.forget()
     service.fault("slow", "confirmSignup.pl")
     dialog = open_page(program)
@@ -162,7 +162,7 @@ def closed_in_the_wait(program, service, settings):
 
 
 def opened_again_in_the_wait(program, service, dialog, settings):
-    """The dialog that is open by then shows the device that was asked for; pressing again asks for nothing."""
+    """The dialog that is open by then shows the requested device; pressing again sends no request."""
     enter_device(dialog, settings, "D-815", "4711")
     dialog.close()
     dialog.wait_gone()
@@ -212,7 +212,7 @@ def reset_in_the_wait(program, service, settings):
 
 
 def ended_in_the_wait(program, service):
-    """The last window goes: the program ends at once, and says nothing."""
+    """The last window closes: the program ends at once, without a message."""
     press_and_close(program, service)
     subprocess.run(["wmctrl", "-F", "-c", main_window.TITLE], check=True)
     assert program.process.wait(timeout=screen.PATIENCE) == 0

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""own_network.py COMMAND...: runs it where only a loopback is, so that nothing else answers at the service's port."""
+"""own_network.py COMMAND...: runs it in a network with a loopback only, where the service's port is free."""
 import fcntl
 import os
 import socket
@@ -12,7 +12,7 @@ KIND = "DUSKBEACON_NETWORK"
 
 
 def under_own_network():
-    """Starts this script again in a network of its own. Where the system gives none, the common loopback has to do."""
+    """Starts this script again in a network of its own. If the system refuses one, uses the common loopback."""
     if KIND not in os.environ:
         command = ["unshare", "--net"] + (["--map-root-user"] if os.geteuid() != 0 else [])
         os.environ[KIND] = "own" if _succeeds(command) else "common"

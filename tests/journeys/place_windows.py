@@ -41,7 +41,7 @@ class Window(hands.Window):
             return []
 
     def is_idle(self):
-        """Whether both links of the search window are live and its progress is hidden."""
+        """Whether both links of the search window are enabled and its progress is hidden."""
         try:
             nodes = list(screen.nodes(self.program.window(self.title)))
             links = [node for node in nodes if node.get_role_name() == "link"]
@@ -58,7 +58,7 @@ class Window(hands.Window):
         hands.click(self._combo())
 
     def chosen(self):
-        """What the closed combo box of the window stands on: that is what it is called by."""
+        """The current line of the window's closed combo box, which is its accessible name."""
         try:
             node = self._combo()
             is_open = node is None or node.get_state_set().contains(Atspi.StateType.EXPANDED)
@@ -74,7 +74,7 @@ class Window(hands.Window):
 
 
 def is_waiting(program):
-    """Whether the window is shown that asks to wait."""
+    """Whether the window is shown that asks the user to wait."""
     try:
         application = program.application()
         windows = [application.get_child_at_index(i) for i in range(application.get_child_count())]

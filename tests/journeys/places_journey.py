@@ -44,9 +44,9 @@ def by_zip_code(program, service, places):
     search = open_search(program, places)
     search.click_described(hands.LINK, place_windows.BY_ZIP_CODE)
     boxes.answer(program, "You must enter a zipcode to search for.")
-    # It asks for the empty zip code all the same.
+    # The empty zip code is requested all the same.
     boxes.answer(program, "No city found matching this Zip Code")
-    # The list waits for its search: raised by hand it gives the keyboard back at once.
+    # The list is disabled during its search: raised by the user it gives the focus back at once.
     hands.raise_window(place_windows.LIST)
     screen.wait_for("the search to be in front", lambda: hands.title_in_front() == place_windows.SEARCH)
     assert not places.is_usable()
@@ -104,7 +104,7 @@ def by_country(program, service, places):
     search.double_click("list item", name)
     search.wait_gone()
     assert places.lines()[-1] == f"{name}, Norway", places.lines()
-    # Once more: it is there already.
+    # Once more: the place is stored already.
     service.reply(max_matches="3")
     search = open_search(program, places)
     place_windows.choose_country(search, "Norway")
@@ -173,7 +173,7 @@ def deleting(program):
 
 
 def no_network(folder):
-    """The search doesn't open; the list is in charge again."""
+    """The search doesn't open; the list is the active window again."""
     with hands.Program(folder, settings_of("Jakarta", JAKARTA), INSTANT) as program:
         places = place_windows.open_list(program)
         places.click(hands.LINK, "Get New Location")

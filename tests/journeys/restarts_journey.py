@@ -57,7 +57,7 @@ def end(program, date):
 
 
 def one_day(folder, place, settings, loudness, date, hijri):
-    """Answers how loud it was set in the end."""
+    """Returns the volume that was set in the end."""
     with hands.Program(folder, settings, f"{date} 09:30:10", stand_in.Service.environment(), folder=place) as program:
         main = main_window.Main(program)
         main.wait("the countdown", lambda m: m.countdown())

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What a journey needs: a display, the program in a folder of its own at an instant of its own, and a reader of what its
+"""The environment of a journey: a display, the program in a folder of its own at an instant of its own, and a reader of what its
 windows say, which looks through the accessibility interface as a screen reader does.
 
 Needs Xvfb, dbus-run-session, at-spi2-core, gir1.2-atspi-2.0, python3-gi and libfaketime.
@@ -20,7 +20,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 PATIENCE = 60.0
-# Only the wall clock is another; the timers run on real time.
+# Only the wall clock is faked; the timers run on real time.
 REAL_TIMERS = {"FAKETIME_DONT_FAKE_MONOTONIC": "1", "DONT_FAKE_MONOTONIC": "1"}
 
 
@@ -29,17 +29,17 @@ def under_own_session():
     if os.environ.get("DUSKBEACON_JOURNEY") != "1":
         environment = dict(os.environ, DUSKBEACON_JOURNEY="1", GTK_A11Y="none")
         environment.pop("DBUS_SESSION_BUS_ADDRESS", None)
-        # The accessibility bus has its socket there under a fixed name: of two journeys the later would take it away.
+        # The socket of the accessibility bus has a fixed name there: a second journey would replace it.
         environment["XDG_RUNTIME_DIR"] = tempfile.mkdtemp(prefix="duskbeacon-session-")
         os.execvpe("dbus-run-session", ["dbus-run-session", "--", sys.executable, *sys.argv], environment)
     atexit.register(shutil.rmtree, os.environ["XDG_RUNTIME_DIR"], ignore_errors=True)
 
 
 def wait_for(what, condition):
-    """Waits until the condition gives something, and answers that."""
+    """Waits until the condition returns a true value, and returns it."""
     deadline = time.monotonic() + PATIENCE
     while time.monotonic() < deadline:
-        # What the accessibility bus has told meanwhile: without it the tree stays as it was first read.
+        # Process the events of the accessibility bus: otherwise the tree is never updated.
         while GLib.MainContext.default().iteration(False):
             pass
         found = condition()
@@ -50,7 +50,7 @@ def wait_for(what, condition):
 
 
 def settles(condition, seconds=2.0):
-    """Whether the condition comes to hold within a moment; for what may have to be done again."""
+    """Whether the condition becomes true within a short time; for steps that may have to be repeated."""
     deadline = time.monotonic() + seconds
     while time.monotonic() < deadline:
         if condition():
@@ -70,7 +70,7 @@ class Display:
             os.environ["DISPLAY"] = ":" + pipe.readline().strip()
         # An application that has gone must not hold up the search for the one that has come.
         Atspi.set_timeout(500, 500)
-        # The registry has to be there before the program looks for it.
+        # The registry must be running before the program looks for it.
         Atspi.get_desktop(0)
         return self
 
@@ -98,7 +98,7 @@ class Program:
             prepare(self)
         self.environment = dict(os.environ, XDG_STATE_HOME="", TZ="UTC", LC_ALL="C.UTF-8", QT_QPA_PLATFORM="xcb",
                                  QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=self.folder, XDG_DATA_HOME=self.folder,
-                                 # Nothing is behind this proxy: the program finds no network.
+                                 # There is no such proxy: the program finds no network.
                                  http_proxy="http://127.0.0.1:9", https_proxy="http://127.0.0.1:9",
                                  no_proxy="localhost,127.0.0.1")
         if instant:
@@ -121,7 +121,7 @@ class Program:
     def application(self):
         if self.process.poll() is not None:
             raise AssertionError(f"the program has ended with {self.process.returncode}")
-        # The news that a program came or went waits until somebody takes it in.
+        # Process pending events: they report started and ended programs.
         context = GLib.MainContext.default()
         while context.pending():
             context.iteration(False)
@@ -131,7 +131,7 @@ class Program:
             try:
                 child = desktop.get_child_at_index(i)
                 if child is not None and child.get_process_id() == self.process.pid:
-                    # What is remembered grows stale: nobody here serves the events that would renew it.
+                    # Disable the cache: no event loop runs here to refresh it.
                     child.set_cache_mask(Atspi.Cache.NONE)
                     return child
             except GLib.Error:  # An application that is just coming or going.

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Faults of the service, at the start and in the search for places: what the user is told, that the clock goes on, that
+"""Faults of the service, at the start and in the search for places: the messages to the user, that the clock goes on, that
 the settings stay whole and that the windows can be used afterwards."""
 import os
 import signal
@@ -31,7 +31,7 @@ def start(folder, service, settings, instant=None):
 
 
 def unreadable_start(folder, service, how, faulty):
-    """The program comes up with what it has and asks again next time."""
+    """The program starts with its stored data and repeats the request at the next start."""
     service.fault("ok", *AT_START)
     service.fault(how, *faulty)
     with start(folder, service, FIRST) as program:
@@ -39,7 +39,7 @@ def unreadable_start(folder, service, how, faulty):
         hands.Window(program, main_window.TITLE).wait()
         assert boxes.box(program) is None
         is_ad_faulty = "getAd.pl" in faulty
-        # A failed advertisement counts as no connection: nothing is asked after it.
+        # A failed advertisement counts as no connection: no request follows it.
         asked = AT_START[:3] if is_ad_faulty else AT_START
         for script in asked:
             assert service.requests(script), (how, script, service.asked())
@@ -68,7 +68,7 @@ def readable_start(folder, service, how):
 
 
 def dots(program):
-    """What the splash window says of its progress."""
+    """The progress text of the splash window."""
     application = program.application()
     for i in range(application.get_child_count() if application else 0):
         window = application.get_child_at_index(i)
@@ -79,12 +79,12 @@ def dots(program):
 
 
 def endless_start(folder, service, how, script):
-    """Time goes on while the start waits, and an end that comes then is a quick one."""
+    """The clock goes on while the start waits, and the program can be ended quickly meanwhile."""
     service.fault("ok", *AT_START)
     service.fault(how, script)
     with start(folder, service, FIRST) as program:
         screen.wait_for(script, lambda: service.requests(script))
-        # The dots are all that is to be seen of the clock: the main window comes at the end of the start.
+        # Only the dots show that the clock runs: the main window opens at the end of the start.
         for _ in range(2):
             before = dots(program)
             assert before, "no splash window"
@@ -100,7 +100,7 @@ def endless_start(folder, service, how, script):
 
 
 def silent_start(folder, service, how):
-    """The start waits for three seconds of a reply that is not read; the request goes on, and holds up no end."""
+    """The start waits three seconds for the end of a reply; the request continues, and does not delay the end of the program."""
     service.fault("ok", *AT_START)
     service.fault(how, "startup.pl")
     with start(folder, service, CHICAGO) as program:
@@ -132,7 +132,7 @@ def open_with(program, service, places, how):
 
 
 def has_found(search, service, script, city):
-    """The search is over: it asked, its link is live again, and these are the lines."""
+    """The search has ended: its request was sent, its link is enabled again, and these are the lines."""
     screen.wait_for(f"the search by {script} to be over", lambda: service.requests(script) and search.is_idle())
     assert search.results() == [city], (search.results(), city)
     service.forget()
@@ -164,7 +164,7 @@ def searches(program, service, places, how):
     place_windows.choose_country(search, "Norway")
     name = "Troms\u00f8"
     zip_search(program, service, search, "ok", "Chicago")
-    # Without a list the lines stay, without a count the list comes all the same; nothing is said of either.
+    # Without a list the lines stay, without a count the list is shown all the same; neither shows a message.
     city_search(program, service, search, how, how, "Chicago" if is_unreadable else name)
     city_search(program, service, search, how, "ok", name)
     zip_search(program, service, search, how, name if is_unreadable else "Chicago")
@@ -216,7 +216,7 @@ def delete(program, places, line):
 
 
 def endless_searches(program, service, places):
-    """The clock goes on during each wait; a reply that comes late is a reply, one that breaks off is none."""
+    """The clock goes on during each request; a late reply is used, an incomplete one is not."""
     main = main_window.Main(program)
     countdown = main.countdown()
     service.fault("hang", "getStates.pl")
@@ -251,7 +251,7 @@ def endless_searches(program, service, places):
     service.fault("ok", "getCityInfo.pl")
     boxes.answer(program, "Failed to get city info. Please verify internet connection.")
     assert hands.Settings(program).read() == before
-    # The windows go while a reply is still awaited.
+    # The windows close during a request.
     service.fault("hang", "getCityInfo.pl")
     service.forget()
     search.click(hands.BUTTON, "Add")

@@ -21,7 +21,7 @@ import screen
 SHIPPED = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "data", "settings.xml")
 INSTANT = "2026-03-20 09:30:10"
 DATE = datetime.date(2026, 3, 20)
-# Found by the letters "ma" in Saudi Arabia, behind places that the program ships.
+# Found by the letters "ma" in Saudi Arabia, after places that the program ships.
 NAME, COUNTRY, ATLAS_ID = "Al Maj\u0101ridah", "Saudi Arabia", "SA-G399518"
 POSITION, ANGLES = (19.12, 41.91), (-18, -17)
 OFFER = "Would you like to Download\nthe new version of DuskBeacon?"
@@ -31,7 +31,7 @@ UNKNOWN = "This personal code is not known. Please check it, or ask for a new on
 
 
 class Installation:
-    """A copy of the program that its user starts again and again."""
+    """A copy of the program that is started repeatedly."""
 
     def __init__(self, programs, folder):
         self._programs = programs
@@ -42,7 +42,7 @@ class Installation:
 
 
 def shipped_settings():
-    """Those that are shipped; the service is the network that the program finds."""
+    """The shipped settings; the service is the network that the program finds."""
     with open(SHIPPED, encoding="utf-8") as file:
         shipped = file.read()
     named = shipped.replace('dist="dbeacon"', f'dist="dbeacon" probe="{beacond.ADDRESS}/healthz"')
@@ -144,7 +144,7 @@ def news(installation, service):
     """The strip and the release that were added while the service runs. Answers the times that are shown."""
     service.run("ad", "add", text=STRIP)
     service.run("release", "add", "1", "6", f"{beacond.ADDRESS}/downloads/")
-    # The strip came before it, and is known by then.
+    # The strip was requested before it, and has its reply by then.
     asked = "/cgi-bin/dbeacon/version.pl?curr_v=1&curr_s=5"
     screen.wait_for("the release to be known", lambda: 'version_sequence="6"' in service.get(asked))
     with installation.start() as program:

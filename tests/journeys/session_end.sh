@@ -19,7 +19,7 @@ end_by() {
     [ "$(cd "$folder/program" && ls)" = $'DuskBeacon\nDuskBeacon.DBN\nsettings.xml\ntemp.html' ] || fail "$1 left files"
 }
 
-# What a shell starts in the background has INT ignored, and what nohup starts has HUP.
+# A background process of a shell ignores INT, a process started by nohup ignores HUP.
 not_ignored=(env --default-signal=INT,HUP)
 for signal in TERM INT HUP; do
     start_program "${not_ignored[@]}"

@@ -13,7 +13,7 @@ import wave
 import screen
 
 RATE = 8000
-WINDOW = RATE // 4  # the newest quarter of a second is what is looked at
+WINDOW = RATE // 4  # the latest quarter of a second is examined
 
 
 class Server:
@@ -38,7 +38,7 @@ class Server:
         self._folder.cleanup()
 
     def environment(self):
-        """For the program that is to be heard."""
+        """The environment of a program that is to be recorded."""
         return {"PULSE_SERVER": f"unix:{self._folder.name}/pulse/native"}
 
     def _record(self):
@@ -56,7 +56,7 @@ class Server:
             self._newest = (self._newest + samples)[-2 * WINDOW:]
 
     def hears(self, hertz):
-        """Whether there is nothing but this tone."""
+        """Whether the sound is this tone only."""
         samples = array.array("h", self._newest)
         power = sum(sample * sample for sample in samples) / len(samples)
         angles = [2 * math.pi * hertz * i / RATE for i in range(len(samples))]

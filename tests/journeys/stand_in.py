@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The stand-in for the service as a journey uses it: what it answers, what it was asked, and how it fails."""
+"""The stand-in for the service as a journey uses it: its replies, its requests and its faults."""
 import os
 import subprocess
 import sys
@@ -13,13 +13,13 @@ import screen
 PORT = 8750  # of the program's default base address
 AD = "<b>An advertisement</b>"  # until a reply is set
 START = "/cgi-bin/dbeacon/"
-# What makes a reply one that can't be read, and what only makes it look unlike others.
+# Faults that make a reply unreadable, and variants that can be read.
 UNREADABLE = ["refuse", "flood", "html", "truncated", "cut", "empty", "gzip", "loop", "entities", "certificate"]
 READABLE = ["error", "utf16", "windows1252"]
 
 
 class Service:
-    """The stand-in for the service, which is also the network that the program finds. At port 0 it takes a free one."""
+    """The stand-in for the service, which is also the network that the program finds. Port 0 means any free port."""
 
     def __init__(self, port=PORT, **replies):
         self.port = port
@@ -53,7 +53,7 @@ class Service:
         self._control("set", [f"{name}={value}" for name, value in replies.items()])
 
     def fault(self, how, *scripts):
-        """Makes these scripts misbehave in that way from now on; "ok" makes them well again."""
+        """Makes these scripts misbehave in that way from now on; "ok" makes them normal again."""
         self._control("fault", [f"{script}={how}" for script in scripts])
 
     def requests(self, script, pid=None):
@@ -66,16 +66,16 @@ class Service:
         return [line for line in self._lines() if line.startswith(START)]
 
     def connections(self):
-        """Over how many connections those requests came."""
+        """Number of connections of those requests."""
         return self._lines().count("connection")
 
     def probes(self, address="http://"):
-        """How often that address was asked for; without one, that of any other host through the proxy."""
+        """Number of requests for that address; without one, for any other host through the proxy."""
         return sum(line.startswith(address) for line in self._lines())
 
     def check_refusals(self, expected):
-        """So often somebody saw the certificate of the service's other door and turned away. The service tells it later than
-        the program knows it."""
+        """Number of clients that refused the certificate of the service's TLS port. The service reports it later than
+        the program does."""
         def refusals():
             return self._lines().count("refused certificate")
         screen.wait_for(f"{expected} refusals, not {refusals()}", lambda: refusals() >= expected)
@@ -106,6 +106,6 @@ class Service:
 
 
 def prayer_call(pid, pno, time, kind="Quite", ma=0):
-    """The request of an alert; `aid` stands in it twice."""
+    """The request of an alert; it contains `aid` twice."""
     return (f"{START}prayerCall.pl?prod_string={pid}&aid=US-1&pno={pno}&alert_type={kind}&ma={ma}"
             f"&dist_string=dbeacon&time={time}&aid=US-1")

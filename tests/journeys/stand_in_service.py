@@ -169,13 +169,13 @@ class Handler(BaseHTTPRequestHandler):
         self.wfile.write(body)
 
     def send_endless(self):
-        """The head of a reply that only the end of the connection ends."""
+        """The head of a reply that ends with the connection."""
         self.close_connection = True
         self.send_response(200)
         self.end_headers()
 
     def do_CONNECT(self):
-        """Stands in for a proxy too, and for all that lies behind it: the probe of the network ends here."""
+        """Acts as a proxy, too, and as all hosts beyond it: the probe of the network ends here."""
         print("CONNECT " + self.path, flush=True)
         if self.service.faults.get("probe", "ok") != "ok":
             self.send_error(502)
@@ -214,7 +214,7 @@ class Handler(BaseHTTPRequestHandler):
             self.close_connection = True
 
     def wait_until_changed(self, script, how, seconds=300):
-        """Waits until the script is to behave otherwise. Answers whether it is before the time is over."""
+        """Waits until the behaviour of the script is changed. False if the time is over first."""
         deadline = time.monotonic() + seconds
         while time.monotonic() < deadline:
             if self.service.faults.get(script) != how:

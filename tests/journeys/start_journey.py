@@ -20,7 +20,7 @@ FATAL = "An error has occured, The application will be terminated."
 CHICAGO_BEYOND_THE_POLE = ('latitude_final="41.85"', 'latitude_final="400"')
 JAKARTA = ('<Jakarta atlas_id="ID-1" city="Jakarta" state="Indonesia" longitude="" longitude_final="106.85" latitude=""'
            ' latitude_final="-6.21" time_zone2="7"/>')
-# Root reads what it may not. Another user would get neither the display nor the message bus of this journey.
+# Root ignores file permissions. Another user has no access to the display and message bus of this journey.
 BOUND_BY_PERMISSIONS = ("setpriv", "--bounding-set=-dac_override,-dac_read_search") if os.geteuid() == 0 else ()
 
 
@@ -68,7 +68,7 @@ def same_times_on_a_comma_system(folder, slots):
 
 
 def end_by(program, title):
-    """The fatal box in its words, its one button, and the end that follows with a failure code."""
+    """The fatal box with its text and its one button, and the following end with a failure code."""
     screen.wait_for(title, lambda: FATAL in program.texts(title))
     assert not program.window(main_window.TITLE) or title == "Error - 6"
     names = [name.replace("&", "") for name in program.texts(title)]
@@ -106,14 +106,14 @@ def state(program):
 
 
 def file_that_may_be_read(folder):
-    """What keeps the program from the unreadable file is that file's permissions and nothing else."""
+    """The permissions of the unreadable file are the only reason why the program cannot read it."""
     with hands.Program(folder, main_window.SETTINGS, prepare=lambda p: os.chmod(p.settings, 0o400),
                         launcher=BOUND_BY_PERMISSIONS) as program:
         assert main_window.Main(program).has("Chicago, Illinois")
 
 
 def no_display(folder):
-    """The toolkit says so on the terminal and ends the program, which has looked at nothing yet."""
+    """The toolkit reports it on the terminal and ends the program before it has read a file."""
     resource.setrlimit(resource.RLIMIT_CORE, (0, resource.getrlimit(resource.RLIMIT_CORE)[1]))
     with tempfile.TemporaryDirectory(prefix="duskbeacon-journey-") as place:
         program = hands.Program(folder, main_window.SETTINGS, folder=place)

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 # A desktop with a notification area of the StatusNotifier kind on a message bus of its own, and its icon as the host
-# has it. To be sourced.
+# shows it. To be sourced.
 if [ -z "${JOURNEY_BUS:-}" ]; then
     command -v dbus-run-session >/dev/null || exit 77
     /usr/bin/python3 -c 'import dbus, gi' 2>/dev/null || exit 77
@@ -21,7 +21,7 @@ stop_tray() {
     kill "$tray"
     wait_until "the notification area stays" not is_running "$tray"
 }
-# ask WHAT: the host does it and writes the answer.
+# ask COMMAND...: the host runs the command; prints its answer.
 ask() {
     rm -f "$folder/host.answer"
     echo "$*" >"$folder/host.part" && mv "$folder/host.part" "$folder/host.request"

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""A StatusNotifier watcher and host on the session bus that does what a script asks.
+"""A StatusNotifier watcher and host on the session bus that obeys the commands of a script.
 
 Reads requests from PATH.request and writes the answers to PATH.answer; PATH.ready tells that it is there.
 """

@@ -1,7 +1,7 @@
 #!/bin/bash
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Minimised to the tray shortly before a prayer: the alert comes with its request and its sound, and nothing of it brings
+# Minimised to the tray shortly before a prayer: the alert comes with its request and its sound, and does not bring
 # the main window back. Then Exit from the icon's menu. Then an alert while a registration is pending: its popup and the
 # message that the reply brings can both be used, and so can the icon's menu.
 [ -n "${DUSKBEACON_NETWORK:-}" ] || exec /usr/bin/python3 "$(dirname "$0")/own_network.py" "$0" "$@"
@@ -38,13 +38,13 @@ is_hidden() { ! is_on_screen "$title" >/dev/null && ! is_on_taskbar; }
 # fault HOW: of the reply to a registration.
 fault() { curl -sS --noproxy '*' -o "$folder/control" "http://127.0.0.1:$port/control?fault=confirmSignup.pl=$1"; }
 has_message() { message=$(xdotool search --onlyvisible --name '^Dusk Beacon$') && [ -n "$message" ]; }
-# over WINDOW X Y...: the windows that the mouse meets at those places of a window; one where nothing covers it.
+# over WINDOW X Y...: the windows under the mouse at those positions of a window; only this window if it is uncovered.
 over() {
     printf "mousemove --window $1 %s %s getmouselocation " "${@:2}" | xargs xdotool | sed 's/.*window://' | sort -u
 }
 are_apart() {
     eval "$(xdotool getwindowgeometry --shell "$message" | grep -E '^(WIDTH|HEIGHT)=')"
-    # Somewhere in the message's lowest row is its button.
+    # The button is in the lowest row of the message.
     local row=$((HEIGHT - 24)) over_alert over_message
     over_alert=$(over "$alert" 81 73 128 73 104 80 81 88 128 88)
     over_message=$(over "$message" 8 $row $((WIDTH / 2)) $row $((WIDTH - 8)) $row)
@@ -77,7 +77,7 @@ picture tray_alert
 click_ok_of_alert
 wait_until "the alert stays" not has_alert
 plays || fail "the sound ended with the alert"
-# The menu proves that all that the button may have brought about has been served.
+# The menu proves that all events of the button have been served.
 open_menu
 is_hidden || fail "the end of the alert brought the main window back"
 picture tray_alert_menu

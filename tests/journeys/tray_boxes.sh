@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # tray_boxes.sh FOLDER KIND: the tray's menu under a message box, with a notification area of that kind, embedded or
 # status_notifier. The box blocks the windows, not the menu; Exit leaves a box to the dialog that it belongs to, and ends
-# one that belongs to nothing more.
+# one without a dialog.
 case $2 in
 embedded) . "$(dirname "$0")/embedded_tray.bash" ;;
 status_notifier) . "$(dirname "$0")/status_notifier.bash" ;;
@@ -12,12 +12,12 @@ esac
 settings=$folder/program/settings.xml
 box='^Dusk Beacon$'
 is_box_open() { is_on_screen "$box"; }
-# The box has the keyboard, and the windows behind it take neither mouse nor close button.
+# The box has the focus, and the other windows ignore mouse and close button.
 box_blocks_the_main_window() {
     wait_until "the box isn't in front" is_active "Dusk Beacon"
     click_locations
     wmctrl -i -c "$window"
-    # Longer than a window takes to open.
+    # Longer than a window needs to open.
     sleep 0.5
     is_list_open >/dev/null && fail "the main window took the mouse under a box"
     is_running "$program" || fail "the main window was closed under a box"
@@ -56,7 +56,8 @@ close_window '^Alerts$'
 wait_until "the settings dialog stays" not is_alerts_open
 wait_until "the main window isn't in front" is_active "$caption"
 
-# Over the list of places, whose question loses the main window: it waits for its answer, and the list ends the program.
+# Over the list of places, with the main window closed during the question: Exit waits for the answer, and closing the list
+# ends the program.
 before=$(sha256sum "$settings")
 click_locations
 wait_until "no list of places" is_list_open
@@ -76,7 +77,7 @@ close_window 'Dusk Beacon: Location'
 ended_with 0
 [ "$before" = "$(sha256sum "$settings")" ] || fail "settings.xml was written"
 
-# Over the main window alone: both go at once, and nothing that the box would have led to happens.
+# Over the main window alone: both close at once, and the answer of the box has no effect.
 start_program
 wait_until "no icon" has_icon
 echo '<root' >"$settings"

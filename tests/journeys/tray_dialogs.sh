@@ -1,7 +1,8 @@
 #!/bin/bash
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The tray's menu while a dialog is open: Open brings the main window back behind it, Exit leaves it to end the program.
+# The tray's menu while a dialog is open: Open shows the main window behind the dialog; after Exit, closing the dialog ends
+# the program.
 . "$(dirname "$0")/embedded_tray.bash"
 start_tray
 start_program

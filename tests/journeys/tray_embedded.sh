@@ -26,7 +26,7 @@ press_all_buttons() {
     over_icon
     xdotool click 1 click --repeat 2 1 click 2
     xdotool mousedown 3
-    # Longer than a menu takes.
+    # Longer than a menu needs to open.
     sleep 0.3
     menu_is_open && fail "the menu opened on the press, or for another button"
     xdotool mouseup 3
@@ -42,7 +42,7 @@ is_minimised && fail "another button minimised the window"
 picture tray_embedded_menu
 leave_menu
 minimise_to_tray
-# The hiding may take along the first menu after it.
+# Hiding the window may close the first menu after it.
 open_menu
 leave_menu
 press_all_buttons
@@ -52,7 +52,7 @@ leave_menu
 choose_open
 wait_until "not back" is_on_screen "$title"
 
-# Hidden, and the tray restarts: the icon is there again and leads back.
+# The tray restarts while the window is hidden: the new icon brings the window back.
 minimise_to_tray
 stop_tray
 start_tray
@@ -60,7 +60,7 @@ wait_until "no icon after the tray's restart" has_icon
 choose_open
 wait_until "not back" is_on_screen "$title"
 
-# The tray goes before the window does: the icon that was there helps nobody.
+# The tray ends before the window is minimised: without an icon the window must not be hidden.
 stop_tray
 minimise_to_taskbar
 start_tray

@@ -2,7 +2,7 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 # tray_rounds.sh FOLDER KIND [ROUNDS]: so many times minimise and Open with a real notification area, embedded or
-# status_notifier. Nothing grows and the icon stays the one it was.
+# status_notifier. Memory and open files do not grow, and the icon stays the same.
 case $2 in
 embedded) . "$(dirname "$0")/embedded_tray.bash" ;;
 status_notifier) . "$(dirname "$0")/status_notifier.bash" ;;

@@ -13,7 +13,7 @@ wait_until "no icon" has_icon
 for round in 1 2 3; do
     minimise_to_tray
     ask activate >/dev/null
-    # Answered by the program itself, after all that the click may have brought about.
+    # Answered by the program itself, after all events of the click.
     ask menu >/dev/null
     is_on_screen "$title" >/dev/null && fail "a left click brought the window back"
     choose_open
@@ -27,7 +27,7 @@ picture tray_status_notifier_menu
 xdotool key Down Return
 wait_until "not back by its own menu" is_on_screen "$title"
 
-# Without its host the icon brings nobody back.
+# Without a host, minimising must not hide the window.
 ask leave >/dev/null
 minimise_to_taskbar
 ask return >/dev/null
@@ -47,7 +47,7 @@ kill -CONT "$tray"
 close_window '^Alerts$'
 wait_until "the settings dialog stays" not is_alerts_open
 
-# Hidden, and the notification area starts again: the icon is there and leads back.
+# The notification area restarts while the window is hidden: the new icon brings the window back.
 minimise_to_tray
 stop_tray
 start_tray

@@ -24,7 +24,7 @@ DAY_100, DAY_113, DAY_114 = "2026-04-10 09:30:45", "2026-04-23 09:30:45", "2026-
 
 
 class Browser:
-    """Stands where the toolkit looks for the user's browser and writes down what it is to open."""
+    """A browser, found by the toolkit, that records the addresses to open."""
 
     def __init__(self, folder):
         self._folder = folder

@@ -17,7 +17,7 @@ import wall_clock
 ALERT, PID = "Dusk Beacon Alert", "P-wait"
 SETTINGS = main_window.with_alerts(popup=main_window.ELEMENTS, pid=PID)
 DUHR, ASR, MAGHRIB = 2, 3, 4
-LEAD = 2  # seconds before a prayer: with those behind it, fewer than a request may be silent
+LEAD = 2  # seconds before a prayer; with those after it, fewer than a request may be silent
 
 
 def lost(main, service, clock, times, slot):

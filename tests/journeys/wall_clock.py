@@ -15,7 +15,7 @@ LEAD = 5  # seconds before a prayer at which the usual clock begins
 
 
 class FastClock:
-    """The wall clock of the program, through a file that says what it is."""
+    """The wall clock of the program, set through a file."""
 
     def __init__(self):
         self._folder = tempfile.TemporaryDirectory(prefix="duskbeacon-clock-")
@@ -50,11 +50,11 @@ class FastClock:
 
 
 def start(folder, settings, clock, seconds, environment=None, prepare=None, rate=1, are_timers_real=True):
-    """With its wall clock at that second of the day. Unless the timers are real ones they go with the clock, at its rate."""
+    """Starts the program at that second of the day of its wall clock. Timers that are not real follow that clock."""
     environment = {**stand_in.Service.environment(), **clock.environment(), **(environment or {})}
     clock.run(seconds, rate)
     program = hands.Program(folder, settings, "1970-01-01 00:00:00", environment, prepare)
-    # The file alone is to say it.
+    # The time comes from the file only.
     del program.environment["FAKETIME"]
     if not are_timers_real:
         for name in screen.REAL_TIMERS:
