@@ -97,7 +97,7 @@ protected:
         ASSERT_FALSE(m_places.empty());
     }
 
-    const Place* Find(const std::string& name) const
+    const Place* ExpectPlace(const std::string& name) const
     {
         const auto found = std::find_if(m_places.begin(), m_places.end(),
                                         [&name](const Place& place) { return place.name == name; });
@@ -122,13 +122,13 @@ TEST_F(ShippedPlaces, numbers_areThoseOfThePage)
 TEST_F(ShippedPlaces, regions_allHaveTheirLargerCities)
 {
     for (const Reference& reference : References()) {
-        Find(reference.name);
+        ExpectPlace(reference.name);
     }
 }
 
 TEST_F(ShippedPlaces, current_namesAPlace)
 {
-    Find(m_document.child("root").child("locations").attribute("Current").value());
+    ExpectPlace(m_document.child("root").child("locations").attribute("Current").value());
 }
 
 TEST_F(ShippedPlaces, name_isTheCityAsADistinctXmlName)
@@ -196,7 +196,7 @@ TEST_F(ShippedPlaces, coordinates_agreeWithTheZoneTable)
             continue;
         }
         ++count;
-        const Place* place = Find(reference.name);
+        const Place* place = ExpectPlace(reference.name);
         ASSERT_NE(place, nullptr);
         const auto [latitude, longitude] = Degrees(reference.position);
         const double difference = std::max(std::abs(std::stod(place->latitudeFinal) - latitude),
@@ -237,7 +237,7 @@ TEST_F(ShippedPlaces, zone_isTheStandardTimeInForce)
     for (const Reference& reference : References()) {
         if (!reference.hours.empty()) {
             ++count;
-            const Place* place = Find(reference.name);
+            const Place* place = ExpectPlace(reference.name);
             ASSERT_NE(place, nullptr);
             EXPECT_EQ(place->zone, reference.hours) << reference.name;
         }
