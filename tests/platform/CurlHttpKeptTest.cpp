@@ -114,7 +114,7 @@ TEST(CurlHttpKept, freshOneThatDies_requestIsNotSentAgain)
     EXPECT_EQ(server.Requests().size(), 1U);
 }
 
-TEST(CurlHttpKept, bytesBehindAReply_areNotTheReplyToTheNextRequest)
+TEST(CurlHttpKept, bytesAfterAReply_areNotTheReplyToTheNextRequest)
 {
     struct Row
     {
