@@ -53,6 +53,8 @@ INSTANTIATE_TEST_SUITE_P(
                     "<?xml version=\"1.0\" encoding=\"windows-1252\"?><a b='\xE2\x82\xAC'/>"},
         EncodingRow{"windows1256", "<?xml version='1.0' encoding='windows-1256'?><a b='\xC7'/>",
                     "<?xml version='1.0' encoding='windows-1256'?><a b='\xD8\xA7'/>"},
+        EncodingRow{"windows1253_unassigned", "<?xml version='1.0' encoding='windows-1253'?><a b='\xD2'/>",
+                    std::nullopt},
         EncodingRow{"utf16LittleWithMark", Utf16(kCafe, false, true), kCafe.toUtf8()},
         EncodingRow{"utf16BigWithMark", Utf16(kCafe, true, true), kCafe.toUtf8()},
         EncodingRow{"utf16LittleWithoutMark", Utf16(kCafe, false, false), kCafe.toUtf8()},
