@@ -28,9 +28,10 @@ QByteArray FormatOf(const QByteArray& file)
 }
 
 // The PNG without texts, profiles and times: the reader decompresses them, up to a thousandfold, before it
-// reports the size. Only pixels may have several chunks, and the palette must come before them: the reader
-// logs a line for each other chunk. An incomplete chunk is dropped with everything after it. Source of the
-// format: PNG, third edition, 5.3 and 11.
+// reports the size. QImageReader's allocation limit does not help: it counts only pixels, and too many of
+// those are refused by the reported size. Only pixels may have several chunks, and the palette must come
+// before them: the reader logs a line for each other chunk. An incomplete chunk is dropped with everything
+// after it. Source of the format: PNG, third edition, 5.3 and 11.
 QByteArray PlainPng(const QByteArray& file)
 {
     constexpr qsizetype kSignature = 8;
