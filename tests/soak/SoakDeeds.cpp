@@ -70,7 +70,7 @@ QString SoakWorld::Element() const
 
 QString SoakWorld::Stored(const char* attribute) const
 {
-    SimpleXML settings(m_world.doors);
+    SimpleXML settings(m_world.interfaces);
     settings.Load(kSettingsFile);
     return settings.GetAttribute(QLatin1String(attribute),
                                  m_page == 0 ? kAlertsPath : kAlertsPath + QStringLiteral("//") + Element());

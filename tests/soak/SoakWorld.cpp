@@ -54,10 +54,10 @@ Http::Reply MoodyService::Fetch(const QString& url, const HttpLimits& /*limits*/
 SoakWorld::SoakWorld(unsigned seed)
     : m_random(seed)
     , m_world(m_files, &m_service, SoakSettings())
-    , model(m_world.doors, m_world.forms.Variables().Settings, CopiedModule(m_copy.path()))
+    , model(m_world.interfaces, m_world.forms.Variables().Settings, CopiedModule(m_copy.path()))
 {
     // In the form of the program, so that a deed changes one line.
-    SimpleXML settings(m_world.doors);
+    SimpleXML settings(m_world.interfaces);
     settings.Load(kSettingsFile);
     settings.Save(kSettingsFile);
     m_service.whileWaiting = [this](const QString& url) { OnRequest(url); };
