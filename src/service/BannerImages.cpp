@@ -19,9 +19,9 @@ constexpr int kShortestFrameMilliseconds = 50;
 constexpr qint64 kMostCostPerSecond = 5'000'000;
 
 // Limit of processor time for a frame: a fixed part and a part for its pixels. The largest ordinary pictures
-// take 30 ms of the 716 that they are allowed, so that those on a slow or emulated machine are shown too.
+// take 30 ms of the 383 that they are allowed, so that those on a slow or emulated machine are shown too.
 constexpr int kMillisecondsOfAPicture = 50;
-constexpr qint64 kPixelsOfAMillisecond = 1'500;
+constexpr qint64 kPixelsOfAMillisecond = 3'000;
 
 // The bytes of a data URL (RFC 2397); empty if it is invalid or too long.
 QByteArray BytesOf(const QString& address)
