@@ -3,6 +3,7 @@
 #include "service/BannerImages.h"
 
 #include "platform/Http.h"
+#include "platform/ProcessorTime.h"
 #include "service/PictureBytes.h"
 
 #include <QImageReader>
@@ -17,6 +18,9 @@ constexpr HttpLimits kImageLimits{2LL * 1024 * 1024, 10, 10'000};
 constexpr int kShortestFrameMilliseconds = 50;
 // Limit for all animations together: about 2 per cent of a slow core.
 constexpr qint64 kMostCostPerSecond = 5'000'000;
+// The pause between two frames as a multiple of the processor time of the first, which its pixels do not
+// limit.
+constexpr double kPauseInTimesOfAFrame = 10.0;
 
 // Limit of processor time for a frame: a fixed part and a part for its pixels. The largest ordinary pictures
 // take 30 ms of the 383 that they are allowed, so that those on a slow or emulated machine are shown too.
@@ -156,6 +160,7 @@ void BannerImages::Start(qsizetype number, const QByteArray& bytes)
 void BannerImages::ShowNextFrame(qsizetype number)
 {
     Image& image = *m_images[static_cast<std::size_t>(number)];
+    const double start = ProcessorMilliseconds();
     image.file->LimitTime(kMillisecondsOfAPicture + static_cast<int>(image.pixels / kPixelsOfAMillisecond));
     QImage frame = image.Read();
     if (frame.isNull() && !image.file->IsOverdue() && image.loopsLeft != 0 &&
@@ -170,7 +175,9 @@ void BannerImages::ShowNextFrame(qsizetype number)
     }
     image.isMoving = !frame.isNull() && image.reader->supportsAnimation();
     if (image.isMoving) {
-        image.timer.setInterval(std::max(image.reader->nextImageDelay(), ShortestFrameMilliseconds()));
+        const auto pause = static_cast<int>((ProcessorMilliseconds() - start) * kPauseInTimesOfAFrame);
+        image.timer.setInterval(
+            std::max({image.reader->nextImageDelay(), ShortestFrameMilliseconds(), pause}));
     } else {
         image.Forget();
     }
