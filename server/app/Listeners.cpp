@@ -18,8 +18,8 @@ namespace {
 // Enough for a few collectors and an operator.
 constexpr std::size_t kMetricsConnections = 16;
 
-// Each connection takes a descriptor; this number is reserved for the metrics, files, the store and the
-// libraries.
+// Each connection uses a file descriptor. The reserved descriptors are for the metrics, files, the store and
+// the libraries.
 std::size_t ConnectionsThatFit(std::size_t wanted)
 {
     constexpr rlim_t kReserve = 64 + kMetricsConnections;

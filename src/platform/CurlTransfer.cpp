@@ -165,8 +165,8 @@ void CurlTransfer::SetTarget()
                      (target.startsWith('/') ? target : '/' + target).constData());
 }
 
-// Not by CURLOPT_FOLLOWLOCATION: libcurl would read the body of a redirect whatever its size, follow
-// redirects from http over https back to http, and send our request target to each server.
+// CURLOPT_FOLLOWLOCATION does not serve: libcurl reads the body of a redirect without a limit, follows
+// redirects from http over https back to http, and sends our request target to each server.
 bool CurlTransfer::FollowRedirect()
 {
     if (!m_isRedirect || ++m_redirects > kMostRedirects) {

@@ -10,8 +10,8 @@
 #include <functional>
 
 /// Ends the program when the session asks for it: by a signal (TERM, INT, HUP) or by the session manager at
-/// log-out. The program ends at once with exit code 0, whatever windows are open, asks nothing and writes
-/// nothing. INT and HUP stay ignored if they were ignored at the start. One object in a process.
+/// log-out. The program ends at once with exit code 0, also while windows or boxes are open; it asks nothing
+/// and writes nothing. INT and HUP stay ignored if they were ignored at the start. One object in a process.
 class SessionEnd final : public QObject
 {
     Q_OBJECT

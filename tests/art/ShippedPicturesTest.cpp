@@ -193,8 +193,8 @@ TEST_P(ShippedScene, landscape_fillsAboutTheLowestQuarter)
     }
 }
 
-// What has set stands from row 109 on: there only the landscape keeps it from being seen.
-TEST_P(ShippedScene, landscape_coversWhateverStandsBelowTheHorizon)
+// A sun or moon that has set is drawn from row 109 on: only the landscape covers it there.
+TEST_P(ShippedScene, landscape_coversSunAndMoonBelowTheHorizon)
 {
     constexpr int kHighestRowOfWhatHasSet = 125 - 16;
     for (const char* name : {"PicFrontDayMask", "PicFrontNightMask"}) {

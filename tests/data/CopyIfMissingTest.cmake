@@ -32,7 +32,7 @@ if(NOT mode STREQUAL "644")
   message(FATAL_ERROR "The copy has the mode ${mode}")
 endif()
 
-# What the program has saved since stays, and so does a file that somebody emptied.
+# A file that the program has saved stays, and so does an empty file.
 file(WRITE "${FOLDER}/bin/settings.xml" "saved by the program")
 copy_to("${FOLDER}/bin/settings.xml")
 expect_content("${FOLDER}/bin/settings.xml" "saved by the program")
@@ -40,7 +40,7 @@ file(WRITE "${FOLDER}/bin/settings.xml" "")
 copy_to("${FOLDER}/bin/settings.xml")
 expect_content("${FOLDER}/bin/settings.xml" "")
 
-# A link that leads nowhere for the moment is somebody's too: it stays, and nothing is made at its far end.
+# A dangling symbolic link stays too, and its target is not created.
 file(CREATE_LINK "${FOLDER}/elsewhere.xml" "${FOLDER}/bin/linked.xml" SYMBOLIC)
 copy_to("${FOLDER}/bin/linked.xml")
 if(EXISTS "${FOLDER}/elsewhere.xml" OR NOT IS_SYMLINK "${FOLDER}/bin/linked.xml")

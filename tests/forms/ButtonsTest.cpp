@@ -61,7 +61,7 @@ protected:
     void Note(int number)
     {
         clicks.push_back(number);
-        // Whoever becomes selected finds the other one clear already.
+        // When a button's Click runs, the other button is already clear.
         EXPECT_EQ(first.Value(), number == 1);
         EXPECT_EQ(second.Value(), number == 2);
     }

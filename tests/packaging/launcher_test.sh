@@ -32,7 +32,7 @@ shipped=$prefix/$4/settings.xml
 echo '<root shipped="1"/>' >"$shipped"
 program=$prefix/$2/dusk-beacon
 run() { env -i PATH="$PATH" "$@" "$program" 2>&1; }
-# Root may write anywhere, so that a refusal is seen only by somebody else.
+# Root may write anywhere: a refusal needs another account.
 as_somebody() {
   if [ "$(id -u)" -eq 0 ]; then
     setpriv --reuid=65534 --regid=65534 --clear-groups env -i PATH="$PATH" "$@" "$program" 2>&1
@@ -79,7 +79,7 @@ out=$(run)
 check noHome_isAFailure test $? -eq 1
 check noHome_saysSo contains "$out" "HOME is not set"
 
-# A failure is shown where nobody sees a terminal: by the first of three programs that is there.
+# Without a terminal a failure is shown in a box, by the first of three programs that is installed.
 for box in zenity kdialog xmessage; do
   mkdir -p "$work/tools/$box"
   printf '#!/bin/sh\necho "%s $*" >>"%s"\n' "$box" "$work/boxes" >"$work/tools/$box/$box"
@@ -127,8 +127,7 @@ else
   echo "skipped: fullDisk (no right to mount)"
 fi
 
-# What only happens while somebody else is at the same folder, or on a full disk, is brought about by tools that fail in its
-# place.
+# Failures that need a second process in the folder or a full disk are simulated by tools that fail.
 mkdir "$work/clumsy" "$work/cut" "$work/unnamed" "$work/vanished"
 printf '#!/bin/sh\nexit 1\n' >"$work/clumsy/cat"
 chmod 755 "$work/clumsy/cat"

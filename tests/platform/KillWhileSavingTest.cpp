@@ -75,7 +75,7 @@ qsizetype Leftovers()
 bool Kill(pid_t saver)
 {
     int status = 0;
-    // kill() takes a number below 1 for a group of processes.
+    // kill() sends the signal to a process group if the identifier is below 1.
     return saver > 0 && ::kill(saver, SIGKILL) == 0 && ::waitpid(saver, &status, 0) == saver &&
            WIFSIGNALED(status);
 }

@@ -149,7 +149,7 @@ ssize_t pread(int descriptor, void* bytes, size_t count, off_t offset)
 int fsync(int descriptor)
 {
     static auto* const real = Real<int(int)>("fsync");
-    // Nobody pulls the plug here, and thousands of true ones would take long.
+    // No power cut is simulated, and thousands of real syncs would take long.
     const bool isCounted = armed != nullptr;
     return Fails("fsync") ? -1 : isCounted ? 0 : real(descriptor);
 }

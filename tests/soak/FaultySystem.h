@@ -24,7 +24,7 @@ struct Fault
     int error = 0;
     /// How often; later ones are those of the same name.
     int times = 1;
-    /// All calls from there on fail, whatever their name.
+    /// All calls from this one on fail, with any name.
     bool everything = false;
 };
 

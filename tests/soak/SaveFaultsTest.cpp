@@ -263,7 +263,7 @@ TEST(SaveFaults, temporaryFileLockedByAnotherInstance_isReplacedByANewOne)
     };
     const auto locking = first("flock");
     const auto renaming = first("rename");
-    // The other instance takes the file for a leftover, and removes it some time later.
+    // The other instance interprets the file as a leftover and locks it; it deletes the file at a later call.
     QFile leftover;
     files.bystander = [&](int call) {
         if (call == locking) {

@@ -64,8 +64,8 @@ ServiceProcess::~ServiceProcess()
         ::kill(m_process, SIGKILL);
         ::waitpid(m_process, nullptr, 0);
     }
-    // A sanitizer report must appear in the log of the tests, whatever the test expects. The folder with the
-    // report is deleted afterwards.
+    // Copy a sanitizer report to the log of the tests, where a step of the checks searches for it: the folder
+    // with the report is deleted.
     const std::string errors = Errors();
     if (errors.find("Sanitizer: ") != std::string::npos ||
         errors.find("runtime error: ") != std::string::npos) {
