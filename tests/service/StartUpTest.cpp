@@ -237,15 +237,6 @@ TEST_F(StartUpTest, identifierThatCantBeSaved_isFatal_fileAsItWas)
     EXPECT_EQ(ReadSettings(), before);
 }
 
-TEST_F(StartUpTest, noNetwork_showsTheDefaultAd)
-{
-    WriteSettings();
-    const FrmMain& window = Start();
-    EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(),
-              QStringLiteral("Dusk Beacon"));
-    EXPECT_EQ(window.Variables().AdTimer, 600.0F);
-}
-
 struct WorstRow
 {
     const char* name;
@@ -395,44 +386,6 @@ TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
     EXPECT_LT(time.elapsed(), 10'000);
     EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
     EXPECT_EQ(ReadSettings(), before);
-}
-
-// Twenty refreshes, each begun by a tick while the one before is loading.
-TEST(StartUpNested, twentyRefreshesInsideEachOther_unwind)
-{
-    std::atomic<bool> isDeep = false;
-    const LoopbackServer server([&](LoopbackServer::Connection& connection) {
-        const bool isAd = connection.Target().contains("getAd.pl");
-        while (isAd && !isDeep && connection.Wait(5)) {
-        }
-        connection.Reply("<root ad_url='PGI+YWQ8L2I+' wait_time='1'/>");
-    });
-    FakePlatform platform;
-    RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), {1024 * 1024, 20, 20'000});
-    const Platform interfaces = platform.With(platform.files, http);
-    WriteSettings();
-    Program program(interfaces);
-    isDeep = true;
-    FrmMain& window = program.Start();
-    isDeep = false;
-    int depth = 0;
-    std::function<void()> goDeeper = [&] {
-        if (++depth == 20) {
-            isDeep = true;
-            return;
-        }
-        // The next tick but one equals the count again and starts a refresh inside the one that waits.
-        window.Variables().AdTimer = static_cast<float>(depth);
-        QTimer::singleShot(1, QCoreApplication::instance(), goDeeper);
-        platform.timers.Ticker()->Fire();
-    };
-    goDeeper();
-    EXPECT_EQ(depth, 20);
-    EXPECT_EQ(window.findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText(), QStringLiteral("ad"));
-    const auto lines = server.RequestLines();
-    EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
-                            [](const QByteArray& line) { return line.contains("getAd.pl"); }),
-              20);
 }
 
 } // namespace
