@@ -54,16 +54,6 @@ TEST_F(AdPanelTest, strip_isInItsPlace)
     EXPECT_EQ(strip->accessibleName(), QStringLiteral("Advertisement"));
 }
 
-TEST_F(AdPanelTest, refresh_sendsTheExactRequest)
-{
-    Refresh();
-    EXPECT_EQ(platform.http.probes.size(), 1);
-    EXPECT_EQ(platform.http.requests,
-              QStringList(QStringLiteral(DUSKBEACON_SERVICE_URL) +
-                          QStringLiteral("/cgi-bin/dbeacon/getAd.pl?dist_string=dbeacon"
-                                         "&prod_string=P-77&aid=US-1&curr_v=1&curr_s=5")));
-}
-
 TEST_F(AdPanelTest, ad_isWrittenAsItIsAndShown)
 {
     AnswerAd("<b>Buy</b> \x80 </html>", "wait_time=\"5\"");
@@ -82,116 +72,25 @@ TEST_F(AdPanelTest, adThatNamesItsEncoding_isReadInIt)
     EXPECT_EQ(Shown(), QStringLiteral("\u0633\u0644\u0627\u0645"));
 }
 
-TEST_F(AdPanelTest, encodingNamedAfter1024Bytes_orCutThere_isIgnored)
+TEST_F(AdPanelTest, waitTime_setsAdTimer)
 {
-    AnswerAd("<!--" + QByteArray(1010, 'x') + "--><meta charset=utf-8>\xC3\xA4");
-    Refresh();
-    EXPECT_EQ(Shown(), QStringLiteral("\u00C3\u00A4"));
-    // "<html>" comes first. The end of the name "iso-8859-6-e" is beyond the first 1024 bytes.
-    const QByteArray tag = "<meta charset=iso-8859-6";
-    AnswerAd("<!--" + QByteArray(1024 - 6 - 7 - tag.size(), 'x') + "-->" + tag + "-e>\xD3");
-    Refresh();
-    EXPECT_EQ(Shown(), QStringLiteral("\u00D3"));
+    const std::pair<const char*, float> rows[] = {
+        {"", 600.0F},
+        {"wait_time=''", 600.0F},
+        {"wait_time='0'", 0.0F},
+        {"wait_time='2.5'", 120.0F},
+        {"wait_time='-0.5'", -60.0F},
+        {"wait_time=' 3 '", 180.0F},
+        {"wait_time='1440'", 86400.0F},
+    };
+    for (const auto& [attribute, adTimer] : rows) {
+        window->Variables().AdTimer = 77.0F;
+        AnswerAd("x", attribute);
+        Refresh();
+        EXPECT_EQ(window->Variables().AdTimer, adTimer) << attribute;
+        EXPECT_EQ(Page(), "<html>x</html>");
+    }
 }
-
-struct EncodingRow
-{
-    const char* name;
-    const char* page;
-    const char16_t* shown;
-};
-
-class AdPanelEncoding : public AdPanelTest, public testing::WithParamInterface<EncodingRow>
-{
-};
-
-TEST_P(AdPanelEncoding, page_isReadInItsNamedEncoding)
-{
-    AnswerAd(GetParam().page);
-    Refresh();
-    EXPECT_EQ(Shown(), QString::fromUtf16(GetParam().shown));
-    EXPECT_EQ(Page(), QByteArray("<html>") + GetParam().page + "</html>") << "and the bytes are unchanged";
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Table, AdPanelEncoding,
-    testing::Values(
-        EncodingRow{"none", "\xD3\x80", u"\u00D3\u20AC"},
-        EncodingRow{"unknown", "<meta charset=klingon>\xD3", u"\u00D3"},
-        EncodingRow{"unicode", "<meta charset=unicode>\xC3\x9E", u"\u00DE"},
-        EncodingRow{"four_bytes", "<meta charset=utf-32>\xD3", u"\u00D3"},
-        EncodingRow{"empty", "<meta charset=''>\xD3", u"\u00D3"},
-        EncodingRow{"arabic", "<meta charset=windows-1256>\xD3\xE1\xC7\xE3", u"\u0633\u0644\u0627\u0645"},
-        EncodingRow{"arabic_of_unix", "<meta charset='ISO-8859-6'>\xD3\xE4\xC7\xE5",
-                    u"\u0633\u0644\u0627\u0645"},
-        EncodingRow{"turkish",
-                    "<meta http-equiv=Content-Type content=\"text/html; charset = windows-1254\">\xDE\x80",
-                    u"\u015E\u20AC"},
-        EncodingRow{"turkish_of_unix", "<META CHARSET=\"iso-8859-9\">\xDE\x80", u"\u015E\u20AC"},
-        EncodingRow{"turkish_by_number", "<meta charset=latin5>\xDE\x80", u"\u015E\u20AC"},
-        EncodingRow{"latin", "<meta charset=iso-8859-1>\x80", u"\u20AC"},
-        EncodingRow{"latin_in_one_word", "<meta charset=Latin1>\x80", u"\u20AC"},
-        EncodingRow{"latin_by_letter", "<meta charset=l1>\x80", u"\u20AC"},
-        EncodingRow{"latin_without_its_mark", "<meta charset=iso8859-1>\x80", u"\u20AC"},
-        EncodingRow{"latin_with_its_year", "<meta charset=ISO_8859-1:1987>\x80", u"\u20AC"},
-        EncodingRow{"ascii", "<meta charset=ascii>\x80", u"\u20AC"},
-        EncodingRow{"sixteen_bits_that_are_eight", "<meta charset=utf-16>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"sixteen_bits_low_first", "<meta charset=UTF-16LE>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"sixteen_bits_high_first", "<meta charset=utf-16be>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"sixteen_bits_in_one_word", "<meta charset=utf16>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"sixteen_bits_with_their_order", "<meta charset=UTF16_BigEndian>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"sixteen_bits_by_their_mark", "<meta charset=unicodeFFFE>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"four_bytes_in_one_word", "<meta charset=utf32>\xD3", u"\u00D3"},
-        EncodingRow{"four_bytes_by_number", "<meta charset=csUCS4>\xD3", u"\u00D3"},
-        EncodingRow{"seven_bits", "<meta charset=utf-7>+AGE-\xD3", u"+AGE-\u00D3"},
-        EncodingRow{"of_a_mainframe", "<meta charset=ibm-37>\xD3", u"\u00D3"},
-        EncodingRow{"latin_with_a_dash", "<meta charset=latin-1>\x80", u"\u20AC"},
-        EncodingRow{"latin_by_its_number", "<meta charset=8859_1>\x80", u"\u20AC"},
-        EncodingRow{"chinese_of_the_larger_set", "<meta charset=gb2312>\x81\x40", u"\u4E02"},
-        EncodingRow{"korean_of_the_larger_set", "<meta charset=euc-kr>\x81\x41", u"\uAC02"},
-        EncodingRow{"thai_of_the_larger_set", "<meta charset=iso-8859-11>\xA1\x80", u"\u0E01\u20AC"},
-        EncodingRow{"second_tag", "<meta name=a content=b><meta charset=utf-8>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"first_of_two", "<meta charset=utf-8><meta charset=latin1>\xC3\xA4", u"\u00E4"},
-        EncodingRow{"behind_its_tag", "<meta name=a>charset=utf-8 \xC3\xA4", u"charset=utf-8 \u00C3\u00A4"},
-        EncodingRow{"of_another_tag", "<meta name=a><b charset=utf-8>\xC3\xA4</b>", u"\u00C3\u00A4"},
-        EncodingRow{"in_a_comment", "<!--<meta charset=utf-8>-->\xC3\xA4", u"\u00C3\u00A4"},
-        EncodingRow{"in_a_value", "<meta name='<meta charset=utf-8>'>\xC3\xA4", u"\u00C3\u00A4"},
-        EncodingRow{"wrong_bytes",
-                    "<meta charset=utf-8>a\xFF"
-                    "b",
-                    u"a\uFFFDb"},
-        EncodingRow{"not_in_a_tag_of_its_own", "charset=utf-8 \xC3\xA4", u"charset=utf-8 \u00C3\u00A4"}),
-    [](const auto& row) { return std::string(row.param.name); });
-
-struct WaitRow
-{
-    const char* name;
-    const char* attribute;
-    float adTimer;
-};
-
-class AdPanelWait : public AdPanelTest, public testing::WithParamInterface<WaitRow>
-{
-};
-
-TEST_P(AdPanelWait, waitTime_setsAdTimer)
-{
-    window->Variables().AdTimer = 77.0F;
-    AnswerAd("x", GetParam().attribute);
-    Refresh();
-    EXPECT_EQ(window->Variables().AdTimer, GetParam().adTimer);
-    EXPECT_EQ(Page(), "<html>x</html>");
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, AdPanelWait,
-                         testing::Values(WaitRow{"absent", "", 600.0F},
-                                         WaitRow{"empty", "wait_time=''", 600.0F},
-                                         WaitRow{"zero", "wait_time='0'", 0.0F},
-                                         WaitRow{"fraction_is_cut", "wait_time='2.5'", 120.0F},
-                                         WaitRow{"negative_goes_down", "wait_time='-0.5'", -60.0F},
-                                         WaitRow{"blanks_around", "wait_time=' 3 '", 180.0F},
-                                         WaitRow{"a_day", "wait_time='1440'", 86400.0F}),
-                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(AdPanelTest, waitTime_onACommaSystem_isReadWithItsPoint)
 {
