@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/InternetClass.h"
 
+#include "fakes/ErrorOf.h"
 #include "fakes/FakePlatform.h"
 #include "support/CodePage.h"
-#include "support/RuntimeError.h"
 
 #include <gtest/gtest.h>
 
@@ -17,15 +17,6 @@ protected:
                                      const QString& introducer = QStringLiteral("&")) const
     {
         return internet.HTMLDecodeEx(text, false, introducer);
-    }
-    [[nodiscard]] int ErrorOf(const QString& text) const
-    {
-        try {
-            static_cast<void>(DecodeHtml(text));
-        } catch (const RuntimeError& error) {
-            return error.Number();
-        }
-        return 0;
     }
 
     FakePlatform platform;
@@ -47,7 +38,7 @@ TEST_F(InternetClassTest, verifyConnectivity_requestsTheProbeOnce)
     EXPECT_TRUE(platform.http.requests.isEmpty());
 }
 
-TEST_F(InternetClassTest, urlEncode_everyByte)
+TEST_F(InternetClassTest, urlEncode_everyByte_isDecodedAgain)
 {
     for (int byte = 0; byte < 256; ++byte) {
         const bool isPlain =
@@ -57,17 +48,9 @@ TEST_F(InternetClassTest, urlEncode_everyByte)
                                               : QString::asprintf("%%%02X", static_cast<unsigned int>(byte));
         // A letter first, since a text of spaces only is not changed.
         EXPECT_EQ(internet.URLEncodeEx(u'x' + Character(byte)), u'x' + expected) << byte;
+        EXPECT_EQ(internet.URLDecodeEx(u'x' + expected), u'x' + Character(byte)) << byte;
     }
-}
-
-TEST_F(InternetClassTest, urlEncode_examples)
-{
-    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("a b")), QStringLiteral("a+b"));
-    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("\n")), QStringLiteral("%0A"));
-    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("%")), QStringLiteral("%25"));
-    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("-_.~")), QStringLiteral("%2D%5F%2E%7E"));
-    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("\u20AC")), QStringLiteral("%80"));
-    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("\u0645")), QStringLiteral("%3F"));
+    EXPECT_EQ(internet.URLEncodeEx(QStringLiteral("\u0645")), QStringLiteral("%3F")) << "in no code page";
 }
 
 TEST_F(InternetClassTest, urlDecode_table)
@@ -94,29 +77,17 @@ TEST_F(InternetClassTest, urlDecode_table)
     }
 }
 
-TEST_F(InternetClassTest, urlCodecs_everyByte_survivesARoundTrip)
-{
-    for (int byte = 0; byte < 256; ++byte) {
-        const QString text = u'x' + Character(byte);
-        EXPECT_EQ(internet.URLDecodeEx(internet.URLEncodeEx(text)), text) << byte;
-    }
-}
-
 TEST_F(InternetClassTest, htmlEncode_everyByte)
 {
+    const std::map<int, QString> named = {{32, QStringLiteral("&nbsp;")},
+                                          {34, QStringLiteral("&quot;")},
+                                          {38, QStringLiteral("&amp;")},
+                                          {60, QStringLiteral("&lt;")},
+                                          {62, QStringLiteral("&gt;")}};
     for (int byte = 0; byte < 256; ++byte) {
-        QString expected = Character(byte);
-        if (byte < 32 || byte > 127) {
-            expected = QStringLiteral("&#%1;").arg(byte);
-        }
-        const std::map<int, QString> named = {{32, QStringLiteral("&nbsp;")},
-                                              {34, QStringLiteral("&quot;")},
-                                              {38, QStringLiteral("&amp;")},
-                                              {60, QStringLiteral("&lt;")},
-                                              {62, QStringLiteral("&gt;")}};
-        if (const auto found = named.find(byte); found != named.end()) {
-            expected = found->second;
-        }
+        const auto found = named.find(byte);
+        const QString plain = byte < 32 || byte > 127 ? QStringLiteral("&#%1;").arg(byte) : Character(byte);
+        QString expected = found != named.end() ? found->second : plain;
         const QString text = u'x' + Character(byte);
         EXPECT_EQ(internet.HTMLEncodeEx(text, false, QStringLiteral("&")), u'x' + expected) << byte;
         if (byte == 32) {
@@ -166,11 +137,14 @@ TEST_F(InternetClassTest, htmlDecode_introducerInAnyCase)
 
 TEST_F(InternetClassTest, htmlDecode_badNumber_throws)
 {
-    EXPECT_EQ(ErrorOf(QStringLiteral("&#x41;")), ErrorNumber::kTypeMismatch);
-    EXPECT_EQ(ErrorOf(QStringLiteral("&#;")), ErrorNumber::kTypeMismatch);
-    EXPECT_EQ(ErrorOf(QStringLiteral("&#256;")), ErrorNumber::kInvalidCall);
-    EXPECT_EQ(ErrorOf(QStringLiteral("&#-1;")), ErrorNumber::kInvalidCall);
-    EXPECT_EQ(ErrorOf(QStringLiteral("&#99999;")), ErrorNumber::kOverflow);
+    const auto errorOf = [this](const char* text) {
+        return ErrorOf([&] { return DecodeHtml(QLatin1String(text)); });
+    };
+    EXPECT_EQ(errorOf("&#x41;"), ErrorNumber::kTypeMismatch);
+    EXPECT_EQ(errorOf("&#;"), ErrorNumber::kTypeMismatch);
+    EXPECT_EQ(errorOf("&#256;"), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(errorOf("&#-1;"), ErrorNumber::kInvalidCall);
+    EXPECT_EQ(errorOf("&#99999;"), ErrorNumber::kOverflow);
 }
 
 TEST_F(InternetClassTest, codecs_spacesOnly_areReturnedUnchanged)
