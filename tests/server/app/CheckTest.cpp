@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -33,10 +32,8 @@ protected:
     /// Starts the service once, which creates the keys and the store.
     void ServeOnce()
     {
-        ServiceProcess service(Path(), serve);
-        ASSERT_NE(service.AwaitPort(), 0);
-        service.Signal(SIGTERM);
-        ASSERT_EQ(service.Wait().status, 0);
+        ASSERT_NE(Serve(), 0);
+        ASSERT_EQ(Terminate().status, 0);
     }
     /// A configuration with these ports of the loopback.
     void WritePorts(const char* name, unsigned short main, unsigned short metrics)
@@ -167,9 +164,8 @@ TEST_F(CheckTest, mistakesOfAConfiguration_areOneLineEach)
 
 TEST_F(CheckTest, port_mayBeFreeOrTheServicesOwn)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short main = service.AwaitPort();
-    const unsigned short metrics = service.AwaitMetricsPort();
+    const unsigned short main = Serve();
+    const unsigned short metrics = service->AwaitMetricsPort();
     const beacond::ListeningSocket other =
         beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
     const unsigned short taken = other.Endpoint().port();

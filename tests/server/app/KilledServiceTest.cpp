@@ -133,14 +133,13 @@ protected:
     }
     void KillDuringStart()
     {
-        const ServiceProcess service(Path(), serve);
+        const ServiceProcess starting(Path(), serve);
         ::usleep(std::uniform_int_distribution<useconds_t>(0, 60'000)(chance));
     }
     /// Starts the service and kills it under load.
     void RunRound(int round)
     {
-        ServiceProcess service(Path(), serve);
-        const unsigned short port = service.AwaitPort();
+        const unsigned short port = Serve();
         ASSERT_NE(port, 0);
         ASSERT_NO_FATAL_FAILURE(ExpectEverythingThere(port));
         std::vector<std::jthread> clients;
@@ -148,8 +147,8 @@ protected:
             clients.emplace_back([this, port, round, number] { Use(port, round, number); });
         }
         ::usleep(std::uniform_int_distribution<useconds_t>(0, 300'000)(chance));
-        service.Signal(SIGKILL);
-        EXPECT_EQ(service.Wait().status, 128 + SIGKILL);
+        service->Signal(SIGKILL);
+        EXPECT_EQ(service->Wait().status, 128 + SIGKILL);
     }
     void ExpectEverythingThere(unsigned short port)
     {
@@ -206,8 +205,7 @@ TEST_F(KilledService, anyInstant_keepsWhatWasAcknowledged)
             fs::remove(entry.path());
         }
     }
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     ASSERT_NE(port, 0);
     ExpectEverythingThere(port);
     std::size_t texts = 0;

@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <regex>
 
 using testing::HasSubstr;
@@ -62,7 +61,7 @@ class LogTest : public ServiceFixture
 TEST_F(LogTest, readerThatStopsReading_delaysNeitherAnswersNorTheEnd)
 {
     const LogPipe log;
-    ServiceProcess service(Path(), serve, {}, [&log] { log.BecomeErrors(); });
+    service.emplace(Path(), serve, "", [&log] { log.BecomeErrors(); });
     std::smatch match;
     const std::string start = log.ReadThrough("ready on port ");
     ASSERT_TRUE(std::regex_search(start, match, std::regex("ready on port ([0-9]+)")));
@@ -81,6 +80,5 @@ TEST_F(LogTest, readerThatStopsReading_delaysNeitherAnswersNorTheEnd)
                 HasSubstr(R"("level":"warning","message":"lines of the log were)"));
 
     ASSERT_NO_FATAL_FAILURE(call());
-    service.Signal(SIGTERM);
-    EXPECT_EQ(service.Wait().status, 0);
+    EXPECT_EQ(Terminate().status, 0);
 }

@@ -100,9 +100,8 @@ class MetricsTest : public ServiceFixture
 
 TEST_F(MetricsTest, separateListener_answersTheCountersOfTheService)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
-    const unsigned short metrics = service.AwaitMetricsPort();
+    const unsigned short port = Serve();
+    const unsigned short metrics = service->AwaitMetricsPort();
     EXPECT_EQ(Fetch(port, kScripts + "startup.pl"), "<root/>");
     EXPECT_EQ(Fetch(port, kScripts + "getCityInfo.pl"), "There is no such place.\n");
     EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07"), "<root/>");

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,7 +41,22 @@ protected:
         return RunService(Path(), arguments, input);
     }
 
+    /// Starts the service and waits until it is ready. Returns its port; 0 if it ended before.
+    /// @param prepare is called in the child process before exec
+    unsigned short Serve(const std::function<void()>& prepare = {})
+    {
+        service.emplace(Path(), serve, "", prepare);
+        return service->AwaitPort();
+    }
+    /// Ends the service with SIGTERM.
+    ProcessEnd Terminate()
+    {
+        service->Signal(SIGTERM);
+        return service->Wait();
+    }
+
     const std::string kScripts = "/cgi-bin/dbeacon/";
     TemporaryFolder folder;
     const std::vector<std::string> serve{"serve", "--config", "service.toml"};
+    std::optional<ServiceProcess> service;
 };

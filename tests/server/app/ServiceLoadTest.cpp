@@ -44,8 +44,7 @@ class ServiceLoadTest : public ServiceFixture
 TEST_F(ServiceLoadTest, clientsAndCommandsWhilePlacesAreReadAgain_areAllAnswered)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     ASSERT_NE(port, 0);
     const std::vector<std::string> requests = AllRequests();
     std::atomic<std::size_t> answered = 0;
@@ -66,12 +65,11 @@ TEST_F(ServiceLoadTest, clientsAndCommandsWhilePlacesAreReadAgain_areAllAnswered
         });
     }
     while (atWork > 0) {
-        service.Signal(SIGHUP);
+        service->Signal(SIGHUP);
         EXPECT_EQ(Run({"ad", "add"}, "<b>Eid</b>").status, 0);
     }
     clients.clear();
-    service.Signal(SIGTERM);
-    const ProcessEnd end = service.Wait();
+    const ProcessEnd end = Terminate();
     EXPECT_EQ(end.status, 0) << end.errors;
     EXPECT_EQ(answered, kClients * kRounds * (requests.size() + 1));
 }

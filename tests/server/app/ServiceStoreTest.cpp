@@ -7,18 +7,11 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <future>
 
 using namespace std::chrono_literals;
 using testing::HasSubstr;
-
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-} // namespace
 
 /// The real program with a store that fails.
 class ServiceStoreTest : public ServiceFixture
@@ -30,19 +23,18 @@ protected:
 
 TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndReportedByReadyz)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_EQ(Fetch(port, prayerCall), "<root/>");
     beacond::Database other(folder.File("state/service.db"));
     other.Execute("BEGIN IMMEDIATE");
 
-    const auto begin = Clock::now();
+    const auto begin = std::chrono::steady_clock::now();
     EXPECT_THAT(Fetch(port, confirm), HasSubstr("store anything just now"));
-    EXPECT_LT(Clock::now() - begin, 2500ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 2500ms);
     EXPECT_EQ(Fetch(port, prayerCall), "<root/>") << "an installation without a device needs no lock";
     EXPECT_EQ(Fetch(port, "/readyz"), "the store fails; the log says why\n");
     EXPECT_EQ(Fetch(port, "/healthz"), "ok\n");
-    ASSERT_TRUE(service.AwaitLog("state/service.db: database is locked"));
+    ASSERT_TRUE(service->AwaitLog("state/service.db: database is locked"));
 
     other.Execute("ROLLBACK");
     EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "ready\n"; }));
@@ -51,8 +43,7 @@ TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndReported
 
 TEST_F(ServiceStoreTest, storeReplacedWhileRunning_isReportedByReadyz)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "ready\n"; }));
     (void)beacond::SqliteStore(folder.File("backup.db"));
     std::filesystem::rename(folder / "backup.db", folder / "state/service.db");
@@ -60,13 +51,12 @@ TEST_F(ServiceStoreTest, storeReplacedWhileRunning_isReportedByReadyz)
     EXPECT_TRUE(Becomes([&] { return Fetch(port, "/readyz") == "the store fails; the log says why\n"; }));
     EXPECT_THAT(Fetch(port, confirm), HasSubstr("store anything just now"));
     EXPECT_EQ(Fetch(port, "/readyz"), "the store fails; the log says why\n");
-    EXPECT_TRUE(service.AwaitLog("state/service.db: moved or replaced while the service runs"));
+    EXPECT_TRUE(service->AwaitLog("state/service.db: moved or replaced while the service runs"));
 }
 
 TEST_F(ServiceStoreTest, term_storeLockedAndARequestThatDoesNotEnd_endsInTime)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_EQ(Fetch(port, kScripts + "startup.pl"), "<root/>");
     const auto request = std::async(std::launch::async, [port] {
         return Exchange(port, "POST /signup HTTP/1.1\r\nHost: a\r\nContent-Length: 10\r\n\r\nhalf");
@@ -75,17 +65,19 @@ TEST_F(ServiceStoreTest, term_storeLockedAndARequestThatDoesNotEnd_endsInTime)
     beacond::Database other(folder.File("state/service.db"));
     other.Execute("BEGIN IMMEDIATE");
 
-    const auto begin = Clock::now();
-    service.Signal(SIGTERM);
-    EXPECT_EQ(service.Wait().status, 0);
-    EXPECT_LT(Clock::now() - begin, 5500ms);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(Terminate().status, 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 5500ms);
 }
 
-TEST_F(ServiceStoreTest, lists_missingStore_areStatusTwoAndCreateNone)
+TEST_F(ServiceStoreTest, commands_missingStore_areStatusTwoAndCreateNone)
 {
-    for (const std::vector<std::string>& list :
-         {std::vector<std::string>{"outbox"}, {"starts"}, {"ad", "list"}, {"release", "list"}}) {
-        const ProcessEnd end = Run(list);
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"outbox"},
+                                                    {"starts"},
+                                                    {"ad", "list"},
+                                                    {"release", "list"},
+                                                    {"forget", "some.one@example.org"}}) {
+        const ProcessEnd end = Run(command);
         EXPECT_EQ(end.status, 2);
         EXPECT_EQ(end.errors, "dusk-beacond: state/service.db: there is no store yet; the service makes it "
                               "when it starts\n");

@@ -35,22 +35,9 @@ protected:
     }
 };
 
-TEST_F(ServiceTest, term_endsWithZeroAfterAnswering)
-{
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
-    EXPECT_EQ(Fetch(port, kScripts + "getNumMatchingCities.pl?state_id=SA&city_string=ma"),
-              R"(<root num_matches="1" max_matches="200"/>)");
-    EXPECT_EQ(Fetch(port, "/healthz"), "ok\n");
-    EXPECT_EQ(Fetch(port, "/readyz"), "ready\n");
-    service.Signal(SIGTERM);
-    EXPECT_EQ(service.Wait().status, 0);
-}
-
 TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_EQ(Fetch(port, kScripts + "startup.pl?prod_string=secret&city=Nowhere"), "<root/>");
     EXPECT_THAT(Fetch(port, "/hidden/secret"), HasSubstr("no such page"));
     for (const char* const path :
@@ -61,8 +48,7 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
                          " HTTP/1.1\r\nHost: a\r\nX-Forwarded-For: 192.0.2.7\r\nConnection: close\r\n\r\n"),
             StartsWith("HTTP/1.1 405 "));
     }
-    service.Signal(SIGTERM);
-    const std::string log = service.Wait().errors;
+    const std::string log = Terminate().errors;
     EXPECT_THAT(log, Not(HasSubstr("secret")));
     EXPECT_THAT(log, Not(HasSubstr("Nowhere")));
     EXPECT_THAT(log, Not(HasSubstr("127.0.0.1")));
@@ -74,29 +60,25 @@ TEST_F(ServiceTest, log_isJsonWithoutQueryAndAddress)
     EXPECT_THAT(log, Not(HasSubstr("forged")));
 }
 
-TEST_F(ServiceTest, unusableParts_areOneLineAndStatusTwo)
+// CheckTest states the reasons of a part in detail.
+TEST_F(ServiceTest, unusablePart_isOneLineAndStatusTwo)
 {
-    const std::string places = Read(folder / "places.bin");
     const struct
     {
-        const char* name;
         std::function<void()> spoil;
         std::string line;
     } rows[] = {
-        {"no configuration", [&] { fs::remove(folder / "service.toml"); }, "service.toml: can't be read"},
-        {"unknown key", [&] { Configure("[htpp]\na = 1\n"); }, "service.toml:7: htpp: unknown key"},
-        {"no places", [&] { fs::remove(folder / "places.bin"); }, "places.bin"},
-        {"damaged places", [&] { Write(folder / "places.bin", places.substr(0, places.size() - 1)); },
-         "places file places.bin: cut off or lengthened"},
-        {"store", [&] { Configure("[store]\nurl = \"sqlite:/proc/none/a.db\"\n"); }, "/proc/none/a.db"},
-        {"keys", [&] { Configure("[keys]\nfolder = \"/proc/none\"\n"); }, "/proc/none"},
-        {"spool", [&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); },
-         "/proc/none"},
-        {"proxies", [&] { Write(folder / "service.toml", "[http]\nproxies = [\"a\"]\n"); },
-         "service.toml:2: http.proxies: "},
+        {[&] { Configure("[htpp]\na = 1\n"); }, "service.toml:7: htpp: unknown key"},
+        {[&] { Configure("[store]\nurl = \"sqlite:/proc/none/a.db\"\n"); }, "/proc/none/a.db"},
+        {[&] { Configure("[keys]\nfolder = \"/proc/none\"\n"); }, "/proc/none"},
+        {[&] { Configure("[messages]\nchannels = [\"spool\"]\nspool = \"/proc/none\"\n"); }, "/proc/none"},
+        {[&] { Configure("[keys]\nfolder = \"other\"\n"); },
+         "other/identifier.key: not the key that the store was written with\n"},
+        {[&] { fs::remove(folder / "places.bin"); }, "places.bin"},
     };
+    ASSERT_NE(Serve(), 0);
+    EXPECT_EQ(Terminate().status, 0);
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
         Configure("");
         row.spoil();
         const ProcessEnd end = Run({"serve"});
@@ -104,40 +86,20 @@ TEST_F(ServiceTest, unusableParts_areOneLineAndStatusTwo)
         EXPECT_THAT(end.errors, StartsWith("dusk-beacond: "));
         EXPECT_THAT(end.errors, HasSubstr(row.line));
         EXPECT_EQ(std::count(end.errors.begin(), end.errors.end(), '\n'), 1) << end.errors;
-        Write(folder / "places.bin", places);
     }
-}
-
-TEST_F(ServiceTest, keysOfAnotherStore_areRefused)
-{
-    ServiceProcess first(Path(), serve);
-    ASSERT_NE(first.AwaitPort(), 0);
-    first.Signal(SIGTERM);
-    EXPECT_EQ(first.Wait().status, 0);
-    fs::remove(folder / "state/keys/address.key");
-
-    const ProcessEnd end = Run({"serve"});
-    EXPECT_EQ(end.status, 2);
-    EXPECT_THAT(end.errors,
-                HasSubstr("state/keys/address.key: not the key that the store was written with\n"));
 }
 
 TEST_F(ServiceTest, portInUse_isOneLineAndStatusTwo)
 {
-    ServiceProcess first(Path(), serve);
-    const std::string port = std::to_string(first.AwaitPort());
+    const std::string port = std::to_string(Serve());
     const TemporaryFolder other;
-    const struct
-    {
-        std::string taken;
-        std::string free;
-    } rows[] = {{"http", "metrics"}, {"metrics", "http"}};
-    for (const auto& row : rows) {
-        Write(other / "service.toml", "[" + row.taken + "]\nlisten = \"127.0.0.1:" + port + "\"\n[" +
-                                          row.free + "]\nlisten = \"127.0.0.1:0\"\n");
+    const std::pair<std::string, std::string> rows[] = {{"http", "metrics"}, {"metrics", "http"}};
+    for (const auto& [taken, free] : rows) {
+        Write(other / "service.toml", "[" + taken + "]\nlisten = \"127.0.0.1:" + port + "\"\n[" + free +
+                                          "]\nlisten = \"127.0.0.1:0\"\n");
         const ProcessEnd end = RunService((other / "").string(), serve);
         EXPECT_EQ(end.status, 2);
-        EXPECT_EQ(end.errors, "dusk-beacond: " + row.taken + ".listen: can't listen at 127.0.0.1:" + port +
+        EXPECT_EQ(end.errors, "dusk-beacond: " + taken + ".listen: can't listen at 127.0.0.1:" + port +
                                   ": Address already in use\n");
     }
 }
@@ -145,27 +107,22 @@ TEST_F(ServiceTest, portInUse_isOneLineAndStatusTwo)
 TEST_F(ServiceTest, signup_isConfirmedAndItsTextReachesTheOutbox)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_THAT(Fetch(port, "/"), HasSubstr("<form method=\"post\" action=\"/signup\">"));
     EXPECT_THAT(Fetch(port, SignUp(port)), StartsWith("<root result=\"1\" message=\""));
     EXPECT_EQ(Fetch(port, kScripts +
                               "prayerCall.pl?prod_string=pc&aid=SA-G104515&pno=5&alert_type=Normal&ma=1&"
                               "dist_string=&time=18:42&aid=SA-G104515"),
               "<root/>");
-    service.Signal(SIGKILL);
-    EXPECT_EQ(service.Wait().status, 128 + SIGKILL);
+    service->Signal(SIGKILL);
+    EXPECT_EQ(service->Wait().status, 128 + SIGKILL);
     EXPECT_THAT(Run({"outbox"}).output, HasSubstr("\tprayer=5\ttime=18:42\tplace=SA-G104515\n"));
 }
 
 TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
-    EXPECT_EQ(Run({"forget", "some.one+tag@example.org"}).errors,
-              "dusk-beacond: state/service.db: there is no store yet; the service makes it when it starts\n");
-    EXPECT_FALSE(fs::exists(folder / "state"));
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     const std::string confirm = SignUp(port);
     EXPECT_THAT(Fetch(port, confirm), StartsWith("<root result=\"1\""));
     EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42"), "<root/>");
@@ -184,8 +141,7 @@ TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
 
 TEST_F(ServiceTest, forget_keyOfAnotherStore_isRefused)
 {
-    ServiceProcess service(Path(), serve);
-    ASSERT_NE(service.AwaitPort(), 0);
+    ASSERT_NE(Serve(), 0);
     fs::copy_file(folder / "state/keys/address.key", folder / "state/keys/index.key",
                   fs::copy_options::overwrite_existing);
     EXPECT_EQ(Run({"forget", "some.one@example.org"}).errors,
@@ -194,8 +150,7 @@ TEST_F(ServiceTest, forget_keyOfAnotherStore_isRefused)
 
 TEST_F(ServiceTest, signup_withoutAChannel_isNotOffered)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_THAT(Fetch(port, "/"), HasSubstr("This service sends no messages."));
     EXPECT_THAT(PostSignup(port, "address=a%40example.org"), StartsWith("HTTP/1.1 404 "));
 }
@@ -203,8 +158,7 @@ TEST_F(ServiceTest, signup_withoutAChannel_isNotOffered)
 TEST_F(ServiceTest, signup_invalidRequests_areRefused)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_THAT(PostSignup(port, "address=nobody"), StartsWith("HTTP/1.1 400 "));
     EXPECT_THAT(PostSignup(port, ""), StartsWith("HTTP/1.1 400 "));
     EXPECT_THAT(Exchange(port, "GET /signup HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n"),
@@ -219,8 +173,7 @@ TEST_F(ServiceTest, announcementsAddedByCommands_areServedAndRemoved)
 {
     EXPECT_EQ(Run({"ad", "add"}, "<b>Eid</b>").output, "1\n");
     EXPECT_EQ(Run({"release", "add", "1", "6", "https://example.org/"}).status, 0);
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_THAT(Fetch(port, kScripts + "getAd.pl"), HasSubstr("ad_url=\"PGI+RWlkPC9iPg==\""));
     EXPECT_THAT(Fetch(port, kScripts + "version.pl?curr_v=1&curr_s=5"), HasSubstr("version_sequence=\"6\""));
     EXPECT_THAT(Fetch(port, "/downloads/"),
@@ -250,8 +203,7 @@ TEST_F(ServiceTest, release_isRemovedByWhatTheListShows)
 
 TEST_F(ServiceTest, log_repeatedError_isSuppressedAndThenCounted)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     beacond::Database((folder / "state/service.db").string()).Execute("DROP TABLE installation");
     const auto log = [this] { return Read(folder / "errors"); };
     int calls = 0;
@@ -270,11 +222,9 @@ TEST_F(ServiceTest, log_repeatedError_isSuppressedAndThenCounted)
 
 TEST_F(ServiceTest, term_countedStarts_areStored)
 {
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
     EXPECT_EQ(Fetch(port, kScripts + "startup.pl?aid=SA-G104515"), "<root/>");
-    service.Signal(SIGTERM);
-    EXPECT_EQ(service.Wait().status, 0);
+    EXPECT_EQ(Terminate().status, 0);
     EXPECT_THAT(Run({"starts"}).output, MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}\tSA\tother\t1\n"));
 }
 

@@ -8,7 +8,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 
 using testing::HasSubstr;
@@ -56,23 +55,21 @@ private:
 class SocketActivationTest : public ServiceFixture
 {
 protected:
-    ServiceProcess Start(const ManagerSocket& socket, bool isForIt, const char* count)
+    void Start(const ManagerSocket& socket, bool isForIt, const char* count)
     {
-        return ServiceProcess(Path(), serve, {}, [&, count] {
-            socket.HandOver(isForIt ? std::to_string(::getpid()) : "1", count);
-        });
+        service.emplace(Path(), serve, "",
+                        [&] { socket.HandOver(isForIt ? std::to_string(::getpid()) : "1", count); });
     }
 };
 
 TEST_F(SocketActivationTest, listeningSocket_isTheMainListener)
 {
     const ManagerSocket socket(true);
-    ServiceProcess service = Start(socket, true, "1");
+    Start(socket, true, "1");
     // The connection waits in the socket until the service accepts it.
     EXPECT_EQ(Fetch(socket.Port(), "/healthz"), "ok\n");
-    EXPECT_EQ(service.AwaitPort(), socket.Port());
-    service.Signal(SIGTERM);
-    EXPECT_EQ(service.Wait().status, 0);
+    EXPECT_EQ(service->AwaitPort(), socket.Port());
+    EXPECT_EQ(Terminate().status, 0);
 }
 
 TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isNotUsed)
@@ -84,8 +81,8 @@ TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isNotUsed)
     } rows[] = {{false, "1"}, {true, "0"}};
     for (const auto& row : rows) {
         const ManagerSocket socket(true);
-        ServiceProcess service = Start(socket, row.isForIt, row.count);
-        const unsigned short port = service.AwaitPort();
+        Start(socket, row.isForIt, row.count);
+        const unsigned short port = service->AwaitPort();
         EXPECT_NE(port, socket.Port()) << row.count;
         EXPECT_EQ(Fetch(port, "/healthz"), "ok\n") << row.count;
     }
@@ -104,7 +101,8 @@ TEST_F(SocketActivationTest, unusableHandover_isOneLineAndStatusTwo)
     };
     for (const auto& row : rows) {
         const ManagerSocket socket(row.listens);
-        const ProcessEnd end = Start(socket, true, row.count).Wait();
+        Start(socket, true, row.count);
+        const ProcessEnd end = service->Wait();
         EXPECT_EQ(end.status, 2);
         EXPECT_EQ(end.errors, row.line);
     }
