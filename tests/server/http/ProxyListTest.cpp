@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "http/ProxyList.h"
 
+#include "server/ErrorOf.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -29,12 +31,8 @@ TEST(ProxyList, invalidEntry_isRefusedByName)
 {
     for (const std::string entry :
          {"", "localhost", "10.0.0.0/33", "10.0.0.0/", "10.0.0.0/a", "10.0.0.0/8 ", "::1/129"}) {
-        try {
-            const ProxyList list({entry});
-            FAIL() << entry;
-        } catch (const std::invalid_argument& error) {
-            EXPECT_EQ(error.what(), "\"" + entry + "\" is neither an IP address nor a network");
-        }
+        EXPECT_EQ(ErrorOf<std::invalid_argument>([&] { return ProxyList({entry}); }),
+                  "\"" + entry + "\" is neither an IP address nor a network");
     }
 }
 

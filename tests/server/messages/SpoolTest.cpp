@@ -3,6 +3,7 @@
 #include "messages/Spool.h"
 
 #include "server/AsNobody.h"
+#include "server/ErrorOf.h"
 #include "server/FileSizeLimit.h"
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
@@ -58,12 +59,8 @@ TEST(Spool, unusableFolder_isAnErrorWithItsPath)
     const TemporaryFolder folder;
     const Spool spool(folder.File("spool"));
     fs::remove(folder.File("spool"));
-    try {
-        spool.Send("someone@example.org", "text");
-        ADD_FAILURE();
-    } catch (const ChannelError& error) {
-        EXPECT_THAT(error.what(), StartsWith(folder.File("spool") + ": "));
-    }
+    EXPECT_THAT(ErrorOf<ChannelError>([&] { return spool.Send("someone@example.org", "text"); }),
+                StartsWith(folder.File("spool") + ": "));
 }
 
 TEST(Spool, send_writeThatFails_isAnErrorAndLeavesNothing)

@@ -3,6 +3,7 @@
 #include "SmallTables.h"
 #include "places/Places.h"
 #include "places/PlacesError.h"
+#include "server/ErrorOf.h"
 #include "server/FileSizeLimit.h"
 
 #include <gmock/gmock.h>
@@ -238,10 +239,6 @@ TEST(Importer, Import_truncatedCompressedTable_throwsTheReason)
     (void)SmallTables{.places = PlaceLine{}.Text()}.Import(folder);
     beacond::ImportSources sources = SmallTables::Sources(folder);
     sources.divisions = folder / "divisions.tsv.xz";
-    try {
-        (void)beacond::ImportPlaces(sources, folder / "places.bin");
-        FAIL();
-    } catch (const beacond::PlacesError& error) {
-        EXPECT_EQ(std::string(error.what()), (folder / "divisions.tsv.xz").string() + ": damaged or cut off");
-    }
+    EXPECT_EQ(ErrorOf<beacond::PlacesError>([&] { return ImportPlaces(sources, folder / "places.bin"); }),
+              folder.File("divisions.tsv.xz") + ": damaged or cut off");
 }

@@ -4,6 +4,7 @@
 #include "places/FileLayout.h"
 #include "places/Places.h"
 #include "places/PlacesError.h"
+#include "server/ErrorOf.h"
 
 #include <gmock/gmock.h>
 #include <lzma.h>
@@ -22,13 +23,8 @@ std::string SmallFile(const TemporaryFolder& folder)
 
 std::string ReasonToRefuse(const std::filesystem::path& path)
 {
-    try {
-        (void)Places::Open(path);
-        return "";
-    } catch (const beacond::PlacesError& error) {
-        const std::string text = error.what();
-        return text.substr(text.find(": ") + 2);
-    }
+    const std::string error = ErrorOf<beacond::PlacesError>([&] { return Places::Open(path); });
+    return error.empty() ? "" : error.substr(error.find(": ") + 2);
 }
 
 /// Calls every function, so that the sanitizers check each access.

@@ -3,6 +3,7 @@
 #include "secrets/Keys.h"
 
 #include "server/AsNobody.h"
+#include "server/ErrorOf.h"
 #include "server/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -18,16 +19,6 @@ using testing::HasSubstr;
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ErrorOf(const std::function<void()>& deed)
-{
-    try {
-        deed();
-    } catch (const KeyError& error) {
-        return error.what();
-    }
-    return {};
-}
 
 /// Kilobytes of this process that are never swapped out.
 int LockedMemory()
@@ -65,7 +56,7 @@ TEST(Keys, fromFile_readableByOthers_isRefusedWithItsPath)
     (void)Key::FromFile(file);
     fs::permissions(file, fs::perms::group_read, fs::perm_options::add);
 
-    EXPECT_EQ(ErrorOf([&] { (void)Key::FromFile(file); }),
+    EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromFile(file); }),
               file + ": readable by others than its owner; run chmod 600 on it");
 }
 
@@ -77,14 +68,15 @@ TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
         std::ofstream(file) << std::string(length, 'k');
         fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
 
-        EXPECT_EQ(ErrorOf([&] { (void)Key::FromFile(file); }), file + ": not a key of 32 bytes");
+        EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromFile(file); }), file + ": not a key of 32 bytes");
         EXPECT_EQ(fs::file_size(file), length);
     }
 }
 
 TEST(Keys, fromFolder_thatCantBeCreated_isRefusedWithItsPath)
 {
-    EXPECT_THAT(ErrorOf([] { (void)Keys::FromFolder("/proc/none/keys"); }), HasSubstr("/proc/none/keys"));
+    EXPECT_THAT(ErrorOf<KeyError>([] { return Keys::FromFolder("/proc/none/keys"); }),
+                HasSubstr("/proc/none/keys"));
 }
 
 TEST(Key, unseal_anyByteChanged_isRefused)
@@ -130,7 +122,8 @@ TEST(Key, fromFile_notARegularFile_isRefused)
 
     for (const char* const name : {"link", "pipe"}) {
         const std::string file = folder.File(name);
-        EXPECT_EQ(ErrorOf([&] { (void)Key::FromExistingFile(file); }), file + ": not a regular file");
+        EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromExistingFile(file); }),
+                  file + ": not a regular file");
     }
 }
 
@@ -144,10 +137,10 @@ TEST(Key, fromFile_ofAnotherAccount_isRefused)
     (void)Key::FromFile(file);
     ASSERT_EQ(::chown(file.c_str(), AsNobody::kAccount, 0), 0);
 
-    EXPECT_EQ(ErrorOf([&] { (void)Key::FromExistingFile(file); }), file + ": of another account");
+    EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromExistingFile(file); }), file + ": of another account");
     ASSERT_EQ(::chown(folder.File("").c_str(), AsNobody::kAccount, 0), 0);
     const AsNobody nobody;
-    EXPECT_EQ(ErrorOf([&] { (void)Key::FromExistingFile(file); }), "");
+    EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromExistingFile(file); }), "");
 }
 
 TEST(Key, inMemory_isNotSwappedOut)

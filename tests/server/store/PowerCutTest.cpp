@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "server/ErrorOf.h"
 #include "server/TemporaryFolder.h"
 #include "server/store/UnsyncedDisk.h"
 #include "store/SqliteStore.h"
@@ -176,12 +177,8 @@ TEST_F(PowerCut, fullDisk_failsTheCallAndLosesNothing)
     SqliteStore store(folder.File("store.db"), &Now);
     DoAll(store, "first", promises);
     disk->FillAfter(0);
-    try {
-        (void)store.SignUp(SignupOf("second"), {});
-        FAIL() << "no error";
-    } catch (const StoreError& error) {
-        EXPECT_EQ(error.what(), folder.File("store.db") + ": database or disk is full");
-    }
+    EXPECT_EQ(ErrorOf<StoreError>([&] { return store.SignUp(SignupOf("second"), {}); }),
+              folder.File("store.db") + ": database or disk is full");
     EXPECT_THROW(store.TryToWrite(), StoreError);
     disk->MakeRoom();
     EXPECT_NO_THROW(store.TryToWrite());

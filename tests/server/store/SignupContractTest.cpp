@@ -22,6 +22,12 @@ protected:
         now += 6 * kHour + 1;
         return store.QueueText(installation, 1, "5:07", "SA-G1") ? store.Outbox(1000).back().device : 0;
     }
+    std::string ConsentOfTheDevice()
+    {
+        Database database(folder.File("store.db"));
+        Statement words = database.Run("SELECT consent_words FROM device");
+        return words.Step() ? words.Text(0) : std::string();
+    }
     /// The number of rows in the file that contain a text of an address.
     std::int64_t RowsWith(const std::string& address)
     {
@@ -80,10 +86,7 @@ TEST_F(SignupContract, signUp_again_leavesTheDeviceAndTheEarlierCodeAsTheyAre)
     EXPECT_EQ(Confirm("first", "first pc"), Confirmation::Confirmed);
     EXPECT_EQ(DeviceOf("first pc"), device);
     EXPECT_EQ(DeviceOf("second pc"), device);
-    Database database(folder.File("store.db"));
-    Statement words = database.Run("SELECT consent_words FROM device");
-    ASSERT_TRUE(words.Step());
-    EXPECT_EQ(words.Text(0), "texts at prayer times");
+    EXPECT_EQ(ConsentOfTheDevice(), "texts at prayer times");
 }
 
 TEST_F(SignupContract, confirm_olderCodeOfTheAddressLast_keepsTheNewerConsent)
@@ -96,10 +99,7 @@ TEST_F(SignupContract, confirm_olderCodeOfTheAddressLast_keepsTheNewerConsent)
     ASSERT_EQ(Confirm("newer", "pc"), Confirmation::Confirmed);
     ASSERT_EQ(Confirm("older", "second pc"), Confirmation::Confirmed);
 
-    Database database(folder.File("store.db"));
-    Statement words = database.Run("SELECT consent_words FROM device");
-    ASSERT_TRUE(words.Step());
-    EXPECT_EQ(words.Text(0), "newer words");
+    EXPECT_EQ(ConsentOfTheDevice(), "newer words");
 }
 
 TEST_F(SignupContract, confirm_newerDevice_replacesTheOneOfTheInstallation)

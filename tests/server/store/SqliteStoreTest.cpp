@@ -3,6 +3,7 @@
 #include "store/SqliteStore.h"
 
 #include "server/AsNobody.h"
+#include "server/ErrorOf.h"
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
 #include "store/Migrations.h"
@@ -13,122 +14,95 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <functional>
 
 using namespace beacond;
 using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
 
-namespace {
-
-std::string ErrorOf(const std::function<void()>& deed)
+class SqliteStoreTest : public testing::Test
 {
-    try {
-        deed();
-    } catch (const StoreError& error) {
-        return error.what();
+protected:
+    [[nodiscard]] std::string ErrorOfOpening() const
+    {
+        return ErrorOf<StoreError>([this] { return std::make_unique<SqliteStore>(path); });
     }
-    return {};
-}
-
-std::string ErrorOfOpening(const std::string& path)
-{
-    return ErrorOf([&path] { const SqliteStore store(path); });
-}
-
-std::string ErrorOfReading(const std::string& path)
-{
-    return ErrorOf([&path] { (void)SqliteStore::ToRead(path); });
-}
-
-std::vector<std::string> NamesIn(const TemporaryFolder& folder)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder / "")) {
-        names.push_back(entry.path().filename().string());
+    [[nodiscard]] std::string ErrorOfReading() const
+    {
+        return ErrorOf<StoreError>([this] { return SqliteStore::ToRead(path); });
     }
-    return names;
-}
+    [[nodiscard]] std::vector<std::string> NamesInFolder() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(folder / "")) {
+            names.push_back(entry.path().filename().string());
+        }
+        return names;
+    }
+    [[nodiscard]] std::string Pragma(const char* name) const
+    {
+        Database database(path);
+        Statement value = database.Run((std::string("PRAGMA ") + name).c_str());
+        return value.Step() ? value.Text(0) : std::string();
+    }
 
-} // namespace
+    TemporaryFolder folder;
+    std::string path = folder.File("store.db");
+};
 
-TEST(SqliteStore, open_again_findsWhatWasStored)
+TEST_F(SqliteStoreTest, open_fileOfANewerVersion_isRefusedWithItsPath)
 {
-    const TemporaryFolder folder;
-    SqliteStore(folder.File("store.db")).AddRelease({"1", "6", "https://example.org/"});
-
-    EXPECT_EQ(SqliteStore(folder.File("store.db")).Releases().size(), 1U);
-}
-
-TEST(SqliteStore, open_fileOfANewerVersion_isRefusedWithItsPath)
-{
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     Database(path).Execute("PRAGMA user_version = " + std::to_string(kSqliteMigrations.size() + 1));
 
-    EXPECT_THAT(ErrorOfOpening(path), StartsWith(path + ": written by a newer version of the service"));
+    EXPECT_THAT(ErrorOfOpening(), StartsWith(path + ": written by a newer version of the service"));
 }
 
-TEST(SqliteStore, open_otherFile_isRefusedAndKept)
+TEST_F(SqliteStoreTest, open_otherFile_isRefusedAndKept)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     const std::string content(4096, 'x');
     Write(path, content);
 
-    EXPECT_THAT(ErrorOfOpening(path), StartsWith(path + ": "));
+    EXPECT_THAT(ErrorOfOpening(), StartsWith(path + ": "));
     EXPECT_EQ(Read(path), content);
 }
 
-TEST(SqliteStore, open_fileOfAnotherApplication_isRefusedAndKept)
+TEST_F(SqliteStoreTest, open_fileOfAnotherApplication_isRefusedAndKept)
 {
     for (const char* const sql : {"CREATE TABLE song (name)", "PRAGMA application_id = 7",
                                   "CREATE TABLE key_check (a); PRAGMA application_id = 7"}) {
         SCOPED_TRACE(sql);
-        const TemporaryFolder folder;
-        const std::string path = folder.File("store.db");
+        std::filesystem::remove(path);
         Database(path).Execute(sql);
         const std::string before = Read(path);
 
-        EXPECT_EQ(ErrorOfOpening(path), path + ": written by another application");
-        EXPECT_EQ(ErrorOfReading(path), path + ": written by another application");
+        EXPECT_EQ(ErrorOfOpening(), path + ": written by another application");
+        EXPECT_EQ(ErrorOfReading(), path + ": written by another application");
         EXPECT_TRUE(Read(path) == before);
-        EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
+        EXPECT_THAT(NamesInFolder(), ElementsAre("store.db"));
     }
 }
 
-TEST(SqliteStore, open_storeWithoutAnApplicationId_writesIt)
+TEST_F(SqliteStoreTest, open_storeWithoutAnApplicationId_writesIt)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     (void)SqliteStore(path);
     Database(path).Execute("PRAGMA application_id = 0");
     (void)SqliteStore(path);
 
-    Database database(path);
-    Statement mark = database.Run("PRAGMA application_id");
-    ASSERT_TRUE(mark.Step());
-    EXPECT_EQ(mark.Integer(0), 0x44754265);
+    EXPECT_EQ(Pragma("application_id"), std::to_string(0x44754265));
 }
 
-TEST(SqliteStore, open_whileAnotherProcessWrites_needsNoLock)
+TEST_F(SqliteStoreTest, open_whileAnotherProcessWrites_needsNoLock)
 {
-    const TemporaryFolder folder;
-    (void)SqliteStore(folder.File("store.db"));
-    Database other(folder.File("store.db"));
+    (void)SqliteStore(path);
+    Database other(path);
     other.Execute("BEGIN IMMEDIATE");
 
-    EXPECT_EQ(ErrorOfOpening(folder.File("store.db")), "");
-    EXPECT_EQ(ErrorOfReading(folder.File("store.db")), "");
+    EXPECT_EQ(ErrorOfOpening(), "");
+    EXPECT_EQ(ErrorOfReading(), "");
 }
 
-TEST(SqliteStore, open_damagedPages_failsTheCallsAndKeepsTheFile)
+TEST_F(SqliteStoreTest, open_damagedPages_failsTheCallsAndKeepsTheFile)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     (void)SqliteStore(path);
     std::string content = Read(path);
     constexpr std::size_t kHeaderPage = 4096;
@@ -136,28 +110,25 @@ TEST(SqliteStore, open_damagedPages_failsTheCallsAndKeepsTheFile)
     Write(path, content);
 
     SqliteStore store(path);
-    const std::string error = ErrorOf([&store] { (void)store.Starts(); });
+    const std::string error = ErrorOf<StoreError>([&store] { (void)store.Starts(); });
     EXPECT_EQ(error, path + ": database disk image is malformed");
-    EXPECT_NE(ErrorOf([&store] { store.AddRelease({"1", "6", "https://example.org/"}); }), "");
+    EXPECT_NE(ErrorOf<StoreError>([&store] { store.AddRelease({"1", "6", "https://example.org/"}); }), "");
     EXPECT_TRUE(Read(path) == content);
 }
 
-TEST(SqliteStore, open_folderWithoutRights_isRefusedWithThePath)
+TEST_F(SqliteStoreTest, open_folderWithoutRights_isRefusedWithThePath)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("locked/store.db");
+    path = folder.File("locked/store.db");
     std::filesystem::create_directory(folder / "locked");
     std::filesystem::permissions(folder / "", std::filesystem::perms(0755));
     std::filesystem::permissions(folder / "locked", std::filesystem::perms(0555));
     const AsNobody nobody;
 
-    EXPECT_EQ(ErrorOfOpening(path), path + ": unable to open database file");
+    EXPECT_EQ(ErrorOfOpening(), path + ": unable to open database file");
 }
 
-TEST(SqliteStore, toRead_listsAndChangesNothing)
+TEST_F(SqliteStoreTest, toRead_listsAndChangesNothing)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     SqliteStore(path).AddRelease({"1", "6", "https://example.org/"});
     const std::string before = Read(path);
     {
@@ -166,60 +137,36 @@ TEST(SqliteStore, toRead_listsAndChangesNothing)
         EXPECT_THROW(store.AddRelease({"1", "7", "https://example.org/"}), StoreError);
     }
     EXPECT_TRUE(Read(path) == before);
-    EXPECT_THAT(NamesIn(folder), ElementsAre("store.db"));
+    EXPECT_THAT(NamesInFolder(), ElementsAre("store.db"));
 }
 
-TEST(SqliteStore, toRead_missingFile_isRefusedAndNotCreated)
+TEST_F(SqliteStoreTest, toRead_fileOfAnOlderVersion_isRefused)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
-
-    EXPECT_EQ(ErrorOfReading(path), path + ": there is no store yet; the service makes it when it starts");
-    EXPECT_THAT(NamesIn(folder), IsEmpty());
-}
-
-TEST(SqliteStore, toRead_fileOfAnOlderVersion_isRefused)
-{
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     (void)SqliteStore(path);
     Database(path).Execute("PRAGMA user_version = 0");
 
-    EXPECT_THAT(ErrorOfReading(path), StartsWith(path + ": written by an older version of the service"));
+    EXPECT_THAT(ErrorOfReading(), StartsWith(path + ": written by an older version of the service"));
 }
 
-TEST(SqliteStore, open_missingFolder_isRefusedWithThePath)
+TEST_F(SqliteStoreTest, open_newFile_usesWriteAheadLog)
 {
-    EXPECT_THAT(ErrorOfOpening("/nonexistent/store.db"), HasSubstr("/nonexistent/store.db"));
+    const SqliteStore store(path);
+    EXPECT_EQ(Pragma("journal_mode"), "wal");
 }
 
-TEST(SqliteStore, open_newFile_usesWriteAheadLog)
+TEST_F(SqliteStoreTest, dataVersion_changesWithAnotherProcessOnly)
 {
-    const TemporaryFolder folder;
-    const SqliteStore store(folder.File("store.db"));
-    Database database(folder.File("store.db"));
-
-    Statement mode = database.Run("PRAGMA journal_mode");
-    ASSERT_TRUE(mode.Step());
-    EXPECT_EQ(mode.Text(0), "wal");
-}
-
-TEST(SqliteStore, dataVersion_changesWithAnotherProcessOnly)
-{
-    const TemporaryFolder folder;
-    SqliteStore served(folder.File("store.db"));
+    SqliteStore served(path);
     const std::int64_t version = served.DataVersion();
     served.AddRelease({"1", "6", "https://example.org/"});
     EXPECT_EQ(served.DataVersion(), version);
 
-    SqliteStore(folder.File("store.db")).AddRelease({"1", "7", "https://example.org/"});
+    SqliteStore(path).AddRelease({"1", "7", "https://example.org/"});
     EXPECT_NE(served.DataVersion(), version);
 }
 
-TEST(SqliteStore, open_fileOfTheFirstSchema_keepsDevicesAndCodes)
+TEST_F(SqliteStoreTest, open_fileOfTheFirstSchema_keepsDevicesAndCodes)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     constexpr std::int64_t kNow = 1'800'000'000;
     {
         Database database(path);
@@ -241,7 +188,7 @@ TEST(SqliteStore, open_fileOfTheFirstSchema_keepsDevicesAndCodes)
     SqliteStore store(path, [] { return kNow; });
 
     EXPECT_EQ(store.Releases().size(), 1U);
-    EXPECT_THAT(store.Outbox(10), testing::ElementsAre(OutboxRow{7, 2, 1, "5:07", "SA-G1"}))
+    EXPECT_THAT(store.Outbox(10), ElementsAre(OutboxRow{7, 2, 1, "5:07", "SA-G1"}))
         << "a device without an installation goes, with its texts";
     EXPECT_FALSE(store.QueueText("\xA2", 1, "5:07", "SA-G1")) << "the last text is less than six hours old";
     EXPECT_TRUE(store.QueueText("\xA3", 1, "5:07", "SA-G1")) << "a renewed code leaves the installation";
@@ -253,35 +200,27 @@ TEST(SqliteStore, open_fileOfTheFirstSchema_keepsDevicesAndCodes)
     EXPECT_GT(store.SignUp({"mail", "sealed", "5", "other", 1800, "form", "w"}, {}).device, 9)
         << "a number is given once";
     EXPECT_TRUE(store.Forget("2"));
-    EXPECT_THAT(store.Outbox(10), testing::SizeIs(1)) << "what refers to a device still goes with it";
-    Database database(path);
-    EXPECT_FALSE(database.Run("PRAGMA foreign_key_check").Step());
+    EXPECT_THAT(store.Outbox(10), SizeIs(1)) << "what refers to a device still goes with it";
+    EXPECT_EQ(Pragma("foreign_key_check"), "");
 }
 
-TEST(SqliteStore, tryToWrite_tablesOfANewerService_isRefusedAndKeepsTheirVersion)
+TEST_F(SqliteStoreTest, tryToWrite_tablesOfANewerService_isRefusedAndKeepsTheirVersion)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     SqliteStore store(path);
-    Database newer(path);
-    newer.Execute("PRAGMA user_version = 99");
+    Database(path).Execute("PRAGMA user_version = 99");
 
-    EXPECT_THAT(ErrorOf([&store] { store.TryToWrite(); }),
+    EXPECT_THAT(ErrorOf<StoreError>([&store] { store.TryToWrite(); }),
                 StartsWith(path + ": written by a newer version of the service"));
-    Statement version = newer.Run("PRAGMA user_version");
-    ASSERT_TRUE(version.Step());
-    EXPECT_EQ(version.Integer(0), 99);
+    EXPECT_EQ(Pragma("user_version"), "99");
 }
 
-TEST(SqliteStore, fileReplacedByAnother_failsWritesAndDataVersion)
+TEST_F(SqliteStoreTest, fileReplacedByAnother_failsWritesAndDataVersion)
 {
-    const TemporaryFolder folder;
-    const std::string path = folder.File("store.db");
     (void)SqliteStore(folder.File("backup.db"));
     SqliteStore store(path);
     std::filesystem::rename(folder / "backup.db", path);
 
     const std::string error = path + ": moved or replaced while the service runs; start the service again";
-    EXPECT_EQ(ErrorOf([&store] { (void)store.DataVersion(); }), error);
-    EXPECT_EQ(ErrorOf([&store] { store.Begin(); }), error);
+    EXPECT_EQ(ErrorOf<StoreError>([&store] { (void)store.DataVersion(); }), error);
+    EXPECT_EQ(ErrorOf<StoreError>([&store] { store.Begin(); }), error);
 }
