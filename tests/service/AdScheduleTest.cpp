@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/SettingsFile.h"
 #include "service/StartUpProgram.h"
-#include "service/WebAd.h"
 
 #include <gtest/gtest.h>
 
@@ -23,7 +22,7 @@ protected:
         platform.http.reachable = true;
     }
 
-    void Start() { m_window = &m_program.Start(); }
+    void Start() { m_window = &program.Start(); }
     [[nodiscard]] FrmMain& Window() const { return *m_window; }
     void WaitTime(const QByteArray& minutes)
     {
@@ -68,15 +67,11 @@ protected:
         platform.http.requests.clear();
         return scripts;
     }
-    [[nodiscard]] QString Shown() const
-    {
-        return m_window->findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText();
-    }
 
     FakePlatform platform;
+    Program program{platform.interfaces};
 
 private:
-    Program m_program{platform.interfaces};
     FrmMain* m_window = nullptr;
 };
 
@@ -113,7 +108,7 @@ TEST_F(AdScheduleTest, alarm_refreshesAlsoWithoutAConnection)
     TickAtDuhr();
     EXPECT_EQ(Asked(), (QStringList{kPrayer, kAd}));
     EXPECT_TRUE(Window().Variables().Connected);
-    EXPECT_EQ(Shown(), QStringLiteral("ad"));
+    EXPECT_EQ(program.Strip(), QStringLiteral("ad"));
 }
 
 TEST_F(AdScheduleTest, alarm_leavesTheCountAlone)
@@ -260,7 +255,7 @@ TEST_F(AdScheduleTest, start_requestsAnAdOnlyWithAConnection)
     platform.http.probeAnswers = {false, true};
     Start();
     EXPECT_EQ(Asked(), QStringList());
-    EXPECT_EQ(Shown(), QStringLiteral("Dusk Beacon"));
+    EXPECT_EQ(program.Strip(), QStringLiteral("Dusk Beacon"));
     EXPECT_FALSE(Window().Variables().Connected);
     EXPECT_EQ(platform.http.probes.size(), 2) << "no probe without a version check";
 }

@@ -8,6 +8,7 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/PlainWindow.h"
 #include "forms/Forms.h"
+#include "service/WebAd.h"
 
 /// The main window as the program starts it, with the platform of a test.
 class Program final
@@ -22,6 +23,11 @@ public:
         PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
     }
     FrmMain& Start() { return forms.Touch<FrmMain>(); }
+    /// The text of the ad strip.
+    [[nodiscard]] QString Strip()
+    {
+        return forms.Touch<FrmMain>().findChild<WebAd*>(QStringLiteral("WebAd"))->toPlainText();
+    }
 
     Forms forms;
     FakeCalculation calculation;
