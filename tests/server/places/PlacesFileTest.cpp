@@ -92,22 +92,23 @@ TEST(PlacesFile, Open_unusableFile_throwsTheReason)
 {
     const TemporaryFolder folder;
     const std::string file = SmallFile(folder);
-    EXPECT_EQ(ReasonToRefuse(folder / "none.bin"), "No such file or directory");
-    EXPECT_EQ(ReasonToRefuse(folder / ""), "too short to be one");
-    Write(folder / "empty.bin", "");
-    EXPECT_EQ(ReasonToRefuse(folder / "empty.bin"), "too short to be one");
-    Write(folder / "other.bin", std::string(file.size(), 'x'));
-    EXPECT_EQ(ReasonToRefuse(folder / "other.bin"), "not a places file");
-    Write(folder / "cut.bin", file.substr(0, file.size() - 1));
-    EXPECT_EQ(ReasonToRefuse(folder / "cut.bin"), "cut off or lengthened");
     std::string newer = file;
     ++newer[offsetof(beacond::layout::Header, version)];
-    Write(folder / "newer.bin", newer);
-    EXPECT_EQ(ReasonToRefuse(folder / "newer.bin"), "made by a newer version of this program");
     std::string damaged = file;
     ++damaged.back();
-    Write(folder / "damaged.bin", damaged);
-    EXPECT_EQ(ReasonToRefuse(folder / "damaged.bin"), "damaged: its checksum is wrong");
+    const std::pair<std::string, const char*> rows[] = {
+        {"", "too short to be one"},
+        {std::string(file.size(), 'x'), "not a places file"},
+        {file.substr(0, file.size() - 1), "cut off or lengthened"},
+        {newer, "made by a newer version of this program"},
+        {damaged, "damaged: its checksum is wrong"},
+    };
+    for (const auto& [content, reason] : rows) {
+        Write(folder / "unusable.bin", content);
+        EXPECT_EQ(ReasonToRefuse(folder / "unusable.bin"), reason);
+    }
+    EXPECT_EQ(ReasonToRefuse(folder / "none.bin"), "No such file or directory");
+    EXPECT_EQ(ReasonToRefuse(folder / ""), "too short to be one");
 }
 
 TEST(PlacesFile, Open_fileReplacedByARename_keepsAnswering)

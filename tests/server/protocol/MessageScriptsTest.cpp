@@ -152,11 +152,7 @@ TEST_F(MessageScriptsTest, prayerCall_ofAConfirmedInstallation_queuesOneText)
     EXPECT_EQ(Body(kCall, kWanted), "<root/>");
     EXPECT_EQ(Body(kCall, kWanted), "<root/>");
 
-    const std::vector<OutboxRow> texts = Outbox();
-    ASSERT_EQ(texts.size(), 1U);
-    EXPECT_EQ(texts[0].prayer, 1);
-    EXPECT_EQ(texts[0].time, "5:07");
-    EXPECT_EQ(texts[0].place, "SA-G104515");
+    EXPECT_THAT(Outbox(), testing::ElementsAre(OutboxRow{1, 1, 1, "5:07", "SA-G104515"}));
     EXPECT_EQ(scripts.Figures().textsQueued, 1U);
 }
 
@@ -179,8 +175,7 @@ TEST_F(MessageScriptsTest, prayerCall_unknownPlace_isNotStored)
 {
     Register();
     Ask(kCall, "prod_string=pc&aid=<b>&pno=6&ma=1&time=20:15");
-    ASSERT_EQ(Outbox().size(), 1U);
-    EXPECT_EQ(Outbox()[0].place, "");
+    EXPECT_THAT(Outbox(), testing::ElementsAre(testing::Field(&OutboxRow::place, "")));
 }
 
 TEST_F(MessageScriptsTest, failingStore_missesTheTextAndIsReported)

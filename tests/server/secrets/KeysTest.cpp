@@ -14,7 +14,6 @@
 #include <fstream>
 
 using namespace beacond;
-using testing::HasSubstr;
 
 namespace {
 
@@ -49,17 +48,6 @@ TEST(Keys, fromFolder_createsTheKeysOnceForTheirOwnerOnly)
     EXPECT_EQ(std::distance(fs::directory_iterator(keys), fs::directory_iterator()), 3);
 }
 
-TEST(Keys, fromFile_readableByOthers_isRefusedWithItsPath)
-{
-    const TemporaryFolder folder;
-    const std::string file = folder.File("address.key");
-    (void)Key::FromFile(file);
-    fs::permissions(file, fs::perms::group_read, fs::perm_options::add);
-
-    EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromFile(file); }),
-              file + ": readable by others than its owner; run chmod 600 on it");
-}
-
 TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
 {
     const TemporaryFolder folder;
@@ -71,12 +59,6 @@ TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
         EXPECT_EQ(ErrorOf<KeyError>([&] { return Key::FromFile(file); }), file + ": not a key of 32 bytes");
         EXPECT_EQ(fs::file_size(file), length);
     }
-}
-
-TEST(Keys, fromFolder_thatCantBeCreated_isRefusedWithItsPath)
-{
-    EXPECT_THAT(ErrorOf<KeyError>([] { return Keys::FromFolder("/proc/none/keys"); }),
-                HasSubstr("/proc/none/keys"));
 }
 
 TEST(Key, unseal_anyByteChanged_isRefused)

@@ -62,8 +62,7 @@ TEST_F(SignupContract, confirm_afterTheLifetime_isExpired)
 
 TEST_F(SignupContract, confirm_again_holdsForTheSameInstallationAndADay)
 {
-    SignUp("a", "code");
-    ASSERT_EQ(Confirm("code", "pc"), Confirmation::Confirmed);
+    Register("a", "code", "pc");
     now += 24 * kHour;
     store.DropOldSignups();
 
@@ -75,8 +74,7 @@ TEST_F(SignupContract, confirm_again_holdsForTheSameInstallationAndADay)
 
 TEST_F(SignupContract, signUp_again_leavesTheDeviceAndTheEarlierCodeAsTheyAre)
 {
-    const std::int64_t device = SignUp("a", "first");
-    ASSERT_EQ(Confirm("first", "first pc"), Confirmation::Confirmed);
+    const std::int64_t device = Register("a", "first", "first pc");
     Signup stranger = SignupOf("a", "third");
     stranger.consentText = "words of a stranger";
 
@@ -104,27 +102,21 @@ TEST_F(SignupContract, confirm_olderCodeOfTheAddressLast_keepsTheNewerConsent)
 
 TEST_F(SignupContract, confirm_newerDevice_replacesTheOneOfTheInstallation)
 {
-    SignUp("a", "code a");
-    const std::int64_t newer = SignUp("b", "code b");
-    ASSERT_EQ(Confirm("code a", "pc"), Confirmation::Confirmed);
-    ASSERT_EQ(Confirm("code b", "pc"), Confirmation::Confirmed);
+    Register("a", "code a", "pc");
+    const std::int64_t newer = Register("b", "code b", "pc");
 
     EXPECT_EQ(DeviceOf("pc"), newer);
 }
 
 TEST_F(SignupContract, device_isDeletedWithItsLastInstallation)
 {
-    const std::int64_t first = SignUp("a", "code");
-    SignUp("a", "second code");
-    ASSERT_EQ(Confirm("code", "pc"), Confirmation::Confirmed);
-    ASSERT_EQ(Confirm("second code", "second pc"), Confirmation::Confirmed);
+    const std::int64_t first = Register("a", "code", "pc");
+    Register("a", "second code", "second pc");
     ASSERT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
-    SignUp("b", "code b");
-    ASSERT_EQ(Confirm("code b", "pc"), Confirmation::Confirmed);
+    Register("b", "code b", "pc");
     EXPECT_EQ(store.Outbox(10).size(), 1U) << "the other installation still has it";
 
-    SignUp("c", "code c");
-    ASSERT_EQ(Confirm("code c", "second pc"), Confirmation::Confirmed);
+    Register("c", "code c", "second pc");
     EXPECT_THAT(store.Outbox(10), IsEmpty());
     now += 24 * kHour;
     EXPECT_EQ(Confirm("code", "pc"), Confirmation::Confirmed) << "a lost reply undoes nothing";
@@ -151,8 +143,7 @@ TEST_F(SignupContract, dropOldSignups_unconfirmed_leavesNothingOfTheAddress)
 
 TEST_F(SignupContract, dropOldSignups_confirmed_keepsTheDevice)
 {
-    const std::int64_t device = SignUp("a", "code");
-    ASSERT_EQ(Confirm("code", "pc"), Confirmation::Confirmed);
+    const std::int64_t device = Register("a", "code", "pc");
     now += 24 * kHour + 1;
     store.DropOldSignups();
 
@@ -209,9 +200,8 @@ TEST_F(SignupContract, withdraw_undoesASignupUntilItsCodeIsConfirmed)
 
 TEST_F(SignupContract, forget_deletesTheDeviceItsInstallationsItsTextsAndItsCodes)
 {
-    SignUp("a", "code");
+    Register("a", "code", "pc");
     SignUp("a", "waiting");
-    ASSERT_EQ(Confirm("code", "pc"), Confirmation::Confirmed);
     ASSERT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
 
     EXPECT_TRUE(store.Forget("index a"));

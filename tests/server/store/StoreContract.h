@@ -23,6 +23,14 @@ protected:
     {
         return store.SignUp(SignupOf(address, code), {}).device;
     }
+    /// Signs up the address and confirms its code. Returns the number of the device.
+    std::int64_t Register(const std::string& address, const std::string& code,
+                          const std::string& installation)
+    {
+        const std::int64_t device = SignUp(address, code);
+        EXPECT_EQ(store.Confirm(code, installation), beacond::Confirmation::Confirmed);
+        return device;
+    }
 
     TemporaryFolder folder;
     std::int64_t now = 1'800'000'000;

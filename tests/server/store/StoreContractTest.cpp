@@ -6,6 +6,7 @@
 
 using namespace beacond;
 using testing::ElementsAre;
+using testing::Field;
 using testing::IsEmpty;
 
 TEST_F(StoreContract, addStarts_addsToTheSameDayCountryAndDistribution)
@@ -31,31 +32,24 @@ TEST_F(StoreContract, strips_areKeptAsGivenUntilRemoved)
     EXPECT_THAT(store.Strips(), ElementsAre(second));
 }
 
-TEST_F(StoreContract, releases_areListedInTheOrderOfTheirAddition)
+TEST_F(StoreContract, releases_areListedInTheOrderOfTheirAdditionUntilRemoved)
 {
-    store.AddRelease({"1", "6", "https://example.org/6"});
-    store.AddRelease({"1", "5", "https://example.org/5"});
-
-    EXPECT_THAT(store.Releases(), ElementsAre(Release{"1", "6", "https://example.org/6"},
-                                              Release{"1", "5", "https://example.org/5"}));
-}
-
-TEST_F(StoreContract, removeRelease_removesOnlyThatVersion)
-{
-    for (const char* const sequence : {"6", "7", "7"}) {
+    for (const char* const sequence : {"7", "6", "7"}) {
         store.AddRelease({"1", sequence, "https://example.org/"});
     }
+    const Release six{"1", "6", "https://example.org/"};
+    const Release seven{"1", "7", "https://example.org/"};
+
+    EXPECT_THAT(store.Releases(), ElementsAre(seven, six, seven));
     EXPECT_TRUE(store.RemoveRelease("1", "7"));
     EXPECT_FALSE(store.RemoveRelease("1", "7"));
-    EXPECT_THAT(store.Releases(), ElementsAre(Release{"1", "6", "https://example.org/"}));
+    EXPECT_THAT(store.Releases(), ElementsAre(six));
 }
 
 TEST_F(StoreContract, queueText_onceInSixHours_forADeviceAndAPrayer)
 {
-    SignUp("a", "code a");
-    ASSERT_EQ(store.Confirm("code a", "pc"), Confirmation::Confirmed);
-    SignUp("a", "code b");
-    ASSERT_EQ(store.Confirm("code b", "second pc of that phone"), Confirmation::Confirmed);
+    Register("a", "code a", "pc");
+    Register("a", "code b", "second pc of that phone");
 
     EXPECT_FALSE(store.IsTextDue("stranger", 1));
     EXPECT_TRUE(store.IsTextDue("pc", 1));
@@ -74,16 +68,12 @@ TEST_F(StoreContract, queueText_onceInSixHours_forADeviceAndAPrayer)
 
 TEST_F(StoreContract, outbox_isOldestFirstAndLimited)
 {
-    SignUp("a", "code");
-    ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
+    Register("a", "code", "pc");
     for (int prayer = 1; prayer <= 6; ++prayer) {
         ASSERT_TRUE(store.QueueText("pc", prayer, "5:07", "SA-G1"));
     }
 
-    const std::vector<OutboxRow> texts = store.Outbox(2);
-    ASSERT_EQ(texts.size(), 2U);
-    EXPECT_EQ(texts[0].prayer, 1);
-    EXPECT_EQ(texts[1].prayer, 2);
+    EXPECT_THAT(store.Outbox(2), ElementsAre(Field(&OutboxRow::prayer, 1), Field(&OutboxRow::prayer, 2)));
 }
 
 TEST_F(StoreContract, isWrittenWith_holdsForTheFirstKeyOfAName)
@@ -105,8 +95,7 @@ TEST_F(StoreContract, abandon_undoesAllCallsSinceBegin)
 
 TEST_F(StoreContract, queueText_lastTextDatedFarAhead_doesNotCount)
 {
-    SignUp("a", "code");
-    ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
+    Register("a", "code", "pc");
     now += 365 * 24 * kHour;
     ASSERT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
 

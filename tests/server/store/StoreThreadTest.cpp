@@ -60,6 +60,11 @@ protected:
         };
     }
     void Release() { released.count_down(); }
+    void RunAgain()
+    {
+        context.restart();
+        context.run();
+    }
     template <typename Call>
     void Spawn(Call call)
     {
@@ -140,8 +145,7 @@ TEST_F(StoreThreadTest, run_failingCommit_failsEveryCallOfTheBatch)
 
     isFull = false;
     SpawnAdd(thread, "after");
-    context.restart();
-    context.run();
+    RunAgain();
     EXPECT_THAT(Stored(), ElementsAre("after"));
 }
 
@@ -168,8 +172,7 @@ TEST_F(StoreThreadTest, run_hangingDisk_failsAtTheLimitAndDropsCallsThatHaveNotB
         EXPECT_EQ(failures, 1);
         EXPECT_TRUE(Becomes([&thread] { return thread.State() == StoreState::Stuck; }));
         SpawnAdd(thread, "not begun");
-        context.restart();
-        context.run();
+        RunAgain();
         EXPECT_EQ(failures, 2);
         Release();
     }
@@ -216,14 +219,12 @@ TEST_F(StoreThreadTest, lockHeldByAnotherProcess_failsWritesNotReads)
     Spawn([&]() -> asio::awaitable<void> {
         co_await thread.Run([](const Store& s) { return s.Strips().size(); });
     });
-    context.restart();
-    context.run();
+    RunAgain();
     EXPECT_EQ(thread.State(), StoreState::Failing) << "a read says nothing about writes";
 
     other.Execute("ROLLBACK");
     SpawnAdd(thread, "after");
-    context.restart();
-    context.run();
+    RunAgain();
     EXPECT_EQ(thread.State(), StoreState::Working);
     EXPECT_THAT(Stored(), ElementsAre("after"));
 }
