@@ -88,6 +88,15 @@ void ExpectAnswers(const std::vector<Row>& rows)
     }
 }
 
+std::string Repeated(const std::string& text, int times)
+{
+    std::string all;
+    for (int i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
+}
+
 // A request with a header of this length.
 std::string OfLength(std::size_t length)
 {
@@ -151,6 +160,7 @@ TEST(RawRequests, connection_isKeptOrClosed)
         {"nothing", "", ""},
         {"half a request", "GET /p HTTP/1.1\r\nHost: h\r\n", ""},
         {"pipelined", Get("/a") + Get("/b") + Get("/c"), Kept("GET /a") + Kept("GET /b") + Kept("GET /c")},
+        {"more than a buffer of them", Repeated(Get("/a"), 300), Repeated(Kept("GET /a"), 300)},
         {"empty lines before", "\r\n\r\n" + Get("/a") + "\r\n" + Get("/b"), Kept("GET /a") + Kept("GET /b")},
         {"close", "GET /a HTTP/1.1\r\nHost: h\r\nConnection: x, Close\r\n\r\n" + Get("/b"), Last("GET /a")},
         {"HTTP/1.0", "GET /a HTTP/1.0\r\n\r\n" + Get("/b"), Last("GET /a")},

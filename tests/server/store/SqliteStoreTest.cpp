@@ -213,14 +213,3 @@ TEST_F(SqliteStoreTest, tryToWrite_tablesOfANewerService_isRefusedAndKeepsTheirV
                 StartsWith(path + ": written by a newer version of the service"));
     EXPECT_EQ(Pragma("user_version"), "99");
 }
-
-TEST_F(SqliteStoreTest, fileReplacedByAnother_failsWritesAndDataVersion)
-{
-    (void)SqliteStore(folder.File("backup.db"));
-    SqliteStore store(path);
-    std::filesystem::rename(folder / "backup.db", path);
-
-    const std::string error = path + ": moved or replaced while the service runs; start the service again";
-    EXPECT_EQ(ErrorOf<StoreError>([&store] { (void)store.DataVersion(); }), error);
-    EXPECT_EQ(ErrorOf<StoreError>([&store] { store.Begin(); }), error);
-}
