@@ -9,8 +9,6 @@
 #include "store/SimpleXML.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -305,28 +303,6 @@ TEST(StartUpAtWorst, windowComesUpAndSettingsAreSafe)
     }
     SCOPED_TRACE("another root ends the refresh before a page is written");
     ExpectSafeStart(Status("200 OK", "<html><body>Log in</body></html>"), QString());
-}
-
-// The program is told to end while the start waits for the service.
-TEST(StartUpInterrupted, programEnds_whileTheServiceHangs)
-{
-    const LoopbackServer server(LoopbackServer::Hang());
-    FakePlatform platform;
-    WriteSettings();
-    const QByteArray before = ReadSettings();
-    QElapsedTimer time;
-    time.start();
-    QTimer::singleShot(0, QCoreApplication::instance(), [&] {
-        RebasedHttp http(QStringLiteral(DUSKBEACON_SERVICE_URL), server.Url(), HttpLimits{});
-        const Platform interfaces = platform.With(platform.files, http);
-        Program program(interfaces);
-        QTimer::singleShot(700, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
-        program.Start();
-    });
-    QCoreApplication::exec();
-    EXPECT_LT(time.elapsed(), 10'000);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return server.Open() == 0; }));
-    EXPECT_EQ(ReadSettings(), before);
 }
 
 } // namespace
