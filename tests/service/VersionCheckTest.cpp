@@ -91,21 +91,19 @@ TEST_F(VersionCheckTest, reply_decides)
 TEST_F(VersionCheckTest, yes_opensTheDownloadAndEndsTheProgram)
 {
     const QByteArray before = ReadSettings();
-    Answer("version_name='2' version_sequence='0' download_url='http://x.example/d?a=1&amp;b= c'");
-    platform.boxes.answers = {true};
-    Check();
-    EXPECT_EQ(platform.browser.opened, QStringList(QStringLiteral("http://x.example/d?a=1&b= c")));
-    EXPECT_EQ(platform.process.ended, 1);
+    const std::pair<const char*, QString> rows[] = {
+        {"download_url='http://x.example/d?a=1&amp;b= c'", QStringLiteral("http://x.example/d?a=1&b= c")},
+        {"", QString()},
+    };
+    for (const auto& [attribute, opened] : rows) {
+        Answer(QByteArray("version_name='2' version_sequence='0' ") + attribute);
+        platform.boxes.answers = {true};
+        platform.process.ended = 0;
+        Check();
+        EXPECT_EQ(platform.browser.opened.takeLast(), opened);
+        EXPECT_EQ(platform.process.ended, 1) << attribute;
+    }
     EXPECT_EQ(ReadSettings(), before) << "remind stays as it was";
-}
-
-TEST_F(VersionCheckTest, yesWithoutAnAddress_endsTheProgramToo)
-{
-    Answer("version_name='2' version_sequence='0'");
-    platform.boxes.answers = {true};
-    Check();
-    EXPECT_EQ(platform.browser.opened, QStringList(QString()));
-    EXPECT_EQ(platform.process.ended, 1);
 }
 
 TEST_F(VersionCheckTest, no_silencesFourteenDays)

@@ -2,15 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "server/app/ServiceFixture.h"
 
-#include <arpa/inet.h>
+#include <boost/asio/io_context.hpp>
+#include <boost/asio/ip/tcp.hpp>
 #include <gmock/gmock.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cstdlib>
 
-using testing::HasSubstr;
+using boost::asio::ip::tcp;
 
 namespace {
 
@@ -19,35 +18,27 @@ class ManagerSocket final
 {
 public:
     explicit ManagerSocket(bool listens)
-        : m_descriptor(::socket(AF_INET, SOCK_STREAM, 0))
     {
-        sockaddr_in address = {};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto* const generic = reinterpret_cast<sockaddr*>(&address);
-        EXPECT_EQ(::bind(m_descriptor, generic, size), 0);
-        EXPECT_TRUE(!listens || ::listen(m_descriptor, 16) == 0);
-        EXPECT_EQ(::getsockname(m_descriptor, generic, &size), 0);
-        m_port = ntohs(address.sin_port);
+        m_socket.open(tcp::v4());
+        m_socket.bind({boost::asio::ip::address_v4::loopback(), 0});
+        if (listens) {
+            m_socket.listen();
+        }
     }
-    ~ManagerSocket() { ::close(m_descriptor); }
-    ManagerSocket(const ManagerSocket&) = delete;
-    ManagerSocket& operator=(const ManagerSocket&) = delete;
 
-    [[nodiscard]] unsigned short Port() const { return m_port; }
+    [[nodiscard]] unsigned short Port() const { return m_socket.local_endpoint().port(); }
     /// Called in the child process.
-    void HandOver(const std::string& process, const char* count) const
+    void HandOver(const std::string& process, const char* count)
     {
-        ::dup2(m_descriptor, 3);
+        ::dup2(m_socket.native_handle(), 3);
         ::setenv("LISTEN_PID", process.c_str(), 1);
         ::setenv("LISTEN_FDS", count, 1);
         ::setenv("LISTEN_FDNAMES", "web", 1);
     }
 
 private:
-    int m_descriptor = -1;
-    unsigned short m_port = 0;
+    boost::asio::io_context m_context;
+    tcp::acceptor m_socket{m_context};
 };
 
 } // namespace
@@ -55,7 +46,7 @@ private:
 class SocketActivationTest : public ServiceFixture
 {
 protected:
-    void Start(const ManagerSocket& socket, bool isForIt, const char* count)
+    void Start(ManagerSocket& socket, bool isForIt, const char* count)
     {
         service.emplace(Path(), serve, "",
                         [&] { socket.HandOver(isForIt ? std::to_string(::getpid()) : "1", count); });
@@ -64,7 +55,7 @@ protected:
 
 TEST_F(SocketActivationTest, listeningSocket_isTheMainListener)
 {
-    const ManagerSocket socket(true);
+    ManagerSocket socket(true);
     Start(socket, true, "1");
     // The connection waits in the socket until the service accepts it.
     EXPECT_EQ(Fetch(socket.Port(), "/healthz"), "ok\n");
@@ -80,7 +71,7 @@ TEST_F(SocketActivationTest, socketThatIsNotHandedOver_isNotUsed)
         const char* count;
     } rows[] = {{false, "1"}, {true, "0"}};
     for (const auto& row : rows) {
-        const ManagerSocket socket(true);
+        ManagerSocket socket(true);
         Start(socket, row.isForIt, row.count);
         const unsigned short port = service->AwaitPort();
         EXPECT_NE(port, socket.Port()) << row.count;
@@ -100,7 +91,7 @@ TEST_F(SocketActivationTest, unusableHandover_isOneLineAndStatusTwo)
         {false, "1", "dusk-beacond: the service manager hands over no listening TCP socket\n"},
     };
     for (const auto& row : rows) {
-        const ManagerSocket socket(row.listens);
+        ManagerSocket socket(row.listens);
         Start(socket, true, row.count);
         const ProcessEnd end = service->Wait();
         EXPECT_EQ(end.status, 2);

@@ -26,12 +26,6 @@ std::vector<std::string> Shown(const std::vector<PlaceLabel>& labels, ListKind l
 
 } // namespace
 
-TEST(Distinction, Distinguish_aloneInItsList_isItsName)
-{
-    EXPECT_THAT(Shown({{"Springfield", "Illinois", "", 0, 0}}, ListKind::Country),
-                testing::ElementsAre("Springfield"));
-}
-
 TEST(Distinction, Distinguish_wholeCountry_usesTheLeastDistinction)
 {
     const std::vector<PlaceLabel> labels = {{"Springfield", "Illinois", "Sangamon County", 0, 0},
