@@ -53,8 +53,7 @@ TEST(Drain, requestUnderWay_isAnsweredAndIdleConnectionsAreClosed)
     RawClient held = under.Connect();
     held.Send("GET /held HTTP/1.1\r\nHost: h\r\n\r\nGET /next HTTP/1.1\r\nHost: h\r\n\r\n");
     ASSERT_TRUE(Becomes([&gate] { return gate.IsHolding(); }));
-    std::future<bool> drained =
-        std::async(std::launch::async, [&under] { return under.server.Drain(RawClient::kPatience); });
+    std::future<bool> drained = under.StartDrain();
     EXPECT_TRUE(idle.IsClosedSilently());
     EXPECT_ANY_THROW(under.Connect());
     gate.Open();
@@ -98,8 +97,7 @@ TEST(Drain, requestNotYetHandledByTheThread_isAnswered)
     busy.Send("GET /busy HTTP/1.1\r\nHost: h\r\n\r\n");
     ASSERT_TRUE(Becomes([&isBusy] { return isBusy.load(); }));
     late.Send("GET /late HTTP/1.1\r\nHost: h\r\n\r\n");
-    std::future<bool> drained =
-        std::async(std::launch::async, [&under] { return under.server.Drain(RawClient::kPatience); });
+    std::future<bool> drained = under.StartDrain();
     EXPECT_TRUE(Becomes([&under] { return under.figures.connectionsOpen == 2; }));
     opened.set_value();
     EXPECT_EQ(BodyOf(late.ReadToEnd()), "/late");

@@ -27,9 +27,7 @@ bool IsServed(RawClient& client)
 // the path.
 boost::asio::awaitable<Response> AnswerLargely(const Request& request)
 {
-    Response response;
-    response.body = request.path == "/large" ? std::string(std::size_t{8} << 20, 'x') : request.path;
-    co_return response;
+    co_return Text(request.path == "/large" ? std::string(std::size_t{8} << 20, 'x') : request.path);
 }
 
 // A client that sends its header or body byte by byte, or reads its answer slowly.
@@ -217,10 +215,7 @@ TEST(HttpLimits, clientThatSendsWithoutPause_isDroppedAndDelaysNoOther)
     const ServerUnderTest under(AnswerPath, options);
     std::thread flood([&under] {
         const RawClient client = under.Connect();
-        std::string emptyLines;
-        while (emptyLines.size() < 65536) {
-            emptyLines += "\r\n";
-        }
+        const std::string emptyLines = Repeated("\r\n", 32'768);
         while (client.Send(emptyLines)) {
         }
     });

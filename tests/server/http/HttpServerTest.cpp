@@ -114,11 +114,7 @@ TEST(HttpServer, answers_areWrittenByTheirStatusAndFields)
 TEST(HttpServer, largeAnswer_arrivesWhole)
 {
     const std::string large(std::size_t{8} << 20, 'x');
-    const ServerUnderTest under([&large](const Request&) -> awaitable<Response> {
-        Response response;
-        response.body = large;
-        co_return response;
-    });
+    const ServerUnderTest under([&large](const Request&) -> awaitable<Response> { co_return Text(large); });
     EXPECT_TRUE(BodyOf(Ask(under, "/")) == large);
 }
 
@@ -134,9 +130,7 @@ TEST(HttpServer, refusedClientThatStillSends_getsItsAnswer)
 TEST(HttpServer, forwardedAddress_isTheClientOfAConfiguredProxy)
 {
     const beacond::Handler answerClient = [](const Request& request) -> awaitable<Response> {
-        Response response;
-        response.body = request.client.to_string();
-        co_return response;
+        co_return Text(request.client.to_string());
     };
     const std::string fields = "X-Forwarded-For: 198.51.100.7\r\nX-Forwarded-For: 192.0.2.1, 203.0.113.9\r\n";
     HttpOptions options;
@@ -224,19 +218,13 @@ TEST(HttpServer, pipelinedRequests_yieldToOtherConnections)
             std::this_thread::sleep_for(5ms);
             ++answered;
         }
-        Response response;
-        response.body = std::to_string(answered) + " answered";
-        co_return response;
+        co_return Text(std::to_string(answered) + " answered");
     });
     // The threads get the connections in turn.
     RawClient greedy = under.Connect();
     const RawClient ofOtherThread = under.Connect();
     RawClient other = under.Connect();
-    std::string requests;
-    for (int number = 0; number < kRequests; ++number) {
-        requests += "GET /slow HTTP/1.1\r\nHost: h\r\n\r\n";
-    }
-    greedy.Send(requests);
+    greedy.Send(Repeated("GET /slow HTTP/1.1\r\nHost: h\r\n\r\n", kRequests));
     ASSERT_TRUE(Becomes([&answered] { return answered > 0; }));
     other.Send("GET /quick HTTP/1.0\r\n\r\n");
     EXPECT_LT(std::stoi(BodyOf(other.ReadToEnd())), kRequests);
@@ -252,11 +240,8 @@ TEST(HttpServer, delayOfTheThread_isInItsRequestsUntilItKeepsUpAgain)
             if (request.path == "/busy") {
                 std::this_thread::sleep_for(25ms);
             }
-            Response response;
-            response.body =
-                std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(request.delay).count()) +
-                "ms";
-            co_return response;
+            const auto delay = std::chrono::duration_cast<std::chrono::milliseconds>(request.delay);
+            co_return Text(std::to_string(delay.count()) + "ms");
         },
         options);
     const auto delayOfNext = [](RawClient& client) { return std::stoi(BodyOf(client.ReadThrough("ms"))); };
@@ -264,12 +249,8 @@ TEST(HttpServer, delayOfTheThread_isInItsRequestsUntilItKeepsUpAgain)
     for (int number = 0; number < 8; ++number) {
         clients.push_back(under.Connect());
     }
-    std::string requests;
-    for (int number = 0; number < kRequests; ++number) {
-        requests += "GET /busy HTTP/1.1\r\nHost: h\r\n\r\n";
-    }
     for (const RawClient& client : clients) {
-        client.Send(requests);
+        client.Send(Repeated("GET /busy HTTP/1.1\r\nHost: h\r\n\r\n", kRequests));
     }
     int delay = 0;
     for (int number = 0; number < kRequests; ++number) {

@@ -88,15 +88,6 @@ void ExpectAnswers(const std::vector<Row>& rows)
     }
 }
 
-std::string Repeated(const std::string& text, int times)
-{
-    std::string all;
-    for (int i = 0; i < times; ++i) {
-        all += text;
-    }
-    return all;
-}
-
 // A request with a header of this length.
 std::string OfLength(std::size_t length)
 {

@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <future>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -38,6 +39,12 @@ struct ServerUnderTest
         return client;
     }
 
+    /// Drains the server on another thread.
+    std::future<bool> StartDrain()
+    {
+        return std::async(std::launch::async, [this] { return server.Drain(RawClient::kPatience); });
+    }
+
     static beacond::HttpOptions WithTwoThreads(beacond::HttpOptions options)
     {
         options.threads = 2;
@@ -48,12 +55,26 @@ struct ServerUnderTest
     beacond::HttpServer server;
 };
 
+[[nodiscard]] inline beacond::Response Text(std::string body)
+{
+    beacond::Response response;
+    response.body = std::move(body);
+    return response;
+}
+
 /// Answers each request with its path.
 inline boost::asio::awaitable<beacond::Response> AnswerPath(const beacond::Request& request)
 {
-    beacond::Response response;
-    response.body = request.path;
-    co_return response;
+    co_return Text(request.path);
+}
+
+[[nodiscard]] inline std::string Repeated(const std::string& text, int times)
+{
+    std::string all;
+    for (int i = 0; i < times; ++i) {
+        all += text;
+    }
+    return all;
 }
 
 /// The body of one answer.
