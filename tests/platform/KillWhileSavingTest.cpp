@@ -4,8 +4,6 @@
 #include "fakes/FakePlatform.h"
 #include "store/Dom.h"
 
-#include <QElapsedTimer>
-
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -30,7 +28,7 @@ struct Saver
 };
 
 // Starts the saver and returns when its first save is done.
-Saver StartSaver(const QByteArray& file, int firstNumber = 1)
+Saver StartSaver(const QByteArray& file)
 {
     std::array<int, 2> pipe{};
     if (::pipe(pipe.data()) != 0) {
@@ -41,8 +39,7 @@ Saver StartSaver(const QByteArray& file, int firstNumber = 1)
         ::dup2(pipe[1], STDOUT_FILENO);
         ::close(pipe[0]);
         ::close(pipe[1]);
-        const QByteArray number = QByteArray::number(firstNumber);
-        ::execl(DUSKBEACON_SAVER, DUSKBEACON_SAVER, file.constData(), number.constData(), nullptr);
+        ::execl(DUSKBEACON_SAVER, DUSKBEACON_SAVER, file.constData(), nullptr);
         ::_exit(127);
     }
     ::close(pipe[1]);
@@ -112,41 +109,6 @@ TEST(KillWhileSaving, atAnyInstant_leavesAWholeDocument)
                 interrupted, whole);
     EXPECT_GT(interrupted, kills / 20) << "too few kills hit a save";
     EXPECT_GT(changes, kills / 10) << "too few saves between the kills";
-}
-
-TEST(KillWhileSaving, twoInstancesAtOnce_seeAWholeDocumentAllTheTime_andLoseNoSave)
-{
-    constexpr int kOther = 1'000'000;
-    // Both must be seen many times; on a busy machine one of them may not run for a while.
-    constexpr int kFewestTurns = 30;
-    constexpr int kFewestLoads = 1000;
-    constexpr qint64 kLongest = 60'000;
-    FakePlatform platform;
-    const QString file = QStringLiteral("settings.xml");
-    const auto document = std::make_shared<DomDocument>(platform.files, platform.http);
-    const Saver one = StartSaver(file.toLocal8Bit());
-    const Saver other = StartSaver(file.toLocal8Bit(), kOther);
-    ASSERT_TRUE(one.pid > 0 && other.pid > 0) << "the savers did not start";
-    int loads = 0;
-    int turns = 0;
-    int whole = 0;
-    bool wasOther = false;
-    QElapsedTimer watch;
-    watch.start();
-    while ((turns < kFewestTurns || loads < kFewestLoads) && watch.elapsed() < kLongest) {
-        ++loads;
-        const int number = NumberOfWholeDocument(*document, file);
-        whole += number > 0 ? 1 : 0;
-        turns += (number >= kOther) != wasOther ? 1 : 0;
-        wasOther = number >= kOther;
-    }
-    EXPECT_TRUE(Kill(one.pid)) << "a save failed";
-    EXPECT_TRUE(Kill(other.pid)) << "a save failed";
-    EXPECT_EQ(whole, loads);
-    EXPECT_GT(NumberOfWholeDocument(*document, file), 0);
-    EXPECT_GE(turns, kFewestTurns) << "the two did not save at the same time";
-    EXPECT_LE(Leftovers(), 2);
-    std::printf("figure: two instances saving at once: loads %d, whole %d, turns %d\n", loads, whole, turns);
 }
 
 } // namespace

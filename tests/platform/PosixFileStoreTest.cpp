@@ -8,12 +8,10 @@
 
 #include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <functional>
 
 namespace {
@@ -186,31 +184,6 @@ TEST_F(PosixFileStoreTest, replace_readOnlyFile_isFalse_andAsBefore)
     EXPECT_TRUE(AsUser([this] { return !files.Replace(Path("a"), "new"); }));
     EXPECT_EQ(Content("a"), "old");
     EXPECT_EQ(Names(), QStringList{QStringLiteral("a")});
-}
-
-// With a limit on the size of files a write fails in the middle, as on a full disk.
-bool FailsOnAFullDisk(PosixFileStore& files, const QString& path)
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{8192, 8192};
-    return ::setrlimit(RLIMIT_FSIZE, &limit) == 0 && !files.Replace(path, QByteArray(100'000, 'n'));
-}
-
-TEST_F(PosixFileStoreTest, replace_fullDisk_isFalse_andAsBefore)
-{
-    Put("a", "old", 0666);
-    EXPECT_TRUE(AsUser([this] { return FailsOnAFullDisk(files, Path("a")); }));
-    EXPECT_EQ(Content("a"), "old");
-    EXPECT_EQ(Names(), QStringList{QStringLiteral("a")});
-}
-
-TEST_F(PosixFileStoreTest, replace_fullDiskAndInPlace_isFalse_andAsBefore)
-{
-    Put("a", "old", 0666);
-    ::chmod(folder.path().toLocal8Bit().constData(), 0555);
-    EXPECT_TRUE(AsUser([this] { return FailsOnAFullDisk(files, Path("a")); }));
-    ::chmod(folder.path().toLocal8Bit().constData(), 0777);
-    EXPECT_EQ(Content("a"), "old");
 }
 
 TEST_F(PosixFileStoreTest, replace_symbolicLinks_surviveAndLeadToTheNewContent)

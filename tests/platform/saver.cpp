@@ -6,7 +6,6 @@
 
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 
 namespace {
 
@@ -25,22 +24,21 @@ QByteArray Document(int number)
 
 } // namespace
 
-// Saves numbered documents to the file of the first argument until it is killed. The second argument is the
-// number of the first document. Prints the duration of the first save in microseconds.
+// Saves numbered documents to the file of its argument until it is killed. Prints the duration of the first
+// save in microseconds.
 int main(int argc, char* argv[])
 {
-    if (argc != 3) {
+    if (argc != 2) {
         return 2;
     }
-    const int first = std::atoi(argv[2]);
     PosixFileStore files;
     const QString path = QString::fromLocal8Bit(argv[1]);
     const auto start = std::chrono::steady_clock::now();
-    for (int number = first;; ++number) {
+    for (int number = 1;; ++number) {
         if (!files.Replace(path, Document(number))) {
             return 1;
         }
-        if (number == first) {
+        if (number == 1) {
             const auto taken = std::chrono::steady_clock::now() - start;
             const auto microseconds = std::chrono::duration_cast<std::chrono::microseconds>(taken).count();
             std::printf("%lld\n", static_cast<long long>(microseconds));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "service/VersionCheck.h"
 
+#include "fakes/LockableFiles.h"
 #include "service/ServiceWorld.h"
 #include "store/SimpleXML.h"
 
@@ -225,6 +226,20 @@ TEST_F(VersionCheckTest, noElementToRemember_offersAgainNextTime)
     Check();
     EXPECT_EQ(Offers(), 2U);
     EXPECT_EQ(Remind(), QString());
+}
+
+TEST_F(VersionCheckTest, noThatCantBeSaved_isLostSilently)
+{
+    LockableFiles files;
+    files.isLocked = true;
+    const Platform interfaces = platform.With(files, platform.http);
+    Forms locked(interfaces);
+    locked.Register(FakeMain::kName, [&locked] { return std::make_unique<FakeMain>(locked); });
+    Answer("version_name='2' version_sequence='0'");
+    VersionCheck(locked.Touch<FakeMain>()).CheckNewVersion(true);
+    EXPECT_EQ(Offers(), 1U);
+    EXPECT_EQ(Remind(), QString());
+    EXPECT_EQ(platform.process.ended, 0);
 }
 
 TEST_F(VersionCheckTest, windowClosedDuringTheRequest_nothingIsOffered)

@@ -53,7 +53,6 @@ public:
         FaultySystem::Arm(premises, fault, bystander);
         const bool isSaved = m_files.Replace(path, content);
         calls = FaultySystem::Disarm();
-        ++saves;
         return isSaved;
     }
     bool Write(const QString& path, const QByteArray& content) override
@@ -66,7 +65,6 @@ public:
     FaultySystem::Bystander bystander;
     /// The calls of the last save.
     std::vector<std::string> calls;
-    int saves = 0;
 
 private:
     PosixFileStore m_files;

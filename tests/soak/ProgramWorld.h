@@ -24,10 +24,6 @@
 class ProgramWorld
 {
 public:
-    explicit ProgramWorld(FileStore& files)
-        : ProgramWorld(files, nullptr, SettingsText())
-    {
-    }
     /// @param http null for the table of replies of the fakes
     ProgramWorld(FileStore& files, Http* http, const QString& settings)
         : interfaces(platform.With(files, http != nullptr ? *http : platform.http))

@@ -280,24 +280,4 @@ TEST(SaveFaults, temporaryFileLockedByAnotherInstance_isReplacedByANewOne)
     EXPECT_EQ(files.Read(path, 10), "new");
 }
 
-TEST(SaveFaults, anOwnerThatCannotBeGiven_isWrittenInPlace)
-{
-    if (::geteuid() != 0) {
-        GTEST_SKIP() << "only root has files of somebody else's that it may write";
-    }
-    QTemporaryDir folder;
-    const QString path = folder.filePath(kName);
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(kOld);
-    file.close();
-    ASSERT_EQ(::chown(QFile::encodeName(path).constData(), 1, 2), 0);
-    FaultyFiles files;
-    files.premises = {{"fchown", EPERM}};
-    EXPECT_TRUE(files.Replace(path, "new"));
-    EXPECT_EQ(std::count(files.calls.begin(), files.calls.end(), "fchown"), 1);
-    EXPECT_EQ(files.Read(path, 100), QByteArray("new"));
-    EXPECT_EQ(QFileInfo(path).ownerId(), 1U);
-}
-
 } // namespace
