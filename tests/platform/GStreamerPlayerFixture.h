@@ -52,6 +52,13 @@ protected:
         EXPECT_TRUE(WriteTone(Path(name), hertz, seconds)) << name;
         return Path(name);
     }
+    /// Starts the sound server and plays a tone of a minute.
+    void PlayLongTone()
+    {
+        ASSERT_TRUE(sound.Start());
+        player->SetUrl(Tone("long.wav", 60.0));
+        ASSERT_TRUE(sound.WaitForTone(kTone));
+    }
     [[nodiscard]] bool WaitForStops(int count) const
     {
         return QTest::qWaitFor([&] { return stopped >= count; }, kWait);

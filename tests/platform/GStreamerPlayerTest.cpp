@@ -7,12 +7,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QThread>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -212,34 +208,26 @@ TEST_F(GStreamerPlayerTest, noSoundDevice_endsSilentlyAtItsTime)
     ExpectNextPlays();
 }
 
-TEST_F(GStreamerPlayerTest, soundServerVanishes_stopWorksAndTheNextPlays)
+TEST_F(GStreamerPlayerTest, soundServerVanishes_nextPlays_afterAStopOrWithout)
 {
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
-    sound.Kill();
-    player->Stop();
-    EXPECT_TRUE(WaitForStops(1));
-    ASSERT_TRUE(sound.Start());
-    stopped = 0;
-    ExpectNextPlays();
-}
-
-TEST_F(GStreamerPlayerTest, soundServerVanishes_nextPlaysWithoutAStop)
-{
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
-    sound.Kill();
-    ASSERT_TRUE(sound.Start());
-    ExpectNextPlays();
+    for (const bool isStopped : {true, false}) {
+        PlayLongTone();
+        sound.Kill();
+        if (isStopped) {
+            player->Stop();
+            EXPECT_TRUE(WaitForStops(1));
+        }
+        ASSERT_TRUE(sound.Start());
+        stopped = 0;
+        ExpectNextPlays();
+        sound.Kill();
+        stopped = 0;
+    }
 }
 
 TEST_F(GStreamerPlayerTest, stop_fallsSilentAndIsReportedLater)
 {
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
+    PlayLongTone();
     player->Stop();
     EXPECT_EQ(stopped, 0) << "never inside the call";
     EXPECT_TRUE(WaitForStops(1));
@@ -249,18 +237,14 @@ TEST_F(GStreamerPlayerTest, stop_fallsSilentAndIsReportedLater)
 
 TEST_F(GStreamerPlayerTest, clearPlaylist_leavesNothingQueued)
 {
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
+    PlayLongTone();
     player->ClearPlaylist();
     EXPECT_TRUE(sound.WaitForSilence());
 }
 
 TEST_F(GStreamerPlayerTest, newPath_replacesWhatPlays)
 {
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
+    PlayLongTone();
     player->SetUrl(Tone("other.wav", 1.0, kOtherTone));
     EXPECT_TRUE(sound.WaitForTone(kOtherTone));
     EXPECT_TRUE(WaitForStops(1));
@@ -270,9 +254,7 @@ TEST_F(GStreamerPlayerTest, newPath_replacesWhatPlays)
 
 TEST_F(GStreamerPlayerTest, stopThenNewPathAtOnce_reportsTheNewOneOnly)
 {
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
+    PlayLongTone();
     player->Stop();
     player->SetUrl(Tone("other.wav", 1.0, kOtherTone));
     EXPECT_TRUE(sound.WaitForTone(kOtherTone));
@@ -282,9 +264,7 @@ TEST_F(GStreamerPlayerTest, stopThenNewPathAtOnce_reportsTheNewOneOnly)
 
 TEST_F(GStreamerPlayerTest, destroyedWhilePlaying_reportsNothing)
 {
-    ASSERT_TRUE(sound.Start());
-    player->SetUrl(Tone("long.wav", 60.0));
-    ASSERT_TRUE(sound.WaitForTone(kTone));
+    PlayLongTone();
     player.reset();
     EXPECT_TRUE(sound.WaitForSilence());
     EXPECT_EQ(stopped, 0);

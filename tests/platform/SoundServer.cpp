@@ -76,10 +76,10 @@ bool SoundServer::Start()
     m_server->setProcessEnvironment(environment);
     m_server->setStandardErrorFile(QProcess::nullDevice());
     m_server->start(QStringLiteral("pulseaudio"),
-                    {QStringLiteral("-n"), QStringLiteral("--daemonize=no"),
-                     QStringLiteral("--use-pid-file=no"), QStringLiteral("--exit-idle-time=-1"),
-                     QStringLiteral("-L"), QStringLiteral("module-native-protocol-unix auth-anonymous=1"),
-                     QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=nul")});
+                    QStringLiteral("-n --daemonize=no --use-pid-file=no --exit-idle-time=-1").split(u' ') +
+                        QStringList{QStringLiteral("-L"),
+                                    QStringLiteral("module-native-protocol-unix auth-anonymous=1"),
+                                    QStringLiteral("-L"), QStringLiteral("module-null-sink sink_name=nul")});
     // Retry: the recorder fails until the server listens.
     return QTest::qWaitFor(
         [this] {
@@ -90,9 +90,10 @@ bool SoundServer::Start()
             m_recorder = std::make_unique<QProcess>();
             m_recorder->setStandardErrorFile(QProcess::nullDevice());
             m_recorder->start(QStringLiteral("parec"),
-                              {QStringLiteral("--device=nul.monitor"), QStringLiteral("--format=s16le"),
-                               QStringLiteral("--rate=%1").arg(kRate), QStringLiteral("--channels=1"),
-                               QStringLiteral("--latency-msec=20"), QStringLiteral("--raw")});
+                              QStringLiteral("--device=nul.monitor --format=s16le --rate=%1 --channels=1 "
+                                             "--latency-msec=20 --raw")
+                                  .arg(kRate)
+                                  .split(u' '));
             return false;
         },
         kWait);
