@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "AlertsFixture.h"
-#include "support/RuntimeError.h"
+#include "fakes/ErrorOf.h"
 
 namespace {
 
@@ -39,12 +39,7 @@ TEST_F(AlertSecondsTest, advanceMinutesBeyondSixteenBits_leaveTheHandlerAsOverfl
 {
     for (const int minutes : {548, 600, 32767, -546, -32768}) {
         main->Variables().Settings.AdvAlertMinutes = static_cast<std::int16_t>(minutes);
-        try {
-            dispatch.AdvAlarm(9);
-            ADD_FAILURE() << minutes;
-        } catch (const RuntimeError& error) {
-            EXPECT_EQ(error.Number(), ErrorNumber::kOverflow);
-        }
+        EXPECT_EQ(ErrorOf([this] { dispatch.AdvAlarm(9); }), ErrorNumber::kOverflow) << minutes;
         EXPECT_NE(Popup(), nullptr) << "the seconds are computed when the popup is loaded";
         EXPECT_FALSE(PopupIsUp());
         ExpectMainIsFree();

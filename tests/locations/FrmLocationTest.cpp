@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "locations/FrmLocation.h"
 
+#include "fakes/ErrorOf.h"
 #include "locations/LocationsFixture.h"
 
 #include <QFile>
@@ -96,12 +97,7 @@ TEST_F(FrmLocationTest, load_unreadableFile_saysSoAndUnloadsItself)
     for (const auto* text : {"", "<root><locations>", "no xml"}) {
         WriteSettings(QLatin1String(text));
         main->Enable(false);
-        try {
-            forms.Touch<FrmLocation>();
-            FAIL() << "must unload itself";
-        } catch (const RuntimeError& error) {
-            EXPECT_EQ(error.Number(), ErrorNumber::kFormUnloaded);
-        }
+        EXPECT_EQ(ErrorOf([this] { forms.Touch<FrmLocation>(); }), ErrorNumber::kFormUnloaded);
         ExpectBoxes({Plain(kListProblem)});
         ExpectBackInMain();
     }
