@@ -8,13 +8,6 @@
 
 namespace {
 
-struct EncodingRow
-{
-    const char* name;
-    QByteArray bytes;
-    std::optional<QByteArray> utf8;
-};
-
 QByteArray Utf16(const QString& text, bool bigEndian, bool mark)
 {
     QByteArray bytes;
@@ -28,96 +21,67 @@ QByteArray Utf16(const QString& text, bool bigEndian, bool mark)
     return bytes;
 }
 
-class EncodingRows : public testing::TestWithParam<EncodingRow>
-{
-};
-
-TEST_P(EncodingRows, bytes_becomeUtf8OrNothing)
-{
-    EXPECT_EQ(CheckedXml(GetParam().bytes), GetParam().utf8);
-}
-
 const QString kCafe = QStringLiteral("<a b=\"caf\u00E9\"/>");
 
-INSTANTIATE_TEST_SUITE_P(
-    CheckedXml, EncodingRows,
-    testing::Values(
-        EncodingRow{"plain", "<a/>", "<a/>"}, EncodingRow{"utf8", kCafe.toUtf8(), kCafe.toUtf8()},
-        EncodingRow{"utf8WithMark", "\xEF\xBB\xBF<a/>", "<a/>"},
-        EncodingRow{"utf8MarkOverDeclaration",
-                    "\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xC3\xA9'/>",
-                    "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xC3\xA9'/>"},
-        EncodingRow{"latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xE9'/>",
-                    "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xC3\xA9'/>"},
-        EncodingRow{"windows1252", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><a b='\x80'/>",
-                    "<?xml version=\"1.0\" encoding=\"windows-1252\"?><a b='\xE2\x82\xAC'/>"},
-        EncodingRow{"windows1256", "<?xml version='1.0' encoding='windows-1256'?><a b='\xC7'/>",
-                    "<?xml version='1.0' encoding='windows-1256'?><a b='\xD8\xA7'/>"},
-        EncodingRow{"windows1253_unassigned", "<?xml version='1.0' encoding='windows-1253'?><a b='\xD2'/>",
-                    std::nullopt},
-        EncodingRow{"utf16LittleWithMark", Utf16(kCafe, false, true), kCafe.toUtf8()},
-        EncodingRow{"utf16BigWithMark", Utf16(kCafe, true, true), kCafe.toUtf8()},
-        EncodingRow{"utf16LittleWithoutMark", Utf16(kCafe, false, false), kCafe.toUtf8()},
-        EncodingRow{"utf16BigWithoutMark", Utf16(kCafe, true, false), kCafe.toUtf8()},
-        EncodingRow{"utf16Declared_inEightBits", "<?xml version='1.0' encoding='UTF-16'?><a/>", std::nullopt},
-        EncodingRow{"utf16_loneSurrogate", Utf16(QStringLiteral("<a b='\xD83D'/>"), false, true),
-                    std::nullopt},
-        EncodingRow{"utf16_cutInACharacter", Utf16(kCafe, false, true).chopped(1), std::nullopt},
-        EncodingRow{"unknownEncoding", "<?xml version='1.0' encoding='no-such'?><a/>", std::nullopt},
-        EncodingRow{"utf8_loneContinuation", "<a b='\x80'/>", std::nullopt},
-        EncodingRow{"utf8_cutAtTheEnd", "<a/>\xC3", std::nullopt},
-        EncodingRow{"utf8_overlong", "<a b='\xC0\xAF'/>", std::nullopt},
-        EncodingRow{"utf8_surrogate", "<a b='\xED\xA0\x80'/>", std::nullopt},
-        EncodingRow{"empty", "", std::nullopt}, EncodingRow{"markOnly", "\xEF\xBB\xBF", std::nullopt}),
-    [](const testing::TestParamInfo<EncodingRow>& row) { return std::string(row.param.name); });
-
-struct NameRow
+TEST(CheckedXml, bytesOfAnEncoding_becomeUtf8OrNothing)
 {
-    const char* name;
-    QString text;
-    bool isName;
-};
-
-class NameRows : public testing::TestWithParam<NameRow>
-{
-};
-
-TEST_P(NameRows, text_isAnXmlNameOrNot)
-{
-    EXPECT_EQ(IsXmlName(GetParam().text), GetParam().isName);
+    const struct
+    {
+        const char* name;
+        QByteArray bytes;
+        std::optional<QByteArray> utf8;
+    } rows[] = {{"plain", "<a/>", "<a/>"},
+                {"utf8", kCafe.toUtf8(), kCafe.toUtf8()},
+                {"utf8WithMark", "\xEF\xBB\xBF<a/>", "<a/>"},
+                {"utf8MarkOverDeclaration",
+                 "\xEF\xBB\xBF<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xC3\xA9'/>",
+                 "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xC3\xA9'/>"},
+                {"latin1", "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xE9'/>",
+                 "<?xml version='1.0' encoding='ISO-8859-1'?><a b='\xC3\xA9'/>"},
+                {"windows1252", "<?xml version=\"1.0\" encoding=\"windows-1252\"?><a b='\x80'/>",
+                 "<?xml version=\"1.0\" encoding=\"windows-1252\"?><a b='\xE2\x82\xAC'/>"},
+                {"windows1256", "<?xml version='1.0' encoding='windows-1256'?><a b='\xC7'/>",
+                 "<?xml version='1.0' encoding='windows-1256'?><a b='\xD8\xA7'/>"},
+                {"windows1253_unassigned", "<?xml version='1.0' encoding='windows-1253'?><a b='\xD2'/>",
+                 std::nullopt},
+                {"utf16LittleWithMark", Utf16(kCafe, false, true), kCafe.toUtf8()},
+                {"utf16BigWithMark", Utf16(kCafe, true, true), kCafe.toUtf8()},
+                {"utf16LittleWithoutMark", Utf16(kCafe, false, false), kCafe.toUtf8()},
+                {"utf16BigWithoutMark", Utf16(kCafe, true, false), kCafe.toUtf8()},
+                {"utf16Declared_inEightBits", "<?xml version='1.0' encoding='UTF-16'?><a/>", std::nullopt},
+                {"utf16_loneSurrogate", Utf16(QStringLiteral("<a b='\xD83D'/>"), false, true), std::nullopt},
+                {"utf16_cutInACharacter", Utf16(kCafe, false, true).chopped(1), std::nullopt},
+                {"unknownEncoding", "<?xml version='1.0' encoding='no-such'?><a/>", std::nullopt},
+                {"utf8_loneContinuation", "<a b='\x80'/>", std::nullopt},
+                {"utf8_cutAtTheEnd", "<a/>\xC3", std::nullopt},
+                {"utf8_overlong", "<a b='\xC0\xAF'/>", std::nullopt},
+                {"utf8_surrogate", "<a b='\xED\xA0\x80'/>", std::nullopt},
+                {"empty", "", std::nullopt},
+                {"markOnly", "\xEF\xBB\xBF", std::nullopt}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(CheckedXml(row.bytes), row.utf8) << row.name;
+    }
 }
 
 // Letters, digits, combining characters and extenders as Appendix B of XML 1.0, fourth edition, lists them.
-INSTANTIATE_TEST_SUITE_P(IsXmlName, NameRows,
-                         testing::Values(NameRow{"letters", QStringLiteral("Chicago"), true},
-                                         NameRow{"underscore", QStringLiteral("_a"), true},
-                                         NameRow{"digitInside", QStringLiteral("US-60601.a_b"), true},
-                                         NameRow{"digitFirst", QStringLiteral("60601"), false},
-                                         NameRow{"hyphenFirst", QStringLiteral("-a"), false},
-                                         NameRow{"pointFirst", QStringLiteral(".a"), false},
-                                         NameRow{"accented", QStringLiteral("S\u00E3oPaulo"), true},
-                                         NameRow{"arabic", QStringLiteral("\u0645\u0643\u0629"), true},
-                                         NameRow{"han", QStringLiteral("\u5317\u4EAC"), true},
-                                         NameRow{"combiningInside", QStringLiteral("e\u0301"), true},
-                                         NameRow{"combiningFirst", QStringLiteral("\u0301e"), false},
-                                         NameRow{"middleDotInside", QStringLiteral("a\u00B7b"), true},
-                                         NameRow{"middleDotFirst", QStringLiteral("\u00B7b"), false},
-                                         NameRow{"feminineOrdinal", QStringLiteral("\u00AA"), false},
-                                         NameRow{"multiplicationSign", QStringLiteral("a\u00D7b"), false},
-                                         NameRow{"ligature", QStringLiteral("\u0132"), false},
-                                         NameRow{"prefix", QStringLiteral("a:b"), false},
-                                         NameRow{"empty", QString(), false},
-                                         NameRow{"blank", QStringLiteral("New York"), false},
-                                         NameRow{"attributeBehind", QStringLiteral("a b='1'"), false},
-                                         NameRow{"closed", QStringLiteral("a/><b"), false},
-                                         NameRow{"slash", QStringLiteral("a/"), false},
-                                         NameRow{"comment", QStringLiteral("!--a--"), false},
-                                         NameRow{"instruction", QStringLiteral("?a?"), false},
-                                         NameRow{"control", QStringLiteral("a\u0001"), false},
-                                         NameRow{"null", QString(QChar(u'\0')), false}),
-                         [](const testing::TestParamInfo<NameRow>& row) {
-                             return std::string(row.param.name);
-                         });
+TEST(IsXmlName, letterOrUnderscoreAndNameCharacters_areAName)
+{
+    for (const char16_t* const text : {u"Chicago", u"_a", u"US-60601.a_b", u"S\u00E3oPaulo",
+                                       u"\u0645\u0643\u0629", u"\u5317\u4EAC", u"e\u0301", u"a\u00B7b"}) {
+        EXPECT_TRUE(IsXmlName(QString::fromUtf16(text))) << QString::fromUtf16(text).toStdString();
+    }
+}
+
+TEST(IsXmlName, anyOtherText_isNone)
+{
+    // A combining character, the middle dot, the feminine ordinal, the multiplication sign and a ligature.
+    for (const char16_t* const text :
+         {u"60601", u"-a", u".a", u"\u0301e", u"\u00B7b", u"\u00AA", u"a\u00D7b", u"\u0132", u"a:b", u"",
+          u"New York", u"a b='1'", u"a/><b", u"a/", u"!--a--", u"?a?", u"a\u0001"}) {
+        EXPECT_FALSE(IsXmlName(QString::fromUtf16(text))) << QString::fromUtf16(text).toStdString();
+    }
+    EXPECT_FALSE(IsXmlName(QString(QChar(u'\0'))));
+}
 
 const char* const kPieces[] = {"<a/>", "<a></a>", "<!---->", "<?a?>", "<![CDATA[]]>"};
 
