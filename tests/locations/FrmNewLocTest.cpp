@@ -200,9 +200,11 @@ TEST_F(FrmNewLocTest, zip_failures_keepTheEarlierResults)
     Refuse("getUsCanCity.pl");
     ClickOn(window, "LblGetLink");
     ExpectBoxes({Plain(QStringLiteral("Failed to retrieve list"))});
-    Answer("getUsCanCity.pl", "<root/>");
-    ClickOn(window, "LblGetLink");
-    ExpectBoxes({Plain(QStringLiteral("No city found matching this Zip Code"))});
+    for (const char* const reply : {"<root/>", "<html><body><p>502</p></body></html>"}) {
+        Answer("getUsCanCity.pl", reply);
+        ClickOn(window, "LblGetLink");
+        ExpectBoxes({Plain(QStringLiteral("No city found matching this Zip Code"))});
+    }
     EXPECT_EQ(Shown(Results(window)), u"Evanston");
     EXPECT_TRUE(Find<QWidget>(window, "LblGetLink").isEnabled());
 }

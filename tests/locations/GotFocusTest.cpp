@@ -5,27 +5,23 @@
 
 namespace {
 
-class GotFocusTest : public LocationsFixture, public testing::WithParamInterface<const char*>
-{
-};
+using GotFocusTest = LocationsFixture;
 
-TEST_P(GotFocusTest, repaintsTheWindow)
+TEST_F(GotFocusTest, eachWindow_isRepaintedAtOnce)
 {
-    const QLatin1String name(GetParam());
     OpenSearch();
-    Form& window = forms.Touch(name);
-    window.Show();
-    // Another window has the focus meanwhile, and all pending paints are done.
-    QApplication::setActiveWindow(nullptr);
-    QTest::qWait(0);
-    window.PaintNow();
-    const PaintCount count(name);
-    QEvent activated(QEvent::WindowActivate);
-    QCoreApplication::sendEvent(&window, &activated);
-    EXPECT_EQ(count.paints, 1) << "at once, inside the event";
+    for (const QLatin1String name : {FrmLocation::kName, FrmNewLoc::kName, FrmWait::kName}) {
+        Form& window = forms.Touch(name);
+        window.Show();
+        // Another window has the focus meanwhile, and all pending paints are done.
+        QApplication::setActiveWindow(nullptr);
+        QTest::qWait(0);
+        window.PaintNow();
+        const PaintCount count(name);
+        QEvent activated(QEvent::WindowActivate);
+        QCoreApplication::sendEvent(&window, &activated);
+        EXPECT_EQ(count.paints, 1) << name.data() << ": inside the event";
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Each, GotFocusTest, testing::Values("FrmLocation", "FrmNewLoc", "FrmWait"),
-                         [](const auto& row) { return std::string(row.param); });
 
 } // namespace

@@ -19,111 +19,23 @@ QByteArray ManyChildren(int count)
     return reply + "</root>";
 }
 
-class HostileServiceTest : public LocationsFixture
-{
-protected:
-    void ExpectSettingsWhole() const
-    {
-        EXPECT_EQ(Current(), u"Chicago");
-        EXPECT_EQ(Setting(QStringLiteral("pid"), QStringLiteral("//root//app")), u"P-77");
-        EXPECT_EQ(Setting(QStringLiteral("city"), QStringLiteral("//root//locations//Makkah")), u"Makkah");
-        EXPECT_EQ(Setting(QStringLiteral("method"), QStringLiteral("//root//alerts")), u"ISNA");
-    }
-    void ExpectSearchUsable(const Form& window) const
-    {
-        ASSERT_EQ(Search(), &window);
-        EXPECT_TRUE(window.isVisible() && window.isEnabled());
-        for (const auto* name : {"LblGetLink", "LblGet2Link", "CmdAdd", "CmdCancel"}) {
-            EXPECT_TRUE(Find<QWidget>(window, name).isEnabled()) << name;
-        }
-        EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
-        EXPECT_EQ(main->Variables().ActiveForm, u"FrmNewLoc");
-    }
-    void SearchAndAdd(const Form& window)
-    {
-        ExpectSearchUsable(window);
-        SearchZip(window);
-        SearchCity(window, QStringLiteral("Ca"), 0);
-        ExpectSearchUsable(window);
-        if (Results(window).count() > 0) {
-            ClickRow(Results(window), 0);
-        }
-        ClickOn(window, "CmdAdd");
-        forms.Unload(FrmNewLoc::kName);
-    }
-};
-
-TEST_F(HostileServiceTest, everyRequest_leavesFileAndWindowsUsable)
-{
-    const QByteArray bad[] = {
-        QByteArray(),
-        "<!DOCTYPE html><html><head><title>500</title></head><body><br></body></html>",
-        "<html><body><p>500</p></body></html>",
-        "<root><a city=\"Cai",
-        "<root/>",
-        "<root>sorry</root>",
-        "<root><!-- sorry --></root>",
-        "<root><a/><b/></root>",
-        "<root num_matches=\"x\"><a city=\"1\" atlas_id=\"2\"/><a city=\"3\"/></root>",
-        "<root><root city=\"1\"/></root>",
-        "<root xmlns:p=\"urn:p\"><p:a city=\"1\" atlas_id=\"2\"/></root>",
-        QByteArray("\0\1\2\3\xff\xfe", 6),
-        "<root><a city=\"" + QByteArray(10000, 'w') + "\" state=\"" + QByteArray(10000, 'w') +
-            "\" atlas_id=\"" + QByteArray(10000, '9') + "\"/></root>",
-        "<!DOCTYPE r [<!ENTITY a \"aaaaaaaaaa\"><!ENTITY b \"&a;&a;&a;&a;\">]><root><c city=\"&b;\"/></root>",
-        QByteArray("<a>").repeated(100000),
-    };
-    const std::map<QString, QByteArray> good{
-        {QStringLiteral("getStates.pl"), "<root><a state=\"Egypt\" state_id=\"EG\"/></root>"},
-        {QStringLiteral("getUsCanCity.pl"), "<root><a city=\"Cairo\" atlas_id=\"1\"/></root>"},
-        {QStringLiteral("getNumMatchingCities.pl"), "<root num_matches=\"1\" max_matches=\"9\"/>"},
-        {QStringLiteral("getMatchingCities.pl"), "<root><a city=\"Cairo\" atlas_id=\"1\"/></root>"}};
-    for (const QByteArray& reply : bad) {
-        for (const auto* script : {"getStates.pl", "getUsCanCity.pl", "getNumMatchingCities.pl",
-                                   "getMatchingCities.pl", "getCityInfo.pl"}) {
-            SCOPED_TRACE(script + (' ' + reply.left(80).toStdString()));
-            platform.http.replies = good;
-            Answer(script, reply);
-            ClickOn(OpenList(), "LblNewLocLink");
-            if (Search() != nullptr) {
-                SearchAndAdd(*Search());
-            }
-            ExpectBackInList();
-            ExpectSettingsWhole();
-            forms.Unload(FrmLocation::kName);
-            ExpectBackInMain();
-            EXPECT_EQ(platform.process.ended, 0);
-        }
-    }
-}
-
-/// Limits the processor time of its scope. Other work of the machine does not count.
-class InGoodTime final
-{
-public:
-    InGoodTime() = default;
-    ~InGoodTime()
-    {
-        constexpr double kMostMilliseconds = 5000.0; // with a sanitizer, on a slow machine
-        EXPECT_LT(ProcessorMilliseconds() - m_before, kMostMilliseconds);
-    }
-    InGoodTime(const InGoodTime&) = delete;
-    InGoodTime& operator=(const InGoodTime&) = delete;
-
-private:
-    double m_before = ProcessorMilliseconds();
-};
-
 // More than the window lists, and more than a document may contain.
 constexpr int kTooMany[] = {7000, 100'000};
 
 class LargeReplyTest : public LocationsFixture
 {
 protected:
+    /// Limits the processor time of the step. Other work of the machine does not count.
+    static void InGoodTime(const std::function<void()>& step)
+    {
+        constexpr double kMostMilliseconds = 5000.0; // with a sanitizer, on a slow machine
+        const double before = ProcessorMilliseconds();
+        step();
+        EXPECT_LT(ProcessorMilliseconds() - before, kMostMilliseconds);
+    }
     static void ClickInGoodTime(const Form& window, const char* name)
     {
-        const InGoodTime limit;
-        ClickOn(window, name);
+        InGoodTime([&] { ClickOn(window, name); });
     }
     FrmLocation& OpenListAndLoseCountries(const QByteArray& reply)
     {
@@ -140,7 +52,22 @@ protected:
         Answer("getUsCanCity.pl", ManyChildren(1));
         FrmNewLoc& window = OpenSearch();
         SearchZip(window);
+        EXPECT_EQ(Shown(Results(window)), u"City 0");
         return window;
+    }
+    /// Searches by city, and answers that all results are to be displayed.
+    void SearchInGoodTime(const Form& window, const QByteArray& reply)
+    {
+        Answer("getNumMatchingCities.pl", "<root num_matches=\"7000\" max_matches=\"50\"/>");
+        Answer("getMatchingCities.pl", reply);
+        platform.http.requests.clear();
+        platform.boxes.answers = {true};
+        InGoodTime([&] { SearchCity(window); });
+        EXPECT_EQ(platform.http.requests.size(), 2);
+        EXPECT_TRUE(Find<QWidget>(window, "LblGet2Link").isEnabled());
+        EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
+        ExpectBoxes(
+            {Question(QStringLiteral("There are over 50 matches.\r\nWould you like to display all?"))});
     }
 };
 
@@ -192,44 +119,10 @@ TEST_F(LargeReplyTest, countriesAboveMuchElseOrRootsInRoots_countAsNoReply_inGoo
     }
 }
 
-class LongCityListTest : public LargeReplyTest
+TEST_F(LargeReplyTest, sixThousand_areAllShown_inGoodTime)
 {
-protected:
-    /// The search window with one result of an earlier search.
-    FrmNewLoc& OpenWithAResult()
-    {
-        platform.http.replies[QStringLiteral("getNumMatchingCities.pl")] =
-            "<root num_matches=\"7000\" max_matches=\"50\"/>";
-        FrmNewLoc& window = OpenSearch();
-        Find<QComboBox>(window, "CombState").setCurrentIndex(0);
-        Type(window, "TxtCity", QStringLiteral("Ci"));
-        Search(window, ManyChildren(1));
-        EXPECT_EQ(Lines(Results(window)), QStringList{QStringLiteral("City 0")});
-        return window;
-    }
-    /// Answers that all are to be displayed.
-    void Search(const FrmNewLoc& window, const QByteArray& reply)
-    {
-        platform.http.replies[QStringLiteral("getMatchingCities.pl")] = reply;
-        platform.http.requests.clear();
-        platform.boxes.answers = {true};
-        {
-            const InGoodTime limit;
-            ClickOn(window, "LblGet2Link");
-        }
-        EXPECT_EQ(platform.http.requests.size(), 2);
-        EXPECT_TRUE(Find<QWidget>(window, "LblGet2Link").isEnabled());
-        EXPECT_FALSE(Find<QWidget>(window, "ProgressBar1").isVisible());
-        ExpectBoxes(
-            {Question(QStringLiteral("There are over 50 matches.\r\nWould you like to display all?"))});
-    }
-    static ListBox& Results(const Form& window) { return Find<ListBox>(window, "LstSearchResults"); }
-};
-
-TEST_F(LongCityListTest, sixThousand_areAllShown_inGoodTime)
-{
-    const FrmNewLoc& window = OpenWithAResult();
-    Search(window, ManyChildren(6000));
+    const FrmNewLoc& window = OpenWithACity();
+    SearchInGoodTime(window, ManyChildren(6000));
     ASSERT_EQ(Results(window).count(), 6000);
     EXPECT_EQ(Results(window).List(0), QStringLiteral("City 0"));
     EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 5999"));
@@ -238,26 +131,25 @@ TEST_F(LongCityListTest, sixThousand_areAllShown_inGoodTime)
     EXPECT_TRUE(platform.http.requests.last().contains(QStringLiteral("aid=5999&"))) << "its own identifier";
 }
 
-TEST_F(LongCityListTest, namesThatComeAgain_stillShowTheFirstOfThem)
+TEST_F(LargeReplyTest, namesThatComeAgain_stillShowTheFirstOfThem)
 {
-    const FrmNewLoc& window = OpenWithAResult();
+    const FrmNewLoc& window = OpenWithACity();
     QByteArray reply = ManyChildren(5999);
     reply.insert(reply.size() - 7, "<c7 city=\"Another\"/>");
-    Search(window, reply);
+    SearchInGoodTime(window, reply);
     EXPECT_EQ(Results(window).count(), 6000);
     EXPECT_EQ(Results(window).List(5999), QStringLiteral("City 7"));
 }
 
-// More cities than are listed, and cities followed by many other elements.
-TEST_F(LongCityListTest, replyThatIsTooLarge_leavesTheEarlierResults_inGoodTime)
+TEST_F(LargeReplyTest, cities_tooManyOrAboveMuchElse_leaveTheEarlierResults_inGoodTime)
 {
-    const FrmNewLoc& window = OpenWithAResult();
+    const FrmNewLoc& window = OpenWithACity();
     QByteArray nested = ManyChildren(3);
     nested.replace("\"/><c1 ", "\"><d>" + QByteArray("<b/>").repeated(5999) + "</d><e>" +
                                    QByteArray("<b/>").repeated(5999) + "</e></c0><c1 ");
     for (const QByteArray& reply : {ManyChildren(6001), ManyChildren(100'000), nested}) {
-        Search(window, reply);
-        EXPECT_EQ(Lines(Results(window)), QStringList{QStringLiteral("City 0")});
+        SearchInGoodTime(window, reply);
+        EXPECT_EQ(Shown(Results(window)), u"City 0");
     }
 }
 
