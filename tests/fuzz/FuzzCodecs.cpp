@@ -9,7 +9,6 @@
 #include "support/RuntimeError.h"
 
 #include <algorithm>
-#include <initializer_list>
 
 namespace {
 
@@ -25,11 +24,6 @@ int ErrorOf(Act act)
         return error.Number();
     }
     return 0;
-}
-
-bool IsOneOf(int number, std::initializer_list<int> numbers)
-{
-    return std::find(numbers.begin(), numbers.end(), number) != numbers.end();
 }
 
 bool IsBlank(const QString& text)
@@ -124,7 +118,8 @@ void CheckHtmlDecode(const InternetClass& internet, const QString& text, const Q
 {
     QString decoded;
     const int error = ErrorOf([&] { decoded = internet.HTMLDecodeEx(text, false, introducer); });
-    Demand(IsOneOf(error, {0, ErrorNumber::kInvalidCall, ErrorNumber::kOverflow, ErrorNumber::kTypeMismatch}),
+    Demand(error == 0 || error == ErrorNumber::kInvalidCall || error == ErrorNumber::kOverflow ||
+               error == ErrorNumber::kTypeMismatch,
            "only a number can be wrong");
     Demand(introducer.size() > 1 || decoded.size() <= text.size(), "decoding of HTML adds nothing");
     static_cast<void>(internet.HTMLEncodeEx(text, true, introducer));

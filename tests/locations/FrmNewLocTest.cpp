@@ -55,21 +55,16 @@ TEST_F(FrmNewLocTest, window_hasItsTexts)
 {
     const FrmNewLoc& window = OpenSearch();
     EXPECT_EQ(window.windowTitle(), QStringLiteral("Dusk Beacon: New Location"));
-    EXPECT_EQ(Find<QGroupBox>(window, "FrmSearch").title(), QStringLiteral("USA / Canada"));
-    EXPECT_EQ(Find<QGroupBox>(window, "Frame1").title(), QStringLiteral("Other Countries"));
-    const std::vector<std::pair<const char*, QString>> labels{
-        {"Label2", QStringLiteral("Enter Zip Code: ")},
-        {"LblGetLink", QStringLiteral("Lookup")},
-        {"Label3", QStringLiteral("Select Country/State:")},
-        {"Label4", QStringLiteral("City Name (2 characters):")},
-        {"LblGet2Link", QStringLiteral("Lookup")},
-        {"Label1", QStringLiteral("City Search Results:")},
-    };
-    for (const auto& [name, text] : labels) {
-        EXPECT_EQ(Find<QLabel>(window, name).text(), text) << name;
-    }
-    EXPECT_EQ(Find<QPushButton>(window, "CmdAdd").text(), QStringLiteral("Add"));
-    EXPECT_EQ(Find<QPushButton>(window, "CmdCancel").text(), QStringLiteral("Cancel"));
+    EXPECT_EQ(Find<QGroupBox>(window, "FrmSearch").title(), u"USA / Canada");
+    EXPECT_EQ(Find<QGroupBox>(window, "Frame1").title(), u"Other Countries");
+    EXPECT_EQ(Find<QLabel>(window, "Label2").text(), u"Enter Zip Code: ");
+    EXPECT_EQ(Find<QLabel>(window, "LblGetLink").text(), u"Lookup");
+    EXPECT_EQ(Find<QLabel>(window, "Label3").text(), u"Select Country/State:");
+    EXPECT_EQ(Find<QLabel>(window, "Label4").text(), u"City Name (2 characters):");
+    EXPECT_EQ(Find<QLabel>(window, "LblGet2Link").text(), u"Lookup");
+    EXPECT_EQ(Find<QLabel>(window, "Label1").text(), u"City Search Results:");
+    EXPECT_EQ(Find<QPushButton>(window, "CmdAdd").text(), u"Add");
+    EXPECT_EQ(Find<QPushButton>(window, "CmdCancel").text(), u"Cancel");
     EXPECT_FALSE(IsSearching(window));
 }
 
@@ -133,15 +128,6 @@ TEST_F(FrmNewLocTest, cancelAndClose_giveTheListBack)
     Search()->close();
     ExpectBackInList();
     ExpectBoxes({});
-}
-
-TEST_F(FrmNewLocTest, close_listGone_leavesTheMainWindowInCharge)
-{
-    FrmNewLoc& window = OpenSearch();
-    forms.Unload(FrmLocation::kName);
-    main->Variables().ActiveForm = QStringLiteral("FrmNewLoc");
-    window.close();
-    ExpectBackInMain();
 }
 
 TEST_F(FrmNewLocTest, pointer_isAHandOverTheLinks_plainOverTheFrames)

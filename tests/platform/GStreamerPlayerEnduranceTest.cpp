@@ -15,16 +15,6 @@ qsizetype EntriesOf(const char* folder)
         .size();
 }
 
-qsizetype Threads()
-{
-    return EntriesOf("/proc/self/task");
-}
-
-qsizetype OpenFiles()
-{
-    return EntriesOf("/proc/self/fd");
-}
-
 TEST_F(GStreamerPlayerTest, hundredsOfSounds_leaveNothingBehind)
 {
     constexpr int kSounds = 300;
@@ -48,16 +38,19 @@ TEST_F(GStreamerPlayerTest, hundredsOfSounds_leaveNothingBehind)
     };
     play(kFirstSounds);
     const qint64 memory = Memory::Trimmed();
-    const qsizetype threads = Threads();
-    const qsizetype files = OpenFiles();
+    const auto runningThreads = [] { return EntriesOf("/proc/self/task"); };
+    const auto openFiles = [] { return EntriesOf("/proc/self/fd"); };
+    const qsizetype threads = runningThreads();
+    const qsizetype files = openFiles();
     play(kSounds);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return Threads() <= threads + kSpare; }, kWait)) << Threads();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return OpenFiles() <= files + kSpare; }, kWait)) << OpenFiles();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return runningThreads() <= threads + kSpare; }, kWait))
+        << runningThreads();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return openFiles() <= files + kSpare; }, kWait)) << openFiles();
     const qint64 growth = Memory::Trimmed() - memory;
     std::printf("figure: %d sounds: %lld KiB more, threads %lld and %lld, files %lld and %lld\n", kSounds,
                 static_cast<long long>(growth / 1024), static_cast<long long>(threads),
-                static_cast<long long>(Threads()), static_cast<long long>(files),
-                static_cast<long long>(OpenFiles()));
+                static_cast<long long>(runningThreads()), static_cast<long long>(files),
+                static_cast<long long>(openFiles()));
     if (Memory::kIsTrue) {
         EXPECT_LT(growth, kMostGrowth);
     }

@@ -153,21 +153,6 @@ TEST(QtMessageBoxes, show_windowBelowGoes_boxStays)
     EXPECT_EQ(window, nullptr);
 }
 
-TEST(QtMessageBoxes, show_eventsGoOnUnderTheBox)
-{
-    int ticks = 0;
-    QTimer ticker;
-    ticker.setInterval(1);
-    QObject::connect(&ticker, &QTimer::timeout, &ticker, [&ticks] { ++ticks; });
-    ticker.start();
-    Onlooker onlooker([&ticks](QMessageBox& box) {
-        EXPECT_TRUE(QTest::qWaitFor([&ticks] { return ticks >= 5; }, 20'000));
-        Click(box, QMessageBox::Ok);
-    });
-    Boxes().Show(QStringLiteral("text"));
-    EXPECT_GE(ticks, 5);
-}
-
 TEST(QtMessageBoxes, programEndsUnderTheBox_noAnswerIsGiven)
 {
     // The program is told to end, as by the menu of the tray icon.

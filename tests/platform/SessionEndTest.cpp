@@ -117,29 +117,25 @@ TEST(SessionEnd, quitOfTheSession_asksNoWindow)
     EXPECT_EQ(tidied, 1);
 }
 
-class IgnoredSignalTest : public SessionSignalTest
+TEST(SessionEnd, hangUpOrInterruptIgnoredAtTheStart_staysIgnored)
 {
-};
-
-TEST_P(IgnoredSignalTest, signalIgnoredAtTheStart_staysIgnored)
-{
-    EXPECT_EXIT(
-        {
-            signal(GetParam(), SIG_IGN);
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    for (const int number : {SIGINT, SIGHUP}) {
+        EXPECT_EXIT(
             {
-                SessionEnd sessionEnd;
-                raise(GetParam());
-                sessionEnd.EnterMainLoop([] {});
-                raise(GetParam());
-            }
-            raise(GetParam());
-            std::_Exit(kNotEnded);
-        },
-        testing::ExitedWithCode(kNotEnded), "");
+                signal(number, SIG_IGN);
+                {
+                    SessionEnd sessionEnd;
+                    raise(number);
+                    sessionEnd.EnterMainLoop([] {});
+                    raise(number);
+                }
+                raise(number);
+                std::_Exit(kNotEnded);
+            },
+            testing::ExitedWithCode(kNotEnded), "");
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Each, IgnoredSignalTest, testing::Values(SIGINT, SIGHUP),
-                         [](const auto& row) { return std::string(row.param == SIGINT ? "INT" : "HUP"); });
 
 TEST(SessionEnd, terminationIgnoredAtTheStart_endsTheProgram)
 {
