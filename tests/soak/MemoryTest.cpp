@@ -76,17 +76,17 @@ protected:
     static void SetUpTestSuite() { SetAppearance(); }
     MemoryAfter() { m_world.Start(); }
 
-    /// Repeats the deed, first to warm up, and then to see what it leaves behind.
-    template <typename Deed>
-    void Repeat(const char* name, int times, Deed deed)
+    /// Repeats the action, first to warm up, and then to see what it leaves behind.
+    template <typename Action>
+    void Repeat(const char* name, int times, Action action)
     {
         const double atTheStart = ResidentMebibytes();
         for (int i = 0; i < kWarmUp; ++i) {
-            deed(i);
+            action(i);
         }
         const double before = ResidentMebibytes();
         for (int i = 0; i < times; ++i) {
-            deed(i);
+            action(i);
         }
         const double after = ResidentMebibytes();
         std::printf(
@@ -99,15 +99,6 @@ protected:
     {
         m_world.platform.clock.now.setTime(time);
         m_world.platform.timers.Ticker()->Fire();
-    }
-    [[nodiscard]] FakeTimer* PopupTimer() const
-    {
-        for (FakeTimer* const timer : m_world.platform.timers.all) {
-            if (timer->enabled && !timer->isSecondTicker) {
-                return timer;
-            }
-        }
-        return nullptr;
     }
 
     AdService service;
@@ -132,8 +123,8 @@ TEST_F(MemoryAfter, tenThousandAlerts_leaveNothingBehind)
             QTime::fromString(m_world.Text(times.at(i % 5).toLatin1().constData()), QStringLiteral("h:mm")));
         popups += m_world.IsUp(FrmPopup::kName) ? 1 : 0;
         // Every tenth stays to its end.
-        for (int second = i % 10 == 0 ? 600 : 3; second > 0 && PopupTimer() != nullptr; --second) {
-            PopupTimer()->Fire();
+        for (int second = i % 10 == 0 ? 600 : 3; second > 0 && m_world.PopupTimer() != nullptr; --second) {
+            m_world.PopupTimer()->Fire();
         }
         if (m_world.IsUp(FrmPopup::kName)) {
             m_world.Click(FrmPopup::kName, "Command1");

@@ -69,11 +69,21 @@ public:
     {
         auto& control = Find(window, name);
         if (!control.isVisible() || !control.isEnabled()) {
-            throw std::runtime_error(std::string("nobody can click ") + name);
+            throw std::runtime_error(std::string(name) + " is hidden or disabled");
         }
         // Beside the middle, where a check box has its text.
         QTest::mouseClick(&control, Qt::LeftButton, {}, QPoint(8, control.height() / 2));
         Desk::Settle();
+    }
+    /// The timer of the popup; null if none runs.
+    [[nodiscard]] FakeTimer* PopupTimer() const
+    {
+        for (FakeTimer* const timer : platform.timers.all) {
+            if (timer->enabled && !timer->isSecondTicker) {
+                return timer;
+            }
+        }
+        return nullptr;
     }
     [[nodiscard]] QString Text(const char* label) const { return Find<QLabel>(FrmMain::kName, label).text(); }
 

@@ -36,15 +36,15 @@ QString CopiedModule(const QString& folder)
 
 } // namespace
 
-Http::Reply MoodyService::Fetch(const QString& url, const HttpLimits& /*limits*/)
+Http::Reply ChangingService::Fetch(const QString& url, const HttpLimits& /*limits*/)
 {
     if (whileWaiting) {
         whileWaiting(url);
     }
-    switch (mood) {
-    case Mood::kGone:
+    switch (state) {
+    case State::kUnreachable:
         return std::nullopt;
-    case Mood::kGarbage:
+    case State::kNoXml:
         return QByteArray("<html><p>502 Bad Gateway");
     default:
         return QByteArray(R"(<root ad_url="PGI+QW4gYWQ8L2I+" wait_time="10"/>)");
@@ -56,7 +56,7 @@ SoakWorld::SoakWorld(unsigned seed)
     , m_world(m_files, &m_service, SoakSettings())
     , model(m_world.interfaces, m_world.forms.Variables().Settings, CopiedModule(m_copy.path()))
 {
-    // In the form of the program, so that a deed changes one line.
+    // In the form of the program, so that an action changes one line.
     SimpleXML settings(m_world.interfaces);
     settings.Load(kSettingsFile);
     settings.Save(kSettingsFile);
@@ -64,7 +64,7 @@ SoakWorld::SoakWorld(unsigned seed)
     m_world.platform.clock.Set(QDate(2027, 1, 1), QTime(3, 0));
     m_world.Start();
     Update();
-    ScheduleNextDeed();
+    ScheduleNextAction();
 }
 
 void SoakWorld::Update()
@@ -77,9 +77,9 @@ void SoakWorld::PassDays(int days)
     const QDate end = Today().addDays(days);
     while (Today() < end && m_difference.isEmpty()) {
         PassSecond();
-        if (--m_untilDeed == 0) {
+        if (--m_untilAction == 0) {
             Act();
-            ScheduleNextDeed();
+            ScheduleNextAction();
         }
     }
 }
@@ -122,12 +122,8 @@ void SoakWorld::PassAlarm(DueAlerts::Tick& tick)
 
 void SoakWorld::FirePopupTimer()
 {
-    for (const FakeTimer* const timer : m_world.platform.timers.all) {
-        if (timer->enabled && !timer->isSecondTicker) {
-            timer->Fire();
-            // Windows come and go in it, and timers with them.
-            return;
-        }
+    if (const FakeTimer* const timer = m_world.PopupTimer(); timer != nullptr) {
+        timer->Fire();
     }
 }
 
@@ -146,7 +142,7 @@ void SoakWorld::OnRequest(const QString& url)
     ++given;
     PassAlarm(tick);
     Compare();
-    if (m_service.mood == MoodyService::Mood::kSlow && m_ticking.size() < 3) {
+    if (m_service.state == ChangingService::State::kSlow && m_ticking.size() < 3) {
         ++hangs;
         for (int seconds = 1 + Roll(150); seconds > 0 && m_difference.isEmpty(); --seconds) {
             PassSecond();
@@ -205,10 +201,10 @@ void SoakWorld::Expect(bool holds, const QString& rule)
 void SoakWorld::Differ(const QString& what)
 {
     if (m_difference.isEmpty()) {
-        m_difference = QStringLiteral("%1, tick %2, after %3 deeds: %4")
+        m_difference = QStringLiteral("%1, tick %2, after %3 actions: %4")
                            .arg(m_world.platform.clock.now.toString(Qt::ISODate))
                            .arg(ticks)
-                           .arg(deeds)
+                           .arg(actions)
                            .arg(what);
     }
 }

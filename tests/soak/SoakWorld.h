@@ -8,13 +8,13 @@
 
 #include <random>
 
-/// A service that is there, is not, talks nonsense or takes its time.
-class MoodyService final : public Http
+/// A service that answers, answers late, answers no XML or does not answer.
+class ChangingService final : public Http
 {
 public:
-    enum class Mood { kWell, kSlow, kGarbage, kGone };
+    enum class State { kNormal, kSlow, kNoXml, kUnreachable };
 
-    [[nodiscard]] bool Reach(const QString& /*url*/) override { return mood != Mood::kGone; }
+    [[nodiscard]] bool Reach(const QString& /*url*/) override { return state != State::kUnreachable; }
     [[nodiscard]] Reply Fetch(const QString& url, const HttpLimits& limits) override;
     void Notify(const QString& url, const HttpLimits& limits) override
     {
@@ -25,13 +25,12 @@ public:
     {
     }
 
-    Mood mood = Mood::kWell;
+    State state = State::kNormal;
     /// Runs while a request is under way, as events do.
     std::function<void(const QString& url)> whileWaiting;
 };
 
-/// Files of which those that are saved lie in memory: a year of saves is hard on a disk, and says nothing
-/// here.
+/// Real files, of which saved ones lie in memory, so that a year of saves does not write to the disk.
 class MemoryOverDisk final : public FileStore
 {
 public:
@@ -54,7 +53,7 @@ private:
     PosixFileStore m_disk;
 };
 
-/// The program beside the rules of its alerts, under one clock and one user.
+/// The program and the rules of its alerts, with one clock and one random user.
 class SoakWorld
 {
 public:
@@ -76,7 +75,7 @@ public:
 
     int given = 0;
     qint64 ticks = 0;
-    int deeds = 0;
+    int actions = 0;
     int clockChanges = 0;
     int faults = 0;
     int hangs = 0;
@@ -93,9 +92,9 @@ private:
     void Expect(bool holds, const QString& rule);
     void Differ(const QString& what);
 
-    // Deeds.
+    // Actions.
     void Act();
-    void ScheduleNextDeed();
+    void ScheduleNextAction();
     void OpenAlerts();
     void ActInAlerts();
     void ActOnPage();
@@ -111,8 +110,8 @@ private:
     void ChangeClock();
     void ChangeOutside();
 
-    /// Does the deed. The only line of the file that may change is that of the element.
-    void Do(const QString& element, const std::function<void()>& deed);
+    /// Does the action. The only line of the file that may change is that of the element.
+    void Do(const QString& element, const std::function<void()>& action);
     [[nodiscard]] QStringList FileLines() const;
     /// An attribute of the page's element in the file.
     [[nodiscard]] QString Stored(const char* attribute) const;
@@ -124,7 +123,7 @@ private:
     [[nodiscard]] bool Chance(int percent) { return Roll(100) < percent; }
 
     std::mt19937 m_random;
-    MoodyService m_service;
+    ChangingService m_service;
     MemoryOverDisk m_files;
     ProgramWorld m_world;
     QTemporaryDir m_copy;
@@ -133,7 +132,7 @@ private:
     QString m_difference;
     /// The page of the settings dialog: 0 for the general one, 1 to 6 for a prayer.
     int m_page = 0;
-    int m_untilDeed = 1;
+    int m_untilAction = 1;
     int m_untilOk = -1;
 
 public:

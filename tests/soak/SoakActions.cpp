@@ -76,10 +76,10 @@ QString SoakWorld::Stored(const char* attribute) const
                                  m_page == 0 ? kAlertsPath : kAlertsPath + QStringLiteral("//") + Element());
 }
 
-void SoakWorld::Do(const QString& element, const std::function<void()>& deed)
+void SoakWorld::Do(const QString& element, const std::function<void()>& action)
 {
     const QStringList before = FileLines();
-    deed();
+    action();
     const QStringList after = FileLines();
     Expect(after.size() == before.size(), QStringLiteral("no line of the file comes or goes"));
     for (qsizetype i = 0; i < std::min(before.size(), after.size()); ++i) {
@@ -88,20 +88,20 @@ void SoakWorld::Do(const QString& element, const std::function<void()>& deed)
     }
 }
 
-void SoakWorld::ScheduleNextDeed()
+void SoakWorld::ScheduleNextAction()
 {
     if (IsAlertsOpen() && model.activeForm == u"FrmMain") {
         // The list of places has given the attention back over an open dialog: the file has changes of the
         // dialog that the program does not hold yet when alerts come.
-        m_untilDeed = 1 + Roll(4 * 3600);
+        m_untilAction = 1 + Roll(4 * 3600);
         return;
     }
     const bool isAtWork = IsAlertsOpen() || m_world.IsUp(FrmLocation::kName);
     if (isAtWork && Chance(85)) {
-        m_untilDeed = 1 + Roll(180);
+        m_untilAction = 1 + Roll(180);
         return;
     }
-    m_untilDeed = 1 + Roll(3600);
+    m_untilAction = 1 + Roll(3600);
     if (Chance(35)) {
         // Near the next prayer, where it matters.
         const QTime now = m_world.platform.clock.now.time();
@@ -111,15 +111,15 @@ void SoakWorld::ScheduleNextDeed()
             const int until = slot - minute;
             wait = until > 0 && until < wait ? until : wait;
         }
-        m_untilDeed = std::max(1, wait * 60 - 1200 + Roll(1500));
+        m_untilAction = std::max(1, wait * 60 - 1200 + Roll(1500));
     }
 }
 
 void SoakWorld::Act()
 {
-    ++deeds;
+    ++actions;
     if (!m_world.Main().isVisible() && Chance(70)) {
-        // Few deeds are possible while it is hidden.
+        // Few actions are possible while it is hidden.
         MinimiseOrOpen();
     }
     const bool isAttentionBack = IsAlertsOpen() && model.activeForm == u"FrmMain";
@@ -333,8 +333,8 @@ void SoakWorld::ChangeOutside()
         m_world.platform.region.locale = kLocales[Roll(static_cast<int>(std::size(kLocales)))];
         return;
     }
-    using Mood = MoodyService::Mood;
-    const Mood moods[] = {Mood::kWell, Mood::kWell, Mood::kSlow, Mood::kGarbage, Mood::kGone};
-    m_service.mood = moods[Roll(static_cast<int>(std::size(moods)))];
-    faults += m_service.mood == Mood::kWell ? 0 : 1;
+    using State = ChangingService::State;
+    const State states[] = {State::kNormal, State::kNormal, State::kSlow, State::kNoXml, State::kUnreachable};
+    m_service.state = states[Roll(static_cast<int>(std::size(states)))];
+    faults += m_service.state == State::kNormal ? 0 : 1;
 }
