@@ -103,16 +103,6 @@ void UseSearch(FuzzWorld& world, const Form& search, Choices& choices)
     }
 }
 
-bool IsUsable(Configuration& held, const FuzzWorld& world)
-{
-    try {
-        LoadConfiguration(held, world.platform.interfaces);
-        return true;
-    } catch (const RuntimeError&) {
-        return false;
-    }
-}
-
 // The chosen place becomes current, or the place before stays: the settings can always be loaded.
 void SetCurrent(FuzzWorld& world, const FrmLocation& list, Choices& choices)
 {
@@ -124,7 +114,7 @@ void SetCurrent(FuzzWorld& world, const FrmLocation& list, Choices& choices)
     world.platform.boxes.whileOpen = nullptr;
     Demand(!list.IsLoaded(), "the list closes in the end");
     Configuration held;
-    Demand(IsUsable(held, world), "the settings can be loaded");
+    Demand(LoadSettings(held, world.platform.interfaces), "the settings can be loaded");
     Demand(std::abs(held.LatitudeFinal) <= 90.0 && std::abs(held.LongitudeFinal) <= 180.0 &&
                held.ZoneHours >= -12 && held.ZoneHours <= 14,
            "the place can be computed");

@@ -51,21 +51,10 @@ bool CheckStore(FuzzWorld& world)
     return true;
 }
 
-bool IsLoaded(Configuration& held, const FuzzWorld& world)
-{
-    try {
-        LoadConfiguration(held, world.platform.interfaces);
-    } catch (const RuntimeError& error) {
-        Demand(error.Number() == ErrorNumber::kConfiguration, "a bad file has one error");
-        return false;
-    }
-    return true;
-}
-
 void CheckConfiguration(FuzzWorld& world)
 {
     Configuration held;
-    if (!IsLoaded(held, world)) {
+    if (!LoadSettings(held, world.platform.interfaces)) {
         return;
     }
     Demand(std::isfinite(held.LatitudeFinal) && std::isfinite(held.LongitudeFinal), "a place has numbers");
@@ -78,7 +67,8 @@ void CheckConfiguration(FuzzWorld& world)
     SimpleXML settings(world.platform.interfaces);
     Demand(settings.Load(kSettingsFile) && settings.Save(kSettingsFile), "a configuration can be saved");
     Configuration again;
-    Demand(IsLoaded(again, world) && again == held, "a saved configuration is the same one");
+    Demand(LoadSettings(again, world.platform.interfaces) && again == held,
+           "a saved configuration is the same one");
 }
 
 // An action of the user on an enabled control.

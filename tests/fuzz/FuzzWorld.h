@@ -14,21 +14,25 @@
 
 #include <QCoreApplication>
 
+/// Loads settings.xml. False if it can't be used.
+[[nodiscard]] inline bool LoadSettings(Configuration& held, const Platform& platform)
+{
+    try {
+        LoadConfiguration(held, platform);
+        return true;
+    } catch (const RuntimeError& error) {
+        Demand(error.Number() == ErrorNumber::kConfiguration, "a bad file has one error");
+        return false;
+    }
+}
+
 /// A main window that reads settings.xml as the real one does.
 class FuzzMain final : public FakeMain
 {
 public:
     using FakeMain::FakeMain;
 
-    int UpdateEverything() override
-    {
-        try {
-            LoadConfiguration(Variables().Settings, GetPlatform());
-            return 1;
-        } catch (const RuntimeError&) {
-            return 0;
-        }
-    }
+    int UpdateEverything() override { return LoadSettings(Variables().Settings, GetPlatform()) ? 1 : 0; }
 };
 
 /// The environment of one input: the platform, and a main window, in the tray, that has read a valid
