@@ -134,14 +134,4 @@ TEST_F(EnumerationObjectTest, setPath_leadsElsewhere_andCountsOn)
     EXPECT_EQ(Names(*walk), QStringList{Q("//root//y//d")});
 }
 
-TEST_F(EnumerationObjectTest, simpleXmlDestroyed_documentStays)
-{
-    auto maker = std::make_unique<SimpleXML>(platform.interfaces);
-    maker->AddElementByName(Q("root"), QString());
-    maker->AddElementByName(Q("a"), Q("//root"));
-    const auto walk = maker->getEnumeration(Q("//root"));
-    maker.reset();
-    EXPECT_EQ(walk->nextElement()->ElementName(), Q("a"));
-}
-
 } // namespace
