@@ -20,32 +20,32 @@ using FaultySystem::Fault;
 
 struct State
 {
-    FaultySystem::Premises premises;
+    FaultySystem::PermanentErrors permanentErrors;
     std::optional<Fault> fault;
-    FaultySystem::Bystander bystander;
+    FaultySystem::Observer observer;
     std::vector<std::string> calls;
     std::string failingName;
     int failures = 0;
 };
 
-// Threads of Qt's have their own, and are left alone.
+// Threads of Qt are not affected: each thread has its own.
 thread_local State* armed = nullptr;
 
-// What stands in the way of the call; -1 for nothing.
-int Obstacle(const char* name)
+// The errno of the call; -1 if it does not fail, 0 if it writes only half.
+int ErrorOfCall(const char* name)
 {
     if (armed == nullptr) {
         return -1;
     }
     const int number = static_cast<int>(armed->calls.size());
     armed->calls.emplace_back(name);
-    if (armed->bystander) {
+    if (armed->observer) {
         State* const state = std::exchange(armed, nullptr);
-        state->bystander(number);
+        state->observer(number);
         armed = state;
     }
-    if (const auto premise = armed->premises.find(name); premise != armed->premises.end()) {
-        return premise->second;
+    if (const auto permanent = armed->permanentErrors.find(name); permanent != armed->permanentErrors.end()) {
+        return permanent->second;
     }
     if (!armed->fault || number < armed->fault->call) {
         return -1;
@@ -59,7 +59,7 @@ int Obstacle(const char* name)
 
 bool Fails(const char* name)
 {
-    const int error = Obstacle(name);
+    const int error = ErrorOfCall(name);
     if (error <= 0) {
         return false;
     }
@@ -80,10 +80,11 @@ mode_t ModeOf(int flags, va_list arguments)
 
 } // namespace
 
-void FaultySystem::Arm(const Premises& premises, const std::optional<Fault>& fault, Bystander bystander)
+void FaultySystem::Arm(const PermanentErrors& permanentErrors, const std::optional<Fault>& fault,
+                       Observer observer)
 {
     static thread_local State state;
-    state = State{premises, fault, std::move(bystander), {}, {}, 0};
+    state = State{permanentErrors, fault, std::move(observer), {}, {}, 0};
     armed = &state;
 }
 
@@ -132,12 +133,12 @@ int close(int descriptor)
 ssize_t pwrite(int descriptor, const void* bytes, size_t count, off_t offset)
 {
     static auto* const real = Real<ssize_t(int, const void*, size_t, off_t)>("pwrite");
-    const int obstacle = Obstacle("pwrite");
-    if (obstacle > 0) {
-        errno = obstacle;
+    const int error = ErrorOfCall("pwrite");
+    if (error > 0) {
+        errno = error;
         return -1;
     }
-    return real(descriptor, bytes, obstacle == 0 && count > 1 ? count / 2 : count, offset);
+    return real(descriptor, bytes, error == 0 && count > 1 ? count / 2 : count, offset);
 }
 
 ssize_t pread(int descriptor, void* bytes, size_t count, off_t offset)
@@ -163,8 +164,8 @@ int ftruncate(int descriptor, off_t size) noexcept
 int posix_fallocate(int descriptor, off_t offset, off_t size)
 {
     static auto* const real = Real<int(int, off_t, off_t)>("posix_fallocate");
-    const int obstacle = Obstacle("posix_fallocate");
-    return obstacle > 0 ? obstacle : real(descriptor, offset, size);
+    const int error = ErrorOfCall("posix_fallocate");
+    return error > 0 ? error : real(descriptor, offset, size);
 }
 
 int rename(const char* from, const char* to) noexcept

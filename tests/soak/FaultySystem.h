@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-/// The file calls of this process, which fail on demand. The test program's own functions of these names
-/// stand in front of the C library's, for the program's code and for Qt's.
+/// The file calls of this process, which fail on demand. Functions of the test program with these names
+/// replace those of the C library, in the program's code and in Qt's.
 namespace FaultySystem {
 
 struct Fault
@@ -20,7 +20,7 @@ struct Fault
 
     /// Number of the call that fails, from 0.
     int call = 0;
-    /// What it fails with; 0 for a write that writes only half.
+    /// The errno that it sets; 0 for a write that writes only half.
     int error = 0;
     /// How often; later ones are those of the same name.
     int times = 1;
@@ -28,19 +28,20 @@ struct Fault
     bool everything = false;
 };
 
-/// What always fails, by name, as on a system of another kind.
-using Premises = std::map<std::string, int>;
+/// The errors of calls that always fail, by name, as on another kind of file system.
+using PermanentErrors = std::map<std::string, int>;
 
-/// Is told the number of each call ahead of it; what it does itself is not counted.
-using Bystander = std::function<void(int call)>;
+/// Called before each call with its number; its own calls are not counted.
+using Observer = std::function<void(int call)>;
 
-void Arm(const Premises& premises, const std::optional<Fault>& fault, Bystander bystander = nullptr);
+void Arm(const PermanentErrors& permanentErrors, const std::optional<Fault>& fault,
+         Observer observer = nullptr);
 /// The names of the calls since Arm, in order.
 std::vector<std::string> Disarm();
 
 } // namespace FaultySystem
 
-/// The real files, whose saves meet a fault.
+/// Real files, whose saves have a fault.
 class FaultyFiles final : public FileStore
 {
 public:
@@ -50,7 +51,7 @@ public:
     }
     bool Replace(const QString& path, const QByteArray& content) override
     {
-        FaultySystem::Arm(premises, fault, bystander);
+        FaultySystem::Arm(permanentErrors, fault, observer);
         const bool isSaved = m_files.Replace(path, content);
         calls = FaultySystem::Disarm();
         return isSaved;
@@ -60,9 +61,9 @@ public:
         return m_files.Write(path, content);
     }
 
-    FaultySystem::Premises premises;
+    FaultySystem::PermanentErrors permanentErrors;
     std::optional<FaultySystem::Fault> fault;
-    FaultySystem::Bystander bystander;
+    FaultySystem::Observer observer;
     /// The calls of the last save.
     std::vector<std::string> calls;
 

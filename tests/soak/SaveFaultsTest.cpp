@@ -29,7 +29,7 @@ const QByteArray kOld(4000, 'o');
 struct Place
 {
     const char* name;
-    FaultySystem::Premises premises;
+    FaultySystem::PermanentErrors permanentErrors;
     qsizetype newSize = 9000;
     bool isMissing = false;
     bool isLinked = false;
@@ -58,7 +58,7 @@ public:
         , m_target(m_folder.filePath(place.isLinked ? QStringLiteral("real.xml") : kName))
         , m_new(place.newSize, 'n')
     {
-        m_files.premises = place.premises;
+        m_files.permanentErrors = place.permanentErrors;
     }
 
     /// The names of the calls of a save that nothing disturbs.
@@ -89,7 +89,7 @@ public:
         if (!m_place.isMissing && Status().st_uid != m_before.st_uid) {
             wrong += "another owner; ";
         }
-        if (!IsTidyingHit(fault) && !IsTidy(isSaved)) {
+        if (!IsRemovalHit(fault) && !IsTidy(isSaved)) {
             wrong += "litter; ";
         }
         m_files.fault.reset();
@@ -154,8 +154,8 @@ private:
         expected.sort();
         return Names() == expected;
     }
-    // What is there to be cleared away stays until the next save if the clearing is what failed.
-    [[nodiscard]] bool IsTidyingHit(const Fault& fault) const
+    // A leftover stays until the next save if its removal failed.
+    [[nodiscard]] bool IsRemovalHit(const Fault& fault) const
     {
         const std::string& hit = m_files.calls.at(static_cast<std::size_t>(fault.call));
         return hit == "unlink" || fault.everything || m_place.hasLeftover;
@@ -199,7 +199,7 @@ TEST(SaveFaults, eachCallOfASave_failingInEachWay_leavesTheOldTextOrTheNew)
         names.insert(calls.begin(), calls.end());
         for (int call = 0; call < static_cast<int>(calls.size()); ++call) {
             const std::string& name = calls.at(static_cast<std::size_t>(call));
-            if (place.premises.contains(name)) {
+            if (place.permanentErrors.contains(name)) {
                 continue;
             }
             for (const Fault& fault : FaultsOf(call, name, place)) {
@@ -238,7 +238,7 @@ TEST(SaveFaults, anotherInstanceSavingBetweenAnyTwoCalls_spoilsNothing)
     for (int moment = 0; moment < calls; ++moment) {
         ASSERT_TRUE(other.Replace(path, kOld));
         bool hasOtherSaved = false;
-        files.bystander = [&](int call) {
+        files.observer = [&](int call) {
             if (call == moment && !hasOtherSaved) {
                 hasOtherSaved = other.Replace(path, theirs);
             }
@@ -265,7 +265,7 @@ TEST(SaveFaults, temporaryFileLockedByAnotherInstance_isReplacedByANewOne)
     const auto renaming = first("rename");
     // The other instance interprets the file as a leftover and locks it; it deletes the file at a later call.
     QFile leftover;
-    files.bystander = [&](int call) {
+    files.observer = [&](int call) {
         if (call == locking) {
             const QStringList names = QDir(folder.path()).entryList({kName + QStringLiteral(".*")});
             ASSERT_EQ(names.size(), 1);
