@@ -6,11 +6,24 @@
 
 #include <gtest/gtest.h>
 
-TEST(CheckBox, setValue_raisesClickInsideTheSetterOnlyOnAChange)
+namespace {
+
+class CheckBoxTest : public testing::Test
 {
-    CheckBox box(nullptr);
+protected:
+    CheckBoxTest()
+    {
+        box.OnClick([this] { clicks.push_back(box.Value()); });
+        box.show();
+    }
+    void ClickByMouse() { QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(8, box.height() / 2)); }
+
+    CheckBox box{nullptr};
     std::vector<int> clicks;
-    box.OnClick([&] { clicks.push_back(box.Value()); });
+};
+
+TEST_F(CheckBoxTest, setValue_raisesClickInsideTheSetterOnlyOnAChange)
+{
     box.SetValue(0);
     EXPECT_TRUE(clicks.empty());
     box.SetValue(1);
@@ -20,31 +33,21 @@ TEST(CheckBox, setValue_raisesClickInsideTheSetterOnlyOnAChange)
     EXPECT_EQ(clicks, std::vector<int>({1, 0}));
 }
 
-TEST(CheckBox, mouseAndSpaceBar_raiseClickWithTheNewValue)
+TEST_F(CheckBoxTest, mouseAndSpaceBar_raiseClickWithTheNewValue)
 {
-    CheckBox box(nullptr);
-    std::vector<int> clicks;
-    box.OnClick([&] { clicks.push_back(box.Value()); });
-    box.show();
-    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(8, box.height() / 2));
+    ClickByMouse();
     QTest::keyClick(&box, Qt::Key_Space);
     EXPECT_EQ(clicks, std::vector<int>({1, 0}));
 }
 
-TEST(CheckBox, disabled_takesNoClickByHandButOneByCode)
+TEST_F(CheckBoxTest, disabled_takesNoClickByHandButOneByCode)
 {
-    CheckBox box(nullptr);
-    int clicks = 0;
-    box.OnClick([&] { ++clicks; });
     box.setEnabled(false);
-    box.show();
-    QTest::mouseClick(&box, Qt::LeftButton, {}, QPoint(8, box.height() / 2));
-    EXPECT_EQ(clicks, 0);
+    ClickByMouse();
+    EXPECT_TRUE(clicks.empty());
     box.SetValue(1);
-    EXPECT_EQ(clicks, 1);
+    EXPECT_EQ(clicks, std::vector<int>({1}));
 }
-
-namespace {
 
 class OptionGroup : public testing::Test
 {
@@ -72,16 +75,10 @@ protected:
     std::vector<int> clicks;
 };
 
-} // namespace
-
-TEST_F(OptionGroup, built_noneIsSelected)
+TEST_F(OptionGroup, select_raisesClickOfTheOneThatBecomesSelected)
 {
     EXPECT_FALSE(first.Value());
     EXPECT_FALSE(second.Value());
-}
-
-TEST_F(OptionGroup, select_raisesClickOfTheOneThatBecomesSelected)
-{
     first.Select();
     EXPECT_EQ(clicks, std::vector<int>({1}));
     first.Select();
@@ -116,3 +113,5 @@ TEST_F(OptionGroup, optionsOfAnotherContainer_areAnotherGroup)
     EXPECT_TRUE(first.Value());
     EXPECT_TRUE(third.Value());
 }
+
+} // namespace

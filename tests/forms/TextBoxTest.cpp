@@ -39,8 +39,7 @@ TEST_F(TextBoxControl, typing_raisesChangeAtEachKeystroke)
     QTest::keyClicks(&box, QStringLiteral("-17"));
     QTest::keyClick(&box, Qt::Key_Backspace);
     QTest::keyClick(&box, Qt::Key_Left);
-    EXPECT_EQ(changes, QStringList({QStringLiteral("-"), QStringLiteral("-1"), QStringLiteral("-17"),
-                                    QStringLiteral("-1")}));
+    EXPECT_EQ(changes.join(u'|'), u"-|-1|-17|-1");
 }
 
 TEST_F(TextBoxControl, pasteOverASelection_raisesOneChange)
@@ -49,7 +48,7 @@ TEST_F(TextBoxControl, pasteOverASelection_raisesOneChange)
     QGuiApplication::clipboard()->setText(QStringLiteral("99"));
     QTest::keyClick(&box, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(&box, Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(changes, QStringList({QStringLiteral("-15"), QStringLiteral("99")}));
+    EXPECT_EQ(changes.join(u'|'), u"-15|99");
 }
 
 TEST_F(TextBoxControl, setTextInsideItsOwnChange_nests)
@@ -62,8 +61,7 @@ TEST_F(TextBoxControl, setTextInsideItsOwnChange_nests)
         changes << QStringLiteral("out ") + box.Text();
     });
     QTest::keyClicks(&box, QStringLiteral("x"));
-    EXPECT_EQ(changes, QStringList({QStringLiteral("in x"), QStringLiteral("in 5"), QStringLiteral("out 5"),
-                                    QStringLiteral("out 5")}));
+    EXPECT_EQ(changes.join(u'|'), u"in x|in 5|out 5|out 5");
     QTest::keyClicks(&box, QStringLiteral("7"));
     EXPECT_EQ(box.Text(), QStringLiteral("57"));
 }
