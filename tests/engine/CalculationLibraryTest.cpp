@@ -95,18 +95,14 @@ TEST_F(CalculationLibraryTest, arguments_arriveInTheirPlaces_withTheirSigns)
     library.SetHorParams(4112, -8763, -300, 20, 3, 2026);
     library.SetHorTemkin({1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
     library.SetHorAngle(-1500, 500, 501, -1800);
-    std::array<std::int16_t, 10> told{};
-    for (std::int16_t slot = 1; slot <= 10; ++slot) {
-        told.at(static_cast<std::size_t>(slot - 1)) = library.Horarium(static_cast<std::int16_t>(slot));
+    std::int16_t slot = 0;
+    for (const int argument : {4112, -8763, -300, 20, 3, 2026, -1500, 500, 501, -1800}) {
+        EXPECT_EQ(library.Horarium(++slot), argument) << slot;
     }
-    EXPECT_EQ(told, (std::array<std::int16_t, 10>{4112, -8763, -300, 20, 3, 2026, -1500, 500, 501, -1800}));
     EXPECT_EQ(library.QiblaDir(), 385) << "each margin times its place";
     EXPECT_EQ(library.SunElev(600), -600);
     EXPECT_EQ(library.MoonElevation(600), 601);
     EXPECT_EQ(library.Hyear(), 1429);
-    library.SetHorParams(-9000, 18000, -720, 31, 12, 9999);
-    EXPECT_EQ(library.Horarium(1), -9000);
-    EXPECT_EQ(library.Horarium(2), 18000);
 }
 
 } // namespace

@@ -47,6 +47,13 @@ protected:
         events.clear();
     }
 
+    /// The first call of the next set-up.
+    QString ParamsOf(std::int16_t zone, std::int16_t daylightSaving, std::int16_t minutes = 0)
+    {
+        calculation.calls.clear();
+        timer.SetupPTimer(0, 0, zone, daylightSaving, -1500, -1500, 0, 0, -1, minutes);
+        return calculation.calls.front();
+    }
     QString TickAt(int hour, int minute, int second = 0)
     {
         events.clear();
@@ -87,12 +94,6 @@ TEST_F(PTimerTest, setup_handsEverythingToTheCalculationInOrder)
     EXPECT_EQ(timer.GetStatus(), 0);
 }
 
-TEST_F(PTimerTest, setup_zeroPlace_passesZeros)
-{
-    timer.SetupPTimer(0, 0, 0, 0, -1500, -1800, 0, 0, -1);
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 0 20 3 2026"));
-}
-
 TEST_F(PTimerTest, setup_readsDayMonthAndYearOneByOne)
 {
     HastyClock clock;
@@ -117,14 +118,17 @@ TEST_F(PTimerTest, startAndStop_setStatusAndRaiseEvents)
 {
     timer.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, 0);
     EXPECT_EQ(timer.GetStatus(), 0);
+    timer.events.Started = [this] {
+        events << QStringLiteral("Started at %1").arg(timer.GetStatus());
+        EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
+    };
     timer.StartTimer();
     timer.StartTimer();
     EXPECT_EQ(timer.GetStatus(), 1);
     timer.StopTimer();
     EXPECT_EQ(timer.GetStatus(), 0);
     EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
-    EXPECT_EQ(events,
-              (QStringList{QStringLiteral("Started"), QStringLiteral("Started"), QStringLiteral("Stopped")}));
+    EXPECT_EQ(events.join(u','), u"Started at 0,Started at 1,Stopped");
 }
 
 TEST_F(PTimerTest, setup_whileItRuns_leavesItRunning_withStatusZero)
@@ -135,21 +139,6 @@ TEST_F(PTimerTest, setup_whileItRuns_leavesItRunning_withStatusZero)
     EXPECT_TRUE(platform.timers.Ticker()->IsEnabled());
     EXPECT_TRUE(events.isEmpty()) << "nothing has stopped";
     EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9"));
-}
-
-TEST_F(PTimerTest, start_raisesStartedBeforeTheStatusChanges)
-{
-    timer.SetupPTimer(1, 2, 3, 0, 4, 5, 0, 0, -1);
-    int status = -1;
-    bool isEnabled = false;
-    timer.events.Started = [&] {
-        status = timer.GetStatus();
-        isEnabled = platform.timers.Ticker()->IsEnabled();
-    };
-    timer.StartTimer();
-    EXPECT_EQ(status, 0);
-    EXPECT_TRUE(isEnabled);
-    EXPECT_EQ(timer.GetStatus(), 1);
 }
 
 TEST_F(PTimerTest, getters_returnTheStoredValues)
@@ -181,69 +170,41 @@ TEST_F(PTimerTest, readings_areThoseOfTheCalculation)
               (QStringList{QStringLiteral("SunElev 570"), QStringLiteral("MoonElevation 570")}));
 }
 
-TEST_F(PTimerTest, getHDate_everyMonth_hasItsName)
+TEST_F(PTimerTest, getHDate_namesTheTwelveMonths_andNoOther)
 {
-    const QStringList names{QStringLiteral("Muharram ul Haram"),
-                            QStringLiteral("Safar"),
-                            QStringLiteral("Rabi-ul-Awwal"),
-                            QStringLiteral("Rab-ul-Akhir"),
-                            QStringLiteral("Jamadi-ul-Awwal"),
-                            QStringLiteral("Jamadi-ul-Akhir"),
-                            QStringLiteral("Rajab"),
-                            QStringLiteral("Sha'aban"),
-                            QStringLiteral("Ramadhan"),
-                            QStringLiteral("Shawwal"),
-                            QStringLiteral("Dhul Qadah"),
-                            QStringLiteral("Dhul Hijja")};
-    for (std::int16_t month = 1; month <= 12; ++month) {
+    const QStringList names =
+        QStringLiteral(
+            "|Muharram ul Haram|Safar|Rabi-ul-Awwal|Rab-ul-Akhir|Jamadi-ul-Awwal|Jamadi-ul-Akhir|Rajab|"
+            "Sha'aban|Ramadhan|Shawwal|Dhul Qadah|Dhul Hijja|")
+            .split(u'|');
+    for (std::int16_t month = 0; month <= 13; ++month) {
         calculation.hijriMonth = month;
-        EXPECT_EQ(timer.GetHDate(), QStringLiteral("12 %1, 1429").arg(names.at(month - 1)));
+        EXPECT_EQ(timer.GetHDate(), QStringLiteral("12 %1, 1429").arg(names.at(month)));
     }
 }
 
-TEST_F(PTimerTest, getHDate_unknownMonth_leavesTheNameEmpty)
-{
-    for (const std::int16_t month : {std::int16_t{0}, std::int16_t{13}}) {
-        calculation.hijriMonth = month;
-        EXPECT_EQ(timer.GetHDate(), QStringLiteral("12 , 1429"));
-    }
-}
-
-TEST_F(PTimerTest, tick_secondAboveZero_raisesTickOnly)
-{
-    Start(-1, 0);
-    EXPECT_EQ(TickAt(5, 0, 1), QStringLiteral("Tick"));
-    EXPECT_EQ(TickAt(5, 0, 59), QStringLiteral("Tick"));
-}
-
-TEST_F(PTimerTest, tick_atASlot_raisesItsAlarm)
-{
-    Start();
-    EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9"));
-    EXPECT_EQ(TickAt(18, 43), QStringLiteral("Tick"));
-}
-
-TEST_F(PTimerTest, tick_secondZeroOfASlotMissed_losesItsAlarm)
-{
-    Start();
-    EXPECT_EQ(TickAt(18, 41, 59), QStringLiteral("Tick"));
-    EXPECT_EQ(TickAt(18, 42, 1), QStringLiteral("Tick"));
-    EXPECT_EQ(TickAt(18, 43), QStringLiteral("Tick")) << "missed alarms are not repeated";
-}
-
-TEST_F(PTimerTest, tick_sameMinuteTwice_raisesTheAlarmAgain)
-{
-    Start();
-    EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9"));
-    EXPECT_EQ(TickAt(18, 42), QStringLiteral("Tick,Alarm 9")) << "fired alarms are not remembered";
-}
-
-TEST_F(PTimerTest, tick_twoSlotsInOneMinute_lowerNumberWins)
+TEST_F(PTimerTest, tick_raisesTheAlarmOfItsMinute_inSecondZero)
 {
     calculation.slots_[5] = 1000;
     calculation.slots_[6] = 1000;
     Start();
-    EXPECT_EQ(TickAt(16, 40), QStringLiteral("Tick,Alarm 6"));
+    const struct
+    {
+        const char* name;
+        QTime time;
+        const char* events;
+    } rows[] = {
+        {"the second before", QTime(18, 41, 59), "Tick"},
+        {"the second", QTime(18, 42), "Tick,Alarm 9"},
+        {"the second again: alarms are not remembered", QTime(18, 42), "Tick,Alarm 9"},
+        {"the second after", QTime(18, 42, 1), "Tick"},
+        {"the next minute: a missed alarm is not repeated", QTime(18, 43), "Tick"},
+        {"the last second of another slot", QTime(5, 0, 59), "Tick"},
+        {"two slots: the lower number wins", QTime(16, 40), "Tick,Alarm 6"},
+    };
+    for (const auto& [name, time, raised] : rows) {
+        EXPECT_EQ(TickAt(time.hour(), time.minute(), time.second()), QLatin1String(raised)) << name;
+    }
 }
 
 TEST_F(PTimerTest, midnight_recalculatesAndRaisesNoAlarm)
@@ -301,67 +262,34 @@ TEST_F(PTimerTest, advanceWarning_comesItsMinutesBeforeOrAfterASlotOfTheDate)
 TEST_F(PTimerTest, errorInATick_stopsTheTickerAndShowsABox)
 {
     Start();
+    platform.boxes.whileOpen = [this] {
+        EXPECT_FALSE(platform.timers.Ticker()->IsEnabled()) << "ticks would come while the box is open";
+    };
     calculation.fails = true;
     TickAt(0, 0);
-    ASSERT_EQ(platform.boxes.boxes.size(), 1U);
-    EXPECT_EQ(platform.boxes.boxes.front(),
-              (FakeMessageBoxes::Box{QStringLiteral("There has been an error. Please restart Dusk Beacon"),
-                                     QStringLiteral("Dusk Beacon"), QStringLiteral("OK")}));
+    EXPECT_EQ(timer.GetStatus(), 1) << "only StopTimer raises Stopped";
     EXPECT_EQ(TickAt(0, 1), QString()) << "no tick after the stop";
     timer.StartTimer();
     EXPECT_EQ(TickAt(0, 2), QStringLiteral("Tick"));
-}
-
-TEST_F(PTimerTest, errorInATick_stopsTheTickerBeforeTheBox)
-{
-    Start();
-    calculation.fails = true;
-    int looked = 0;
-    platform.boxes.whileOpen = [&] {
-        ++looked;
-        EXPECT_FALSE(platform.timers.Ticker()->IsEnabled()) << "ticks would come while the box is open";
-    };
-    TickAt(0, 0);
-    EXPECT_EQ(looked, 1);
-}
-
-TEST_F(PTimerTest, anyExceptionInAHandler_isAnErrorOfTheTick)
-{
-    Start();
     timer.events.Alarm = [](std::int16_t) { throw std::bad_alloc(); };
     TickAt(18, 42);
-    EXPECT_EQ(platform.boxes.boxes, std::vector{(FakeMessageBoxes::Box{
-                                        QStringLiteral("There has been an error. Please restart Dusk Beacon"),
-                                        QStringLiteral("Dusk Beacon"), QStringLiteral("OK")})});
-    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled());
+    EXPECT_FALSE(platform.timers.Ticker()->IsEnabled()) << "after any exception";
+    const auto box =
+        FakeMessageBoxes::Message(QStringLiteral("There has been an error. Please restart Dusk Beacon"));
+    EXPECT_EQ(platform.boxes.boxes, (std::vector{box, box}));
 }
 
-TEST_F(PTimerTest, daylightSaving_isTheUsersAlone)
+TEST_F(PTimerTest, offset_isThatOfTheSettings_alsoInSummer)
 {
-    timer.SetupPTimer(0, 0, 1, 0, -1500, -1500, 0, 0, -1);
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 60 20 3 2026"));
+    EXPECT_EQ(ParamsOf(6, 0, -30), u"SetHorParams 0 0 330 20 3 2026");
+    EXPECT_EQ(timer.GetTimeZone(), 6) << "the minutes leave the zone";
+    EXPECT_EQ(ParamsOf(-4, -1), u"SetHorParams 0 0 -180 20 3 2026");
+    EXPECT_EQ(ParamsOf(-4, -1, 30), u"SetHorParams 0 0 -150 20 3 2026");
+    calculation.calls.clear();
+    timer.StartTimer();
     platform.clock.Set(QDate(2026, 7, 1), QTime(0, 0));
-    calculation.calls.clear();
-    timer.StartTimer();
     platform.timers.Ticker()->Fire();
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 60 1 7 2026"));
-}
-
-TEST_F(PTimerTest, minutesBeyondTheZone_reachTheCalculation_andLeaveTheZone)
-{
-    timer.SetupPTimer(0, 0, 6, 0, -1500, -1500, 0, 0, -1, -30);
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 330 20 3 2026"));
-    EXPECT_EQ(timer.GetTimeZone(), 6);
-    calculation.calls.clear();
-    timer.SetupPTimer(0, 0, -4, -1, -1500, -1500, 0, 0, -1, 30);
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 -150 20 3 2026"));
-    calculation.calls.clear();
-    timer.StartTimer();
-    EXPECT_EQ(TickAt(0, 0), QStringLiteral("Tick,Midnight"));
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 -150 20 3 2026"));
-    calculation.calls.clear();
-    timer.SetupPTimer(0, 0, -4, -1, -1500, -1500, 0, 0, -1);
-    EXPECT_EQ(calculation.calls.front(), QStringLiteral("SetHorParams 0 0 -180 20 3 2026"));
+    EXPECT_EQ(calculation.calls.front(), u"SetHorParams 0 0 -150 1 7 2026");
 }
 
 TEST_F(PTimerTest, tickAtSecondZero_readsTheClockOnce)
@@ -384,14 +312,6 @@ TEST_F(PTimerTest, slotsOutsideTheDay_neverMatch)
                 << minute << " and " << advance;
         }
     }
-}
-
-TEST_F(PTimerTest, statusAfterTheFailureBox_isAsItWas)
-{
-    Start();
-    calculation.fails = true;
-    TickAt(0, 0);
-    EXPECT_EQ(timer.GetStatus(), 1) << "only StopTimer raises Stopped";
 }
 
 TEST_F(PTimerTest, offsetOutOfRange_isAnOverflowOfTheCaller)
