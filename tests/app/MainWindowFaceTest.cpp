@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Appearance.h"
 #include "app/FirstTouchFixture.h"
+#include "fakes/Contrast.h"
 #include "fakes/PaintCount.h"
 #include "forms/LinkLabel.h"
 #include "instruments/VBCompas.h"
@@ -12,8 +13,6 @@
 #include <QIcon>
 #include <QScreen>
 #include <QTest>
-
-#include <cmath>
 
 namespace {
 
@@ -38,23 +37,6 @@ protected:
         }
     }
 };
-
-// Relative luminance and contrast after WCAG 2.1.
-double Luminance(const QColor& colour)
-{
-    const auto linear = [](double channel) {
-        return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-           0.0722 * linear(colour.blueF());
-}
-
-double Contrast(const QColor& left, const QColor& right)
-{
-    const double a = Luminance(left) + 0.05;
-    const double b = Luminance(right) + 0.05;
-    return a > b ? a / b : b / a;
-}
 
 /// The rectangle of a label's text in its parent.
 QRect TextPlace(const QLabel& label)

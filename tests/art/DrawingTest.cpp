@@ -5,15 +5,12 @@
 #include "Pictures.h"
 
 #include <QFile>
-#include <QGuiApplication>
 #include <QPainter>
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdlib>
-#include <memory>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -42,26 +39,7 @@ double Difference(QImage one, QImage other)
 /// Room for another release of the font or of the painter, but not for a forgotten run of the generator.
 constexpr double kSamePicture = 0.25;
 
-/// The lettering of the banner needs an application object; the test program may have one already.
-class Drawing : public testing::Test
-{
-protected:
-    static void SetUpTestSuite()
-    {
-        static int argumentCount = 1;
-        static std::string name = "art_test";
-        static char* arguments[] = {name.data(), nullptr};
-        if (QCoreApplication::instance() == nullptr) {
-            s_application = std::make_unique<QGuiApplication>(argumentCount, arguments);
-        }
-    }
-    static void TearDownTestSuite() { s_application.reset(); }
-
-private:
-    static inline std::unique_ptr<QGuiApplication> s_application;
-};
-
-TEST_F(Drawing, drawnTwice_isTheSame)
+TEST(Drawing, drawnTwice_isTheSame)
 {
     const std::vector<art::Picture> first = art::PicturesAt(2);
     const std::vector<art::Picture> second = art::PicturesAt(2);
@@ -73,7 +51,7 @@ TEST_F(Drawing, drawnTwice_isTheSame)
     EXPECT_EQ(art::Icon(48), art::Icon(48));
 }
 
-TEST_F(Drawing, shippedPictures_areWhatIsDrawn)
+TEST(Drawing, shippedPictures_areWhatIsDrawn)
 {
     for (const int scale : art::kScales) {
         for (const art::Picture& picture : art::PicturesAt(scale)) {
@@ -84,7 +62,7 @@ TEST_F(Drawing, shippedPictures_areWhatIsDrawn)
     }
 }
 
-TEST_F(Drawing, shippedIcons_areWhatIsDrawn)
+TEST(Drawing, shippedIcons_areWhatIsDrawn)
 {
     for (const int size : art::kIconSizes) {
         const QImage shipped(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size));
@@ -99,13 +77,13 @@ TEST_F(Drawing, shippedIcons_areWhatIsDrawn)
     }
 }
 
-TEST_F(Drawing, pictureFileName_carriesTheScaleFromTwoOn)
+TEST(Drawing, pictureFileName_carriesTheScaleFromTwoOn)
 {
     EXPECT_EQ(art::PictureFileName(QStringLiteral("PicSun"), 1), QStringLiteral("PicSun.png"));
     EXPECT_EQ(art::PictureFileName(QStringLiteral("PicSun"), 3), QStringLiteral("PicSun@3x.png"));
 }
 
-TEST_F(Drawing, cutOut_softensTheEdgeInThePictureOnly)
+TEST(Drawing, cutOut_softensTheEdgeInThePictureOnly)
 {
     // Columns 0 to 3 are empty, a tenth covered, half covered, wholly covered with white.
     const QImage shape = art::Render(QSize(4, 1), 1, [](QPainter& painter) {
@@ -126,7 +104,7 @@ TEST_F(Drawing, cutOut_softensTheEdgeInThePictureOnly)
     EXPECT_EQ(sprite.picture.pixel(3, 0), 0xffffffffU);
 }
 
-TEST_F(Drawing, colourAt_answersTheStopsAndBetweenThem)
+TEST(Drawing, colourAt_answersTheStopsAndBetweenThem)
 {
     constexpr std::array kGradient{art::Stop{0.25, 0xff000000}, art::Stop{0.75, 0xff6464c8}};
     EXPECT_EQ(art::ColourAt(kGradient, 0.0).rgb(), 0xff000000U);

@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <QColor>
+#include "fakes/Contrast.h"
+
 #include <QFile>
 #include <QImage>
 #include <QXmlStreamReader>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <string>
 
 namespace {
@@ -17,22 +16,6 @@ QImage LoadIcon(int size)
 {
     return QImage(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size))
         .convertToFormat(QImage::Format_ARGB32);
-}
-
-/// Relative luminance, Web Content Accessibility Guidelines 2.1.
-double Luminance(QRgb colour)
-{
-    const auto linear = [](int channel) {
-        const double value = channel / 255.0;
-        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(qRed(colour)) + 0.7152 * linear(qGreen(colour)) + 0.0722 * linear(qBlue(colour));
-}
-
-double Contrast(QRgb one, QRgb other)
-{
-    const auto [dark, bright] = std::minmax({Luminance(one), Luminance(other)});
-    return (bright + 0.05) / (dark + 0.05);
 }
 
 /// The share of the icon's pixels that stand off from a panel by 3 to 1, the least for a graphical object.
@@ -75,55 +58,42 @@ TEST_P(ShippedIcon, onLightAndDarkPanel_standsOff)
 INSTANTIATE_TEST_SUITE_P(All, ShippedIcon, testing::Values(16, 22, 24, 32, 48, 64, 128, 256),
                          [](const auto& row) { return "at" + std::to_string(row.param); });
 
-class ShippedVectorIcon : public testing::TestWithParam<const char*>
+TEST(ShippedVectorIcon, fromResource_isAWellFormedDrawing)
 {
-};
-
-TEST_P(ShippedVectorIcon, fromResource_isAWellFormedDrawing)
-{
-    QFile file(QStringLiteral(":/icons/%1.svg").arg(QLatin1String(GetParam())));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    QXmlStreamReader reader(&file);
-    ASSERT_TRUE(reader.readNextStartElement());
-    EXPECT_EQ(reader.name(), QLatin1String("svg"));
-    EXPECT_EQ(reader.namespaceUri(), QLatin1String("http://www.w3.org/2000/svg"));
-    int paths = 0;
-    while (!reader.atEnd()) {
-        reader.readNext();
-        paths += reader.isStartElement() && reader.name() == QLatin1String("path") ? 1 : 0;
+    for (const char* const name : {":/icons/duskbeacon.svg", ":/icons/duskbeacon-small.svg"}) {
+        QFile file(QString::fromLatin1(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << name;
+        QXmlStreamReader reader(&file);
+        ASSERT_TRUE(reader.readNextStartElement()) << name;
+        EXPECT_EQ(reader.name(), u"svg");
+        EXPECT_EQ(reader.namespaceUri(), u"http://www.w3.org/2000/svg");
+        int paths = 0;
+        while (!reader.atEnd()) {
+            reader.readNext();
+            paths += reader.isStartElement() && reader.name() == u"path" ? 1 : 0;
+        }
+        EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
+        EXPECT_GE(paths, 4) << name;
     }
-    EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
-    EXPECT_GE(paths, 4);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, ShippedVectorIcon, testing::Values("duskbeacon", "duskbeacon-small"),
-                         [](const auto& row) {
-                             return std::string(row.param) == "duskbeacon" ? "full" : "simplified";
-                         });
-
-class ShippedBanner : public testing::TestWithParam<int>
-{
-};
-
-TEST_P(ShippedBanner, name_isReadableOnTheSky)
+TEST(ShippedBanner, name_isReadableOnTheSky)
 {
     constexpr QRgb kLettering = 0xfffff4dc;
-    const int scale = GetParam();
-    const QString suffix = scale == 1 ? QString() : QStringLiteral("@%1x").arg(scale);
-    const QImage banner = QImage(QStringLiteral(":/pictures/Picture2%1.png").arg(suffix));
-    ASSERT_FALSE(banner.isNull());
-    int lettering = 0;
-    for (int y = 16 * scale; y < 60 * scale; ++y) {
-        // The third column lies beside the name, so that it shows the sky of its rows.
-        EXPECT_GE(Contrast(banner.pixel(3 * scale, y), kLettering), 4.5) << y;
-        for (int x = 0; x < banner.width(); ++x) {
-            lettering += banner.pixel(x, y) == kLettering ? 1 : 0;
+    for (const int scale : {1, 2, 3}) {
+        const QString suffix = scale == 1 ? QString() : QStringLiteral("@%1x").arg(scale);
+        const QImage banner = QImage(QStringLiteral(":/pictures/Picture2%1.png").arg(suffix));
+        ASSERT_FALSE(banner.isNull()) << scale;
+        int lettering = 0;
+        for (int y = 16 * scale; y < 60 * scale; ++y) {
+            // The third column lies beside the name, so that it shows the sky of its rows.
+            EXPECT_GE(Contrast(banner.pixel(3 * scale, y), kLettering), 4.5) << scale << ' ' << y;
+            for (int x = 0; x < banner.width(); ++x) {
+                lettering += banner.pixel(x, y) == kLettering ? 1 : 0;
+            }
         }
+        EXPECT_GT(lettering, banner.width() * banner.height() / 20) << scale;
     }
-    EXPECT_GT(lettering, banner.width() * banner.height() / 20);
 }
-
-INSTANTIATE_TEST_SUITE_P(All, ShippedBanner, testing::Values(1, 2, 3),
-                         [](const auto& row) { return "at" + std::to_string(row.param); });
 
 } // namespace

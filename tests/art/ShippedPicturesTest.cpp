@@ -83,46 +83,30 @@ std::array<double, 3> MeanInside(const QImage& picture, const QImage& mask)
     return sum;
 }
 
-struct NamedSize
+TEST(ShippedPicture, fromResource_hasSizeAnd24Bits)
 {
-    const char* name;
-    int width;
-    int height;
-};
-
-class ShippedPicture : public testing::TestWithParam<std::tuple<NamedSize, int>>
-{
-};
-
-TEST_P(ShippedPicture, fromResource_hasSizeAnd24Bits)
-{
-    const auto& [row, scale] = GetParam();
-    QFile file(ResourcePath(row.name, scale));
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray content = file.readAll();
-    // In the header of a PNG file the depth of a channel stands at 24, the kind of colour at 25: 2 is without
-    // alpha.
-    ASSERT_GT(content.size(), 26);
-    EXPECT_EQ(content.at(24), 8);
-    EXPECT_EQ(content.at(25), 2);
-    const QImage image = Load(row.name, scale);
-    EXPECT_EQ(image.width(), row.width * scale);
-    EXPECT_EQ(image.height(), row.height * scale);
+    const std::pair<const char*, QSize> rows[]{
+        {"PicBackDay", {273, 125}},    {"PicBackNight", {273, 125}},
+        {"PicFrontDay", {273, 125}},   {"PicFrontDayMask", {273, 125}},
+        {"PicFrontNight", {273, 125}}, {"PicFrontNightMask", {273, 125}},
+        {"PicSun", {32, 33}},          {"PicSunMask", {32, 33}},
+        {"PicMoon", {31, 32}},         {"PicMoonMask", {31, 32}},
+        {"Picture2", {129, 89}}};
+    for (const auto& [name, size] : rows) {
+        for (const int scale : kScales) {
+            SCOPED_TRACE(testing::Message() << name << " at " << scale);
+            QFile file(ResourcePath(name, scale));
+            ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+            const QByteArray content = file.readAll();
+            // In the header of a PNG file the depth of a channel stands at 24, the kind of colour at 25: 2 is
+            // without alpha.
+            ASSERT_GT(content.size(), 26);
+            EXPECT_EQ(content.at(24), 8);
+            EXPECT_EQ(content.at(25), 2);
+            EXPECT_EQ(QImage::fromData(content).size(), size * scale);
+        }
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, ShippedPicture,
-    testing::Combine(testing::Values(NamedSize{"PicBackDay", 273, 125}, NamedSize{"PicBackNight", 273, 125},
-                                     NamedSize{"PicFrontDayMask", 273, 125},
-                                     NamedSize{"PicFrontDay", 273, 125},
-                                     NamedSize{"PicFrontNightMask", 273, 125},
-                                     NamedSize{"PicFrontNight", 273, 125}, NamedSize{"PicSunMask", 32, 33},
-                                     NamedSize{"PicSun", 32, 33}, NamedSize{"PicMoonMask", 31, 32},
-                                     NamedSize{"PicMoon", 31, 32}, NamedSize{"Picture2", 129, 89}),
-                     testing::ValuesIn(kScales)),
-    [](const auto& row) {
-        return std::get<0>(row.param).name + std::string("_at") + std::to_string(std::get<1>(row.param));
-    });
 
 class ShippedSprite : public testing::TestWithParam<std::tuple<const char*, int>>
 {
@@ -134,23 +118,17 @@ protected:
     }
 };
 
-TEST_P(ShippedSprite, mask_isPureBlackAndWhite)
-{
-    const QImage mask = Mask();
-    ASSERT_FALSE(mask.isNull());
-    const double black = ShareOf(mask, kBlack);
-    const double white = ShareOf(mask, kWhite);
-    EXPECT_GT(black, 0.0);
-    EXPECT_GT(white, 0.0);
-    EXPECT_DOUBLE_EQ(black + white, 1.0);
-}
-
-TEST_P(ShippedSprite, picture_isBlackWhereMaskIsWhite)
+TEST_P(ShippedSprite, mask_isPureBlackAndWhite_andThePictureBlackWhereItIsWhite)
 {
     const QImage mask = Mask();
     const QImage picture = Picture();
     ASSERT_FALSE(mask.isNull());
     ASSERT_EQ(mask.size(), picture.size());
+    const double black = ShareOf(mask, kBlack);
+    const double white = ShareOf(mask, kWhite);
+    EXPECT_GT(black, 0.0);
+    EXPECT_GT(white, 0.0);
+    EXPECT_DOUBLE_EQ(black + white, 1.0);
     int strays = 0;
     for (int y = 0; y < mask.height(); ++y) {
         for (int x = 0; x < mask.width(); ++x) {
@@ -170,11 +148,7 @@ TEST_P(ShippedSprite, largerScale_coversTheSameShare)
 INSTANTIATE_TEST_SUITE_P(All, ShippedSprite,
                          testing::Combine(testing::Values("PicFrontDay", "PicFrontNight", "PicSun",
                                                           "PicMoon"),
-                                          testing::ValuesIn(kScales)),
-                         [](const auto& row) {
-                             return std::get<0>(row.param) + std::string("_at") +
-                                    std::to_string(std::get<1>(row.param));
-                         });
+                                          testing::ValuesIn(kScales)));
 
 class ShippedScene : public testing::TestWithParam<int>
 {
@@ -182,25 +156,16 @@ protected:
     [[nodiscard]] static QImage At(const char* name) { return Load(name, GetParam()); }
 };
 
-TEST_P(ShippedScene, landscape_fillsAboutTheLowestQuarter)
-{
-    for (const char* name : {"PicFrontDayMask", "PicFrontNightMask"}) {
-        const QImage mask = At(name);
-        ASSERT_FALSE(mask.isNull());
-        EXPECT_NEAR(ShareOf(mask, kBlack), 0.25, 0.05) << name;
-        EXPECT_TRUE(RowIsOnly(mask, mask.height() - 1, kBlack)) << name;
-        EXPECT_TRUE(RowIsOnly(mask, mask.height() / 2, kWhite)) << name;
-    }
-}
-
 // A sun or moon that has set is drawn from row 109 on: only the landscape covers it there.
-TEST_P(ShippedScene, landscape_coversSunAndMoonBelowTheHorizon)
+TEST_P(ShippedScene, landscape_fillsAboutTheLowestQuarter_andAllBelowTheHorizon)
 {
-    constexpr int kHighestRowOfWhatHasSet = 125 - 16;
+    constexpr int kHighestRowBelowTheHorizon = 125 - 16;
     for (const char* name : {"PicFrontDayMask", "PicFrontNightMask"}) {
         const QImage mask = At(name);
         ASSERT_EQ(mask.height(), 125 * GetParam());
-        for (int y = kHighestRowOfWhatHasSet * GetParam(); y < mask.height(); ++y) {
+        EXPECT_NEAR(ShareOf(mask, kBlack), 0.25, 0.05) << name;
+        EXPECT_TRUE(RowIsOnly(mask, mask.height() / 2, kWhite)) << name;
+        for (int y = kHighestRowBelowTheHorizon * GetParam(); y < mask.height(); ++y) {
             EXPECT_TRUE(RowIsOnly(mask, y, kBlack)) << name << ' ' << y;
         }
     }
