@@ -1,6 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "settings_dialog/AngleBox.h"
+
 #include "settings_dialog/DialogTest.h"
+
+#include <QLocale>
 
 namespace {
 
@@ -60,6 +64,7 @@ constexpr Entry kEntries[] = {
      "-17.5"},
     {"ownSign", "ar_EG", "-17\u066b5", "-17\u066b5", -18, "-17.5"},
     {"ownDigits", "ar_EG", "-\u0661\u0667\u066b\u0665", "-\u0661\u0667\u066b\u0665", -18, "-17.5"},
+    {"ownMinus", "ar_EG", "\u061c-\u0661\u0667", "-\u0661\u0667", -17, "-17"},
     {"tooHighInOwnDigits", "ar_EG", "\u0669\u0669", "30", 30, "30|30"},
     {"lettersUnderOwnSign", "ar_EG", "abc", "-16\u066b5", -17, "-16.5"},
 };
@@ -97,26 +102,6 @@ TEST_P(AngleBoxTest, entries_areStoredCutOrTakenBack)
         EXPECT_TRUE(platform.boxes.boxes.empty());
         dialog->Unload();
     }
-}
-
-TEST_P(AngleBoxTest, typing_savesEachKeystroke)
-{
-    OpenUserDefined();
-    QTest::keyClick(&Widget(GetParam().box), Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(&Widget(GetParam().box), QStringLiteral("99"));
-    EXPECT_EQ(TextOf(GetParam().box), u"30");
-    // "9", then "99", which is cut; the cut text is saved inside the handler that cuts it.
-    EXPECT_EQ(SavedValues(Attribute()), u"9|30|30");
-}
-
-TEST_P(AngleBoxTest, digitsEditedInPlace_makeANewNegativeValue)
-{
-    OpenUserDefined();
-    QWidget& box = Widget(GetParam().box);
-    for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Right, Qt::Key_Right, Qt::Key_Delete, Qt::Key_8}) {
-        QTest::keyClick(&box, key);
-    }
-    EXPECT_EQ(SavedValues(Attribute()), u"-1.5|-18.5");
 }
 
 TEST_P(AngleBoxTest, entry_touchesNothingButItsAngle_andFetchesTheDecimalSignAfresh)
@@ -158,21 +143,6 @@ TEST_P(AngleBoxTest, bar_movesFromItsRestingPointByWholeDegrees)
     }
 }
 
-TEST_P(AngleBoxTest, heldArrow_losesNothingAndLeavesTheLastValue)
-{
-    OpenUserDefined();
-    QWidget& bar = Widget(GetParam().bar);
-    QTest::mousePress(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 3));
-    ASSERT_TRUE(QTest::qWaitFor([this] { return Saves() >= 8; }, 10'000));
-    QTest::mouseRelease(&bar, Qt::LeftButton, {}, QPoint(bar.width() / 2, 3));
-    const QStringList saved = SavedValues(Attribute()).split(u'|');
-    for (qsizetype i = 0; i < saved.size(); ++i) {
-        EXPECT_EQ(saved[i], QString::number(-16 + i));
-    }
-    EXPECT_EQ(Stored(Attribute()), QString::number(Bar(GetParam().bar).Value()));
-    EXPECT_EQ(TextOf(GetParam().box), Stored(Attribute()));
-}
-
 TEST_P(AngleBoxTest, takenBackWithoutAStoredAngle_endsEmpty)
 {
     OpenUserDefined();
@@ -185,3 +155,28 @@ TEST_P(AngleBoxTest, takenBackWithoutAStoredAngle_endsEmpty)
 
 INSTANTIATE_TEST_SUITE_P(Angles, AngleBoxTest, testing::ValuesIn(kBoxes),
                          [](const auto& row) { return std::string(row.param.box); });
+
+TEST(AngleText, asTyped_hasTheSignsOfTheUser)
+{
+    const struct
+    {
+        QString decimalSign;
+        QString text;
+        QString typed;
+    } rows[] = {
+        {QStringLiteral("."), QStringLiteral("-16,5"), QStringLiteral("-16.5")},
+        {QStringLiteral(","), QStringLiteral("-1.2,5"), QStringLiteral("-1,2,5")},
+        {QStringLiteral("\u066b"), QStringLiteral("\u061c-16\u066b5"), QStringLiteral("-16\u066b5")},
+        {QStringLiteral("\u066b"), QStringLiteral("\u200e\u221216.5"), QStringLiteral("-16\u066b5")},
+        {QStringLiteral("."), QStringLiteral("\u200f\u2212\u2212"), QStringLiteral("--")},
+        {QString(), QStringLiteral("1.2,3"), QStringLiteral("1.2,3")},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(AngleAsTyped(row.text, row.decimalSign), row.typed) << row.text.toStdString();
+    }
+}
+
+TEST(AngleText, forFile_withoutADecimalSign_leavesTheTextAlone)
+{
+    EXPECT_EQ(AngleForFile(QStringLiteral("-17"), QString(), QLocale::c()), u"-17");
+}

@@ -105,6 +105,8 @@ TEST_F(AngleDraft, keys_applyToTheDraft_andTheBoxShowsTheStoredAngle)
         {"emptied and given up by undo", "Ctrl+A Backspace Ctrl+Z End . 5", "-18.5", "-18|-18|-18.|-18.5"},
         {"number undone", "Ctrl+A - 1 6 Ctrl+Z", "-18", "-18|-1|-16|-18"},
         {"too low", "Ctrl+A - x 9 9 Left Left Backspace", "-30", "-18|-18|-18|-18|-30|-30"},
+        {"too high", "Ctrl+A 9 9", "30", "9|30|30"},
+        {"digits in place of others", "Home Right Del 1", "-18", "-8|-18"},
         {"a draft after a draft", "Ctrl+A - 5 Backspace 6 Backspace 7", "-7", "-18|-5|-5|-6|-6|-7"},
     };
     for (const auto& row : rows) {

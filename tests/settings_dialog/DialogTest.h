@@ -131,6 +131,15 @@ protected:
         }
         WriteSettings(text);
     }
+    /// As another program does while the dialog is open.
+    static void ChangePlaceInTheFile()
+    {
+        WriteSettings(
+            QString::fromUtf8(ReadSettings())
+                .replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\"")));
+    }
+    /// That change has outlived the saves of the dialog.
+    static void ExpectChangedPlace() { EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\"")); }
     /// Two angles of the user, as the file has them.
     static void WriteUserDefined(const char* angle1, const char* angle2)
     {
@@ -176,6 +185,16 @@ protected:
     [[nodiscard]] QString TextOf(const char* name) const { return Box(name).Text(); }
     [[nodiscard]] bool IsTicked(const char* name) const { return Find<QAbstractButton>(name).isChecked(); }
     [[nodiscard]] bool IsLive(const char* name) const { return Widget(name).isEnabled(); }
+
+    /// The texts of labels, buttons and boxes, and the titles of frames.
+    void ExpectCaptions(std::initializer_list<std::pair<const char*, const char16_t*>> captions) const
+    {
+        for (const auto& [name, caption] : captions) {
+            const QWidget& control = Widget(name);
+            const char* const property = control.inherits("QGroupBox") ? "title" : "text";
+            EXPECT_EQ(control.property(property).toString(), caption) << name;
+        }
+    }
 
     /// A click of the mouse on a control that the user can reach.
     void Click(const char* name) const

@@ -96,9 +96,11 @@ TEST_F(FrmAlertsFrame, tab_clickOrEnterShowsItsPage_onlyTheGeneralOneLoadsTheFil
             EXPECT_TRUE(Widget("Label9").isVisible());
             EXPECT_EQ(Widget("CmdClose").isVisible(), tab.number == 1);
             EXPECT_EQ(Saves(), 0U);
+            EXPECT_TRUE(main.calls.isEmpty());
             // Every prayer of this file but Shuruq is on, and a tick that changes loads once.
             EXPECT_EQ(files.loads, tab.number == 2 || tab.number == 4 ? 0 : 1);
             dialog->Unload();
+            main.calls.clear();
         }
     }
 }
@@ -115,20 +117,6 @@ TEST_F(FrmAlertsFrame, selectTab_unknownNumbers_showTheGeneralPageAsNumberOne)
         EXPECT_EQ(Saves(), 0U) << number;
         dialog->Unload();
     }
-}
-
-TEST_F(FrmAlertsFrame, everyPageOpened_writesNothing)
-{
-    const QByteArray before = ReadSettings();
-    dialog = &forms.Touch<FrmAlerts>();
-    dialog->Show();
-    for (std::int16_t tab = 0; tab <= 9; ++tab) {
-        dialog->SelectTab(tab);
-    }
-    EXPECT_TRUE(IsOpen());
-    EXPECT_EQ(Saves(), 0U);
-    EXPECT_EQ(ReadSettings(), before);
-    EXPECT_TRUE(main.calls.isEmpty());
 }
 
 TEST_F(FrmAlertsFrame, closing_handsOverToTheMainWindow_whichHearsOfNothingBefore)
@@ -164,20 +152,6 @@ TEST_F(FrmAlertsFrame, closing_stepThatFails_skipsTheLaterSteps)
         EXPECT_TRUE(platform.boxes.boxes.empty());
         EXPECT_EQ(platform.process.ended, 0);
     }
-}
-
-TEST_F(FrmAlertsFrame, shownAgain_isBuiltAnew)
-{
-    Open();
-    Click("ChkAdvWarn");
-    ASSERT_TRUE(IsLive("VScroll1"));
-    dialog->SelectTab(5);
-    dialog->close();
-    WriteSettings();
-    Open();
-    ExpectOnlyFrame("FrmGeneral");
-    EXPECT_FALSE(IsTicked("ChkAdvWarn"));
-    EXPECT_FALSE(IsLive("VScroll1"));
 }
 
 TEST_F(FrmAlertsFrame, openedWhileOpen_comesToTheFrontWithTheNamedPage)
