@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "engine/Prayers.h"
 #include "fakes/FakeCalculation.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
@@ -36,15 +37,19 @@ protected:
     QString Text(const char* label) { return Find<QLabel>(label).text(); }
     QString DateCaption() { return Find<QGroupBox>("PrayerFrame").title(); }
     /// The six times from Fajr to Isha as one text.
-    QString Times() { return AllTimes().join(u'|'); }
-    QStringList AllTimes()
+    QString Times()
     {
         QStringList times;
-        for (const char* label :
-             {"LblFarjTime", "LblShuruqTime", "LblDuhrTime", "LblAsrTime", "LblMaghribTime", "LblIshaTime"}) {
-            times << Text(label);
+        for (std::int16_t tab = 3; tab <= 8; ++tab) {
+            times << Text(PrayerOfTab(tab)->time.data());
         }
-        return times;
+        return times.join(u'|');
+    }
+    QString SettingsBlock()
+    {
+        return QStringList{Text("LblLocation"), Text("LblTimeZ"),     Text("LblCaclMeth"),
+                           Text("LblAsrMeth"),  Text("LblDLSavings"), Text("LblAdvWarning")}
+            .join(u'|');
     }
     void TickAt(int hour, int minute, int second = 0)
     {

@@ -3,6 +3,7 @@
 #include "app/MainLinks.h"
 
 #include "app/MainControls.h"
+#include "engine/Prayers.h"
 #include "fakes/Desk.h"
 #include "fakes/FakeMain.h"
 #include "fakes/FakePlatform.h"
@@ -103,24 +104,20 @@ private:
     }
 };
 
-constexpr std::pair<const char*, const char16_t*> kPrayerLinks[] = {
-    {"LblFarjLink", u"Fajr:"}, {"LblShuruqLink", u"Shuruq:"},   {"LblDuhrLink", u"Duhr:"},
-    {"LblAsrLink", u"Asr:"},   {"LblMaghribLink", u"Maghrib:"}, {"LblIshaLink", u"Isha:"}};
-
 TEST_F(MainLinksTest, prayerLink_opensTheDialogAtItsTab)
 {
-    for (const auto& [name, caption] : kPrayerLinks) {
-        SCOPED_TRACE(name);
+    for (const Prayer& prayer : kPrayers) {
+        SCOPED_TRACE(prayer.name.data());
         disabledMeanwhile.clear();
-        const LinkLabel& link = Link(name);
-        EXPECT_EQ(link.text(), caption);
+        const LinkLabel& link = Link(prayer.link.data());
+        EXPECT_EQ(link.text(), prayer.caption + u':');
         Desk::Click(link);
         ASSERT_NE(Dialog(), nullptr);
         EXPECT_TRUE(Dialog()->isVisible());
-        EXPECT_EQ(DialogText("LblPrayerName") + u':', link.text());
+        EXPECT_EQ(DialogText("LblPrayerName"), prayer.caption);
         EXPECT_TRUE(Dialog()->findChild<CheckBox*>(QStringLiteral("ChkSilAlert"))->isChecked())
             << "the first page has loaded the settings";
-        EXPECT_TRUE(disabledMeanwhile.contains(QLatin1String(name)));
+        EXPECT_TRUE(disabledMeanwhile.contains(prayer.link));
         EXPECT_TRUE(link.isEnabled());
         EXPECT_TRUE(Link("LblAlertsLink").isEnabled());
         EXPECT_EQ(window.Variables().ActiveForm, u"FrmAlerts");
@@ -178,8 +175,8 @@ TEST_F(MainLinksTest, link_dialogThatFailsToOpen_leavesItsStepAndEnds)
 {
     fails = true;
     std::vector<std::pair<const char*, int>> rows{{"LblAlertsLink", 4}, {"LblLocLink", 3}};
-    for (const auto& [name, caption] : kPrayerLinks) {
-        rows.emplace_back(name, 4);
+    for (const Prayer& prayer : kPrayers) {
+        rows.emplace_back(prayer.link.data(), 4);
     }
     for (const auto& [name, number] : rows) {
         SCOPED_TRACE(name);
@@ -284,18 +281,6 @@ TEST_F(MainLinksTest, banner_otherButtonOrReleaseElsewhere_opensNothing)
     EXPECT_TRUE(platform.browser.opened.isEmpty());
 }
 
-TEST_F(MainLinksTest, captions_areTheFixedOnes)
-{
-    const std::pair<const char*, const char16_t*> rows[] = {{"LblAlertsLink", u"Alerts"},
-                                                            {"LblLocLink", u"Locations"},
-                                                            {"LblStopLink", u"Stop Playing"},
-                                                            {"LblGetMoreLink", u"More Sound Files"},
-                                                            {"LblHelp", u"Help"}};
-    for (const auto& [name, caption] : rows) {
-        EXPECT_EQ(Link(name).text(), caption);
-    }
-}
-
 TEST_F(MainLinksTest, pointer_isAHandOverEachLink)
 {
     window.controls.LblStopLink->setEnabled(true);
@@ -371,6 +356,26 @@ TEST_F(MainLinksTest, keyboard_pressesALinkAndStaysOnIt)
     QTest::keyClick(&help, Qt::Key_Return);
     EXPECT_EQ(platform.browser.opened, QStringList{ServiceRequests::HelpPage(window.Variables().Settings)});
     EXPECT_EQ(window.focusWidget(), &help);
+}
+
+TEST_F(MainLinksTest, tab_reachesEachLinkOnce_fromTopToBottom)
+{
+    const auto inFocus = [this] {
+        const QWidget* const widget = window.focusWidget();
+        return widget == nullptr ? QString() : widget->objectName();
+    };
+    QStringList reached;
+    for (; !reached.contains(inFocus()) && reached.size() < 30; QTest::keyClick(&window, Qt::Key_Tab)) {
+        reached << inFocus();
+    }
+    QTest::keyClick(&window, Qt::Key_Backtab);
+    EXPECT_EQ(inFocus(), reached.back()) << "and back again";
+    EXPECT_TRUE(reached.contains(QStringLiteral("VolControl")));
+    reached.removeIf([this](const QString& name) { return window.findChild<LinkLabel*>(name) == nullptr; });
+    EXPECT_EQ(reached.join(u' '),
+              u"LblLocLink LblAlertsLink LblHelp LblGetMoreLink LblFarjLink LblShuruqLink "
+              u"LblDuhrLink LblAsrLink LblMaghribLink LblIshaLink")
+        << "all but the one that is disabled";
 }
 
 } // namespace

@@ -23,14 +23,6 @@ TEST_F(MainTrayTest, load_addsTheWindowsOwnIconWithTheCaptionOfThatTimeAsTip)
     EXPECT_TRUE(main.isVisible()) << "the program starts visible, the icon is there as well";
 }
 
-TEST_F(MainTrayTest, load_withoutAUsablePlace_addsTheIcon)
-{
-    WriteWithoutAPlace();
-    Start();
-    EXPECT_EQ(platform.tray.added, 1);
-    EXPECT_TRUE(platform.boxes.boxes.empty());
-}
-
 TEST_F(MainTrayTest, menu_hasTwoEntries)
 {
     Start();
@@ -110,15 +102,6 @@ TEST_F(MainTrayTest, menuEntries_afterTheWindowIsGone_bringNothingBack)
     EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
     ClickMenu("mnuExit");
     EXPECT_EQ(ended, 0) << "the dialog is still open";
-}
-
-TEST_F(MainTrayTest, failedAddition_leavesARunningProgram)
-{
-    platform.tray.available = false;
-    const FrmMain& main = Start();
-    EXPECT_TRUE(main.isVisible());
-    EXPECT_TRUE(platform.boxes.boxes.empty());
-    EXPECT_EQ(platform.process.ended, 0);
 }
 
 } // namespace

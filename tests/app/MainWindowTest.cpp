@@ -11,18 +11,6 @@ namespace {
 
 using MainWindowTest = MainWindowFixture;
 
-/// A notification area that fails when asked.
-class BrokenTray final : public TrayIcon
-{
-public:
-    void Add(const QIcon& /*icon*/, const QString& /*tip*/, QMenu& /*menu*/) override {}
-    void Remove() override {}
-    [[nodiscard]] bool IsShown() const override
-    {
-        throw RuntimeError(ErrorNumber::kObjectNotSet, QStringLiteral("no tray"));
-    }
-};
-
 long ResidentPages()
 {
     QFile file(QStringLiteral("/proc/self/statm"));
@@ -33,12 +21,15 @@ TEST_F(MainWindowTest, minimise_withoutAnIcon_staysOnTheTaskbar)
 {
     platform.tray.available = false;
     FrmMain& main = Start();
+    EXPECT_TRUE(main.isVisible());
     Minimise(main);
     EXPECT_TRUE(main.isVisible());
     EXPECT_TRUE(main.isMinimized());
     main.showNormal();
     Desk::Settle();
     EXPECT_FALSE(main.isMinimized());
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+    EXPECT_EQ(platform.process.ended, 0);
 }
 
 TEST_F(MainWindowTest, minimise_inDebugMode_doesNothing)
@@ -70,14 +61,8 @@ TEST_F(MainWindowTest, maximised_upOrHidden_isShownNormal)
 
 TEST_F(MainWindowTest, resize_thatFails_endsWithItsBox)
 {
-    BrokenTray broken;
-    const Platform interfaces{platform.clock,  platform.timers, platform.files, platform.http,
-                              platform.player, broken,          platform.boxes, platform.browser,
-                              platform.region, platform.process};
-    Forms others{interfaces};
-    RegisterStartWindows(others, calculation);
-    auto& main = others.Touch<FrmMain>();
-    main.Show();
+    FrmMain& main = Start();
+    platform.tray.fails = true;
     Minimise(main);
     ExpectFatal(2);
 }
@@ -251,16 +236,6 @@ TEST_F(MainWindowTest, closeButton_endsWithoutAQuestion_withAWindowThatWasNeverS
     EXPECT_EQ(ended, 1);
     EXPECT_TRUE(platform.boxes.boxes.empty());
     EXPECT_EQ(platform.process.ended, 0) << "no forced end";
-}
-
-TEST_F(MainWindowTest, closeButton_ofADisabledWindow_doesNothing)
-{
-    FrmMain& main = Start();
-    main.Enable(false);
-    Close(main);
-    EXPECT_TRUE(main.isVisible());
-    EXPECT_EQ(forms.Loaded(FrmMain::kName), &main);
-    EXPECT_EQ(ended, 0);
 }
 
 TEST_F(MainWindowTest, unload_takesSchedulerAndPlayerAlong)

@@ -207,6 +207,12 @@ protected:
         forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
     }
 
+    Form& OpenList()
+    {
+        Desk::Click(Find<LinkLabel>("LblLocLink"));
+        return *forms.Loaded(FrmLocation::kName);
+    }
+
     MobileSignup signup{forms};
 };
 
@@ -224,25 +230,6 @@ TEST_F(LinkedDialogsTest, opened_standOverTheMiddleOfTheMainWindow)
     }
 }
 
-TEST_F(LinkedDialogsTest, settingsThatCannotBeShown_closeTheDialogAndAreShownOnceRepaired)
-{
-    FrmMain& main = Start();
-    WriteSettings(Changed(R"(useAdvWarn="false" advWarn="10")", R"(useAdvWarn="true")"));
-    Desk::Click(Find<LinkLabel>("LblAsrLink"));
-    EXPECT_EQ(forms.Loaded(FrmAlerts::kName), nullptr);
-    EXPECT_EQ(main.Variables().ActiveForm, u"FrmMain");
-
-    WriteSettings();
-    Desk::Click(Find<LinkLabel>("LblAsrLink"));
-    ASSERT_NE(forms.Loaded(FrmAlerts::kName), nullptr);
-    const auto* const prayer =
-        forms.Loaded(FrmAlerts::kName)->findChild<QLabel*>(QStringLiteral("LblPrayerName"));
-    EXPECT_TRUE(prayer->isVisible());
-    EXPECT_EQ(prayer->text(), u"Asr");
-    EXPECT_EQ(main.Variables().ActiveForm, u"FrmAlerts");
-    EXPECT_TRUE(platform.boxes.boxes.empty());
-}
-
 // Unlike the settings dialog, which only closes again, a list that can't be opened is fatal.
 TEST_F(LinkedDialogsTest, damagedFile_listSaysSoThenEndsTheProgram)
 {
@@ -254,6 +241,38 @@ TEST_F(LinkedDialogsTest, damagedFile_listSaysSoThenEndsTheProgram)
                                                  FakeMessageBoxes::Fatal(3)}));
     EXPECT_EQ(platform.process.ended, 1);
     EXPECT_EQ(forms.Loaded(FrmLocation::kName), nullptr);
+}
+
+TEST_F(LinkedDialogsTest, closedWithoutAChoice_noPlaceYet_showsWhatTheClockHoldsBeforeItsFirstDay)
+{
+    WriteWithoutAPlace();
+    // The module's answers before a date is set.
+    calculation.hijriDay = 0;
+    calculation.hijriMonth = 0;
+    calculation.hijriYear = 0;
+    Start();
+    ASSERT_EQ(Text("LblFarjTime"), QString());
+    Close(OpenList());
+    EXPECT_EQ(Text("LblLocation"), u", ");
+    EXPECT_EQ(Text("LblTimeZ"), u"Time Zone: 0");
+    EXPECT_EQ(Text("LblHajri"), u"0 , 0");
+    EXPECT_EQ(Times(), u"12:00 AM|12:00 AM|12:00 AM|12:00 AM|12:00 AM|12:00 AM");
+    EXPECT_TRUE(calculation.calls.isEmpty()) << "no day has been computed";
+    EXPECT_TRUE(platform.boxes.boxes.empty());
+}
+
+TEST_F(LinkedDialogsTest, closed_givesTheFocusBackToTheControlThatHadIt)
+{
+    const FrmMain& main = Start();
+    auto& help = Find<LinkLabel>("LblHelp");
+    help.setFocus();
+    Form& list = OpenList();
+    EXPECT_EQ(Find<LinkLabel>("LblLocLink").foregroundRole(), QPalette::Link)
+        << "grey is only what is disabled itself";
+    EXPECT_EQ(main.focusWidget(), nullptr);
+    Close(list);
+    EXPECT_TRUE(main.isEnabled());
+    EXPECT_EQ(main.focusWidget(), &help);
 }
 
 } // namespace

@@ -74,15 +74,7 @@ TEST_F(SoundControlsTest, updateEverything_withoutAConfiguration_leavesTheBar)
 
 TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsShown)
 {
-    const auto block = [this] {
-        QStringList texts;
-        for (const char* label :
-             {"LblLocation", "LblTimeZ", "LblCaclMeth", "LblAsrMeth", "LblDLSavings", "LblAdvWarning"}) {
-            texts << Text(label);
-        }
-        return texts;
-    };
-    const QStringList before = block();
+    const QString before = SettingsBlock();
     WriteSettings(
         SettingsText()
             .replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""))
@@ -93,7 +85,7 @@ TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsSho
     platform.player.volume = 101;
     EXPECT_EQ(main->UpdateEverything(), 0);
     ExpectFatal(6);
-    EXPECT_EQ(block(), before) << "the volume comes before the labels";
+    EXPECT_EQ(SettingsBlock(), before) << "the volume comes before the labels";
     EXPECT_EQ(Volume().Value(), 37);
 }
 
@@ -162,14 +154,6 @@ TEST_F(SoundControlsTest, stoppedState_clearsThePlaylistAndGreysTheLink_othersAr
     platform.player.Report(MediaPlayer::kStopped);
     EXPECT_FALSE(StopLink().isEnabled());
     EXPECT_EQ(platform.player.log.join(u'|'), u"clear");
-}
-
-TEST_F(SoundControlsTest, mouseOverTheLink_makesTheHand)
-{
-    Sound();
-    ASSERT_NE(main->cursor().shape(), Qt::PointingHandCursor);
-    QTest::mouseMove(&StopLink(), QPoint(5, 5));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return main->cursor().shape() == Qt::PointingHandCursor; }));
 }
 
 TEST(SoundControls, windowGone_playerSendsNoReport)

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FirstTouchFixture.h"
 #include "fakes/PlainWindow.h"
-#include "store/SimpleXML.h"
 
 namespace {
 
@@ -27,12 +26,6 @@ protected:
                 Inside(script, act);
             }
         };
-    }
-    [[nodiscard]] QString App(const QString& attribute) const
-    {
-        SimpleXML settings(platform.interfaces);
-        settings.Load(kSettingsFile);
-        return settings.GetAttribute(attribute, QStringLiteral("//root//app"));
     }
 
     int seen = 0;
@@ -84,17 +77,6 @@ TEST_F(StartUpOrderTest, debugMode_addsNoIcon)
     EXPECT_EQ(seen, 1);
     EXPECT_EQ(platform.tray.added, 0);
     EXPECT_TRUE(platform.boxes.boxes.empty());
-}
-
-TEST_F(StartUpOrderTest, missingIdentifier_anyFirstRun_isRequestedAndFirstRunWritten)
-{
-    WriteSettings(Changed("FirstRun=\"false\"", "FirstRun=\"no\"")
-                      .replace(QStringLiteral("pid=\"P-77\""), QStringLiteral("pid=\"\"")));
-    platform.http.replies[QStringLiteral("requestProdID.pl")] = "<root prod_string='P-1'/>";
-    Window();
-    EXPECT_EQ(App(QStringLiteral("pid")), QStringLiteral("P-1"));
-    EXPECT_EQ(App(QStringLiteral("FirstRun")), QStringLiteral("false"));
-    EXPECT_EQ(forms.Variables().ActiveForm, QStringLiteral("FrmLocation"));
 }
 
 } // namespace

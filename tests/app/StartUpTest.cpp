@@ -37,18 +37,6 @@ protected:
     int endedUnderTheBox = 0;
 };
 
-// Checks the splash while the process sleeps.
-class WatchfulProcess final : public Process
-{
-public:
-    void End() override {}
-    void Sleep(int milliseconds) override { whileAsleep(milliseconds); }
-    [[nodiscard]] QString ApplicationFolder() const override { return {}; }
-    [[nodiscard]] QString UserDataFolder() const override { return {}; }
-
-    std::function<void(int)> whileAsleep;
-};
-
 TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay_changesNoFile)
 {
     const QByteArray before = ReadSettings();
@@ -56,7 +44,6 @@ TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay_changesNoFile)
     EXPECT_EQ(Window().size(), QSize(602, 423));
     EXPECT_FALSE(Window().Variables().DebugMode);
     EXPECT_EQ(Window().Variables().AdTimer, 600.0F);
-    EXPECT_EQ(platform.process.sleptMilliseconds, 2000);
     EXPECT_EQ(Window().Variables().ActiveForm, u"FrmMain");
     EXPECT_EQ(Window().Variables().Settings.PID, u"P-77");
     EXPECT_TRUE(IsRunning());
@@ -72,31 +59,21 @@ TEST_F(StartUpTest, load_runsItsStepsAndShowsTheDay_changesNoFile)
 
 TEST_F(StartUpTest, splash_isPaintedBeforeThePause_andNothingElseIsDone)
 {
-    WatchfulProcess process;
-    const Platform interfaces{platform.clock,  platform.timers, platform.files, platform.http,
-                              platform.player, platform.tray,   platform.boxes, platform.browser,
-                              platform.region, process};
-    Forms windows(interfaces);
-    RegisterStartWindows(windows, calculation);
-    bool slept = false;
     const SlowDesktop desktop;
     const PaintCount splashes(DlgStart::kName);
-    process.whileAsleep = [&](int milliseconds) {
-        slept = true;
-        EXPECT_EQ(milliseconds, 2000);
+    platform.process.whileAsleep = [&] {
         EXPECT_GE(splashes.paints, 1) << "nothing paints it during the pause";
-        const Form* const splash = windows.Loaded(QStringLiteral("DlgStart"));
+        const Form* const splash = forms.Loaded(DlgStart::kName);
         ASSERT_NE(splash, nullptr);
         EXPECT_TRUE(splash->isVisible());
         EXPECT_FALSE(splash->isModal());
-        EXPECT_EQ(splash->findChild<QLabel*>(QStringLiteral("Label1"))->text(), QStringLiteral("Build 5"));
-        EXPECT_EQ(splash->findChild<QLabel*>(QStringLiteral("Label2"))->text(),
-                  QStringLiteral("Loading...."));
-        EXPECT_FALSE(windows.Loaded(QStringLiteral("FrmMain"))->isVisible());
+        EXPECT_EQ(splash->findChild<QLabel*>(QStringLiteral("Label1"))->text(), u"Build 5");
+        EXPECT_EQ(splash->findChild<QLabel*>(QStringLiteral("Label2"))->text(), u"Loading....");
+        EXPECT_FALSE(forms.Loaded(FrmMain::kName)->isVisible());
         EXPECT_TRUE(calculation.calls.isEmpty());
     };
-    windows.Touch<FrmMain>();
-    EXPECT_TRUE(slept);
+    Window();
+    EXPECT_EQ(platform.process.sleptMilliseconds, 2000);
 }
 
 TEST_F(StartUpTest, splash_dotsGrowFromOneToEleven_andFallBackToOne)
@@ -168,26 +145,11 @@ TEST_F(StartUpTest, settingsThatAPlainUserCanRead_areEnough)
 
 TEST_F(StartUpTest, runtimeErrorWhileLoading_saysError5_withoutDetail)
 {
-    // A failing tray represents any step that throws.
-    class BrokenTray final : public TrayIcon
-    {
-    public:
-        void Add(const QIcon& /*icon*/, const QString& /*tip*/, QMenu& /*menu*/) override
-        {
-            throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("no tray"));
-        }
-        void Remove() override {}
-        [[nodiscard]] bool IsShown() const override { return false; }
-    };
-    BrokenTray tray;
-    const Platform interfaces{
-        platform.clock, platform.timers, platform.files,   platform.http,   platform.player,
-        tray,           platform.boxes,  platform.browser, platform.region, platform.process};
-    Forms windows(interfaces);
-    RegisterStartWindows(windows, calculation);
-    windows.Touch<FrmMain>();
+    // The icon is the last step that can throw.
+    platform.tray.fails = true;
+    Window();
     ExpectFatal(5);
-    EXPECT_EQ(windows.Loaded(QStringLiteral("DlgStart")), nullptr);
+    EXPECT_EQ(forms.Loaded(DlgStart::kName), nullptr);
 }
 
 TEST_F(StartUpTest, runtimeErrorWhileLoading_inDebugMode_tellsTheDetailFirst)
@@ -219,14 +181,29 @@ TEST_F(StartUpTest, designTexts_standUntilAConfigurationIsRead)
     EXPECT_EQ(platform.process.ended, 0);
     EXPECT_FALSE(IsRunning());
     EXPECT_EQ(platform.tray.added, 1);
-    const std::pair<const char*, const char16_t*> labels[] = {{"LblTimeZ", u"Time Zone:"},
-                                                              {"LblAsrMeth", u"Asr Method:"},
-                                                              {"LblCaclMeth", u"Calculation Method:"},
-                                                              {"LblDLSavings", u"Day Light Savings is:"},
-                                                              {"LblAdvWarning", u"Advanced Warning:"},
-                                                              {"Label3", u"Time till next prayer:"}};
+    const std::pair<const char*, const char16_t*> labels[] = {
+        {"LblTimeZ", u"Time Zone:"},
+        {"LblAsrMeth", u"Asr Method:"},
+        {"LblCaclMeth", u"Calculation Method:"},
+        {"LblDLSavings", u"Day Light Savings is:"},
+        {"LblAdvWarning", u"Advanced Warning:"},
+        {"Label2", u"Progression of the sun and moon in the sky"},
+        {"Label3", u"Time till next prayer:"},
+        {"LblVolume", u"Volume Control:"},
+        {"LblAlertsLink", u"Alerts"},
+        {"LblLocLink", u"Locations"},
+        {"LblStopLink", u"Stop Playing"},
+        {"LblGetMoreLink", u"More Sound Files"},
+        {"LblHelp", u"Help"}};
     for (const auto& [name, text] : labels) {
         EXPECT_EQ(Text(name), text);
+    }
+    const std::pair<const char*, const char16_t*> frames[] = {{"Frame2", u"Location and Setting Information"},
+                                                              {"FrmOptions", u"Options"},
+                                                              {"Frame3", u"Qibla Direction"},
+                                                              {"Frame6", u"Sun && Moon position"}};
+    for (const auto& [name, caption] : frames) {
+        EXPECT_EQ(Find<QGroupBox>(name).title(), caption);
     }
     EXPECT_EQ(Find<QGroupBox>("PrayerFrame").findChild<QLabel*>(QStringLiteral("Label1"))->text(),
               u"Hajri Date: ");

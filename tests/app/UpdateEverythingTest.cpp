@@ -131,22 +131,6 @@ TEST_F(UpdateEverythingTest, missingLibrary_saysError6_atTheStartToo)
     EXPECT_FALSE(IsRunning()) << "the clock starts behind the calculation";
 }
 
-TEST_F(UpdateEverythingTest, failedLoad_keepsWhatWasReadBefore)
-{
-    EXPECT_EQ(Update(Changed("pid=\"P-77\"", "pid=\"P-78\"")
-                         .replace(QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"\""))),
-              0);
-    EXPECT_EQ(Window().Variables().Settings.PID, QStringLiteral("P-78"));
-    EXPECT_EQ(Window().Variables().Settings.FajrAngle, -15);
-}
-
-TEST_F(UpdateEverythingTest, commaSystem_readsThePointedLatitude)
-{
-    platform.region.locale = QLocale(QLocale::German, QLocale::Germany);
-    EXPECT_EQ(Update(Changed("latitude_final=\"41.85\"", "latitude_final=\"41.12\"")), 1);
-    EXPECT_EQ(Params(), QStringLiteral("SetHorParams 4112 -8765 -360 20 3 2026"));
-}
-
 TEST_F(UpdateEverythingTest, midnight_rereadsTheFile_andComputesTheDayTwice)
 {
     Window();

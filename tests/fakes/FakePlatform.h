@@ -10,6 +10,7 @@
 #include "platform/PosixFileStore.h"
 #include "platform/Process.h"
 #include "support/ModRegion.h"
+#include "support/RuntimeError.h"
 
 #include <QDir>
 #include <QIcon>
@@ -188,6 +189,7 @@ class FakeTray final : public TrayIcon
 public:
     void Add(const QIcon& icon, const QString& tip, QMenu& menu) override
     {
+        Fail();
         ++added;
         shown = available;
         lastIcon = icon;
@@ -199,8 +201,14 @@ public:
         ++removed;
         shown = false;
     }
-    [[nodiscard]] bool IsShown() const override { return shown; }
+    [[nodiscard]] bool IsShown() const override
+    {
+        Fail();
+        return shown;
+    }
 
+    /// Add and IsShown throw.
+    bool fails = false;
     bool available = true;
     bool shown = false;
     int added = 0;
@@ -208,6 +216,14 @@ public:
     QIcon lastIcon;
     QString lastTip;
     QMenu* lastMenu = nullptr;
+
+private:
+    void Fail() const
+    {
+        if (fails) {
+            throw RuntimeError(ErrorNumber::kInvalidCall, QStringLiteral("no tray"));
+        }
+    }
 };
 
 /// Message boxes that answer at once and record their contents.
@@ -315,12 +331,19 @@ class FakeProcess final : public Process
 {
 public:
     void End() override { ++ended; }
-    void Sleep(int milliseconds) override { sleptMilliseconds += milliseconds; }
+    void Sleep(int milliseconds) override
+    {
+        sleptMilliseconds += milliseconds;
+        if (whileAsleep) {
+            whileAsleep();
+        }
+    }
     [[nodiscard]] QString ApplicationFolder() const override { return folder; }
     [[nodiscard]] QString UserDataFolder() const override { return dataFolder; }
 
     int ended = 0;
     int sleptMilliseconds = 0;
+    std::function<void()> whileAsleep;
     QString folder;
     QString dataFolder;
 };
