@@ -62,7 +62,7 @@ protected:
         if (HasFailure()) {
             static_cast<void>(Picture("failed_alert"));
         }
-        for (QProcess* const process : {&program, &otherProgram, &tray, &windowManager, &display}) {
+        for (QProcess* const process : {&program, &otherProgram, &windowManager, &display}) {
             process->kill();
             process->waitForFinished();
         }
@@ -223,31 +223,6 @@ protected:
             QTest::qWaitFor([&] { return !Window(kOther).isEmpty() && ActiveWindow() == Window(kOther); },
                             kWaitMilliseconds));
     }
-    /// A notification area, without which a window that is minimised stays on the taskbar.
-    void StartTray()
-    {
-        tray.setProcessEnvironment(environment);
-        tray.setStandardOutputFile(QProcess::nullDevice());
-        tray.setStandardErrorFile(QProcess::nullDevice());
-        tray.start(QStringLiteral("trayer"),
-                   {QStringLiteral("--edge"), QStringLiteral("bottom"), QStringLiteral("--align"),
-                    QStringLiteral("right"), QStringLiteral("--widthtype"), QStringLiteral("request"),
-                    QStringLiteral("--height"), QStringLiteral("24")});
-        ASSERT_TRUE(tray.waitForStarted());
-    }
-    /// Whether the icon is in the notification area.
-    [[nodiscard]] bool HasIcon() const
-    {
-        static const QRegularExpression icon(QStringLiteral("\"DuskBeacon\"\\) +22x22"));
-        return Output(QStringLiteral("xwininfo"), {QStringLiteral("-root"), QStringLiteral("-tree")})
-            .contains(icon);
-    }
-    /// Whether the window manager has the window, on the screen or minimised.
-    [[nodiscard]] bool IsOnTaskbar(const QString& window) const
-    {
-        return Output(QStringLiteral("xprop"), {QStringLiteral("-root"), QStringLiteral("_NET_CLIENT_LIST")})
-            .contains(QStringLiteral("0x") + QString::number(window.toULongLong(), 16));
-    }
     /// The hints for the window manager; some window managers show the boxes all the same.
     [[nodiscard]] bool OffersBoxesToMinimiseOrMaximise(const QString& window) const
     {
@@ -265,7 +240,6 @@ protected:
     QProcess windowManager;
     QProcess program;
     QProcess otherProgram;
-    QProcess tray;
     QElapsedTimer sinceStart;
 };
 
@@ -329,28 +303,6 @@ TEST_F(AlertJourney, warningOfOneMinute_comesAndGoesByItself)
     EXPECT_TRUE(WaitForPopupToGo());
     const double gone = static_cast<double>(sinceStart.elapsed()) / 1000.0;
     EXPECT_LT(gone, up + 1.0 + kLateSeconds) << "after its one second";
-}
-
-TEST_F(AlertJourney, warningOfTenMinutes_mainWindowHiddenInTheTray_goesByOk)
-{
-    StartTray();
-    StartAhead(Maghrib() - 10, kWithSound, QStringLiteral(R"(useAdvWarn="true" advWarn="10")"));
-    const QString main = Window(kMain);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return HasIcon(); }, kWaitMilliseconds));
-    ASSERT_TRUE(IsOnTaskbar(main));
-    static_cast<void>(Xdotool({QStringLiteral("windowminimize"), main}));
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !IsOnTaskbar(main); }, kWaitMilliseconds));
-    const double up = WaitForPopup();
-    EXPECT_LT(up, kLeadSeconds + kLateSeconds);
-    const QString popup = Window(kPopup);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return IsTopmost(popup); }, kWaitMilliseconds));
-    static_cast<void>(Picture("popup_with_main_window_hidden"));
-    EXPECT_FALSE(IsOnTaskbar(main)) << "the main window stays hidden";
-    Click(popup, 104, 80);
-    EXPECT_TRUE(WaitForPopupToGo());
-    EXPECT_FALSE(IsOnTaskbar(main));
-    EXPECT_TRUE(HasIcon());
-    EXPECT_EQ(program.state(), QProcess::Running);
 }
 
 TEST_F(AlertJourney, warningOfTenMinutes_mainWindowMinimised_goesByOk)
