@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QImage>
+#include <QPainter>
 #include <QTemporaryDir>
 
 #include <vector>
@@ -61,11 +62,7 @@ private:
     [[nodiscard]] static QImage Land(int scale, QRgb above, QRgb below)
     {
         QImage picture = Plain(273, 125, scale, above);
-        for (int y = kLandTop * scale; y < picture.height(); ++y) {
-            for (int x = 0; x < picture.width(); ++x) {
-                picture.setPixel(x, y, below);
-            }
-        }
+        QPainter(&picture).fillRect(0, kLandTop * scale, picture.width(), picture.height(), QColor(below));
         return picture;
     }
 

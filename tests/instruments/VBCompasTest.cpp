@@ -32,17 +32,12 @@ protected:
     VBCompas compass{region, nullptr};
 };
 
-TEST_F(VBCompasTest, creation_pointsNorth)
+TEST_F(VBCompasTest, creation_pointsNorth_inTheSizeAndTheShapeOfTheDesign)
 {
-    EXPECT_EQ(Caption(), QStringLiteral("Angle: North"));
     EXPECT_EQ(compass.Pointer().X1, kCentreX);
     EXPECT_EQ(compass.Pointer().Y1, kCentreY);
     EXPECT_EQ(compass.Pointer().X2, kCentreX);
     EXPECT_EQ(compass.Pointer().Y2, kCentreY - kLength);
-}
-
-TEST_F(VBCompasTest, creation_hasTheSizeAndTheShapeOfTheDesign)
-{
     EXPECT_EQ(compass.size(), QSize(102, 117));
     EXPECT_EQ(compass.Circle().Left, 360.0);
     EXPECT_EQ(compass.Circle().Top, 240.0);
@@ -141,20 +136,16 @@ TEST_F(VBCompasTest, pi_isCutToSixDigits)
     EXPECT_GT(std::abs(compass.Pointer().X2 - exact), 0.05);
 }
 
-TEST_F(VBCompasTest, decimals_followTheUsersLocale)
+// As in the times and dates of the window.
+TEST_F(VBCompasTest, decimalSign_isThatOfTheUsersLocale_digitsAreLatin)
 {
     region.locale = QLocale(QLocale::German, QLocale::Germany);
     compass.SetNewAngle(58.4);
-    EXPECT_EQ(Caption(), QStringLiteral("Angle: 58,4"));
-}
-
-// As in the times and dates of the window.
-TEST_F(VBCompasTest, digits_areLatinOnEachLocale)
-{
+    EXPECT_EQ(Caption(), u"Angle: 58,4");
     region.locale = QLocale(QLocale::Arabic, QLocale::Egypt);
-    ASSERT_EQ(region.locale.toString(1), QStringLiteral("\u0661"));
+    ASSERT_EQ(region.locale.toString(1), u"\u0661");
     compass.SetNewAngle(58.4);
-    EXPECT_EQ(Caption(), QStringLiteral("Angle: 58\u066b4"));
+    EXPECT_EQ(Caption(), u"Angle: 58\u066b4");
 }
 
 TEST_F(VBCompasTest, angleOutOfRange_leavesThePointer)
