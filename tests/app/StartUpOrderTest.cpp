@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FirstTouchFixture.h"
-#include "fakes/PlainWindow.h"
 
 namespace {
 
@@ -13,7 +12,6 @@ protected:
     {
         platform.http.reachable = true;
         platform.http.replies[QStringLiteral("getAd.pl")] = "<root/>";
-        PlainWindow::Register(forms, QStringLiteral("FrmLocation"));
     }
     /// Runs @p act once, inside the request for @p script.
     void Inside(const char* script, const std::function<void()>& act)
