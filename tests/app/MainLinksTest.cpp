@@ -324,18 +324,6 @@ TEST_F(MainLinksTest, pointer_comesBackOnlyWhereAHandlerIs)
     }
 }
 
-TEST_F(MainLinksTest, pointer_overADisabledLink_isThatOfThePlaceBehind)
-{
-    LinkLabel& help = Link("LblHelp");
-    help.setEnabled(false);
-    Desk::MoveTo(Link("LblAlertsLink"));
-    Desk::MoveTo(help);
-    EXPECT_EQ(Pointer(), Qt::ArrowCursor) << "the options frame lies behind";
-    Desk::MoveTo(Link("LblAlertsLink"));
-    Desk::MoveTo(Link("LblStopLink"));
-    EXPECT_EQ(Pointer(), Qt::ArrowCursor) << "the window lies behind";
-}
-
 TEST_F(MainLinksTest, disabledWindow_takesNeitherMoveNorClick)
 {
     Desk::MoveTo(Link("LblAlertsLink"));

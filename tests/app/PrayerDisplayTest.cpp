@@ -24,11 +24,8 @@ TEST_F(PrayerDisplayTest, settingsBlock_showsWhatTheFileHolds)
     Window();
     EXPECT_EQ(SettingsBlock(), u"Chicago, Illinois|Time Zone: -6|Calculation Method: ISNA|Asr Method: shafi|"
                                u"Day Light Savings is: Off|Advanced Warning: Off");
-    WriteSettings(
-        Changed("useDLS=\"false\"", "useDLS=\"true\"")
-            .replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\""))
-            .replace(QStringLiteral("asrMethode=\"shafi\""), QStringLiteral("asrMethode=\"hanafi\""))
-            .replace(QStringLiteral("time_zone2=\"-6\""), QStringLiteral("time_zone2=\"5.5\"")));
+    WriteSettings(SettingsWith(
+        {{"useDLS", "true"}, {"useAdvWarn", "true"}, {"asrMethode", "hanafi"}, {"time_zone2", "5.5"}}));
     Window().UpdateEverything();
     EXPECT_EQ(SettingsBlock(), u"Chicago, Illinois|Time Zone: 6|Calculation Method: ISNA|Asr Method: hanafi|"
                                u"Day Light Savings is: On|Advanced Warning: On, 10 Minutes")
@@ -152,11 +149,7 @@ TEST_F(PrayerDisplayTest, countDown_runsToTheNextPrayer)
     };
     for (const auto& [hourMode, asrMethod, time, text] : rows) {
         SCOPED_TRACE(std::string(hourMode) + ' ' + asrMethod + ' ' + time.toString().toStdString());
-        WriteSettings(SettingsText()
-                          .replace(QStringLiteral("hourmode=\"24\""),
-                                   QStringLiteral("hourmode=\"%1\"").arg(QLatin1String(hourMode)))
-                          .replace(QStringLiteral("asrMethode=\"shafi\""),
-                                   QStringLiteral("asrMethode=\"%1\"").arg(QLatin1String(asrMethod))));
+        WriteSettings(SettingsWith({{"hourmode", hourMode}, {"asrMethode", asrMethod}}));
         Window().UpdateEverything();
         EXPECT_EQ(CountDownAt(time.hour(), time.minute()), text);
     }

@@ -75,13 +75,11 @@ TEST_F(SoundControlsTest, updateEverything_withoutAConfiguration_leavesTheBar)
 TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsShown)
 {
     const QString before = SettingsBlock();
-    WriteSettings(
-        SettingsText()
-            .replace(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\""))
-            .replace(QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"Makkah\""))
-            .replace(QStringLiteral("\"shafi\""), QStringLiteral("\"hanafi\""))
-            .replace(QStringLiteral("useDLS=\"false\""), QStringLiteral("useDLS=\"true\""))
-            .replace(QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")));
+    WriteSettings(SettingsWith({{"Current", "Makkah"},
+                                {"method", "Makkah"},
+                                {"asrMethode", "hanafi"},
+                                {"useDLS", "true"},
+                                {"useAdvWarn", "true"}}));
     platform.player.volume = 101;
     EXPECT_EQ(main->UpdateEverything(), 0);
     ExpectFatal(6);
@@ -100,16 +98,6 @@ TEST_F(SoundControlsTest, volume_stepSetsThePlayerAtOnce_dragAtTheRelease)
     EXPECT_EQ(platform.player.log.size(), 1) << "nothing while the thumb is held";
     Volume().setSliderDown(false);
     EXPECT_EQ(platform.player.log.join(u'|'), u"volume 38|volume 80");
-}
-
-TEST_F(SoundControlsTest, alarm_enablesTheLinkAndAsksTheServiceByTheSettings)
-{
-    Sound();
-    ASSERT_FALSE(platform.http.requests.isEmpty());
-    EXPECT_TRUE(platform.http.requests.front().endsWith(
-        QStringLiteral("/cgi-bin/dbeacon/prayerCall.pl?prod_string=P-77&aid=US-1&pno=5&alert_type=Normal&ma=1"
-                       "&dist_string=dbeacon&time=18:42&aid=US-1")))
-        << platform.http.requests.front().toStdString();
 }
 
 TEST_F(SoundControlsTest, alarmWithPopup_disablesTheWindowUntilItGoes_soundGoesOn)

@@ -3,7 +3,11 @@
 #pragma once
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QString>
+
+#include <initializer_list>
+#include <utility>
 
 /// The text of a whole, valid settings.xml with two places, for tests that change it before they write it.
 [[nodiscard]] inline QString SettingsText()
@@ -28,6 +32,22 @@
   </alerts>
 </root>
 )");
+}
+
+/// The same text with other values of the named attributes, wherever it has them.
+[[nodiscard]] inline QString
+SettingsWith(std::initializer_list<std::pair<const char*, const char*>> attributesAndValues)
+{
+    QString text = SettingsText();
+    for (const auto& [attribute, value] : attributesAndValues) {
+        const QString name = QString::fromUtf8(attribute);
+        const QRegularExpression present(QStringLiteral("\\b%1=\"[^\"]*\"").arg(name));
+        if (!text.contains(present)) {
+            qFatal("settings.xml has no %s", attribute);
+        }
+        text.replace(present, QStringLiteral("%1=\"%2\"").arg(name, QString::fromUtf8(value)));
+    }
+    return text;
 }
 
 /// Writes settings.xml into the working directory.

@@ -116,8 +116,7 @@ TEST_F(CalculationMethodPage, preset_onAFileWithoutTheAttributes_writesThemInOrd
 TEST_F(CalculationMethodPage, unknownMethods_openOnIsnaWithoutAWrite)
 {
     for (const char* const method : {"", "isna", "user defined", "User Defined ", "Umm al-Qura"}) {
-        WriteChanged(QStringLiteral("method=\"ISNA\""),
-                     QStringLiteral("method=\"%1\"").arg(QString::fromUtf8(method)));
+        WriteSettings(SettingsWith({{"method", method}}));
         const QByteArray before = ReadSettings();
         Open();
         EXPECT_TRUE(IsTicked("OptISNA")) << method;
@@ -196,7 +195,7 @@ TEST_F(CalculationMethodPage, anglesThatTheBarRefuses_closeTheDialogOnOpening)
 TEST_F(CalculationMethodPage, angleOutOfLimits_chosenByHand_isCutInsteadOfFailing)
 {
     // The box cuts the angle before the bar gets it; during a load the angle is not cut.
-    WriteChanged(QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"-45\""));
+    WriteSettings(SettingsWith({{"angle1", "-45"}}));
     Open();
     Click("OptSetByUser");
     ASSERT_TRUE(IsOpen());
@@ -207,7 +206,7 @@ TEST_F(CalculationMethodPage, angleOutOfLimits_chosenByHand_isCutInsteadOfFailin
 
 TEST_F(CalculationMethodPage, angleThatIsNoNumber_chosenByHand_closesTheDialogWithoutAWrite)
 {
-    WriteChanged(QStringLiteral("angle2=\"-15\""), QStringLiteral("angle2=\"abc\""));
+    WriteSettings(SettingsWith({{"angle2", "abc"}}));
     Open();
     Click("OptSetByUser");
     ExpectHandedOver();

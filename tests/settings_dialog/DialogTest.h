@@ -143,10 +143,7 @@ protected:
     /// Two angles of the user, as the file has them.
     static void WriteUserDefined(const char* angle1, const char* angle2)
     {
-        WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
-                      {QStringLiteral("angle1=\"-15\" angle2=\"-15\""),
-                       QStringLiteral("angle1=\"%1\" angle2=\"%2\"")
-                           .arg(QString::fromUtf8(angle1), QString::fromUtf8(angle2))}});
+        WriteSettings(SettingsWith({{"method", "User Defined"}, {"angle1", angle1}, {"angle2", angle2}}));
     }
 
     /// As the links of the main window do: through the first page.

@@ -100,8 +100,7 @@ protected:
 
 TEST_F(FrmAlertsKeyboard, eachPage_tabFollowsTheVisualOrder)
 {
-    WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
-                  {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")}});
+    WriteSettings(SettingsWith({{"method", "User Defined"}, {"useAdvWarn", "true"}}));
     Open();
     EXPECT_EQ(TabOrder(),
               u"OptISNA OptUOIS OptMWL OptEGAS OptSetByUser TxtSetFarjAngle VScroll2 TxtSetIshaAngle "
@@ -110,8 +109,7 @@ TEST_F(FrmAlertsKeyboard, eachPage_tabFollowsTheVisualOrder)
     dialog->SelectTab(2);
     EXPECT_EQ(TabOrder(), u"ChkMobilEnable TxtMDID TxtPC CmdMobilReg LblReset");
     dialog->Unload();
-    WriteChanged({{QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")},
-                  {QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\"")}});
+    WriteSettings(SettingsWith({{"mobileEnabled", "true"}, {"mobileConfirm", "1"}}));
     Open(3);
     EXPECT_EQ(TabOrder(), u"ChkAlertMain ChkSilAlert ChkAudioAlert TxtPath LblBrowseLink ChkIndMobAlert");
 }

@@ -9,9 +9,7 @@ class GeneralPageTest : public DialogTest
 protected:
     static void WriteAdvance(const char* minutes)
     {
-        WriteChanged({{QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
-                      {QStringLiteral("advWarn=\"10\""),
-                       QStringLiteral("advWarn=\"%1\"").arg(QString::fromUtf8(minutes))}});
+        WriteSettings(SettingsWith({{"useAdvWarn", "true"}, {"advWarn", minutes}}));
     }
 };
 

@@ -59,18 +59,16 @@ void KeepPicture(QWidget& window, const QString& name)
     }
 }
 
-class Layout : public DialogTest
-{
-};
+using Layout = DialogTest;
 
 } // namespace
 
 TEST_F(Layout, eachPage_fitsWithoutOverlap)
 {
-    WriteChanged({{QStringLiteral("method=\"ISNA\""), QStringLiteral("method=\"User Defined\"")},
-                  {QStringLiteral("angle1=\"-15\""), QStringLiteral("angle1=\"-19.5\"")},
-                  {QStringLiteral("useAdvWarn=\"false\""), QStringLiteral("useAdvWarn=\"true\"")},
-                  {QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")}});
+    WriteSettings(SettingsWith({{"method", "User Defined"},
+                                {"angle1", "-19.5"},
+                                {"useAdvWarn", "true"},
+                                {"mobileEnabled", "true"}}));
     // The longest usable text, of letters of medium width.
     forms.Variables().Settings.SignupText = QStringLiteral("signup@") + QString(43, u'e');
     Open();
@@ -86,10 +84,10 @@ TEST_F(Layout, eachPage_fitsWithoutOverlap)
 
 TEST_F(Layout, presetAndLockedStates_fitWithoutOverlap)
 {
-    WriteChanged({{QStringLiteral("mobileEnabled=\"false\""), QStringLiteral("mobileEnabled=\"true\"")},
-                  {QStringLiteral("mobilePC=\"\""), QStringLiteral("mobilePC=\"5521\"")},
-                  {QStringLiteral("mobileDID=\"\""), QStringLiteral("mobileDID=\"0123456789\"")},
-                  {QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\"")}});
+    WriteSettings(SettingsWith({{"mobileEnabled", "true"},
+                                {"mobilePC", "5521"},
+                                {"mobileDID", "0123456789"},
+                                {"mobileConfirm", "1"}}));
     Open();
     KeepPicture(*dialog, QStringLiteral("preset"));
     ExpectInOrder(*dialog);

@@ -16,10 +16,8 @@ protected:
     static void WriteMobile(const char* enabled, const char* confirm, const char* did = "",
                             const char* pc = "")
     {
-        WriteChanged(QStringLiteral(R"(mobileEnabled="false" mobileDID="" mobilePC="" mobileConfirm="0")"),
-                     QStringLiteral(R"(mobileEnabled="%1" mobileDID="%3" mobilePC="%4" mobileConfirm="%2")")
-                         .arg(QString::fromUtf8(enabled), QString::fromUtf8(confirm), QString::fromUtf8(did),
-                              QString::fromUtf8(pc)));
+        WriteSettings(SettingsWith(
+            {{"mobileEnabled", enabled}, {"mobileConfirm", confirm}, {"mobileDID", did}, {"mobilePC", pc}}));
     }
     void Reply(const char* text)
     {

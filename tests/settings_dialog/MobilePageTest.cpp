@@ -315,17 +315,3 @@ TEST_F(MobilePageTest, reset_dialogClosedUnderTheQuestion_stopsQuietly)
     EXPECT_FALSE(IsOpen());
     ExpectStored("D1", "P1", "1");
 }
-
-TEST_F(MobilePageTest, afterReset_aSignUpGoesThroughAgain)
-{
-    OpenConfirmed();
-    platform.boxes.answers = {true};
-    Click("LblReset");
-    QTest::keyClicks(&Widget("TxtMDID"), QStringLiteral("D2"));
-    QTest::keyClicks(&Widget("TxtPC"), QStringLiteral("P2"));
-    Reply("<root result='1' message='Welcome'/>");
-    Click("CmdMobilReg");
-    ExpectStored("D2", "P2", "1");
-    Click("LblFajr");
-    EXPECT_TRUE(IsLive("ChkIndMobAlert"));
-}

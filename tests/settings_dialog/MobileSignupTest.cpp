@@ -50,7 +50,7 @@ protected:
 
 } // namespace
 
-TEST_F(MobileSignupTest, dialogClosed_storesTheDeviceAndSpeaks)
+TEST_F(MobileSignupTest, dialogClosed_storesTheDevice_keepsOtherChanges_andShowsTheReply)
 {
     const struct
     {
@@ -58,10 +58,12 @@ TEST_F(MobileSignupTest, dialogClosed_storesTheDeviceAndSpeaks)
         const char* reply;
         const char* confirm;
         QString shown;
+        std::size_t saves;
     } rows[] = {
-        {"confirmed", kConfirmation, "1", kWelcome},
-        {"refused", kRefusal, "0", QStringLiteral("Wrong code")},
-        {"nothing said", "<root/>", "", QStringLiteral("Could not verify Mobil Alert Settings.")},
+        {"confirmed", kConfirmation, "1", kWelcome, 1},
+        {"refused", kRefusal, "0", QStringLiteral("Wrong code"), 1},
+        {"nothing said", "<root/>", "", QStringLiteral("Could not verify Mobil Alert Settings."), 1},
+        {"no reply", "", "0", kOffline, 0},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -70,21 +72,16 @@ TEST_F(MobileSignupTest, dialogClosed_storesTheDeviceAndSpeaks)
         main.calls.clear();
         OpenFilled();
         platform.boxes.whileOpen = [&row] { ExpectStored("15551234", "55 21&", row.confirm); };
-        Press(row.reply, [this] { CloseDialog(); });
+        Press(row.reply, [this] {
+            CloseDialog();
+            ChangePlaceInTheFile();
+        });
         ExpectBox(row.shown);
-        EXPECT_EQ(Saves(), 1U);
+        EXPECT_EQ(Saves(), row.saves);
+        ExpectChangedPlace();
         EXPECT_FALSE(IsOpen());
         EXPECT_EQ(main.calls.join(u'|'), kHandOver) << "once, for the closing";
     }
-}
-
-TEST_F(MobileSignupTest, dialogClosed_noReply_isShownAndStoresNothing)
-{
-    OpenFilled();
-    Press("", [this] { CloseDialog(); });
-    ExpectBox(kOffline);
-    EXPECT_EQ(Saves(), 0U);
-    ExpectStored("15551234", "55 21&", "0");
 }
 
 TEST_F(MobileSignupTest, dialogClosed_fileThatCannotBeLoadedOrSaved_isLeftAloneAndTheReplyShown)
@@ -157,15 +154,6 @@ TEST_F(MobileSignupTest, otherValuesStoredBeforeTheDialogWasClosedAgain_giveWayT
         });
         ExpectStored("15551234", "55 21&", isConfirmed ? "1" : "0");
     }
-}
-
-TEST_F(MobileSignupTest, otherChangeMeanwhile_isKept)
-{
-    OpenFilled();
-    Press(kConfirmation,
-          [] { WriteChanged(QStringLiteral("Current=\"Chicago\""), QStringLiteral("Current=\"Makkah\"")); });
-    EXPECT_TRUE(ReadSettings().contains("Current=\"Makkah\""));
-    ExpectStored("15551234", "55 21&", "1");
 }
 
 // The service does not know of the reset: it stores the device, and its message confirms that.

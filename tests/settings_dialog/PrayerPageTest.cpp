@@ -7,11 +7,6 @@
 
 namespace {
 
-const QString kMobileOff = QStringLiteral("mobileEnabled=\"false\"");
-const QString kMobileOn = QStringLiteral("mobileEnabled=\"true\"");
-const QString kUnconfirmed = QStringLiteral("mobileConfirm=\"0\"");
-const QString kConfirmed = QStringLiteral("mobileConfirm=\"1\"");
-
 QString Element(const char* name, const char* attributes)
 {
     return QStringLiteral("<%1 %2/>").arg(QString::fromUtf8(name), QString::fromUtf8(attributes));
@@ -24,17 +19,10 @@ constexpr const char* kSubOptions[] = {"ChkSilAlert", "ChkAudioAlert", "FrmFileS
 class PrayerPageTest : public DialogTest
 {
 protected:
-    /// The attributes of shuruq, which is off in the file that the tests start from, and of isha, which is
-    /// on.
-    static void WriteShuruqAndIsha(const char* shuruq, const char* isha, bool confirmed = false)
+    /// Isha with these attributes.
+    static void WriteIsha(const char* attributes)
     {
-        std::vector<std::pair<QString, QString>> changes{{Element("shuruq", kOff), Element("shuruq", shuruq)},
-                                                         {Element("isha", kOn), Element("isha", isha)}};
-        if (confirmed) {
-            changes.emplace_back(kMobileOff, kMobileOn);
-            changes.emplace_back(kUnconfirmed, kConfirmed);
-        }
-        WriteChanged(changes);
+        WriteChanged(Element("isha", kOn), Element("isha", attributes));
     }
     void ExpectSubOptionsLive(bool live) const
     {
@@ -105,9 +93,7 @@ TEST_F(PrayerPageTest, clickOrKeystroke_storesItsAttributeOnThisPrayerOnly)
                 {"ChkIndMobAlert", "mobil", u"false"},
                 {"TxtPath", "audioFile", u""}};
     for (const Prayer& prayer : kPrayers) {
-        WriteChanged({{kMobileOff, kMobileOn},
-                      {kUnconfirmed, kConfirmed},
-                      {QString::fromUtf8(kOff), QString::fromUtf8(kOn)}});
+        WriteSettings(SettingsWith({{"mobileEnabled", "true"}, {"mobileConfirm", "1"}, {"enabled", "true"}}));
         Open(prayer.tab);
         ChangePlaceInTheFile();
         for (const auto& [control, attribute, before] : rows) {
@@ -141,7 +127,7 @@ TEST_F(PrayerPageTest, clickOrKeystroke_storesItsAttributeOnThisPrayerOnly)
 
 TEST_F(PrayerPageTest, storedBooleans_areComparedExactly)
 {
-    WriteShuruqAndIsha(kOff, R"(enabled="True" popup="TRUE" mobil="1" play=" true")");
+    WriteIsha(R"(enabled="True" popup="TRUE" mobil="1" play=" true")");
     Open(8);
     for (const char* const box : {"ChkAlertMain", "ChkSilAlert", "ChkAudioAlert", "ChkIndMobAlert"}) {
         EXPECT_FALSE(IsTicked(box)) << box;
@@ -152,7 +138,7 @@ TEST_F(PrayerPageTest, storedBooleans_areComparedExactly)
 TEST_F(PrayerPageTest, greyStates_afterAPageLoadAndAClick)
 {
     for (const bool confirmed : {true, false}) {
-        WriteShuruqAndIsha(kOff, kOn, confirmed);
+        WriteSettings(SettingsWith({{"mobileEnabled", "true"}, {"mobileConfirm", confirmed ? "1" : "0"}}));
         Open(8);
         ExpectSubOptionsLive(true);
         EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
@@ -180,9 +166,7 @@ TEST_F(PrayerPageTest, mobileAlert_needsEnabledAndConfirmed)
     } rows[] = {{"true", "1", true},  {"true", "0", false}, {"false", "1", false},  {"True", "1", false},
                 {"true", "2", false}, {"true", "", false},  {"true", "true", false}};
     for (const auto& row : rows) {
-        WriteChanged(
-            {{kMobileOff, QStringLiteral("mobileEnabled=\"%1\"").arg(QString::fromUtf8(row.enabled))},
-             {kUnconfirmed, QStringLiteral("mobileConfirm=\"%1\"").arg(QString::fromUtf8(row.confirm))}});
+        WriteSettings(SettingsWith({{"mobileEnabled", row.enabled}, {"mobileConfirm", row.confirm}}));
         Open(3);
         EXPECT_EQ(IsLive("ChkIndMobAlert"), row.live) << row.enabled << ' ' << row.confirm;
         dialog->Unload();
@@ -206,7 +190,7 @@ TEST_F(PrayerPageTest, sameEnabledOnTheNextPrayer_leavesTheGreyStateAsItWas)
 
 TEST_F(PrayerPageTest, untickedAlert_keepsItsSubOptions)
 {
-    WriteShuruqAndIsha(kOff, R"(enabled="true" popup="true" mobil="true" play="true" audioFile="a.wav")");
+    WriteIsha(R"(enabled="true" popup="true" mobil="true" play="true" audioFile="a.wav")");
     Open(8);
     Click("ChkAlertMain");
     EXPECT_EQ(Stored("enabled", "isha"), u"false");
@@ -222,7 +206,7 @@ TEST_F(PrayerPageTest, untickedAlert_keepsItsSubOptions)
 
 TEST_F(PrayerPageTest, anotherPrayer_takesNothingFromTheOneBefore)
 {
-    WriteChanged(QString::fromUtf8(kOff), QString::fromUtf8(kOn));
+    WriteSettings(SettingsWith({{"enabled", "true"}}));
     Open(3);
     QTest::keyClicks(&Widget("TxtPath"), QStringLiteral("fajr.wav"));
     Forget();
