@@ -16,7 +16,6 @@ protected:
         TickAt(hour, minute, 30);
         return Text("LblCountDown");
     }
-    void Use(const char* before, const char* after) { WriteSettings(Changed(before, after)); }
 };
 
 TEST_F(PrayerDisplayTest, settingsBlock_showsWhatTheFileHolds)
@@ -62,38 +61,33 @@ TEST_F(PrayerDisplayTest, offsetToTheMinute_isTheTipOfTheZone)
 
 TEST_F(PrayerDisplayTest, markupInAPlace_isShownAsItIs)
 {
-    Use("city=\"Chicago\"", "city=\"&lt;b&gt;A &amp; B\"");
+    WriteSettings(SettingsWith({{"city", "&lt;b&gt;A &amp; B"}}));
     Window();
     EXPECT_EQ(Text("LblLocation"), QStringLiteral("<b>A & B, Illinois"));
     EXPECT_EQ(Window().findChild<QLabel*>(QStringLiteral("LblLocation"))->textFormat(), Qt::PlainText);
 }
 
-TEST_F(PrayerDisplayTest, sixTimes_bothForms)
+TEST_F(PrayerDisplayTest, sixTimes_are24HoursByThatModeOnly)
 {
     Window();
     EXPECT_EQ(Times(), u"5:00|6:30|12:30|15:45|18:42|20:15");
     EXPECT_EQ(Text("LblHajri"), u"12 Rajab, 1429");
-    Use("hourmode=\"24\"", "hourmode=\"12\"");
-    Window().UpdateEverything();
-    EXPECT_EQ(Times(), u"5:00 AM|6:30 AM|12:30 AM|3:45 PM|6:42 PM|8:15 PM");
+    for (const char* mode : {"12", ""}) {
+        WriteSettings(SettingsWith({{"hourmode", mode}}));
+        Window().UpdateEverything();
+        EXPECT_EQ(Times(), u"5:00 AM|6:30 AM|12:30 AM|3:45 PM|6:42 PM|8:15 PM") << mode;
+    }
 }
 
 TEST_F(PrayerDisplayTest, asr_shafiShowsSlot6_anythingElseSlot7)
 {
     Window();
     EXPECT_EQ(Text("LblAsrTime"), QStringLiteral("15:45"));
-    for (const char* method : {"asrMethode=\"hanafi\"", "asrMethode=\"Shafi\"", "asrMethode=\"\""}) {
-        Use("asrMethode=\"shafi\"", method);
+    for (const char* method : {"hanafi", "Shafi", ""}) {
+        WriteSettings(SettingsWith({{"asrMethode", method}}));
         Window().UpdateEverything();
         EXPECT_EQ(Text("LblAsrTime"), QStringLiteral("16:40")) << method;
     }
-}
-
-TEST_F(PrayerDisplayTest, emptyHourMode_timesIn12_countdownIn24)
-{
-    Use("hourmode=\"24\"", "hourmode=\"\"");
-    EXPECT_EQ(CountDownAt(4, 0), QStringLiteral("1:00"));
-    EXPECT_EQ(Text("LblIshaTime"), QStringLiteral("8:15 PM"));
 }
 
 TEST_F(PrayerDisplayTest, dateCaption_everyMonth)
@@ -146,6 +140,8 @@ TEST_F(PrayerDisplayTest, countDown_runsToTheNextPrayer)
         {"12", "shafi", QTime(4, 55), u"12:05 AM"},
         {"12", "hanafi", QTime(13, 33), u"3:07 AM"},
         {"13", "shafi", QTime(4, 55), u"0:05"},
+        // Intended: the countdown has 24 hours where the times have 12.
+        {"", "shafi", QTime(4, 0), u"1:00"},
     };
     for (const auto& [hourMode, asrMethod, time, text] : rows) {
         SCOPED_TRACE(std::string(hourMode) + ' ' + asrMethod + ' ' + time.toString().toStdString());
@@ -156,39 +152,42 @@ TEST_F(PrayerDisplayTest, countDown_runsToTheNextPrayer)
 }
 
 // At high latitudes an event may not occur, and one of the evening may occur after midnight.
-TEST_F(PrayerDisplayTest, absentIsha_isDoneAllDay_andReadsOneMinuteBeforeTheDay)
+TEST_F(PrayerDisplayTest, eventThatIsMissingOrAfterMidnight_countsAsItsMinute)
 {
-    calculation.slots_[9] = -1;
-    for (const auto& [hour, minute] :
-         {std::pair(0, 0), std::pair(4, 0), std::pair(12, 0), std::pair(23, 59)}) {
-        EXPECT_EQ(CountDownAt(hour, minute), QStringLiteral("Done")) << hour;
+    const auto usual = calculation.slots_;
+    const struct
+    {
+        std::size_t slot;
+        std::int16_t minute;
+        QTime time;
+        const char16_t* text;
+    } rows[] = {
+        {10, -1, QTime(0, 0), u"Done"},
+        {10, -1, QTime(4, 0), u"Done"},
+        {10, -1, QTime(23, 59), u"Done"},
+        // The first of the list is next, not the earliest.
+        {10, 30, QTime(0, 29), u"4:31"},
+        {10, 30, QTime(0, 30), u"4:30"},
+        {10, 30, QTime(0, 31), u"Done"},
+        {10, 30, QTime(12, 0), u"Done"},
+        {1, -1, QTime(0, 0), u"6:30"},
+    };
+    for (const auto& [slot, minute, time, text] : rows) {
+        calculation.slots_ = usual;
+        calculation.slots_.at(slot - 1) = minute;
+        Window().UpdateEverything();
+        EXPECT_EQ(CountDownAt(time.hour(), time.minute()), text) << slot << " at " << minute;
     }
-    EXPECT_EQ(Text("LblIshaTime"), QStringLiteral("-1:59"));
-    Use("hourmode=\"24\"", "hourmode=\"12\"");
-    Window().UpdateEverything();
-    EXPECT_EQ(Text("LblIshaTime"), QStringLiteral("-1:59 AM"));
-}
-
-TEST_F(PrayerDisplayTest, ishaAfterMidnight_isDoneFromTheNextMinute)
-{
-    calculation.slots_[9] = 30;
-    EXPECT_EQ(CountDownAt(0, 29), QStringLiteral("4:31")) << "the first of the list, not the least, is next";
-    EXPECT_EQ(CountDownAt(0, 30), QStringLiteral("4:30"));
-    EXPECT_EQ(CountDownAt(0, 31), QStringLiteral("Done"));
-    EXPECT_EQ(CountDownAt(12, 0), QStringLiteral("Done"));
-}
-
-TEST_F(PrayerDisplayTest, absentFajr_isPassedOver)
-{
-    calculation.slots_[0] = -1;
-    EXPECT_EQ(CountDownAt(0, 0), u"6:30");
     EXPECT_EQ(Text("LblFarjTime"), u"-1:59");
+    WriteSettings(SettingsWith({{"hourmode", "12"}}));
+    Window().UpdateEverything();
+    EXPECT_EQ(Text("LblFarjTime"), u"-1:59 AM");
 }
 
 TEST_F(PrayerDisplayTest, thirteenHoursLeft_12_readsPM)
 {
     calculation.slots_ = {1400, 1401, -1, -1, 1402, 1403, 1404, -1, 1405, 1406};
-    Use("hourmode=\"24\"", "hourmode=\"12\"");
+    WriteSettings(SettingsWith({{"hourmode", "12"}}));
     EXPECT_EQ(CountDownAt(10, 0), u"1:20 PM");
 }
 

@@ -69,25 +69,19 @@ TEST_F(GeneralPageTest, storedValues_areComparedExactly)
     {
         const char* attribute;
         const char* value;
-        const char* ticked;
-        const char* clear;
+        const char* control;
+        bool ticked;
     } rows[] = {
-        {"useDLS=\"false\"", "useDLS=\"true\"", "ChkDLS", "ChkAdvWarn"},
-        {"useDLS=\"false\"", "useDLS=\"True\"", "OptISNA", "ChkDLS"},
-        {"useDLS=\"false\"", "useDLS=\"1\"", "OptISNA", "ChkDLS"},
-        {"useAdvWarn=\"false\"", "useAdvWarn=\"TRUE\"", "OptISNA", "ChkAdvWarn"},
-        {"asrMethode=\"shafi\"", "asrMethode=\"shafi\"", "OptShafi", "OptHanafi"},
-        {"asrMethode=\"shafi\"", "asrMethode=\"hanafi\"", "OptHanafi", "OptShafi"},
-        {"asrMethode=\"shafi\"", "asrMethode=\"Shafi\"", "OptHanafi", "OptShafi"},
-        {"hourmode=\"24\"", "hourmode=\"24\"", "Opt24Hour", "Opt12Hour"},
-        {"hourmode=\"24\"", "hourmode=\"12\"", "Opt12Hour", "Opt24Hour"},
-        {"hourmode=\"24\"", "hourmode=\"24 \"", "Opt12Hour", "Opt24Hour"},
+        {"useDLS", "true", "ChkDLS", true},         {"useDLS", "True", "ChkDLS", false},
+        {"useDLS", "1", "ChkDLS", false},           {"useAdvWarn", "TRUE", "ChkAdvWarn", false},
+        {"asrMethode", "shafi", "OptShafi", true},  {"asrMethode", "hanafi", "OptHanafi", true},
+        {"asrMethode", "Shafi", "OptHanafi", true}, {"hourmode", "24", "Opt24Hour", true},
+        {"hourmode", "12", "Opt12Hour", true},      {"hourmode", "24 ", "Opt12Hour", true},
     };
     for (const auto& row : rows) {
-        WriteChanged(row.attribute, row.value);
+        WriteSettings(SettingsWith({{row.attribute, row.value}}));
         Open();
-        EXPECT_TRUE(IsTicked(row.ticked)) << row.value;
-        EXPECT_FALSE(IsTicked(row.clear)) << row.value;
+        EXPECT_EQ(IsTicked(row.control), row.ticked) << row.value;
         dialog->Unload();
     }
 }
@@ -96,24 +90,19 @@ TEST_F(GeneralPageTest, clicks_storeTheirAttributeInOneSave_andKeepTheChangesOfO
 {
     const struct
     {
-        const char* before;
-        const char* after;
-        const char* control;
         const char* attribute;
+        const char* before;
+        const char* control;
         const char* value;
     } rows[] = {
-        {"asrMethode=\"shafi\"", "asrMethode=\"hanafi\"", "OptShafi", "asrMethode", "shafi"},
-        {"asrMethode=\"shafi\"", "asrMethode=\"shafi\"", "OptHanafi", "asrMethode", "hanafi"},
-        {"hourmode=\"24\"", "hourmode=\"24\"", "Opt12Hour", "hourmode", "12"},
-        {"hourmode=\"24\"", "hourmode=\"12\"", "Opt24Hour", "hourmode", "24"},
-        {"useDLS=\"false\"", "useDLS=\"false\"", "ChkDLS", "useDLS", "true"},
-        {"useDLS=\"false\"", "useDLS=\"true\"", "ChkDLS", "useDLS", "false"},
-        {"useAdvWarn=\"false\"", "useAdvWarn=\"false\"", "ChkAdvWarn", "useAdvWarn", "true"},
-        {"useAdvWarn=\"false\"", "useAdvWarn=\"true\"", "ChkAdvWarn", "useAdvWarn", "false"},
+        {"asrMethode", "hanafi", "OptShafi", "shafi"}, {"asrMethode", "shafi", "OptHanafi", "hanafi"},
+        {"hourmode", "24", "Opt12Hour", "12"},         {"hourmode", "12", "Opt24Hour", "24"},
+        {"useDLS", "false", "ChkDLS", "true"},         {"useDLS", "true", "ChkDLS", "false"},
+        {"useAdvWarn", "false", "ChkAdvWarn", "true"}, {"useAdvWarn", "true", "ChkAdvWarn", "false"},
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(testing::Message() << row.control << " to " << row.value);
-        WriteChanged(row.before, row.after);
+        WriteSettings(SettingsWith({{row.attribute, row.before}}));
         Open();
         ChangePlaceInTheFile();
         Click(row.control);

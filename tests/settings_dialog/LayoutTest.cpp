@@ -50,15 +50,6 @@ void ExpectInOrder(const QWidget& parent)
     }
 }
 
-// Saves a picture of the measured window for inspection.
-void KeepPicture(QWidget& window, const QString& name)
-{
-    const QString folder = qEnvironmentVariable("DUSKBEACON_PICTURE_FOLDER");
-    if (!folder.isEmpty()) {
-        ASSERT_TRUE(window.grab().save(folder + u'/' + name + QStringLiteral(".png")));
-    }
-}
-
 using Layout = DialogTest;
 
 } // namespace
@@ -78,7 +69,6 @@ TEST_F(Layout, eachPage_fitsWithoutOverlap)
         dialog->SelectTab(tab);
         ASSERT_TRUE(IsOpen());
         ExpectInOrder(*dialog);
-        KeepPicture(*dialog, QStringLiteral("page-%1").arg(tab));
     }
 }
 
@@ -89,14 +79,10 @@ TEST_F(Layout, presetAndLockedStates_fitWithoutOverlap)
                                 {"mobileDID", "0123456789"},
                                 {"mobileConfirm", "1"}}));
     Open();
-    KeepPicture(*dialog, QStringLiteral("preset"));
     ExpectInOrder(*dialog);
     dialog->SelectTab(2);
-    KeepPicture(*dialog, QStringLiteral("mobile-locked"));
     ExpectInOrder(*dialog);
     Click("ChkMobilEnable");
-    KeepPicture(*dialog, QStringLiteral("mobile-off"));
     dialog->SelectTab(4);
-    KeepPicture(*dialog, QStringLiteral("prayer-off"));
     ExpectInOrder(*dialog);
 }
