@@ -64,11 +64,6 @@ std::set<std::string> Symbols(const char* option)
     return names;
 }
 
-TEST(ModuleFile, name_isTheOneThatTheProgramLoads)
-{
-    EXPECT_TRUE(QStringLiteral(DUSKBEACON_MODULE).endsWith(QStringLiteral("/DuskBeacon.DBN")));
-}
-
 TEST(ModuleSymbols, dynamicTable_definesTheTenFunctionsAndNothingElse)
 {
     const std::set<std::string> expected{"SetHorParams", "SetHorTemkin", "SetHorAngle",   "Horarium",
