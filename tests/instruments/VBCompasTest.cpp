@@ -67,54 +67,16 @@ TEST_F(VBCompasTest, creation_lettersStandInTheirPlaces)
     }
 }
 
-double GeneralX(double angle)
+/// The tip of the pointer in a direction that has no name.
+QPointF Tip(double angle)
 {
-    return kCentreX + std::sin(angle * 3.14159 / 180.0) * kLength;
-}
-
-double GeneralY(double angle)
-{
-    return kCentreY - std::cos(angle * 3.14159 / 180.0) * kLength;
+    const double radians = angle * 3.14159 / 180.0;
+    return {kCentreX + std::sin(radians) * kLength, kCentreY - std::cos(radians) * kLength};
 }
 
 TEST_F(VBCompasTest, set_turnsPointerAndCaption)
 {
-    struct Row
-    {
-        double angle;
-        double x2;
-        double y2;
-        const char* caption;
-    };
-    const auto general = [](double angle, const char* caption) {
-        return Row{angle, GeneralX(angle), GeneralY(angle), caption};
-    };
-    const auto north = [](double angle) { return Row{angle, kCentreX, kCentreY - kLength, "Angle: North"}; };
-    const auto east = [](double angle) { return Row{angle, kCentreX + kLength, kCentreY, "Angle: East"}; };
-    const auto south = [](double angle) { return Row{angle, kCentreX, kCentreY + kLength, "Angle: South"}; };
-    const auto west = [](double angle) { return Row{angle, kCentreX - kLength, kCentreY, "Angle: West"}; };
-    const Row rows[]{north(0.0),
-                     north(0.9),
-                     north(360.0),
-                     north(360.5),
-                     east(90.0),
-                     east(90.5),
-                     east(90.999),
-                     south(180.0),
-                     south(180.7),
-                     west(270.0),
-                     west(270.3),
-                     general(1.0, "Angle: 1"),
-                     general(58.4, "Angle: 58.4"),
-                     general(89.9, "Angle: 89.9"),
-                     general(91.0, "Angle: 91"),
-                     general(359.9, "Angle: 359.9"),
-                     general(450.0, "Angle: 450"),
-                     general(-0.5, "Angle: -0.5"),
-                     general(12.3456789, "Angle: 12.3456789"),
-                     general(32767.0, "Angle: 32767"),
-                     general(-32768.0, "Angle: -32768")};
-    for (const auto& [angle, x2, y2, caption] : rows) {
+    const auto expectPointer = [this](double angle, const QPointF& tip, const char* caption) {
         SCOPED_TRACE(angle);
         compass.SetNewAngle(45.0);
         compass.SetNewAngle(angle);
@@ -122,8 +84,29 @@ TEST_F(VBCompasTest, set_turnsPointerAndCaption)
         EXPECT_EQ(compass.accessibleName(), QLatin1String(caption));
         EXPECT_EQ(compass.Pointer().X1, kCentreX);
         EXPECT_EQ(compass.Pointer().Y1, kCentreY);
-        EXPECT_NEAR(compass.Pointer().X2, x2, kNearly);
-        EXPECT_NEAR(compass.Pointer().Y2, y2, kNearly);
+        EXPECT_NEAR(compass.Pointer().X2, tip.x(), kNearly);
+        EXPECT_NEAR(compass.Pointer().Y2, tip.y(), kNearly);
+    };
+    for (const double angle : {0.0, 0.9, 360.0, 360.5}) {
+        expectPointer(angle, {kCentreX, kCentreY - kLength}, "Angle: North");
+    }
+    for (const double angle : {90.0, 90.5, 90.999}) {
+        expectPointer(angle, {kCentreX + kLength, kCentreY}, "Angle: East");
+    }
+    for (const double angle : {180.0, 180.7}) {
+        expectPointer(angle, {kCentreX, kCentreY + kLength}, "Angle: South");
+    }
+    for (const double angle : {270.0, 270.3}) {
+        expectPointer(angle, {kCentreX - kLength, kCentreY}, "Angle: West");
+    }
+    const std::pair<double, const char*> others[] = {
+        {1.0, "Angle: 1"},         {58.4, "Angle: 58.4"},
+        {89.9, "Angle: 89.9"},     {91.0, "Angle: 91"},
+        {359.9, "Angle: 359.9"},   {450.0, "Angle: 450"},
+        {-0.5, "Angle: -0.5"},     {12.3456789, "Angle: 12.3456789"},
+        {32767.0, "Angle: 32767"}, {-32768.0, "Angle: -32768"}};
+    for (const auto& [angle, caption] : others) {
+        expectPointer(angle, Tip(angle), caption);
     }
 }
 
@@ -131,7 +114,7 @@ TEST_F(VBCompasTest, set_turnsPointerAndCaption)
 TEST_F(VBCompasTest, pi_isCutToSixDigits)
 {
     compass.SetNewAngle(32000.0);
-    EXPECT_NEAR(compass.Pointer().X2, GeneralX(32000.0), kNearly);
+    EXPECT_NEAR(compass.Pointer().X2, Tip(32000.0).x(), kNearly);
     const double exact = kCentreX + std::sin(32000.0 * std::acos(-1.0) / 180.0) * kLength;
     EXPECT_GT(std::abs(compass.Pointer().X2 - exact), 0.05);
 }

@@ -40,10 +40,18 @@ TEST_F(FrmAlertsHover, onThePages_liveLinksSetTheHand_theListedAreasTakeItAway)
         bool wasHand;
         bool isHand;
     } rows[] = {
-        {1, "FrmGeneral", true, true},   {1, "Frame2", true, true},         {1, "Label1", true, true},
-        {1, "Label9", true, true},       {2, "FrmMobilAlert", true, true},  {2, "LblMobilH1", true, true},
-        {2, "FrmMobilSub", true, false}, {2, "LblMobil1", true, true},      {2, "LblReset", false, true},
-        {3, "FrmPrayer", true, false},   {3, "ChkSilAlert", true, true},    {3, "FrmFileSelect", true, false},
+        {1, "FrmGeneral", true, true},
+        {1, "Frame2", true, true},
+        {1, "Label1", true, true},
+        {1, "Label9", true, true},
+        {2, "FrmMobilAlert", true, true},
+        {2, "LblMobilH1", true, true},
+        {2, "FrmMobilSub", true, false},
+        {2, "LblMobil1", true, true},
+        {2, "LblReset", false, true},
+        {3, "FrmPrayer", true, false},
+        {3, "ChkSilAlert", true, true},
+        {3, "FrmFileSelect", true, false},
         {3, "LblBrowseLink", false, true},
         // Disabled, since the alert of this prayer is off: the frame behind it takes the move.
         {4, "LblBrowseLink", true, false},
