@@ -11,22 +11,8 @@
 
 namespace {
 
-struct DialogRow
-{
-    const char* name;
-    /// The window that is in front after the dialog closes; null if that is the main window.
-    const char* below;
-    /// Whether the main window is usable while the dialog is open.
-    bool isMainUsable;
-};
-
-void PrintTo(const DialogRow& row, std::ostream* stream)
-{
-    *stream << row.name;
-}
-
 /// The main window and one of the program's own dialogs, opened as a user opens it.
-class RealDialogsTest : public MainWindowFixture, public testing::WithParamInterface<DialogRow>
+class RealDialogsTest : public MainWindowFixture, public testing::WithParamInterface<const char*>
 {
 protected:
     RealDialogsTest()
@@ -48,13 +34,16 @@ protected:
         EXPECT_EQ(platform.process.ended, 0) << "no forced end";
     }
 
+    [[nodiscard]] static QString Name() { return QLatin1String(GetParam()); }
+    /// All other dialogs disable the main window.
+    [[nodiscard]] static bool IsMainUsable() { return Name() == FrmAlerts::kName; }
     static void ClickLink(Form& window, const char* name)
     {
         Desk::Click(*window.findChild<LinkLabel*>(QLatin1String(name)));
     }
     void Open()
     {
-        const QLatin1String name(GetParam().name);
+        const QString name = Name();
         if (name == FrmAlerts::kName) {
             ClickLink(*main, "LblAlertsLink");
         } else if (name == FrmPopup::kName) {
@@ -68,9 +57,9 @@ protected:
         Desk::Settle();
         ASSERT_TRUE(Dialog() != nullptr && Dialog()->isVisible());
         ASSERT_EQ(main->Variables().ActiveForm, name);
-        ASSERT_EQ(main->isEnabled(), GetParam().isMainUsable);
+        ASSERT_EQ(main->isEnabled(), IsMainUsable());
     }
-    [[nodiscard]] Form* Dialog() const { return forms.Loaded(QLatin1String(GetParam().name)); }
+    [[nodiscard]] Form* Dialog() const { return forms.Loaded(Name()); }
     void Minimise()
     {
         MainWindowFixture::Minimise(*main);
@@ -82,8 +71,8 @@ protected:
     {
         Close(*Dialog());
         ASSERT_EQ(Dialog(), nullptr);
-        if (GetParam().below != nullptr) {
-            Form* const below = forms.Loaded(QLatin1String(GetParam().below));
+        if (Name() == FrmNewLoc::kName) {
+            Form* const below = forms.Loaded(FrmLocation::kName);
             ASSERT_NE(below, nullptr);
             EXPECT_TRUE(below->isEnabled());
             Close(*below);
@@ -93,8 +82,8 @@ protected:
     {
         EXPECT_TRUE(main->isVisible());
         EXPECT_FALSE(main->isMinimized());
-        EXPECT_EQ(main->isEnabled(), GetParam().isMainUsable);
-        EXPECT_EQ(main->Variables().ActiveForm, QLatin1String(GetParam().name));
+        EXPECT_EQ(main->isEnabled(), IsMainUsable());
+        EXPECT_EQ(main->Variables().ActiveForm, Name());
         EXPECT_EQ(QApplication::activeWindow(), Dialog());
     }
     void ExpectMainInCharge()
@@ -130,7 +119,7 @@ TEST_P(RealDialogsTest, minimiseCloseOpen_leavesTheMainWindowHiddenMeanwhile)
     Minimise();
     CloseDialog();
     ExpectMainInCharge();
-    EXPECT_FALSE(main->isVisible()) << "nobody asked for it";
+    EXPECT_FALSE(main->isVisible()) << "it was not opened";
     ClickMenu("mnuOpen");
     EXPECT_TRUE(main->isVisible());
     EXPECT_EQ(QApplication::activeWindow(), main);
@@ -163,7 +152,7 @@ TEST_P(RealDialogsTest, exit_upOrHidden_endsWithTheDialog)
 TEST_P(RealDialogsTest, closeButton_isRefusedWhileDisabled)
 {
     Close(*main);
-    if (GetParam().isMainUsable) {
+    if (IsMainUsable()) {
         EXPECT_EQ(forms.Loaded(FrmMain::kName), nullptr);
         EXPECT_EQ(ended, 0);
         CloseDialog();
@@ -191,11 +180,8 @@ TEST_P(RealDialogsTest, bothMinimised_openBringsTheMainWindowAlone)
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, RealDialogsTest,
-                         testing::Values(DialogRow{"FrmAlerts", nullptr, true},
-                                         DialogRow{"FrmLocation", nullptr, false},
-                                         DialogRow{"FrmNewLoc", "FrmLocation", false},
-                                         DialogRow{"FrmPopup", nullptr, false}),
-                         [](const auto& row) { return std::string(row.param.name); });
+                         testing::Values("FrmAlerts", "FrmLocation", "FrmNewLoc", "FrmPopup"),
+                         [](const auto& row) { return std::string(row.param); });
 
 /// The main window with the two dialogs that its links open.
 class LinkedDialogsTest : public MainWindowFixture
