@@ -37,10 +37,36 @@ OptionButton::OptionButton(QWidget* parent)
     : QRadioButton(parent)
 {
     connect(this, &QRadioButton::toggled, this, [this](bool selected) {
+        if (selected) {
+            TakeTabStop();
+        }
         if (selected && m_click) {
             m_click();
         }
     });
+}
+
+void OptionButton::TakeTabStop()
+{
+    for (OptionButton* const option :
+         parentWidget()->findChildren<OptionButton*>(QString(), Qt::FindDirectChildrenOnly)) {
+        option->setFocusPolicy(option == this ? Qt::StrongFocus : Qt::ClickFocus);
+    }
+}
+
+void OptionButton::focusInEvent(QFocusEvent* event)
+{
+    // QAbstractButton would let the Tab key reach the option that had the focus last, selected or not.
+    QWidget::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
+}
+
+void OptionButton::showEvent(QShowEvent* event)
+{
+    QRadioButton::showEvent(event);
+    // A .ui file selects an option before the later ones are made.
+    if (Value()) {
+        TakeTabStop();
+    }
 }
 
 TextBox::TextBox(QWidget* parent)

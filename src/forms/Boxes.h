@@ -28,7 +28,7 @@ private:
 };
 
 /// A radio button. Raises Click when it becomes selected, by the user or inside the setter, but not when it
-/// is selected already.
+/// is selected already. The Tab key reaches only the selected option of a group.
 class OptionButton final : public QRadioButton
 {
     Q_OBJECT
@@ -41,7 +41,13 @@ public:
     /// @param handler must not let an exception out
     void OnClick(std::function<void()> handler) { m_click = std::move(handler); }
 
+protected:
+    void focusInEvent(QFocusEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
 private:
+    void TakeTabStop();
+
     std::function<void()> m_click;
 };
 

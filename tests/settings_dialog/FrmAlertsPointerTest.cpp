@@ -88,9 +88,8 @@ TEST_F(FrmAlertsKeyboard, eachPage_tabFollowsTheVisualOrder)
     WriteSettings(SettingsWith({{"method", "User Defined"}, {"useAdvWarn", "true"}}));
     Open();
     EXPECT_EQ(TabOrder(),
-              u"OptISNA OptUOIS OptMWL OptEGAS OptSetByUser TxtSetFarjAngle VScroll2 TxtSetIshaAngle "
-              u"VScroll3 OptShafi OptHanafi Opt12Hour Opt24Hour ChkDLS ChkAdvWarn TxtAdvWarn VScroll1 "
-              u"CmdClose");
+              u"OptSetByUser TxtSetFarjAngle VScroll2 TxtSetIshaAngle VScroll3 OptShafi Opt24Hour ChkDLS "
+              u"ChkAdvWarn TxtAdvWarn VScroll1 CmdClose");
     dialog->SelectTab(2);
     EXPECT_EQ(TabOrder(), u"ChkMobilEnable TxtMDID TxtPC CmdMobilReg LblReset");
     dialog->Unload();
