@@ -162,6 +162,19 @@ void SpinBar::keyPressEvent(QKeyEvent* event)
     }
 }
 
+bool SpinBar::eventFilter(QObject* /*watched*/, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress) {
+        return false;
+    }
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Up && key != Qt::Key_Down) {
+        return false;
+    }
+    triggerAction(key == Qt::Key_Up ? SliderSingleStepAdd : SliderSingleStepSub);
+    return true;
+}
+
 void SpinBar::changeEvent(QEvent* event)
 {
     QAbstractSlider::changeEvent(event);

@@ -27,8 +27,8 @@ private:
 };
 
 /// A small vertical bar with two arrows: the top one raises the value by a step, the bottom one lowers it,
-/// and the arrow keys do the same. A held arrow repeats. The mouse wheel, Home and End do nothing.
-/// Raises Change when the value changes, by the user or inside the setter.
+/// and the arrow keys do the same, also in the text box beside the bar. A held arrow repeats. The mouse
+/// wheel, Home and End do nothing. Raises Change when the value changes, by the user or inside the setter.
 class SpinBar final : public QAbstractSlider
 {
     Q_OBJECT
@@ -41,8 +41,11 @@ public:
     void SetValue(int value);
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
+    /// From now on Up and Down in @p box turn this bar.
+    void TakeArrowKeysOf(QWidget& box) { box.installEventFilter(this); }
 
     [[nodiscard]] QSize sizeHint() const override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -71,6 +71,7 @@ void CalculationMethod::ConnectAngle(const Angle& angle)
             angle.box->SetText(QString::number(angle.bar->Value()));
         }
     }));
+    angle.bar->TakeArrowKeysOf(*angle.box);
 }
 
 void CalculationMethod::Select(const QString& method)

@@ -52,3 +52,54 @@ TEST_F(DialogKeys, escapeOnAnotherPage_leavesTheDialogOpen)
         EXPECT_TRUE(IsOpen()) << tab;
     }
 }
+
+TEST_F(DialogKeys, upAndDownInABox_turnItsBar)
+{
+    WriteUserDefined("-19.5", "29.5");
+    OpenActive();
+    const struct
+    {
+        const char* box;
+        const char* attribute;
+        Qt::Key key;
+        const char* stored;
+    } rows[] = {
+        {"TxtSetFarjAngle", "angle1", Qt::Key_Up, "-19"},
+        {"TxtSetFarjAngle", "angle1", Qt::Key_Down, "-20"},
+        {"TxtSetFarjAngle", "angle1", Qt::Key_Down, "-21"},
+        {"TxtSetIshaAngle", "angle2", Qt::Key_Up, "30"},
+        {"TxtSetIshaAngle", "angle2", Qt::Key_Up, "30"},
+        {"TxtSetIshaAngle", "angle2", Qt::Key_Down, "29"},
+    };
+    for (const auto& [box, attribute, key, stored] : rows) {
+        Focus(box);
+        PressKey(key);
+        EXPECT_EQ(Stored(QLatin1String(attribute)), QLatin1String(stored)) << box;
+        EXPECT_EQ(TextOf(box), QLatin1String(stored));
+        EXPECT_TRUE(Widget(box).hasFocus());
+    }
+}
+
+TEST_F(DialogKeys, downInTheBoxOfMinutes_turnsItsBar)
+{
+    WriteChanged(u"useAdvWarn=\"false\"", u"useAdvWarn=\"true\"");
+    OpenActive();
+    Focus("TxtAdvWarn");
+    PressKey(Qt::Key_Down);
+    EXPECT_EQ(Stored(u"advWarn"), u"9");
+    EXPECT_EQ(Bar("VScroll1").Value(), 9);
+}
+
+TEST_F(DialogKeys, downWhileADraftIsHidden_turnsTheBarAndEndsTheDraft)
+{
+    WriteUserDefined("-18", "-15");
+    OpenActive();
+    Focus("TxtSetFarjAngle");
+    Press("TxtSetFarjAngle", QStringLiteral("Ctrl+A"));
+    Press("TxtSetFarjAngle", QStringLiteral("-"));
+    PressKey(Qt::Key_Down);
+    EXPECT_EQ(Stored(u"angle1"), u"-19");
+    Press("TxtSetFarjAngle", QStringLiteral("."));
+    Press("TxtSetFarjAngle", QStringLiteral("5"));
+    EXPECT_EQ(Stored(u"angle1"), u"-19.5");
+}
