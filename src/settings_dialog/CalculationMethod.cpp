@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/CalculationMethod.h"
 
+#include "forms/Areas.h"
 #include "forms/Bars.h"
 #include "forms/Boxes.h"
 #include "platform/Platform.h"
@@ -23,11 +24,18 @@ const QString kWorldLeague = QStringLiteral("Muslim World League");
 const QString kEgyptian = QStringLiteral("Egyptian General Authority of Survey");
 const QString kUserDefined = QStringLiteral("User Defined");
 
-void MakeSmall(QLabel& note)
+// Makes the note below an option a part of it, for the mouse and for a screen reader.
+void ConnectNote(QLabel& note, OptionButton& option)
 {
+    // A .ui file has font sizes in points only.
     QFont small = note.font();
     small.setPixelSize(11);
     note.setFont(small);
+    option.setAccessibleDescription(note.text());
+    new ClickArea(&note, [&option] {
+        option.setFocus(Qt::MouseFocusReason);
+        option.Select();
+    });
 }
 
 } // namespace
@@ -38,10 +46,6 @@ CalculationMethod::CalculationMethod(DialogContext& context, const Ui::GeneralPa
     , m_fajr{controls.TxtSetFarjAngle, controls.VScroll2, kAngle1}
     , m_isha{controls.TxtSetIshaAngle, controls.VScroll3, kAngle2}
 {
-    // A .ui file has font sizes in points only.
-    for (QLabel* const note : {m_ui.Label3, m_ui.Label4, m_ui.Label5, m_ui.Label6}) {
-        MakeSmall(*note);
-    }
     ConnectPresets();
     m_ui.OptSetByUser->OnClick(m_context.RunOrUnloadHandler([this] { RefreshAngleControls(); }));
     ConnectAngle(m_fajr);
@@ -50,15 +54,16 @@ CalculationMethod::CalculationMethod(DialogContext& context, const Ui::GeneralPa
 
 void CalculationMethod::ConnectPresets()
 {
-    const auto connectPreset = [this](OptionButton& option, const QString& method, const QString& angle1,
-                                      const QString& angle2) {
+    const auto connectPreset = [this](OptionButton& option, QLabel& note, const QString& method,
+                                      const QString& angle1, const QString& angle2) {
+        ConnectNote(note, option);
         option.OnClick(m_context.RunOrUnloadHandler(
             [this, &option, method, angle1, angle2] { OnPresetClick(option, method, angle1, angle2); }));
     };
-    connectPreset(*m_ui.OptISNA, kIsna, QStringLiteral("-15"), QStringLiteral("-15"));
-    connectPreset(*m_ui.OptUOIS, kUniversity, QStringLiteral("-18"), QStringLiteral("-18"));
-    connectPreset(*m_ui.OptMWL, kWorldLeague, QStringLiteral("-18"), QStringLiteral("-17"));
-    connectPreset(*m_ui.OptEGAS, kEgyptian, QStringLiteral("-19.5"), QStringLiteral("-17.5"));
+    connectPreset(*m_ui.OptISNA, *m_ui.Label3, kIsna, QStringLiteral("-15"), QStringLiteral("-15"));
+    connectPreset(*m_ui.OptUOIS, *m_ui.Label4, kUniversity, QStringLiteral("-18"), QStringLiteral("-18"));
+    connectPreset(*m_ui.OptMWL, *m_ui.Label5, kWorldLeague, QStringLiteral("-18"), QStringLiteral("-17"));
+    connectPreset(*m_ui.OptEGAS, *m_ui.Label6, kEgyptian, QStringLiteral("-19.5"), QStringLiteral("-17.5"));
 }
 
 void CalculationMethod::ConnectAngle(const Angle& angle)

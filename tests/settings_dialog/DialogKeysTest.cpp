@@ -103,3 +103,26 @@ TEST_F(DialogKeys, downWhileADraftIsHidden_turnsTheBarAndEndsTheDraft)
     Press("TxtSetFarjAngle", QStringLiteral("5"));
     EXPECT_EQ(Stored(u"angle1"), u"-19.5");
 }
+
+TEST_F(DialogKeys, noteUnderAMethod_selectsItWhenClicked)
+{
+    const struct
+    {
+        const char* note;
+        const char* option;
+        const char* method;
+    } rows[] = {{"Label6", "OptEGAS", "Egyptian General Authority of Survey"},
+                {"Label5", "OptMWL", "Muslim World League"},
+                {"Label4", "OptUOIS", "University Of Islamic Sciences"},
+                {"Label3", "OptISNA", "ISNA"}};
+    OpenActive();
+    for (const auto& [note, option, method] : rows) {
+        Desk::Click(Widget(note));
+        EXPECT_TRUE(IsTicked(option)) << note;
+        EXPECT_EQ(Stored(u"method"), QLatin1String(method));
+        EXPECT_TRUE(Widget(option).hasFocus());
+    }
+    const std::size_t saves = Saves();
+    Desk::Click(Widget("Label3"));
+    EXPECT_EQ(Saves(), saves) << "selected already";
+}
