@@ -18,8 +18,19 @@ class LinkInterface final : public QAccessibleWidget
 {
 public:
     explicit LinkInterface(LinkLabel* label)
-        : QAccessibleWidget(label, QAccessible::Link)
+        : QAccessibleWidget(label)
     {
+    }
+    [[nodiscard]] QAccessible::Role role() const override
+    {
+        return Label()->IsPageTab() ? QAccessible::PageTab : QAccessible::Link;
+    }
+    [[nodiscard]] QAccessible::State state() const override
+    {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.selectable = Label()->IsPageTab();
+        state.selected = Label()->IsSelected();
+        return state;
     }
     [[nodiscard]] QString text(QAccessible::Text kind) const override
     {
@@ -81,6 +92,21 @@ void LinkLabel::setEnabled(bool enabled)
 {
     QLabel::setEnabled(enabled);
     ApplyColour();
+}
+
+void LinkLabel::SetSelected(bool selected)
+{
+    if (m_selected == selected) {
+        return;
+    }
+    m_selected = selected;
+    QFont marked = font();
+    marked.setBold(selected);
+    setFont(marked);
+    QAccessible::State changed;
+    changed.selected = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void LinkLabel::mouseMoveEvent(QMouseEvent* event)

@@ -5,11 +5,13 @@
 #include <QLabel>
 
 #include <functional>
+#include <optional>
 
 /// A label that acts as a link. Raises Click by mouse or keyboard, once for a double click, and MouseMove,
 /// also without a pressed button. While the label is disabled it raises nothing, and mouse moves reach the
 /// widget behind it. It is grey while it or its frame is disabled, but not if only its window is.
-/// Otherwise it has the colour of the role Link of its palette.
+/// Otherwise it has the colour of the role Link of its palette. A label that opens a page of its window can
+/// be marked as the page tab that it is.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT
@@ -23,6 +25,10 @@ public:
     void OnMouseMove(std::function<void()> handler) { m_move = std::move(handler); }
     /// Runs the Click handler if the label is enabled.
     void Click();
+    /// Makes the label a page tab, bold while its page is shown.
+    void SetSelected(bool selected);
+    [[nodiscard]] bool IsPageTab() const { return m_selected.has_value(); }
+    [[nodiscard]] bool IsSelected() const { return m_selected.value_or(false); }
     /// Replaces that of QWidget, which raises no event for a change inside a disabled window.
     void setEnabled(bool enabled);
 
@@ -41,7 +47,9 @@ private:
     std::function<void()> m_click;
     std::function<void()> m_move;
     bool m_pressed = false;
+    /// Only a page tab has a value.
+    std::optional<bool> m_selected;
 };
 
-/// Presents link labels to screen readers as links. Call once, before the first window is made.
+/// Presents link labels to screen readers as links or page tabs. Call once, before the first window is made.
 void InstallLinkAccessibility();

@@ -34,15 +34,22 @@ FrmAlerts::~FrmAlerts() = default;
 
 void FrmAlerts::ConnectTabs()
 {
-    const auto connectTab = [this](LinkLabel& label, std::int16_t tab) {
-        label.OnMouseMove([this] { Handle([this] { SetHandPointer(); }); });
-        label.OnClick([this, tab] { SelectTab(tab); });
-    };
-    connectTab(*m_ui->LblGeneral, kGeneralTab);
-    connectTab(*m_ui->LblMobilAlert, kMobileTab);
+    m_tabLabels = {{kGeneralTab, m_ui->LblGeneral}, {kMobileTab, m_ui->LblMobilAlert}};
     for (const Prayer& prayer : kPrayers) {
-        connectTab(*findChild<LinkLabel*>(prayer.tabLabel), prayer.tab);
+        m_tabLabels[prayer.tab] = findChild<LinkLabel*>(prayer.tabLabel);
     }
+    for (const auto& [tab, label] : m_tabLabels) {
+        label->OnMouseMove([this] { Handle([this] { SetHandPointer(); }); });
+        label->OnClick([this, number = tab] { SelectTab(number); });
+    }
+}
+
+void FrmAlerts::MarkCurrentTab()
+{
+    for (const auto& [tab, label] : m_tabLabels) {
+        label->SetSelected(tab == m_context.currentTab);
+    }
+    GiveFocus(*m_tabLabels.at(m_context.currentTab));
 }
 
 void FrmAlerts::OnLoad()
@@ -77,15 +84,15 @@ void FrmAlerts::HideFrames()
 void FrmAlerts::SelectTab(std::int16_t tab)
 {
     m_context.RunOrUnload([this, tab] {
+        m_context.currentTab = m_tabLabels.contains(tab) ? tab : kGeneralTab;
+        MarkCurrentTab();
         HideFrames();
-        m_context.currentTab = tab;
-        if (PrayerOfTab(tab) != nullptr) {
-            m_prayer.LoadPrayerPage();
-        } else if (tab == kMobileTab) {
+        if (m_context.currentTab == kGeneralTab) {
+            LoadGeneralPage();
+        } else if (m_context.currentTab == kMobileTab) {
             m_mobile.LoadMobilePage();
         } else {
-            m_context.currentTab = kGeneralTab;
-            LoadGeneralPage();
+            m_prayer.LoadPrayerPage();
         }
     });
 }

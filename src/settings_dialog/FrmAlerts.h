@@ -9,8 +9,10 @@
 #include "settings_dialog/PrayerPage.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 
+class LinkLabel;
 namespace Ui {
 class FrmAlerts;
 }
@@ -28,8 +30,8 @@ public:
     FrmAlerts(Forms& forms, MobileSignup& signup);
     ~FrmAlerts() override;
 
-    /// Shows page 1 General, 2 Mobile Alert or the tab of a prayer; any other number shows page 1. An error
-    /// closes the dialog without a message.
+    /// Shows page 1 General, 2 Mobile Alert or the tab of a prayer; any other number shows page 1. The label
+    /// of the page gets the keyboard focus. An error closes the dialog without a message.
     void SelectTab(std::int16_t tab);
     /// Stores the result of a sign-up, "1" for a confirmation, and shows it on the mobile page, even if
     /// another page is shown. An error closes the dialog without a message.
@@ -42,11 +44,14 @@ protected:
 
 private:
     void ConnectTabs();
+    void MarkCurrentTab();
     void HideFrames();
     void LoadGeneralPage();
 
     DialogContext m_context;
     std::unique_ptr<Ui::FrmAlerts> m_ui;
+    /// The labels by the number of their page.
+    std::map<std::int16_t, LinkLabel*> m_tabLabels;
     GeneralPage m_general;
     MobilePage m_mobile;
     PrayerPage m_prayer;

@@ -16,7 +16,7 @@ import screen
 import sound
 import stand_in
 import wall_clock
-from hands import BUTTON, LINK
+from hands import BUTTON, LINK, TAB
 
 SETTINGS = main_window.SETTINGS.replace(
     'mobileEnabled="false" mobileDID="" mobilePC=""', 'mobileEnabled="true" mobileDID="D-1" mobilePC="4711"')
@@ -142,7 +142,7 @@ def sign_ups(folder, service):
         main = main_window.Main(program)
         hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
         dialog = hands.Window(program, "Alerts").wait()
-        dialog.click(LINK, "Mobile Alert")
+        dialog.click(TAB, "Mobile Alert")
         countdown = main.countdown()
         for how in stand_in.UNREADABLE + stand_in.READABLE:
             before = hands.Settings(program).read()

@@ -16,7 +16,7 @@ import screen
 import sound
 import stand_in
 import wall_clock
-from hands import BAR, BOX, BUTTON, LINK, OPTION
+from hands import BAR, BOX, BUTTON, LINK, OPTION, TAB
 
 DIALOG, ALERT = "Alerts", "Dusk Beacon Alert"
 DATE = datetime.date(2026, 3, 20)
@@ -172,14 +172,14 @@ def pages(program):
     opened = Opened(program, "Alerts")
     before = opened.settings.read()
     for page in PAGES:
-        opened.dialog.click(LINK, page)
+        opened.dialog.click(TAB, page)
         mark = {"General": "Clock Format", "Mobile Alert": "Register"}.get(page, "Alert on")
         screen.wait_for(page, lambda: opened.dialog.has(mark))
         if page in PAGES[2:]:
             screen.wait_for(page, lambda: opened.dialog.is_on(BOX, "Audio alert") == (PAGES.index(page) in (2, 5)))
         hands.picture("dialog_" + page.lower().replace(" ", "_"), opened.dialog)
     assert opened.settings.read() == before
-    opened.dialog.click(LINK, "General")
+    opened.dialog.click(TAB, "General")
     opened.dialog.control(OPTION, "Hanafi")
     opened.close()
 

@@ -12,7 +12,7 @@ import xml.etree.ElementTree
 import screen
 from screen import Atspi, GLib
 
-BOX, OPTION, LINK, BUTTON = "check box", "radio button", "link", "button"
+BOX, OPTION, LINK, TAB, BUTTON = "check box", "radio button", "link", "page tab", "button"
 BAR, FIELD = "slider", "text"
 
 

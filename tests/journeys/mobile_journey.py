@@ -13,7 +13,7 @@ import main_window
 import own_network
 import screen
 import stand_in
-from hands import BOX, BUTTON, LINK
+from hands import BOX, BUTTON, LINK, TAB
 
 PID = "P-mobile"
 SETTINGS = main_window.SETTINGS.replace("P-77", PID)
@@ -46,7 +46,7 @@ def register(program, service, dialog, result, message, shown):
 def sign_up(program, service):
     hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
     dialog, settings = hands.Window(program, DIALOG).wait(), hands.Settings(program)
-    dialog.click(LINK, "Mobile Alert")
+    dialog.click(TAB, "Mobile Alert")
     assert is_open_for_entry(dialog) and not dialog.is_on(BOX, "Enable Mobile Alerts")
     dialog.enter(DEVICE, ["End"], "D-815")
     settings.wait("mobileDID", "D-815")
@@ -81,20 +81,20 @@ def reset(program, service, dialog, settings):
 
 def choose_prayers(dialog, settings):
     # A sign-up doesn't enable; until then the prayers don't offer it.
-    dialog.click(LINK, "Duhr")
+    dialog.click(TAB, "Duhr")
     assert not dialog.is_live(BOX, "Mobile Alert")
-    dialog.click(LINK, "Mobile Alert")
+    dialog.click(TAB, "Mobile Alert")
     dialog.tick("Enable Mobile Alerts")
     settings.wait("mobileEnabled", "true")
     assert not is_open_for_entry(dialog)
-    dialog.click(LINK, "Duhr")
+    dialog.click(TAB, "Duhr")
     screen.wait_for("the mobile alert", lambda: dialog.is_live(BOX, "Mobile Alert"))
     assert not dialog.is_live(BOX, "Audio alert"), "an alert that is off offers the mobile alert alone"
     dialog.tick("Alert on")
     dialog.tick("Mobile Alert")
     settings.wait_prayer("duhr", enabled="true", mobil="true", popup="false", play="false")
     hands.picture("mobile_prayer", dialog)
-    dialog.click(LINK, "Asr")
+    dialog.click(TAB, "Asr")
     dialog.tick("Alert on")
     settings.wait_prayer("asr", enabled="true", mobil="false")
     dialog.close()
@@ -105,7 +105,7 @@ def offline(program, settings):
     """Without a network the box says so, and nothing is stored."""
     hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
     dialog = hands.Window(program, DIALOG).wait()
-    dialog.click(LINK, "Mobile Alert")
+    dialog.click(TAB, "Mobile Alert")
     dialog.click(BUTTON, "Register")
     boxes.answer(program, OFFLINE)
     assert hands.Settings(program).read() == settings
@@ -114,7 +114,7 @@ def offline(program, settings):
 def open_page(program):
     hands.Window(program, main_window.TITLE).click(LINK, "Alerts")
     dialog = hands.Window(program, DIALOG).wait()
-    dialog.click(LINK, "Mobile Alert")
+    dialog.click(TAB, "Mobile Alert")
     return dialog
 
 
