@@ -89,6 +89,8 @@ void PrayerDisplay::PopPrayerFrame() const
         const std::int16_t slot =
             column.prayer->CountsUnder(m_configuration.AsrMethod) ? column.prayer->slot : kAsrHanafiSlot;
         column.time->setText(FormatPrayerTime(m_prayerTimer.GetPrayerTime(slot), is24Hour));
+        // A screen reader may reach the time without its link.
+        column.time->setAccessibleName(column.link->text() + u' ' + column.time->text());
     }
 }
 

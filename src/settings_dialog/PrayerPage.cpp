@@ -21,6 +21,11 @@ PrayerPage::PrayerPage(DialogContext& context, QFrame& frame)
         // Mouse moves over a drawn line reach the widget behind it.
         line->setAttribute(Qt::WA_TransparentForMouseEvents);
     }
+    for (QWidget* const control : m_frame.findChildren<QWidget*>()) {
+        if (control->accessibleName().contains(u"%1")) {
+            m_names.emplace_back(control, control->accessibleName());
+        }
+    }
     Connect();
     m_frame.hide();
 }
@@ -55,12 +60,20 @@ QString PrayerPage::ElementPath() const
     return prayer == nullptr ? QString() : kAlertsPath + QStringLiteral("//") + prayer->element;
 }
 
+void PrayerPage::TellPrayer(const QString& caption)
+{
+    m_ui->LblPrayerName->setText(caption);
+    for (const auto& [control, name] : m_names) {
+        control->setAccessibleName(name.arg(caption));
+    }
+}
+
 void PrayerPage::LoadPrayerPage()
 {
     m_context.loading = true;
     m_frame.show();
     if (const Prayer* const prayer = PrayerOfTab(m_context.currentTab); prayer != nullptr) {
-        m_ui->LblPrayerName->setText(prayer->caption);
+        TellPrayer(prayer->caption);
     }
     const QString path = ElementPath();
     const auto isSet = [this, &path](const char16_t* attribute) {

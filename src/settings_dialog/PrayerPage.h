@@ -5,10 +5,13 @@
 #include <QString>
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 class CheckBox;
 class DialogContext;
 class QFrame;
+class QWidget;
 namespace Ui {
 class PrayerPage;
 }
@@ -28,6 +31,7 @@ public:
 
 private:
     void Connect();
+    void TellPrayer(const QString& caption);
     void StoreOnClick(CheckBox* box, const QString& attribute);
     void Store(const QString& attribute, const QString& value);
 
@@ -40,4 +44,6 @@ private:
     DialogContext& m_context;
     QFrame& m_frame;
     std::unique_ptr<Ui::PrayerPage> m_ui;
+    /// The controls with their accessible names, "%1" for the prayer.
+    std::vector<std::pair<QWidget*, QString>> m_names;
 };

@@ -154,14 +154,14 @@ def prayers(program):
         popup, play = chosen(number)
         opened = Opened(program, prayer + ":")
         dialog = opened.dialog
-        assert not dialog.is_live(BOX, "Audio alert")
-        dialog.tick("Alert on")
-        dialog.tick("Silent alert (Pop up message)", popup)
-        dialog.tick("Audio alert", play)
-        assert not dialog.is_live(BOX, "Mobile Alert"), prayer
+        assert not dialog.is_live(BOX, f"Audio alert, {prayer}")
+        dialog.tick(f"Alert on, {prayer}")
+        dialog.tick(f"Silent alert (Pop up message), {prayer}", popup)
+        dialog.tick(f"Audio alert, {prayer}", play)
+        assert not dialog.is_live(BOX, f"Mobile Alert, {prayer}"), prayer
         path = sound_of(prayer) if play else ""
         if path:
-            dialog.enter("File to play at prayer time", ["End"], path)
+            dialog.enter(f"File to play at prayer time, {prayer}", ["End"], path)
         opened.settings.wait_prayer(prayer.lower(), enabled="true", popup=str(popup).lower(), play=str(play).lower(),
                                     mobil="false", audioFile=path)
         opened.close(by_button=False)
@@ -173,10 +173,10 @@ def pages(program):
     before = opened.settings.read()
     for page in PAGES:
         opened.dialog.click(TAB, page)
-        mark = {"General": "Clock Format", "Mobile Alert": "Register"}.get(page, "Alert on")
+        mark = {"General": "Clock Format", "Mobile Alert": "Register"}.get(page, f"Alert on, {page}")
         screen.wait_for(page, lambda: opened.dialog.has(mark))
         if page in PAGES[2:]:
-            screen.wait_for(page, lambda: opened.dialog.is_on(BOX, "Audio alert") == (PAGES.index(page) in (2, 5)))
+            screen.wait_for(page, lambda: opened.dialog.is_on(BOX, f"Audio alert, {page}") == (PAGES.index(page) in (2, 5)))
         hands.picture("dialog_" + page.lower().replace(" ", "_"), opened.dialog)
     assert opened.settings.read() == before
     opened.dialog.click(TAB, "General")

@@ -104,7 +104,8 @@ class Main:
         return texts[texts.index(caption) + 1] if caption in texts else ""
 
     def times(self):
-        return [self.after(prayer) for prayer in PRAYERS]
+        # The name of a time begins with that of its prayer.
+        return [self.after(prayer).removeprefix(prayer + " ") for prayer in PRAYERS]
 
     def countdown(self):
         return self.after("Time till next prayer:")

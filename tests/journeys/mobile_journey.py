@@ -82,20 +82,20 @@ def reset(program, service, dialog, settings):
 def choose_prayers(dialog, settings):
     # A sign-up doesn't enable; until then the prayers don't offer it.
     dialog.click(TAB, "Duhr")
-    assert not dialog.is_live(BOX, "Mobile Alert")
+    assert not dialog.is_live(BOX, "Mobile Alert, Duhr")
     dialog.click(TAB, "Mobile Alert")
     dialog.tick("Enable Mobile Alerts")
     settings.wait("mobileEnabled", "true")
     assert not is_open_for_entry(dialog)
     dialog.click(TAB, "Duhr")
-    screen.wait_for("the mobile alert", lambda: dialog.is_live(BOX, "Mobile Alert"))
-    assert not dialog.is_live(BOX, "Audio alert"), "an alert that is off offers the mobile alert alone"
-    dialog.tick("Alert on")
-    dialog.tick("Mobile Alert")
+    screen.wait_for("the mobile alert", lambda: dialog.is_live(BOX, "Mobile Alert, Duhr"))
+    assert not dialog.is_live(BOX, "Audio alert, Duhr"), "an alert that is off offers the mobile alert alone"
+    dialog.tick("Alert on, Duhr")
+    dialog.tick("Mobile Alert, Duhr")
     settings.wait_prayer("duhr", enabled="true", mobil="true", popup="false", play="false")
     hands.picture("mobile_prayer", dialog)
     dialog.click(TAB, "Asr")
-    dialog.tick("Alert on")
+    dialog.tick("Alert on, Asr")
     settings.wait_prayer("asr", enabled="true", mobil="false")
     dialog.close()
     dialog.wait_gone()

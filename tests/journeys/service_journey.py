@@ -181,8 +181,8 @@ def sign_up(installation, service):
         dialog.tick("Enable Mobile Alerts")
         hands.picture("service_registered", dialog)
         dialog.click(hands.TAB, "Duhr")
-        screen.wait_for("the mobile alert", lambda: dialog.is_live(hands.BOX, "Mobile Alert"))
-        dialog.tick("Mobile Alert")
+        screen.wait_for("the mobile alert", lambda: dialog.is_live(hands.BOX, "Mobile Alert, Duhr"))
+        dialog.tick("Mobile Alert, Duhr")
         hands.Settings(program).wait_prayer("duhr", enabled="true", mobil="true")
     return device
 
