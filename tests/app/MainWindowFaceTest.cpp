@@ -8,7 +8,6 @@
 #include "instruments/VBCompas.h"
 #include "instruments/VBSunAndMoon.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QIcon>
 #include <QScreen>
@@ -274,22 +273,6 @@ TEST_F(MainWindowFace, stopLink_windowDisabled_isBlueOnlyWhileEnabled)
     EXPECT_GT(colour().blue(), 2 * colour().red());
     link->setEnabled(false);
     EXPECT_EQ(colour(), greyed);
-}
-
-TEST_F(MainWindowFace, controls_haveAccessibleNames)
-{
-    int checked = 0;
-    for (QWidget* const widget : Window().findChildren<QWidget*>()) {
-        const bool isInstrument = qobject_cast<VBCompas*>(widget) || qobject_cast<VBSunAndMoon*>(widget);
-        if (widget->focusPolicy() == Qt::NoFocus && !isInstrument) {
-            continue;
-        }
-        QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(widget);
-        ASSERT_NE(interface, nullptr);
-        EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty()) << qPrintable(widget->objectName());
-        ++checked;
-    }
-    EXPECT_GT(checked, 10);
 }
 
 // The frame's line is interrupted at the caption.

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/FirstTouchFixture.h"
-#include "forms/LinkLabel.h"
 
 #include <QAccessible>
 
@@ -260,18 +259,6 @@ TEST_F(PrayerDisplayTest, insideTheGroups_linesStandInTheirOrder)
             found << names.join(u' ');
         }
         EXPECT_EQ(found.join(u'|'), lines);
-    }
-}
-
-TEST_F(PrayerDisplayTest, links_areReadByTheirOwnText_notByTheFrames)
-{
-    InstallLinkAccessibility();
-    const std::pair<const char*, QString> rows[] = {{"LblFarjLink", QStringLiteral("Fajr:")},
-                                                    {"LblIshaLink", QStringLiteral("Isha:")},
-                                                    {"LblAlertsLink", QStringLiteral("Alerts")}};
-    for (const auto& [name, text] : rows) {
-        auto* const link = &Find<QWidget>(name);
-        EXPECT_EQ(QAccessible::queryAccessibleInterface(link)->text(QAccessible::Name), text) << name;
     }
 }
 

@@ -16,17 +16,6 @@ protected:
                "latitude_final=\"42.04\" time_zone2=\"-6\"/></root>");
     }
 
-    /// The names of the controls in Tab order, starting with the first one.
-    static QString TabOrder(const Form& window, const char* first)
-    {
-        QStringList names;
-        Find<QWidget>(window, first).setFocus();
-        while (window.focusWidget() != nullptr && !names.contains(window.focusWidget()->objectName())) {
-            names << window.focusWidget()->objectName();
-            QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
-        }
-        return names.join(u' ');
-    }
     static void Press(const Form& window, const char* name, Qt::Key key = Qt::Key_Return)
     {
         auto& control = Find<QWidget>(window, name);
@@ -45,34 +34,6 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
 };
-
-TEST_F(PlacesKeyboardTest, tab_followsTheVisualOrder)
-{
-    EXPECT_EQ(TabOrder(OpenList(), "LstLocations"), u"LstLocations CmdSet CmdDel LblNewLocLink");
-    EXPECT_EQ(TabOrder(OpenSearch(), "TxtZipCode"),
-              u"TxtZipCode LblGetLink CombState TxtCity LblGet2Link LstSearchResults CmdAdd CmdCancel");
-}
-
-TEST_F(PlacesKeyboardTest, boxesAndLists_haveAccessibleNames_linksTellApart)
-{
-    const FrmNewLoc& search = OpenSearch();
-    const Form& list = *List();
-    EXPECT_EQ(Find<ListBox>(list, "LstLocations").accessibleName(), QStringLiteral("Locations"));
-    const std::vector<std::pair<const char*, QString>> names{
-        {"TxtZipCode", QStringLiteral("Zip Code")},
-        {"CombState", QStringLiteral("Country or State")},
-        {"TxtCity", QStringLiteral("City Name")},
-        {"LstSearchResults", QStringLiteral("City Search Results")},
-        {"ProgressBar1", QStringLiteral("Search Progress")},
-    };
-    for (const auto& [name, text] : names) {
-        EXPECT_EQ(Find<QWidget>(search, name).accessibleName(), text) << name;
-    }
-    EXPECT_EQ(Find<QWidget>(search, "LblGetLink").accessibleDescription(),
-              QStringLiteral("Search by zip code"));
-    EXPECT_EQ(Find<QWidget>(search, "LblGet2Link").accessibleDescription(),
-              QStringLiteral("Search by country and city name"));
-}
 
 TEST_F(PlacesKeyboardTest, enterKeypadEnterAndSpace_pressEachButton)
 {

@@ -22,6 +22,10 @@ protected:
     }
 };
 
+using FrmAlertsKeyboard = DialogTest;
+
+} // namespace
+
 TEST_F(FrmAlertsHover, tabLabels_setTheHandAndTheDialogTakesItAway)
 {
     Open();
@@ -63,57 +67,11 @@ TEST_F(FrmAlertsHover, onThePages_liveLinksSetTheHand_theListedAreasTakeItAway)
     }
 }
 
-class FrmAlertsKeyboard : public DialogTest
-{
-protected:
-    /// The controls after the tabs, in Tab order.
-    [[nodiscard]] QString TabOrder() const
-    {
-        QStringList names;
-        Widget("LblGeneral").setFocus();
-        while (dialog->focusWidget() != nullptr && !names.contains(dialog->focusWidget()->objectName())) {
-            names << dialog->focusWidget()->objectName();
-            QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
-        }
-        EXPECT_EQ(names.mid(0, 8).join(u' '),
-                  u"LblGeneral LblMobilAlert LblFajr LblShuruq LblDuhr LblAsr Maghrib LblIsha");
-        return names.mid(8).join(u' ');
-    }
-};
-
-} // namespace
-
-TEST_F(FrmAlertsKeyboard, eachPage_tabFollowsTheVisualOrder)
-{
-    WriteSettings(SettingsWith({{"method", "User Defined"}, {"useAdvWarn", "true"}}));
-    Open();
-    EXPECT_EQ(TabOrder(),
-              u"OptSetByUser TxtSetFarjAngle VScroll2 TxtSetIshaAngle VScroll3 OptShafi Opt24Hour ChkDLS "
-              u"ChkAdvWarn TxtAdvWarn VScroll1 CmdClose");
-    dialog->SelectTab(2);
-    EXPECT_EQ(TabOrder(), u"ChkMobilEnable TxtMDID TxtPC CmdMobilReg LblReset");
-    dialog->Unload();
-    WriteSettings(SettingsWith({{"mobileEnabled", "true"}, {"mobileConfirm", "1"}}));
-    Open(3);
-    EXPECT_EQ(TabOrder(), u"ChkAlertMain ChkSilAlert ChkAudioAlert TxtPath LblBrowseLink ChkIndMobAlert");
-}
-
 TEST_F(FrmAlertsKeyboard, closeByEnterAndBySpace)
 {
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
         Open();
         QTest::keyClick(&Widget("CmdClose"), key);
         EXPECT_FALSE(IsOpen()) << key;
-    }
-}
-
-TEST_F(FrmAlertsKeyboard, boxesAndBars_haveAccessibleNames)
-{
-    Open();
-    for (const QWidget* const control : dialog->findChildren<QWidget*>()) {
-        if (qobject_cast<const TextBox*>(control) != nullptr ||
-            qobject_cast<const SpinBar*>(control) != nullptr) {
-            EXPECT_FALSE(control->accessibleName().isEmpty()) << control->objectName().toStdString();
-        }
     }
 }
