@@ -50,11 +50,14 @@ protected:
     std::string path = folder.File("store.db");
 };
 
-TEST_F(SqliteStoreTest, open_fileOfANewerVersion_isRefusedWithItsPath)
+TEST_F(SqliteStoreTest, fileOfAnotherVersion_isRefusedWithItsPath)
 {
+    (void)SqliteStore(path);
     Database(path).Execute("PRAGMA user_version = " + std::to_string(kSqliteMigrations.size() + 1));
-
     EXPECT_THAT(ErrorOfOpening(), StartsWith(path + ": written by a newer version of the service"));
+
+    Database(path).Execute("PRAGMA user_version = 0");
+    EXPECT_THAT(ErrorOfReading(), StartsWith(path + ": written by an older version of the service"));
 }
 
 TEST_F(SqliteStoreTest, open_otherFile_isRefusedAndKept)
@@ -138,14 +141,6 @@ TEST_F(SqliteStoreTest, toRead_listsAndChangesNothing)
     }
     EXPECT_TRUE(Read(path) == before);
     EXPECT_THAT(NamesInFolder(), ElementsAre("store.db"));
-}
-
-TEST_F(SqliteStoreTest, toRead_fileOfAnOlderVersion_isRefused)
-{
-    (void)SqliteStore(path);
-    Database(path).Execute("PRAGMA user_version = 0");
-
-    EXPECT_THAT(ErrorOfReading(), StartsWith(path + ": written by an older version of the service"));
 }
 
 TEST_F(SqliteStoreTest, open_newFile_usesWriteAheadLog)
