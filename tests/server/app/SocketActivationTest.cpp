@@ -4,7 +4,6 @@
 
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/ip/tcp.hpp>
-#include <gmock/gmock.h>
 #include <unistd.h>
 
 #include <cstdlib>
