@@ -57,19 +57,15 @@ TEST_F(SoundControlsTest, start_bringsTheBarToThePlayersVolume_linkIsDisabled)
     EXPECT_TRUE(StopLink().isVisible());
 }
 
-TEST_F(SoundControlsTest, updateEverything_bringsTheBarBackToThePlayersVolume)
-{
-    platform.player.volume = 12;
-    EXPECT_EQ(main->UpdateEverything(), 1);
-    EXPECT_EQ(Volume().Value(), 12);
-}
-
 TEST_F(SoundControlsTest, updateEverything_withoutAConfiguration_leavesTheBar)
 {
     platform.player.volume = 12;
     WriteSettings(QStringLiteral("<root/>"));
     EXPECT_EQ(main->UpdateEverything(), 0);
     EXPECT_EQ(Volume().Value(), 37);
+    WriteSettings();
+    EXPECT_EQ(main->UpdateEverything(), 1);
+    EXPECT_EQ(Volume().Value(), 12) << "at the volume of the player again";
 }
 
 TEST_F(SoundControlsTest, updateEverything_volumeOutOfRange_isFatal_nothingIsShown)

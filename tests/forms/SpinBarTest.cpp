@@ -50,12 +50,6 @@ protected:
 
 } // namespace
 
-TEST_F(SpinBarControl, built_hasStepsOfOne)
-{
-    EXPECT_EQ(bar.singleStep(), 1);
-    EXPECT_EQ(bar.pageStep(), 1);
-}
-
 TEST_F(SpinBarControl, arrowsAndKeys_moveByOne)
 {
     Click(Top());
