@@ -174,7 +174,21 @@ TEST(AngleText, asTyped_hasTheSignsOfTheUser)
     }
 }
 
-TEST(AngleText, forFile_withoutADecimalSign_leavesTheTextAlone)
+TEST(AngleText, forFile_hasThePointAndTheMinusOfEveryLocale)
 {
+    const struct
+    {
+        const char* locale;
+        const char* typed;
+        const char16_t* stored;
+    } rows[] = {
+        {"sv_SE", "\u221217,5", u"-17.5"},
+        {"ar_EG", "\u061c-\u0661\u0667", u"-17"},
+        {"ar_EG", "-17\u066b5", u"-17.5"},
+    };
+    for (const auto& row : rows) {
+        const QLocale locale(QLatin1String(row.locale));
+        EXPECT_EQ(AngleForFile(QString::fromUtf8(row.typed), locale.decimalPoint(), locale), row.stored);
+    }
     EXPECT_EQ(AngleForFile(QStringLiteral("-17"), QString(), QLocale::c()), u"-17");
 }
