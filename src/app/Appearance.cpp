@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Appearance.h"
 
+#include "app/BoxDrawing.h"
+#include "forms/Panels.h"
+
 #include <QApplication>
 #include <QFont>
 #include <QIcon>
@@ -18,7 +21,6 @@ namespace {
 
 constexpr int kCaptionLeft = 8;
 constexpr int kCaptionGap = 3;
-constexpr double kCornerRadius = 4.0;
 
 void DrawFrame(const QStyleOptionGroupBox& option, QPainter& painter, const QStyle& style)
 {
@@ -31,12 +33,8 @@ void DrawFrame(const QStyleOptionGroupBox& option, QPainter& painter, const QSty
         painter.setClipRegion(QRegion(option.rect) -
                               QRegion(caption.adjusted(-kCaptionGap, 0, kCaptionGap, 0)));
     }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(option.palette.color(QPalette::Mid));
-    // At half pixels; otherwise antialiasing spreads the line over two rows.
-    const int middle = captionHeight / 2;
-    const QRectF line = QRectF(option.rect).adjusted(0.5, middle + 0.5, -0.5, -0.5);
-    painter.drawRoundedRect(line, kCornerRadius, kCornerRadius);
+    DrawPanel(painter, option.rect.adjusted(0, captionHeight / 2, 0, 0), Qt::NoBrush,
+              option.palette.color(QPalette::Mid));
     painter.restore();
 
     style.drawItemText(&painter, caption, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
@@ -55,7 +53,8 @@ QPalette Colours()
     const QColor greyed(0x62, 0x62, 0x68);
     const QColor accent(0x3b, 0x34, 0x78);
     QPalette colours(QColor(0xea, 0xe5, 0xdb), ground);
-    colours.setColor(QPalette::Mid, QColor(0xc4, 0xbb, 0xaa));
+    colours.setColor(QPalette::Mid, QColor(0xb4, 0xac, 0x9c));
+    colours.setColor(QPalette::Midlight, QColor(0xd6, 0xcf, 0xc1));
     colours.setColor(QPalette::WindowText, ink);
     colours.setColor(QPalette::Text, ink);
     colours.setColor(QPalette::ButtonText, ink);
@@ -115,6 +114,9 @@ void WindowStyle::ShareColours(const QStyleOption* option) const
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                 const QWidget* widget) const
 {
+    if (option != nullptr && DrawBox(element, *option, *painter, widget)) {
+        return;
+    }
     ShareColours(option);
     QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
@@ -132,6 +134,18 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
     const auto* const frame = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
     if (control == CC_GroupBox && frame != nullptr && !(frame->subControls & SC_GroupBoxCheckBox)) {
         DrawFrame(*frame, *painter, *this);
+        return;
+    }
+    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control == CC_ScrollBar && bar != nullptr) {
+        DrawScrollBar(*bar, *painter, *this, widget);
+        return;
+    }
+    const auto* const list = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (control == CC_ComboBox && list != nullptr) {
+        DrawBox(PE_PanelButtonCommand, *list, *painter, widget);
+        DrawArrow(*painter, subControlRect(control, list, SC_ComboBoxArrow, widget), Qt::DownArrow,
+                  list->palette.color(QPalette::ButtonText));
         return;
     }
     ShareColours(option);

@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "forms/Bars.h"
 
+#include "forms/Panels.h"
 #include "support/RuntimeError.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QStyleOption>
-#include <QStyleOptionButton>
 #include <QWheelEvent>
 
 namespace {
@@ -74,36 +73,21 @@ QRect SpinBar::ArrowRect(SliderAction action) const
                                          : QRect(0, half, width(), height() - half);
 }
 
-void SpinBar::DrawArrow(QPainter& painter, SliderAction action) const
-{
-    QStyleOptionButton button;
-    button.initFrom(this);
-    button.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
-    button.state |= m_pressed == action ? QStyle::State_Sunken : QStyle::State_Raised;
-    button.rect = ArrowRect(action);
-    style()->drawPrimitive(QStyle::PE_PanelButtonBevel, &button, &painter, this);
-
-    // The arrows of the style need taller buttons.
-    const QPoint centre = button.rect.center();
-    const int direction = action == SliderSingleStepAdd ? 1 : -1;
-    const QColor colour = palette().color(QPalette::ButtonText);
-    for (int row = 0; row < 3; ++row) {
-        const int y = centre.y() + direction * (row - 1);
-        painter.fillRect(centre.x() - row, y, 2 * row + 1, 1, colour);
-    }
-}
-
 void SpinBar::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
-    DrawArrow(painter, SliderSingleStepAdd);
-    DrawArrow(painter, SliderSingleStepSub);
-    if (hasFocus()) {
-        QStyleOptionFocusRect focus;
-        focus.initFrom(this);
-        focus.rect = rect().adjusted(1, 1, -1, -1);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+    const QPalette& colours = palette();
+    const QRect lower = ArrowRect(SliderSingleStepSub);
+    const QColor line = colours.color(hasFocus() ? QPalette::Highlight : QPalette::Mid);
+    DrawPanel(painter, rect(), colours.button(), line);
+    if (m_pressed != SliderNoAction) {
+        painter.setClipRect(ArrowRect(m_pressed));
+        DrawPanel(painter, rect(), colours.midlight(), line);
+        painter.setClipping(false);
     }
+    DrawUpperEdge(painter, lower, line);
+    DrawArrow(painter, ArrowRect(SliderSingleStepAdd), Qt::UpArrow, colours.color(QPalette::ButtonText));
+    DrawArrow(painter, lower, Qt::DownArrow, colours.color(QPalette::ButtonText));
 }
 
 void SpinBar::Press(SliderAction action)

@@ -59,7 +59,6 @@ protected:
 
 private:
     [[nodiscard]] QRect ArrowRect(SliderAction action) const;
-    void DrawArrow(QPainter& painter, SliderAction action) const;
     void Press(SliderAction action);
     void Release();
 

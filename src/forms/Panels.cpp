@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "forms/Panels.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+/// Switches a painter to the pixels of the screen.
+class ScreenPixels final
+{
+public:
+    explicit ScreenPixels(QPainter& painter)
+        : m_painter(painter)
+        , m_toScreen(painter.deviceTransform())
+    {
+        m_painter.save();
+        m_painter.setWorldTransform(m_toScreen.inverted() * m_painter.worldTransform());
+        m_painter.setRenderHint(QPainter::Antialiasing);
+    }
+    ScreenPixels(const ScreenPixels&) = delete;
+    ScreenPixels& operator=(const ScreenPixels&) = delete;
+    ~ScreenPixels() { m_painter.restore(); }
+
+    [[nodiscard]] double Scale() const { return m_toScreen.m11(); }
+    [[nodiscard]] int LineWidth() const { return std::max(1, static_cast<int>(Scale())); }
+    /// Rounds each edge, as Qt does for the region of a widget, so that no line falls outside of it.
+    [[nodiscard]] QRect Place(const QRect& place) const
+    {
+        const QRectF exact = m_toScreen.mapRect(QRectF(place));
+        const QPoint end(qRound(exact.right()), qRound(exact.bottom()));
+        return {QPoint(qRound(exact.left()), qRound(exact.top())), end - QPoint(1, 1)};
+    }
+
+private:
+    QPainter& m_painter;
+    const QTransform m_toScreen;
+};
+
+} // namespace
+
+void DrawPanel(QPainter& painter, const QRect& place, const QBrush& ground, const QColor& line,
+               double cornerRadius)
+{
+    const ScreenPixels screen(painter);
+    const double middle = screen.LineWidth() / 2.0;
+    const double radius = cornerRadius * screen.Scale() - middle;
+    painter.setPen(QPen(line, screen.LineWidth()));
+    painter.setBrush(ground);
+    painter.drawRoundedRect(QRectF(screen.Place(place)).adjusted(middle, middle, -middle, -middle), radius,
+                            radius);
+}
+
+void DrawUpperEdge(QPainter& painter, const QRect& place, const QColor& line)
+{
+    const ScreenPixels screen(painter);
+    QRect edge = screen.Place(place);
+    edge.setHeight(screen.LineWidth());
+    painter.fillRect(edge, line);
+}
+
+void DrawArrow(QPainter& painter, const QRect& place, Qt::ArrowType direction, const QColor& colour)
+{
+    const ScreenPixels screen(painter);
+    const bool isUpright = direction == Qt::UpArrow || direction == Qt::DownArrow;
+    const double outwards = direction == Qt::UpArrow || direction == Qt::LeftArrow ? -1.0 : 1.0;
+    const QPointF centre = QRectF(screen.Place(place)).center();
+    const double height = std::round(3.0 * screen.Scale());
+    // The base lies on the edge of a pixel.
+    const double base = std::round((isUpright ? centre.y() : centre.x()) - outwards * height / 2.0);
+    const double tip = base + outwards * height;
+    const double middle = isUpright ? centre.x() : centre.y();
+    const auto at = [isUpright](double along, double across) {
+        return isUpright ? QPointF(across, along) : QPointF(along, across);
+    };
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawPolygon(
+        std::array{at(base, middle - height), at(base, middle + height), at(tip, middle)}.data(), 3);
+}
+
+void DrawTick(QPainter& painter, const QRect& place, const QColor& colour)
+{
+    const ScreenPixels screen(painter);
+    const QRectF box(screen.Place(place));
+    const auto at = [&box](double across, double down) {
+        return QPointF(box.left() + across * box.width(), box.top() + down * box.height());
+    };
+    painter.setPen(QPen(colour, 2.0 * screen.Scale(), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(std::array{at(0.26, 0.52), at(0.43, 0.70), at(0.74, 0.30)}.data(), 3);
+}

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QBrush>
+#include <QRect>
+
+class QColor;
+class QPainter;
+
+// The parts of which the boxes, frames and bars are drawn. Their lines cover whole pixels of the screen at
+// every scale, one pixel wide at a scale below 2. All rectangles are in the painter's coordinates.
+
+/// The radius of the corners of all boxes and frames, in the painter's coordinates.
+constexpr double kCornerRadius = 2.0;
+
+/// Draws a rounded rectangle with a line inside its edge.
+/// @param ground may be Qt::NoBrush
+void DrawPanel(QPainter& painter, const QRect& place, const QBrush& ground, const QColor& line,
+               double cornerRadius = kCornerRadius);
+
+/// Draws a line along the upper edge of a rectangle.
+void DrawUpperEdge(QPainter& painter, const QRect& place, const QColor& line);
+
+/// Draws the filled triangle of an arrow button in the middle of @p place.
+void DrawArrow(QPainter& painter, const QRect& place, Qt::ArrowType direction, const QColor& colour);
+
+/// Draws the tick of a check box.
+void DrawTick(QPainter& painter, const QRect& place, const QColor& colour);

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/WindowViews.h"
+#include "forms/Bars.h"
+#include "forms/Boxes.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QImage>
+#include <QPushButton>
+
+#include <cmath>
+#include <set>
+
+namespace {
+
+/// The pixels of a control in a picture of its window.
+QImage PixelsOf(const QWidget& control, const QImage& window)
+{
+    const double scale = control.devicePixelRatioF();
+    const QRect place(control.mapTo(control.window(), QPoint()), control.size());
+    const auto at = [scale](int edge) { return qRound(edge * scale); };
+    const QPoint first(at(place.x()), at(place.y()));
+    const QPoint end(at(place.x() + place.width()), at(place.y() + place.height()));
+    return window.copy(QRect(first, end - QPoint(1, 1)));
+}
+
+bool IsBox(const QWidget& control)
+{
+    const auto* const frame = qobject_cast<const QFrame*>(&control);
+    return qobject_cast<const TextBox*>(&control) != nullptr ||
+           qobject_cast<const SpinBar*>(&control) != nullptr ||
+           qobject_cast<const LevelBar*>(&control) != nullptr ||
+           qobject_cast<const QPushButton*>(&control) != nullptr ||
+           qobject_cast<const QComboBox*>(&control) != nullptr ||
+           (frame != nullptr && frame->frameShape() == QFrame::StyledPanel);
+}
+
+std::vector<const QWidget*> VisibleBoxes(const QWidget& window)
+{
+    std::vector<const QWidget*> boxes;
+    for (const QWidget* const control : window.findChildren<QWidget*>()) {
+        if (control->isVisible() && IsBox(*control)) {
+            boxes.push_back(control);
+        }
+    }
+    return boxes;
+}
+
+/// The colours along each of the four edges from the edge inwards, at a third of the edge.
+std::vector<std::vector<QRgb>> EdgesOf(const QImage& box)
+{
+    constexpr int kDepth = 5;
+    // Not in the middle, where a spin bar has a line and a scroll bar its thumb.
+    const int x = box.width() / 3;
+    const int y = box.height() / 3;
+    std::vector<std::vector<QRgb>> edges(4);
+    for (int depth = 0; depth < kDepth; ++depth) {
+        edges[0].push_back(box.pixel(depth, y));
+        edges[1].push_back(box.pixel(box.width() - 1 - depth, y));
+        edges[2].push_back(box.pixel(x, depth));
+        edges[3].push_back(box.pixel(x, box.height() - 1 - depth));
+    }
+    return edges;
+}
+
+class WindowLooks : public WindowViews
+{
+};
+
+} // namespace
+
+TEST_F(WindowLooks, boxes_haveOneLineOnWholePixels)
+{
+    std::set<std::string> kinds;
+    ForEachView([&kinds](QWidget& window) {
+        for (auto* const list : window.findChildren<ListBox*>()) {
+            list->clear(); // A selected line would touch the edge.
+        }
+        const QImage picture = window.grab().toImage();
+        const QRgb usual = window.palette().color(QPalette::Mid).rgb();
+        const QRgb focused = window.palette().color(QPalette::Highlight).rgb();
+        const auto width = static_cast<std::size_t>(window.devicePixelRatioF());
+        for (const QWidget* const box : VisibleBoxes(window)) {
+            kinds.insert(box->metaObject()->className());
+            for (const std::vector<QRgb>& edge : EdgesOf(PixelsOf(*box, picture))) {
+                const QRgb line = edge[0] == focused ? focused : usual;
+                std::size_t covered = 0;
+                while (covered < edge.size() && edge[covered] == line) {
+                    ++covered;
+                }
+                EXPECT_EQ(covered, width)
+                    << box->objectName().toStdString() << std::hex << ' ' << edge[0] << ' ' << edge[1];
+                EXPECT_EQ(edge[width], edge[width + 1])
+                    << box->objectName().toStdString() << ": no blurred pixel beside the line";
+            }
+        }
+    });
+    EXPECT_EQ(kinds.size(), 8U);
+}
