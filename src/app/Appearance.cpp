@@ -69,6 +69,10 @@ QPalette Colours()
     for (const QPalette::ColorRole role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
         colours.setColor(QPalette::Disabled, role, greyed);
     }
+    // A disabled box or button is an outline on the page.
+    for (const QPalette::ColorRole role : {QPalette::Base, QPalette::Button}) {
+        colours.setColor(QPalette::Disabled, role, ground);
+    }
     return colours;
 }
 

@@ -98,3 +98,26 @@ TEST_F(WindowLooks, boxes_haveOneLineOnWholePixels)
     });
     EXPECT_EQ(kinds.size(), 8U);
 }
+
+TEST_F(WindowLooks, disabledTextBox_hasTheGroundOfThePage)
+{
+    int enabled = 0;
+    int disabled = 0;
+    ForEachView([&](QWidget& window) {
+        const QImage picture = window.grab().toImage();
+        for (const auto* const box : window.findChildren<TextBox*>()) {
+            if (!box->isVisible()) {
+                continue;
+            }
+            const QImage pixels = PixelsOf(*box, picture);
+            const QPalette& colours = window.palette();
+            const QPalette::ColorRole ground = box->isEnabled() ? QPalette::Base : QPalette::Window;
+            ++(box->isEnabled() ? enabled : disabled);
+            EXPECT_EQ(pixels.pixel(pixels.width() - 6, 6), colours.color(ground).rgb())
+                << box->objectName().toStdString();
+            EXPECT_NE(colours.color(QPalette::Base), colours.color(QPalette::Window));
+        }
+    });
+    EXPECT_GT(enabled, 5);
+    EXPECT_GT(disabled, 5);
+}
