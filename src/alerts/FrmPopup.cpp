@@ -3,6 +3,7 @@
 #include "alerts/FrmPopup.h"
 
 #include "forms/Forms.h"
+#include "forms/Letters.h"
 #include "platform/BesideBox.h"
 #include "platform/Clock.h"
 #include "platform/Platform.h"
@@ -49,10 +50,8 @@ FrmPopup::FrmPopup(Forms& forms)
     m_ui->setupUi(this);
     // The user may be typing in another window.
     setAttribute(Qt::WA_ShowWithoutActivating);
-    // A .ui file can't set the stretch of a font. At normal width the widest time would be cut off.
-    QFont narrow = m_ui->LblCurrTime->font();
-    narrow.setStretch(QFont::SemiCondensed);
-    m_ui->LblCurrTime->setFont(narrow);
+    // At normal width the widest time would be cut off.
+    NarrowLetters(*m_ui->LblCurrTime);
     connect(m_ui->Command1, &QPushButton::clicked, this, [this] {
         Handle([this] {
             Timer1->SetEnabled(false);

@@ -3,10 +3,12 @@
 #include "app/Appearance.h"
 
 #include "app/BoxDrawing.h"
+#include "forms/Letters.h"
 #include "forms/Panels.h"
 
 #include <QApplication>
 #include <QFont>
+#include <QFontMetrics>
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
@@ -162,10 +164,25 @@ void SetAppearance()
     QApplication::setStyle(new WindowStyle); // the application owns it
     QApplication::setPalette(Colours());
     // Set explicitly: Qt's default family depends on the installed fonts.
-    QFont font(QStringLiteral("Liberation Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
+    QApplication::setFont(WindowFont(QStringLiteral("Liberation Sans")));
     QApplication::setWindowIcon(WindowIcon());
+}
+
+QFont WindowFont(const QString& family)
+{
+    QFont font(family);
+    font.setPixelSize(12);
+    // The width of a text in Liberation Sans, for which the windows are laid out.
+    constexpr int kUsualWidth = 107;
+    constexpr int kNarrowest = 60;
+    const QString text = QStringLiteral("Time till next prayer:");
+    // Searched, since the width of a text is not proportional to the stretch of its letters.
+    int percent = 100;
+    QFont fitting = font;
+    while (QFontMetrics(fitting).horizontalAdvance(text) > kUsualWidth && percent > kNarrowest) {
+        fitting = Narrowed(font, --percent);
+    }
+    return fitting;
 }
 
 QPixmap ShippedPicture(const QString& name, double devicePixelRatio)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QFont>
 #include <QLabel>
 #include <QPalette>
 #include <QPixmap>
@@ -34,6 +35,10 @@ private:
 
 /// Sets the style, colours, font and icon of all windows. Call once, before the first window is made.
 void SetAppearance();
+
+/// The font of the windows. If the system replaces @p family by a wider font, its letters are narrowed, so
+/// that the texts fit their labels.
+[[nodiscard]] QFont WindowFont(const QString& family);
 
 /// Returns a picture from the resources, scaled for a screen; a null picture if there is none of that name.
 /// @param name of the file at scale 1, without folder and suffix; files "@2x" and "@3x" are used if they

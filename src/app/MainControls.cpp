@@ -4,18 +4,15 @@
 
 #include "engine/Prayers.h"
 #include "forms/Areas.h"
+#include "forms/Letters.h"
 
 MainControls::MainControls(QWidget& window)
 {
     setupUi(&window);
     KeepMouseMoves(window);
-    // A .ui file can't set the stretch of a font. Narrow letters leave room for the countdown and are easier
-    // to read than small ones.
-    for (QLabel* const narrow : {Label3, static_cast<QLabel*>(LblStopLink)}) {
-        QFont font = narrow->font();
-        font.setStretch(QFont::SemiCondensed);
-        narrow->setFont(font);
-    }
+    // Narrow letters leave room for the countdown and are easier to read than small ones.
+    NarrowLetters(*Label3);
+    NarrowLetters(*LblStopLink);
     for (const Prayer& prayer : kPrayers) {
         if (PrayerOfTab(prayer.tab) == &prayer) {
             PrayerColumns.push_back(

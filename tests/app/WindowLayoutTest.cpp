@@ -177,3 +177,14 @@ TEST_F(WindowLayout, controlsOfAColumn_beginTogether)
         });
     });
 }
+
+// The font of a system without the usual one.
+TEST_F(WindowLayout, wideFont_isNarrowedUntilTextsFit)
+{
+    const QFont usual = QApplication::font();
+    EXPECT_EQ(usual.stretch(), QFont::AnyStretch);
+    QApplication::setFont(WindowFont(QStringLiteral("DejaVu Sans")));
+    ASSERT_EQ(QFontInfo(QApplication::font()).family(), u"DejaVu Sans");
+    ForEachView([](QWidget& window) { ExpectAllInside(window); });
+    QApplication::setFont(usual);
+}
