@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QFont>
 #include <QFontMetrics>
+#include <QFrame>
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
@@ -130,6 +131,13 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
 void WindowStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const
 {
+    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    if (element == CE_ShapedFrame && frame != nullptr &&
+        (frame->frameShape == QFrame::HLine || frame->frameShape == QFrame::VLine)) {
+        const Qt::Edge edge = frame->frameShape == QFrame::HLine ? Qt::TopEdge : Qt::LeftEdge;
+        DrawEdge(*painter, frame->rect, edge, frame->palette.color(QPalette::Mid));
+        return;
+    }
     ShareColours(option);
     QProxyStyle::drawControl(element, option, painter, widget);
 }

@@ -85,7 +85,7 @@ void SpinBar::paintEvent(QPaintEvent* /*event*/)
         DrawPanel(painter, rect(), colours.midlight(), line);
         painter.setClipping(false);
     }
-    DrawUpperEdge(painter, lower, line);
+    DrawEdge(painter, lower, Qt::TopEdge, line);
     DrawArrow(painter, ArrowRect(SliderSingleStepAdd), Qt::UpArrow, colours.color(QPalette::ButtonText));
     DrawArrow(painter, lower, Qt::DownArrow, colours.color(QPalette::ButtonText));
 }

@@ -55,12 +55,16 @@ void DrawPanel(QPainter& painter, const QRect& place, const QBrush& ground, cons
                             radius);
 }
 
-void DrawUpperEdge(QPainter& painter, const QRect& place, const QColor& line)
+void DrawEdge(QPainter& painter, const QRect& place, Qt::Edge edge, const QColor& line)
 {
     const ScreenPixels screen(painter);
-    QRect edge = screen.Place(place);
-    edge.setHeight(screen.LineWidth());
-    painter.fillRect(edge, line);
+    QRect pixels = screen.Place(place);
+    if (edge == Qt::TopEdge) {
+        pixels.setHeight(screen.LineWidth());
+    } else {
+        pixels.setWidth(screen.LineWidth());
+    }
+    painter.fillRect(pixels, line);
 }
 
 void DrawArrow(QPainter& painter, const QRect& place, Qt::ArrowType direction, const QColor& colour)

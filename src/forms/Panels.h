@@ -19,8 +19,9 @@ constexpr double kCornerRadius = 2.0;
 void DrawPanel(QPainter& painter, const QRect& place, const QBrush& ground, const QColor& line,
                double cornerRadius = kCornerRadius);
 
-/// Draws a line along the upper edge of a rectangle.
-void DrawUpperEdge(QPainter& painter, const QRect& place, const QColor& line);
+/// Draws a line along one edge of a rectangle.
+/// @param edge Qt::TopEdge or Qt::LeftEdge
+void DrawEdge(QPainter& painter, const QRect& place, Qt::Edge edge, const QColor& line);
 
 /// Draws the filled triangle of an arrow button in the middle of @p place.
 void DrawArrow(QPainter& painter, const QRect& place, Qt::ArrowType direction, const QColor& colour);

@@ -17,7 +17,6 @@ PrayerPage::PrayerPage(DialogContext& context, QFrame& frame)
     , m_ui(MakeControls<Ui::PrayerPage>(frame))
 {
     for (QFrame* const line : {m_ui->Line1, m_ui->Line2, m_ui->Line3, m_ui->Line4}) {
-        line->setForegroundRole(QPalette::Mid);
         // Mouse moves over a drawn line reach the widget behind it.
         line->setAttribute(Qt::WA_TransparentForMouseEvents);
     }

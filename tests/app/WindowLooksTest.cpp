@@ -8,6 +8,7 @@
 #include <QComboBox>
 #include <QImage>
 #include <QPushButton>
+#include <QRegularExpression>
 
 #include <cmath>
 #include <set>
@@ -97,6 +98,33 @@ TEST_F(WindowLooks, boxes_haveOneLineOnWholePixels)
         }
     });
     EXPECT_EQ(kinds.size(), 8U);
+}
+
+TEST_F(WindowLooks, linesOfThePrayerPage_haveTheWidthOfTheFrames)
+{
+    int lines = 0;
+    ForEachView([&lines](QWidget& window) {
+        const QImage picture = window.grab().toImage();
+        const QRgb colour = window.palette().color(QPalette::Mid).rgb();
+        const double scale = window.devicePixelRatioF();
+        for (const auto* const line :
+             window.findChildren<QFrame*>(QRegularExpression(QStringLiteral("^Line[1-4]$")))) {
+            if (!line->isVisible()) {
+                continue;
+            }
+            const QPoint middle = line->mapTo(&window, line->rect().center());
+            const bool isUpright = line->frameShape() == QFrame::VLine;
+            int covered = 0;
+            for (int beside = -4; beside <= 4; ++beside) {
+                const QPoint pixel(qRound(middle.x() * scale) + (isUpright ? beside : 0),
+                                   qRound(middle.y() * scale) + (isUpright ? 0 : beside));
+                covered += picture.pixel(pixel) == colour ? 1 : 0;
+            }
+            EXPECT_EQ(covered, static_cast<int>(scale)) << line->objectName().toStdString();
+            ++lines;
+        }
+    });
+    EXPECT_EQ(lines, 8);
 }
 
 TEST_F(WindowLooks, disabledTextBox_hasTheGroundOfThePage)
