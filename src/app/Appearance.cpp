@@ -166,6 +166,13 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
+int WindowStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                           QStyleHintReturn* data) const
+{
+    return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0
+                                                       : QProxyStyle::styleHint(hint, option, widget, data);
+}
+
 void SetAppearance()
 {
     // The layout is fixed to the pixel, so the style is fixed too. Qt has Fusion on every platform.

@@ -26,6 +26,9 @@ public:
                      const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
+    /// The buttons of message boxes have no icons, whatever the desktop says.
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override;
 
 private:
     void ShareColours(const QStyleOption* option) const;

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <QProxyStyle>
 #include <QStyleOptionButton>
 
 #include <gtest/gtest.h>
@@ -28,6 +29,24 @@ QImage Drawn(const WindowStyle& style, const QStyleOptionButton& option)
     QPainter painter(&image);
     style.drawControl(QStyle::CE_PushButtonBevel, &option, &painter, nullptr);
     return image;
+}
+
+/// A style on a desktop that wants icons on the buttons of boxes.
+class StyleWithIcons final : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint /*hint*/, const QStyleOption* /*option*/, const QWidget* /*widget*/,
+                  QStyleHintReturn* /*data*/) const override
+    {
+        return 1;
+    }
+};
+
+TEST(WindowStyle, buttonsOfABox_haveNoIcons)
+{
+    WindowStyle style;
+    style.setBaseStyle(new StyleWithIcons);
+    EXPECT_EQ(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, nullptr, nullptr), 0);
 }
 
 TEST(WindowStyle, equalColours_shareOnePalette_soThatDrawingsDoNotPileUp)
