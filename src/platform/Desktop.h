@@ -27,6 +27,9 @@ class MessageBoxes
 public:
     static inline const QString kDefaultTitle = QStringLiteral("Dusk Beacon");
 
+    /// The answer of the Enter key, unless the user moves to the other button.
+    enum class DefaultAnswer { Yes, No };
+
     MessageBoxes() = default;
     MessageBoxes(const MessageBoxes&) = delete;
     MessageBoxes& operator=(const MessageBoxes&) = delete;
@@ -35,7 +38,8 @@ public:
     /// One OK button.
     virtual void Show(const QString& text, const QString& title = kDefaultTitle) = 0;
     /// Yes and No buttons; true for Yes.
-    [[nodiscard]] virtual bool Ask(const QString& text, const QString& title = kDefaultTitle) = 0;
+    [[nodiscard]] virtual bool Ask(const QString& text, const QString& title = kDefaultTitle,
+                                   DefaultAnswer preset = DefaultAnswer::Yes) = 0;
 };
 
 /// The icon in the notification area. Failures are not reported: without a notification area there is no

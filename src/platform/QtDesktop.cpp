@@ -57,7 +57,8 @@ QWindow* WindowInFront()
     return active == nullptr || StaysOnTop(*active) ? nullptr : active->windowHandle();
 }
 
-int Execute(const QString& text, const QString& title, QMessageBox::StandardButtons buttons)
+int Execute(const QString& text, const QString& title, QMessageBox::StandardButtons buttons,
+            QMessageBox::StandardButton preset)
 {
     // Texts of the service may have any length, and a longer box would not fit on a screen.
     constexpr int kLongestText = 1024;
@@ -70,6 +71,7 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
     box.setWindowTitle(title);
     box.setText(text.left(kLongestText));
     box.setStandardButtons(buttons);
+    box.setDefaultButton(preset);
     const int answer = box.exec();
     if (box.clickedButton() == nullptr) {
         // The program ends, perhaps since its last window was closed. The user gave no answer, so the caller
@@ -93,12 +95,13 @@ void QtBrowser::Open(const QString& url)
 
 void QtMessageBoxes::Show(const QString& text, const QString& title)
 {
-    Execute(text, title, QMessageBox::Ok);
+    Execute(text, title, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool QtMessageBoxes::Ask(const QString& text, const QString& title)
+bool QtMessageBoxes::Ask(const QString& text, const QString& title, DefaultAnswer preset)
 {
-    return Execute(text, title, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return Execute(text, title, QMessageBox::Yes | QMessageBox::No,
+                   preset == DefaultAnswer::Yes ? QMessageBox::Yes : QMessageBox::No) == QMessageBox::Yes;
 }
 
 void QtProcess::End()

@@ -109,8 +109,10 @@ void MobilePage::ShowSignup(const MobileDevice& device, const QString& result)
 void MobilePage::OnResetClick()
 {
     DisabledControl reset(m_context.Dialog(), *m_ui->LblReset);
-    const bool isAgreed = m_context.GetPlatform().boxes.Ask(QStringLiteral(
-        "This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?"));
+    const bool isAgreed = m_context.GetPlatform().boxes.Ask(
+        QStringLiteral(
+            "This will clear your Mobile Device ID and Personal code?\r\nDo you want to continue?"),
+        MessageBoxes::kDefaultTitle, MessageBoxes::DefaultAnswer::No);
     if (!m_context.Dialog().IsLoaded()) {
         return;
     }

@@ -256,8 +256,9 @@ public:
         boxes.push_back({text, title, QStringLiteral("OK")});
         Act();
     }
-    [[nodiscard]] bool Ask(const QString& text, const QString& title) override
+    [[nodiscard]] bool Ask(const QString& text, const QString& title, DefaultAnswer preset) override
     {
+        lastDefault = preset;
         boxes.push_back({text, title, QStringLiteral("Yes No")});
         Act();
         if (answers.empty()) {
@@ -269,6 +270,8 @@ public:
     }
 
     std::vector<Box> boxes;
+    /// Of the last question.
+    DefaultAnswer lastDefault = DefaultAnswer::Yes;
     /// Answers to the next questions; afterwards No.
     std::deque<bool> answers;
     /// Runs while a box is up, as events do under a real one.

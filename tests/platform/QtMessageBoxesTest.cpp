@@ -101,6 +101,18 @@ TEST(QtMessageBoxes, ask_yesAndNo_answerByTheButton)
     EXPECT_EQ(no.title, QStringLiteral("Dusk Beacon"));
 }
 
+TEST(QtMessageBoxes, ask_enterKey_givesTheDefaultAnswer)
+{
+    const auto pressEnter = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); };
+    const Onlooker yes(pressEnter);
+    EXPECT_TRUE(Boxes().Ask(QStringLiteral("Display?")));
+    EXPECT_TRUE(yes.seen);
+    const Onlooker no(pressEnter);
+    EXPECT_FALSE(
+        Boxes().Ask(QStringLiteral("Clear?"), MessageBoxes::kDefaultTitle, MessageBoxes::DefaultAnswer::No));
+    EXPECT_TRUE(no.seen);
+}
+
 TEST(QtMessageBoxes, escapeOrCloseButton_closesTheBoxAndMeansNo)
 {
     const auto pressEscape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
