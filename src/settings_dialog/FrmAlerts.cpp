@@ -8,6 +8,8 @@
 #include "forms/LinkLabel.h"
 #include "ui_FrmAlerts.h"
 
+#include <QGuiApplication>
+
 namespace {
 
 constexpr std::int16_t kGeneralTab = 1;
@@ -59,6 +61,8 @@ void FrmAlerts::OnLoad()
 
 void FrmAlerts::OnUnload()
 {
+    // A sign-up may be pending: its wait pointer ends with the dialog, since the other windows take input.
+    QGuiApplication::restoreOverrideCursor();
     // Intended: a failed step skips the later ones without a message; ActiveForm then stays as it is.
     m_context.RunOrUnload([this] {
         MainForm& main = Siblings().Main();

@@ -10,6 +10,7 @@
 #include "service/ServiceRequests.h"
 #include "settings_dialog/FrmAlerts.h"
 
+#include <QGuiApplication>
 #include <QScopeGuard>
 
 #include <utility>
@@ -66,9 +67,7 @@ void MobileSignup::Reset()
 void MobileSignup::SignUp(const MobileDevice& device)
 {
     SimpleXML document(m_forms.GetPlatform());
-    if (!InternetClass(m_forms.GetPlatform(), ServiceAddresses::Probe(m_forms.Variables().Settings))
-             .VerifyConnectivity() ||
-        !Fetch(document, device.personalCode)) {
+    if (!AskService(document, device.personalCode)) {
         Say(kNotConnected);
         return;
     }
@@ -81,6 +80,16 @@ void MobileSignup::SignUp(const MobileDevice& device)
     // of the reset and keeps the device.
     const QString message = ReadReply(reply.get(), QStringLiteral("message"));
     Say(message.isEmpty() ? QStringLiteral("Could not verify Mobil Alert Settings.") : message);
+}
+
+bool MobileSignup::AskService(SimpleXML& reply, const QString& personalCode)
+{
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // FrmAlerts may have given the pointer back before; the second call then does nothing.
+    const auto giveBack = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    return InternetClass(m_forms.GetPlatform(), ServiceAddresses::Probe(m_forms.Variables().Settings))
+               .VerifyConnectivity() &&
+           Fetch(reply, personalCode);
 }
 
 bool MobileSignup::Fetch(SimpleXML& reply, const QString& personalCode)

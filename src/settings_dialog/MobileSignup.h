@@ -40,6 +40,8 @@ public:
 
 private:
     void SignUp(const MobileDevice& device);
+    /// Shows the wait pointer meanwhile. False if the service could not be reached or sent no document.
+    [[nodiscard]] bool AskService(SimpleXML& reply, const QString& personalCode);
     [[nodiscard]] bool Fetch(SimpleXML& reply, const QString& personalCode);
     /// Stores through the settings dialog if one is open, which then shows the result on its mobile page.
     void Store(const MobileDevice& device, const QString& result);
