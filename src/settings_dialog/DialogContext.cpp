@@ -69,10 +69,15 @@ std::function<void()> DialogContext::RunOrUnloadHandler(std::function<void()> ro
     return [this, routine = std::move(routine)] { RunOrUnload(routine); };
 }
 
-bool DialogContext::IsMobileConfirmed()
+QString DialogContext::MissingForMobile()
 {
-    return Read(QStringLiteral("mobileConfirm"), kAlertsPath) == u"1" &&
-           IsTrue(Read(QStringLiteral("mobileEnabled"), kAlertsPath));
+    if (!IsTrue(Read(QStringLiteral("mobileEnabled"), kAlertsPath))) {
+        return QStringLiteral("Tick \"Enable Mobile Alerts\" on the Mobile Alert page first.");
+    }
+    if (Read(QStringLiteral("mobileConfirm"), kAlertsPath) != u"1") {
+        return QStringLiteral("Register your mobile device on the Mobile Alert page first.");
+    }
+    return {};
 }
 
 const Platform& DialogContext::GetPlatform() const

@@ -51,8 +51,9 @@ public:
     /// A handler for a control, under the failure rule.
     [[nodiscard]] std::function<void()> RunOrUnloadHandler(std::function<void()> routine);
 
-    /// Whether mobile alerts are enabled and the device is confirmed, in settingsDoc as it stands.
-    [[nodiscard]] bool IsMobileConfirmed();
+    /// The step that the user must take before a prayer can have a mobile alert; empty if mobile alerts are
+    /// enabled and the device is confirmed. Reads settingsDoc as it stands.
+    [[nodiscard]] QString MissingForMobile();
 
     [[nodiscard]] Form& Dialog() const { return m_dialog; }
     [[nodiscard]] const Platform& GetPlatform() const;

@@ -85,9 +85,18 @@ void PrayerPage::LoadPrayerPage()
     m_ui->ChkAudioAlert->SetValue(isSet(u"play"));
     m_ui->TxtPath->SetText(m_context.Read(QStringLiteral("audioFile"), path));
     // Intended: does not depend on ChkAlertMain. A prayer whose alert is off still offers the mobile alert.
-    m_ui->ChkIndMobAlert->setEnabled(m_context.IsMobileConfirmed());
+    EnableMobileAlert(true);
     m_ui->ChkIndMobAlert->SetValue(isSet(u"mobil"));
     m_context.loading = false;
+}
+
+void PrayerPage::EnableMobileAlert(bool mayBeOn)
+{
+    const QString reason =
+        mayBeOn ? m_context.MissingForMobile() : QStringLiteral("Tick \"Alert on\" first.");
+    m_ui->ChkIndMobAlert->setEnabled(reason.isEmpty());
+    m_ui->ChkIndMobAlert->setToolTip(reason);
+    m_ui->ChkIndMobAlert->setAccessibleDescription(reason);
 }
 
 void PrayerPage::OnAlertMainClick()
@@ -97,7 +106,7 @@ void PrayerPage::OnAlertMainClick()
     m_ui->ChkSilAlert->setEnabled(isTicked);
     m_ui->ChkAudioAlert->setEnabled(isTicked);
     m_ui->FrmFileSelect->setEnabled(isTicked);
-    m_ui->ChkIndMobAlert->setEnabled(isTicked && m_context.IsMobileConfirmed());
+    EnableMobileAlert(isTicked);
     if (!m_context.loading && IsOnPrayer()) {
         m_context.Write(QStringLiteral("enabled"), TrueOrFalse(m_ui->ChkAlertMain->Value() != 0),
                         ElementPath());

@@ -35,6 +35,9 @@ private:
     void StoreOnClick(CheckBox* box, const QString& attribute);
     void Store(const QString& attribute, const QString& value);
 
+    /// Enables "Mobile Alert", or disables it and says why.
+    /// @param mayBeOn whether the box may be enabled when the device is confirmed
+    void EnableMobileAlert(bool mayBeOn);
     void OnAlertMainClick();
     void OnBrowseClick();
     [[nodiscard]] bool IsOnPrayer() const;

@@ -9,12 +9,54 @@ namespace {
 class HelpInPlaceTest : public MobilePageFixture
 {
 protected:
+    /// The reason why "Mobile Alert" is grey, for the eye and for a screen reader.
+    void ExpectReason(const QString& reason) const
+    {
+        const QWidget& box = Widget("ChkIndMobAlert");
+        EXPECT_EQ(box.toolTip(), reason);
+        EXPECT_EQ(box.accessibleDescription(), reason);
+        EXPECT_EQ(box.isEnabled(), reason.isEmpty());
+    }
     static bool IsWaitShown()
     {
         return QApplication::overrideCursor() != nullptr &&
                QApplication::overrideCursor()->shape() == Qt::WaitCursor;
     }
 };
+
+const QString kAlertOff = QStringLiteral("Tick \"Alert on\" first.");
+const QString kNotEnabled = QStringLiteral("Tick \"Enable Mobile Alerts\" on the Mobile Alert page first.");
+const QString kNotConfirmed = QStringLiteral("Register your mobile device on the Mobile Alert page first.");
+
+TEST_F(HelpInPlaceTest, mobileAlert_eachReasonForItsGrey_isSaid)
+{
+    const struct
+    {
+        const char* enabled;
+        const char* confirm;
+        QString reason;
+    } rows[] = {
+        {"false", "0", kNotEnabled},
+        {"false", "1", kNotEnabled},
+        {"true", "0", kNotConfirmed},
+        {"true", "1", QString()},
+    };
+    for (const auto& [enabled, confirm, reason] : rows) {
+        SCOPED_TRACE(testing::Message() << enabled << ' ' << confirm);
+        WriteMobile(enabled, confirm);
+        Open(3);
+        ExpectReason(reason);
+        Click("ChkAlertMain");
+        ExpectReason(kAlertOff);
+        Click("ChkAlertMain");
+        ExpectReason(reason);
+        Click("ChkAlertMain");
+        // The page load does not look at "Alert on".
+        dialog->SelectTab(3);
+        ExpectReason(reason);
+        dialog->Unload();
+    }
+}
 
 TEST_F(HelpInPlaceTest, register_showsTheWaitPointerWhileItAsks_andGivesItBackBeforeTheMessage)
 {
