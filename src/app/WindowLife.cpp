@@ -23,6 +23,9 @@
 
 WindowLife::WindowLife(Form& window)
     : m_window(window)
+    , m_stacking([this] {
+        QTimer::singleShot(0, this, [this] { m_window.Handle([this] { KeepDialogInFront(); }); });
+    })
 {
     window.installEventFilter(this);
     // Some desktops let the user raise a disabled window. Without this connection, it would stay in front of
@@ -95,24 +98,45 @@ void WindowLife::Paint()
     }
 }
 
+Form* WindowLife::OpenDialog() const
+{
+    static constexpr std::array kDialogs{FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName,
+                                         FrmPopup::kName};
+    const QString& name = m_window.Variables().ActiveForm;
+    if (std::find(kDialogs.begin(), kDialogs.end(), name) == kDialogs.end()) {
+        return nullptr;
+    }
+    Form* const dialog = m_window.Siblings().Loaded(name);
+    return dialog != nullptr && dialog->IsLoaded() ? dialog : nullptr;
+}
+
 void WindowLife::PassFocusOn()
 {
-    // Pass on only the focus of this window or of a disabled one. The countdown repaints a label each second,
-    // which must not take the focus from another program or from an open message box.
+    // Pass on only the focus of this window or of a disabled one. A new text of the countdown paints the
+    // window, which must not take the focus from another program or from an open message box.
     const QWidget* const active = QApplication::activeWindow();
     const bool mayPassOn = active == &m_window || (active != nullptr && !active->isEnabled());
     if (!mayPassOn || QApplication::activeModalWidget() != nullptr) {
         return;
     }
-    static constexpr std::array kDialogs{FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName,
-                                         FrmPopup::kName};
-    if (std::find(kDialogs.begin(), kDialogs.end(), m_window.Variables().ActiveForm) == kDialogs.end()) {
-        return;
-    }
-    if (Form* const dialog = m_window.Siblings().Loaded(m_window.Variables().ActiveForm);
-        dialog != nullptr && dialog->IsLoaded()) {
+    if (Form* const dialog = OpenDialog(); dialog != nullptr) {
         dialog->SetFocus();
         dialog->Refresh();
+    }
+}
+
+void WindowLife::KeepDialogInFront()
+{
+    // If the user keeps the main window on top, no raise helps. Each one is a change of the order too, so
+    // that without a limit they would go on for ever and put the dialog over the windows of all other
+    // programs.
+    constexpr int kMostRaises = 3;
+    Form* const dialog = OpenDialog();
+    if (dialog == nullptr || !m_stacking.IsUnder(*dialog, m_window)) {
+        m_raises = 0;
+    } else if (m_raises < kMostRaises) {
+        ++m_raises;
+        dialog->raise();
     }
 }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "platform/Stacking.h"
+
 #include <QMenu>
 #include <QObject>
 
@@ -24,10 +26,18 @@ private:
     void Resize();
     void Paint();
     void FollowState();
+    /// The dialog that ActiveForm names; null if it is not loaded, or if the name is another one.
+    [[nodiscard]] Form* OpenDialog() const;
     void PassFocusOn();
+    /// Raises the open dialog, without giving it the focus, if it stands under the main window: a window
+    /// manager or a pager may have raised that without activating it.
+    void KeepDialogInFront();
 
     Form& m_window;
     bool m_paintIsPending = false;
+    Stacking m_stacking;
+    /// How often the dialog has been raised while it stood under the main window.
+    int m_raises = 0;
 };
 
 /// The program's icon in the notification area, with the menu items Open and Exit.

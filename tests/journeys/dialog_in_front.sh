@@ -1,0 +1,85 @@
+#!/bin/bash
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The main window raised over an open dialog without being activated, as some window managers and panels do: the dialog comes
+# back in front of it within a second. The keyboard stays with the program that has it.
+. "$(dirname "$0")/desktop.bash"
+export DBUS_SESSION_BUS_ADDRESS=disabled:
+start_desktop
+need xev
+start_program
+
+place_of() { xprop -root _NET_CLIENT_LIST_STACKING | tr -d ',' | tr ' ' '\n' | grep -nx "$(printf '0x%x' "$1")" | cut -d: -f1; }
+# is_over UPPER LOWER: the first window stands over the second one.
+is_over() { [ "$(place_of "$1")" -gt "$(place_of "$2")" ]; }
+open_other() {
+    start sh -c 'exec xev -name Other -geometry 300x200+20+20 >"$0"' "$folder/keys"
+    xev=$last
+    other=$(timeout 20 xdotool search --sync --onlyvisible --name '^Other$' | head -n 1)
+    wmctrl -i -a "$other"
+    wait_until "the other program isn't active" is_active Other
+}
+close_other() {
+    kill "$xev"
+    wait_until "the other program stays" not is_on_screen '^Other$'
+}
+# comes_back NAME: the dialog does, within a second.
+comes_back() {
+    local from
+    from=$(date +%s%3N)
+    wait_until "$1 isn't in front of the main window" is_over "$dialog" "$window"
+    local taken=$(($(date +%s%3N) - from))
+    echo "$1 is back after $taken ms"
+    [ "$taken" -le 1000 ] || fail "$1 came back after $taken ms"
+}
+# The program is stopped meanwhile, since the dialog comes back within milliseconds.
+raise_main_window() {
+    kill -STOP "$program"
+    xdotool windowraise "$window"
+    wait_until "the main window isn't raised" is_over "$window" "$dialog"
+    kill -CONT "$program"
+}
+
+# keeps_in_front NAME: the steps for one open dialog.
+keeps_in_front() {
+    dialog=$(xdotool search --onlyvisible --name "^$1\$")
+    wait_until "$1 isn't active" is_active "$1"
+    raise_main_window
+    comes_back "$1"
+    is_active "$1" || fail "$1 lost the keyboard"
+
+    open_other
+    raise_main_window
+    comes_back "$1"
+    is_active Other || fail "$1 took the keyboard"
+    xdotool key a
+    wait_until "a key didn't reach the other program" grep -q 'keysym 0x61, a' "$folder/keys"
+
+    # On top by its user's wish, the main window stays in front, and the dialog soon leaves the other program alone.
+    wmctrl -i -r "$window" -b add,above
+    wait_until "the main window isn't on top" is_over "$window" "$dialog"
+    for _ in 1 2 3 4 5; do
+        xdotool windowraise "$other"
+        # Longer than the dialog needs to come back.
+        sleep 0.5
+    done
+    is_over "$other" "$dialog" || fail "$1 covers the other program again and again"
+    wmctrl -i -r "$window" -b remove,above
+    picture "dialog_in_front_${1##* }"
+    close_other
+}
+
+click_alerts
+wait_until "no settings dialog" is_alerts_open
+keeps_in_front Alerts
+close_window '^Alerts$'
+wait_until "the settings dialog stays" not is_alerts_open
+
+click_locations
+wait_until "no list of places" is_list_open
+keeps_in_front 'Dusk Beacon: Location'
+close_window 'Dusk Beacon: Location'
+wait_until "the list stays" not is_list_open
+wmctrl -i -c "$window"
+ended_with 0
+exit 0
