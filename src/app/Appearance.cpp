@@ -5,6 +5,7 @@
 #include "app/BoxDrawing.h"
 #include "forms/Letters.h"
 #include "forms/Panels.h"
+#include "instruments/PngFile.h"
 
 #include <QApplication>
 #include <QFont>
@@ -83,7 +84,7 @@ QIcon WindowIcon()
 {
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
-        icon.addFile(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size), QSize(size, size));
+        icon.addPixmap(QPixmap::fromImage(ReadPng(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size))));
     }
     return icon;
 }
@@ -202,22 +203,22 @@ QFont WindowFont(const QString& family)
 
 QPixmap ShippedPicture(const QString& name, double devicePixelRatio)
 {
-    const QString plain = QStringLiteral(":/pictures/") + name;
-    const QSize size = QImage(plain + QStringLiteral(".png")).size();
+    const QString path = QStringLiteral(":/pictures/") + name;
+    const QImage plain = ReadPng(path + QStringLiteral(".png"));
     QImage picture;
     for (int scale = std::min(static_cast<int>(std::ceil(devicePixelRatio)), kLargestScale);
          picture.isNull() && scale > 1; --scale) {
-        picture.load(plain + QStringLiteral("@%1x.png").arg(scale));
+        picture = ReadPng(path + QStringLiteral("@%1x.png").arg(scale));
     }
     if (picture.isNull()) {
-        picture.load(plain + QStringLiteral(".png"));
+        picture = plain;
     }
     if (picture.isNull()) {
         return {};
     }
     // Scaled here, with smoothing: a label would scale the picture by leaving out rows.
-    picture.setDevicePixelRatio(1.0);
-    picture = picture.scaled(size * devicePixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    picture =
+        picture.scaled(plain.size() * devicePixelRatio, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     picture.setDevicePixelRatio(devicePixelRatio);
     return QPixmap::fromImage(picture);
 }

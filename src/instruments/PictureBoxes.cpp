@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "instruments/PictureBoxes.h"
 
+#include "instruments/PngFile.h"
+
 #include <utility>
 
 namespace {
@@ -9,11 +11,8 @@ namespace {
 QImage LoadPicture(const QString& folder, QLatin1String name, int scale)
 {
     const QString suffix = scale == 1 ? QString() : QStringLiteral("@%1x").arg(scale);
-    QImage picture =
-        QImage(folder + u'/' + name + suffix + QStringLiteral(".png")).convertToFormat(QImage::Format_RGB32);
-    // Sizes are in the picture's own pixels, but Qt reads a pixel ratio from a name such as "PicSun@2x.png".
-    picture.setDevicePixelRatio(1.0);
-    return picture;
+    return ReadPng(folder + u'/' + name + suffix + QStringLiteral(".png"))
+        .convertToFormat(QImage::Format_RGB32);
 }
 
 PictureBoxes AtScale(int scale)
