@@ -10,7 +10,7 @@
 
 namespace {
 
-// One update of the sky, which the window makes every 300 seconds.
+// One update of the sky, which the window makes every 300 seconds. It decodes seven pictures.
 void UpdateSky(benchmark::State& state)
 {
     FakePlatform platform;
@@ -45,5 +45,5 @@ int main(int argc, char* argv[])
     }
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
-    return LimitReporter({{"UpdateSky", 1.0}}).RunAll();
+    return LimitReporter({{"UpdateSky", 3.0}}).RunAll();
 }

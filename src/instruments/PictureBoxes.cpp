@@ -4,64 +4,48 @@
 
 #include "instruments/PngFile.h"
 
-#include <utility>
+#include <QFile>
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
-QImage LoadPicture(const QString& folder, QLatin1String name, int scale)
+constexpr QLatin1String kStored[] = {PictureBoxes::PicBackDay,        PictureBoxes::PicBackNight,
+                                     PictureBoxes::PicFrontDayMask,   PictureBoxes::PicFrontDay,
+                                     PictureBoxes::PicFrontNightMask, PictureBoxes::PicFrontNight,
+                                     PictureBoxes::PicSunMask,        PictureBoxes::PicSun,
+                                     PictureBoxes::PicMoonMask,       PictureBoxes::PicMoon};
+
+QString PathOf(const QString& folder, QLatin1String name, int scale)
 {
     const QString suffix = scale == 1 ? QString() : QStringLiteral("@%1x").arg(scale);
-    return ReadPng(folder + u'/' + name + suffix + QStringLiteral(".png"))
-        .convertToFormat(QImage::Format_RGB32);
-}
-
-PictureBoxes AtScale(int scale)
-{
-    PictureBoxes boxes;
-    boxes.scale = scale;
-    boxes.PicBox = QImage(PictureBoxes::kWidth * scale, PictureBoxes::kHeight * scale, QImage::Format_RGB32);
-    return boxes;
-}
-
-/// False if a picture is missing.
-bool LoadAll(PictureBoxes& boxes, const QString& folder)
-{
-    const std::pair<const char*, QImage*> pictures[] = {
-        {"PicBackDay", &boxes.PicBackDay},
-        {"PicBackNight", &boxes.PicBackNight},
-        {"PicFrontDayMask", &boxes.PicFrontDayMask},
-        {"PicFrontDay", &boxes.PicFrontDay},
-        {"PicFrontNightMask", &boxes.PicFrontNightMask},
-        {"PicFrontNight", &boxes.PicFrontNight},
-        {"PicSunMask", &boxes.PicSunMask},
-        {"PicSun", &boxes.PicSun},
-        {"PicMoonMask", &boxes.PicMoonMask},
-        {"PicMoon", &boxes.PicMoon},
-    };
-    bool isWhole = true;
-    for (const auto& [name, picture] : pictures) {
-        *picture = LoadPicture(folder, QLatin1String(name), boxes.scale);
-        isWhole = isWhole && !picture->isNull();
-    }
-    return isWhole;
+    return folder + u'/' + name + suffix + QStringLiteral(".png");
 }
 
 } // namespace
 
-PictureBoxes PictureBoxes::Load(const QString& folder)
+int PictureBoxes::LargestScale(const QString& folder, int scale)
 {
-    PictureBoxes boxes = AtScale(1);
-    LoadAll(boxes, folder);
-    return boxes;
+    const auto isWhole = [&folder](int tried) {
+        return std::all_of(std::begin(kStored), std::end(kStored),
+                           [&](QLatin1String name) { return QFile::exists(PathOf(folder, name, tried)); });
+    };
+    int tried = scale;
+    while (tried > 1 && !isWhole(tried)) {
+        --tried;
+    }
+    return tried;
 }
 
-std::optional<PictureBoxes> PictureBoxes::LoadLarger(const QString& folder, int scale)
+PictureBoxes::PictureBoxes(const QString& folder, int scale)
+    : PicBox(kWidth * scale, kHeight * scale, QImage::Format_RGB32)
+    , m_folder(folder)
+    , m_scale(scale)
 {
-    for (int tried = scale; tried > 1; --tried) {
-        PictureBoxes boxes = AtScale(tried);
-        if (LoadAll(boxes, folder)) {
-            return boxes;
-        }
-    }
-    return std::nullopt;
+}
+
+QImage PictureBoxes::Stored(QLatin1String name) const
+{
+    return ReadPng(PathOf(m_folder, name, m_scale)).convertToFormat(QImage::Format_RGB32);
 }

@@ -5,33 +5,41 @@
 #include <QImage>
 #include <QString>
 
-#include <optional>
-
-/// The target and the ten stored pictures of the sky at one scale, all of QImage::Format_RGB32.
-struct PictureBoxes
+/// The target of the sky and its ten stored pictures at one scale, all of QImage::Format_RGB32. A stored
+/// picture is read each time it is drawn: at most seven, once in 300 seconds, while all of them would take
+/// 0.9 MB at scale 1 and 8 MB at scale 3.
+class PictureBoxes final
 {
+public:
     /// Size of the target in pixels at scale 1.
     static constexpr int kWidth = 273;
     static constexpr int kHeight = 125;
 
-    /// The pictures of scale 1, named like the boxes, "PicSun.png"; a missing one stays null and is not
-    /// drawn.
-    [[nodiscard]] static PictureBoxes Load(const QString& folder);
-    /// The pictures of the largest scale from 2 to @p scale for which @p folder holds all ten, named
-    /// "PicSun@2x.png" at scale 2. Nothing if there is no such scale.
-    [[nodiscard]] static std::optional<PictureBoxes> LoadLarger(const QString& folder, int scale);
+    static constexpr QLatin1String PicBackDay{"PicBackDay"};
+    static constexpr QLatin1String PicBackNight{"PicBackNight"};
+    static constexpr QLatin1String PicFrontDayMask{"PicFrontDayMask"};
+    static constexpr QLatin1String PicFrontDay{"PicFrontDay"};
+    static constexpr QLatin1String PicFrontNightMask{"PicFrontNightMask"};
+    static constexpr QLatin1String PicFrontNight{"PicFrontNight"};
+    static constexpr QLatin1String PicSunMask{"PicSunMask"};
+    static constexpr QLatin1String PicSun{"PicSun"};
+    static constexpr QLatin1String PicMoonMask{"PicMoonMask"};
+    static constexpr QLatin1String PicMoon{"PicMoon"};
 
-    int scale = 1;
+    /// The largest scale from 2 to @p scale for which @p folder holds all ten pictures, named "PicSun@2x.png"
+    /// at scale 2; otherwise 1.
+    [[nodiscard]] static int LargestScale(const QString& folder, int scale);
+
+    PictureBoxes(const QString& folder, int scale);
+
+    [[nodiscard]] int Scale() const { return m_scale; }
+    /// The stored picture of that name, of "PicSun.png" at scale 1; a null picture if the file is missing.
+    [[nodiscard]] QImage Stored(QLatin1String name) const;
+
     /// Not initialised until it is cleared.
     QImage PicBox;
-    QImage PicBackDay;
-    QImage PicBackNight;
-    QImage PicFrontDayMask;
-    QImage PicFrontDay;
-    QImage PicFrontNightMask;
-    QImage PicFrontNight;
-    QImage PicSunMask;
-    QImage PicSun;
-    QImage PicMoonMask;
-    QImage PicMoon;
+
+private:
+    QString m_folder;
+    int m_scale = 1;
 };

@@ -37,9 +37,8 @@ VBSunAndMoon::VBSunAndMoon(FileStore& files, const QString& pictures, QWidget* p
     label1->setObjectName(QStringLiteral("Label1"));
     label1->move(0, height());
     label1->hide();
-    m_boxes.push_back(PictureBoxes::Load(m_folder));
+    m_boxes.emplace_back(m_folder, 1);
     MatchScreen();
-    DrawFirstPicture();
     setAccessibleName(QStringLiteral("Sky"));
 }
 
@@ -66,7 +65,8 @@ void VBSunAndMoon::Update(std::int16_t SunElevation, std::int16_t MoonElevation,
 void VBSunAndMoon::DrawSun(std::int16_t elevation, std::int16_t Currtime)
 {
     EndQuietly([&] {
-        const QSize sun = m_boxes.front().PicSun.size();
+        DrawFirstPicture();
+        const QSize sun = m_boxes.front().Stored(PictureBoxes::PicSun).size();
         const std::int16_t halfWidth = Half(sun.width());
         const std::int16_t halfHeight = Half(sun.height());
         const double width = PictureBoxes::kWidth;
@@ -82,15 +82,16 @@ void VBSunAndMoon::DrawSun(std::int16_t elevation, std::int16_t Currtime)
         const std::int16_t x = ToInteger16(elapsed / day * width);
         const int left = AddInteger16(x, -halfWidth);
         const int top = AddInteger16(y, -halfHeight);
-        Transfer(&PictureBoxes::PicSunMask, left, top, RasterOperation::SRCAND);
-        Transfer(&PictureBoxes::PicSun, left, top, RasterOperation::SRCPAINT);
+        Transfer(PictureBoxes::PicSunMask, left, top, RasterOperation::SRCAND);
+        Transfer(PictureBoxes::PicSun, left, top, RasterOperation::SRCPAINT);
     });
 }
 
 void VBSunAndMoon::DrawMoon(std::int16_t elevation, std::int16_t /*Currtime*/)
 {
     EndQuietly([&] {
-        const QSize moon = m_boxes.front().PicMoon.size();
+        DrawFirstPicture();
+        const QSize moon = m_boxes.front().Stored(PictureBoxes::PicMoon).size();
         const std::int16_t halfWidth = Half(moon.width());
         const std::int16_t halfHeight = Half(moon.height());
         const double height = PictureBoxes::kHeight;
@@ -99,14 +100,15 @@ void VBSunAndMoon::DrawMoon(std::int16_t elevation, std::int16_t /*Currtime*/)
         // Intended: half the width is subtracted twice, so that the moon stands left of the middle.
         const int left = x - halfWidth - halfWidth;
         const int top = AddInteger16(y, -halfHeight);
-        Transfer(&PictureBoxes::PicMoonMask, left, top, RasterOperation::SRCAND);
-        Transfer(&PictureBoxes::PicMoon, left, top, RasterOperation::SRCPAINT);
+        Transfer(PictureBoxes::PicMoonMask, left, top, RasterOperation::SRCAND);
+        Transfer(PictureBoxes::PicMoon, left, top, RasterOperation::SRCPAINT);
     });
 }
 
 void VBSunAndMoon::SaveImage(const QString& fileName)
 {
     EndQuietly([&] {
+        DrawFirstPicture();
         QByteArray bitmap;
         QBuffer buffer(&bitmap);
         m_boxes.front().PicBox.convertToFormat(QImage::Format_RGB888).save(&buffer, "BMP");
@@ -116,6 +118,7 @@ void VBSunAndMoon::SaveImage(const QString& fileName)
 
 void VBSunAndMoon::paintEvent(QPaintEvent* /*event*/)
 {
+    DrawFirstPicture();
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(QRect(0, 0, PictureBoxes::kWidth, PictureBoxes::kHeight), m_boxes.back().PicBox);
@@ -124,7 +127,7 @@ void VBSunAndMoon::paintEvent(QPaintEvent* /*event*/)
 void VBSunAndMoon::DrawBackground(std::int16_t MTime)
 {
     EndQuietly([&] {
-        Transfer(IsDay(MTime) ? &PictureBoxes::PicBackDay : &PictureBoxes::PicBackNight, 0, 0,
+        Transfer(IsDay(MTime) ? PictureBoxes::PicBackDay : PictureBoxes::PicBackNight, 0, 0,
                  RasterOperation::SRCCOPY);
     });
 }
@@ -133,20 +136,23 @@ void VBSunAndMoon::DrawForeground(std::int16_t MTime)
 {
     EndQuietly([&] {
         const bool isDay = IsDay(MTime);
-        Transfer(isDay ? &PictureBoxes::PicFrontDayMask : &PictureBoxes::PicFrontNightMask, 0, 0,
+        Transfer(isDay ? PictureBoxes::PicFrontDayMask : PictureBoxes::PicFrontNightMask, 0, 0,
                  RasterOperation::SRCAND);
-        Transfer(isDay ? &PictureBoxes::PicFrontDay : &PictureBoxes::PicFrontNight, 0, 0,
+        Transfer(isDay ? PictureBoxes::PicFrontDay : PictureBoxes::PicFrontNight, 0, 0,
                  RasterOperation::SRCPAINT);
     });
 }
 
 void VBSunAndMoon::DrawFirstPicture()
 {
+    if (m_isDrawn) {
+        return;
+    }
     EndQuietly([&] {
         ClearPicBox();
-        Transfer(&PictureBoxes::PicBackDay, 0, 0, RasterOperation::SRCCOPY);
-        Transfer(&PictureBoxes::PicFrontDayMask, 0, 0, RasterOperation::SRCAND);
-        Transfer(&PictureBoxes::PicFrontDay, 0, 0, RasterOperation::SRCPAINT);
+        Transfer(PictureBoxes::PicBackDay, 0, 0, RasterOperation::SRCCOPY);
+        Transfer(PictureBoxes::PicFrontDayMask, 0, 0, RasterOperation::SRCAND);
+        Transfer(PictureBoxes::PicFrontDay, 0, 0, RasterOperation::SRCPAINT);
     });
 }
 
@@ -155,6 +161,7 @@ void VBSunAndMoon::ClearPicBox()
     for (PictureBoxes& boxes : m_boxes) {
         boxes.PicBox.fill(Qt::white);
     }
+    m_isDrawn = true;
 }
 
 // A window that moves to a screen of another scale shows its picture resized until the next update.
@@ -166,8 +173,8 @@ void VBSunAndMoon::MatchScreen()
     }
     m_screenScale = wanted;
     m_boxes.erase(m_boxes.begin() + 1, m_boxes.end());
-    if (auto larger = PictureBoxes::LoadLarger(m_folder, wanted)) {
-        m_boxes.push_back(std::move(*larger));
+    if (const int larger = PictureBoxes::LargestScale(m_folder, wanted); larger > 1) {
+        m_boxes.emplace_back(m_folder, larger);
     }
 }
 
@@ -185,10 +192,10 @@ void VBSunAndMoon::Describe(std::int16_t SunElevation, std::int16_t MoonElevatio
 }
 
 // Positions are whole pixels of scale 1 at every scale, so that a sharper picture shows the same scene.
-void VBSunAndMoon::Transfer(QImage PictureBoxes::*source, int left, int top, RasterOperation operation)
+void VBSunAndMoon::Transfer(QLatin1String source, int left, int top, RasterOperation operation)
 {
     for (PictureBoxes& boxes : m_boxes) {
-        BitBlt(boxes.PicBox, left * boxes.scale, top * boxes.scale, boxes.*source, operation);
+        BitBlt(boxes.PicBox, left * boxes.Scale(), top * boxes.Scale(), boxes.Stored(source), operation);
     }
     update();
 }

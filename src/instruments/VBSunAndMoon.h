@@ -50,7 +50,7 @@ private:
     void MatchScreen();
     [[nodiscard]] bool IsDay(std::int16_t MTime) const;
     void Describe(std::int16_t SunElevation, std::int16_t MoonElevation, std::int16_t MTime);
-    void Transfer(QImage PictureBoxes::*source, int left, int top, RasterOperation operation);
+    void Transfer(QLatin1String source, int left, int top, RasterOperation operation);
 
     FileStore& m_files;
     QString m_folder;
@@ -58,6 +58,8 @@ private:
     /// scale.
     std::vector<PictureBoxes> m_boxes;
     int m_screenScale = 1;
+    /// False until a picture is needed: the program updates the sky before it is shown.
+    bool m_isDrawn = false;
     std::int16_t m_sunrise = 0;
     std::int16_t m_sunset = 0;
 };
