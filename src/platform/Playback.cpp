@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Playback.h"
 
+#include "platform/GStreamer.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaObject>
-
-#include <gst/gst.h>
 
 #include <chrono>
 #include <system_error>
@@ -17,16 +17,6 @@ namespace {
 constexpr auto kPatience = std::chrono::seconds(1);
 // GST_PLAY_FLAG_AUDIO | GST_PLAY_FLAG_SOFT_VOLUME: no pictures, and a volume also for sinks without one.
 constexpr unsigned kAudioAndSoftVolume = 0x12;
-
-template <auto Release>
-struct Releaser
-{
-    template <typename Object>
-    void operator()(Object* object) const
-    {
-        Release(object);
-    }
-};
 
 // Only regular files are opened: opening a pipe would block.
 bool CanHoldSound(const QFileInfo& file)
@@ -40,23 +30,25 @@ bool CanHoldSound(const QFileInfo& file)
 class Playback::Pipeline final
 {
 public:
-    explicit Pipeline(const QByteArray& path)
-        : m_playbin(gst_element_factory_make("playbin", nullptr))
+    Pipeline(const GStreamer& gst, const QByteArray& path)
+        : m_gst(gst)
+        , m_playbin(gst.gst_element_factory_make("playbin", nullptr))
     {
         if (m_playbin == nullptr) {
             return;
         }
-        gst_object_ref_sink(m_playbin);
-        m_bus.reset(gst_element_get_bus(m_playbin));
-        const std::unique_ptr<char, Releaser<g_free>> uri(
-            g_filename_to_uri(path.constData(), nullptr, nullptr));
-        g_object_set(m_playbin, "uri", uri.get(), "flags", kAudioAndSoftVolume, nullptr);
+        gst.gst_object_ref_sink(m_playbin);
+        m_bus = gst.gst_element_get_bus(m_playbin);
+        char* const uri = gst.g_filename_to_uri(path.constData(), nullptr, nullptr);
+        gst.g_object_set(m_playbin, "uri", uri, "flags", kAudioAndSoftVolume, nullptr);
+        gst.g_free(uri);
     }
     ~Pipeline()
     {
         if (m_playbin != nullptr) {
-            gst_element_set_state(m_playbin, GST_STATE_NULL);
-            gst_object_unref(m_playbin);
+            m_gst.gst_element_set_state(m_playbin, GST_STATE_NULL);
+            m_gst.gst_object_unref(m_bus);
+            m_gst.gst_object_unref(m_playbin);
         }
     }
     Pipeline(const Pipeline&) = delete;
@@ -64,28 +56,34 @@ public:
 
     /// False if the plugins are not installed.
     explicit operator bool() const { return m_playbin != nullptr; }
-    void SetVolume(int volume) { g_object_set(m_playbin, "volume", volume / 100.0, nullptr); }
+    void SetVolume(int volume) { m_gst.g_object_set(m_playbin, "volume", volume / 100.0, nullptr); }
     [[nodiscard]] bool Play()
     {
-        return gst_element_set_state(m_playbin, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
+        return m_gst.gst_element_set_state(m_playbin, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
     }
     /// Makes WaitForMessage return, from any thread.
     void Wake()
     {
-        gst_bus_post(m_bus.get(), gst_message_new_application(nullptr, gst_structure_new_empty("wake")));
+        m_gst.gst_bus_post(m_bus,
+                           m_gst.gst_message_new_application(nullptr, m_gst.gst_structure_new_empty("wake")));
     }
     [[nodiscard]] GstMessageType WaitForMessage()
     {
         const auto kinds =
             static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR | GST_MESSAGE_APPLICATION);
-        const std::unique_ptr<GstMessage, Releaser<gst_message_unref>> message(
-            gst_bus_timed_pop_filtered(m_bus.get(), GST_CLOCK_TIME_NONE, kinds));
-        return message ? GST_MESSAGE_TYPE(message.get()) : GST_MESSAGE_ERROR;
+        GstMessage* const message = m_gst.gst_bus_timed_pop_filtered(m_bus, GST_CLOCK_TIME_NONE, kinds);
+        if (message == nullptr) {
+            return GST_MESSAGE_ERROR;
+        }
+        const GstMessageType kind = GST_MESSAGE_TYPE(message);
+        m_gst.gst_mini_object_unref(GST_MINI_OBJECT_CAST(message));
+        return kind;
     }
 
 private:
+    const GStreamer& m_gst;
     GstElement* m_playbin = nullptr;
-    std::unique_ptr<GstBus, Releaser<gst_object_unref>> m_bus;
+    GstBus* m_bus = nullptr;
 };
 
 Playback::Playback(QObject* receiver, std::function<void()> atEnd)
@@ -131,10 +129,11 @@ void Playback::ReportDone()
 
 void Playback::PlayFile(const QByteArray& path)
 {
-    if (gst_init_check(nullptr, nullptr, nullptr) == FALSE) {
+    const std::optional<GStreamer> gst = GStreamer::Load();
+    if (!gst || gst->gst_init_check(nullptr, nullptr, nullptr) == FALSE) {
         return;
     }
-    Pipeline pipeline(path);
+    Pipeline pipeline(*gst, path);
     if (!pipeline) {
         return;
     }
