@@ -82,8 +82,10 @@ QPalette Colours()
 
 QIcon WindowIcon()
 {
+    // All of them are decoded at the start and sent with each window; 256 pixels would take three quarters of
+    // that. A desktop that shows larger icons takes them from the desktop file.
     QIcon icon;
-    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256}) {
+    for (const int size : {16, 22, 24, 32, 48, 64, 128}) {
         icon.addPixmap(QPixmap::fromImage(ReadPng(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size))));
     }
     return icon;
