@@ -8,8 +8,7 @@
 #include "support/ModRegion.h"
 #include "support/RuntimeError.h"
 
-#include <QRegularExpression>
-
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -18,9 +17,11 @@ namespace {
 // Only ASCII digits with at most one sign; a place with any other text has only its zone.
 std::optional<int> WholeNumber(const QString& text)
 {
-    static const QRegularExpression kForm(QRegularExpression::anchoredPattern(QStringLiteral("[+-]?[0-9]+")));
+    const bool isSigned = text.startsWith(u'+') || text.startsWith(u'-');
+    const bool isNumber = std::all_of(text.begin() + (isSigned ? 1 : 0), text.end(),
+                                      [](QChar digit) { return digit >= u'0' && digit <= u'9'; });
     bool isInRange = false;
-    const int number = kForm.match(text).hasMatch() ? text.toInt(&isInRange) : 0;
+    const int number = isNumber ? text.toInt(&isInRange) : 0;
     return isInRange ? std::optional(number) : std::nullopt;
 }
 

@@ -2,28 +2,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/XmlText.h"
 
-#include <QRegularExpression>
 #include <QStringDecoder>
 
 #include <expat.h>
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
 namespace {
 
+using Parser = std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)>;
+
+// The encoding that the XML declaration names; "UTF-8" without one. An invalid declaration need not be found:
+// the document is refused later.
+QByteArray DeclaredEncoding(const QByteArray& bytes)
+{
+    constexpr qsizetype kDeclarationWithin = 256;
+    QByteArray encoding = "UTF-8";
+    const Parser parser(XML_ParserCreate("ISO-8859-1"), &XML_ParserFree);
+    XML_SetUserData(parser.get(), &encoding);
+    XML_SetXmlDeclHandler(parser.get(), [](void* found, const char*, const char* name, int /*standalone*/) {
+        if (name != nullptr) {
+            *static_cast<QByteArray*>(found) = name;
+        }
+    });
+    const auto length = static_cast<int>(std::min(bytes.size(), kDeclarationWithin));
+    XML_Parse(parser.get(), bytes.constData(), length, XML_FALSE);
+    return encoding;
+}
+
 std::optional<QString> Decoded(const QByteArray& bytes)
 {
-    static const QRegularExpression declaration(
-        QStringLiteral("^<\\?xml\\s[^>]*\\sencoding\\s*=\\s*[\"']([^\"']*)"));
-    constexpr qsizetype kDeclarationWithin = 256;
-    QByteArray name = "UTF-8";
-    if (const auto encoding = QStringConverter::encodingForData(bytes, u'<')) {
-        name = QStringConverter::nameForEncoding(*encoding);
-    } else if (const auto match = declaration.match(QString::fromLatin1(bytes.left(kDeclarationWithin)));
-               match.hasMatch()) {
-        name = match.captured(1).toLatin1();
-    }
+    const auto encoding = QStringConverter::encodingForData(bytes, u'<');
+    const QByteArray name =
+        encoding ? QByteArray(QStringConverter::nameForEncoding(*encoding)) : DeclaredEncoding(bytes);
     // Stateless: an incomplete character at the end is an error.
     QStringDecoder decoder(name.constData(), QStringConverter::Flag::Stateless);
     QString text = decoder(bytes);
@@ -93,8 +106,7 @@ private:
         }
     }
 
-    std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser{XML_ParserCreateNS("UTF-8", '\0'),
-                                                                          &XML_ParserFree};
+    Parser m_parser{XML_ParserCreateNS("UTF-8", '\0'), &XML_ParserFree};
     int m_nodes = 0;
     /// Of the document and of each open element.
     std::vector<int> m_children = {0};
