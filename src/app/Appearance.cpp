@@ -4,13 +4,11 @@
 
 #include "app/BoxDrawing.h"
 #include "forms/Letters.h"
-#include "forms/Panels.h"
 #include "instruments/PngFile.h"
 
 #include <QApplication>
 #include <QFont>
 #include <QFontMetrics>
-#include <QFrame>
 #include <QIcon>
 #include <QImage>
 #include <QPainter>
@@ -22,29 +20,6 @@
 #include <cmath>
 
 namespace {
-
-constexpr int kCaptionLeft = 8;
-constexpr int kCaptionGap = 3;
-
-void DrawFrame(const QStyleOptionGroupBox& option, QPainter& painter, const QStyle& style)
-{
-    const int captionHeight = option.fontMetrics.height();
-    const int captionWidth = option.fontMetrics.size(Qt::TextShowMnemonic, option.text).width();
-    const QRect caption(option.rect.left() + kCaptionLeft, option.rect.top(), captionWidth, captionHeight);
-
-    painter.save();
-    if (!option.text.isEmpty()) {
-        painter.setClipRegion(QRegion(option.rect) -
-                              QRegion(caption.adjusted(-kCaptionGap, 0, kCaptionGap, 0)));
-    }
-    DrawPanel(painter, option.rect.adjusted(0, captionHeight / 2, 0, 0), Qt::NoBrush,
-              option.palette.color(QPalette::Mid));
-    painter.restore();
-
-    style.drawItemText(&painter, caption, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
-                       option.palette, (option.state & QStyle::State_Enabled) != 0, option.text,
-                       QPalette::WindowText);
-}
 
 constexpr int kLargestScale = 3;
 
@@ -134,11 +109,7 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* op
 void WindowStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const
 {
-    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-    if (element == CE_ShapedFrame && frame != nullptr &&
-        (frame->frameShape == QFrame::HLine || frame->frameShape == QFrame::VLine)) {
-        const Qt::Edge edge = frame->frameShape == QFrame::HLine ? Qt::TopEdge : Qt::LeftEdge;
-        DrawEdge(*painter, frame->rect, edge, frame->palette.color(QPalette::Mid));
+    if (option != nullptr && DrawFrameLine(element, *option, *painter)) {
         return;
     }
     ShareColours(option);
@@ -148,21 +119,7 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption* option
 void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                      QPainter* painter, const QWidget* widget) const
 {
-    const auto* const frame = qstyleoption_cast<const QStyleOptionGroupBox*>(option);
-    if (control == CC_GroupBox && frame != nullptr && !(frame->subControls & SC_GroupBoxCheckBox)) {
-        DrawFrame(*frame, *painter, *this);
-        return;
-    }
-    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
-    if (control == CC_ScrollBar && bar != nullptr) {
-        DrawScrollBar(*bar, *painter, *this, widget);
-        return;
-    }
-    const auto* const list = qstyleoption_cast<const QStyleOptionComboBox*>(option);
-    if (control == CC_ComboBox && list != nullptr) {
-        DrawBox(PE_PanelButtonCommand, *list, *painter, widget);
-        DrawArrow(*painter, subControlRect(control, list, SC_ComboBoxArrow, widget), Qt::DownArrow,
-                  list->palette.color(QPalette::ButtonText));
+    if (option != nullptr && DrawComplexBox(control, *option, *painter, *this, widget)) {
         return;
     }
     ShareColours(option);
@@ -190,14 +147,14 @@ QFont WindowFont(const QString& family)
 {
     QFont font(family);
     font.setPixelSize(12);
-    // The width of a text in Liberation Sans, for which the windows are laid out.
+    // The width of the text in Liberation Sans, for which the windows are laid out.
     constexpr int kUsualWidth = 107;
-    constexpr int kNarrowest = 60;
+    constexpr int kNarrowestPercent = 60;
     const QString text = QStringLiteral("Time till next prayer:");
-    // Searched, since the width of a text is not proportional to the stretch of its letters.
+    // Found by trial: the width of a text is not proportional to the stretch of its letters.
     int percent = 100;
     QFont fitting = font;
-    while (QFontMetrics(fitting).horizontalAdvance(text) > kUsualWidth && percent > kNarrowest) {
+    while (QFontMetrics(fitting).horizontalAdvance(text) > kUsualWidth && percent > kNarrowestPercent) {
         fitting = Narrowed(font, --percent);
     }
     return fitting;

@@ -10,9 +10,10 @@
 
 #include <vector>
 
-/// The style of all windows: Fusion, but the line of a group box runs through the middle of its caption. The
-/// windows are laid out to the pixel for that; Fusion draws the caption above the line, and the line over the
-/// contents of the box.
+/// The style of all windows: Fusion, but boxes, frames, buttons and bars are drawn with lines on whole pixels
+/// (BoxDrawing.h), and the line of a group box runs through the middle of its caption. The windows are laid
+/// out to the pixel for that; Fusion draws the caption above the line, and the line over the contents of the
+/// box.
 class WindowStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -26,7 +27,7 @@ public:
                      const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
-    /// The buttons of message boxes have no icons, whatever the desktop says.
+    /// The buttons of message boxes have no icons, whatever the desktop's setting is.
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
 

@@ -5,10 +5,15 @@
 #include "forms/Panels.h"
 
 #include <QAbstractItemView>
+#include <QFrame>
+#include <QPainter>
 #include <QPalette>
 #include <QStyleOption>
 
 namespace {
+
+constexpr int kCaptionLeft = 8;
+constexpr int kCaptionGap = 3;
 
 QColor LineColour(const QStyleOption& option)
 {
@@ -16,28 +21,36 @@ QColor LineColour(const QStyleOption& option)
                                                                              : QPalette::Mid);
 }
 
+void DrawFrame(const QStyleOption& option, QPainter& painter, const QWidget* widget)
+{
+    // At a fractional scale there is a gap between the line and the contents of a list: fill it.
+    const bool isList = qobject_cast<const QAbstractItemView*>(widget) != nullptr;
+    DrawPanel(painter, option.rect, isList ? option.palette.base() : QBrush(),
+              option.palette.color(QPalette::Mid));
+}
+
 void DrawButton(const QStyleOption& option, QPainter& painter)
 {
     const bool isDown = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
     const bool isUnderMouse =
         (option.state & QStyle::State_MouseOver) != 0 && (option.state & QStyle::State_Enabled) != 0;
-    QPalette::ColorRole ground = isUnderMouse ? QPalette::Light : QPalette::Button;
+    QPalette::ColorRole fill = isUnderMouse ? QPalette::Light : QPalette::Button;
     if (isDown) {
-        ground = QPalette::Midlight;
+        fill = QPalette::Midlight;
     }
-    DrawPanel(painter, option.rect, option.palette.brush(ground), LineColour(option));
+    DrawPanel(painter, option.rect, option.palette.brush(fill), LineColour(option));
 }
 
-// The focus has a frame of its own around the text.
-void DrawCheckMark(const QStyleOption& option, QPainter& painter)
+// Not in the colour of the focus, which has a frame of its own around the text.
+void DrawCheckIndicator(const QStyleOption& option, QPainter& painter)
 {
     DrawPanel(painter, option.rect, option.palette.base(), option.palette.color(QPalette::Mid));
     if ((option.state & QStyle::State_On) != 0) {
-        DrawTick(painter, option.rect, option.palette.color(QPalette::Text));
+        DrawCheckMark(painter, option.rect, option.palette.color(QPalette::Text));
     }
 }
 
-void DrawOptionMark(const QStyleOption& option, QPainter& painter)
+void DrawOptionIndicator(const QStyleOption& option, QPainter& painter)
 {
     DrawPanel(painter, option.rect, option.palette.base(), option.palette.color(QPalette::Mid),
               option.rect.width() / 2.0);
@@ -49,55 +62,112 @@ void DrawOptionMark(const QStyleOption& option, QPainter& painter)
     }
 }
 
+void DrawGroupBox(const QStyleOptionGroupBox& option, QPainter& painter, const QStyle& style)
+{
+    const int captionHeight = option.fontMetrics.height();
+    const int captionWidth = option.fontMetrics.size(Qt::TextShowMnemonic, option.text).width();
+    const QRect caption(option.rect.left() + kCaptionLeft, option.rect.top(), captionWidth, captionHeight);
+
+    painter.save();
+    if (!option.text.isEmpty()) {
+        painter.setClipRegion(QRegion(option.rect) -
+                              QRegion(caption.adjusted(-kCaptionGap, 0, kCaptionGap, 0)));
+    }
+    DrawPanel(painter, option.rect.adjusted(0, captionHeight / 2, 0, 0), Qt::NoBrush,
+              option.palette.color(QPalette::Mid));
+    painter.restore();
+
+    style.drawItemText(&painter, caption, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextShowMnemonic,
+                       option.palette, (option.state & QStyle::State_Enabled) != 0, option.text,
+                       QPalette::WindowText);
+}
+
+void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QStyle& style,
+                   const QWidget* widget)
+{
+    const bool isHorizontal = option.orientation == Qt::Horizontal;
+    const QColor line = LineColour(option);
+    const auto drawPart = [&](const QRect& rect, QPalette::ColorRole fill) {
+        // A vertical bar belongs to a list, whose frame has the outer lines.
+        const QRect panel = isHorizontal ? rect : rect.adjusted(0, -1, 1, 1);
+        DrawPanel(painter, panel, option.palette.brush(fill), line);
+    };
+    const auto drawButton = [&](QStyle::SubControl part) {
+        const QRect rect = style.subControlRect(QStyle::CC_ScrollBar, &option, part, widget);
+        const bool isDown = (option.state & QStyle::State_Sunken) != 0 && option.activeSubControls == part;
+        drawPart(rect, isDown ? QPalette::Midlight : QPalette::Button);
+        return rect;
+    };
+    const QColor arrow = option.palette.color(QPalette::ButtonText);
+    drawPart(option.rect, QPalette::AlternateBase);
+    drawButton(QStyle::SC_ScrollBarSlider);
+    DrawArrow(painter, drawButton(QStyle::SC_ScrollBarSubLine), isHorizontal ? Qt::LeftArrow : Qt::UpArrow,
+              arrow);
+    DrawArrow(painter, drawButton(QStyle::SC_ScrollBarAddLine), isHorizontal ? Qt::RightArrow : Qt::DownArrow,
+              arrow);
+}
+
+void DrawComboBox(const QStyleOptionComboBox& option, QPainter& painter, const QStyle& style,
+                  const QWidget* widget)
+{
+    DrawButton(option, painter);
+    DrawArrow(painter, style.subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxArrow, widget),
+              Qt::DownArrow, option.palette.color(QPalette::ButtonText));
+}
+
 } // namespace
 
 bool DrawBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
              const QWidget* widget)
 {
-    // At a fractional scale the contents of a list begin beside the line.
-    const bool isList = qobject_cast<const QAbstractItemView*>(widget) != nullptr;
     switch (element) {
     case QStyle::PE_PanelLineEdit:
         DrawPanel(painter, option.rect, option.palette.base(), LineColour(option));
         return true;
     case QStyle::PE_Frame:
-        DrawPanel(painter, option.rect, isList ? option.palette.base() : QBrush(),
-                  option.palette.color(QPalette::Mid));
+        DrawFrame(option, painter, widget);
         return true;
     case QStyle::PE_PanelButtonCommand:
         DrawButton(option, painter);
         return true;
     case QStyle::PE_IndicatorCheckBox:
-        DrawCheckMark(option, painter);
+        DrawCheckIndicator(option, painter);
         return true;
     case QStyle::PE_IndicatorRadioButton:
-        DrawOptionMark(option, painter);
+        DrawOptionIndicator(option, painter);
         return true;
     default:
         return false;
     }
 }
 
-void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QStyle& style,
-                   const QWidget* widget)
+bool DrawFrameLine(QStyle::ControlElement element, const QStyleOption& option, QPainter& painter)
 {
-    const bool isLevel = option.orientation == Qt::Horizontal;
-    const QColor line = LineColour(option);
-    const auto drawPart = [&](const QRect& place, QPalette::ColorRole ground) {
-        // A vertical bar belongs to a list, whose frame has the outer lines.
-        const QRect panel = isLevel ? place : place.adjusted(0, -1, 1, 1);
-        DrawPanel(painter, panel, option.palette.brush(ground), line);
-    };
-    const auto drawButton = [&](QStyle::SubControl part) {
-        const QRect place = style.subControlRect(QStyle::CC_ScrollBar, &option, part, widget);
-        const bool isDown = (option.state & QStyle::State_Sunken) != 0 && option.activeSubControls == part;
-        drawPart(place, isDown ? QPalette::Midlight : QPalette::Button);
-        return place;
-    };
-    const QColor arrow = option.palette.color(QPalette::ButtonText);
-    drawPart(option.rect, QPalette::AlternateBase);
-    drawButton(QStyle::SC_ScrollBarSlider);
-    DrawArrow(painter, drawButton(QStyle::SC_ScrollBarSubLine), isLevel ? Qt::LeftArrow : Qt::UpArrow, arrow);
-    DrawArrow(painter, drawButton(QStyle::SC_ScrollBarAddLine), isLevel ? Qt::RightArrow : Qt::DownArrow,
-              arrow);
+    const auto* const frame = qstyleoption_cast<const QStyleOptionFrame*>(&option);
+    if (element != QStyle::CE_ShapedFrame || frame == nullptr ||
+        (frame->frameShape != QFrame::HLine && frame->frameShape != QFrame::VLine)) {
+        return false;
+    }
+    const Qt::Edge edge = frame->frameShape == QFrame::HLine ? Qt::TopEdge : Qt::LeftEdge;
+    DrawEdge(painter, frame->rect, edge, frame->palette.color(QPalette::Mid));
+    return true;
+}
+
+bool DrawComplexBox(QStyle::ComplexControl control, const QStyleOptionComplex& option, QPainter& painter,
+                    const QStyle& style, const QWidget* widget)
+{
+    const auto* const group = qstyleoption_cast<const QStyleOptionGroupBox*>(&option);
+    const auto* const bar = qstyleoption_cast<const QStyleOptionSlider*>(&option);
+    const auto* const list = qstyleoption_cast<const QStyleOptionComboBox*>(&option);
+    if (control == QStyle::CC_GroupBox && group != nullptr &&
+        !(group->subControls & QStyle::SC_GroupBoxCheckBox)) {
+        DrawGroupBox(*group, painter, style);
+    } else if (control == QStyle::CC_ScrollBar && bar != nullptr) {
+        DrawScrollBar(*bar, painter, style, widget);
+    } else if (control == QStyle::CC_ComboBox && list != nullptr) {
+        DrawComboBox(*list, painter, style, widget);
+    } else {
+        return false;
+    }
+    return true;
 }

@@ -4,13 +4,19 @@
 
 #include <QStyle>
 
-class QStyleOptionSlider;
+class QStyleOptionComplex;
 
-/// Draws a text box, a frame, a button, or the mark of a check box or an option. Returns false, and draws
-/// nothing, for any other element.
-bool DrawBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
-             const QWidget* widget);
+// The elements of WindowStyle that are not drawn by Fusion. Each function returns false, and draws nothing,
+// for any other element.
 
-/// Draws a scroll bar.
-void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QStyle& style,
-                   const QWidget* widget);
+/// Draws a text box, a frame, a button, or the indicator of a check box or an option.
+[[nodiscard]] bool DrawBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
+                           const QWidget* widget);
+
+/// Draws a frame that is a horizontal or vertical line.
+[[nodiscard]] bool DrawFrameLine(QStyle::ControlElement element, const QStyleOption& option,
+                                 QPainter& painter);
+
+/// Draws a group box without a check box, a scroll bar, or the frame and the arrow of a combo box.
+[[nodiscard]] bool DrawComplexBox(QStyle::ComplexControl control, const QStyleOptionComplex& option,
+                                  QPainter& painter, const QStyle& style, const QWidget* widget);

@@ -28,10 +28,10 @@ public:
 
     [[nodiscard]] double Scale() const { return m_toScreen.m11(); }
     [[nodiscard]] int LineWidth() const { return std::max(1, static_cast<int>(Scale())); }
-    /// Rounds each edge, as Qt does for the region of a widget, so that no line falls outside of it.
-    [[nodiscard]] QRect Place(const QRect& place) const
+    /// Rounds each edge, as Qt does for the region of a widget, so that no line lies outside of it.
+    [[nodiscard]] QRect Rounded(const QRect& rect) const
     {
-        const QRectF exact = m_toScreen.mapRect(QRectF(place));
+        const QRectF exact = m_toScreen.mapRect(QRectF(rect));
         const QPoint end(qRound(exact.right()), qRound(exact.bottom()));
         return {QPoint(qRound(exact.left()), qRound(exact.top())), end - QPoint(1, 1)};
     }
@@ -43,22 +43,22 @@ private:
 
 } // namespace
 
-void DrawPanel(QPainter& painter, const QRect& place, const QBrush& ground, const QColor& line,
+void DrawPanel(QPainter& painter, const QRect& rect, const QBrush& fill, const QColor& line,
                double cornerRadius)
 {
     const ScreenPixels screen(painter);
-    const double middle = screen.LineWidth() / 2.0;
-    const double radius = cornerRadius * screen.Scale() - middle;
+    const double inset = screen.LineWidth() / 2.0;
+    const double radius = cornerRadius * screen.Scale() - inset;
     painter.setPen(QPen(line, screen.LineWidth()));
-    painter.setBrush(ground);
-    painter.drawRoundedRect(QRectF(screen.Place(place)).adjusted(middle, middle, -middle, -middle), radius,
+    painter.setBrush(fill);
+    painter.drawRoundedRect(QRectF(screen.Rounded(rect)).adjusted(inset, inset, -inset, -inset), radius,
                             radius);
 }
 
-void DrawEdge(QPainter& painter, const QRect& place, Qt::Edge edge, const QColor& line)
+void DrawEdge(QPainter& painter, const QRect& rect, Qt::Edge edge, const QColor& line)
 {
     const ScreenPixels screen(painter);
-    QRect pixels = screen.Place(place);
+    QRect pixels = screen.Rounded(rect);
     if (edge == Qt::TopEdge) {
         pixels.setHeight(screen.LineWidth());
     } else {
@@ -67,19 +67,19 @@ void DrawEdge(QPainter& painter, const QRect& place, Qt::Edge edge, const QColor
     painter.fillRect(pixels, line);
 }
 
-void DrawArrow(QPainter& painter, const QRect& place, Qt::ArrowType direction, const QColor& colour)
+void DrawArrow(QPainter& painter, const QRect& rect, Qt::ArrowType direction, const QColor& colour)
 {
     const ScreenPixels screen(painter);
-    const bool isUpright = direction == Qt::UpArrow || direction == Qt::DownArrow;
+    const bool isVertical = direction == Qt::UpArrow || direction == Qt::DownArrow;
     const double outwards = direction == Qt::UpArrow || direction == Qt::LeftArrow ? -1.0 : 1.0;
-    const QPointF centre = QRectF(screen.Place(place)).center();
+    const QPointF centre = QRectF(screen.Rounded(rect)).center();
     const double height = std::round(3.0 * screen.Scale());
     // The base lies on the edge of a pixel.
-    const double base = std::round((isUpright ? centre.y() : centre.x()) - outwards * height / 2.0);
+    const double base = std::round((isVertical ? centre.y() : centre.x()) - outwards * height / 2.0);
     const double tip = base + outwards * height;
-    const double middle = isUpright ? centre.x() : centre.y();
-    const auto at = [isUpright](double along, double across) {
-        return isUpright ? QPointF(across, along) : QPointF(along, across);
+    const double middle = isVertical ? centre.x() : centre.y();
+    const auto at = [isVertical](double along, double across) {
+        return isVertical ? QPointF(across, along) : QPointF(along, across);
     };
     painter.setPen(Qt::NoPen);
     painter.setBrush(colour);
@@ -87,10 +87,10 @@ void DrawArrow(QPainter& painter, const QRect& place, Qt::ArrowType direction, c
         std::array{at(base, middle - height), at(base, middle + height), at(tip, middle)}.data(), 3);
 }
 
-void DrawTick(QPainter& painter, const QRect& place, const QColor& colour)
+void DrawCheckMark(QPainter& painter, const QRect& rect, const QColor& colour)
 {
     const ScreenPixels screen(painter);
-    const QRectF box(screen.Place(place));
+    const QRectF box(screen.Rounded(rect));
     const auto at = [&box](double across, double down) {
         return QPointF(box.left() + across * box.width(), box.top() + down * box.height());
     };
