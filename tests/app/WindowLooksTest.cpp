@@ -97,7 +97,7 @@ TEST_F(WindowLooks, boxes_haveOneLineOnWholePixels)
             }
         }
     });
-    EXPECT_EQ(kinds.size(), 8U);
+    EXPECT_EQ(kinds.size(), 9U);
 }
 
 TEST_F(WindowLooks, linesOfThePrayerPage_haveTheWidthOfTheFrames)
