@@ -24,6 +24,7 @@
 WindowLife::WindowLife(Form& window)
     : m_window(window)
     , m_stacking([this] {
+        // After the event, which Qt has not handled yet.
         QTimer::singleShot(0, this, [this] { m_window.Handle([this] { KeepDialogInFront(); }); });
     })
 {
@@ -98,7 +99,7 @@ void WindowLife::Paint()
     }
 }
 
-Form* WindowLife::OpenDialog() const
+Form* WindowLife::ActiveDialog() const
 {
     static constexpr std::array kDialogs{FrmAlerts::kName, FrmLocation::kName, FrmNewLoc::kName,
                                          FrmPopup::kName};
@@ -119,7 +120,7 @@ void WindowLife::PassFocusOn()
     if (!mayPassOn || QApplication::activeModalWidget() != nullptr) {
         return;
     }
-    if (Form* const dialog = OpenDialog(); dialog != nullptr) {
+    if (Form* const dialog = ActiveDialog(); dialog != nullptr) {
         dialog->SetFocus();
         dialog->Refresh();
     }
@@ -127,12 +128,11 @@ void WindowLife::PassFocusOn()
 
 void WindowLife::KeepDialogInFront()
 {
-    // If the user keeps the main window on top, no raise helps. Each one is a change of the order too, so
-    // that without a limit they would go on for ever and put the dialog over the windows of all other
-    // programs.
+    // Each raise changes the order again. If the user has set the main window to stay on top, raises without
+    // a limit would never end and would put the dialog over the windows of all other programs.
     constexpr int kMostRaises = 3;
-    Form* const dialog = OpenDialog();
-    if (dialog == nullptr || !m_stacking.IsUnder(*dialog, m_window)) {
+    Form* const dialog = ActiveDialog();
+    if (dialog == nullptr || !m_stacking.IsBelow(*dialog, m_window)) {
         m_raises = 0;
     } else if (m_raises < kMostRaises) {
         ++m_raises;

@@ -26,17 +26,17 @@ private:
     void Resize();
     void Paint();
     void FollowState();
-    /// The dialog that ActiveForm names; null if it is not loaded, or if the name is another one.
-    [[nodiscard]] Form* OpenDialog() const;
+    /// The dialog that ActiveForm names; null if it names no dialog, or one that is not loaded.
+    [[nodiscard]] Form* ActiveDialog() const;
     void PassFocusOn();
-    /// Raises the open dialog, without giving it the focus, if it stands under the main window: a window
-    /// manager or a pager may have raised that without activating it.
+    /// Raises the active dialog, without giving it the focus, if it is below the main window: a window
+    /// manager or a pager may have raised the main window without activating it.
     void KeepDialogInFront();
 
     Form& m_window;
     bool m_paintIsPending = false;
     Stacking m_stacking;
-    /// How often the dialog has been raised while it stood under the main window.
+    /// Raises since the dialog was last above the main window.
     int m_raises = 0;
 };
 

@@ -27,7 +27,7 @@ class MessageBoxes
 public:
     static inline const QString kDefaultTitle = QStringLiteral("Dusk Beacon");
 
-    /// The answer of the Enter key, unless the user moves to the other button.
+    /// The button that the Enter key presses, unless the user moves to the other one.
     enum class DefaultAnswer { Yes, No };
 
     MessageBoxes() = default;
@@ -39,7 +39,7 @@ public:
     virtual void Show(const QString& text, const QString& title = kDefaultTitle) = 0;
     /// Yes and No buttons; true for Yes.
     [[nodiscard]] virtual bool Ask(const QString& text, const QString& title = kDefaultTitle,
-                                   DefaultAnswer preset = DefaultAnswer::Yes) = 0;
+                                   DefaultAnswer defaultAnswer = DefaultAnswer::Yes) = 0;
 };
 
 /// The icon in the notification area. Failures are not reported: without a notification area there is no

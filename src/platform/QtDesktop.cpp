@@ -58,7 +58,7 @@ QWindow* WindowInFront()
 }
 
 int Execute(const QString& text, const QString& title, QMessageBox::StandardButtons buttons,
-            QMessageBox::StandardButton preset)
+            QMessageBox::StandardButton defaultButton)
 {
     // Texts of the service may have any length, and a longer box would not fit on a screen.
     constexpr int kLongestText = 1024;
@@ -71,7 +71,7 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
     box.setWindowTitle(title);
     box.setText(text.left(kLongestText));
     box.setStandardButtons(buttons);
-    box.setDefaultButton(preset);
+    box.setDefaultButton(defaultButton);
     const int answer = box.exec();
     if (box.clickedButton() == nullptr) {
         // The program ends, perhaps since its last window was closed. The user gave no answer, so the caller
@@ -98,10 +98,11 @@ void QtMessageBoxes::Show(const QString& text, const QString& title)
     Execute(text, title, QMessageBox::Ok, QMessageBox::Ok);
 }
 
-bool QtMessageBoxes::Ask(const QString& text, const QString& title, DefaultAnswer preset)
+bool QtMessageBoxes::Ask(const QString& text, const QString& title, DefaultAnswer defaultAnswer)
 {
     return Execute(text, title, QMessageBox::Yes | QMessageBox::No,
-                   preset == DefaultAnswer::Yes ? QMessageBox::Yes : QMessageBox::No) == QMessageBox::Yes;
+                   defaultAnswer == DefaultAnswer::Yes ? QMessageBox::Yes : QMessageBox::No) ==
+           QMessageBox::Yes;
 }
 
 void QtProcess::End()

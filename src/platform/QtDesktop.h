@@ -19,7 +19,7 @@ class QtMessageBoxes final : public MessageBoxes
 {
 public:
     void Show(const QString& text, const QString& title) override;
-    [[nodiscard]] bool Ask(const QString& text, const QString& title, DefaultAnswer preset) override;
+    [[nodiscard]] bool Ask(const QString& text, const QString& title, DefaultAnswer defaultAnswer) override;
 };
 
 class QtProcess final : public Process

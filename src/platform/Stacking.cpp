@@ -16,17 +16,17 @@
 
 namespace {
 
-struct Releaser
+struct FreeReply
 {
     void operator()(void* reply) const { std::free(reply); }
 };
 template <typename Reply>
-using ReplyPointer = std::unique_ptr<Reply, Releaser>;
+using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
 xcb_connection_t* Connection()
 {
-    const auto* const desktop = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return desktop == nullptr ? nullptr : desktop->connection();
+    const auto* const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 == nullptr ? nullptr : x11->connection();
 }
 
 xcb_atom_t Atom(xcb_connection_t* connection, std::string_view name)
@@ -37,13 +37,14 @@ xcb_atom_t Atom(xcb_connection_t* connection, std::string_view name)
     return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
 }
 
-// The windows of the screen, the lowest first.
-std::vector<xcb_window_t> WindowsInOrder(xcb_connection_t* connection, xcb_atom_t order)
+// The windows of the screen from bottom to top.
+std::vector<xcb_window_t> WindowsInOrder(xcb_connection_t* connection, xcb_atom_t property)
 {
     constexpr std::uint32_t kMostWindows = 4096;
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
     const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection, xcb_get_property(connection, 0, root, order, XCB_ATOM_WINDOW, 0, kMostWindows), nullptr));
+        connection, xcb_get_property(connection, 0, root, property, XCB_ATOM_WINDOW, 0, kMostWindows),
+        nullptr));
     if (reply == nullptr || reply->type != XCB_ATOM_WINDOW) {
         return {};
     }
@@ -58,30 +59,30 @@ Stacking::Stacking(std::function<void()> changed)
     : m_changed(std::move(changed))
 {
     if (xcb_connection_t* const connection = Connection(); connection != nullptr) {
-        m_order = Atom(connection, "_NET_CLIENT_LIST_STACKING");
-        // Qt itself asks the X server for the changes of properties of the root window.
+        m_orderProperty = Atom(connection, "_NET_CLIENT_LIST_STACKING");
+        // Qt has already selected the PropertyNotify events of the root window.
         qGuiApp->installNativeEventFilter(this);
     }
 }
 
 Stacking::~Stacking() = default;
 
-bool Stacking::IsUnder(const QWidget& window, const QWidget& other) const
+bool Stacking::IsBelow(const QWidget& window, const QWidget& other) const
 {
-    if (m_order == XCB_ATOM_NONE || !window.isVisible() || !other.isVisible()) {
+    if (m_orderProperty == XCB_ATOM_NONE || !window.isVisible() || !other.isVisible()) {
         return false;
     }
-    const std::vector<xcb_window_t> windows = WindowsInOrder(Connection(), m_order);
-    const auto place = std::find(windows.begin(), windows.end(), window.winId());
-    return std::find(place, windows.end(), other.winId()) != windows.end();
+    const std::vector<xcb_window_t> windows = WindowsInOrder(Connection(), m_orderProperty);
+    const auto position = std::find(windows.begin(), windows.end(), window.winId());
+    return std::find(position, windows.end(), other.winId()) != windows.end();
 }
 
 bool Stacking::nativeEventFilter(const QByteArray& /*eventType*/, void* message, qintptr* /*result*/)
 {
-    constexpr int kType = 0x7f;
+    constexpr int kTypeMask = 0x7f; // without the flag of events from other clients
     const auto* const event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & kType) == XCB_PROPERTY_NOTIFY &&
-        reinterpret_cast<const xcb_property_notify_event_t*>(event)->atom == m_order) {
+    if ((event->response_type & kTypeMask) == XCB_PROPERTY_NOTIFY &&
+        reinterpret_cast<const xcb_property_notify_event_t*>(event)->atom == m_orderProperty) {
         m_changed();
     }
     return false;

@@ -256,9 +256,9 @@ public:
         boxes.push_back({text, title, QStringLiteral("OK")});
         Act();
     }
-    [[nodiscard]] bool Ask(const QString& text, const QString& title, DefaultAnswer preset) override
+    [[nodiscard]] bool Ask(const QString& text, const QString& title, DefaultAnswer defaultAnswer) override
     {
-        lastDefault = preset;
+        lastDefault = defaultAnswer;
         boxes.push_back({text, title, QStringLiteral("Yes No")});
         Act();
         if (answers.empty()) {
