@@ -15,6 +15,14 @@ namespace {
 constexpr int kRepeatDelay = 400;   // milliseconds before a held arrow repeats
 constexpr int kRepeatInterval = 60; // milliseconds between two repeats
 
+void SetWithinLimits(QAbstractSlider& bar, int value)
+{
+    if (value < bar.minimum() || value > bar.maximum()) {
+        throw RuntimeError(ErrorNumber::kInvalidPropertyValue, QStringLiteral("Invalid property value"));
+    }
+    bar.setValue(value);
+}
+
 } // namespace
 
 LevelBar::LevelBar(QWidget* parent)
@@ -33,10 +41,7 @@ LevelBar::LevelBar(QWidget* parent)
 
 void LevelBar::SetValue(int value)
 {
-    if (value < minimum() || value > maximum()) {
-        throw RuntimeError(ErrorNumber::kInvalidPropertyValue, QStringLiteral("Invalid property value"));
-    }
-    setValue(value);
+    SetWithinLimits(*this, value);
 }
 
 SpinBar::SpinBar(QWidget* parent)
@@ -55,10 +60,7 @@ SpinBar::SpinBar(QWidget* parent)
 
 void SpinBar::SetValue(int value)
 {
-    if (value < minimum() || value > maximum()) {
-        throw RuntimeError(ErrorNumber::kInvalidPropertyValue, QStringLiteral("Invalid property value"));
-    }
-    setValue(value);
+    SetWithinLimits(*this, value);
 }
 
 QSize SpinBar::sizeHint() const
