@@ -13,18 +13,17 @@
 
 namespace {
 
-// The path of the one file in @p event; empty if there is no file, or more than one.
-QString FileIn(const QDropEvent& event)
+// Accepts a single file, and returns its path; empty if there is no file, or more than one.
+QString AcceptFile(QDropEvent& event)
 {
     const QList<QUrl> urls = event.mimeData()->urls();
-    return urls.size() == 1 ? QDir::toNativeSeparators(urls.front().toLocalFile()) : QString();
-}
-
-// As a copy: after a move the file manager would delete the file.
-void AcceptCopy(QDropEvent& event)
-{
-    event.setDropAction(Qt::CopyAction);
-    event.accept();
+    QString path = urls.size() == 1 ? QDir::toNativeSeparators(urls.front().toLocalFile()) : QString();
+    if (!path.isEmpty()) {
+        // As a copy: after a move the file manager would delete the file.
+        event.setDropAction(Qt::CopyAction);
+        event.accept();
+    }
+    return path;
 }
 
 } // namespace
@@ -49,8 +48,8 @@ void PathBox::CreateList()
         }
     });
     m_list = new QCompleter(m_files, this);
-    // Not setCompleter(): that would put each path into the box, and so store it, while the user moves
-    // through the list.
+    // Not setCompleter(): QLineEdit would set its text to each path on which the user moves in the list, and
+    // each change is stored.
     m_list->setWidget(this);
     connect(m_list, qOverload<const QString&>(&QCompleter::activated), this, &PathBox::SetText);
 }
@@ -85,7 +84,7 @@ void PathBox::HideList()
 
 bool PathBox::IsWiderThanBox() const
 {
-    // Inside the frame QLineEdit keeps these pixels free at both ends.
+    // QLineEdit leaves these pixels empty at both ends of its contents.
     constexpr int kMargin = 2;
     QStyleOptionFrame option;
     initStyleOption(&option);
@@ -96,7 +95,7 @@ bool PathBox::IsWiderThanBox() const
 bool PathBox::event(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip) {
-        // Rich text, since a tooltip breaks only that into lines.
+        // As rich text: a tooltip does not wrap the lines of plain text.
         setToolTip(
             IsWiderThanBox()
                 ? QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(text().toHtmlEscaped())
@@ -107,35 +106,30 @@ bool PathBox::event(QEvent* event)
 
 void PathBox::hideEvent(QHideEvent* event)
 {
-    // A dialog that is closed is destroyed only when its last handler has ended.
+    // A closed dialog is destroyed only after its last handler has ended: the list would remain until then.
     HideList();
     TextBox::hideEvent(event);
 }
 
 void PathBox::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (FileIn(*event).isEmpty()) {
+    if (AcceptFile(*event).isEmpty()) {
         TextBox::dragEnterEvent(event);
-    } else {
-        AcceptCopy(*event);
     }
 }
 
 void PathBox::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (FileIn(*event).isEmpty()) {
+    if (AcceptFile(*event).isEmpty()) {
         TextBox::dragMoveEvent(event);
-    } else {
-        AcceptCopy(*event);
     }
 }
 
 void PathBox::dropEvent(QDropEvent* event)
 {
-    if (const QString file = FileIn(*event); !file.isEmpty()) {
-        AcceptCopy(*event);
-        SetText(file);
-    } else {
+    if (const QString path = AcceptFile(*event); path.isEmpty()) {
         TextBox::dropEvent(event);
+    } else {
+        SetText(path);
     }
 }

@@ -8,9 +8,9 @@ class QCompleter;
 class QFileSystemModel;
 
 /// A text box for the path of a file. Typing an absolute path opens a list of the files whose paths begin
-/// with the text, as soon as their folder has been read; the text changes only when one of them is chosen. A
-/// file that is dropped on the box replaces the text by its path. A path that is wider than the box is shown
-/// in a tooltip.
+/// with the text, as soon as their folder has been read; the text changes only when one of them is chosen.
+/// The path of a file that is dropped on the box replaces the text. A path that is wider than the box is
+/// shown in a tooltip.
 class PathBox final : public TextBox
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ private:
     void HideList();
     [[nodiscard]] bool IsWiderThanBox() const;
 
-    // Created when an absolute path is typed: the model has a thread and takes 4 MB.
+    /// Created when an absolute path is typed: the model has a thread and takes 4 MB.
     QFileSystemModel* m_files = nullptr;
     QCompleter* m_list = nullptr;
 };
