@@ -41,8 +41,8 @@ public:
     void SetValue(int value);
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
-    /// From now on Up and Down in @p box turn this bar.
-    void TakeArrowKeysOf(QWidget& box) { box.installEventFilter(this); }
+    /// From now on the keys Up and Down in @p box change the value by a step.
+    void StepByKeysOf(QWidget& box) { box.installEventFilter(this); }
 
     [[nodiscard]] QSize sizeHint() const override;
     bool eventFilter(QObject* watched, QEvent* event) override;

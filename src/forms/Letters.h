@@ -9,5 +9,5 @@ class QWidget;
 /// The font with its letters narrowed to a percentage of their width.
 [[nodiscard]] QFont Narrowed(QFont font, int percent);
 
-/// Narrows the letters of a control, for which a .ui file has no element.
+/// Narrows the letters of a control. A .ui file has no element for that.
 void NarrowLetters(QWidget& control);

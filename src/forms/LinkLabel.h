@@ -10,8 +10,8 @@
 /// A label that acts as a link. Raises Click by mouse or keyboard, once for a double click, and MouseMove,
 /// also without a pressed button. While the label is disabled it raises nothing, and mouse moves reach the
 /// widget behind it. It is grey while it or its frame is disabled, but not if only its window is.
-/// Otherwise it has the colour of the role Link of its palette. A label that opens a page of its window can
-/// be marked as the page tab that it is.
+/// Otherwise it has the colour of the role Link of its palette. A label that opens a page of its window
+/// can be a page tab.
 class LinkLabel final : public QLabel
 {
     Q_OBJECT

@@ -24,8 +24,8 @@ const QString kWorldLeague = QStringLiteral("Muslim World League");
 const QString kEgyptian = QStringLiteral("Egyptian General Authority of Survey");
 const QString kUserDefined = QStringLiteral("User Defined");
 
-// Makes the note below an option a part of it, for the mouse and for a screen reader.
-void ConnectNote(QLabel& note, OptionButton& option)
+// A click on the note selects the option, and a screen reader reads the note as its description.
+void AttachNote(QLabel& note, OptionButton& option)
 {
     // A .ui file has font sizes in points only.
     QFont small = note.font();
@@ -56,7 +56,7 @@ void CalculationMethod::ConnectPresets()
 {
     const auto connectPreset = [this](OptionButton& option, QLabel& note, const QString& method,
                                       const QString& angle1, const QString& angle2) {
-        ConnectNote(note, option);
+        AttachNote(note, option);
         option.OnClick(m_context.RunOrUnloadHandler(
             [this, &option, method, angle1, angle2] { OnPresetClick(option, method, angle1, angle2); }));
     };
@@ -76,7 +76,7 @@ void CalculationMethod::ConnectAngle(const Angle& angle)
             angle.box->SetText(QString::number(angle.bar->Value()));
         }
     }));
-    angle.bar->TakeArrowKeysOf(*angle.box);
+    angle.bar->StepByKeysOf(*angle.box);
 }
 
 void CalculationMethod::Select(const QString& method)

@@ -69,7 +69,7 @@ std::function<void()> DialogContext::RunOrUnloadHandler(std::function<void()> ro
     return [this, routine = std::move(routine)] { RunOrUnload(routine); };
 }
 
-QString DialogContext::MissingForMobile()
+QString DialogContext::MissingStepForMobile()
 {
     if (!IsTrue(Read(QStringLiteral("mobileEnabled"), kAlertsPath))) {
         return QStringLiteral("Tick \"Enable Mobile Alerts\" on the Mobile Alert page first.");

@@ -52,8 +52,8 @@ public:
     [[nodiscard]] std::function<void()> RunOrUnloadHandler(std::function<void()> routine);
 
     /// The step that the user must take before a prayer can have a mobile alert; empty if mobile alerts are
-    /// enabled and the device is confirmed. Reads settingsDoc as it stands.
-    [[nodiscard]] QString MissingForMobile();
+    /// enabled and the device is confirmed. Reads settingsDoc without loading it.
+    [[nodiscard]] QString MissingStepForMobile();
 
     [[nodiscard]] Form& Dialog() const { return m_dialog; }
     [[nodiscard]] const Platform& GetPlatform() const;

@@ -46,7 +46,7 @@ void FrmAlerts::ConnectTabs()
     }
 }
 
-void FrmAlerts::MarkCurrentTab()
+void FrmAlerts::SelectCurrentLabel()
 {
     for (const auto& [tab, label] : m_tabLabels) {
         label->SetSelected(tab == m_context.currentTab);
@@ -61,7 +61,7 @@ void FrmAlerts::OnLoad()
 
 void FrmAlerts::OnUnload()
 {
-    // A sign-up may be pending: its wait pointer ends with the dialog, since the other windows take input.
+    // A sign-up may be pending: restore its wait pointer, since the other windows accept input.
     QGuiApplication::restoreOverrideCursor();
     // Intended: a failed step skips the later ones without a message; ActiveForm then stays as it is.
     m_context.RunOrUnload([this] {
@@ -89,7 +89,7 @@ void FrmAlerts::SelectTab(std::int16_t tab)
 {
     m_context.RunOrUnload([this, tab] {
         m_context.currentTab = m_tabLabels.contains(tab) ? tab : kGeneralTab;
-        MarkCurrentTab();
+        SelectCurrentLabel();
         HideFrames();
         if (m_context.currentTab == kGeneralTab) {
             LoadGeneralPage();

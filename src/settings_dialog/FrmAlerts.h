@@ -44,7 +44,8 @@ protected:
 
 private:
     void ConnectTabs();
-    void MarkCurrentTab();
+    /// Marks the label of the current page, and gives it the keyboard focus.
+    void SelectCurrentLabel();
     void HideFrames();
     void LoadGeneralPage();
 

@@ -55,7 +55,7 @@ void GeneralPage::ConnectGeneral()
             m_ui->TxtAdvWarn->SetText(QString::number(m_ui->VScroll1->Value()));
         }
     }));
-    m_ui->VScroll1->TakeArrowKeysOf(*m_ui->TxtAdvWarn);
+    m_ui->VScroll1->StepByKeysOf(*m_ui->TxtAdvWarn);
 }
 
 void GeneralPage::StoreOnClick(OptionButton* option, const QString& attribute, const QString& value)

@@ -85,8 +85,8 @@ void MobileSignup::SignUp(const MobileDevice& device)
 bool MobileSignup::AskService(SimpleXML& reply, const QString& personalCode)
 {
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    // FrmAlerts may have given the pointer back before; the second call then does nothing.
-    const auto giveBack = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    // FrmAlerts may have restored the pointer already; then this call has no effect.
+    const auto restorePointer = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
     return InternetClass(m_forms.GetPlatform(), ServiceAddresses::Probe(m_forms.Variables().Settings))
                .VerifyConnectivity() &&
            Fetch(reply, personalCode);

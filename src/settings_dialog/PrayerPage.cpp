@@ -22,7 +22,7 @@ PrayerPage::PrayerPage(DialogContext& context, QFrame& frame)
     }
     for (QWidget* const control : m_frame.findChildren<QWidget*>()) {
         if (control->accessibleName().contains(u"%1")) {
-            m_names.emplace_back(control, control->accessibleName());
+            m_accessibleNames.emplace_back(control, control->accessibleName());
         }
     }
     Connect();
@@ -59,10 +59,10 @@ QString PrayerPage::ElementPath() const
     return prayer == nullptr ? QString() : kAlertsPath + QStringLiteral("//") + prayer->element;
 }
 
-void PrayerPage::TellPrayer(const QString& caption)
+void PrayerPage::ShowPrayerName(const QString& caption)
 {
     m_ui->LblPrayerName->setText(caption);
-    for (const auto& [control, name] : m_names) {
+    for (const auto& [control, name] : m_accessibleNames) {
         control->setAccessibleName(name.arg(caption));
     }
 }
@@ -72,7 +72,7 @@ void PrayerPage::LoadPrayerPage()
     m_context.loading = true;
     m_frame.show();
     if (const Prayer* const prayer = PrayerOfTab(m_context.currentTab); prayer != nullptr) {
-        TellPrayer(prayer->caption);
+        ShowPrayerName(prayer->caption);
     }
     const QString path = ElementPath();
     const auto isSet = [this, &path](const char16_t* attribute) {
@@ -90,10 +90,10 @@ void PrayerPage::LoadPrayerPage()
     m_context.loading = false;
 }
 
-void PrayerPage::EnableMobileAlert(bool mayBeOn)
+void PrayerPage::EnableMobileAlert(bool isAllowed)
 {
     const QString reason =
-        mayBeOn ? m_context.MissingForMobile() : QStringLiteral("Tick \"Alert on\" first.");
+        isAllowed ? m_context.MissingStepForMobile() : QStringLiteral("Tick \"Alert on\" first.");
     m_ui->ChkIndMobAlert->setEnabled(reason.isEmpty());
     m_ui->ChkIndMobAlert->setToolTip(reason);
     m_ui->ChkIndMobAlert->setAccessibleDescription(reason);

@@ -31,13 +31,14 @@ public:
 
 private:
     void Connect();
-    void TellPrayer(const QString& caption);
+    /// Shows the prayer in the title of the page and in the accessible names of its controls.
+    void ShowPrayerName(const QString& caption);
     void StoreOnClick(CheckBox* box, const QString& attribute);
     void Store(const QString& attribute, const QString& value);
 
-    /// Enables "Mobile Alert", or disables it and says why.
-    /// @param mayBeOn whether the box may be enabled when the device is confirmed
-    void EnableMobileAlert(bool mayBeOn);
+    /// Enables "Mobile Alert", or disables it and gives the reason in its tooltip and its description.
+    /// @param isAllowed false disables the box even if the device is confirmed
+    void EnableMobileAlert(bool isAllowed);
     void OnAlertMainClick();
     void OnBrowseClick();
     [[nodiscard]] bool IsOnPrayer() const;
@@ -47,6 +48,6 @@ private:
     DialogContext& m_context;
     QFrame& m_frame;
     std::unique_ptr<Ui::PrayerPage> m_ui;
-    /// The controls with their accessible names, "%1" for the prayer.
-    std::vector<std::pair<QWidget*, QString>> m_names;
+    /// The controls whose accessible name contains the prayer, with that name; "%1" stands for the prayer.
+    std::vector<std::pair<QWidget*, QString>> m_accessibleNames;
 };
