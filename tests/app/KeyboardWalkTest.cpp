@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Each window is walked through by keys alone, in both directions.
+/// The tab order of each window, in both directions.
 class KeyboardWalk : public ProgramWindowsFixture
 {
 protected:
@@ -21,10 +21,10 @@ protected:
     }
 
 private:
-    static QString Walk(const Form& window, Qt::Key key, qsizetype most)
+    static QString Walk(const Form& window, Qt::Key key, qsizetype limit)
     {
         QStringList reached;
-        while (reached.size() <= most && !reached.contains(window.focusWidget()->objectName())) {
+        while (reached.size() <= limit && !reached.contains(window.focusWidget()->objectName())) {
             reached << window.focusWidget()->objectName();
             QTest::keyClick(window.windowHandle(), key);
         }
@@ -77,8 +77,7 @@ TEST_F(KeyboardWalk, mobilePage_reachesEachControl)
 
 TEST_F(KeyboardWalk, prayerPages_reachEachLiveControl)
 {
-    WriteSettings(Changed("mobileEnabled=\"false\"", "mobileEnabled=\"true\"")
-                      .replace(QStringLiteral("mobileConfirm=\"0\""), QStringLiteral("mobileConfirm=\"1\"")));
+    WriteSettings(SettingsWith({{"mobileEnabled", "true"}, {"mobileConfirm", "1"}}));
     ExpectWalk(OpenAlerts("LblFarjLink"),
                kTabs + QStringLiteral("ChkAlertMain ChkSilAlert ChkAudioAlert TxtPath LblBrowseLink "
                                       "ChkIndMobAlert"));

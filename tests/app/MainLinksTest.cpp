@@ -341,24 +341,4 @@ TEST_F(MainLinksTest, keyboard_pressesALinkAndStaysOnIt)
     EXPECT_EQ(window.focusWidget(), &help);
 }
 
-TEST_F(MainLinksTest, tab_reachesEachLinkOnce_fromTopToBottom)
-{
-    const auto inFocus = [this] {
-        const QWidget* const widget = window.focusWidget();
-        return widget == nullptr ? QString() : widget->objectName();
-    };
-    QStringList reached;
-    for (; !reached.contains(inFocus()) && reached.size() < 30; QTest::keyClick(&window, Qt::Key_Tab)) {
-        reached << inFocus();
-    }
-    QTest::keyClick(&window, Qt::Key_Backtab);
-    EXPECT_EQ(inFocus(), reached.back()) << "and back again";
-    EXPECT_TRUE(reached.contains(QStringLiteral("VolControl")));
-    reached.removeIf([this](const QString& name) { return window.findChild<LinkLabel*>(name) == nullptr; });
-    EXPECT_EQ(reached.join(u' '),
-              u"LblLocLink LblAlertsLink LblHelp LblGetMoreLink LblFarjLink LblShuruqLink "
-              u"LblDuhrLink LblAsrLink LblMaghribLink LblIshaLink")
-        << "all but the one that is disabled";
-}
-
 } // namespace

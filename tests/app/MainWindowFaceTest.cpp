@@ -37,14 +37,6 @@ protected:
     }
 };
 
-/// The rectangle of a label's text in its parent.
-QRect TextPlace(const QLabel& label)
-{
-    const QRect text = label.fontMetrics().boundingRect(label.contentsRect(),
-                                                        static_cast<int>(label.alignment()), label.text());
-    return text.translated(label.pos());
-}
-
 TEST_F(MainWindowFace, updateEverything_turnsTheCompassToTheQibla)
 {
     EXPECT_EQ(Text("LblAngle"), u"Angle: 58.4");
@@ -152,23 +144,6 @@ TEST_F(MainWindowFace, scale_isTheOneThatThisRunIsFor)
     EXPECT_EQ(Window().devicePixelRatioF(), scale.isEmpty() ? 1.0 : scale.toDouble());
 }
 
-TEST_F(MainWindowFace, texts_fitTheirLabels)
-{
-    int checked = 0;
-    for (const QLabel* const label : Window().findChildren<QLabel*>()) {
-        if (label->isHidden() || label->text().isEmpty()) {
-            continue;
-        }
-        const QSize text = label->fontMetrics().size(Qt::TextSingleLine, label->text());
-        EXPECT_LE(text.width(), label->width()) << qPrintable(label->objectName());
-        EXPECT_LE(text.height(), label->height()) << qPrintable(label->objectName());
-        EXPECT_TRUE(label->parentWidget()->rect().contains(TextPlace(*label)))
-            << qPrintable(label->objectName());
-        ++checked;
-    }
-    EXPECT_GT(checked, 30);
-}
-
 TEST_F(MainWindowFace, longestTexts_fitTheirLabels)
 {
     const std::pair<const char*, const char*> longest[] = {
@@ -185,21 +160,6 @@ TEST_F(MainWindowFace, longestTexts_fitTheirLabels)
     for (const auto& [name, text] : longest) {
         const auto* const label = &Find<QLabel>(name);
         EXPECT_LE(label->fontMetrics().horizontalAdvance(QLatin1String(text)), label->width()) << name;
-    }
-}
-
-TEST_F(MainWindowFace, texts_doNotOverlap)
-{
-    const QList<QLabel*> labels = Window().findChildren<QLabel*>();
-    for (const QLabel* const left : labels) {
-        for (const QLabel* const right : labels) {
-            if (left >= right || left->parentWidget() != right->parentWidget() || left->text().isEmpty() ||
-                right->text().isEmpty()) {
-                continue;
-            }
-            EXPECT_FALSE(TextPlace(*left).intersects(TextPlace(*right)))
-                << qPrintable(left->objectName()) << " and " << qPrintable(right->objectName());
-        }
     }
 }
 

@@ -2,15 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "alerts/FrmPopup.h"
 #include "app/FirstTouchFixture.h"
 #include "fakes/Desk.h"
+#include "fakes/DialogWindows.h"
 #include "forms/LinkLabel.h"
-#include "locations/FrmLocation.h"
-#include "locations/FrmNewLoc.h"
-#include "locations/FrmWait.h"
-#include "settings_dialog/FrmAlerts.h"
-#include "settings_dialog/MobileSignup.h"
 
 /// The main window and the real other windows, opened as a user opens them.
 class ProgramWindowsFixture : public FirstTouchFixture
@@ -18,11 +13,7 @@ class ProgramWindowsFixture : public FirstTouchFixture
 protected:
     ProgramWindowsFixture()
     {
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
-        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
-        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
-        forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
-        forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
+        RegisterDialogWindows(forms, signup);
         platform.http.reachable = true;
         platform.http.replies[QStringLiteral("getStates.pl")] =
             "<root><a state='Illinois' state_id='17'/><b state='Egypt' state_id='EG'/></root>";

@@ -1,13 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "alerts/FrmPopup.h"
 #include "app/MainWindowFixture.h"
+#include "fakes/DialogWindows.h"
 #include "forms/LinkLabel.h"
-#include "locations/FrmLocation.h"
-#include "locations/FrmNewLoc.h"
-#include "locations/FrmWait.h"
-#include "settings_dialog/FrmAlerts.h"
-#include "settings_dialog/MobileSignup.h"
 
 namespace {
 
@@ -17,11 +12,7 @@ class RealDialogsTest : public MainWindowFixture, public testing::WithParamInter
 protected:
     RealDialogsTest()
     {
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
-        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
-        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
-        forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
-        forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
+        RegisterDialogWindows(forms, signup);
         main = &Start();
         platform.http.reachable = true;
         platform.http.replies[QStringLiteral("getStates.pl")] =
@@ -187,11 +178,7 @@ INSTANTIATE_TEST_SUITE_P(Each, RealDialogsTest,
 class LinkedDialogsTest : public MainWindowFixture
 {
 protected:
-    LinkedDialogsTest()
-    {
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
-        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
-    }
+    LinkedDialogsTest() { RegisterDialogWindows(forms, signup); }
 
     Form& OpenList()
     {

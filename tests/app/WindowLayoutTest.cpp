@@ -41,7 +41,7 @@ void ForEachControl(const QWidget& parent, const std::function<void(const QWidge
     }
 }
 
-/// The rectangle of a button's text in the button, and of its picture, if it has one.
+/// The rectangle of the text in a check box or an option; all of any other button.
 QRect TextRect(const QAbstractButton& button)
 {
     QStyleOptionButton option;
@@ -56,7 +56,8 @@ QRect TextRect(const QAbstractButton& button)
     return button.rect();
 }
 
-/// The height, in the parent, at which the text of a control stands; empty for a control without text.
+/// The vertical position, in the parent, of the baseline of a control's text; empty without text, and for
+/// texts that are not in the middle of their label.
 std::optional<double> Baseline(const QWidget& control)
 {
     const QFontMetrics metrics = control.fontMetrics();
@@ -125,6 +126,25 @@ void ForEachPair(const QWidget& window, const std::function<void(const QWidget&,
     });
 }
 
+/// The rectangle, in the parent, of a label's text or of any other control.
+QRect OccupiedRect(const QWidget& control)
+{
+    const auto* const label = qobject_cast<const QLabel*>(&control);
+    if (label == nullptr || label->text().isEmpty()) {
+        return control.geometry();
+    }
+    const int flags = static_cast<int>(label->alignment()) | (label->wordWrap() ? Qt::TextWordWrap : 0);
+    return label->fontMetrics()
+        .boundingRect(label->contentsRect(), flags, label->text())
+        .translated(label->pos());
+}
+
+/// One of the lines of the prayer page, which meet.
+bool IsLine(const QWidget& control)
+{
+    return control.objectName().startsWith(u"Line");
+}
+
 class WindowLayout : public WindowViews
 {
 };
@@ -149,6 +169,16 @@ TEST_F(WindowLayout, smallestSize_holdsTheLayout)
         }
     });
     EXPECT_EQ(layouts, 3);
+}
+
+TEST_F(WindowLayout, controls_doNotOverlap)
+{
+    ForEachView([](QWidget& window) {
+        ForEachPair(window, [](const QWidget& left, const QWidget& right) {
+            EXPECT_TRUE(IsLine(left) || IsLine(right) || !OccupiedRect(left).intersects(OccupiedRect(right)))
+                << NameOf(left) << " and " << NameOf(right);
+        });
+    });
 }
 
 TEST_F(WindowLayout, textsOfARow_standOnOneLine)

@@ -19,10 +19,10 @@ namespace {
 QImage PixelsOf(const QWidget& control, const QImage& window)
 {
     const double scale = control.devicePixelRatioF();
-    const QRect place(control.mapTo(control.window(), QPoint()), control.size());
+    const QRect rect(control.mapTo(control.window(), QPoint()), control.size());
     const auto at = [scale](int edge) { return qRound(edge * scale); };
-    const QPoint first(at(place.x()), at(place.y()));
-    const QPoint end(at(place.x() + place.width()), at(place.y() + place.height()));
+    const QPoint first(at(rect.x()), at(rect.y()));
+    const QPoint end(at(rect.x() + rect.width()), at(rect.y() + rect.height()));
     return window.copy(QRect(first, end - QPoint(1, 1)));
 }
 
@@ -113,11 +113,11 @@ TEST_F(WindowLooks, linesOfThePrayerPage_haveTheWidthOfTheFrames)
                 continue;
             }
             const QPoint middle = line->mapTo(&window, line->rect().center());
-            const bool isUpright = line->frameShape() == QFrame::VLine;
+            const bool isVertical = line->frameShape() == QFrame::VLine;
             int covered = 0;
             for (int beside = -4; beside <= 4; ++beside) {
-                const QPoint pixel(qRound(middle.x() * scale) + (isUpright ? beside : 0),
-                                   qRound(middle.y() * scale) + (isUpright ? 0 : beside));
+                const QPoint pixel(qRound(middle.x() * scale) + (isVertical ? beside : 0),
+                                   qRound(middle.y() * scale) + (isVertical ? 0 : beside));
                 covered += picture.pixel(pixel) == colour ? 1 : 0;
             }
             EXPECT_EQ(covered, static_cast<int>(scale)) << line->objectName().toStdString();
@@ -127,7 +127,7 @@ TEST_F(WindowLooks, linesOfThePrayerPage_haveTheWidthOfTheFrames)
     EXPECT_EQ(lines, 8);
 }
 
-TEST_F(WindowLooks, disabledTextBox_hasTheGroundOfThePage)
+TEST_F(WindowLooks, disabledTextBox_hasTheColourOfThePage)
 {
     int enabled = 0;
     int disabled = 0;
@@ -139,9 +139,9 @@ TEST_F(WindowLooks, disabledTextBox_hasTheGroundOfThePage)
             }
             const QImage pixels = PixelsOf(*box, picture);
             const QPalette& colours = window.palette();
-            const QPalette::ColorRole ground = box->isEnabled() ? QPalette::Base : QPalette::Window;
+            const QPalette::ColorRole fill = box->isEnabled() ? QPalette::Base : QPalette::Window;
             ++(box->isEnabled() ? enabled : disabled);
-            EXPECT_EQ(pixels.pixel(pixels.width() - 6, 6), colours.color(ground).rgb())
+            EXPECT_EQ(pixels.pixel(pixels.width() - 6, 6), colours.color(fill).rgb())
                 << box->objectName().toStdString();
             EXPECT_NE(colours.color(QPalette::Base), colours.color(QPalette::Window));
         }

@@ -2,17 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "alerts/FrmPopup.h"
 #include "app/Appearance.h"
-#include "app/FirstTouchFixture.h"
-#include "fakes/Desk.h"
+#include "app/ProgramWindowsFixture.h"
 #include "forms/Boxes.h"
-#include "forms/LinkLabel.h"
-#include "locations/FrmLocation.h"
-#include "locations/FrmNewLoc.h"
-#include "locations/FrmWait.h"
-#include "settings_dialog/FrmAlerts.h"
-#include "settings_dialog/MobileSignup.h"
 
 #include <QComboBox>
 
@@ -21,23 +13,12 @@
 
 /// Every window of the program with the program's style, each page of the settings dialog with its controls
 /// enabled and disabled.
-class WindowViews : public FirstTouchFixture
+class WindowViews : public ProgramWindowsFixture
 {
 protected:
     using Check = std::function<void(QWidget& window)>;
 
-    WindowViews()
-    {
-        SetAppearance();
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
-        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
-        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
-        forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
-        forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        platform.http.reachable = true;
-        platform.http.replies[QStringLiteral("getStates.pl")] =
-            "<root><a state='Illinois' state_id='17'/></root>";
-    }
+    WindowViews() { SetAppearance(); }
 
     /// Runs @p check on each window while it is visible.
     void ForEachView(const Check& check)
@@ -49,7 +30,7 @@ protected:
         View(forms.Touch<FrmWait>(), "wait", check);
         View(forms.Touch<FrmLocation>(), "locations", check);
         ViewSearch(check);
-        WriteSettings(OffSettings());
+        WriteSettings(SettingsWith({{"enabled", "false"}}));
         ViewPages("off", check);
         WriteSettings(OnSettings());
         ViewPages("on", check);
@@ -58,24 +39,18 @@ protected:
 private:
     static QString OnSettings()
     {
-        QString text = SettingsText();
-        for (const auto& [before, after] : {std::pair{"method=\"ISNA\"", "method=\"User Defined\""},
-                                            {"angle1=\"-15\"", "angle1=\"-19.5\""},
-                                            {"useAdvWarn=\"false\"", "useAdvWarn=\"true\""},
-                                            {"mobileEnabled=\"false\"", "mobileEnabled=\"true\""},
-                                            {"mobilePC=\"\"", "mobilePC=\"5521\""},
-                                            {"mobileDID=\"\"", "mobileDID=\"0123456789\""},
-                                            {"enabled=\"false\"", "enabled=\"true\""},
-                                            {"mobileConfirm=\"0\"", "mobileConfirm=\"1\""},
-                                            {"audioFile=\"\"", "audioFile=\"/usr/share/sounds/call.mp3\""}}) {
-            text.replace(QLatin1String(before), QLatin1String(after));
-        }
-        return text;
-    }
-    static QString OffSettings()
-    {
-        QString text = SettingsText();
-        return text.replace(QLatin1String("enabled=\"true\""), QLatin1String("enabled=\"false\""));
+        // The longest usable address, of letters of medium width.
+        return SettingsWith({{"method", "User Defined"},
+                             {"angle1", "-19.5"},
+                             {"useAdvWarn", "true"},
+                             {"mobileEnabled", "true"},
+                             {"mobilePC", "5521"},
+                             {"mobileDID", "0123456789"},
+                             {"mobileConfirm", "1"},
+                             {"enabled", "true"},
+                             {"audioFile", "/usr/share/sounds/call.mp3"}})
+            .replace(QStringLiteral("<app "),
+                     QStringLiteral("<app signup=\"signup@%1\" ").arg(QString(43, u'e')));
     }
 
     void View(QWidget& window, const std::string& name, const Check& check)
@@ -102,7 +77,9 @@ private:
     }
     void ViewPages(const std::string& state, const Check& check)
     {
-        for (std::int16_t tab = 1; tab <= 3; ++tab) {
+        // The prayer with the longest name.
+        constexpr std::int16_t kMaghribTab = 7;
+        for (const std::int16_t tab : {std::int16_t{1}, std::int16_t{2}, kMaghribTab}) {
             auto& dialog = forms.Touch<FrmAlerts>();
             dialog.Show();
             dialog.SelectTab(1);
@@ -119,6 +96,4 @@ private:
                 window.grab().save(folder + u'/' + QString::fromStdString(name) + QStringLiteral(".png")));
         }
     }
-
-    MobileSignup signup{forms};
 };

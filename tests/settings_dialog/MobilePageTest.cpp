@@ -252,6 +252,7 @@ TEST_F(MobilePageTest, reset_answeredNo_changesNothing)
     platform.boxes.whileOpen = [this] { EXPECT_FALSE(IsLive("LblReset")); };
     Click("LblReset");
     EXPECT_EQ(platform.boxes.boxes, std::vector{FakeMessageBoxes::Question(kQuestion)});
+    EXPECT_EQ(platform.boxes.lastDefault, MessageBoxes::DefaultAnswer::No);
     EXPECT_TRUE(IsLive("LblReset"));
     EXPECT_EQ(ReadSettings(), before);
     EXPECT_EQ(Saves(), 0U);

@@ -30,6 +30,15 @@ protected:
             EXPECT_EQ(IsLive(control), live) << control;
         }
     }
+    /// "Mobile Alert" is grey, and gives this reason to the mouse and to a screen reader; without a reason it
+    /// is enabled.
+    void ExpectMobileAlert(const QString& reason) const
+    {
+        const QWidget& box = Widget("ChkIndMobAlert");
+        EXPECT_EQ(box.isEnabled(), reason.isEmpty());
+        EXPECT_EQ(box.toolTip(), reason);
+        EXPECT_EQ(box.accessibleDescription(), reason);
+    }
 };
 
 } // namespace
@@ -135,40 +144,45 @@ TEST_F(PrayerPageTest, storedBooleans_areComparedExactly)
     EXPECT_EQ(TextOf("TxtPath"), QString());
 }
 
-TEST_F(PrayerPageTest, greyStates_afterAPageLoadAndAClick)
+TEST_F(PrayerPageTest, subOptions_areLiveWhileTheAlertIsOn)
 {
-    for (const bool confirmed : {true, false}) {
-        WriteSettings(SettingsWith({{"mobileEnabled", "true"}, {"mobileConfirm", confirmed ? "1" : "0"}}));
-        Open(8);
-        ExpectSubOptionsLive(true);
-        EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
-        dialog->SelectTab(4);
-        ExpectSubOptionsLive(false);
-        // Enabled although this prayer's alert is off.
-        EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
-        Click("ChkAlertMain");
-        ExpectSubOptionsLive(true);
-        EXPECT_EQ(IsLive("ChkIndMobAlert"), confirmed);
-        Click("ChkAlertMain");
-        ExpectSubOptionsLive(false);
-        EXPECT_FALSE(IsLive("ChkIndMobAlert"));
-        dialog->Unload();
-    }
+    Open(8);
+    ExpectSubOptionsLive(true);
+    dialog->SelectTab(4);
+    ExpectSubOptionsLive(false);
+    Click("ChkAlertMain");
+    ExpectSubOptionsLive(true);
+    Click("ChkAlertMain");
+    ExpectSubOptionsLive(false);
 }
 
-TEST_F(PrayerPageTest, mobileAlert_needsEnabledAndConfirmed)
+TEST_F(PrayerPageTest, mobileAlert_needsEnabledAndConfirmed_andGivesTheReasonWhileGrey)
 {
+    const QString notEnabled =
+        QStringLiteral("Tick \"Enable Mobile Alerts\" on the Mobile Alert page first.");
+    const QString notConfirmed =
+        QStringLiteral("Register your mobile device on the Mobile Alert page first.");
     const struct
     {
         const char* enabled;
         const char* confirm;
-        bool live;
-    } rows[] = {{"true", "1", true},  {"true", "0", false}, {"false", "1", false},  {"True", "1", false},
-                {"true", "2", false}, {"true", "", false},  {"true", "true", false}};
-    for (const auto& row : rows) {
-        WriteSettings(SettingsWith({{"mobileEnabled", row.enabled}, {"mobileConfirm", row.confirm}}));
+        QString reason;
+    } rows[] = {{"true", "1", QString()},   {"true", "0", notConfirmed},    {"true", "2", notConfirmed},
+                {"true", "", notConfirmed}, {"true", "true", notConfirmed}, {"false", "1", notEnabled},
+                {"True", "1", notEnabled},  {"false", "0", notEnabled}};
+    for (const auto& [enabled, confirm, reason] : rows) {
+        SCOPED_TRACE(testing::Message() << enabled << ' ' << confirm);
+        WriteSettings(SettingsWith({{"mobileEnabled", enabled}, {"mobileConfirm", confirm}}));
         Open(3);
-        EXPECT_EQ(IsLive("ChkIndMobAlert"), row.live) << row.enabled << ' ' << row.confirm;
+        ExpectMobileAlert(reason);
+        Click("ChkAlertMain");
+        ExpectMobileAlert(QStringLiteral("Tick \"Alert on\" first."));
+        Click("ChkAlertMain");
+        ExpectMobileAlert(reason);
+        // The load of a page does not depend on "Alert on".
+        Click("ChkAlertMain");
+        dialog->SelectTab(3);
+        ExpectMobileAlert(reason);
         dialog->Unload();
     }
 }

@@ -2,19 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "alerts/FrmPopup.h"
 #include "engine/CalculationLibrary.h"
 #include "fakes/Desk.h"
+#include "fakes/DialogWindows.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/SettingsFile.h"
 #include "fakes/StartWindows.h"
 #include "forms/Forms.h"
 #include "forms/LinkLabel.h"
-#include "locations/FrmLocation.h"
-#include "locations/FrmNewLoc.h"
-#include "locations/FrmWait.h"
-#include "settings_dialog/FrmAlerts.h"
-#include "settings_dialog/MobileSignup.h"
 
 #include <QLabel>
 
@@ -32,11 +27,7 @@ public:
         WriteSettings(settings);
         platform.http.reachable = true;
         RegisterStartWindows(forms, calculation);
-        forms.Register(FrmAlerts::kName, [this] { return std::make_unique<FrmAlerts>(forms, signup); });
-        forms.Register(FrmLocation::kName, [this] { return std::make_unique<FrmLocation>(forms); });
-        forms.Register(FrmNewLoc::kName, [this] { return std::make_unique<FrmNewLoc>(forms); });
-        forms.Register(FrmPopup::kName, [this] { return std::make_unique<FrmPopup>(forms); });
-        forms.Register(FrmWait::kName, [this] { return std::make_unique<FrmWait>(forms); });
+        RegisterDialogWindows(forms, signup);
     }
 
     FrmMain& Start()

@@ -6,17 +6,10 @@
 
 namespace {
 
-class HelpInPlaceTest : public MobilePageFixture
+/// The wait pointer during a sign-up.
+class WaitPointer : public MobilePageFixture
 {
 protected:
-    /// The reason why "Mobile Alert" is grey, for the eye and for a screen reader.
-    void ExpectReason(const QString& reason) const
-    {
-        const QWidget& box = Widget("ChkIndMobAlert");
-        EXPECT_EQ(box.toolTip(), reason);
-        EXPECT_EQ(box.accessibleDescription(), reason);
-        EXPECT_EQ(box.isEnabled(), reason.isEmpty());
-    }
     static bool IsWaitShown()
     {
         return QApplication::overrideCursor() != nullptr &&
@@ -24,41 +17,7 @@ protected:
     }
 };
 
-const QString kAlertOff = QStringLiteral("Tick \"Alert on\" first.");
-const QString kNotEnabled = QStringLiteral("Tick \"Enable Mobile Alerts\" on the Mobile Alert page first.");
-const QString kNotConfirmed = QStringLiteral("Register your mobile device on the Mobile Alert page first.");
-
-TEST_F(HelpInPlaceTest, mobileAlert_eachReasonForItsGrey_isSaid)
-{
-    const struct
-    {
-        const char* enabled;
-        const char* confirm;
-        QString reason;
-    } rows[] = {
-        {"false", "0", kNotEnabled},
-        {"false", "1", kNotEnabled},
-        {"true", "0", kNotConfirmed},
-        {"true", "1", QString()},
-    };
-    for (const auto& [enabled, confirm, reason] : rows) {
-        SCOPED_TRACE(testing::Message() << enabled << ' ' << confirm);
-        WriteMobile(enabled, confirm);
-        Open(3);
-        ExpectReason(reason);
-        Click("ChkAlertMain");
-        ExpectReason(kAlertOff);
-        Click("ChkAlertMain");
-        ExpectReason(reason);
-        Click("ChkAlertMain");
-        // The page load does not look at "Alert on".
-        dialog->SelectTab(3);
-        ExpectReason(reason);
-        dialog->Unload();
-    }
-}
-
-TEST_F(HelpInPlaceTest, register_showsTheWaitPointerWhileItAsks_andGivesItBackBeforeTheMessage)
+TEST_F(WaitPointer, register_showsItDuringTheRequest_notUnderTheMessage)
 {
     for (const char* const outcome :
          {"offline", "", "no document", "<root/>", "<root result='0' message='No'/>", "<root result='1'/>"}) {
@@ -82,7 +41,7 @@ TEST_F(HelpInPlaceTest, register_showsTheWaitPointerWhileItAsks_andGivesItBackBe
     }
 }
 
-TEST_F(HelpInPlaceTest, registerWithAnEmptyBox_showsNoWaitPointer)
+TEST_F(WaitPointer, registerWithAnEmptyBox_doesNotShowIt)
 {
     Open(2);
     platform.boxes.whileOpen = [] { EXPECT_EQ(QApplication::overrideCursor(), nullptr); };
@@ -91,7 +50,7 @@ TEST_F(HelpInPlaceTest, registerWithAnEmptyBox_showsNoWaitPointer)
 }
 
 // The other windows stay usable while the request is pending.
-TEST_F(HelpInPlaceTest, dialogClosedWhileItAsks_givesThePointerBackAtOnce)
+TEST_F(WaitPointer, dialogClosedDuringTheRequest_endsItAtOnce)
 {
     for (const bool isOpenedAgain : {false, true}) {
         OpenFilled();
@@ -108,20 +67,13 @@ TEST_F(HelpInPlaceTest, dialogClosedWhileItAsks_givesThePointerBackAtOnce)
     }
 }
 
-TEST_F(HelpInPlaceTest, registerThatThrows_givesThePointerBack)
+TEST_F(WaitPointer, registerThatThrows_endsIt)
 {
     OpenFilled();
     platform.http.whileWaiting = [] { throw std::runtime_error("no memory"); };
     Click("CmdMobilReg");
     EXPECT_FALSE(IsOpen());
     EXPECT_EQ(QApplication::overrideCursor(), nullptr);
-}
-
-TEST_F(HelpInPlaceTest, reset_defaultAnswerIsNo)
-{
-    OpenConfirmed();
-    Click("LblReset");
-    EXPECT_EQ(platform.boxes.lastDefault, MessageBoxes::DefaultAnswer::No);
 }
 
 } // namespace
