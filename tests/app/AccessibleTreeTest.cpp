@@ -16,9 +16,9 @@ QString Quoted(QString text)
     return u'"' + text + u'"';
 }
 
-QString StatesOf(const QAccessibleInterface& reader)
+QString StatesOf(const QAccessibleInterface& element)
 {
-    const QAccessible::State state = reader.state();
+    const QAccessible::State state = element.state();
     const std::pair<bool, QString> states[] = {
         {state.disabled, QStringLiteral("disabled")}, {state.readOnly, QStringLiteral("read-only")},
         {state.checked, QStringLiteral("checked")},   {state.selected, QStringLiteral("selected")},
@@ -32,22 +32,22 @@ QString StatesOf(const QAccessibleInterface& reader)
 }
 
 /// One line for each visible element: role, name, states, and the description if there is one.
-void AddTree(const QAccessibleInterface& reader, QStringList& lines, int depth = 0)
+void AddTree(const QAccessibleInterface& element, QStringList& lines, int depth = 0)
 {
-    if (reader.state().invisible) {
+    if (element.state().invisible) {
         return;
     }
-    const QString description = reader.text(QAccessible::Description);
+    const QString description = element.text(QAccessible::Description);
     lines << QString(2 * depth, u' ') +
-                 QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(reader.role())) +
-                 u' ' + Quoted(reader.text(QAccessible::Name)) + StatesOf(reader) +
+                 QString::fromLatin1(QMetaEnum::fromType<QAccessible::Role>().valueToKey(element.role())) +
+                 u' ' + Quoted(element.text(QAccessible::Name)) + StatesOf(element) +
                  (description.isEmpty() ? QString() : QStringLiteral(" -- ") + Quoted(description));
-    for (int i = 0; i < reader.childCount(); ++i) {
-        AddTree(*reader.child(i), lines, depth + 1);
+    for (int i = 0; i < element.childCount(); ++i) {
+        AddTree(*element.child(i), lines, depth + 1);
     }
 }
 
-/// Each window as a screen reader meets it: the files of the folder accessible_trees.
+/// The accessible tree of each window, as in the files of the folder accessible_trees.
 class AccessibleTree : public ProgramWindowsFixture
 {
 protected:

@@ -9,9 +9,9 @@ start_desktop
 need xev
 start_program
 
-place_of() { xprop -root _NET_CLIENT_LIST_STACKING | tr -d ',' | tr ' ' '\n' | grep -nx "$(printf '0x%x' "$1")" | cut -d: -f1; }
-# is_over UPPER LOWER: the first window stands over the second one.
-is_over() { [ "$(place_of "$1")" -gt "$(place_of "$2")" ]; }
+position_of() { xprop -root _NET_CLIENT_LIST_STACKING | tr -d ',' | tr ' ' '\n' | grep -nx "$(printf '0x%x' "$1")" | cut -d: -f1; }
+# is_over UPPER LOWER: the first window is above the second one.
+is_over() { [ "$(position_of "$1")" -gt "$(position_of "$2")" ]; }
 open_other() {
     start sh -c 'exec xev -name Other -geometry 300x200+20+20 >"$0"' "$folder/keys"
     xev=$last
@@ -23,7 +23,7 @@ close_other() {
     kill "$xev"
     wait_until "the other program stays" not is_on_screen '^Other$'
 }
-# comes_back NAME: the dialog does, within a second.
+# comes_back NAME: the dialog is in front of the main window again within a second.
 comes_back() {
     local from
     from=$(date +%s%3N)
@@ -32,7 +32,7 @@ comes_back() {
     echo "$1 is back after $taken ms"
     [ "$taken" -le 1000 ] || fail "$1 came back after $taken ms"
 }
-# The program is stopped meanwhile, since the dialog comes back within milliseconds.
+# The program is stopped for this: otherwise the dialog comes back within milliseconds.
 raise_main_window() {
     kill -STOP "$program"
     xdotool windowraise "$window"
@@ -55,7 +55,7 @@ keeps_in_front() {
     xdotool key a
     wait_until "a key didn't reach the other program" grep -q 'keysym 0x61, a' "$folder/keys"
 
-    # On top by its user's wish, the main window stays in front, and the dialog soon leaves the other program alone.
+    # If the user sets the main window to stay on top, the dialog is raised a few times only, and does not cover the other program.
     wmctrl -i -r "$window" -b add,above
     wait_until "the main window isn't on top" is_over "$window" "$dialog"
     for _ in 1 2 3 4 5; do

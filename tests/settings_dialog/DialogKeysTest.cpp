@@ -48,12 +48,12 @@ TEST_F(DialogKeys, escapeOnAnotherPage_leavesTheDialogOpen)
     for (const std::int16_t tab : {std::int16_t{2}, std::int16_t{3}}) {
         OpenActive(tab);
         PressKey(Qt::Key_Escape);
-        QTest::qWait(200);
+        QTest::qWait(200); // A shortcut clicks its button after 100 ms.
         EXPECT_TRUE(IsOpen()) << tab;
     }
 }
 
-TEST_F(DialogKeys, upAndDownInABox_turnItsBar)
+TEST_F(DialogKeys, upAndDownInABox_stepItsBar)
 {
     WriteUserDefined("-19.5", "29.5");
     OpenActive();
@@ -80,7 +80,7 @@ TEST_F(DialogKeys, upAndDownInABox_turnItsBar)
     }
 }
 
-TEST_F(DialogKeys, downInTheBoxOfMinutes_turnsItsBar)
+TEST_F(DialogKeys, downInTheBoxOfMinutes_stepsItsBar)
 {
     WriteChanged(u"useAdvWarn=\"false\"", u"useAdvWarn=\"true\"");
     OpenActive();
@@ -90,7 +90,7 @@ TEST_F(DialogKeys, downInTheBoxOfMinutes_turnsItsBar)
     EXPECT_EQ(Bar("VScroll1").Value(), 9);
 }
 
-TEST_F(DialogKeys, downWhileADraftIsHidden_turnsTheBarAndEndsTheDraft)
+TEST_F(DialogKeys, downWhileADraftIsHidden_stepsTheBarAndEndsTheDraft)
 {
     WriteUserDefined("-18", "-15");
     OpenActive();
