@@ -244,7 +244,7 @@ LoopbackServer::Handler Status(const QByteArray& status, const QByteArray& body)
     return [=](LoopbackServer::Connection& connection) { connection.Reply(body, status); };
 }
 
-/// Starts the whole program with a real server that misbehaves at every request.
+/// Starts the whole program with a real server that answers every request wrongly.
 /// @param shown the text of the strip afterwards
 void ExpectSafeStart(const LoopbackServer::Handler& handler, const QString& shown)
 {

@@ -195,7 +195,7 @@ TEST_F(SqliteStoreTest, open_fileOfTheFirstSchema_keepsDevicesAndCodes)
     EXPECT_GT(store.SignUp({"mail", "sealed", "5", "other", 1800, "form", "w"}, {}).device, 9)
         << "a number is given once";
     EXPECT_TRUE(store.Forget("2"));
-    EXPECT_THAT(store.Outbox(10), SizeIs(1)) << "what refers to a device still goes with it";
+    EXPECT_THAT(store.Outbox(10), SizeIs(1)) << "the messages of a removed device are removed with it";
     EXPECT_EQ(Pragma("foreign_key_check"), "");
 }
 
