@@ -57,8 +57,8 @@ QPalette Colours()
 
 QIcon WindowIcon()
 {
-    // All of them are decoded at the start and sent with each window; 256 pixels would take three quarters of
-    // that. A desktop that shows larger icons takes them from the desktop file.
+    // All sizes are decoded at the start and sent with each window, so there is none of 256 pixels: it would
+    // take three quarters of that work. A desktop that shows larger icons takes them from the desktop file.
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64, 128}) {
         icon.addPixmap(QPixmap::fromImage(ReadPng(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size))));

@@ -6,5 +6,5 @@
 
 /// The picture in a PNG file, for example of the resources, at a pixel ratio of 1; a null picture if the file
 /// can't be read. Unlike QImage it does not load the plugins of other formats first, which takes longer than
-/// most pictures.
+/// reading most pictures.
 [[nodiscard]] QImage ReadPng(const QString& path);

@@ -65,7 +65,7 @@ void VBSunAndMoon::Update(std::int16_t SunElevation, std::int16_t MoonElevation,
 void VBSunAndMoon::DrawSun(std::int16_t elevation, std::int16_t Currtime)
 {
     EndQuietly([&] {
-        DrawFirstPicture();
+        EnsurePicture();
         const QSize sun = m_boxes.front().Stored(PictureBoxes::PicSun).size();
         const std::int16_t halfWidth = Half(sun.width());
         const std::int16_t halfHeight = Half(sun.height());
@@ -90,7 +90,7 @@ void VBSunAndMoon::DrawSun(std::int16_t elevation, std::int16_t Currtime)
 void VBSunAndMoon::DrawMoon(std::int16_t elevation, std::int16_t /*Currtime*/)
 {
     EndQuietly([&] {
-        DrawFirstPicture();
+        EnsurePicture();
         const QSize moon = m_boxes.front().Stored(PictureBoxes::PicMoon).size();
         const std::int16_t halfWidth = Half(moon.width());
         const std::int16_t halfHeight = Half(moon.height());
@@ -108,7 +108,7 @@ void VBSunAndMoon::DrawMoon(std::int16_t elevation, std::int16_t /*Currtime*/)
 void VBSunAndMoon::SaveImage(const QString& fileName)
 {
     EndQuietly([&] {
-        DrawFirstPicture();
+        EnsurePicture();
         QByteArray bitmap;
         QBuffer buffer(&bitmap);
         m_boxes.front().PicBox.convertToFormat(QImage::Format_RGB888).save(&buffer, "BMP");
@@ -118,7 +118,7 @@ void VBSunAndMoon::SaveImage(const QString& fileName)
 
 void VBSunAndMoon::paintEvent(QPaintEvent* /*event*/)
 {
-    DrawFirstPicture();
+    EnsurePicture();
     QPainter painter(this);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
     painter.drawImage(QRect(0, 0, PictureBoxes::kWidth, PictureBoxes::kHeight), m_boxes.back().PicBox);
@@ -143,7 +143,7 @@ void VBSunAndMoon::DrawForeground(std::int16_t MTime)
     });
 }
 
-void VBSunAndMoon::DrawFirstPicture()
+void VBSunAndMoon::EnsurePicture()
 {
     if (m_isDrawn) {
         return;

@@ -45,7 +45,8 @@ protected:
 private:
     void DrawBackground(std::int16_t MTime);
     void DrawForeground(std::int16_t MTime);
-    void DrawFirstPicture();
+    /// Draws a day without sun and moon if nothing is drawn yet.
+    void EnsurePicture();
     void ClearPicBox();
     void MatchScreen();
     [[nodiscard]] bool IsDay(std::int16_t MTime) const;

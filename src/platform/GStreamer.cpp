@@ -13,11 +13,11 @@ std::optional<GStreamer> GStreamer::Load()
         return std::nullopt;
     }
     GStreamer gst;
-    bool areAll = true;
-    // Also finds the functions of GLib, which the library is linked to.
+    bool isComplete = true;
+    // dlsym also finds the functions of GLib, to which the library is linked.
     const auto take = [&](auto*& function, const char* name) {
         function = reinterpret_cast<std::remove_reference_t<decltype(function)>>(::dlsym(library, name));
-        areAll = areAll && function != nullptr;
+        isComplete = isComplete && function != nullptr;
     };
     take(gst.gst_init_check, "gst_init_check");
     take(gst.gst_element_factory_make, "gst_element_factory_make");
@@ -33,5 +33,5 @@ std::optional<GStreamer> GStreamer::Load()
     take(gst.g_object_set, "g_object_set");
     take(gst.g_filename_to_uri, "g_filename_to_uri");
     take(gst.g_free, "g_free");
-    return areAll ? std::optional(gst) : std::nullopt;
+    return isComplete ? std::optional(gst) : std::nullopt;
 }

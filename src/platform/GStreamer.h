@@ -7,9 +7,8 @@
 #include <optional>
 
 /// The functions of GStreamer and GLib that a sound needs, by their own names. The program is not linked to
-/// GStreamer: with the libraries behind it, it takes 1 MB and 1 ms of the start, and most of the time no
-/// sound is played. The first sound loads it in 2 ms, on its own thread; finding the plugins takes more
-/// than 10.
+/// GStreamer, which with its libraries would add 1 MB and 1 ms to each start, and is seldom needed. The first
+/// sound loads it on its own thread.
 struct GStreamer
 {
     /// Loads the library; it stays loaded to the end of the process. std::nullopt if it is not installed.
