@@ -4,6 +4,7 @@
 #include "forms/Bars.h"
 
 #include <QAccessible>
+#include <QScreen>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -198,6 +199,20 @@ TEST_F(SpinBarControl, bothArrows_arePainted)
     };
     EXPECT_EQ(darkPixels(2, 9), 9);
     EXPECT_EQ(darkPixels(13, 20), 9);
+}
+
+TEST_F(SpinBarControl, pressedArrow_isPaintedOtherwiseUntilItIsLetGo)
+{
+    // The picture on the screen: grab() would paint the bar anew.
+    const auto onScreen = [this] { return bar.screen()->grabWindow(bar.winId()).toImage(); };
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&bar));
+    Click(Top());
+    bar.repaint();
+    const QImage idle = onScreen();
+    Press(Top());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() != idle; }));
+    Release(Top());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return onScreen() == idle; }));
 }
 
 TEST_F(SpinBarControl, screenReader_seesValueAndLimits)
