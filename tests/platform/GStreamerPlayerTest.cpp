@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -197,6 +198,22 @@ TEST_F(GStreamerPlayerTest, fileRemovedWhileItPlays_playsToItsEnd)
     stopped = 0;
     player->SetUrl(path);
     ExpectNextPlays();
+}
+
+TEST_F(GStreamerPlayerTest, endOfASound_closesItsFile)
+{
+    ASSERT_TRUE(sound.Start());
+    const QString path = Tone("tone.wav", 1.0);
+    const auto isOpen = [&path] {
+        const QFileInfoList files = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files);
+        return std::any_of(files.begin(), files.end(),
+                           [&path](const QFileInfo& file) { return file.symLinkTarget() == path; });
+    };
+    player->SetUrl(path);
+    EXPECT_TRUE(sound.WaitForTone(kTone));
+    EXPECT_TRUE(isOpen());
+    EXPECT_TRUE(WaitForStops(1));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !isOpen(); }, kWait));
 }
 
 TEST_F(GStreamerPlayerTest, noSoundDevice_endsSilentlyAtItsTime)
