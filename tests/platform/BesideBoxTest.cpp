@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/BesideBox.h"
 
+#include <QPushButton>
 #include <QSize>
 #include <QWidget>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -91,6 +93,24 @@ TEST(MoveClear, withRoomInTheMiddle_standsThere)
     window.resize(100, 60);
     MoveClear(window, {200, 100, 300, 200}, {}, {0, 0, 800, 600});
     EXPECT_EQ(window.geometry(), QRect(300, 170, 100, 60));
+}
+
+TEST(MoveClear, withoutRoomForBoth_leavesTheVisibleButtonsFree)
+{
+    QWidget box;
+    box.setGeometry(50, 50, 300, 120);
+    QPushButton visible(&box);
+    visible.setGeometry(200, 90, 90, 20);
+    QPushButton hidden(&box);
+    hidden.setGeometry(200, 10, 90, 20);
+    hidden.hide();
+    box.show();
+    const QRect all = box.windowHandle()->frameGeometry();
+    QWidget window;
+    window.resize(100, 40);
+    MoveClear(window, {all.bottomRight(), QSize(1, 1)}, {&box}, all);
+    const QRect frame = window.geometry().marginsAdded(box.windowHandle()->frameMargins());
+    EXPECT_EQ(frame.topRight(), all.topRight()) << "the nearest corner but for the button";
 }
 
 } // namespace
