@@ -26,7 +26,7 @@ void PutInFrontOfModalWindow(QWidget& window)
 
 int Area(const QRect& rectangle)
 {
-    return rectangle.isEmpty() ? 0 : rectangle.width() * rectangle.height();
+    return rectangle.width() * rectangle.height();
 }
 
 // In descending weight: the covered area of buttons, the overlap of the windows, the squared distance.
