@@ -98,10 +98,9 @@ void Playback::Start(const QString& path, int volume, std::shared_ptr<Playback> 
 {
     m_volume = volume;
     try {
-        std::thread([self = shared_from_this(), path, before = std::move(before)]() mutable {
+        std::thread([self = shared_from_this(), path, before = std::move(before)] {
             if (before) {
                 before->WaitForEnd();
-                before.reset();
             }
             self->Run(path);
         }).detach();
