@@ -49,6 +49,28 @@ TEST(WindowStyle, buttonsOfABox_haveNoIcons)
     EXPECT_EQ(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, nullptr, nullptr), 0);
 }
 
+TEST(WindowStyle, groupBox_showsItsCaption)
+{
+    QStyleOptionGroupBox option;
+    option.rect = QRect(0, 0, 80, 40);
+    option.state = QStyle::State_Enabled;
+    option.subControls = QStyle::SC_GroupBoxFrame | QStyle::SC_GroupBoxLabel;
+    option.text = QStringLiteral("Fajr");
+    option.palette.setColor(QPalette::WindowText, Qt::red);
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    WindowStyle().drawComplexControl(QStyle::CC_GroupBox, &option, &painter, nullptr);
+    int red = 0;
+    for (int y = 0; y < option.fontMetrics.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor colour = image.pixelColor(x, y);
+            red += colour.red() - colour.green() > 100 ? 1 : 0;
+        }
+    }
+    EXPECT_GT(red, 10);
+}
+
 TEST(WindowStyle, equalColours_shareOnePalette_soThatDrawingsDoNotPileUp)
 {
     const WindowStyle style;
