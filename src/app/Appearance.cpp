@@ -79,9 +79,6 @@ WindowStyle::WindowStyle()
 void WindowStyle::ShareColours(const QStyleOption* option) const
 {
     constexpr std::size_t kMostPalettes = 16;
-    if (option == nullptr) {
-        return;
-    }
     auto shared = std::find(m_colours.begin(), m_colours.end(), option->palette);
     if (shared == m_colours.end()) {
         if (m_colours.size() == kMostPalettes) {
@@ -99,7 +96,7 @@ void WindowStyle::ShareColours(const QStyleOption* option) const
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                 const QWidget* widget) const
 {
-    if (option != nullptr && DrawBox(element, *option, *painter, widget)) {
+    if (DrawBox(element, *option, *painter, widget)) {
         return;
     }
     ShareColours(option);
