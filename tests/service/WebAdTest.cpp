@@ -137,6 +137,17 @@ TEST_F(WebAdTest, animatedPicture_moves)
     EXPECT_TRUE(Becomes(still == Qt::red ? Qt::blue : Qt::red, 25, 25));
 }
 
+TEST_F(WebAdTest, animationWithoutRepetition_staysAtItsLastFrame)
+{
+    QByteArray gif = kGif;
+    gif.remove(gif.indexOf("\x21\xff"), 19);
+    Navigate(QStringLiteral("<img width=50 height=50 src=\"data:image/gif;base64,%1\">")
+                 .arg(QString::fromLatin1(gif.toBase64())));
+    EXPECT_TRUE(Becomes(Qt::blue, 25, 25));
+    QTest::qWait(300);
+    EXPECT_EQ(At(25, 25), QColor(Qt::blue));
+}
+
 TEST_F(WebAdTest, pictures_areRequestedWithTheirLimits)
 {
     FakeHttp fake;
