@@ -62,7 +62,6 @@ struct BannerImages::Image
     }
     void Forget()
     {
-        isMoving = false;
         reader.reset();
         file.reset();
     }
