@@ -122,6 +122,13 @@ TEST_F(WebAdTest, dataPicture_needsNoNetwork)
     EXPECT_EQ(At(45, 45), QColor(Qt::blue));
 }
 
+TEST_F(WebAdTest, doubleClickOnText_selectsNothing)
+{
+    Navigate(QStringLiteral("<b>Advertisement</b>"));
+    QTest::mouseDClick(strip.viewport(), Qt::LeftButton, {}, QPoint(30, 8));
+    EXPECT_FALSE(strip.textCursor().hasSelection());
+}
+
 TEST_F(WebAdTest, animatedPicture_moves)
 {
     Navigate(QStringLiteral("<img width=50 height=50 src=\"data:image/gif;base64,%1\">")
