@@ -153,8 +153,10 @@ bool SpinBar::eventFilter(QObject* /*watched*/, QEvent* event)
     if (event->type() != QEvent::KeyPress) {
         return false;
     }
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key != Qt::Key_Up && key != Qt::Key_Down) {
+    const auto& press = *static_cast<QKeyEvent*>(event);
+    const int key = press.key();
+    const bool isModified = (press.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier;
+    if (isModified || (key != Qt::Key_Up && key != Qt::Key_Down)) {
         return false;
     }
     triggerAction(key == Qt::Key_Up ? SliderSingleStepAdd : SliderSingleStepSub);

@@ -41,7 +41,7 @@ public:
     void SetValue(int value);
     /// @param handler must not let an exception out
     void OnChange(std::function<void()> handler) { m_change = std::move(handler); }
-    /// From now on the keys Up and Down in @p box change the value by a step.
+    /// From now on the keys Up and Down in @p box, without a modifier, change the value by a step.
     void StepByKeysOf(QWidget& box) { box.installEventFilter(this); }
 
     [[nodiscard]] QSize sizeHint() const override;

@@ -15,9 +15,9 @@ protected:
         dialog->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
     }
-    void PressKey(Qt::Key key) const
+    void PressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
     {
-        QTest::keyClick(dialog->windowHandle(), key);
+        QTest::keyClick(dialog->windowHandle(), key, modifiers);
         Desk::Settle();
     }
     void Focus(const char* name) const
@@ -78,6 +78,19 @@ TEST_F(DialogKeys, upAndDownInABox_stepItsBar)
         EXPECT_EQ(TextOf(box), QLatin1String(stored));
         EXPECT_TRUE(Widget(box).hasFocus());
     }
+}
+
+TEST_F(DialogKeys, upInABoxWithAModifier_changesNothing_fromTheKeypadItSteps)
+{
+    WriteUserDefined("-18", "-15");
+    OpenActive();
+    Focus("TxtSetFarjAngle");
+    for (const Qt::KeyboardModifier modifier : {Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier}) {
+        PressKey(Qt::Key_Up, modifier);
+        EXPECT_EQ(Stored(u"angle1"), u"-18") << modifier;
+    }
+    PressKey(Qt::Key_Up, Qt::KeypadModifier);
+    EXPECT_EQ(Stored(u"angle1"), u"-17");
 }
 
 TEST_F(DialogKeys, downInTheBoxOfMinutes_stepsItsBar)
