@@ -87,6 +87,16 @@ TEST_F(AccessibleTree, dialogPages_areAsInTheirFiles)
     ExpectTree(dialog, "FrmAlerts_shuruq");
 }
 
+TEST_F(AccessibleTree, dialogPagesWithMoreLiveControls_areAsInTheirFiles)
+{
+    WriteSettings(SettingsWith(
+        {{"method", "User Defined"}, {"angle1", "-19.5"}, {"mobileEnabled", "true"}, {"mobileConfirm", "1"}}));
+    Form& dialog = OpenAlerts();
+    ExpectTree(dialog, "FrmAlerts_general_angles");
+    Click(dialog, "LblFajr");
+    ExpectTree(dialog, "FrmAlerts_fajr_mobile");
+}
+
 TEST_F(AccessibleTree, placeWindows_areAsInTheirFiles)
 {
     ExpectTree(OpenSearch(), "FrmNewLoc");
