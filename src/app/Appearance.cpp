@@ -123,6 +123,13 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
+int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
+{
+    const int pixels = QProxyStyle::pixelMetric(metric, option, widget);
+    // Qt counts the space from the last pixel of a check box, but from the first one behind an option.
+    return metric == PM_RadioButtonLabelSpacing ? pixels - 1 : pixels;
+}
+
 int WindowStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                            QStyleHintReturn* data) const
 {

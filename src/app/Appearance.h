@@ -27,6 +27,8 @@ public:
                      const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
                             const QWidget* widget) const override;
+    /// The texts of check boxes and options begin at the same distance.
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     /// The buttons of message boxes have no icons, whatever the desktop's setting is.
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;

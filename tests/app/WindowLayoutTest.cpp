@@ -9,6 +9,7 @@
 
 #include <cstdlib>
 #include <optional>
+#include <set>
 
 namespace {
 
@@ -199,6 +200,19 @@ TEST_F(WindowLayout, controlsOfAColumn_beginTogether)
             }
         });
     });
+}
+
+TEST_F(WindowLayout, textsOfCheckBoxesAndOptions_beginAtOneDistance)
+{
+    std::set<int> distances;
+    ForEachView([&distances](QWidget& window) {
+        for (const auto* const button : window.findChildren<QAbstractButton*>()) {
+            if (button->isCheckable()) {
+                distances.insert(TextRect(*button).left());
+            }
+        }
+    });
+    EXPECT_EQ(distances.size(), 1U);
 }
 
 // The font of a system without the usual one.
