@@ -8,6 +8,7 @@
 #include <QFrame>
 #include <QPainter>
 #include <QPalette>
+#include <QPushButton>
 #include <QStyleOption>
 
 namespace {
@@ -25,8 +26,24 @@ void DrawFrame(const QStyleOption& option, QPainter& painter, const QWidget* wid
 {
     // At a fractional scale there is a gap between the line and the contents of a list: fill it.
     const bool isList = qobject_cast<const QAbstractItemView*>(widget) != nullptr;
-    DrawPanel(painter, option.rect, isList ? option.palette.base() : QBrush(),
-              option.palette.color(QPalette::Mid));
+    DrawPanel(painter, option.rect, isList ? option.palette.base() : QBrush(), LineColour(option));
+}
+
+// The line around the text of a link, a check box or an option.
+void DrawFocusRect(const QStyleOption& option, QPainter& painter, const QWidget* widget)
+{
+    constexpr int kGap = 2;
+    // A button shows the focus by its own line, a selected row of a list by its ground.
+    const bool isMarkedOtherwise =
+        (option.state & QStyle::State_Selected) != 0 || qobject_cast<const QPushButton*>(widget) != nullptr;
+    if ((option.state & QStyle::State_KeyboardFocusChange) == 0 || isMarkedOtherwise) {
+        return;
+    }
+    QRect rect = option.rect.adjusted(-kGap, -kGap, kGap, kGap);
+    if (widget != nullptr) {
+        rect &= widget->rect();
+    }
+    DrawPanel(painter, rect, Qt::NoBrush, option.palette.color(QPalette::Highlight));
 }
 
 void DrawButton(const QStyleOption& option, QPainter& painter)
@@ -126,6 +143,9 @@ bool DrawBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPain
         return true;
     case QStyle::PE_Frame:
         DrawFrame(option, painter, widget);
+        return true;
+    case QStyle::PE_FrameFocusRect:
+        DrawFocusRect(option, painter, widget);
         return true;
     case QStyle::PE_PanelButtonCommand:
         DrawButton(option, painter);

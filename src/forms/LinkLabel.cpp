@@ -162,6 +162,8 @@ void LinkLabel::paintEvent(QPaintEvent* /*event*/)
     if (hasFocus()) {
         QStyleOptionFocusRect option;
         option.initFrom(this);
+        option.rect = style()->itemTextRect(fontMetrics(), contentsRect(), static_cast<int>(alignment()),
+                                            kIsEnabled, text());
         painter.drawPrimitive(QStyle::PE_FrameFocusRect, option);
     }
 }

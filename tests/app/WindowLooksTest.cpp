@@ -65,8 +65,34 @@ std::vector<std::vector<QRgb>> EdgesOf(const QImage& box)
     return edges;
 }
 
+/// The number of pixels of a control that have the colour of the focus.
+int FocusPixels(QWidget& control)
+{
+    const QImage picture = control.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QRgb colour = control.palette().color(QPalette::Highlight).rgb();
+    int pixels = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            pixels += picture.pixel(x, y) == colour ? 1 : 0;
+        }
+    }
+    return pixels;
+}
+
 class WindowLooks : public WindowViews
 {
+protected:
+    /// Activates each window, so that its controls can have the focus, which is drawn as after a Tab key.
+    void ForEachActiveView(const Check& check)
+    {
+        ForEachView([&check](QWidget& window) {
+            window.activateWindow();
+            if (window.isEnabled() && QTest::qWaitForWindowActive(&window)) {
+                window.setAttribute(Qt::WA_KeyboardFocusChange);
+                check(window);
+            }
+        });
+    }
 };
 
 } // namespace
@@ -148,4 +174,42 @@ TEST_F(WindowLooks, disabledTextBox_hasTheColourOfThePage)
     });
     EXPECT_GT(enabled, 5);
     EXPECT_GT(disabled, 5);
+}
+
+TEST_F(WindowLooks, controlWithTheFocus_hasALineInItsColour)
+{
+    std::set<std::string> kinds;
+    ForEachActiveView([&kinds](QWidget& window) {
+        for (QWidget* const control : window.findChildren<QWidget*>()) {
+            const bool isReached = control->isVisible() && control->isEnabled() &&
+                                   (control->focusPolicy() & Qt::TabFocus) == Qt::TabFocus;
+            // The strip marks the link that has the focus.
+            if (!isReached || control->inherits("WebAd")) {
+                continue;
+            }
+            control->clearFocus();
+            const int before = FocusPixels(*control);
+            control->setFocus();
+            EXPECT_GT(FocusPixels(*control), before) << control->objectName().toStdString();
+            kinds.insert(control->metaObject()->className());
+        }
+    });
+    EXPECT_EQ(kinds.size(), 11U);
+}
+
+TEST_F(WindowLooks, focusInAList_leavesTheSelectedLineAsItIs)
+{
+    int lists = 0;
+    ForEachActiveView([&lists](QWidget& window) {
+        for (auto* const list : window.findChildren<ListBox*>()) {
+            list->addItem(QStringLiteral("Chicago"));
+            list->setCurrentRow(0);
+            list->clearFocus();
+            const QImage before = list->viewport()->grab().toImage();
+            list->setFocus();
+            EXPECT_TRUE(list->viewport()->grab().toImage() == before);
+            ++lists;
+        }
+    });
+    EXPECT_GT(lists, 1);
 }
