@@ -147,6 +147,9 @@ bool DrawBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPain
     case QStyle::PE_FrameFocusRect:
         DrawFocusRect(option, painter, widget);
         return true;
+    case QStyle::PE_PanelTipLabel:
+        DrawPanel(painter, option.rect, option.palette.toolTipBase(), option.palette.color(QPalette::Mid));
+        return true;
     case QStyle::PE_PanelButtonCommand:
         DrawButton(option, painter);
         return true;

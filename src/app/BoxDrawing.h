@@ -9,7 +9,7 @@ class QStyleOptionComplex;
 // The elements of WindowStyle that are not drawn by Fusion. Each function returns false, and draws nothing,
 // for any other element.
 
-/// Draws a text box, a frame, the line around a text with the focus, a button, or the indicator of
+/// Draws a text box, a frame, the line around a text with the focus, a tooltip, a button, or the indicator of
 /// a check box or an option.
 [[nodiscard]] bool DrawBox(QStyle::PrimitiveElement element, const QStyleOption& option, QPainter& painter,
                            const QWidget* widget);

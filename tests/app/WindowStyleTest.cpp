@@ -31,6 +31,19 @@ QImage Drawn(const WindowStyle& style, const QStyleOptionButton& option)
     return image;
 }
 
+QImage DrawnPrimitive(QStyle::PrimitiveElement element, QStyle::State state)
+{
+    const WindowStyle style;
+    QStyleOptionButton option = ButtonIn(Qt::yellow);
+    option.rect = QRect(0, 0, 14, 14);
+    option.state |= state;
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    style.drawPrimitive(element, &option, &painter, nullptr);
+    return image;
+}
+
 /// A style on a desktop that wants icons on the buttons of boxes.
 class StyleWithIcons final : public QProxyStyle
 {
@@ -69,6 +82,15 @@ TEST(WindowStyle, groupBox_showsItsCaption)
         }
     }
     EXPECT_GT(red, 10);
+}
+
+TEST(WindowStyle, tooltip_hasTheLineAndTheCornersOfABox)
+{
+    const QImage tip = DrawnPrimitive(QStyle::PE_PanelTipLabel, QStyle::State_None);
+    const QPalette colours(Qt::yellow);
+    EXPECT_EQ(tip.pixelColor(7, 0), colours.color(QPalette::Mid));
+    EXPECT_EQ(tip.pixelColor(7, 7), colours.color(QPalette::ToolTipBase));
+    EXPECT_NE(tip.pixelColor(0, 0), colours.color(QPalette::Mid));
 }
 
 TEST(WindowStyle, equalColours_shareOnePalette_soThatDrawingsDoNotPileUp)
