@@ -46,22 +46,38 @@ void DrawFocusRect(const QStyleOption& option, QPainter& painter, const QWidget*
     DrawPanel(painter, rect, Qt::NoBrush, option.palette.color(QPalette::Highlight));
 }
 
-void DrawButton(const QStyleOption& option, QPainter& painter)
+// The ground of a control that can be pressed: its own, under the mouse, or while it is held.
+QBrush Ground(const QStyleOption& option, QPalette::ColorRole own, QPalette::ColorRole underMouse,
+              QStyle::State held = QStyle::State_Sunken)
 {
-    const bool isDown = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
+    if ((option.state & held) != 0) {
+        return option.palette.midlight();
+    }
     const bool isUnderMouse =
         (option.state & QStyle::State_MouseOver) != 0 && (option.state & QStyle::State_Enabled) != 0;
-    QPalette::ColorRole fill = isUnderMouse ? QPalette::Light : QPalette::Button;
-    if (isDown) {
-        fill = QPalette::Midlight;
-    }
-    DrawPanel(painter, option.rect, option.palette.brush(fill), LineColour(option));
+    return option.palette.brush(isUnderMouse ? underMouse : own);
+}
+
+QBrush ButtonGround(const QStyleOption& option)
+{
+    return Ground(option, QPalette::Button, QPalette::Light, QStyle::State_Sunken | QStyle::State_On);
+}
+
+// The ground of a check box is nearly as light as that of a button under the mouse.
+QBrush IndicatorGround(const QStyleOption& option)
+{
+    return Ground(option, QPalette::Base, QPalette::Button);
+}
+
+void DrawButton(const QStyleOption& option, QPainter& painter)
+{
+    DrawPanel(painter, option.rect, ButtonGround(option), LineColour(option));
 }
 
 // Not in the colour of the focus, which has a frame of its own around the text.
 void DrawCheckIndicator(const QStyleOption& option, QPainter& painter)
 {
-    DrawPanel(painter, option.rect, option.palette.base(), option.palette.color(QPalette::Mid));
+    DrawPanel(painter, option.rect, IndicatorGround(option), option.palette.color(QPalette::Mid));
     if ((option.state & QStyle::State_On) != 0) {
         DrawCheckMark(painter, option.rect, option.palette.color(QPalette::Text));
     }
@@ -69,7 +85,7 @@ void DrawCheckIndicator(const QStyleOption& option, QPainter& painter)
 
 void DrawOptionIndicator(const QStyleOption& option, QPainter& painter)
 {
-    DrawPanel(painter, option.rect, option.palette.base(), option.palette.color(QPalette::Mid),
+    DrawPanel(painter, option.rect, IndicatorGround(option), option.palette.color(QPalette::Mid),
               option.rect.width() / 2.0);
     if ((option.state & QStyle::State_On) != 0) {
         const int gap = option.rect.width() * 2 / 7;
@@ -104,19 +120,18 @@ void DrawScrollBar(const QStyleOptionSlider& option, QPainter& painter, const QS
 {
     const bool isHorizontal = option.orientation == Qt::Horizontal;
     const QColor line = LineColour(option);
-    const auto drawPart = [&](const QRect& rect, QPalette::ColorRole fill) {
+    const auto drawPart = [&](const QRect& rect, const QBrush& fill) {
         // A vertical bar belongs to a list, whose frame has the outer lines.
         const QRect panel = isHorizontal ? rect : rect.adjusted(0, -1, 1, 1);
-        DrawPanel(painter, panel, option.palette.brush(fill), line);
+        DrawPanel(painter, panel, fill, line);
     };
     const auto drawButton = [&](QStyle::SubControl part) {
         const QRect rect = style.subControlRect(QStyle::CC_ScrollBar, &option, part, widget);
-        const bool isDown = (option.state & QStyle::State_Sunken) != 0 && option.activeSubControls == part;
-        drawPart(rect, isDown ? QPalette::Midlight : QPalette::Button);
+        drawPart(rect, option.activeSubControls == part ? ButtonGround(option) : option.palette.button());
         return rect;
     };
     const QColor arrow = option.palette.color(QPalette::ButtonText);
-    drawPart(option.rect, QPalette::AlternateBase);
+    drawPart(option.rect, option.palette.alternateBase());
     drawButton(QStyle::SC_ScrollBarSlider);
     DrawArrow(painter, drawButton(QStyle::SC_ScrollBarSubLine), isHorizontal ? Qt::LeftArrow : Qt::UpArrow,
               arrow);

@@ -6,9 +6,11 @@
 #include <QPainter>
 #include <QProxyStyle>
 #include <QStyleOptionButton>
+#include <QStyleOptionSlider>
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <vector>
 
 namespace {
@@ -44,6 +46,22 @@ QImage DrawnPrimitive(QStyle::PrimitiveElement element, QStyle::State state)
     return image;
 }
 
+QImage DrawnBar(QStyle::SubControl part, QStyle::State state)
+{
+    const WindowStyle style;
+    QStyleOptionSlider option;
+    option.rect = QRect(0, 0, 80, 16);
+    option.state = QStyle::State_Enabled | QStyle::State_Horizontal | state;
+    option.orientation = Qt::Horizontal;
+    option.maximum = 10;
+    option.activeSubControls = part;
+    QImage image(option.rect.size(), QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    style.drawComplexControl(QStyle::CC_ScrollBar, &option, &painter, nullptr);
+    return image;
+}
+
 /// A style on a desktop that wants icons on the buttons of boxes.
 class StyleWithIcons final : public QProxyStyle
 {
@@ -60,6 +78,25 @@ TEST(WindowStyle, buttonsOfABox_haveNoIcons)
     WindowStyle style;
     style.setBaseStyle(new StyleWithIcons);
     EXPECT_EQ(style.styleHint(QStyle::SH_DialogButtonBox_ButtonsHaveIcons, nullptr, nullptr, nullptr), 0);
+}
+
+TEST(WindowStyle, controlThatCanBePressed_showsTheMouseAndThePress)
+{
+    const std::function<QImage(QStyle::State)> controls[] = {
+        [](QStyle::State state) { return DrawnPrimitive(QStyle::PE_PanelButtonCommand, state); },
+        [](QStyle::State state) { return DrawnPrimitive(QStyle::PE_IndicatorCheckBox, state); },
+        [](QStyle::State state) { return DrawnPrimitive(QStyle::PE_IndicatorRadioButton, state); },
+        [](QStyle::State state) { return DrawnBar(QStyle::SC_ScrollBarSlider, state); },
+        [](QStyle::State state) { return DrawnBar(QStyle::SC_ScrollBarAddLine, state); },
+    };
+    for (const auto& drawn : controls) {
+        const auto row = &drawn - controls;
+        const QImage usual = drawn(QStyle::State_None);
+        const QImage underMouse = drawn(QStyle::State_MouseOver);
+        EXPECT_NE(underMouse, usual) << row;
+        EXPECT_NE(drawn(QStyle::State_Sunken), usual) << row;
+        EXPECT_NE(drawn(QStyle::State_Sunken | QStyle::State_MouseOver), underMouse) << row;
+    }
 }
 
 TEST(WindowStyle, groupBox_showsItsCaption)
