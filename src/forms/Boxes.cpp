@@ -3,25 +3,13 @@
 #include "forms/Boxes.h"
 
 #include <QMouseEvent>
-#include <QStyledItemDelegate>
 
-namespace {
-
-// A line of width 0 gets the width of the list, and Qt measures one line instead of all.
-class LineDelegate final : public QStyledItemDelegate
+QSize LineDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& /*index*/) const
 {
-public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
-                                 const QModelIndex& /*index*/) const override
-    {
-        constexpr int kAboveAndBelow = 5;
-        return {0, option.fontMetrics.height() + kAboveAndBelow};
-    }
-};
-
-} // namespace
+    // A line of width 0 gets the width of the list, and Qt measures one line instead of all.
+    constexpr int kAboveAndBelow = 5;
+    return {0, option.fontMetrics.height() + kAboveAndBelow};
+}
 
 CheckBox::CheckBox(QWidget* parent)
     : QCheckBox(parent)

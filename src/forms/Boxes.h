@@ -6,6 +6,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QStyledItemDelegate>
 
 #include <functional>
 
@@ -74,6 +75,17 @@ protected:
 private:
     std::function<void()> m_change;
     std::function<void()> m_enter;
+};
+
+/// The lines of all lists: of one height, as wide as their list.
+class LineDelegate final : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
 /// A list of text lines of which at most one is selected. The user can't clear the selection, neither by a

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "settings_dialog/PathBox.h"
 
-#include <QAbstractItemView>
 #include <QCompleter>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileSystemModel>
+#include <QListView>
 #include <QMimeData>
 #include <QStyleOptionFrame>
 #include <QUrl>
@@ -25,6 +25,18 @@ QString AcceptFile(QDropEvent& event)
     }
     return path;
 }
+
+// The list of a QCompleter, which makes it 6 pixels higher than its rows: 4 more than for the frame.
+class FileList final : public QListView
+{
+public:
+    FileList()
+    {
+        setViewportMargins(0, 2, 0, 2);
+        setEditTriggers(QAbstractItemView::NoEditTriggers);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    }
+};
 
 } // namespace
 
@@ -48,6 +60,8 @@ void PathBox::CreateList()
         }
     });
     m_list = new QCompleter(m_files, this);
+    m_list->setPopup(new FileList);
+    m_list->popup()->setItemDelegate(new LineDelegate(m_list->popup()));
     // Not setCompleter(): QLineEdit would set its text to each path on which the user moves in the list, and
     // each change is stored.
     m_list->setWidget(this);

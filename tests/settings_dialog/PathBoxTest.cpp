@@ -116,6 +116,22 @@ TEST_F(PathBoxTest, slashAfterAFolder_offersItsFiles)
     EXPECT_NE(ListOf(kTwo + QStringList(QStringLiteral("other.wav"))), nullptr);
 }
 
+TEST_F(PathBoxTest, list_showsWholeRowsOfTheHeightOfTheOtherLists)
+{
+    QStringList names;
+    for (int number = 1; number <= 9; ++number) {
+        names << QStringLiteral("many %1.wav").arg(number);
+        EXPECT_TRUE(QFile(Path("") + names.back()).open(QIODevice::WriteOnly));
+    }
+    Type(Path("many"));
+    QAbstractItemView* const list = ListOf(names);
+    ASSERT_NE(list, nullptr);
+    ListBox other(nullptr);
+    other.addItem(names.front());
+    EXPECT_EQ(list->sizeHintForRow(0), other.sizeHintForRow(0));
+    EXPECT_EQ(list->viewport()->height(), 7 * list->sizeHintForRow(0));
+}
+
 TEST_F(PathBoxTest, movingThroughTheList_storesNothing_enterStoresTheChosenFileOnce)
 {
     QAbstractItemView* const list = OfferTwo();
