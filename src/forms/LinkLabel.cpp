@@ -103,9 +103,8 @@ void LinkLabel::SetSelected(bool selected)
     QFont marked = font();
     marked.setBold(selected);
     setFont(marked);
-    QAccessible::State changed;
-    changed.selected = true;
-    QAccessibleStateChangeEvent event(this, changed);
+    // Not QAccessibleStateChangeEvent: Qt sends no signal of AT-SPI for its state "selected".
+    QAccessibleEvent event(this, selected ? QAccessible::Selection : QAccessible::SelectionRemove);
     QAccessible::updateAccessibility(&event);
 }
 
