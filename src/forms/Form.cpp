@@ -186,12 +186,26 @@ void Form::GiveFocus(QWidget& control)
 
 void Form::SetHandPointer()
 {
-    setCursor(Qt::PointingHandCursor);
+    if (!m_isWaitPointerShown) {
+        setCursor(Qt::PointingHandCursor);
+    }
 }
 
 void Form::SetDefaultPointer()
 {
-    unsetCursor();
+    if (!m_isWaitPointerShown) {
+        unsetCursor();
+    }
+}
+
+void Form::ShowWaitPointer(bool isShown)
+{
+    m_isWaitPointerShown = isShown;
+    if (isShown) {
+        setCursor(Qt::WaitCursor);
+    } else {
+        unsetCursor();
+    }
 }
 
 void Form::Handle(const std::function<void()>& handler)

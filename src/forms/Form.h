@@ -53,6 +53,9 @@ public:
     /// The mouse pointer over links, and the one elsewhere.
     void SetHandPointer();
     void SetDefaultPointer();
+    /// Shows the wait pointer, until it is called again with false. Meanwhile the two functions above do
+    /// nothing.
+    void ShowWaitPointer(bool isShown);
 
     /// Runs a handler of this window by RunGuarded. The window stays in memory while the handler runs, even
     /// if the handler unloads it.
@@ -90,6 +93,7 @@ private:
     Forms& m_forms;
     bool m_loaded = false;
     bool m_wasShown = false;
+    bool m_isWaitPointerShown = false;
     int m_handling = 0;
     /// The control that gets the keyboard focus when the window is enabled again.
     QPointer<QWidget> m_nextFocus;

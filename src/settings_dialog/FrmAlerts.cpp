@@ -8,8 +8,6 @@
 #include "forms/LinkLabel.h"
 #include "ui_FrmAlerts.h"
 
-#include <QGuiApplication>
-
 namespace {
 
 constexpr std::int16_t kGeneralTab = 1;
@@ -61,8 +59,6 @@ void FrmAlerts::OnLoad()
 
 void FrmAlerts::OnUnload()
 {
-    // A sign-up may be pending: restore its wait pointer, since the other windows accept input.
-    QGuiApplication::restoreOverrideCursor();
     // Intended: a failed step skips the later ones without a message; ActiveForm then stays as it is.
     m_context.RunOrUnload([this] {
         MainForm& main = Siblings().Main();

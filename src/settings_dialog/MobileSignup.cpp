@@ -10,7 +10,7 @@
 #include "service/ServiceRequests.h"
 #include "settings_dialog/FrmAlerts.h"
 
-#include <QGuiApplication>
+#include <QPointer>
 #include <QScopeGuard>
 
 #include <utility>
@@ -84,9 +84,15 @@ void MobileSignup::SignUp(const MobileDevice& device)
 
 bool MobileSignup::AskService(SimpleXML& reply, const QString& personalCode)
 {
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    // FrmAlerts may have restored the pointer already; then this call has no effect.
-    const auto restorePointer = qScopeGuard([] { QGuiApplication::restoreOverrideCursor(); });
+    // The user may close the dialog during the request; it may also be closed already.
+    const QPointer<Form> dialog = m_forms.Loaded(FrmAlerts::kName);
+    const auto showWaitPointer = [&dialog](bool isShown) {
+        if (dialog != nullptr) {
+            dialog->ShowWaitPointer(isShown);
+        }
+    };
+    showWaitPointer(true);
+    const auto restorePointer = qScopeGuard([&showWaitPointer] { showWaitPointer(false); });
     return InternetClass(m_forms.GetPlatform(), ServiceAddresses::Probe(m_forms.Variables().Settings))
                .VerifyConnectivity() &&
            Fetch(reply, personalCode);

@@ -40,8 +40,8 @@ public:
 
 private:
     void SignUp(const MobileDevice& device);
-    /// Loads the reply of the service under the wait pointer. False if the service could not be reached or
-    /// sent no document.
+    /// Loads the reply of the service under the wait pointer of the dialog. False if the service could not be
+    /// reached or sent no document.
     [[nodiscard]] bool AskService(SimpleXML& reply, const QString& personalCode);
     [[nodiscard]] bool Fetch(SimpleXML& reply, const QString& personalCode);
     /// Stores through the settings dialog if one is open, which then shows the result on its mobile page.
