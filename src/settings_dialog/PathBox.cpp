@@ -13,17 +13,24 @@
 
 namespace {
 
-// Accepts a single file, and returns its path; empty if there is no file, or more than one.
-QString AcceptFile(QDropEvent& event)
+// The path of the dragged file; empty for a folder, for several files and for an address that is no file.
+QString DraggedFile(const QMimeData& data)
 {
-    const QList<QUrl> urls = event.mimeData()->urls();
-    QString path = urls.size() == 1 ? QDir::toNativeSeparators(urls.front().toLocalFile()) : QString();
-    if (!path.isEmpty()) {
+    const QList<QUrl> urls = data.urls();
+    const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
+    return QFileInfo(path).isFile() ? QDir::toNativeSeparators(path) : QString();
+}
+
+// Accepts a dragged file, and refuses everything else that has addresses: QLineEdit would insert them as
+// text. False if there are no addresses.
+bool HandlesFiles(QDropEvent& event)
+{
+    event.setAccepted(!DraggedFile(*event.mimeData()).isEmpty());
+    if (event.isAccepted()) {
         // As a copy: after a move the file manager would delete the file.
         event.setDropAction(Qt::CopyAction);
-        event.accept();
     }
-    return path;
+    return event.mimeData()->hasUrls();
 }
 
 // The list of a QCompleter, which makes it 6 pixels higher than its rows: 4 more than for the frame.
@@ -127,23 +134,23 @@ void PathBox::hideEvent(QHideEvent* event)
 
 void PathBox::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (AcceptFile(*event).isEmpty()) {
+    if (!HandlesFiles(*event)) {
         TextBox::dragEnterEvent(event);
     }
 }
 
 void PathBox::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (AcceptFile(*event).isEmpty()) {
+    if (!HandlesFiles(*event)) {
         TextBox::dragMoveEvent(event);
     }
 }
 
 void PathBox::dropEvent(QDropEvent* event)
 {
-    if (const QString path = AcceptFile(*event); path.isEmpty()) {
+    if (!HandlesFiles(*event)) {
         TextBox::dropEvent(event);
-    } else {
-        SetText(path);
+    } else if (event->isAccepted()) {
+        SetText(DraggedFile(*event->mimeData()));
     }
 }

@@ -74,8 +74,10 @@ protected:
     /// Moves the mouse with these addresses over the box, and releases them there if the box accepts them.
     bool Drop(const QList<QUrl>& urls) const
     {
+        // File managers send the paths as text too.
         QMimeData data;
         data.setUrls(urls);
+        data.setText(urls.front().toLocalFile());
         const auto actions = Qt::CopyAction | Qt::MoveAction;
         QDragEnterEvent enter(QPoint(5, 5), actions, &data, Qt::LeftButton, Qt::NoModifier);
         QDragMoveEvent move(QPoint(6, 5), actions, &data, Qt::LeftButton, Qt::NoModifier);
@@ -208,11 +210,12 @@ TEST_F(PathBoxTest, droppedFile_replacesTheTextInOneSave)
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
-TEST_F(PathBoxTest, severalFilesOrAnotherAddressDropped_areNotTakenAsAFile)
+TEST_F(PathBoxTest, dropOtherThanOneFile_isRefused)
 {
     const QUrl file = QUrl::fromLocalFile(Path("adhan two.wav"));
     EXPECT_FALSE(Drop({file, file}));
     EXPECT_FALSE(Drop({QUrl(QStringLiteral("http://example.org/a.wav"))}));
+    EXPECT_FALSE(Drop({QUrl::fromLocalFile(Path(""))})) << "a folder";
     EXPECT_EQ(Saves(), 0U);
 }
 
