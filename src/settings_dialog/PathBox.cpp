@@ -9,6 +9,7 @@
 #include <QListView>
 #include <QMimeData>
 #include <QStyleOptionFrame>
+#include <QTextBoundaryFinder>
 #include <QUrl>
 
 namespace {
@@ -44,6 +45,26 @@ public:
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     }
 };
+
+// The text with line breaks allowed after each "/" and within long names.
+QString WithLineBreaks(const QString& path)
+{
+    constexpr QChar kLineBreakAllowed = u'\u200b';
+    constexpr int kLongestRun = 20; // characters; a line of a tooltip has about 80 of medium width
+    QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, path);
+    QString text;
+    int run = 0;
+    for (auto start = characters.position(); characters.toNextBoundary() > 0; start = characters.position()) {
+        const QStringView character = QStringView(path).sliced(start, characters.position() - start);
+        text += character;
+        ++run;
+        if (character == u'/' || run == kLongestRun) {
+            text += kLineBreakAllowed;
+            run = 0;
+        }
+    }
+    return text;
+}
 
 } // namespace
 
@@ -117,10 +138,9 @@ bool PathBox::event(QEvent* event)
 {
     if (event->type() == QEvent::ToolTip) {
         // As rich text: a tooltip does not wrap the lines of plain text.
-        setToolTip(
-            IsWiderThanBox()
-                ? QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>").arg(text().toHtmlEscaped())
-                : QString());
+        setToolTip(IsWiderThanBox() ? QStringLiteral("<p style=\"white-space:pre-wrap\">%1</p>")
+                                          .arg(WithLineBreaks(text()).toHtmlEscaped())
+                                    : QString());
     }
     return TextBox::event(event);
 }

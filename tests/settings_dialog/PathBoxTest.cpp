@@ -15,6 +15,7 @@
 
 namespace {
 
+constexpr QChar kLineBreakAllowed = u'\u200b';
 const QStringList kTwo{QStringLiteral("adhan one.wav"), QStringLiteral("adhan two.wav")};
 
 /// The page of Fajr, whose alert is on, and a folder with three files.
@@ -102,7 +103,7 @@ protected:
         QCoreApplication::sendEvent(&Widget("TxtPath"), &asked);
         QTextDocument document;
         document.setHtml(Widget("TxtPath").toolTip());
-        return document.toPlainText();
+        return document.toPlainText().remove(kLineBreakAllowed);
     }
 };
 
@@ -235,6 +236,21 @@ TEST_F(PathBoxTest, longPath_isWholeInTheTooltip)
     EXPECT_EQ(Tip(), path) << "also one from the file";
     Box("TxtPath").SetText(QStringLiteral("short.wav"));
     EXPECT_EQ(Tip(), QString());
+}
+
+TEST_F(PathBoxTest, tooltipOfALongName_fitsTheScreen)
+{
+    for (const QString& letter :
+         {QStringLiteral("W"), QStringLiteral("\u0645"), QStringLiteral("\U0001f54c")}) {
+        const QString path = u'/' + letter.repeated(200);
+        Box("TxtPath").SetText(path);
+        EXPECT_EQ(Tip(), path);
+        const auto isTip = [](const QWidget* window) { return window->inherits("QTipLabel"); };
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto tip = std::find_if(windows.begin(), windows.end(), isTip);
+        ASSERT_NE(tip, windows.end());
+        EXPECT_LT((*tip)->width(), (*tip)->screen()->size().width());
+    }
 }
 
 } // namespace
