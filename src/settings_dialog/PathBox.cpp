@@ -6,13 +6,28 @@
 #include <QDir>
 #include <QDropEvent>
 #include <QFileSystemModel>
+#include <QKeyEvent>
 #include <QListView>
 #include <QMimeData>
+#include <QSignalBlocker>
 #include <QStyleOptionFrame>
 #include <QTextBoundaryFinder>
 #include <QUrl>
 
 namespace {
+
+// The files of the system; the name of a folder is shown with "/" at its end.
+class FileModel final : public QFileSystemModel
+{
+public:
+    using QFileSystemModel::QFileSystemModel;
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
+    {
+        const QVariant value = QFileSystemModel::data(index, role);
+        return role == Qt::DisplayRole && isDir(index) ? value.toString() + u'/' : value;
+    }
+};
 
 // The path of the dragged file; empty for a folder, for several files and for an address that is no file.
 QString DraggedFile(const QMimeData& data)
@@ -71,19 +86,25 @@ QString WithLineBreaks(const QString& path)
 PathBox::PathBox(QWidget* parent)
     : TextBox(parent)
 {
-    connect(this, &QLineEdit::textEdited, this, &PathBox::OfferFiles);
+    connect(this, &QLineEdit::textEdited, this, [this] { text().isEmpty() ? HideList() : OfferFiles(); });
+}
+
+QString PathBox::AbsolutePath() const
+{
+    // Not QFileInfo: it would drop a "/" at the end.
+    return QDir::isAbsolutePath(text()) ? text() : QDir::currentPath() + u'/' + text();
 }
 
 void PathBox::CreateList()
 {
-    m_files = new QFileSystemModel(this);
+    m_files = new FileModel(this);
     m_files->setOptions(QFileSystemModel::DontWatchForChanges |
                         QFileSystemModel::DontUseCustomDirectoryIcons);
     m_files->setRootPath(QString());
     m_files->sort(0);
     // Folders are read in the background.
     connect(m_files, &QFileSystemModel::directoryLoaded, this, [this] {
-        if (hasFocus() && m_list->completionPrefix() == text() && m_list->completionCount() == 0) {
+        if (hasFocus() && m_list->completionPrefix() == AbsolutePath() && m_list->completionCount() == 0) {
             ShowList();
         }
     });
@@ -93,27 +114,38 @@ void PathBox::CreateList()
     // Not setCompleter(): QLineEdit would set its text to each path on which the user moves in the list, and
     // each change is stored.
     m_list->setWidget(this);
-    connect(m_list, qOverload<const QString&>(&QCompleter::activated), this, &PathBox::SetText);
+    connect(m_list, qOverload<const QString&>(&QCompleter::activated), this, &PathBox::Choose);
 }
 
 void PathBox::OfferFiles()
 {
-    if (!QDir::isAbsolutePath(text())) {
-        HideList();
-        return;
-    }
     if (m_list == nullptr) {
         CreateList();
     }
-    if (const QModelIndex folder = m_files->index(QFileInfo(text()).path()); m_files->canFetchMore(folder)) {
+    if (const QModelIndex folder = m_files->index(QFileInfo(AbsolutePath()).path());
+        m_files->canFetchMore(folder)) {
         m_files->fetchMore(folder);
     }
     ShowList();
 }
 
+void PathBox::Choose(const QString& path)
+{
+    if (!QFileInfo(path).isDir()) {
+        SetText(path);
+        return;
+    }
+    {
+        // Without a Change, which would store the folder as the sound.
+        const QSignalBlocker blocker(this);
+        SetText(path.endsWith(u'/') ? path : path + u'/');
+    }
+    OfferFiles();
+}
+
 void PathBox::ShowList()
 {
-    m_list->setCompletionPrefix(text());
+    m_list->setCompletionPrefix(AbsolutePath());
     m_list->complete();
 }
 
@@ -143,6 +175,15 @@ bool PathBox::event(QEvent* event)
                                     : QString());
     }
     return TextBox::event(event);
+}
+
+void PathBox::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Down) {
+        OfferFiles();
+    } else {
+        TextBox::keyPressEvent(event);
+    }
 }
 
 void PathBox::hideEvent(QHideEvent* event)

@@ -17,6 +17,7 @@ namespace {
 
 constexpr QChar kLineBreakAllowed = u'\u200b';
 const QStringList kTwo{QStringLiteral("adhan one.wav"), QStringLiteral("adhan two.wav")};
+const QStringList kAll = kTwo + QStringList(QStringLiteral("other.wav"));
 
 /// The page of Fajr, whose alert is on, and a folder with three files.
 class PathBoxTest : public DialogTest
@@ -116,7 +117,7 @@ TEST_F(PathBoxTest, typing_offersTheFilesThatBeginWithTheText)
 TEST_F(PathBoxTest, slashAfterAFolder_offersItsFiles)
 {
     Type(Path(""));
-    EXPECT_NE(ListOf(kTwo + QStringList(QStringLiteral("other.wav"))), nullptr);
+    EXPECT_NE(ListOf(kAll), nullptr);
 }
 
 TEST_F(PathBoxTest, list_showsWholeRowsOfTheHeightOfTheOtherLists)
@@ -158,6 +159,59 @@ TEST_F(PathBoxTest, clickInTheList_storesTheFileOnce)
                       list->visualRect(list->model()->index(0, 0)).center());
     EXPECT_EQ(SavedValues("audioFile", "fajr"), Path("adhan one.wav"));
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+}
+
+TEST_F(PathBoxTest, folderChosen_offersItsFiles_andStoresNothing)
+{
+    for (const bool byMouse : {false, true}) {
+        Box("TxtPath").SetText(QString());
+        const QString typed = platform.folder.filePath(QStringLiteral("sou"));
+        Type(typed);
+        QAbstractItemView* const list = ListOf({QStringLiteral("sounds/")});
+        ASSERT_NE(list, nullptr);
+        Forget();
+        if (byMouse) {
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                              list->visualRect(list->model()->index(0, 0)).center());
+        } else {
+            QTest::keyClick(list, Qt::Key_Down);
+            QTest::keyClick(list, Qt::Key_Return);
+        }
+        EXPECT_NE(ListOf(kAll), nullptr);
+        EXPECT_EQ(TextOf("TxtPath"), Path(""));
+        EXPECT_EQ(Saves(), 0U);
+        EXPECT_EQ(Stored("audioFile", "fajr"), typed);
+        QTest::keyClick(list, Qt::Key_Down);
+        QTest::keyClick(list, Qt::Key_Return);
+        EXPECT_EQ(SavedValues("audioFile", "fajr"), Path("adhan one.wav"));
+        EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    }
+}
+
+// A sound is played from the path relative to the folder of settings.xml.
+TEST_F(PathBoxTest, relativeName_offersTheFilesBesideTheSettings)
+{
+    Type(QStringLiteral("sounds/ad"));
+    QAbstractItemView* const list = ListOf(kTwo);
+    ASSERT_NE(list, nullptr);
+    Forget();
+    QTest::keyClick(list, Qt::Key_Down);
+    QTest::keyClick(list, Qt::Key_Return);
+    EXPECT_EQ(SavedValues("audioFile", "fajr"),
+              QDir::currentPath() + QStringLiteral("/sounds/adhan one.wav"));
+}
+
+TEST_F(PathBoxTest, keyDown_offersFiles)
+{
+    QTest::keyClick(&Widget("TxtPath"), Qt::Key_Down);
+    EXPECT_NE(ListOf({QStringLiteral("sounds/"), QStringLiteral("settings.xml")}), nullptr)
+        << "beside the settings for an empty box";
+    EXPECT_EQ(Saves(), 0U);
+    Box("TxtPath").SetText(Path("adhan"));
+    Forget();
+    QTest::keyClick(&Widget("TxtPath"), Qt::Key_Down);
+    EXPECT_NE(ListOf(kTwo), nullptr);
+    EXPECT_EQ(Saves(), 0U);
 }
 
 TEST_F(PathBoxTest, listLeftWithoutAChoice_storesNothing)
