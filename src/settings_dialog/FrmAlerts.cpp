@@ -99,7 +99,10 @@ void FrmAlerts::SelectTab(std::int16_t tab)
 
 void FrmAlerts::ShowSignup(const MobileDevice& device, const QString& result)
 {
-    m_context.RunOrUnload([&] { m_mobile.ShowSignup(device, result); });
+    m_context.RunOrUnload([&] {
+        m_mobile.ShowSignup(device, result);
+        m_prayer.RefreshMobileReason();
+    });
 }
 
 void FrmAlerts::LoadGeneralPage()

@@ -34,7 +34,8 @@ public:
     /// of the page gets the keyboard focus. An error closes the dialog without a message.
     void SelectTab(std::int16_t tab);
     /// Stores the result of a sign-up, "1" for a confirmation, and shows it on the mobile page, even if
-    /// another page is shown. An error closes the dialog without a message.
+    /// another page is shown; a prayer page corrects its reason for a grey "Mobile Alert". An error closes
+    /// the dialog without a message.
     void ShowSignup(const MobileDevice& device, const QString& result);
 
 protected:

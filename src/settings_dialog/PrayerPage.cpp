@@ -11,6 +11,12 @@
 #include "support/RuntimeError.h"
 #include "ui_PrayerPage.h"
 
+namespace {
+
+const QString kAlertIsOff = QStringLiteral("Tick \"Alert on\" first.");
+
+} // namespace
+
 PrayerPage::PrayerPage(DialogContext& context, QFrame& frame)
     : m_context(context)
     , m_frame(frame)
@@ -92,9 +98,24 @@ void PrayerPage::LoadPrayerPage()
 
 void PrayerPage::EnableMobileAlert(bool isAllowed)
 {
-    const QString reason =
-        isAllowed ? m_context.MissingStepForMobile() : QStringLiteral("Tick \"Alert on\" first.");
+    const QString reason = isAllowed ? m_context.MissingStepForMobile() : kAlertIsOff;
     m_ui->ChkIndMobAlert->setEnabled(reason.isEmpty());
+    GiveMobileReason(reason);
+}
+
+void PrayerPage::RefreshMobileReason()
+{
+    if (m_ui->ChkIndMobAlert->isEnabled() || m_ui->ChkIndMobAlert->toolTip() == kAlertIsOff) {
+        return;
+    }
+    // Intended: the box stays grey until the page is loaded again.
+    const QString step = m_context.MissingStepForMobile();
+    GiveMobileReason(
+        step.isEmpty() ? QStringLiteral("Your mobile device is registered. Open this page again.") : step);
+}
+
+void PrayerPage::GiveMobileReason(const QString& reason)
+{
     m_ui->ChkIndMobAlert->setToolTip(reason);
     m_ui->ChkIndMobAlert->setAccessibleDescription(reason);
 }

@@ -28,6 +28,8 @@ public:
     /// Shows the frame and fills the controls from the dialog's document in memory, which each caller has
     /// just loaded or saved. Stores nothing.
     void LoadPrayerPage();
+    /// Corrects the reason why "Mobile Alert" is grey, after a sign-up.
+    void RefreshMobileReason();
 
 private:
     void Connect();
@@ -39,6 +41,8 @@ private:
     /// Enables "Mobile Alert", or disables it and gives the reason in its tooltip and its description.
     /// @param isAllowed false disables the box even if the device is confirmed
     void EnableMobileAlert(bool isAllowed);
+    /// Sets the tooltip and the description of "Mobile Alert".
+    void GiveMobileReason(const QString& reason);
     void OnAlertMainClick();
     void OnBrowseClick();
     [[nodiscard]] bool IsOnPrayer() const;

@@ -142,6 +142,41 @@ TEST_F(MobileSignupTest, otherValuesTypedMeanwhile_giveWayToThoseOfThePress)
     }
 }
 
+TEST_F(MobileSignupTest, replyOnAPrayerPage_correctsTheReasonOfTheGreyMobileAlert)
+{
+    const QString notConfirmed =
+        QStringLiteral("Register your mobile device on the Mobile Alert page first.");
+    const QString openAgain = QStringLiteral("Your mobile device is registered. Open this page again.");
+    const struct
+    {
+        const char* enabled;
+        const char* reply;
+        bool isAlertOff;
+        QString reason;
+    } rows[] = {
+        {"true", kConfirmation, false, openAgain},
+        {"true", kRefusal, false, notConfirmed},
+        {"false", kConfirmation, false,
+         QStringLiteral("Tick \"Enable Mobile Alerts\" on the Mobile Alert page first.")},
+        {"true", kConfirmation, true, QStringLiteral("Tick \"Alert on\" first.")},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.reason.toStdString());
+        WriteMobile(row.enabled, "0");
+        OpenFilled();
+        Press(row.reply, [this, &row] {
+            dialog->SelectTab(3);
+            if (row.isAlertOff) {
+                Click("ChkAlertMain");
+            }
+        });
+        EXPECT_FALSE(IsLive("ChkIndMobAlert")) << "until the page is loaded again";
+        EXPECT_EQ(Widget("ChkIndMobAlert").toolTip(), row.reason);
+        EXPECT_EQ(Widget("ChkIndMobAlert").accessibleDescription(), row.reason);
+        dialog->Unload();
+    }
+}
+
 TEST_F(MobileSignupTest, otherValuesStoredBeforeTheDialogWasClosedAgain_giveWayToThoseOfThePress)
 {
     for (const bool isConfirmed : {true, false}) {
