@@ -7,6 +7,7 @@
 #include "app/DlgStart.h"
 #include "app/FrmMain.h"
 #include "engine/CalculationLibrary.h"
+#include "forms/Decoration.h"
 #include "forms/Forms.h"
 #include "forms/LinkLabel.h"
 #include "locations/FrmLocation.h"
@@ -31,6 +32,7 @@ void SetUpApplication(QApplication& application)
     // Panels read the icon and the name from the desktop file.
     QGuiApplication::setDesktopFileName(QStringLiteral("dusk-beacon"));
     InstallLinkAccessibility();
+    InstallDecorationAccessibility();
     InstallPopupAccessibility();
 }
 

@@ -123,11 +123,11 @@ def rest_of_the_general_page(program):
     settings.wait("hourmode", "12")
     dialog.tick("Use Day Light Savings")
     settings.wait("useDLS", "true")
-    assert not dialog.is_live(BAR, "Minutes of advanced alert")
+    assert not dialog.is_live(BAR, "Set the minutes of advanced alert")
     dialog.tick("Give Advanced Alert")
     settings.wait("useAdvWarn", "true")
     for value in ("29", "28", "27"):
-        dialog.click(BAR, "Minutes of advanced alert", LOWER)
+        dialog.click(BAR, "Set the minutes of advanced alert", LOWER)
         settings.wait("advWarn", value)
     opened.close()
     main = main_window.Main(program)
