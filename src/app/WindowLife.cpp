@@ -132,9 +132,12 @@ void WindowLife::KeepDialogInFront()
     // a limit would never end and would put the dialog over the windows of all other programs.
     constexpr int kMostRaises = 3;
     Form* const dialog = ActiveDialog();
+    if (dialog != nullptr) {
+        m_stacking.Read();
+    }
     if (dialog == nullptr || !m_stacking.IsBelow(*dialog, m_window)) {
         m_raises = 0;
-    } else if (m_raises < kMostRaises) {
+    } else if (m_raises < kMostRaises && m_stacking.WasRaised(m_window, *dialog)) {
         ++m_raises;
         dialog->raise();
     }

@@ -29,8 +29,9 @@ private:
     /// The dialog that ActiveForm names; null if it names no dialog, or one that is not loaded.
     [[nodiscard]] Form* ActiveDialog() const;
     void PassFocusOn();
-    /// Raises the active dialog, without giving it the focus, if it is below the main window: a window
-    /// manager or a pager may have raised the main window without activating it.
+    /// Raises the active dialog, without giving it the focus, if the main window was raised over it: a window
+    /// manager or a pager may have done that without activating the main window. A dialog that the user has
+    /// lowered stays there, since the raise would put it over the windows of all other programs.
     void KeepDialogInFront();
 
     Form& m_window;

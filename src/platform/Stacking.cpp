@@ -37,20 +37,37 @@ xcb_atom_t Atom(xcb_connection_t* connection, std::string_view name)
     return reply == nullptr ? xcb_atom_t{XCB_ATOM_NONE} : reply->atom;
 }
 
-// The windows of the screen from bottom to top.
-std::vector<xcb_window_t> WindowsInOrder(xcb_connection_t* connection, xcb_atom_t property)
+xcb_window_t Root(xcb_connection_t* connection)
 {
-    constexpr std::uint32_t kMostWindows = 4096;
-    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+}
+
+// The windows or atoms in a property of a window; empty if it has another type.
+std::vector<std::uint32_t> ReadProperty(xcb_connection_t* connection, xcb_window_t window,
+                                        xcb_atom_t property, xcb_atom_t type)
+{
+    constexpr std::uint32_t kMostValues = 4096;
     const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        connection, xcb_get_property(connection, 0, root, property, XCB_ATOM_WINDOW, 0, kMostWindows),
-        nullptr));
-    if (reply == nullptr || reply->type != XCB_ATOM_WINDOW) {
+        connection, xcb_get_property(connection, 0, window, property, type, 0, kMostValues), nullptr));
+    if (reply == nullptr || reply->type != type) {
         return {};
     }
-    const auto* const first = static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
+    const auto* const first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
     const auto bytes = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-    return {first, first + bytes / sizeof(xcb_window_t)};
+    return {first, first + bytes / sizeof(std::uint32_t)};
+}
+
+// The windows above @p window; empty if it is not in the order.
+std::vector<xcb_window_t> WindowsAbove(const std::vector<xcb_window_t>& order, xcb_window_t window)
+{
+    const auto position = std::find(order.begin(), order.end(), window);
+    return position == order.end() ? std::vector<xcb_window_t>()
+                                   : std::vector<xcb_window_t>(position + 1, order.end());
+}
+
+bool Contains(const std::vector<std::uint32_t>& values, std::uint32_t value)
+{
+    return std::find(values.begin(), values.end(), value) != values.end();
 }
 
 } // namespace
@@ -60,6 +77,8 @@ Stacking::Stacking(std::function<void()> changed)
 {
     if (xcb_connection_t* const connection = Connection(); connection != nullptr) {
         m_orderProperty = Atom(connection, "_NET_CLIENT_LIST_STACKING");
+        m_typeProperty = Atom(connection, "_NET_WM_WINDOW_TYPE");
+        m_panelType = Atom(connection, "_NET_WM_WINDOW_TYPE_DOCK");
         // Qt has already selected the PropertyNotify events of the root window.
         qGuiApp->installNativeEventFilter(this);
     }
@@ -67,14 +86,36 @@ Stacking::Stacking(std::function<void()> changed)
 
 Stacking::~Stacking() = default;
 
+void Stacking::Read()
+{
+    if (m_orderProperty != XCB_ATOM_NONE) {
+        xcb_connection_t* const connection = Connection();
+        m_windowsBefore = std::exchange(
+            m_windows, ReadProperty(connection, Root(connection), m_orderProperty, XCB_ATOM_WINDOW));
+    }
+}
+
 bool Stacking::IsBelow(const QWidget& window, const QWidget& other) const
 {
-    if (m_orderProperty == XCB_ATOM_NONE || !window.isVisible() || !other.isVisible()) {
-        return false;
+    return window.isVisible() && other.isVisible() &&
+           Contains(WindowsAbove(m_windows, static_cast<xcb_window_t>(window.winId())),
+                    static_cast<xcb_window_t>(other.winId()));
+}
+
+bool Stacking::WasRaised(const QWidget& window, const QWidget& other) const
+{
+    const auto id = static_cast<xcb_window_t>(window.winId());
+    const std::vector<xcb_window_t> above = WindowsAbove(m_windows, id);
+    const auto isPanel = [this](xcb_window_t panel) {
+        return Contains(ReadProperty(Connection(), panel, m_typeProperty, XCB_ATOM_ATOM), m_panelType);
+    };
+    if (std::all_of(above.begin(), above.end(), isPanel)) {
+        return true;
     }
-    const std::vector<xcb_window_t> windows = WindowsInOrder(Connection(), m_orderProperty);
-    const auto position = std::find(windows.begin(), windows.end(), window.winId());
-    return std::find(position, windows.end(), other.winId()) != windows.end();
+    const std::vector<xcb_window_t> aboveBefore = WindowsAbove(m_windowsBefore, id);
+    return std::any_of(aboveBefore.begin(), aboveBefore.end(), [&](xcb_window_t passed) {
+        return passed != other.winId() && Contains(m_windows, passed) && !Contains(above, passed);
+    });
 }
 
 bool Stacking::nativeEventFilter(const QByteArray& /*eventType*/, void* message, qintptr* /*result*/)

@@ -2,7 +2,8 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The main window raised over an open dialog without being activated, as some window managers and panels do: the dialog comes
-# back in front of it within a second. The keyboard stays with the program that has it.
+# back in front of it within a second. The keyboard stays with the program that has it. A dialog that the user lowers stays where
+# it is.
 . "$(dirname "$0")/desktop.bash"
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 start_desktop
@@ -40,6 +41,25 @@ raise_main_window() {
     kill -CONT "$program"
 }
 
+# stays_below NAME: the dialog, lowered by the user, doesn't cover the window of another program, which is active.
+stays_below() {
+    wmctrl -i -a "$dialog"
+    wait_until "$1 isn't active" is_active "$1"
+    open_other
+    # The middle button on a title lowers the window. Without the program, which could raise it at once.
+    kill -STOP "$program"
+    xdotool mousemove --window "$dialog" 40 -10 click 2
+    wait_until "$1 isn't lowered" is_over "$window" "$dialog"
+    kill -CONT "$program"
+    # Longer than the dialog needs to come back.
+    sleep 0.5
+    is_over "$other" "$dialog" || fail "$1 covers the other program after it was lowered"
+    is_active Other || fail "$1 took the keyboard"
+    close_other
+    raise_main_window
+    comes_back "$1"
+}
+
 # keeps_in_front NAME: the steps for one open dialog.
 keeps_in_front() {
     dialog=$(xdotool search --onlyvisible --name "^$1\$")
@@ -67,7 +87,17 @@ keeps_in_front() {
     wmctrl -i -r "$window" -b remove,above
     picture "dialog_in_front_${1##* }"
     close_other
+    stays_below "$1"
 }
+
+# A panel stays above all windows. It gets its type before it is shown.
+start sh -c 'exec xev -name Panel -geometry 1024x20+0+748 >/dev/null'
+panel=$(timeout 20 xdotool search --sync --onlyvisible --name '^Panel$' | head -n 1)
+xdotool windowunmap --sync "$panel"
+xprop -id "$panel" -f _NET_WM_WINDOW_TYPE 32a -set _NET_WM_WINDOW_TYPE _NET_WM_WINDOW_TYPE_DOCK
+xdotool windowmap --sync "$panel"
+wait_until "the panel isn't above the main window" is_over "$panel" "$window"
+wmctrl -i -a "$window"
 
 click_alerts
 wait_until "no settings dialog" is_alerts_open
