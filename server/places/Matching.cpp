@@ -16,13 +16,45 @@ namespace beacond {
 
 namespace {
 
-// Texts of two or three letters are often airport codes or abbreviations.
+// Latin texts of two or three letters are often airport codes or abbreviations.
 constexpr std::size_t kLettersOfAnAlias = 4;
+// Fewer letters are usually the beginning of a longer name: "West" of "West Raleigh".
+constexpr std::size_t kLettersOfAWholeName = 5;
+// Few letters that are the whole name of a village: it counts as a city, so that the first rows include it.
+constexpr std::uint64_t kPeopleOfAShortName = 50'000;
 // For shorter texts nearly every name is within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
 constexpr std::uint8_t kNotFound = 0xFF;
+constexpr std::uint64_t kBeforeAllOthers = std::uint64_t{1} << 63;
 
-enum Rank : std::uint8_t { kExact, kPrimary, kAlias };
+/// How well a name matches, best first.
+enum Rank : std::uint8_t { kWhole, kShortWhole, kPrimary, kPrimaryWord, kAlias, kAliasWord };
+
+/// A later word counts a tenth of a name's beginning, and an alias a hundredth of the shown name. The
+/// divisors are those that found most cities of tests/server/places/ranking.tsv.
+std::uint64_t WeightOf(std::uint8_t rank, std::uint64_t population)
+{
+    const std::uint64_t people = population + 1;
+    switch (rank) {
+    case kWhole:
+        return kBeforeAllOthers + people;
+    case kShortWhole:
+        return std::max(people * 10, kPeopleOfAShortName) * 1000;
+    case kPrimary:
+        return people * 1000;
+    case kPrimaryWord:
+        return people * 100;
+    case kAlias:
+        return people * 10;
+    default:
+        return people;
+    }
+}
+
+bool IsAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
 
 using Names = std::span<const layout::Name>;
 
@@ -35,6 +67,7 @@ public:
         , m_regions(file.Regions().subspan(scope.firstRegion, scope.regionCount))
         , m_folded(folded)
         , m_letters(CountLetters(folded))
+        , m_aliasIsName(m_letters >= kLettersOfAnAlias || !IsAscii(folded))
     {
     }
 
@@ -73,16 +106,17 @@ private:
         const bool isExact = m_folded == m_file.TextAt(name.text);
         switch (static_cast<layout::NameKind>(name.placeAndKind % 4)) {
         case layout::NameKind::Primary:
-            return isExact ? kExact : kPrimary;
-        case layout::NameKind::PrimaryWord:
+            if (isExact)
+                return m_letters >= kLettersOfAWholeName ? kWhole : kShortWhole;
             return kPrimary;
+        case layout::NameKind::PrimaryWord:
+            return kPrimaryWord;
         case layout::NameKind::Alias:
-            // Rank it low: the alias of a hamlet must not hide the city that the user is typing.
-            return isExact && m_letters >= kLettersOfAnAlias ? kPrimary : kAlias;
+            return isExact && m_aliasIsName ? kPrimary : kAlias;
         case layout::NameKind::AliasWord:
             break;
         }
-        return kAlias;
+        return kAliasWord;
     }
 
     void TakeAll(const layout::Region& region, Names names)
@@ -125,7 +159,7 @@ private:
     {
         for (const std::uint32_t taken : m_taken) {
             const std::uint32_t place = region.firstPlace + taken;
-            m_found.push_back({place, m_file.Places()[place].population, m_best[taken]});
+            m_found.push_back({place, WeightOf(m_best[taken], m_file.Places()[place].population)});
         }
         m_taken.clear();
     }
@@ -134,6 +168,7 @@ private:
     std::span<const layout::Region> m_regions;
     std::string_view m_folded;
     std::size_t m_letters;
+    bool m_aliasIsName;                 ///< an alias that equals the text is a name of the place, not a code
     std::vector<std::uint8_t> m_best;   ///< best rank of each place of the current region
     std::vector<std::uint32_t> m_taken; ///< the places found in the current region
     std::vector<FoundPlace> m_found;
@@ -151,7 +186,7 @@ std::vector<FoundPlace> FindPlaces(const PlacesFile& file, const layout::Scope& 
 
 void KeepBest(std::vector<FoundPlace>& found, std::size_t most)
 {
-    const auto order = [](const FoundPlace& f) { return std::tuple(f.rank, ~f.population, f.place); };
+    const auto order = [](const FoundPlace& f) { return std::tuple(~f.weight, f.place); };
     const auto isBetter = [&order](const FoundPlace& a, const FoundPlace& b) { return order(a) < order(b); };
     const auto last = found.begin() + static_cast<std::ptrdiff_t>(std::min(most, found.size()));
     std::nth_element(found.begin(), last, found.end(), isBetter);

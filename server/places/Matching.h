@@ -16,8 +16,7 @@ class PlacesFile;
 struct FoundPlace
 {
     std::uint32_t place; ///< its number in the file
-    std::uint32_t population;
-    std::uint8_t rank; ///< 0 is best
+    std::uint64_t weight; ///< by match and population, the best has the largest
 };
 
 /// The places of a scope with a name, or a word of a name, that begins with `folded`; each once, in no order.

@@ -38,19 +38,40 @@ std::vector<std::string> Cities(const Places& places, const char* state, const c
 
 } // namespace
 
-TEST(Places, Search_order_isExactThenPrimaryThenAliasThenPopulation)
+TEST(Places, Search_order_weighsTheMatchByThePopulation)
 {
-    const auto places = Open({}, {{.name = "Rome", .population = "10"},
-                                  {.name = "Romeo", .population = "500"},
-                                  {.name = "New Rome", .population = "900"},
-                                  {.name = "Bigtown", .aliases = "Rome Junction", .population = "90000"},
-                                  {.name = "Oldtown", .aliases = "Roma,Rom,Rome", .population = "700"}});
-    EXPECT_THAT(Cities(*places, "US", "rome"),
-                testing::ElementsAre("Rome", "New Rome", "Oldtown", "Romeo", "Bigtown"));
-    // With three letters an exact alias has no higher rank than the others.
+    // A later word counts a tenth, an alias a hundredth, a later word of an alias a thousandth.
+    const auto places = Open({}, {{.name = "Romeo", .population = "5000"},
+                                  {.name = "New Rome", .population = "49000"},
+                                  {.name = "Roma Vieja", .population = "4800"},
+                                  {.name = "Oldtown", .aliases = "Romania", .population = "470000"},
+                                  {.name = "Smalltown", .aliases = "Roman", .population = "1000"},
+                                  {.name = "Bigtown", .aliases = "Nova Roma", .population = "4600000"}});
     EXPECT_THAT(Cities(*places, "US", "rom"),
-                testing::ElementsAre("New Rome", "Romeo", "Rome", "Bigtown", "Oldtown"));
-    EXPECT_THAT(Cities(*places, "US", "rom", 2), testing::ElementsAre("New Rome", "Romeo"));
+                testing::ElementsAre("Romeo", "New Rome", "Roma Vieja", "Oldtown", "Bigtown", "Smalltown"));
+    EXPECT_THAT(Cities(*places, "US", "rom", 2), testing::ElementsAre("Romeo", "New Rome"));
+}
+
+TEST(Places, Search_wholeName_isFirstFromFiveLettersOn)
+{
+    const auto places = Open({}, {{.name = "West", .population = "10"},
+                                  {.name = "Westfield", .population = "40000"},
+                                  {.name = "West Raleigh", .population = "340000"},
+                                  {.name = "Paris", .population = "10"},
+                                  {.name = "Parisville", .population = "9000000"}});
+    EXPECT_THAT(Cities(*places, "US", "west"), testing::ElementsAre("West Raleigh", "West", "Westfield"));
+    EXPECT_THAT(Cities(*places, "US", "paris"), testing::ElementsAre("Paris", "Parisville"));
+}
+
+TEST(Places, Search_wholeAlias_countsAsANameUnlessItMayBeACode)
+{
+    const auto places =
+        Open({}, {{.name = "Longford", .population = "100"},
+                  {.name = "Capital", .aliases = "LON,Long,مكة,مكه المكرمه", .population = "200"},
+                  {.name = "Village", .aliases = "مكة القديمة", .population = "9000"}});
+    EXPECT_THAT(Cities(*places, "US", "lon"), testing::ElementsAre("Longford", "Capital"));
+    EXPECT_THAT(Cities(*places, "US", "long"), testing::ElementsAre("Capital", "Longford"));
+    EXPECT_THAT(Cities(*places, "US", "مكة"), testing::ElementsAre("Capital", "Village"));
 }
 
 TEST(Places, Search_words_matchFromEachWordOn)
