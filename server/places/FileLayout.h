@@ -89,8 +89,8 @@ struct Place
     std::uint16_t reserved;
 };
 
-/// In order of rank.
-enum class NameKind : std::uint8_t { Primary, PrimaryWord, Alias, AliasWord };
+/// In order of rank. A spelling is a further name that people use like the shown one: "München" of Munich.
+enum class NameKind : std::uint8_t { Primary, SpellingOrWord, Alias, AliasWord };
 
 /// A folded name, or its rest from a later word on. Sorted within a region by the bytes of the text.
 struct Name

@@ -197,13 +197,13 @@ std::vector<GazetteerRegion> ReadRegions(const std::filesystem::path& path, Impo
 
 } // namespace
 
-std::vector<std::string_view> SplitAliases(std::string_view aliases)
+std::vector<std::string_view> SplitNames(std::string_view names)
 {
     std::vector<std::string_view> parts;
-    for (std::size_t begin = 0; begin < aliases.size();) {
-        const std::size_t end = std::min(aliases.find(',', begin), aliases.size());
+    for (std::size_t begin = 0; begin < names.size();) {
+        const std::size_t end = std::min(names.find(',', begin), names.size());
         if (end > begin)
-            parts.push_back(aliases.substr(begin, end - begin));
+            parts.push_back(names.substr(begin, end - begin));
         begin = end + 1;
     }
     return parts;

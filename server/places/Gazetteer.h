@@ -32,6 +32,7 @@ struct GazetteerPlace
     std::uint32_t id = 0;
     std::string name;
     std::string aliases;        ///< separated by commas
+    std::string spellings;      ///< further names that people use like `name`, separated by commas
     std::int32_t latitude = 0;  ///< in layout::kUnitsPerDegree
     std::int32_t longitude = 0; ///< in layout::kUnitsPerDegree
     std::string firstDivision;  ///< code, "US.TX"
@@ -65,7 +66,7 @@ struct Gazetteer
 /// read.
 [[nodiscard]] Gazetteer ReadGazetteer(const ImportSources& sources, ImportReport& report);
 
-/// The parts of a place's comma-separated aliases, empty ones left out.
-[[nodiscard]] std::vector<std::string_view> SplitAliases(std::string_view aliases);
+/// The parts of a place's comma-separated aliases or spellings, empty ones left out.
+[[nodiscard]] std::vector<std::string_view> SplitNames(std::string_view names);
 
 } // namespace beacond

@@ -28,7 +28,7 @@ constexpr std::uint8_t kNotFound = 0xFF;
 constexpr std::uint64_t kBeforeAllOthers = std::uint64_t{1} << 63;
 
 /// How well a name matches, best first.
-enum Rank : std::uint8_t { kWhole, kShortWhole, kPrimary, kPrimaryWord, kAlias, kAliasWord };
+enum Rank : std::uint8_t { kWhole, kShortWhole, kPrimary, kSpellingOrWord, kAlias, kAliasWord };
 
 /// A later word counts a tenth of a name's beginning, and an alias a hundredth of the shown name. The
 /// divisors are those that found most cities of tests/server/places/ranking.tsv.
@@ -42,7 +42,7 @@ std::uint64_t WeightOf(std::uint8_t rank, std::uint64_t population)
         return std::max(people * 10, kPeopleOfAShortName) * 1000;
     case kPrimary:
         return people * 1000;
-    case kPrimaryWord:
+    case kSpellingOrWord:
         return people * 100;
     case kAlias:
         return people * 10;
@@ -67,7 +67,7 @@ public:
         , m_regions(file.Regions().subspan(scope.firstRegion, scope.regionCount))
         , m_folded(folded)
         , m_letters(CountLetters(folded))
-        , m_aliasIsName(m_letters >= kLettersOfAnAlias || !IsAscii(folded))
+        , m_isName(m_letters >= kLettersOfAnAlias || !IsAscii(folded))
     {
     }
 
@@ -109,10 +109,10 @@ private:
             if (isExact)
                 return m_letters >= kLettersOfAWholeName ? kWhole : kShortWhole;
             return kPrimary;
-        case layout::NameKind::PrimaryWord:
-            return kPrimaryWord;
+        case layout::NameKind::SpellingOrWord:
+            return isExact && m_isName ? kPrimary : kSpellingOrWord;
         case layout::NameKind::Alias:
-            return isExact && m_aliasIsName ? kPrimary : kAlias;
+            return isExact && m_isName ? kPrimary : kAlias;
         case layout::NameKind::AliasWord:
             break;
         }
@@ -168,7 +168,7 @@ private:
     std::span<const layout::Region> m_regions;
     std::string_view m_folded;
     std::size_t m_letters;
-    bool m_aliasIsName;                 ///< an alias that equals the text is a name of the place, not a code
+    bool m_isName;                      ///< an alias that equals the text is a name of the place, not a code
     std::vector<std::uint8_t> m_best;   ///< best rank of each place of the current region
     std::vector<std::uint32_t> m_taken; ///< the places found in the current region
     std::vector<FoundPlace> m_found;

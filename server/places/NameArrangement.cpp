@@ -29,19 +29,30 @@ public:
     {
         m_seen.clear();
         const FoldedName primary = FoldName(place.name);
-        std::vector<FoldedName> aliases;
-        for (const std::string_view alias : SplitAliases(place.aliases))
-            aliases.push_back(FoldName(alias));
+        const std::vector<FoldedName> spellings = Folded(place.spellings);
+        const std::vector<FoldedName> aliases = Folded(place.aliases);
         // In order of rank: only the first of two equal texts is kept.
         AddWhole(primary, number, layout::NameKind::Primary);
+        for (const FoldedName& spelling : spellings)
+            AddWhole(spelling, number, layout::NameKind::SpellingOrWord);
         for (const FoldedName& alias : aliases)
             AddWhole(alias, number, layout::NameKind::Alias);
-        AddWords(primary, number, layout::NameKind::PrimaryWord);
+        AddWords(primary, number, layout::NameKind::SpellingOrWord);
+        for (const FoldedName& spelling : spellings)
+            AddWords(spelling, number, layout::NameKind::SpellingOrWord);
         for (const FoldedName& alias : aliases)
             AddWords(alias, number, layout::NameKind::AliasWord);
     }
 
 private:
+    static std::vector<FoldedName> Folded(std::string_view names)
+    {
+        std::vector<FoldedName> folded;
+        for (const std::string_view name : SplitNames(names))
+            folded.push_back(FoldName(name));
+        return folded;
+    }
+
     void AddWhole(const FoldedName& name, std::uint32_t place, layout::NameKind kind)
     {
         if (!name.text.empty() && m_seen.insert(name.text).second)

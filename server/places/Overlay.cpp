@@ -30,16 +30,16 @@ PlacesById IndexOf(const Gazetteer& gazetteer)
     return index;
 }
 
-void AddAlias(GazetteerPlace& place, std::string_view alias)
+void Append(std::string& names, std::string_view name)
 {
-    place.aliases.append(",").append(alias);
+    names.append(",").append(name);
 }
 
 void Rename(GazetteerPlace& place, std::string_view name)
 {
     if (place.name == name)
         return;
-    AddAlias(place, place.name);
+    Append(place.spellings, place.name);
     place.name = name;
 }
 
@@ -56,8 +56,8 @@ bool Correct(GazetteerPlace& place, std::string_view action, std::string_view va
         Rename(place, value);
         return true;
     }
-    if (action == "alias") {
-        AddAlias(place, value);
+    if (action == "spelling" || action == "alias") {
+        Append(action == "alias" ? place.aliases : place.spellings, value);
         return true;
     }
     if (action == "zone" && IsTimeZone(value)) {

@@ -127,6 +127,24 @@ TEST(Importer, Import_overlay_corrects)
     EXPECT_TRUE(places->ByAtlasId("US-G3")) << "clients that have it ask for it";
 }
 
+TEST(Importer, Import_overlaySpelling_countsMoreThanAnAlias)
+{
+    const TemporaryFolder folder;
+    (void)SmallTables{
+        .places =
+            PlaceLine{.name = "Munich", .aliases = "München", .country = "DE", .population = "9000"}.Text() +
+            PlaceLine{.id = "2", .name = "Mügeln", .country = "DE", .population = "800"}.Text() +
+            PlaceLine{.id = "3", .name = "Mecca", .country = "SA", .population = "9000"}.Text() +
+            PlaceLine{.id = "4", .name = "Mexico Bay", .country = "SA", .population = "800"}.Text(),
+        .overlay = "spelling\t1\tMünchen\nname\t3\tMakkah\n"}
+        .Import(folder);
+    const auto places = Places::Open(folder / "places.bin");
+    EXPECT_THAT(Ids(places->Search("DE", "mü", 9)), testing::ElementsAre("DE-G1", "DE-G2"));
+    EXPECT_EQ(places->ByAtlasId("DE-G1")->city, "Munich");
+    EXPECT_THAT(Ids(places->Search("SA", "me", 9)), testing::ElementsAre("SA-G3", "SA-G4"))
+        << "the former name of a place is a spelling";
+}
+
 TEST(Importer, Import_placeListedAgainInItsCountry_isListedOnce)
 {
     const TemporaryFolder folder;

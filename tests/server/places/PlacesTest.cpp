@@ -63,14 +63,15 @@ TEST(Places, Search_wholeName_isFirstFromFiveLettersOn)
     EXPECT_THAT(Cities(*places, "US", "paris"), testing::ElementsAre("Paris", "Parisville"));
 }
 
-TEST(Places, Search_wholeAlias_countsAsANameUnlessItMayBeACode)
+TEST(Places, Search_wholeAliasOrWord_countsAsANameUnlessItMayBeACode)
 {
     const auto places =
         Open({}, {{.name = "Longford", .population = "100"},
                   {.name = "Capital", .aliases = "LON,Long,مكة,مكه المكرمه", .population = "200"},
+                  {.name = "Hill Long", .population = "150"},
                   {.name = "Village", .aliases = "مكة القديمة", .population = "9000"}});
-    EXPECT_THAT(Cities(*places, "US", "lon"), testing::ElementsAre("Longford", "Capital"));
-    EXPECT_THAT(Cities(*places, "US", "long"), testing::ElementsAre("Capital", "Longford"));
+    EXPECT_THAT(Cities(*places, "US", "lon"), testing::ElementsAre("Longford", "Hill Long", "Capital"));
+    EXPECT_THAT(Cities(*places, "US", "long"), testing::ElementsAre("Capital", "Hill Long", "Longford"));
     EXPECT_THAT(Cities(*places, "US", "مكة"), testing::ElementsAre("Capital", "Village"));
 }
 
