@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "SmallTables.h"
-#include "places/Places.h"
+#include "RealPlaces.h"
+
 #include "places/TextTable.h"
 #include "places/Tokens.h"
 #include "places/ZoneOffset.h"
@@ -10,44 +10,28 @@
 
 #include <charconv>
 #include <cmath>
+#include <map>
 #include <set>
 #include <unordered_set>
 
-using beacond::Places;
-
 namespace {
-
-const std::filesystem::path kData = PLACES_DATA;
-
-/// The places file of the shipped tables, imported once.
-class RealPlaces : public testing::Test
-{
-protected:
-    static void SetUpTestSuite()
-    {
-        const TemporaryFolder folder;
-        s_report = beacond::ImportPlaces(beacond::ImportSources::InFolder(kData), folder / "places.bin");
-        s_places = Places::Open(folder / "places.bin");
-    }
-    static void TearDownTestSuite() { s_places.reset(); }
-
-    static std::vector<std::string> Cities(const char* state, const char* letters, std::size_t most)
-    {
-        std::vector<std::string> cities;
-        for (const beacond::Match& match : s_places->Search(state, letters, most))
-            cities.push_back(match.city);
-        return cities;
-    }
-
-    static inline beacond::ImportReport s_report;
-    static inline std::shared_ptr<const Places> s_places;
-};
 
 double Degrees(std::string_view text)
 {
     double degrees = 1000.0;
     std::from_chars(text.data(), text.data() + text.size(), degrees);
     return degrees;
+}
+
+/// The rows of a table that begin with `first`: the last column by the second.
+std::map<std::string, std::string, std::less<>> Rows(const char* table, std::string_view first)
+{
+    std::map<std::string, std::string, std::less<>> rows;
+    beacond::TextTable(kData / table).ForEach([&](beacond::TextTable::Columns row) {
+        if (row[0] == first)
+            rows.emplace(row[1], row.back());
+    });
+    return rows;
 }
 
 } // namespace
@@ -106,6 +90,55 @@ TEST_F(RealPlaces, ByZip_codesOfEachKind_listTheCity)
     }
 }
 
+TEST_F(RealPlaces, States_names_areThoseThatPeopleLookFor)
+{
+    std::vector<std::string_view> names;
+    std::map<std::string_view, std::size_t> states;
+    for (const beacond::State& state : s_places->States()) {
+        names.push_back(state.name);
+        if (state.id.size() > 2)
+            ++states[state.id.substr(0, 2)];
+    }
+    // In the order of the list.
+    const char* const rows[] = {"Afghanistan",
+                                "Åland Islands",
+                                "Albania",
+                                "Australia",
+                                "Australia - Australian Capital Territory",
+                                "Austria",
+                                "Brazil - São Paulo",
+                                "Canada - Ontario",
+                                "China",
+                                "Curaçao",
+                                "India - Kerala",
+                                "Indonesia - West Java",
+                                "Ivory Coast",
+                                "Malaysia - Selangor",
+                                "Nigeria - Lagos",
+                                "Pakistan - Sindh",
+                                "Russia - Tatarstan",
+                                "South Korea",
+                                "Tunisia",
+                                "Türkiye",
+                                "Turkmenistan",
+                                "United Arab Emirates",
+                                "United Kingdom",
+                                "United States",
+                                "United States - Alabama",
+                                "United States - Texas",
+                                "Uruguay",
+                                "Zimbabwe"};
+    auto next = names.begin();
+    for (const char* row : rows) {
+        next = std::find(next, names.end(), row);
+        ASSERT_NE(next, names.end()) << row;
+    }
+    EXPECT_THAT(states, testing::ElementsAre(std::pair("AU", 8U), std::pair("BR", 27U), std::pair("CA", 13U),
+                                             std::pair("CN", 31U), std::pair("ID", 38U), std::pair("IN", 36U),
+                                             std::pair("MY", 16U), std::pair("NG", 37U), std::pair("PK", 7U),
+                                             std::pair("RU", 83U), std::pair("US", 51U)));
+}
+
 TEST_F(RealPlaces, States_haveTokensNamesAndPlaces)
 {
     std::set<std::string_view> ids;
@@ -135,10 +168,11 @@ TEST_F(RealPlaces, Search_rowsOfOneList_allDiffer)
     }
 }
 
-TEST_F(RealPlaces, Records_agreeWithTheTable)
+TEST_F(RealPlaces, Records_agreeWithTheTableAndTheOverlay)
 {
     std::unordered_set<std::string> keys;
     std::size_t missing = 0;
+    const auto zones = Rows("overlay.tsv", "zone");
     beacond::TextTable(kData / "places.tsv.xz").ForEach([&](beacond::TextTable::Columns row) {
         const auto place = s_places->ByAtlasId(std::string(row[8]) + "-G" + std::string(row[0]));
         missing += !place;
@@ -146,13 +180,51 @@ TEST_F(RealPlaces, Records_agreeWithTheTable)
             return;
         ASSERT_NEAR(place->latitude, Degrees(row[4]), 0.00001) << row[1];
         ASSERT_NEAR(place->longitude, Degrees(row[5]), 0.00001) << row[1];
-        ASSERT_EQ(place->timeZone, row[17]) << row[1];
+        const auto zone = zones.find(row[0]);
+        ASSERT_EQ(place->timeZone, zone == zones.end() ? row[17] : zone->second) << row[1];
         ASSERT_TRUE(beacond::IsPlaceKey(place->key)) << place->key;
         ASSERT_TRUE(beacond::IsToken(place->atlasId)) << place->atlasId;
         ASSERT_TRUE(keys.insert(place->key).second) << place->key;
         ASSERT_FALSE(place->state.empty()) << row[1];
     });
     EXPECT_EQ(missing, 6U);
+}
+
+TEST_F(RealPlaces, Search_fullName_findsEachPlaceInItsStateAndCountry)
+{
+    std::map<std::string, std::string, std::less<>> states;
+    beacond::TextTable(kData / "regions.tsv").ForEach([&states](beacond::TextTable::Columns row) {
+        states.emplace(row[1], row[0]);
+    });
+    const auto hidden = Rows("overlay.tsv", "hidden");
+    beacond::TextTable(kData / "places.tsv.xz").ForEach([&](beacond::TextTable::Columns row) {
+        const auto place = s_places->ByAtlasId("G" + std::string(row[0]));
+        if (!place || hidden.contains(row[0]))
+            return;
+        const auto state = states.find(std::string(row[8]) + "." + std::string(row[10]));
+        for (const std::string_view scope : {row[8], state == states.end() ? row[8] : state->second})
+            ASSERT_TRUE(Finds(scope, place->city, place->atlasId)) << scope << " " << place->city;
+    });
+}
+
+TEST_F(RealPlaces, Count_anyLetters_isTheLengthOfTheList)
+{
+    std::vector<std::string> prefixes;
+    std::size_t number = 0;
+    beacond::TextTable(kData / "places.tsv.xz").ForEach([&](beacond::TextTable::Columns row) {
+        if (++number % 20011 == 0)
+            for (const std::size_t letters : {2U, 3U, 5U})
+                prefixes.push_back(std::string(row[1].substr(0, letters)));
+    });
+    for (const char* letters :
+         {"", "a", "s", "مك", "Мос", "北京", "ıst", "san ", "n'd", "saint-", "lodnon", "xqzj"})
+        prefixes.emplace_back(letters);
+    for (const beacond::State& state : s_places->States()) {
+        for (const std::string& prefix : prefixes)
+            ASSERT_EQ(s_places->Search(state.id, prefix, 1000).size(),
+                      std::min<std::size_t>(s_places->Count(state.id, prefix), 1000))
+                << state.id << " " << prefix;
+    }
 }
 
 TEST_F(RealPlaces, ShippedPlaces_areFoundUnderTheirOwnKey)
@@ -164,6 +236,28 @@ TEST_F(RealPlaces, ShippedPlaces_areFoundUnderTheirOwnKey)
         EXPECT_EQ(place->city, row[3]);
         EXPECT_EQ(place->state, row[4]);
         EXPECT_THAT(s_places->Search(place->country, row[3], 1).at(0).atlasId, row[1]) << row[3];
+    });
+}
+
+TEST_F(RealPlaces, Zones_agreeWithAComputationFromEachDayOfTheYear)
+{
+    using namespace std::chrono_literals;
+    const std::chrono::sys_seconds instants[] = {
+        std::chrono::sys_days(2025y / 1 / 15) + 12h, std::chrono::sys_days(2025y / 3 / 15) + 12h,
+        std::chrono::sys_days(2025y / 7 / 15) + 12h, std::chrono::sys_days(2025y / 11 / 15) + 12h};
+    std::set<std::string, std::less<>> zones;
+    beacond::TextTable(std::filesystem::path(PLACES_TESTS) / "zones.tsv")
+        .ForEach([&](beacond::TextTable::Columns row) {
+            ASSERT_EQ(row.size(), 1 + std::size(instants));
+            zones.emplace(row[0]);
+            for (std::size_t i = 0; i < std::size(instants); ++i) {
+                const auto offset = beacond::StandardOffset(row[0], instants[i]);
+                EXPECT_EQ(offset ? std::to_string(offset->count()) : "none", row[i + 1])
+                    << row[0] << " " << i;
+            }
+        });
+    beacond::TextTable(kData / "places.tsv.xz").ForEach([&zones](beacond::TextTable::Columns row) {
+        ASSERT_TRUE(zones.contains(row[17])) << row[17] << ": run tests/server/places/zone_offsets";
     });
 }
 
