@@ -202,8 +202,9 @@ TEST_F(RealPlaces, Search_fullName_findsEachPlaceInItsStateAndCountry)
         if (!place || hidden.contains(row[0]))
             return;
         const auto state = states.find(std::string(row[8]) + "." + std::string(row[10]));
-        for (const std::string_view scope : {row[8], state == states.end() ? row[8] : state->second})
-            ASSERT_TRUE(Finds(scope, place->city, place->atlasId)) << scope << " " << place->city;
+        ASSERT_TRUE(Finds(row[8], place->city, place->atlasId)) << row[8] << " " << place->city;
+        ASSERT_TRUE(state == states.end() || Finds(state->second, place->city, place->atlasId))
+            << state->second << " " << place->city;
     });
 }
 
@@ -243,8 +244,8 @@ TEST_F(RealPlaces, Zones_agreeWithAComputationFromEachDayOfTheYear)
 {
     using namespace std::chrono_literals;
     const std::chrono::sys_seconds instants[] = {
-        std::chrono::sys_days(2025y / 1 / 15) + 12h, std::chrono::sys_days(2025y / 3 / 15) + 12h,
-        std::chrono::sys_days(2025y / 7 / 15) + 12h, std::chrono::sys_days(2025y / 11 / 15) + 12h};
+        std::chrono::sys_days(2024y / 1 / 15) + 12h, std::chrono::sys_days(2024y / 3 / 20) + 12h,
+        std::chrono::sys_days(2024y / 7 / 15) + 12h, std::chrono::sys_days(2024y / 11 / 15) + 12h};
     std::set<std::string, std::less<>> zones;
     beacond::TextTable(std::filesystem::path(PLACES_TESTS) / "zones.tsv")
         .ForEach([&](beacond::TextTable::Columns row) {
