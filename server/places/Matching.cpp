@@ -30,8 +30,8 @@ constexpr std::uint64_t kBeforeAllOthers = std::uint64_t{1} << 63;
 /// How well a name matches, best first.
 enum Rank : std::uint8_t { kWhole, kShortWhole, kPrimary, kSpellingOrWord, kAlias, kAliasWord };
 
-/// A later word counts a tenth of a name's beginning, and an alias a hundredth of the shown name. The
-/// divisors are those that found most cities of tests/server/places/ranking.tsv.
+/// A spelling or a later word counts a tenth of the shown name, and an alias a hundredth: most aliases are
+/// the names of other languages. The order of large cities depends little on the exact factors.
 std::uint64_t WeightOf(std::uint8_t rank, std::uint64_t population)
 {
     const std::uint64_t people = population + 1;
