@@ -35,6 +35,10 @@ TEST(ZoneOffset, StandardOffset_anySeason_isWithoutSummerTime)
         {"Asia/Almaty", 300},        {"Europe/Istanbul", 180},
         {"Africa/Cairo", 120},       {"Asia/Gaza", 120},
         {"America/Santiago", -240},  {"UTC", 0},
+        {"Asia/Kabul", 270},         {"Asia/Yangon", 390},
+        {"Asia/Colombo", 330},       {"Indian/Cocos", 390},
+        {"Australia/Darwin", 570},   {"Australia/Adelaide", 570},
+        {"Australia/Eucla", 525},    {"Australia/Broken_Hill", 570},
     };
     for (const Row& row : rows) {
         for (const auto now : {kJanuary, kRamadan, kJuly})
