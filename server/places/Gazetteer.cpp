@@ -8,6 +8,7 @@
 #include "places/Importer.h"
 #include "places/Numbers.h"
 #include "places/Overlay.h"
+#include "places/Romanization.h"
 #include "places/TextTable.h"
 #include "places/Tokens.h"
 #include "places/ZoneOffset.h"
@@ -114,7 +115,7 @@ private:
         if (!IsNew(country, row[kName], *latitude, *longitude))
             return "place: a place of that name at the same point is there already";
         place.id = *id;
-        place.name = row[kName];
+        place.name = CommonSpelling(row[kName], country);
         place.aliases = std::string(row[kAsciiName]) + "," + std::string(row[kAliases]);
         place.latitude = *latitude;
         place.longitude = *longitude;
@@ -215,7 +216,7 @@ Gazetteer ReadGazetteer(const ImportSources& sources, ImportReport& report)
     gazetteer.regions = ReadRegions(sources.regions, report);
     TextTable(sources.divisions).ForEach([&](TextTable::Columns row) {
         if (row.size() >= 2 && IsText(row[1]))
-            gazetteer.divisions.emplace(row[0], row[1]);
+            gazetteer.divisions.emplace(row[0], CommonSpelling(row[1], row[0].substr(0, 2)));
         else
             report.Skip("division: not code and name");
     });
