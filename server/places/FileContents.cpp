@@ -7,7 +7,7 @@
 
 #include <fcntl.h>
 #include <lzma.h>
-#include <stdlib.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -60,29 +60,33 @@ private:
     std::string m_bytes;
 };
 
-/// A temporary file that is deleted unless it replaces the target.
-class TemporaryFile
+/// The new file until it replaces the target. It has a fixed name, so that the next import overwrites one
+/// that a killed import has left, and a lock, so that two imports don't write to one file.
+class NewFile
 {
 public:
-    explicit TemporaryFile(const std::filesystem::path& target)
+    explicit NewFile(const std::filesystem::path& target)
         : m_target(target)
-        , m_name(target.string() + ".XXXXXX")
+        , m_name(target.string() + ".new")
+        , m_link(target.string() + ".link")
+        , m_file(open(m_name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR))
     {
-        m_file = mkostemp(m_name.data(), O_CLOEXEC);
         if (m_file < 0)
             Fail();
-    }
-
-    ~TemporaryFile()
-    {
-        if (m_file >= 0)
+        if (!IsLocked()) {
             close(m_file);
-        if (!m_name.empty())
-            unlink(m_name.c_str());
+            throw PlacesError("places file " + m_target.string() + ": another import is writing it");
+        }
+        if (ftruncate(m_file, 0) != 0) {
+            Remove();
+            Fail();
+        }
     }
 
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~NewFile() { Remove(); }
+
+    NewFile(const NewFile&) = delete;
+    NewFile& operator=(const NewFile&) = delete;
 
     void Write(std::string_view bytes)
     {
@@ -95,22 +99,42 @@ public:
         if (fchmod(m_file, kReadableByAll) != 0 || fsync(m_file) != 0 || !KeepPrevious() ||
             rename(m_name.c_str(), m_target.c_str()) != 0)
             Fail();
-        m_name.clear();
+        m_isInPlace = true;
         if (!SyncFolder(m_target.parent_path()))
             Fail();
     }
 
 private:
+    /// The lock counts only if the file still has its name: another import may have put it in place
+    /// meanwhile.
+    [[nodiscard]] bool IsLocked() const
+    {
+        struct stat locked = {};
+        struct stat named = {};
+        return flock(m_file, LOCK_EX | LOCK_NB) == 0 && fstat(m_file, &locked) == 0 &&
+               lstat(m_name.c_str(), &named) == 0 && locked.st_dev == named.st_dev &&
+               locked.st_ino == named.st_ino;
+    }
+
+    void Remove() const
+    {
+        const int error = errno;
+        if (!m_isInPlace)
+            unlink(m_name.c_str());
+        close(m_file);
+        errno = error;
+    }
+
     /// Gives the current file a second name, so that its first name exists until the new file takes it.
     [[nodiscard]] bool KeepPrevious() const
     {
-        const std::string link = m_name + ".previous";
-        if (::link(m_target.c_str(), link.c_str()) != 0)
+        unlink(m_link.c_str()); // a killed import has left it
+        if (::link(m_target.c_str(), m_link.c_str()) != 0)
             return errno == ENOENT;
-        const bool kept = rename(link.c_str(), (m_target.string() + ".previous").c_str()) == 0;
+        const bool kept = rename(m_link.c_str(), (m_target.string() + ".previous").c_str()) == 0;
         const int error = errno;
         // rename() does nothing if both names belong to one file.
-        unlink(link.c_str());
+        unlink(m_link.c_str());
         errno = error;
         return kept;
     }
@@ -122,7 +146,9 @@ private:
 
     std::filesystem::path m_target;
     std::string m_name;
+    std::string m_link;
     int m_file = -1;
+    bool m_isInPlace = false;
 };
 
 } // namespace
@@ -157,7 +183,7 @@ void WritePlacesFile(const FileContents& contents, const std::filesystem::path& 
     image.Append(Kind::Zones, std::span(contents.zones));
     image.Append(Kind::Codes, std::span(contents.codes));
     image.Append(Kind::Texts, std::span<const char>(contents.texts.Bytes()));
-    TemporaryFile file(out);
+    NewFile file(out);
     file.Write(std::move(image).Result());
     file.PutInPlace();
 }

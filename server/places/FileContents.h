@@ -43,9 +43,10 @@ struct FileContents
     TextPool texts;
 };
 
-/// Writes the file `out`: to a temporary file beside it, which replaces `out` after it has been synced to the
-/// disk. The replaced file is kept under the name of `out` with ".previous" appended; an earlier ".previous"
-/// file is overwritten. On failure throws PlacesError and leaves the existing file as it was.
+/// Writes the file `out`: to a file beside it with ".new" appended to the name, which replaces `out` after it
+/// has been synced to the disk. The replaced file is kept under the name of `out` with ".previous" appended;
+/// an earlier ".previous" file is overwritten. On failure, or while another process writes `out`, throws
+/// PlacesError and leaves the existing file as it was.
 void WritePlacesFile(const FileContents& contents, const std::filesystem::path& out);
 
 } // namespace beacond

@@ -6,10 +6,17 @@
 #include "server/ErrorOf.h"
 #include "server/FileSizeLimit.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <thread>
 
 using beacond::ImportReport;
 using beacond::Places;
@@ -247,6 +254,45 @@ TEST(Importer, Import_fullDisk_leavesBothFilesAndNoOther)
     EXPECT_EQ(Places::Open(folder / "places.bin")->Count("US", "second"), 1U);
     EXPECT_EQ(Places::Open(folder / "places.bin.previous")->Count("US", "first"), 1U);
     EXPECT_EQ(PlacesFilesIn(folder), 2);
+}
+
+TEST(Importer, Import_killedAtAnyMoment_leavesAWholeFile)
+{
+    const TemporaryFolder folder;
+    const TemporaryFolder other;
+    (void)SmallTables{.places = PlaceLine{.name = "First"}.Text()}.Import(folder);
+    (void)SmallTables{.places = PlaceLine{.name = "Second"}.Text()}.Import(other);
+    constexpr int kRounds = 25;
+    for (int round = 0; round < kRounds; ++round) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (;;) {
+                (void)beacond::ImportPlaces(SmallTables::Sources(other), folder / "places.bin");
+                (void)beacond::ImportPlaces(SmallTables::Sources(folder), folder / "places.bin");
+            }
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(700 * round));
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        const auto places = Places::Open(folder / "places.bin");
+        ASSERT_EQ(places->Count("US", "first") + places->Count("US", "second"), 1U);
+    }
+    (void)beacond::ImportPlaces(SmallTables::Sources(folder), folder / "places.bin");
+    EXPECT_EQ(PlacesFilesIn(folder), 2) << "the next import removes unfinished files";
+}
+
+TEST(Importer, Import_besideAnother_isRefused)
+{
+    const TemporaryFolder folder;
+    const SmallTables tables{.places = PlaceLine{}.Text()};
+    (void)tables.Import(folder);
+    const int file = ::open((folder / "places.bin.new").c_str(), O_CREAT | O_WRONLY, 0600);
+    ASSERT_EQ(::flock(file, LOCK_EX), 0);
+    EXPECT_THROW((void)tables.Import(folder), beacond::PlacesError);
+    EXPECT_TRUE(std::filesystem::exists(folder / "places.bin.new")) << "it belongs to the other import";
+    ::close(file);
+    EXPECT_EQ(tables.Import(folder).places, 1U);
 }
 
 TEST(Importer, Import_truncatedCompressedTable_throwsTheReason)
