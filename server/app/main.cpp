@@ -20,6 +20,8 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -41,6 +43,7 @@ struct Arguments
     std::string config;
     std::string tables = FolderOfTables();
     std::string out;
+    std::vector<std::filesystem::path> dumps;
     std::string address;
     bool isActivated = false;
     Strip strip;
@@ -77,11 +80,17 @@ void RunImport(const Arguments& arguments)
     if (!out.parent_path().empty()) {
         std::filesystem::create_directories(out.parent_path());
     }
-    const ImportReport report = ImportPlaces(ImportSources::InFolder(arguments.tables), out);
+    ImportSources sources = ImportSources::InFolder(arguments.tables);
+    sources.dumps = arguments.dumps;
+    const ImportReport report = ImportPlaces(sources, out);
     std::cout << out.string() << ": " << report.places << " places, " << report.names << " names, "
               << report.codes << " postal codes, " << report.scopes << " countries and states\n";
-    for (const auto& [reason, count] : report.skipped) {
-        std::cout << "left out: " << count << " rows, " << reason << '\n';
+    for (const ImportedTable& table : report.tables) {
+        std::cout << "read: " << table.name << ", " << table.kind << ", " << table.rows << " rows\n";
+    }
+    for (const auto& [reason, skipped] : report.skipped) {
+        std::cout << "left out: " << skipped.rows << " rows, " << reason
+                  << (skipped.first.empty() ? "" : "; first " + skipped.first) << '\n';
     }
 }
 
@@ -253,6 +262,8 @@ int RunProgram(int argc, char** argv)
     CLI::App* const places = program.add_subcommand("import", "makes the places file");
     places->add_option("--out", arguments.out, "the file (default: places.file of the configuration)");
     places->add_option("--tables", arguments.tables, "folder of the tables")->capture_default_str();
+    places->add_option("source", arguments.dumps,
+                       "your own files of GeoNames: places, regions, alternate names, postal codes");
     places->callback([&] { RunImport(arguments); });
     program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
         ->callback([&] { RunStarts(arguments); });

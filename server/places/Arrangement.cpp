@@ -227,6 +227,9 @@ void SortPlaces(Gazetteer& gazetteer)
 
 void ArrangePlaces(const Gazetteer& gazetteer, FileContents& contents)
 {
+    // Rows of places hold the numbers of both in 16 bits.
+    if (gazetteer.regions.size() > layout::kNotShipped || gazetteer.shipped.size() > layout::kNotShipped)
+        throw PlacesError("more regions or shipped places than a places file holds");
     PlaceRows(gazetteer, contents).Fill();
     FillRegions(gazetteer, contents);
     FillScopes(gazetteer, contents);

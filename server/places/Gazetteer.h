@@ -13,6 +13,7 @@
 
 namespace beacond {
 
+class Dumps;
 struct ImportReport;
 struct ImportSources;
 
@@ -62,9 +63,9 @@ struct Gazetteer
     std::unordered_map<std::string, std::string> divisions; ///< name by code
 };
 
-/// Reads the tables, and applies the overlay and the shipped places. Throws PlacesError if a table can't be
-/// read.
-[[nodiscard]] Gazetteer ReadGazetteer(const ImportSources& sources, ImportReport& report);
+/// Reads the tables, first the packed ones, then the operator's, and applies the overlay and the shipped
+/// places. Throws PlacesError if a table can't be read.
+[[nodiscard]] Gazetteer ReadGazetteer(const ImportSources& sources, const Dumps& dumps, ImportReport& report);
 
 /// The parts of a place's comma-separated aliases or spellings, empty ones left out.
 [[nodiscard]] std::vector<std::string_view> SplitNames(std::string_view names);

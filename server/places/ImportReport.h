@@ -2,22 +2,47 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "places/TableFile.h"
+
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace beacond {
+
+struct SkippedRows
+{
+    std::size_t rows = 0;
+    std::string first; ///< position of the first one; may be empty
+};
+
+/// A table of the operator.
+struct ImportedTable
+{
+    std::string name; ///< "CA_full.csv.zip: CA_full.txt"
+    std::string kind; ///< "postal codes"
+    std::size_t rows = 0;
+};
 
 /// The outcome of an import, for the operator.
 struct ImportReport
 {
     std::size_t places = 0;
-    std::size_t names = 0;                      ///< folded names and words of names that a search finds
-    std::size_t codes = 0;                      ///< postal codes
-    std::size_t scopes = 0;                     ///< rows of the list of countries and states
-    std::map<std::string, std::size_t> skipped; ///< skipped rows, by reason
+    std::size_t names = 0;  ///< folded names and words of names that a search finds
+    std::size_t codes = 0;  ///< postal codes
+    std::size_t scopes = 0; ///< rows of the list of countries and states
+    std::vector<ImportedTable> tables;
+    std::map<std::string, SkippedRows, std::less<>> skipped; ///< by reason
 
-    void Skip(const char* reason) { ++skipped[reason]; }
+    void Skip(const char* reason) { ++skipped[reason].rows; }
+    void Skip(const char* reason, const Columns& row)
+    {
+        SkippedRows& rows = skipped[reason];
+        if (rows.rows++ == 0)
+            rows.first = row.Position();
+    }
 };
 
 } // namespace beacond

@@ -3,6 +3,7 @@
 #include "places/Importer.h"
 
 #include "places/Arrangement.h"
+#include "places/Dumps.h"
 #include "places/FileContents.h"
 #include "places/Gazetteer.h"
 #include "places/PlacesError.h"
@@ -20,14 +21,15 @@ ImportSources ImportSources::InFolder(const std::filesystem::path& folder)
 ImportReport ImportPlaces(const ImportSources& sources, const std::filesystem::path& out)
 {
     ImportReport report;
-    Gazetteer gazetteer = ReadGazetteer(sources, report);
+    const Dumps dumps(sources.dumps, report);
+    Gazetteer gazetteer = ReadGazetteer(sources, dumps, report);
     if (gazetteer.places.empty())
         throw PlacesError(sources.places.string() + ": no usable place in it");
     SortPlaces(gazetteer);
     FileContents contents;
     ArrangePlaces(gazetteer, contents);
     ArrangeNames(gazetteer, contents);
-    JoinPostalCodes(TextTable(sources.postal), gazetteer, contents, report);
+    JoinPostalCodes(TextTable(sources.postal), dumps, gazetteer, contents, report);
     WritePlacesFile(contents, out);
     report.places = contents.ids.size();
     report.names = contents.names.size();

@@ -50,7 +50,7 @@ bool Correct(GazetteerPlace& place, std::string_view action, std::string_view va
         place.hidden = true;
         return true;
     }
-    if (value.empty())
+    if (!IsText(value))
         return false;
     if (action == "name") {
         Rename(place, value);
@@ -109,23 +109,23 @@ void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& 
 {
     struct Listing
     {
-        std::string_view subject;
-        std::string_view region;
+        std::string subject;
+        std::string region;
     };
     std::vector<Listing> listings;
     const PlacesById index = IndexOf(gazetteer);
-    overlay.ForEach([&](TextTable::Columns row) {
+    overlay.ForEach([&](const Columns& row) {
         const std::string_view value = row.size() > 2 ? row[2] : std::string_view();
         if (row.size() > 1 && row[0] == "listed") {
-            listings.push_back({row[1], value});
+            listings.push_back({std::string(row[1]), std::string(value)});
             return;
         }
         const auto id = row.size() > 1 ? NumberIn<std::uint32_t>(row[1]) : std::nullopt;
         const auto place = id ? index.find(*id) : index.end();
         if (place == index.end())
-            report.Skip("overlay: no such place");
+            report.Skip("overlay: no such place", row);
         else if (!Correct(gazetteer.places[place->second], row[0], value))
-            report.Skip("overlay: unknown action or wrong value");
+            report.Skip("overlay: unknown action or wrong value", row);
     });
     // Copy last, so that the copies have the corrections.
     for (const Listing& listing : listings) {
@@ -139,20 +139,20 @@ void ApplyShipped(const TextTable& shipped, Gazetteer& gazetteer, ImportReport& 
     std::unordered_multimap<std::uint32_t, std::size_t> index;
     for (std::size_t i = 0; i < gazetteer.places.size(); ++i)
         index.emplace(gazetteer.places[i].id, i);
-    std::unordered_set<std::string_view> keys;
-    shipped.ForEach([&](TextTable::Columns row) {
+    std::unordered_set<std::string> keys;
+    shipped.ForEach([&](const Columns& row) {
         const auto id = row.size() == 5 ? NumberIn<std::uint32_t>(row[2]) : std::nullopt;
-        if (!id || !IsPlaceKey(row[0]) || !IsToken(row[1]) || row[3].empty() || row[4].empty()) {
-            report.Skip("shipped: not key, identifier, number, city and state");
+        if (!id || !IsPlaceKey(row[0]) || !IsToken(row[1]) || !IsText(row[3]) || !IsText(row[4])) {
+            report.Skip("shipped: not key, identifier, number, city and state", row);
             return;
         }
         const auto [first, last] = index.equal_range(*id);
         if (first == last) {
-            report.Skip("shipped: no such place");
+            report.Skip("shipped: no such place", row);
             return;
         }
-        if (!keys.insert(row[0]).second) {
-            report.Skip("shipped: its key is there already");
+        if (!keys.emplace(row[0]).second) {
+            report.Skip("shipped: its key is there already", row);
             return;
         }
         for (auto place = first; place != last; ++place)

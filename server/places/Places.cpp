@@ -29,9 +29,8 @@ std::string FoldLetters(std::string_view letters)
 constexpr std::string_view kKeyPrefix = "G";
 constexpr std::size_t kZipDigits = 5;
 constexpr std::size_t kZipPlusFourDigits = 9;
-constexpr std::size_t kCanadianLetters = 6;
-// Tables of Canadian codes often contain only the first half of a code, which covers a part of a city.
-constexpr std::size_t kCanadianArea = 3;
+// Tables of Canadian and British codes often contain only the area of a code, without its last three letters.
+constexpr std::size_t kDeliveryLetters = 3;
 
 bool IsDigits(std::string_view text)
 {
@@ -92,12 +91,13 @@ std::vector<Match> Places::Search(std::string_view stateId, std::string_view let
 
 std::vector<Match> Places::ByZip(std::string_view code) const
 {
-    const std::string normal = NormalPostalCode(code);
+    const std::string text = NormalPostalCode(code);
+    const std::string_view normal = text;
     std::vector<Match> matches = MatchesOfCode(normal);
     if (matches.empty() && normal.size() == kZipPlusFourDigits && IsDigits(normal))
         matches = MatchesOfCode(normal.substr(0, kZipDigits));
-    if (matches.empty() && normal.size() == kCanadianLetters && !IsDigits(normal))
-        matches = MatchesOfCode(normal.substr(0, kCanadianArea));
+    if (matches.empty() && normal.size() > kDeliveryLetters && !IsDigits(normal))
+        matches = MatchesOfCode(normal.substr(0, normal.size() - kDeliveryLetters));
     return matches;
 }
 
@@ -178,16 +178,31 @@ Match Places::MatchOf(std::uint32_t place, bool wholeCountry) const
             AtlasIdOf(row)};
 }
 
-std::vector<Match> Places::MatchesOfCode(const std::string& code) const
+std::vector<Match> Places::MatchesOfCode(std::string_view code) const
 {
     const auto order = [this](const layout::Code& row) { return std::string_view(m_file.TextAt(row.code)); };
     const auto first =
         std::lower_bound(m_file.Codes().begin(), m_file.Codes().end(), code,
-                         [&](const layout::Code& c, const std::string& wanted) { return order(c) < wanted; });
+                         [&](const layout::Code& c, std::string_view wanted) { return order(c) < wanted; });
+    const auto last = std::find_if(first, m_file.Codes().end(),
+                                   [&](const layout::Code& row) { return order(row) != code; });
+    const auto isAbroad = [&](const layout::Code& row) { return CountryOf(row) != CountryOf(*first); };
+    const bool isOfSeveralCountries = std::any_of(first, last, isAbroad);
     std::vector<Match> matches;
-    for (auto row = first; row != m_file.Codes().end() && order(*row) == code; ++row)
+    for (auto row = first; row != last; ++row) {
         matches.push_back(MatchOf(row->place, true));
+        if (isOfSeveralCountries)
+            matches.back().city.append(", ").append(CountryOf(*row));
+    }
     return matches;
+}
+
+std::string_view Places::CountryOf(const layout::Code& code) const
+{
+    const layout::Place& place = m_file.Places()[code.place];
+    const std::string_view id = m_file.TextAt(m_file.Regions()[place.region].country);
+    const layout::Scope* const country = ScopeOf(id);
+    return country ? m_file.TextAt(country->name) : id;
 }
 
 } // namespace beacond

@@ -63,7 +63,8 @@ public:
                                             std::size_t most) const;
 
     /// The places of a postal code, best first; none if the code is unknown. Accepts any case and spacing,
-    /// and ZIP+4.
+    /// and ZIP+4. If the code is one of several countries, those of the United States and Canada come first,
+    /// and each row has its country.
     [[nodiscard]] std::vector<Match> ByZip(std::string_view code) const;
 
     /// The place with this identifier, also if it is hidden.
@@ -75,7 +76,8 @@ private:
     [[nodiscard]] const layout::Place* RowOfId(std::uint32_t number) const;
     [[nodiscard]] std::string AtlasIdOf(const layout::Place& row) const;
     [[nodiscard]] Match MatchOf(std::uint32_t place, bool wholeCountry) const;
-    [[nodiscard]] std::vector<Match> MatchesOfCode(const std::string& code) const;
+    [[nodiscard]] std::vector<Match> MatchesOfCode(std::string_view code) const;
+    [[nodiscard]] std::string_view CountryOf(const layout::Code& code) const;
 
     PlacesFile m_file;
     std::unordered_map<std::string_view, const layout::Scope*> m_scopes; ///< by id

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "places/PostalJoin.h"
 
+#include "places/Dumps.h"
 #include "places/FileContents.h"
 #include "places/Fold.h"
 #include "places/Gazetteer.h"
@@ -13,11 +14,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <map>
 #include <numbers>
+#include <set>
 #include <tuple>
-#include <unordered_map>
 #include <vector>
 
 namespace beacond {
@@ -31,12 +31,17 @@ constexpr double kKilometresPerDegree = 111.2;
 constexpr double kCellDegrees = 0.5;
 constexpr int kCellsAround = 1;
 constexpr int kMostCellsAround = 6;
+// Of a code of one country. A code of a rural area can name a dozen villages.
 constexpr std::size_t kMostPlaces = 5;
+constexpr std::size_t kMostNamedPlaces = 20;
+constexpr std::size_t kLongestCode = 16;
 constexpr double kReachKm = 40.0;
 // The distance that a code's point may have from its place.
 constexpr double kSpreadKm = 2.0;
 // Many small places have no population in the table.
 constexpr double kSmallest = 100.0;
+// Before all other places.
+constexpr double kNamed = 1e20;
 
 // Territories share the postal codes of the United States, but are separate countries in the table of places.
 bool SharesCodes(std::string_view postalCountry, std::string_view country)
@@ -62,6 +67,17 @@ struct Candidate
     double distanceKm;
     double weight;
 };
+
+/// The order of the countries that have one code: the program asks for codes of the United States and Canada.
+std::uint16_t OrderOf(std::string_view country)
+{
+    if (SharesCodes("US", country))
+        return 0;
+    if (country == "CA")
+        return 1;
+    return static_cast<std::uint16_t>(static_cast<unsigned char>(country[0]) * 256 +
+                                      static_cast<unsigned char>(country[1]));
+}
 
 /// The places, indexed by cells of a map grid.
 class Grid
@@ -118,25 +134,127 @@ private:
     std::map<std::pair<int, int>, std::vector<std::uint32_t>> m_cells;
 };
 
-/// The best places for a code, at least one if there are candidates.
-std::vector<std::uint32_t> Best(std::vector<Candidate> candidates, const std::string& named,
-                                const Gazetteer& gazetteer)
+/// Collects the codes with their places.
+class Codes
 {
-    for (Candidate& candidate : candidates) {
-        if (!named.empty() && candidate.distanceKm < kReachKm &&
-            Fold(gazetteer.places[candidate.place].name) == named)
-            candidate.weight = std::numeric_limits<double>::infinity();
+public:
+    Codes(const Gazetteer& gazetteer, FileContents& contents, ImportReport& report)
+        : m_gazetteer(gazetteer)
+        , m_contents(contents)
+        , m_report(report)
+        , m_grid(gazetteer)
+    {
+        for (const GazetteerPlace& place : gazetteer.places)
+            m_folded.push_back(Fold(place.name));
     }
-    std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
-        return std::tuple(-a.weight, a.place) < std::tuple(-b.weight, b.place);
-    });
-    std::vector<std::uint32_t> best;
-    for (const Candidate& candidate : candidates) {
-        if (best.empty() || (best.size() < kMostPlaces && candidate.distanceKm < kReachKm))
-            best.push_back(candidate.place);
+
+    /// Adds the code of a row of the operator.
+    void AddNewer(const Columns& row)
+    {
+        if (const std::vector<Candidate> best = Best(row); !best.empty()) {
+            m_newerCountries.emplace(CountryOf(best.front()));
+            Add(row, best);
+        }
     }
-    return best;
-}
+
+    /// Adds the code of a row of the packed table, unless the operator's tables have codes of the country of
+    /// its place: in the packed table the codes of the territories are those of the United States.
+    void AddPacked(const Columns& row)
+    {
+        const std::vector<Candidate> best = Best(row);
+        if (!best.empty() && !m_newerCountries.contains(CountryOf(best.front())))
+            Add(row, best);
+    }
+
+    /// Puts the codes into the file.
+    void Arrange()
+    {
+        const char* const texts = m_contents.texts.Bytes().data();
+        std::sort(m_entries.begin(), m_entries.end(), [texts](const Entry& a, const Entry& b) {
+            if (a.code != b.code)
+                return std::strcmp(texts + a.code, texts + b.code) < 0;
+            return std::tuple(a.country, -a.weight, a.place) < std::tuple(b.country, -b.weight, b.place);
+        });
+        std::set<std::uint32_t> places;
+        for (std::size_t i = 0; i < m_entries.size(); ++i) {
+            const Entry& entry = m_entries[i];
+            const bool isNewCode = i == 0 || entry.code != m_entries[i - 1].code;
+            if (isNewCode || entry.country != m_entries[i - 1].country)
+                places.clear();
+            m_report.codes += isNewCode ? 1U : 0U;
+            const std::size_t most = entry.weight >= kNamed ? kMostNamedPlaces : kMostPlaces;
+            if (places.size() < most && places.insert(entry.place).second)
+                m_contents.codes.push_back({entry.code, entry.place});
+        }
+    }
+
+private:
+    struct Entry
+    {
+        layout::Text code;
+        std::uint32_t place;
+        float weight;
+        std::uint16_t country;
+    };
+
+    std::string_view CountryOf(const Candidate& candidate) const
+    {
+        return m_gazetteer.regions[m_gazetteer.places[candidate.place].region].Country();
+    }
+
+    /// The best places for the code of a row, best first; none if the row is skipped.
+    std::vector<Candidate> Best(const Columns& row)
+    {
+        const bool isComplete = row.size() == kColumns && !NormalPostalCode(row[kCode]).empty() &&
+                                row[kCode].size() <= kLongestCode;
+        const auto latitude = isComplete ? UnitsIn(row[kLatitude], 90.0) : std::nullopt;
+        const auto longitude = isComplete ? UnitsIn(row[kLongitude], 180.0) : std::nullopt;
+        if (!latitude || !longitude) {
+            m_report.Skip("postal code: not 12 columns with a code and a point", row);
+            return {};
+        }
+        std::vector<Candidate> best = m_grid.Around(row[kCountry], *latitude / layout::kUnitsPerDegree,
+                                                    *longitude / layout::kUnitsPerDegree);
+        if (best.empty())
+            m_report.Skip("postal code: no place near it", row);
+        Weigh(best, Fold(row[kPlaceName]));
+        return best;
+    }
+
+    void Weigh(std::vector<Candidate>& candidates, const std::string& named) const
+    {
+        for (Candidate& candidate : candidates) {
+            if (!named.empty() && candidate.distanceKm < kReachKm && m_folded[candidate.place] == named)
+                candidate.weight =
+                    kNamed * std::max<double>(m_gazetteer.places[candidate.place].population, kSmallest);
+        }
+        std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
+            return std::tuple(-a.weight, a.place) < std::tuple(-b.weight, b.place);
+        });
+        std::size_t kept = 0;
+        for (const Candidate& candidate : candidates) {
+            if (kept == 0 || (kept < kMostPlaces && candidate.distanceKm < kReachKm))
+                candidates[kept++] = candidate;
+        }
+        candidates.resize(kept);
+    }
+
+    void Add(const Columns& row, const std::vector<Candidate>& best)
+    {
+        const layout::Text code = m_contents.texts.Share(NormalPostalCode(row[kCode]));
+        for (const Candidate& place : best)
+            m_entries.push_back(
+                {code, place.place, static_cast<float>(place.weight), OrderOf(CountryOf(place))});
+    }
+
+    const Gazetteer& m_gazetteer;
+    FileContents& m_contents;
+    ImportReport& m_report;
+    Grid m_grid;
+    std::vector<std::string> m_folded; ///< names of the places
+    std::vector<Entry> m_entries;
+    std::set<std::string, std::less<>> m_newerCountries; ///< of the operator's codes
+};
 
 } // namespace
 
@@ -150,36 +268,13 @@ std::string NormalPostalCode(std::string_view code)
     return normal;
 }
 
-void JoinPostalCodes(const TextTable& postal, const Gazetteer& gazetteer, FileContents& contents,
-                     ImportReport& report)
+void JoinPostalCodes(const TextTable& packed, const Dumps& dumps, const Gazetteer& gazetteer,
+                     FileContents& contents, ImportReport& report)
 {
-    const Grid grid(gazetteer);
-    postal.ForEach([&](TextTable::Columns row) {
-        const bool complete = row.size() == kColumns;
-        const std::string code = complete ? NormalPostalCode(row[kCode]) : std::string();
-        const auto latitude = complete ? UnitsIn(row[kLatitude], 90.0) : std::nullopt;
-        const auto longitude = complete ? UnitsIn(row[kLongitude], 180.0) : std::nullopt;
-        if (code.empty() || !latitude || !longitude) {
-            report.Skip("postal code: not 12 columns with a code and a point");
-            return;
-        }
-        const std::vector<std::uint32_t> best =
-            Best(grid.Around(row[kCountry], *latitude / layout::kUnitsPerDegree,
-                             *longitude / layout::kUnitsPerDegree),
-                 Fold(row[kPlaceName]), gazetteer);
-        if (best.empty()) {
-            report.Skip("postal code: no place near it");
-            return;
-        }
-        ++report.codes;
-        for (const std::uint32_t place : best)
-            contents.codes.push_back({contents.texts.Share(code), place});
-    });
-    const char* texts = contents.texts.Bytes().data();
-    std::stable_sort(contents.codes.begin(), contents.codes.end(),
-                     [texts](const layout::Code& a, const layout::Code& b) {
-                         return std::strcmp(texts + a.code, texts + b.code) < 0;
-                     });
+    Codes codes(gazetteer, contents, report);
+    dumps.ForEach(DumpKind::PostalCodes, [&codes](const Columns& row) { codes.AddNewer(row); });
+    packed.ForEach([&codes](const Columns& row) { codes.AddPacked(row); });
+    codes.Arrange();
 }
 
 } // namespace beacond

@@ -7,6 +7,7 @@
 
 namespace beacond {
 
+class Dumps;
 class TextTable;
 struct FileContents;
 struct Gazetteer;
@@ -14,9 +15,10 @@ struct ImportReport;
 
 /// Fills the postal codes, each with the places that a user with that code may mean: the place that the table
 /// names, then the places around the code's point, where a large place counts from farther away. The
-/// gazetteer is in the file's order.
-void JoinPostalCodes(const TextTable& postal, const Gazetteer& gazetteer, FileContents& contents,
-                     ImportReport& report);
+/// codes of a country in the operator's tables replace all packed ones of that country. The gazetteer is in
+/// the file's order.
+void JoinPostalCodes(const TextTable& packed, const Dumps& dumps, const Gazetteer& gazetteer,
+                     FileContents& contents, ImportReport& report);
 
 /// The postal code in the form that is compared: letters and digits only, in capitals.
 [[nodiscard]] std::string NormalPostalCode(std::string_view code);

@@ -2,29 +2,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "places/TableFile.h"
+
 #include <filesystem>
 #include <functional>
-#include <span>
-#include <string>
-#include <string_view>
 
 namespace beacond {
 
-/// A table of tab-separated columns, held in memory. A file whose name ends in ".xz" is decompressed.
+/// A file with one table.
 class TextTable final
 {
 public:
-    using Columns = std::span<const std::string_view>;
+    using Columns = beacond::Columns;
 
-    /// Throws PlacesError if the file can't be read or decompressed, or is larger than 1 GiB.
-    explicit TextTable(const std::filesystem::path& path);
+    explicit TextTable(std::filesystem::path path);
 
-    /// Calls `row` with the columns of each line, except empty lines and lines that begin with "#". The texts
-    /// point into this object.
-    void ForEach(const std::function<void(Columns)>& row) const;
+    /// Calls `row` with the columns of each row. Throws PlacesError as TableFile does.
+    void ForEach(const std::function<void(const Columns&)>& row) const;
 
 private:
-    std::string m_text;
+    std::filesystem::path m_path;
 };
 
 } // namespace beacond

@@ -3,6 +3,7 @@
 #include "places/Tokens.h"
 
 #include "support/Ascii.h"
+#include "support/Utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -23,6 +24,12 @@ bool IsToken(std::string_view text)
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
         return IsLetterOrDigit(c) || c == '.' || c == '_' || c == '~' || c == '-';
     });
+}
+
+bool IsText(std::string_view text)
+{
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; };
+    return !text.empty() && std::none_of(text.begin(), text.end(), isControl) && IsValidUtf8(text);
 }
 
 bool IsPlaceKey(std::string_view text)

@@ -117,7 +117,7 @@ TEST(Importer, Import_overlay_corrects)
                 "listed\t2\tPS\nlisted\tIL\tDE\nhidden\t3\nname\t99\tNowhere\ncolour\t1\tgreen\nlisted\t2\tXX"
                 "\n"}
             .Import(folder);
-    EXPECT_THAT(report.skipped,
+    EXPECT_THAT(SkippedRowsOf(report),
                 testing::ElementsAre(
                     std::pair("overlay: no such place", 1U),
                     std::pair("overlay: no such place or region, or its country lists it already", 1U),
@@ -174,7 +174,7 @@ TEST(Importer, Import_invalidRegion_isSkippedAndCounted)
             .regions = "DE\tDE\tGermany\nDE-BY\tDE.02\tBavaria\nUS\tUS \tUnited States\nUS-TX\tUS.TX\tTexas\n"
                        "DEBE\tDE.16\tBerlin\nDE-HH\tDE\tHamburg\nDE-HE\tDEHE\tHesse\n"}
             .Import(folder);
-    EXPECT_THAT(report.skipped,
+    EXPECT_THAT(SkippedRowsOf(report),
                 testing::UnorderedElementsAre(testing::Pair("region: not id, code and name", 4U),
                                               testing::Pair("region: a state without its country", 1U)));
     const Places places(folder / "places.bin");

@@ -41,7 +41,7 @@ TEST_F(RealPlaces, Import_leavesOutOnlyKnownFaults)
     EXPECT_GE(s_report.places, 199'560U);
     EXPECT_GE(s_report.codes, 33'770U);
     EXPECT_THAT(
-        s_report.skipped,
+        SkippedRowsOf(s_report),
         testing::ElementsAre(std::pair("place: a place of that name at the same point is there already", 6U),
                              std::pair("postal code: no place near it", 12U)));
 }

@@ -6,7 +6,10 @@
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
 
+#include <filesystem>
+#include <map>
 #include <string>
+#include <vector>
 
 /// A row of a table of places, with the columns that the tests use.
 struct PlaceLine
@@ -53,8 +56,9 @@ struct SmallTables
         return {folder / "places.tsv",  folder / "divisions.tsv", folder / "postal.tsv",
                 folder / "regions.tsv", folder / "overlay.tsv",   folder / "shipped.tsv"};
     }
-    /// Writes the tables and imports them to `folder / "places.bin"`.
-    beacond::ImportReport Import(const TemporaryFolder& folder) const
+    /// Writes the tables and imports them, with the dumps, to `folder / "places.bin"`.
+    beacond::ImportReport Import(const TemporaryFolder& folder,
+                                 const std::vector<std::filesystem::path>& dumps = {}) const
     {
         Write(folder / "places.tsv", places);
         Write(folder / "divisions.tsv", divisions);
@@ -62,9 +66,20 @@ struct SmallTables
         Write(folder / "regions.tsv", regions);
         Write(folder / "overlay.tsv", overlay);
         Write(folder / "shipped.tsv", shipped);
-        return beacond::ImportPlaces(Sources(folder), folder / "places.bin");
+        beacond::ImportSources sources = Sources(folder);
+        sources.dumps = dumps;
+        return beacond::ImportPlaces(sources, folder / "places.bin");
     }
 };
+
+/// The numbers of skipped rows by their reasons.
+[[nodiscard]] inline std::map<std::string, std::size_t> SkippedRowsOf(const beacond::ImportReport& report)
+{
+    std::map<std::string, std::size_t> rows;
+    for (const auto& [reason, skipped] : report.skipped)
+        rows.emplace(reason, skipped.rows);
+    return rows;
+}
 
 /// Tables with two places of one name, a name in another script, a postal code and a shipped place.
 [[nodiscard]] inline SmallTables TablesOfEachKind()
