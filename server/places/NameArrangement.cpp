@@ -6,9 +6,9 @@
 #include "places/Gazetteer.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <unordered_set>
 #include <vector>
 
@@ -16,15 +16,16 @@ namespace beacond {
 
 namespace {
 
-/// Adds the names of the places, place by place.
+struct NameRow
+{
+    std::string text;
+    std::uint32_t placeAndKind;
+};
+
+/// Collects the names of the places of a region, place by place.
 class NameRows
 {
 public:
-    explicit NameRows(FileContents& contents)
-        : m_contents(contents)
-    {
-    }
-
     void Add(const GazetteerPlace& place, std::uint32_t number)
     {
         m_seen.clear();
@@ -44,6 +45,21 @@ public:
             AddWords(alias, number, layout::NameKind::AliasWord);
     }
 
+    /// Puts the names into the file, in the order of the search. Their texts are in that order too, so that a
+    /// search for typing errors, which reads all names with one first letter, reads memory in its order.
+    void Arrange(FileContents& contents)
+    {
+        std::sort(m_rows.begin(), m_rows.end(), [](const NameRow& a, const NameRow& b) {
+            return std::tie(a.text, a.placeAndKind) < std::tie(b.text, b.placeAndKind);
+        });
+        layout::Text text = 0;
+        for (std::size_t i = 0; i < m_rows.size(); ++i) {
+            if (i == 0 || m_rows[i].text != m_rows[i - 1].text)
+                text = contents.texts.Append(m_rows[i].text);
+            contents.names.push_back({text, m_rows[i].placeAndKind});
+        }
+    }
+
 private:
     static std::vector<FoldedName> Folded(std::string_view names)
     {
@@ -56,7 +72,7 @@ private:
     void AddWhole(const FoldedName& name, std::uint32_t place, layout::NameKind kind)
     {
         if (!name.text.empty() && m_seen.insert(name.text).second)
-            Push(m_contents.texts.Append(name.text), place, kind);
+            Push(name.text, place, kind);
     }
 
     /// Each word begins a further text that extends to the end of the name: "york city" finds New York City.
@@ -65,16 +81,16 @@ private:
         for (const std::size_t word : name.words) {
             const std::string rest = name.text.substr(word);
             if (!rest.empty() && m_seen.insert(rest).second)
-                Push(m_contents.texts.Append(rest), place, kind);
+                Push(rest, place, kind);
         }
     }
 
-    void Push(layout::Text text, std::uint32_t place, layout::NameKind kind)
+    void Push(const std::string& text, std::uint32_t place, layout::NameKind kind)
     {
-        m_contents.names.push_back({text, place * 4 + static_cast<std::uint32_t>(kind)});
+        m_rows.push_back({text, place * 4 + static_cast<std::uint32_t>(kind)});
     }
 
-    FileContents& m_contents;
+    std::vector<NameRow> m_rows;
     std::unordered_set<std::string> m_seen; ///< texts of the current place
 };
 
@@ -84,18 +100,13 @@ void ArrangeNames(const Gazetteer& gazetteer, FileContents& contents)
 {
     for (layout::Region& region : contents.regions) {
         region.firstName = static_cast<std::uint32_t>(contents.names.size());
-        NameRows rows(contents);
+        NameRows rows;
         for (std::uint32_t i = region.firstPlace; i < region.firstPlace + region.placeCount; ++i) {
             if (!gazetteer.places[i].hidden)
                 rows.Add(gazetteer.places[i], i);
         }
+        rows.Arrange(contents);
         region.nameCount = static_cast<std::uint32_t>(contents.names.size()) - region.firstName;
-        const char* texts = contents.texts.Bytes().data();
-        std::sort(contents.names.begin() + region.firstName, contents.names.end(),
-                  [texts](const layout::Name& a, const layout::Name& b) {
-                      const int order = std::strcmp(texts + a.text, texts + b.text);
-                      return order != 0 ? order < 0 : a.placeAndKind < b.placeAndKind;
-                  });
     }
 }
 
