@@ -20,6 +20,10 @@ def search(state, letters):
     return f"{SCRIPTS}getMatchingCities.pl?prod_string=p&state_id={state}&city_string={letters}&dist_string=dbeacon"
 
 
+def city_info(place):
+    return f"{SCRIPTS}getCityInfo.pl?prod_string=p&aid={place}&dist_string=dbeacon"
+
+
 def get_ad(identifier, place):
     return f"{SCRIPTS}getAd.pl?dist_string=dbeacon&prod_string={identifier}&aid={place}&curr_v=1&curr_s=5"
 
