@@ -1,13 +1,18 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "server/app/ServiceFixture.h"
+#include "server/http/RawClient.h"
 
 #include <gmock/gmock.h>
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
+#include <iterator>
+#include <thread>
 
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -89,6 +94,51 @@ TEST_F(ReloadTest, unusablePlacesFile_isRefusedAndThePreviousOneStays)
     std::filesystem::rename(folder / "new.bin", folder / "places.bin");
     EXPECT_TRUE(ReloadLogs("places file places.bin: damaged: its checksum is wrong; " + kRefused));
     EXPECT_TRUE(Knows(port, "makkah"));
+}
+
+TEST_F(ReloadTest, placesFileReplacedUnderLoad_everyRequestIsAnswered)
+{
+    constexpr int kClients = 4;
+    constexpr int kRequests = 1000; // of each client, within two seconds
+    constexpr std::chrono::microseconds kInterval{2000};
+    constexpr std::chrono::milliseconds kBetweenReloads{60};
+    const std::string makkah = Read(folder / "places.bin");
+    const TemporaryFolder other;
+    Import(other, "Madinah");
+    std::string damaged = makkah;
+    ++damaged.back();
+    const std::string files[] = {Read(other / "places.bin"), makkah, damaged};
+    Configure("[limits]\nnetwork_per_minute = 0\n");
+    ServiceProcess service(Path(), serve);
+    const unsigned short port = service.AwaitPort();
+
+    std::atomic<int> answered = 0;
+    std::atomic<int> atWork = kClients;
+    std::vector<std::jthread> clients;
+    for (int i = 0; i < kClients; ++i) {
+        clients.emplace_back([&] {
+            RawClient client(port);
+            auto due = std::chrono::steady_clock::now();
+            // Each of the files has one place of these letters.
+            const std::string request =
+                "GET " + kScripts +
+                "getNumMatchingCities.pl?state_id=SA&city_string=ma HTTP/1.1\r\nHost: a\r\n\r\n";
+            for (int sent = 0; sent < kRequests && client.Send(request); ++sent) {
+                answered += client.ReadThrough("/>").find("num_matches=\"1\"") != std::string::npos;
+                std::this_thread::sleep_until(due += kInterval);
+            }
+            --atWork;
+        });
+    }
+    for (std::size_t i = 0; atWork > 0; ++i) {
+        Replace(files[i % std::size(files)]);
+        service.Signal(SIGHUP);
+        std::this_thread::sleep_for(kBetweenReloads);
+    }
+    clients.clear();
+    EXPECT_EQ(answered, kClients * kRequests);
+    EXPECT_TRUE(service.AwaitLog(kTaken));
+    EXPECT_TRUE(service.AwaitLog(kRefused));
 }
 
 TEST_F(ReloadTest, configuration_isReloadedForTheKeysThatNeedNoRestart)
