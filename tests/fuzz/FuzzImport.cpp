@@ -11,10 +11,13 @@
 #include "places/ZoneOffset.h"
 #include "server/places/SmallTables.h"
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 using namespace beacond;
 
@@ -59,13 +62,66 @@ void CheckFile(const TemporaryFolder& folder, const ImportReport& report)
         }
     }
     for (const layout::Code& code : file.Codes()) {
-        Demand(!places.ByZip(file.TextAt(code.code)).empty(), "a postal code finds a place");
+        const std::vector<Match> matches = places.ByZip(file.TextAt(code.code));
+        Demand(!matches.empty(), "a postal code finds a place");
+        std::set<std::string> listed;
+        for (const Match& match : matches) {
+            Demand(listed.insert(match.atlasId).second, "a code lists a place once");
+            CheckPlace(places, match.atlasId);
+        }
     }
+}
+
+std::vector<std::string> KeysOf(const TemporaryFolder& folder)
+{
+    const Places places(folder / "places.bin");
+    const PlacesFile file(folder / "places.bin");
+    std::vector<std::string> keys;
+    for (const layout::Id& id : file.Ids()) {
+        keys.push_back(places.ByAtlasId("XX-G" + std::to_string(id.id))->key);
+    }
+    return keys;
+}
+
+/// Writes the files of the operator.
+std::vector<std::filesystem::path> DumpsIn(const TemporaryFolder& folder, InputParts& parts)
+{
+    std::vector<std::filesystem::path> dumps;
+    for (const char* const name : {"first", "second", "third"}) {
+        if (const std::string content = parts.Next(); !content.empty()) {
+            dumps.push_back(folder / name);
+            Write(dumps.back(), content);
+        }
+    }
+    return dumps;
+}
+
+void CheckDumps(const SmallTables& tables, const TemporaryFolder& folder, InputParts& parts)
+{
+    const std::vector<std::filesystem::path> dumps = DumpsIn(folder, parts);
+    if (dumps.empty()) {
+        return;
+    }
+    const std::vector<std::string> before = KeysOf(folder);
+    const std::string file = Read(folder / "places.bin");
+    try {
+        CheckFile(folder, tables.Import(folder, dumps));
+    } catch (const PlacesError&) {
+        Demand(Read(folder / "places.bin") == file, "a failed import leaves the file");
+        return;
+    }
+    const std::vector<std::string> after = KeysOf(folder);
+    Demand(std::all_of(before.begin(), before.end(),
+                       [&after](const std::string& key) {
+                           return std::find(after.begin(), after.end(), key) != after.end();
+                       }),
+           "a place keeps its key");
 }
 
 } // namespace
 
-// The tables of an import: places, divisions, postal codes, regions, corrections, shipped places.
+// The tables of an import: places, divisions, postal codes, regions, corrections, shipped places; then up to
+// three files of the operator, plain or packed.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     InputParts parts(data, size);
@@ -77,6 +133,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     const TemporaryFolder folder;
     try {
         CheckFile(folder, tables.Import(folder));
+        CheckDumps(tables, folder, parts);
     } catch (const PlacesError&) { // no usable place
     }
     return 0;

@@ -133,6 +133,20 @@ const Places& SmallPlaces()
     return places;
 }
 
+/// A text typed into the search.
+void CheckSearches(const std::string& text)
+{
+    constexpr std::size_t kMost = 1000;
+    for (const State& state : SmallPlaces().States()) {
+        Demand(SmallPlaces().Search(state.id, text, kMost).size() == SmallPlaces().Count(state.id, text),
+               "a search finds the places that it counts");
+    }
+    for (const Match& match : SmallPlaces().ByZip(text)) {
+        Demand(SmallPlaces().ByAtlasId(match.atlasId).has_value(), "a place of a code can be fetched");
+    }
+    static_cast<void>(SmallPlaces().ByAtlasId(text));
+}
+
 void CheckScripts(const std::string& text)
 {
     constexpr std::size_t kLargestReply = 256UL * 1024;
@@ -158,6 +172,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     CheckJson(text);
     CheckTyped(text);
     CheckFold(text);
+    CheckSearches(text);
     CheckScripts(text);
     CheckScripts("state_id=US&city_string=" + text);
     CheckScripts("zipcode=" + text + "&aid=" + text);
