@@ -118,6 +118,15 @@ TEST_F(DumpsTest, Places_replacedAwayFromItsPoint_leavesItToAnother)
     EXPECT_EQ(places->Count("US", "spr"), 2U);
 }
 
+TEST_F(DumpsTest, Places_oneIdentifierTwice_takesTheLaterRow)
+{
+    const ImportReport report =
+        Import({PlaceLine{.id = "9", .name = "First"}.Text() + PlaceLine{.id = "9", .name = "Second"}.Text(),
+                PlaceLine{.id = "9", .name = "Third"}.Text()});
+    EXPECT_EQ(report.places, 2U);
+    EXPECT_EQ(places->ByAtlasId("US-G9")->city, "Third");
+}
+
 TEST_F(DumpsTest, Places_otherFeatures_areSkipped)
 {
     const std::string line = PlaceLine{.id = "9", .name = "Other"}.Text();
