@@ -34,10 +34,15 @@ bool IsLanguage(std::string_view language)
     return language.empty() || isCode || language == "piny";
 }
 
-bool HasAlias(const GazetteerPlace& place, std::string_view alias)
+bool HasAlias(const GazetteerPlace& place, const std::string& alias)
 {
-    const std::vector<std::string_view> aliases = SplitNames(place.aliases);
-    return alias == place.name || std::find(aliases.begin(), aliases.end(), alias) != aliases.end();
+    const std::string& all = place.aliases;
+    for (std::size_t at = all.find(alias); at != std::string::npos; at = all.find(alias, at + 1)) {
+        const std::size_t end = at + alias.size();
+        if ((at == 0 || all[at - 1] == ',') && (end == all.size() || all[end] == ','))
+            return true;
+    }
+    return alias == place.name;
 }
 
 /// The reason why the name is not added, or null.
@@ -47,10 +52,10 @@ const char* Add(GazetteerPlace& place, std::string_view name)
         return "alternate name: not valid text";
     std::string alias(name);
     std::replace(alias.begin(), alias.end(), ',', ' '); // separates the aliases; a search ignores both
-    if (HasAlias(place, alias))
-        return nullptr;
     if (place.aliases.size() + alias.size() > kMostBytes)
         return "alternate name: its place has too many names";
+    if (HasAlias(place, alias))
+        return nullptr;
     place.aliases.append(",").append(alias);
     return nullptr;
 }

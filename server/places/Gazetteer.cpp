@@ -8,6 +8,7 @@
 #include "places/Importer.h"
 #include "places/Overlay.h"
 #include "places/PlaceReader.h"
+#include "places/PlacesError.h"
 #include "places/Romanization.h"
 #include "places/TextTable.h"
 #include "places/Tokens.h"
@@ -18,6 +19,9 @@
 namespace beacond {
 
 namespace {
+
+// The memory of a small machine; GeoNames has 50,000.
+constexpr std::size_t kMostDivisions = 1'000'000;
 
 /// The id and code of a country ("US") or of a state ("US-TX", "US.TX"). A search recognises a state by the
 /// hyphen.
@@ -76,6 +80,8 @@ Gazetteer ReadGazetteer(const ImportSources& sources, const Dumps& dumps, Import
     Gazetteer gazetteer;
     gazetteer.regions = ReadRegions(sources.regions, report);
     const auto addDivision = [&](const Columns& row) {
+        if (gazetteer.divisions.size() >= kMostDivisions)
+            throw PlacesError(row.Position() + ": more than a million regions");
         if (row.size() >= 2 && IsText(row[1]))
             gazetteer.divisions.insert_or_assign(std::string(row[0]),
                                                  CommonSpelling(row[1], row[0].substr(0, 2)));

@@ -8,6 +8,7 @@
 #include "places/Gazetteer.h"
 #include "places/ImportReport.h"
 #include "places/Numbers.h"
+#include "places/PlacesError.h"
 #include "places/TextTable.h"
 #include "support/Ascii.h"
 
@@ -35,6 +36,8 @@ constexpr int kMostCellsAround = 6;
 constexpr std::size_t kMostPlaces = 5;
 constexpr std::size_t kMostNamedPlaces = 20;
 constexpr std::size_t kLongestCode = 16;
+// The memory of a small machine; GeoNames has five million codes in all countries.
+constexpr std::size_t kMostEntries = 50'000'000;
 constexpr double kReachKm = 40.0;
 // The distance that a code's point may have from its place.
 constexpr double kSpreadKm = 2.0;
@@ -241,6 +244,8 @@ private:
 
     void Add(const Columns& row, const std::vector<Candidate>& best)
     {
+        if (m_entries.size() >= kMostEntries)
+            throw PlacesError(row.Position() + ": too many postal codes");
         const layout::Text code = m_contents.texts.Share(NormalPostalCode(row[kCode]));
         for (const Candidate& place : best)
             m_entries.push_back(
