@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "RealPlaces.h"
 
+#include "SmallTables.h"
 #include "places/TextTable.h"
 #include "places/Tokens.h"
 #include "places/ZoneOffset.h"
@@ -29,7 +30,7 @@ std::map<std::string, std::string, std::less<>> Rows(const char* table, std::str
     std::map<std::string, std::string, std::less<>> rows;
     beacond::TextTable(kData / table).ForEach([&](beacond::TextTable::Columns row) {
         if (row[0] == first)
-            rows.emplace(row[1], row.back());
+            rows.emplace(row[1], row[row.size() - 1]);
     });
     return rows;
 }
