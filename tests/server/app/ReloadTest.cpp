@@ -37,6 +37,12 @@ protected:
                 .Text();
         tables.Import(target);
     }
+    /// Replaces the places file by another one: the service has it open.
+    void Replace(const std::string& content)
+    {
+        Write(folder / "new.bin", content);
+        std::filesystem::rename(folder / "new.bin", folder / "places.bin");
+    }
     /// Sends SIGHUP. Returns whether the log contains the text afterwards.
     [[nodiscard]] bool ReloadLogs(const std::string& text)
     {
@@ -89,9 +95,7 @@ TEST_F(ReloadTest, unusablePlacesFile_isRefusedAndThePreviousOneStays)
     const unsigned short port = Serve();
     std::string damaged = Read(folder / "places.bin");
     ++damaged.back();
-    // Replace the file by another one: the service has it open.
-    Write(folder / "new.bin", damaged);
-    std::filesystem::rename(folder / "new.bin", folder / "places.bin");
+    Replace(damaged);
     EXPECT_TRUE(ReloadLogs("places file places.bin: damaged: its checksum is wrong; " + kRefused));
     EXPECT_TRUE(Knows(port, "makkah"));
 }
@@ -109,8 +113,7 @@ TEST_F(ReloadTest, placesFileReplacedUnderLoad_everyRequestIsAnswered)
     ++damaged.back();
     const std::string files[] = {Read(other / "places.bin"), makkah, damaged};
     Configure("[limits]\nnetwork_per_minute = 0\n");
-    ServiceProcess service(Path(), serve);
-    const unsigned short port = service.AwaitPort();
+    const unsigned short port = Serve();
 
     std::atomic<int> answered = 0;
     std::atomic<int> atWork = kClients;
@@ -134,13 +137,13 @@ TEST_F(ReloadTest, placesFileReplacedUnderLoad_everyRequestIsAnswered)
     }
     for (std::size_t i = 0; atWork > 0; ++i) {
         Replace(files[i % std::size(files)]);
-        service.Signal(SIGHUP);
+        service->Signal(SIGHUP);
         std::this_thread::sleep_for(kBetweenReloads);
     }
     clients.clear();
     EXPECT_EQ(answered, kClients * kRequests);
-    EXPECT_TRUE(service.AwaitLog(kTaken));
-    EXPECT_TRUE(service.AwaitLog(kRefused));
+    EXPECT_TRUE(service->AwaitLog(kTaken));
+    EXPECT_TRUE(service->AwaitLog(kRefused));
 }
 
 TEST_F(ReloadTest, configuration_isReloadedForTheKeysThatNeedNoRestart)
