@@ -41,7 +41,7 @@ public:
         m_bus = gst.gst_element_get_bus(m_playbin);
         char* const uri = gst.g_filename_to_uri(path.constData(), nullptr, nullptr);
         gst.g_object_set(m_playbin, "uri", uri, "flags", kAudioAndSoftVolume, nullptr);
-        gst.g_free(uri);
+        (gst.g_free)(uri); // a macro in newer versions of GLib
     }
     ~Pipeline()
     {
