@@ -6,15 +6,59 @@
 #include "places/Gazetteer.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <tuple>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace beacond {
 
 namespace {
+
+struct ShortForm
+{
+    std::string_view brief;
+    std::string_view full;
+};
+
+// Words that people write in either form, folded.
+constexpr std::array kShortForms = {ShortForm{"st", "saint"},   ShortForm{"st", "sankt"},
+                                    ShortForm{"ste", "sainte"}, ShortForm{"sta", "santa"},
+                                    ShortForm{"sto", "santo"},  ShortForm{"mt", "mount"},
+                                    ShortForm{"ft", "fort"},    ShortForm{"cd", "ciudad"}};
+
+/// The name with the word from `begin` to `end` in another form.
+FoldedName WithWord(const FoldedName& name, std::size_t begin, std::size_t end, std::string_view word)
+{
+    FoldedName other = name;
+    other.text.replace(begin, end - begin, word);
+    for (std::size_t& next : other.words) {
+        if (next >= end)
+            next = next - (end - begin) + word.size();
+    }
+    return other;
+}
+
+/// The name with one of its words in the other form: "St. Louis" and "Saint Louis". The last word stays,
+/// since people abbreviate a word only before another one.
+std::vector<FoldedName> OtherForms(const FoldedName& name)
+{
+    std::vector<FoldedName> others;
+    std::size_t begin = 0;
+    for (const std::size_t end : name.words) {
+        const std::string_view word = std::string_view(name.text).substr(begin, end - begin);
+        for (const ShortForm& form : kShortForms) {
+            if (word == form.brief || word == form.full)
+                others.push_back(WithWord(name, begin, end, word == form.full ? form.brief : form.full));
+        }
+        begin = end;
+    }
+    return others;
+}
 
 struct NameRow
 {
@@ -30,7 +74,12 @@ public:
     {
         m_seen.clear();
         const FoldedName primary = FoldName(place.name);
-        const std::vector<FoldedName> spellings = Folded(place.spellings);
+        std::vector<FoldedName> spellings = OtherForms(primary);
+        for (const FoldedName& spelling : Folded(place.spellings)) {
+            spellings.push_back(spelling);
+            for (FoldedName& other : OtherForms(spelling))
+                spellings.push_back(std::move(other));
+        }
         const std::vector<FoldedName> aliases = Folded(place.aliases);
         // In order of rank: only the first of two equal texts is kept.
         AddWhole(primary, number, layout::NameKind::Primary);

@@ -85,6 +85,23 @@ TEST(Places, Search_words_matchFromEachWordOn)
     EXPECT_THAT(Cities(*places, "US", "mpur"), testing::IsEmpty());
 }
 
+TEST(Places, Search_abbreviatedWord_findsTheFullOneAndTheReverse)
+{
+    const auto places = Open({}, {{.name = "Saint-Denis"},
+                                  {.name = "St. Louis"},
+                                  {.name = "Sankt Pölten"},
+                                  {.name = "Fort Worth"},
+                                  {.name = "Port Saint Lucie"},
+                                  {.name = "Oldtown", .aliases = "Mount Oldtown"}});
+    const std::pair<const char*, const char*> rows[] = {
+        {"st denis", "Saint-Denis"},    {"St. D", "Saint-Denis"},       {"saint lou", "St. Louis"},
+        {"st polten", "Sankt Pölten"},  {"ft worth", "Fort Worth"},     {"port st luc", "Port Saint Lucie"},
+        {"st luc", "Port Saint Lucie"}, {"saint denis", "Saint-Denis"}, {"denis", "Saint-Denis"}};
+    for (const auto& [letters, city] : rows)
+        EXPECT_THAT(Cities(*places, "US", letters), testing::ElementsAre(city)) << letters;
+    EXPECT_THAT(Cities(*places, "US", "mt old"), testing::IsEmpty()) << "aliases stay as they are";
+}
+
 TEST(Places, Search_typingError_isCorrectedOnlyWithoutAMatch)
 {
     const auto places = Open({}, {{.name = "Springfield"}, {.name = "Springdale"}, {.name = "Sprimgfield"}});
