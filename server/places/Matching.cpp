@@ -18,28 +18,25 @@ namespace {
 
 // Latin texts of two or three letters are often airport codes or abbreviations.
 constexpr std::size_t kLettersOfAnAlias = 4;
-// Fewer letters are usually the beginning of a longer name: "West" of "West Raleigh".
-constexpr std::size_t kLettersOfAWholeName = 5;
-// Few letters that are the whole name of a village: it counts as a city, so that the first rows include it.
-constexpr std::uint64_t kPeopleOfAShortName = 50'000;
+// The whole name of a village counts at least as a city, so that the first rows include it.
+constexpr std::uint64_t kLeastPeopleOfAWholeName = 50'000;
 // For shorter texts nearly every name is within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
 constexpr std::uint8_t kNotFound = 0xFF;
-constexpr std::uint64_t kBeforeAllOthers = std::uint64_t{1} << 63;
 
 /// How well a name matches, best first.
-enum Rank : std::uint8_t { kWhole, kShortWhole, kPrimary, kSpellingOrWord, kAlias, kAliasWord };
+enum Rank : std::uint8_t { kWhole, kPrimary, kSpellingOrWord, kAlias, kAliasWord };
 
-/// A spelling or a later word counts a tenth of the shown name, and an alias a hundredth: most aliases are
-/// the names of other languages. The order of large cities depends little on the exact factors.
+/// A whole name counts ten times its beginning: a large city still comes before a village whose name is the
+/// city's first word ("Kansas"). A spelling or a later word counts a tenth of the shown name, and an alias a
+/// hundredth: most aliases are the names of other languages. The order of large cities depends little on the
+/// exact factors.
 std::uint64_t WeightOf(std::uint8_t rank, std::uint64_t population)
 {
     const std::uint64_t people = population + 1;
     switch (rank) {
     case kWhole:
-        return kBeforeAllOthers + people;
-    case kShortWhole:
-        return std::max(people * 10, kPeopleOfAShortName) * 1000;
+        return std::max(people * 10, kLeastPeopleOfAWholeName) * 1000;
     case kPrimary:
         return people * 1000;
     case kSpellingOrWord:
@@ -106,9 +103,7 @@ private:
         const bool isExact = m_folded == m_file.TextAt(name.text);
         switch (static_cast<layout::NameKind>(name.placeAndKind % 4)) {
         case layout::NameKind::Primary:
-            if (isExact)
-                return m_letters >= kLettersOfAWholeName ? kWhole : kShortWhole;
-            return kPrimary;
+            return isExact ? kWhole : kPrimary;
         case layout::NameKind::SpellingOrWord:
             return isExact && m_isName ? kPrimary : kSpellingOrWord;
         case layout::NameKind::Alias:

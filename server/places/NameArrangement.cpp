@@ -4,6 +4,7 @@
 #include "places/FileContents.h"
 #include "places/Fold.h"
 #include "places/Gazetteer.h"
+#include "support/Ascii.h"
 
 #include <algorithm>
 #include <array>
@@ -60,6 +61,15 @@ std::vector<FoldedName> OtherForms(const FoldedName& name)
     return others;
 }
 
+/// "Halle" of "Halle (Saale)", or empty. A number in brackets means a part of the place: "Zürich (Kreis 11)".
+std::string_view BeforeBracket(std::string_view name)
+{
+    const std::size_t bracket = std::min(name.find(" ("), name.size());
+    const std::string_view inBrackets = name.substr(bracket);
+    const bool isPart = std::any_of(inBrackets.begin(), inBrackets.end(), &IsDigit);
+    return inBrackets.empty() || isPart ? std::string_view() : name.substr(0, bracket);
+}
+
 struct NameRow
 {
     std::string text;
@@ -83,6 +93,7 @@ public:
         const std::vector<FoldedName> aliases = Folded(place.aliases);
         // In order of rank: only the first of two equal texts is kept.
         AddWhole(primary, number, layout::NameKind::Primary);
+        AddWhole(FoldName(BeforeBracket(place.name)), number, layout::NameKind::Primary);
         for (const FoldedName& spelling : spellings)
             AddWhole(spelling, number, layout::NameKind::SpellingOrWord);
         for (const FoldedName& alias : aliases)

@@ -52,15 +52,31 @@ TEST(Places, Search_order_weighsTheMatchByThePopulation)
     EXPECT_THAT(Cities(*places, "US", "rom", 2), testing::ElementsAre("Romeo", "New Rome"));
 }
 
-TEST(Places, Search_wholeName_isFirstFromFiveLettersOn)
+TEST(Places, Search_wholeName_countsTenTimesItsBeginning)
 {
     const auto places = Open({}, {{.name = "West", .population = "10"},
                                   {.name = "Westfield", .population = "40000"},
                                   {.name = "West Raleigh", .population = "340000"},
+                                  {.name = "Quezon", .population = "27000"},
+                                  {.name = "Quezonville", .population = "260000"},
+                                  {.name = "Quezon City", .population = "280000"},
                                   {.name = "Paris", .population = "10"},
-                                  {.name = "Parisville", .population = "9000000"}});
+                                  {.name = "Parisville", .population = "49000"}});
     EXPECT_THAT(Cities(*places, "US", "west"), testing::ElementsAre("West Raleigh", "West", "Westfield"));
+    EXPECT_THAT(Cities(*places, "US", "quezon"),
+                testing::ElementsAre("Quezon City", "Quezon", "Quezonville"));
     EXPECT_THAT(Cities(*places, "US", "paris"), testing::ElementsAre("Paris", "Parisville"));
+}
+
+TEST(Places, Search_nameBeforeABracket_isAWholeName)
+{
+    const auto places = Open({}, {{.name = "Halle (Saale)", .population = "2000"},
+                                  {.name = "Hallenberg", .population = "49000"},
+                                  {.name = "Lindau (Kreis 11)", .population = "2000"},
+                                  {.name = "Lindauhof", .population = "49000"}});
+    EXPECT_THAT(Cities(*places, "US", "halle"), testing::ElementsAre("Halle (Saale)", "Hallenberg"));
+    EXPECT_THAT(Cities(*places, "US", "lindau"), testing::ElementsAre("Lindauhof", "Lindau (Kreis 11)"))
+        << "a part of the place";
 }
 
 TEST(Places, Search_wholeAliasOrWord_countsAsANameUnlessItMayBeACode)

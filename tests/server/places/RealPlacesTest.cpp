@@ -86,6 +86,10 @@ TEST_F(RealPlaces, Search_namesAsPeopleTypeThem_findThePlaceFirst)
         {"HT", "port au", "Port-au-Prince"},
         {"HT", "portaup", "Port-au-Prince"},
         {"IN", "bom", "Mumbai"},
+        {"FR", "st denis", "Saint-Denis"},
+        {"MX", "cd juarez", "Ciudad Juárez"},
+        {"PH", "quezon", "Quezon City"},
+        {"DE", "halle", "Halle (Saale)"},
     };
     for (const Row& row : rows)
         EXPECT_THAT(Cities(row.state, row.letters, 1), testing::ElementsAre(row.city))
