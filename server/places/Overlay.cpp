@@ -68,6 +68,11 @@ bool Correct(GazetteerPlace& place, std::string_view action, std::string_view va
         place.elevation = NumberIn<std::int16_t>(value);
         return place.elevation.has_value();
     }
+    if (action == "population") {
+        const auto people = NumberIn<std::uint32_t>(value);
+        place.population = people.value_or(place.population);
+        return people.has_value();
+    }
     return false;
 }
 

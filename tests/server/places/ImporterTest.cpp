@@ -134,6 +134,20 @@ TEST(Importer, Import_overlay_corrects)
     EXPECT_TRUE(places->ByAtlasId("US-G3")) << "clients that have it ask for it";
 }
 
+TEST(Importer, Import_overlayPopulation_decidesTheOrder)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{.places = PlaceLine{.name = "Conakry", .population = "1700000"}.Text() +
+                              PlaceLine{.id = "2", .name = "Conacry", .population = "1900000"}.Text(),
+                    .overlay = "population\t2\t0\npopulation\t1\tmany\n"}
+            .Import(folder);
+    EXPECT_THAT(SkippedRowsOf(report),
+                testing::ElementsAre(std::pair("overlay: unknown action or wrong value", 1U)));
+    EXPECT_THAT(Ids(Places::Open(folder / "places.bin")->Search("US", "cona", 9)),
+                testing::ElementsAre("US-G1", "US-G2"));
+}
+
 TEST(Importer, Import_overlaySpelling_countsMoreThanAnAlias)
 {
     const TemporaryFolder folder;
