@@ -22,6 +22,8 @@ constexpr std::size_t kLettersOfAnAlias = 4;
 constexpr std::uint64_t kLeastPeopleOfAWholeName = 50'000;
 // For shorter texts nearly every name is within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
+// The same is true of aliases, of which a place has many.
+constexpr std::size_t kLettersOfATypingErrorInAnAlias = 6;
 constexpr std::uint8_t kNotFound = 0xFF;
 
 /// How well a name matches, best first.
@@ -132,6 +134,12 @@ private:
         m_best[place] = std::min(m_best[place], rank);
     }
 
+    bool MayBeMistyped(const layout::Name& name) const
+    {
+        const auto kind = static_cast<layout::NameKind>(name.placeAndKind % 4);
+        return kind <= layout::NameKind::SpellingOrWord || m_letters >= kLettersOfATypingErrorInAnAlias;
+    }
+
     /// A lookup needs the first letter. The common errors in the first letter are tried one by one; all other
     /// candidates share the first letter with the typed text.
     void TakeMistyped(const layout::Region& region)
@@ -140,12 +148,14 @@ private:
         const Names names = NamesOf(region);
         const std::string_view first = m_folded.substr(0, LetterLength(m_folded));
         for (const layout::Name& name : BeginningWith(names, first)) {
-            if (BeginsWithOneError(m_file.TextAt(name.text), m_folded))
+            if (MayBeMistyped(name) && BeginsWithOneError(m_file.TextAt(name.text), m_folded))
                 Take(region, name, kAlias);
         }
         for (const std::string& other : VariantsOfFirstLetter(m_folded)) {
-            for (const layout::Name& name : BeginningWith(names, other))
-                Take(region, name, kAlias);
+            for (const layout::Name& name : BeginningWith(names, other)) {
+                if (MayBeMistyped(name))
+                    Take(region, name, kAlias);
+            }
         }
         Collect(region);
     }

@@ -127,6 +127,15 @@ TEST(Places, Search_typingError_isCorrectedOnlyWithoutAMatch)
     EXPECT_THAT(Cities(*places, "US", "sxr"), testing::IsEmpty()) << "too short to guess";
 }
 
+TEST(Places, Search_typingErrorInAnAlias_isCorrectedFromSixLettersOn)
+{
+    const auto places = Open({}, {{.name = "Omer", .aliases = "Hevron"}});
+    EXPECT_THAT(Cities(*places, "US", "hebro"), testing::IsEmpty());
+    EXPECT_THAT(Cities(*places, "US", "xevro"), testing::IsEmpty());
+    EXPECT_THAT(Cities(*places, "US", "hebron"), testing::ElementsAre("Omer"));
+    EXPECT_THAT(Cities(*places, "US", "omar"), testing::ElementsAre("Omer"));
+}
+
 TEST(Places, Search_unusableTextOrState_isEmpty)
 {
     const auto places = Open({}, {{}});
