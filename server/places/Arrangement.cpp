@@ -190,7 +190,7 @@ void DistinguishPlaces(const Gazetteer& gazetteer, FileContents& contents, std::
         for (const std::size_t i : alike) {
             const layout::Place& row = contents.places[i];
             labels.push_back({text(row.name), text(row.firstDivision), text(row.secondDivision), row.latitude,
-                              row.longitude});
+                              row.longitude, row.population});
         }
         Distinguish(labels, list, [&](std::size_t i, layout::Distinction distinction) {
             layout::Place& row = contents.places[alike[i]];

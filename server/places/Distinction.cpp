@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "places/Distinction.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -42,6 +43,23 @@ std::string DistinctName(const PlaceLabel& label, Distinction distinction, ListK
     return beside.empty() ? text : text.append(" (").append(beside).append(")");
 }
 
+namespace {
+
+/// The place of `alike` with at least ten times the people of each other, or the number of labels.
+std::size_t FarLargest(std::span<const PlaceLabel> labels, const std::vector<std::size_t>& alike)
+{
+    for (const std::size_t i : alike) {
+        const bool isFarLarger = std::all_of(alike.begin(), alike.end(), [&](std::size_t other) {
+            return other == i || labels[i].population / 10 >= std::max(labels[other].population, 1U);
+        });
+        if (isFarLarger)
+            return i;
+    }
+    return labels.size();
+}
+
+} // namespace
+
 void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
                  const std::function<void(std::size_t, Distinction)>& set)
 {
@@ -67,8 +85,11 @@ void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
             return isAlone;
         });
     }
-    for (const std::size_t i : alike)
-        set(i, Distinction::Coordinates);
+    const std::size_t largest = FarLargest(labels, alike);
+    for (const std::size_t i : alike) {
+        const bool isPlain = i == largest && !taken.contains(std::string(labels[i].name));
+        set(i, isPlain ? Distinction::None : Distinction::Coordinates);
+    }
 }
 
 } // namespace beacond

@@ -23,6 +23,7 @@ struct PlaceLabel
     std::string_view secondDivision; ///< its name, may be empty
     std::int32_t latitude = 0;       ///< in layout::kUnitsPerDegree
     std::int32_t longitude = 0;      ///< in layout::kUnitsPerDegree
+    std::uint32_t population = 0;
 };
 
 /// "Springfield", "Springfield (Illinois)", "Springfield (Sangamon County, Illinois)" or "Springfield (39.802
@@ -31,7 +32,8 @@ struct PlaceLabel
                                        ListKind list);
 
 /// Finds the least distinction by which the texts of places of one name differ, and passes it to `set` with
-/// the place's index in `labels`. A single place has none.
+/// the place's index in `labels`. A single place has none, and of places that only their coordinates
+/// distinguish, one with ten times the people of each other.
 void Distinguish(std::span<const PlaceLabel> labels, ListKind list,
                  const std::function<void(std::size_t, layout::Distinction)>& set);
 

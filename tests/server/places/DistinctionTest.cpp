@@ -57,3 +57,14 @@ TEST(Distinction, Distinguish_oneState_omitsItsName)
                 testing::ElementsAre("Oak Grove (Bowie County)", "Oak Grove (32.850 N, 95.500 W)",
                                      "Oak Grove (32.900 N, 95.512 W)"));
 }
+
+TEST(Distinction, Distinguish_onlyCoordinatesDiffer_cityWithTenTimesThePeopleHasNone)
+{
+    const PlaceLabel village = {"Jubail", "Eastern Province", "", 2540000, 4965000, 9000};
+    PlaceLabel city = {"Jubail", "Eastern Province", "", 2701700, 4962300, 237000};
+    EXPECT_THAT(Shown({city, village}, ListKind::Country),
+                testing::ElementsAre("Jubail", "Jubail (25.400 N, 49.650 E)"));
+    city.population = 89000;
+    EXPECT_THAT(Shown({city, village}, ListKind::Country),
+                testing::ElementsAre("Jubail (27.017 N, 49.623 E)", "Jubail (25.400 N, 49.650 E)"));
+}
