@@ -96,7 +96,7 @@ void MeasureAll(const char* path)
     const Places places(path);
     std::printf("megabytes %.1f\n", Megabytes() - before);
     const std::vector<City> cities = LargestCities(PlacesFile(path));
-    for (const std::size_t letters : {2U, 3U, 4U}) {
+    for (const std::size_t letters : {1U, 2U, 3U, 4U}) {
         Measure((std::to_string(letters) + "_letters").c_str(), places, cities,
                 [letters](const std::string& name) { return name.substr(0, letters); });
     }
@@ -104,6 +104,9 @@ void MeasureAll(const char* path)
             [](const std::string& name) { return std::string(name).erase(2, 1); });
     Measure("wrong_letter", places, cities,
             [](const std::string& name) { return std::string(name).replace(0, 1, 1, 'q'); });
+    // The longest text that is searched has 200 letters.
+    Measure("long_text", places, cities,
+            [](const std::string& name) { return name + std::string(200 - name.size(), 'x'); });
 }
 
 } // namespace
