@@ -88,6 +88,10 @@ void RunImport(const Arguments& arguments)
     for (const ImportedTable& table : report.tables) {
         std::cout << "read: " << table.name << ", " << table.kind << ", " << table.rows << " rows\n";
     }
+    for (const auto& [country, codes] : report.replacedCodes) {
+        std::cout << "replaced: " << codes.packed << " postal codes of " << country << " by "
+                  << codes.imported << '\n';
+    }
     for (const auto& [reason, skipped] : report.skipped) {
         std::cout << "left out: " << skipped.rows << " rows, " << reason
                   << (skipped.first.empty() ? "" : "; first " + skipped.first) << '\n';

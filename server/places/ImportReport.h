@@ -26,6 +26,15 @@ struct ImportedTable
     std::size_t rows = 0;
 };
 
+/// The postal codes of a country that an import has replaced.
+struct ReplacedCodes
+{
+    std::size_t packed = 0;   ///< rows of the packed table
+    std::size_t imported = 0; ///< rows of the operator
+
+    bool operator==(const ReplacedCodes&) const = default;
+};
+
 /// The outcome of an import, for the operator.
 struct ImportReport
 {
@@ -34,6 +43,7 @@ struct ImportReport
     std::size_t codes = 0;  ///< postal codes
     std::size_t scopes = 0; ///< rows of the list of countries and states
     std::vector<ImportedTable> tables;
+    std::map<std::string, ReplacedCodes> replacedCodes;      ///< by the name of the country
     std::map<std::string, SkippedRows, std::less<>> skipped; ///< by reason
 
     void Skip(const char* reason) { ++skipped[reason].rows; }

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
+#include <tuple>
 
 namespace beacond {
 
@@ -29,8 +31,10 @@ std::string FoldLetters(std::string_view letters)
 constexpr std::string_view kKeyPrefix = "G";
 constexpr std::size_t kZipDigits = 5;
 constexpr std::size_t kZipPlusFourDigits = 9;
-// Tables of Canadian and British codes often contain only the area of a code, without its last three letters.
-constexpr std::size_t kDeliveryLetters = 3;
+// Many tables contain only the areas of longer codes: "M5V" in Canada, "SW1A" in Britain, "1012" in the
+// Netherlands. The shortest areas have three letters or digits.
+constexpr std::size_t kAreaLetters = 3;
+constexpr std::size_t kMostNeighbours = 5;
 
 bool IsDigits(std::string_view text)
 {
@@ -92,12 +96,19 @@ std::vector<Match> Places::Search(std::string_view stateId, std::string_view let
 std::vector<Match> Places::ByZip(std::string_view code) const
 {
     const std::string text = NormalPostalCode(code);
-    const std::string_view normal = text;
-    std::vector<Match> matches = MatchesOfCode(normal);
-    if (matches.empty() && normal.size() == kZipPlusFourDigits && IsDigits(normal))
-        matches = MatchesOfCode(normal.substr(0, kZipDigits));
-    if (matches.empty() && normal.size() > kDeliveryLetters && !IsDigits(normal))
-        matches = MatchesOfCode(normal.substr(0, normal.size() - kDeliveryLetters));
+    std::string_view area = text;
+    std::vector<Match> matches = MatchesOf(RowsOfCode(area));
+    if (IsDigits(area)) {
+        if (matches.empty() && area.size() == kZipPlusFourDigits) {
+            area = area.substr(0, kZipDigits);
+            matches = MatchesOf(RowsOfCode(area));
+        }
+        return matches.empty() && area.size() == kZipDigits ? MatchesOf(NeighboursOfCode(area)) : matches;
+    }
+    while (matches.empty() && area.size() > kAreaLetters) {
+        area.remove_suffix(1);
+        matches = MatchesOf(RowsOfCode(area));
+    }
     return matches;
 }
 
@@ -178,21 +189,57 @@ Match Places::MatchOf(std::uint32_t place, bool wholeCountry) const
             AtlasIdOf(row)};
 }
 
-std::vector<Match> Places::MatchesOfCode(std::string_view code) const
+Places::Codes::iterator Places::FirstRowFrom(std::string_view code) const
 {
-    const auto order = [this](const layout::Code& row) { return std::string_view(m_file.TextAt(row.code)); };
-    const auto first =
-        std::lower_bound(m_file.Codes().begin(), m_file.Codes().end(), code,
-                         [&](const layout::Code& c, std::string_view wanted) { return order(c) < wanted; });
-    const auto last = std::find_if(first, m_file.Codes().end(),
-                                   [&](const layout::Code& row) { return order(row) != code; });
-    const auto isAbroad = [&](const layout::Code& row) { return CountryOf(row) != CountryOf(*first); };
-    const bool isOfSeveralCountries = std::any_of(first, last, isAbroad);
+    return std::lower_bound(m_file.Codes().begin(), m_file.Codes().end(), code,
+                            [this](const layout::Code& row, std::string_view wanted) {
+                                return m_file.TextAt(row.code) < wanted;
+                            });
+}
+
+Places::Codes Places::RowsOfCode(std::string_view code) const
+{
+    const auto first = FirstRowFrom(code);
+    return {first, std::find_if(first, m_file.Codes().end(),
+                                [&](const layout::Code& row) { return m_file.TextAt(row.code) != code; })};
+}
+
+std::vector<layout::Code> Places::NeighboursOfCode(std::string_view code) const
+{
+    std::vector<layout::Code> best;
+    for (std::size_t digits = code.size() - 1; best.empty() && digits >= kAreaLetters; --digits) {
+        const std::string_view shared = code.substr(0, digits);
+        std::map<std::uint32_t, std::size_t> codesOfPlace;
+        std::string_view last;
+        for (auto row = FirstRowFrom(shared); row != m_file.Codes().end(); ++row) {
+            const std::string_view other = m_file.TextAt(row->code);
+            if (!other.starts_with(shared))
+                break;
+            // Only the best place of each code.
+            if (other.size() == code.size() && other != last && codesOfPlace[row->place]++ == 0)
+                best.push_back(*row);
+            last = other;
+        }
+        const auto order = [&](const layout::Code& row) {
+            return std::tuple(~codesOfPlace[row.place], ~m_file.Places()[row.place].population, row.place);
+        };
+        std::sort(best.begin(), best.end(),
+                  [&](const layout::Code& a, const layout::Code& b) { return order(a) < order(b); });
+    }
+    best.resize(std::min(best.size(), kMostNeighbours));
+    return best;
+}
+
+std::vector<Match> Places::MatchesOf(Codes rows) const
+{
+    const bool isOfSeveralCountries = std::any_of(rows.begin(), rows.end(), [&](const layout::Code& row) {
+        return CountryOf(row) != CountryOf(rows.front());
+    });
     std::vector<Match> matches;
-    for (auto row = first; row != last; ++row) {
-        matches.push_back(MatchOf(row->place, true));
+    for (const layout::Code& row : rows) {
+        matches.push_back(MatchOf(row.place, true));
         if (isOfSeveralCountries)
-            matches.back().city.append(", ").append(CountryOf(*row));
+            matches.back().city.append(", ").append(CountryOf(row));
     }
     return matches;
 }

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -62,21 +63,29 @@ public:
     [[nodiscard]] std::vector<Match> Search(std::string_view stateId, std::string_view letters,
                                             std::size_t most) const;
 
-    /// The places of a postal code, best first; none if the code is unknown. Accepts any case and spacing,
-    /// and ZIP+4. If the code is one of several countries, those of the United States and Canada come first,
-    /// and each row has its country.
+    /// The places of a postal code, best first; none if the code is unknown. Accepts any case, spacing and
+    /// digits, ZIP+4, and codes of a known area. For an unknown ZIP code these are the places of the codes
+    /// that share its first four digits, else three. If the code is one of several countries, those of the
+    /// United States and Canada come first, and each row has its country.
     [[nodiscard]] std::vector<Match> ByZip(std::string_view code) const;
 
     /// The place with this identifier, also if it is hidden.
     [[nodiscard]] std::optional<Place> ByAtlasId(std::string_view id) const;
 
 private:
+    using Codes = std::span<const layout::Code>;
+
     [[nodiscard]] const layout::Scope* ScopeOf(std::string_view stateId) const;
     [[nodiscard]] const layout::Place* RowOf(std::string_view atlasId) const;
     [[nodiscard]] const layout::Place* RowOfId(std::uint32_t number) const;
     [[nodiscard]] std::string AtlasIdOf(const layout::Place& row) const;
     [[nodiscard]] Match MatchOf(std::uint32_t place, bool wholeCountry) const;
-    [[nodiscard]] std::vector<Match> MatchesOfCode(std::string_view code) const;
+    [[nodiscard]] Codes::iterator FirstRowFrom(std::string_view code) const;
+    [[nodiscard]] Codes RowsOfCode(std::string_view code) const;
+    /// The places of the codes of equal length that share all digits but the last one, else but the last two;
+    /// the place of most codes first.
+    [[nodiscard]] std::vector<layout::Code> NeighboursOfCode(std::string_view code) const;
+    [[nodiscard]] std::vector<Match> MatchesOf(Codes rows) const;
     [[nodiscard]] std::string_view CountryOf(const layout::Code& code) const;
 
     PlacesFile m_file;

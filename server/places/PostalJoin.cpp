@@ -12,6 +12,9 @@
 #include "places/TextTable.h"
 #include "support/Ascii.h"
 
+#include <unicode/uchar.h>
+#include <unicode/unistr.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -155,7 +158,7 @@ public:
     void AddNewer(const Columns& row)
     {
         if (const std::vector<Candidate> best = Best(row); !best.empty()) {
-            m_newerCountries.emplace(CountryOf(best.front()));
+            ++m_newerRows[std::string(CountryOf(best.front()))];
             Add(row, best);
         }
     }
@@ -165,8 +168,16 @@ public:
     void AddPacked(const Columns& row)
     {
         const std::vector<Candidate> best = Best(row);
-        if (!best.empty() && !m_newerCountries.contains(CountryOf(best.front())))
+        if (best.empty())
+            return;
+        const auto newer = m_newerRows.find(CountryOf(best.front()));
+        if (newer == m_newerRows.end()) {
             Add(row, best);
+            return;
+        }
+        ReplacedCodes& replaced = m_report.replacedCodes[NameOfCountry(newer->first)];
+        ++replaced.packed;
+        replaced.imported = newer->second;
     }
 
     /// Puts the codes into the file.
@@ -203,6 +214,13 @@ private:
     std::string_view CountryOf(const Candidate& candidate) const
     {
         return m_gazetteer.regions[m_gazetteer.places[candidate.place].region].Country();
+    }
+
+    std::string NameOfCountry(std::string_view code) const
+    {
+        return std::find_if(m_gazetteer.regions.begin(), m_gazetteer.regions.end(),
+                            [code](const GazetteerRegion& region) { return region.code == code; })
+            ->name;
     }
 
     /// The best places for the code of a row, best first; none if the row is skipped.
@@ -258,7 +276,7 @@ private:
     Grid m_grid;
     std::vector<std::string> m_folded; ///< names of the places
     std::vector<Entry> m_entries;
-    std::set<std::string, std::less<>> m_newerCountries; ///< of the operator's codes
+    std::map<std::string, std::size_t, std::less<>> m_newerRows; ///< of the operator, by country
 };
 
 } // namespace
@@ -266,9 +284,14 @@ private:
 std::string NormalPostalCode(std::string_view code)
 {
     std::string normal;
-    for (const char c : code) {
-        if (IsLetterOrDigit(c))
-            normal.push_back(ToUpper(c));
+    const icu::UnicodeString text =
+        icu::UnicodeString::fromUTF8({code.data(), static_cast<std::int32_t>(code.size())});
+    for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
+        const UChar32 c = text.char32At(i);
+        if (const std::int32_t digit = u_charDigitValue(c); digit >= 0)
+            normal.push_back(static_cast<char>('0' + digit));
+        else if (c < 0x80 && IsLetterOrDigit(static_cast<char>(c)))
+            normal.push_back(ToUpper(static_cast<char>(c)));
     }
     return normal;
 }

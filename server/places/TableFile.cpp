@@ -20,6 +20,7 @@ constexpr std::size_t kPart = std::size_t{64} << 10;
 constexpr std::size_t kLongestLine = std::size_t{256} << 10;
 constexpr std::uint64_t kMostBytes = std::uint64_t{2} << 30;
 constexpr std::size_t kMostTables = 100;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr const char* kDamaged = "damaged or cut off";
 
 } // namespace
@@ -89,6 +90,8 @@ const Columns* TableFile::NextRow()
         Split(line);
         return &m_row;
     }
+        if (m_row.m_line == 1 && line.starts_with(kByteOrderMark))
+            line.remove_prefix(kByteOrderMark.size());
     return nullptr;
 }
 

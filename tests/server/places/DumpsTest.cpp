@@ -188,11 +188,11 @@ TEST_F(DumpsTest, PostalCodes_ofOneCountry_replaceTheCodesOfThatCountryOnly)
         {PostalLine("CA", "M5V 3L9", "Toronto", "39.8\t-89.6"), PostalLine("CA", "M5V", "", "39.8\t-89.6")});
     for (const char* code : {"62701", "62701-1234", "00716", "m5v3l9", "M5V", "M5V 1A1"})
         EXPECT_EQ(places->ByZip(code).size(), 1U) << code;
-    (void)Import({PostalLine("US", "62702", "Springfield", "39.8\t-89.6")});
-    EXPECT_THAT(CitiesOfCode("62702"), ElementsAre("Springfield"));
+    (void)Import({PostalLine("US", "60601", "Springfield", "39.8\t-89.6")});
+    EXPECT_THAT(CitiesOfCode("60601"), ElementsAre("Springfield"));
     EXPECT_THAT(CitiesOfCode("62701"), IsEmpty());
     EXPECT_THAT(CitiesOfCode("00716"), ElementsAre("Ponce")) << "a territory, which has a table of its own";
-    (void)Import({PostalLine("US", "62702", "Springfield", "99\t-89.6")});
+    (void)Import({PostalLine("US", "60601", "Springfield", "99\t-89.6")});
     EXPECT_THAT(CitiesOfCode("62701"), ElementsAre("Springfield")) << "no usable row";
 }
 
@@ -224,6 +224,46 @@ TEST_F(DumpsTest, PostalCodes_ofAreas_answerTheCodesInThem)
     (void)Import({PostalLine("GB", "SW1A", "", "39.8\t-89.6")});
     EXPECT_THAT(CitiesOfCode("sw1a 1aa"), ElementsAre("London"));
     EXPECT_THAT(CitiesOfCode("sw1b 1aa"), IsEmpty());
+    tables.places = PlaceLine{.country = "DE"}.Text();
+    (void)Import({PostalLine("DE", "1012", "", "39.8\t-89.6") + PostalLine("DE", "D02", "", "39.8\t-89.6") +
+                  PostalLine("DE", "X1", "", "39.8\t-89.6")});
+    for (const char* code : {"1012AB", "1012 A", "D02 X285"})
+        EXPECT_THAT(CitiesOfCode(code), ElementsAre("Springfield")) << code;
+    EXPECT_THAT(CitiesOfCode("x1 ab"), IsEmpty()) << "areas have three letters or more";
+}
+
+TEST_F(DumpsTest, PostalCodes_withoutAnArea_listThePlacesOfTheirNeighbours)
+{
+    tables.places += PlaceLine{.id = "2", .name = "Decatur", .latitude = "41"}.Text() +
+                     PlaceLine{.id = "3", .name = "Peoria", .latitude = "45"}.Text();
+    tables.postal = PostalLine("US", "62701", "", "39.8\t-89.6") +
+                    PostalLine("US", "62702", "", "41\t-89.6") + PostalLine("US", "62703", "", "41\t-89.6") +
+                    PostalLine("US", "62790", "", "45\t-89.6");
+    (void)Import({PostalLine("US", "627", "", "45\t-89.6")});
+    EXPECT_THAT(CitiesOfCode("62704"), IsEmpty()) << "a code of another length";
+    tables.postal += PostalLine("US", "99999", "", "45\t-89.6");
+    (void)Import({PlaceLine{}.Text()});
+    EXPECT_THAT(CitiesOfCode("62704"), ElementsAre("Decatur", "Springfield")) << "that of most codes first";
+    EXPECT_THAT(CitiesOfCode("62704-1234"), ElementsAre("Decatur", "Springfield"));
+    EXPECT_THAT(CitiesOfCode("62788"), ElementsAre("Decatur", "Springfield", "Peoria")) << "of three digits";
+    EXPECT_THAT(CitiesOfCode("62888"), IsEmpty());
+    EXPECT_THAT(CitiesOfCode("٦٢٧٠١"), ElementsAre("Springfield")) << "digits of another script";
+}
+
+TEST_F(DumpsTest, PostalCodes_thatReplaceOthers_areReported)
+{
+    tables.postal =
+        PostalLine("US", "62701", "", "39.8\t-89.6") + PostalLine("US", "62702", "", "39.8\t-89.6");
+    const ImportReport report = Import({PostalLine("US", "62703", "", "39.8\t-89.6")});
+    EXPECT_THAT(report.replacedCodes, ElementsAre(Pair("United States", beacond::ReplacedCodes{2, 1})));
+    EXPECT_THAT(Import({PlaceLine{}.Text()}).replacedCodes, IsEmpty());
+}
+
+TEST_F(DumpsTest, ByteOrderMark_isSkipped)
+{
+    const ImportReport report = Import({"\xEF\xBB\xBF" + PlaceLine{.id = "9", .name = "First"}.Text()});
+    EXPECT_THAT(Cities("US", "first"), ElementsAre("First"));
+    EXPECT_THAT(SkippedRowsOf(report), IsEmpty());
 }
 
 TEST_F(DumpsTest, PackedFile_ofEachKind_isRead)

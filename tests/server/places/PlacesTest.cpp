@@ -198,7 +198,7 @@ TEST(Places, ByZip_spellings_areTheSameCode)
         EXPECT_EQ(first(code), "Near") << code;
     for (const char* code : {"M5V", "m5v 3l9", "M5V3L9"})
         EXPECT_EQ(first(code), "City") << code;
-    for (const char* code : {"", "6270", "62702", "627012", "m5x 3l9"})
+    for (const char* code : {"", "6270", "63702", "627012", "m5x 3l9"})
         EXPECT_EQ(first(code), "") << code;
 }
 
