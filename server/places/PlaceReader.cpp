@@ -155,6 +155,8 @@ const char* PlaceReader::Parse(const Columns& row, GazetteerPlace& place)
     place.id = *id;
     place.name = CommonSpelling(row[kName], country);
     place.aliases = std::string(row[kAsciiName]) + "," + std::string(row[kAliases]);
+    if (Fold(place.name) != Fold(row[kName]))
+        place.aliases.append(",").append(row[kName]);
     place.latitude = *latitude;
     place.longitude = *longitude;
     place.population = PopulationOf(row);

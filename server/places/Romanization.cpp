@@ -62,6 +62,19 @@ icu::UnicodeString WithoutScientificMarks(const icu::UnicodeString& decomposed, 
     return plain;
 }
 
+/// The name without the end that people do not write: further names after a comma, the Korean word for city,
+/// a soft sign.
+std::string_view WithoutEnd(std::string_view name, std::string_view country)
+{
+    constexpr std::string_view kKoreanCity = "-si";
+    std::string_view shorter = name.substr(0, name.find(','));
+    if ((country == "KP" || country == "KR") && shorter.ends_with(kKoreanCity))
+        shorter.remove_suffix(kKoreanCity.size());
+    if (IsOneOf(kCyrillic, country) && shorter.ends_with('\''))
+        shorter.remove_suffix(1);
+    return shorter.empty() ? name : shorter;
+}
+
 } // namespace
 
 std::string CommonSpelling(std::string_view name, std::string_view country)
@@ -76,7 +89,7 @@ std::string CommonSpelling(std::string_view name, std::string_view country)
         WithoutScientificMarks(decomposed, IsOneOf(kCyrillic, country)), status);
     std::string result;
     plain.toUTF8String(result);
-    return U_FAILURE(status) || result.empty() ? std::string(name) : result;
+    return std::string(WithoutEnd(U_FAILURE(status) || result.empty() ? name : result, country));
 }
 
 } // namespace beacond

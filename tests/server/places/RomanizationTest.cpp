@@ -19,7 +19,10 @@ TEST(Romanization, CommonSpelling_countryOfAnotherScript_hasNoScientificMarks)
         {"Thāne", "IN", "Thane"},         {"Al Khuşūş", "EG", "Al Khusus"}, {"‘Arīqah", "SY", "Ariqah"},
         {"Ma’anshan", "CN", "Ma'anshan"}, {"Kōriyama", "JP", "Koriyama"},   {"Béjaïa", "DZ", "Béjaïa"},
         {"Ürümqi", "CN", "Ürümqi"},       {"Curaçao", "MA", "Curaçao"},     {"Şanlıurfa", "TR", "Şanlıurfa"},
-        {"Rēzekne", "LV", "Rēzekne"},     {"Москва̄", "RU", "Москва̄"},       {"Ryazan’", "RU", "Ryazan"}};
+        {"Rēzekne", "LV", "Rēzekne"},     {"Москва̄", "RU", "Москва̄"},       {"Ryazan’", "RU", "Ryazan"},
+        {"Homyel'", "BY", "Homyel"},      {"L'Eau'", "FR", "L'Eau'"},       {"Goyang-si", "KR", "Goyang"},
+        {"Sariwŏn-si", "KP", "Sariwŏn"},  {"Bella-si", "IT", "Bella-si"},   {"-si", "KR", "-si"},
+        {"Rasna, Расна", "BY", "Rasna"},  {"A, B", "ES", "A, B"},           {", B", "CN", ", B"}};
     for (const Row& row : rows)
         EXPECT_EQ(beacond::CommonSpelling(row.name, row.country), row.expected) << row.name;
 }
