@@ -92,6 +92,10 @@ Gazetteer ReadGazetteer(const ImportSources& sources, const Dumps& dumps, Import
     dumps.ForEach(DumpKind::Divisions, addDivision);
     PlaceReader reader(gazetteer, report);
     TextTable(sources.places).ForEach([&reader](const Columns& row) { reader.Add(row); });
+    TextTable(sources.overlay).ForEach([&reader](const Columns& row) {
+        if (row[0] == kAddedPlace)
+            reader.Add(row.WithoutFirst());
+    });
     dumps.ForEach(DumpKind::Places, [&reader](const Columns& row) { reader.AddOrReplace(row); });
     AddAlternateNames(dumps, gazetteer, report);
     ApplyOverlay(TextTable(sources.overlay), gazetteer, report);

@@ -8,6 +8,7 @@
 #include "places/TextTable.h"
 #include "places/Tokens.h"
 #include "places/ZoneOffset.h"
+#include "support/Ascii.h"
 
 #include <algorithm>
 #include <string>
@@ -82,6 +83,19 @@ bool IsIn(const GazetteerPlace& place, std::string_view code)
            (place.firstDivision.size() == code.size() || place.firstDivision[code.size()] == '.');
 }
 
+/// Sets the zone of each place of a region. Returns whether there is one.
+bool SetZoneOfRegion(Gazetteer& gazetteer, std::string_view code, std::string_view zone)
+{
+    bool found = false;
+    for (GazetteerPlace& place : gazetteer.places) {
+        if (IsIn(place, code)) {
+            place.zone = zone;
+            found = true;
+        }
+    }
+    return found;
+}
+
 /// Adds a copy of each place that is `subject` or lies in it to a region whose country doesn't list it yet.
 /// Returns the number of copies.
 std::size_t ListAgain(Gazetteer& gazetteer, std::string_view subject, std::string_view regionId)
@@ -120,9 +134,16 @@ void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& 
     std::vector<Listing> listings;
     const PlacesById index = IndexOf(gazetteer);
     overlay.ForEach([&](const Columns& row) {
+        if (row[0] == kAddedPlace)
+            return;
         const std::string_view value = row.size() > 2 ? row[2] : std::string_view();
         if (row.size() > 1 && row[0] == "listed") {
             listings.push_back({std::string(row[1]), std::string(value)});
+            return;
+        }
+        if (row.size() > 1 && row[0] == "zone" && !row[1].empty() && !IsDigit(row[1].front())) {
+            if (!IsTimeZone(value) || !SetZoneOfRegion(gazetteer, row[1], value))
+                report.Skip("overlay: no such zone or region", row);
             return;
         }
         const auto id = row.size() > 1 ? NumberIn<std::uint32_t>(row[1]) : std::nullopt;

@@ -25,6 +25,13 @@ constexpr const char* kDamaged = "damaged or cut off";
 
 } // namespace
 
+Columns Columns::WithoutFirst() const
+{
+    Columns rest = *this;
+    rest.m_texts.erase(rest.m_texts.begin());
+    return rest;
+}
+
 std::string Columns::Position() const
 {
     return m_table + ", line " + std::to_string(m_line);
@@ -83,6 +90,8 @@ const Columns* TableFile::NextRow()
 {
     std::string_view line;
     while (NextLine(line)) {
+        if (m_row.m_line == 1 && line.starts_with(kByteOrderMark))
+            line.remove_prefix(kByteOrderMark.size());
         if (line.ends_with('\r'))
             line.remove_suffix(1);
         if (line.empty() || line.front() == '#')
@@ -90,8 +99,6 @@ const Columns* TableFile::NextRow()
         Split(line);
         return &m_row;
     }
-        if (m_row.m_line == 1 && line.starts_with(kByteOrderMark))
-            line.remove_prefix(kByteOrderMark.size());
     return nullptr;
 }
 

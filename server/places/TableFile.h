@@ -21,6 +21,9 @@ public:
     [[nodiscard]] std::size_t size() const { return m_texts.size(); }
     [[nodiscard]] std::string_view operator[](std::size_t column) const { return m_texts[column]; }
 
+    /// The columns after the first one.
+    [[nodiscard]] Columns WithoutFirst() const;
+
     /// The row's file and line, for the operator: "CA_full.txt, line 7".
     [[nodiscard]] std::string Position() const;
 

@@ -148,6 +148,33 @@ TEST(Importer, Import_overlayPopulation_decidesTheOrder)
                 testing::ElementsAre("US-G1", "US-G2"));
 }
 
+TEST(Importer, Import_overlayZoneOfARegion_isTheZoneOfItsPlaces)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{.places =
+                        PlaceLine{}.Text() + PlaceLine{.id = "2", .latitude = "31", .division = "TX"}.Text(),
+                    .overlay = "zone\tUS.TX\tAmerica/Denver\nzone\tUS.XX\tAmerica/Denver\nzone\tUS\tMars\n"}
+            .Import(folder);
+    const Places places(folder / "places.bin");
+    EXPECT_EQ(places.ByAtlasId("US-G1")->timeZone, "America/Chicago");
+    EXPECT_EQ(places.ByAtlasId("US-G2")->timeZone, "America/Denver");
+    EXPECT_EQ(SkippedRowsOf(report)["overlay: no such zone or region"], 2U);
+}
+
+TEST(Importer, Import_overlayPlace_isAdded)
+{
+    const TemporaryFolder folder;
+    const ImportReport report =
+        SmallTables{.places = PlaceLine{}.Text(),
+                    .overlay = "place\t" + PlaceLine{.id = "4000000001", .name = "Eucla"}.Text() +
+                               "spelling\t4000000001\tYircla\nplace\t7\tTorn\n"}
+            .Import(folder);
+    const Places places(folder / "places.bin");
+    EXPECT_THAT(Ids(places.Search("US-IL", "yirc", 9)), testing::ElementsAre("US-G4000000001"));
+    EXPECT_THAT(SkippedRowsOf(report), testing::ElementsAre(std::pair("place: not 19 columns", 1U)));
+}
+
 TEST(Importer, Import_overlaySpelling_countsMoreThanAnAlias)
 {
     const TemporaryFolder folder;
