@@ -79,6 +79,8 @@ Stacking::Stacking(std::function<void()> changed)
         m_orderProperty = Atom(connection, "_NET_CLIENT_LIST_STACKING");
         m_typeProperty = Atom(connection, "_NET_WM_WINDOW_TYPE");
         m_panelType = Atom(connection, "_NET_WM_WINDOW_TYPE_DOCK");
+        m_stateProperty = Atom(connection, "_NET_WM_STATE");
+        m_onTopState = Atom(connection, "_NET_WM_STATE_ABOVE");
         // Qt has already selected the PropertyNotify events of the root window.
         qGuiApp->installNativeEventFilter(this);
     }
@@ -106,10 +108,13 @@ bool Stacking::WasRaised(const QWidget& window, const QWidget& other) const
 {
     const auto id = static_cast<xcb_window_t>(window.winId());
     const std::vector<xcb_window_t> above = WindowsAbove(m_windows, id);
-    const auto isPanel = [this](xcb_window_t panel) {
-        return Contains(ReadProperty(Connection(), panel, m_typeProperty, XCB_ATOM_ATOM), m_panelType);
+    const auto staysOnTop = [this](xcb_window_t upper) {
+        const auto has = [upper](xcb_atom_t property, xcb_atom_t value) {
+            return Contains(ReadProperty(Connection(), upper, property, XCB_ATOM_ATOM), value);
+        };
+        return has(m_typeProperty, m_panelType) || has(m_stateProperty, m_onTopState);
     };
-    if (std::all_of(above.begin(), above.end(), isPanel)) {
+    if (std::all_of(above.begin(), above.end(), staysOnTop)) {
         return true;
     }
     const std::vector<xcb_window_t> aboveBefore = WindowsAbove(m_windowsBefore, id);

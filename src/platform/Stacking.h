@@ -29,7 +29,8 @@ public:
     /// or if the order is not known.
     [[nodiscard]] bool IsBelow(const QWidget& window, const QWidget& other) const;
     /// Whether @p window has come over @p other because it was raised, and not because @p other was lowered:
-    /// it is now above another window that was above it, or above all windows but panels.
+    /// it is now above all windows but panels and windows kept on top, or above another window that was above
+    /// it.
     [[nodiscard]] bool WasRaised(const QWidget& window, const QWidget& other) const;
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
@@ -40,6 +41,8 @@ private:
     std::uint32_t m_orderProperty = 0;
     std::uint32_t m_typeProperty = 0;
     std::uint32_t m_panelType = 0;
+    std::uint32_t m_stateProperty = 0;
+    std::uint32_t m_onTopState = 0;
     /// From bottom to top.
     std::vector<std::uint32_t> m_windows;
     std::vector<std::uint32_t> m_windowsBefore;

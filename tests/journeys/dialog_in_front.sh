@@ -2,8 +2,8 @@
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The main window raised over an open dialog without being activated, as some window managers and panels do: the dialog comes
-# back in front of it within a second. The keyboard stays with the program that has it. A dialog that the user lowers stays where
-# it is.
+# back in front of it within a second, also below a window that is kept on top. The keyboard stays with the program that has it.
+# A dialog that the user lowers stays where it is.
 . "$(dirname "$0")/desktop.bash"
 export DBUS_SESSION_BUS_ADDRESS=disabled:
 start_desktop
@@ -41,6 +41,19 @@ raise_main_window() {
     kill -CONT "$program"
 }
 
+# comes_back_below_window_on_top NAME: the same while a window of another program is kept on top.
+comes_back_below_window_on_top() {
+    open_other
+    wmctrl -i -r "$other" -b add,above
+    wmctrl -i -a "$dialog"
+    wait_until "$1 isn't active" is_active "$1"
+    raise_main_window
+    is_over "$other" "$window" || fail "the other program isn't on top"
+    comes_back "$1"
+    is_active "$1" || fail "$1 lost the keyboard"
+    close_other
+}
+
 # stays_below NAME: the dialog, lowered by the user, doesn't cover the window of another program, which is active.
 stays_below() {
     wmctrl -i -a "$dialog"
@@ -67,6 +80,7 @@ keeps_in_front() {
     raise_main_window
     comes_back "$1"
     is_active "$1" || fail "$1 lost the keyboard"
+    comes_back_below_window_on_top "$1"
 
     open_other
     raise_main_window
