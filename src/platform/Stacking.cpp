@@ -70,6 +70,12 @@ bool Contains(const std::vector<std::uint32_t>& values, std::uint32_t value)
     return std::find(values.begin(), values.end(), value) != values.end();
 }
 
+// Whether both windows are in the order, and @p upper is above @p lower.
+bool IsAbove(const std::vector<xcb_window_t>& order, xcb_window_t upper, xcb_window_t lower)
+{
+    return Contains(WindowsAbove(order, lower), upper);
+}
+
 } // namespace
 
 Stacking::Stacking(std::function<void()> changed)
@@ -100,8 +106,8 @@ void Stacking::Read()
 bool Stacking::IsBelow(const QWidget& window, const QWidget& other) const
 {
     return window.isVisible() && other.isVisible() &&
-           Contains(WindowsAbove(m_windows, static_cast<xcb_window_t>(window.winId())),
-                    static_cast<xcb_window_t>(other.winId()));
+           IsAbove(m_windows, static_cast<xcb_window_t>(other.winId()),
+                   static_cast<xcb_window_t>(window.winId()));
 }
 
 bool Stacking::WasRaised(const QWidget& window, const QWidget& other) const
@@ -117,9 +123,12 @@ bool Stacking::WasRaised(const QWidget& window, const QWidget& other) const
     if (std::all_of(above.begin(), above.end(), staysOnTop)) {
         return true;
     }
-    const std::vector<xcb_window_t> aboveBefore = WindowsAbove(m_windowsBefore, id);
-    return std::any_of(aboveBefore.begin(), aboveBefore.end(), [&](xcb_window_t passed) {
-        return passed != other.winId() && Contains(m_windows, passed) && !Contains(above, passed);
+    const auto wentBelow = [this](xcb_window_t passed, const QWidget& reference) {
+        const auto referenceId = static_cast<xcb_window_t>(reference.winId());
+        return IsAbove(m_windowsBefore, passed, referenceId) && IsAbove(m_windows, referenceId, passed);
+    };
+    return std::any_of(m_windowsBefore.begin(), m_windowsBefore.end(), [&](xcb_window_t passed) {
+        return passed != other.winId() && wentBelow(passed, window) && !wentBelow(passed, other);
     });
 }
 

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] bool IsBelow(const QWidget& window, const QWidget& other) const;
     /// Whether @p window has come over @p other because it was raised, and not because @p other was lowered:
     /// it is now above all windows but panels and windows kept on top, or above another window that was above
-    /// it.
+    /// it. A window that went below @p other as well was lowered and does not count.
     [[nodiscard]] bool WasRaised(const QWidget& window, const QWidget& other) const;
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;

@@ -13,10 +13,14 @@ start_program
 position_of() { xprop -root _NET_CLIENT_LIST_STACKING | tr -d ',' | tr ' ' '\n' | grep -nx "$(printf '0x%x' "$1")" | cut -d: -f1; }
 # is_over UPPER LOWER: the first window is above the second one.
 is_over() { [ "$(position_of "$1")" -gt "$(position_of "$2")" ]; }
-open_other() {
-    start sh -c 'exec xev -name Other -geometry 300x200+20+20 >"$0"' "$folder/keys"
+# open_window NAME GEOMETRY: a window of another program; its process is $xev, its window $other.
+open_window() {
+    start sh -c 'exec xev -name "$1" -geometry "$2" >"$0"' "$folder/keys_of_$1" "$1" "$2"
     xev=$last
-    other=$(timeout 20 xdotool search --sync --onlyvisible --name '^Other$' | head -n 1)
+    other=$(timeout 20 xdotool search --sync --onlyvisible --name "^$1\$" | head -n 1)
+}
+open_other() {
+    open_window Other 300x200+20+20
     wmctrl -i -a "$other"
     wait_until "the other program isn't active" is_active Other
 }
@@ -55,9 +59,12 @@ comes_back_below_window_on_top() {
 }
 
 # stays_below NAME: the dialog, lowered by the user, doesn't cover the window of another program, which is active.
+# Nor does it when the user lowers a third window.
 stays_below() {
     wmctrl -i -a "$dialog"
     wait_until "$1 isn't active" is_active "$1"
+    open_window Third 150x80+820+620
+    local third=$other third_xev=$xev
     open_other
     # The middle button on a title lowers the window. Without the program, which could raise it at once.
     kill -STOP "$program"
@@ -68,7 +75,14 @@ stays_below() {
     sleep 0.5
     is_over "$other" "$dialog" || fail "$1 covers the other program after it was lowered"
     is_active Other || fail "$1 took the keyboard"
+    is_over "$third" "$window" || fail "the third window isn't over the main window"
+    xdotool mousemove --window "$third" 40 -10 click 2
+    wait_until "the third window isn't lowered" is_over "$dialog" "$third"
+    sleep 0.5
+    is_over "$other" "$dialog" || fail "$1 covers the other program after a third window was lowered"
     close_other
+    kill "$third_xev"
+    wait_until "the third window stays" not is_on_screen '^Third$'
     raise_main_window
     comes_back "$1"
 }
@@ -87,7 +101,7 @@ keeps_in_front() {
     comes_back "$1"
     is_active Other || fail "$1 took the keyboard"
     xdotool key a
-    wait_until "a key didn't reach the other program" grep -q 'keysym 0x61, a' "$folder/keys"
+    wait_until "a key didn't reach the other program" grep -q 'keysym 0x61, a' "$folder/keys_of_Other"
 
     # If the user sets the main window to stay on top, the dialog is raised a few times only, and does not cover the other program.
     wmctrl -i -r "$window" -b add,above
