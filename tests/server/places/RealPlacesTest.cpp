@@ -86,7 +86,7 @@ TEST_F(RealPlaces, Search_namesAsPeopleTypeThem_findThePlaceFirst)
         {"HT", "port au", "Port-au-Prince"},
         {"HT", "portaup", "Port-au-Prince"},
         {"IN", "bom", "Mumbai"},
-        {"FR", "st nazaire", "Saint-Nazaire"},
+        {"FR", "st nazaire", "Saint-Nazaire (Pays de la Loire)"},
         {"MX", "cd juarez", "Ciudad Juárez"},
         {"PH", "quezon", "Quezon City"},
         {"DE", "halle", "Halle (Saale)"},
