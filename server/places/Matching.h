@@ -15,7 +15,7 @@ class PlacesFile;
 
 struct FoundPlace
 {
-    std::uint32_t place; ///< its number in the file
+    std::uint32_t place;  ///< its number in the file
     std::uint64_t weight; ///< by match and population, the best has the largest
 };
 

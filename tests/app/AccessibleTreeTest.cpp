@@ -89,8 +89,10 @@ TEST_F(AccessibleTree, dialogPages_areAsInTheirFiles)
 
 TEST_F(AccessibleTree, dialogPagesWithMoreLiveControls_areAsInTheirFiles)
 {
-    WriteSettings(SettingsWith(
-        {{"method", "User Defined"}, {"angle1", "-19.5"}, {"mobileEnabled", "true"}, {"mobileConfirm", "1"}}));
+    WriteSettings(SettingsWith({{"method", "User Defined"},
+                                {"angle1", "-19.5"},
+                                {"mobileEnabled", "true"},
+                                {"mobileConfirm", "1"}}));
     Form& dialog = OpenAlerts();
     ExpectTree(dialog, "FrmAlerts_general_angles");
     Click(dialog, "LblFajr");
