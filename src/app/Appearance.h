@@ -29,7 +29,7 @@ public:
                             const QWidget* widget) const override;
     /// The texts of check boxes and options begin at the same distance.
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
-    /// The buttons of message boxes have no icons, whatever the desktop's setting is.
+    /// Removes the icons from the buttons of message boxes, also on a desktop that asks for icons.
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
 
