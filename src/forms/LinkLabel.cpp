@@ -72,8 +72,6 @@ LinkLabel::LinkLabel(QWidget* parent)
     setTextFormat(Qt::PlainText);
     setMouseTracking(true);
     setFocusPolicy(Qt::TabFocus);
-    // Room for the line of the focus, which would cross the first letter.
-    setContentsMargins(2, 0, 0, 0);
     ApplyColour();
 }
 

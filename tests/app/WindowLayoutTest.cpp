@@ -77,8 +77,7 @@ std::optional<double> Baseline(const QWidget& control)
 /// The columns, in the parent, in which a control and its text begin.
 std::vector<int> Columns(const QWidget& control)
 {
-    const bool isLabel = qobject_cast<const QLabel*>(&control) != nullptr;
-    std::vector<int> columns{control.x() + (isLabel ? control.contentsRect().left() : 0)};
+    std::vector<int> columns{control.x()};
     if (qobject_cast<const QGroupBox*>(control.parentWidget()) != nullptr) {
         columns.push_back(kCaptionLeft);
     }
