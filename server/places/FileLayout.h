@@ -18,7 +18,7 @@ static_assert(std::endian::native == std::endian::little,
               "a places file is not moved to a machine of another byte order");
 
 inline constexpr std::array<char, 8> kMagic = {'D', 'B', 'P', 'L', 'A', 'C', 'E', 'S'};
-inline constexpr std::uint32_t kVersion = 1;
+inline constexpr std::uint32_t kVersion = 2;
 
 enum class SectionKind { Scopes, Regions, Places, Names, Ids, Shipped, Zones, Codes, Texts };
 inline constexpr std::size_t kSections = 9;
@@ -89,14 +89,19 @@ struct Place
     std::uint16_t reserved;
 };
 
-/// In order of rank. A spelling is a further name that people use like the shown one: "München" of Munich.
-enum class NameKind : std::uint8_t { Primary, SpellingOrWord, Alias, AliasWord };
+/// In order of rank. A spelling is a further name that people use like the shown one: "München" of Munich. A
+/// word is the rest of a shown name or a spelling from a later word on, or its short or full form.
+enum class NameKind : std::uint8_t { Primary, Spelling, Word, Alias, AliasWord };
+inline constexpr std::uint32_t kNameKinds = 8; ///< as many as three bits can tell apart
 
 /// A folded name, or its rest from a later word on. Sorted within a region by the bytes of the text.
 struct Name
 {
     Text text;
-    std::uint32_t placeAndKind; ///< the place's number times 4, plus the kind
+    std::uint32_t placeAndKind; ///< the place's number times kNameKinds, plus the kind
+
+    [[nodiscard]] std::uint32_t Place() const { return placeAndKind / kNameKinds; }
+    [[nodiscard]] NameKind Kind() const { return static_cast<NameKind>(placeAndKind % kNameKinds); }
 };
 
 /// Sorted by id. A place that is listed twice is here with its first row.

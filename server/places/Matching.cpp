@@ -7,6 +7,7 @@
 #include "places/TypingError.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <span>
 #include <string>
@@ -18,8 +19,10 @@ namespace {
 
 // Latin texts of two or three letters are often airport codes or abbreviations.
 constexpr std::size_t kLettersOfAnAlias = 4;
-// The whole name of a village counts at least as a city, so that the first rows include it.
-constexpr std::uint64_t kLeastPeopleOfAWholeName = 50'000;
+constexpr std::size_t kLettersOfAShortText = 2;
+constexpr std::size_t kLettersOfALongText = 4;
+// The whole name of a village counts at least as a city of 50,000, so that the first rows include it.
+constexpr std::uint64_t kLeastWeightOfAWholeName = 50'000'000;
 // For shorter texts nearly every name is within one typing error.
 constexpr std::size_t kLettersOfATypingError = 4;
 // The same is true of aliases, of which a place has many.
@@ -27,27 +30,24 @@ constexpr std::size_t kLettersOfATypingErrorInAnAlias = 6;
 constexpr std::uint8_t kNotFound = 0xFF;
 
 /// How well a name matches, best first.
-enum Rank : std::uint8_t { kWhole, kPrimary, kSpellingOrWord, kAlias, kAliasWord };
+enum Rank : std::uint8_t { kWhole, kPrimary, kSpelling, kWord, kAlias, kAliasWord };
 
-/// A whole name counts ten times its beginning: a large city still comes before a village whose name is the
-/// city's first word ("Kansas"). A spelling or a later word counts a tenth of the shown name, and an alias a
-/// hundredth: most aliases are the names of other languages. The order of large cities depends little on the
-/// exact factors.
-std::uint64_t WeightOf(std::uint8_t rank, std::uint64_t population)
+/// The factors of the population, by the rank. A whole name counts ten times its beginning: a large city
+/// still comes before a village whose name is the city's first word ("Kansas"). A spelling or a later word
+/// counts a tenth of the shown name, from four letters on three tenths: "den h" of Den Haag. An alias counts
+/// a hundredth: most aliases are the names of other languages. One or two Latin letters seldom are a whole
+/// name or begin a later word, so that these count ten times less. The order of large cities depends little
+/// on the exact factors.
+using Weights = std::array<std::uint64_t, 6>;
+constexpr Weights kWeightsOfAShortText = {1000, 1000, 100, 10, 10, 1};
+constexpr Weights kWeights = {10'000, 1000, 100, 100, 10, 1};
+constexpr Weights kWeightsOfALongText = {10'000, 1000, 300, 300, 10, 1};
+
+const Weights& WeightsOf(std::size_t letters, bool isAscii)
 {
-    const std::uint64_t people = population + 1;
-    switch (rank) {
-    case kWhole:
-        return std::max(people * 10, kLeastPeopleOfAWholeName) * 1000;
-    case kPrimary:
-        return people * 1000;
-    case kSpellingOrWord:
-        return people * 100;
-    case kAlias:
-        return people * 10;
-    default:
-        return people;
-    }
+    if (letters >= kLettersOfALongText)
+        return kWeightsOfALongText;
+    return letters <= kLettersOfAShortText && isAscii ? kWeightsOfAShortText : kWeights;
 }
 
 bool IsAscii(std::string_view text)
@@ -67,6 +67,7 @@ public:
         , m_folded(folded)
         , m_letters(CountLetters(folded))
         , m_isName(m_letters >= kLettersOfAnAlias || !IsAscii(folded))
+        , m_weights(WeightsOf(m_letters, IsAscii(folded)))
     {
     }
 
@@ -103,11 +104,13 @@ private:
     {
         // If the names in the file are not sorted, a name without the prefix also gets here.
         const bool isExact = m_folded == m_file.TextAt(name.text);
-        switch (static_cast<layout::NameKind>(name.placeAndKind % 4)) {
+        switch (name.Kind()) {
         case layout::NameKind::Primary:
             return isExact ? kWhole : kPrimary;
-        case layout::NameKind::SpellingOrWord:
-            return isExact && m_isName ? kPrimary : kSpellingOrWord;
+        case layout::NameKind::Spelling:
+            return isExact && m_isName ? kPrimary : kSpelling;
+        case layout::NameKind::Word:
+            return isExact && m_isName ? kPrimary : kWord;
         case layout::NameKind::Alias:
             return isExact && m_isName ? kPrimary : kAlias;
         case layout::NameKind::AliasWord:
@@ -128,7 +131,7 @@ private:
 
     void Take(const layout::Region& region, const layout::Name& name, std::uint8_t rank)
     {
-        const std::uint32_t place = name.placeAndKind / 4 - region.firstPlace;
+        const std::uint32_t place = name.Place() - region.firstPlace;
         if (m_best[place] == kNotFound)
             m_taken.push_back(place);
         m_best[place] = std::min(m_best[place], rank);
@@ -136,8 +139,7 @@ private:
 
     bool MayBeMistyped(const layout::Name& name) const
     {
-        const auto kind = static_cast<layout::NameKind>(name.placeAndKind % 4);
-        return kind <= layout::NameKind::SpellingOrWord || m_letters >= kLettersOfATypingErrorInAnAlias;
+        return name.Kind() <= layout::NameKind::Word || m_letters >= kLettersOfATypingErrorInAnAlias;
     }
 
     /// A lookup needs the first letter. The common errors in the first letter are tried one by one; all other
@@ -148,7 +150,7 @@ private:
         const Names names = NamesOf(region);
         const std::string_view first = m_folded.substr(0, LetterLength(m_folded));
         for (const layout::Name& name : BeginningWith(names, first)) {
-            if (MayBeMistyped(name) && BeginsWithOneError(m_file.TextAt(name.text), m_folded))
+            if (BeginsWithOneError(m_file.TextAt(name.text), m_folded) && MayBeMistyped(name))
                 Take(region, name, kAlias);
         }
         for (const std::string& other : VariantsOfFirstLetter(m_folded)) {
@@ -164,7 +166,10 @@ private:
     {
         for (const std::uint32_t taken : m_taken) {
             const std::uint32_t place = region.firstPlace + taken;
-            m_found.push_back({place, WeightOf(m_best[taken], m_file.Places()[place].population)});
+            const std::uint64_t weight =
+                m_weights.at(m_best[taken]) * (m_file.Places()[place].population + std::uint64_t{1});
+            const bool isWhole = m_best[taken] == kWhole;
+            m_found.push_back({place, isWhole ? std::max(weight, kLeastWeightOfAWholeName) : weight});
         }
         m_taken.clear();
     }
@@ -173,7 +178,8 @@ private:
     std::span<const layout::Region> m_regions;
     std::string_view m_folded;
     std::size_t m_letters;
-    bool m_isName;                      ///< an alias that equals the text is a name of the place, not a code
+    bool m_isName; ///< an alias that equals the text is a name of the place, not a code
+    const Weights& m_weights;
     std::vector<std::uint8_t> m_best;   ///< best rank of each place of the current region
     std::vector<std::uint32_t> m_taken; ///< the places found in the current region
     std::vector<FoundPlace> m_found;

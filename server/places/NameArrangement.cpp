@@ -84,23 +84,27 @@ public:
     {
         m_seen.clear();
         const FoldedName primary = FoldName(place.name);
-        std::vector<FoldedName> spellings = OtherForms(primary);
-        for (const FoldedName& spelling : Folded(place.spellings)) {
-            spellings.push_back(spelling);
-            for (FoldedName& other : OtherForms(spelling))
-                spellings.push_back(std::move(other));
-        }
+        const std::vector<FoldedName> spellings = Folded(place.spellings);
         const std::vector<FoldedName> aliases = Folded(place.aliases);
+        std::vector<FoldedName> forms = OtherForms(primary);
+        for (const FoldedName& spelling : spellings) {
+            for (FoldedName& other : OtherForms(spelling))
+                forms.push_back(std::move(other));
+        }
         // In order of rank: only the first of two equal texts is kept.
         AddWhole(primary, number, layout::NameKind::Primary);
         AddWhole(FoldName(BeforeBracket(place.name)), number, layout::NameKind::Primary);
         for (const FoldedName& spelling : spellings)
-            AddWhole(spelling, number, layout::NameKind::SpellingOrWord);
+            AddWhole(spelling, number, layout::NameKind::Spelling);
+        for (const FoldedName& form : forms)
+            AddWhole(form, number, layout::NameKind::Word);
+        AddWords(primary, number, layout::NameKind::Word);
+        for (const FoldedName& spelling : spellings)
+            AddWords(spelling, number, layout::NameKind::Word);
+        for (const FoldedName& form : forms)
+            AddWords(form, number, layout::NameKind::Word);
         for (const FoldedName& alias : aliases)
             AddWhole(alias, number, layout::NameKind::Alias);
-        AddWords(primary, number, layout::NameKind::SpellingOrWord);
-        for (const FoldedName& spelling : spellings)
-            AddWords(spelling, number, layout::NameKind::SpellingOrWord);
         for (const FoldedName& alias : aliases)
             AddWords(alias, number, layout::NameKind::AliasWord);
     }
@@ -147,7 +151,7 @@ private:
 
     void Push(const std::string& text, std::uint32_t place, layout::NameKind kind)
     {
-        m_rows.push_back({text, place * 4 + static_cast<std::uint32_t>(kind)});
+        m_rows.push_back({text, place * layout::kNameKinds + static_cast<std::uint32_t>(kind)});
     }
 
     std::vector<NameRow> m_rows;

@@ -161,8 +161,7 @@ void PlacesFile::CheckIndexes() const
                    IsWithin(region.firstName, region.nameCount, m_names.size()),
                "a region's places lie outside the file");
         for (const layout::Name& name : m_names.subspan(region.firstName, region.nameCount))
-            Demand(name.placeAndKind / 4 - region.firstPlace < region.placeCount,
-                   "a name of another region's place");
+            Demand(name.Place() - region.firstPlace < region.placeCount, "a name of another region's place");
     }
     constexpr auto kRightAngle = static_cast<std::int32_t>(90 * layout::kUnitsPerDegree);
     const auto isWithin = [](std::int32_t units, std::int32_t most) {

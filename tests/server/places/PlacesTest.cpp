@@ -68,6 +68,24 @@ TEST(Places, Search_wholeName_countsTenTimesItsBeginning)
     EXPECT_THAT(Cities(*places, "US", "paris"), testing::ElementsAre("Paris", "Parisville"));
 }
 
+TEST(Places, Search_twoLetters_countAWholeNameAndALaterWordLess)
+{
+    const auto places = Open({}, {{.name = "Oi", .population = "60000"},
+                                  {.name = "Oita", .population = "400000"},
+                                  {.name = "Oijen", .population = "10"},
+                                  {.name = "Great Oitown", .population = "9000000"}});
+    EXPECT_THAT(Cities(*places, "US", "oi"), testing::ElementsAre("Oita", "Great Oitown", "Oi", "Oijen"));
+    EXPECT_THAT(Cities(*places, "US", "oit"), testing::ElementsAre("Great Oitown", "Oita"));
+}
+
+TEST(Places, Search_fourLetters_countALaterWordMore)
+{
+    const auto places = Open(
+        {}, {{.name = "Yorkville", .population = "40000"}, {.name = "New Yorktown", .population = "200000"}});
+    EXPECT_THAT(Cities(*places, "US", "yor"), testing::ElementsAre("Yorkville", "New Yorktown"));
+    EXPECT_THAT(Cities(*places, "US", "york"), testing::ElementsAre("New Yorktown", "Yorkville"));
+}
+
 TEST(Places, Search_nameBeforeABracket_isAWholeName)
 {
     const auto places = Open({}, {{.name = "Halle (Saale)", .population = "2000"},
