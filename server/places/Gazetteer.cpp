@@ -3,6 +3,7 @@
 #include "places/Gazetteer.h"
 
 #include "places/AlternateNames.h"
+#include "places/Doubles.h"
 #include "places/Dumps.h"
 #include "places/ImportReport.h"
 #include "places/Importer.h"
@@ -100,6 +101,7 @@ Gazetteer ReadGazetteer(const ImportSources& sources, const Dumps& dumps, Import
     AddAlternateNames(dumps, gazetteer, report);
     ApplyOverlay(TextTable(sources.overlay), gazetteer, report);
     ApplyShipped(TextTable(sources.shipped), gazetteer, report);
+    HideDoubles(gazetteer);
     return gazetteer;
 }
 

@@ -46,6 +46,7 @@ protected:
                            [&](const beacond::Match& match) { return match.atlasId == atlasId; });
     }
 
+public:
     static inline beacond::ImportReport s_report;
     static inline std::shared_ptr<const beacond::Places> s_places;
 };
