@@ -65,6 +65,15 @@ bool IsAccent(UChar32 c)
     return u_getCombiningClass(c) != 0;
 }
 
+/// The hiragana of a katakana letter, other letters unchanged: people type either.
+UChar32 HiraganaOf(UChar32 c)
+{
+    constexpr UChar32 kFirstKatakana = 0x30A1;
+    constexpr UChar32 kLastKatakana = 0x30F6;
+    constexpr UChar32 kDistance = 0x60;
+    return c >= kFirstKatakana && c <= kLastKatakana ? c - kDistance : c;
+}
+
 void AppendFolded(UChar32 c, std::string& text)
 {
     const auto letter = std::lower_bound(kLetters.begin(), kLetters.end(), c,
@@ -75,7 +84,7 @@ void AppendFolded(UChar32 c, std::string& text)
     }
     std::array<std::uint8_t, U8_MAX_LENGTH> bytes{};
     std::size_t length = 0;
-    U8_APPEND_UNSAFE(bytes.data(), length, c);
+    U8_APPEND_UNSAFE(bytes.data(), length, HiraganaOf(c));
     std::for_each_n(bytes.begin(), length, [&text](std::uint8_t b) { text.push_back(static_cast<char>(b)); });
 }
 

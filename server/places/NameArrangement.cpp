@@ -70,6 +70,21 @@ std::string_view BeforeBracket(std::string_view name)
     return inBrackets.empty() || isPart ? std::string_view() : name.substr(0, bracket);
 }
 
+constexpr std::array<std::string_view, 5> kGermanCountries = {"AT", "CH", "DE", "LI", "LU"};
+
+/// "Muenchen" of "München", as people write it who have no such key; empty without one of these letters.
+std::string WithoutUmlauts(std::string_view name)
+{
+    static constexpr std::pair<std::string_view, std::string_view> kLetters[] = {
+        {"ä", "ae"}, {"ö", "oe"}, {"ü", "ue"}, {"Ä", "Ae"}, {"Ö", "Oe"}, {"Ü", "Ue"}};
+    std::string plain(name);
+    for (const auto& [letter, pair] : kLetters) {
+        for (std::size_t at = plain.find(letter); at != std::string::npos; at = plain.find(letter, at))
+            plain.replace(at, letter.size(), pair);
+    }
+    return plain == name ? std::string() : plain;
+}
+
 struct NameRow
 {
     std::string text;
@@ -83,8 +98,15 @@ public:
     void Add(const GazetteerPlace& place, std::uint32_t number)
     {
         m_seen.clear();
+        const bool isGerman = std::find(kGermanCountries.begin(), kGermanCountries.end(),
+                                        place.firstDivision.substr(0, 2)) != kGermanCountries.end();
         const FoldedName primary = FoldName(place.name);
-        const std::vector<FoldedName> spellings = Folded(place.spellings);
+        const FoldedName plain = FoldName(isGerman ? WithoutUmlauts(place.name) : std::string());
+        std::vector<FoldedName> spellings = Folded(place.spellings);
+        if (isGerman) {
+            for (FoldedName& spelling : Folded(WithoutUmlauts(place.spellings)))
+                spellings.push_back(std::move(spelling));
+        }
         const std::vector<FoldedName> aliases = Folded(place.aliases);
         std::vector<FoldedName> forms = OtherForms(primary);
         for (const FoldedName& spelling : spellings) {
@@ -93,12 +115,14 @@ public:
         }
         // In order of rank: only the first of two equal texts is kept.
         AddWhole(primary, number, layout::NameKind::Primary);
+        AddWhole(plain, number, layout::NameKind::Primary);
         AddWhole(FoldName(BeforeBracket(place.name)), number, layout::NameKind::Primary);
         for (const FoldedName& spelling : spellings)
             AddWhole(spelling, number, layout::NameKind::Spelling);
         for (const FoldedName& form : forms)
             AddWhole(form, number, layout::NameKind::Word);
         AddWords(primary, number, layout::NameKind::Word);
+        AddWords(plain, number, layout::NameKind::Word);
         for (const FoldedName& spelling : spellings)
             AddWords(spelling, number, layout::NameKind::Word);
         for (const FoldedName& form : forms)

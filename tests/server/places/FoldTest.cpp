@@ -26,6 +26,7 @@ TEST(Fold, Fold_spellingsOfOneName_areEqual)
         {"МОСКВА", "москва"},
         {"Ёлкино", "елкино"},
         {"ＴＯＫＹＯ", "tokyo"},
+        {"トウキョウ", "とうきょう"},
         {"Năm Căn", "nam can"},
         {"Ġwadalupe", "gwadalupe"},
     };

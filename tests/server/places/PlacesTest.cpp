@@ -119,6 +119,22 @@ TEST(Places, Search_words_matchFromEachWordOn)
     EXPECT_THAT(Cities(*places, "US", "mpur"), testing::IsEmpty());
 }
 
+TEST(Places, Search_umlautsAsTwoLetters_findGermanNamesOnly)
+{
+    const auto places = Open({}, {{.name = "Bülach", .country = "DE", .division = ""},
+                                  {.name = "Bad Dürkheim", .country = "DE", .division = ""},
+                                  {.name = "Ölberg", .country = "DE", .division = ""},
+                                  {.name = "Büyük"}});
+    const std::pair<const char*, const char*> rows[] = {{"buelach", "Bülach"},
+                                                        {"bue", "Bülach"},
+                                                        {"bulach", "Bülach"},
+                                                        {"duerk", "Bad Dürkheim"},
+                                                        {"oelb", "Ölberg"}};
+    for (const auto& [letters, city] : rows)
+        EXPECT_THAT(Cities(*places, "DE", letters), testing::ElementsAre(city)) << letters;
+    EXPECT_THAT(Cities(*places, "US", "bue"), testing::IsEmpty());
+}
+
 TEST(Places, Search_abbreviatedWord_findsTheFullOneAndTheReverse)
 {
     const auto places = Open({}, {{.name = "Saint-Denis"},

@@ -113,6 +113,11 @@ TEST_F(RealPlaces, Search_namesAsPeopleTypeThem_findThePlaceFirst)
         {"TR", "umran", "Umraniye (Istanbul)"},
         {"TW", "taoy", "Taoyuan"},
         {"DE", "halle", "Halle (Saale)"},
+        {"JP", "とうきょう", "Tokyo"},
+        {"JP", "トウキョウ", "Tokyo"},
+        {"CH", "buelach", "Bülach"},
+        {"DE", "muenchen", "Munich"},
+        {"DE", "muen", "Munich"},
         {"NL", "den h", "The Hague"},
         {"US", "saint lo", "St. Louis"},
         // Territories under their country too.
