@@ -33,6 +33,7 @@ struct GazetteerPlace
     std::uint32_t id = 0;
     std::string name;
     std::string aliases;        ///< separated by commas
+    std::string formerNames;    ///< separated by commas
     std::string spellings;      ///< further names that people use like `name`, separated by commas
     std::int32_t latitude = 0;  ///< in layout::kUnitsPerDegree
     std::int32_t longitude = 0; ///< in layout::kUnitsPerDegree

@@ -108,6 +108,7 @@ public:
                 spellings.push_back(std::move(spelling));
         }
         const std::vector<FoldedName> aliases = Folded(place.aliases);
+        const std::vector<FoldedName> formerNames = Folded(place.formerNames);
         std::vector<FoldedName> forms = OtherForms(primary);
         for (const FoldedName& spelling : spellings) {
             for (FoldedName& other : OtherForms(spelling))
@@ -131,6 +132,10 @@ public:
             AddWhole(alias, number, layout::NameKind::Alias);
         for (const FoldedName& alias : aliases)
             AddWords(alias, number, layout::NameKind::AliasWord);
+        for (const FoldedName& former : formerNames) {
+            AddWhole(former, number, layout::NameKind::AliasWord);
+            AddWords(former, number, layout::NameKind::AliasWord);
+        }
     }
 
     /// Puts the names into the file, in the order of the search. Their texts are in that order too, so that a

@@ -169,6 +169,21 @@ TEST_F(DumpsTest, AlternateNames_ofALanguage_findThePlace)
               (folder / "dump0, line 5").string());
 }
 
+TEST_F(DumpsTest, AlternateNames_preferredAndHistoric_countMoreAndLess)
+{
+    tables.places = PlaceLine{.name = "Eins", .latitude = "50.0", .country = "DE"}.Text() +
+                    PlaceLine{.id = "2", .name = "Zwei", .latitude = "51.0", .country = "DE"}.Text() +
+                    PlaceLine{.id = "3", .name = "Drei", .latitude = "52.0", .country = "DE"}.Text() +
+                    PlaceLine{.id = "4", .name = "Vier", .latitude = "53.0", .country = "DE"}.Text() +
+                    PlaceLine{.id = "5", .name = "Acht", .latitude = "54.0", .country = "DE"}.Text();
+    const auto line = [](const char* id, const char* language, const char* flags) {
+        return std::string("1\t") + id + "\t" + language + "\tBurgstadt\t" + flags + "\t\t\n";
+    };
+    (void)Import({line("1", "de", "\t\t\t1") + line("2", "de", "\t\t\t") + line("3", "fr", "1\t\t\t") +
+                  line("4", "de", "1\t\t\t") + line("5", "en", "\t1\t\t")});
+    EXPECT_THAT(Cities("DE", "burgst"), ElementsAre("Vier", "Acht", "Zwei", "Drei", "Eins"));
+}
+
 TEST_F(DumpsTest, AlternateNames_tooManyForAPlace_areSkipped)
 {
     std::string names;
