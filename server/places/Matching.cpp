@@ -137,9 +137,12 @@ private:
         m_best[place] = std::min(m_best[place], rank);
     }
 
+    /// Of an alias the whole is typed: the beginnings of aliases are like those of many other names.
     bool MayBeMistyped(const layout::Name& name) const
     {
-        return name.Kind() <= layout::NameKind::Word || m_letters >= kLettersOfATypingErrorInAnAlias;
+        return name.Kind() <= layout::NameKind::Word ||
+               (m_letters >= kLettersOfATypingErrorInAnAlias &&
+                CountLetters(m_file.TextAt(name.text)) <= m_letters + 1);
     }
 
     /// A lookup needs the first letter. The common errors in the first letter are tried one by one; all other
