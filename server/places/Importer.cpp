@@ -29,7 +29,8 @@ ImportReport ImportPlaces(const ImportSources& sources, const std::filesystem::p
     FileContents contents;
     ArrangePlaces(gazetteer, contents);
     ArrangeNames(gazetteer, contents);
-    JoinPostalCodes(TextTable(sources.postal), dumps, gazetteer, contents, report);
+    JoinPostalCodes(TextTable(sources.postal), TextTable(sources.overlay), dumps, gazetteer, contents,
+                    report);
     WritePlacesFile(contents, out);
     report.places = contents.ids.size();
     report.names = contents.names.size();

@@ -134,7 +134,7 @@ void ApplyOverlay(const TextTable& overlay, Gazetteer& gazetteer, ImportReport& 
     std::vector<Listing> listings;
     const PlacesById index = IndexOf(gazetteer);
     overlay.ForEach([&](const Columns& row) {
-        if (row[0] == kAddedPlace)
+        if (row[0] == kAddedPlace || row[0] == kAddedPostalCode)
             return;
         const std::string_view value = row.size() > 2 ? row[2] : std::string_view();
         if (row.size() > 1 && row[0] == "listed") {

@@ -12,6 +12,8 @@ struct ImportReport;
 
 /// The action of an overlay row that adds a place: the columns of a table of places follow.
 inline constexpr std::string_view kAddedPlace = "place";
+/// The action of an overlay row that adds a postal code: the columns of a table of postal codes follow.
+inline constexpr std::string_view kAddedPostalCode = "postal";
 
 /// Applies the corrections of an overlay table to the gazetteer; its added places are there already. A row
 /// without a matching place counts as skipped.

@@ -34,6 +34,9 @@ constexpr std::size_t kZipPlusFourDigits = 9;
 // Many tables contain only the areas of longer codes: "M5V" in Canada, "SW1A" in Britain, "1012" in the
 // Netherlands. The shortest areas have three letters or digits.
 constexpr std::size_t kAreaLetters = 3;
+// Brazil, the only country with codes of eight digits: GeoNames' table has the first code of each town.
+constexpr std::size_t kDigitsOfARange = 8;
+constexpr std::size_t kSharedDigitsOfARange = 1;
 constexpr std::size_t kMostNeighbours = 5;
 
 bool IsDigits(std::string_view text)
@@ -99,11 +102,11 @@ std::vector<Match> Places::ByZip(std::string_view code) const
     std::string_view area = text;
     std::vector<Match> matches = MatchesOf(RowsOfCode(area));
     if (IsDigits(area)) {
-        if (matches.empty() && area.size() == kZipPlusFourDigits) {
+        if (matches.empty() && area.size() == kZipPlusFourDigits)
             area = area.substr(0, kZipDigits);
-            matches = MatchesOf(RowsOfCode(area));
-        }
-        return matches.empty() && area.size() == kZipDigits ? MatchesOf(NeighboursOfCode(area)) : matches;
+        if (matches.empty() && area.size() == kDigitsOfARange)
+            return MatchesOf(RangeOfCode(area));
+        return area.size() == kZipDigits ? MatchesOf(RowsOfZip(area)) : matches;
     }
     while (matches.empty() && area.size() > kAreaLetters) {
         area.remove_suffix(1);
@@ -204,7 +207,34 @@ Places::Codes Places::RowsOfCode(std::string_view code) const
                                 [&](const layout::Code& row) { return m_file.TextAt(row.code) != code; })};
 }
 
-std::vector<layout::Code> Places::NeighboursOfCode(std::string_view code) const
+std::vector<layout::Code> Places::RowsOfZip(std::string_view code) const
+{
+    const Codes rows = RowsOfCode(code);
+    std::vector<layout::Code> all;
+    if (rows.empty() || !IsZip(rows.front()))
+        all = NeighboursOfZip(code);
+    all.insert(all.end(), rows.begin(), rows.end());
+    return all;
+}
+
+Places::Codes Places::RangeOfCode(std::string_view code) const
+{
+    for (auto row = FirstRowFrom(code); row != m_file.Codes().begin();) {
+        const std::string_view other = m_file.TextAt((--row)->code);
+        if (!other.starts_with(code.substr(0, kSharedDigitsOfARange)))
+            break;
+        if (other.size() == code.size() && IsDigits(other))
+            return RowsOfCode(other);
+    }
+    return {};
+}
+
+bool Places::IsZip(const layout::Code& code) const
+{
+    return HasZipCodes(m_file.TextAt(m_file.Regions()[m_file.Places()[code.place].region].country));
+}
+
+std::vector<layout::Code> Places::NeighboursOfZip(std::string_view code) const
 {
     std::vector<layout::Code> best;
     for (std::size_t digits = code.size() - 1; best.empty() && digits >= kAreaLetters; --digits) {
@@ -216,7 +246,8 @@ std::vector<layout::Code> Places::NeighboursOfCode(std::string_view code) const
             if (!other.starts_with(shared))
                 break;
             // Only the best place of each code.
-            if (other.size() == code.size() && other != last && codesOfPlace[row->place]++ == 0)
+            if (other.size() == code.size() && IsZip(*row) && other != last &&
+                codesOfPlace[row->place]++ == 0)
                 best.push_back(*row);
             last = other;
         }

@@ -65,8 +65,9 @@ public:
 
     /// The places of a postal code, best first; none if the code is unknown. Accepts any case, spacing and
     /// digits, ZIP+4, and codes of a known area. For an unknown ZIP code these are the places of the codes
-    /// that share its first four digits, else three. If the code is one of several countries, those of the
-    /// United States and Canada come first, and each row has its country.
+    /// that share its first four digits, else three. A code of eight digits belongs to the code of eight
+    /// digits before it. If the code is one of several countries, those of the United States and Canada come
+    /// first, and each row has its country.
     [[nodiscard]] std::vector<Match> ByZip(std::string_view code) const;
 
     /// The place with this identifier, also if it is hidden.
@@ -82,9 +83,14 @@ private:
     [[nodiscard]] Match MatchOf(std::uint32_t place, bool wholeCountry) const;
     [[nodiscard]] Codes::iterator FirstRowFrom(std::string_view code) const;
     [[nodiscard]] Codes RowsOfCode(std::string_view code) const;
-    /// The places of the codes of equal length that share all digits but the last one, else but the last two;
-    /// the place of most codes first.
-    [[nodiscard]] std::vector<layout::Code> NeighboursOfCode(std::string_view code) const;
+    /// The rows of the code, after those of its neighbours if it is no ZIP code in the table.
+    [[nodiscard]] std::vector<layout::Code> RowsOfZip(std::string_view code) const;
+    /// The places of the ZIP codes that share all digits but the last one, else but the last two; the place
+    /// of most codes first.
+    [[nodiscard]] std::vector<layout::Code> NeighboursOfZip(std::string_view code) const;
+    /// The rows of the greatest code of equal length before this one, with the same first digits.
+    [[nodiscard]] Codes RangeOfCode(std::string_view code) const;
+    [[nodiscard]] bool IsZip(const layout::Code& code) const;
     [[nodiscard]] std::vector<Match> MatchesOf(Codes rows) const;
     [[nodiscard]] std::string_view CountryOf(const layout::Code& code) const;
 

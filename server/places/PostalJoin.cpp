@@ -8,6 +8,7 @@
 #include "places/Gazetteer.h"
 #include "places/ImportReport.h"
 #include "places/Numbers.h"
+#include "places/Overlay.h"
 #include "places/PlacesError.h"
 #include "places/TextTable.h"
 #include "support/Ascii.h"
@@ -46,16 +47,15 @@ constexpr double kReachKm = 40.0;
 constexpr double kSpreadKm = 2.0;
 // Many small places have no population in the table.
 constexpr double kSmallest = 100.0;
-// Before all other places.
-constexpr double kNamed = 1e20;
+// A place that is a part of the name that the table gives, before those around it: "Toronto" of "Downtown
+// Toronto (Railway Lands)". The place with the whole name comes first.
+constexpr double kNamedInPart = 1e20;
+constexpr double kNamed = 1e30;
+constexpr std::size_t kLettersOfAPart = 4;
 
-// Territories share the postal codes of the United States, but are separate countries in the table of places.
 bool SharesCodes(std::string_view postalCountry, std::string_view country)
 {
-    static constexpr std::string_view kTerritories[] = {"AS", "GU", "MP", "PR", "VI"};
-    return postalCountry == country ||
-           (postalCountry == "US" &&
-            std::find(std::begin(kTerritories), std::end(kTerritories), country) != std::end(kTerritories));
+    return postalCountry == country || (postalCountry == "US" && HasZipCodes(country));
 }
 
 /// Equirectangular approximation at the mean latitude: exact to one per cent over the distances compared
@@ -77,7 +77,7 @@ struct Candidate
 /// The order of the countries that have one code: the program asks for codes of the United States and Canada.
 std::uint16_t OrderOf(std::string_view country)
 {
-    if (SharesCodes("US", country))
+    if (HasZipCodes(country))
         return 0;
     if (country == "CA")
         return 1;
@@ -238,16 +238,18 @@ private:
                                                     *longitude / layout::kUnitsPerDegree);
         if (best.empty())
             m_report.Skip("postal code: no place near it", row);
-        Weigh(best, Fold(row[kPlaceName]));
+        Weigh(best, FoldName(row[kPlaceName]));
         return best;
     }
 
-    void Weigh(std::vector<Candidate>& candidates, const std::string& named) const
+    void Weigh(std::vector<Candidate>& candidates, const FoldedName& named) const
     {
         for (Candidate& candidate : candidates) {
-            if (!named.empty() && candidate.distanceKm < kReachKm && m_folded[candidate.place] == named)
+            const std::string& name = m_folded[candidate.place];
+            if (candidate.distanceKm < kReachKm && IsPartOf(named, name))
                 candidate.weight =
-                    kNamed * std::max<double>(m_gazetteer.places[candidate.place].population, kSmallest);
+                    (named.text == name ? kNamed : kNamedInPart) *
+                    std::max<double>(m_gazetteer.places[candidate.place].population, kSmallest);
         }
         std::sort(candidates.begin(), candidates.end(), [](const Candidate& a, const Candidate& b) {
             return std::tuple(-a.weight, a.place) < std::tuple(-b.weight, b.place);
@@ -258,6 +260,21 @@ private:
                 candidates[kept++] = candidate;
         }
         candidates.resize(kept);
+    }
+
+    /// Whether `part` is the name, or words of it.
+    static bool IsPartOf(const FoldedName& name, std::string_view part)
+    {
+        if (part.empty() || name.text == part)
+            return !part.empty();
+        const auto ends = [&name](std::size_t at) {
+            return at == name.text.size() || std::binary_search(name.words.begin(), name.words.end(), at);
+        };
+        const auto isAt = [&](std::size_t word) {
+            return name.text.compare(word, part.size(), part) == 0 && ends(word + part.size());
+        };
+        return CountLetters(part) >= kLettersOfAPart &&
+               (isAt(0) || std::any_of(name.words.begin(), name.words.end(), isAt));
     }
 
     void Add(const Columns& row, const std::vector<Candidate>& best)
@@ -296,12 +313,23 @@ std::string NormalPostalCode(std::string_view code)
     return normal;
 }
 
-void JoinPostalCodes(const TextTable& packed, const Dumps& dumps, const Gazetteer& gazetteer,
-                     FileContents& contents, ImportReport& report)
+bool HasZipCodes(std::string_view country)
+{
+    // The territories are separate countries in the table of places.
+    static constexpr std::string_view kCountries[] = {"AS", "GU", "MP", "PR", "US", "VI"};
+    return std::find(std::begin(kCountries), std::end(kCountries), country) != std::end(kCountries);
+}
+
+void JoinPostalCodes(const TextTable& packed, const TextTable& overlay, const Dumps& dumps,
+                     const Gazetteer& gazetteer, FileContents& contents, ImportReport& report)
 {
     Codes codes(gazetteer, contents, report);
     dumps.ForEach(DumpKind::PostalCodes, [&codes](const Columns& row) { codes.AddNewer(row); });
     packed.ForEach([&codes](const Columns& row) { codes.AddPacked(row); });
+    overlay.ForEach([&codes](const Columns& row) {
+        if (row[0] == kAddedPostalCode)
+            codes.AddPacked(row.WithoutFirst());
+    });
     codes.Arrange();
 }
 

@@ -15,10 +15,13 @@ struct ImportReport;
 
 /// Fills the postal codes, each with the places that a user with that code may mean: the place that the table
 /// names, then the places around the code's point, where a large place counts from farther away. The
-/// codes of a country in the operator's tables replace all packed ones of that country. The gazetteer is in
-/// the file's order.
-void JoinPostalCodes(const TextTable& packed, const Dumps& dumps, const Gazetteer& gazetteer,
-                     FileContents& contents, ImportReport& report);
+/// codes of a country in the operator's tables replace all those of that country in the packed table and the
+/// overlay. The gazetteer is in the file's order.
+void JoinPostalCodes(const TextTable& packed, const TextTable& overlay, const Dumps& dumps,
+                     const Gazetteer& gazetteer, FileContents& contents, ImportReport& report);
+
+/// Whether the country, by its two letters, has ZIP codes: the United States and their territories.
+[[nodiscard]] bool HasZipCodes(std::string_view country);
 
 /// The postal code in the form that is compared: letters and digits only, in capitals.
 [[nodiscard]] std::string NormalPostalCode(std::string_view code);

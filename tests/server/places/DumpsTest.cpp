@@ -265,6 +265,56 @@ TEST_F(DumpsTest, PostalCodes_withoutAnArea_listThePlacesOfTheirNeighbours)
     EXPECT_THAT(CitiesOfCode("٦٢٧٠١"), ElementsAre("Springfield")) << "digits of another script";
 }
 
+TEST_F(DumpsTest, PostalCodes_unknownZipThatAnotherCountryHas_beginWithTheNeighbours)
+{
+    tables.places += PlaceLine{.id = "2", .name = "Stadt", .latitude = "50.1", .country = "DE"}.Text();
+    tables.postal = PostalLine("US", "62701", "", "39.8\t-89.6");
+    (void)Import({PostalLine("DE", "62702", "", "50.1\t-89.6") +
+                  PostalLine("DE", "62703", "", "50.1\t-89.6") +
+                  PostalLine("DE", "99999", "", "50.1\t-89.6")});
+    EXPECT_THAT(CitiesOfCode("62702"), ElementsAre("Springfield, United States", "Stadt, Germany"));
+    EXPECT_THAT(CitiesOfCode("99999"), ElementsAre("Stadt"));
+    EXPECT_THAT(CitiesOfCode("62704"), ElementsAre("Springfield")) << "only neighbours in the United States";
+}
+
+TEST_F(DumpsTest, PostalCodes_ofTheOverlay_areAdded)
+{
+    tables.overlay = "postal\t" + PostalLine("US", "73301", "Springfield", "39.8\t-89.6");
+    EXPECT_THAT(SkippedRowsOf(Import({PlaceLine{}.Text()})), IsEmpty());
+    EXPECT_THAT(CitiesOfCode("73344"), ElementsAre("Springfield"));
+    (void)Import({PostalLine("US", "62701", "", "39.8\t-89.6")});
+    EXPECT_THAT(CitiesOfCode("73301"), IsEmpty()) << "the operator's table has all codes";
+}
+
+TEST_F(DumpsTest, PostalCodes_ofBrazil_belongToTheCodeBefore)
+{
+    tables.places = PlaceLine{.name = "Cidade", .latitude = "-23", .country = "DE"}.Text() +
+                    PlaceLine{.id = "2", .name = "Vila", .latitude = "-24", .country = "DE"}.Text();
+    (void)Import({PostalLine("DE", "01000-000", "", "-23\t-89.6") +
+                  PostalLine("DE", "06000-000", "", "-24\t-89.6") +
+                  PostalLine("DE", "0300", "", "-24\t-89.6")});
+    EXPECT_THAT(CitiesOfCode("01000-000"), ElementsAre("Cidade"));
+    EXPECT_THAT(CitiesOfCode("05999-999"), ElementsAre("Cidade"));
+    EXPECT_THAT(CitiesOfCode("06310-100"), ElementsAre("Vila"));
+    EXPECT_THAT(CitiesOfCode("00999-999"), IsEmpty());
+    EXPECT_THAT(CitiesOfCode("10000-000"), IsEmpty()) << "another part of the country";
+}
+
+TEST_F(DumpsTest, PostalCodes_whoseNameContainsThatOfACity_listTheCityFirst)
+{
+    tables.places = PlaceLine{.name = "Toronto", .latitude = "39.9", .population = "2700000"}.Text() +
+                    PlaceLine{.id = "2", .name = "Niagara"}.Text() +
+                    PlaceLine{.id = "3", .name = "Downtown", .latitude = "39.81"}.Text() +
+                    PlaceLine{.id = "4", .name = "Bay", .latitude = "39.82", .population = "3000000"}.Text();
+    (void)Import(
+        {PostalLine("US", "12345", "Old Toronto (Railway Lands / South Niagara / Bay)", "39.8\t-89.64") +
+         PostalLine("US", "12346", "Torontoville", "39.8\t-89.64") +
+         PostalLine("US", "12347", "Niagara", "39.8\t-89.64")});
+    EXPECT_THAT(CitiesOfCode("12345"), ElementsAre("Toronto", "Niagara", "Bay", "Downtown"));
+    EXPECT_THAT(CitiesOfCode("12346"), ElementsAre("Bay", "Toronto", "Niagara", "Downtown"));
+    EXPECT_THAT(CitiesOfCode("12347").front(), "Niagara");
+}
+
 TEST_F(DumpsTest, PostalCodes_thatReplaceOthers_areReported)
 {
     tables.postal =
