@@ -120,6 +120,7 @@ TEST_F(RealPlaces, Search_namesAsPeopleTypeThem_findThePlaceFirst)
         {"DE", "muen", "Munich"},
         {"NL", "den h", "The Hague"},
         {"US", "saint lo", "St. Louis"},
+        {"US", "guam", "Hagåtña"},
         // Territories under their country too.
         {"US", "ponce", "Ponce"},
         {"FR", "papeete", "Papeete"},
@@ -129,6 +130,8 @@ TEST_F(RealPlaces, Search_namesAsPeopleTypeThem_findThePlaceFirst)
         {"IN-JK", "muzaff", "Muzaffarabad"},
         {"IN-LA", "gilg", "Gilgit"},
         // Few people, but a time zone of their own.
+        {"CN", "hong k", "Hong Kong"},
+        {"CN", "maca", "Macau"},
         {"AU", "lord h", "Lord Howe Island"},
         {"AQ", "troll", "Troll"},
         {"AU-WA", "eucla", "Eucla"},
@@ -191,6 +194,8 @@ TEST_F(RealPlaces, States_names_areThoseThatPeopleLookFor)
                                 "Brazil - São Paulo",
                                 "Canada - Ontario",
                                 "China",
+                                "Congo (Brazzaville)",
+                                "Congo (Kinshasa)",
                                 "Curaçao",
                                 "India - Kerala",
                                 "Indonesia - West Java",
