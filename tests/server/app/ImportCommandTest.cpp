@@ -41,6 +41,17 @@ TEST_F(ImportCommandTest, sourceOfTheOperator_isImportedAndReported)
                           "line 2\n");
 }
 
+TEST_F(ImportCommandTest, postalCodesOfTheOperator_areReportedWithTheReplacedOnes)
+{
+    const std::string point = "\t\t\t\t\t\t\t\t39.8\t-89.6\t\n";
+    Write(folder / "postal.tsv.xz", "SA\t11564" + point + "SA\t12211" + point);
+    Write(folder / "SA.txt", "SA\t21955" + point);
+    EXPECT_EQ(Import("SA.txt").output,
+              "places.bin: 1 places, 1 names, 1 postal codes, 1 countries and states\n"
+              "read: SA.txt, postal codes, 1 rows\n"
+              "replaced: 2 postal codes of Saudi Arabia by 1\n");
+}
+
 TEST_F(ImportCommandTest, unusableSource_isRefusedAndTheFileStays)
 {
     const std::string before = Read(folder / "places.bin");
