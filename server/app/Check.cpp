@@ -193,8 +193,11 @@ Findings CheckParts(const Settings& settings, bool isActivated)
         findings.errors.emplace_back(error.what());
     }
     CheckStoreAndKeys(settings, findings);
-    if (!settings.messages.channels.empty()) {
-        CheckFolder("messages.spool", settings.messages.spool, findings);
+    for (const ChannelOptions& channel : settings.messages.channelOptions) {
+        if (channel.type == "spool") {
+            const bool isDefault = channel.name == "spool";
+            CheckFolder(isDefault ? "messages.spool" : channel.name.c_str(), channel.folder, findings);
+        }
     }
     return findings;
 }

@@ -9,8 +9,8 @@
 #include "app/StoreTasks.h"
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
+#include "messages/Channels.h"
 #include "messages/Signups.h"
-#include "messages/Spool.h"
 #include "places/Places.h"
 #include "places/ZoneOffset.h"
 #include "protocol/StartCounter.h"
@@ -103,7 +103,7 @@ private:
     asio::steady_timer m_reload{m_context};
     bool m_isReloadDue = false;
     Keys m_keys;
-    std::optional<Spool> m_spool;
+    Channels m_channels;
     Latest<Places> m_places;
     Latest<Announcements> m_announcements;
     Latest<Distributions> m_dists;
@@ -124,19 +124,17 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     : m_settings(settings)
     , m_file(std::move(file))
     , m_keys(Keys::FromFolder(settings.keys.folder))
+    , m_channels(settings.messages.channelOptions)
     , m_limits(settings.limits, m_keys.identifier)
     , m_listener(MainListener(settings))
     , m_metricsListener(Listen("metrics.listen", settings.metrics.listen))
 {
-    if (!settings.messages.channels.empty()) {
-        m_spool.emplace(settings.messages.spool);
-    }
     auto store = std::make_unique<SqliteStore>(SqlitePathInItsFolder(settings.store.url));
     RequireKeysOf(*store, m_keys, settings.keys.folder);
     m_announcements.Set(ReadAnnouncements(*store));
     m_store.emplace(std::move(store));
     Apply(settings);
-    m_signups.emplace(m_keys, *m_store, m_spool ? &*m_spool : nullptr, settings.messages.signups,
+    m_signups.emplace(m_keys, *m_store, m_channels.ForKind("mail"), settings.messages.signups,
                       static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
     m_site.emplace(ScriptSources{m_keys, *m_store, m_starts, m_places, m_announcements, m_dists, &Now,

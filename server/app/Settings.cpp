@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Settings.h"
 
+#include "app/ChannelSettings.h"
 #include "app/SettingsReader.h"
 #include "http/ProxyList.h"
 
@@ -77,13 +78,10 @@ Settings ReadAll(SettingsReader& reader)
     reader.Read("metrics.listen", settings.metrics.listen);
     reader.Read("service.dists", settings.service.dists);
     reader.Read("messages.channels", settings.messages.channels);
-    for (const std::string& channel : settings.messages.channels) {
-        if (channel != "spool") {
-            reader.AddError("messages.channels", "\"" + channel + "\" is not a channel; \"spool\" is one");
-        }
-    }
     reader.Read("messages.signup_address", settings.messages.signupAddress);
     reader.Read("messages.spool", settings.messages.spool);
+    settings.messages.channelOptions =
+        ReadChannels(reader, settings.messages.channels, settings.messages.spool);
     constexpr std::int64_t kMostSignups = 100'000;
     reader.Read("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
     reader.Read("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);

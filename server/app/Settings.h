@@ -3,6 +3,7 @@
 #pragma once
 
 #include "http/ListeningSocket.h"
+#include "messages/ChannelOptions.h"
 #include "protocol/RequestLimits.h"
 #include "store/Store.h"
 
@@ -72,7 +73,8 @@ struct Settings
 
     struct Messages
     {
-        std::vector<std::string> channels; ///< "spool"
+        std::vector<std::string> channels;          ///< "spool", and names of further channels
+        std::vector<ChannelOptions> channelOptions; ///< of these channels
         std::string signupAddress;
         std::filesystem::path spool = "state/spool";
         std::int64_t signupsPerNetwork = 20; ///< within an hour

@@ -29,8 +29,17 @@ public:
     void Read(std::string_view key, std::string& value);
     void Read(std::string_view key, std::filesystem::path& value);
     void Read(std::string_view key, std::int64_t& value, std::int64_t lowest, std::int64_t highest);
+    void Read(std::string_view key, double& value, double lowest, double highest);
     void Read(std::string_view key, std::vector<std::string>& value);
+    void Read(std::string_view key, std::vector<std::int64_t>& value);
+    /// A table of texts.
+    void Read(std::string_view key, std::map<std::string, std::string>& value);
     void Read(std::string_view key, ListenAddress& value);
+
+    /// A path that may be empty.
+    void ReadOptional(std::string_view key, std::filesystem::path& value);
+    /// The keys of the tables in the list of tables [[key]]: "key[0]", "key[1]".
+    [[nodiscard]] std::vector<std::string> TablesOf(std::string_view key);
 
     /// Records an error, which RequireNoErrors throws.
     void AddError(std::string_view key, const std::string& reason);
@@ -41,6 +50,7 @@ public:
 
 private:
     const toml::node* Find(std::string_view key) const;
+    void AddUnknownKeysOf(const toml::node& node, const std::string& key);
     void AddUnknownKeys(const toml::table& table, const std::string& prefix);
     void AddErrorAt(const toml::node* node, std::string_view key, const std::string& reason);
 

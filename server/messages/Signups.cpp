@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Signups.h"
 
+#include "messages/Channel.h"
 #include "messages/MailAddress.h"
 #include "messages/PersonalCode.h"
-#include "messages/Spool.h"
 #include "secrets/Keys.h"
 #include "store/StoreThread.h"
 
@@ -12,6 +12,7 @@
 #include <boost/asio/use_awaitable.hpp>
 
 #include <optional>
+#include <thread>
 
 namespace beacond {
 
@@ -47,11 +48,11 @@ std::string MailAddressIndex(const Key& index, std::string_view address)
     return index.Hash("mail address", address);
 }
 
-Signups::Signups(const Keys& keys, StoreThread& store, const Spool* spool, SignupLimits limits,
+Signups::Signups(const Keys& keys, StoreThread& store, Channel* channel, SignupLimits limits,
                  int mostOfANetwork, Report report)
     : m_keys(keys)
     , m_store(store)
-    , m_spool(spool)
+    , m_channel(channel)
     , m_limits(limits)
     , m_report(std::move(report))
     , m_networks(mostOfANetwork, std::chrono::hours(1))
@@ -115,19 +116,21 @@ void Signups::ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now)
 
 boost::asio::awaitable<bool> Signups::Send(const std::string& address, const std::string& text)
 {
-    auto send = [this, &address, &text]() -> boost::asio::awaitable<void> {
-        if (const std::optional<std::string> warning = m_spool->Send(address, text)) {
-            m_report(*warning);
-        }
-        co_return;
+    const OutgoingMessage message{.address = address,
+                                  .subject = "Dusk Beacon: your personal code",
+                                  .text = text,
+                                  .id = "code-" + std::to_string(RandomBelow(1U << 31U)),
+                                  .language = "en"};
+    auto send = [this, &message]() -> boost::asio::awaitable<SendResult> {
+        std::this_thread::sleep_until(m_channel->TakeSlot());
+        co_return m_channel->Send(message);
     };
-    try {
-        co_await boost::asio::co_spawn(m_sender, send, boost::asio::use_awaitable);
-        co_return true;
-    } catch (const std::runtime_error& error) {
-        m_report(error.what());
-        co_return false;
+    const SendResult result = co_await boost::asio::co_spawn(m_sender, send, boost::asio::use_awaitable);
+    if (!result.reason.empty()) {
+        m_report(result.reason);
     }
+    // A message without a confirmation may arrive: its code stays valid.
+    co_return result.handover == Handover::Accepted || result.handover == Handover::Unknown;
 }
 
 boost::asio::awaitable<void> Signups::Withdraw(std::string codeHash)

@@ -15,8 +15,8 @@
 
 namespace beacond {
 
+class Channel;
 class Key;
-class Spool;
 class StoreThread;
 struct Keys;
 
@@ -42,13 +42,13 @@ public:
         Failed      ///< the store or the channel
     };
 
-    /// @param spool null if no channel is configured
+    /// @param channel of mail addresses; null if none is configured
     /// @param mostOfANetwork sign-ups from one network within an hour
     /// @param report receives the reason of each failure, for the log
-    Signups(const Keys& keys, StoreThread& store, const Spool* spool, SignupLimits limits, int mostOfANetwork,
+    Signups(const Keys& keys, StoreThread& store, Channel* channel, SignupLimits limits, int mostOfANetwork,
             Report report);
 
-    [[nodiscard]] bool IsOffered() const { return m_spool != nullptr; }
+    [[nodiscard]] bool IsOffered() const { return m_channel != nullptr; }
 
     /// Signs up a mail address. Returns when the message has been handed over. The result does not reveal
     /// whether the address is known.
@@ -70,7 +70,7 @@ private:
 
     const Keys& m_keys;
     StoreThread& m_store;
-    const Spool* m_spool;
+    Channel* m_channel;
     SignupLimits m_limits;
     Report m_report;
     AttemptLimit m_networks;

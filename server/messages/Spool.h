@@ -2,20 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "messages/Channel.h"
+
 #include <filesystem>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace beacond {
-
-/// A message could not be handed over; the text gives the reason.
-class ChannelError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// A folder from which a program of the operator takes messages, one file each: "To: ADDRESS", an empty line,
 /// the text in UTF-8. A complete file appears under a name that ends in ".txt"; the names sort by age. A file

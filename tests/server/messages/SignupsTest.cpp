@@ -3,8 +3,8 @@
 #include "messages/Signups.h"
 
 #include "http/Message.h"
+#include "messages/Channels.h"
 #include "messages/PersonalCode.h"
-#include "messages/Spool.h"
 #include "pages/Pages.h"
 #include "secrets/Keys.h"
 #include "server/Files.h"
@@ -46,11 +46,11 @@ protected:
     {
         store = std::make_unique<StoreThread>(
             std::make_unique<SqliteStore>(folder.File("store.db"), [this] { return Seconds(); }));
-        signups =
-            std::make_unique<Signups>(keys, *store, &spool, limits, 20, [this](std::string_view reason) {
-                const std::lock_guard lock(mutex);
-                reports.emplace_back(reason);
-            });
+        signups = std::make_unique<Signups>(keys, *store, channels.ForKind("mail"), limits, 20,
+                                            [this](std::string_view reason) {
+                                                const std::lock_guard lock(mutex);
+                                                reports.emplace_back(reason);
+                                            });
     }
     [[nodiscard]] std::int64_t Seconds() const { return now.time_since_epoch().count(); }
     /// The texts of the messages in the spool.
@@ -80,7 +80,11 @@ protected:
     std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
     AttemptLimit::Time elapsed; ///< time of the steady clock
     Keys keys = Keys::FromFolder(folder.File("keys"));
-    Spool spool{folder.File("spool")};
+    const Channels channels{std::vector<ChannelOptions>{{.name = "spool",
+                                                         .type = "spool",
+                                                         .kind = "mail",
+                                                         .perSecond = 1000,
+                                                         .folder = folder.File("spool")}}};
     SignupLimits limits;
     std::mutex mutex;
     std::vector<std::string> reports;

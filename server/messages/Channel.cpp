@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/Channel.h"
+
+#include <algorithm>
+
+namespace beacond {
+
+Channel::Channel(const ChannelOptions& options)
+    : m_name(options.name)
+    , m_kind(options.kind)
+    , m_perSecond(options.perSecond)
+    , m_connections(static_cast<int>(options.connections))
+    , m_price(options.price)
+    , m_timeout(options.timeout)
+{
+}
+
+Channel::Clock::time_point Channel::TakeSlot()
+{
+    const auto interval =
+        std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1 / m_perSecond));
+    const std::lock_guard lock(m_mutex);
+    const Clock::time_point slot = std::max(m_nextSlot, Clock::now());
+    m_nextSlot = slot + interval;
+    return slot;
+}
+
+SendResult Channel::Send(const OutgoingMessage& message) noexcept
+{
+    try {
+        if (m_isAborted) {
+            return {Handover::RetryLater, "the service ends"};
+        }
+        return SendNow(message);
+    } catch (const std::exception& error) {
+        return {Handover::RetryLater, error.what()};
+    }
+}
+
+} // namespace beacond
