@@ -28,6 +28,7 @@ struct ChannelOptions
     std::string server{};                 ///< smtp: host and port
     std::string tls = "starttls";         ///< smtp: or "tls", or "none" on the loopback
     std::string from{};                   ///< smtp: address of the sender
+    std::string replyTo{};                ///< smtp: messages.signup_address, which takes STOP
     std::string user{};                   ///< smtp: empty for no authentication
     std::filesystem::path passwordFile{}; ///< smtp
 

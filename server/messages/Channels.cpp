@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Channels.h"
 
+#include "messages/ChannelTypes.h"
 #include "messages/Spool.h"
 
 #include <optional>
@@ -33,6 +34,15 @@ std::unique_ptr<Channel> MakeChannel(const ChannelOptions& options)
 {
     if (options.type == "spool") {
         return std::make_unique<SpoolChannel>(options);
+    }
+    if (options.type == "smtp") {
+        return MakeSmtpChannel(options);
+    }
+    if (options.type == "http") {
+        return MakeHttpChannel(options);
+    }
+    if (options.type == "ntfy") {
+        return MakeNtfyChannel(options);
     }
     throw ChannelError(options.name + ": no type of channel is called \"" + options.type + '"');
 }
