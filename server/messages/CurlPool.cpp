@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/CurlPool.h"
 
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <array>
 #include <new>
@@ -21,6 +23,7 @@ struct Transfer
 {
     TransferEnd& end;
     const std::atomic<bool>& isAborted;
+    std::chrono::steady_clock::time_point deadline;
     int requests = 0;
     std::size_t headerBytes = 0;
     bool isCut = false;
@@ -52,9 +55,11 @@ int OnRequest(void* data, char*, char*, int, int)
     return transfer.requests++ == 0 ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
 }
 
+// The deadline: when libcurl ends a connection of SMTP, it waits for the server beyond its own timeout.
 int OnProgress(void* data, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 {
-    return static_cast<Transfer*>(data)->isAborted ? 1 : 0;
+    const auto& transfer = *static_cast<Transfer*>(data);
+    return transfer.isAborted || std::chrono::steady_clock::now() > transfer.deadline ? 1 : 0;
 }
 
 } // namespace
@@ -69,14 +74,20 @@ CurlPool::CurlPool(const ChannelOptions& options, const char* protocols, const s
     std::call_once(once, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
 }
 
-CurlPool::~CurlPool() = default;
+CurlPool::~CurlPool()
+{
+    // Otherwise libcurl would wait for the server's reply to its QUIT.
+    for (const Idle& idle : m_idle) {
+        ::shutdown(idle.socket, SHUT_RDWR);
+    }
+}
 
 CurlPool::Handle CurlPool::Take()
 {
     {
         const std::lock_guard lock(m_mutex);
         if (!m_idle.empty()) {
-            Handle handle = std::move(m_idle.back());
+            Handle handle = std::move(m_idle.back().handle);
             m_idle.pop_back();
             curl_easy_reset(handle.get());
             return handle;
@@ -115,7 +126,7 @@ TransferEnd CurlPool::Perform(const std::function<void(CURL*)>& prepare)
     SetCommonOptions(handle.get());
     prepare(handle.get());
     TransferEnd end;
-    Transfer transfer{end, m_isAborted};
+    Transfer transfer{end, m_isAborted, std::chrono::steady_clock::now() + m_timeout};
     std::array<char, CURL_ERROR_SIZE> error{};
     curl_easy_setopt(handle.get(), CURLOPT_ERRORBUFFER, error.data());
     curl_easy_setopt(handle.get(), CURLOPT_WRITEFUNCTION, &OnReply);
@@ -135,10 +146,12 @@ TransferEnd CurlPool::Perform(const std::function<void(CURL*)>& prepare)
     if (end.code != CURLE_OK) {
         end.reason = error.front() != '\0' ? error.data() : curl_easy_strerror(end.code);
     }
+    curl_socket_t socket = CURL_SOCKET_BAD;
+    curl_easy_getinfo(handle.get(), CURLINFO_ACTIVESOCKET, &socket);
     // The callbacks must not be used again with the objects of this call.
     curl_easy_reset(handle.get());
     const std::lock_guard lock(m_mutex);
-    m_idle.push_back(std::move(handle));
+    m_idle.push_back({std::move(handle), socket});
     return end;
 }
 

@@ -54,6 +54,12 @@ private:
     };
     using Handle = std::unique_ptr<CURL, Closer>;
 
+    struct Idle
+    {
+        Handle handle;
+        curl_socket_t socket = CURL_SOCKET_BAD; ///< of the kept connection
+    };
+
     [[nodiscard]] Handle Take();
     void SetCommonOptions(CURL* handle) const;
 
@@ -62,7 +68,7 @@ private:
     const std::string m_protocols;
     const std::atomic<bool>& m_isAborted;
     std::mutex m_mutex;
-    std::vector<Handle> m_idle;
+    std::vector<Idle> m_idle;
 };
 
 /// A list for libcurl. Throws std::bad_alloc.

@@ -81,6 +81,7 @@ private:
             }
             curl_easy_setopt(handle, CURLOPT_MAIL_FROM, ('<' + m_sender.from + '>').c_str());
             curl_easy_setopt(handle, CURLOPT_MAIL_RCPT, recipients.Get());
+            curl_easy_setopt(handle, CURLOPT_SASL_IR, 1L);
             curl_easy_setopt(handle, CURLOPT_UPLOAD, 1L);
             curl_easy_setopt(handle, CURLOPT_READFUNCTION, &OnUpload);
             curl_easy_setopt(handle, CURLOPT_READDATA, &upload);
