@@ -9,7 +9,7 @@ namespace beacond {
 
 /// The steps that bring an empty SQLite file to the current schema, in order. Never change a released step:
 /// the number of the steps applied to a file is its version.
-inline constexpr std::array<std::string_view, 3> kSqliteMigrations = {R"(
+inline constexpr std::array<std::string_view, 4> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,
     hash BLOB NOT NULL) WITHOUT ROWID;
@@ -115,6 +115,28 @@ ALTER TABLE confirmed_device RENAME TO device;
 ALTER TABLE signup ADD COLUMN limit_index BLOB NOT NULL DEFAULT x'';
 UPDATE signup SET limit_index = address_index;
 CREATE INDEX signup_of_limit ON signup (limit_index, consent_at);
+)",
+                                                                      R"(
+ALTER TABLE outbox ADD COLUMN kind TEXT NOT NULL DEFAULT 'mail';
+ALTER TABLE outbox ADD COLUMN due_at INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN fence INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN leased INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN begun INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN uncertain INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN attempts INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN counted INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN charge INTEGER NOT NULL DEFAULT 0;
+ALTER TABLE outbox ADD COLUMN charge_day INTEGER NOT NULL DEFAULT 0;
+CREATE INDEX outbox_by_due ON outbox (kind, due_at, id);
+
+CREATE TABLE device_day (
+    device INTEGER PRIMARY KEY REFERENCES device (id) ON DELETE CASCADE,
+    begin_at INTEGER NOT NULL,
+    texts INTEGER NOT NULL);
+
+CREATE TABLE spend (
+    day INTEGER PRIMARY KEY,
+    amount INTEGER NOT NULL);
 )"};
 
 } // namespace beacond

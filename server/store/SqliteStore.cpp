@@ -174,8 +174,9 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
         return false;
     }
     m_database
-        .Run("INSERT INTO outbox (device, prayer, time, place, queued_at) "
-             "SELECT device, ?, ?, ?, ? FROM installation WHERE id = ?")
+        .Run("INSERT INTO outbox (device, prayer, time, place, queued_at, kind) "
+             "SELECT device, ?, ?, ?, ?, kind FROM installation JOIN device ON device.id = device "
+             "WHERE installation.id = ?")
         .Bind(prayer)
         .Bind(time)
         .Bind(place)

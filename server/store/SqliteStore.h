@@ -41,6 +41,14 @@ public:
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;
     [[nodiscard]] std::vector<OutboxRow> Outbox(std::size_t most) const override;
+    [[nodiscard]] bool IsTextWaiting(std::string_view kind) const override;
+    [[nodiscard]] Lease LeaseTexts(const LeaseTerms& terms) override;
+    bool BeginSending(std::int64_t text, std::int64_t fence) override;
+    bool EndSending(std::int64_t text, std::int64_t fence, TextEnd end, std::int64_t retryAfter) override;
+    std::int64_t DropOldTexts() override;
+    [[nodiscard]] OutboxState StateOfOutbox() const override;
+    [[nodiscard]] std::vector<WaitingText> WaitingTexts(std::size_t most) const override;
+    [[nodiscard]] bool TrySpend(std::int64_t amount, std::int64_t perDay) override;
     [[nodiscard]] bool IsWrittenWith(std::string_view keyName, std::string_view check) override;
     [[nodiscard]] std::int64_t DataVersion() const override;
     void TryToWrite() override;

@@ -97,6 +97,67 @@ struct OutboxRow
     bool operator==(const OutboxRow&) const = default;
 };
 
+/// Seconds from the queueing of a text until it is given up.
+inline constexpr std::int64_t kTextLifetime = 600;
+
+/// The terms on which texts are taken from the outbox.
+struct LeaseTerms
+{
+    std::string kind;             ///< of the devices' addresses
+    std::size_t most = 1;         ///< texts
+    std::int64_t seconds = 60;    ///< until the lease expires
+    std::int64_t price = 0;       ///< of a text
+    std::int64_t spendPerDay = 0; ///< the limit for all messages of a day (UTC); 0 for none
+};
+
+/// A text that one sender may send until its lease expires.
+struct LeasedText
+{
+    OutboxRow text;
+    std::int64_t fence = 0; ///< of this lease; each further lease of the text has a greater one
+    std::string sealedAddress;
+    std::int64_t attempts = 0;
+    std::int64_t queuedAt = 0;
+    bool mayBeSent = false; ///< an earlier attempt has no known result
+};
+
+struct Lease
+{
+    std::vector<LeasedText> texts;
+    std::int64_t dropped = 0;    ///< texts removed, since their devices have had the texts of a day
+    bool isSpendReached = false; ///< further texts are due, but the limit of the day does not allow them
+};
+
+/// The result of an attempt to send a text.
+enum class TextEnd {
+    Sent,       ///< the provider has it
+    RetryLater, ///< the provider does not have it
+    Refused,    ///< the provider does not have it and will not take it
+    Unknown,    ///< the provider may have it; another attempt may repeat it
+    NotTried    ///< no attempt was made
+};
+
+/// The outbox as a whole.
+struct OutboxState
+{
+    std::int64_t waiting = 0;   ///< texts without a lease
+    std::int64_t leased = 0;    ///< texts with a lease that has not expired
+    std::int64_t oldestAge = 0; ///< seconds; 0 for an empty outbox
+    std::int64_t spentToday = 0;
+};
+
+/// A text in the outbox with the state of its sending.
+struct WaitingText
+{
+    OutboxRow text;
+    std::string kind;
+    std::int64_t age = 0; ///< seconds since the queueing
+    std::int64_t attempts = 0;
+    bool isLeased = false;
+    std::int64_t dueIn = 0; ///< seconds until the next attempt, or until the lease expires
+    bool mayBeSent = false; ///< see LeasedText
+};
+
 /// The service's mutable data. Each call is one transaction. Times are of the store's own clock, in seconds
 /// since 1970. Calls throw StoreError on failure; const calls only read. Not thread-safe: StoreThread owns
 /// it.
@@ -153,6 +214,34 @@ public:
                            std::string_view place) = 0;
     /// Oldest first, at most @p most.
     [[nodiscard]] virtual std::vector<OutboxRow> Outbox(std::size_t most) const = 0;
+
+    // The sending of texts. Several senders may use one store.
+
+    /// Whether LeaseTexts might find a text. Needs no write lock.
+    [[nodiscard]] virtual bool IsTextWaiting(std::string_view kind) const = 0;
+    /// Takes due texts until the lease expires: those that nobody has tried first, then in the order in which
+    /// they became due. No other call returns them before. Texts older than kTextLifetime are not due. Each
+    /// text is charged to the day, once for each attempt that the provider may have taken; texts that the
+    /// limit of the day does not allow stay in the outbox. A device has six texts in 23 hours: a further one
+    /// is removed.
+    [[nodiscard]] virtual Lease LeaseTexts(const LeaseTerms& terms) = 0;
+    /// Records that the text is handed to the provider from now on. False, without a change, if the lease has
+    /// expired, or if the text is gone: it must not be sent then.
+    [[nodiscard]] virtual bool BeginSending(std::int64_t text, std::int64_t fence) = 0;
+    /// Records the result, and ends the lease: removes the text if it was sent or refused; otherwise it is
+    /// due again in @p retryAfter seconds, or at once if it was not tried. A text that the provider does not
+    /// have is not charged. False, without a change, if the text has a newer lease or is gone. A late result
+    /// is accepted as long as there is no newer lease, since it saves a repetition.
+    virtual bool EndSending(std::int64_t text, std::int64_t fence, TextEnd end, std::int64_t retryAfter) = 0;
+    /// Removes the texts that are kTextLifetime old, or dated as far ahead because the clock was wrong,
+    /// except leased ones. Returns their number.
+    virtual std::int64_t DropOldTexts() = 0;
+    [[nodiscard]] virtual OutboxState StateOfOutbox() const = 0;
+    /// Oldest first, at most @p most.
+    [[nodiscard]] virtual std::vector<WaitingText> WaitingTexts(std::size_t most) const = 0;
+    /// Charges a message that is not in the outbox to the day. False, without a change, beyond the limit.
+    /// @param perDay as LeaseTerms::spendPerDay
+    [[nodiscard]] virtual bool TrySpend(std::int64_t amount, std::int64_t perDay) = 0;
 
     /// Whether the store was written with that key; the first key of each name is recorded.
     /// @param check identifies the key without revealing it
