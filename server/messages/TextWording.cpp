@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/TextWording.h"
+
+#include "support/Ascii.h"
+
+#include <algorithm>
+#include <array>
+
+namespace beacond {
+
+namespace {
+
+struct Wording
+{
+    std::string_view language;
+    std::array<std::string_view, 6> prayers;
+};
+
+constexpr std::array<Wording, 6> kWordings = {{
+    {"en", {"Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", "Isha"}},
+    {"ar", {"الفجر", "الشروق", "الظهر", "العصر", "المغرب", "العشاء"}},
+    {"fr", {"Fajr", "Chourouq", "Dhouhr", "Asr", "Maghrib", "Icha"}},
+    {"id", {"Subuh", "Terbit", "Zuhur", "Asar", "Magrib", "Isya"}},
+    {"tr", {"Sabah", "Güneş", "Öğle", "İkindi", "Akşam", "Yatsı"}},
+    {"ur", {"فجر", "طلوع آفتاب", "ظہر", "عصر", "مغرب", "عشاء"}},
+}};
+
+const Wording* WordingOf(std::string_view language)
+{
+    const auto* const found = std::find_if(kWordings.begin(), kWordings.end(), [&](const Wording& wording) {
+        return wording.language == language;
+    });
+    return found == kWordings.end() ? nullptr : found;
+}
+
+bool IsClockTime(std::string_view time)
+{
+    const std::size_t colon = time.find(':');
+    return (colon == 1 || colon == 2) && time.size() == colon + 3 &&
+           std::all_of(time.begin(), time.end(), [](char c) { return IsDigit(c) || c == ':'; }) &&
+           std::count(time.begin(), time.end(), ':') == 1;
+}
+
+} // namespace
+
+bool IsTextLanguage(std::string_view language)
+{
+    return WordingOf(language) != nullptr;
+}
+
+std::string TextLanguages()
+{
+    std::string languages;
+    for (const Wording& wording : kWordings) {
+        languages += (languages.empty() ? "" : ", ") + std::string(wording.language);
+    }
+    return languages;
+}
+
+std::string PrayerText(std::string_view language, int prayer, std::string_view time)
+{
+    const Wording* const wording = WordingOf(language);
+    const auto& prayers = (wording == nullptr ? kWordings.front() : *wording).prayers;
+    std::string text(prayers[static_cast<std::size_t>(std::clamp(prayer, 1, 6)) - 1]);
+    return IsClockTime(time) ? text + ' ' + std::string(time) : text;
+}
+
+} // namespace beacond

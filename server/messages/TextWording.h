@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace beacond {
+
+/// Whether texts can be written in that language, such as "en".
+[[nodiscard]] bool IsTextLanguage(std::string_view language);
+/// The languages, separated by commas.
+[[nodiscard]] std::string TextLanguages();
+
+/// The text of a prayer, "Maghrib 18:42".
+/// @param prayer 1 Fajr to 6 Isha
+/// @param time left out unless it has the form "5:07" or "18:42"
+[[nodiscard]] std::string PrayerText(std::string_view language, int prayer, std::string_view time);
+
+} // namespace beacond
