@@ -74,5 +74,16 @@ def register_phones(service, folder, installations):
         assert attributes("result", reply) == ["1"], reply
 
 
+def texts_in_spool(folder):
+    """The prayer texts that have left the outbox, without repetitions."""
+    texts = set()
+    for path in glob.glob(os.path.join(folder, "state", "spool", "*.txt")):
+        with open(path, encoding="utf-8") as file:
+            message = file.read()
+        if message.endswith(" 5:07\n"):
+            texts.add(message)
+    return texts
+
+
 def network(number):
     return {"X-Forwarded-For": f"10.0.{number // 250}.{number % 250}"}

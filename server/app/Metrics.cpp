@@ -3,6 +3,7 @@
 #include "app/Metrics.h"
 
 #include "http/HttpFigures.h"
+#include "messages/SenderFigures.h"
 #include "protocol/MessageScripts.h"
 #include "protocol/RequestLimits.h"
 
@@ -108,6 +109,54 @@ std::string MetricsText(const HttpFigures& http, const MessageFigures& messages,
                 {"wrong", messages.codesWrong},
                 {"expired", messages.codesExpired},
                 {"limited", messages.codesLimited}}),
+    };
+    return prometheus::TextSerializer().Serialize(families);
+}
+
+std::string SendingMetricsText(const SenderFigures& sender, const std::vector<ChannelMetrics>& channels)
+{
+    constexpr auto kCounter = MetricType::Counter;
+    constexpr auto kGauge = MetricType::Gauge;
+    std::vector<Labelled> accepted;
+    std::vector<Labelled> failed;
+    std::vector<Labelled> refused;
+    std::vector<Labelled> inARow;
+    for (const auto& [name, figures] : channels) {
+        accepted.push_back({name, figures.accepted});
+        failed.push_back({name, figures.failed});
+        refused.push_back({name, figures.refused});
+        inARow.push_back({name, figures.failuresInARow});
+    }
+    const std::vector<MetricFamily> families = {
+        Family("beacond_outbox_texts", "Texts in the outbox.", kGauge, "state",
+               {{"waiting", sender.waiting}, {"leased", sender.leased}}),
+        Family("beacond_outbox_oldest_seconds", "Age of the oldest text in the outbox.", kGauge, "",
+               {{"", sender.oldestSeconds}}),
+        Family("beacond_texts_ended_total", "Texts that have left the outbox.", kCounter, "outcome",
+               {{"sent", sender.sent},
+                {"refused", sender.refused},
+                {"given_up", sender.givenUp},
+                {"capped", sender.capped}}),
+        Family("beacond_text_attempts_repeated_total", "Attempts after the first one of a text.", kCounter,
+               "", {{"", sender.retried}}),
+        Family("beacond_text_attempts_uncertain_total",
+               "Attempts after which the provider may have the text: the receipt is missing.", kCounter, "",
+               {{"", sender.uncertain}}),
+        Family("beacond_texts_doubled_total",
+               "Attempts for a text that the provider may already have: at most these arrive twice.",
+               kCounter, "", {{"", sender.doubled}}),
+        Family("beacond_spend_today", "Charged to this day (UTC), in the unit of messages.spend_per_day.",
+               kGauge, "", {{"", sender.spentToday}}),
+        Family("beacond_spend_reached", "1 while messages.spend_per_day holds texts back.", kGauge, "",
+               {{"", sender.isSpendReached}}),
+        Family("beacond_channel_accepted_total", "Texts that the provider has confirmed.", kCounter,
+               "channel", accepted),
+        Family("beacond_channel_failures_total", "Attempts without a confirmation.", kCounter, "channel",
+               failed),
+        Family("beacond_channel_refused_total", "Texts that the provider has refused for good.", kCounter,
+               "channel", refused),
+        Family("beacond_channel_failures_in_a_row",
+               "Attempts without a confirmation since the last one with it.", kGauge, "channel", inARow),
     };
     return prometheus::TextSerializer().Serialize(families);
 }

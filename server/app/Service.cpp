@@ -10,6 +10,7 @@
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
 #include "messages/Channels.h"
+#include "messages/Sender.h"
 #include "messages/Signups.h"
 #include "places/Places.h"
 #include "places/ZoneOffset.h"
@@ -90,6 +91,8 @@ public:
 
 private:
     void Apply(const Settings& settings);
+    [[nodiscard]] std::string AllMetrics() const;
+    void End(HttpServer& server, HttpServer& metrics);
     void Reload();
     void WarnOfKeysThatNeedARestart(const Settings& settings) const;
     void ReloadOnHangup();
@@ -115,6 +118,7 @@ private:
     ListeningSocket m_listener;
     ListeningSocket m_metricsListener;
     std::optional<StoreThread> m_store;
+    std::optional<Sender> m_sender;
     std::optional<Signups> m_signups;
     std::optional<StoreTasks> m_tasks;
     std::optional<Site> m_site;
@@ -134,6 +138,8 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     m_announcements.Set(ReadAnnouncements(*store));
     m_store.emplace(std::move(store));
     Apply(settings);
+    m_sender.emplace(m_keys, *m_store, m_channels,
+                     SenderOptions{settings.messages.spendPerDay, settings.messages.language}, &LogError);
     m_signups.emplace(m_keys, *m_store, m_channels.ForKind("mail"), settings.messages.signups,
                       static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
@@ -196,14 +202,14 @@ void Service::Run()
             const bool isKnown = request.path == "/metrics";
             co_return Response{isKnown ? 200U : 404U,
                                "text/plain; version=0.0.4; charset=utf-8",
-                               isKnown ? MetricsText(m_figures, m_site->Figures(), m_limits.Figures())
-                                       : std::string(),
+                               isKnown ? AllMetrics() : std::string(),
                                {}};
         },
         m_metricsFigures);
     // Stop sign-ups and store before the servers are destroyed, also after an exception: their coroutines
     // resume on the servers' threads.
     const ScopeExit stop{[this] {
+        m_sender.reset();
         m_signups->Join();
         m_store.reset();
     }};
@@ -214,12 +220,33 @@ void Service::Run()
     ReloadOnHangup();
     asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogTaskError);
     asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogTaskError);
+    m_sender->Start();
     m_context.run();
 
     LogInfo("ending");
+    End(server, metrics);
+}
+
+std::string Service::AllMetrics() const
+{
+    std::vector<ChannelMetrics> channels;
+    for (std::size_t index = 0; index < m_channels.All().size(); ++index) {
+        channels.push_back({m_channels.All()[index]->Name(), m_sender->FiguresOf(index)});
+    }
+    return MetricsText(m_figures, m_site->Figures(), m_limits.Figures()) +
+           SendingMetricsText(m_sender->Figures(), channels);
+}
+
+void Service::End(HttpServer& server, HttpServer& metrics)
+{
+    const auto deadline = Sender::Clock::now() + kDrainTime;
+    m_sender->BeginStop();
     if (!server.Drain(kDrainTime)) {
         LogWarning("requests were cut off at the end");
     }
+    m_sender->Stop(deadline);
+    // Also ends an answer to a sign-up that is under way.
+    m_channels.Abort();
     metrics.Drain(0ms);
     asio::io_context last;
     asio::co_spawn(last, m_tasks->StoreStarts(), &LogTaskError);

@@ -5,6 +5,7 @@
 #include "app/ChannelSettings.h"
 #include "app/SettingsReader.h"
 #include "http/ProxyList.h"
+#include "messages/TextWording.h"
 
 #include <toml++/toml.h>
 
@@ -80,8 +81,20 @@ Settings ReadAll(SettingsReader& reader)
     reader.Read("messages.channels", settings.messages.channels);
     reader.Read("messages.signup_address", settings.messages.signupAddress);
     reader.Read("messages.spool", settings.messages.spool);
+    reader.Read("messages.spend_per_day", settings.messages.spendPerDay, 0, 1'000'000'000'000);
+    reader.Read("messages.language", settings.messages.language);
+    if (!IsTextLanguage(settings.messages.language)) {
+        reader.AddError("messages.language", "one of these is expected: " + TextLanguages());
+    }
     settings.messages.channelOptions =
         ReadChannels(reader, settings.messages.channels, settings.messages.spool);
+    for (ChannelOptions& channel : settings.messages.channelOptions) {
+        channel.replyTo = settings.messages.signupAddress;
+        if (channel.price > 0 && settings.messages.spendPerDay == 0) {
+            reader.AddError("messages.spend_per_day",
+                            "a limit is expected, since the channel \"" + channel.name + "\" has a price");
+        }
+    }
     constexpr std::int64_t kMostSignups = 100'000;
     reader.Read("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
     reader.Read("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);

@@ -77,6 +77,8 @@ struct Settings
         std::vector<ChannelOptions> channelOptions; ///< of these channels
         std::string signupAddress;
         std::filesystem::path spool = "state/spool";
+        std::int64_t spendPerDay = 0;        ///< the sum of the channels' prices; 0 for no limit
+        std::string language = "en";         ///< of the texts
         std::int64_t signupsPerNetwork = 20; ///< within an hour
         SignupLimits signups;                ///< within a day
         std::int64_t wrongCodesAlarm = 100;  ///< within an hour

@@ -5,6 +5,7 @@
 #include "app/Log.h"
 #include "app/Service.h"
 #include "app/Settings.h"
+#include "messages/Channels.h"
 #include "messages/Signups.h"
 #include "places/Importer.h"
 #include "protocol/Announcements.h"
@@ -179,13 +180,59 @@ void RunForget(const Arguments& arguments)
     std::cout << "The device of the address, its texts and its sign-ups are deleted.\n";
 }
 
+// "waiting", "leased", "retry in 5 s"; "unknown" before these if the provider may have the text.
+std::string StateOf(const WaitingText& text)
+{
+    const std::string state = text.isLeased     ? "leased"
+                              : text.dueIn == 0 ? "waiting"
+                                                : "retry in " + std::to_string(text.dueIn) + " s";
+    return (text.mayBeSent ? "unknown, " : "") + state;
+}
+
 void RunOutbox(const Arguments& arguments)
 {
     constexpr std::size_t kMost = 1000;
-    for (const OutboxRow& text : OpenStoreToRead(arguments).Outbox(kMost)) {
+    const SqliteStore store = OpenStoreToRead(arguments);
+    for (const WaitingText& waiting : store.WaitingTexts(kMost)) {
+        const OutboxRow& text = waiting.text;
         std::cout << text.id << "\tdevice=" << text.device << "\tprayer=" << text.prayer
-                  << "\ttime=" << text.time << "\tplace=" << text.place << '\n';
+                  << "\ttime=" << text.time << "\tplace=" << text.place << "\tkind=" << waiting.kind
+                  << "\tage=" << waiting.age << "\tattempts=" << waiting.attempts
+                  << "\tstate=" << StateOf(waiting) << '\n';
     }
+    const OutboxState state = store.StateOfOutbox();
+    std::cerr << state.waiting << " waiting, " << state.leased << " leased, the oldest " << state.oldestAge
+              << " s old; " << state.spentToday << " spent today\n";
+}
+
+const char* KindOf(const std::string& address)
+{
+    const bool isWeb = address.starts_with("https://") || address.starts_with("http://");
+    return isWeb ? "ntfy" : address.starts_with('+') ? "sms" : "mail";
+}
+
+void RunMessageTest(const Arguments& arguments)
+{
+    const Settings settings = SettingsOf(arguments);
+    const Channels channels(settings.messages.channelOptions);
+    const std::string kind = KindOf(arguments.address);
+    Channel* const channel = channels.ForKind(kind);
+    if (channel == nullptr) {
+        throw ChannelError("no channel is configured for addresses of the kind \"" + kind + '"');
+    }
+    const std::string address = kind == "mail" ? RequireMailAddress(arguments.address) : arguments.address;
+    const SendResult result = channel->Send(
+        {address, "Dusk Beacon: test", "This is a test of the channel \"" + channel->Name() + "\".",
+         "test-" + std::to_string(RandomBelow(1U << 31U)), settings.messages.language});
+    constexpr const char* kWords[] = {"accepted", "failed; the service would try again",
+                                      "refused; the service would not try again",
+                                      "unknown; the provider may have it"};
+    const std::string line = "channel " + channel->Name() + ": " + kWords[static_cast<int>(result.handover)] +
+                             (result.reason.empty() ? "" : ": " + result.reason);
+    if (result.handover != Handover::Accepted) {
+        throw ChannelError(line);
+    }
+    std::cout << line << '\n';
 }
 
 void RunStarts(const Arguments& arguments)
@@ -241,9 +288,15 @@ void AddReleaseCommands(CLI::App& program, Arguments& arguments)
 
 void AddMessageCommands(CLI::App& program, Arguments& arguments)
 {
-    program.add_subcommand("outbox", "lists the texts that wait")->callback([&arguments] {
+    program.add_subcommand("outbox", "lists the texts that wait, with their states")->callback([&arguments] {
         RunOutbox(arguments);
     });
+    CLI::App* const message = program.add_subcommand("message", "messages by the configured channels");
+    message->require_subcommand(1);
+    CLI::App* const test = message->add_subcommand("test", "sends a test message and says what happened");
+    test->add_option("address", arguments.address, "mail address, phone number with +, or ntfy topic")
+        ->required();
+    test->callback([&arguments] { RunMessageTest(arguments); });
     CLI::App* const forget =
         program.add_subcommand("forget", "deletes all that is kept of a mail address, texts included");
     forget->add_option("address", arguments.address, "the mail address")->required();

@@ -64,6 +64,14 @@ class Service:
                 return re.search(r"device ID: (\S+)\nYour personal code: (.+)\n", message).groups()
         raise AssertionError(f"no message to {address}")
 
+    def texts(self):
+        """The texts at prayer times in the spool, each in one line."""
+        messages = []
+        for path in glob.glob(os.path.join(self._folder, "state", "spool", "*.txt")):
+            with open(path, encoding="utf-8") as file:
+                messages.append(file.read().partition("\n\n")[2].rstrip("\n"))
+        return [message for message in messages if "\n" not in message]
+
     def _command(self, *arguments):
         return [self._program, "--config", "service.toml", *arguments]
 

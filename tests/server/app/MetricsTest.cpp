@@ -3,6 +3,7 @@
 #include "app/Metrics.h"
 
 #include "http/HttpFigures.h"
+#include "messages/SenderFigures.h"
 #include "protocol/MessageScripts.h"
 #include "protocol/RequestLimits.h"
 #include "server/app/ServiceFixture.h"
@@ -33,6 +34,46 @@ std::map<std::string, std::string> Values(const std::string& text)
 }
 
 } // namespace
+
+TEST(Metrics, sending_hasEachFigureOnce)
+{
+    SenderFigures sender;
+    ChannelFigures channel;
+    const struct
+    {
+        const char* name;
+        std::atomic<std::uint64_t>& count;
+    } rows[] = {
+        {R"(beacond_outbox_texts{state="waiting"})", sender.waiting},
+        {R"(beacond_outbox_texts{state="leased"})", sender.leased},
+        {"beacond_outbox_oldest_seconds", sender.oldestSeconds},
+        {R"(beacond_texts_ended_total{outcome="sent"})", sender.sent},
+        {R"(beacond_texts_ended_total{outcome="refused"})", sender.refused},
+        {R"(beacond_texts_ended_total{outcome="given_up"})", sender.givenUp},
+        {R"(beacond_texts_ended_total{outcome="capped"})", sender.capped},
+        {"beacond_text_attempts_repeated_total", sender.retried},
+        {"beacond_text_attempts_uncertain_total", sender.uncertain},
+        {"beacond_texts_doubled_total", sender.doubled},
+        {"beacond_spend_today", sender.spentToday},
+        {"beacond_spend_reached", sender.isSpendReached},
+        {R"(beacond_channel_accepted_total{channel="sms"})", channel.accepted},
+        {R"(beacond_channel_failures_total{channel="sms"})", channel.failed},
+        {R"(beacond_channel_refused_total{channel="sms"})", channel.refused},
+        {R"(beacond_channel_failures_in_a_row{channel="sms"})", channel.failuresInARow},
+    };
+    std::uint64_t number = 0;
+    for (const auto& row : rows) {
+        row.count = ++number;
+    }
+    const auto values = Values(SendingMetricsText(sender, {{"sms", channel}}));
+    EXPECT_EQ(values.size(), std::size(rows));
+    number = 0;
+    for (const auto& row : rows) {
+        ++number;
+        ASSERT_TRUE(values.contains(row.name)) << row.name;
+        EXPECT_EQ(values.at(row.name), std::to_string(number)) << row.name;
+    }
+}
 
 TEST(Metrics, everyCounter_hasItsOwnNameAndLabel)
 {

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <regex>
@@ -32,6 +33,20 @@ protected:
         EXPECT_TRUE(std::regex_search(text, match, std::regex("personal code: ([0-9 ]{19})\n")));
         return kScripts + "ma/confirmSignup.pl?prod_string=pc&dist_string=&vCode=" +
                std::regex_replace(match[1].str(), std::regex(" "), "-");
+    }
+    /// Whether the spool has a message with that text.
+    [[nodiscard]] bool HasText(const std::string& text) const
+    {
+        const fs::directory_iterator entries(folder / "state/spool");
+        return std::any_of(begin(entries), end(entries), [&](const fs::directory_entry& entry) {
+            return entry.path().extension() == ".txt" && Read(entry.path()).ends_with("\n\n" + text + "\n");
+        });
+    }
+    /// A spool that takes one message, the code of a sign-up, and makes the texts wait.
+    void ConfigureSlowChannel()
+    {
+        Configure("[messages]\nchannels = [\"slow\"]\n[[messages.channel]]\nname = \"slow\"\n"
+                  "type = \"spool\"\nfolder = \"state/spool\"\nper_second = 0.001\n");
     }
 };
 
@@ -104,7 +119,7 @@ TEST_F(ServiceTest, portInUse_isOneLineAndStatusTwo)
     }
 }
 
-TEST_F(ServiceTest, signup_isConfirmedAndItsTextReachesTheOutbox)
+TEST_F(ServiceTest, signup_isConfirmedAndItsTextIsSent)
 {
     Configure("[messages]\nchannels = [\"spool\"]\n");
     const unsigned short port = Serve();
@@ -114,14 +129,47 @@ TEST_F(ServiceTest, signup_isConfirmedAndItsTextReachesTheOutbox)
                               "prayerCall.pl?prod_string=pc&aid=SA-G104515&pno=5&alert_type=Normal&ma=1&"
                               "dist_string=&time=18:42&aid=SA-G104515"),
               "<root/>");
-    service->Signal(SIGKILL);
-    EXPECT_EQ(service->Wait().status, 128 + SIGKILL);
-    EXPECT_THAT(Run({"outbox"}).output, HasSubstr("\tprayer=5\ttime=18:42\tplace=SA-G104515\n"));
+    EXPECT_TRUE(Becomes([&] { return HasText("Maghrib 18:42"); }));
+    const unsigned short metricsPort = service->AwaitMetricsPort();
+    EXPECT_TRUE(Becomes([&] { return Run({"outbox"}).output.empty(); }));
+    const std::string metrics = Fetch(metricsPort, "/metrics");
+    EXPECT_THAT(metrics, HasSubstr("\nbeacond_texts_ended_total{outcome=\"sent\"} 1\n"));
+    EXPECT_THAT(metrics, HasSubstr("\nbeacond_channel_accepted_total{channel=\"spool\"} 1\n"));
+}
+
+TEST_F(ServiceTest, outbox_showsTheStateOfATextThatWaits)
+{
+    ConfigureSlowChannel();
+    const unsigned short port = Serve();
+    EXPECT_THAT(Fetch(port, SignUp(port)), StartsWith("<root result=\"1\""));
+    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&aid=SA-G104515&pno=5&ma=1&time=18:42"),
+              "<root/>");
+    EXPECT_TRUE(Becomes([&] { return Run({"outbox"}).output.ends_with("state=leased\n"); }));
+    // The end returns the lease at once.
+    EXPECT_EQ(Terminate().status, 0);
+    EXPECT_THAT(Run({"outbox"}).output,
+                MatchesRegex("1\tdevice=1\tprayer=5\ttime=18:42\tplace=SA-G104515\tkind=mail\tage=[0-9]+\t"
+                             "attempts=0\tstate=waiting\n"));
+}
+
+TEST_F(ServiceTest, messageTest_sendsOneMessageAndSaysWhatHappened)
+{
+    Configure("[messages]\nchannels = [\"spool\"]\n");
+    EXPECT_EQ(Run({"message", "test", "someone@example.org"}).output, "channel spool: accepted\n");
+    EXPECT_TRUE(HasText("This is a test of the channel \"spool\"."));
+    EXPECT_EQ(Run({"message", "test", "+4915112345678"}).errors,
+              "dusk-beacond: no channel is configured for addresses of the kind \"sms\"\n");
+    Configure("[messages]\nchannels = [\"a\"]\n[[messages.channel]]\nname = \"a\"\ntype = \"smtp\"\n"
+              "server = \"127.0.0.1:1\"\ntls = \"none\"\nfrom = \"beacon@example.org\"\n");
+    const ProcessEnd end = Run({"message", "test", "someone@example.org"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.errors, StartsWith("dusk-beacond: channel a: failed; the service would try again: "));
+    EXPECT_THAT(end.errors, Not(HasSubstr("someone")));
 }
 
 TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
 {
-    Configure("[messages]\nchannels = [\"spool\"]\n");
+    ConfigureSlowChannel();
     const unsigned short port = Serve();
     const std::string confirm = SignUp(port);
     EXPECT_THAT(Fetch(port, confirm), StartsWith("<root result=\"1\""));

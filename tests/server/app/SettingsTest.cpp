@@ -145,6 +145,11 @@ TEST(Settings, invalidValues_areRefusedWithLineAndKey)
          "service.toml:5: messages.channel[0].per_secnd: unknown key"},
         {"[[messages.channel]]\nname = \"a\"\ntype = \"spool\"\nfolder = \"a\"\nper_second = 0",
          "service.toml:5: messages.channel[0].per_second: a number from 0.001 to 10000 is expected"},
+        {"messages.language = \"xx\"",
+         "service.toml:1: messages.language: one of these is expected: en, ar, fr, id, tr, ur"},
+        {"[messages]\nchannels = [\"a\"]\nspend_per_day = 0\n[[messages.channel]]\nname = \"a\"\n"
+         "type = \"spool\"\nfolder = \"a\"\nprice = 1",
+         "service.toml:3: messages.spend_per_day: a limit is expected, since the channel \"a\" has a price"},
         {"messages.channel = 1", "service.toml:1: messages.channel: a list of tables is expected: "
                                  "[[messages.channel]]"},
         {"[messages]\nsignups_per_day = 0",
