@@ -51,7 +51,9 @@ bool IsEachPiece(std::string_view text, Condition condition)
     }
 }
 
-bool IsHost(std::string_view text)
+} // namespace
+
+bool IsHostName(std::string_view text)
 {
     const std::size_t last = text.rfind('.');
     // A top-level domain begins with a letter, unlike the last part of an IPv4 address.
@@ -59,14 +61,12 @@ bool IsHost(std::string_view text)
            IsEachPiece(text, IsLabel);
 }
 
-} // namespace
-
 std::optional<std::string> NormalisedMailAddress(std::string_view typed)
 {
     const std::string_view text = Trimmed(typed, " \t\r\n");
     const std::size_t at = text.find('@');
     if (text.size() > kLongest || at == std::string_view::npos || at > kLongestLocalPart ||
-        !IsEachPiece(text.substr(0, at), IsAtom) || !IsHost(text.substr(at + 1))) {
+        !IsEachPiece(text.substr(0, at), IsAtom) || !IsHostName(text.substr(at + 1))) {
         return std::nullopt;
     }
     std::string address(text);

@@ -13,6 +13,9 @@ namespace beacond {
 /// local parts, address literals, a domain without a dot).
 [[nodiscard]] std::optional<std::string> NormalisedMailAddress(std::string_view typed);
 
+/// Whether @p text is the name of a host or domain with at least one dot, in ASCII; no numeric address.
+[[nodiscard]] bool IsHostName(std::string_view text);
+
 /// A normalised address without the subaddress, from "+" to "@", which many servers deliver to the same
 /// mailbox. Only for limits: on other servers the result can be another person's address.
 [[nodiscard]] std::string WithoutSubaddress(std::string_view address);

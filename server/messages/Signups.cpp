@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Signups.h"
 
+#include "messages/Address.h"
 #include "messages/Channel.h"
 #include "messages/MailAddress.h"
 #include "messages/PersonalCode.h"
@@ -45,7 +46,7 @@ Signup SignupOf(const Keys& keys, const std::string& address, std::string codeHa
 
 std::string MailAddressIndex(const Key& index, std::string_view address)
 {
-    return index.Hash("mail address", address);
+    return AddressIndex(index, {AddressKind::Mail, std::string(address)});
 }
 
 Signups::Signups(const Keys& keys, StoreThread& store, Channel* channel, SignupLimits limits,
