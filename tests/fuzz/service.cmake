@@ -22,10 +22,13 @@ duskbeacon_fuzz(places_file
 duskbeacon_fuzz(import
   SOURCES FuzzImport.cpp FuzzTarget.h InputParts.h
   LIBRARIES duskbeacon_places)
+duskbeacon_fuzz(mails
+  SOURCES FuzzMails.cpp FuzzTarget.h
+  LIBRARIES duskbeacon_server_messages duskbeacon_server_support)
 # Reads from the heap, where the sanitizer detects a read beyond the file.
 target_link_options(fuzz_places_file PRIVATE -Wl,--wrap=mmap,--wrap=munmap)
 
-foreach(name requests texts configuration places_file import)
+foreach(name requests texts configuration places_file import mails)
   set_target_properties(fuzz_${name} PROPERTIES AUTOMOC OFF)
   target_link_libraries(fuzz_${name} PRIVATE duskbeacon_server_warnings)
 endforeach()
