@@ -9,7 +9,7 @@ namespace beacond {
 
 /// The steps that bring an empty SQLite file to the current schema, in order. Never change a released step:
 /// the number of the steps applied to a file is its version.
-inline constexpr std::array<std::string_view, 4> kSqliteMigrations = {R"(
+inline constexpr std::array<std::string_view, 5> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,
     hash BLOB NOT NULL) WITHOUT ROWID;
@@ -115,6 +115,16 @@ ALTER TABLE confirmed_device RENAME TO device;
 ALTER TABLE signup ADD COLUMN limit_index BLOB NOT NULL DEFAULT x'';
 UPDATE signup SET limit_index = address_index;
 CREATE INDEX signup_of_limit ON signup (limit_index, consent_at);
+)",
+                                                                      R"(
+CREATE TABLE incoming (
+    id BLOB PRIMARY KEY,
+    first_at INTEGER NOT NULL,
+    begun_at INTEGER NOT NULL,
+    begun INTEGER NOT NULL,
+    is_done INTEGER NOT NULL) WITHOUT ROWID;
+CREATE INDEX incoming_by_age ON incoming (first_at);
+CREATE INDEX device_of_kind ON device (kind);
 )",
                                                                       R"(
 ALTER TABLE outbox ADD COLUMN kind TEXT NOT NULL DEFAULT 'mail';

@@ -48,7 +48,15 @@ SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, cons
     Statement ofAddress = database.Run(
         "SELECT COUNT(*) FROM signup WHERE limit_index = ? AND consent_at > ? AND consent_at <= ?");
     const bool isRefused = isReached(ofAddress.BindBytes(LimitIndexOf(signup)), limits.ofAnAddress);
-    return isRefused ? Limit::Address : Limit::None;
+    if (isRefused) {
+        return Limit::Address;
+    }
+    Statement devices =
+        database.Run("SELECT COUNT(*), EXISTS (SELECT 1 FROM device WHERE address_index = ?2) "
+                     "FROM device WHERE kind = ?1");
+    devices.Bind(signup.kind).BindBytes(signup.addressIndex).Step();
+    const bool isFull = devices.Integer(0) >= limits.devicesOfKind && devices.Integer(1) == 0;
+    return isFull ? Limit::Devices : Limit::None;
 }
 
 // The number of the device of an address; 0 for an address with neither a device nor a sign-up. All pending

@@ -37,6 +37,11 @@ public:
     [[nodiscard]] Confirmation Confirm(std::string_view codeHash, std::string_view installation) override;
     void DropOldSignups() override;
     bool Forget(std::string_view addressIndex) override;
+    [[nodiscard]] IncomingState BeginIncoming(std::string_view message, std::int64_t lease) override;
+    void EndIncoming(std::string_view message) override;
+    void ReturnIncoming(std::string_view message) override;
+    void DropOldIncoming() override;
+    bool Stop(std::string_view addressIndex) override;
     [[nodiscard]] bool IsTextDue(std::string_view installation, int prayer) const override;
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;

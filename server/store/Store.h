@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -72,15 +73,25 @@ struct SignupLimits
     std::int64_t ofAnAddress = 3;
     std::int64_t ofADomain = 500;
     std::int64_t inAll = 2'000;
+    /// Confirmed devices of the sign-up's kind from which on only addresses with a device are accepted.
+    std::int64_t devicesOfKind = std::numeric_limits<std::int64_t>::max();
 };
 
 /// The device of a sign-up, or the limit that refused it.
 struct SignupResult
 {
-    enum class Limit { None, Address, Domain, InAll };
+    enum class Limit { None, Address, Domain, InAll, Devices };
 
     Limit exceeded = Limit::None;
     std::int64_t device = 0; ///< the number that the device has, or will have once it is confirmed
+};
+
+/// The state of a message that came in by one of the roads for sign-ups.
+enum class IncomingState {
+    Begun,    ///< by this caller, which must handle it
+    Busy,     ///< begun by another caller a short time ago
+    Done,     ///< handled
+    Abandoned ///< begun too often without an end, as if the message ended the service each time
 };
 
 enum class Confirmation { Confirmed, Unknown, Expired };
@@ -204,6 +215,24 @@ public:
     /// Deletes the device of an address with its dependent rows, and the sign-ups of the address. False if
     /// there are none.
     virtual bool Forget(std::string_view addressIndex) = 0;
+
+    /// Begins to handle an incoming message, unless it has been handled or begun three times. The caller
+    /// calls EndIncoming or ReturnIncoming; without either of them another caller can begin it again.
+    /// @param message identifies the message without revealing it
+    /// @param lease seconds for which it stays Busy for others; 0 if there are no others
+    [[nodiscard]] virtual IncomingState BeginIncoming(std::string_view message, std::int64_t lease) = 0;
+    /// The message is Done from now on, for three days at least.
+    virtual void EndIncoming(std::string_view message) = 0;
+    /// Undoes a BeginIncoming after a failure that has nothing to do with the message.
+    virtual void ReturnIncoming(std::string_view message) = 0;
+    /// Drops the incoming messages that were begun first more than three days ago, and those dated more than
+    /// a day ahead: the clock was wrong.
+    virtual void DropOldIncoming() = 0;
+    /// Ends the messages to an address on its own request: deletes its device with the dependent rows, and
+    /// the addresses, codes and consents of its sign-ups. Keeps their hashes for the limits of a day:
+    /// otherwise each such request would allow further sign-ups. False if there was neither a device nor a
+    /// valid code.
+    virtual bool Stop(std::string_view addressIndex) = 0;
 
     /// Whether QueueText would queue a text. Needs no write lock.
     [[nodiscard]] virtual bool IsTextDue(std::string_view installation, int prayer) const = 0;
