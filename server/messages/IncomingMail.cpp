@@ -117,8 +117,9 @@ bool IsAuthenticated(const std::vector<Header>& headers, std::string_view server
             continue;
         }
         const std::optional<AuthenticationResults> results = ReadAuthenticationResults(header.value);
-        if (results && results->server == Lower(server)) {
-            return results->dmarcDomain &&
+        // The server's own value can be malformed by the sender's text in it: those below must not count.
+        if (!results || results->server == Lower(server)) {
+            return results && results->dmarcDomain &&
                    RegistrableDomainOf('@' + *results->dmarcDomain) == RegistrableDomainOf(sender);
         }
     }

@@ -143,6 +143,7 @@ TEST(IncomingMail, authentication_isThatOfTheServersFirstResults)
          false},
         {"in a comment", results + "spf=pass (; dmarc=pass header.from=example.org) smtp.helo=a\n", false},
         {"after an open comment", results + "spf=pass (a; dmarc=pass header.from=example.org\n", false},
+        {"forged below a malformed one", results + "spf=pass smtp.mailfrom=\"a\n" + kPass, false},
         {"in nested comments", results + "spf=pass ((a) \\) ; dmarc=pass header.from=example.org )\n", false},
     };
     for (const auto& row : rows) {
