@@ -5,11 +5,15 @@
 #include "app/Listeners.h"
 #include "app/Log.h"
 #include "app/Metrics.h"
+#include "app/RoadMetrics.h"
+#include "app/RoadSettings.h"
 #include "app/Site.h"
 #include "app/StoreTasks.h"
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
 #include "messages/Channels.h"
+#include "messages/Hooks.h"
+#include "messages/Roads.h"
 #include "messages/Sender.h"
 #include "messages/Signups.h"
 #include "places/Places.h"
@@ -120,6 +124,8 @@ private:
     std::optional<StoreThread> m_store;
     std::optional<Sender> m_sender;
     std::optional<Signups> m_signups;
+    std::optional<Hooks> m_hooks;
+    std::optional<Roads> m_roads;
     std::optional<StoreTasks> m_tasks;
     std::optional<Site> m_site;
 };
@@ -140,12 +146,14 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     Apply(settings);
     m_sender.emplace(m_keys, *m_store, m_channels,
                      SenderOptions{settings.messages.spendPerDay, settings.messages.language}, &LogError);
-    m_signups.emplace(m_keys, *m_store, m_channels.ForKind("mail"), settings.messages.signups,
-                      static_cast<int>(settings.messages.signupsPerNetwork), &LogError);
+    SignupOptions signups = settings.messages.signups;
+    signups.invites = ReadInvites(settings.messages.inviteFile);
+    m_signups.emplace(m_keys, *m_store, m_channels, std::move(signups), &LogError);
+    m_hooks.emplace(m_keys, *m_store, *m_signups, settings.messages.hooks, &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
     m_site.emplace(ScriptSources{m_keys, *m_store, m_starts, m_places, m_announcements, m_dists, &Now,
                                  &LogError, m_limits, static_cast<int>(settings.messages.wrongCodesAlarm)},
-                   *m_signups, m_signupAddress);
+                   *m_signups, *m_hooks, m_signupAddress);
 }
 
 void Service::Apply(const Settings& settings)
@@ -206,13 +214,17 @@ void Service::Run()
                                {}};
         },
         m_metricsFigures);
-    // Stop sign-ups and store before the servers are destroyed, also after an exception: their coroutines
-    // resume on the servers' threads.
+    // Stop roads, sign-ups and store before the servers are destroyed, also after an exception: their
+    // coroutines resume on the servers' threads.
     const ScopeExit stop{[this] {
+        if (m_roads) {
+            m_roads->Stop();
+        }
         m_sender.reset();
         m_signups->Join();
         m_store.reset();
     }};
+    m_roads.emplace(m_keys, *m_store, *m_signups, m_settings.messages.roads, &LogError);
     LogInfo("metrics on port " + std::to_string(metrics.Port()));
     LogInfo("ready on port " + std::to_string(server.Port()));
 
@@ -234,7 +246,8 @@ std::string Service::AllMetrics() const
         channels.push_back({m_channels.All()[index]->Name(), m_sender->FiguresOf(index)});
     }
     return MetricsText(m_figures, m_site->Figures(), m_limits.Figures()) +
-           SendingMetricsText(m_sender->Figures(), channels);
+           SendingMetricsText(m_sender->Figures(), channels) +
+           RoadMetricsText(m_signups->Counts(), m_roads->Figures(), m_hooks->Figures());
 }
 
 void Service::End(HttpServer& server, HttpServer& metrics)

@@ -3,6 +3,7 @@
 #include "app/Settings.h"
 
 #include "app/ChannelSettings.h"
+#include "app/RoadSettings.h"
 #include "app/SettingsReader.h"
 #include "http/ProxyList.h"
 #include "messages/TextWording.h"
@@ -95,11 +96,7 @@ Settings ReadAll(SettingsReader& reader)
                             "a limit is expected, since the channel \"" + channel.name + "\" has a price");
         }
     }
-    constexpr std::int64_t kMostSignups = 100'000;
-    reader.Read("messages.signups_per_network", settings.messages.signupsPerNetwork, 1, kMostSignups);
-    reader.Read("messages.signups_per_address", settings.messages.signups.ofAnAddress, 1, kMostSignups);
-    reader.Read("messages.signups_per_domain", settings.messages.signups.ofADomain, 1, kMostSignups);
-    reader.Read("messages.signups_per_day", settings.messages.signups.inAll, 1, kMostSignups);
+    ReadRoads(reader, settings.messages);
     reader.Read("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
     ReadLimits(reader, settings.limits);
     reader.Read("log.level", settings.log.level);

@@ -4,6 +4,7 @@
 
 #include "http/ListeningSocket.h"
 #include "messages/ChannelOptions.h"
+#include "messages/SignupOptions.h"
 #include "protocol/RequestLimits.h"
 #include "store/Store.h"
 
@@ -77,11 +78,13 @@ struct Settings
         std::vector<ChannelOptions> channelOptions; ///< of these channels
         std::string signupAddress;
         std::filesystem::path spool = "state/spool";
-        std::int64_t spendPerDay = 0;        ///< the sum of the channels' prices; 0 for no limit
-        std::string language = "en";         ///< of the texts
-        std::int64_t signupsPerNetwork = 20; ///< within an hour
-        SignupLimits signups;                ///< within a day
-        std::int64_t wrongCodesAlarm = 100;  ///< within an hour
+        std::int64_t spendPerDay = 0;     ///< the sum of the channels' prices; 0 for no limit
+        std::string language = "en";      ///< of the texts
+        SignupOptions signups;            ///< without the invite words
+        std::filesystem::path inviteFile; ///< empty if anyone may sign up
+        RoadOptions roads;
+        std::vector<HookOptions> hooks;
+        std::int64_t wrongCodesAlarm = 100; ///< within an hour
     } messages;
 
     LimitOptions limits;

@@ -4,11 +4,14 @@
 
 #include "app/Log.h"
 #include "http/Query.h"
+#include "messages/Hooks.h"
 #include "messages/Signups.h"
 #include "pages/Pages.h"
 #include "places/Places.h"
 #include "store/StoreThread.h"
 #include "support/Network.h"
+
+#include <boost/algorithm/string/predicate.hpp>
 
 #include <algorithm>
 #include <chrono>
@@ -18,6 +21,7 @@ namespace beacond {
 
 namespace {
 
+constexpr std::string_view kHookFolder = "/hook/";
 constexpr std::string_view kSoundPage = "/cgi-bin/dbeacon/sound/sound.pl";
 
 Response Plain(unsigned status, std::string text)
@@ -35,18 +39,32 @@ Response OnlyFor(std::string methods)
 // A name for the log. Only known paths are logged: other paths may hold a secret.
 std::string_view LogName(std::string_view path)
 {
+    if (path.starts_with(kHookFolder)) {
+        return kHookFolder;
+    }
     static constexpr std::string_view kPages[] = {
         "/", "/dbeacon/help.html", "/downloads/", "/healthz", "/readyz", "/signup", kSoundPage};
     const auto* const page = std::find(std::begin(kPages), std::end(kPages), path);
     return page != std::end(kPages) ? *page : Scripts::NameOf(path);
 }
 
+// The sign-up address belongs to a person's mail or phone: without a channel for either its texts stay
+// unanswered.
+SignupOffer OfferOf(const Signups& signups, const std::string* address)
+{
+    const bool mail = signups.Serves(AddressKind::Mail);
+    const bool hasAddress = address != nullptr && (mail || signups.Serves(AddressKind::Sms));
+    return {mail, signups.Serves(AddressKind::Ntfy), signups.NeedsInvite(),
+            hasAddress ? *address : std::string_view()};
+}
+
 } // namespace
 
-Site::Site(ScriptSources sources, Signups& signups, const Latest<std::string>& signupAddress)
+Site::Site(ScriptSources sources, Signups& signups, Hooks& hooks, const Latest<std::string>& signupAddress)
     : m_sources(sources)
     , m_scripts(std::move(sources))
     , m_signups(signups)
+    , m_hooks(hooks)
     , m_signupAddress(signupAddress)
 {
 }
@@ -75,6 +93,9 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     if (request.path == "/signup") {
         co_return co_await AnswerSignup(request);
     }
+    if (request.path.starts_with(kHookFolder)) {
+        co_return co_await AnswerHook(request);
+    }
     if (request.method != Method::Get && request.method != Method::Head) {
         co_return OnlyFor("GET, HEAD");
     }
@@ -83,10 +104,11 @@ boost::asio::awaitable<Response> Site::AnswerAny(const Request& request)
     }
     if (request.path == "/") {
         const auto address = m_signupAddress.Get();
-        co_return HomePage(m_signups.IsOffered(), address == nullptr ? std::string_view() : *address);
+        co_return HomePage(OfferOf(m_signups, address.get()));
     }
     if (request.path == "/dbeacon/help.html") {
-        co_return HelpPage();
+        const auto address = m_signupAddress.Get();
+        co_return HelpPage(OfferOf(m_signups, address.get()));
     }
     if (request.path == "/downloads/") {
         const auto announcements = m_sources.announcements.Get();
@@ -110,10 +132,43 @@ boost::asio::awaitable<Response> Site::AnswerSignup(const Request& request)
         co_return Plain(415, "A form is expected.\n");
     }
     const Query form(request.body, Query::Plus::Space);
-    std::string address = form.Value("address");
+    Signups::Form fields{form.Value("address"), form.Value("invite")};
     std::string network = NetworkOf(request.client);
     co_return SignupPage(
-        co_await m_signups.SignUp(std::move(address), std::move(network), m_sources.elapsed()));
+        co_await m_signups.SignUp(std::move(fields), std::move(network), m_sources.elapsed()));
+}
+
+// The replies have no text: some providers send it to the phone.
+boost::asio::awaitable<Response> Site::AnswerHook(const Request& request)
+{
+    if (request.method != Method::Post) {
+        co_return OnlyFor("POST");
+    }
+    std::string name = request.path.substr(kHookFolder.size());
+    const std::string_view header = m_hooks.ProofHeader(name);
+    std::string proof;
+    for (const RequestField& field : request.fields) {
+        if (boost::algorithm::iequals(field.name, header)) {
+            proof = field.value;
+        }
+    }
+    std::string body = request.body;
+    const Hooks::Result result = co_await m_hooks.Post(std::move(name), std::move(proof), std::move(body),
+                                                       m_sources.now(), m_sources.elapsed());
+    switch (result) {
+    case Hooks::Result::Done:
+        co_return Plain(200, {});
+    case Hooks::Result::Unknown:
+        co_return Plain(404, {});
+    case Hooks::Result::Malformed:
+        co_return Plain(400, {});
+    case Hooks::Result::Forged:
+    case Hooks::Result::Old:
+        co_return Plain(403, {});
+    case Hooks::Result::Later:
+        break;
+    }
+    co_return Plain(503, {});
 }
 
 Response Site::Readiness() const

@@ -9,6 +9,7 @@
 
 namespace beacond {
 
+class Hooks;
 class Signups;
 
 /// The requests of the main listener: the scripts, the pages, the two health checks. Thread-safe.
@@ -16,7 +17,7 @@ class Site final
 {
 public:
     /// @param signupAddress shown on the home page; empty for none
-    Site(ScriptSources sources, Signups& signups, const Latest<std::string>& signupAddress);
+    Site(ScriptSources sources, Signups& signups, Hooks& hooks, const Latest<std::string>& signupAddress);
 
     [[nodiscard]] boost::asio::awaitable<Response> Answer(const Request& request);
     [[nodiscard]] const MessageFigures& Figures() const { return m_scripts.Figures(); }
@@ -24,11 +25,13 @@ public:
 private:
     [[nodiscard]] boost::asio::awaitable<Response> AnswerAny(const Request& request);
     [[nodiscard]] boost::asio::awaitable<Response> AnswerSignup(const Request& request);
+    [[nodiscard]] boost::asio::awaitable<Response> AnswerHook(const Request& request);
     [[nodiscard]] Response Readiness() const;
 
     ScriptSources m_sources;
     Scripts m_scripts;
     Signups& m_signups;
+    Hooks& m_hooks;
     const Latest<std::string>& m_signupAddress;
 };
 

@@ -15,6 +15,13 @@ namespace beacond {
 
 enum class Method { Get, Head, Post, Other };
 
+/// A field of a request's header.
+struct RequestField
+{
+    std::string name; ///< in lower case
+    std::string value;
+};
+
 /// One request within the limits. The texts are raw bytes: nothing is decoded.
 struct Request
 {
@@ -23,6 +30,7 @@ struct Request
     std::string query; ///< everything after the first "?", also a "#" and the text after it
     std::string contentType;
     std::string body;
+    std::vector<RequestField> fields; ///< of a POST; empty for other methods, which need none
     /// The peer, or the forwarded address where the peer is a configured proxy.
     boost::asio::ip::address client;
     /// The delay of the connection's thread by its last measurements; zero while it keeps up.

@@ -9,6 +9,7 @@
 #include <boost/beast/http/error.hpp>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -109,6 +110,11 @@ void RequestParser::on_field_impl(Field name, Text nameText, Text value, Error& 
         return; // a trailer must not change the header
     }
     const std::string_view text(value.data(), value.size());
+    if (m_request.method == Method::Post) {
+        RequestField& field = m_request.fields.emplace_back();
+        std::transform(nameText.begin(), nameText.end(), std::back_inserter(field.name), &ToLower);
+        field.value = text;
+    }
     switch (name) {
     case Field::host:
         if (m_hasHost || !IsHost(text)) {

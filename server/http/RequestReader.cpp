@@ -17,6 +17,7 @@ void Empty(beacond::Request& request)
     for (std::string* text : {&request.path, &request.query, &request.contentType, &request.body}) {
         text->clear();
     }
+    request.fields.clear();
 }
 
 } // namespace

@@ -2,32 +2,49 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "store/Store.h"
+#include "messages/IncomingText.h"
+#include "messages/SignupOptions.h"
 #include "support/AttemptLimit.h"
 #include "support/Report.h"
 
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/thread_pool.hpp>
 
+#include <array>
+#include <atomic>
 #include <chrono>
+#include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace beacond {
 
-class Channel;
+class Channels;
 class Key;
 class StoreThread;
+enum class Handover;
 struct Keys;
 
 /// The words of the form on the home page that ask for consent; stored with each sign-up.
 inline constexpr std::string_view kConsentWords = "By sending it you agree that the address is kept, "
                                                   "encrypted, for these messages alone, until you ask for "
                                                   "its deletion.";
+/// The same for a mail or a text message with the word "test".
+inline constexpr std::string_view kTestConsentWords =
+    "By sending it you agree that your address or number is kept, encrypted, for these messages alone, until "
+    "you send the word STOP.";
 
 /// The keyed hash by which the store finds the data of a mail address.
 /// @param address a result of NormalisedMailAddress
 [[nodiscard]] std::string MailAddressIndex(const Key& index, std::string_view address);
+
+/// The roads by which sign-ups come in.
+enum class Road { Form, Mail, Text, Hook };
+
+/// "form", "mail", "text" or "hook": the name in the store and in the metrics.
+[[nodiscard]] std::string_view NameOf(Road road);
 
 /// Accepts sign-ups of devices: stores each one, and sends the ID and the personal code to its address. The
 /// device is created when the code is confirmed. Thread-safe.
@@ -36,48 +53,92 @@ class Signups final
 public:
     enum class Outcome {
         Sent,
-        NotOffered, ///< no channel is configured
-        NoAddress,  ///< the text is no mail address
-        TooMany,    ///< of this network in an hour; or of this address, its domain or in all in a day
-        Failed      ///< the store or the channel
+        Stopped,     ///< the messages to the sender have ended
+        Nothing,     ///< the text has no wish, or there is nothing to stop
+        NotOffered,  ///< no channel for that kind of address, or a number outside the served prefixes
+        NoAddress,   ///< the text is no address
+        PhoneNumber, ///< a phone number signs up with a text message of its own
+        NotInvited,  ///< without an invite word
+        TooMany,     ///< of this network in an hour; or of this address, its domain or in all in a day
+        Full,        ///< the channel serves no further device
+        Refused,     ///< by the channel, for good
+        Failed       ///< the store or the channel; can succeed later
+    };
+    static constexpr std::array<std::string_view, 11> kOutcomeNames = {
+        "sent",        "stopped",  "nothing", "not_offered", "no_address", "phone_number",
+        "not_invited", "too_many", "full",    "refused",     "failed"};
+    /// The number of each outcome since the start.
+    using Figures = std::array<std::atomic<std::uint64_t>, kOutcomeNames.size()>;
+
+    /// The fields of the form on the home page.
+    struct Form
+    {
+        std::string address;
+        std::string invite;
     };
 
-    /// @param channel of mail addresses; null if none is configured
-    /// @param mostOfANetwork sign-ups from one network within an hour
+    /// The devices of a channel can all ask for a text in one minute, which must be sent within this time.
+    static constexpr std::chrono::minutes kLongestDrain{10};
+
     /// @param report receives the reason of each failure, for the log
-    Signups(const Keys& keys, StoreThread& store, Channel* channel, SignupLimits limits, int mostOfANetwork,
+    Signups(const Keys& keys, StoreThread& store, const Channels& channels, SignupOptions options,
             Report report);
 
-    [[nodiscard]] bool IsOffered() const { return m_channel != nullptr; }
+    /// Whether sign-ups of that kind of address are accepted.
+    [[nodiscard]] bool Serves(AddressKind kind) const;
+    /// Whether sign-ups need an invite word.
+    [[nodiscard]] bool NeedsInvite() const { return !m_invites.empty(); }
 
-    /// Signs up a mail address. Returns when the message has been handed over. The result does not reveal
-    /// whether the address is known.
+    /// Signs up the mail address or the topic of a form. Returns when the message has been handed over. The
+    /// result does not reveal whether the address is known.
     /// @param network a result of NetworkOf
-    [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(std::string typedAddress, std::string network,
+    [[nodiscard]] boost::asio::awaitable<Outcome> SignUp(Form form, std::string network,
                                                          AttemptLimit::Time now);
+    /// Signs up the sender of a text, or ends the messages to it, by the wish of the text.
+    /// @return neither NoAddress nor PhoneNumber
+    [[nodiscard]] boost::asio::awaitable<Outcome> Take(IncomingText text, Road road, AttemptLimit::Time now);
 
     /// Drops the stored data of expired sign-ups. Reports a failure.
     [[nodiscard]] boost::asio::awaitable<void> DropOld();
 
     /// Waits until all messages under way have been handed over. No message is handed over afterwards.
-    void Join() { m_sender.join(); }
+    void Join() { m_senders.join(); }
+
+    [[nodiscard]] const Figures& Counts() const { return m_figures; }
 
 private:
+    Outcome Count(Outcome outcome);
+    [[nodiscard]] boost::asio::awaitable<Outcome> SignUpForm(Form form, std::string network,
+                                                             AttemptLimit::Time now);
+    [[nodiscard]] boost::asio::awaitable<Outcome> TakeWish(IncomingText text, Road road,
+                                                           AttemptLimit::Time now);
+    [[nodiscard]] boost::asio::awaitable<Outcome> SignUpAddress(Address address, Road road,
+                                                                AttemptLimit::Time now);
+    [[nodiscard]] boost::asio::awaitable<Outcome> Stop(Address address);
+    [[nodiscard]] bool IsServed(const Address& address) const;
+    [[nodiscard]] bool IsInvited(std::string_view text) const;
+    [[nodiscard]] SignupLimits LimitsOf(AddressKind kind) const;
     void ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now);
-    /// On failure reports it and returns false.
-    [[nodiscard]] boost::asio::awaitable<bool> Send(const std::string& address, const std::string& text);
+    /// Reports the reason of a failure.
+    [[nodiscard]] boost::asio::awaitable<Handover> Send(Address address, std::string text);
     [[nodiscard]] boost::asio::awaitable<void> Withdraw(std::string codeHash);
 
     const Keys& m_keys;
     StoreThread& m_store;
-    Channel* m_channel;
-    SignupLimits m_limits;
+    const Channels& m_channels;
+    SignupOptions m_options;
+    std::set<std::string> m_invites; ///< hashes, since a comparison of words reveals their beginnings
     Report m_report;
     AttemptLimit m_networks;
+    /// Attempts of one sender without a valid invite word.
+    AttemptLimit m_uninvited{10, std::chrono::hours(1)};
     /// Suppresses repeated reports of a reached limit.
     AttemptLimit m_limitReports{1, std::chrono::hours(1)};
-    /// A thread for handing messages over, since that waits for the disk.
-    boost::asio::thread_pool m_sender{1};
+    Figures m_figures{};
+    /// Messages that wait for a thread or for their channel.
+    std::atomic<int> m_waiting{0};
+    /// Threads for handing messages over, since that waits for the disk or the network.
+    boost::asio::thread_pool m_senders{4};
 };
 
 } // namespace beacond

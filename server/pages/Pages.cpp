@@ -28,6 +28,8 @@ constexpr std::string_view kHead = R"(<!DOCTYPE html>
 <meta name="viewport" content="width=device-width">
 <title>)";
 
+constexpr std::string_view kSignupTitle = "Dusk Beacon: sign-up";
+
 constexpr std::string_view kFooter = R"(<footer><p><a href="/">Home</a> &middot;
 <a href="/dbeacon/help.html">Help</a> &middot;
 <a href="/downloads/">Downloads</a></p>
@@ -70,20 +72,45 @@ comes.</p>
 <h2>Messages at prayer time</h2>
 )";
 
-constexpr std::string_view kSignupForm =
-    "<p>Sign up for messages at the prayers that you choose in the program. Enter your mail address: an ID "
-    "and a personal code come back, which you enter in the program under <em>Alerts</em>, <em>Mobile "
-    "Alert</em>.</p>\n"
-    "<p>The messages at prayer times are not sent yet: this service keeps each one that the program asks for "
-    "in a queue. Sending is still to come.</p>\n"
-    "<form method=\"post\" action=\"/signup\"><p><label for=\"address\">Mail address</label><br>\n"
-    "<input id=\"address\" name=\"address\" type=\"email\" autocomplete=\"email\" maxlength=\"254\" required "
-    "size=\"30\">\n"
-    "<button>Send me an ID and a code</button></p>\n"
-    "<p>";
+constexpr std::string_view kSignup =
+    "<p>Sign up for messages at the prayers that you choose in the program. An ID and a personal code come "
+    "to you, which you enter in the program under <em>Alerts</em>, <em>Mobile Alert</em>.</p>\n";
 
 constexpr std::string_view kAfterConsent =
     " Unless you enter the code, it is deleted after half an hour.</p></form>\n";
+
+std::string SignupForm(const SignupOffer& offer)
+{
+    // The browser checks a mail address if nothing else can be entered.
+    const std::string_view label = !offer.ntfy  ? "Mail address"
+                                   : offer.mail ? "Mail address or ntfy topic (https://...)"
+                                                : "Ntfy topic (https://...)";
+    const std::string_view type = offer.ntfy ? "type=\"text\"" : "type=\"email\" autocomplete=\"email\"";
+    std::string form = "<form method=\"post\" action=\"/signup\"><p><label for=\"address\">";
+    form += label;
+    form += "</label><br>\n<input id=\"address\" name=\"address\" ";
+    form += type;
+    form += " maxlength=\"330\" required size=\"30\">\n";
+    if (offer.needsInvite) {
+        form += "<br><label for=\"invite\">Invite word</label><br>\n<input id=\"invite\" name=\"invite\" "
+                "type=\"text\" maxlength=\"100\" required size=\"30\">\n";
+    }
+    form += "<button>Send me an ID and a code</button></p>\n<p>";
+    form += kConsentWords;
+    form += kAfterConsent;
+    return form;
+}
+
+// The words for the address that the program shows too.
+std::string SignupByText(const SignupOffer& offer)
+{
+    std::string text =
+        "<p>Send a mail or a text message to " + Escaped(offer.signupAddress) + " with the word \"test\"";
+    text += offer.needsInvite ? " and your invite word. " : ". ";
+    text += "An ID and a personal code come back. ";
+    text += kTestConsentWords;
+    return text + " The word STOP ends the messages at any time.</p>\n";
+}
 
 constexpr std::string_view kHelp = R"(<h1>Help</h1>
 <h2>The main window</h2>
@@ -101,10 +128,12 @@ daylight saving, which is yours to tick in summer; and a warning some minutes ah
 <p>A click on a prayer's name opens its page: whether it is announced at all, with a window, with a sound of your
 choice, with a message to your mobile device. <em>Stop</em> in the main window ends the sound.</p>
 <h2>Messages</h2>
-<p>Sign up on the <a href="/">home page</a>. An ID and a personal code come to you; enter both on the page
+<p>An ID and a personal code come to you after a sign-up on the <a href="/">home page</a>; enter both on the page
 <em>Mobile Alert</em> and click <em>Register</em>. The computer has to be on and the program running at prayer time:
 it asks for each message.</p>
-<h2>Something is wrong</h2>
+)";
+
+constexpr std::string_view kTroubles = R"(<h2>Something is wrong</h2>
 <p>Times an hour off: look at <em>Use Day Light Savings</em>. A window that says "Error - 5" or "Error - 6": the file
 settings.xml is damaged or holds a value that can't be used.</p>
 )";
@@ -116,25 +145,32 @@ on the page of a prayer, under <em>Alerts</em>.</p>
 
 } // namespace
 
-Response HomePage(bool offersSignup, std::string_view signupAddress)
+Response HomePage(const SignupOffer& offer)
 {
     std::string content(kIntroduction);
-    if (offersSignup) {
-        content += kSignupForm;
-        content += kConsentWords;
-        content += kAfterConsent;
-    } else {
+    const bool hasForm = offer.mail || offer.ntfy;
+    if (!hasForm && offer.signupAddress.empty()) {
         content += "<p>This service sends no messages.</p>\n";
+        return Page(200, "Dusk Beacon", content, true);
     }
-    if (offersSignup && !signupAddress.empty()) {
-        content += "<p>Or write to " + Escaped(signupAddress) + " with the word \"test\".</p>\n";
+    content += kSignup;
+    if (hasForm) {
+        content += SignupForm(offer);
+    }
+    if (!offer.signupAddress.empty()) {
+        content += SignupByText(offer);
     }
     return Page(200, "Dusk Beacon", content, true);
 }
 
-Response HelpPage()
+Response HelpPage(const SignupOffer& offer)
 {
-    return Page(200, "Dusk Beacon: help", kHelp, true);
+    std::string content(kHelp);
+    if (!offer.signupAddress.empty()) {
+        content += SignupByText(offer);
+    }
+    content += kTroubles;
+    return Page(200, "Dusk Beacon: help", content, true);
 }
 
 Response SoundPage()
@@ -158,29 +194,47 @@ Response SignupPage(Signups::Outcome outcome)
 {
     switch (outcome) {
     case Signups::Outcome::Sent:
-        return Page(
-            200, "Dusk Beacon: sign-up",
-            "<h1>The message is on its way</h1>\n<p>It brings your mobile device ID and your personal code, "
-            "which is good for 30 minutes.</p>\n",
-            false);
+        return Page(200, kSignupTitle,
+                    "<h1>The message is on its way</h1>\n<p>It brings your mobile device ID and your "
+                    "personal code, which is good for 30 minutes.</p>\n",
+                    false);
     case Signups::Outcome::NotOffered:
-        return Page(404, "Dusk Beacon: sign-up",
-                    "<h1>No messages</h1>\n<p>This service sends no messages.</p>\n", false);
+        return Page(404, kSignupTitle,
+                    "<h1>No messages</h1>\n<p>This service sends no messages to such an address.</p>\n",
+                    false);
     case Signups::Outcome::NoAddress:
+    case Signups::Outcome::Refused:
         return Page(
-            400, "Dusk Beacon: sign-up",
-            "<h1>This is no mail address</h1>\n<p>Please <a href=\"/\">go back</a> and check it.</p>\n",
+            400, kSignupTitle,
+            "<h1>This address can't be used</h1>\n<p>Please <a href=\"/\">go back</a> and check it.</p>\n",
             false);
+    case Signups::Outcome::PhoneNumber:
+        return Page(400, kSignupTitle,
+                    "<h1>A phone signs up by itself</h1>\n<p>Please send a text message with the word "
+                    "\"test\" from that phone.</p>\n",
+                    false);
+    case Signups::Outcome::NotInvited:
+        return Page(403, kSignupTitle,
+                    "<h1>The invite word is not right</h1>\n<p>Please <a href=\"/\">go back</a> and check "
+                    "it. Your mosque gives it to you.</p>\n",
+                    false);
     case Signups::Outcome::TooMany:
         return Page(
-            429, "Dusk Beacon: sign-up",
+            429, kSignupTitle,
             "<h1>Too many sign-ups</h1>\n<p>No message was sent. A personal code that has come already is "
             "good for its 30 minutes. Without one, please try again in an hour or tomorrow.</p>\n",
             false);
+    case Signups::Outcome::Full:
+        return Page(503, kSignupTitle,
+                    "<h1>The service is full</h1>\n<p>It could not send to more devices in time. Please ask "
+                    "its operator.</p>\n",
+                    false);
+    case Signups::Outcome::Stopped:
+    case Signups::Outcome::Nothing:
     case Signups::Outcome::Failed:
         break;
     }
-    return Page(503, "Dusk Beacon: sign-up",
+    return Page(503, kSignupTitle,
                 "<h1>That did not work</h1>\n<p>The service can't send anything just now. Please try again "
                 "later.</p>\n",
                 false);

@@ -14,10 +14,17 @@ struct Release;
 
 /// The HTML pages. Each is self-contained: no script, no external resource.
 
-/// @param offersSignup whether the form for mail addresses is shown
-/// @param signupAddress the address for a first text message; empty for none
-[[nodiscard]] Response HomePage(bool offersSignup, std::string_view signupAddress);
-[[nodiscard]] Response HelpPage();
+/// The ways to sign up for messages.
+struct SignupOffer
+{
+    bool mail = false;                ///< mail addresses in the form
+    bool ntfy = false;                ///< ntfy topics in the form
+    bool needsInvite = false;         ///< with an invite word
+    std::string_view signupAddress{}; ///< the address for a first mail or text message; empty for none
+};
+
+[[nodiscard]] Response HomePage(const SignupOffer& offer);
+[[nodiscard]] Response HelpPage(const SignupOffer& offer);
 [[nodiscard]] Response SoundPage();
 [[nodiscard]] Response DownloadsPage(const std::vector<Release>& releases);
 /// The answer to the sign-up form.

@@ -98,10 +98,10 @@ level = "error"
     EXPECT_THAT(settings.messages.channels, ElementsAre("spool"));
     EXPECT_EQ(settings.messages.signupAddress, "signup@example.org");
     EXPECT_EQ(settings.messages.spool, "/var/spool/beacond");
-    EXPECT_EQ(settings.messages.signupsPerNetwork, 200);
-    EXPECT_EQ(settings.messages.signups.ofAnAddress, 4);
-    EXPECT_EQ(settings.messages.signups.ofADomain, 50);
-    EXPECT_EQ(settings.messages.signups.inAll, 60);
+    EXPECT_EQ(settings.messages.signups.ofANetwork, 200);
+    EXPECT_EQ(settings.messages.signups.limits.ofAnAddress, 4);
+    EXPECT_EQ(settings.messages.signups.limits.ofADomain, 50);
+    EXPECT_EQ(settings.messages.signups.limits.inAll, 60);
     EXPECT_EQ(settings.messages.wrongCodesAlarm, 70);
     EXPECT_EQ(settings.log.level, "error");
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Site.h"
 
+#include "messages/Channels.h"
+#include "messages/Hooks.h"
 #include "messages/Signups.h"
 #include "server/protocol/ScriptsFixture.h"
 
@@ -35,10 +37,13 @@ protected:
     }
 
     Report report = [](std::string_view) {};
-    Signups signups{keys, store, nullptr, {}, 20, report};
+    const Channels channels;
+    Signups signups{keys, store, channels, {}, report};
+    Hooks hooks{keys, store, signups, {}, report};
     Latest<std::string> signupAddress;
     Site site{{keys, store, starts, places, announcements, dists, [this] { return now; }, report, limits},
               signups,
+              hooks,
               signupAddress};
 };
 

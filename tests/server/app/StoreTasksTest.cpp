@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/StoreTasks.h"
 
+#include "messages/Channels.h"
 #include "messages/Signups.h"
 #include "protocol/StartCounter.h"
 #include "secrets/Keys.h"
@@ -30,7 +31,8 @@ TEST(StoreTasks, followAnnouncements_anyError_goesOn)
     };
     const Keys keys = Keys::FromFolder(folder.File("keys"));
     StoreThread thread(std::move(store));
-    Signups signups(keys, thread, nullptr, {}, 20, [](std::string_view) {});
+    const Channels channels;
+    Signups signups(keys, thread, channels, {}, [](std::string_view) {});
     StartCounter starts;
     Latest<Announcements> announcements;
     StoreTasks tasks(thread, announcements, starts, signups);

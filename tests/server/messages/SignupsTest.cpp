@@ -37,7 +37,15 @@ protected:
     Outcome SignUp(const std::string& address, const std::string& network = "192.0.2.1")
     {
         boost::asio::io_context context;
-        auto outcome = boost::asio::co_spawn(context, signups->SignUp(address, network, elapsed),
+        auto outcome = boost::asio::co_spawn(context, signups->SignUp({address, invite}, network, elapsed),
+                                             boost::asio::use_future);
+        context.run();
+        return outcome.get();
+    }
+    Outcome Take(const Address& sender, const std::string& text, Road road = Road::Mail)
+    {
+        boost::asio::io_context context;
+        auto outcome = boost::asio::co_spawn(context, signups->Take({sender, "", text}, road, elapsed),
                                              boost::asio::use_future);
         context.run();
         return outcome.get();
@@ -46,11 +54,10 @@ protected:
     {
         store = std::make_unique<StoreThread>(
             std::make_unique<SqliteStore>(folder.File("store.db"), [this] { return Seconds(); }));
-        signups = std::make_unique<Signups>(keys, *store, channels.ForKind("mail"), limits, 20,
-                                            [this](std::string_view reason) {
-                                                const std::lock_guard lock(mutex);
-                                                reports.emplace_back(reason);
-                                            });
+        signups = std::make_unique<Signups>(keys, *store, channels, options, [this](std::string_view reason) {
+            const std::lock_guard lock(mutex);
+            reports.emplace_back(reason);
+        });
     }
     [[nodiscard]] std::int64_t Seconds() const { return now.time_since_epoch().count(); }
     /// The texts of the messages in the spool.
@@ -65,7 +72,7 @@ protected:
     Confirmation Confirm(const std::string& message)
     {
         std::smatch match;
-        std::regex_search(message, match, std::regex("personal code: ([0-9 ]+)"));
+        std::regex_search(message, match, std::regex("personal code:? ([0-9 ]+)"));
         SqliteStore another(folder.File("store.db"), [this] { return Seconds(); });
         return another.Confirm(keys.index.Hash("personal code", *DigitsOfPersonalCode(match[1].str())), "pc");
     }
@@ -80,12 +87,19 @@ protected:
     std::chrono::sys_seconds now{std::chrono::seconds(1'800'000'000)};
     AttemptLimit::Time elapsed; ///< time of the steady clock
     Keys keys = Keys::FromFolder(folder.File("keys"));
-    const Channels channels{std::vector<ChannelOptions>{{.name = "spool",
-                                                         .type = "spool",
-                                                         .kind = "mail",
-                                                         .perSecond = 1000,
-                                                         .folder = folder.File("spool")}}};
-    SignupLimits limits;
+    double perSecond = 1000;
+    [[nodiscard]] ChannelOptions SpoolOf(const std::string& kind) const
+    {
+        return {.name = kind,
+                .type = "spool",
+                .kind = kind,
+                .perSecond = perSecond,
+                .folder = folder.File("spool")};
+    }
+    Channels channels{std::vector{SpoolOf("mail"), SpoolOf("sms")}};
+    std::string invite;
+    SignupOptions options;
+    SignupLimits& limits = options.limits;
     std::mutex mutex;
     std::vector<std::string> reports;
     std::unique_ptr<StoreThread> store;
@@ -113,7 +127,7 @@ TEST_F(SignupsTest, consent_isStoredInTheWordsOfThePage)
 
     const std::string words = Stored("SELECT consent_words FROM signup");
     EXPECT_THAT(words, HasSubstr("you agree"));
-    EXPECT_THAT(HomePage(true, "").body, HasSubstr(words));
+    EXPECT_THAT(HomePage({.mail = true}).body, HasSubstr(words));
     EXPECT_EQ(Stored("SELECT consent_road FROM signup"), "form");
 }
 
@@ -231,4 +245,142 @@ TEST_F(SignupsTest, limitOfADomain_countsItsSubdomains)
     EXPECT_EQ(SignUp("a@example.co.uk"), Outcome::TooMany);
     EXPECT_EQ(SignUp("a@another.co.uk"), Outcome::Sent);
     EXPECT_EQ(SignUp("a@co.uk"), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, test_fromAPerson_isAnsweredWithACode)
+{
+    options.phonePrefixes = {"+44"};
+    Start();
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "test"), Outcome::Sent);
+    EXPECT_EQ(Stored("SELECT consent_road FROM signup"), "mail");
+    EXPECT_THAT(HomePage({.signupAddress = "a@b.example"}).body,
+                HasSubstr(Stored("SELECT consent_words FROM signup")));
+    EXPECT_EQ(Confirm(Messages().at(0)), Confirmation::Confirmed);
+    fs::remove_all(folder.File("spool"));
+    fs::create_directory(folder.File("spool"));
+
+    EXPECT_EQ(Take({AddressKind::Sms, "+442079460958"}, "Test!", Road::Text), Outcome::Sent);
+    ASSERT_EQ(Messages().size(), 1U);
+    EXPECT_EQ(Messages()[0].find("To: +442079460958\n\n"), 0U);
+    EXPECT_LE(Messages()[0].size() - std::string("To: +442079460958\n\n\n").size(), 160U - 18)
+        << "with a long ID";
+    EXPECT_EQ(Confirm(Messages()[0]), Confirmation::Confirmed);
+    EXPECT_EQ(Stored("SELECT COUNT(*) FROM device WHERE kind = 'sms'"), "1");
+}
+
+TEST_F(SignupsTest, otherTexts_areNotAnswered)
+{
+    options.phonePrefixes = {"+44"};
+    Start();
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "hello"), Outcome::Nothing);
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "stop"), Outcome::Nothing);
+    EXPECT_EQ(Take({AddressKind::Sms, "+4915112345678"}, "test", Road::Text), Outcome::NotOffered);
+    EXPECT_EQ(Take({AddressKind::Ntfy, "https://ntfy.example.org/t"}, "test"), Outcome::NotOffered);
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(SignupsTest, phoneNumbers_areServedOnlyByTheirPrefix)
+{
+    Start();
+    EXPECT_FALSE(signups->Serves(AddressKind::Sms)) << "no prefix by default";
+    EXPECT_EQ(Take({AddressKind::Sms, "+442079460958"}, "test", Road::Text), Outcome::NotOffered);
+}
+
+TEST_F(SignupsTest, form_takesNoPhoneNumber)
+{
+    options.phonePrefixes = {"+"};
+    Start();
+    EXPECT_EQ(SignUp("+44 20 7946 0958"), Outcome::PhoneNumber);
+    EXPECT_EQ(SignUp("https://ntfy.example.org/t"), Outcome::NotOffered);
+    EXPECT_THAT(Messages(), IsEmpty());
+}
+
+TEST_F(SignupsTest, stop_endsTheMessagesOfItsSenderOnly)
+{
+    Start();
+    ASSERT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    ASSERT_EQ(Confirm(Messages().at(0)), Confirmation::Confirmed);
+
+    EXPECT_EQ(Take({AddressKind::Mail, "omar@example.org"}, "STOP aisha@example.org"), Outcome::Nothing);
+    EXPECT_EQ(Take({AddressKind::Mail, "omar@example.org"}, "STOP"), Outcome::Nothing);
+    EXPECT_EQ(Stored("SELECT COUNT(*) FROM device"), "1");
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "Stop."), Outcome::Stopped);
+    EXPECT_EQ(Stored("SELECT COUNT(*) FROM device"), "0");
+    EXPECT_THAT(Messages(), testing::Contains(HasSubstr("the messages have ended")));
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "stop"), Outcome::Nothing);
+    EXPECT_EQ(Messages().size(), 2U) << "only the first is answered";
+}
+
+// Two programs that answer each other, or a person who signs up a victim again and again.
+TEST_F(SignupsTest, testAndStopInTurn_endAtTheLimitOfTheAddress)
+{
+    Start();
+    const Address sender{AddressKind::Mail, "aisha@example.org"};
+    for (int i = 0; i < 20; ++i) {
+        (void)Take(sender, "test");
+        (void)Take(sender, "stop");
+    }
+    EXPECT_EQ(Messages().size(), 6U) << "three codes, and three confirmations of their end";
+}
+
+TEST_F(SignupsTest, numbersOfOneRange_countTogether)
+{
+    options.phonePrefixes = {"+44"};
+    options.ofANumberRange = 2;
+    Start();
+    EXPECT_EQ(Take({AddressKind::Sms, "+442079460001"}, "test", Road::Text), Outcome::Sent);
+    EXPECT_EQ(Take({AddressKind::Sms, "+442079460002"}, "test", Road::Text), Outcome::Sent);
+    EXPECT_EQ(Take({AddressKind::Sms, "+442079460003"}, "test", Road::Text), Outcome::TooMany);
+    EXPECT_EQ(Take({AddressKind::Sms, "+442079470003"}, "test", Road::Text), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, inviteWord_isNeededIfThereIsOne)
+{
+    options.invites = {"juma-2026", "other"};
+    Start();
+    const Address sender{AddressKind::Mail, "aisha@example.org"};
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::NotInvited);
+    EXPECT_EQ(Take(sender, "test"), Outcome::NotInvited);
+    EXPECT_EQ(Take(sender, "test juma-202"), Outcome::NotInvited);
+    EXPECT_EQ(Take(sender, "test juma-2026"), Outcome::Sent);
+    invite = " other ";
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    for (int i = 0; i < 10; ++i) {
+        (void)Take({AddressKind::Mail, "omar@example.org"}, "test guess" + std::to_string(i));
+    }
+    EXPECT_EQ(Take({AddressKind::Mail, "omar@example.org"}, "test other"), Outcome::TooMany)
+        << "guessing is slow";
+}
+
+TEST_F(SignupsTest, channelThatCouldNotDrain_isFull)
+{
+    perSecond = 0.005; // three texts in ten minutes
+    channels = Channels{{SpoolOf("mail")}};
+    Start();
+    for (const char* const name : {"a", "b", "c"}) {
+        SqliteStore rows(folder.File("store.db"), [this] { return Seconds(); });
+        const Signup signup{.kind = "mail",
+                            .sealedAddress = name,
+                            .addressIndex = name,
+                            .codeHash = name,
+                            .lifetime = 60,
+                            .consentSource = "form",
+                            .consentText = "yes"};
+        ASSERT_NE(rows.SignUp(signup, {}).device, 0);
+        ASSERT_EQ(rows.Confirm(name, name), Confirmation::Confirmed);
+    }
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Full);
+    EXPECT_THAT(reports, ElementsAre(HasSubstr("within ten minutes")));
+}
+
+TEST_F(SignupsTest, outcomes_areCounted)
+{
+    Start();
+    (void)SignUp("aisha@example.org");
+    (void)SignUp("nobody");
+    (void)Take({AddressKind::Mail, "aisha@example.org"}, "hello");
+    EXPECT_EQ(signups->Counts()[static_cast<std::size_t>(Outcome::Sent)], 1U);
+    EXPECT_EQ(signups->Counts()[static_cast<std::size_t>(Outcome::NoAddress)], 1U);
+    EXPECT_EQ(signups->Counts()[static_cast<std::size_t>(Outcome::Nothing)], 1U);
+    EXPECT_EQ(Signups::kOutcomeNames[static_cast<std::size_t>(Outcome::Failed)], "failed");
 }
