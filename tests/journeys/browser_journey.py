@@ -60,7 +60,7 @@ def signing_up(browser, service, address):
     assert browser.complaint(browser.control(FIELD)) and browser.heading() == "Dusk Beacon"
     # The browser accepts this value.
     send(browser, "aisha@example")
-    arrived(browser, "This is no mail address")
+    arrived(browser, "This address can't be used")
     browser.check(400)
     browser.picture("browser_refused")
     browser.link("go back").click()

@@ -152,6 +152,17 @@ TEST(Settings, invalidValues_areRefusedWithLineAndKey)
          "service.toml:3: messages.spend_per_day: a limit is expected, since the channel \"a\" has a price"},
         {"messages.channel = 1", "service.toml:1: messages.channel: a list of tables is expected: "
                                  "[[messages.channel]]"},
+        {"[messages]\nsms_prefixes = [\"44\"]",
+         "service.toml:2: messages.sms_prefixes: the beginnings of numbers are expected, such as \"+44\""},
+        {"[messages]\nsms_prefixes = [\"+\"]",
+         "service.toml:2: messages.sms_prefixes: the beginnings of numbers are expected, such as \"+44\""},
+        {"[messages]\nmail_server = \"\"\nmaildir = \"a\"",
+         "service.toml:2: messages.mail_server: the name of your server in its header Authentication-Results "
+         "is "
+         "expected"},
+        {"[[messages.hook]]\nname = \"a\"\nheader = \"b\"\nsecret_file = \"c\"\nsender = \"d\"\ntext = "
+         "\"e\"\nid = \"f\"\nproof = \"none\"",
+         "service.toml:8: messages.hook[0].proof: \"hmac-sha256\" or \"secret\" is expected"},
         {"[messages]\nsignups_per_day = 0",
          "service.toml:2: messages.signups_per_day: a whole number from 1 to 100000 is expected"},
         {"[log]\nlevel = \"loud\"",
