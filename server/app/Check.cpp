@@ -3,9 +3,11 @@
 #include "app/Check.h"
 
 #include "app/Metrics.h"
+#include "app/RoadSettings.h"
 #include "app/Service.h"
 #include "app/Settings.h"
 #include "http/ListeningSocket.h"
+#include "messages/Hook.h"
 #include "places/Places.h"
 #include "places/PlacesError.h"
 #include "secrets/Keys.h"
@@ -20,6 +22,7 @@
 #include <cstring>
 #include <filesystem>
 #include <optional>
+#include <utility>
 
 namespace beacond {
 
@@ -180,6 +183,36 @@ void CheckAddresses(const Settings& settings, Findings& findings)
     }
 }
 
+// A road that can't be read is found at the first message only.
+void CheckRoads(const Settings::Messages& messages, Findings& findings)
+{
+    const RoadOptions& roads = messages.roads;
+    const std::pair<const char*, fs::path> folders[] = {
+        {"messages.maildir", roads.maildir.empty() ? fs::path() : roads.maildir / "new"},
+        {"messages.gammu_inbox", roads.gammuInbox},
+        {"messages.smstools_incoming", roads.smstoolsIncoming}};
+    for (const auto& [key, folder] : folders) {
+        if (!folder.empty() && Exists(folder, findings)) {
+            CheckFolder(key, folder, findings);
+        } else if (!folder.empty()) {
+            findings.errors.push_back(std::string(key) + ": " + folder.string() + ": missing");
+        }
+    }
+    try {
+        (void)ReadInvites(messages.inviteFile);
+        for (const HookOptions& hook : messages.hooks) {
+            (void)Hook(hook);
+        }
+    } catch (const std::runtime_error& error) {
+        findings.errors.emplace_back(error.what());
+    }
+    const bool hasPhones =
+        !roads.gammuInbox.empty() || !roads.smstoolsIncoming.empty() || !messages.hooks.empty();
+    if (hasPhones && messages.signups.phonePrefixes.empty()) {
+        findings.warnings.emplace_back("messages.sms_prefixes: empty: no text message is answered");
+    }
+}
+
 } // namespace
 
 Findings CheckParts(const Settings& settings, bool isActivated)
@@ -193,6 +226,7 @@ Findings CheckParts(const Settings& settings, bool isActivated)
         findings.errors.emplace_back(error.what());
     }
     CheckStoreAndKeys(settings, findings);
+    CheckRoads(settings.messages, findings);
     for (const ChannelOptions& channel : settings.messages.channelOptions) {
         if (channel.type == "spool") {
             const bool isDefault = channel.name == "spool";

@@ -236,3 +236,25 @@ TEST_F(CheckTest, httpsWithoutAProxy_isAWarning)
     EXPECT_EQ(end.status, 0);
     EXPECT_THAT(end.output, StartsWith("warning: http.proxies: empty: "));
 }
+
+TEST_F(CheckTest, unusableRoads_areErrors)
+{
+    fs::create_directory(folder / "phones");
+    Write(folder / "secret", "short");
+    const std::string hook =
+        "[[messages.hook]]\nname = \"a\"\nheader = \"b\"\nsender = \"c\"\ntext = \"d\"\nid = \"e\"\n";
+    Configure("[messages]\nmaildir = \"mail\"\nmail_server = \"mx.example.net\"\ngammu_inbox = \"phones\"\n" +
+              hook + "secret_file = \"secret\"\n");
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.status, 2);
+    EXPECT_THAT(end.errors + end.output, HasSubstr("messages.maildir: mail/new: missing\n"));
+    EXPECT_THAT(end.errors + end.output,
+                HasSubstr("secret: a secret of at least 16 characters is expected\n"));
+    EXPECT_THAT(end.errors + end.output,
+                HasSubstr("messages.sms_prefixes: empty: no text message is answered\n"));
+    EXPECT_THAT(end.errors + end.output, testing::Not(HasSubstr("phones")));
+
+    Configure("[messages]\ninvite_file = \"none\"\n");
+    EXPECT_THAT(Run({"check"}).errors + Run({"check"}).output,
+                HasSubstr("none: an invite word on each line is expected\n"));
+}
