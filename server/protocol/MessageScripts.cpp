@@ -68,13 +68,16 @@ std::string_view MessageOf(Confirmation confirmation)
 {
     switch (confirmation) {
     case Confirmation::Confirmed:
-        return "Your mobile device is registered for messages at the prayers that you choose.";
+        return "Your mobile device is registered. Tick Enable Mobile Alerts, then choose its messages on the "
+               "page of each prayer. The word STOP, sent from it, ends them.";
     case Confirmation::Expired:
-        return "This personal code has expired. Please ask for a new one.";
+        return "This personal code has expired: it is valid for 30 minutes. Please sign up again for a new "
+               "one.";
     case Confirmation::Unknown:
         break;
     }
-    return "This personal code is not known. Please check it, or ask for a new one.";
+    return "This personal code is not known. Please check its 16 digits, or sign up again for a new one. A "
+           "code registers one installation only.";
 }
 
 } // namespace

@@ -26,8 +26,12 @@ NAME, COUNTRY, ATLAS_ID = "Al Majaridah", "Saudi Arabia", "SA-G399518"
 POSITION, ANGLES = (19.12, 41.91), (-18, -17)
 OFFER = "Would you like to Download\nthe new version of DuskBeacon?"
 STRIP = "<b>The mosque opens at five</b>"
-REGISTERED = "Your mobile device is registered for messages at the prayers that you choose."
-UNKNOWN = "This personal code is not known. Please check it, or ask for a new one."
+REGISTERED = (
+    "Your mobile device is registered. "
+    "Tick Enable Mobile Alerts, then choose its messages on the page of each prayer. The word STOP, sent from it, ends them.")
+UNKNOWN = (
+    "This personal code is not known. "
+    "Please check its 16 digits, or sign up again for a new one. A code registers one installation only.")
 
 
 class Installation:

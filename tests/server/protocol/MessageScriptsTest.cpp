@@ -22,9 +22,11 @@ std::string Result(const char* result, const char* message)
 }
 
 const std::string kConfirmed =
-    Result("1", "Your mobile device is registered for messages at the prayers that you choose.");
+    Result("1", "Your mobile device is registered. Tick Enable Mobile Alerts, then choose its messages on "
+                "the page of each prayer. The word STOP, sent from it, ends them.");
 const std::string kUnknown =
-    Result("0", "This personal code is not known. Please check it, or ask for a new one.");
+    Result("0", "This personal code is not known. Please check its 16 digits, or sign up again for a new "
+                "one. A code registers one installation only.");
 
 } // namespace
 
@@ -76,7 +78,8 @@ TEST_F(MessageScriptsTest, confirmSignup_refusals_haveAMessageInXml)
               Result("0", "This installation is not known yet. Please start Dusk Beacon again while the "
                           "computer is connected to the Internet, then register."));
     now += std::chrono::minutes(31);
-    EXPECT_EQ(Confirm(kCode), Result("0", "This personal code has expired. Please ask for a new one."));
+    EXPECT_EQ(Confirm(kCode), Result("0", "This personal code has expired: it is valid for 30 minutes. "
+                                          "Please sign up again for a new one."));
     EXPECT_EQ(scripts.Figures().codesWrong, 3U);
     EXPECT_EQ(scripts.Figures().codesExpired, 1U);
 }
