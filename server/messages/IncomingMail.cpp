@@ -22,6 +22,8 @@ namespace {
 constexpr int kMostLevels = 8;
 constexpr int kMostParts = 64;
 constexpr std::size_t kLongestText = 16UL * 1024;
+// The time to decode the words of a field grows with the square of their number.
+constexpr std::size_t kLongestField = 4'096;
 
 struct Unref
 {
@@ -67,16 +69,72 @@ Owned<GMimeMessage> Parse(std::string_view message)
     return Owned<GMimeMessage>(g_mime_parser_construct_message(parser.get(), nullptr));
 }
 
-std::vector<Header> HeadersOf(GMimeMessage* message)
+// The lines of a field, the first and its continuations, without the last line end. Removes them from @p
+// text.
+std::string_view TakeField(std::string_view& text)
+{
+    std::size_t end = text.find('\n');
+    while (end != std::string_view::npos && end + 1 < text.size() &&
+           (text[end + 1] == ' ' || text[end + 1] == '\t')) {
+        end = text.find('\n', end + 1);
+    }
+    const std::string_view field = text.substr(0, end);
+    text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+    return field;
+}
+
+struct SplitMail
 {
     std::vector<Header> headers;
-    GMimeHeaderList* const list = g_mime_object_get_header_list(GMIME_OBJECT(message));
-    for (int i = 0; i < g_mime_header_list_get_count(list); ++i) {
-        GMimeHeader* const header = g_mime_header_list_get_header_at(list, i);
-        const char* const value = g_mime_header_get_raw_value(header);
-        headers.push_back({Lower(g_mime_header_get_name(header)), value == nullptr ? "" : value});
+    std::string_view body;
+};
+
+// Reads the header without GMime: most mails are refused by it, and need not be parsed further.
+SplitMail Split(std::string_view message)
+{
+    SplitMail mail;
+    while (!message.empty()) {
+        const std::string_view field = TakeField(message);
+        if (field.empty() || field == "\r") {
+            break;
+        }
+        if (const std::size_t colon = field.find(':'); colon != std::string_view::npos) {
+            mail.headers.push_back(
+                {Lower(Trimmed(field.substr(0, colon), " \t")), std::string(field.substr(colon + 1))});
+        }
     }
-    return headers;
+    mail.body = message;
+    return mail;
+}
+
+// The text with at most 100 colons in each field, header or not. GMime parses groups of addresses, "a:b:c:",
+// by recursion, also in the header of an attached mail: more of them would exhaust the stack.
+std::string WithFewColons(std::string_view text)
+{
+    constexpr int kMostColons = 100;
+    std::string result;
+    result.reserve(text.size());
+    int colons = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isNewField = i > 0 && text[i - 1] == '\n' && text[i] != ' ' && text[i] != '\t';
+        colons = isNewField ? 0 : colons;
+        const bool isTooMany = text[i] == ':' && ++colons > kMostColons;
+        result += isTooMany ? ' ' : text[i];
+    }
+    return result;
+}
+
+// The mail with only those headers that say how to read its subject and its body.
+std::string Reduced(const SplitMail& mail)
+{
+    std::string reduced;
+    for (const Header& header : mail.headers) {
+        if (header.name.starts_with("content-") || header.name == "mime-version" ||
+            header.name == "subject") {
+            reduced += header.name + ':' + header.value.substr(0, kLongestField) + '\n';
+        }
+    }
+    return WithFewColons(reduced += '\n') + WithFewColons(mail.body);
 }
 
 // A Return-Path below a Received was written by the sender.
@@ -176,11 +234,8 @@ private:
 
 std::variant<IncomingText, MailRefusal> ReadMail(std::string_view message, std::string_view server)
 {
-    const Owned<GMimeMessage> parsed = Parse(message.substr(0, kMailBytesRead));
-    if (!parsed) {
-        return MailRefusal::NoSender;
-    }
-    const std::vector<Header> headers = HeadersOf(parsed.get());
+    const SplitMail mail = Split(message.substr(0, kMailBytesRead));
+    const std::vector<Header>& headers = mail.headers;
     const std::optional<std::string> sender = EnvelopeSender(headers);
     if (!sender) {
         return MailRefusal::NoSender;
@@ -190,6 +245,11 @@ std::variant<IncomingText, MailRefusal> ReadMail(std::string_view message, std::
     }
     if (!IsAuthenticated(headers, server, *sender)) {
         return MailRefusal::NotAuthenticated;
+    }
+    const std::string reduced = Reduced(mail);
+    const Owned<GMimeMessage> parsed = Parse(reduced);
+    if (!parsed) {
+        return IncomingText{{AddressKind::Mail, *sender}, {}, {}};
     }
     TextSearch search;
     if (GMimeObject* const body = g_mime_message_get_mime_part(parsed.get()); body != nullptr) {

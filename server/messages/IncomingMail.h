@@ -19,7 +19,7 @@ enum class MailRefusal {
 };
 
 /// The number of bytes of a mail that are read; the words of a person stand at its beginning.
-inline constexpr std::size_t kMailBytesRead = 256UL * 1024;
+inline constexpr std::size_t kMailBytesRead = 64UL * 1024;
 
 /// Reads a mail as the operator's mail server has delivered it. Its sender is the envelope sender, in the
 /// header Return-Path above the server's first Received.

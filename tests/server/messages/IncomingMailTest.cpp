@@ -176,12 +176,21 @@ TEST(IncomingMail, giantAndNestedMails_areReadInTimeAndBounded)
     }
     parts += "--b\nContent-Type: text/plain\n\ntest\n--b--\n";
     std::string headers;
-    for (int i = 0; i < 20'000; ++i) {
+    for (int i = 0; i < 8'000; ++i) {
         headers += "X-A: b\n";
     }
     std::string encoded = "Subject: =?utf-8?q?";
     encoded += std::string(200'000, 'x') + "?=\n\ntest\n";
+    std::string groups = "To: ";
+    for (int i = 0; i < 31'000; ++i) {
+        groups += "a:";
+    }
+    const std::string attached = "MIME-Version: 1.0\nContent-Type: multipart/mixed; "
+                                 "boundary=b\n\n--b\nContent-Type: text/plain\n\ntest\n"
+                                 "--b\nContent-Type: message/rfc822\n\n";
     const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(TextOf(Trusted(groups + "\n\ntest\n")), "test\n");
+    EXPECT_EQ(TextOf(Trusted(attached + groups + "\n\ntest\n--b--\n")), "test");
     EXPECT_EQ(TextOf(Trusted(nested)), "");
     EXPECT_EQ(TextOf(Trusted(parts)), "");
     EXPECT_EQ(TextOf(Trusted(headers + "\ntest\n")), "test\n");
