@@ -32,13 +32,15 @@ protected:
             "[[messages.hook]]\nname = \"provider\"\nproof = \"secret\"\nheader = \"X-Secret\"\n"
             "secret_file = \"secret\"\nsender = \"From\"\ntext = \"Body\"\nid = \"Id\"\n");
     }
-    void Deliver(const std::string& sender, const std::string& text) const
+    void Deliver(const std::string& sender, const std::string& text)
     {
-        Write(folder / "mail/tmp" / sender,
+        // Unique, as a Maildir demands: the service deletes a file by its name.
+        const std::string name = std::to_string(++delivered) + '.' + sender;
+        Write(folder / "mail/tmp" / name,
               "Return-Path: <" + sender +
                   ">\nAuthentication-Results: mx.example.net; dmarc=pass header.from=" +
                   sender.substr(sender.find('@') + 1) + "\n\n" + text + "\n");
-        fs::rename(folder / "mail/tmp" / sender, folder / "mail/new" / sender);
+        fs::rename(folder / "mail/tmp" / name, folder / "mail/new" / name);
     }
     /// The number of answers to each address.
     [[nodiscard]] std::map<std::string, int> Answers(const std::string& spool = "state/spool") const
@@ -68,6 +70,8 @@ protected:
                       "\r\nContent-Type: application/x-www-form-urlencoded\r\nContent-Length: " +
                       std::to_string(body.size()) + "\r\n\r\n" + body);
     }
+
+    int delivered = 0;
 };
 
 TEST_F(RoadsServiceTest, mailWithTest_isAnswered_withStopEnds)
