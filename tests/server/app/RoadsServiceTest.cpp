@@ -84,6 +84,7 @@ TEST_F(RoadsServiceTest, mailWithTest_isAnswered_withStopEnds)
     ASSERT_TRUE(Becomes([&] { return Answers()["aisha@example.org"] == 1; }));
     Deliver("aisha@example.org", "stop");
     ASSERT_TRUE(Becomes([&] { return Answers()["aisha@example.org"] == 2; }));
+    ASSERT_TRUE(Becomes([&] { return fs::is_empty(folder / "mail/new"); }));
     const std::string metrics = Fetch(service->AwaitMetricsPort(), "/metrics");
     EXPECT_THAT(metrics, HasSubstr("\nbeacond_signups_total{outcome=\"sent\"} 1\n"));
     EXPECT_THAT(metrics, HasSubstr("\nbeacond_signups_total{outcome=\"stopped\"} 1\n"));
