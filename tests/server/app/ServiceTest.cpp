@@ -46,7 +46,7 @@ protected:
     void ConfigureSlowChannel()
     {
         Configure("[messages]\nchannels = [\"slow\"]\n[[messages.channel]]\nname = \"slow\"\n"
-                  "type = \"spool\"\nfolder = \"state/spool\"\nper_second = 0.001\n");
+                  "type = \"spool\"\nfolder = \"state/spool\"\nper_second = 0.002\n");
     }
 };
 

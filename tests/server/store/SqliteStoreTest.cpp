@@ -108,8 +108,16 @@ TEST_F(SqliteStoreTest, open_damagedPages_failsTheCallsAndKeepsTheFile)
 {
     (void)SqliteStore(path);
     std::string content = Read(path);
-    constexpr std::size_t kHeaderPage = 4096;
-    content.replace(kHeaderPage, content.size() - kHeaderPage, content.size() - kHeaderPage, 'x');
+    constexpr std::size_t kPage = 4096;
+    {
+        // Damage tables only: the schema, which has several pages, is read when the file is opened.
+        Database database(path);
+        Statement roots =
+            database.Run("SELECT rootpage FROM sqlite_master WHERE name IN ('start_count', 'release')");
+        while (roots.Step()) {
+            content.replace((static_cast<std::size_t>(roots.Integer(0)) - 1) * kPage, kPage, kPage, 'x');
+        }
+    }
     Write(path, content);
 
     SqliteStore store(path);
