@@ -27,8 +27,8 @@ listen = "{host}:{metrics}"
 [places]
 file = "{folder}/{places}"
 [messages]
-channels = ["spool"]
-[log]
+channels = {channels}
+{more}[log]
 level = "{level}"
 """
 
@@ -113,12 +113,12 @@ class Server:
 
 
 class Service(Server):
-    def __init__(self, program, folder, threads=0, level="warning", places="places.bin"):
+    def __init__(self, program, folder, threads=0, level="warning", places="places.bin", channels=("spool",), more=""):
         begin = time.monotonic()
         name = f"service-{threads}-{level}"
         port, self._metrics = free_port(), free_port()
         configuration = SERVICE.format(host=HOST, port=port, metrics=self._metrics, folder=folder, threads=threads,
-                                       level=level, places=places)
+                                       level=level, places=places, channels=list(channels), more=more)
         with open(os.path.join(folder, name + ".toml"), "w", encoding="utf-8") as file:
             file.write(configuration)
         super().__init__(folder, name, [program, "--config", name + ".toml", "serve"], port, "/readyz")

@@ -124,7 +124,8 @@ TEST(SmtpChannel, lineBreaks_addNoFieldNoCommandAndNoRecipient)
     for (const char* const address :
          {"a@example.org\r\nRCPT TO:<b@example.org>", "a@example.org\nBcc: b@example.org", "a@example.org>",
           "a@example.org,b@example.org", "A@example.org", ""}) {
-        EXPECT_EQ(SendMail(SmtpOptions(server.Port()), MailTo(address)).handover, Handover::Refused) << address;
+        EXPECT_EQ(SendMail(SmtpOptions(server.Port()), MailTo(address)).handover, Handover::Refused)
+            << address;
     }
     EXPECT_EQ(server.Connections(), 0);
 
