@@ -52,18 +52,18 @@ TEST_F(OutboxContract, leaseTexts_takesEachTextOnceInBatchesOldestFirst)
     EXPECT_TRUE(End(first[0], TextEnd::Sent));
     EXPECT_TRUE(End(first[1], TextEnd::NotTried));
     EXPECT_EQ(store.StateOfOutbox().waiting, 1);
-    EXPECT_EQ(Take()[0].text.id, first[1].text.id);
+    EXPECT_EQ(Take().at(0).text.id, first[1].text.id);
 }
 
 TEST_F(OutboxContract, expiredLease_isReplacedAndItsLateWritesAreRefused)
 {
     Queue("a");
-    const LeasedText lost = Take()[0];
+    const LeasedText lost = Take().at(0);
     now += 59;
     EXPECT_THAT(Take(), IsEmpty());
     now += 1;
     EXPECT_FALSE(Begin(lost)) << "expired";
-    const LeasedText again = Take()[0];
+    const LeasedText again = Take().at(0);
     EXPECT_GT(again.fence, lost.fence);
     EXPECT_FALSE(again.mayBeSent) << "its sending had not begun";
     EXPECT_FALSE(Begin(lost));
@@ -73,7 +73,7 @@ TEST_F(OutboxContract, expiredLease_isReplacedAndItsLateWritesAreRefused)
     EXPECT_TRUE(Begin(again));
     EXPECT_FALSE(Begin(again)) << "begins once";
     now += 60;
-    const LeasedText third = Take()[0];
+    const LeasedText third = Take().at(0);
     EXPECT_TRUE(third.mayBeSent) << "no result is known";
     EXPECT_EQ(third.attempts, 1);
     EXPECT_TRUE(Begin(third));
@@ -85,7 +85,7 @@ TEST_F(OutboxContract, expiredLease_isReplacedAndItsLateWritesAreRefused)
 TEST_F(OutboxContract, lateResultWithoutANewerLease_isAccepted)
 {
     Queue("a");
-    const LeasedText text = Take()[0];
+    const LeasedText text = Take().at(0);
     ASSERT_TRUE(Begin(text));
     now += 100;
     EXPECT_TRUE(End(text, TextEnd::Sent));
@@ -95,7 +95,7 @@ TEST_F(OutboxContract, lateResultWithoutANewerLease_isAccepted)
 TEST_F(OutboxContract, endSending_retryIsDueAfterItsTimeAndRemembersAnUnknownResult)
 {
     Queue("a");
-    LeasedText text = Take()[0];
+    LeasedText text = Take().at(0);
     ASSERT_TRUE(Begin(text));
     ASSERT_TRUE(End(text, TextEnd::RetryLater, 20));
     now += 19;
@@ -110,13 +110,13 @@ TEST_F(OutboxContract, endSending_retryIsDueAfterItsTimeAndRemembersAnUnknownRes
     ASSERT_TRUE(Begin(text));
     ASSERT_TRUE(End(text, TextEnd::Unknown, 1));
     now += 1;
-    text = Take()[0];
+    text = Take().at(0);
     EXPECT_TRUE(text.mayBeSent);
     EXPECT_EQ(text.attempts, 2);
     ASSERT_TRUE(Begin(text));
     ASSERT_TRUE(End(text, TextEnd::RetryLater, 1));
     now += 1;
-    EXPECT_TRUE(Take()[0].mayBeSent) << "a later failure does not make it known";
+    EXPECT_TRUE(Take().at(0).mayBeSent) << "a later failure does not make it known";
 }
 
 TEST_F(OutboxContract, dropOldTexts_givesUpAfterTenMinutesButNotWithALease)
@@ -155,7 +155,7 @@ TEST_F(OutboxContract, device_hasSixTextsInADay)
         ASSERT_TRUE(store.QueueText("pc", prayer, "5:07", ""));
     }
     // A failed attempt does not count as a further text.
-    const LeasedText first = Take(1)[0];
+    const LeasedText first = Take(1).at(0);
     ASSERT_TRUE(Begin(first));
     ASSERT_TRUE(End(first, TextEnd::RetryLater, 0));
     EXPECT_EQ(send(), std::pair(std::size_t{6}, std::int64_t{0}));
@@ -216,7 +216,7 @@ TEST_F(OutboxContract, waitingTexts_haveTheirStates)
 {
     Queue("a");
     Queue("b");
-    const LeasedText text = Take(1)[0];
+    const LeasedText text = Take(1).at(0);
     ASSERT_TRUE(Begin(text));
     now += 3;
     const std::vector<WaitingText> texts = store.WaitingTexts(10);
