@@ -9,7 +9,7 @@ namespace beacond {
 
 /// The steps that bring an empty SQLite file to the current schema, in order. Never change a released step:
 /// the number of the steps applied to a file is its version.
-inline constexpr std::array<std::string_view, 5> kSqliteMigrations = {R"(
+inline constexpr std::array<std::string_view, 6> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,
     hash BLOB NOT NULL) WITHOUT ROWID;
@@ -147,6 +147,21 @@ CREATE TABLE device_day (
 CREATE TABLE spend (
     day INTEGER PRIMARY KEY,
     amount INTEGER NOT NULL);
+)",
+                                                                      R"(
+CREATE TABLE blocked (
+    block_index BLOB PRIMARY KEY,
+    kind TEXT NOT NULL,
+    since INTEGER NOT NULL) WITHOUT ROWID;
+
+CREATE TABLE silence (
+    device INTEGER PRIMARY KEY REFERENCES device (id) ON DELETE CASCADE,
+    day INTEGER NOT NULL,
+    days INTEGER NOT NULL);
+CREATE VIEW device_activity AS
+    SELECT id AS device,
+           MAX(consent_at, COALESCE((SELECT MAX(queued_at) FROM device_prayer WHERE device = id), 0)) AS last_at
+    FROM device;
 )"};
 
 } // namespace beacond

@@ -31,6 +31,9 @@ SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, cons
                                   std::int64_t now)
 {
     using Limit = SignupResult::Limit;
+    if (database.Run("SELECT 1 FROM blocked WHERE block_index = ?").BindBytes(signup.blockIndex).Step()) {
+        return Limit::Blocked;
+    }
     // Ignore sign-ups dated in the future: the clock was wrong.
     const auto isReached = [now](Statement& count, std::int64_t most) {
         count.Bind(now - kDay).Bind(now).Step();

@@ -42,6 +42,14 @@ public:
     void ReturnIncoming(std::string_view message) override;
     void DropOldIncoming() override;
     bool Stop(std::string_view addressIndex) override;
+    [[nodiscard]] PersonalData DataOf(std::string_view addressIndex) const override;
+    bool Block(const BlockedAddress& blocked, std::string_view addressIndex) override;
+    bool Unblock(std::string_view blockIndex) override;
+    [[nodiscard]] std::vector<BlockedAddress> BlockedAddresses() const override;
+    std::int64_t DropSilentDevices() override;
+    void ReplaceAddresses(const std::function<StoredAddress(const StoredAddress&)>& replace,
+                          const std::map<std::string, std::string>& keyChecks) override;
+    [[nodiscard]] std::string KeyCheck(std::string_view keyName) const override;
     [[nodiscard]] bool IsTextDue(std::string_view installation, int prayer) const override;
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
                    std::string_view place) override;

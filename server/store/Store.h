@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -65,6 +67,7 @@ struct Signup
     std::string consentText;   ///< the words of the page
     std::string domainIndex{}; ///< keyed hash of a mail address's domain; empty for other kinds
     std::string limitIndex{};  ///< key for the limit of an address; empty for addressIndex
+    std::string blockIndex{};  ///< keyed hash by which a blocked address is found; empty for none
 };
 
 /// Sign-ups of the last 24 hours beyond which a further one is refused.
@@ -80,7 +83,7 @@ struct SignupLimits
 /// The device of a sign-up, or the limit that refused it.
 struct SignupResult
 {
-    enum class Limit { None, Address, Domain, InAll, Devices };
+    enum class Limit { None, Address, Domain, InAll, Devices, Blocked };
 
     Limit exceeded = Limit::None;
     std::int64_t device = 0; ///< the number that the device has, or will have once it is confirmed
@@ -169,6 +172,60 @@ struct WaitingText
     bool mayBeSent = false; ///< see LeasedText
 };
 
+/// An address as the store has it.
+struct StoredAddress
+{
+    std::string kind;
+    std::string sealedAddress;
+    std::string addressIndex;
+
+    bool operator==(const StoredAddress&) const = default;
+};
+
+/// An address that can't sign up; the address itself is not stored.
+struct BlockedAddress
+{
+    std::string blockIndex; ///< keyed hash
+    std::string kind;
+    std::int64_t since = 0; ///< set by the store
+
+    bool operator==(const BlockedAddress&) const = default;
+};
+
+/// All rows about one address.
+struct PersonalData
+{
+    struct Device
+    {
+        std::int64_t id = 0;
+        std::string kind;
+        std::string sealedAddress;
+        std::int64_t consentAt = 0;
+        std::string consentSource;
+        std::string consentText;
+    };
+    struct LastText
+    {
+        int prayer = 0;
+        std::int64_t queuedAt = 0;
+    };
+    struct PendingSignup
+    {
+        std::int64_t consentAt = 0;
+        std::string consentSource;
+        std::string consentText;
+        std::string sealedAddress; ///< empty after the code has expired
+        std::int64_t codeExpiresAt = 0;
+        std::int64_t confirmedAt = 0; ///< 0 if it is not confirmed
+    };
+
+    std::optional<Device> device;
+    std::vector<std::string> installations; ///< keyed hashes
+    std::vector<LastText> lastTexts;
+    std::vector<OutboxRow> waiting;
+    std::vector<PendingSignup> signups; ///< of the last day
+};
+
 /// The service's mutable data. Each call is one transaction. Times are of the store's own clock, in seconds
 /// since 1970. Calls throw StoreError on failure; const calls only read. Not thread-safe: StoreThread owns
 /// it.
@@ -233,6 +290,31 @@ public:
     /// otherwise each such request would allow further sign-ups. False if there was neither a device nor a
     /// valid code.
     virtual bool Stop(std::string_view addressIndex) = 0;
+
+    // Personal data.
+
+    /// Reads all rows about an address; empty lists and no device if there are none.
+    [[nodiscard]] virtual PersonalData DataOf(std::string_view addressIndex) const = 0;
+    /// Deletes the device of an address and its sign-ups, as Forget does, and refuses later sign-ups with
+    /// that block index. False if the address is already blocked.
+    virtual bool Block(const BlockedAddress& blocked, std::string_view addressIndex) = 0;
+    /// False if the address is not blocked.
+    virtual bool Unblock(std::string_view blockIndex) = 0;
+    /// Oldest first.
+    [[nodiscard]] virtual std::vector<BlockedAddress> BlockedAddresses() const = 0;
+    /// Deletes the devices without a queued text and without a new consent for 365 days. So that a wrong
+    /// clock deletes nothing, such a device must have been found silent on at least seven days, by calls
+    /// while the clock did not go back. Call it several times a day.
+    /// @return the number of deleted devices
+    virtual std::int64_t DropSilentDevices() = 0;
+    /// Replaces each sealed address and its index by the result of @p replace, and records the keys as those
+    /// that the store is written with: all in one transaction. The hashes of addresses that can't be read any
+    /// more are removed. Afterwards the former values are in none of the store's files.
+    /// @param keyChecks the new hash of each replaced key, by its name
+    virtual void ReplaceAddresses(const std::function<StoredAddress(const StoredAddress& stored)>& replace,
+                                  const std::map<std::string, std::string>& keyChecks) = 0;
+    /// The recorded hash of a key; empty for none.
+    [[nodiscard]] virtual std::string KeyCheck(std::string_view keyName) const = 0;
 
     /// Whether QueueText would queue a text. Needs no write lock.
     [[nodiscard]] virtual bool IsTextDue(std::string_view installation, int prayer) const = 0;

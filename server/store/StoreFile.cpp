@@ -60,7 +60,8 @@ std::int64_t RequireOwnFile(Database& database, const std::string& path)
 void UpdateSchema(Database& database, const std::string& path)
 {
     (void)RequireOwnFile(database, path);
-    database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL");
+    // Deleted addresses must not remain in the file.
+    database.Execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL; PRAGMA secure_delete = ON");
     if (!IsMarked(database) || RequireOwnFile(database, path) != std::ssize(kSqliteMigrations)) {
         // A migration that replaces a table drops it, which would delete the rows that refer to it.
         database.Execute("PRAGMA foreign_keys = OFF");
