@@ -59,9 +59,9 @@ std::chrono::sys_seconds Now()
 // With other keys the service could neither read nor find the addresses in the store.
 void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& folder)
 {
-    const auto& [identifier, address, index] = Keys::kFileNames;
+    const auto& [identifier, address, index, lookup] = Keys::kFileNames;
     const std::pair<const char*, const Key&> all[] = {
-        {identifier, keys.identifier}, {address, keys.address}, {index, keys.index}};
+        {identifier, keys.identifier}, {address, keys.address}, {index, keys.index}, {lookup, keys.lookup}};
     for (const auto& [name, key] : all) {
         if (!store.IsWrittenWith(name, key.CheckHash())) {
             throw KeyError((folder / name).string() + ": not the key that the store was written with");

@@ -70,7 +70,7 @@ boost::asio::awaitable<Hooks::Result> Hooks::Handle(const std::string& name, con
     if (!message->text) {
         co_return Result::Done;
     }
-    std::string id = m_keys.index.Hash("incoming", "hook " + name + ' ' + message->id);
+    std::string id = m_keys.lookup.Hash("incoming", "hook " + name + ' ' + message->id);
     co_return co_await TakeOnce(std::move(id), std::move(*message->text), elapsed);
 }
 

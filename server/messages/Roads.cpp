@@ -181,7 +181,7 @@ asio::awaitable<bool> Roads::HandleFile(WatchedFolder& watched, const std::strin
 asio::awaitable<Roads::Fate> Roads::Handle(const WatchedFolder& watched, const IncomingFile& file)
 {
     const std::string road(NameOf(RoadOf(watched.folder.Format())));
-    const std::string id = m_keys.index.Hash("incoming", road + ' ' + file.identity);
+    const std::string id = m_keys.lookup.Hash("incoming", road + ' ' + file.identity);
     auto begin = [id](Store& rows) { return rows.BeginIncoming(id, 0); };
     auto end = [id](Store& rows) {
         rows.EndIncoming(id);

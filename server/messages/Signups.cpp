@@ -220,7 +220,7 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUpAddress(Address address,
                                                                 AttemptLimit::Time now)
 {
     const std::string code = MakePersonalCode();
-    const std::string codeHash = m_keys.index.Hash("personal code", *DigitsOfPersonalCode(code));
+    const std::string codeHash = m_keys.lookup.Hash("personal code", *DigitsOfPersonalCode(code));
     auto store = [signup = SignupOf(m_keys, address, road, codeHash),
                   limits = LimitsOf(address.kind)](Store& rows) { return rows.SignUp(signup, limits); };
     SignupResult stored;

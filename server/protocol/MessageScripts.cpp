@@ -99,7 +99,7 @@ MessageScripts::MessageScripts(const Keys& keys, StoreThread& store, Report repo
 
 std::string MessageScripts::HashOfInstallation(std::string_view identifier) const
 {
-    return m_keys.index.Hash("installation", identifier);
+    return m_keys.lookup.Hash("installation", identifier);
 }
 
 boost::asio::awaitable<Response> MessageScripts::PrayerCall(const Query& query, const Places* places)
@@ -152,7 +152,7 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
     }
     Confirmation confirmation = Confirmation::Unknown;
     if (const std::optional<std::string> digits = DigitsOfPersonalCode(query.Value("vCode"))) {
-        auto confirm = [code = m_keys.index.Hash("personal code", *digits),
+        auto confirm = [code = m_keys.lookup.Hash("personal code", *digits),
                         installation = HashOfInstallation(identifier)](Store& store) {
             return store.Confirm(code, installation);
         };

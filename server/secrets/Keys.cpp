@@ -86,6 +86,20 @@ void MakeKeyFile(const std::filesystem::path& file)
     }
 }
 
+// An earlier version hashed with the index key all that the lookup key hashes.
+void MakeLookupKey(const std::filesystem::path& lookup, const std::filesystem::path& index)
+{
+    if (std::filesystem::exists(lookup)) {
+        return;
+    }
+    if (!std::filesystem::exists(index)) {
+        MakeKeyFile(lookup);
+    } else if ((::link(index.c_str(), lookup.c_str()) != 0 && errno != EEXIST) ||
+               !SyncFolder(lookup.parent_path())) {
+        Fail(lookup);
+    }
+}
+
 } // namespace
 
 Key::Key(const std::array<unsigned char, kBytes>& bytes)
@@ -182,9 +196,20 @@ Keys Keys::FromFolder(const std::filesystem::path& folder)
     if (const std::error_code error = MakePrivateFolder(folder)) {
         throw KeyError(folder.string() + ": " + error.message());
     }
-    const auto& [identifier, address, index] = kFileNames;
+    const auto& [identifier, address, index, lookup] = kFileNames;
+    // First of all: it must be new in a new folder only.
+    MakeLookupKey(folder / lookup, folder / index);
     return {Key::FromFile(folder / identifier), Key::FromFile(folder / address),
-            Key::FromFile(folder / index)};
+            Key::FromFile(folder / index), Key::FromExistingFile(folder / lookup)};
+}
+
+Keys Keys::FromExistingFolder(const std::filesystem::path& folder)
+{
+    const auto& [identifier, address, index, lookup] = kFileNames;
+    for (const char* const name : {identifier, address, index}) {
+        (void)Key::FromExistingFile(folder / name);
+    }
+    return FromFolder(folder);
 }
 
 std::string RandomBytes(std::size_t count)

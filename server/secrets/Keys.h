@@ -50,14 +50,19 @@ private:
 /// The keys of the service, each in a separate file that belongs in no backup of the store.
 struct Keys
 {
-    static constexpr std::array kFileNames = {"identifier.key", "address.key", "index.key"};
+    static constexpr std::array kFileNames = {"identifier.key", "address.key", "index.key", "lookup.key"};
 
-    /// Reads or creates the three files in @p folder, which is created if it is missing. Throws KeyError.
+    /// Reads or creates the four files in @p folder, which is created if it is missing. Throws KeyError.
     static Keys FromFolder(const std::filesystem::path& folder);
+    /// The same, but throws KeyError if one of the first three is missing.
+    [[nodiscard]] static Keys FromExistingFolder(const std::filesystem::path& folder);
 
     Key identifier; ///< signs the identifiers of installations
     Key address;    ///< seals the addresses of devices
-    Key index;      ///< hashes addresses, codes and identifiers: the store finds them without containing them
+    Key index;      ///< hashes addresses: the store finds them without containing them
+    /// Hashes codes, identifiers and blocked addresses. It can't be replaced, since the store has nothing from
+    /// which to hash them again. In a folder of an earlier version it is the same key as index.
+    Key lookup;
 };
 
 /// @p count random bytes that cannot be guessed.

@@ -63,7 +63,7 @@ protected:
     void SignUp(const std::string& digits)
     {
         beacond::SqliteStore another(folder.File("store.db"), [this] { return Seconds(); });
-        (void)another.SignUp({"mail", "sealed", "index " + digits, keys.index.Hash("personal code", digits),
+        (void)another.SignUp({"mail", "sealed", "index " + digits, keys.lookup.Hash("personal code", digits),
                               1800, "form", "texts"},
                              {});
     }

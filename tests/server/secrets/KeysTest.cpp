@@ -40,12 +40,35 @@ TEST(Keys, fromFolder_createsTheKeysOnceForTheirOwnerOnly)
     const std::string sealed = Keys::FromFolder(keys).address.Seal("someone@example.org");
 
     EXPECT_EQ(Keys::FromFolder(keys).address.Unseal(sealed), "someone@example.org");
-    for (const char* const name : {"identifier.key", "address.key", "index.key"}) {
+    for (const char* const name : {"identifier.key", "address.key", "index.key", "lookup.key"}) {
         EXPECT_EQ(fs::file_size(fs::path(keys) / name), Key::kBytes) << name;
         EXPECT_EQ(fs::status(fs::path(keys) / name).permissions(),
                   fs::perms::owner_read | fs::perms::owner_write);
     }
-    EXPECT_EQ(std::distance(fs::directory_iterator(keys), fs::directory_iterator()), 3);
+    EXPECT_EQ(std::distance(fs::directory_iterator(keys), fs::directory_iterator()), 4);
+}
+
+TEST(Keys, fromFolder_ofAnEarlierVersion_looksUpWithItsIndexKey)
+{
+    const TemporaryFolder folder;
+    const fs::path keys = folder.File("keys");
+    const std::string hash = Keys::FromFolder(keys).index.Hash("installation", "pc");
+    fs::remove(keys / "lookup.key");
+
+    EXPECT_EQ(Keys::FromFolder(keys).lookup.Hash("installation", "pc"), hash);
+    EXPECT_EQ(Keys::FromExistingFolder(keys).lookup.Hash("installation", "pc"), hash);
+}
+
+TEST(Keys, fromExistingFolder_missingKey_isRefusedAndNotMade)
+{
+    const TemporaryFolder folder;
+    const fs::path keys = folder.File("keys");
+    (void)Keys::FromFolder(keys);
+    fs::remove(keys / "index.key");
+
+    EXPECT_EQ(ErrorOf<KeyError>([&] { return Keys::FromExistingFolder(keys); }),
+              (keys / "index.key").string() + ": No such file or directory");
+    EXPECT_FALSE(fs::exists(keys / "index.key"));
 }
 
 TEST(Keys, fromFile_anotherLength_isRefusedAndKept)
