@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/ArgumentChecks.h"
 
-#include "messages/MailAddress.h"
+#include "messages/Address.h"
 #include "protocol/Announcements.h"
 
 #include <algorithm>
@@ -60,13 +60,14 @@ void RequireStrip(const Strip& strip)
     }
 }
 
-std::string RequireMailAddress(const std::string& text)
+Address RequireAddress(const std::string& text)
 {
-    const std::optional<std::string> address = NormalisedMailAddress(text);
+    std::optional<Address> address = ParseAddress(text);
     if (!address) {
-        throw UsageError('"' + text + "\" is no mail address");
+        throw UsageError('"' + text +
+                         "\" is no mail address, no phone number with its country, and no ntfy topic");
     }
-    return *address;
+    return *std::move(address);
 }
 
 } // namespace beacond

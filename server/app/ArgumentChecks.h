@@ -7,6 +7,7 @@
 
 namespace beacond {
 
+struct Address;
 struct Strip;
 
 /// An argument or an input of the command line is unusable; the text gives the reason.
@@ -29,7 +30,7 @@ public:
 /// Checks the size, the characters and the order of the days, but not the HTML. Throws UsageError.
 void RequireStrip(const Strip& strip);
 /// The address in the normalised form that sign-ups are stored by. Throws UsageError for a text that is no
-/// mail address.
-[[nodiscard]] std::string RequireMailAddress(const std::string& text);
+/// address of any kind.
+[[nodiscard]] Address RequireAddress(const std::string& text);
 
 } // namespace beacond

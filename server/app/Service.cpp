@@ -8,6 +8,7 @@
 #include "app/RoadMetrics.h"
 #include "app/RoadSettings.h"
 #include "app/Site.h"
+#include "app/StoreKeys.h"
 #include "app/StoreTasks.h"
 #include "http/HttpFigures.h"
 #include "http/HttpServer.h"
@@ -19,7 +20,7 @@
 #include "places/Places.h"
 #include "places/ZoneOffset.h"
 #include "protocol/StartCounter.h"
-#include "secrets/Keys.h"
+#include "secrets/KeyFolder.h"
 #include "store/SqliteStore.h"
 #include "store/StoreThread.h"
 
@@ -54,19 +55,6 @@ constexpr std::string_view kReloadableKeys[] = {"http.base_url", "log.level", "m
 std::chrono::sys_seconds Now()
 {
     return std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now());
-}
-
-// With other keys the service could neither read nor find the addresses in the store.
-void RequireKeysOf(Store& store, const Keys& keys, const std::filesystem::path& folder)
-{
-    const auto& [identifier, address, index, lookup] = Keys::kFileNames;
-    const std::pair<const char*, const Key&> all[] = {
-        {identifier, keys.identifier}, {address, keys.address}, {index, keys.index}, {lookup, keys.lookup}};
-    for (const auto& [name, key] : all) {
-        if (!store.IsWrittenWith(name, key.CheckHash())) {
-            throw KeyError((folder / name).string() + ": not the key that the store was written with");
-        }
-    }
 }
 
 // Completion of a detached task: report an error that ends it.
@@ -109,6 +97,7 @@ private:
     asio::signal_set m_hangups{m_context, SIGHUP};
     asio::steady_timer m_reload{m_context};
     bool m_isReloadDue = false;
+    KeyFolderLock m_keyLock;
     Keys m_keys;
     Channels m_channels;
     Latest<Places> m_places;
@@ -133,7 +122,8 @@ private:
 Service::Service(const Settings& settings, std::filesystem::path file)
     : m_settings(settings)
     , m_file(std::move(file))
-    , m_keys(Keys::FromFolder(settings.keys.folder))
+    , m_keyLock(settings.keys.folder, KeyFolderLock::For::Using)
+    , m_keys(OpenKeys(settings))
     , m_channels(settings.messages.channelOptions)
     , m_limits(settings.limits, m_keys.identifier)
     , m_listener(MainListener(settings))

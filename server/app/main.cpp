@@ -3,10 +3,11 @@
 #include "app/ArgumentChecks.h"
 #include "app/Check.h"
 #include "app/Log.h"
+#include "app/PersonalCommands.h"
 #include "app/Service.h"
 #include "app/Settings.h"
+#include "messages/Address.h"
 #include "messages/Channels.h"
-#include "messages/Signups.h"
 #include "places/Importer.h"
 #include "protocol/Announcements.h"
 #include "secrets/Keys.h"
@@ -47,6 +48,8 @@ struct Arguments
     std::vector<std::filesystem::path> dumps;
     std::string address;
     bool isActivated = false;
+    bool isConnecting = false;
+    bool isList = false;
     Strip strip;
     std::int64_t stripId = 0;
     Release release;
@@ -104,7 +107,7 @@ void RunCheck(const Arguments& arguments)
 {
     Findings findings;
     try {
-        findings = CheckParts(SettingsOf(arguments), arguments.isActivated);
+        findings = CheckParts(SettingsOf(arguments), arguments.isActivated, arguments.isConnecting);
     } catch (const SettingsError& error) {
         findings.errors = error.Lines();
     }
@@ -163,21 +166,17 @@ void RunReleaseRemove(const Arguments& arguments)
     }
 }
 
-void RunForget(const Arguments& arguments)
+void RunBlock(const Arguments& arguments)
 {
-    const std::string address = RequireMailAddress(arguments.address);
-    // A missing store is an error: this command creates none.
-    (void)OpenStoreToRead(arguments);
-    const std::filesystem::path file = SettingsOf(arguments).keys.folder / "index.key";
-    const Key index = Key::FromExistingFile(file);
-    SqliteStore store = OpenStore(arguments);
-    if (!store.IsWrittenWith("index.key", index.CheckHash())) {
-        throw KeyError(file.string() + ": not the key that the store was written with");
+    const Settings settings = SettingsOf(arguments);
+    if (arguments.isList == !arguments.address.empty()) {
+        throw UsageError("either an address or --list is expected");
     }
-    if (!store.Forget(MailAddressIndex(index, address))) {
-        throw StoreError("nothing is kept of that address");
+    if (arguments.isList) {
+        ListBlockedAddresses(settings, std::cout);
+    } else {
+        BlockAddress(settings, RequireAddress(arguments.address), std::cout);
     }
-    std::cout << "The device of the address, its texts and its sign-ups are deleted.\n";
 }
 
 // "waiting", "leased", "retry in 5 s"; "unknown" before these if the provider may have the text.
@@ -205,24 +204,18 @@ void RunOutbox(const Arguments& arguments)
               << " s old; " << state.spentToday << " spent today\n";
 }
 
-const char* KindOf(const std::string& address)
-{
-    const bool isWeb = address.starts_with("https://") || address.starts_with("http://");
-    return isWeb ? "ntfy" : address.starts_with('+') ? "sms" : "mail";
-}
-
 void RunMessageTest(const Arguments& arguments)
 {
     const Settings settings = SettingsOf(arguments);
     const Channels channels(settings.messages.channelOptions);
-    const std::string kind = KindOf(arguments.address);
+    const Address address = RequireAddress(arguments.address);
+    const std::string kind(NameOf(address.kind));
     Channel* const channel = channels.ForKind(kind);
     if (channel == nullptr) {
         throw ChannelError("no channel is configured for addresses of the kind \"" + kind + '"');
     }
-    const std::string address = kind == "mail" ? RequireMailAddress(arguments.address) : arguments.address;
     const SendResult result = channel->Send(
-        {address, "Dusk Beacon: test", "This is a test of the channel \"" + channel->Name() + "\".",
+        {address.text, "Dusk Beacon: test", "This is a test of the channel \"" + channel->Name() + "\".",
          "test-" + std::to_string(RandomBelow(1U << 31U)), settings.messages.language});
     constexpr const char* kWords[] = {"accepted", "failed; the service would try again",
                                       "refused; the service would not try again",
@@ -291,16 +284,29 @@ void AddMessageCommands(CLI::App& program, Arguments& arguments)
     program.add_subcommand("outbox", "lists the texts that wait, with their states")->callback([&arguments] {
         RunOutbox(arguments);
     });
+    using Command = void (*)(const Settings&, const Address&, std::ostream&);
+    const auto add = [&](const char* name, const char* description, Command run) {
+        CLI::App* const command = program.add_subcommand(name, description);
+        command->add_option("address", arguments.address, "mail address, phone number or ntfy topic")
+            ->required();
+        command->callback(
+            [&arguments, run] { run(SettingsOf(arguments), RequireAddress(arguments.address), std::cout); });
+    };
+    add("forget", "deletes all that is kept of an address, texts included", &ForgetAddress);
+    add("export", "prints all that is kept of an address, as JSON", &ExportAddress);
+    add("unblock", "lets a blocked address sign up again", &UnblockAddress);
+    CLI::App* const block =
+        program.add_subcommand("block", "deletes all that is kept of an address, and refuses its sign-ups");
+    block->add_option("address", arguments.address, "mail address, phone number or ntfy topic");
+    block->add_flag("--list", arguments.isList, "lists the hashes of the blocked addresses");
+    block->callback([&arguments] { RunBlock(arguments); });
+    program.add_subcommand("rotate-keys", "seals the addresses with new keys, while the service is stopped")
+        ->callback([&arguments] { ReplaceKeysOfStore(SettingsOf(arguments), std::cout); });
     CLI::App* const message = program.add_subcommand("message", "messages by the configured channels");
     message->require_subcommand(1);
     CLI::App* const test = message->add_subcommand("test", "sends a test message and says what happened");
-    test->add_option("address", arguments.address, "mail address, phone number with +, or ntfy topic")
-        ->required();
+    test->add_option("address", arguments.address, "mail address, phone number or ntfy topic")->required();
     test->callback([&arguments] { RunMessageTest(arguments); });
-    CLI::App* const forget =
-        program.add_subcommand("forget", "deletes all that is kept of a mail address, texts included");
-    forget->add_option("address", arguments.address, "the mail address")->required();
-    forget->callback([&arguments] { RunForget(arguments); });
 }
 
 int RunProgram(int argc, char** argv)
@@ -315,6 +321,7 @@ int RunProgram(int argc, char** argv)
     CLI::App* const check =
         program.add_subcommand("check", "says what is wrong with the configuration and its parts");
     check->add_flag("--activated", arguments.isActivated, "the service manager listens at http.listen");
+    check->add_flag("--connect", arguments.isConnecting, "also connects to the servers of the channels");
     check->callback([&] { RunCheck(arguments); });
     CLI::App* const places = program.add_subcommand("import", "makes the places file");
     places->add_option("--out", arguments.out, "the file (default: places.file of the configuration)");

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Signups.h"
 
+#include "messages/BlockIndex.h"
 #include "messages/Channels.h"
 #include "messages/MailAddress.h"
 #include "messages/PersonalCode.h"
@@ -59,7 +60,8 @@ Signup SignupOf(const Keys& keys, const Address& address, Road road, std::string
             .consentSource = std::string(NameOf(road)),
             .consentText = std::string(road == Road::Form ? kConsentWords : kTestConsentWords),
             .domainIndex = GroupIndexOf(keys.index, address),
-            .limitIndex = LimitIndexOf(keys.index, address)};
+            .limitIndex = LimitIndexOf(keys.index, address),
+            .blockIndex = BlockIndex(keys.lookup, address)};
 }
 
 std::string_view ReportOf(SignupResult::Limit limit)
@@ -72,6 +74,7 @@ std::string_view ReportOf(SignupResult::Limit limit)
     case SignupResult::Limit::Devices:
         return "sign-ups are refused: a channel could not send to more devices within ten minutes";
     case SignupResult::Limit::Address:
+    case SignupResult::Limit::Blocked:
     case SignupResult::Limit::None:
         break;
     }

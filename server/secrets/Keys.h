@@ -60,8 +60,8 @@ struct Keys
     Key identifier; ///< signs the identifiers of installations
     Key address;    ///< seals the addresses of devices
     Key index;      ///< hashes addresses: the store finds them without containing them
-    /// Hashes codes, identifiers and blocked addresses. It can't be replaced, since the store has nothing from
-    /// which to hash them again. In a folder of an earlier version it is the same key as index.
+    /// Hashes codes, identifiers and blocked addresses. It can't be replaced, since the store has nothing
+    /// from which to hash them again. In a folder of an earlier version it is the same key as index.
     Key lookup;
 };
 

@@ -178,13 +178,14 @@ TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
 
     const ProcessEnd end = Run({"forget", " Some.One+Tag@Example.org"});
     EXPECT_EQ(end.status, 0) << end.errors;
-    EXPECT_EQ(end.output, "The device of the address, its texts and its sign-ups are deleted.\n");
+    EXPECT_EQ(end.output, "The device of s...@example.org, its texts and its sign-ups are deleted.\n");
     EXPECT_EQ(Run({"outbox"}).output, "");
     EXPECT_THAT(Fetch(port, confirm), StartsWith("<root result=\"0\""));
     const ProcessEnd again = Run({"forget", "some.one+tag@example.org"});
     EXPECT_EQ(again.status, 2);
     EXPECT_EQ(again.errors, "dusk-beacond: nothing is kept of that address\n");
-    EXPECT_EQ(Run({"forget", "someone"}).errors, "dusk-beacond: \"someone\" is no mail address\n");
+    EXPECT_EQ(Run({"forget", "someone"}).errors, "dusk-beacond: \"someone\" is no mail address, no phone "
+                                                 "number with its country, and no ntfy topic\n");
 }
 
 TEST_F(ServiceTest, forget_keyOfAnotherStore_isRefused)

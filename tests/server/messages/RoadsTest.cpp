@@ -167,7 +167,7 @@ TEST_F(RoadsTest, mailThatEndedTheServiceThreeTimes_isSetAside)
     ASSERT_TRUE(file.has_value());
     {
         SqliteStore rows(folder.File("store.db"));
-        const std::string id = keys.index.Hash("incoming", "mail " + file->identity);
+        const std::string id = keys.lookup.Hash("incoming", "mail " + file->identity);
         for (int i = 0; i < 3; ++i) {
             ASSERT_EQ(rows.BeginIncoming(id, 0), IncomingState::Begun);
         }
@@ -184,7 +184,7 @@ TEST_F(RoadsTest, killAfterTheAnswer_isNotAnsweredAgain)
     const auto file = IncomingFolder(FolderFormat::Maildir, folder.File("mail")).Open("a");
     {
         SqliteStore rows(folder.File("store.db"));
-        const std::string id = keys.index.Hash("incoming", "mail " + file->identity);
+        const std::string id = keys.lookup.Hash("incoming", "mail " + file->identity);
         ASSERT_EQ(rows.BeginIncoming(id, 0), IncomingState::Begun);
         rows.EndIncoming(id);
     }
