@@ -5,6 +5,7 @@
 #include "app/Listeners.h"
 #include "app/Log.h"
 #include "app/Metrics.h"
+#include "app/OperatorTask.h"
 #include "app/RoadMetrics.h"
 #include "app/RoadSettings.h"
 #include "app/Site.h"
@@ -116,6 +117,7 @@ private:
     std::optional<Hooks> m_hooks;
     std::optional<Roads> m_roads;
     std::optional<StoreTasks> m_tasks;
+    std::optional<OperatorTask> m_operator;
     std::optional<Site> m_site;
 };
 
@@ -141,6 +143,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     m_signups.emplace(m_keys, *m_store, m_channels, std::move(signups), &LogError);
     m_hooks.emplace(m_keys, *m_store, *m_signups, settings.messages.hooks, &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
+    m_operator.emplace(*m_store, m_channels, settings.notices);
     m_site.emplace(ScriptSources{m_keys, *m_store, m_starts, m_places, m_announcements, m_dists, &Now,
                                  &LogError, m_limits, static_cast<int>(settings.messages.wrongCodesAlarm)},
                    *m_signups, *m_hooks, m_signupAddress);
@@ -212,6 +215,7 @@ void Service::Run()
         }
         m_sender.reset();
         m_signups->Join();
+        m_operator->Join();
         m_store.reset();
     }};
     m_roads.emplace(m_keys, *m_store, *m_signups, m_settings.messages.roads, &LogError);
@@ -223,6 +227,8 @@ void Service::Run()
     asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogTaskError);
     asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogTaskError);
     m_sender->Start();
+    asio::co_spawn(m_context, m_tasks->DropSilentDevices(), &LogTaskError);
+    asio::co_spawn(m_context, m_operator->FollowSending(), &LogTaskError);
     m_context.run();
 
     LogInfo("ending");

@@ -6,6 +6,7 @@
 #include "app/RoadSettings.h"
 #include "app/SettingsReader.h"
 #include "http/ProxyList.h"
+#include "messages/Address.h"
 #include "messages/TextWording.h"
 
 #include <toml++/toml.h>
@@ -54,6 +55,21 @@ void ReadLimits(SettingsReader& reader, LimitOptions& limits)
     limits.overload = std::chrono::milliseconds(overload);
 }
 
+void ReadOperator(SettingsReader& reader, Settings::Operator& notices)
+{
+    reader.Read("operator.address", notices.address);
+    if (!notices.address.empty()) {
+        const std::optional<Address> address = ParseAddress(notices.address);
+        if (address && address->kind != AddressKind::Sms) {
+            notices.address = address->text;
+        } else {
+            reader.AddError("operator.address", "a mail address or an ntfy topic is expected");
+        }
+    }
+    reader.Read("operator.outbox_minutes", notices.limits.outboxMinutes, 1, 10);
+    reader.Read("operator.channel_failures", notices.limits.channelFailures, 1, 1'000'000);
+}
+
 Settings ReadAll(SettingsReader& reader)
 {
     Settings settings;
@@ -98,6 +114,7 @@ Settings ReadAll(SettingsReader& reader)
     }
     ReadRoads(reader, settings.messages);
     reader.Read("messages.wrong_codes_alarm", settings.messages.wrongCodesAlarm, 1, 1'000'000);
+    ReadOperator(reader, settings.notices);
     ReadLimits(reader, settings.limits);
     reader.Read("log.level", settings.log.level);
     constexpr std::array<std::string_view, 3> kLevels = {"info", "warning", "error"};

@@ -4,6 +4,7 @@
 
 #include "http/ListeningSocket.h"
 #include "messages/ChannelOptions.h"
+#include "messages/OperatorAlerts.h"
 #include "messages/SignupOptions.h"
 #include "protocol/RequestLimits.h"
 #include "store/Store.h"
@@ -86,6 +87,12 @@ struct Settings
         std::vector<HookOptions> hooks;
         std::int64_t wrongCodesAlarm = 100; ///< within an hour
     } messages;
+
+    struct Operator
+    {
+        std::string address; ///< normalised mail address or ntfy topic; empty for the log alone
+        OperatorLimits limits;
+    } notices;
 
     LimitOptions limits;
 

@@ -21,6 +21,7 @@ using namespace std::chrono_literals;
 // The longest delay until a strip added by a subcommand is shown.
 constexpr auto kAnnouncementsAge = 2s;
 constexpr auto kTidyInterval = 60s;
+constexpr auto kSilenceInterval = 1h;
 
 } // namespace
 
@@ -81,6 +82,24 @@ asio::awaitable<void> StoreTasks::TidyEveryMinute()
         } catch (const std::exception& error) {
             LogError(error.what());
         }
+    }
+}
+
+asio::awaitable<void> StoreTasks::DropSilentDevices()
+{
+    asio::steady_timer timer(co_await asio::this_coro::executor);
+    for (;;) {
+        try {
+            auto drop = [](Store& store) { return store.DropSilentDevices(); };
+            const std::int64_t count = co_await m_store.Run(drop);
+            if (count > 0) {
+                LogInfo("devices deleted after a year of silence: " + std::to_string(count));
+            }
+        } catch (const std::exception& error) {
+            LogError(error.what());
+        }
+        timer.expires_after(kSilenceInterval);
+        co_await timer.async_wait(asio::use_awaitable);
     }
 }
 

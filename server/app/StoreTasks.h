@@ -28,6 +28,8 @@ public:
     [[nodiscard]] boost::asio::awaitable<void> FollowAnnouncements();
     /// Stores the counted starts and drops old sign-ups once a minute. Does not end.
     [[nodiscard]] boost::asio::awaitable<void> TidyEveryMinute();
+    /// Deletes devices after a year of silence: looks for them at once, then once an hour. Does not end.
+    [[nodiscard]] boost::asio::awaitable<void> DropSilentDevices();
     /// Stores the starts counted so far; keeps them counted if that fails.
     [[nodiscard]] boost::asio::awaitable<void> StoreStarts();
 

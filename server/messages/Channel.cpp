@@ -28,6 +28,17 @@ Channel::Clock::time_point Channel::TakeSlot()
 
 SendResult Channel::Send(const OutgoingMessage& message) noexcept
 {
+    SendResult result = TrySend(message);
+    if (result.handover == Handover::Accepted) {
+        m_failuresInARow = 0;
+    } else if (result.handover != Handover::Refused && !m_isAborted) {
+        ++m_failuresInARow;
+    }
+    return result;
+}
+
+SendResult Channel::TrySend(const OutgoingMessage& message) noexcept
+{
     try {
         if (m_isAborted) {
             return {Handover::RetryLater, "the service ends"};

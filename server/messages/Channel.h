@@ -70,6 +70,9 @@ public:
     /// Returns when the provider has answered, or at the timeout. Blocks: not for a thread that serves
     /// requests. Does not throw. Thread-safe.
     [[nodiscard]] SendResult Send(const OutgoingMessage& message) noexcept;
+    /// The messages in a row that the provider did not confirm; 0 after a confirmed one. Refused messages do
+    /// not count, since their addresses may be the reason. Thread-safe.
+    [[nodiscard]] std::int64_t FailuresInARow() const { return m_failuresInARow; }
     /// Ends the messages under way within about a second, as if at the timeout; later ones end at once.
     void Abort() { m_isAborted = true; }
 
@@ -85,7 +88,10 @@ private:
     const int m_connections;
     const std::int64_t m_price;
     const std::chrono::seconds m_timeout;
+    [[nodiscard]] SendResult TrySend(const OutgoingMessage& message) noexcept;
+
     std::atomic<bool> m_isAborted{false};
+    std::atomic<std::int64_t> m_failuresInARow{0};
     std::mutex m_mutex;
     Clock::time_point m_nextSlot;
 };

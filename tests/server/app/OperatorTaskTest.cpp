@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/Address.h"
+#include "secrets/Keys.h"
+#include "server/Becomes.h"
+#include "server/app/ServiceFixture.h"
+#include "store/SqliteStore.h"
+
+#include <gmock/gmock.h>
+
+#include <ctime>
+#include <filesystem>
+
+using namespace beacond;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const Address kUnreachable{AddressKind::Ntfy, "https://ntfy.example.org/Prayers"};
+
+} // namespace
+
+/// The running service with a text that it can't send, since no channel serves its address.
+class OperatorTaskTest : public ServiceFixture
+{
+protected:
+    void QueueText(std::int64_t secondsAgo)
+    {
+        const Keys keys = Keys::FromFolder(folder / "state/keys");
+        SqliteStore store((folder / "state/service.db").string(),
+                          [secondsAgo] { return std::time(nullptr) - secondsAgo; });
+        const Signup signup{"ntfy",
+                            keys.address.Seal(kUnreachable.text),
+                            AddressIndex(keys.index, kUnreachable),
+                            "code",
+                            1800,
+                            "form",
+                            "words"};
+        ASSERT_NE(store.SignUp(signup, {}).device, 0);
+        ASSERT_EQ(store.Confirm("code", "pc"), Confirmation::Confirmed);
+        ASSERT_TRUE(store.QueueText("pc", 3, "12:07", "SA-G104515"));
+    }
+    /// The texts of all messages in the spool.
+    std::string Spooled()
+    {
+        std::string texts;
+        for (const auto& file : fs::directory_iterator(folder / "state/spool")) {
+            texts += Read(file.path());
+        }
+        return texts;
+    }
+};
+
+TEST_F(OperatorTaskTest, oldOutbox_isToldByMailAndInTheLogUntilItIsOver)
+{
+    Configure("[operator]\naddress = \"operator@example.org\"\n[messages]\nchannels = [\"spool\"]\n");
+    QueueText(400);
+    ASSERT_NE(Serve(), 0);
+
+    EXPECT_TRUE(
+        service->AwaitLog("\"level\":\"error\",\"message\":\"messages: the oldest text in the outbox has "
+                          "waited for 6 minutes\""));
+    EXPECT_TRUE(Becomes([&] {
+        const std::string text = Spooled();
+        return text.starts_with("To: operator@example.org\n") && text.ends_with(" waited for 6 minutes.\n");
+    }));
+    ASSERT_EQ(Run({"forget", kUnreachable.text}).status, 0);
+    EXPECT_TRUE(Becomes(
+        [&] { return Spooled().find("the outbox has no old texts any more.\n") != std::string::npos; }));
+    EXPECT_THAT(Terminate().errors, Not(HasSubstr("operator@example.org")));
+}
+
+TEST_F(OperatorTaskTest, addressWithoutAChannel_isAWarning)
+{
+    Configure(
+        "[operator]\naddress = \"https://ntfy.example.org/secret\"\n[messages]\nchannels = [\"spool\"]\n");
+    const std::string warning =
+        "operator.address: no channel serves addresses of its kind; only the log tells";
+    ASSERT_NE(Serve(), 0);
+    EXPECT_TRUE(service->AwaitLog("\"level\":\"warning\",\"message\":\"" + warning));
+    EXPECT_THAT(Terminate().errors, Not(HasSubstr("secret")));
+    const ProcessEnd check = Run({"check"});
+    EXPECT_EQ(check.status, 0);
+    EXPECT_THAT(check.output, HasSubstr("warning: " + warning));
+}
