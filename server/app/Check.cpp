@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Check.h"
 
+#include "app/CheckMessages.h"
 #include "app/Metrics.h"
 #include "app/RoadSettings.h"
 #include "app/Service.h"
@@ -10,7 +11,7 @@
 #include "messages/Hook.h"
 #include "places/Places.h"
 #include "places/PlacesError.h"
-#include "secrets/Keys.h"
+#include "secrets/KeyFolder.h"
 #include "store/StoreCheck.h"
 
 #include <boost/asio/ip/tcp.hpp>
@@ -129,6 +130,13 @@ void CheckWritersOf(const fs::path& folder, Findings& findings)
     }
 }
 
+// Whether rotate-keys was killed after it has changed the store. The next start renames the new key.
+bool IsReplacedBy(const fs::path& file, const std::string& hash, Findings& findings)
+{
+    const fs::path next = file.string() + ".new";
+    return Exists(next, findings) && Key::FromExistingFile(next).CheckHash() == hash;
+}
+
 void CheckKeys(const fs::path& folder, const StoreCheck& store, Findings& findings)
 {
     bool isAnyMissing = false;
@@ -145,7 +153,7 @@ void CheckKeys(const fs::path& folder, const StoreCheck& store, Findings& findin
         }
         try {
             const Key key = Key::FromExistingFile(file);
-            if (isKnown && key.CheckHash() != hash->second) {
+            if (isKnown && key.CheckHash() != hash->second && !IsReplacedBy(file, hash->second, findings)) {
                 findings.errors.push_back(file.string() + ": not the key that the store was written with");
             }
         } catch (const KeyError& error) {
@@ -154,6 +162,10 @@ void CheckKeys(const fs::path& folder, const StoreCheck& store, Findings& findin
     }
     if (isAnyMissing) {
         CheckFolder("keys.folder", folder, findings);
+    }
+    if (HasNewKeys(folder)) {
+        findings.warnings.push_back("keys.folder: " + folder.string() +
+                                    ": rotate-keys was interrupted; the next start completes or undoes it");
     }
 }
 
@@ -215,7 +227,7 @@ void CheckRoads(const Settings::Messages& messages, Findings& findings)
 
 } // namespace
 
-Findings CheckParts(const Settings& settings, bool isActivated)
+Findings CheckParts(const Settings& settings, bool isActivated, bool isConnecting)
 {
     Findings findings;
     CheckAddresses(settings, findings);
@@ -233,6 +245,7 @@ Findings CheckParts(const Settings& settings, bool isActivated)
             CheckFolder(isDefault ? "messages.spool" : channel.name.c_str(), channel.folder, findings);
         }
     }
+    CheckMessages(settings, isConnecting, findings);
     return findings;
 }
 

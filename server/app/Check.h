@@ -19,6 +19,7 @@ struct Findings
 /// Opens each part as the service would, and creates nothing: a missing file or folder stays missing.
 /// The ports may be free or those of a service that runs.
 /// @param isActivated the service manager listens at http.listen: that port is not checked
-[[nodiscard]] Findings CheckParts(const Settings& settings, bool isActivated);
+/// @param isConnecting also connects to the servers of the channels
+[[nodiscard]] Findings CheckParts(const Settings& settings, bool isActivated, bool isConnecting);
 
 } // namespace beacond

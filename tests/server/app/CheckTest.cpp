@@ -258,3 +258,64 @@ TEST_F(CheckTest, unusableRoads_areErrors)
     EXPECT_THAT(Run({"check"}).errors + Run({"check"}).output,
                 HasSubstr("none: an invite word on each line is expected\n"));
 }
+
+/// A channel that sends through a server.
+class CheckChannelTest : public CheckTest
+{
+protected:
+    void ConfigureChannel(unsigned short port)
+    {
+        Configure(
+            "[messages]\nchannels = [\"mail\"]\n[[messages.channel]]\nname = \"mail\"\ntype = \"smtp\"\n"
+            "server = \"127.0.0.1:" +
+            std::to_string(port) +
+            "\"\nfrom = \"texts@mosque.example\"\nuser = \"service\"\npassword_file = \"password\"\n");
+    }
+    void WritePassword(fs::perms permissions)
+    {
+        Write(folder / "password", "secret\n");
+        fs::permissions(folder / "password", permissions);
+    }
+};
+
+TEST_F(CheckChannelTest, secret_isThereForItsOwnerOnly)
+{
+    ConfigureChannel(1);
+    EXPECT_THAT(Run({"check"}).output, HasSubstr("error: messages.channel: mail: "));
+    WritePassword(fs::perms::owner_read | fs::perms::others_read);
+    EXPECT_THAT(Run({"check"}).output,
+                HasSubstr("password: others than its owner can use it; run chmod 600 on it"));
+    WritePassword(fs::perms::owner_read);
+    ExpectUsable(Run({"check"}));
+}
+
+TEST_F(CheckChannelTest, server_isConnectedOnlyOnRequest)
+{
+    WritePassword(fs::perms::owner_read);
+    ConfigureChannel(1);
+    ExpectUsable(Run({"check"}));
+    const ProcessEnd unreachable = Run({"check", "--connect"});
+    EXPECT_EQ(unreachable.status, 0);
+    EXPECT_THAT(unreachable.output,
+                HasSubstr("warning: messages.channel: mail: can't connect to 127.0.0.1 port 1: "));
+
+    const beacond::ListeningSocket server =
+        beacond::ListeningSocket::Open(beacond::ParseListenAddress("127.0.0.1:0"));
+    ConfigureChannel(server.Endpoint().port());
+    ExpectUsable(Run({"check", "--connect"}));
+}
+
+TEST_F(CheckTest, interruptedRotationOfKeys_isAWarning)
+{
+    ServeOnce();
+    for (const char* const name : {"address.key", "index.key"}) {
+        fs::copy_file(folder / "state/keys" / name, folder / "state/keys" / (std::string(name) + ".new"));
+    }
+    const std::string warning = "warning: keys.folder: state/keys: rotate-keys was interrupted; the next "
+                                "start completes or undoes it\n";
+    EXPECT_EQ(Run({"check"}).output, kNoHttps + warning + kUsable);
+    Write(folder / "state/keys/address.key", std::string(32, 'k'));
+    EXPECT_EQ(Run({"check"}).output, kNoHttps + warning + kUsable) << "the store has the new key";
+    ServeOnce();
+    ExpectUsable(Run({"check"}));
+}
