@@ -83,11 +83,13 @@ class Service:
 
 
 @contextlib.contextmanager
-def running(programs):
-    """The service of the folder of programs, or the one that DUSKBEACON_SERVICE_PROGRAM names, with the places of the tree."""
+def running(programs, configuration=CONFIGURATION, secrets=()):
+    """The service of the folder of programs, or the one that DUSKBEACON_SERVICE_PROGRAM names, with the places of the tree.
+    The secrets are names and contents of files beside the configuration."""
     with tempfile.TemporaryDirectory(prefix="duskbeacon-service-") as folder:
-        with open(os.path.join(folder, "service.toml"), "w", encoding="utf-8") as file:
-            file.write(CONFIGURATION)
+        for name, text in (("service.toml", configuration), *secrets):
+            with open(os.open(os.path.join(folder, name), os.O_WRONLY | os.O_CREAT, 0o600), "w", encoding="utf-8") as file:
+                file.write(text)
         program = os.environ.get("DUSKBEACON_SERVICE_PROGRAM", os.path.join(programs, "dusk-beacond"))
         service = Service(program, folder)
         service.run("import")
