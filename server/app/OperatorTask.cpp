@@ -33,10 +33,12 @@ Channel* ChannelOf(const Channels& channels, const std::string& address)
 
 } // namespace
 
-OperatorTask::OperatorTask(StoreThread& store, const Channels& channels, const Settings::Operator& settings)
+OperatorTask::OperatorTask(StoreThread& store, const Channels& channels, const Settings::Operator& settings,
+                           std::int64_t spendPerDay)
     : m_store(store)
     , m_channels(channels)
     , m_address(settings.address)
+    , m_spendPerDay(spendPerDay)
     , m_channel(ChannelOf(channels, settings.address))
     , m_alerts(settings.limits)
 {
@@ -69,7 +71,8 @@ asio::awaitable<SendingFigures> OperatorTask::Figures()
     auto read = [](const Store& store) { return store.StateOfOutbox(); };
     const OutboxState outbox = co_await m_store.Run(read);
     SendingFigures figures{.oldestWaiting = std::chrono::seconds(outbox.oldestAge),
-                           .spentToday = outbox.spentToday};
+                           .spentToday = outbox.spentToday,
+                           .spendPerDay = m_spendPerDay};
     for (const std::unique_ptr<Channel>& channel : m_channels.All()) {
         figures.failuresInARow[channel->Name()] = channel->FailuresInARow();
     }

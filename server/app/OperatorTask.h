@@ -23,7 +23,9 @@ class OperatorTask final
 {
 public:
     /// All references must outlive the coroutine.
-    OperatorTask(StoreThread& store, const Channels& channels, const Settings::Operator& settings);
+    /// @param spendPerDay 0 for no limit
+    OperatorTask(StoreThread& store, const Channels& channels, const Settings::Operator& settings,
+                 std::int64_t spendPerDay);
 
     /// Looks at the sending every five seconds. Does not end.
     [[nodiscard]] boost::asio::awaitable<void> FollowSending();
@@ -46,6 +48,7 @@ private:
     StoreThread& m_store;
     const Channels& m_channels;
     const std::string m_address;
+    const std::int64_t m_spendPerDay;
     Channel* const m_channel; ///< null for the log alone
     OperatorAlerts m_alerts;
     std::deque<Waiting> m_waiting;

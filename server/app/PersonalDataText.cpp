@@ -17,8 +17,7 @@ namespace beacond {
 
 namespace {
 
-constexpr std::array<std::string_view, 7> kPrayers = {"",    "Fajr",    "Sunrise", "Duhr",
-                                                      "Asr", "Maghrib", "Isha"};
+constexpr std::array<std::string_view, 7> kPrayers = {"", "Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", "Isha"};
 
 std::string_view PrayerName(int prayer)
 {

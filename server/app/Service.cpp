@@ -143,7 +143,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     m_signups.emplace(m_keys, *m_store, m_channels, std::move(signups), &LogError);
     m_hooks.emplace(m_keys, *m_store, *m_signups, settings.messages.hooks, &LogError);
     m_tasks.emplace(*m_store, m_announcements, m_starts, *m_signups);
-    m_operator.emplace(*m_store, m_channels, settings.notices);
+    m_operator.emplace(*m_store, m_channels, settings.notices, settings.messages.spendPerDay);
     m_site.emplace(ScriptSources{m_keys, *m_store, m_starts, m_places, m_announcements, m_dists, &Now,
                                  &LogError, m_limits, static_cast<int>(settings.messages.wrongCodesAlarm)},
                    *m_signups, *m_hooks, m_signupAddress);
@@ -226,9 +226,9 @@ void Service::Run()
     ReloadOnHangup();
     asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogTaskError);
     asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogTaskError);
-    m_sender->Start();
     asio::co_spawn(m_context, m_tasks->DropSilentDevices(), &LogTaskError);
     asio::co_spawn(m_context, m_operator->FollowSending(), &LogTaskError);
+    m_sender->Start();
     m_context.run();
 
     LogInfo("ending");
