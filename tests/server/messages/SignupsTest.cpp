@@ -74,7 +74,8 @@ protected:
         std::smatch match;
         std::regex_search(message, match, std::regex("personal code:? ([0-9 ]+)"));
         SqliteStore another(folder.File("store.db"), [this] { return Seconds(); });
-        return another.Confirm(keys.lookup.Hash("personal code", *DigitsOfPersonalCode(match[1].str())), "pc");
+        return another.Confirm(keys.lookup.Hash("personal code", *DigitsOfPersonalCode(match[1].str())),
+                               "pc");
     }
     [[nodiscard]] std::string Stored(const char* query) const
     {
