@@ -6,7 +6,14 @@ add_library(duskbeacon_options INTERFACE)
 target_compile_features(duskbeacon_options INTERFACE cxx_std_20)
 target_compile_options(duskbeacon_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wold-style-cast -Woverloaded-virtual -Werror
-  -fPIC -fvisibility=hidden)
+  -fvisibility=hidden)
+if(WIN32)
+  # Windows 10, the first that Qt 6 runs on.
+  target_compile_definitions(duskbeacon_options INTERFACE
+    _WIN32_WINNT=0x0A00 UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN)
+else()
+  target_compile_options(duskbeacon_options INTERFACE -fPIC)
+endif()
 target_compile_definitions(duskbeacon_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CONTEXTLESS_CONNECT
   QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_DISABLE_DEPRECATED_BEFORE=0x060400)
@@ -29,9 +36,15 @@ endif()
 add_library(duskbeacon_shipped INTERFACE)
 target_link_libraries(duskbeacon_shipped INTERFACE duskbeacon_options)
 target_compile_options(duskbeacon_shipped INTERFACE
-  -fstack-protector-strong -fstack-clash-protection -fcf-protection
+  -fstack-protector-strong
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-target_link_options(duskbeacon_shipped INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
+if(WIN32)
+  # The toolchain file has the linker's part.
+  target_link_options(duskbeacon_shipped INTERFACE -fstack-protector-strong)
+else()
+  target_compile_options(duskbeacon_shipped INTERFACE -fstack-clash-protection -fcf-protection)
+  target_link_options(duskbeacon_shipped INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
+endif()
 if(NOT DUSKBEACON_SANITIZE)
   target_compile_options(duskbeacon_shipped INTERFACE
     "$<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "platform/CurlHttp.h"
+#include "platform/GStreamerPlayer.h"
+#include "platform/PosixFileStore.h"
+#include "platform/QtClock.h"
+#include "platform/QtDesktop.h"
+#include "platform/QtPlatform.h"
+#include "platform/QtTrayIcon.h"
+
+struct QtPlatform::Implementations
+{
+    QtClock clock;
+    QtTimers timers{clock};
+    PosixFileStore files;
+    CurlHttp http;
+    GStreamerPlayer player;
+    QtTrayIcon tray;
+    QtMessageBoxes boxes;
+    QtBrowser browser;
+    QtRegionalSettings region;
+    QtProcess process;
+    Platform platform{clock, timers, files, http, player, tray, boxes, browser, region, process};
+};
+
+QtPlatform::QtPlatform()
+    : m_implementations(std::make_unique<Implementations>())
+{
+}
+
+QtPlatform::~QtPlatform() = default;
+
+const Platform& QtPlatform::GetPlatform() const
+{
+    return m_implementations->platform;
+}
