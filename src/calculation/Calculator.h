@@ -40,7 +40,7 @@ private:
     double m_utNoon = 0.0; // the date's local noon in days of UT from 2000 January 1, 12h
     std::array<std::int16_t, kSlotCount> m_margins{};
     PrayerDay m_day;
-    // Cached: it is read three times for each date, and ICU takes four times as long as the ten slots.
+    // Cached: it is read three times for each date, and the table of its years is read from the start.
     std::optional<HijriDate> m_hijri;
 };
 

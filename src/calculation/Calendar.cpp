@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "calculation/Calendar.h"
 
-#include <unicode/ucal.h>
+#include "calculation/HijriYears.h"
+
+#include <algorithm>
+#include <bit>
 
 namespace calculation {
 
@@ -17,24 +20,33 @@ constexpr std::int32_t FloorDivide(std::int32_t dividend, std::int32_t divisor)
 
 constexpr std::int32_t kDaysPerGregorianCycle = 146097; // 400 years
 
-// The years of ICU's tables of the Umm al-Qura calendar.
-constexpr std::int32_t kFirstTabledYear = 1300;
-constexpr std::int32_t kLastTabledYear = 1600;
+constexpr std::int32_t kMonths = 12;
+constexpr std::int32_t kShortMonth = 29;
 
-// The date in one of ICU's calendars. The calendar is opened for each date, once a day: one that is kept
-// would have to be closed when the module is unloaded.
-HijriDate DateIn(const char* calendarName, std::int32_t daysSince2000)
+// The months have 30 and 29 days in turn, except for the last of a leap year.
+HijriDate CivilDate(std::int32_t daysSince2000)
 {
-    constexpr double kMillisecondsPerDay = 86400000.0;
-    constexpr double kDaysFrom1970To2000 = 10957.0;
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::LocalUCalendarPointer calendar(ucal_open(u"UTC", -1, calendarName, UCAL_DEFAULT, &status));
-    // Noon, so that rounding cannot change the day.
-    ucal_setMillis(calendar.getAlias(), (daysSince2000 + kDaysFrom1970To2000 + 0.5) * kMillisecondsPerDay,
-                   &status);
-    const auto field = [&](UCalendarDateFields name) { return ucal_get(calendar.getAlias(), name, &status); };
-    const HijriDate date{field(UCAL_DATE), field(UCAL_MONTH) + 1, field(UCAL_EXTENDED_YEAR)};
-    return U_SUCCESS(status) ? date : HijriDate{0, 0, 0};
+    constexpr std::int32_t kFirstDay = -503105; // 19 July 622
+    constexpr std::int32_t kYears = 30;
+    constexpr std::int32_t kDaysInThem = 10631;
+    const std::int32_t days = daysSince2000 - kFirstDay;
+    const std::int32_t year = FloorDivide(kYears * days + 10646, kDaysInThem);
+    const std::int32_t dayOfYear = days - (year - 1) * 354 - FloorDivide(3 + 11 * year, kYears);
+    const std::int32_t month = std::min(2 * dayOfYear / 59, kMonths - 1);
+    return {dayOfYear - (59 * month + 1) / 2 + 1, month + 1, year};
+}
+
+// dayOfYear: from 0; longMonths: as in the table
+HijriDate DateInYear(std::int32_t dayOfYear, unsigned longMonths, std::int32_t year)
+{
+    std::int32_t day = dayOfYear;
+    for (unsigned month = 0;; ++month) {
+        const auto length = kShortMonth + static_cast<std::int32_t>(longMonths >> month & 1U);
+        if (day < length) {
+            return {day + 1, static_cast<std::int32_t>(month) + 1, year};
+        }
+        day -= length;
+    }
 }
 
 } // namespace
@@ -67,9 +79,20 @@ std::int32_t WithinTheories(std::int32_t daysSince2000)
 
 HijriDate HijriDateOf(std::int32_t daysSince2000)
 {
-    const HijriDate date = DateIn("en@calendar=islamic-umalqura", daysSince2000);
-    const bool isTabled = date.year >= kFirstTabledYear && date.year <= kLastTabledYear;
-    return isTabled ? date : DateIn("en@calendar=islamic-civil", daysSince2000);
+    std::int32_t day = daysSince2000 - kFirstTabledDay;
+    if (day < 0) {
+        return CivilDate(daysSince2000);
+    }
+    std::int32_t year = kFirstTabledYear;
+    for (const std::uint16_t longMonths : kMonthsOf30Days) {
+        const std::int32_t length = kMonths * kShortMonth + std::popcount(longMonths);
+        if (day < length) {
+            return DateInYear(day, longMonths, year);
+        }
+        day -= length;
+        ++year;
+    }
+    return CivilDate(daysSince2000);
 }
 
 } // namespace calculation

@@ -25,9 +25,9 @@ struct HijriDate
 };
 
 // daysSince2000: whole days from 1 January 2000. The Umm al-Qura calendar of ICU's tables, 1300 to 1600 AH;
-// outside them ICU's civil (tabular) calendar with the epoch 16 July 622 (Julian) and the leap years 2, 5, 7,
+// outside them the civil (tabular) calendar with the epoch 16 July 622 (Julian) and the leap years 2, 5, 7,
 // 10, 13, 16, 18, 21, 24, 26 and 29 of each 30 years (Reingold and Dershowitz, "Calendrical Calculations",
-// chapter on the Islamic calendar). Zeros if ICU fails.
+// chapter on the Islamic calendar).
 [[nodiscard]] HijriDate HijriDateOf(std::int32_t daysSince2000);
 
 } // namespace calculation

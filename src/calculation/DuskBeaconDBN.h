@@ -20,9 +20,7 @@
 //  - A twilight angle above the -0.8333 degrees of sunrise counts as -0.8333: Fajr is then sunrise, Isha
 //    sunset. An angle below -90 counts as -90.
 //
-// No function allocates, locks, or reads the locale or a file. Exception: the first getter of the Hijri date
-// after SetHorParams opens one or two calendars of ICU, which allocate and lock, and load ICU's data at first
-// use.
+// No function allocates, locks, or reads the locale or a file.
 
 #ifdef __cplusplus
 extern "C" {
@@ -59,8 +57,8 @@ int16_t SunElev(int16_t minute);
 int16_t MoonElevation(int16_t minute);
 
 // The Hijri date of the stored date: Umm al-Qura from 1300 to 1600 AH, the civil (tabular) calendar outside.
-// Hmon is 1 to 12; Hyear is limited to its 16 bits. Until SetHorParams has been called, or if ICU fails, each
-// of them is 0.
+// Hmon is 1 to 12; Hyear is limited to its 16 bits. Until SetHorParams has been called, each of them is
+// 0.
 int16_t Hday(void);
 int16_t Hmon(void);
 int16_t Hyear(void);
