@@ -4,39 +4,32 @@
 
 #include "support/RuntimeError.h"
 
-#include <QFile>
-
-#include <dlfcn.h>
-
 using Short = std::int16_t;
 
 CalculationLibrary::CalculationLibrary(const QString& folder)
-    : m_path(folder + QStringLiteral("/DuskBeacon.DBN"))
+    : m_module(folder + QStringLiteral("/DuskBeacon.DBN"))
 {
+    // Resolve all symbols at once, so that an incomplete module fails when it is opened and not in the middle
+    // of a calculation.
+    m_module.setLoadHints(QLibrary::ResolveAllSymbolsHint);
 }
 
 CalculationLibrary::~CalculationLibrary()
 {
-    if (m_module != nullptr) {
-        ::dlclose(m_module);
-    }
+    m_module.unload();
 }
 
 template <typename Signature>
 Signature* CalculationLibrary::Function(const char* name)
 {
-    if (m_module == nullptr) {
-        // Resolve all symbols now, so that an incomplete module fails here and not in the middle of a
-        // calculation.
-        m_module = ::dlopen(QFile::encodeName(m_path).constData(), RTLD_NOW | RTLD_LOCAL);
-        if (m_module == nullptr) {
-            throw RuntimeError(ErrorNumber::kLibraryNotFound, QString::fromLocal8Bit(::dlerror()));
-        }
+    if (!m_module.load()) {
+        // Otherwise the next call would not look for the file again.
+        m_module.unload();
+        throw RuntimeError(ErrorNumber::kLibraryNotFound, m_module.errorString());
     }
-    void* const function = ::dlsym(m_module, name);
+    const QFunctionPointer function = m_module.resolve(name);
     if (function == nullptr) {
-        throw RuntimeError(ErrorNumber::kFunctionNotFound,
-                           QStringLiteral("%1 has no %2").arg(m_path, QLatin1String(name)));
+        throw RuntimeError(ErrorNumber::kFunctionNotFound, m_module.errorString());
     }
     return reinterpret_cast<Signature*>(function);
 }

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QString>
+#include <QLibrary>
 
 #include <array>
 #include <cstdint>
@@ -63,6 +63,5 @@ private:
     template <typename Signature>
     [[nodiscard]] Signature* Function(const char* name);
 
-    QString m_path;
-    void* m_module = nullptr;
+    QLibrary m_module;
 };
