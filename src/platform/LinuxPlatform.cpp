@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/CurlHttp.h"
-#include "platform/GStreamerPlayer.h"
 #include "platform/PosixFileStore.h"
 #include "platform/QtClock.h"
 #include "platform/QtDesktop.h"
 #include "platform/QtPlatform.h"
 #include "platform/QtTrayIcon.h"
+#include "platform/SoundPlayer.h"
 
 struct QtPlatform::Implementations
 {
@@ -14,7 +14,7 @@ struct QtPlatform::Implementations
     QtTimers timers{clock};
     PosixFileStore files;
     CurlHttp http;
-    GStreamerPlayer player;
+    SoundPlayer player;
     QtTrayIcon tray;
     QtMessageBoxes boxes;
     QtBrowser browser;

@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Playback.h"
 
-#include "platform/GStreamer.h"
+#include "platform/SoundPipeline.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QMetaObject>
 
@@ -15,8 +14,6 @@
 namespace {
 
 constexpr auto kPatience = std::chrono::seconds(1);
-// GST_PLAY_FLAG_AUDIO | GST_PLAY_FLAG_SOFT_VOLUME: no pictures, and a volume also for sinks without one.
-constexpr unsigned kAudioAndSoftVolume = 0x12;
 
 // Only regular files are opened: opening a pipe would block.
 bool CanHoldSound(const QFileInfo& file)
@@ -25,66 +22,6 @@ bool CanHoldSound(const QFileInfo& file)
 }
 
 } // namespace
-
-/// A playbin for one sound: after an error a playbin may fail to play again.
-class Playback::Pipeline final
-{
-public:
-    Pipeline(const GStreamer& gst, const QByteArray& path)
-        : m_gst(gst)
-        , m_playbin(gst.gst_element_factory_make("playbin", nullptr))
-    {
-        if (m_playbin == nullptr) {
-            return;
-        }
-        gst.gst_object_ref_sink(m_playbin);
-        m_bus = gst.gst_element_get_bus(m_playbin);
-        char* const uri = gst.g_filename_to_uri(path.constData(), nullptr, nullptr);
-        gst.g_object_set(m_playbin, "uri", uri, "flags", kAudioAndSoftVolume, nullptr);
-        (gst.g_free)(uri); // a macro in newer versions of GLib
-    }
-    ~Pipeline()
-    {
-        if (m_playbin != nullptr) {
-            m_gst.gst_element_set_state(m_playbin, GST_STATE_NULL);
-            m_gst.gst_object_unref(m_bus);
-            m_gst.gst_object_unref(m_playbin);
-        }
-    }
-    Pipeline(const Pipeline&) = delete;
-    Pipeline& operator=(const Pipeline&) = delete;
-
-    /// False if the plugins are not installed.
-    explicit operator bool() const { return m_playbin != nullptr; }
-    void SetVolume(int volume) { m_gst.g_object_set(m_playbin, "volume", volume / 100.0, nullptr); }
-    [[nodiscard]] bool Play()
-    {
-        return m_gst.gst_element_set_state(m_playbin, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;
-    }
-    /// Makes WaitForMessage return, from any thread.
-    void Wake()
-    {
-        m_gst.gst_bus_post(m_bus,
-                           m_gst.gst_message_new_application(nullptr, m_gst.gst_structure_new_empty("wake")));
-    }
-    [[nodiscard]] GstMessageType WaitForMessage()
-    {
-        const auto kinds =
-            static_cast<GstMessageType>(GST_MESSAGE_EOS | GST_MESSAGE_ERROR | GST_MESSAGE_APPLICATION);
-        GstMessage* const message = m_gst.gst_bus_timed_pop_filtered(m_bus, GST_CLOCK_TIME_NONE, kinds);
-        if (message == nullptr) {
-            return GST_MESSAGE_ERROR;
-        }
-        const GstMessageType kind = GST_MESSAGE_TYPE(message);
-        m_gst.gst_mini_object_unref(GST_MINI_OBJECT_CAST(message));
-        return kind;
-    }
-
-private:
-    const GStreamer& m_gst;
-    GstElement* m_playbin = nullptr;
-    GstBus* m_bus = nullptr;
-};
 
 Playback::Playback(QObject* receiver, std::function<void()> atEnd)
     : m_receiver(receiver)
@@ -114,7 +51,7 @@ void Playback::Run(const QString& path)
 {
     const QFileInfo file(path);
     if (!path.isEmpty() && CanHoldSound(file)) {
-        PlayFile(QFile::encodeName(file.absoluteFilePath()));
+        PlayFile(file.absoluteFilePath());
     }
     ReportDone();
 }
@@ -126,33 +63,30 @@ void Playback::ReportDone()
     m_done.notify_all();
 }
 
-void Playback::PlayFile(const QByteArray& path)
+void Playback::PlayFile(const QString& path)
 {
-    const std::optional<GStreamer> gst = GStreamer::Load();
-    if (!gst || gst->gst_init_check(nullptr, nullptr, nullptr) == FALSE) {
+    const std::unique_ptr<SoundPipeline> pipeline = SoundPipeline::Make(path);
+    if (pipeline == nullptr) {
         return;
     }
-    Pipeline pipeline(*gst, path);
-    if (!pipeline) {
-        return;
-    }
-    UsePipeline(&pipeline);
+    UsePipeline(pipeline.get());
     bool isPlaying = false;
     while (const std::optional<int> volume = WantedVolume()) {
-        pipeline.SetVolume(*volume);
-        isPlaying = isPlaying || pipeline.Play();
-        const GstMessageType message = isPlaying ? pipeline.WaitForMessage() : GST_MESSAGE_ERROR;
-        if (message == GST_MESSAGE_EOS) {
+        pipeline->SetVolume(*volume);
+        isPlaying = isPlaying || pipeline->Play();
+        const SoundPipeline::Message message =
+            isPlaying ? pipeline->WaitForMessage() : SoundPipeline::Message::Error;
+        if (message == SoundPipeline::Message::End) {
             ReportEnd();
         }
-        if (message != GST_MESSAGE_APPLICATION) {
+        if (message != SoundPipeline::Message::Wake) {
             break;
         }
     }
     UsePipeline(nullptr);
 }
 
-void Playback::UsePipeline(Pipeline* pipeline)
+void Playback::UsePipeline(SoundPipeline* pipeline)
 {
     const std::lock_guard lock(m_mutex);
     m_pipeline = pipeline;

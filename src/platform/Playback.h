@@ -11,6 +11,7 @@
 #include <optional>
 
 class QObject;
+class SoundPipeline;
 
 /// One sound, played on its own thread. Call members on the user-interface thread; except for WaitForEnd they
 /// return at once.
@@ -34,11 +35,9 @@ public:
     void WaitForEnd();
 
 private:
-    class Pipeline;
-
     void Run(const QString& path);
-    void PlayFile(const QByteArray& path);
-    void UsePipeline(Pipeline* pipeline);
+    void PlayFile(const QString& path);
+    void UsePipeline(SoundPipeline* pipeline);
     /// std::nullopt after End.
     [[nodiscard]] std::optional<int> WantedVolume();
     void ReportEnd();
@@ -49,7 +48,7 @@ private:
     std::condition_variable m_done;
     QObject* m_receiver = nullptr;
     std::function<void()> m_atEnd;
-    Pipeline* m_pipeline = nullptr;
+    SoundPipeline* m_pipeline = nullptr;
     int m_volume = 0;
     bool m_ending = false;
     bool m_isDone = false;

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/CurlHttp.h"
-#include "platform/DirectShowPlayer.h"
 #include "platform/QtClock.h"
 #include "platform/QtDesktop.h"
 #include "platform/QtPlatform.h"
+#include "platform/SoundPlayer.h"
 #include "platform/WindowsFileStore.h"
 #include "platform/WindowsTrayIcon.h"
 
@@ -14,7 +14,7 @@ struct QtPlatform::Implementations
     QtTimers timers{clock};
     WindowsFileStore files;
     CurlHttp http;
-    DirectShowPlayer player;
+    SoundPlayer player;
     WindowsTrayIcon tray;
     QtMessageBoxes boxes;
     QtBrowser browser;

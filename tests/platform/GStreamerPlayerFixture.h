@@ -4,7 +4,7 @@
 
 #include "SoundServer.h"
 #include "TestSounds.h"
-#include "platform/GStreamerPlayer.h"
+#include "platform/SoundPlayer.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -32,7 +32,7 @@ protected:
 
     void MakePlayer()
     {
-        player = std::make_unique<GStreamerPlayer>();
+        player = std::make_unique<SoundPlayer>();
         player->SetPlayStateHandler([this](int state) {
             EXPECT_EQ(QThread::currentThread(), qApp->thread());
             EXPECT_EQ(state, MediaPlayer::kStopped);
@@ -78,6 +78,6 @@ protected:
 
     QTemporaryDir folder;
     SoundServer sound;
-    std::unique_ptr<GStreamerPlayer> player;
+    std::unique_ptr<SoundPlayer> player;
     int stopped = 0;
 };

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/GStreamerPlayer.h"
+#include "platform/SoundPlayer.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -28,7 +28,7 @@ TEST(GStreamerPlayerWithoutPlugins, setUrl_isSilent_andOnlyStopIsReported)
     file.close();
 
     int stopped = 0;
-    GStreamerPlayer player;
+    SoundPlayer player;
     player.SetPlayStateHandler([&](int /*state*/) { ++stopped; });
     player.SetUrl(file.fileName());
     ASSERT_TRUE(QTest::qWaitFor([] { return gst_is_initialized() != FALSE; }));

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/GStreamerPlayer.h"
+#include "platform/SoundPlayer.h"
 
 #include <QDir>
 #include <QFile>
@@ -53,33 +53,33 @@ TEST_F(VolumeFileTest, construction_readsItOrTakesFifty)
                                             {QByteArray(1'000'000, '1'), 50}};
     for (const auto& [content, volume] : rows) {
         Write(content);
-        EXPECT_EQ(GStreamerPlayer().Volume(), volume) << content.left(20).toStdString();
+        EXPECT_EQ(SoundPlayer().Volume(), volume) << content.left(20).toStdString();
     }
 }
 
 TEST_F(VolumeFileTest, missing_isFifty_andNothingIsWritten)
 {
-    EXPECT_EQ(GStreamerPlayer().Volume(), 50);
+    EXPECT_EQ(SoundPlayer().Volume(), 50);
     EXPECT_FALSE(QFile::exists(Path()));
 }
 
 TEST_F(VolumeFileTest, folderOrPipeInItsPlace_isFifty)
 {
     ASSERT_TRUE(QDir().mkpath(Path()));
-    EXPECT_EQ(GStreamerPlayer().Volume(), 50);
+    EXPECT_EQ(SoundPlayer().Volume(), 50);
     ASSERT_TRUE(QDir().rmdir(Path()));
     ASSERT_EQ(::mkfifo(Path().toUtf8().constData(), 0600), 0);
-    EXPECT_EQ(GStreamerPlayer().Volume(), 50);
+    EXPECT_EQ(SoundPlayer().Volume(), 50);
 }
 
 TEST_F(VolumeFileTest, setVolume_isKeptForTheNextRun)
 {
     {
-        GStreamerPlayer player;
+        SoundPlayer player;
         player.SetVolume(73);
         EXPECT_EQ(player.Volume(), 73);
     }
-    EXPECT_EQ(GStreamerPlayer().Volume(), 73);
+    EXPECT_EQ(SoundPlayer().Volume(), 73);
     EXPECT_EQ(Content(Path()), "73\n");
     EXPECT_EQ(QDir(folder.filePath(QStringLiteral("state/dusk-beacon"))).entryList(QDir::Files).size(), 1)
         << "nothing else is left beside it";
@@ -92,7 +92,7 @@ TEST_F(VolumeFileTest, setVolume_replacesTheFileWhole)
         EXPECT_EQ(::stat(Path().toUtf8().constData(), &file), 0);
         return file.st_ino;
     };
-    GStreamerPlayer player;
+    SoundPlayer player;
     player.SetVolume(73);
     // An open reader keeps the old file, so that its inode number is not reused.
     QFile reader(Path());
@@ -106,7 +106,7 @@ TEST_F(VolumeFileTest, setVolume_replacesTheFileWhole)
 
 TEST_F(VolumeFileTest, setVolume_outsideTheScale_isBroughtToItsEnd)
 {
-    GStreamerPlayer player;
+    SoundPlayer player;
     player.SetVolume(101);
     EXPECT_EQ(player.Volume(), 100);
     player.SetVolume(-1);
@@ -118,7 +118,7 @@ TEST_F(VolumeFileTest, setVolume_thatCannotBeKept_stillHolds)
     Write("20\n");
     ASSERT_TRUE(QFile::remove(Path()));
     ASSERT_TRUE(QDir().mkpath(Path())) << "a folder can't be replaced by a file";
-    GStreamerPlayer player;
+    SoundPlayer player;
     player.SetVolume(80);
     EXPECT_EQ(player.Volume(), 80);
 }
@@ -127,7 +127,7 @@ TEST_F(VolumeFileTest, stateFolderUnsetOrRelative_isTheOneUnderHome)
 {
     for (const char* const named : {"", "relative/state"}) {
         qputenv("XDG_STATE_HOME", named);
-        GStreamerPlayer player;
+        SoundPlayer player;
         const int volume = player.Volume() == 61 ? 62 : 61;
         player.SetVolume(volume);
         EXPECT_EQ(Content(folder.filePath(QStringLiteral(".local/state/dusk-beacon/volume"))),
