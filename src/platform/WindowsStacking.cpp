@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/Stacking.h"
 
-// Windows keeps an owned window above its owner: the order needs no care.
+#include <utility>
+
+// The order is not needed: on Windows a window that is raised also becomes the active one, and an active main
+// window passes the focus to its dialog, which raises that.
 
 Stacking::Stacking(std::function<void()> changed)
     : m_changed(std::move(changed))

@@ -2,11 +2,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/WindowsTrayIcon.h"
 
-void WindowsTrayIcon::Add(const QIcon& /*icon*/, const QString& /*tip*/, QMenu& /*menu*/) {}
+#include <QIcon>
+#include <QMenu>
+#include <QSystemTrayIcon>
 
-void WindowsTrayIcon::Remove() {}
+#include <windows.h>
+
+WindowsTrayIcon::WindowsTrayIcon() = default;
+
+WindowsTrayIcon::~WindowsTrayIcon() = default;
+
+void WindowsTrayIcon::Add(const QIcon& icon, const QString& tip, QMenu& menu)
+{
+    m_icon = std::make_unique<QSystemTrayIcon>(icon);
+    m_icon->setToolTip(tip);
+    m_icon->setContextMenu(&menu);
+    m_icon->show();
+}
+
+void WindowsTrayIcon::Remove()
+{
+    if (m_icon == nullptr) {
+        return;
+    }
+    m_icon->hide();
+    // Remove may be called from the menu that the icon has opened.
+    m_icon.release()->deleteLater();
+}
 
 bool WindowsTrayIcon::IsShown() const
 {
-    return false;
+    // Qt takes a taskbar for granted, but there is none while the shell restarts.
+    return m_icon != nullptr && FindWindowW(L"Shell_TrayWnd", nullptr) != nullptr;
 }

@@ -4,11 +4,21 @@
 
 #include "platform/Desktop.h"
 
-/// The icon in the notification area of Windows.
+#include <memory>
+
+class QSystemTrayIcon;
+
+/// The tray icon of Qt, which opens the menu itself, and adds the icon again after the taskbar has restarted.
 class WindowsTrayIcon final : public TrayIcon
 {
 public:
+    WindowsTrayIcon();
+    ~WindowsTrayIcon() override;
+
     void Add(const QIcon& icon, const QString& tip, QMenu& menu) override;
     void Remove() override;
     [[nodiscard]] bool IsShown() const override;
+
+private:
+    std::unique_ptr<QSystemTrayIcon> m_icon;
 };
