@@ -17,8 +17,8 @@ class CurlThread;
 /// the first line of the reply, the request is sent once more on a fresh connection. A connection without an
 /// acknowledgement for 3 seconds has failed, so that a slow server may receive a request twice.
 /// At most 10 redirects are followed, never from https to http; each closes its connection. Certificates are
-/// checked. The environment names the proxy, which is never used for this computer itself. A "#" is part of
-/// the query and is sent unchanged.
+/// checked. The environment or the system names the proxy, which is never used for this computer itself. A
+/// "#" is part of the query and is sent unchanged.
 class CurlHttp final : public Http
 {
 public:

@@ -3,11 +3,9 @@
 #include "platform/CurlThread.h"
 
 #include "platform/CurlTransfer.h"
-
-#include <openssl/ssl.h>
+#include "platform/SystemHttp.h"
 
 #include <algorithm>
-#include <csignal>
 #include <limits>
 #include <system_error>
 #include <utility>
@@ -16,11 +14,7 @@ namespace {
 
 CURLM* NewHandle()
 {
-    // TLS writes to connections that the server has closed, at the latest when it closes them here. SIGPIPE
-    // would end the program, and libcurl does not block it (CURLOPT_NOSIGNAL).
-    std::signal(SIGPIPE, SIG_IGN);
-    // This call keeps OpenSSL from loading the texts of its errors: 0.6 MB that the program never shows.
-    OPENSSL_init_ssl(OPENSSL_INIT_NO_LOAD_SSL_STRINGS | OPENSSL_INIT_NO_LOAD_CRYPTO_STRINGS, nullptr);
+    PrepareForHttp();
     // Without curl_global_cleanup: an abandoned name look-up may still run at the end.
     curl_global_init(CURL_GLOBAL_DEFAULT);
     return curl_multi_init();

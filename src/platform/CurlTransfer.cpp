@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/CurlTransfer.h"
 
+#include "platform/SystemHttp.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -108,6 +110,7 @@ bool CurlTransfer::Prepare()
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &CurlTransfer::OnBody);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
+    UseSystemCertificates(easy);
     if (!m_certificates.isEmpty()) {
         curl_easy_setopt(easy, CURLOPT_CAINFO, m_certificates.constData());
     }
@@ -143,8 +146,10 @@ void CurlTransfer::SetTarget()
     CURL* const easy = m_easy.get();
     const QByteArray host = UrlPart(m_url, CURLUPART_HOST);
     if (IsLoopback(host)) {
-        // The proxy of the environment does not apply to this computer.
+        // The proxy does not apply to this computer.
         curl_easy_setopt(easy, CURLOPT_PROXY, "");
+    } else {
+        UseSystemProxy(easy, UrlPart(m_url, CURLUPART_SCHEME), host);
     }
     curl_easy_setopt(easy, CURLOPT_PATH_AS_IS, 1L);
     const qsizetype mark = m_url.indexOf('#');

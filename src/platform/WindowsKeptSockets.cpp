@@ -1,3 +1,0 @@
-// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
-// SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/KeptSockets.h"
