@@ -5,6 +5,8 @@
 #include "Buildings.h"
 #include "Canvas.h"
 
+#include <QDataStream>
+#include <QIODevice>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
@@ -268,6 +270,34 @@ QByteArray IconAsSvg(IconDetail detail)
            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
            side + "\" height=\"" + side + "\" viewBox=\"0 0 " + side + " " + side +
            "\">\n  <title>Dusk Beacon</title>\n  <defs>\n" + gradients + "  </defs>\n" + paths + "</svg>\n";
+}
+
+// A header, a row of 16 bytes for each picture, and the PNG files, which Windows reads since Vista. All
+// numbers are little-endian.
+QByteArray IconFile(const std::vector<QByteArray>& pngFiles)
+{
+    constexpr int kHeaderBytes = 6;
+    constexpr int kRowBytes = 16;
+    constexpr int kWidthInPng = 19; // last byte of the width, which is 0 for 256 pixels, as in a row
+    constexpr quint16 kTypeIcon = 1;
+    constexpr quint16 kPlanes = 1;
+    constexpr quint16 kBitsOfAPixel = 32;
+    QByteArray file;
+    QDataStream out(&file, QIODevice::WriteOnly);
+    out.setByteOrder(QDataStream::LittleEndian);
+    const auto count = static_cast<quint16>(pngFiles.size());
+    out << quint16{0} << kTypeIcon << count;
+    quint32 offset = kHeaderBytes + quint32{count} * kRowBytes;
+    for (const QByteArray& png : pngFiles) {
+        const auto width = static_cast<quint8>(png.at(kWidthInPng));
+        const auto length = static_cast<quint32>(png.size());
+        out << width << width << quint16{0} << kPlanes << kBitsOfAPixel << length << offset;
+        offset += length;
+    }
+    for (const QByteArray& png : pngFiles) {
+        out.writeRawData(png.constData(), static_cast<int>(png.size()));
+    }
+    return file;
 }
 
 } // namespace art

@@ -6,6 +6,7 @@
 #include <QImage>
 
 #include <array>
+#include <vector>
 
 namespace art {
 
@@ -24,5 +25,8 @@ enum class IconDetail {
 
 /// The same geometry as a drawing in Scalable Vector Graphics 1.1.
 [[nodiscard]] QByteArray IconAsSvg(IconDetail detail);
+
+/// The icon file of Windows with these pictures, each a square in a PNG file of at most 256 pixels.
+[[nodiscard]] QByteArray IconFile(const std::vector<QByteArray>& pngFiles);
 
 } // namespace art

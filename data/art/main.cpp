@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <exception>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -44,12 +45,24 @@ void WritePictures(const QDir& folder)
     }
 }
 
+QByteArray Read(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw std::runtime_error("cannot read " + path.toStdString());
+    }
+    return file.readAll();
+}
+
 void WriteIcons(const QDir& folder)
 {
+    std::vector<QByteArray> pngFiles;
     for (const int size : art::kIconSizes) {
-        WritePng(folder.filePath(QStringLiteral("duskbeacon-%1.png").arg(size)),
-                 art::Icon(size).convertToFormat(QImage::Format_ARGB32));
+        const QString path = folder.filePath(QStringLiteral("duskbeacon-%1.png").arg(size));
+        WritePng(path, art::Icon(size).convertToFormat(QImage::Format_ARGB32));
+        pngFiles.push_back(Read(path));
     }
+    Write(folder.filePath(QStringLiteral("duskbeacon.ico")), art::IconFile(pngFiles));
     Write(folder.filePath(QStringLiteral("duskbeacon.svg")), art::IconAsSvg(art::IconDetail::Full));
     Write(folder.filePath(QStringLiteral("duskbeacon-small.svg")),
           art::IconAsSvg(art::IconDetail::Simplified));

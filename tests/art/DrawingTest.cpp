@@ -77,6 +77,30 @@ TEST(Drawing, shippedIcons_areWhatIsDrawn)
     }
 }
 
+TEST(Drawing, shippedIconFile_holdsTheShippedIcons)
+{
+    std::vector<QByteArray> pngFiles;
+    for (const int size : art::kIconSizes) {
+        QFile file(QStringLiteral(":/icons/duskbeacon-%1.png").arg(size));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << size;
+        pngFiles.push_back(file.readAll());
+    }
+    QFile file(QStringLiteral(DUSKBEACON_ICON_FILE));
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), art::IconFile(pngFiles));
+}
+
+// As https://learn.microsoft.com/previous-versions/ms997538(v=msdn.10) describes the file.
+TEST(Drawing, iconFile_hasARowForEachPicture)
+{
+    const QByteArray small = QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\0\x10", 20);
+    const QByteArray large = QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR\0\0\1\0\0", 21);
+    const QByteArray expected = QByteArray("\0\0\1\0\2\0", 6) +
+                                QByteArray("\x10\x10\0\0\1\0\x20\0\x14\0\0\0\x26\0\0\0", 16) +
+                                QByteArray("\0\0\0\0\1\0\x20\0\x15\0\0\0\x3a\0\0\0", 16) + small + large;
+    EXPECT_EQ(art::IconFile({small, large}), expected);
+}
+
 TEST(Drawing, pictureFileName_carriesTheScaleFromTwoOn)
 {
     EXPECT_EQ(art::PictureFileName(QStringLiteral("PicSun"), 1), QStringLiteral("PicSun.png"));
