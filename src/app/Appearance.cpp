@@ -5,6 +5,7 @@
 #include "app/BoxDrawing.h"
 #include "forms/Letters.h"
 #include "instruments/PngFile.h"
+#include "platform/SystemFont.h"
 
 #include <QApplication>
 #include <QFont>
@@ -142,6 +143,7 @@ void SetAppearance()
     // The layout is fixed to the pixel, so the style is fixed too. Qt has Fusion on every platform.
     QApplication::setStyle(new WindowStyle); // the application owns it
     QApplication::setPalette(Colours());
+    LoadShippedFonts();
     // Set explicitly: Qt's default family depends on the installed fonts.
     QApplication::setFont(WindowFont(QStringLiteral("Liberation Sans")));
     QApplication::setWindowIcon(WindowIcon());
@@ -149,7 +151,7 @@ void SetAppearance()
 
 QFont WindowFont(const QString& family)
 {
-    QFont font(family);
+    QFont font = SystemFont(family);
     font.setPixelSize(12);
     // The width of the text in Liberation Sans, for which the windows are laid out.
     constexpr int kUsualWidth = 107;

@@ -82,8 +82,8 @@ ComPointer<IPin> OutputOf(IBaseFilter& source)
     return nullptr;
 }
 
-// Connects the file to the system's sound output. The only renderer is added beforehand: RenderFile would open
-// a window for the pictures of a film.
+// Connects the file to the system's sound output. The only renderer is added beforehand: RenderFile would
+// open a window for the pictures of a film.
 bool Connect(IFilterGraph2& graph, const QString& path)
 {
     const auto output = Create<IBaseFilter>(CLSID_DSoundRender, IID_IBaseFilter);
@@ -143,8 +143,8 @@ public:
     {
         const std::array<HANDLE, 2> handles{m_wake.get(), m_hasEvent};
         for (;;) {
-            const DWORD signalled = WaitForMultipleObjects(static_cast<DWORD>(handles.size()), handles.data(),
-                                                           FALSE, INFINITE);
+            const DWORD signalled =
+                WaitForMultipleObjects(static_cast<DWORD>(handles.size()), handles.data(), FALSE, INFINITE);
             if (signalled == WAIT_OBJECT_0) {
                 return Message::Wake;
             }

@@ -33,10 +33,7 @@ public:
     Playbin(const Playbin&) = delete;
     Playbin& operator=(const Playbin&) = delete;
 
-    void SetVolume(int volume) override
-    {
-        m_gst.g_object_set(m_playbin, "volume", volume / 100.0, nullptr);
-    }
+    void SetVolume(int volume) override { m_gst.g_object_set(m_playbin, "volume", volume / 100.0, nullptr); }
     bool Play() override
     {
         return m_gst.gst_element_set_state(m_playbin, GST_STATE_PLAYING) != GST_STATE_CHANGE_FAILURE;

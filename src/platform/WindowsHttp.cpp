@@ -3,10 +3,9 @@
 #include "platform/ProxySettings.h"
 #include "platform/SystemHttp.h"
 
-// winsock2.h must come before windows.h, which winhttp.h needs.
-#include <winsock2.h>
 #include <windows.h>
 #include <winhttp.h>
+#include <winsock2.h>
 #include <ws2tcpip.h>
 
 #include <memory>
@@ -61,7 +60,8 @@ void LimitAcknowledgement(curl_socket_t socket)
     // TCP_MAXRT of ws2ipdef.h, which mingw does not have: the time for which a packet is sent again.
     constexpr int kLongestRetransmission = 5;
     constexpr DWORD kSeconds = 3;
-    setsockopt(socket, IPPROTO_TCP, kLongestRetransmission, reinterpret_cast<const char*>(&kSeconds), sizeof kSeconds);
+    setsockopt(socket, IPPROTO_TCP, kLongestRetransmission, reinterpret_cast<const char*>(&kSeconds),
+               sizeof kSeconds);
 }
 
 // The sockets of libcurl do not block.

@@ -11,9 +11,9 @@
 QString VolumeFile::Path()
 {
     const QString own = QCoreApplication::applicationDirPath();
-    const QString folder =
-        QFileInfo::exists(own + QStringLiteral("/settings.xml"))
-            ? own
-            : QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + QStringLiteral("/dusk-beacon");
+    const QString folder = QFileInfo::exists(own + QStringLiteral("/settings.xml"))
+                               ? own
+                               : QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                     QStringLiteral("/dusk-beacon");
     return folder + QStringLiteral("/volume");
 }
