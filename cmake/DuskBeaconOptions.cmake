@@ -38,10 +38,7 @@ target_link_libraries(duskbeacon_shipped INTERFACE duskbeacon_options)
 target_compile_options(duskbeacon_shipped INTERFACE
   -fstack-protector-strong
   -ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=./build)
-if(WIN32)
-  # The toolchain file has the linker's part.
-  target_link_options(duskbeacon_shipped INTERFACE -fstack-protector-strong)
-else()
+if(NOT WIN32)
   target_compile_options(duskbeacon_shipped INTERFACE -fstack-clash-protection -fcf-protection)
   target_link_options(duskbeacon_shipped INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
 endif()

@@ -9,9 +9,11 @@ set(CMAKE_C_COMPILER x86_64-w64-mingw32-gcc-posix)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# The compiler's own libraries become part of each program and library: they need no DLL of the compiler at run time.
+# The compiler's own libraries become part of each program and library: they need no DLL of the compiler at run time. The
+# protection of the stack needs one of them, also where only a linked library has it. No time stamps: two builds give the same bytes.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT
+    "-static -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat,--no-insert-timestamp")
 endforeach()
 
 # CMake reads this file again for each check of the compiler.
@@ -27,3 +29,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # moc, uic and rcc come from the Qt of this machine, which has the same version.
 set(QT_HOST_PATH /usr)
 set(QT_HOST_PATH_CMAKE_DIR /usr/lib/x86_64-linux-gnu/cmake)
+
+# Test programs run under Wine.
+set(CMAKE_CROSSCOMPILING_EMULATOR /usr/lib/wine/wine64)

@@ -7,8 +7,6 @@
 #include "fakes/PlainUser.h"
 #include "support/RuntimeError.h"
 
-#include <sys/stat.h>
-
 namespace {
 
 class StartUpTest : public FirstTouchFixture
@@ -112,17 +110,13 @@ TEST_P(BrokenSettings, load_saysError5_andEnds_fileAsItWas)
         ASSERT_TRUE(QDir().mkdir(kSettingsFile));
     }
     {
-        // Root can read everything.
-        std::optional<PlainUser> user;
+        std::optional<UnreadableFile> unreadable;
         if (name == "unreadable") {
-            ASSERT_EQ(::chmod("settings.xml", 0), 0);
-            user.emplace(platform.folder.path());
-            ASSERT_TRUE(user->IsPlain());
+            unreadable.emplace(kSettingsFile);
         }
         Window();
     }
     ExpectFatalEnd();
-    ASSERT_TRUE(name != "unreadable" || ::chmod("settings.xml", 0600) == 0);
     EXPECT_EQ(ReadSettings(), contents.contains(name) ? contents.at(name) : QByteArray());
     EXPECT_EQ(QFileInfo(kSettingsFile).isDir(), name == "folder");
     EXPECT_EQ(QDir().isEmpty(), name == "missing");
@@ -135,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(StartUp, BrokenSettings,
 
 TEST_F(StartUpTest, settingsThatAPlainUserCanRead_areEnough)
 {
-    ASSERT_EQ(::chmod("settings.xml", 0444), 0);
+    ASSERT_TRUE(QFile::setPermissions(kSettingsFile, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
     const PlainUser user(platform.folder.path());
     ASSERT_TRUE(user.IsPlain());
     Window();

@@ -2,12 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "fakes/LoopbackServer.h"
 
-#include <arpa/inet.h>
-#include <linux/filter.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include "fakes/Sockets.h"
 
 namespace {
 
@@ -17,8 +12,8 @@ constexpr std::size_t kMostConnections = 2000;
 // Whether the socket is ready before the test ends or the timeout (-1: no limit) is over.
 bool IsReady(int socket, short events, int stop, int milliseconds)
 {
-    pollfd watched[] = {{socket, events, 0}, {stop, POLLIN, 0}};
-    return ::poll(watched, 2, milliseconds) > 0 && watched[1].revents == 0 && watched[0].revents != 0;
+    pollfd watched[] = {Sockets::Watched(socket, events), Sockets::Watched(stop, POLLIN)};
+    return Sockets::Poll(watched, 2, milliseconds) > 0 && watched[1].revents == 0 && watched[0].revents != 0;
 }
 
 } // namespace
@@ -44,13 +39,11 @@ bool LoopbackServer::Connection::Send(const QByteArray& bytes)
         if (!IsReady(m_socket, POLLOUT, m_server.m_stop[0], -1)) {
             return false;
         }
-        const ssize_t count =
-            ::send(m_socket, bytes.constData() + sent, static_cast<std::size_t>(bytes.size() - sent),
-                   MSG_NOSIGNAL | MSG_DONTWAIT);
-        if (count < 0 && errno != EAGAIN) {
+        const qsizetype count = Sockets::Send(m_socket, bytes.constData() + sent, bytes.size() - sent);
+        if (count < 0) {
             return false;
         }
-        sent += count > 0 ? count : 0;
+        sent += count;
     }
     return true;
 }
@@ -70,32 +63,26 @@ bool LoopbackServer::Connection::Keep(const QByteArray& body)
 
 void LoopbackServer::Connection::Swallow() const
 {
-    sock_filter nothing = BPF_STMT(BPF_RET | BPF_K, 0);
-    const sock_fprog program{1, &nothing};
-    if (::setsockopt(m_socket, SOL_SOCKET, SO_ATTACH_FILTER, &program, sizeof program) != 0) {
-        qFatal("the connection can't be made deaf");
-    }
+    Sockets::Swallow(m_socket);
 }
 
 bool LoopbackServer::Connection::Wait(int milliseconds)
 {
-    pollfd watched[] = {{m_socket, POLLIN, 0}, {m_server.m_stop[0], POLLIN, 0}};
-    return ::poll(watched, 2, milliseconds) == 0;
+    pollfd watched[] = {Sockets::Watched(m_socket, POLLIN), Sockets::Watched(m_server.m_stop[0], POLLIN)};
+    return Sockets::Poll(watched, 2, milliseconds) == 0;
 }
 
 LoopbackServer::LoopbackServer(Handler handler, quint16 port)
     : m_handler(std::move(handler))
 {
-    m_listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int on = 1;
-    ::setsockopt(m_listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    m_listener = Sockets::Listener();
     sockaddr_in address = {};
     address.sin_family = AF_INET;
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(port);
     socklen_t length = sizeof address;
     auto* const generic = reinterpret_cast<sockaddr*>(&address);
-    if (::bind(m_listener, generic, length) != 0 || ::listen(m_listener, 64) != 0 || ::pipe(m_stop) != 0 ||
+    if (::bind(m_listener, generic, length) != 0 || ::listen(m_listener, 64) != 0 || !Sockets::Pipe(m_stop) ||
         ::getsockname(m_listener, generic, &length) != 0) {
         qFatal("no server on the loopback");
     }
@@ -106,17 +93,14 @@ LoopbackServer::LoopbackServer(Handler handler, quint16 port)
 LoopbackServer::~LoopbackServer()
 {
     m_stopping = true;
-    const char byte = 0;
     // The byte is never read, so the pipe stays readable for all threads.
-    if (::write(m_stop[1], &byte, 1) != 1) {
-        qFatal("the server can't be stopped");
-    }
+    Sockets::WriteByte(m_stop[1]);
     m_accepting.join();
     for (std::thread& connection : m_connections) {
         connection.join();
     }
     for (const int descriptor : {m_listener, m_stop[0], m_stop[1]}) {
-        ::close(descriptor);
+        Sockets::Close(descriptor);
     }
 }
 
@@ -144,7 +128,7 @@ void LoopbackServer::Accept()
 {
     while (!m_stopping && m_connections.size() < kMostConnections &&
            IsReady(m_listener, POLLIN, m_stop[0], -1)) {
-        const int socket = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+        const int socket = Sockets::Accept(m_listener);
         if (socket >= 0) {
             ++m_open;
             ++m_count;
@@ -159,7 +143,7 @@ QByteArray LoopbackServer::ReadHead(int socket) const
     while (!request.contains("\r\n\r\n") && request.size() < kLongestHead &&
            IsReady(socket, POLLIN, m_stop[0], -1)) {
         char buffer[4096];
-        const ssize_t count = ::recv(socket, buffer, sizeof buffer, 0);
+        const qsizetype count = ::recv(socket, buffer, sizeof buffer, 0);
         if (count <= 0) {
             break;
         }
@@ -184,8 +168,8 @@ void LoopbackServer::Serve(int socket)
         m_handler(connection);
         isKept = connection.IsKept();
     }
-    ::shutdown(socket, SHUT_WR);
-    ::close(socket);
+    ::shutdown(socket, Sockets::kSending);
+    Sockets::Close(socket);
     --m_open;
 }
 

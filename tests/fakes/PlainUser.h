@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <optional>
+
 /// While it lives the process has only the file permissions of a user other than root. Makes the given
 /// folder writable for every user.
 class PlainUser final
@@ -36,4 +38,29 @@ private:
     bool m_wasRoot = ::geteuid() == 0;
     gid_t m_group = ::getegid();
     bool m_isPlain = !m_wasRoot;
+};
+
+/// While it lives the process can't read this file. In the working directory, which becomes writable for
+/// every user.
+class UnreadableFile final
+{
+public:
+    explicit UnreadableFile(const QString& name)
+        : m_file(name)
+    {
+        if (!m_file.setPermissions({}) || !m_user.emplace(QStringLiteral(".")).IsPlain()) {
+            qFatal("the file stays readable");
+        }
+    }
+    ~UnreadableFile()
+    {
+        m_user.reset();
+        m_file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    UnreadableFile(const UnreadableFile&) = delete;
+    UnreadableFile& operator=(const UnreadableFile&) = delete;
+
+private:
+    QFile m_file;
+    std::optional<PlainUser> m_user;
 };

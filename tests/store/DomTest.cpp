@@ -5,13 +5,13 @@
 #include "fakes/ErrorOf.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/Memory.h"
+#include "fakes/Pipe.h"
 #include "store/XmlText.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
 #include <functional>
 
@@ -174,7 +174,7 @@ TEST_F(DomTest, load_declaredEncoding_readsItsText)
 
 TEST_F(DomTest, load_missingFolderOrPipe_isFalse)
 {
-    ASSERT_EQ(::mkfifo("pipe.xml", 0600), 0);
+    ASSERT_TRUE(MakePipe(QStringLiteral("pipe.xml")));
     EXPECT_FALSE(document->Load(QStringLiteral("pipe.xml"))) << "and doesn't wait for a writer";
     EXPECT_FALSE(document->Load(QStringLiteral("missing.xml")));
     EXPECT_FALSE(document->Load(platform.folder.path()));

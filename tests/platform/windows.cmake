@@ -1,0 +1,12 @@
+# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# The tests of what Windows shares with Linux, and of its own files.
+duskbeacon_test(platform_tests
+  SOURCES BesideBoxTest.cpp ProxySettingsTest.cpp QtMessageBoxesTest.cpp
+  LIBRARIES test_fakes)
+duskbeacon_test(curl_http_tests
+  SOURCES CurlHttpNotifyTest.cpp CurlProbeTest.cpp
+  LIBRARIES duskbeacon_platform test_server
+  LABELS clock)
+duskbeacon_test(ticker_tests SOURCES QtTimersTest.cpp LIBRARIES test_fakes LABELS slow_clock TIMEOUT 240)
