@@ -55,14 +55,19 @@ class Server:
         while samples := recorder.stdout.read(400):
             self._newest = (self._newest + samples)[-2 * WINDOW:]
 
+    def amplitude(self, hertz):
+        """Of this tone, in steps of a sample."""
+        samples = array.array("h", self._newest)
+        angles = [2 * math.pi * hertz * i / RATE for i in range(len(samples))]
+        sine = sum(sample * math.sin(angle) for sample, angle in zip(samples, angles))
+        cosine = sum(sample * math.cos(angle) for sample, angle in zip(samples, angles))
+        return 2 * math.hypot(sine, cosine) / len(samples)
+
     def hears(self, hertz):
         """Whether the sound is this tone only."""
         samples = array.array("h", self._newest)
         power = sum(sample * sample for sample in samples) / len(samples)
-        angles = [2 * math.pi * hertz * i / RATE for i in range(len(samples))]
-        sine = sum(sample * math.sin(angle) for sample, angle in zip(samples, angles))
-        cosine = sum(sample * math.cos(angle) for sample, angle in zip(samples, angles))
-        amplitude = 2 * math.hypot(sine, cosine) / len(samples)
+        amplitude = self.amplitude(hertz)
         return amplitude > 300 and amplitude * amplitude / 2 > 0.9 * power
 
     def is_silent(self):
