@@ -10,3 +10,7 @@ duskbeacon_test(curl_http_tests
   LIBRARIES duskbeacon_platform test_server
   LABELS clock)
 duskbeacon_test(ticker_tests SOURCES QtTimersTest.cpp LIBRARIES test_fakes LABELS slow_clock TIMEOUT 240)
+
+add_executable(player player.cpp)
+target_link_libraries(player PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
+set_target_properties(player PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
