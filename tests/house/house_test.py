@@ -39,11 +39,13 @@ def faults():
                 yield f"{where}: only the scheduler asks the module"
             if folder != "platform" and CLOCK.search(line):
                 yield f"{where}: only the clock of platform/ reads the time"
+            if re.match(r"#(?:el)?if.*(?:_WIN32|__MINGW|Q_OS_|__linux__)", line):
+                yield f"{where}: CMake chooses the files of each system"
             if folder not in ("platform", "engine") and OUTSIDE.search(line):
                 yield f"{where}: only platform/ calls the operating system"
     for folder in (*LAYERS, "calculation"):
         listing = (TREE / "src" / folder / "CMakeLists.txt").read_text()
-        for link in re.findall(r"LINKS\s([^)]*)", listing)[0].split():
+        for link in " ".join(re.findall(r"LINKS\s([^)]*)", listing)).split():
             room = link.removeprefix("duskbeacon_")
             if folder in ("calculation", "strip") and link.startswith(("Qt", "duskbeacon_")):
                 yield f"src/{folder}: links {link}; it knows neither Qt nor the program"
