@@ -11,6 +11,9 @@ duskbeacon_test(curl_http_tests
   LABELS clock)
 duskbeacon_test(ticker_tests SOURCES QtTimersTest.cpp LIBRARIES test_fakes LABELS slow_clock TIMEOUT 240)
 
-add_executable(player player.cpp)
-target_link_libraries(player PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
-set_target_properties(player PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+# Driven by the scripts in tests/windows.
+foreach(program fetcher player)
+  add_executable(${program} ${program}.cpp)
+  target_link_libraries(${program} PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
+  set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+endforeach()
