@@ -13,15 +13,17 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 
 WINE = os.environ.get("WINE", "wine")
 ENVIRONMENT = dict(os.environ, WINEDEBUG="-all", WINEDLLOVERRIDES="mscoree,mshtml=")
 REPLY = b"HTTP/1.1 200 OK\r\nContent-Length: 7\r\n\r\n<root/>"
 PATIENCE = 60
+MOMENT = 0.2  # seconds
 
 
 class Server:
-    """Answers each request with REPLY and `more`, and records the connections and the requests."""
+    """Answers each request with REPLY, and sends `more` a moment later; records the connections and the requests."""
 
     def __init__(self, context=None, more=b""):
         self._listener = socket.create_server(("127.0.0.1", 0))
@@ -49,7 +51,11 @@ class Server:
                 if request.endswith(b"\r\n\r\n"):
                     self.requests.append(request)
                     request = b""
-                    connection.sendall(REPLY + self._more)
+                    connection.sendall(REPLY)
+                    if self._more:
+                        # Not read with the reply.
+                        time.sleep(MOMENT)
+                        connection.sendall(self._more)
         except OSError:
             pass
 
@@ -100,6 +106,7 @@ def check_connections(program):
     with Fetcher(program) as fetcher:
         for _ in range(3):
             assert fetcher.ask(f"fetch http://127.0.0.1:{server.port}/") == b"<root/>"
+            time.sleep(2 * MOMENT)
     assert server.connections == 3, server.connections
 
 
