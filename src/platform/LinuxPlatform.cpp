@@ -1,18 +1,18 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/CurlHttp.h"
-#include "platform/PosixFileStore.h"
 #include "platform/QtClock.h"
 #include "platform/QtDesktop.h"
 #include "platform/QtPlatform.h"
 #include "platform/QtTrayIcon.h"
 #include "platform/SoundPlayer.h"
+#include "platform/SystemFileStore.h"
 
 struct QtPlatform::Implementations
 {
     QtClock clock;
     QtTimers timers{clock};
-    PosixFileStore files;
+    SystemFileStore files;
     CurlHttp http;
     SoundPlayer player;
     QtTrayIcon tray;

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/PosixFileStore.h"
+#include "platform/FileSteps.h"
+#include "platform/SystemFileStore.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QUuid>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -55,10 +55,8 @@ std::filesystem::path ResolvedName(const QString& path)
 // A process that was killed during a save leaves its temporary file, without the lock.
 void RemoveLeftovers(const QFileInfo& target)
 {
-    const QStringList names = target.dir().entryList({target.fileName() + QStringLiteral(".saving-??????")},
-                                                     QDir::Files | QDir::Hidden | QDir::NoSymLinks);
-    for (const QString& name : names) {
-        QFile leftover(target.dir().filePath(name));
+    for (const QString& name : FilesBeside(target)) {
+        QFile leftover(name);
         if (leftover.open(QIODevice::ReadOnly) && ::flock(leftover.handle(), LOCK_EX | LOCK_NB) == 0) {
             // By name: leftover.remove() would close the file first, and with it release the lock.
             QFile::remove(leftover.fileName());
@@ -80,8 +78,7 @@ QByteArray CreateBeside(const std::filesystem::path& target, mode_t mode, QFile&
 {
     constexpr int kMostTries = 100;
     for (int i = 0; i < kMostTries; ++i) {
-        QByteArray name = QByteArray::fromStdString(target.string()) + ".saving-" +
-                          QUuid::createUuid().toByteArray(QUuid::Id128).left(6);
+        QByteArray name = QByteArray::fromStdString(target.string()) + NewSuffix();
         if (!Open(file, name.constData(), O_CREAT | O_EXCL, mode)) {
             return {};
         }
@@ -151,26 +148,17 @@ bool WriteInPlace(const std::filesystem::path& target, const QByteArray& content
 
 } // namespace
 
-std::optional<QByteArray> PosixFileStore::Read(const QString& path, qint64 limit) const
+std::optional<QByteArray> SystemFileStore::Read(const QString& path, qint64 limit) const
 {
     QFile file(ExistingName(path));
     // Reading a pipe or a device would block or never end.
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > limit) {
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
         return std::nullopt;
     }
-    // read() allocates all that it is asked for, so ask for the size; a file in /proc has size 0, another may
-    // have grown.
-    QByteArray content = file.read(file.size() + 1);
-    if (!file.atEnd()) {
-        content += file.read(limit + 1 - content.size());
-    }
-    if (file.error() != QFileDevice::NoError || content.size() > limit) {
-        return std::nullopt;
-    }
-    return content;
+    return WholeContent(file, limit);
 }
 
-bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
+bool SystemFileStore::Replace(const QString& path, const QByteArray& content)
 {
     const std::filesystem::path target = ResolvedName(path);
     struct stat old = {};
@@ -206,7 +194,7 @@ bool PosixFileStore::Replace(const QString& path, const QByteArray& content)
     return true;
 }
 
-bool PosixFileStore::Write(const QString& path, const QByteArray& content)
+bool SystemFileStore::Write(const QString& path, const QByteArray& content)
 {
     const QFileInfo info(path);
     QFile file(path);

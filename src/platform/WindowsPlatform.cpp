@@ -5,14 +5,14 @@
 #include "platform/QtDesktop.h"
 #include "platform/QtPlatform.h"
 #include "platform/SoundPlayer.h"
-#include "platform/WindowsFileStore.h"
+#include "platform/SystemFileStore.h"
 #include "platform/WindowsTrayIcon.h"
 
 struct QtPlatform::Implementations
 {
     QtClock clock;
     QtTimers timers{clock};
-    WindowsFileStore files;
+    SystemFileStore files;
     CurlHttp http;
     SoundPlayer player;
     WindowsTrayIcon tray;

@@ -7,7 +7,7 @@
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Platform.h"
-#include "platform/PosixFileStore.h"
+#include "platform/SystemFileStore.h"
 #include "platform/Process.h"
 #include "support/ModRegion.h"
 #include "support/RuntimeError.h"
@@ -379,7 +379,7 @@ struct FakePlatformOn
 };
 
 /// With real files, in a temporary folder that is the working directory while this object lives.
-class FakePlatform final : public FakePlatformOn<PosixFileStore>
+class FakePlatform final : public FakePlatformOn<SystemFileStore>
 {
 public:
     FakePlatform()

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/PosixFileStore.h"
+#include "platform/SystemFileStore.h"
 
 /// Real files that can be made unwritable, for root too.
 class LockableFiles final : public FileStore
@@ -24,5 +24,5 @@ public:
     bool isLocked = false;
 
 private:
-    PosixFileStore m_files;
+    SystemFileStore m_files;
 };

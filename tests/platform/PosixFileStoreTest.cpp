@@ -1,10 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "platform/PosixFileStore.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
+#include "platform/StoredFiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/file.h>
@@ -16,33 +12,18 @@
 
 namespace {
 
-constexpr qint64 kLimit = 1024;
 constexpr uid_t kNobody = 65534;
 
-class PosixFileStoreTest : public testing::Test
+class PosixFileStoreTest : public StoredFiles
 {
 protected:
     PosixFileStoreTest() { ::chmod(folder.path().toLocal8Bit().constData(), 0777); }
 
-    [[nodiscard]] QString Path(const char* name) const { return folder.filePath(QLatin1String(name)); }
     [[nodiscard]] QByteArray Native(const char* name) const { return QFile::encodeName(Path(name)); }
-    [[nodiscard]] QByteArray Content(const char* name) const
-    {
-        QFile file(Path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
     void Put(const char* name, const QByteArray& content, mode_t mode = 0644) const
     {
-        QFile file(Path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        file.close();
+        StoredFiles::Put(name, content);
         ASSERT_EQ(::chmod(Native(name).constData(), mode), 0);
-    }
-    [[nodiscard]] QStringList Names() const
-    {
-        return QDir(folder.path())
-            .entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
     }
     // Runs @p step as a user without privileges, in a child process, and returns its result.
     [[nodiscard]] static bool AsUser(const std::function<bool()>& step)
@@ -62,21 +43,7 @@ protected:
         ::stat(path.constData(), &status);
         return status;
     }
-
-    QTemporaryDir folder;
-    PosixFileStore files;
 };
-
-TEST_F(PosixFileStoreTest, read_wholeContent_upToTheLimit)
-{
-    Put("a", QByteArray(kLimit, 'x'));
-    EXPECT_EQ(files.Read(Path("a"), kLimit), QByteArray(kLimit, 'x'));
-    EXPECT_EQ(files.Read(Path("a"), kLimit - 1), std::nullopt);
-    constexpr qint64 kGenerous = 32LL * 1024 * 1024;
-    EXPECT_LT(files.Read(Path("a"), kGenerous)->capacity(), 2 * kLimit) << "allocates the whole limit";
-    Put("empty", "");
-    EXPECT_EQ(files.Read(Path("empty"), kLimit), QByteArray());
-}
 
 TEST_F(PosixFileStoreTest, read_unreadableFile_answersNothing)
 {
@@ -91,30 +58,12 @@ TEST_F(PosixFileStoreTest, read_unreadableFile_answersNothing)
     EXPECT_TRUE(AsUser([this] { return !files.Read(Path("secret"), kLimit).has_value(); }));
 }
 
-TEST_F(PosixFileStoreTest, spellingsInAnyCase_meanOneFile)
-{
-    Put("settings.xml", "old");
-    EXPECT_EQ(files.Read(Path("settings.XML"), kLimit), QByteArray("old"));
-    EXPECT_TRUE(files.Replace(Path("SETTINGS.xml"), "new"));
-    EXPECT_EQ(Content("settings.xml"), "new");
-    EXPECT_EQ(Names(), QStringList{QStringLiteral("settings.xml")});
-}
-
 TEST_F(PosixFileStoreTest, spellings_theExactOneComesFirst)
 {
     Put("a.xml", "small");
     Put("A.xml", "large");
     EXPECT_EQ(files.Read(Path("A.xml"), kLimit), QByteArray("large"));
     EXPECT_EQ(files.Read(Path("a.xml"), kLimit), QByteArray("small"));
-}
-
-TEST_F(PosixFileStoreTest, replace_relativeName_isTakenFromTheWorkingDirectory)
-{
-    const QString before = QDir::currentPath();
-    QDir::setCurrent(folder.path());
-    EXPECT_TRUE(files.Replace(QStringLiteral("settings.xml"), "new"));
-    QDir::setCurrent(before);
-    EXPECT_EQ(Content("settings.xml"), "new");
 }
 
 TEST_F(PosixFileStoreTest, replace_missingFile_isCreatedWithTheUmask)
@@ -124,15 +73,6 @@ TEST_F(PosixFileStoreTest, replace_missingFile_isCreatedWithTheUmask)
     ::umask(mask);
     EXPECT_EQ(Content("a"), "new");
     EXPECT_EQ(StatusOf(Native("a")).st_mode & 07777, 0640U);
-}
-
-TEST_F(PosixFileStoreTest, replace_shorterAndLonger_leavesNothingBeside)
-{
-    for (const QByteArray& content : {QByteArray("0123456789"), QByteArray("1"), QByteArray(100'000, 'x')}) {
-        EXPECT_TRUE(files.Replace(Path("a"), content));
-        EXPECT_EQ(Content("a"), content);
-    }
-    EXPECT_EQ(Names(), QStringList{QStringLiteral("a")});
 }
 
 TEST_F(PosixFileStoreTest, replace_keepsModeAndOwner)

@@ -3,7 +3,7 @@
 
 # The tests of what Windows shares with Linux, and of its own files.
 duskbeacon_test(platform_tests
-  SOURCES BesideBoxTest.cpp ProxySettingsTest.cpp QtMessageBoxesTest.cpp
+  SOURCES BesideBoxTest.cpp FileStoreTest.cpp ProxySettingsTest.cpp QtMessageBoxesTest.cpp WindowsFileStoreTest.cpp
   LIBRARIES test_fakes)
 duskbeacon_test(curl_http_tests
   SOURCES CurlHttpNotifyTest.cpp CurlProbeTest.cpp
@@ -17,3 +17,11 @@ foreach(program fetcher player)
   target_link_libraries(${program} PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
   set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
 endforeach()
+
+add_executable(saver saver.cpp)
+target_link_libraries(saver PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
+target_include_directories(saver PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+set_target_properties(saver PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+duskbeacon_test(kill_tests SOURCES KillWhileSavingTest.cpp LIBRARIES test_fakes LABELS slow TIMEOUT 600)
+add_dependencies(kill_tests saver)
+target_compile_definitions(kill_tests PRIVATE DUSKBEACON_SAVER="$<TARGET_FILE:saver>")

@@ -86,7 +86,7 @@ protected:
         EXPECT_EQ(world.Loaded(window), nullptr);
     }
 
-    PosixFileStore files;
+    SystemFileStore files;
     ProgramWorld world{files, nullptr, Confirmable()};
 
 private:

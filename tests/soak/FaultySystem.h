@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "platform/PosixFileStore.h"
+#include "platform/SystemFileStore.h"
 
 #include <functional>
 #include <map>
@@ -68,5 +68,5 @@ public:
     std::vector<std::string> calls;
 
 private:
-    PosixFileStore m_files;
+    SystemFileStore m_files;
 };

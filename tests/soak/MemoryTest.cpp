@@ -102,7 +102,7 @@ protected:
     }
 
     AdService service;
-    PosixFileStore m_files;
+    SystemFileStore m_files;
     ProgramWorld m_world{
         m_files, &service,
         SettingsText().replace(QStringLiteral(R"(play="false")"), QStringLiteral(R"(play="true")"))};

@@ -229,7 +229,7 @@ TEST(SaveFaults, anotherInstanceSavingBetweenAnyTwoCalls_spoilsNothing)
     const QByteArray theirs(5000, 't');
     const QTemporaryDir folder;
     const QString path = folder.filePath(kName);
-    PosixFileStore other;
+    SystemFileStore other;
     FaultyFiles files;
     ASSERT_TRUE(other.Replace(path, kOld));
     ASSERT_TRUE(files.Replace(path, mine));

@@ -50,7 +50,7 @@ public:
 
 private:
     MemoryFiles m_memory;
-    PosixFileStore m_disk;
+    SystemFileStore m_disk;
 };
 
 /// The program and the rules of its alerts, with one clock and one random user.

@@ -4,8 +4,8 @@
 
 #include "platform/FileStore.h"
 
-/// Files through POSIX calls.
-class PosixFileStore final : public FileStore
+/// Files through the calls of the system; each system has its own source file.
+class SystemFileStore final : public FileStore
 {
 public:
     [[nodiscard]] std::optional<QByteArray> Read(const QString& path, qint64 limit) const override;
