@@ -4,12 +4,16 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QObject>
+#include <QSocketNotifier>
 #include <QThread>
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <atomic>
+#include <csignal>
 #include <cstdlib>
 
 namespace {
@@ -53,11 +57,31 @@ bool IsTaken(int number, const struct sigaction& found)
 
 } // namespace
 
-SessionEnd::SessionEnd()
+class SessionEnd::Listener final : public QObject
+{
+public:
+    Listener();
+    ~Listener() override;
+    Listener(const Listener&) = delete;
+    Listener& operator=(const Listener&) = delete;
+
+    void EnterMainLoop(std::function<void()> tidyUp);
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void End();
+
+    QSocketNotifier m_notifier;
+    std::function<void()> m_tidyUp;
+    /// The previous actions of TERM, INT and HUP.
+    std::array<struct sigaction, kSignals.size()> m_found{};
+};
+
+SessionEnd::Listener::Listener()
     : m_notifier(OpenPipe(), QSocketNotifier::Read)
 {
     m_notifier.setEnabled(false);
-    connect(&m_notifier, &QSocketNotifier::activated, this, &SessionEnd::End);
+    connect(&m_notifier, &QSocketNotifier::activated, this, &Listener::End);
     struct sigaction action = {};
     action.sa_handler = TakeSignal;
     action.sa_flags = SA_RESTART;
@@ -70,7 +94,7 @@ SessionEnd::SessionEnd()
     }
 }
 
-SessionEnd::~SessionEnd()
+SessionEnd::Listener::~Listener()
 {
     for (std::size_t i = 0; i < kSignals.size(); ++i) {
         sigaction(kSignals.at(i), &m_found.at(i), nullptr);
@@ -80,7 +104,7 @@ SessionEnd::~SessionEnd()
     close(wakeUpEnd.exchange(-1));
 }
 
-void SessionEnd::EnterMainLoop(std::function<void()> tidyUp)
+void SessionEnd::Listener::EnterMainLoop(std::function<void()> tidyUp)
 {
     m_tidyUp = std::move(tidyUp);
     // At log-out the session manager's request arrives as QEvent::Quit. Qt would first close each window, and
@@ -90,7 +114,7 @@ void SessionEnd::EnterMainLoop(std::function<void()> tidyUp)
     isServed = true;
 }
 
-bool SessionEnd::eventFilter(QObject* watched, QEvent* event)
+bool SessionEnd::Listener::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::Quit || watched != QCoreApplication::instance()) {
         return false;
@@ -99,7 +123,7 @@ bool SessionEnd::eventFilter(QObject* watched, QEvent* event)
     return true;
 }
 
-void SessionEnd::End()
+void SessionEnd::Listener::End()
 {
     m_notifier.setEnabled(false);
     m_tidyUp();
@@ -109,4 +133,16 @@ void SessionEnd::End()
         std::_Exit(EXIT_SUCCESS);
     }
     QCoreApplication::exit(EXIT_SUCCESS);
+}
+
+SessionEnd::SessionEnd()
+    : m_listener(std::make_unique<Listener>())
+{
+}
+
+SessionEnd::~SessionEnd() = default;
+
+void SessionEnd::EnterMainLoop(std::function<void()> tidyUp)
+{
+    m_listener->EnterMainLoop(std::move(tidyUp));
 }

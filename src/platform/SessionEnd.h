@@ -2,24 +2,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QObject>
-#include <QSocketNotifier>
-
-#include <array>
-#include <csignal>
 #include <functional>
+#include <memory>
 
-/// Ends the program when the session asks for it: by a signal (TERM, INT, HUP) or by the session manager at
-/// log-out. The program ends at once with exit code 0, also while windows or boxes are open; it asks nothing
-/// and writes nothing. INT and HUP stay ignored if they were ignored at the start. One object in a process.
-class SessionEnd final : public QObject
+/// Ends the program when the session asks for it: on Linux by a signal (TERM, INT, HUP) or by the session
+/// manager at log-out, on Windows by the messages of log-off, shutdown and installers. The program ends at
+/// once with exit code 0, also while windows or boxes are open; it asks nothing and writes nothing. INT and
+/// HUP stay ignored if they were ignored at the start. One object in a process.
+class SessionEnd final
 {
-    Q_OBJECT
-
 public:
-    /// Until EnterMainLoop a signal ends the process directly: events are not served yet.
+    /// Until EnterMainLoop the session ends the process directly: events are not served yet.
     SessionEnd();
-    ~SessionEnd() override;
+    ~SessionEnd();
     SessionEnd(const SessionEnd&) = delete;
     SessionEnd& operator=(const SessionEnd&) = delete;
 
@@ -27,13 +22,8 @@ public:
     /// @param tidyUp called before the end; must neither wait nor throw
     void EnterMainLoop(std::function<void()> tidyUp);
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
-    void End();
+    class Listener;
 
-    QSocketNotifier m_notifier;
-    std::function<void()> m_tidyUp;
-    /// The previous actions of TERM, INT and HUP.
-    std::array<struct sigaction, 3> m_found{};
+    std::unique_ptr<Listener> m_listener;
 };
