@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/QtClock.h"
 
-#include <QTimer>
+#include "platform/TimeZone.h"
 
-#include <ctime>
+#include <QTimer>
 
 namespace {
 
@@ -77,8 +77,7 @@ private:
 
 QDateTime QtClock::Now() const
 {
-    // The time zone may change while the program runs.
-    ::tzset();
+    ReadTimeZone();
     return QDateTime::currentDateTime();
 }
 
