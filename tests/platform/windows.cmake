@@ -4,6 +4,7 @@
 # The tests of what Windows shares with Linux, and of its own files.
 duskbeacon_test(platform_tests
   SOURCES BesideBoxTest.cpp FileStoreTest.cpp ProxySettingsTest.cpp QtMessageBoxesTest.cpp WindowsFileStoreTest.cpp
+    WindowsRegionTest.cpp
   LIBRARIES test_fakes)
 duskbeacon_test(curl_http_tests
   SOURCES CurlHttpNotifyTest.cpp CurlProbeTest.cpp
@@ -25,10 +26,15 @@ duskbeacon_test(kill_tests SOURCES KillWhileSavingTest.cpp LIBRARIES test_fakes 
 add_dependencies(kill_tests saver)
 target_compile_definitions(kill_tests PRIVATE DUSKBEACON_SAVER="$<TARGET_FILE:saver>")
 
+add_executable(region region.cpp)
+target_link_libraries(region PRIVATE duskbeacon_options duskbeacon_platform duskbeacon_support Qt6::Core)
+add_dependencies(platform_tests region)
+target_compile_definitions(platform_tests PRIVATE DUSKBEACON_REGION="$<TARGET_FILE:region>")
+
 # Ended by the messages of the session, which another process sends.
 add_executable(session session.cpp)
 target_link_libraries(session PRIVATE duskbeacon_options duskbeacon_platform Qt6::Widgets)
 duskbeacon_test(session_tests SOURCES WindowsSessionEndTest.cpp LIBRARIES test_fakes)
 add_dependencies(session_tests session)
 target_compile_definitions(session_tests PRIVATE DUSKBEACON_SESSION="$<TARGET_FILE:session>")
-set_target_properties(saver session PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+set_target_properties(region saver session PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
