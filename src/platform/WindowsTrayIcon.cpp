@@ -17,6 +17,12 @@ void WindowsTrayIcon::Add(const QIcon& icon, const QString& tip, QMenu& menu)
     m_icon = std::make_unique<QSystemTrayIcon>(icon);
     m_icon->setToolTip(tip);
     m_icon->setContextMenu(&menu);
+    // Qt activates the menu only if no window of the program has the focus. A menu that is not active may
+    // close at once, gets no keys and stays open after a click outside of it.
+    QObject::connect(&menu, &QMenu::aboutToShow, m_icon.get(), [&menu] {
+        QMetaObject::invokeMethod(
+            &menu, [&menu] { menu.activateWindow(); }, Qt::QueuedConnection);
+    });
     m_icon->show();
 }
 
