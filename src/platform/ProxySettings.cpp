@@ -2,18 +2,41 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/ProxySettings.h"
 
-#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
 
+// QRegularExpression is not used here: requests run on a thread of their own, and with MinGW the end of a
+// thread that has used it destroys its memory twice.
+
 namespace {
 
 // The system separates entries by semicolons or white space.
-QStringList Entries(const QString& list)
+QStringList Entries(QString list)
 {
-    static const QRegularExpression kSeparators(QStringLiteral("[;\\s]+"));
-    return list.split(kSeparators, Qt::SkipEmptyParts);
+    return list.replace(u';', u' ').simplified().split(u' ', Qt::SkipEmptyParts);
+}
+
+// Whether the name is the pattern, in which "*" stands for any letters.
+bool Matches(const QString& pattern, const QString& name)
+{
+    const QStringList parts = pattern.split(u'*');
+    if (parts.size() == 1) {
+        return name.compare(pattern, Qt::CaseInsensitive) == 0;
+    }
+    if (!name.startsWith(parts.first(), Qt::CaseInsensitive) ||
+        !name.endsWith(parts.last(), Qt::CaseInsensitive)) {
+        return false;
+    }
+    qsizetype end = parts.first().size();
+    for (qsizetype i = 1; i + 1 < parts.size(); ++i) {
+        const qsizetype begin = name.indexOf(parts[i], end, Qt::CaseInsensitive);
+        if (begin < 0) {
+            return false;
+        }
+        end = begin + parts[i].size();
+    }
+    return end + parts.last().size() <= name.size();
 }
 
 bool IsException(const QString& entry, const QString& host)
@@ -21,9 +44,7 @@ bool IsException(const QString& entry, const QString& host)
     if (entry.compare(u"<local>", Qt::CaseInsensitive) == 0) {
         return !host.contains(u'.') && !host.contains(u':');
     }
-    const QRegularExpression pattern(QRegularExpression::wildcardToRegularExpression(entry),
-                                     QRegularExpression::CaseInsensitiveOption);
-    return pattern.match(host).hasMatch();
+    return Matches(entry, host);
 }
 
 // The address of an entry for @p kind, which has its kind before an equals sign or serves all; empty if it is
@@ -50,8 +71,10 @@ QString FirstAddress(const QStringList& entries, const QString& kind)
 // With the port that the system means where it is missing; libcurl means another one.
 QByteArray WithPort(const QString& address, const char* port)
 {
-    static const QRegularExpression kPort(QStringLiteral(":[0-9]+/?$"));
-    return address.toUtf8() + (kPort.match(address).hasMatch() ? QByteArray() : QByteArray(port));
+    const qsizetype colon = address.lastIndexOf(u':');
+    const bool hasPort =
+        colon > address.lastIndexOf(u']') && colon + 1 < address.size() && address[colon + 1].isDigit();
+    return address.toUtf8() + (hasPort ? QByteArray() : QByteArray(port));
 }
 
 } // namespace
