@@ -16,7 +16,7 @@
 
 namespace {
 
-// The files of the system; the name of a folder is shown with "/" at its end.
+// The files of the system; the name of a folder is shown with a separator at its end.
 class FileModel final : public QFileSystemModel
 {
 public:
@@ -25,7 +25,7 @@ public:
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override
     {
         const QVariant value = QFileSystemModel::data(index, role);
-        return role == Qt::DisplayRole && isDir(index) ? value.toString() + u'/' : value;
+        return role == Qt::DisplayRole && isDir(index) ? value.toString() + QDir::separator() : value;
     }
 };
 
@@ -61,7 +61,7 @@ public:
     }
 };
 
-// The text with line breaks allowed after each "/" and within long names.
+// The text with line breaks allowed after each separator and within long names.
 QString WithLineBreaks(const QString& path)
 {
     constexpr QChar kLineBreakAllowed = u'\u200b';
@@ -73,7 +73,7 @@ QString WithLineBreaks(const QString& path)
         const QStringView character = QStringView(path).sliced(start, characters.position() - start);
         text += character;
         ++run;
-        if (character == u'/' || run == kLongestRun) {
+        if (character == u'/' || character == QDir::separator() || run == kLongestRun) {
             text += kLineBreakAllowed;
             run = 0;
         }
@@ -91,8 +91,8 @@ PathBox::PathBox(QWidget* parent)
 
 QString PathBox::AbsolutePath() const
 {
-    // Not QFileInfo: it would drop a "/" at the end.
-    return QDir::isAbsolutePath(text()) ? text() : QDir::currentPath() + u'/' + text();
+    // Not QFileInfo: it would drop a "/" at the end. On Windows "/" begins a path of the current drive.
+    return text().isEmpty() ? QDir::currentPath() + u'/' : QDir().absoluteFilePath(text());
 }
 
 void PathBox::CreateList()
@@ -138,7 +138,7 @@ void PathBox::Choose(const QString& path)
     {
         // Without a Change, which would store the folder as the sound.
         const QSignalBlocker blocker(this);
-        SetText(path.endsWith(u'/') ? path : path + u'/');
+        SetText(path.endsWith(QDir::separator()) ? path : path + QDir::separator());
     }
     OfferFiles();
 }

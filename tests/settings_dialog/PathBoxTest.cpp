@@ -17,6 +17,7 @@ namespace {
 
 constexpr QChar kLineBreakAllowed = u'\u200b';
 const QStringList kTwo{QStringLiteral("adhan one.wav"), QStringLiteral("adhan two.wav")};
+const QString kFolder = QStringLiteral("sounds") + QDir::separator();
 const QStringList kAll = kTwo + QStringList(QStringLiteral("other.wav"));
 
 /// The page of Fajr, whose alert is on, and a folder with three files.
@@ -33,9 +34,11 @@ protected:
         Widget("TxtPath").setFocus();
     }
 
+    /// As the list stores it: with the separators of the system.
     [[nodiscard]] QString Path(const char* name) const
     {
-        return platform.folder.filePath(QStringLiteral("sounds/")) + QLatin1String(name);
+        return QDir::toNativeSeparators(platform.folder.filePath(QStringLiteral("sounds/"))) +
+               QLatin1String(name);
     }
     void Type(const QString& text) const { QTest::keyClicks(&Widget("TxtPath"), text); }
     /// The list, when it shows these names; null if it never does.
@@ -167,7 +170,7 @@ TEST_F(PathBoxTest, folderChosen_offersItsFiles_andStoresNothing)
         Box("TxtPath").SetText(QString());
         const QString typed = platform.folder.filePath(QStringLiteral("sou"));
         Type(typed);
-        QAbstractItemView* const list = ListOf({QStringLiteral("sounds/")});
+        QAbstractItemView* const list = ListOf({kFolder});
         ASSERT_NE(list, nullptr);
         Forget();
         if (byMouse) {
@@ -198,13 +201,27 @@ TEST_F(PathBoxTest, relativeName_offersTheFilesBesideTheSettings)
     QTest::keyClick(list, Qt::Key_Down);
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_EQ(SavedValues("audioFile", "fajr"),
-              QDir::currentPath() + QStringLiteral("/sounds/adhan one.wav"));
+              QDir::toNativeSeparators(QDir::currentPath() + QStringLiteral("/sounds/adhan one.wav")));
+}
+
+// On Windows a path that begins with a separator is one of the current drive.
+TEST_F(PathBoxTest, pathWithoutADrive_offersTheFilesOfTheCurrentOne)
+{
+    const QString path = Path("adhan");
+    Type(path.mid(path.indexOf(QDir::separator())));
+    EXPECT_NE(ListOf(kTwo), nullptr);
+}
+
+TEST_F(PathBoxTest, slashes_areAcceptedOnEverySystem)
+{
+    Type(QDir::fromNativeSeparators(Path("adhan")));
+    EXPECT_NE(ListOf(kTwo), nullptr);
 }
 
 TEST_F(PathBoxTest, keyDown_offersFiles)
 {
     QTest::keyClick(&Widget("TxtPath"), Qt::Key_Down);
-    EXPECT_NE(ListOf({QStringLiteral("sounds/"), QStringLiteral("settings.xml")}), nullptr)
+    EXPECT_NE(ListOf({kFolder, QStringLiteral("settings.xml")}), nullptr)
         << "beside the settings for an empty box";
     EXPECT_EQ(Saves(), 0U);
     Box("TxtPath").SetText(Path("adhan"));
