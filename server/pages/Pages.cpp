@@ -135,12 +135,17 @@ it asks for each message.</p>
 
 constexpr std::string_view kTroubles = R"(<h2>Something is wrong</h2>
 <p>Times an hour off: look at <em>Use Day Light Savings</em>. A window that says "Error - 5" or "Error - 6": the file
-settings.xml is damaged or holds a value that can't be used.</p>
+settings.xml is damaged or holds a value that can't be used. It is in ~/.local/share/dusk-beacon, on Windows in
+%LOCALAPPDATA%\dusk-beacon, and in a portable copy beside the program.</p>
+<h2>Windows</h2>
+<p>The program runs on Linux and on Windows 10 and 11; on Windows it is tested under Wine only. Its installer is not signed:
+compare its SHA-256 with the one that is published with it. The uninstaller keeps your places and options unless you tick
+them.</p>
 )";
 
 constexpr std::string_view kSounds = R"(<h1>Sounds</h1>
-<p>This service offers no sounds yet. The program plays any WAV, MP3 or OGG file that lies on your computer: choose it
-on the page of a prayer, under <em>Alerts</em>.</p>
+<p>This service offers no sounds yet. The program plays any WAV or MP3 file that lies on your computer, on Linux also
+OGG: choose it on the page of a prayer, under <em>Alerts</em>.</p>
 )";
 
 } // namespace
