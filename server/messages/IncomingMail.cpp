@@ -246,17 +246,20 @@ std::variant<IncomingText, MailRefusal> ReadMail(std::string_view message, std::
     if (!IsAuthenticated(headers, server, *sender)) {
         return MailRefusal::NotAuthenticated;
     }
+    IncomingText result;
+    result.sender = {AddressKind::Mail, *sender};
     const std::string reduced = Reduced(mail);
     const Owned<GMimeMessage> parsed = Parse(reduced);
     if (!parsed) {
-        return IncomingText{{AddressKind::Mail, *sender}, {}, {}};
+        return result;
     }
     TextSearch search;
     if (GMimeObject* const body = g_mime_message_get_mime_part(parsed.get()); body != nullptr) {
         search.Visit(body, 0);
     }
-    return IncomingText{
-        {AddressKind::Mail, *sender}, ValidUtf8(g_mime_message_get_subject(parsed.get())), search.Result()};
+    result.subject = ValidUtf8(g_mime_message_get_subject(parsed.get()));
+    result.text = search.Result();
+    return result;
 }
 
 } // namespace beacond
