@@ -1,10 +1,9 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""alerts_journey.py BUILD: the installed program in a notification area, minimised: the warning and the prayer with their windows
+"""alerts_journey.py BUILD: the installed program, minimised to its icon: the warning and the prayer with their windows
 and the sound, which is recorded and measured; then the menu of the icon. The clock is the real one, which Wine can't be made to
 leave: the place is one where Duhr comes soon."""
-import contextlib
 import datetime
 import os
 import re
@@ -24,6 +23,7 @@ ALERT = "Dusk Beacon Alert"
 OK = (104, 80)
 STOP = (64, 264)
 TONE = 440
+OPEN, EXIT = 0, 1  # lines of the menu
 WARNING = 1  # minute ahead
 
 
@@ -39,51 +39,39 @@ def with_duhr_at(minute, today):
         'latitude_final="41.85"', 'latitude_final="0"').replace('time_zone2="-6"', 'time_zone2="0"')
 
 
-@contextlib.contextmanager
-def notification_area():
-    process = subprocess.Popen(["trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request", "--height", "24"],
-                               stderr=subprocess.DEVNULL)
-    try:
-        time.sleep(1)
-        yield
-    finally:
-        process.terminate()
-        process.wait()
-
-
 def minute_of_the_day():
     now = datetime.datetime.now(datetime.timezone.utc)
     return now.hour * 60 + now.minute
 
 
 def icon():
-    """The middle of the icon in the notification area, or None. Its window belongs to the shell of Wine."""
-    tree = subprocess.run(["xwininfo", "-root", "-tree"], stdout=subprocess.PIPE, text=True, check=True).stdout
-    found = re.search(r'"explorer\.exe"\) +(2[0-9])x(2[0-9])\+\d+\+\d+ +\+(\d+)\+(\d+)$', tree, re.MULTILINE)
-    return found and [int(found[3]) + int(found[1]) // 2, int(found[4]) + int(found[2]) // 2]
+    """The window that shows the icon. Without a panel of the desktop Wine has a notification area of its own: in a panel the icon
+    stays blank and deaf after some starts."""
+    return wine.window("Wine System Tray")
 
 
-def menu_is_open():
+def menu():
+    """The place of the icon's menu, or None."""
     tree = subprocess.run(["xwininfo", "-root", "-children"], stdout=subprocess.PIPE, text=True, check=True).stdout
-    return any(re.search(r'"duskbeacon\.exe".* 1?[0-9]{2}x[3-9][0-9]\+', line, re.IGNORECASE) for line in tree.splitlines())
+    found = re.search(r'"duskbeacon\.exe"\) +1?[0-9]{2}x[3-9][0-9]\+\d+\+\d+ +\+(\d+)\+(\d+)$', tree, re.MULTILINE)
+    return found and (int(found[1]), int(found[2]))
 
 
-def choose(*keys):
+def choose(line):
+    """A line of the icon's menu, with the mouse: the window with the icon has the keyboard."""
     def opens():
-        xdotool("mousemove", 100, 100)
-        time.sleep(0.5)
-        xdotool("mousemove", *icon())
+        xdotool("mousemove", "--window", icon(), 12, 10)
         time.sleep(0.5)
         xdotool("click", 3)
         # A second click would close a menu that is only late.
         late = time.monotonic() + 5
-        while not menu_is_open() and time.monotonic() < late:
+        while not menu() and time.monotonic() < late:
             time.sleep(0.2)
-        return menu_is_open()
-    wait_for("the menu", opens)
+        return menu()
+    x, y = wait_for("the menu", opens)
     wine.picture("tray_menu")
-    xdotool("key", *keys)
-    wait_for("the menu to close", lambda: not menu_is_open())
+    xdotool("mousemove", x + 40, y + 11 + 22 * line, "click", 1)
+    wait_for("the menu to close", lambda: not menu())
 
 
 def is_hidden():
@@ -123,7 +111,7 @@ def journey(installed, server):
     answer()
     assert server.hears(TONE), "the sound ended with the window"
     assert is_hidden(), "the end of the alert brought the main window back"
-    choose("Down", "Return")
+    choose(OPEN)
     wait_for("the main window", lambda: wine.window(wine.MAIN))
     wine.click(wine.MAIN, *STOP)
     wait_for("silence", server.is_silent)
@@ -134,7 +122,7 @@ def journey(installed, server):
 def exit_from_the_menu(installed):
     installed.start()
     wait_for("the icon", icon)
-    choose("Down", "Down", "Return")
+    choose(EXIT)
     installed.wait_end()
     wait_for("the icon to be gone", lambda: not icon())
 
@@ -144,18 +132,15 @@ def main():
     now = datetime.datetime.now(datetime.timezone.utc)
     if not 10 <= minute_of_the_day() < 1430:
         time.sleep(1200)  # the day ends
-    # Each part with a Windows of its own in a notification area that is there first: the shell of Wine leaves the icon of a
-    # second start blank and deaf, and one in an area that comes later.
-    with wine.Desktop():
+    with wine.Desktop(), sound.Server() as server, wine.Windows(environment=server.environment()) as windows:
+        os.mkdir(windows.path("C:\\My sounds"))
+        sound.write_tone(windows.path("C:\\My sounds\\\u0623\u0630\u0627\u0646.wav"), TONE, 60)
+        # Two minutes may pass until the program has started.
+        installed = wine.Installed(windows, build, lambda _: with_duhr_at(minute_of_the_day() + 3, now.date()))
         print("alerts", flush=True)
-        with notification_area(), sound.Server() as server, wine.Windows(environment=server.environment()) as windows:
-            os.mkdir(windows.path("C:\\My sounds"))
-            sound.write_tone(windows.path("C:\\My sounds\\\u0623\u0630\u0627\u0646.wav"), TONE, 60)
-            # Two minutes may pass until the program has started.
-            journey(wine.Installed(windows, build, lambda _: with_duhr_at(minute_of_the_day() + 3, now.date())), server)
+        journey(installed, server)
         print("exit from the menu", flush=True)
-        with notification_area(), wine.Windows() as windows:
-            exit_from_the_menu(wine.Installed(windows, build, lambda _: main_window.SETTINGS))
+        exit_from_the_menu(installed)
     print("all as it should be")
 
 
