@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "store/XmlText.h"
 
+#include "support/CodePage.h"
+
 #include <QStringDecoder>
 
 #include <expat.h>
@@ -39,8 +41,12 @@ std::optional<QString> Decoded(const QByteArray& bytes)
         encoding ? QByteArray(QStringConverter::nameForEncoding(*encoding)) : DeclaredEncoding(bytes);
     // Stateless: an incomplete character at the end is an error.
     QStringDecoder decoder(name.constData(), QStringConverter::Flag::Stateless);
+    if (!decoder.isValid()) {
+        // A Qt without ICU knows Unicode and ISO-8859-1 only.
+        return FromEncodingExactly(bytes, name);
+    }
     QString text = decoder(bytes);
-    if (!decoder.isValid() || decoder.hasError() || !text.isValidUtf16()) {
+    if (decoder.hasError() || !text.isValidUtf16()) {
         return std::nullopt;
     }
     return text;

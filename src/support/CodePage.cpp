@@ -93,6 +93,18 @@ std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& n
     return U_FAILURE(status) ? std::nullopt : std::optional(text);
 }
 
+std::optional<QString> FromEncodingExactly(const QByteArray& bytes, const QByteArray& name)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const Converter converter(ucnv_open(name.constData(), &status), &ucnv_close);
+    if (name.isEmpty() || U_FAILURE(status)) {
+        return std::nullopt;
+    }
+    ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+    QString text = Decode(converter, bytes, kMostUnitsPerByte, status);
+    return U_FAILURE(status) ? std::nullopt : std::optional(text);
+}
+
 bool IsSameEncoding(const QByteArray& name, const QByteArray& other)
 {
     UErrorCode status = U_ZERO_ERROR;

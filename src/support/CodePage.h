@@ -19,5 +19,8 @@
 /// unknown or not compatible with ASCII.
 [[nodiscard]] std::optional<QString> FromEncoding(const QByteArray& bytes, const QByteArray& name);
 
+/// The same for any encoding; nothing too if a byte is invalid or the last character incomplete.
+[[nodiscard]] std::optional<QString> FromEncodingExactly(const QByteArray& bytes, const QByteArray& name);
+
 /// Whether both names are aliases of one encoding; false if one is unknown.
 [[nodiscard]] bool IsSameEncoding(const QByteArray& name, const QByteArray& other);

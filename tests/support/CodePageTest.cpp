@@ -33,6 +33,17 @@ TEST(CodePage, characterOutsideTheCodePage_becomesAQuestionMark)
     EXPECT_EQ(ToCodePage(QStringLiteral("a\u0645\u0646b")), "a??b");
 }
 
+TEST(CodePage, exactDecoding_takesNoInvalidByte)
+{
+    EXPECT_EQ(FromEncodingExactly("a\x80", "windows-1252"), QStringLiteral("a\u20AC"));
+    EXPECT_EQ(FromEncodingExactly("\xC7", "windows-1256"), QStringLiteral("\u0627"));
+    EXPECT_EQ(FromEncodingExactly("\x83\x65", "Shift_JIS"), QStringLiteral("\u30C6"));
+    EXPECT_EQ(FromEncodingExactly("\xD2", "windows-1253"), std::nullopt) << "no character";
+    EXPECT_EQ(FromEncodingExactly("a\x83", "Shift_JIS"), std::nullopt) << "half a character";
+    EXPECT_EQ(FromEncodingExactly("a", "no-such"), std::nullopt);
+    EXPECT_EQ(FromEncodingExactly("a", ""), std::nullopt);
+}
+
 TEST(CodePage, emptyText_staysEmpty)
 {
     EXPECT_EQ(ToCodePage(QString()), QByteArray());
