@@ -2,6 +2,11 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 include(GoogleTest)
 
+# Put before a path that a test program opens: Wine has the files of this machine on a drive.
+if(WIN32)
+  set(DUSKBEACON_DRIVE "Z:")
+endif()
+
 # A test program: duskbeacon_test(NAME SOURCES … LIBRARIES … [LABELS …] [TIMEOUT seconds] [STARTED_ELSEWHERE]). With
 # STARTED_ELSEWHERE the folder registers the tests itself. The label "clock" marks tests that count seconds of a real clock:
 # scripts/run_tests retries them once. A program has one label, "slow_clock" where it is both: ctest reads labels as patterns.
@@ -36,7 +41,7 @@ function(duskbeacon_test name)
   if(WIN32)
     # A start under Wine takes longer than most tests.
     add_test(NAME ${name} COMMAND ${name})
-    set_tests_properties(${name} PROPERTIES ${properties})
+    set_tests_properties(${name} PROPERTIES ${properties} TIMEOUT 600)
   else()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES PROPERTIES ${properties})
   endif()

@@ -29,6 +29,9 @@ inline void UnderABox(const std::function<void(QMessageBox&)>& act,
         act(box);
         ASSERT_TRUE(box.isVisible()) << "the box goes on waiting for its answer";
         Desk::Click(*box.button(QMessageBox::Ok));
+        // On Windows an event loop that was ended while events were served inside it looks at that with the
+        // next event only.
+        QTimer::singleShot(0, qApp, [] {});
         isAnswered = true;
     });
     QtMessageBoxes().Show(text, MessageBoxes::kDefaultTitle);

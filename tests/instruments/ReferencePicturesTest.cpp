@@ -56,9 +56,12 @@ QImage Compass(int angle)
     return compass.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }
 
+// Letters and lines differ from system to system.
 QString Path(const QString& name)
 {
-    return QStringLiteral(REFERENCE_FOLDER "/") + name + QStringLiteral(".png");
+    const QString folder =
+        name.startsWith(u"compass") ? QStringLiteral(COMPASS_FOLDER) : QStringLiteral(REFERENCE_FOLDER);
+    return folder + u'/' + name + QStringLiteral(".png");
 }
 
 /// The stored picture; renewed first if the variable is set.

@@ -155,6 +155,9 @@ TEST_F(VersionCheckTest, no_keepsEverythingElseOfTheSettings)
 TEST_F(VersionCheckTest, fileOfTheOtherSpelling_isNeitherReadNorCopied)
 {
     QFile other(QStringLiteral("settings.XML"));
+    if (other.exists()) {
+        GTEST_SKIP() << "one file has both spellings here";
+    }
     ASSERT_TRUE(other.open(QIODevice::WriteOnly));
     const QByteArray stray = SettingsText()
                                  .replace(QStringLiteral("remind=\"\""), QStringLiteral("remind=\"366\""))
