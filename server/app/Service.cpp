@@ -6,6 +6,7 @@
 #include "app/Log.h"
 #include "app/Metrics.h"
 #include "app/OperatorTask.h"
+#include "app/Reloading.h"
 #include "app/RoadMetrics.h"
 #include "app/RoadSettings.h"
 #include "app/Site.h"
@@ -28,13 +29,10 @@
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/signal_set.hpp>
-#include <boost/asio/steady_timer.hpp>
 
-#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <functional>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -48,10 +46,6 @@ using namespace std::chrono_literals;
 // Shutdown takes five seconds at most: the counted starts are stored after the last request. It takes longer
 // only if the disk hangs, since a call of the store that has begun can't be cancelled.
 constexpr auto kDrainTime = 5s - StoreThread::kLongestCall;
-constexpr auto kReloadDelay = 50ms;
-// A change of any other key needs a restart. Only the command check reads http.base_url.
-constexpr std::string_view kReloadableKeys[] = {"http.base_url", "log.level", "messages.signup_address",
-                                                "places.file", "service.dists"};
 
 std::chrono::sys_seconds Now()
 {
@@ -87,17 +81,13 @@ private:
     [[nodiscard]] std::string AllMetrics() const;
     void End(HttpServer& server, HttpServer& metrics);
     void Reload();
-    void WarnOfKeysThatNeedARestart(const Settings& settings) const;
-    void ReloadOnHangup();
 
     const Settings& m_settings;
     const std::filesystem::path m_file;
     // Declared first, so that signals are handled during construction and destruction.
     asio::io_context m_context{1};
     asio::signal_set m_ends{m_context, SIGTERM, SIGINT};
-    asio::signal_set m_hangups{m_context, SIGHUP};
-    asio::steady_timer m_reload{m_context};
-    bool m_isReloadDue = false;
+    Hangups m_hangups{m_context, [this] { Reload(); }};
     KeyFolderLock m_keyLock;
     Keys m_keys;
     Channels m_channels;
@@ -170,25 +160,13 @@ void Service::Reload()
         const Settings settings = hasFile ? ReadSettings(m_file) : m_settings;
         Apply(settings);
         ReloadZones();
-        WarnOfKeysThatNeedARestart(settings);
+        if (const std::string keys = KeysThatNeedARestart(m_settings, settings); !keys.empty()) {
+            LogWarning("needs a restart: " + keys);
+        }
         LogInfo("the " + parts + " were read again");
         SetLogLevel(settings.log.level);
     } catch (const std::exception& error) {
         LogError(error.what() + ("; the previous " + parts + " stay in use"));
-    }
-}
-
-void Service::WarnOfKeysThatNeedARestart(const Settings& settings) const
-{
-    std::string waiting;
-    for (const std::string& key : ChangedKeys(m_settings, settings)) {
-        if (std::find(std::begin(kReloadableKeys), std::end(kReloadableKeys), key) ==
-            std::end(kReloadableKeys)) {
-            waiting += (waiting.empty() ? "" : ", ") + key;
-        }
-    }
-    if (!waiting.empty()) {
-        LogWarning("needs a restart: " + waiting);
     }
 }
 
@@ -223,7 +201,6 @@ void Service::Run()
     LogInfo("ready on port " + std::to_string(server.Port()));
 
     m_ends.async_wait([this](const boost::system::error_code&, int) { m_context.stop(); });
-    ReloadOnHangup();
     asio::co_spawn(m_context, m_tasks->FollowAnnouncements(), &LogTaskError);
     asio::co_spawn(m_context, m_tasks->TidyEveryMinute(), &LogTaskError);
     asio::co_spawn(m_context, m_tasks->DropSilentDevices(), &LogTaskError);
@@ -260,24 +237,6 @@ void Service::End(HttpServer& server, HttpServer& metrics)
     asio::io_context last;
     asio::co_spawn(last, m_tasks->StoreStarts(), &LogTaskError);
     last.run();
-}
-
-// One reload serves all signals that arrive while a reload is due or under way.
-void Service::ReloadOnHangup()
-{
-    m_hangups.async_wait([this](const boost::system::error_code& failure, int) {
-        if (failure) {
-            return;
-        }
-        if (!std::exchange(m_isReloadDue, true)) {
-            m_reload.expires_after(kReloadDelay);
-            m_reload.async_wait([this](const boost::system::error_code&) {
-                m_isReloadDue = false;
-                Reload();
-            });
-        }
-        ReloadOnHangup();
-    });
 }
 
 } // namespace

@@ -1,16 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/ArgumentChecks.h"
+#include "app/AnnouncementCommands.h"
+#include "app/Arguments.h"
 #include "app/Check.h"
 #include "app/Log.h"
-#include "app/PersonalCommands.h"
+#include "app/MessageCommands.h"
 #include "app/Service.h"
 #include "app/Settings.h"
-#include "messages/Address.h"
-#include "messages/Channels.h"
 #include "places/Importer.h"
 #include "protocol/Announcements.h"
-#include "secrets/Keys.h"
 #include "store/SqliteStore.h"
 
 #include <CLI/CLI.hpp>
@@ -18,12 +16,9 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
-#include <optional>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -31,44 +26,6 @@ using namespace beacond;
 
 // Exit status for bad usage, a bad configuration or a part that can't be opened.
 constexpr int kUnusable = 2;
-
-// Relative to the program, so that an installation can be moved, and two builds are identical.
-std::filesystem::path FolderOfTables()
-{
-    std::error_code ignored;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
-    return program.parent_path().parent_path() / "share/dusk-beacon/places";
-}
-
-struct Arguments
-{
-    std::string config;
-    std::string tables = FolderOfTables();
-    std::string out;
-    std::vector<std::filesystem::path> dumps;
-    std::string address;
-    bool isActivated = false;
-    bool isConnecting = false;
-    bool isList = false;
-    Strip strip;
-    std::int64_t stripId = 0;
-    Release release;
-};
-
-Settings SettingsOf(const Arguments& arguments)
-{
-    return arguments.config.empty() ? Settings() : ReadSettings(arguments.config);
-}
-
-SqliteStore OpenStore(const Arguments& arguments)
-{
-    return SqliteStore(SqlitePathInItsFolder(SettingsOf(arguments).store.url));
-}
-
-SqliteStore OpenStoreToRead(const Arguments& arguments)
-{
-    return SqliteStore::ToRead(SqlitePath(SettingsOf(arguments).store.url));
-}
 
 void RunServe(const Arguments& arguments)
 {
@@ -123,190 +80,12 @@ void RunCheck(const Arguments& arguments)
     std::cout << "The configuration can be used.\n";
 }
 
-void RunAdAdd(Arguments& arguments)
-{
-    arguments.strip.html.assign(std::istreambuf_iterator<char>(std::cin), {});
-    RequireStrip(arguments.strip);
-    std::cout << OpenStore(arguments).AddStrip(arguments.strip) << '\n';
-}
-
-void RunAdList(const Arguments& arguments)
-{
-    for (const Strip& strip : OpenStoreToRead(arguments).Strips()) {
-        std::cout << strip.id << "\tdist=" << strip.dist << "\tcountry=" << strip.country
-                  << "\tfrom=" << strip.from << "\tuntil=" << strip.until << "\tbytes=" << strip.html.size()
-                  << '\n';
-    }
-}
-
-void RunAdRemove(const Arguments& arguments)
-{
-    if (!OpenStore(arguments).RemoveStrip(arguments.stripId)) {
-        throw StoreError("there is no strip " + std::to_string(arguments.stripId));
-    }
-}
-
-void RunReleaseAdd(const Arguments& arguments)
-{
-    OpenStore(arguments).AddRelease(arguments.release);
-}
-
-void RunReleaseList(const Arguments& arguments)
-{
-    for (const Release& release : OpenStoreToRead(arguments).Releases()) {
-        std::cout << release.name << '\t' << release.sequence << '\t' << release.url << '\n';
-    }
-}
-
-void RunReleaseRemove(const Arguments& arguments)
-{
-    const auto& [name, sequence, url] = arguments.release;
-    if (!OpenStore(arguments).RemoveRelease(name, sequence)) {
-        throw StoreError("there is no release " + name + '.' + sequence);
-    }
-}
-
-void RunBlock(const Arguments& arguments)
-{
-    const Settings settings = SettingsOf(arguments);
-    if (arguments.isList == !arguments.address.empty()) {
-        throw UsageError("either an address or --list is expected");
-    }
-    if (arguments.isList) {
-        ListBlockedAddresses(settings, std::cout);
-    } else {
-        BlockAddress(settings, RequireAddress(arguments.address), std::cout);
-    }
-}
-
-// "waiting", "leased", "retry in 5 s"; "unknown" before these if the provider may have the text.
-std::string StateOf(const WaitingText& text)
-{
-    const std::string state = text.isLeased     ? "leased"
-                              : text.dueIn == 0 ? "waiting"
-                                                : "retry in " + std::to_string(text.dueIn) + " s";
-    return (text.mayBeSent ? "unknown, " : "") + state;
-}
-
-void RunOutbox(const Arguments& arguments)
-{
-    constexpr std::size_t kMost = 1000;
-    const SqliteStore store = OpenStoreToRead(arguments);
-    for (const WaitingText& waiting : store.WaitingTexts(kMost)) {
-        const OutboxRow& text = waiting.text;
-        std::cout << text.id << "\tdevice=" << text.device << "\tprayer=" << text.prayer
-                  << "\ttime=" << text.time << "\tplace=" << text.place << "\tkind=" << waiting.kind
-                  << "\tage=" << waiting.age << "\tattempts=" << waiting.attempts
-                  << "\tstate=" << StateOf(waiting) << '\n';
-    }
-    const OutboxState state = store.StateOfOutbox();
-    std::cerr << state.waiting << " waiting, " << state.leased << " leased, the oldest " << state.oldestAge
-              << " s old; " << state.spentToday << " spent today\n";
-}
-
-void RunMessageTest(const Arguments& arguments)
-{
-    const Settings settings = SettingsOf(arguments);
-    const Channels channels(settings.messages.channelOptions);
-    const Address address = RequireAddress(arguments.address);
-    const std::string kind(NameOf(address.kind));
-    Channel* const channel = channels.ForKind(kind);
-    if (channel == nullptr) {
-        throw ChannelError("no channel is configured for addresses of the kind \"" + kind + '"');
-    }
-    const SendResult result = channel->Send(
-        {address.text, "Dusk Beacon: test", "This is a test of the channel \"" + channel->Name() + "\".",
-         "test-" + std::to_string(RandomBelow(1U << 31U)), settings.messages.language});
-    constexpr const char* kWords[] = {"accepted", "failed; the service would try again",
-                                      "refused; the service would not try again",
-                                      "unknown; the provider may have it"};
-    const std::string line = "channel " + channel->Name() + ": " + kWords[static_cast<int>(result.handover)] +
-                             (result.reason.empty() ? "" : ": " + result.reason);
-    if (result.handover != Handover::Accepted) {
-        throw ChannelError(line);
-    }
-    std::cout << line << '\n';
-}
-
 void RunStarts(const Arguments& arguments)
 {
     for (const StartCount& starts : OpenStoreToRead(arguments).Starts()) {
         std::cout << DayText(std::chrono::sys_days(std::chrono::days(starts.day))) << '\t' << starts.country
                   << '\t' << starts.dist << '\t' << starts.count << '\n';
     }
-}
-
-void AddAdCommands(CLI::App& program, Arguments& arguments)
-{
-    CLI::App* const ad = program.add_subcommand("ad", "the strips that the program shows");
-    ad->require_subcommand(1);
-    CLI::App* const add = ad->add_subcommand("add", "adds a strip, whose HTML is read from standard input");
-    add->add_option("--dist", arguments.strip.dist, "distribution that shows it (default: all)");
-    add->add_option("--country", arguments.strip.country, "two letters (default: all)")->check(CheckCountry);
-    add->add_option("--from", arguments.strip.from, "first day, which begins at midnight UTC")
-        ->check(CheckDay);
-    add->add_option("--until", arguments.strip.until, "last day, which ends at midnight UTC")
-        ->check(CheckDay);
-    add->callback([&arguments] { RunAdAdd(arguments); });
-    ad->add_subcommand("list", "lists the strips")->callback([&arguments] { RunAdList(arguments); });
-    CLI::App* const remove = ad->add_subcommand("remove", "removes a strip");
-    remove->add_option("id", arguments.stripId, "its number in the list")->required();
-    remove->callback([&arguments] { RunAdRemove(arguments); });
-}
-
-void AddReleaseCommands(CLI::App& program, Arguments& arguments)
-{
-    CLI::App* const release =
-        program.add_subcommand("release", "the releases that are offered to older ones");
-    release->require_subcommand(1);
-    CLI::App* const add = release->add_subcommand("add", "adds a release");
-    CLI::App* const remove = release->add_subcommand("remove", "removes a release");
-    for (CLI::App* const command : {add, remove}) {
-        command->add_option("name", arguments.release.name, "the version")
-            ->required()
-            ->check(CheckVersionNumber);
-        command->add_option("sequence", arguments.release.sequence, "its sequence number")
-            ->required()
-            ->check(CheckVersionNumber);
-    }
-    add->add_option("url", arguments.release.url, "the page that offers it")
-        ->required()
-        ->check(CheckPageAddress);
-    add->callback([&arguments] { RunReleaseAdd(arguments); });
-    remove->callback([&arguments] { RunReleaseRemove(arguments); });
-    release->add_subcommand("list", "lists the releases")->callback([&arguments] {
-        RunReleaseList(arguments);
-    });
-}
-
-void AddMessageCommands(CLI::App& program, Arguments& arguments)
-{
-    program.add_subcommand("outbox", "lists the texts that wait, with their states")->callback([&arguments] {
-        RunOutbox(arguments);
-    });
-    using Command = void (*)(const Settings&, const Address&, std::ostream&);
-    const auto add = [&](const char* name, const char* description, Command run) {
-        CLI::App* const command = program.add_subcommand(name, description);
-        command->add_option("address", arguments.address, "mail address, phone number or ntfy topic")
-            ->required();
-        command->callback(
-            [&arguments, run] { run(SettingsOf(arguments), RequireAddress(arguments.address), std::cout); });
-    };
-    add("forget", "deletes all that is kept of an address, texts included", &ForgetAddress);
-    add("export", "prints all that is kept of an address, as JSON", &ExportAddress);
-    add("unblock", "lets a blocked address sign up again", &UnblockAddress);
-    CLI::App* const block =
-        program.add_subcommand("block", "deletes all that is kept of an address, and refuses its sign-ups");
-    block->add_option("address", arguments.address, "mail address, phone number or ntfy topic");
-    block->add_flag("--list", arguments.isList, "lists the hashes of the blocked addresses");
-    block->callback([&arguments] { RunBlock(arguments); });
-    program.add_subcommand("rotate-keys", "seals the addresses with new keys, while the service is stopped")
-        ->callback([&arguments] { ReplaceKeysOfStore(SettingsOf(arguments), std::cout); });
-    CLI::App* const message = program.add_subcommand("message", "messages by the configured channels");
-    message->require_subcommand(1);
-    CLI::App* const test = message->add_subcommand("test", "sends a test message and says what happened");
-    test->add_option("address", arguments.address, "mail address, phone number or ntfy topic")->required();
-    test->callback([&arguments] { RunMessageTest(arguments); });
 }
 
 int RunProgram(int argc, char** argv)
@@ -332,8 +111,7 @@ int RunProgram(int argc, char** argv)
     program.add_subcommand("starts", "lists the starts of the program by day, country and distribution")
         ->callback([&] { RunStarts(arguments); });
     AddMessageCommands(program, arguments);
-    AddAdCommands(program, arguments);
-    AddReleaseCommands(program, arguments);
+    AddAnnouncementCommands(program, arguments);
     try {
         program.parse(argc, argv);
         return 0;

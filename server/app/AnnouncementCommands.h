@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace CLI {
+class App;
+} // namespace CLI
+
+namespace beacond {
+
+struct Arguments;
+
+/// Adds the commands "ad" and "release". @p arguments must outlive the program.
+void AddAnnouncementCommands(CLI::App& program, Arguments& arguments);
+
+} // namespace beacond
