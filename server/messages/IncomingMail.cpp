@@ -246,20 +246,19 @@ std::variant<IncomingText, MailRefusal> ReadMail(std::string_view message, std::
     if (!IsAuthenticated(headers, server, *sender)) {
         return MailRefusal::NotAuthenticated;
     }
-    IncomingText result;
-    result.sender = {AddressKind::Mail, *sender};
     const std::string reduced = Reduced(mail);
     const Owned<GMimeMessage> parsed = Parse(reduced);
+    IncomingText text{{AddressKind::Mail, *sender}, {}, {}};
     if (!parsed) {
-        return result;
+        return text;
     }
     TextSearch search;
     if (GMimeObject* const body = g_mime_message_get_mime_part(parsed.get()); body != nullptr) {
         search.Visit(body, 0);
     }
-    result.subject = ValidUtf8(g_mime_message_get_subject(parsed.get()));
-    result.text = search.Result();
-    return result;
+    text.subject = ValidUtf8(g_mime_message_get_subject(parsed.get()));
+    text.text = search.Result();
+    return text;
 }
 
 } // namespace beacond
