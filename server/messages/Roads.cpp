@@ -101,8 +101,10 @@ asio::awaitable<void> Roads::Watch(WatchedFolder& watched)
     while (!m_isEnding) {
         // Again in each round: the folder may have been created or replaced.
         if (watched.changes.is_open()) {
+            // A file in "new" is complete from the beginning, and Postfix links it there.
+            const std::uint32_t created = watched.folder.Format() == FolderFormat::Maildir ? IN_CREATE : 0U;
             ::inotify_add_watch(watched.changes.native_handle(), watched.folder.Watched().c_str(),
-                                IN_CLOSE_WRITE | IN_MOVED_TO | IN_ONLYDIR);
+                                created | IN_CLOSE_WRITE | IN_MOVED_TO | IN_ONLYDIR);
         }
         watched.isChanged = false;
         const bool isAnyLeft = co_await HandleAll(watched);

@@ -47,12 +47,14 @@ protected:
     }
     /// As the mail server does: complete in "tmp", then moved.
     void Deliver(const std::string& name, const std::string& sender, const std::string& text,
-                 const std::string& result = "pass")
+                 const std::string& result = "pass",
+                 void (*place)(const fs::path&, const fs::path&) = &fs::rename)
     {
         Write(folder / "mail/tmp" / name,
               "Return-Path: <" + sender + ">\nAuthentication-Results: mx.example.net; dmarc=" + result +
                   " header.from=example.org\nFrom: " + sender + "\nSubject: Hello\n\n" + text + "\n");
-        fs::rename(folder / "mail/tmp" / name, folder / "mail/new" / name);
+        place(folder / "mail/tmp" / name, folder / "mail/new" / name);
+        fs::remove(folder / "mail/tmp" / name);
     }
     [[nodiscard]] std::vector<std::string> Answers() const
     {
@@ -99,6 +101,17 @@ TEST_F(RoadsTest, mail_isAnsweredOnceAndRemoved)
     EXPECT_THAT(Answers(), testing::Contains(HasSubstr("To: aisha@example.org\n")));
     EXPECT_THAT(Answers(), testing::Contains(HasSubstr("To: omar@example.org\n")));
     EXPECT_EQ(roads->Figures().handled, 2U);
+}
+
+// As Postfix does: complete in "tmp", then linked into "new".
+TEST_F(RoadsTest, linkedMail_isAnsweredAtOnce)
+{
+    timing.poll = std::chrono::hours(1);
+    Deliver("before", "aisha@example.org", "test");
+    Start();
+    ASSERT_TRUE(Becomes([&] { return IsEmpty("mail/new"); })) << "the folder is watched from now on";
+    Deliver("linked", "omar@example.org", "test", "pass", &fs::create_hard_link);
+    EXPECT_TRUE(Becomes([&] { return Answers().size() == 2; }));
 }
 
 TEST_F(RoadsTest, mailsThatAreNotForUs_areSetAsideUnread)
