@@ -71,16 +71,18 @@ boost::asio::awaitable<Hooks::Result> Hooks::Handle(const std::string& name, con
         co_return Result::Done;
     }
     std::string id = m_keys.lookup.Hash("incoming", "hook " + name + ' ' + message->id);
-    co_return co_await TakeOnce(std::move(id), std::move(*message->text), elapsed);
+    co_return co_await TakeOnce(std::move(id), std::move(*message), elapsed);
 }
 
 // The calls of the store are named variables before they are awaited: see docs/service.md.
-boost::asio::awaitable<Hooks::Result> Hooks::TakeOnce(std::string id, IncomingText text,
+boost::asio::awaitable<Hooks::Result> Hooks::TakeOnce(std::string id, HookMessage message,
                                                       AttemptLimit::Time elapsed)
 {
+    // Without a time a replay can be of any age.
+    const IncomingKept kept = message.time ? IncomingKept::ForDays : IncomingKept::Always;
     auto begin = [id](Store& rows) { return rows.BeginIncoming(id, kLease); };
-    auto end = [id](Store& rows) {
-        rows.EndIncoming(id);
+    auto end = [id, kept](Store& rows) {
+        rows.EndIncoming(id, kept);
         return true;
     };
     auto giveBack = [id](Store& rows) {
@@ -96,7 +98,8 @@ boost::asio::awaitable<Hooks::Result> Hooks::TakeOnce(std::string id, IncomingTe
         if (state == IncomingState::Busy) {
             co_return Result::Later;
         }
-        const Signups::Outcome outcome = co_await m_signups.Take(std::move(text), Road::Hook, elapsed);
+        const Signups::Outcome outcome =
+            co_await m_signups.Take(std::move(*message.text), Road::Hook, elapsed);
         if (outcome == Signups::Outcome::Failed) {
             co_await m_store.Run(std::move(giveBack));
         } else {

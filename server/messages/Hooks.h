@@ -45,7 +45,7 @@ public:
 
     /// The header that proves the secret; empty for an unknown hook.
     [[nodiscard]] std::string_view ProofHeader(std::string_view name) const;
-    /// Handles a message once, even if it is posted again within three days.
+    /// Handles a message once, even if it is posted again.
     /// @param proof the value of the header ProofHeader
     [[nodiscard]] boost::asio::awaitable<Result> Post(std::string name, std::string proof, std::string body,
                                                       std::chrono::sys_seconds now,
@@ -57,7 +57,7 @@ private:
     [[nodiscard]] boost::asio::awaitable<Result> Handle(const std::string& name, const std::string& proof,
                                                         const std::string& body, std::chrono::sys_seconds now,
                                                         AttemptLimit::Time elapsed);
-    [[nodiscard]] boost::asio::awaitable<Result> TakeOnce(std::string id, IncomingText text,
+    [[nodiscard]] boost::asio::awaitable<Result> TakeOnce(std::string id, HookMessage message,
                                                           AttemptLimit::Time elapsed);
 
     const Keys& m_keys;

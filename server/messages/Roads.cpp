@@ -186,7 +186,7 @@ asio::awaitable<Roads::Fate> Roads::Handle(const WatchedFolder& watched, const I
     const std::string id = m_keys.lookup.Hash("incoming", road + ' ' + file.identity);
     auto begin = [id](Store& rows) { return rows.BeginIncoming(id, 0); };
     auto end = [id](Store& rows) {
-        rows.EndIncoming(id);
+        rows.EndIncoming(id, IncomingKept::ForDays);
         return true;
     };
     auto giveBack = [id](Store& rows) {

@@ -43,8 +43,9 @@ struct HookOptions
     std::string sender;          ///< the fields; in JSON, names or positions separated by dots
     std::string senderPrefix;    ///< put before the sender, "+" where a provider leaves it out
     std::string text;
-    std::string id;   ///< the same in each repetition of a message
-    std::string time; ///< seconds or milliseconds since 1970, or ISO 8601; empty for none
+    std::string id; ///< the same in each repetition of a message
+    std::string
+        time; ///< seconds or milliseconds since 1970, or ISO 8601; without it handled ids are kept for ever
 };
 
 } // namespace beacond

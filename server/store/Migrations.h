@@ -9,7 +9,7 @@ namespace beacond {
 
 /// The steps that bring an empty SQLite file to the current schema, in order. Never change a released step:
 /// the number of the steps applied to a file is its version.
-inline constexpr std::array<std::string_view, 6> kSqliteMigrations = {R"(
+inline constexpr std::array<std::string_view, 7> kSqliteMigrations = {R"(
 CREATE TABLE key_check (
     name TEXT PRIMARY KEY,
     hash BLOB NOT NULL) WITHOUT ROWID;
@@ -162,6 +162,9 @@ CREATE VIEW device_activity AS
     SELECT id AS device,
            MAX(consent_at, COALESCE((SELECT MAX(queued_at) FROM device_prayer WHERE device = id), 0)) AS last_at
     FROM device;
+)",
+                                                                      R"(
+ALTER TABLE incoming ADD COLUMN is_kept INTEGER NOT NULL DEFAULT 0;
 )"};
 
 } // namespace beacond

@@ -43,10 +43,13 @@ IncomingState SqliteStore::BeginIncoming(std::string_view message, std::int64_t 
     return IncomingState::Begun;
 }
 
-void SqliteStore::EndIncoming(std::string_view message)
+void SqliteStore::EndIncoming(std::string_view message, IncomingKept kept)
 {
     Transaction transaction(m_database);
-    m_database.Run("UPDATE incoming SET is_done = 1 WHERE id = ?").BindBytes(message).Step();
+    m_database.Run("UPDATE incoming SET is_done = 1, is_kept = ?2 WHERE id = ?1")
+        .BindBytes(message)
+        .Bind(std::int64_t{kept == IncomingKept::Always})
+        .Step();
     transaction.Commit();
 }
 
@@ -64,7 +67,7 @@ void SqliteStore::DropOldIncoming()
 {
     const std::int64_t now = m_now();
     Transaction transaction(m_database);
-    m_database.Run("DELETE FROM incoming WHERE first_at < ? OR first_at > ?")
+    m_database.Run("DELETE FROM incoming WHERE is_kept = 0 AND (first_at < ? OR first_at > ?)")
         .Bind(now - kKept)
         .Bind(now + kDay)
         .Step();

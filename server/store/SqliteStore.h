@@ -38,7 +38,7 @@ public:
     void DropOldSignups() override;
     bool Forget(std::string_view addressIndex) override;
     [[nodiscard]] IncomingState BeginIncoming(std::string_view message, std::int64_t lease) override;
-    void EndIncoming(std::string_view message) override;
+    void EndIncoming(std::string_view message, IncomingKept kept) override;
     void ReturnIncoming(std::string_view message) override;
     void DropOldIncoming() override;
     bool Stop(std::string_view addressIndex) override;

@@ -97,6 +97,12 @@ enum class IncomingState {
     Abandoned ///< begun too often without an end, as if the message ended the service each time
 };
 
+/// The time for which a handled message stays Done.
+enum class IncomingKept {
+    ForDays, ///< three days at least
+    Always   ///< a repetition can't be known by its age
+};
+
 enum class Confirmation { Confirmed, Unknown, Expired };
 
 /// A text that waits to be sent; without the address and the wording.
@@ -278,12 +284,12 @@ public:
     /// @param message identifies the message without revealing it
     /// @param lease seconds for which it stays Busy for others; 0 if there are no others
     [[nodiscard]] virtual IncomingState BeginIncoming(std::string_view message, std::int64_t lease) = 0;
-    /// The message is Done from now on, for three days at least.
-    virtual void EndIncoming(std::string_view message) = 0;
+    /// The message is Done from now on.
+    virtual void EndIncoming(std::string_view message, IncomingKept kept) = 0;
     /// Undoes a BeginIncoming after a failure that has nothing to do with the message.
     virtual void ReturnIncoming(std::string_view message) = 0;
     /// Drops the incoming messages that were begun first more than three days ago, and those dated more than
-    /// a day ahead: the clock was wrong.
+    /// a day ahead: the clock was wrong. Keeps those that ended as IncomingKept::Always.
     virtual void DropOldIncoming() = 0;
     /// Ends the messages to an address on its own request: deletes its device with the dependent rows, and
     /// the addresses, codes and consents of its sign-ups. Keeps their hashes for the limits of a day:

@@ -61,6 +61,13 @@ protected:
         context.run();
         return result.get();
     }
+    void Tidy()
+    {
+        boost::asio::io_context context;
+        auto done = boost::asio::co_spawn(context, signups->DropOld(), boost::asio::use_future);
+        context.run();
+        done.get();
+    }
     [[nodiscard]] std::int64_t Seconds() const { return now.time_since_epoch().count(); }
     [[nodiscard]] std::size_t Answers() const
     {
@@ -90,6 +97,33 @@ TEST_F(HooksTest, message_isAnsweredOnce)
     EXPECT_EQ(Answers(), 1U);
     EXPECT_EQ(Post("From=%2B442079460001&Body=test&Id=2"), Result::Done);
     EXPECT_EQ(Answers(), 2U);
+}
+
+TEST_F(HooksTest, replayAfterAYear_withoutATime_isNotAnswered)
+{
+    Start();
+    const std::string body = "From=%2B442079460001&Body=test&Id=1";
+    EXPECT_EQ(Post(body), Result::Done);
+    now += std::chrono::hours(366 * 24);
+    Tidy();
+    EXPECT_EQ(Post(body), Result::Done);
+    EXPECT_EQ(Answers(), 1U);
+}
+
+TEST_F(HooksTest, replayAfterAYear_withATime_isOldAndItsHashIsDropped)
+{
+    options.time = "Time";
+    Start();
+    const std::string body = "From=%2B442079460001&Body=test&Id=1&Time=" + std::to_string(Seconds());
+    EXPECT_EQ(Post(body), Result::Done);
+    now += std::chrono::hours(366 * 24);
+    Tidy();
+    EXPECT_EQ(Post(body), Result::Old);
+    EXPECT_EQ(Answers(), 1U);
+    Database database(folder.File("store.db"));
+    Statement rows = database.Run("SELECT COUNT(*) FROM incoming");
+    ASSERT_TRUE(rows.Step());
+    EXPECT_EQ(rows.Integer(0), 0);
 }
 
 TEST_F(HooksTest, manyAtOnce_areAnsweredOnce)

@@ -199,7 +199,7 @@ TEST_F(RoadsTest, killAfterTheAnswer_isNotAnsweredAgain)
         SqliteStore rows(folder.File("store.db"));
         const std::string id = keys.lookup.Hash("incoming", "mail " + file->identity);
         ASSERT_EQ(rows.BeginIncoming(id, 0), IncomingState::Begun);
-        rows.EndIncoming(id);
+        rows.EndIncoming(id, IncomingKept::ForDays);
     }
     Start();
     EXPECT_TRUE(Becomes([&] { return IsEmpty("mail/new"); }));

@@ -23,7 +23,7 @@ TEST_F(RoadsContract, incoming_isHandledOnce)
 {
     EXPECT_EQ(Begin("a"), IncomingState::Begun);
     EXPECT_EQ(Begin("b"), IncomingState::Begun);
-    store.EndIncoming("a");
+    store.EndIncoming("a", IncomingKept::ForDays);
 
     EXPECT_EQ(Begin("a"), IncomingState::Done);
     now += 3 * kDay;
@@ -32,6 +32,17 @@ TEST_F(RoadsContract, incoming_isHandledOnce)
     now += 1;
     store.DropOldIncoming();
     EXPECT_EQ(Begin("a"), IncomingState::Begun);
+}
+
+TEST_F(RoadsContract, incoming_keptAlways_staysDone)
+{
+    EXPECT_EQ(Begin("a"), IncomingState::Begun);
+    store.EndIncoming("a", IncomingKept::Always);
+    for (const std::int64_t step : {1'000 * kDay, -2'000 * kDay}) {
+        now += step;
+        store.DropOldIncoming();
+        EXPECT_EQ(Begin("a"), IncomingState::Done);
+    }
 }
 
 TEST_F(RoadsContract, incoming_begunByAnother_isBusyForItsLease)
@@ -58,7 +69,7 @@ TEST_F(RoadsContract, incoming_returned_countsAsNotBegun)
         EXPECT_EQ(Begin("a"), IncomingState::Begun);
         store.ReturnIncoming("a");
     }
-    store.EndIncoming("a");
+    store.EndIncoming("a", IncomingKept::ForDays);
     store.ReturnIncoming("a");
     EXPECT_EQ(Begin("a"), IncomingState::Done) << "the end stays";
     store.ReturnIncoming("unknown");
@@ -68,7 +79,7 @@ TEST_F(RoadsContract, incoming_clockSetBack_blocksNothing)
 {
     EXPECT_EQ(Begin("a"), IncomingState::Begun);
     EXPECT_EQ(Begin("b"), IncomingState::Begun);
-    store.EndIncoming("b");
+    store.EndIncoming("b", IncomingKept::ForDays);
     now -= 2 * kDay;
     EXPECT_EQ(Begin("a"), IncomingState::Begun);
     store.DropOldIncoming();
