@@ -61,6 +61,7 @@ void ForgetAddress(const Settings& settings, const Address& address, std::ostrea
     if (!open.store.Forget(AddressIndex(open.keys.index, address))) {
         throw StoreError("nothing is kept of that address");
     }
+    open.store.ClearDeleted();
     out << "The device of " << MaskedAddress(address) << ", its texts and its sign-ups are deleted.\n";
 }
 
@@ -80,6 +81,7 @@ void BlockAddress(const Settings& settings, const Address& address, std::ostream
     OpenStore open(settings);
     const BlockedAddress blocked{BlockIndex(open.keys.lookup, address), std::string(NameOf(address.kind)), 0};
     const bool isNew = open.store.Block(blocked, AddressIndex(open.keys.index, address));
+    open.store.ClearDeleted();
     out << MaskedAddress(address) << (isNew ? " is blocked" : " was blocked before")
         << "; its device, its texts and its sign-ups are deleted.\n";
 }

@@ -189,7 +189,15 @@ void SqliteStore::ReplaceAddresses(const std::function<StoredAddress(const Store
     }
     transaction.Commit();
     // The log still has the former values.
-    m_database.Execute("PRAGMA wal_checkpoint(TRUNCATE)");
+    ClearDeleted();
+}
+
+void SqliteStore::ClearDeleted()
+{
+    m_isClearDue = m_database.IsInGroup();
+    if (!m_isClearDue) {
+        m_database.TryExecute("PRAGMA wal_checkpoint(TRUNCATE)");
+    }
 }
 
 std::string SqliteStore::KeyCheck(std::string_view keyName) const

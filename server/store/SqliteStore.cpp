@@ -239,10 +239,14 @@ void SqliteStore::Begin()
 void SqliteStore::End()
 {
     m_database.EndGroup();
+    if (m_isClearDue) {
+        ClearDeleted();
+    }
 }
 
 void SqliteStore::Abandon() noexcept
 {
+    m_isClearDue = false;
     m_database.AbandonGroup();
 }
 

@@ -49,6 +49,7 @@ public:
     std::int64_t DropSilentDevices() override;
     void ReplaceAddresses(const std::function<StoredAddress(const StoredAddress&)>& replace,
                           const std::map<std::string, std::string>& keyChecks) override;
+    void ClearDeleted() override;
     [[nodiscard]] std::string KeyCheck(std::string_view keyName) const override;
     [[nodiscard]] bool IsTextDue(std::string_view installation, int prayer) const override;
     bool QueueText(std::string_view installation, int prayer, std::string_view time,
@@ -77,5 +78,6 @@ private:
     mutable Database m_database;
     Clock m_now;
 };
+    bool m_isClearDue = false;
 
 } // namespace beacond

@@ -319,6 +319,9 @@ public:
     /// @param keyChecks the new hash of each replaced key, by its name
     virtual void ReplaceAddresses(const std::function<StoredAddress(const StoredAddress& stored)>& replace,
                                   const std::map<std::string, std::string>& keyChecks) = 0;
+    /// Removes deleted values from all files of the store: a log may still have them. Does so at once, or at
+    /// the next End. Without effect while another process reads or writes.
+    virtual void ClearDeleted() = 0;
     /// The recorded hash of a key; empty for none.
     [[nodiscard]] virtual std::string KeyCheck(std::string_view keyName) const = 0;
 

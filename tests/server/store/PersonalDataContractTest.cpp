@@ -139,6 +139,38 @@ TEST_F(PersonalDataContract, dropSilentDevices_noCallForAYear_waitsForAWeek)
     EXPECT_EQ(PassDays(3), 1);
 }
 
+// Known on seven days in all must not mean seven days of one silence.
+TEST_F(PersonalDataContract, dropSilentDevices_activeAgain_beginsANewWeek)
+{
+    Register("a", "code", "pc");
+    EXPECT_EQ(PassDays(364), 0);
+    ASSERT_TRUE(store.QueueText("pc", 1, "5:07", "SA-G1"));
+    EXPECT_EQ(PassDays(1), 0);
+    now += 400 * 24 * kHour;
+
+    EXPECT_EQ(PassDays(5), 0) << "perhaps the clock has jumped";
+    EXPECT_EQ(PassDays(3), 1);
+}
+
+TEST_F(PersonalDataContract, clearDeleted_leavesDeletedAddressesInNoFile)
+{
+    Register("a", "code a", "pc of a");
+    Register("b", "code b", "pc of b");
+    Register("c", "code c", "pc of c");
+    EXPECT_TRUE(store.Forget("index a"));
+    EXPECT_TRUE(store.Block({"block b", "mail", 0}, "index b"));
+    store.Begin();
+    EXPECT_TRUE(store.Stop("index c"));
+    store.ClearDeleted();
+    store.End();
+
+    const std::string bytes = Bytes();
+    for (const char* const deleted : {"sealed a", "sealed b", "sealed c"}) {
+        EXPECT_THAT(bytes, Not(HasSubstr(deleted)));
+    }
+    EXPECT_THAT(bytes, HasSubstr("block b"));
+}
+
 TEST_F(PersonalDataContract, replaceAddresses_replacesEachAddressAndItsIndex)
 {
     const std::int64_t device = Register("a", "code", "pc");
