@@ -129,6 +129,7 @@ Service::Service(const Settings& settings, std::filesystem::path file)
     m_sender.emplace(m_keys, *m_store, m_channels,
                      SenderOptions{settings.messages.spendPerDay, settings.messages.language}, &LogError);
     SignupOptions signups = settings.messages.signups;
+    signups.spendPerDay = settings.messages.spendPerDay;
     signups.invites = ReadInvites(settings.messages.inviteFile);
     m_signups.emplace(m_keys, *m_store, m_channels, std::move(signups), &LogError);
     m_hooks.emplace(m_keys, *m_store, *m_signups, settings.messages.hooks, &LogError);

@@ -19,6 +19,7 @@ struct SignupOptions
     std::int64_t ofANumberRange =
         20; ///< of phone numbers that differ in their last four digits, within a day
     std::vector<std::string> phonePrefixes; ///< numbers with another beginning are not served, such as "+44"
+    std::int64_t spendPerDay = 0;           ///< the limit for all messages of a day (UTC); 0 for none
     std::vector<std::string> invites;       ///< a sign-up needs one of these words; empty for none
 };
 

@@ -2,13 +2,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "messages/Answers.h"
 #include "messages/IncomingText.h"
 #include "messages/SignupOptions.h"
 #include "support/AttemptLimit.h"
 #include "support/Report.h"
 
 #include <boost/asio/awaitable.hpp>
-#include <boost/asio/thread_pool.hpp>
 
 #include <array>
 #include <atomic>
@@ -24,7 +24,6 @@ namespace beacond {
 class Channels;
 class Key;
 class StoreThread;
-enum class Handover;
 struct Keys;
 
 /// The words of the form on the home page that ask for consent; stored with each sign-up.
@@ -53,20 +52,21 @@ class Signups final
 public:
     enum class Outcome {
         Sent,
-        Stopped,     ///< the messages to the sender have ended
-        Nothing,     ///< the text has no wish, or there is nothing to stop
-        NotOffered,  ///< no channel for that kind of address, or a number outside the served prefixes
-        NoAddress,   ///< the text is no address
-        PhoneNumber, ///< a phone number signs up with a text message of its own
-        NotInvited,  ///< without an invite word
-        TooMany,     ///< of this network in an hour; or of this address, its domain or in all in a day
-        Full,        ///< the channel serves no further device
-        Refused,     ///< by the channel, for good
-        Failed       ///< the store or the channel; can succeed later
+        Stopped,      ///< the messages to the sender have ended
+        Nothing,      ///< the text has no wish, or there is nothing to stop
+        NotOffered,   ///< no channel for that kind of address, or a number outside the served prefixes
+        NoAddress,    ///< the text is no address
+        PhoneNumber,  ///< a phone number signs up with a text message of its own
+        NotInvited,   ///< without an invite word
+        TooMany,      ///< of this network in an hour; or of this address, its domain or in all in a day
+        Full,         ///< the channel serves no further device
+        Unaffordable, ///< beyond the spending of the day
+        Refused,      ///< by the channel, for good
+        Failed        ///< the store or the channel; can succeed later
     };
-    static constexpr std::array<std::string_view, 11> kOutcomeNames = {
-        "sent",        "stopped",  "nothing", "not_offered", "no_address", "phone_number",
-        "not_invited", "too_many", "full",    "refused",     "failed"};
+    static constexpr std::array<std::string_view, 12> kOutcomeNames = {
+        "sent",        "stopped",  "nothing", "not_offered",  "no_address", "phone_number",
+        "not_invited", "too_many", "full",    "unaffordable", "refused",    "failed"};
     /// The number of each outcome since the start.
     using Figures = std::array<std::atomic<std::uint64_t>, kOutcomeNames.size()>;
 
@@ -98,11 +98,12 @@ public:
     /// @return neither NoAddress nor PhoneNumber
     [[nodiscard]] boost::asio::awaitable<Outcome> Take(IncomingText text, Road road, AttemptLimit::Time now);
 
-    /// Drops the stored data of expired sign-ups. Reports a failure.
+    /// Drops the stored data of expired sign-ups, and deleted data from all files of the store. Reports a
+    /// failure.
     [[nodiscard]] boost::asio::awaitable<void> DropOld();
 
     /// Waits until all messages under way have been handed over. No message is handed over afterwards.
-    void Join() { m_senders.join(); }
+    void Join() { m_answers.Join(); }
 
     [[nodiscard]] const Figures& Counts() const { return m_figures; }
 
@@ -119,9 +120,13 @@ private:
     [[nodiscard]] bool IsInvited(std::string_view text) const;
     [[nodiscard]] SignupLimits LimitsOf(AddressKind kind) const;
     void ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now);
-    /// Reports the reason of a failure.
-    [[nodiscard]] boost::asio::awaitable<Handover> Send(Address address, std::string text);
-    [[nodiscard]] boost::asio::awaitable<void> Withdraw(std::string codeHash);
+    /// Of a message; 0 without a channel.
+    [[nodiscard]] std::int64_t PriceOf(AddressKind kind) const;
+    /// Charges a message to the day; false beyond the limit.
+    [[nodiscard]] bool TrySpend(Store& rows, std::int64_t price) const;
+    /// Gives back the charge of a message that the provider does not have, and withdraws its sign-up unless
+    /// the hash is empty.
+    [[nodiscard]] boost::asio::awaitable<void> Undo(std::int64_t price, std::string codeHash);
 
     const Keys& m_keys;
     StoreThread& m_store;
@@ -129,16 +134,13 @@ private:
     SignupOptions m_options;
     std::set<std::string> m_invites; ///< hashes, since a comparison of words reveals their beginnings
     Report m_report;
+    Answers m_answers;
     AttemptLimit m_networks;
     /// Attempts of one sender without a valid invite word.
     AttemptLimit m_uninvited{10, std::chrono::hours(1)};
     /// Suppresses repeated reports of a reached limit.
     AttemptLimit m_limitReports{1, std::chrono::hours(1)};
     Figures m_figures{};
-    /// Messages that wait for a thread or for their channel.
-    std::atomic<int> m_waiting{0};
-    /// Threads for handing messages over, since that waits for the disk or the network.
-    boost::asio::thread_pool m_senders{4};
 };
 
 } // namespace beacond

@@ -234,6 +234,11 @@ Response SignupPage(Signups::Outcome outcome)
                     "<h1>The service is full</h1>\n<p>It could not send to more devices in time. Please ask "
                     "its operator.</p>\n",
                     false);
+    case Signups::Outcome::Unaffordable:
+        return Page(503, kSignupTitle,
+                    "<h1>No more messages today</h1>\n<p>The messages of today have cost as much as they "
+                    "may cost in a day. Please try again tomorrow.</p>\n",
+                    false);
     case Signups::Outcome::Stopped:
     case Signups::Outcome::Nothing:
     case Signups::Outcome::Failed:

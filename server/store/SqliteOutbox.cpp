@@ -268,4 +268,11 @@ bool SqliteStore::TrySpend(std::int64_t amount, std::int64_t perDay)
     return true;
 }
 
+void SqliteStore::GiveBackSpend(std::int64_t amount)
+{
+    Transaction transaction(m_database);
+    Refund(m_database, m_now() / kDay, amount);
+    transaction.Commit();
+}
+
 } // namespace beacond

@@ -62,6 +62,7 @@ public:
     std::int64_t DropOldTexts() override;
     [[nodiscard]] OutboxState StateOfOutbox() const override;
     [[nodiscard]] std::vector<WaitingText> WaitingTexts(std::size_t most) const override;
+    void GiveBackSpend(std::int64_t amount) override;
     [[nodiscard]] bool TrySpend(std::int64_t amount, std::int64_t perDay) override;
     [[nodiscard]] bool IsWrittenWith(std::string_view keyName, std::string_view check) override;
     [[nodiscard]] std::int64_t DataVersion() const override;
@@ -77,7 +78,7 @@ private:
     /// Mutable: reading prepares statements.
     mutable Database m_database;
     Clock m_now;
-};
     bool m_isClearDue = false;
+};
 
 } // namespace beacond

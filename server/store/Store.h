@@ -83,7 +83,7 @@ struct SignupLimits
 /// The device of a sign-up, or the limit that refused it.
 struct SignupResult
 {
-    enum class Limit { None, Address, Domain, InAll, Devices, Blocked };
+    enum class Limit { None, Address, Domain, InAll, Devices, Blocked, Spending };
 
     Limit exceeded = Limit::None;
     std::int64_t device = 0; ///< the number that the device has, or will have once it is confirmed
@@ -362,6 +362,8 @@ public:
     /// Charges a message that is not in the outbox to the day. False, without a change, beyond the limit.
     /// @param perDay as LeaseTerms::spendPerDay
     [[nodiscard]] virtual bool TrySpend(std::int64_t amount, std::int64_t perDay) = 0;
+    /// Takes the charge of a message that its provider does not have from the day.
+    virtual void GiveBackSpend(std::int64_t amount) = 0;
 
     /// Whether the store was written with that key; the first key of each name is recorded.
     /// @param check identifies the key without revealing it

@@ -7,8 +7,10 @@
 #include "messages/PersonalCode.h"
 #include "pages/Pages.h"
 #include "secrets/Keys.h"
+#include "server/Becomes.h"
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
+#include "server/messages/ChannelFixture.h"
 #include "store/SqliteStore.h"
 #include "store/StoreThread.h"
 
@@ -96,6 +98,12 @@ protected:
                 .kind = kind,
                 .perSecond = perSecond,
                 .folder = folder.File("spool")};
+    }
+    [[nodiscard]] ChannelOptions Priced(std::int64_t price) const
+    {
+        ChannelOptions channel = SpoolOf("mail");
+        channel.price = price;
+        return channel;
     }
     Channels channels{std::vector{SpoolOf("mail"), SpoolOf("sms")}};
     std::string invite;
@@ -372,6 +380,71 @@ TEST_F(SignupsTest, channelThatCouldNotDrain_isFull)
     }
     EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Full);
     EXPECT_THAT(reports, ElementsAre(HasSubstr("within ten minutes")));
+}
+
+TEST_F(SignupsTest, answers_areChargedToTheDay)
+{
+    channels = Channels{{Priced(10)}};
+    options.spendPerDay = 25;
+    Start();
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    ASSERT_EQ(Confirm(Messages().at(0)), Confirmation::Confirmed);
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "STOP"), Outcome::Stopped);
+    EXPECT_EQ(Stored("SELECT amount FROM spend"), "20");
+    EXPECT_EQ(SignUp("omar@example.org"), Outcome::Unaffordable);
+    EXPECT_EQ(SignUp("omar@example.org"), Outcome::Unaffordable);
+    EXPECT_EQ(Messages().size(), 2U);
+    EXPECT_EQ(Stored("SELECT COUNT(*) FROM signup"), "1") << "a refused sign-up counts in no limit";
+    EXPECT_THAT(reports, ElementsAre("sign-ups are refused: the spending of a day is reached"));
+    now += std::chrono::hours(24);
+    EXPECT_EQ(SignUp("omar@example.org"), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, stop_beyondTheSpendingOfTheDay_isDoneWithoutAMessage)
+{
+    channels = Channels{{Priced(10)}};
+    options.spendPerDay = 10;
+    Start();
+    ASSERT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    ASSERT_EQ(Confirm(Messages().at(0)), Confirmation::Confirmed);
+    EXPECT_EQ(Take({AddressKind::Mail, "aisha@example.org"}, "STOP"), Outcome::Stopped);
+    EXPECT_EQ(Stored("SELECT COUNT(*) FROM device"), "0");
+    EXPECT_EQ(Messages().size(), 1U);
+}
+
+TEST_F(SignupsTest, answerThatIsNotAccepted_isNotCharged)
+{
+    channels = Channels{{Priced(10)}};
+    options.spendPerDay = 10;
+    Start();
+    fs::rename(folder.File("spool"), folder.File("moved"));
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Failed);
+    EXPECT_EQ(Stored("SELECT amount FROM spend"), "0");
+    fs::rename(folder.File("moved"), folder.File("spool"));
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+}
+
+TEST_F(SignupsTest, hangingProvider_delaysNoAnswerOfAnotherChannel)
+{
+    const ScriptedServer provider([](Conversation& client) { client.Hang(); });
+    ChannelOptions hanging = SmtpOptions(provider.Port());
+    hanging.timeout = std::chrono::seconds(10);
+    channels = Channels{{hanging, SpoolOf("sms")}};
+    options.phonePrefixes = {"+44"};
+    Start();
+    std::vector<std::future<Outcome>> outcomes;
+    for (int i = 0; i < 10; ++i) {
+        outcomes.push_back(std::async(std::launch::async, [this, i] {
+            return SignUp("a@d" + std::to_string(i) + ".example", std::to_string(i));
+        }));
+    }
+    ASSERT_TRUE(Becomes([&] { return provider.Connections() >= hanging.connections; }));
+    auto other = std::async(std::launch::async, [this] {
+        return Take({AddressKind::Sms, "+442079460001"}, "test", Road::Text);
+    });
+    EXPECT_EQ(other.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    channels.Abort();
+    EXPECT_EQ(other.get(), Outcome::Sent);
 }
 
 TEST_F(SignupsTest, outcomes_areCounted)

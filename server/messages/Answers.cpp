@@ -1,0 +1,91 @@
+// SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "messages/Answers.h"
+
+#include "messages/Channels.h"
+#include "secrets/Keys.h"
+
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/thread_pool.hpp>
+#include <boost/asio/use_awaitable.hpp>
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace beacond {
+
+namespace {
+
+// Beyond this number the channel is too slow for the sign-ups that come in.
+constexpr int kMostWaiting = 100;
+// A person waits for the reply to the form, and a shutdown for the message.
+constexpr std::chrono::seconds kLongestWait{3};
+
+} // namespace
+
+/// A channel with its threads.
+struct Answers::Lane
+{
+    explicit Lane(Channel& used)
+        : channel(used)
+        , threads(static_cast<std::size_t>(used.Connections()))
+    {
+    }
+
+    Channel& channel;
+    std::atomic<int> waiting{0}; ///< messages that wait for a thread or for the channel
+    boost::asio::thread_pool threads;
+};
+
+Answers::Answers(const Channels& channels, Report report)
+    : m_report(std::move(report))
+{
+    for (const std::unique_ptr<Channel>& channel : channels.All()) {
+        m_lanes.emplace(channel->Kind(), std::make_unique<Lane>(*channel));
+    }
+}
+
+Answers::~Answers() = default;
+
+void Answers::Join()
+{
+    for (const auto& [kind, lane] : m_lanes) {
+        lane->threads.join();
+    }
+}
+
+boost::asio::awaitable<Handover> Answers::Send(Address address, std::string text)
+{
+    const auto found = m_lanes.find(NameOf(address.kind));
+    if (found == m_lanes.end()) {
+        co_return Handover::RetryLater;
+    }
+    Lane& lane = *found->second;
+    if (++lane.waiting > kMostWaiting) {
+        --lane.waiting;
+        m_report("a message is not sent: too many wait for the channel");
+        co_return Handover::RetryLater;
+    }
+    const OutgoingMessage message{.address = std::move(address.text),
+                                  .subject = "Dusk Beacon: your personal code",
+                                  .text = std::move(text),
+                                  .id = "code-" + std::to_string(RandomBelow(1U << 31U)),
+                                  .language = "en"};
+    auto send = [&lane, &message]() -> boost::asio::awaitable<SendResult> {
+        const Channel::Clock::time_point slot = lane.channel.TakeSlot();
+        if (slot > Channel::Clock::now() + kLongestWait) {
+            co_return SendResult{Handover::RetryLater, "a message is not sent: its channel is busy"};
+        }
+        std::this_thread::sleep_until(slot);
+        co_return lane.channel.Send(message);
+    };
+    const SendResult result = co_await boost::asio::co_spawn(lane.threads, send, boost::asio::use_awaitable);
+    --lane.waiting;
+    if (!result.reason.empty()) {
+        m_report(result.reason);
+    }
+    co_return result.handover;
+}
+
+} // namespace beacond
