@@ -15,6 +15,7 @@ CLOCK = re.compile(r"currentDateTime|QDate::currentDate|QTime::currentTime|SecsS
 OUTSIDE = re.compile(r"\b(fopen|getenv|qgetenv|system|fork|execv|execl)\s*\(")
 LICENCE = {"# SPDX-FileCopyrightText: 2026 Dusk Beacon contributors", "# SPDX-License-Identifier: GPL-3.0-or-later"}
 FAILURES = TREE / "docs/failure-tests.md"
+ATTACKS = TREE / "docs/service-abuse.md"
 FAILURES_FOR_USERS = TREE / "docs/failures.md"
 # Functions that show a message box: those of the platform, and those that pass their `message` on to them.
 RELAYS = ("Say", "SayAndUnload", "FailAndUnload")
@@ -140,11 +141,26 @@ def on_one_line(text):
     return " ".join(text.replace("<br>", " ").split())
 
 
+def written_tests():
+    return {f"{suite}.{name}" for path in sources("tests") for suite, name in
+            re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", path.read_text(), re.MULTILINE)}
+
+
+def attacks_page():
+    """Each row of the table of attacks names its tests, and each of them exists."""
+    tests = written_tests()
+    for number, line in enumerate(ATTACKS.read_text().splitlines(), 1):
+        if line.startswith("| ") and not line.startswith("| Attack |"):
+            named = re.findall(r"`(\w+\.\w+)`", line.split(" | ")[-1])
+            if not named:
+                yield f"{ATTACKS.relative_to(TREE)}:{number}: a row names its tests"
+            yield from (f"{ATTACKS.relative_to(TREE)}:{number}: there is no {name} under tests/" for name in named if name not in tests)
+
+
 def failures_page():
     """The table of failures lists every box of the program, and each test, journey and script that it names exists. The page
     for users quotes every box too."""
-    tests = {f"{suite}.{name}" for path in sources("tests") for suite, name in
-             re.findall(r"^TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", path.read_text(), re.MULTILINE)}
+    tests = written_tests()
     told, rows = {}, []
     for number, line in enumerate(FAILURES.read_text().splitlines(), 1):
         where = f"{FAILURES.relative_to(TREE)}:{number}"
@@ -174,7 +190,7 @@ def failures_page():
             yield f"{where}: nothing in the program says {text}"
 
 
-found = [*faults(), *failures_page()]
+found = [*faults(), *failures_page(), *attacks_page()]
 checked = sum(len(sources(folder)) for folder in ("src", "tests", "bench", "data"))
 print("\n".join(found) if found else f"{checked} files keep the house")
 sys.exit(1 if found or checked < 100 else 0)

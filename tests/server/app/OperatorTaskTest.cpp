@@ -2,16 +2,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "messages/Address.h"
 #include "secrets/Keys.h"
-#include "server/Becomes.h"
-#include "server/app/ServiceFixture.h"
+#include "server/app/ProviderFixture.h"
 #include "store/SqliteStore.h"
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <ctime>
 #include <filesystem>
 
 using namespace beacond;
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -71,6 +72,66 @@ TEST_F(OperatorTaskTest, oldOutbox_isToldByMailAndInTheLogUntilItIsOver)
     EXPECT_TRUE(Becomes(
         [&] { return Spooled().find("the outbox has no old texts any more.\n") != std::string::npos; }));
     EXPECT_THAT(Terminate().errors, Not(HasSubstr("operator@example.org")));
+}
+
+/// The same with a provider that fails, and a folder for the operator's topic.
+class OperatorOfProviderTest : public ProviderFixture
+{
+protected:
+    const std::string kOperator = "[[messages.channel]]\nname = \"ops\"\ntype = \"spool\"\nkind = \"ntfy\"\n"
+                                  "folder = \"ops\"\n[operator]\n"
+                                  "address = \"https://ntfy.example.org/ops\"\nchannel_failures = 2\n";
+    [[nodiscard]] bool IsTold(const std::string& notice)
+    {
+        return Becomes([&] {
+            for (const auto& file : fs::directory_iterator(folder / "ops")) {
+                const std::string text = Read(file.path());
+                if (file.path().extension() == ".txt" && text.find(notice) != std::string::npos) {
+                    return true;
+                }
+            }
+            return false;
+        });
+    }
+};
+
+TEST_F(OperatorOfProviderTest, failingChannel_isToldUntilItWorks)
+{
+    std::atomic<bool> isFailing = true;
+    instead = [&](Conversation& client, const std::string&) {
+        if (isFailing) {
+            client.Write("HTTP/1.1 500 x\r\nContent-Length: 0\r\n\r\n");
+        }
+        return isFailing.load();
+    };
+    ConfigureProvider("", "", kOperator, "\"web\", \"ops\"");
+    const unsigned short port = Serve();
+    ASSERT_NE(port, 0);
+    for (int phone = 0; phone < 2; ++phone) {
+        Register(port, "a@d" + std::to_string(phone) + ".example", std::to_string(phone));
+    }
+    for (int phone = 0; phone < 2; ++phone) {
+        EXPECT_EQ(Call(port, std::to_string(phone), 5), "<root/>");
+    }
+    EXPECT_TRUE(IsTold("the channel \"web\" fails: "));
+    EXPECT_TRUE(service->AwaitLog("\"level\":\"error\",\"message\":\"messages: the channel"));
+    isFailing = false;
+    EXPECT_TRUE(IsTold("the channel \"web\" works again."));
+    EXPECT_EQ(Texts().size(), 2U);
+}
+
+TEST_F(OperatorOfProviderTest, spendingOfTheDay_isToldAndEndsTheSignups)
+{
+    ConfigureProvider("price = 10\n", "spend_per_day = 25\n", kOperator, "\"web\", \"ops\"");
+    const unsigned short port = Serve();
+    ASSERT_NE(port, 0);
+    Register(port, "a@b.example", "pc");
+    EXPECT_EQ(Call(port, "pc", 5), "<root/>");
+    EXPECT_TRUE(IsTold("20 of the 25 that messages may cost in a day are spent."));
+    EXPECT_THAT(PostSignup(port, "address=a%40c.example"),
+                AllOf(HasSubstr("HTTP/1.1 503 "), HasSubstr("No more messages today")));
+    EXPECT_EQ(CodeOf("a@c.example"), "");
+    EXPECT_TRUE(service->AwaitLog("sign-ups are refused: the spending of a day is reached"));
 }
 
 TEST_F(OperatorTaskTest, addressWithoutAChannel_isAWarning)
