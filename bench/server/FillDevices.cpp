@@ -25,7 +25,7 @@ int main(int argc, char* argv[])
         const std::string address = "a@" + std::to_string(number) + ".example";
         (void)store.SignUp({argv[3], keys.address.Seal(address), address, address, 1800, "bench", "bench"},
                            limits);
-        const std::string installation = keys.index.Hash("installation", "bench-" + std::to_string(number));
+        const std::string installation = keys.lookup.Hash("installation", "bench-" + std::to_string(number));
         if (store.Confirm(address, installation) != Confirmation::Confirmed) {
             return 1;
         }
