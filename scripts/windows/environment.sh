@@ -11,10 +11,10 @@ find_libraries() {
 
 # start_wine FOLDER: a Wine of its own in FOLDER, with the DLLs of Qt. stop_wine ends all that runs in it.
 start_wine() {
-  export WINEPREFIX="$1/wine" WINEDEBUG=-all WINEPATH="Z:$libraries/qt/bin"
+  export WINE=/usr/lib/wine/wine64 WINEPREFIX="$1/wine" WINEDEBUG=-all WINEPATH="Z:$libraries/qt/bin"
   # Without Mono and Gecko, which Wine would offer to download.
   export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
-  timeout 120 /usr/lib/wine/wine64 wineboot -i >/dev/null 2>&1
+  timeout 120 "$WINE" wineboot -i >/dev/null 2>&1
 }
 stop_wine() {
   /usr/lib/wine/wineserver -k || true

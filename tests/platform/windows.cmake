@@ -18,6 +18,11 @@ foreach(program fetcher player)
   target_link_libraries(${program} PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
   set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
 endforeach()
+# The first changes the proxy of the system.
+add_test(NAME http_test COMMAND ${PROJECT_SOURCE_DIR}/tests/windows/http_test.py $<TARGET_FILE:fetcher>)
+add_test(NAME player_test COMMAND ${PROJECT_SOURCE_DIR}/tests/windows/player_test.py $<TARGET_FILE:player>)
+set_tests_properties(http_test player_test PROPERTIES TIMEOUT 300 LABELS clock)
+set_tests_properties(http_test PROPERTIES RUN_SERIAL ON)
 
 add_executable(saver saver.cpp)
 target_link_libraries(saver PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
