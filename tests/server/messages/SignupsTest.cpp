@@ -223,6 +223,7 @@ TEST_F(SignupsTest, dropOld_isDoneByTheStore)
     context.run();
     done.get();
 
+    EXPECT_EQ(fs::file_size(folder.File("store.db-wal")), 0U) << "where the address was";
     EXPECT_EQ(Stored("SELECT sealed_address FROM signup"), "");
 }
 
