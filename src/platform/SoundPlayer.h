@@ -11,9 +11,9 @@
 
 class Playback;
 
-/// Plays regular files in the formats of the system's player (SoundPipeline). Each sound has its own thread for
-/// all calls that a file system or a sound server can block, so that no call here waits and a sound that hangs
-/// does not delay the next one.
+/// Plays regular files in the formats of the system's player (SoundPipeline). Each sound has its own thread
+/// for all calls that a file system or a sound server can block, so that no call here waits and a sound that
+/// hangs does not delay the next one.
 class SoundPlayer final : public MediaPlayer
 {
 public:

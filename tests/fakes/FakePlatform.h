@@ -7,8 +7,8 @@
 #include "platform/Http.h"
 #include "platform/MediaPlayer.h"
 #include "platform/Platform.h"
-#include "platform/SystemFileStore.h"
 #include "platform/Process.h"
+#include "platform/SystemFileStore.h"
 #include "support/ModRegion.h"
 #include "support/RuntimeError.h"
 
