@@ -4,10 +4,13 @@
 
 #include "support/RuntimeError.h"
 
+#include <QFile>
+
 using Short = std::int16_t;
 
 CalculationLibrary::CalculationLibrary(const QString& folder)
-    : m_module(folder + QStringLiteral("/DuskBeacon.DBN"))
+    : m_path(folder + QStringLiteral("/DuskBeacon.DBN"))
+    , m_module(m_path)
 {
     // Resolve all symbols at once, so that an incomplete module fails when it is opened and not in the middle
     // of a calculation.
@@ -22,6 +25,12 @@ CalculationLibrary::~CalculationLibrary()
 template <typename Signature>
 Signature* CalculationLibrary::Function(const char* name)
 {
+    // Where the file is missing, QLibrary would take one with a prefix or an ending added to the name.
+    if (!m_module.isLoaded() && !QFile::exists(m_path)) {
+        throw RuntimeError(ErrorNumber::kLibraryNotFound,
+                           m_path +
+                               QStringLiteral(": cannot open shared object file: No such file or directory"));
+    }
     if (!m_module.load()) {
         // Otherwise the next call would not look for the file again.
         m_module.unload();

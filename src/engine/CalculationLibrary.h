@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QLibrary>
+#include <QString>
 
 #include <array>
 #include <cstdint>
@@ -63,5 +64,6 @@ private:
     template <typename Signature>
     [[nodiscard]] Signature* Function(const char* name);
 
+    QString m_path;
     QLibrary m_module;
 };

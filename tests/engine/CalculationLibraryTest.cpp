@@ -29,6 +29,15 @@ protected:
     // By another name: Windows deletes no module that is loaded.
     void TakeAway() const { ASSERT_TRUE(QFile::rename(m_name, m_name + QStringLiteral(".away"))); }
     [[nodiscard]] QString Folder() const { return m_folder.path(); }
+    [[nodiscard]] QString ErrorText()
+    {
+        try {
+            static_cast<void>(library.Hday());
+        } catch (const RuntimeError& error) {
+            return error.Description();
+        }
+        return {};
+    }
     void ExpectEachCallFails()
     {
         const std::pair<const char*, std::function<void()>> calls[] = {
@@ -63,6 +72,16 @@ TEST_F(CalculationLibraryTest, fileThatIsMissingEmptyOrNoLibrary_isAnErrorOfEach
     ExpectEachCallFails();
     PlaceText("no library");
     ExpectEachCallFails();
+}
+
+TEST_F(CalculationLibraryTest, missingFile_isNamed_andNoOtherIsTaken)
+{
+    for (const char* const other : {"libDuskBeacon.DBN.so", "DuskBeacon.DBN.so", "DuskBeacon.DBN.dll"}) {
+        ASSERT_TRUE(QFile::copy(QString::fromLocal8Bit(DUSKBEACON_ECHO_MODULE),
+                                Folder() + u'/' + QLatin1String(other)));
+    }
+    const QString text = ErrorText();
+    EXPECT_TRUE(text.contains(Folder() + QStringLiteral("/DuskBeacon.DBN:"))) << text.toStdString();
 }
 
 TEST_F(CalculationLibraryTest, file_isNotOpenedBeforeTheFirstCall)
