@@ -3,11 +3,13 @@
 #include "app/Application.h"
 #include "platform/QtPlatform.h"
 #include "platform/SessionEnd.h"
+#include "platform/SystemProcess.h"
 
 #include <QApplication>
 
 int main(int argc, char* argv[])
 {
+    PrepareProcess();
     QApplication application(argc, argv);
     SessionEnd sessionEnd;
     SetUpApplication(application);

@@ -3,6 +3,7 @@
 #include "platform/QtDesktop.h"
 
 #include "platform/BesideBox.h"
+#include "platform/SystemProcess.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -76,7 +77,7 @@ int Execute(const QString& text, const QString& title, QMessageBox::StandardButt
     if (box.clickedButton() == nullptr) {
         // The program ends, perhaps since its last window was closed. The user gave no answer, so the caller
         // must not continue. Intended: the exit status is 0 under a fatal box too.
-        std::_Exit(EXIT_SUCCESS);
+        EndAtOnce(EXIT_SUCCESS);
     }
     return answer;
 }
@@ -108,7 +109,7 @@ bool QtMessageBoxes::Ask(const QString& text, const QString& title, DefaultAnswe
 void QtProcess::End()
 {
     // Without destructors: they would unload windows, which a fatal end must not do.
-    std::_Exit(EXIT_FAILURE);
+    EndAtOnce(EXIT_FAILURE);
 }
 
 void QtProcess::Sleep(int milliseconds)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/WindowsTrayIcon.h"
 
+#include <QCoreApplication>
 #include <QIcon>
 #include <QMenu>
 #include <QSystemTrayIcon>
@@ -14,7 +15,8 @@ WindowsTrayIcon::~WindowsTrayIcon() = default;
 
 void WindowsTrayIcon::Add(const QIcon& icon, const QString& tip, QMenu& menu)
 {
-    m_icon = std::make_unique<QSystemTrayIcon>(icon);
+    // A child of the application, so that EndAtOnce finds it.
+    m_icon = std::make_unique<QSystemTrayIcon>(icon, QCoreApplication::instance());
     m_icon->setToolTip(tip);
     m_icon->setContextMenu(&menu);
     // Qt activates the menu only if no window of the program has the focus. A menu that is not active may

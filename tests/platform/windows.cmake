@@ -4,7 +4,7 @@
 # The tests of what Windows shares with Linux, and of its own files.
 duskbeacon_test(platform_tests
   SOURCES BesideBoxTest.cpp FileStoreTest.cpp ProxySettingsTest.cpp QtMessageBoxesTest.cpp WindowsFileStoreTest.cpp
-    SecondPhaseTest.cpp WindowsClockTest.cpp WindowsRegionTest.cpp
+    SecondPhaseTest.cpp WindowsClockTest.cpp WindowsProcessTest.cpp WindowsRegionTest.cpp
   LIBRARIES test_fakes)
 duskbeacon_test(curl_http_tests
   SOURCES CurlHttpNotifyTest.cpp CurlProbeTest.cpp
