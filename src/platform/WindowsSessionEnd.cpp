@@ -4,6 +4,8 @@
 
 #include <QAbstractNativeEventFilter>
 #include <QCoreApplication>
+#include <QEvent>
+#include <QObject>
 
 #include <windows.h>
 
@@ -11,12 +13,27 @@
 
 /// Takes the messages of the session, which each window of the program gets, hidden and disabled ones too,
 /// before Qt does: Qt would ask the windows.
-class SessionEnd::Listener final : public QAbstractNativeEventFilter
+class SessionEnd::Listener final : public QObject, public QAbstractNativeEventFilter
 {
 public:
     Listener() { QCoreApplication::instance()->installNativeEventFilter(this); }
 
-    void EnterMainLoop(std::function<void()> tidyUp) { m_tidyUp = std::move(tidyUp); }
+    void EnterMainLoop(std::function<void()> tidyUp)
+    {
+        m_tidyUp = std::move(tidyUp);
+        // A program that asks each window to close asks that of the tray icon too, and Qt makes a
+        // QEvent::Quit of it, which a disabled window would refuse.
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() != QEvent::Quit || watched != QCoreApplication::instance()) {
+            return false;
+        }
+        TidyUpAndEnd();
+        return true;
+    }
 
     bool nativeEventFilter(const QByteArray& /*eventType*/, void* message, qintptr* result) override
     {
@@ -28,7 +45,10 @@ public:
         if (sent.message != WM_ENDSESSION) {
             return false;
         }
-        if (sent.wParam != FALSE) {
+        if (sent.wParam != FALSE && (sent.lParam & ENDSESSION_CLOSEAPP) != 0) {
+            TidyUpAndEnd();
+        } else if (sent.wParam != FALSE) {
+            // The shell ends too: it drops the icon itself, and may not answer any more.
             End();
         }
         *result = 0;
@@ -36,12 +56,17 @@ public:
     }
 
 private:
-    // Windows may end the process as soon as the message is answered, and with an exit code of its own.
-    void End()
+    void TidyUpAndEnd()
     {
         if (m_tidyUp) {
             m_tidyUp();
         }
+        End();
+    }
+
+    // Windows may end the process as soon as the message is answered, and with an exit code of its own.
+    static void End()
+    {
         // Not exit(): a library that waits for its threads would hold up the session.
         ::TerminateProcess(::GetCurrentProcess(), EXIT_SUCCESS);
     }

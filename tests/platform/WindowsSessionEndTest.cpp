@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <string>
+
 namespace {
 
 constexpr int kTooLong = 20'000;   // milliseconds
@@ -32,10 +34,10 @@ protected:
         }
     }
     // The answer of the window to a message of the session; -1 without an answer.
-    [[nodiscard]] LRESULT Send(UINT message, WPARAM argument)
+    [[nodiscard]] LRESULT Send(UINT message, WPARAM argument, LPARAM reason = 0)
     {
         DWORD_PTR answer = 0;
-        return ::SendMessageTimeoutW(window, message, argument, 0, SMTO_NORMAL, kPatience, &answer) == 0
+        return ::SendMessageTimeoutW(window, message, argument, reason, SMTO_NORMAL, kPatience, &answer) == 0
                    ? -1
                    : static_cast<LRESULT>(answer);
     }
@@ -54,7 +56,45 @@ TEST_P(WindowsSessionEndTest, endOfTheSession_isNeverRefused_andEndsTheProgramNo
     EXPECT_LT(time.elapsed(), 1000);
     EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
     EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.readAllStandardOutput().trimmed(), "") << "the shell ends too and would not answer";
+}
+
+TEST_P(WindowsSessionEndTest, endForAnInstaller_removesTheIcon)
+{
+    EXPECT_EQ(Send(WM_QUERYENDSESSION, 0, ENDSESSION_CLOSEAPP), TRUE);
+    static_cast<void>(Send(WM_ENDSESSION, TRUE, ENDSESSION_CLOSEAPP));
+    ASSERT_TRUE(program.waitForFinished(kTooLong));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
     EXPECT_EQ(program.readAllStandardOutput().trimmed(), "tidied");
+}
+
+// Qt's own window for the tray icon of a process.
+HWND TrayWindow(qint64 process)
+{
+    for (HWND next = nullptr; (next = ::FindWindowExW(nullptr, next, nullptr, nullptr)) != nullptr;) {
+        DWORD owner = 0;
+        ::GetWindowThreadProcessId(next, &owner);
+        wchar_t name[256] = L"";
+        ::GetClassNameW(next, name, 256);
+        if (owner == process && std::wstring(name).find(L"TrayIcon") != std::wstring::npos) {
+            return next;
+        }
+    }
+    return nullptr;
+}
+
+TEST_P(WindowsSessionEndTest, closedTrayWindow_endsTheProgram)
+{
+    const HWND tray = TrayWindow(program.processId());
+    ASSERT_NE(tray, nullptr);
+    ASSERT_TRUE(::PostMessageW(tray, WM_CLOSE, 0, 0));
+    EXPECT_TRUE(program.waitForFinished(kTooLong / 4));
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 0);
+    EXPECT_EQ(program.readAllStandardOutput().trimmed(), "tidied");
+    program.kill();
+    program.waitForFinished(kTooLong);
 }
 
 TEST_P(WindowsSessionEndTest, sessionThatStays_changesNothing)

@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMessageBox>
+#include <QPixmap>
+#include <QSystemTrayIcon>
 #include <QTimer>
 #include <QWidget>
 
@@ -36,6 +38,10 @@ int main(int argc, char* argv[])
     StubbornWindow window;
     const QByteArray state = argc > 1 ? argv[1] : "";
     QMessageBox box;
+    QPixmap pixels(16, 16);
+    pixels.fill(Qt::red);
+    QSystemTrayIcon icon{QIcon(pixels)};
+    icon.show();
     window.show();
     window.setVisible(state != "hidden");
     window.setEnabled(state != "disabled");
