@@ -7,9 +7,44 @@
 #include <QMenu>
 #include <QSystemTrayIcon>
 
+// The second needs the first.
+// clang-format off
 #include <windows.h>
+#include <shellapi.h>
+// clang-format on
 
-WindowsTrayIcon::WindowsTrayIcon() = default;
+#include <chrono>
+
+namespace {
+
+// Qt takes a taskbar for granted, but there is none while the shell restarts.
+bool HasTaskbar()
+{
+    return FindWindowW(L"Shell_TrayWnd", nullptr) != nullptr;
+}
+
+// Wine does not tell where an icon is, and refuses none.
+bool TellsPlaces()
+{
+    NOTIFYICONIDENTIFIER none = {};
+    none.cbSize = sizeof none;
+    RECT place = {};
+    return Shell_NotifyIconGetRect(&none, &place) != E_NOTIMPL;
+}
+
+bool IsInPlace(const QSystemTrayIcon& icon)
+{
+    return HasTaskbar() && (!icon.geometry().isEmpty() || !TellsPlaces());
+}
+
+} // namespace
+
+WindowsTrayIcon::WindowsTrayIcon()
+{
+    constexpr std::chrono::seconds kBetweenAttempts(5);
+    m_again.setInterval(kBetweenAttempts);
+    QObject::connect(&m_again, &QTimer::timeout, &m_again, [this] { AddAgain(); });
+}
 
 WindowsTrayIcon::~WindowsTrayIcon() = default;
 
@@ -26,6 +61,7 @@ void WindowsTrayIcon::Add(const QIcon& icon, const QString& tip, QMenu& menu)
             &menu, [&menu] { menu.activateWindow(); }, Qt::QueuedConnection);
     });
     m_icon->show();
+    m_again.start();
 }
 
 void WindowsTrayIcon::Remove()
@@ -33,6 +69,7 @@ void WindowsTrayIcon::Remove()
     if (m_icon == nullptr) {
         return;
     }
+    m_again.stop();
     m_icon->hide();
     // Remove may be called from the menu that the icon has opened.
     m_icon.release()->deleteLater();
@@ -40,6 +77,14 @@ void WindowsTrayIcon::Remove()
 
 bool WindowsTrayIcon::IsShown() const
 {
-    // Qt takes a taskbar for granted, but there is none while the shell restarts.
-    return m_icon != nullptr && FindWindowW(L"Shell_TrayWnd", nullptr) != nullptr;
+    return m_icon != nullptr && IsInPlace(*m_icon);
+}
+
+void WindowsTrayIcon::AddAgain()
+{
+    // Qt does not try again, nor does it tell of the failure. It adds the icon itself when a taskbar starts.
+    if (HasTaskbar() && !IsInPlace(*m_icon)) {
+        m_icon->hide();
+        m_icon->show();
+    }
 }

@@ -4,11 +4,15 @@
 
 #include "platform/Desktop.h"
 
+#include <QTimer>
+
 #include <memory>
 
 class QSystemTrayIcon;
 
 /// The tray icon of Qt, which opens the menu itself, and adds the icon again after the taskbar has restarted.
+/// The shell may refuse an icon while it is busy, as after a sign-in: it is then added again until it is
+/// there.
 class WindowsTrayIcon final : public TrayIcon
 {
 public:
@@ -20,5 +24,8 @@ public:
     [[nodiscard]] bool IsShown() const override;
 
 private:
+    void AddAgain();
+
     std::unique_ptr<QSystemTrayIcon> m_icon;
+    QTimer m_again;
 };
