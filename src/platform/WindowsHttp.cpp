@@ -42,10 +42,14 @@ void PrepareForHttp() {}
 
 void UseSystemProxy(CURL* easy, const QByteArray& scheme, const QByteArray& host)
 {
-    const QByteArray proxy = ReadProxySettings().ProxyFor(scheme, host);
-    if (!proxy.isEmpty()) {
-        curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());
+    const ProxySettings settings = ReadProxySettings();
+    const QByteArray proxy = settings.ProxyFor(scheme, host);
+    if (settings.proxies.isEmpty()) {
+        // libcurl reads the proxy from the environment.
+        return;
     }
+    // Empty for an exception: without a proxy, that of the environment neither.
+    curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());
 }
 
 void UseSystemCertificates(CURL* easy)

@@ -61,8 +61,8 @@ class Server:
 
 
 class Fetcher:
-    def __init__(self, program, *arguments):
-        self._process = subprocess.Popen([WINE, program, *arguments], env=ENVIRONMENT, text=True, bufsize=1,
+    def __init__(self, program, *arguments, environment=None):
+        self._process = subprocess.Popen([WINE, program, *arguments], env={**ENVIRONMENT, **(environment or {})}, text=True, bufsize=1,
                                          stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         assert self._process.stdout.readline().strip() == "ready"
 
@@ -156,6 +156,8 @@ def check_proxy(program):
             assert proxy.requests[-1].startswith(b"GET http://service.example/a?b HTTP/1.1\r\n"), proxy.requests
             assert fetcher.ask("fetch http://www.direct.example/") is None, "a name that nobody resolves"
             assert fetcher.ask(f"fetch http://127.0.0.1:{server.port}/") == b"<root/>"
+        with Fetcher(program, environment={"http_proxy": f"http://127.0.0.1:{proxy.port}"}) as fetcher:
+            assert fetcher.ask("fetch http://www.direct.example/") is None, "the environment names a proxy for all"
         assert len(proxy.requests) == 1, proxy.requests
     finally:
         subprocess.run([WINE, "reg", "delete", CONNECTIONS, "/v", "DefaultConnectionSettings", "/f"], env=ENVIRONMENT,
