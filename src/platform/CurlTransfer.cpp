@@ -110,7 +110,7 @@ bool CurlTransfer::Prepare()
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &CurlTransfer::OnBody);
     curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
-    UseSystemCertificates(easy);
+    UseSystemCertificates(easy, m_onlyReach);
     if (!m_certificates.isEmpty()) {
         curl_easy_setopt(easy, CURLOPT_CAINFO, m_certificates.constData());
     }

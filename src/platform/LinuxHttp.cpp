@@ -23,7 +23,7 @@ void PrepareForHttp()
 void UseSystemProxy(CURL* /*easy*/, const QByteArray& /*scheme*/, const QByteArray& /*host*/) {}
 
 // Debian's libcurl has the path of the system's certificates.
-void UseSystemCertificates(CURL* /*easy*/) {}
+void UseSystemCertificates(CURL* /*easy*/, bool /*isProbe*/) {}
 
 void LimitAcknowledgement(curl_socket_t socket)
 {

@@ -16,8 +16,9 @@ void PrepareForHttp();
 /// @param host of the URL; not this computer itself
 void UseSystemProxy(CURL* easy, const QByteArray& scheme, const QByteArray& host);
 
-/// Sets the handle of a request up for the system's certificates, where libcurl does not do so itself.
-void UseSystemCertificates(CURL* easy);
+/// Sets the handle of a request up for the system's certificates, where libcurl does not do so itself. On
+/// Windows the system also asks whether a certificate is revoked, for up to 15 seconds, unless @p isProbe.
+void UseSystemCertificates(CURL* easy, bool isProbe);
 
 /// Packets of a kept connection can be lost without an error after a suspend or a change of the network. If
 /// sent data is not acknowledged for 3 seconds, the connection fails.

@@ -52,8 +52,13 @@ void UseSystemProxy(CURL* easy, const QByteArray& scheme, const QByteArray& host
     curl_easy_setopt(easy, CURLOPT_PROXY, proxy.constData());
 }
 
-void UseSystemCertificates(CURL* easy)
+void UseSystemCertificates(CURL* easy, bool isProbe)
 {
+    if (isProbe) {
+        // No limit of libcurl ends that question, and the probe blocks the windows. It sends nothing secret.
+        curl_easy_setopt(easy, CURLOPT_SSL_OPTIONS, long{CURLSSLOPT_NO_REVOKE});
+        return;
+    }
     // A list of revoked certificates that can't be reached is no failure: schannel would otherwise refuse
     // servers whose authority publishes none, and all while that authority does not answer.
     curl_easy_setopt(easy, CURLOPT_SSL_OPTIONS, long{CURLSSLOPT_REVOKE_BEST_EFFORT});
