@@ -12,6 +12,7 @@
 #include <io.h>
 #include <windows.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
@@ -115,15 +116,20 @@ bool SetLength(HANDLE file, qint64 length)
     return ::SetFilePointerEx(file, position, nullptr, FILE_BEGIN) != FALSE && ::SetEndOfFile(file) != FALSE;
 }
 
-// Writes from the start and cuts off a longer old content.
-bool Overwrite(HANDLE file, const QByteArray& content)
+// Writes from the start and cuts off a longer old content. Does not wait for the disk.
+bool OverwriteInMemory(HANDLE file, const QByteArray& content)
 {
     const LARGE_INTEGER start = {};
     DWORD written = 0;
     return ::SetFilePointerEx(file, start, nullptr, FILE_BEGIN) != FALSE &&
            ::WriteFile(file, content.constData(), static_cast<DWORD>(content.size()), &written, nullptr) !=
                FALSE &&
-           written == content.size() && SetLength(file, content.size()) && ::FlushFileBuffers(file) != FALSE;
+           written == content.size() && SetLength(file, content.size());
+}
+
+bool Overwrite(HANDLE file, const QByteArray& content)
+{
+    return OverwriteInMemory(file, content) && ::FlushFileBuffers(file) != FALSE;
 }
 
 // A process that was killed during a save leaves its temporary file. The file of a save that runs is not
@@ -155,8 +161,27 @@ bool TakeRights(HANDLE made, HANDLE old)
                              rights, nullptr) == ERROR_SUCCESS;
 }
 
+struct NewFile
+{
+    Handle handle;
+    bool maySetRights = true;
+};
+
+// Creates a temporary file. Without sharing: nobody else opens or deletes it before it is complete.
+NewFile MakeBeside(const std::wstring& name)
+{
+    constexpr DWORD kAccess = GENERIC_READ | GENERIC_WRITE | DELETE;
+    const std::wstring beside = name + QString::fromLatin1(NewSuffix()).toStdWString();
+    NewFile made{Open(beside, kAccess | WRITE_DAC, 0, CREATE_NEW)};
+    if (!made.handle && ::GetLastError() == ERROR_ACCESS_DENIED) {
+        // A shared folder may let its users change files but no rights; files inherit those of the folder.
+        made = {Open(beside, kAccess, 0, CREATE_NEW), false};
+    }
+    return made;
+}
+
 // Gives the new file the rights and attributes of the old one; false on failure.
-bool TakeAfter(HANDLE made, HANDLE old)
+bool TakeAfter(const NewFile& made, HANDLE old)
 {
     constexpr DWORD kKept = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE |
                             FILE_ATTRIBUTE_NOT_CONTENT_INDEXED;
@@ -167,21 +192,34 @@ bool TakeAfter(HANDLE made, HANDLE old)
     // A 0 leaves the property as it is: the times.
     FILE_BASIC_INFO taken = {};
     taken.FileAttributes = found.FileAttributes & kKept;
-    return ::SetFileInformationByHandle(made, FileBasicInfo, &taken, sizeof taken) != FALSE &&
-           TakeRights(made, old);
+    return ::SetFileInformationByHandle(made.handle.get(), FileBasicInfo, &taken, sizeof taken) != FALSE &&
+           (!made.maySetRights || TakeRights(made.handle.get(), old));
+}
+
+bool RenameAs(FILE_INFO_BY_HANDLE_CLASS kind, DWORD flags, HANDLE file, const std::wstring& name)
+{
+    const std::size_t nameBytes = name.size() * sizeof(wchar_t);
+    std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + nameBytes);
+    auto* const information = new (buffer.data()) FILE_RENAME_INFO{};
+    information->FileNameLength = static_cast<DWORD>(nameBytes);
+    std::copy(name.begin(), name.end(), &information->FileName[0]);
+    // A union of ReplaceIfExists and Flags.
+    std::memcpy(buffer.data(), &flags, sizeof flags);
+    return ::SetFileInformationByHandle(file, kind, information, static_cast<DWORD>(buffer.size())) != FALSE;
 }
 
 // Renames the open file over another one, in one step. Nobody else can open it before it has its name.
 bool Rename(HANDLE file, const std::wstring& name)
 {
-    const std::size_t nameBytes = name.size() * sizeof(wchar_t);
-    std::vector<std::byte> buffer(sizeof(FILE_RENAME_INFO) + nameBytes);
-    auto* const information = new (buffer.data()) FILE_RENAME_INFO{};
-    information->ReplaceIfExists = TRUE;
-    information->FileNameLength = static_cast<DWORD>(nameBytes);
-    std::copy(name.begin(), name.end(), &information->FileName[0]);
-    return ::SetFileInformationByHandle(file, FileRenameInfo, information,
-                                        static_cast<DWORD>(buffer.size())) != FALSE;
+    // FileRenameInfoEx with its flags for replacing and for an open file. The headers of mingw have them for
+    // newer systems only.
+    constexpr auto kRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+    constexpr DWORD kReplace = 1;
+    constexpr DWORD kAlsoIfOpen = 2;
+    // The first way also replaces a file that another program has open and allows to delete, but not every
+    // file system knows it.
+    return RenameAs(kRenameInfoEx, kReplace | kAlsoIfOpen, file, name) ||
+           RenameAs(FileRenameInfo, TRUE, file, name);
 }
 
 // When the last handle is closed.
@@ -202,8 +240,11 @@ std::optional<QByteArray> Content(Handle handle, qint64 limit)
     }
     // Closed with the descriptor.
     static_cast<void>(handle.release());
-    return file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle) ? WholeContent(file, limit)
-                                                                              : std::nullopt;
+    if (!file.open(descriptor, QIODevice::ReadOnly, QFile::AutoCloseHandle)) {
+        ::_close(descriptor);
+        return std::nullopt;
+    }
+    return WholeContent(file, limit);
 }
 
 // For folders without a temporary file. Restores the old content after an error; a crash damages the file.
@@ -248,13 +289,12 @@ bool SystemFileStore::Replace(const QString& path, const QByteArray& content)
     }
     name = old ? TargetName(old.get(), name) : name;
     RemoveLeftovers(name);
-    // Without sharing: nobody else opens or deletes it before it is complete.
-    const std::wstring beside = name + QString::fromLatin1(NewSuffix()).toStdWString();
-    const Handle file = Open(beside, GENERIC_READ | GENERIC_WRITE | DELETE | WRITE_DAC, 0, CREATE_NEW);
+    const NewFile made = MakeBeside(name);
+    const Handle& file = made.handle;
     if (!file) {
         return old && ::GetLastError() == ERROR_ACCESS_DENIED && WriteInPlace(name, old.get(), content);
     }
-    if (old && !TakeAfter(file.get(), old.get())) {
+    if (old && !TakeAfter(made, old.get())) {
         Delete(file.get());
         return WriteInPlace(name, old.get(), content);
     }
@@ -273,5 +313,5 @@ bool SystemFileStore::Write(const QString& path, const QByteArray& content)
 {
     Patience patience;
     const Handle file = OpenShared(FullName(path), GENERIC_WRITE, OPEN_ALWAYS, patience);
-    return file && IsRegular(file) && Overwrite(file.get(), content);
+    return file && IsRegular(file) && OverwriteInMemory(file.get(), content);
 }
