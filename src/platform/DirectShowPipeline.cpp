@@ -63,23 +63,24 @@ ComPointer<Interface> Query(IUnknown& object, const IID& interfaceId)
     return ComPointer<Interface>(static_cast<Interface*>(found));
 }
 
-// The first output of a source; nullptr if it has none.
-ComPointer<IPin> OutputOf(IBaseFilter& source)
+// Connects the first output of a source that the sound output takes: a file may have pictures in another.
+bool ConnectOutput(IFilterGraph2& graph, IBaseFilter& source)
 {
     IEnumPins* found = nullptr;
     if (FAILED(source.EnumPins(&found))) {
-        return nullptr;
+        return false;
     }
     const ComPointer<IEnumPins> pins(found);
     IPin* next = nullptr;
     while (pins->Next(1, &next, nullptr) == S_OK) {
-        ComPointer<IPin> pin(next);
+        const ComPointer<IPin> pin(next);
         PIN_DIRECTION direction = PINDIR_INPUT;
-        if (SUCCEEDED(pin->QueryDirection(&direction)) && direction == PINDIR_OUTPUT) {
-            return pin;
+        if (SUCCEEDED(pin->QueryDirection(&direction)) && direction == PINDIR_OUTPUT &&
+            SUCCEEDED(graph.RenderEx(pin.get(), AM_RENDEREX_RENDERTOEXISTINGRENDERERS, nullptr))) {
+            return true;
         }
     }
-    return nullptr;
+    return false;
 }
 
 // Connects the file to the system's sound output. The only renderer is added beforehand: RenderFile would
@@ -94,9 +95,7 @@ bool Connect(IFilterGraph2& graph, const QString& path)
         return false;
     }
     const ComPointer<IBaseFilter> source(added);
-    const ComPointer<IPin> pin = OutputOf(*source);
-    return pin != nullptr &&
-           SUCCEEDED(graph.RenderEx(pin.get(), AM_RENDEREX_RENDERTOEXISTINGRENDERERS, nullptr));
+    return ConnectOutput(graph, *source);
 }
 
 /// A filter graph of DirectShow.
@@ -171,7 +170,9 @@ private:
         switch (code) {
         case EC_COMPLETE:
             return Message::End;
+        case EC_DEVICE_LOST:
         case EC_ERRORABORT:
+        case EC_SNDDEV_OUT_ERROR:
         case EC_STREAM_ERROR_STOPPED:
         case EC_USERABORT:
             return Message::Error;
