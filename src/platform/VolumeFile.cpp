@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/VolumeFile.h"
 
+#include "platform/SystemFileStore.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace {
 
@@ -29,9 +30,6 @@ int VolumeFile::Read() const
 void VolumeFile::Write(int volume) const
 {
     QDir().mkpath(QFileInfo(m_path).path());
-    QSaveFile file(m_path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(QByteArray::number(volume) + '\n');
-        file.commit();
-    }
+    // Forgotten on failure.
+    static_cast<void>(SystemFileStore().Replace(m_path, QByteArray::number(volume) + '\n'));
 }
