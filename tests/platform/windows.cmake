@@ -39,7 +39,7 @@ target_compile_definitions(platform_tests PRIVATE DUSKBEACON_REGION="$<TARGET_FI
 # Ended by the messages of the session, which another process sends.
 add_executable(session session.cpp)
 target_link_libraries(session PRIVATE duskbeacon_options duskbeacon_platform Qt6::Widgets)
-duskbeacon_test(session_tests SOURCES WindowsSessionEndTest.cpp LIBRARIES test_fakes)
+duskbeacon_test(session_tests SOURCES WindowsSessionEndTest.cpp LIBRARIES test_fakes LABELS display)
 add_dependencies(session_tests session)
 target_compile_definitions(session_tests PRIVATE DUSKBEACON_SESSION="$<TARGET_FILE:session>")
 set_target_properties(region saver session PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
