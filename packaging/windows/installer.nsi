@@ -6,7 +6,7 @@
 ;
 ; Silent modes: /S, /D=FOLDER (last, without quotes), /AUTOSTART; uninstall.exe /S, /REMOVESETTINGS.
 ; Exit codes: 0 done; 1 cancelled; 2 Windows is too old; 3 the program is running and did not end, nothing was changed;
-; 4 a file can't be written.
+; 4 a file can't be written, or the copy in another folder can't be removed; 5 the folder has a portable copy.
 Unicode true
 Target amd64-unicode
 RequestExecutionLevel user
@@ -30,6 +30,9 @@ CRCCheck force
 !define TOO_OLD 2
 !define STILL_RUNNING 3
 !define NOT_WRITTEN 4
+!define PORTABLE_COPY 5
+; Version 1903, the first with the UTF-8 code page of the program's manifest.
+!define OLDEST_BUILD 18362
 
 Name "Dusk Beacon"
 OutFile "${OUTPUT}"
@@ -98,12 +101,12 @@ Function ${un}SendToProgram
   ${Loop}
 FunctionEnd
 
-; $2 becomes 1 if the program's file can be replaced: Windows refuses that while the program runs.
+; $2 becomes 1 if the program's file in the folder $R8 can be replaced: Windows refuses that while the program runs.
 Function ${un}IsReplaceable
   StrCpy $2 1
-  ${If} ${FileExists} "$INSTDIR\${PROGRAM}"
+  ${If} ${FileExists} "$R8\${PROGRAM}"
     ClearErrors
-    FileOpen $3 "$INSTDIR\${PROGRAM}" a
+    FileOpen $3 "$R8\${PROGRAM}" a
     ${If} ${Errors}
       StrCpy $2 0
     ${Else}
@@ -112,10 +115,11 @@ Function ${un}IsReplaceable
   ${EndIf}
 FunctionEnd
 
-; Asks a running program to end, as the session would, and waits for at most some fifteen seconds. The program is never killed.
+; Asks the program of the folder $R8 to end, as the session would, and waits for at most some fifteen seconds. The program is
+; never killed.
 Function ${un}EndProgram
   ${un}ask:
-  StrCpy $9 "$INSTDIR\${PROGRAM}"
+  StrCpy $9 "$R8\${PROGRAM}"
   System::Call 'kernel32::GetLongPathNameW(w r9, w .r9, i ${NSIS_MAX_STRLEN})'
   ; More than once: the list of windows is cut short when a window disappears, and two copies may be running.
   ${ForEach} $R0 1 3 + 1
@@ -162,14 +166,33 @@ FunctionEnd
 !macroend
 !include "${LIST}"
 
+; Leaves the value of another copy, for example of a portable one.
+!macro RemoveAutostart
+  ReadRegStr $0 HKCU "${RUN_KEY}" "${RUN_VALUE}"
+  ${If} $0 == '"$INSTDIR\${PROGRAM}"'
+    DeleteRegValue HKCU "${RUN_KEY}" "${RUN_VALUE}"
+  ${EndIf}
+!macroend
+
 Section "Dusk Beacon" SectionProgram
   SectionIn RO
+  Call RefusePortableCopy
+  StrCpy $R8 "$INSTDIR"
   Call EndProgram
-  Call RemoveOtherCopy
+  Call FindOtherCopy
+  ${If} $R9 != ""
+    StrCpy $R8 "$R9"
+    Call EndProgram
+  ${EndIf}
+  ; Qt loads every plugin that it finds, also one of an older version.
+  Delete "$INSTDIR\platforms\*.dll"
+  Delete "$INSTDIR\imageformats\*.dll"
   !insertmacro PutAll
   SetOutPath "$INSTDIR"
   Call PutSettings
   WriteUninstaller "$INSTDIR\uninstall.exe"
+  ; After the new copy is complete, and before its entries, which have the names of the old ones.
+  Call RemoveOtherCopy
   CreateShortcut "$SMPROGRAMS\Dusk Beacon.lnk" "$INSTDIR\${PROGRAM}"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayName" "Dusk Beacon"
   WriteRegStr HKCU "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
@@ -190,24 +213,50 @@ Section
   ${If} ${SectionIsSelected} ${SectionAutostart}
     WriteRegStr HKCU "${RUN_KEY}" "${RUN_VALUE}" '"$INSTDIR\${PROGRAM}"'
   ${Else}
-    DeleteRegValue HKCU "${RUN_KEY}" "${RUN_VALUE}"
+    !insertmacro RemoveAutostart
   ${EndIf}
 SectionEnd
 
-; Only one copy is installed: with /D an upgrade may go to another folder.
-Function RemoveOtherCopy
-  ReadRegStr $0 HKCU "${UNINSTALL_KEY}" "InstallLocation"
-  ${If} $0 != ""
-  ${AndIf} $0 != $INSTDIR
-  ${AndIf} ${FileExists} "$0\uninstall.exe"
-    ; With _? the uninstaller runs from its own folder, and its exit code can be read; it can't delete itself then.
-    ExecWait '"$0\uninstall.exe" /S _?=$0' $1
-    ${If} $1 = ${STILL_RUNNING}
-      !insertmacro Fail ${STILL_RUNNING} "Dusk Beacon is running in $0 and did not end. Close it and start this installer again."
-    ${EndIf}
-    Delete "$0\uninstall.exe"
-    RMDir "$0"
+; A folder with settings.xml would make the installed program a portable one, and its uninstaller would remove the user's copy.
+Function RefusePortableCopy
+  ${If} ${FileExists} "$INSTDIR\settings.xml"
+  ${AndIfNot} ${FileExists} "$INSTDIR\uninstall.exe"
+    !insertmacro Fail ${PORTABLE_COPY} "$INSTDIR has a portable copy of Dusk Beacon. Choose another folder."
   ${EndIf}
+FunctionEnd
+
+; Only one copy is installed: with /D an upgrade may go to another folder. $R9 becomes the folder of the other copy, or empty.
+Function FindOtherCopy
+  ReadRegStr $R9 HKCU "${UNINSTALL_KEY}" "InstallLocation"
+  ${If} $R9 == $INSTDIR
+  ${OrIfNot} ${FileExists} "$R9\uninstall.exe"
+    StrCpy $R9 ""
+    Return
+  ${EndIf}
+  ; One folder may have two names, for example through a link: then a file in one is in the other.
+  CreateDirectory "$INSTDIR"
+  GetTempFileName $0 "$INSTDIR"
+  ${GetFileName} "$0" $1
+  ${If} ${FileExists} "$R9\$1"
+    StrCpy $R9 ""
+  ${EndIf}
+  Delete "$0"
+FunctionEnd
+
+; Removes the copy in the folder $R9, if that is not empty.
+Function RemoveOtherCopy
+  ${If} $R9 == ""
+    Return
+  ${EndIf}
+  ClearErrors
+  ; With _? the uninstaller runs from its own folder, and its exit code can be read; it can't delete itself then.
+  ExecWait '"$R9\uninstall.exe" /S _?=$R9' $1
+  ${If} ${Errors}
+  ${OrIf} $1 <> 0
+    !insertmacro Fail ${NOT_WRITTEN} "Dusk Beacon in $R9 can't be removed and stays installed. Remove it and start this installer again."
+  ${EndIf}
+  Delete "$R9\uninstall.exe"
+  RMDir "$R9"
 FunctionEnd
 
 ; The program never creates its settings: a missing file is put there, an existing one stays. A rename, so that there is either
@@ -228,21 +277,24 @@ FunctionEnd
 
 Function .onInit
   ${IfNot} ${AtLeastWin10}
-    !insertmacro Fail ${TOO_OLD} "Dusk Beacon needs Windows 10 or later."
+  ${OrIfNot} ${AtLeastBuild} ${OLDEST_BUILD}
+    !insertmacro Fail ${TOO_OLD} "Dusk Beacon needs Windows 10 version 1903 or later."
   ${EndIf}
-  ; An upgrade offers what was chosen before.
+  ; An upgrade offers what was chosen for the installed copy.
   ReadRegStr $0 HKCU "${RUN_KEY}" "${RUN_VALUE}"
+  ReadRegStr $3 HKCU "${UNINSTALL_KEY}" "InstallLocation"
   ${GetParameters} $1
   ClearErrors
   ${GetOptions} $1 "/AUTOSTART" $2
   ${IfNot} ${Errors}
-  ${OrIf} $0 != ""
+  ${OrIf} $0 == '"$3\${PROGRAM}"'
     !insertmacro SelectSection ${SectionAutostart}
   ${EndIf}
 FunctionEnd
 
 Section "un.Dusk Beacon"
   SectionIn RO
+  StrCpy $R8 "$INSTDIR"
   Call un.EndProgram
   !insertmacro RemoveAll
   ; Written by the program.
@@ -251,7 +303,7 @@ Section "un.Dusk Beacon"
   ; Only if it is empty: the user may have chosen a folder with other files.
   RMDir "$INSTDIR"
   Delete "$SMPROGRAMS\Dusk Beacon.lnk"
-  DeleteRegValue HKCU "${RUN_KEY}" "${RUN_VALUE}"
+  !insertmacro RemoveAutostart
   DeleteRegKey HKCU "${UNINSTALL_KEY}"
 SectionEnd
 

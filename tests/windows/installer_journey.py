@@ -17,7 +17,8 @@ UNINSTALL_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\DuskB
 RUN_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Run"
 # "The call to prayer, two times".
 OTHER_FOLDER = "C:\\My programs\\\u0646\u062f\u0627\u0621 \u0627\u0644\u0635\u0644\u0627\u0629 2"
-TOO_OLD, STILL_RUNNING, NOT_WRITTEN = 2, 3, 4
+VERSION_KEY = r"HKLM\Software\Microsoft\Windows NT\CurrentVersion"
+TOO_OLD, STILL_RUNNING, NOT_WRITTEN, PORTABLE_COPY = 2, 3, 4, 5
 
 
 def content(path):
@@ -93,11 +94,31 @@ class Installation:
 def too_old(installed):
     installed.windows.set_version("win7")
     installed.install(code=TOO_OLD)
+    installed.windows.set_version("win10")
+    # Version 1809.
+    installed.windows.run("reg", "add", VERSION_KEY, "/v", "CurrentBuildNumber", "/d", "17763", "/f")
+    installed.install(code=TOO_OLD)
     assert not os.path.exists(installed.path("DuskBeacon.exe")) and not os.path.exists(installed.settings)
     installed.windows.set_version("win10")
 
 
+def into_a_portable_copy(installed):
+    folder = installed.windows.path("C:\\Portable")
+    os.mkdir(folder)
+    shutil.copy(installed.shipped, folder)
+    installed.install("/D=C:\\Portable", code=PORTABLE_COPY)
+    assert os.listdir(folder) == ["settings.xml"], os.listdir(folder)
+
+
 def first(installed):
+    # A portable copy may start with Windows: not the choice of this copy.
+    value = "C:\\Portable\\DuskBeacon.exe"
+    installed.windows.run("reg", "add", RUN_KEY, "/v", "DuskBeacon", "/d", value, "/f")
+    installed.install()
+    assert installed.windows.registry(RUN_KEY).get("DuskBeacon") == value
+    installed.uninstall()
+    assert installed.windows.registry(RUN_KEY).get("DuskBeacon") == value
+    installed.windows.run("reg", "delete", RUN_KEY, "/v", "DuskBeacon", "/f")
     installed.install()
     installed.check()
     assert content(installed.settings) == content(installed.shipped)
@@ -110,9 +131,14 @@ def over_itself(installed):
     installed.check(autostart=True)
     with open(installed.path("DuskBeacon.DBN"), "ab") as file:
         file.write(b"of an older version")
+    plugins = [installed.path(name) for name in ("platforms\\qolder.dll", "imageformats\\qolder.dll")]
+    for plugin in plugins:
+        with open(plugin, "wb") as file:
+            file.write(b"of an older version")
     installed.install()
     installed.check(autostart=True)
     assert installed.digests() == digests
+    assert not any(map(os.path.exists, plugins)), "Qt would load it"
     assert content(installed.settings) == text, "an upgrade touched the user's settings"
     assert os.listdir(os.path.dirname(installed.settings)) == ["settings.xml"]
     os.remove(installed.settings)
@@ -185,8 +211,29 @@ def a_file_that_cannot_be_written(installed):
 
 
 def into_another_folder(installed):
+    # Complete again after the step before.
+    installed.install()
     text = installed.change_settings()
     before = installed.path("")
+    # The disk is full: the installed copy stays.
+    taken = os.path.join(installed.windows.path(OTHER_FOLDER), "DuskBeacon.DBN")
+    os.makedirs(taken)
+    installed.install("/D=" + OTHER_FOLDER, code=NOT_WRITTEN)
+    installed.check(autostart=True)
+    os.rmdir(taken)
+    # Its uninstaller fails: it stays the one that is registered.
+    uninstaller = content(installed.path("uninstall.exe"))
+    with open(installed.path("uninstall.exe"), "wb") as file:
+        file.write(b"damaged")
+    installed.install("/D=" + OTHER_FOLDER, code=NOT_WRITTEN)
+    installed.check(autostart=True)
+    with open(installed.path("uninstall.exe"), "wb") as file:
+        file.write(uninstaller)
+    # The same folder under another name is no other copy.
+    os.symlink(before.rstrip("/"), installed.windows.path("C:\\Link"))
+    installed.install("/D=C:\\Link")
+    installed.install("/D=" + installed.folder)
+    installed.check(autostart=True)
     installed.folder = OTHER_FOLDER
     installed.install("/D=" + OTHER_FOLDER)
     installed.check(autostart=True)
@@ -221,7 +268,7 @@ def removal(installed):
 def journey(installer, stand_in, shipped):
     with wine.Windows() as windows:
         installed = Installation(windows, installer, stand_in, shipped)
-        for step in (too_old, first, over_itself, over_a_running_program,
+        for step in (too_old, into_a_portable_copy, first, over_itself, over_a_running_program,
                      over_a_program_that_stays, a_file_that_cannot_be_written, into_another_folder, removal):
             print(step.__name__.replace("_", " "), flush=True)
             step(installed)
