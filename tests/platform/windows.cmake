@@ -3,8 +3,8 @@
 
 # The tests of what Windows shares with Linux, and of its own files.
 duskbeacon_test(platform_tests
-  SOURCES BesideBoxTest.cpp FileStoreTest.cpp ProxySettingsTest.cpp QtMessageBoxesTest.cpp WindowsFileStoreTest.cpp
-    SecondPhaseTest.cpp WindowsClockTest.cpp WindowsProcessTest.cpp WindowsRegionTest.cpp
+  SOURCES BesideBoxTest.cpp FileStoreTest.cpp ProxySettingsTest.cpp QtBrowserTest.cpp QtMessageBoxesTest.cpp
+    SecondPhaseTest.cpp WindowsFileStoreTest.cpp WindowsClockTest.cpp WindowsProcessTest.cpp WindowsRegionTest.cpp
   LIBRARIES test_fakes)
 duskbeacon_test(curl_http_tests
   SOURCES CurlHttpNotifyTest.cpp CurlProbeTest.cpp
@@ -27,7 +27,9 @@ set_tests_properties(http_test PROPERTIES RUN_SERIAL ON)
 add_executable(saver saver.cpp)
 target_link_libraries(saver PRIVATE duskbeacon_options duskbeacon_platform Qt6::Core)
 target_include_directories(saver PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-duskbeacon_test(kill_tests SOURCES KillWhileSavingTest.cpp LIBRARIES test_fakes LABELS slow TIMEOUT 600)
+duskbeacon_test(kill_tests SOURCES KillWhileSavingTest.cpp LIBRARIES test_fakes LABELS slow)
+# DUSKBEACON_KILL_ROUNDS may ask for more.
+set_tests_properties(kill_tests PROPERTIES TIMEOUT 1800)
 add_dependencies(kill_tests saver)
 target_compile_definitions(kill_tests PRIVATE DUSKBEACON_SAVER="$<TARGET_FILE:saver>")
 
