@@ -3,6 +3,7 @@
 #include "messages/IncomingMail.h"
 
 #include "messages/AuthenticationResults.h"
+#include "messages/FromAddress.h"
 #include "messages/MailAddress.h"
 #include "support/Ascii.h"
 #include "support/Utf8.h"
@@ -184,6 +185,18 @@ bool IsAuthenticated(const std::vector<Header>& headers, std::string_view server
     return false;
 }
 
+// A DMARC pass proves the domain of the header From only: other addresses of that domain are other persons'.
+bool IsFrom(const std::vector<Header>& headers, std::string_view sender)
+{
+    std::vector<std::optional<std::string>> addresses;
+    for (const Header& header : headers) {
+        if (header.name == "from") {
+            addresses.push_back(FromAddress(header.value));
+        }
+    }
+    return addresses.size() == 1 && addresses.front() == sender;
+}
+
 std::string WithoutMarkup(std::string_view html)
 {
     std::string text;
@@ -243,7 +256,7 @@ std::variant<IncomingText, MailRefusal> ReadMail(std::string_view message, std::
     if (IsAutomatic(headers, *sender)) {
         return MailRefusal::Automatic;
     }
-    if (!IsAuthenticated(headers, server, *sender)) {
+    if (!IsAuthenticated(headers, server, *sender) || !IsFrom(headers, *sender)) {
         return MailRefusal::NotAuthenticated;
     }
     const std::string reduced = Reduced(mail);

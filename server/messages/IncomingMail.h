@@ -15,7 +15,8 @@ namespace beacond {
 enum class MailRefusal {
     NoSender,        ///< no envelope sender, an empty one, or one that sign-ups don't accept
     Automatic,       ///< from a program or a mailing list
-    NotAuthenticated ///< the operator's server has not found that the sender's domain sent it
+    NotAuthenticated ///< the operator's server has not found that the sender's domain sent it, or the header
+                     ///< From names another address
 };
 
 /// The number of bytes of a mail that are read; the words of a person stand at its beginning.
@@ -26,6 +27,8 @@ inline constexpr std::size_t kMailBytesRead = 64UL * 1024;
 ///
 /// The first Authentication-Results of the server must have a DMARC pass, for the registered domain of the
 /// envelope sender: a pass alone proves only the domain of the header From. Further ones may be the sender's.
+/// There must be one header From with one address, the envelope sender: a person of the same domain could
+/// send an own signed mail again with another's envelope sender.
 /// @param message its first kMailBytesRead bytes
 /// @param server the authserv-id in the server's Authentication-Results
 [[nodiscard]] std::variant<IncomingText, MailRefusal> ReadMail(std::string_view message,

@@ -162,6 +162,39 @@ TEST(IncomingMail, victimAsEnvelopeSender_isRefused)
                   MailRefusal::NotAuthenticated);
 }
 
+// The sender repeats a signed mail of an own address at the same domain.
+TEST(IncomingMail, fromOfAnotherAddress_isRefused)
+{
+    const std::string victim = "Return-Path: <victim@example.org>\n" + std::string(kPass);
+    ExpectRefusal(victim + kRest + "\ntest\n", MailRefusal::NotAuthenticated);
+    const struct
+    {
+        std::string from;
+        bool isRead;
+    } rows[] = {
+        {"From: victim@example.org\n", true},
+        {"FROM : \"Aisha, aisha@example.org\" (a@b) <Victim@Example.org>\n", true},
+        {"From: =?utf-8?q?A=C3=AFsha?=\n <victim@example.org>\n", true},
+        {"", false},
+        {"From: victim@example.org\nFrom: aisha@example.org\n", false},
+        {"From: aisha@example.org\nFrom: victim@example.org\n", false},
+        {"From: victim@example.org, aisha@example.org\n", false},
+        {"From: aisha@example.org, <victim@example.org>\n", false},
+        {"From: aisha@example.org <victim@example.org>\n", false},
+        {"From: <aisha@example.org> <victim@example.org>\n", false},
+        {"From: <victim@example.org> aisha@example.org\n", false},
+        {"From: group: victim@example.org;\n", false},
+        {"From: <@example.org:victim@example.org>\n", false},
+        {"From: \"victim@example.org\n", false},
+        {"From: (victim@example.org\n", false},
+        {"From: victim@example.org\raisha@example.org\n", false},
+    };
+    for (const auto& row : rows) {
+        const auto read = Read(victim + row.from + "Subject: STOP\n\nSTOP\n");
+        EXPECT_EQ(std::holds_alternative<IncomingText>(read), row.isRead) << row.from;
+    }
+}
+
 TEST(IncomingMail, giantAndNestedMails_areReadInTimeAndBounded)
 {
     std::string nested = "MIME-Version: 1.0\n";
