@@ -22,6 +22,19 @@ constexpr int kMostWaiting = 100;
 // A person waits for the reply to the form, and a shutdown for the message.
 constexpr std::chrono::seconds kLongestWait{3};
 
+// Returns false, without a slot, after @p latest.
+bool WaitForSlot(Channel& channel, Channel::Clock::time_point latest)
+{
+    while (Channel::Clock::now() <= latest) {
+        if (const auto slot = channel.TakeSlot(Channel::Use::Answer)) {
+            std::this_thread::sleep_until(*slot);
+            return true;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+}
+
 } // namespace
 
 /// A channel with its threads.
@@ -55,37 +68,36 @@ void Answers::Join()
     }
 }
 
-boost::asio::awaitable<Handover> Answers::Send(Address address, std::string text)
+boost::asio::awaitable<Answers::Result> Answers::Send(Address address, std::string text)
 {
     const auto found = m_lanes.find(NameOf(address.kind));
     if (found == m_lanes.end()) {
-        co_return Handover::RetryLater;
+        co_return Result{Handover::RetryLater, false};
     }
     Lane& lane = *found->second;
     if (++lane.waiting > kMostWaiting) {
         --lane.waiting;
         m_report("a message is not sent: too many wait for the channel");
-        co_return Handover::RetryLater;
+        co_return Result{Handover::RetryLater, true};
     }
     const OutgoingMessage message{.address = std::move(address.text),
                                   .subject = "Dusk Beacon: your personal code",
                                   .text = std::move(text),
                                   .id = "code-" + std::to_string(RandomBelow(1U << 31U)),
                                   .language = "en"};
-    auto send = [&lane, &message]() -> boost::asio::awaitable<SendResult> {
-        const Channel::Clock::time_point slot = lane.channel.TakeSlot();
-        if (slot > Channel::Clock::now() + kLongestWait) {
-            co_return SendResult{Handover::RetryLater, "a message is not sent: its channel is busy"};
-        }
-        std::this_thread::sleep_until(slot);
-        co_return lane.channel.Send(message);
+    bool isBusy = false;
+    const Channel::Clock::time_point latest = Channel::Clock::now() + kLongestWait;
+    auto send = [&lane, &message, &isBusy, latest]() -> boost::asio::awaitable<SendResult> {
+        isBusy = !WaitForSlot(lane.channel, latest);
+        co_return isBusy ? SendResult{Handover::RetryLater, "a message is not sent: its channel is busy"}
+                         : lane.channel.Send(message);
     };
     const SendResult result = co_await boost::asio::co_spawn(lane.threads, send, boost::asio::use_awaitable);
     --lane.waiting;
     if (!result.reason.empty()) {
         m_report(result.reason);
     }
-    co_return result.handover;
+    co_return Result{result.handover, isBusy};
 }
 
 } // namespace beacond

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "messages/Address.h"
+#include "messages/Channel.h"
 #include "support/Report.h"
 
 #include <boost/asio/awaitable.hpp>
@@ -14,7 +15,6 @@
 namespace beacond {
 
 class Channels;
-enum class Handover;
 
 /// Hands the answers to sign-ups over to the channels, each on threads of its own, since that waits for the
 /// disk or the network: a channel that hangs delays no other one. Thread-safe.
@@ -27,9 +27,15 @@ public:
     Answers(const Answers&) = delete;
     Answers& operator=(const Answers&) = delete;
 
+    struct Result
+    {
+        Handover handover;
+        bool isBusy; ///< the channel has not tried it: too many messages wait
+    };
     /// Returns when the message has been handed over, or not. RetryLater without a channel for that kind of
-    /// address.
-    [[nodiscard]] boost::asio::awaitable<Handover> Send(Address address, std::string text);
+    /// address. A message that has not begun after three seconds is not sent, so that the call takes the
+    /// channel's Timeout and four seconds at most.
+    [[nodiscard]] boost::asio::awaitable<Result> Send(Address address, std::string text);
     /// Waits until all messages under way have been handed over. No message is handed over afterwards.
     void Join();
 

@@ -16,12 +16,25 @@ Channel::Channel(const ChannelOptions& options)
 {
 }
 
-Channel::Clock::time_point Channel::TakeSlot()
+std::optional<Channel::Clock::time_point> Channel::TakeSlot(Use use)
 {
+    using namespace std::chrono_literals;
+    constexpr auto kAhead = 100ms;
     const auto interval =
         std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(1 / m_perSecond));
     const std::lock_guard lock(m_mutex);
-    const Clock::time_point slot = std::max(m_nextSlot, Clock::now());
+    const Clock::time_point now = Clock::now();
+    const Clock::time_point slot = std::max(m_nextSlot, now);
+    const Use other = use == Use::Text ? Use::Answer : Use::Text;
+    // A faster channel has slots for both.
+    const bool isOthersTurn =
+        interval > kAhead && m_lastUse == use && m_waiting[static_cast<std::size_t>(other)] > now - kAhead;
+    if (slot > now + kAhead || isOthersTurn) {
+        m_waiting[static_cast<std::size_t>(use)] = now;
+        return std::nullopt;
+    }
+    m_waiting[static_cast<std::size_t>(use)] = {};
+    m_lastUse = use;
     m_nextSlot = slot + interval;
     return slot;
 }

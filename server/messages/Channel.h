@@ -4,9 +4,11 @@
 
 #include "messages/ChannelOptions.h"
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -64,9 +66,12 @@ public:
     /// The longest duration of Send.
     [[nodiscard]] std::chrono::seconds Timeout() const { return m_timeout; }
 
-    /// The time from which on the caller may send one message, so that all callers together keep to
-    /// PerSecond. Thread-safe.
-    [[nodiscard]] Clock::time_point TakeSlot();
+    /// The senders of a channel: texts of the outbox, and answers to sign-ups.
+    enum class Use { Text, Answer };
+    /// The time, within 100 ms, from which on the caller may send one message, so that all callers together
+    /// keep to PerSecond. Nothing if there is no such time yet: ask again within 50 ms. While both uses ask,
+    /// each gets every second time. Thread-safe.
+    [[nodiscard]] std::optional<Clock::time_point> TakeSlot(Use use);
     /// Returns when the provider has answered, or at the timeout. Blocks: not for a thread that serves
     /// requests. Does not throw. Thread-safe.
     [[nodiscard]] SendResult Send(const OutgoingMessage& message) noexcept;
@@ -94,6 +99,8 @@ private:
     std::atomic<std::int64_t> m_failuresInARow{0};
     std::mutex m_mutex;
     Clock::time_point m_nextSlot;
+    Use m_lastUse = Use::Text;                    ///< of a slot
+    std::array<Clock::time_point, 2> m_waiting{}; ///< the last vain request of each use
 };
 
 } // namespace beacond

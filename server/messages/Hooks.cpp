@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Longer than a message takes: its channel gives up after a minute at most.
+// Longer than a message takes: its channel begins within three seconds and gives up after a minute at most.
 constexpr std::int64_t kLease = 90;
 // Providers repeat a message for some hours. The store knows a handled one for three days.
 constexpr auto kOldest = 24h;
@@ -100,7 +100,7 @@ boost::asio::awaitable<Hooks::Result> Hooks::TakeOnce(std::string id, HookMessag
         }
         const Signups::Outcome outcome =
             co_await m_signups.Take(std::move(*message.text), Road::Hook, elapsed);
-        if (outcome == Signups::Outcome::Failed) {
+        if (Signups::CanBeRepeated(outcome)) {
             co_await m_store.Run(std::move(giveBack));
         } else {
             result = Result::Done;

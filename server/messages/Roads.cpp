@@ -237,7 +237,7 @@ asio::awaitable<Roads::Fate> Roads::TakeFile(FolderFormat format, const Incoming
     }
     const Signups::Outcome outcome =
         co_await m_signups.Take(std::move(*text), RoadOf(format), AttemptLimit::Clock::now());
-    if (outcome == Signups::Outcome::Failed) {
+    if (Signups::CanBeRepeated(outcome)) {
         ++m_figures.delayed;
         co_return Fate::Later;
     }

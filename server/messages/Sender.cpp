@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <future>
+#include <optional>
 
 namespace beacond {
 
@@ -24,6 +25,7 @@ namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
 constexpr auto kPoll = 250ms;
+constexpr auto kSlotPoll = 20ms;
 
 // Seconds until the next attempt: 5, 10, 20, ... 160, within the ten minutes of a text.
 std::int64_t BackOff(std::int64_t attempts)
@@ -155,8 +157,12 @@ asio::awaitable<void> Sender::Work(Feed& feed)
         if (feed.leased.size() == feed.Batch() / 2) {
             feed.room.cancel();
         }
-        const Clock::time_point slot = feed.channel.TakeSlot();
-        const auto wait = std::chrono::ceil<std::chrono::milliseconds>(slot - Clock::now());
+        std::optional<Clock::time_point> slot = feed.channel.TakeSlot(Channel::Use::Text);
+        while (!slot && !m_isEnding) {
+            co_await Pause(kSlotPoll);
+            slot = feed.channel.TakeSlot(Channel::Use::Text);
+        }
+        const auto wait = slot ? std::chrono::ceil<std::chrono::milliseconds>(*slot - Clock::now()) : 0ms;
         if (wait > 0ms) {
             co_await Pause(wait);
         }

@@ -78,10 +78,10 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUpAddress(Address address,
     // message expires.
     const AddressKind kind = address.kind;
     std::string text = CodeMessage(kind, stored.device, code);
-    const Handover handover = co_await m_answers.Send(std::move(address), std::move(text));
+    const auto [handover, isBusy] = co_await m_answers.Send(std::move(address), std::move(text));
     if (handover == Handover::RetryLater) {
         co_await Undo(PriceOf(kind), codeHash);
-        co_return Outcome::Failed;
+        co_return isBusy ? Outcome::Busy : Outcome::Failed;
     }
     if (handover == Handover::Refused) {
         // A refused address counts in the limits: its attempts cost as much work as others.
@@ -114,7 +114,8 @@ boost::asio::awaitable<Signups::Outcome> Signups::Stop(Address address)
     if (end.isAnswered) {
         const std::int64_t price = PriceOf(address.kind);
         std::string text = StopMessage();
-        const Handover handover = co_await m_answers.Send(std::move(address), std::move(text));
+        const Answers::Result result = co_await m_answers.Send(std::move(address), std::move(text));
+        const Handover handover = result.handover;
         if (handover == Handover::RetryLater || handover == Handover::Refused) {
             co_await Undo(price, {});
         }

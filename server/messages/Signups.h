@@ -62,11 +62,17 @@ public:
         Full,         ///< the channel serves no further device
         Unaffordable, ///< beyond the spending of the day
         Refused,      ///< by the channel, for good
-        Failed        ///< the store or the channel; can succeed later
+        Failed,       ///< the store or the channel; can succeed later
+        Busy          ///< too many messages wait for the channel; can succeed later
     };
-    static constexpr std::array<std::string_view, 12> kOutcomeNames = {
-        "sent",        "stopped",  "nothing", "not_offered",  "no_address", "phone_number",
-        "not_invited", "too_many", "full",    "unaffordable", "refused",    "failed"};
+    static constexpr std::array<std::string_view, 13> kOutcomeNames = {
+        "sent",     "stopped", "nothing",      "not_offered", "no_address", "phone_number", "not_invited",
+        "too_many", "full",    "unaffordable", "refused",     "failed",     "busy"};
+    /// Whether the same sign-up can succeed later.
+    [[nodiscard]] static bool CanBeRepeated(Outcome outcome)
+    {
+        return outcome == Outcome::Failed || outcome == Outcome::Busy;
+    }
     /// The number of each outcome since the start.
     using Figures = std::array<std::atomic<std::uint64_t>, kOutcomeNames.size()>;
 

@@ -242,6 +242,7 @@ Response SignupPage(Signups::Outcome outcome)
     case Signups::Outcome::Stopped:
     case Signups::Outcome::Nothing:
     case Signups::Outcome::Failed:
+    case Signups::Outcome::Busy:
         break;
     }
     return Page(503, kSignupTitle,

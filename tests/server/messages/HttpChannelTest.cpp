@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "server/Becomes.h"
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
 #include "server/messages/ChannelFixture.h"
@@ -188,9 +189,31 @@ TEST(Channel, slots_keepToTheRateOfAllCallers)
     options.perSecond = 2;
     const Channels channels({options});
     Channel& channel = *channels.ForKind("sms");
-    const auto first = channel.TakeSlot();
-    EXPECT_EQ(channel.TakeSlot() - first, std::chrono::milliseconds(500));
-    EXPECT_EQ(channel.TakeSlot() - first, std::chrono::seconds(1));
+    const auto first = channel.TakeSlot(Channel::Use::Text);
+    ASSERT_TRUE(first.has_value());
+    std::optional<Channel::Clock::time_point> next = channel.TakeSlot(Channel::Use::Text);
+    EXPECT_FALSE(next.has_value()) << "no slot is taken ahead";
+    ASSERT_TRUE(Becomes([&] { return (next = channel.TakeSlot(Channel::Use::Text)).has_value(); }));
+    EXPECT_EQ(*next - *first, std::chrono::milliseconds(500));
     EXPECT_EQ(channels.PerSecond("sms"), 2);
     EXPECT_EQ(channels.PerSecond("mail"), 0);
+}
+
+TEST(Channel, slots_alternateBetweenTextsAndAnswers)
+{
+    ChannelOptions options = HttpOptionsTo(1);
+    options.perSecond = 8;
+    const Channels channels({options});
+    Channel& channel = *channels.ForKind("sms");
+    int texts = 0;
+    int answers = 0;
+    ASSERT_TRUE(Becomes([&] {
+        for (int worker = 0; worker < 4; ++worker) {
+            texts += channel.TakeSlot(Channel::Use::Text) ? 1 : 0;
+        }
+        answers += channel.TakeSlot(Channel::Use::Answer) ? 1 : 0;
+        return texts + answers >= 8;
+    }));
+    EXPECT_EQ(texts, 4);
+    EXPECT_EQ(answers, 4);
 }

@@ -425,6 +425,24 @@ TEST_F(SignupsTest, answerThatIsNotAccepted_isNotCharged)
     EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
 }
 
+TEST_F(SignupsTest, busyChannel_countsForTheNetworkAndUsesNoTurnOfTheChannel)
+{
+    perSecond = 0.5;
+    channels = Channels{{SpoolOf("mail")}};
+    Start();
+    std::vector<std::future<Outcome>> outcomes;
+    for (int i = 0; i < 20; ++i) {
+        outcomes.push_back(std::async(
+            std::launch::async, [this, i] { return SignUp("a" + std::to_string(i) + "@example.org"); }));
+    }
+    for (std::future<Outcome>& outcome : outcomes) {
+        outcome.wait();
+    }
+    EXPECT_LE(Messages().size(), 3U);
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::TooMany);
+    EXPECT_EQ(SignUp("aisha@example.org", "192.0.2.2"), Outcome::Sent) << "within three seconds";
+}
+
 TEST_F(SignupsTest, hangingProvider_delaysNoAnswerOfAnotherChannel)
 {
     const ScriptedServer provider([](Conversation& client) { client.Hang(); });
