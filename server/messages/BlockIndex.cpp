@@ -12,7 +12,7 @@ std::string BlockIndex(const Key& lookup, const Address& address)
 {
     const bool isMail = address.kind == AddressKind::Mail;
     return lookup.Hash("blocked " + std::string(NameOf(address.kind)),
-                       isMail ? WithoutSubaddress(address.text) : address.text);
+                       isMail ? MailboxForBlocks(address.text) : address.text);
 }
 
 } // namespace beacond

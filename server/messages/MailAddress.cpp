@@ -51,6 +51,15 @@ bool IsEachPiece(std::string_view text, Condition condition)
     }
 }
 
+// Without dots, and without the part from the first of the separators; the first character is never one.
+std::string Mailbox(std::string_view address, std::string_view separators)
+{
+    const std::size_t at = address.find('@');
+    std::string name(address.substr(0, std::min(address.find_first_of(separators, 1), at)));
+    std::erase(name, '.');
+    return name + std::string(address.substr(at));
+}
+
 } // namespace
 
 bool IsHostName(std::string_view text)
@@ -74,11 +83,14 @@ std::optional<std::string> NormalisedMailAddress(std::string_view typed)
     return address;
 }
 
-std::string WithoutSubaddress(std::string_view address)
+std::string MailboxForBlocks(std::string_view address)
 {
-    const std::size_t plus = address.find('+', 1);
-    const std::size_t at = address.find('@');
-    return std::string(address.substr(0, std::min(plus, at))) + std::string(address.substr(at));
+    return Mailbox(address, "+");
+}
+
+std::string MailboxForLimits(std::string_view address)
+{
+    return Mailbox(address, "+-=");
 }
 
 std::string RegistrableDomainOf(std::string_view address)

@@ -29,7 +29,7 @@ std::string GroupIndexOf(const Key& index, const Address& address)
 
 std::string LimitIndexOf(const Key& index, const Address& address)
 {
-    return address.kind == AddressKind::Mail ? index.Hash("mail address", WithoutSubaddress(address.text))
+    return address.kind == AddressKind::Mail ? index.Hash("mail address", MailboxForLimits(address.text))
                                              : AddressIndex(index, address);
 }
 

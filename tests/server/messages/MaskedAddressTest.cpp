@@ -25,6 +25,9 @@ TEST(BlockIndex, isThatOfAllSubaddressesAndOfOneKind)
     const std::string index = BlockIndex(key, {AddressKind::Mail, "a@example.org"});
 
     EXPECT_EQ(BlockIndex(key, {AddressKind::Mail, "a+tag@example.org"}), index);
+    const Address spelled{AddressKind::Mail, "v.i.ctim+tag@example.org"};
+    EXPECT_EQ(BlockIndex(key, spelled), BlockIndex(key, {AddressKind::Mail, "victim@example.org"}));
+    EXPECT_NE(BlockIndex(key, {AddressKind::Mail, "a-b@example.org"}), index) << "perhaps another person";
     EXPECT_NE(BlockIndex(key, {AddressKind::Mail, "b@example.org"}), index);
     EXPECT_NE(BlockIndex(key, {AddressKind::Ntfy, "a@example.org"}), index);
     EXPECT_NE(BlockIndex(Key({2}), {AddressKind::Mail, "a@example.org"}), index);

@@ -246,6 +246,19 @@ TEST_F(SignupsTest, limitOfAnAddress_countsItsSubaddresses)
                 testing::Contains(HasSubstr("To: aisha+2@example.org\n\nYour mobile device ID: 2")));
 }
 
+// Many servers deliver each of them to one mailbox.
+TEST_F(SignupsTest, limitOfAnAddress_countsItsSpellings)
+{
+    limits.ofAnAddress = 1;
+    Start();
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
+    for (const char* const address :
+         {"a.i.sha@example.org", "aisha-1@example.org", "aisha=1@example.org", "ai.sha+1@example.org"}) {
+        EXPECT_EQ(SignUp(address), Outcome::TooMany) << address;
+    }
+    EXPECT_EQ(SignUp("aisha@sub.example.org"), Outcome::Sent);
+}
+
 TEST_F(SignupsTest, limitOfADomain_countsItsSubdomains)
 {
     limits.ofADomain = 2;
