@@ -51,8 +51,9 @@ struct RoadTiming
 };
 
 /// Takes sign-ups from folders on a thread of its own. A file is deleted after it has been handled; one that
-/// is not for the service is set aside. After a kill the file that was being handled is handled again: its
-/// sender can get a second answer, never none.
+/// is not for the service is set aside. After a kill the file that was being handled is handled again, and
+/// also if the channel does not confirm the answer: its sender can get a further answer, up to the limit of
+/// an address.
 class Roads final
 {
 public:

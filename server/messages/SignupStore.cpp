@@ -88,7 +88,8 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUpAddress(Address address,
         co_await Undo(PriceOf(kind), {});
         co_return Outcome::Refused;
     }
-    co_return Outcome::Sent;
+    // Its row stays, since the code may arrive: a repetition counts in the limits.
+    co_return handover == Handover::Unknown ? Outcome::Uncertain : Outcome::Sent;
 }
 
 boost::asio::awaitable<Signups::Outcome> Signups::Stop(Address address)

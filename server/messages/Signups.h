@@ -63,15 +63,17 @@ public:
         Unaffordable, ///< beyond the spending of the day
         Refused,      ///< by the channel, for good
         Failed,       ///< the store or the channel; can succeed later
-        Busy          ///< too many messages wait for the channel; can succeed later
+        Busy,         ///< too many messages wait for the channel; can succeed later
+        Uncertain     ///< the channel may have the message; counts in the limits
     };
-    static constexpr std::array<std::string_view, 13> kOutcomeNames = {
+    static constexpr std::array<std::string_view, 14> kOutcomeNames = {
         "sent",     "stopped", "nothing",      "not_offered", "no_address", "phone_number", "not_invited",
-        "too_many", "full",    "unaffordable", "refused",     "failed",     "busy"};
-    /// Whether the same sign-up can succeed later.
+        "too_many", "full",    "unaffordable", "refused",     "failed",     "busy",         "uncertain"};
+    /// Whether the same sign-up should be tried again. The limit of the address ends the repetitions of an
+    /// uncertain one.
     [[nodiscard]] static bool CanBeRepeated(Outcome outcome)
     {
-        return outcome == Outcome::Failed || outcome == Outcome::Busy;
+        return outcome == Outcome::Failed || outcome == Outcome::Busy || outcome == Outcome::Uncertain;
     }
     /// The number of each outcome since the start.
     using Figures = std::array<std::atomic<std::uint64_t>, kOutcomeNames.size()>;

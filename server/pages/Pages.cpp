@@ -203,6 +203,12 @@ Response SignupPage(Signups::Outcome outcome)
                     "<h1>The message is on its way</h1>\n<p>It brings your mobile device ID and your "
                     "personal code, which is good for 30 minutes.</p>\n",
                     false);
+    case Signups::Outcome::Uncertain:
+        return Page(
+            200, kSignupTitle,
+            "<h1>The message may be on its way</h1>\n<p>The provider has not confirmed it. If it does not "
+            "come within some minutes, please sign up again, three times a day at most.</p>\n",
+            false);
     case Signups::Outcome::NotOffered:
         return Page(404, kSignupTitle,
                     "<h1>No messages</h1>\n<p>This service sends no messages to such an address.</p>\n",

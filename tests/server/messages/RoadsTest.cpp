@@ -7,6 +7,7 @@
 #include "server/Becomes.h"
 #include "server/Files.h"
 #include "server/TemporaryFolder.h"
+#include "server/messages/ChannelFixture.h"
 #include "store/SqliteStore.h"
 #include "store/StoreThread.h"
 
@@ -15,6 +16,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 
 using namespace beacond;
@@ -217,6 +219,39 @@ TEST_F(RoadsTest, missingFolder_isReportedOnceAndFollowedLater)
     EXPECT_TRUE(Becomes([&] { return fs::exists(folder / "mail/cur/a:2,"); })) << "cur is created";
     const std::lock_guard lock(mutex);
     EXPECT_EQ(reports.size(), 1U);
+}
+
+TEST_F(RoadsTest, lostReply_isTriedAgain)
+{
+    std::atomic<int> mails{0};
+    MailScript script("dot", [&](Conversation& client) {
+        if (++mails > 1) {
+            client.Write("250 taken\r\n");
+        }
+    });
+    const ScriptedServer provider(std::ref(script));
+    channels = Channels{{SmtpOptions(provider.Port())}};
+    Deliver("a", "aisha@example.org", "test");
+    Start();
+    EXPECT_TRUE(Becomes([&] { return IsEmpty("mail/new"); }));
+    EXPECT_EQ(mails, 2);
+    EXPECT_EQ(roads->Figures().delayed, 1U);
+    Database database(folder.File("store.db"));
+    Statement rows = database.Run("SELECT COUNT(*) FROM signup");
+    ASSERT_TRUE(rows.Step());
+    EXPECT_EQ(rows.Integer(0), 2) << "the first code may have arrived";
+}
+
+TEST_F(RoadsTest, repliesThatAreAlwaysLost_endAtTheLimitOfTheAddress)
+{
+    std::atomic<int> mails{0};
+    MailScript script("dot", [&](Conversation&) { ++mails; });
+    const ScriptedServer provider(std::ref(script));
+    channels = Channels{{SmtpOptions(provider.Port())}};
+    Deliver("a", "aisha@example.org", "test");
+    Start();
+    EXPECT_TRUE(Becomes([&] { return IsEmpty("mail/new"); }));
+    EXPECT_EQ(mails, 3);
 }
 
 TEST_F(RoadsTest, foldersAndPipesAndLinks_areLeftAlone)
