@@ -20,7 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::size_t kMostNames = 1'000;
+// Names take some megabytes.
+constexpr std::size_t kMostNames = 100'000;
 // The programs for text messages write their files in place.
 constexpr std::chrono::seconds kSettled{1};
 
@@ -65,7 +66,8 @@ std::vector<std::string> IncomingFolder::Names() const
     std::vector<std::string> names;
     for (const fs::directory_entry& entry : fs::directory_iterator(m_watched)) {
         std::string name = entry.path().filename().string();
-        const bool isFile = !name.starts_with('.') && !name.ends_with(".LOCK") && !entry.is_directory();
+        const bool isFile = !name.starts_with('.') && !name.ends_with(".LOCK") && !entry.is_symlink() &&
+                            entry.is_regular_file();
         if (isFile) {
             names.push_back(std::move(name));
         }

@@ -40,8 +40,8 @@ public:
     /// The folder in which files appear.
     [[nodiscard]] const std::filesystem::path& Watched() const { return m_watched; }
 
-    /// The names of the files, at most 1,000, sorted: in the order of their arrival by the names that those
-    /// programs give. Throws std::filesystem::filesystem_error.
+    /// The names of the regular files, at most 100,000, sorted: in the order of their arrival by the names
+    /// that those programs give. Links, pipes and folders stay. Throws std::filesystem::filesystem_error.
     [[nodiscard]] std::vector<std::string> Names() const;
     /// Nothing if it is no regular file, has gone, or is still being written. Throws
     /// std::filesystem::filesystem_error if it can't be read.

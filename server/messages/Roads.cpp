@@ -29,6 +29,8 @@ using namespace std::chrono_literals;
 constexpr auto kLongestRetry = std::chrono::milliseconds(10min);
 // A file that is being written is tried again after it has settled.
 constexpr auto kUnsettled = 1s;
+// The sign-ups of a round take no longer, but for the last one.
+constexpr auto kLongestRound = 3s;
 
 Road RoadOf(FolderFormat format)
 {
@@ -129,6 +131,11 @@ asio::awaitable<bool> Roads::HandleAll(WatchedFolder& watched)
     std::erase_if(watched.failed, [&](const auto& failed) {
         return !std::binary_search(names.begin(), names.end(), failed.first);
     });
+    std::erase_if(watched.signups, [&](const std::string& name) {
+        return !std::binary_search(names.begin(), names.end(), name);
+    });
+    watched.isHolding = false;
+    watched.holdFrom = std::chrono::steady_clock::now() + kLongestRound;
     bool isAnyLeft = false;
     for (const std::string& name : names) {
         if (m_isEnding) {
@@ -142,8 +149,11 @@ asio::awaitable<bool> Roads::HandleAll(WatchedFolder& watched)
 
 asio::awaitable<bool> Roads::HandleFile(WatchedFolder& watched, const std::string& name)
 {
+    const auto now = std::chrono::steady_clock::now();
     const auto failed = watched.failed.find(name);
-    if (failed != watched.failed.end() && failed->second.next > std::chrono::steady_clock::now()) {
+    watched.isHolding = watched.isHolding || now > watched.holdFrom;
+    if ((failed != watched.failed.end() && failed->second.next > now) ||
+        (watched.isHolding && watched.signups.contains(name))) {
         co_return true;
     }
     std::optional<IncomingFile> file;
@@ -176,11 +186,11 @@ asio::awaitable<bool> Roads::HandleFile(WatchedFolder& watched, const std::strin
     if (fate == Fate::Later) {
         Postpone(watched, name);
     }
-    co_return fate == Fate::Later;
+    co_return fate == Fate::Later || fate == Fate::NextRound;
 }
 
 // The calls of the store are named variables before they are awaited: see docs/service.md.
-asio::awaitable<Roads::Fate> Roads::Handle(const WatchedFolder& watched, const IncomingFile& file)
+asio::awaitable<Roads::Fate> Roads::Handle(WatchedFolder& watched, const IncomingFile& file)
 {
     const std::string road(NameOf(RoadOf(watched.folder.Format())));
     const std::string id = m_keys.lookup.Hash("incoming", road + ' ' + file.identity);
@@ -204,10 +214,10 @@ asio::awaitable<Roads::Fate> Roads::Handle(const WatchedFolder& watched, const I
             m_report("a message is set aside: the service has ended three times while it handled it");
             co_return Fate::NotForUs;
         }
-        fate = co_await TakeFile(watched.folder.Format(), file);
+        fate = co_await TakeFile(watched, file);
         if (fate == Fate::Handled) {
             co_await m_store.Run(std::move(end));
-        } else if (fate == Fate::Later) {
+        } else if (fate != Fate::NotForUs) {
             co_await m_store.Run(std::move(giveBack));
         }
     } catch (const StoreError& error) {
@@ -217,8 +227,9 @@ asio::awaitable<Roads::Fate> Roads::Handle(const WatchedFolder& watched, const I
     co_return fate;
 }
 
-asio::awaitable<Roads::Fate> Roads::TakeFile(FolderFormat format, const IncomingFile& file)
+asio::awaitable<Roads::Fate> Roads::TakeFile(WatchedFolder& watched, const IncomingFile& file)
 {
+    const FolderFormat format = watched.folder.Format();
     std::optional<IncomingText> text;
     if (format == FolderFormat::Maildir) {
         auto read = ReadMail(file.content, m_mailServer);
@@ -235,10 +246,16 @@ asio::awaitable<Roads::Fate> Roads::TakeFile(FolderFormat format, const Incoming
         ++m_figures.withoutSender;
         co_return Fate::NotForUs;
     }
+    if (watched.isHolding && WishOf(text->subject, text->text) == Wish::SignUp) {
+        watched.signups.insert(file.name);
+        co_return Fate::NextRound;
+    }
+    watched.signups.erase(file.name);
     const Signups::Outcome outcome =
         co_await m_signups.Take(std::move(*text), RoadOf(format), AttemptLimit::Clock::now());
     if (Signups::CanBeRepeated(outcome)) {
         ++m_figures.delayed;
+        watched.isHolding = true;
         co_return Fate::Later;
     }
     const bool isForUs = outcome != Signups::Outcome::Nothing;

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <thread>
@@ -89,9 +90,15 @@ private:
         boost::asio::posix::stream_descriptor changes; ///< inotify
         bool isChanged = false;
         std::map<std::string, Attempts, std::less<>> failed; ///< by the name of the file
+        std::set<std::string, std::less<>>
+            signups; ///< the files with a sign-up that waits for the next round
+        /// The rest of the round sends nothing for sign-ups, so that a STOP need not wait for them: an answer
+        /// has failed, or they have taken long.
+        bool isHolding = false;
+        std::chrono::steady_clock::time_point holdFrom;
         std::string lastReport;
     };
-    enum class Fate { Handled, NotForUs, Later };
+    enum class Fate { Handled, NotForUs, Later, NextRound };
 
     void Add(FolderFormat format, const std::filesystem::path& folder);
     [[nodiscard]] boost::asio::awaitable<void> Watch(WatchedFolder& watched);
@@ -99,8 +106,8 @@ private:
     /// Returns whether a file is left for later.
     [[nodiscard]] boost::asio::awaitable<bool> HandleAll(WatchedFolder& watched);
     [[nodiscard]] boost::asio::awaitable<bool> HandleFile(WatchedFolder& watched, const std::string& name);
-    [[nodiscard]] boost::asio::awaitable<Fate> Handle(const WatchedFolder& watched, const IncomingFile& file);
-    [[nodiscard]] boost::asio::awaitable<Fate> TakeFile(FolderFormat format, const IncomingFile& file);
+    [[nodiscard]] boost::asio::awaitable<Fate> Handle(WatchedFolder& watched, const IncomingFile& file);
+    [[nodiscard]] boost::asio::awaitable<Fate> TakeFile(WatchedFolder& watched, const IncomingFile& file);
     void CountRefusal(MailRefusal refusal);
     void Postpone(WatchedFolder& watched, const std::string& name);
     void ReportOnce(WatchedFolder& watched, const std::string& reason);

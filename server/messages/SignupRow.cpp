@@ -12,8 +12,14 @@ namespace beacond {
 namespace {
 
 constexpr std::int64_t kCodeLifetime = 30L * 60;
-// The addresses that count together in a limit beside that of the single address: those of a mail domain, or
-// the phone numbers that differ in their last four digits, which one operator can own. Empty for topics.
+std::string LimitIndexOf(const Key& index, const Address& address)
+{
+    return address.kind == AddressKind::Mail ? index.Hash("mail address", MailboxForLimits(address.text))
+                                             : AddressIndex(index, address);
+}
+
+} // namespace
+
 std::string GroupIndexOf(const Key& index, const Address& address)
 {
     switch (address.kind) {
@@ -26,14 +32,6 @@ std::string GroupIndexOf(const Key& index, const Address& address)
     }
     return {};
 }
-
-std::string LimitIndexOf(const Key& index, const Address& address)
-{
-    return address.kind == AddressKind::Mail ? index.Hash("mail address", MailboxForLimits(address.text))
-                                             : AddressIndex(index, address);
-}
-
-} // namespace
 
 Signup SignupOf(const Keys& keys, const Address& address, Road road, std::string codeHash)
 {

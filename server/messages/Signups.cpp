@@ -3,6 +3,7 @@
 #include "messages/Signups.h"
 
 #include "messages/Channels.h"
+#include "messages/SignupRow.h"
 #include "secrets/Keys.h"
 #include "support/Ascii.h"
 
@@ -32,6 +33,7 @@ Signups::Signups(const Keys& keys, StoreThread& store, const Channels& channels,
     , m_report(std::move(report))
     , m_answers(channels, m_report)
     , m_networks(static_cast<int>(m_options.ofANetwork), std::chrono::hours(1))
+    , m_failures(static_cast<int>(m_options.limits.ofADomain), std::chrono::hours(1))
 {
     for (const std::string& invite : m_options.invites) {
         m_invites.insert(keys.index.Hash("invite", invite));
@@ -143,7 +145,15 @@ boost::asio::awaitable<Signups::Outcome> Signups::TakeWish(IncomingText text, Ro
         }
         m_uninvited.GiveBack(sender);
     }
-    co_return co_await SignUpAddress(std::move(text.sender), road, now);
+    const std::string group = GroupIndexOf(m_keys.index, text.sender);
+    if (!m_failures.TryConsume(group, now)) {
+        co_return Outcome::Failed;
+    }
+    const Outcome outcome = co_await SignUpAddress(std::move(text.sender), road, now);
+    if (outcome != Outcome::Failed) {
+        m_failures.GiveBack(group);
+    }
+    co_return outcome;
 }
 
 } // namespace beacond

@@ -144,6 +144,9 @@ private:
     Report m_report;
     Answers m_answers;
     AttemptLimit m_networks;
+    /// The failed attempts of a mail domain or a range of numbers, which leave no row. Not those of the form,
+    /// which anybody can make for another's domain.
+    AttemptLimit m_failures;
     /// Attempts of one sender without a valid invite word.
     AttemptLimit m_uninvited{10, std::chrono::hours(1)};
     /// Suppresses repeated reports of a reached limit.

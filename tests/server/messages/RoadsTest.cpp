@@ -254,6 +254,31 @@ TEST_F(RoadsTest, repliesThatAreAlwaysLost_endAtTheLimitOfTheAddress)
     EXPECT_EQ(mails, 3);
 }
 
+TEST_F(RoadsTest, stop_waitsForOneSignupOfAHangingChannelAtMost)
+{
+    const ScriptedServer provider([](Conversation& client) { client.Hang(); });
+    ChannelOptions hanging = SmtpOptions(provider.Port());
+    channels = Channels{{hanging}};
+    for (int i = 0; i < 10; ++i) {
+        Deliver("a" + std::to_string(i), "aisha" + std::to_string(i) + "@example.org", "test");
+    }
+    Deliver("b", "omar@example.org", "STOP");
+    Start();
+    EXPECT_TRUE(Becomes([&] { return !fs::exists(folder / "mail/new/b"); }));
+    EXPECT_LE(provider.Connections(), 2);
+    channels.Abort();
+}
+
+TEST_F(RoadsTest, manyLinks_hideNoMail)
+{
+    for (int i = 0; i < 3'000; ++i) {
+        fs::create_symlink("nowhere", folder / "mail/new" / ("link" + std::to_string(i)));
+    }
+    Deliver("c", "aisha@example.org", "test");
+    Start();
+    EXPECT_TRUE(Becomes([&] { return Answers().size() == 1; }));
+}
+
 TEST_F(RoadsTest, foldersAndPipesAndLinks_areLeftAlone)
 {
     fs::create_directory(folder / "mail/new/folder");

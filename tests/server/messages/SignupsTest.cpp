@@ -346,6 +346,22 @@ TEST_F(SignupsTest, testAndStopInTurn_endAtTheLimitOfTheAddress)
     EXPECT_EQ(Messages().size(), 6U) << "three codes, and three confirmations of their end";
 }
 
+TEST_F(SignupsTest, failuresOfADomain_endAtItsLimit)
+{
+    limits.ofADomain = 2;
+    Start();
+    fs::rename(folder.File("spool"), folder.File("moved"));
+    for (int i = 0; i < 10; ++i) {
+        const Address sender{AddressKind::Mail, "a" + std::to_string(i) + "@example.org"};
+        EXPECT_EQ(Take(sender, "test"), Outcome::Failed);
+    }
+    EXPECT_EQ(reports.size(), 2U) << "attempts of the channel";
+    fs::rename(folder.File("moved"), folder.File("spool"));
+    EXPECT_EQ(Take({AddressKind::Mail, "a@example.com"}, "test"), Outcome::Sent);
+    elapsed += std::chrono::hours(1);
+    EXPECT_EQ(Take({AddressKind::Mail, "a@example.org"}, "test"), Outcome::Sent);
+}
+
 TEST_F(SignupsTest, numbersOfOneRange_countTogether)
 {
     options.phonePrefixes = {"+44"};
