@@ -74,10 +74,18 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUpAddress(Address address,
         ReportLimit(stored.exceeded, now);
         co_return OutcomeOf(stored.exceeded);
     }
+    std::string text = CodeMessage(address.kind, stored.device, code);
+    const Outcome outcome = co_await SendCode(std::move(address), std::move(text), codeHash);
+    // The page must not reveal which addresses have a device.
+    co_return stored.isFull&& road == Road::Form ? Outcome::Full : outcome;
+}
+
+boost::asio::awaitable<Signups::Outcome> Signups::SendCode(Address address, std::string text,
+                                                           std::string codeHash)
+{
     // Send after the row is stored: the code in an arrived message is then known, and the row of a lost
     // message expires.
     const AddressKind kind = address.kind;
-    std::string text = CodeMessage(kind, stored.device, code);
     const auto [handover, isBusy] = co_await m_answers.Send(std::move(address), std::move(text));
     if (handover == Handover::RetryLater) {
         co_await Undo(PriceOf(kind), codeHash);

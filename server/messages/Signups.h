@@ -59,7 +59,7 @@ public:
         PhoneNumber,  ///< a phone number signs up with a text message of its own
         NotInvited,   ///< without an invite word
         TooMany,      ///< of this network in an hour; or of this address, its domain or in all in a day
-        Full,         ///< the channel serves no further device
+        Full,         ///< the channel serves no further device; a known address gets its message by the form
         Unaffordable, ///< beyond the spending of the day
         Refused,      ///< by the channel, for good
         Failed,       ///< the store or the channel; can succeed later
@@ -123,6 +123,8 @@ private:
                                                            AttemptLimit::Time now);
     [[nodiscard]] boost::asio::awaitable<Outcome> SignUpAddress(Address address, Road road,
                                                                 AttemptLimit::Time now);
+    [[nodiscard]] boost::asio::awaitable<Outcome> SendCode(Address address, std::string text,
+                                                           std::string codeHash);
     [[nodiscard]] boost::asio::awaitable<Outcome> Stop(Address address);
     [[nodiscard]] bool IsServed(const Address& address) const;
     [[nodiscard]] bool IsInvited(std::string_view text) const;

@@ -237,8 +237,9 @@ Response SignupPage(Signups::Outcome outcome)
             false);
     case Signups::Outcome::Full:
         return Page(503, kSignupTitle,
-                    "<h1>The service is full</h1>\n<p>It could not send to more devices in time. Please ask "
-                    "its operator.</p>\n",
+                    "<h1>The service is full</h1>\n<p>It could not send to more devices in time. If this "
+                    "address is registered already, its message is on its way. Otherwise please ask the "
+                    "operator.</p>\n",
                     false);
     case Signups::Outcome::Unaffordable:
         return Page(503, kSignupTitle,

@@ -51,15 +51,25 @@ SignupResult::Limit ExceededLimit(Database& database, const Signup& signup, cons
     Statement ofAddress = database.Run(
         "SELECT COUNT(*) FROM signup WHERE limit_index = ? AND consent_at > ? AND consent_at <= ?");
     const bool isRefused = isReached(ofAddress.BindBytes(LimitIndexOf(signup)), limits.ofAnAddress);
-    if (isRefused) {
-        return Limit::Address;
-    }
-    Statement devices =
-        database.Run("SELECT COUNT(*), EXISTS (SELECT 1 FROM device WHERE address_index = ?2) "
-                     "FROM device WHERE kind = ?1");
-    devices.Bind(signup.kind).BindBytes(signup.addressIndex).Step();
-    const bool isFull = devices.Integer(0) >= limits.devicesOfKind && devices.Integer(1) == 0;
-    return isFull ? Limit::Devices : Limit::None;
+    return isRefused ? Limit::Address : Limit::None;
+}
+
+// Whether a new address would exceed the devices of its kind. The addresses of valid codes count as devices,
+// since each of them can still be confirmed.
+bool IsFull(Database& database, const Signup& signup, std::int64_t mostDevices, std::int64_t now)
+{
+    Statement devices = database.Run(
+        "SELECT (SELECT COUNT(*) FROM device WHERE kind = ?1) + "
+        "(SELECT COUNT(DISTINCT address_index) FROM signup WHERE kind = ?1 AND address_index <> ?2 "
+        "AND sealed_address IS NOT NULL AND used_by IS NULL AND expires_at BETWEEN ?3 AND ?4 AND NOT EXISTS "
+        "(SELECT 1 FROM device WHERE device.address_index = signup.address_index))");
+    devices.Bind(signup.kind).BindBytes(signup.addressIndex).Bind(now).Bind(now + kDay).Step();
+    return devices.Integer(0) >= mostDevices;
+}
+
+bool HasDevice(Database& database, std::string_view addressIndex)
+{
+    return database.Run("SELECT 1 FROM device WHERE address_index = ?").BindBytes(addressIndex).Step();
 }
 
 // The number of the device of an address; 0 for an address with neither a device nor a sign-up. All pending
@@ -133,6 +143,10 @@ SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limit
     if (exceeded != SignupResult::Limit::None) {
         return {exceeded, 0};
     }
+    const bool isFull = IsFull(m_database, signup, limits.devicesOfKind, now);
+    if (isFull && !HasDevice(m_database, signup.addressIndex)) {
+        return {SignupResult::Limit::Devices, 0};
+    }
     std::int64_t device = DeviceOfAddress(m_database, signup.addressIndex);
     m_database
         .Run("INSERT INTO signup (device, kind, sealed_address, address_index, domain_index, code_hash, "
@@ -155,7 +169,7 @@ SignupResult SqliteStore::SignUp(const Signup& signup, const SignupLimits& limit
         m_database.Run("UPDATE signup SET device = id WHERE id = ?").Bind(device).Step();
     }
     transaction.Commit();
-    return {SignupResult::Limit::None, device};
+    return {SignupResult::Limit::None, device, isFull};
 }
 
 void SqliteStore::Withdraw(std::string_view codeHash)

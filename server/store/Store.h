@@ -87,6 +87,7 @@ struct SignupResult
 
     Limit exceeded = Limit::None;
     std::int64_t device = 0; ///< the number that the device has, or will have once it is confirmed
+    bool isFull = false;     ///< a new address would be refused by Limit::Devices
 };
 
 /// The state of a message that came in by one of the roads for sign-ups.

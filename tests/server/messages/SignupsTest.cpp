@@ -5,6 +5,7 @@
 #include "http/Message.h"
 #include "messages/Channels.h"
 #include "messages/PersonalCode.h"
+#include "messages/SignupRow.h"
 #include "pages/Pages.h"
 #include "secrets/Keys.h"
 #include "server/Becomes.h"
@@ -410,6 +411,23 @@ TEST_F(SignupsTest, channelThatCouldNotDrain_isFull)
     }
     EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Full);
     EXPECT_THAT(reports, ElementsAre(HasSubstr("within ten minutes")));
+}
+
+TEST_F(SignupsTest, fullChannel_answersAKnownAddressWithTheSamePage)
+{
+    perSecond = 0.0017; // one text in ten minutes
+    channels = Channels{{SpoolOf("mail")}};
+    Start();
+    {
+        SqliteStore rows(folder.File("store.db"), [this] { return Seconds(); });
+        const Signup signup = SignupOf(keys, {AddressKind::Mail, "aisha@example.org"}, Road::Form, "code");
+        ASSERT_NE(rows.SignUp(signup, {}).device, 0);
+        ASSERT_EQ(rows.Confirm("code", "pc"), Confirmation::Confirmed);
+    }
+    EXPECT_EQ(SignUp("zaid@example.org"), Outcome::Full);
+    EXPECT_THAT(Messages(), IsEmpty());
+    EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Full);
+    EXPECT_EQ(Messages().size(), 1U) << "the person can have lost the code";
 }
 
 TEST_F(SignupsTest, answers_areChargedToTheDay)

@@ -145,14 +145,22 @@ TEST_F(RoadsContract, signUp_beyondTheDevicesOfAKind_isForKnownAddressesOnly)
     phone.kind = "sms";
     EXPECT_EQ(store.SignUp(phone, limits).exceeded, Limit::None);
     phone.codeHash = "2";
-    EXPECT_EQ(store.SignUp(phone, limits).exceeded, Limit::None) << "only confirmed devices count";
-    ASSERT_EQ(store.Confirm("2", "pc"), Confirmation::Confirmed);
-
+    const SignupResult renewed = store.SignUp(phone, limits);
+    EXPECT_EQ(renewed.exceeded, Limit::None) << "the same address";
+    EXPECT_FALSE(renewed.isFull);
     Signup second = SignupOf("second", "3");
     second.kind = "sms";
-    EXPECT_EQ(store.SignUp(second, limits).exceeded, Limit::Devices);
+    EXPECT_EQ(store.SignUp(second, limits).exceeded, Limit::Devices) << "the first can still be confirmed";
+    now += kDay;
+    EXPECT_EQ(store.SignUp(second, limits).exceeded, Limit::None) << "the codes of the first have expired";
+    ASSERT_EQ(store.Confirm("3", "pc"), Confirmation::Confirmed);
+
     phone.codeHash = "4";
-    EXPECT_EQ(store.SignUp(phone, limits).exceeded, Limit::None);
+    EXPECT_EQ(store.SignUp(phone, limits).exceeded, Limit::Devices);
+    second.codeHash = "7";
+    const SignupResult known = store.SignUp(second, limits);
+    EXPECT_EQ(known.exceeded, Limit::None);
+    EXPECT_TRUE(known.isFull);
     EXPECT_EQ(store.SignUp(SignupOf("mail", "5"), limits).exceeded, Limit::None);
     limits.devicesOfKind = 0;
     EXPECT_EQ(store.SignUp(SignupOf("another", "6"), limits).exceeded, Limit::Devices);
