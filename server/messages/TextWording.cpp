@@ -34,14 +34,6 @@ const Wording* WordingOf(std::string_view language)
     return found == kWordings.end() ? nullptr : found;
 }
 
-bool IsClockTime(std::string_view time)
-{
-    const std::size_t colon = time.find(':');
-    return (colon == 1 || colon == 2) && time.size() == colon + 3 &&
-           std::all_of(time.begin(), time.end(), [](char c) { return IsDigit(c) || c == ':'; }) &&
-           std::count(time.begin(), time.end(), ':') == 1;
-}
-
 } // namespace
 
 bool IsTextLanguage(std::string_view language)
@@ -56,6 +48,18 @@ std::string TextLanguages()
         languages += (languages.empty() ? "" : ", ") + std::string(wording.language);
     }
     return languages;
+}
+
+bool IsClockTime(std::string_view text)
+{
+    const std::size_t colon = text.find(':');
+    if ((colon != 1 && colon != 2) || text.size() != colon + 3 ||
+        std::count_if(text.begin(), text.end(), &IsDigit) != static_cast<std::ptrdiff_t>(colon) + 2) {
+        return false;
+    }
+    const int hour = text[0] - '0';
+    const bool isHour = colon == 1 || hour < 2 || (hour == 2 && text[1] <= '3');
+    return isHour && text[colon + 1] <= '5';
 }
 
 std::string PrayerText(std::string_view language, int prayer, std::string_view time)

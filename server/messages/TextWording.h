@@ -12,9 +12,12 @@ namespace beacond {
 /// The languages, separated by commas.
 [[nodiscard]] std::string TextLanguages();
 
+/// Whether the text is a time of a day in the form that the program sends, "5:07" or "17:30".
+[[nodiscard]] bool IsClockTime(std::string_view text);
+
 /// The text of a prayer, "Maghrib 18:42".
 /// @param prayer 1 Fajr to 6 Isha
-/// @param time left out unless it has the form "5:07" or "18:42"
+/// @param time left out unless IsClockTime
 [[nodiscard]] std::string PrayerText(std::string_view language, int prayer, std::string_view time);
 
 } // namespace beacond

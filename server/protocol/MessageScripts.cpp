@@ -3,14 +3,13 @@
 #include "protocol/MessageScripts.h"
 
 #include "messages/PersonalCode.h"
+#include "messages/TextWording.h"
 #include "places/Places.h"
 #include "protocol/Reply.h"
 #include "secrets/Keys.h"
 #include "store/StoreThread.h"
-#include "support/Ascii.h"
 #include "support/Network.h"
 
-#include <algorithm>
 #include <optional>
 
 namespace beacond {
@@ -26,15 +25,6 @@ struct WantedText
     std::string time;
     std::string place;
 };
-
-// Hours and minutes in the form that the program sends: "5:07", "17:30".
-bool IsClockTime(std::string_view text)
-{
-    const std::size_t colon = text.find(':');
-    return (colon == 1 || colon == 2) && text.size() == colon + 3 &&
-           std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(colon), &IsDigit) &&
-           std::all_of(text.begin() + static_cast<std::ptrdiff_t>(colon) + 1, text.end(), &IsDigit);
-}
 
 // The text that a call asks for. The numbers of the prayers, 1 to 6, are those of src/engine/Prayers.h. A
 // message contains only a validated time and the service's own place identifier.

@@ -167,7 +167,8 @@ TEST_F(MessageScriptsTest, prayerCall_withoutARequestOrMalformed_queuesNothing)
           "prod_string=pc&pno=0&ma=1&time=5:07", "prod_string=pc&pno=7&ma=1&time=5:07",
           "prod_string=pc&pno=12&ma=1&time=5:07", "prod_string=pc&pno=&ma=1&time=5:07",
           "prod_string=pc&pno=1&ma=1&time=5:7", "prod_string=pc&pno=1&ma=1&time=",
-          "prod_string=pc&pno=1&ma=1&time=123:07", "prod_string=pc&pno=1&ma=1&time=5:07%0ABuy",
+          "prod_string=pc&pno=1&ma=1&time=123:07", "prod_string=pc&pno=1&ma=1&time=24:00",
+          "prod_string=pc&pno=1&ma=1&time=5:60", "prod_string=pc&pno=1&ma=1&time=5:07%0ABuy",
           "prod_string=&pno=1&ma=1&time=5:07", "prod_string=stranger&pno=1&ma=1&time=5:07"}) {
         EXPECT_EQ(Body(kCall, query), "<root/>") << query;
         EXPECT_THAT(Outbox(), IsEmpty()) << query;
