@@ -130,6 +130,10 @@ Service::Service(const Settings& settings, std::filesystem::path file)
                      SenderOptions{settings.messages.spendPerDay, settings.messages.language}, &LogError);
     SignupOptions signups = settings.messages.signups;
     signups.spendPerDay = settings.messages.spendPerDay;
+    const RoadOptions& roads = settings.messages.roads;
+    signups.isStopReadFromMail = !roads.maildir.empty() && !settings.messages.signupAddress.empty();
+    signups.isStopReadFromText =
+        !roads.gammuInbox.empty() || !roads.smstoolsIncoming.empty() || !settings.messages.hooks.empty();
     signups.invites = ReadInvites(settings.messages.inviteFile);
     m_signups.emplace(m_keys, *m_store, m_channels, std::move(signups), &LogError);
     m_hooks.emplace(m_keys, *m_store, *m_signups, settings.messages.hooks, &LogError);

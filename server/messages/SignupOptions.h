@@ -20,6 +20,8 @@ struct SignupOptions
         20; ///< of phone numbers that differ in their last four digits, within a day
     std::vector<std::string> phonePrefixes; ///< numbers with another beginning are not served, such as "+44"
     std::int64_t spendPerDay = 0;           ///< the limit for all messages of a day (UTC); 0 for none
+    bool isStopReadFromMail = false;        ///< a reply to a mail of the service arrives in a watched folder
+    bool isStopReadFromText = false;        ///< the same for text messages, which may come by a hook
     std::vector<std::string> invites;       ///< a sign-up needs one of these words; empty for none
 };
 

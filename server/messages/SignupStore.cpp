@@ -74,7 +74,7 @@ boost::asio::awaitable<Signups::Outcome> Signups::SignUpAddress(Address address,
         ReportLimit(stored.exceeded, now);
         co_return OutcomeOf(stored.exceeded);
     }
-    std::string text = CodeMessage(address.kind, stored.device, code);
+    std::string text = CodeMessage(address.kind, stored.device, code, IsStopRead(address.kind));
     const Outcome outcome = co_await SendCode(std::move(address), std::move(text), codeHash);
     // The page must not reveal which addresses have a device.
     co_return stored.isFull&& road == Road::Form ? Outcome::Full : outcome;
@@ -130,6 +130,12 @@ boost::asio::awaitable<Signups::Outcome> Signups::Stop(Address address)
         }
     }
     co_return end.hadAny ? Outcome::Stopped : Outcome::Nothing;
+}
+
+bool Signups::IsStopRead(AddressKind kind) const
+{
+    return (kind == AddressKind::Mail && m_options.isStopReadFromMail) ||
+           (kind == AddressKind::Sms && m_options.isStopReadFromText);
 }
 
 std::int64_t Signups::PriceOf(AddressKind kind) const

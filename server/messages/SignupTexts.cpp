@@ -4,15 +4,16 @@
 
 namespace beacond {
 
-std::string CodeMessage(AddressKind kind, std::int64_t device, std::string_view code)
+std::string CodeMessage(AddressKind kind, std::int64_t device, std::string_view code, bool isStopRead)
 {
     const std::string number = std::to_string(device);
     if (kind == AddressKind::Sms) {
         return "Dusk Beacon: mobile device ID " + number + ", personal code " + std::string(code) +
-               ". Enter both in the program within 30 minutes. STOP ends messages.";
+               ". Enter both in the program within 30 minutes. " +
+               (isStopRead ? "STOP ends messages." : "The operator ends messages.");
     }
-    const std::string_view end =
-        kind == AddressKind::Mail ? "\nTo end the messages, reply with the word STOP." : "";
+    const std::string_view end = isStopRead ? "\nTo end the messages, reply with the word STOP."
+                                            : "\nTo end the messages, ask the operator of the service.";
     return "Your mobile device ID: " + number + "\nYour personal code: " + std::string(code) + R"(
 
 Enter both in Dusk Beacon, under Alerts and Mobile Alert, within 30 minutes, and click Register.

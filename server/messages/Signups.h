@@ -130,6 +130,7 @@ private:
     [[nodiscard]] bool IsInvited(std::string_view text) const;
     [[nodiscard]] SignupLimits LimitsOf(AddressKind kind) const;
     void ReportLimit(SignupResult::Limit limit, AttemptLimit::Time now);
+    [[nodiscard]] bool IsStopRead(AddressKind kind) const;
     /// Of a message; 0 without a channel.
     [[nodiscard]] std::int64_t PriceOf(AddressKind kind) const;
     /// Charges a message to the day; false beyond the limit.

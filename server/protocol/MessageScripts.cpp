@@ -59,7 +59,7 @@ std::string_view MessageOf(Confirmation confirmation)
     switch (confirmation) {
     case Confirmation::Confirmed:
         return "Your mobile device is registered. Tick Enable Mobile Alerts, then choose its messages on the "
-               "page of each prayer. The word STOP, sent from it, ends them.";
+               "page of each prayer. The message with the code says how to end them.";
     case Confirmation::Expired:
         return "This personal code has expired: it is valid for 30 minutes. Please sign up again for a new "
                "one.";

@@ -28,7 +28,7 @@ OFFER = "Would you like to Download\nthe new version of DuskBeacon?"
 STRIP = "<b>The mosque opens at five</b>"
 REGISTERED = (
     "Your mobile device is registered. "
-    "Tick Enable Mobile Alerts, then choose its messages on the page of each prayer. The word STOP, sent from it, ends them.")
+    "Tick Enable Mobile Alerts, then choose its messages on the page of each prayer. The message with the code says how to end them.")
 UNKNOWN = (
     "This personal code is not known. "
     "Please check its 16 digits, or sign up again for a new one. A code registers one installation only.")

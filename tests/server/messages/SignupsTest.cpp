@@ -292,6 +292,27 @@ TEST_F(SignupsTest, test_fromAPerson_isAnsweredWithACode)
     EXPECT_EQ(Stored("SELECT COUNT(*) FROM device WHERE kind = 'sms'"), "1");
 }
 
+TEST_F(SignupsTest, code_namesStopOnlyWhereItIsRead)
+{
+    options.phonePrefixes = {"+44"};
+    Start();
+    const Address mail{AddressKind::Mail, "aisha@example.org"};
+    const Address phone{AddressKind::Sms, "+442079460958"};
+    ASSERT_EQ(Take(mail, "test"), Outcome::Sent);
+    ASSERT_EQ(Take(phone, "test", Road::Text), Outcome::Sent);
+    EXPECT_THAT(Messages(),
+                testing::Each(testing::AllOf(testing::Not(HasSubstr("STOP")), HasSubstr("operator"))));
+    fs::remove_all(folder.File("spool"));
+    fs::create_directory(folder.File("spool"));
+
+    options.isStopReadFromMail = true;
+    options.isStopReadFromText = true;
+    Start();
+    ASSERT_EQ(Take(mail, "test"), Outcome::Sent);
+    ASSERT_EQ(Take(phone, "test", Road::Text), Outcome::Sent);
+    EXPECT_THAT(Messages(), testing::Each(HasSubstr("STOP")));
+}
+
 TEST_F(SignupsTest, otherTexts_areNotAnswered)
 {
     options.phonePrefixes = {"+44"};

@@ -23,7 +23,7 @@ std::string Result(const char* result, const char* message)
 
 const std::string kConfirmed =
     Result("1", "Your mobile device is registered. Tick Enable Mobile Alerts, then choose its messages on "
-                "the page of each prayer. The word STOP, sent from it, ends them.");
+                "the page of each prayer. The message with the code says how to end them.");
 const std::string kUnknown =
     Result("0", "This personal code is not known. Please check its 16 digits, or sign up again for a new "
                 "one. A code registers one installation only.");
