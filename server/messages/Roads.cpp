@@ -30,7 +30,7 @@ constexpr auto kLongestRetry = std::chrono::milliseconds(10min);
 // A file that is being written is tried again after it has settled.
 constexpr auto kUnsettled = 1s;
 // The sign-ups of a round take no longer, but for the last one.
-constexpr auto kLongestRound = 3s;
+constexpr auto kLongestRound = 1s;
 
 Road RoadOf(FolderFormat format)
 {
@@ -255,7 +255,6 @@ asio::awaitable<Roads::Fate> Roads::TakeFile(WatchedFolder& watched, const Incom
         co_await m_signups.Take(std::move(*text), RoadOf(format), AttemptLimit::Clock::now());
     if (Signups::CanBeRepeated(outcome)) {
         ++m_figures.delayed;
-        watched.isHolding = true;
         co_return Fate::Later;
     }
     const bool isForUs = outcome != Signups::Outcome::Nothing;

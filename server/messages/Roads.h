@@ -92,8 +92,8 @@ private:
         std::map<std::string, Attempts, std::less<>> failed; ///< by the name of the file
         std::set<std::string, std::less<>>
             signups; ///< the files with a sign-up that waits for the next round
-        /// The rest of the round sends nothing for sign-ups, so that a STOP need not wait for them: an answer
-        /// has failed, or they have taken long.
+        /// The rest of the round sends nothing for sign-ups, so that a STOP need not wait for them: they have
+        /// taken long.
         bool isHolding = false;
         std::chrono::steady_clock::time_point holdFrom;
         std::string lastReport;
