@@ -19,6 +19,10 @@ namespace {
 // Wrong codes of one household within an hour. The code is the only secret, so that guessing must be slow.
 constexpr int kMostWrongCodes = 10;
 
+// Of an installation with texts. The service's own identifiers are longer; those of other services count too,
+// but a short one could be guessed by others, who would have texts sent.
+constexpr std::size_t kShortestIdentifier = 16;
+
 struct WantedText
 {
     int prayer = 0;
@@ -129,7 +133,7 @@ boost::asio::awaitable<Response> MessageScripts::ConfirmSignup(const Query& quer
                                                                AttemptLimit::Time now)
 {
     const std::string identifier = TrimmedValue(query, "prod_string");
-    if (identifier.empty()) {
+    if (identifier.size() < kShortestIdentifier) {
         co_return ConfirmationReply(false,
                                     "This installation is not known yet. Please start Dusk Beacon again "
                                     "while the computer is connected to the Internet, then register.");

@@ -52,14 +52,14 @@ protected:
     void Queue(unsigned short port)
     {
         for (int phone = 0; phone < kPhones; ++phone) {
-            const std::string name = "pc" + std::to_string(phone);
+            const std::string name = "installation-of-pc" + std::to_string(phone);
             ASSERT_THAT(PostSignup(port, "address=a%40" + name + ".example"), HasSubstr("on its way"));
             ASSERT_THAT(Fetch(port, kScripts + "ma/confirmSignup.pl?prod_string=" + name + "&vCode=" + code),
                         HasSubstr("result=\"1\""));
         }
         for (int phone = 0; phone < kPhones; ++phone) {
-            ASSERT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc" + std::to_string(phone) +
-                                      "&pno=5&ma=1&time=18:42"),
+            ASSERT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=installation-of-pc" +
+                                      std::to_string(phone) + "&pno=5&ma=1&time=18:42"),
                       "<root/>");
         }
     }

@@ -106,7 +106,7 @@ protected:
             return false;
         }
         const auto [device, code] = MessageTo(address);
-        Installation installation{"pc-" + name, device, code, {}};
+        Installation installation{"installation-of-pc-" + name, device, code, {}};
         bool isAnswered = Confirm(port, client, installation);
         if (!isAnswered) {
             const std::lock_guard lock(mutex);
@@ -162,7 +162,8 @@ protected:
             std::smatch match;
             if (entry.path().extension() == ".txt" &&
                 std::regex_match(text, match, std::regex("To: a@(.*)\\.example\n\n([A-Z][a-z]+) 5:07\n"))) {
-                doubled += sent.emplace("pc-" + match[1].str(), prayers.at(match[2])).second ? 0 : 1;
+                doubled +=
+                    sent.emplace("installation-of-pc-" + match[1].str(), prayers.at(match[2])).second ? 0 : 1;
                 fs::remove(entry.path());
             }
         }

@@ -145,7 +145,8 @@ TEST_F(MetricsTest, separateListener_answersTheCountersOfTheService)
     const unsigned short metrics = service->AwaitMetricsPort();
     EXPECT_EQ(Fetch(port, kScripts + "startup.pl"), "<root/>");
     EXPECT_EQ(Fetch(port, kScripts + "getCityInfo.pl"), "There is no such place.\n");
-    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07"), "<root/>");
+    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=installation-of-pc&pno=1&ma=1&time=5:07"),
+              "<root/>");
 
     const std::string reply =
         Exchange(metrics, "GET /metrics HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");

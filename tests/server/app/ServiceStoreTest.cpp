@@ -17,8 +17,10 @@ using testing::HasSubstr;
 class ServiceStoreTest : public ServiceFixture
 {
 protected:
-    const std::string prayerCall = kScripts + "prayerCall.pl?prod_string=pc&pno=1&ma=1&time=5:07";
-    const std::string confirm = kScripts + "ma/confirmSignup.pl?prod_string=pc&vCode=0000-0000-0000-0000";
+    const std::string prayerCall =
+        kScripts + "prayerCall.pl?prod_string=installation-of-pc&pno=1&ma=1&time=5:07";
+    const std::string confirm =
+        kScripts + "ma/confirmSignup.pl?prod_string=installation-of-pc&vCode=0000-0000-0000-0000";
 };
 
 TEST_F(ServiceStoreTest, storeLockedByAnotherProcess_isAnsweredInTimeAndReportedByReadyz)

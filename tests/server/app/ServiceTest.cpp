@@ -31,7 +31,7 @@ protected:
         const std::string text = Read(fs::directory_iterator(folder / "state/spool")->path());
         std::smatch match;
         EXPECT_TRUE(std::regex_search(text, match, std::regex("personal code: ([0-9 ]{19})\n")));
-        return kScripts + "ma/confirmSignup.pl?prod_string=pc&dist_string=&vCode=" +
+        return kScripts + "ma/confirmSignup.pl?prod_string=installation-of-pc&dist_string=&vCode=" +
                std::regex_replace(match[1].str(), std::regex(" "), "-");
     }
     /// Whether the spool has a message with that text.
@@ -125,10 +125,12 @@ TEST_F(ServiceTest, signup_isConfirmedAndItsTextIsSent)
     const unsigned short port = Serve();
     EXPECT_THAT(Fetch(port, "/"), HasSubstr("<form method=\"post\" action=\"/signup\">"));
     EXPECT_THAT(Fetch(port, SignUp(port)), StartsWith("<root result=\"1\" message=\""));
-    EXPECT_EQ(Fetch(port, kScripts +
-                              "prayerCall.pl?prod_string=pc&aid=SA-G104515&pno=5&alert_type=Normal&ma=1&"
-                              "dist_string=&time=18:42&aid=SA-G104515"),
-              "<root/>");
+    EXPECT_EQ(
+        Fetch(port,
+              kScripts +
+                  "prayerCall.pl?prod_string=installation-of-pc&aid=SA-G104515&pno=5&alert_type=Normal&ma=1&"
+                  "dist_string=&time=18:42&aid=SA-G104515"),
+        "<root/>");
     EXPECT_TRUE(Becomes([&] { return HasText("Maghrib 18:42"); }));
     const unsigned short metricsPort = service->AwaitMetricsPort();
     EXPECT_TRUE(Becomes([&] { return Run({"outbox"}).output.empty(); }));
@@ -142,8 +144,10 @@ TEST_F(ServiceTest, outbox_showsTheStateOfATextThatWaits)
     ConfigureSlowChannel();
     const unsigned short port = Serve();
     EXPECT_THAT(Fetch(port, SignUp(port)), StartsWith("<root result=\"1\""));
-    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&aid=SA-G104515&pno=5&ma=1&time=18:42"),
-              "<root/>");
+    EXPECT_EQ(
+        Fetch(port,
+              kScripts + "prayerCall.pl?prod_string=installation-of-pc&aid=SA-G104515&pno=5&ma=1&time=18:42"),
+        "<root/>");
     EXPECT_TRUE(Becomes([&] { return Run({"outbox"}).output.ends_with("state=leased\n"); }));
     // The end returns the lease at once.
     EXPECT_EQ(Terminate().status, 0);
@@ -173,7 +177,8 @@ TEST_F(ServiceTest, forget_deletesTheDeviceOfAnAddressBesideTheRunningService)
     const unsigned short port = Serve();
     const std::string confirm = SignUp(port);
     EXPECT_THAT(Fetch(port, confirm), StartsWith("<root result=\"1\""));
-    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42"), "<root/>");
+    EXPECT_EQ(Fetch(port, kScripts + "prayerCall.pl?prod_string=installation-of-pc&pno=5&ma=1&time=18:42"),
+              "<root/>");
     EXPECT_THAT(Run({"outbox"}).output, HasSubstr("prayer=5"));
 
     const ProcessEnd end = Run({"forget", " Some.One+Tag@Example.org"});
@@ -259,7 +264,7 @@ TEST_F(ServiceTest, log_repeatedError_isSuppressedAndThenCounted)
     // The error may be logged again ten seconds after the first time.
     EXPECT_TRUE(Becomes([&] {
         ++calls;
-        return Fetch(port, kScripts + "prayerCall.pl?prod_string=pc&pno=5&ma=1&time=18:42") !=
+        return Fetch(port, kScripts + "prayerCall.pl?prod_string=installation-of-pc&pno=5&ma=1&time=18:42") !=
                    "The text could not be stored.\n" ||
                log().find("\"held_back\"") != std::string::npos;
     }));

@@ -13,8 +13,8 @@ namespace {
 const std::string kCode = "1234567890123456";
 const std::string kConfirm = "ma/confirmSignup.pl";
 const std::string kCall = "prayerCall.pl";
-const std::string kWanted =
-    "prod_string=pc&aid=SA-G104515&pno=1&alert_type=Normal&ma=1&dist_string=&time=5:07&aid=SA-G104515";
+const std::string kWanted = "prod_string=installation-of-pc&aid=SA-G104515&pno=1&alert_type=Normal&ma=1&dist_"
+                            "string=&time=5:07&aid=SA-G104515";
 
 std::string Result(const char* result, const char* message)
 {
@@ -33,7 +33,7 @@ const std::string kUnknown =
 class MessageScriptsTest : public ScriptsTest
 {
 protected:
-    std::string Confirm(const std::string& code, const std::string& installation = "pc")
+    std::string Confirm(const std::string& code, const std::string& installation = "installation-of-pc")
     {
         return Body(kConfirm, "prod_string=" + installation + "&vCode=" + code + "&dist_string=");
     }
@@ -65,7 +65,7 @@ TEST_F(MessageScriptsTest, confirmSignup_codeInAnyGrouping_isConfirmed)
     for (int i = 0; i < 11; ++i) {
         EXPECT_EQ(Confirm(kCode), kConfirmed) << "a lost reply must not undo it";
     }
-    EXPECT_EQ(Confirm(kCode, "another"), kUnknown);
+    EXPECT_EQ(Confirm(kCode, "another-installation"), kUnknown);
 }
 
 TEST_F(MessageScriptsTest, confirmSignup_refusals_haveAMessageInXml)
@@ -82,6 +82,14 @@ TEST_F(MessageScriptsTest, confirmSignup_refusals_haveAMessageInXml)
                                           "Please sign up again for a new one."));
     EXPECT_EQ(scripts.Figures().codesWrong, 3U);
     EXPECT_EQ(scripts.Figures().codesExpired, 1U);
+}
+
+// Others could guess it, and have texts sent.
+TEST_F(MessageScriptsTest, confirmSignup_shortIdentifier_isNotBound)
+{
+    SignUp(kCode);
+    EXPECT_THAT(Confirm(kCode, "fifteen-letters"), HasSubstr("start Dusk Beacon again"));
+    EXPECT_EQ(Confirm(kCode, "sixteen--letters"), kConfirmed);
 }
 
 TEST_F(MessageScriptsTest, confirmSignup_elevenWrongCodes_lockTheNetworkForAnHour)
@@ -138,15 +146,17 @@ TEST_F(MessageScriptsTest, confirmSignup_wrongCodesOfAllBeyondTheAlarm_areReport
 TEST_F(MessageScriptsTest, confirmSignup_oneCodeByManyInstallationsAtOnce_isConfirmedForOne)
 {
     SignUp(kCode);
-    EXPECT_THAT(ConfirmAtOnce({"1", "2", "3", "4", "5", "6", "7", "8"}),
-                testing::ElementsAre(kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, kUnknown,
-                                     kConfirmed));
+    EXPECT_THAT(
+        ConfirmAtOnce({"installation-001", "installation-002", "installation-003", "installation-004",
+                       "installation-005", "installation-006", "installation-007", "installation-008"}),
+        testing::ElementsAre(kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, kUnknown, kUnknown,
+                             kConfirmed));
 }
 
 TEST_F(MessageScriptsTest, confirmSignup_oneInstallationManyTimesAtOnce_isConfirmedEachTime)
 {
     SignUp(kCode);
-    EXPECT_THAT(ConfirmAtOnce(std::vector<std::string>(8, "pc")), testing::Each(kConfirmed));
+    EXPECT_THAT(ConfirmAtOnce(std::vector<std::string>(8, "installation-of-pc")), testing::Each(kConfirmed));
 }
 
 TEST_F(MessageScriptsTest, prayerCall_ofAConfirmedInstallation_queuesOneText)
@@ -163,13 +173,19 @@ TEST_F(MessageScriptsTest, prayerCall_withoutARequestOrMalformed_queuesNothing)
 {
     Register();
     for (const char* const query :
-         {"prod_string=pc&pno=1&ma=0&time=5:07", "prod_string=pc&pno=1&time=5:07",
-          "prod_string=pc&pno=0&ma=1&time=5:07", "prod_string=pc&pno=7&ma=1&time=5:07",
-          "prod_string=pc&pno=12&ma=1&time=5:07", "prod_string=pc&pno=&ma=1&time=5:07",
-          "prod_string=pc&pno=1&ma=1&time=5:7", "prod_string=pc&pno=1&ma=1&time=",
-          "prod_string=pc&pno=1&ma=1&time=123:07", "prod_string=pc&pno=1&ma=1&time=24:00",
-          "prod_string=pc&pno=1&ma=1&time=5:60", "prod_string=pc&pno=1&ma=1&time=5:07%0ABuy",
-          "prod_string=&pno=1&ma=1&time=5:07", "prod_string=stranger&pno=1&ma=1&time=5:07"}) {
+         {"prod_string=installation-of-pc&pno=1&ma=0&time=5:07",
+          "prod_string=installation-of-pc&pno=1&time=5:07",
+          "prod_string=installation-of-pc&pno=0&ma=1&time=5:07",
+          "prod_string=installation-of-pc&pno=7&ma=1&time=5:07",
+          "prod_string=installation-of-pc&pno=12&ma=1&time=5:07",
+          "prod_string=installation-of-pc&pno=&ma=1&time=5:07",
+          "prod_string=installation-of-pc&pno=1&ma=1&time=5:7",
+          "prod_string=installation-of-pc&pno=1&ma=1&time=",
+          "prod_string=installation-of-pc&pno=1&ma=1&time=123:07",
+          "prod_string=installation-of-pc&pno=1&ma=1&time=24:00",
+          "prod_string=installation-of-pc&pno=1&ma=1&time=5:60",
+          "prod_string=installation-of-pc&pno=1&ma=1&time=5:07%0ABuy", "prod_string=&pno=1&ma=1&time=5:07",
+          "prod_string=stranger&pno=1&ma=1&time=5:07"}) {
         EXPECT_EQ(Body(kCall, query), "<root/>") << query;
         EXPECT_THAT(Outbox(), IsEmpty()) << query;
     }
@@ -178,7 +194,7 @@ TEST_F(MessageScriptsTest, prayerCall_withoutARequestOrMalformed_queuesNothing)
 TEST_F(MessageScriptsTest, prayerCall_unknownPlace_isNotStored)
 {
     Register();
-    Ask(kCall, "prod_string=pc&aid=<b>&pno=6&ma=1&time=20:15");
+    Ask(kCall, "prod_string=installation-of-pc&aid=<b>&pno=6&ma=1&time=20:15");
     EXPECT_THAT(Outbox(), testing::ElementsAre(testing::Field(&OutboxRow::place, "")));
 }
 
@@ -195,7 +211,7 @@ TEST_F(MessageScriptsTest, failingStore_missesTheTextAndIsReported)
     EXPECT_THAT(reports[0], HasSubstr("store.db: "));
     SignUp("1111222233334444");
     for (int i = 0; i < 11; ++i) {
-        EXPECT_EQ(Confirm("1111222233334444", "pc2"),
+        EXPECT_EQ(Confirm("1111222233334444", "installation-of-pc2"),
                   Result("0", "The service can&#39;t store anything just now. Please try again later."));
     }
 }
@@ -211,5 +227,5 @@ TEST_F(MessageScriptsTest, prayerCall_withNoTextDue_needsNoLockOfTheStore)
                   200U);
     }
     EXPECT_EQ(Ask(kCall, kWanted).status, 200U) << "its text was queued a moment ago";
-    EXPECT_EQ(Ask(kCall, "prod_string=pc&pno=2&ma=1&time=5:07").status, 503U);
+    EXPECT_EQ(Ask(kCall, "prod_string=installation-of-pc&pno=2&ma=1&time=5:07").status, 503U);
 }
