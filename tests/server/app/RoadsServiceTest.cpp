@@ -39,7 +39,7 @@ protected:
         Write(folder / "mail/tmp" / name,
               "Return-Path: <" + sender +
                   ">\nAuthentication-Results: mx.example.net; dmarc=pass header.from=" +
-                  sender.substr(sender.find('@') + 1) + "\n\n" + text + "\n");
+                  sender.substr(sender.find('@') + 1) + "\nFrom: " + sender + "\n\n" + text + "\n");
         fs::rename(folder / "mail/tmp" / name, folder / "mail/new" / name);
     }
     /// The number of answers to each address.
