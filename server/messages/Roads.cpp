@@ -9,7 +9,6 @@
 
 #include <boost/asio/buffer.hpp>
 #include <boost/asio/co_spawn.hpp>
-#include <boost/asio/detached.hpp>
 #include <boost/asio/redirect_error.hpp>
 #include <boost/asio/use_awaitable.hpp>
 #include <sys/inotify.h>
@@ -63,11 +62,24 @@ void Roads::Add(FolderFormat format, const std::filesystem::path& folder)
     }
     WatchedFolder& watched =
         *m_folders.emplace_back(std::make_unique<WatchedFolder>(m_context, IncomingFolder(format, folder)));
+    const auto reportEnd = [this](const std::exception_ptr& error) { ReportEnd(error); };
     if (const int changes = ::inotify_init1(IN_NONBLOCK | IN_CLOEXEC); changes >= 0) {
         watched.changes.assign(changes);
-        asio::co_spawn(m_context, FollowChanges(watched), asio::detached);
+        asio::co_spawn(m_context, FollowChanges(watched), reportEnd);
     }
-    asio::co_spawn(m_context, Watch(watched), asio::detached);
+    asio::co_spawn(m_context, Watch(watched), reportEnd);
+}
+
+// An error that leaves a task must not end the service.
+void Roads::ReportEnd(const std::exception_ptr& error)
+{
+    try {
+        if (error) {
+            std::rethrow_exception(error);
+        }
+    } catch (const std::exception& failure) {
+        m_report(std::string("a folder is no longer followed: ") + failure.what());
+    }
 }
 
 void Roads::Stop()

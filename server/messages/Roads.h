@@ -108,6 +108,7 @@ private:
     [[nodiscard]] boost::asio::awaitable<bool> HandleFile(WatchedFolder& watched, const std::string& name);
     [[nodiscard]] boost::asio::awaitable<Fate> Handle(WatchedFolder& watched, const IncomingFile& file);
     [[nodiscard]] boost::asio::awaitable<Fate> TakeFile(WatchedFolder& watched, const IncomingFile& file);
+    void ReportEnd(const std::exception_ptr& error);
     void CountRefusal(MailRefusal refusal);
     void Postpone(WatchedFolder& watched, const std::string& name);
     void ReportOnce(WatchedFolder& watched, const std::string& reason);
