@@ -8,7 +8,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <iostream>
 #include <optional>
+#include <string>
 
 namespace beacond {
 
@@ -60,8 +62,13 @@ void RequireStrip(const Strip& strip)
     }
 }
 
-Address RequireAddress(const std::string& text)
+Address RequireAddress(const std::string& argument)
 {
+    std::string text = argument;
+    if (argument == "-") {
+        text.clear();
+        std::getline(std::cin, text);
+    }
     std::optional<Address> address = ParseAddress(text);
     if (!address) {
         throw UsageError('"' + text +

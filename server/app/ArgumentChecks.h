@@ -29,8 +29,8 @@ public:
 
 /// Checks the size, the characters and the order of the days, but not the HTML. Throws UsageError.
 void RequireStrip(const Strip& strip);
-/// The address in the normalised form that sign-ups are stored by. Throws UsageError for a text that is no
-/// address of any kind.
-[[nodiscard]] Address RequireAddress(const std::string& text);
+/// The address in the normalised form that sign-ups are stored by. "-" stands for a line of standard input:
+/// other accounts can see the arguments. Throws UsageError for a text that is no address of any kind.
+[[nodiscard]] Address RequireAddress(const std::string& argument);
 
 } // namespace beacond

@@ -81,6 +81,17 @@ void CheckSecret(const ChannelOptions& channel, const fs::path& file, Findings& 
     }
 }
 
+void CheckSpool(const ChannelOptions& channel, Findings& findings)
+{
+    std::error_code ignored;
+    const fs::file_status status = fs::status(channel.folder, ignored);
+    const fs::perms others = fs::perms::group_all | fs::perms::others_all;
+    if (fs::exists(status) && (status.permissions() & others) != fs::perms::none) {
+        findings.warnings.push_back("messages.channel: " + channel.name + ": " + channel.folder.string() +
+                                    ": others than its owner can use it; run chmod 700 on it");
+    }
+}
+
 void CheckChannel(const ChannelOptions& channel, bool isConnecting, Findings& findings)
 {
     CheckSecret(channel, channel.passwordFile, findings);
@@ -102,7 +113,9 @@ void CheckMessages(const Settings& settings, bool isConnecting, Findings& findin
     const std::vector<ChannelOptions>& channels = settings.messages.channelOptions;
     for (const ChannelOptions& channel : channels) {
         // A spool is a folder, which opening would create.
-        if (channel.type != "spool") {
+        if (channel.type == "spool") {
+            CheckSpool(channel, findings);
+        } else {
             CheckChannel(channel, isConnecting, findings);
         }
     }

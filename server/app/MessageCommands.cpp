@@ -89,7 +89,9 @@ void AddMessageCommands(CLI::App& program, Arguments& arguments)
     using Command = void (*)(const Settings&, const Address&, std::ostream&);
     const auto add = [&](const char* name, const char* description, Command run) {
         CLI::App* const command = program.add_subcommand(name, description);
-        command->add_option("address", arguments.address, "mail address, phone number or ntfy topic")
+        command
+            ->add_option("address", arguments.address,
+                         "mail address, phone number or ntfy topic; - reads it from standard input")
             ->required();
         command->callback(
             [&arguments, run] { run(SettingsOf(arguments), RequireAddress(arguments.address), std::cout); });
@@ -99,7 +101,8 @@ void AddMessageCommands(CLI::App& program, Arguments& arguments)
     add("unblock", "lets a blocked address sign up again", &UnblockAddress);
     CLI::App* const block =
         program.add_subcommand("block", "deletes all that is kept of an address, and refuses its sign-ups");
-    block->add_option("address", arguments.address, "mail address, phone number or ntfy topic");
+    block->add_option("address", arguments.address,
+                      "mail address, phone number or ntfy topic; - reads it from standard input");
     block->add_flag("--list", arguments.isList, "lists the hashes of the blocked addresses");
     block->callback([&arguments] { RunBlock(arguments); });
     program.add_subcommand("rotate-keys", "seals the addresses with new keys, while the service is stopped")
@@ -107,7 +110,9 @@ void AddMessageCommands(CLI::App& program, Arguments& arguments)
     CLI::App* const message = program.add_subcommand("message", "messages by the configured channels");
     message->require_subcommand(1);
     CLI::App* const test = message->add_subcommand("test", "sends a test message and says what happened");
-    test->add_option("address", arguments.address, "mail address, phone number or ntfy topic")->required();
+    test->add_option("address", arguments.address,
+                     "mail address, phone number or ntfy topic; - reads it from standard input")
+        ->required();
     test->callback([&arguments] { RunMessageTest(arguments); });
 }
 

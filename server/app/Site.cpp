@@ -131,6 +131,12 @@ boost::asio::awaitable<Response> Site::AnswerSignup(const Request& request)
     if (!request.contentType.starts_with("application/x-www-form-urlencoded")) {
         co_return Plain(415, "A form is expected.\n");
     }
+    // Another site's page could make its visitors sign up an address, each from an own network.
+    for (const RequestField& field : request.fields) {
+        if (field.name == "sec-fetch-site" && field.value == "cross-site") {
+            co_return Plain(403, "The form of this service is expected.\n");
+        }
+    }
     const Query form(request.body, Query::Plus::Space);
     Signups::Form fields{form.Value("address"), form.Value("invite")};
     std::string network = NetworkOf(request.client);

@@ -73,6 +73,19 @@ TEST_F(CheckTest, configurationBeforeTheFirstStart_canBeUsedAndChangesNothing)
     EXPECT_EQ(Run({"check"}).status, 0) << "a store in the working directory";
 }
 
+TEST_F(CheckTest, spoolThatOthersCanUse_isAWarning)
+{
+    Configure("[messages]\nchannels = [\"spool\"]\nspool = \"out\"\n");
+    fs::create_directory(folder / "out");
+    fs::permissions(folder / "out", fs::perms::all);
+    const ProcessEnd end = Run({"check"});
+    EXPECT_EQ(end.status, 0) << end.output;
+    EXPECT_THAT(end.output,
+                HasSubstr("warning: messages.channel: spool: out: others than its owner can use it"));
+    fs::permissions(folder / "out", fs::perms::owner_all);
+    EXPECT_THAT(Run({"check"}).output, testing::Not(HasSubstr("others than")));
+}
+
 TEST_F(CheckTest, configurationInUse_canBeUsedAndChangesNothing)
 {
     ServeOnce();

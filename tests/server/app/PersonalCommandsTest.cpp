@@ -75,6 +75,15 @@ protected:
     }
 };
 
+// The arguments of a program can be seen by all accounts.
+TEST_F(PersonalCommandsTest, addressFromStandardInput_isNotInTheArguments)
+{
+    Register({kMail});
+    EXPECT_THAT(Run({"export", "-"}, kMail.text + "\n").output, HasSubstr(kMail.text));
+    EXPECT_EQ(Run({"block", "-"}, kMail.text + "\n").status, 0);
+    EXPECT_THAT(Run({"forget", "-"}, "").errors, HasSubstr("is no mail address"));
+}
+
 TEST_F(PersonalCommandsTest, forget_deletesTheDeviceOfAnyKindOfAddress)
 {
     Register({kMail, kPhone, kTopic});

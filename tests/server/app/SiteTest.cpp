@@ -28,6 +28,8 @@ protected:
         Request request;
         request.method = method;
         request.path = path;
+        request.contentType = "application/x-www-form-urlencoded";
+        request.fields = fields;
         request.client = boost::asio::ip::make_address(client);
         request.delay = delay;
         boost::asio::io_context context;
@@ -36,6 +38,7 @@ protected:
         return answer.get().status;
     }
 
+    std::vector<RequestField> fields;
     Report report = [](std::string_view) {};
     const Channels channels;
     Signups signups{keys, store, channels, {}, report};
@@ -57,6 +60,15 @@ TEST_F(SiteTest, networkBeyondItsRate_isRefusedPagesButNoHealthCheck)
     EXPECT_EQ(StatusOf("/signup", Method::Post), 429U);
     EXPECT_EQ(StatusOf("/healthz"), 200U);
     EXPECT_EQ(StatusOf("/readyz"), 200U);
+}
+
+TEST_F(SiteTest, signupFromThePageOfAnotherSite_isRefused)
+{
+    fields = {{"sec-fetch-site", "cross-site"}};
+    EXPECT_EQ(StatusOf("/signup", Method::Post), 403U);
+    client = "192.0.2.99";
+    fields = {{"sec-fetch-site", "same-origin"}};
+    EXPECT_EQ(StatusOf("/signup", Method::Post), 404U) << "no channel";
 }
 
 TEST_F(SiteTest, delayedThread_refusesPagesAfterSearches)
