@@ -48,6 +48,7 @@ void ReadOwnKeys(SettingsReader& reader, const std::string& table, ChannelOption
     reader.Read(table + ".accepted", options.accepted);
     reader.Read(table + ".accepted_text", options.acceptedText);
     reader.Read(table + ".refused", options.refused);
+    reader.Read(table + ".not_taken", options.notTaken);
     reader.Read(table + ".refused_text", options.refusedText);
     reader.ReadOptional(table + ".secret_file", options.secretFile);
     reader.ReadOptional(table + ".folder", options.folder);

@@ -43,6 +43,8 @@ struct ChannelOptions
     std::vector<std::int64_t> accepted = {200, 201, 202, 204};     ///< http: statuses
     std::string acceptedText{};                                    ///< http: an accepted reply contains it
     std::vector<std::int64_t> refused = {400, 404, 410, 413, 422}; ///< http: statuses that no retry changes
+    std::vector<std::int64_t> notTaken = {401, 402, 403, 429}; ///< http: statuses without which the provider
+                                                               ///< may have the message
     std::string refusedText{}; ///< http: a reply that contains it refuses for good
 
     std::filesystem::path secretFile{}; ///< http: for the placeholder {secret}; ntfy: access token

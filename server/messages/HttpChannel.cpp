@@ -58,11 +58,10 @@ SendResult ResultOf(const TransferEnd& end, const ChannelOptions& options)
         if (options.acceptedText.empty() || has(options.acceptedText)) {
             return {Handover::Accepted};
         }
-        return {end.IsWhole() ? Handover::RetryLater : Handover::Unknown, reason + ", other text"};
+        return {Handover::Unknown, reason + ", other text"};
     }
-    // A gateway has passed the request on, but the provider behind it did not answer in time.
-    const bool isOfAGateway = end.status == 502 || end.status == 504;
-    return {isOfAGateway ? Handover::Unknown : Handover::RetryLater, reason};
+    // The request has arrived: an error of the provider does not tell whether the message was taken before.
+    return {Contains(options.notTaken, end.status) ? Handover::RetryLater : Handover::Unknown, reason};
 }
 
 class HttpChannel final : public Channel

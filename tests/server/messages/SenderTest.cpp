@@ -127,7 +127,7 @@ TEST_F(SenderTest, texts_areSentOnceEachAndRemoved)
 
 TEST_F(SenderTest, failure_isRetriedWithBackOffAndGivenUpAfterTenMinutes)
 {
-    status = 500;
+    status = 429;
     Queue(1);
     Start();
     std::vector<std::int64_t> attempts;
@@ -142,7 +142,7 @@ TEST_F(SenderTest, failure_isRetriedWithBackOffAndGivenUpAfterTenMinutes)
     now += 600;
     ASSERT_TRUE(Becomes([&] { return Figures().givenUp == 1; }));
     EXPECT_THAT(Reports(), Contains("1 texts are given up: not sent within ten minutes"));
-    EXPECT_THAT(Reports(), Contains("channel sms: status 500"));
+    EXPECT_THAT(Reports(), Contains("channel sms: status 429"));
     EXPECT_THAT(Reports(), Each(Not(HasSubstr("+49"))));
     EXPECT_EQ(Figures().sent, 0U);
     EXPECT_THAT(Waiting(), IsEmpty());

@@ -493,6 +493,26 @@ TEST_F(SignupsTest, answerThatIsNotAccepted_isNotCharged)
     EXPECT_EQ(SignUp("aisha@example.org"), Outcome::Sent);
 }
 
+// The provider may have sent the message all the same.
+TEST_F(SignupsTest, answerToWhichTheProviderHasAnError_isChargedAndCountsInTheLimits)
+{
+    const ScriptedServer provider([](Conversation& client) {
+        client.ReadRequest();
+        client.Write("HTTP/1.1 500 x\r\nContent-Length: 0\r\n\r\n");
+    });
+    ChannelOptions channel = HttpOptionsTo(provider.Port());
+    channel.price = 10;
+    channels = Channels{{channel}};
+    options.phonePrefixes = {"+44"};
+    Start();
+    for (int i = 0; i < 5; ++i) {
+        (void)Take({AddressKind::Sms, "+442079460001"}, "test", Road::Hook);
+    }
+    EXPECT_EQ(provider.Connections(), 3);
+    EXPECT_EQ(Stored("SELECT COUNT(*) FROM signup"), "3");
+    EXPECT_EQ(Stored("SELECT amount FROM spend"), "30");
+}
+
 TEST_F(SignupsTest, busyChannel_countsForTheNetworkAndUsesNoTurnOfTheChannel)
 {
     perSecond = 0.5;
