@@ -3,6 +3,7 @@
 #include "messages/Channel.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace beacond {
 
@@ -42,12 +43,28 @@ std::optional<Channel::Clock::time_point> Channel::TakeSlot(Use use)
 SendResult Channel::Send(const OutgoingMessage& message) noexcept
 {
     SendResult result = TrySend(message);
-    if (result.handover == Handover::Accepted) {
-        m_failuresInARow = 0;
-    } else if (result.handover != Handover::Refused && !m_isAborted) {
-        ++m_failuresInARow;
-    }
+    Count(result.handover, message.address);
     return result;
+}
+
+std::int64_t Channel::FailuresInARow() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_failuresInARow + static_cast<std::int64_t>(m_refusedInARow.size());
+}
+
+void Channel::Count(Handover handover, const std::string& address)
+{
+    constexpr std::size_t kMostRefused = 1000;
+    const std::lock_guard lock(m_mutex);
+    if (handover == Handover::Accepted) {
+        m_failuresInARow = 0;
+        m_refusedInARow.clear();
+    } else if (handover != Handover::Refused) {
+        m_failuresInARow += m_isAborted ? 0 : 1;
+    } else if (m_refusedInARow.size() < kMostRefused) {
+        m_refusedInARow.insert(std::hash<std::string>()(address));
+    }
 }
 
 SendResult Channel::TrySend(const OutgoingMessage& message) noexcept

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string>
 
@@ -75,9 +76,9 @@ public:
     /// Returns when the provider has answered, or at the timeout. Blocks: not for a thread that serves
     /// requests. Does not throw. Thread-safe.
     [[nodiscard]] SendResult Send(const OutgoingMessage& message) noexcept;
-    /// The messages in a row that the provider did not confirm; 0 after a confirmed one. Refused messages do
-    /// not count, since their addresses may be the reason. Thread-safe.
-    [[nodiscard]] std::int64_t FailuresInARow() const { return m_failuresInARow; }
+    /// The messages in a row that the provider did not confirm; 0 after a confirmed one. Of the refused ones
+    /// each address counts once, since the address may be the reason. Thread-safe.
+    [[nodiscard]] std::int64_t FailuresInARow() const;
     /// Ends the messages under way within about a second, as if at the timeout; later ones end at once.
     void Abort() { m_isAborted = true; }
 
@@ -94,10 +95,12 @@ private:
     const std::int64_t m_price;
     const std::chrono::seconds m_timeout;
     [[nodiscard]] SendResult TrySend(const OutgoingMessage& message) noexcept;
+    void Count(Handover handover, const std::string& address);
 
     std::atomic<bool> m_isAborted{false};
-    std::atomic<std::int64_t> m_failuresInARow{0};
-    std::mutex m_mutex;
+    mutable std::mutex m_mutex;
+    std::int64_t m_failuresInARow = 0;
+    std::set<std::size_t> m_refusedInARow; ///< hashes of addresses
     Clock::time_point m_nextSlot;
     Use m_lastUse = Use::Text;                    ///< of a slot
     std::array<Clock::time_point, 2> m_waiting{}; ///< the last vain request of each use

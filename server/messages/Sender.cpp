@@ -231,8 +231,7 @@ void Sender::Count(Feed& feed, const LeasedText& text, const SendResult& result)
     } else {
         ++feed.figures.failed;
     }
-    const bool isFailure = result.handover == Handover::RetryLater || result.handover == Handover::Unknown;
-    feed.figures.failuresInARow = isFailure ? feed.figures.failuresInARow + 1 : 0;
+    feed.figures.failuresInARow = static_cast<std::uint64_t>(feed.channel.FailuresInARow());
     if (!result.reason.empty()) {
         m_report("channel " + feed.channel.Name() + ": " + result.reason);
     }

@@ -33,7 +33,7 @@ struct ChannelFigures
     SenderFigures::Count accepted{0};
     SenderFigures::Count failed{0};         ///< retried later, or unknown
     SenderFigures::Count refused{0};        ///< for good
-    SenderFigures::Count failuresInARow{0}; ///< since the last one that was accepted or refused
+    SenderFigures::Count failuresInARow{0}; ///< see Channel::FailuresInARow
 };
 
 } // namespace beacond

@@ -222,3 +222,20 @@ TEST(Channel, slots_alternateBetweenTextsAndAnswers)
     EXPECT_EQ(texts, 4);
     EXPECT_EQ(answers, 4);
 }
+
+TEST(Channel, refusals_countOnceForEachAddress)
+{
+    const ScriptedServer server([](Conversation& client) {
+        while (!client.ReadRequest().empty()) {
+            client.Write(Reply(400, ""));
+        }
+    });
+    const Channels channels({HttpOptionsTo(server.Port())});
+    Channel& channel = *channels.ForKind("sms");
+    for (const char* const address : {"+491", "+491", "+492", "+491"}) {
+        OutgoingMessage message = kText;
+        message.address = address;
+        EXPECT_EQ(channel.Send(message).handover, Handover::Refused);
+    }
+    EXPECT_EQ(channel.FailuresInARow(), 2);
+}

@@ -164,6 +164,37 @@ TEST_F(SenderTest, hangingProvider_isAskedAgainAndTheRepetitionIsCounted)
     EXPECT_THAT(Requests(), SizeIs(2));
 }
 
+TEST_F(SenderTest, textThatIsAnsweredByAnError_isChargedForEachAttemptAndCounted)
+{
+    options.price = 10;
+    status = 500;
+    Queue(1);
+    Start(25);
+    ASSERT_TRUE(Becomes([&] { return Figures().uncertain == 1; }));
+    ASSERT_TRUE(Becomes([&] { return !Waiting()[0].isLeased; }));
+    now += 5;
+    ASSERT_TRUE(Becomes([&] { return Figures().uncertain == 2; }));
+    EXPECT_EQ(Figures().doubled, 1U);
+    ASSERT_TRUE(Becomes([&] { return !Waiting()[0].isLeased; }));
+    now += 10;
+    ASSERT_TRUE(Becomes([&] { return Figures().isSpendReached == 1 && Figures().spentToday == 20; }));
+    EXPECT_THAT(Requests(), SizeIs(2));
+}
+
+TEST_F(SenderTest, refusedTextsOfDifferentPhones_areAFailureOfTheChannel)
+{
+    status = 400;
+    Queue(3);
+    Start();
+    ASSERT_TRUE(Becomes([&] { return Figures().refused == 3; }));
+    EXPECT_EQ(channels->ForKind("sms")->FailuresInARow(), 3);
+    EXPECT_TRUE(Becomes([&] { return sender->FiguresOf(0).failuresInARow == 3; }));
+    status = 200;
+    Queue(1);
+    ASSERT_TRUE(Becomes([&] { return Figures().sent == 1; }));
+    EXPECT_EQ(channels->ForKind("sms")->FailuresInARow(), 0);
+}
+
 TEST_F(SenderTest, refusedText_isRemoved)
 {
     status = 400;
