@@ -14,6 +14,8 @@ constexpr std::int64_t kDay = 24L * 3600;
 constexpr std::int64_t kDeviceWindow = 23L * 3600;
 constexpr std::int64_t kTextsOfADevice = 6;
 constexpr std::int64_t kDaysOfSpend = 30;
+// The clock may have been set back between two runs of the service: the age of a text dated ahead is unknown.
+constexpr std::int64_t kMostAhead = 60;
 
 struct DueText
 {
@@ -60,9 +62,10 @@ std::vector<DueText> DueTexts(Database& database, const LeaseTerms& terms, std::
     Statement rows = database.Run(
         "SELECT outbox.id, device, prayer, time, place, fence, sealed_address, attempts, begun, uncertain, "
         "counted, charge, queued_at FROM outbox JOIN device ON device.id = outbox.device "
-        "WHERE outbox.kind = ?1 AND due_at <= ?2 AND ABS(?2 - queued_at) < ?3 "
-        "ORDER BY due_at, outbox.id LIMIT ?4");
-    rows.Bind(terms.kind).Bind(now).Bind(kTextLifetime).Bind(static_cast<std::int64_t>(terms.most));
+        "WHERE outbox.kind = ?1 AND (due_at <= ?2 OR due_at > ?2 + ?3) "
+        "AND ?2 - queued_at BETWEEN -?4 AND ?5 - 1 ORDER BY due_at, outbox.id LIMIT ?6");
+    rows.Bind(terms.kind).Bind(now).Bind(kLongestLease).Bind(kMostAhead).Bind(kTextLifetime);
+    rows.Bind(static_cast<std::int64_t>(terms.most));
     while (rows.Step()) {
         const bool isBegun = rows.Integer(8) != 0;
         texts.push_back({.leased = {.text = {rows.Integer(0), rows.Integer(1),
@@ -78,7 +81,8 @@ std::vector<DueText> DueTexts(Database& database, const LeaseTerms& terms, std::
     return texts;
 }
 
-void WriteLease(Database& database, const DueText& text, const LeaseTerms& terms, std::int64_t now)
+void WriteLease(Database& database, const DueText& text, const LeaseTerms& terms, std::int64_t now,
+                std::int64_t day)
 {
     database
         .Run("UPDATE outbox SET due_at = ?2, fence = ?3, leased = 1, begun = 0, uncertain = ?4, counted = 1 "
@@ -92,7 +96,7 @@ void WriteLease(Database& database, const DueText& text, const LeaseTerms& terms
         database.Run("UPDATE outbox SET charge = ?2, charge_day = ?3 WHERE id = ?1")
             .Bind(text.leased.text.id)
             .Bind(terms.price)
-            .Bind(now / kDay)
+            .Bind(day)
             .Step();
     }
 }
@@ -123,17 +127,18 @@ void Delete(Database& database, std::int64_t text)
 
 bool SqliteStore::IsTextWaiting(std::string_view kind) const
 {
-    Statement row = m_database.Run("SELECT 1 FROM outbox WHERE kind = ? AND due_at <= ? LIMIT 1");
-    return row.Bind(kind).Bind(m_now()).Step();
+    Statement row =
+        m_database.Run("SELECT 1 FROM outbox WHERE kind = ?1 AND (due_at <= ?2 OR due_at > ?2 + ?3) LIMIT 1");
+    return row.Bind(kind).Bind(SteadyNow()).Bind(kLongestLease).Step();
 }
 
 Lease SqliteStore::LeaseTexts(const LeaseTerms& terms)
 {
-    const std::int64_t now = m_now();
+    const std::int64_t now = SteadyNow();
+    const std::int64_t day = m_now() / kDay;
     Transaction transaction(m_database);
     const std::vector<DueText> due = DueTexts(m_database, terms, now);
-    std::int64_t affordable =
-        Affordable(m_database, now / kDay, terms, static_cast<std::int64_t>(due.size()));
+    std::int64_t affordable = Affordable(m_database, day, terms, static_cast<std::int64_t>(due.size()));
     std::int64_t charged = 0;
     Lease lease;
     for (const DueText& text : due) {
@@ -150,11 +155,11 @@ Lease SqliteStore::LeaseTexts(const LeaseTerms& terms)
             --affordable;
             charged += terms.price;
         }
-        WriteLease(m_database, text, terms, now);
+        WriteLease(m_database, text, terms, now, day);
         lease.texts.push_back(text.leased);
     }
     if (charged > 0) {
-        AddSpend(m_database, now / kDay, charged);
+        AddSpend(m_database, day, charged);
     }
     transaction.Commit();
     return lease;
@@ -165,10 +170,12 @@ bool SqliteStore::BeginSending(std::int64_t text, std::int64_t fence)
     Transaction transaction(m_database);
     m_database
         .Run("UPDATE outbox SET begun = 1, attempts = attempts + 1 "
-             "WHERE id = ? AND fence = ? AND leased = 1 AND begun = 0 AND due_at > ?")
+             "WHERE id = ?1 AND fence = ?2 AND leased = 1 AND begun = 0 AND due_at > ?3 AND "
+             "due_at <= ?3 + ?4")
         .Bind(text)
         .Bind(fence)
-        .Bind(m_now())
+        .Bind(SteadyNow())
+        .Bind(kLongestLease)
         .Step();
     const bool isBegun = m_database.Changes() > 0;
     transaction.Commit();
@@ -195,7 +202,7 @@ bool SqliteStore::EndSending(std::int64_t text, std::int64_t fence, TextEnd end,
                  "?3 "
                  "WHERE id = ?1")
             .Bind(text)
-            .Bind(end == TextEnd::NotTried ? 0 : m_now() + retryAfter)
+            .Bind(end == TextEnd::NotTried ? 0 : SteadyNow() + retryAfter)
             .Bind(std::int64_t{end == TextEnd::Unknown})
             .Step();
     }
@@ -205,39 +212,41 @@ bool SqliteStore::EndSending(std::int64_t text, std::int64_t fence, TextEnd end,
 
 std::int64_t SqliteStore::DropOldTexts()
 {
-    const std::int64_t now = m_now();
+    const std::int64_t now = SteadyNow();
     Transaction transaction(m_database);
     // A lease that has not expired can still end with a receipt.
     m_database
-        .Run("DELETE FROM outbox WHERE ABS(?1 - queued_at) >= ?2 AND (leased = 0 OR due_at <= ?1 OR "
-             "due_at > ?1 + ?3)")
+        .Run("DELETE FROM outbox WHERE ?1 - queued_at NOT BETWEEN -?2 AND ?3 - 1 AND (leased = 0 OR "
+             "due_at <= ?1 OR due_at > ?1 + ?4)")
         .Bind(now)
+        .Bind(kMostAhead)
         .Bind(kTextLifetime)
-        .Bind(kDay)
+        .Bind(kLongestLease)
         .Step();
     const std::int64_t dropped = m_database.Changes();
-    m_database.Run("DELETE FROM spend WHERE day < ?").Bind(now / kDay - kDaysOfSpend).Step();
+    m_database.Run("DELETE FROM spend WHERE day < ?").Bind(m_now() / kDay - kDaysOfSpend).Step();
     transaction.Commit();
     return dropped;
 }
 
 OutboxState SqliteStore::StateOfOutbox() const
 {
-    const std::int64_t now = m_now();
+    const std::int64_t now = SteadyNow();
     OutboxState state;
-    Statement rows = m_database.Run("SELECT COUNT(*), COALESCE(SUM(leased = 1 AND due_at > ?1), 0), "
-                                    "COALESCE(?1 - MIN(queued_at), 0) FROM outbox");
-    rows.Bind(now).Step();
+    Statement rows =
+        m_database.Run("SELECT COUNT(*), COALESCE(SUM(leased = 1 AND due_at > ?1 AND due_at <= ?1 + ?2), 0), "
+                       "COALESCE(?1 - MIN(queued_at), 0) FROM outbox");
+    rows.Bind(now).Bind(kLongestLease).Step();
     state.leased = rows.Integer(1);
     state.waiting = rows.Integer(0) - state.leased;
     state.oldestAge = std::max<std::int64_t>(0, rows.Integer(2));
-    state.spentToday = SpentOn(m_database, now / kDay);
+    state.spentToday = SpentOn(m_database, m_now() / kDay);
     return state;
 }
 
 std::vector<WaitingText> SqliteStore::WaitingTexts(std::size_t most) const
 {
-    const std::int64_t now = m_now();
+    const std::int64_t now = SteadyNow();
     std::vector<WaitingText> texts;
     Statement rows =
         m_database.Run("SELECT id, device, prayer, time, place, kind, queued_at, attempts, leased, "
@@ -249,7 +258,8 @@ std::vector<WaitingText> SqliteStore::WaitingTexts(std::size_t most) const
                          .kind = rows.Text(5),
                          .age = now - rows.Integer(6),
                          .attempts = rows.Integer(7),
-                         .isLeased = rows.Integer(8) != 0 && rows.Integer(9) > now,
+                         .isLeased = rows.Integer(8) != 0 && rows.Integer(9) > now &&
+                                     rows.Integer(9) <= now + kLongestLease,
                          .dueIn = std::max<std::int64_t>(0, rows.Integer(9) - now),
                          .mayBeSent = rows.Integer(10) != 0});
     }

@@ -5,6 +5,7 @@
 #include "store/StoreFile.h"
 
 #include <chrono>
+#include <ctime>
 #include <filesystem>
 
 namespace beacond {
@@ -20,17 +21,27 @@ std::int64_t SystemSeconds()
         .count();
 }
 
+// Goes on while the machine sleeps.
+std::int64_t SecondsSinceBoot()
+{
+    std::timespec time{};
+    ::clock_gettime(CLOCK_BOOTTIME, &time);
+    return time.tv_sec;
+}
+
 } // namespace
 
 SqliteStore::SqliteStore(const std::string& path)
-    : SqliteStore(path, &SystemSeconds)
+    : SqliteStore(path, &SystemSeconds, &SecondsSinceBoot)
 {
 }
 
-SqliteStore::SqliteStore(const std::string& path, Clock clock)
+SqliteStore::SqliteStore(const std::string& path, Clock now, Clock elapsed)
     : m_path(path)
     , m_database(path)
-    , m_now(std::move(clock))
+    , m_now(std::move(now))
+    , m_elapsed(elapsed ? std::move(elapsed) : m_now)
+    , m_begin(m_now() - m_elapsed())
 {
     UpdateSchema(m_database, path);
 }
@@ -39,6 +50,8 @@ SqliteStore::SqliteStore(const std::string& path, Database::Access access)
     : m_path(path)
     , m_database(path, access)
     , m_now(&SystemSeconds)
+    , m_elapsed(&SecondsSinceBoot)
+    , m_begin(m_now() - m_elapsed())
 {
     RequireCurrentSchema(m_database, path);
 }
@@ -180,7 +193,7 @@ bool SqliteStore::QueueText(std::string_view installation, int prayer, std::stri
         .Bind(prayer)
         .Bind(time)
         .Bind(place)
-        .Bind(now)
+        .Bind(SteadyNow())
         .BindBytes(installation)
         .Step();
     transaction.Commit();

@@ -19,7 +19,9 @@ public:
     /// Opens or creates the file and migrates it to the current schema. Throws StoreError on failure, or if
     /// another application or a newer version of the service has written the file.
     explicit SqliteStore(const std::string& path);
-    SqliteStore(const std::string& path, Clock clock);
+    /// @param now the system's clock, in seconds since 1970
+    /// @param elapsed a clock that only goes on; null for @p now
+    SqliteStore(const std::string& path, Clock now, Clock elapsed = nullptr);
     /// Opens the store for reading only. Throws StoreError if the file is missing, or has another schema
     /// version.
     [[nodiscard]] static SqliteStore ToRead(const std::string& path);
@@ -77,7 +79,13 @@ private:
     std::string m_path;
     /// Mutable: reading prepares statements.
     mutable Database m_database;
+    /// The time for ages and leases: it begins with the system's clock, and then no step of that clock
+    /// changes it.
+    [[nodiscard]] std::int64_t SteadyNow() const { return m_elapsed() + m_begin; }
+
     Clock m_now;
+    Clock m_elapsed;
+    std::int64_t m_begin; ///< the system's clock when the other one was at 0
     bool m_isClearDue = false;
 };
 

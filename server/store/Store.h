@@ -120,6 +120,9 @@ struct OutboxRow
 
 /// Seconds from the queueing of a text until it is given up.
 inline constexpr std::int64_t kTextLifetime = 600;
+/// Seconds; beyond those of the slowest channel. A lease that seems longer is one of a wrong clock, and has
+/// expired.
+inline constexpr std::int64_t kLongestLease = 1200;
 
 /// The terms on which texts are taken from the outbox.
 struct LeaseTerms
@@ -354,8 +357,8 @@ public:
     /// have is not charged. False, without a change, if the text has a newer lease or is gone. A late result
     /// is accepted as long as there is no newer lease, since it saves a repetition.
     virtual bool EndSending(std::int64_t text, std::int64_t fence, TextEnd end, std::int64_t retryAfter) = 0;
-    /// Removes the texts that are kTextLifetime old, or dated as far ahead because the clock was wrong,
-    /// except leased ones. Returns their number.
+    /// Removes the texts that are kTextLifetime old, and those dated more than a minute ahead since the clock
+    /// was set back between two runs; except leased ones. Returns their number.
     virtual std::int64_t DropOldTexts() = 0;
     [[nodiscard]] virtual OutboxState StateOfOutbox() const = 0;
     /// Oldest first, at most @p most.

@@ -140,6 +140,80 @@ TEST_F(OutboxContract, dropOldTexts_givesUpAfterTenMinutesButNotWithALease)
     EXPECT_EQ(store.DropOldTexts(), 1);
 }
 
+TEST_F(OutboxContract, clockStep_changesNoAgeAndNoDueTime)
+{
+    for (const std::int64_t step : {-2 * kHour, std::int64_t{-500}, std::int64_t{500}, 2 * kHour}) {
+        const std::string name = "phone " + std::to_string(step);
+        Queue(name);
+        now += 300;
+        const LeasedText leased = Take().at(0);
+        StepClock(step);
+        EXPECT_EQ(store.DropOldTexts(), 0) << step;
+        EXPECT_EQ(store.StateOfOutbox().oldestAge, 300) << step;
+        EXPECT_EQ(store.StateOfOutbox().leased, 1) << step;
+        ASSERT_TRUE(Begin(leased)) << step;
+        ASSERT_TRUE(End(leased, TextEnd::RetryLater, 20)) << step;
+        StepClock(step);
+        EXPECT_THAT(Take(), IsEmpty()) << step;
+        now += 20;
+        EXPECT_THAT(Take(), SizeIs(1)) << step;
+        now += 279;
+        EXPECT_EQ(store.DropOldTexts(), 0) << step;
+        now += 1;
+        EXPECT_EQ(store.DropOldTexts(), 1) << step;
+    }
+}
+
+TEST_F(OutboxContract, clockStep_leavesTheTextsQueuedAfterItAsTheyAre)
+{
+    Queue("a");
+    StepClock(-kHour);
+    Queue("b");
+    EXPECT_EQ(store.StateOfOutbox().oldestAge, 0);
+    now += kTextLifetime - 1;
+    EXPECT_EQ(store.DropOldTexts(), 0);
+    EXPECT_THAT(Take(), SizeIs(2));
+}
+
+// The service has ended before the step: no clock tells the ages.
+TEST_F(OutboxContract, textsOfAnEarlierRunDatedAhead_areGivenUpBeyondAMinute)
+{
+    Queue("a");
+    Queue("b");
+    const LeasedText lost = Take(1).at(0);
+    ASSERT_TRUE(Begin(lost));
+    now -= 60;
+    EXPECT_EQ(store.DropOldTexts(), 0);
+    const LeasedText unused = Take().at(0);
+    ASSERT_TRUE(End(unused, TextEnd::NotTried));
+    now -= 1;
+    EXPECT_THAT(Take(), IsEmpty());
+    EXPECT_EQ(store.DropOldTexts(), 1) << "the other one is leased";
+    now -= kLongestLease;
+    EXPECT_EQ(store.StateOfOutbox().leased, 0) << "no lease is as long";
+    EXPECT_FALSE(store.BeginSending(lost.text.id, lost.fence));
+    EXPECT_EQ(store.DropOldTexts(), 1);
+}
+
+TEST_F(OutboxContract, clockStep_givesADeviceNoFurtherTexts)
+{
+    Register("a", "code", "pc");
+    for (int prayer = 1; prayer <= 6; ++prayer) {
+        ASSERT_TRUE(store.QueueText("pc", prayer, "5:07", ""));
+    }
+    for (const LeasedText& text : Take()) {
+        ASSERT_TRUE(Begin(text));
+        ASSERT_TRUE(End(text, TextEnd::Sent));
+    }
+    StepClock(48 * kHour);
+    ASSERT_TRUE(store.QueueText("pc", 1, "5:07", ""));
+    EXPECT_EQ(store.LeaseTexts({"mail", 10, 60}).dropped, 1);
+    StepClock(-96 * kHour);
+    now += 23 * kHour;
+    ASSERT_TRUE(store.QueueText("pc", 2, "5:07", ""));
+    EXPECT_THAT(Take(), SizeIs(1)) << "23 hours have passed";
+}
+
 TEST_F(OutboxContract, device_hasSixTextsInADay)
 {
     Register("a", "code", "pc");

@@ -33,6 +33,15 @@ protected:
     }
 
     TemporaryFolder folder;
+    /// The system's clock is set, while no time passes.
+    void StepClock(std::int64_t seconds)
+    {
+        now += seconds;
+        steps += seconds;
+    }
+
     std::int64_t now = 1'800'000'000;
-    beacond::SqliteStore store{folder.File("store.db"), [this] { return now; }};
+    std::int64_t steps = 0; ///< of the system's clock, in all
+    beacond::SqliteStore store{folder.File("store.db"), [this] { return now; },
+                               [this] { return now - steps; }};
 };
