@@ -17,7 +17,8 @@ namespace beacond {
 
 namespace {
 
-constexpr std::array<std::string_view, 7> kPrayers = {"", "Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", "Isha"};
+constexpr std::array<std::string_view, 7> kPrayers = {
+    "end of the registration", "Fajr", "Shuruq", "Duhr", "Asr", "Maghrib", "Isha"};
 
 std::string_view PrayerName(int prayer)
 {

@@ -16,7 +16,7 @@ namespace beacond {
 [[nodiscard]] bool IsClockTime(std::string_view text);
 
 /// The text of a prayer, "Maghrib 18:42".
-/// @param prayer 1 Fajr to 6 Isha
+/// @param prayer 1 Fajr to 6 Isha; 0 for the last text to a device that another one replaces
 /// @param time left out unless IsClockTime
 [[nodiscard]] std::string PrayerText(std::string_view language, int prayer, std::string_view time);
 

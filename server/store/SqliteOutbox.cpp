@@ -123,6 +123,15 @@ void Delete(Database& database, std::int64_t text)
     database.Run("DELETE FROM outbox WHERE id = ?").Bind(text).Step();
 }
 
+// Devices that have had their last text.
+void DeleteFormerDevices(Database& database)
+{
+    database
+        .Run("DELETE FROM device WHERE id NOT IN (SELECT device FROM installation) AND "
+             "id NOT IN (SELECT device FROM outbox)")
+        .Step();
+}
+
 } // namespace
 
 bool SqliteStore::IsTextWaiting(std::string_view kind) const
@@ -185,17 +194,21 @@ bool SqliteStore::BeginSending(std::int64_t text, std::int64_t fence)
 bool SqliteStore::EndSending(std::int64_t text, std::int64_t fence, TextEnd end, std::int64_t retryAfter)
 {
     Transaction transaction(m_database);
-    Statement row =
-        m_database.Run("SELECT charge, charge_day FROM outbox WHERE id = ? AND fence = ? AND leased = 1");
+    Statement row = m_database.Run(
+        "SELECT charge, charge_day, prayer FROM outbox WHERE id = ? AND fence = ? AND leased = 1");
     if (!row.Bind(text).Bind(fence).Step()) {
         return false;
     }
+    const bool isLast = row.Integer(2) == 0;
     const bool isRefunded = end == TextEnd::RetryLater || end == TextEnd::Refused || end == TextEnd::NotTried;
     if (const std::int64_t charge = row.Integer(0); isRefunded && charge > 0) {
         Refund(m_database, row.Integer(1), charge);
     }
     if (end == TextEnd::Sent || end == TextEnd::Refused) {
         Delete(m_database, text);
+        if (isLast) {
+            DeleteFormerDevices(m_database);
+        }
     } else {
         m_database
             .Run("UPDATE outbox SET leased = 0, begun = 0, charge = 0, due_at = ?2, uncertain = uncertain OR "
@@ -224,6 +237,9 @@ std::int64_t SqliteStore::DropOldTexts()
         .Bind(kLongestLease)
         .Step();
     const std::int64_t dropped = m_database.Changes();
+    if (dropped > 0) {
+        DeleteFormerDevices(m_database);
+    }
     m_database.Run("DELETE FROM spend WHERE day < ?").Bind(m_now() / kDay - kDaysOfSpend).Step();
     transaction.Commit();
     return dropped;

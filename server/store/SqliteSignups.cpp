@@ -117,7 +117,24 @@ std::int64_t DeviceOfInstallation(Database& database, std::string_view installat
     return device.BindBytes(installation).Step() ? device.Integer(0) : 0;
 }
 
-void BindInstallation(Database& database, std::string_view installation, std::int64_t device)
+// A device that no installation has any more is told so by its last text, and deleted with it.
+void QueueLastText(Database& database, std::int64_t device, std::int64_t now)
+{
+    Statement other = database.Run("SELECT 1 FROM installation WHERE device = ?");
+    if (other.Bind(device).Step()) {
+        return;
+    }
+    database.Run("DELETE FROM outbox WHERE device = ?").Bind(device).Step();
+    database
+        .Run("INSERT INTO outbox (device, prayer, time, place, queued_at, kind, counted) "
+             "SELECT id, 0, '', '', ?2, kind, 1 FROM device WHERE id = ?1")
+        .Bind(device)
+        .Bind(now)
+        .Step();
+}
+
+void BindInstallation(Database& database, std::string_view installation, std::int64_t device,
+                      std::int64_t now)
 {
     const std::int64_t before = DeviceOfInstallation(database, installation);
     database
@@ -126,11 +143,10 @@ void BindInstallation(Database& database, std::string_view installation, std::in
         .BindBytes(installation)
         .Bind(device)
         .Step();
-    database
-        .Run("DELETE FROM device WHERE id = ?1 AND NOT EXISTS "
-             "(SELECT 1 FROM installation WHERE installation.device = ?1)")
-        .Bind(before)
-        .Step();
+    database.Run("DELETE FROM outbox WHERE device = ? AND prayer = 0").Bind(device).Step();
+    if (before != device) {
+        QueueLastText(database, before, now);
+    }
 }
 
 } // namespace
@@ -203,7 +219,7 @@ Confirmation SqliteStore::Confirm(std::string_view codeHash, std::string_view in
             .Step();
     }
     MakeOrRenewDevice(m_database, signup->id, now);
-    BindInstallation(m_database, installation, signup->device);
+    BindInstallation(m_database, installation, signup->device, SteadyNow());
     transaction.Commit();
     return Confirmation::Confirmed;
 }

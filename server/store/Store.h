@@ -111,7 +111,7 @@ struct OutboxRow
 {
     std::int64_t id = 0;
     std::int64_t device = 0;
-    int prayer = 0;    ///< 1 Fajr to 6 Isha
+    int prayer = 0;    ///< 1 Fajr to 6 Isha; 0 for the last text of a device that another one replaces
     std::string time;  ///< local, "5:07"
     std::string place; ///< atlas_id
 
@@ -272,8 +272,9 @@ public:
     virtual void Withdraw(std::string_view codeHash) = 0;
     /// Creates or renews the device of the code and binds @p installation to it, in place of its earlier
     /// device. For 24 hours the same code confirms the same installation again, so that a lost reply does no
-    /// harm; other installations are refused once the code has been used. A device without installations is
-    /// deleted with its texts, since none could ask for a text any more.
+    /// harm; other installations are refused once the code has been used. A device without installations
+    /// could get no text any more: it gets a last one, of prayer 0, in place of those that wait, and is
+    /// deleted when that one leaves the outbox, unless it has been registered again.
     /// @param installation keyed hash of the installation identifier
     [[nodiscard]] virtual Confirmation Confirm(std::string_view codeHash, std::string_view installation) = 0;
     /// Drops the addresses of sign-ups whose code has expired, and whole sign-ups after a day. Also drops

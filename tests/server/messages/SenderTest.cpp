@@ -251,6 +251,7 @@ TEST(TextWording, text_isThePrayerAndTheTimeOnly)
     for (const char* const time : {"", "5:7", "123:00", "a:bc", "12:34\n", "::12", "1::2"}) {
         EXPECT_EQ(PrayerText("en", 5, time), "Maghrib") << time;
     }
+    EXPECT_THAT(PrayerText("en", 0, ""), testing::StartsWith("Dusk Beacon: another address has taken"));
     EXPECT_TRUE(IsTextLanguage("ar"));
     EXPECT_FALSE(IsTextLanguage("xx"));
     EXPECT_EQ(TextLanguages(), "en, ar, fr, id, tr, ur");

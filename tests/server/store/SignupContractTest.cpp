@@ -117,10 +117,52 @@ TEST_F(SignupContract, device_isDeletedWithItsLastInstallation)
     EXPECT_EQ(store.Outbox(10).size(), 1U) << "the other installation still has it";
 
     Register("c", "code c", "second pc");
-    EXPECT_THAT(store.Outbox(10), IsEmpty());
+    EXPECT_THAT(store.Outbox(10), testing::ElementsAre(testing::Field(&OutboxRow::prayer, 0)));
+    const LeasedText last = store.LeaseTexts({"mail", 10, 60}).texts.at(0);
+    EXPECT_TRUE(store.EndSending(last.text.id, last.fence, TextEnd::Sent, 0));
+    EXPECT_FALSE(store.DataOf("index a").device);
     now += 24 * kHour;
     EXPECT_EQ(Confirm("code", "pc"), Confirmation::Confirmed) << "a lost reply undoes nothing";
     EXPECT_EQ(DeviceOf("pc"), first);
+}
+
+TEST_F(SignupContract, formerDevice_isToldOnceAndThenDeleted)
+{
+    const std::int64_t former = Register("a", "code a", "pc");
+    Register("b", "code b", "pc");
+    EXPECT_EQ(Confirm("code b", "pc"), Confirmation::Confirmed);
+    EXPECT_FALSE(store.QueueText("another pc", 1, "5:07", "SA-G1"));
+
+    const std::vector<LeasedText> texts = store.LeaseTexts({"mail", 10, 60}).texts;
+    ASSERT_EQ(texts.size(), 1U);
+    EXPECT_EQ(texts[0].text.device, former);
+    EXPECT_EQ(texts[0].text.prayer, 0);
+    EXPECT_EQ(texts[0].sealedAddress, "sealed a");
+    EXPECT_TRUE(store.DataOf("index a").device) << "until it has been told";
+    EXPECT_TRUE(store.EndSending(texts[0].text.id, texts[0].fence, TextEnd::Refused, 0));
+    EXPECT_FALSE(store.DataOf("index a").device);
+    EXPECT_TRUE(store.DataOf("index b").device);
+}
+
+TEST_F(SignupContract, formerDeviceThatCantBeTold_isDeletedAfterTenMinutes)
+{
+    Register("a", "code a", "pc");
+    Register("b", "code b", "pc");
+    now += kTextLifetime;
+    EXPECT_EQ(store.DropOldTexts(), 1);
+    EXPECT_FALSE(store.DataOf("index a").device);
+    EXPECT_TRUE(store.DataOf("index b").device);
+}
+
+TEST_F(SignupContract, formerDeviceThatRegistersAgain_stays)
+{
+    Register("a", "code a", "pc");
+    Register("b", "code b", "pc");
+    Register("a", "second code", "another pc");
+    EXPECT_THAT(store.Outbox(10), IsEmpty());
+    now += kTextLifetime;
+    store.DropOldTexts();
+    EXPECT_TRUE(store.DataOf("index a").device);
 }
 
 TEST_F(SignupContract, dropOldSignups_unconfirmed_leavesNothingOfTheAddress)
