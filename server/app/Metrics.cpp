@@ -130,6 +130,8 @@ std::string SendingMetricsText(const SenderFigures& sender, const std::vector<Ch
     const std::vector<MetricFamily> families = {
         Family("beacond_outbox_texts", "Texts in the outbox.", kGauge, "state",
                {{"waiting", sender.waiting}, {"leased", sender.leased}}),
+        Family("beacond_outbox_uncertain_texts", "Texts in the outbox that the provider may already have.",
+               kGauge, "", {{"", sender.uncertainNow}}),
         Family("beacond_outbox_oldest_seconds", "Age of the oldest text in the outbox.", kGauge, "",
                {{"", sender.oldestSeconds}}),
         Family("beacond_texts_ended_total", "Texts that have left the outbox.", kCounter, "outcome",

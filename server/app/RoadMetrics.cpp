@@ -24,10 +24,19 @@ void AppendCount(std::string& text, std::string_view name, std::string_view outc
     text += std::to_string(count.load(std::memory_order_relaxed)) + '\n';
 }
 
+void AppendFigure(std::string& text, std::string_view name, std::string_view help, std::string_view type,
+                  std::uint64_t figure)
+{
+    (text += "# HELP ").append(name) += ' ';
+    (text += help) += "\n# TYPE ";
+    text.append(name).append(" ").append(type) += '\n';
+    text.append(name) += ' ' + std::to_string(figure) + '\n';
+}
+
 } // namespace
 
 std::string RoadMetricsText(const Signups::Figures& signups, const RoadFigures& roads,
-                            const Hooks::Counts& hooks)
+                            const Hooks::Counts& hooks, std::uint64_t answersWaiting)
 {
     std::string text;
     constexpr std::string_view kSignups = "beacond_signups_total";
@@ -49,6 +58,12 @@ std::string RoadMetricsText(const Signups::Figures& signups, const RoadFigures& 
     for (std::size_t i = 0; i < hooks.size(); ++i) {
         AppendCount(text, kHooks, Hooks::kResultNames[i], hooks[i]);
     }
+    AppendFigure(text, "beacond_incoming_files_set_aside_total", "Files that were not for the service.",
+                 "counter", roads.setAside);
+    AppendFigure(text, "beacond_incoming_files_waiting", "Files in the watched folders.", "gauge",
+                 roads.waiting);
+    AppendFigure(text, "beacond_signup_messages_waiting", "Answers to sign-ups that wait for a channel.",
+                 "gauge", answersWaiting);
     return text;
 }
 

@@ -12,7 +12,8 @@ namespace beacond {
 struct RoadFigures;
 
 /// The figures of sign-ups and of their roads, in the text format of Prometheus.
+/// @param answersWaiting see Signups::AnswersWaiting
 [[nodiscard]] std::string RoadMetricsText(const Signups::Figures& signups, const RoadFigures& roads,
-                                          const Hooks::Counts& hooks);
+                                          const Hooks::Counts& hooks, std::uint64_t answersWaiting);
 
 } // namespace beacond

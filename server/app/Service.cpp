@@ -225,7 +225,8 @@ std::string Service::AllMetrics() const
     }
     return MetricsText(m_figures, m_site->Figures(), m_limits.Figures()) +
            SendingMetricsText(m_sender->Figures(), channels) +
-           RoadMetricsText(m_signups->Counts(), m_roads->Figures(), m_hooks->Figures());
+           RoadMetricsText(m_signups->Counts(), m_roads->Figures(), m_hooks->Figures(),
+                           m_signups->AnswersWaiting());
 }
 
 void Service::End(HttpServer& server, HttpServer& metrics)

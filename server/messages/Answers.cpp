@@ -61,6 +61,15 @@ Answers::Answers(const Channels& channels, Report report)
 
 Answers::~Answers() = default;
 
+std::uint64_t Answers::Waiting() const
+{
+    std::uint64_t waiting = 0;
+    for (const auto& [kind, lane] : m_lanes) {
+        waiting += static_cast<std::uint64_t>(lane->waiting.load());
+    }
+    return waiting;
+}
+
 void Answers::Join()
 {
     for (const auto& [kind, lane] : m_lanes) {

@@ -8,6 +8,7 @@
 
 #include <boost/asio/awaitable.hpp>
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -36,6 +37,8 @@ public:
     /// address. A message that has not begun after three seconds is not sent, so that the call takes the
     /// channel's Timeout and four seconds at most.
     [[nodiscard]] boost::asio::awaitable<Result> Send(Address address, std::string text);
+    /// The messages that wait for a thread, for the channel or for its reply.
+    [[nodiscard]] std::uint64_t Waiting() const;
     /// Waits until all messages under way have been handed over. No message is handed over afterwards.
     void Join();
 

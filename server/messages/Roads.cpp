@@ -140,6 +140,7 @@ asio::awaitable<bool> Roads::HandleAll(WatchedFolder& watched)
     } catch (const std::filesystem::filesystem_error& error) {
         ReportOnce(watched, watched.folder.Watched().string() + ": " + error.code().message());
     }
+    CountWaiting(watched, names.size());
     std::erase_if(watched.failed, [&](const auto& failed) {
         return !std::binary_search(names.begin(), names.end(), failed.first);
     });
@@ -155,6 +156,7 @@ asio::awaitable<bool> Roads::HandleAll(WatchedFolder& watched)
         }
         const bool isLeft = co_await HandleFile(watched, name);
         isAnyLeft = isAnyLeft || isLeft;
+        CountWaiting(watched, isLeft ? watched.waiting : watched.waiting - 1);
     }
     co_return isAnyLeft;
 }
@@ -189,6 +191,7 @@ asio::awaitable<bool> Roads::HandleFile(WatchedFolder& watched, const std::strin
             watched.folder.Remove(*file);
         } else if (fate == Fate::NotForUs) {
             watched.folder.SetAside(*file);
+            ++m_figures.setAside;
         }
     } catch (const std::filesystem::filesystem_error& error) {
         ReportOnce(watched, watched.folder.Watched().string() +
@@ -287,6 +290,12 @@ void Roads::CountRefusal(MailRefusal refusal)
         ++m_figures.notAuthenticated;
         break;
     }
+}
+
+void Roads::CountWaiting(WatchedFolder& watched, std::size_t waiting)
+{
+    m_figures.waiting += waiting - watched.waiting;
+    watched.waiting = waiting;
 }
 
 void Roads::Postpone(WatchedFolder& watched, const std::string& name)

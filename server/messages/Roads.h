@@ -37,6 +37,8 @@ struct RoadFigures
     std::atomic<std::uint64_t> automatic{0};
     std::atomic<std::uint64_t> notAuthenticated{0};
     std::atomic<std::uint64_t> withoutWish{0};
+    std::atomic<std::uint64_t> setAside{0};
+    std::atomic<std::uint64_t> waiting{0};   ///< now in the folders
     std::atomic<std::uint64_t> delayed{0};   ///< attempts that failed and are repeated
     std::atomic<std::uint64_t> abandoned{0}; ///< given up after an hour of attempts, or after three crashes
 };
@@ -97,6 +99,7 @@ private:
         bool isHolding = false;
         std::chrono::steady_clock::time_point holdFrom;
         std::string lastReport;
+        std::size_t waiting = 0; ///< files
     };
     enum class Fate { Handled, NotForUs, Later, NextRound };
 
@@ -110,6 +113,7 @@ private:
     [[nodiscard]] boost::asio::awaitable<Fate> TakeFile(WatchedFolder& watched, const IncomingFile& file);
     void ReportEnd(const std::exception_ptr& error);
     void CountRefusal(MailRefusal refusal);
+    void CountWaiting(WatchedFolder& watched, std::size_t waiting);
     void Postpone(WatchedFolder& watched, const std::string& name);
     void ReportOnce(WatchedFolder& watched, const std::string& reason);
 

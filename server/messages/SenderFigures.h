@@ -22,6 +22,7 @@ struct SenderFigures
     // The state of the outbox, measured every second.
     Count waiting{0};
     Count leased{0};
+    Count uncertainNow{0}; ///< texts that the provider may already have
     Count oldestSeconds{0};
     Count spentToday{0};
     Count isSpendReached{0}; ///< 1 while the limit of the day holds texts back

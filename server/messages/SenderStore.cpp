@@ -117,6 +117,7 @@ asio::awaitable<void> Sender::Watch()
             const OutboxState state = co_await m_store.Run(std::move(measure));
             m_figures.waiting = static_cast<std::uint64_t>(state.waiting);
             m_figures.leased = static_cast<std::uint64_t>(state.leased);
+            m_figures.uncertainNow = static_cast<std::uint64_t>(state.uncertain);
             m_figures.oldestSeconds = static_cast<std::uint64_t>(state.oldestAge);
             m_figures.spentToday = static_cast<std::uint64_t>(state.spentToday);
             if (state.waiting + state.leased > 0) {

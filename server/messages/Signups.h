@@ -114,6 +114,8 @@ public:
     void Join() { m_answers.Join(); }
 
     [[nodiscard]] const Figures& Counts() const { return m_figures; }
+    /// The messages that have not been handed over yet.
+    [[nodiscard]] std::uint64_t AnswersWaiting() const { return m_answers.Waiting(); }
 
 private:
     Outcome Count(Outcome outcome);

@@ -251,11 +251,12 @@ OutboxState SqliteStore::StateOfOutbox() const
     OutboxState state;
     Statement rows =
         m_database.Run("SELECT COUNT(*), COALESCE(SUM(leased = 1 AND due_at > ?1 AND due_at <= ?1 + ?2), 0), "
-                       "COALESCE(?1 - MIN(queued_at), 0) FROM outbox");
+                       "COALESCE(?1 - MIN(queued_at), 0), COALESCE(SUM(begun OR uncertain), 0) FROM outbox");
     rows.Bind(now).Bind(kLongestLease).Step();
     state.leased = rows.Integer(1);
     state.waiting = rows.Integer(0) - state.leased;
     state.oldestAge = std::max<std::int64_t>(0, rows.Integer(2));
+    state.uncertain = rows.Integer(3);
     state.spentToday = SpentOn(m_database, m_now() / kDay);
     return state;
 }

@@ -166,6 +166,7 @@ struct OutboxState
 {
     std::int64_t waiting = 0;   ///< texts without a lease
     std::int64_t leased = 0;    ///< texts with a lease that has not expired
+    std::int64_t uncertain = 0; ///< texts of which an attempt has begun and no result is known
     std::int64_t oldestAge = 0; ///< seconds; 0 for an empty outbox
     std::int64_t spentToday = 0;
 };

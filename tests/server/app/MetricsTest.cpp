@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/Metrics.h"
 
+#include "app/RoadMetrics.h"
 #include "http/HttpFigures.h"
+#include "messages/Roads.h"
 #include "messages/SenderFigures.h"
 #include "protocol/MessageScripts.h"
 #include "protocol/RequestLimits.h"
@@ -47,6 +49,7 @@ TEST(Metrics, sending_hasEachFigureOnce)
         {R"(beacond_outbox_texts{state="waiting"})", sender.waiting},
         {R"(beacond_outbox_texts{state="leased"})", sender.leased},
         {"beacond_outbox_oldest_seconds", sender.oldestSeconds},
+        {"beacond_outbox_uncertain_texts", sender.uncertainNow},
         {R"(beacond_texts_ended_total{outcome="sent"})", sender.sent},
         {R"(beacond_texts_ended_total{outcome="refused"})", sender.refused},
         {R"(beacond_texts_ended_total{outcome="given_up"})", sender.givenUp},
@@ -133,6 +136,17 @@ TEST(Metrics, everyCounter_hasItsOwnNameAndLabel)
         }
     }
     EXPECT_EQ(Values(MetricsText(http, messages, limits)), expected);
+}
+
+TEST(Metrics, roads_haveTheirQueues)
+{
+    RoadFigures roads;
+    roads.waiting = 3;
+    roads.setAside = 4;
+    const auto values = Values(RoadMetricsText({}, roads, {}, 5));
+    EXPECT_EQ(values.at("beacond_incoming_files_waiting"), "3");
+    EXPECT_EQ(values.at("beacond_incoming_files_set_aside_total"), "4");
+    EXPECT_EQ(values.at("beacond_signup_messages_waiting"), "5");
 }
 
 class MetricsTest : public ServiceFixture

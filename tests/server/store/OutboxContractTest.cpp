@@ -110,6 +110,7 @@ TEST_F(OutboxContract, endSending_retryIsDueAfterItsTimeAndRemembersAnUnknownRes
     ASSERT_TRUE(Begin(text));
     ASSERT_TRUE(End(text, TextEnd::Unknown, 1));
     now += 1;
+    EXPECT_EQ(store.StateOfOutbox().uncertain, 1);
     text = Take().at(0);
     EXPECT_TRUE(text.mayBeSent);
     EXPECT_EQ(text.attempts, 2);
