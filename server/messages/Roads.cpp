@@ -226,13 +226,14 @@ asio::awaitable<Roads::Fate> Roads::Handle(WatchedFolder& watched, const Incomin
         }
         if (state != IncomingState::Begun) {
             ++m_figures.abandoned;
-            m_report("a message is set aside: the service has ended three times while it handled it");
+            m_report("a message is set aside: it was begun three times without an end");
             co_return Fate::NotForUs;
         }
         fate = co_await TakeFile(watched, file);
         if (fate == Fate::Handled) {
             co_await m_store.Run(std::move(end));
-        } else if (fate != Fate::NotForUs) {
+        } else {
+            // Also a message that is set aside: that can fail, and then it is begun again.
             co_await m_store.Run(std::move(giveBack));
         }
     } catch (const StoreError& error) {

@@ -132,6 +132,22 @@ TEST_F(RoadsTest, mailsThatAreNotForUs_areSetAsideUnread)
     EXPECT_EQ(roads->Figures().withoutSender, 1U);
 }
 
+TEST_F(RoadsTest, mailThatCantBeSetAside_staysUntilItCan)
+{
+    fs::remove(folder / "mail/cur");
+    Write(folder / "mail/cur", "");
+    Deliver("letter", "aisha@example.org", "As-salamu alaykum");
+    Start();
+    ASSERT_TRUE(Becomes([&] { return roads->Figures().withoutWish >= 5; }));
+    EXPECT_EQ(roads->Figures().abandoned, 0U);
+    EXPECT_EQ(roads->Figures().waiting, 1U);
+    EXPECT_FALSE(HasReport("three times"));
+    EXPECT_TRUE(HasReport("can't be removed"));
+    fs::remove(folder / "mail/cur");
+    EXPECT_TRUE(Becomes([&] { return fs::exists(folder / "mail/cur/letter:2,"); }));
+    EXPECT_TRUE(Becomes([&] { return roads->Figures().setAside == 1 && roads->Figures().waiting == 0; }));
+}
+
 TEST_F(RoadsTest, textMessages_areTakenFromBothPrograms)
 {
     Write(folder / "gammu" / "IN20261122_203045_00_+442079460001_00.txt", "Test");
