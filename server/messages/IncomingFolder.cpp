@@ -116,4 +116,20 @@ void IncomingFolder::SetAside(const IncomingFile& file) const
     fs::rename(file.path, m_aside / (m_format == FolderFormat::Maildir ? file.name + ":2," : file.name));
 }
 
+void IncomingFolder::DropSetAside() const
+{
+    if (!fs::is_directory(m_aside)) {
+        return;
+    }
+    const fs::file_time_type oldest = fs::file_time_type::clock::now() - std::chrono::hours(24 * kDaysAside);
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_aside)) {
+        const bool isUnread = m_format != FolderFormat::Maildir || entry.path().native().ends_with(":2,");
+        std::error_code gone;
+        const bool isOld = entry.is_regular_file(gone) && entry.last_write_time(gone) < oldest && !gone;
+        if (isUnread && isOld) {
+            fs::remove(entry.path());
+        }
+    }
+}
+
 } // namespace beacond

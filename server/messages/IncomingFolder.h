@@ -28,6 +28,9 @@ struct IncomingFile
     std::chrono::seconds age{}; ///< time since its last change; negative if the clock was set back
 };
 
+/// The days for which a file stays that is not for the service.
+inline constexpr int kDaysAside = 30;
+
 /// A folder from which messages are taken. The files are its programs', so that the account of the service
 /// needs the right to write into it. Only one service may use it. Calls block for the disk.
 class IncomingFolder final
@@ -51,6 +54,9 @@ public:
     /// Keeps a file that is not for the service: in "cur" of a Maildir, unread; otherwise in a folder
     /// "other", which is created. Throws std::filesystem::filesystem_error.
     void SetAside(const IncomingFile& file) const;
+    /// Deletes the files that were set aside and have not been changed for kDaysAside. Keeps mails that have
+    /// a flag: a person has read them. Throws std::filesystem::filesystem_error.
+    void DropSetAside() const;
 
 private:
     FolderFormat m_format;

@@ -121,6 +121,7 @@ asio::awaitable<void> Roads::Watch(WatchedFolder& watched)
                                 created | IN_CLOSE_WRITE | IN_MOVED_TO | IN_ONLYDIR);
         }
         watched.isChanged = false;
+        DropOld(watched);
         const bool isAnyLeft = co_await HandleAll(watched);
         if (!watched.isChanged && !m_isEnding) {
             boost::system::error_code cancelled;
@@ -290,6 +291,20 @@ void Roads::CountRefusal(MailRefusal refusal)
     case MailRefusal::NotAuthenticated:
         ++m_figures.notAuthenticated;
         break;
+    }
+}
+
+void Roads::DropOld(WatchedFolder& watched)
+{
+    const auto now = std::chrono::steady_clock::now();
+    if (now < watched.nextDrop) {
+        return;
+    }
+    watched.nextDrop = now + 1h;
+    try {
+        watched.folder.DropSetAside();
+    } catch (const std::filesystem::filesystem_error& error) {
+        m_report("an old message can't be deleted: " + error.code().message());
     }
 }
 

@@ -100,6 +100,7 @@ private:
         std::chrono::steady_clock::time_point holdFrom;
         std::string lastReport;
         std::size_t waiting = 0; ///< files
+        std::chrono::steady_clock::time_point nextDrop;
     };
     enum class Fate { Handled, NotForUs, Later, NextRound };
 
@@ -113,6 +114,8 @@ private:
     [[nodiscard]] boost::asio::awaitable<Fate> TakeFile(WatchedFolder& watched, const IncomingFile& file);
     void ReportEnd(const std::exception_ptr& error);
     void CountRefusal(MailRefusal refusal);
+    /// Once an hour.
+    void DropOld(WatchedFolder& watched);
     void CountWaiting(WatchedFolder& watched, std::size_t waiting);
     void Postpone(WatchedFolder& watched, const std::string& name);
     void ReportOnce(WatchedFolder& watched, const std::string& reason);

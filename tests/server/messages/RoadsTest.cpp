@@ -148,6 +148,33 @@ TEST_F(RoadsTest, mailThatCantBeSetAside_staysUntilItCan)
     EXPECT_TRUE(Becomes([&] { return roads->Figures().setAside == 1 && roads->Figures().waiting == 0; }));
 }
 
+// They contain addresses and texts. A mail with a flag is one that the operator has read.
+TEST_F(RoadsTest, filesSetAside_areDeletedAfterThirtyDays)
+{
+    fs::create_directory(folder / "gammu/other");
+    const auto now = fs::file_time_type::clock::now();
+    const struct
+    {
+        const char* name;
+        std::chrono::hours age;
+        bool isKept;
+    } rows[] = {{"mail/cur/old:2,", std::chrono::hours(721), false},
+                {"mail/cur/read:2,S", std::chrono::hours(721), true},
+                {"mail/cur/young:2,", std::chrono::hours(719), true},
+                {"gammu/other/old.txt", std::chrono::hours(721), false},
+                {"gammu/other/young.txt", std::chrono::hours(719), true}};
+    for (const auto& row : rows) {
+        Write(folder / row.name, "x");
+        fs::last_write_time(folder / row.name, now - row.age);
+    }
+    Start();
+    EXPECT_TRUE(
+        Becomes([&] { return !fs::exists(folder / rows[0].name) && !fs::exists(folder / rows[3].name); }));
+    for (const auto& row : rows) {
+        EXPECT_EQ(fs::exists(folder / row.name), row.isKept) << row.name;
+    }
+}
+
 TEST_F(RoadsTest, textMessages_areTakenFromBothPrograms)
 {
     Write(folder / "gammu" / "IN20261122_203045_00_+442079460001_00.txt", "Test");
