@@ -21,7 +21,6 @@ namespace asio = boost::asio;
 using namespace std::chrono_literals;
 
 constexpr auto kInterval = 5s;
-constexpr auto kRetryInterval = 60s;
 // A notice that can't be sent is repeated with the next one, after an hour.
 constexpr auto kNoticeLifetime = 1h;
 
@@ -34,11 +33,12 @@ Channel* ChannelOf(const Channels& channels, const std::string& address)
 } // namespace
 
 OperatorTask::OperatorTask(StoreThread& store, const Channels& channels, const Settings::Operator& settings,
-                           std::int64_t spendPerDay)
+                           std::int64_t spendPerDay, std::chrono::seconds retry)
     : m_store(store)
     , m_channels(channels)
     , m_address(settings.address)
     , m_spendPerDay(spendPerDay)
+    , m_retry(retry)
     , m_channel(ChannelOf(channels, settings.address))
     , m_alerts(settings.limits)
 {
@@ -102,8 +102,11 @@ asio::awaitable<void> OperatorTask::SendWaiting()
         };
         const SendResult result = co_await asio::co_spawn(m_sender, send, asio::use_awaitable);
         const OperatorAlerts::Time now = OperatorAlerts::Time::clock::now();
-        if (result.handover == Handover::RetryLater && now < m_waiting.front().until) {
-            m_nextAttempt = now + kRetryInterval;
+        // A notice that arrives twice does less harm than one that does not arrive.
+        const bool mayBeMissing =
+            result.handover == Handover::RetryLater || result.handover == Handover::Unknown;
+        if (mayBeMissing && now < m_waiting.front().until) {
+            m_nextAttempt = now + m_retry;
             co_return;
         }
         m_waiting.pop_front();

@@ -8,6 +8,7 @@
 #include <boost/asio/awaitable.hpp>
 #include <boost/asio/thread_pool.hpp>
 
+#include <chrono>
 #include <deque>
 #include <string>
 
@@ -24,8 +25,9 @@ class OperatorTask final
 public:
     /// All references must outlive the coroutine.
     /// @param spendPerDay 0 for no limit
+    /// @param retry time between the attempts to send a notice
     OperatorTask(StoreThread& store, const Channels& channels, const Settings::Operator& settings,
-                 std::int64_t spendPerDay);
+                 std::int64_t spendPerDay, std::chrono::seconds retry = std::chrono::seconds(60));
 
     /// Looks at the sending every five seconds. Does not end.
     [[nodiscard]] boost::asio::awaitable<void> FollowSending();
@@ -49,6 +51,7 @@ private:
     const Channels& m_channels;
     const std::string m_address;
     const std::int64_t m_spendPerDay;
+    const std::chrono::seconds m_retry;
     Channel* const m_channel; ///< null for the log alone
     OperatorAlerts m_alerts;
     std::deque<Waiting> m_waiting;

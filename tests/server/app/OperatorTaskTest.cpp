@@ -1,15 +1,26 @@
 // SPDX-FileCopyrightText: 2026 Dusk Beacon contributors
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/OperatorTask.h"
+
 #include "messages/Address.h"
 #include "secrets/Keys.h"
+#include "server/Becomes.h"
 #include "server/app/ProviderFixture.h"
+#include "server/app/ServiceFixture.h"
+#include "server/messages/ChannelFixture.h"
 #include "store/SqliteStore.h"
+#include "store/StoreThread.h"
 
+#include <boost/asio/co_spawn.hpp>
+#include <boost/asio/detached.hpp>
+#include <boost/asio/io_context.hpp>
 #include <gmock/gmock.h>
 
 #include <atomic>
 #include <ctime>
 #include <filesystem>
+#include <mutex>
+#include <thread>
 
 using namespace beacond;
 using testing::AllOf;
@@ -132,6 +143,40 @@ TEST_F(OperatorOfProviderTest, spendingOfTheDay_isToldAndEndsTheSignups)
                 AllOf(HasSubstr("HTTP/1.1 503 "), HasSubstr("No more messages today")));
     EXPECT_EQ(CodeOf("a@c.example"), "");
     EXPECT_TRUE(service->AwaitLog("sign-ups are refused: the spending of a day is reached"));
+}
+
+TEST(OperatorTask, noticeWithoutAReceipt_isSentAgainWithItsId)
+{
+    std::mutex mutex;
+    std::vector<std::string> requests;
+    const ScriptedServer server([&](Conversation& client) {
+        const std::string request = client.ReadRequest();
+        const std::lock_guard lock(mutex);
+        requests.push_back(request.substr(request.find("\r\n\r\n") + 4));
+        client.Write(requests.size() == 1 ? "" : "HTTP/1.1 200 x\r\nContent-Length: 0\r\n\r\n");
+    });
+    ChannelOptions options = HttpOptionsTo(server.Port());
+    options.kind = "mail";
+    options.body = "id={id}";
+    const Channels channels({options});
+    const TemporaryFolder folder;
+    StoreThread store(std::make_unique<SqliteStore>(folder.File("store.db")));
+    Settings::Operator settings;
+    settings.address = "operator@example.org";
+    settings.limits.outboxMinutes = 0; // the event lasts from the beginning
+    OperatorTask task(store, channels, settings, 0, std::chrono::seconds(1));
+    boost::asio::io_context context;
+    boost::asio::co_spawn(context, task.FollowSending(), boost::asio::detached);
+    std::thread thread([&] { context.run(); });
+    EXPECT_TRUE(Becomes([&] {
+        const std::lock_guard lock(mutex);
+        return requests.size() == 2;
+    }));
+    context.stop();
+    thread.join();
+    task.Join();
+    const std::lock_guard lock(mutex);
+    EXPECT_EQ(requests.front(), requests.back());
 }
 
 TEST_F(OperatorTaskTest, addressWithoutAChannel_isAWarning)
