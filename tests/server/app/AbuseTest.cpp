@@ -50,10 +50,11 @@ protected:
         }
         return count;
     }
-    static std::string HeaderOf(const std::string& sender)
+    static std::string HeaderOf(const std::string& sender, const std::string& from = "")
     {
         return "Return-Path: <" + sender +
-               ">\nAuthentication-Results: mx.example.net; dmarc=pass header.from=example.org\n";
+               ">\nAuthentication-Results: mx.example.net; dmarc=pass header.from=example.org\nFrom: " +
+               (from.empty() ? sender : from) + '\n';
     }
 };
 
@@ -73,8 +74,8 @@ TEST_F(AbuseTest, guessedCodes_endAfterTenAndTheCodeOfAnotherNetworkStaysGood)
                                   client + "\r\n\r\n");
     };
     for (int guess = 0; guess < 20; ++guess) {
-        EXPECT_THAT(ask(kScripts + "ma/confirmSignup.pl?prod_string=thief&vCode=" +
-                            std::to_string(1'000'000'000'000'000LL + guess),
+        EXPECT_THAT(ask(kScripts + "ma/confirmSignup.pl?prod_string=" + IdentifierOf("thief") +
+                            "&vCode=" + std::to_string(1'000'000'000'000'000LL + guess),
                         "192.0.2.1"),
                     HasSubstr("result=\"0\""));
     }
@@ -142,7 +143,7 @@ TEST_F(AbuseTest, repeatedConfirmation_holdsForItsInstallationOnly)
     const std::string confirm = SignUp(port, "a@b.example", "pc");
     EXPECT_THAT(Fetch(port, confirm), HasSubstr("result=\"1\""));
     EXPECT_THAT(Fetch(port, confirm), HasSubstr("result=\"1\"")) << "the first reply may be lost";
-    EXPECT_THAT(Fetch(port, std::regex_replace(confirm, std::regex("prod_string=pc"), "prod_string=thief")),
+    EXPECT_THAT(Fetch(port, std::regex_replace(confirm, std::regex("prod_string=pc-"), "prod_string=thief-")),
                 HasSubstr("result=\"0\""));
     EXPECT_EQ(Call(port, "thief", 5), "<root/>");
     EXPECT_EQ(Run({"outbox"}).output, "");
@@ -226,10 +227,12 @@ TEST_F(AbuseTest, stopForAnother_endsNothing)
     ASSERT_NE(Serve(), 0);
     Deliver("1", HeaderOf("victim@example.org") + "\ntest\n");
     ASSERT_TRUE(Becomes([&] { return MessagesIn("state/spool") == 1; }));
-    Deliver("2", HeaderOf("thief@example.org") + "From: victim@example.org\n\nSTOP victim@example.org\n");
-    Deliver("3", HeaderOf("thief@example.org") + "From: victim@example.org\nSubject: STOP\n\nSTOP\n");
+    Deliver("2", HeaderOf("thief@example.org") + "\nSTOP victim@example.org\n");
+    Deliver("3", HeaderOf("thief@example.org", "victim@example.org") + "Subject: STOP\n\nSTOP\n");
     Deliver("4", "Return-Path: <victim@example.org>\nAuthentication-Results: mx.example.net; dmarc=fail "
-                 "header.from=example.org\n\nSTOP\n");
+                 "header.from=example.org\nFrom: victim@example.org\n\nSTOP\n");
+    // A signed mail of the thief, sent again with another envelope sender of the same provider.
+    Deliver("5", HeaderOf("victim@example.org", "thief@example.org") + "\nSTOP\n");
     ASSERT_TRUE(Becomes([&] { return fs::is_empty(folder / "mail/new"); }));
     EXPECT_EQ(MessagesIn("state/spool"), 1U) << "no messages have ended";
     EXPECT_THAT(Run({"export", "victim@example.org"}).output, HasSubstr("\"code_expires\""));

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <iostream>
 #include <random>
@@ -181,7 +182,12 @@ TEST_F(PersonalCommandsTest, rotateKeys_killedAtAnyInstant_losesNoAddress)
             {AddressKind::Mail, "a" + std::to_string(i) + "@example" + std::to_string(i) + ".org"});
     }
     Register(addresses);
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_EQ(Run({"rotate-keys"}).status, 0);
+    const auto whole =
+        std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - start);
     std::mt19937 chance(20'261'122);
+    std::uniform_int_distribution<useconds_t> instant(0, static_cast<useconds_t>(whole.count() * 3 / 2));
     int changed = 0;
     int interrupted = 0;
     for (int round = 0; round < kRounds; ++round) {
@@ -189,7 +195,7 @@ TEST_F(PersonalCommandsTest, rotateKeys_killedAtAnyInstant_losesNoAddress)
         const std::string before = Read(KeyFiles() / "address.key");
         {
             const ServiceProcess rotating(Path(), {"rotate-keys", "--config", "service.toml"});
-            ::usleep(std::uniform_int_distribution<useconds_t>(0, 120'000)(chance));
+            ::usleep(instant(chance));
         } // killed
         interrupted += HasNewKeys(KeyFiles()) ? 1 : 0;
         const Address& any = addresses[static_cast<std::size_t>(round)];

@@ -43,12 +43,18 @@ protected:
         const std::lock_guard lock(mutex);
         return codes[address];
     }
+    /// The identifier of an installation: shorter ones do not bind.
+    static std::string IdentifierOf(const std::string& installation)
+    {
+        return installation + "-of-an-older-service";
+    }
     /// Signs up the address by the form, and returns the target that confirms it for the installation.
     std::string SignUp(unsigned short port, const std::string& address, const std::string& installation)
     {
         const std::string form = "address=" + std::regex_replace(address, std::regex("@"), "%40");
         EXPECT_NE(PostSignup(port, form).find("on its way"), std::string::npos) << address;
-        return kScripts + "ma/confirmSignup.pl?prod_string=" + installation + "&vCode=" + CodeOf(address);
+        return kScripts + "ma/confirmSignup.pl?prod_string=" + IdentifierOf(installation) +
+               "&vCode=" + CodeOf(address);
     }
     void Register(unsigned short port, const std::string& address, const std::string& installation)
     {
@@ -57,7 +63,7 @@ protected:
     std::string Call(unsigned short port, const std::string& installation, int prayer,
                      const std::string& time = "18:42")
     {
-        return Fetch(port, kScripts + "prayerCall.pl?prod_string=" + installation +
+        return Fetch(port, kScripts + "prayerCall.pl?prod_string=" + IdentifierOf(installation) +
                                "&pno=" + std::to_string(prayer) + "&ma=1&time=" + time);
     }
     /// Waits until the outbox is empty.
