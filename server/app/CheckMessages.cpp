@@ -57,15 +57,22 @@ std::vector<Endpoint> EndpointsOf(const ChannelOptions& channel)
     return endpoints;
 }
 
+// Empty if the connection succeeds.
+std::string ProblemOfConnecting(const std::string& host, const std::string& port)
+{
+    boost::asio::ip::tcp::iostream stream;
+    stream.expires_after(std::chrono::seconds(5));
+    stream.connect(host, port);
+    return stream ? "" : "can't connect to " + host + " port " + port + ": " + stream.error().message();
+}
+
 void Connect(const ChannelOptions& channel, Findings& findings)
 {
+    const std::string begin = "messages.channel: " + channel.name + ": ";
     for (const auto& [host, port] : EndpointsOf(channel)) {
-        boost::asio::ip::tcp::iostream stream;
-        stream.expires_after(std::chrono::seconds(5));
-        stream.connect(host, port);
-        if (!stream) {
-            findings.warnings.push_back("messages.channel: " + channel.name + ": can't connect to " + host +
-                                        " port " + port + ": " + stream.error().message());
+        const std::string problem = ProblemOfConnecting(host, port);
+        if (!problem.empty()) {
+            findings.warnings.push_back(begin + problem);
         }
     }
 }

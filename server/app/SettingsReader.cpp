@@ -117,7 +117,7 @@ void SettingsReader::Read(std::string_view key, std::map<std::string, std::strin
     }
     std::string& lines = m_values[std::string(key)];
     for (const auto& [name, item] : value) {
-        lines += name + '=' + item + '\n';
+        lines.append(name).append("=").append(item).append("\n");
     }
 }
 

@@ -39,7 +39,7 @@ std::string ReadSecret(const std::filesystem::path& file)
     std::string content(kLongestSecret, '\0');
     stream.read(content.data(), static_cast<std::streamsize>(content.size()));
     content.resize(static_cast<std::size_t>(stream.gcount()));
-    const std::string secret(Trimmed(content, " \t\r\n"));
+    std::string secret(Trimmed(content, " \t\r\n"));
     if (secret.size() < kShortestSecret) {
         throw HookError(file.string() + ": a secret of at least 16 characters is expected");
     }

@@ -237,7 +237,7 @@ std::optional<ChannelProblem> ProblemOfTemplate(const ChannelOptions& options)
         }
     }
     for (const auto& [language, body] : options.bodies) {
-        if (const auto problem = ProblemOfBody(options, "bodies", body)) {
+        if (auto problem = ProblemOfBody(options, "bodies", body)) {
             return problem;
         }
     }

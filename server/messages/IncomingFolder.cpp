@@ -54,7 +54,7 @@ std::string ReadBeginning(int descriptor)
 
 } // namespace
 
-IncomingFolder::IncomingFolder(FolderFormat format, fs::path folder)
+IncomingFolder::IncomingFolder(FolderFormat format, const fs::path& folder)
     : m_format(format)
     , m_watched(format == FolderFormat::Maildir ? folder / "new" : folder)
     , m_aside(folder / (format == FolderFormat::Maildir ? "cur" : "other"))

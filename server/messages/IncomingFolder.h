@@ -37,7 +37,7 @@ class IncomingFolder final
 {
 public:
     /// @param folder of a Maildir: the one that contains "new" and "cur"
-    IncomingFolder(FolderFormat format, std::filesystem::path folder);
+    IncomingFolder(FolderFormat format, const std::filesystem::path& folder);
 
     [[nodiscard]] FolderFormat Format() const { return m_format; }
     /// The folder in which files appear.

@@ -60,7 +60,7 @@ std::string FoldedLine(std::string_view line)
     return result;
 }
 
-std::string WithoutReplyMark(std::string line)
+std::string WithoutReplyMark(const std::string& line)
 {
     const std::size_t space = line.find(' ');
     const std::string first = line.substr(0, space);

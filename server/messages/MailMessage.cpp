@@ -74,7 +74,7 @@ bool IsPlain(std::string_view text)
 std::string HeaderText(std::string_view text)
 {
     constexpr std::size_t kLongestPlain = 60;
-    const std::string line = WithoutBreaks(text);
+    std::string line = WithoutBreaks(text);
     const bool isAscii =
         std::none_of(line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     if (isAscii && line.size() <= kLongestPlain && line.find("=?") == std::string::npos) {

@@ -63,6 +63,7 @@ public:
     /// @param report receives the reason of each failure, for the log
     Roads(const Keys& keys, StoreThread& store, Signups& signups, const RoadOptions& options, Report report,
           RoadTiming timing = {});
+    // NOLINTNEXTLINE(bugprone-exception-escape): a thread that can't be joined ends the program
     ~Roads() { Stop(); }
     Roads(const Roads&) = delete;
     Roads& operator=(const Roads&) = delete;

@@ -64,6 +64,7 @@ Sender::Sender(const Keys& keys, StoreThread& store, const Channels& channels, S
     }
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a thread that can't be joined ends the program
 Sender::~Sender()
 {
     Stop(Clock::now());

@@ -61,7 +61,7 @@ QString AddressFor(const QString& entry, const QString& kind)
 QString FirstAddress(const QStringList& entries, const QString& kind)
 {
     for (const QString& entry : entries) {
-        if (const QString address = AddressFor(entry, kind); !address.isEmpty()) {
+        if (QString address = AddressFor(entry, kind); !address.isEmpty()) {
             return address;
         }
     }
