@@ -127,7 +127,7 @@ def from_test_to_text(programs, service, person, name):
     answer = person.wait_texts(1)[0]
     device, code = (re.search(pattern, answer).group(1) for pattern in ("device ID:? ([0-9]+)", "code:? ([0-9 ]{19})"))
     # The service is the network that the program finds.
-    settings = main_window.SETTINGS.replace("P-77", f"P-{name}").replace(
+    settings = main_window.SETTINGS.replace("P-77", f"P-{name}-of-an-older-service").replace(
         'dist="dbeacon"', f'dist="dbeacon" probe="{beacond.ADDRESS}/healthz"')
     with tempfile.TemporaryDirectory() as folder:
         installation = service_journey.Installation(programs, folder)
