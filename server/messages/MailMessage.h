@@ -14,7 +14,7 @@ struct OutgoingMessage;
 struct MailSender
 {
     std::string from;    ///< a mail address
-    std::string replyTo; ///< takes the word STOP; empty for none
+    std::string replyTo; ///< the address where STOP ends the messages; empty for none
 };
 
 /// A mail in the Internet Message Format (RFC 5322): lines end in CR LF, only ASCII. Header fields contain no

@@ -28,7 +28,7 @@ using namespace std::chrono_literals;
 constexpr auto kLongestRetry = std::chrono::milliseconds(10min);
 // A file that is being written is tried again after it has settled.
 constexpr auto kUnsettled = 1s;
-// The sign-ups of a round take no longer, but for the last one.
+// The time after which a round begins no further sign-up.
 constexpr auto kLongestRound = 1s;
 
 Road RoadOf(FolderFormat format)

@@ -67,7 +67,7 @@ asio::awaitable<bool> Sender::Begin(const LeasedText& text)
     co_return false;
 }
 
-// Repeats the call until the store takes it: otherwise a text that was sent would be sent again.
+// Repeats the call until it succeeds: otherwise a text that was sent would be sent again.
 asio::awaitable<void> Sender::End(LeasedText text, TextEnd end, std::int64_t retryAfter)
 {
     constexpr int kMostTries = 5;

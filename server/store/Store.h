@@ -156,7 +156,7 @@ struct Lease
 enum class TextEnd {
     Sent,       ///< the provider has it
     RetryLater, ///< the provider does not have it
-    Refused,    ///< the provider does not have it and will not take it
+    Refused,    ///< the provider has rejected it for good
     Unknown,    ///< the provider may have it; another attempt may repeat it
     NotTried    ///< no attempt was made
 };
@@ -345,7 +345,7 @@ public:
 
     /// Whether LeaseTexts might find a text. Needs no write lock.
     [[nodiscard]] virtual bool IsTextWaiting(std::string_view kind) const = 0;
-    /// Takes due texts until the lease expires: those that nobody has tried first, then in the order in which
+    /// Takes due texts until the lease expires: those without an attempt first, then in the order in which
     /// they became due. No other call returns them before. Texts older than kTextLifetime are not due. Each
     /// text is charged to the day, once for each attempt that the provider may have taken; texts that the
     /// limit of the day does not allow stay in the outbox. A device has six texts in 23 hours: a further one

@@ -14,7 +14,7 @@ struct ProxySettings
     /// without a point.
     QString exceptions;
 
-    /// The proxy for a request as libcurl takes it; empty for a direct connection.
+    /// The proxy for a request, in the form of libcurl's option CURLOPT_PROXY; empty for a direct connection.
     /// @param scheme http or https
     [[nodiscard]] QByteArray ProxyFor(const QByteArray& scheme, const QByteArray& host) const;
 };

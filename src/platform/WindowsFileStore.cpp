@@ -167,7 +167,7 @@ struct NewFile
     bool maySetRights = true;
 };
 
-// Creates a temporary file. Without sharing: nobody else opens or deletes it before it is complete.
+// Creates a temporary file without sharing: no other process can open or delete it before it is complete.
 NewFile MakeBeside(const std::wstring& name)
 {
     constexpr DWORD kAccess = GENERIC_READ | GENERIC_WRITE | DELETE;
@@ -208,7 +208,7 @@ bool RenameAs(FILE_INFO_BY_HANDLE_CLASS kind, DWORD flags, HANDLE file, const st
     return ::SetFileInformationByHandle(file, kind, information, static_cast<DWORD>(buffer.size())) != FALSE;
 }
 
-// Renames the open file over another one, in one step. Nobody else can open it before it has its name.
+// Renames the open file over another one, in one step: no other process can open it before it has its name.
 bool Rename(HANDLE file, const std::wstring& name)
 {
     // FileRenameInfoEx with its flags for replacing and for an open file. The headers of mingw have them for

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Qt takes a taskbar for granted, but there is none while the shell restarts.
+// Qt assumes that the taskbar exists, but it is missing while the shell restarts.
 bool HasTaskbar()
 {
     return FindWindowW(L"Shell_TrayWnd", nullptr) != nullptr;

@@ -154,7 +154,7 @@ def check_proxy(program):
         with Fetcher(program) as fetcher:
             assert fetcher.ask("fetch http://service.example/a?b") == b"<root/>"
             assert proxy.requests[-1].startswith(b"GET http://service.example/a?b HTTP/1.1\r\n"), proxy.requests
-            assert fetcher.ask("fetch http://www.direct.example/") is None, "a name that nobody resolves"
+            assert fetcher.ask("fetch http://www.direct.example/") is None, "a name without an address"
             assert fetcher.ask(f"fetch http://127.0.0.1:{server.port}/") == b"<root/>"
         with Fetcher(program, environment={"http_proxy": f"http://127.0.0.1:{proxy.port}"}) as fetcher:
             assert fetcher.ask("fetch http://www.direct.example/") is None, "the environment names a proxy for all"
